@@ -1,0 +1,62 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# What every target of the project has in common: the language, the warnings, the sanitizers, and
+# functions that make a library, a program or a test in one line.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(QUILLO_CCACHE ccache)
+if(QUILLO_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${QUILLO_CCACHE}")
+endif()
+
+add_library(quillo-options INTERFACE)
+target_compile_options(quillo-options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
+    $<$<BOOL:${QUILLO_WARNINGS_AS_ERRORS}>:-Werror>)
+if(QUILLO_SANITIZE)
+    target_compile_options(quillo-options INTERFACE
+        -fsanitize=${QUILLO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
+    target_link_options(quillo-options INTERFACE -fsanitize=${QUILLO_SANITIZE})
+endif()
+
+# quillo_add_library(NAME FOLDER HEADERS ... SOURCES ... LINK ...): a static library whose headers are
+# included relative to FOLDER and can each be compiled alone.
+function(quillo_add_library name folder)
+    cmake_parse_arguments(ARG "" "" "HEADERS;SOURCES;LINK" ${ARGN})
+    add_library(${name} STATIC)
+    target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS "${folder}")
+    quillo_add_sources(${name} HEADERS ${ARG_HEADERS} SOURCES ${ARG_SOURCES})
+    target_link_libraries(${name} PUBLIC quillo-options ${ARG_LINK})
+    set_target_properties(${name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
+    # The function effects are checked where the code is ours; tests and programs may call what they like.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 20)
+        target_compile_options(${name} PRIVATE -Wfunction-effects)
+    endif()
+endfunction()
+
+# quillo_add_sources(NAME HEADERS ... SOURCES ...): more files of this folder for a library made above.
+function(quillo_add_sources name)
+    cmake_parse_arguments(ARG "" "" "HEADERS;SOURCES" ${ARGN})
+    list(TRANSFORM ARG_HEADERS PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
+    list(TRANSFORM ARG_SOURCES PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
+    target_sources(${name}
+        PRIVATE ${ARG_SOURCES}
+        PUBLIC FILE_SET HEADERS FILES ${ARG_HEADERS})
+endfunction()
+
+# quillo_add_tests(NAME SOURCES ... LINK ... [THREADS]): a GoogleTest program, each of its tests a test of
+# ctest. Under ThreadSanitizer only the programs marked THREADS are built.
+function(quillo_add_tests name)
+    cmake_parse_arguments(ARG "THREADS" "" "SOURCES;LINK" ${ARGN})
+    if(QUILLO_SANITIZE STREQUAL "thread" AND NOT ARG_THREADS)
+        return()
+    endif()
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE quillo-options ${ARG_LINK} GTest::gmock GTest::gtest_main)
+    target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+endfunction()

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/AUAudioUnit.hpp"
+
+#include <utility>
+
+namespace quillo {
+
+std::optional<NSError> AUAudioUnit::initialize(const AudioComponentDescription& description,
+                                               AudioComponentInstantiationOptions /*options*/) {
+    if (description.componentType == 0) {
+        return NSError{NSOSStatusErrorDomain, kAudioComponentErr_InvalidComponentID};
+    }
+    description_ = description;
+    const std::lock_guard lock(stateMutex_);
+    state_ = {{"type", static_cast<double>(description.componentType)},
+              {"subtype", static_cast<double>(description.componentSubType)},
+              {"manufacturer", static_cast<double>(description.componentManufacturer)},
+              {"version", 0.0}};
+    return std::nullopt;
+}
+
+std::optional<NSError> AUAudioUnit::allocateRenderResources() {
+    if (maximumFramesToRender == 0) {
+        return NSError{NSOSStatusErrorDomain, kAudioUnitErr_InvalidPropertyValue};
+    }
+    renderResourcesAllocated_ = true;
+    return std::nullopt;
+}
+
+void AUAudioUnit::deallocateRenderResources() {
+    renderResourcesAllocated_ = false;
+}
+
+std::optional<StateDictionary> AUAudioUnit::fullState() const {
+    const std::lock_guard lock(stateMutex_);
+    return state_;
+}
+
+void AUAudioUnit::setFullState(const std::optional<StateDictionary>& state) {
+    if (!state) {
+        return;
+    }
+    {
+        const std::lock_guard lock(stateMutex_);
+        for (const auto& [key, value] : *state) {
+            state_.insert_or_assign(key, value);
+        }
+    }
+    allParameterValues_.notify();
+}
+
+Observation AUAudioUnit::observeAllParameterValues(std::function<void()> callback) {
+    return allParameterValues_.add(std::move(callback));
+}
+
+void AUAudioUnit::selectViewConfiguration(const AUAudioUnitViewConfiguration& configuration) {
+    selectedViewConfiguration_ = configuration;
+}
+
+}  // namespace quillo

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/DispatchQueue.hpp"
+
+namespace quillo {
+
+DispatchQueue::Barrier::Barrier(DispatchQueue& queue) : queue_(queue) {
+    queue_.barrierMutex_.lock();
+    queue_.gate_.close();
+}
+
+DispatchQueue::Barrier::~Barrier() {
+    queue_.gate_.open();
+    queue_.barrierMutex_.unlock();
+}
+
+void DispatchQueue::enter() QUILLO_REALTIME {
+    if (!gate_.tryEnter()) {
+        enterBehindBarrier();
+    }
+}
+
+void DispatchQueue::enterBehindBarrier() QUILLO_REALTIME {
+    QUILLO_REALTIME_EXEMPT("the queue's own entry: waits for a short barrier, lending it our priority")
+    barrierMutex_.lock();
+    while (!gate_.tryEnter()) {
+    }
+    barrierMutex_.unlock();
+    QUILLO_REALTIME_EXEMPT_END
+}
+
+}  // namespace quillo

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <mutex>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace quillo {
+
+/// Work that must run on the user-interface thread, in the order in which it was posted. The thread that makes
+/// the queue is the main thread. With a window, whoever owns the window's message loop calls `drain` from it
+/// whenever `wake` asks for it; a program without a window drains the queue itself.
+class MainQueue {
+public:
+    MainQueue() : mainThread_(std::this_thread::get_id()) {}
+
+    /// [main, before anything is posted] `wake` runs on the posting thread after each post to an empty queue.
+    void setWake(std::function<void()> wake) { wake_ = std::move(wake); }
+
+    /// [any] Whether the caller is the main thread.
+    [[nodiscard]] bool isMainThread() const { return std::this_thread::get_id() == mainThread_; }
+
+    /// [any but render] Runs `block` later, on the main thread.
+    void async(std::function<void()> block);
+
+    /// [main] Runs what was posted before the call; what these blocks post waits for the next one. Returns how
+    /// many blocks ran.
+    std::size_t drain();
+
+private:
+    std::thread::id mainThread_;
+    std::function<void()> wake_;
+    std::mutex mutex_;
+    std::vector<std::function<void()>> blocks_;
+};
+
+}  // namespace quillo
