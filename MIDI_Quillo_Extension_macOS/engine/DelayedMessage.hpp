@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <compare>
+
+#include "engine/MessageList.hpp"
+#include "engine/SampleTime.hpp"
+#include "platform/RealTime.hpp"
+
+namespace quillo {
+
+/// An output that waits for its time. The order is reversed on purpose, so that the greatest one is the
+/// earliest; the messages take no part in it. Two are equal when both times and messages are.
+struct DelayedMessage {
+    SampleTime time = 0;  ///< when it is due
+    MessageList message;
+
+    bool operator==(const DelayedMessage&) const = default;
+
+    friend std::weak_ordering operator<=>(const DelayedMessage& a, const DelayedMessage& b) QUILLO_REALTIME {
+        return b.time <=> a.time;
+    }
+};
+
+}  // namespace quillo

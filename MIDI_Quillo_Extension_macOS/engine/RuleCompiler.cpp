@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/RuleCompiler.hpp"
+
+#include <string>
+#include <utility>
+
+#include "platform/FatalError.hpp"
+
+namespace quillo {
+
+namespace {
+
+MIDIRuleInternal compileMessageBased(const Rule& rule, const MessageBasedTriggerV2& trigger, SampleTime delay) {
+    using Part = RuleInternalPartVariants::WithMessageBasedTrigger;
+    return {Part{{compile(rule.output.message), trigger.variants}}, trigger.passTrough, delay};
+}
+
+MIDIRuleInternal compileHostTransport(const Rule& rule, const HostTransportTriggerV2& trigger,
+                                      SampleTime delay) {
+    using Part = RuleInternalPartVariants::WithHostBasedTrigger;
+    auto output = compileFixed(rule.output.message, "the host-transport rule \"" + rule.name + "\"");
+    return {Part{{std::move(output), trigger.variants}}, trigger.passThrough, delay};
+}
+
+}  // namespace
+
+SampleTime delayInSamples(DelayV2 delay, std::uint64_t sampleRate) {
+    constexpr std::uint64_t millisecondsPerSecond = 1000;
+    if (delay.ms < 0) {
+        fatalError("a delay is negative: " + std::to_string(delay.ms) + " ms");
+    }
+    std::uint64_t product = 0;
+    if (__builtin_mul_overflow(static_cast<std::uint64_t>(delay.ms), sampleRate, &product)) {
+        fatalError("a delay is too long: " + std::to_string(delay.ms) + " ms");
+    }
+    return static_cast<SampleTime>(product / millisecondsPerSecond);
+}
+
+MessageList compileFixed(const RuleOutputVariantsV2& output, const std::string& purpose) {
+    const auto content = compile(output);
+    const auto* bytes = content.getIf<MessageContent::Bytes>();
+    if (bytes == nullptr) {
+        fatalError(purpose + " copies from a triggering message, and there is none");
+    }
+    return bytes->messages;
+}
+
+CompiledRules compileRules(std::vector<Rule> rules, std::uint64_t sampleRate) {
+    std::vector<MIDIOnLoadRuleInternal> onLoad;
+    std::vector<MIDIRuleInternal> chain;
+    for (const auto& rule : rules) {
+        const auto delay = delayInSamples(rule.output.delay, sampleRate);
+        if (const auto* message = rule.trigger.getIf<RuleTriggerV2::MessageBased>()) {
+            chain.push_back(compileMessageBased(rule, message->trigger, delay));
+        } else if (const auto* host = rule.trigger.getIf<RuleTriggerV2::HostTransport>()) {
+            chain.push_back(compileHostTransport(rule, host->trigger, delay));
+        } else {
+            onLoad.push_back(
+                {compileFixed(rule.output.message, "the on-load rule \"" + rule.name + "\""), delay});
+        }
+    }
+    RuleIndex index(chain);
+    return {std::move(rules), std::move(onLoad), std::move(chain), std::move(index)};
+}
+
+}  // namespace quillo

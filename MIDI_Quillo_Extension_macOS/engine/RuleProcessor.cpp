@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/RuleProcessor.hpp"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace quillo {
+
+RuleProcessor::RuleProcessor()
+    : dispatchQueue("rule-processore-queue"),
+      compiled_(std::make_shared<const CompiledRules>(compileRules({}, defaultSampleRate))) {}
+
+std::vector<Rule> RuleProcessor::rules() {
+    const auto compiled = dispatchQueue.sync([this] { return compiled_; });
+    return compiled->rules;
+}
+
+void RuleProcessor::setRules(std::vector<Rule> rules) {
+    std::shared_ptr<const CompiledRules> next =
+        std::make_shared<const CompiledRules>(compileRules(std::move(rules), sampleRate.load()));
+    dispatchQueue.barrierSync([&] { compiled_.swap(next); });
+}
+
+void RuleProcessor::send(const RuleOutputVariantsV2& output) {
+    const auto list = compileFixed(output, "a message sent by hand");
+    std::vector<MIDIMessage> room;
+    while (!tryAppendInstantMessages(list.messages(), room)) {
+        room.reserve(2 * (pendingInstantMessages() + list.messages().size()));
+    }
+}
+
+/// Appends inside a barrier, into storage that was made outside of it: false when `room` is too small. What the
+/// waiting messages leave behind is freed with `room`.
+bool RuleProcessor::tryAppendInstantMessages(std::span<const MIDIMessage> messages,
+                                             std::vector<MIDIMessage>& room) {
+    return dispatchQueue.barrierSync([&] {
+        const auto needed = instantMessages_.size() + messages.size();
+        if (instantMessages_.capacity() < needed) {
+            if (room.capacity() < needed) {
+                return false;
+            }
+            std::ranges::move(instantMessages_, std::back_inserter(room));
+            instantMessages_.swap(room);
+        }
+        std::ranges::copy(messages, std::back_inserter(instantMessages_));
+        return true;
+    });
+}
+
+std::size_t RuleProcessor::pendingInstantMessages() {
+    return dispatchQueue.barrierSync([this] { return instantMessages_.size(); });
+}
+
+std::size_t RuleProcessor::pendingDelayedMessages() {
+    return dispatchQueue.barrierSync([this] { return delayedMessages_.size(); });
+}
+
+}  // namespace quillo

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "engine/CompiledRules.hpp"
+#include "engine/DelayedMessage.hpp"
+#include "engine/MyBinaryHeap.hpp"
+#include "engine/OutputFunction.hpp"
+#include "engine/RuleCompiler.hpp"
+#include "engine/SampleTime.hpp"
+#include "platform/AURenderEvent.hpp"
+#include "platform/DispatchQueue.hpp"
+#include "platform/FatalErrorSlot.hpp"
+#include "platform/RealTime.hpp"
+#include "rules/Rule.hpp"
+
+namespace quillo {
+
+/// The engine: tries every event against the rules, in order, and emits what they send at exact sample times.
+///
+/// The editor and the host's state calls install rules; the render thread runs the five steps of a cycle, in
+/// the order in which they stand below, and gives up the cycle at the first status other than `noErr`. A cycle
+/// covers the sample times from `start` up to, and not including, `end`. All messages leave through the
+/// caller's output function, on cable 0.
+///
+/// Every operation enters `dispatchQueue` by itself: steps and reads as ordinary blocks, changes as barriers.
+/// The bodies of the steps stand in RuleProcessorRender.cpp, those of the rest in RuleProcessor.cpp.
+class RuleProcessor {
+public:
+    /// How many delayed outputs can wait.
+    static constexpr std::size_t delayCapacity = 10000;
+
+    RuleProcessor();
+
+    /// Samples per second, used when rules are installed: those installed before keep their delays.
+    std::atomic<std::uint64_t> sampleRate{defaultSampleRate};
+
+    /// "rule-processore-queue": all state of the processor is touched in its blocks only.
+    DispatchQueue dispatchQueue;
+
+    /// Where a render step leaves a fatal error: times beyond 64 bits, a damaged delay queue.
+    FatalErrorSlot fatalErrors;
+
+    /// [any but render] The list that was installed last.
+    [[nodiscard]] std::vector<Rule> rules();
+
+    /// [any but render] Compiles the list and installs it, all or nothing: on a fatal error (see
+    /// `compileRules`) the installed rules stay. What is waiting to be sent still is.
+    void setRules(std::vector<Rule> rules);
+
+    /// [any but render] Sends one output by hand, at the start of the next cycle. An output that takes something
+    /// from a triggering message is a fatal error.
+    void send(const RuleOutputVariantsV2& output);
+
+    /// [any but render] How many messages sent by hand wait for the next cycle.
+    [[nodiscard]] std::size_t pendingInstantMessages();
+
+    /// [any but render] How many delayed outputs wait.
+    [[nodiscard]] std::size_t pendingDelayedMessages();
+
+    /// [render] Step 1: fires the on-load rules in the processor's first cycle, and never again, whatever
+    /// becomes of it.
+    OSStatus onLoad(const OutputFunction& output, SampleTime start, SampleTime end) QUILLO_REALTIME;
+
+    /// [render] Step 2: sends all that was sent by hand, in one call (also when there is nothing), and forgets
+    /// it, whatever the call returns.
+    OSStatus flushInstantMessages(const OutputFunction& output, SampleTime start) QUILLO_REALTIME;
+
+    /// [render] Step 3: sends the delayed outputs that are due before `end`, earliest first, each with its own
+    /// time; outputs due at the same time leave in any order.
+    OSStatus flushDelayedMessages(const OutputFunction& output, SampleTime end) QUILLO_REALTIME;
+
+    /// [render] Step 4, in cycles in which the host's transport changed: runs the event through the rules.
+    OSStatus processHostTransport(const OutputFunction& output, HostTransportTriggerVariantsV2 trigger,
+                                  SampleTime start, SampleTime end) QUILLO_REALTIME;
+
+    /// [render] Step 5, for each MIDI event of the cycle: runs it through the rules and forwards it, after
+    /// their immediate outputs, unless a rule consumed it.
+    OSStatus processMIDIEvent(const OutputFunction& output, const AUMIDIEvent& event,
+                              SampleTime end) QUILLO_REALTIME;
+
+private:
+    /// What an output is due to: a sample time that it waits from, and the end of the cycle.
+    struct Moment {
+        SampleTime base;
+        SampleTime end;
+    };
+
+    bool tryAppendInstantMessages(std::span<const MIDIMessage> messages, std::vector<MIDIMessage>& room);
+
+    OSStatus schedule(const OutputFunction& output, Moment moment, SampleTime delay,
+                      const MessageList& messages) QUILLO_REALTIME;
+    OSStatus fire(const OutputFunction& output, Moment moment, const MIDIRuleInternal& rule,
+                  const TriggerBytes& trigger) QUILLO_REALTIME;
+    OSStatus runOnLoadRules(const OutputFunction& output, Moment moment) QUILLO_REALTIME;
+    OSStatus runChain(const OutputFunction& output, const AUMIDIEvent& event, SampleTime end) QUILLO_REALTIME;
+    OSStatus popDueMessages(const OutputFunction& output, SampleTime end) QUILLO_REALTIME;
+
+    bool loaded_ = false;
+    std::shared_ptr<const CompiledRules> compiled_;
+    MyBinaryHeap<DelayedMessage> delayedMessages_{delayCapacity};
+    std::vector<MIDIMessage> instantMessages_;
+};
+
+}  // namespace quillo

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/TriggerPattern.hpp"
+
+#include <variant>
+
+#include "rules/StatusV2.hpp"
+
+namespace quillo {
+
+namespace {
+
+constexpr std::uint32_t kindMask = 0xF0;
+constexpr std::uint32_t statusMask = 0xFF;
+constexpr std::uint32_t midiStart = 0xFA;
+constexpr std::uint32_t midiContinue = 0xFB;
+constexpr std::uint32_t midiStop = 0xFC;
+
+/// A bit that no message word has: a pattern that requires it matches nothing.
+constexpr std::uint32_t impossibleBit = 0x8000'0000;
+
+constexpr unsigned data1 = 1;
+constexpr unsigned data2 = 2;
+
+}  // namespace
+
+TriggerPattern::TriggerPattern(const MessageBasedTriggerVariantsV2& trigger) {
+    using Trigger = MessageBasedTriggerVariantsV2;
+    std::visit(Overloaded{
+                   [this](const Trigger::VoiceCategory& voice) { requireVoice(voice.voice); },
+                   [this](Trigger::Start) { require(midiStart, statusMask); },
+                   [this](Trigger::Stop) { require(midiStop, statusMask); },
+                   [this](Trigger::Continue) { require(midiContinue, statusMask); },
+               },
+               trigger.variant());
+}
+
+void TriggerPattern::require(std::uint32_t value, std::uint32_t mask) {
+    value_ |= value;
+    mask_ |= mask;
+}
+
+void TriggerPattern::requireByte(const TriggerValueV2& value, unsigned position) {
+    if (const auto* exact = value.getIf<TriggerValueV2::Value>()) {
+        require(std::uint32_t{exact->value} << (8 * position), 0xFFU << (8 * position));
+    }
+}
+
+void TriggerPattern::requireChannel(const TriggerValueV2& channel) {
+    const auto* exact = channel.getIf<TriggerValueV2::Value>();
+    if (exact == nullptr) {
+        return;
+    }
+    if (exact->value > 0x0F) {
+        require(impossibleBit, impossibleBit);
+    } else {
+        require(exact->value, 0x0F);
+    }
+}
+
+void TriggerPattern::requireVoice(const VoiceCategoryTriggerV2& voice) {
+    using Kind = VoiceCategoryTriggerVariantsV2;
+    const auto requireKind = [this](StatusV2 status) { require(statusNibble(status), kindMask); };
+    requireChannel(voice.channel);
+    std::visit(Overloaded{
+                   [&](const Kind::NoteOn& noteOn) {
+                       requireKind(StatusV2::noteOn);
+                       requireByte(noteOn.note, data1);
+                   },
+                   [&](const Kind::NoteOff& noteOff) {
+                       requireKind(StatusV2::noteOff);
+                       requireByte(noteOff.note, data1);
+                   },
+                   [&](const Kind::ControlChange& change) {
+                       requireKind(StatusV2::CC);
+                       requireByte(TriggerValueV2::Value{change.controller}, data1);
+                       requireByte(change.value, data2);
+                   },
+                   [&](const Kind::ProgramChange& change) {
+                       requireKind(StatusV2::programChange);
+                       requireByte(change.program, data1);
+                   },
+               },
+               voice.variants.variant());
+}
+
+}  // namespace quillo
