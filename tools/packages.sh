@@ -71,13 +71,15 @@ do_without() {
     for program in "$@"; do
         command -v "$program" >/dev/null || absent+=("$program")
     done
-    if ((${#absent[@]} > 0)); then
-        say "Not found: ${absent[*]}"
-        say "Please install what your system calls these Debian packages: $wanted"
-        exit 69
-    fi
     if has_debian_tools; then
         say "Missing, and neither root nor sudo to install it: $wanted"
+        say "As root: apt-get install --no-install-recommends $wanted"
+    elif ((${#absent[@]} > 0)); then
+        say "Please install what your system calls these Debian packages: $wanted"
+    fi
+    if ((${#absent[@]} > 0)); then
+        say "Not found: ${absent[*]}"
+        exit 69
     fi
 }
 
