@@ -1,0 +1,116 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# shellcheck shell=bash
+# The checks of `./dev lint`. Sourced by ./dev.
+
+lint() {
+    need build lint
+    local failed=()
+    check "every source names its licence" licences_named || true
+    check "format" format_kept || true
+    check "real-time exemptions" exemptions_stated || true
+    if check "warnings and function effects (Clang 22)" clang_builds; then
+        check "every header alone" headers_compile_alone || true
+        check "clang-tidy" sources_tidy || true
+    fi
+    if ((${#failed[@]} > 0)); then
+        printf 'lint: failed: %s\n' "${failed[@]}"
+        return 1
+    fi
+    echo "lint: clean"
+}
+
+# check TITLE FUNCTION: runs one check, and remembers its failure for the verdict.
+check() {
+    say "$1"
+    if ! "$2"; then
+        failed+=("$1")
+        return 1
+    fi
+}
+
+# our_files PATTERN...: every file of ours whose name matches, one a line.
+our_files() {
+    local pattern names=()
+    for pattern in "$@"; do
+        names+=(-o -name "$pattern")
+    done
+    find . \( -path './build' -o -path './build-*' -o -path './.git' -o -path './.cache' \) -prune \
+        -o -type f \( "${names[@]:1}" \) -print | sed 's|^\./||' | LC_ALL=C sort
+}
+
+cpp_files() {
+    our_files '*.cpp' '*.hpp' '*.c' '*.h' '*.mm'
+}
+
+licences_named() {
+    local files missing
+    mapfile -t files < <(
+        cpp_files
+        our_files CMakeLists.txt '*.cmake' '*.py' '*.sh' dev run
+    )
+    if missing=$(grep -L 'SPDX-License-Identifier: GPL-3.0-or-later' "${files[@]}") && [[ -n $missing ]]; then
+        echo "No line 'SPDX-License-Identifier: GPL-3.0-or-later' in:"
+        printf '%s\n' "$missing"
+        return 1
+    fi
+}
+
+format_kept() {
+    local files
+    mapfile -t files < <(cpp_files)
+    clang-format-22 --dry-run --Werror "${files[@]}" || {
+        echo "./dev format puts this right."
+        return 1
+    }
+}
+
+apply_format() {
+    local files
+    mapfile -t files < <(cpp_files)
+    clang-format-22 -i "${files[@]}"
+}
+
+# Names each place that leaves the real-time contract, with its reason, and refuses one without a reason or one
+# that goes round the macro.
+exemptions_stated() {
+    local files outside status=0
+    mapfile -t files < <(cpp_files)
+    awk -f tools/exemptions.awk "${files[@]}" || status=1
+    outside=$(grep -n 'diagnostic ignored.*-Wfunction-effects' "${files[@]}" | grep -v 'platform/RealTime.hpp' || true)
+    if [[ -n $outside ]]; then
+        printf 'Silenced without QUILLO_REALTIME_EXEMPT:\n%s\n' "$outside"
+        status=1
+    fi
+    return "$status"
+}
+
+clang_builds() {
+    build_tree clang
+}
+
+headers_compile_alone() {
+    build_tree clang all_verify_interface_header_sets && no_header_left_out
+}
+
+# A header that no library declares would silently escape the check above.
+no_header_left_out() {
+    local compiled header status=0
+    compiled=$(find build-clang -path '*_verify_interface_header_sets/*' -name '*.cxx')
+    while read -r header; do
+        if [[ $compiled != *"/${header##*/}.cxx"* ]]; then
+            echo "$header is in no library's HEADERS"
+            status=1
+        fi
+    done < <(our_files '*.hpp' | grep -E '^(MIDI_Quillo_Extension_macOS|platform|hosts)/')
+    return "$status"
+}
+
+sources_tidy() {
+    local sources
+    mapfile -t sources < <(
+        sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' build-clang/compile_commands.json |
+            grep "^$PWD/" | grep -v "^$PWD/build" | LC_ALL=C sort -u
+    )
+    printf '%s\0' "${sources[@]}" | xargs -0 -P "$QUILLO_JOBS" -n 1 tools/tidy-file.sh || return 1
+    echo "${#sources[@]} sources are tidy"
+}
