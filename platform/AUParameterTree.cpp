@@ -5,8 +5,7 @@
 
 namespace quillo {
 
-AUParameterTree::AUParameterTree(std::vector<AUParameter> parameters)
-    : parameters_(std::move(parameters)) {}
+AUParameterTree::AUParameterTree(std::vector<AUParameter> parameters) : parameters_(std::move(parameters)) {}
 
 std::shared_ptr<AUParameterTree> AUParameterTree::createTree(std::vector<AUParameter> children) {
     return std::shared_ptr<AUParameterTree>(new AUParameterTree(std::move(children)));

@@ -49,8 +49,9 @@ using AUAudioFrameCount = std::uint32_t;
 
 /// One render cycle: the cycle's start, its length in frames and the head of its event list (null when
 /// there are no events). Called on the host's render thread. The first status other than `noErr` ends it.
-using AUInternalRenderBlock = RealTimeFunction<OSStatus(
-    const AudioTimeStamp& timestamp, AUAudioFrameCount frameCount, const AURenderEvent* realtimeEventListHead)>;
+using AUInternalRenderBlock =
+    RealTimeFunction<OSStatus(const AudioTimeStamp& timestamp, AUAudioFrameCount frameCount,
+                              const AURenderEvent* realtimeEventListHead)>;
 
 /// How a unit hands one complete MIDI message to the host: sample time, virtual cable, bytes. The bytes are
 /// the unit's and valid during the call. `noErr` means that the host has taken the message.

@@ -94,7 +94,7 @@ private:
 
 /// The mode of the file that is replaced, or what a new file gets under the process's mask.
 mode_t modeFor(const fs::path& path) {
-    struct stat existing {};
+    struct stat existing{};
     if (::stat(path.c_str(), &existing) == 0) {
         return existing.st_mode & 07777;
     }

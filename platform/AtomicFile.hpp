@@ -25,6 +25,7 @@ enum class Existing { keep, replace };
 /// Writes the file whole or not at all: whoever looks finds what was there before or all of `bytes`, and a
 /// failure leaves no trace. Throws `FileError`, also when the file is there and shall be kept, and when `path`
 /// names something other than a regular file.
-void writeWholeFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes, Existing existing);
+void writeWholeFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
+                    Existing existing);
 
 }  // namespace quillo

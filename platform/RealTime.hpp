@@ -16,10 +16,10 @@
 ///     QUILLO_REALTIME_EXEMPT_END
 #if defined(__clang__) && __clang_major__ >= 20
 #define QUILLO_REALTIME noexcept [[clang::nonblocking]]
-#define QUILLO_REALTIME_EXEMPT(reason)                                                                    \
+#define QUILLO_REALTIME_EXEMPT(reason)                                                                       \
     _Pragma("clang diagnostic push") _Pragma("clang diagnostic ignored \"-Wfunction-effects\"") {
-#define QUILLO_REALTIME_EXEMPT_END                                                                        \
-    }                                                                                                     \
+#define QUILLO_REALTIME_EXEMPT_END                                                                           \
+    }                                                                                                        \
     _Pragma("clang diagnostic pop")
 #else
 #define QUILLO_REALTIME noexcept

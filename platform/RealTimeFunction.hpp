@@ -18,8 +18,7 @@ class RealTimeFunctionRef<Result(Arguments...)> {
 public:
     template <class Callable>
         requires(!std::is_same_v<std::remove_cvref_t<Callable>, RealTimeFunctionRef>)
-    RealTimeFunctionRef(Callable& callable) noexcept
-        : target_(&callable), call_(&callTarget<Callable>) {}
+    RealTimeFunctionRef(Callable& callable) noexcept : target_(&callable), call_(&callTarget<Callable>) {}
 
     Result operator()(Arguments... arguments) const QUILLO_REALTIME {
         return call_(target_, std::forward<Arguments>(arguments)...);

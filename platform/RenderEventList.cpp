@@ -11,8 +11,8 @@ const AURenderEvent* RenderEventList::head() const QUILLO_REALTIME {
     return size_ == 0 ? nullptr : slots_[0].event;
 }
 
-bool RenderEventList::tryPushMIDI(AUEventSampleTime time,
-                                  std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+bool RenderEventList::tryPushMIDI(AUEventSampleTime time, std::span<const std::uint8_t> bytes)
+    QUILLO_REALTIME {
     AUMIDIEvent event;
     event.eventSampleTime = time;
     event.length = static_cast<std::uint16_t>(std::min(bytes.size(), event.data.size()));
@@ -33,7 +33,7 @@ bool RenderEventList::tryPush(const AURenderEvent& event) QUILLO_REALTIME {
 }
 
 template <class Event>
-bool RenderEventList::tryAppend(Event Slot::*kind, const Event& event) QUILLO_REALTIME {
+bool RenderEventList::tryAppend(Event Slot::* kind, const Event& event) QUILLO_REALTIME {
     if (size_ == slots_.size()) {
         return false;
     }

@@ -30,7 +30,8 @@ public:
 
     /// Appends a MIDI event of `bytes` (at most three; the event's remaining data bytes are 0). False, and
     /// nothing appended, when the list is full.
-    [[nodiscard]] bool tryPushMIDI(AUEventSampleTime time, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
+    [[nodiscard]] bool tryPushMIDI(AUEventSampleTime time, std::span<const std::uint8_t> bytes)
+        QUILLO_REALTIME;
 
     /// Appends any event, its link set by the list. False, and nothing appended, when the list is full.
     [[nodiscard]] bool tryPush(const AUMIDIEvent& event) QUILLO_REALTIME;
@@ -47,7 +48,7 @@ private:
     };
 
     template <class Event>
-    bool tryAppend(Event Slot::*kind, const Event& event) QUILLO_REALTIME;
+    bool tryAppend(Event Slot::* kind, const Event& event) QUILLO_REALTIME;
 
     std::vector<Slot> slots_;
     std::size_t size_ = 0;

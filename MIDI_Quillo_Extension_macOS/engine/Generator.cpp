@@ -47,12 +47,10 @@ MessageList Generator::operator()(const TriggerBytes& trigger) const QUILLO_REAL
     const auto channel = channel_.choose(trigger.status & channelMask);
     const auto byte1 = byte1_.choose(trigger.data1);
     switch (shape_) {
-        case Shape::twoBytes:
-            return MessageList({combined(status_, channel), byte1});
-        case Shape::threeBytes:
-            return MessageList({combined(status_, channel), byte1, byte2_.choose(trigger.data2)});
-        case Shape::bankAndProgram:
-            break;
+    case Shape::twoBytes: return MessageList({combined(status_, channel), byte1});
+    case Shape::threeBytes:
+        return MessageList({combined(status_, channel), byte1, byte2_.choose(trigger.data2)});
+    case Shape::bankAndProgram: break;
     }
     return MessageList({combined(statusNibble(StatusV2::CC), channel), bankSelectController, bank_},
                        {combined(statusNibble(StatusV2::programChange), channel), byte1});

@@ -27,9 +27,8 @@ MIDIMessage MIDIMessage::inlineCopyOf(std::span<const std::uint8_t> bytes) QUILL
 MIDIMessage::MIDIMessage(std::initializer_list<std::uint8_t> bytes) QUILLO_REALTIME
     : MIDIMessage(inlineCopyOf({bytes.begin(), bytes.size()})) {}
 
-MIDIMessage::MIDIMessage(const MIDIMessage& other) QUILLO_REALTIME : shared_(other.shared_),
-                                                                    inlineSize_(other.inlineSize_),
-                                                                    inline_(other.inline_) {
+MIDIMessage::MIDIMessage(const MIDIMessage& other) QUILLO_REALTIME
+    : shared_(other.shared_), inlineSize_(other.inlineSize_), inline_(other.inline_) {
     if (shared_ != nullptr) {
         shared_->hold();
     }

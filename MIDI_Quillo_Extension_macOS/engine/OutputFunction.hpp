@@ -13,7 +13,7 @@ namespace quillo {
 
 /// Where the processor's messages go: sample time, virtual cable (always 0) and the messages of one output,
 /// in order. A status other than `noErr` ends the cycle.
-using OutputFunction = RealTimeFunctionRef<OSStatus(SampleTime time, std::uint8_t cable,
-                                                    std::span<const MIDIMessage> messages)>;
+using OutputFunction =
+    RealTimeFunctionRef<OSStatus(SampleTime time, std::uint8_t cable, std::span<const MIDIMessage> messages)>;
 
 }  // namespace quillo

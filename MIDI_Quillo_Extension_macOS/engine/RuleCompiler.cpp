@@ -10,7 +10,8 @@ namespace quillo {
 
 namespace {
 
-MIDIRuleInternal compileMessageBased(const Rule& rule, const MessageBasedTriggerV2& trigger, SampleTime delay) {
+MIDIRuleInternal compileMessageBased(const Rule& rule, const MessageBasedTriggerV2& trigger,
+                                     SampleTime delay) {
     using Part = RuleInternalPartVariants::WithMessageBasedTrigger;
     return {Part{{compile(rule.output.message), trigger.variants}}, trigger.passTrough, delay};
 }

@@ -56,18 +56,17 @@ std::optional<std::size_t> bucketOf(const VoiceCategoryTriggerV2& voice) {
     const auto in = [&](VoiceKind kind, std::size_t data) {
         return voiceBucket(kind, channel != nullptr ? channel->value : anyChannel, data);
     };
-    return std::visit(
-        Overloaded{
-            [&](const Kind::NoteOn& on) { return in(noteOnKind, dataSlot(on.note)); },
-            [&](const Kind::NoteOff& off) { return in(noteOffKind, dataSlot(off.note)); },
-            [&](const Kind::ControlChange& change) {
-                return in(controlChangeKind, dataSlot(change.controller));
-            },
-            [&](const Kind::ProgramChange& change) {
-                return in(programChangeKind, dataSlot(change.program));
-            },
-        },
-        voice.variants.variant());
+    return std::visit(Overloaded{
+                          [&](const Kind::NoteOn& on) { return in(noteOnKind, dataSlot(on.note)); },
+                          [&](const Kind::NoteOff& off) { return in(noteOffKind, dataSlot(off.note)); },
+                          [&](const Kind::ControlChange& change) {
+                              return in(controlChangeKind, dataSlot(change.controller));
+                          },
+                          [&](const Kind::ProgramChange& change) {
+                              return in(programChangeKind, dataSlot(change.program));
+                          },
+                      },
+                      voice.variants.variant());
 }
 
 std::optional<std::size_t> bucketOf(const MessageBasedTriggerVariantsV2& trigger) {
@@ -101,16 +100,11 @@ Placement place(const MIDIRuleInternal& rule, RuleOrdinal ordinal) {
 /// The voice kind of a status byte, or `voiceKinds` when rules know no such kind.
 std::size_t voiceKind(std::uint8_t status) QUILLO_REALTIME {
     switch (status & 0xF0) {
-        case statusNibble(StatusV2::noteOn):
-            return noteOnKind;
-        case statusNibble(StatusV2::noteOff):
-            return noteOffKind;
-        case statusNibble(StatusV2::CC):
-            return controlChangeKind;
-        case statusNibble(StatusV2::programChange):
-            return programChangeKind;
-        default:
-            return voiceKinds;
+    case statusNibble(StatusV2::noteOn): return noteOnKind;
+    case statusNibble(StatusV2::noteOff): return noteOffKind;
+    case statusNibble(StatusV2::CC): return controlChangeKind;
+    case statusNibble(StatusV2::programChange): return programChangeKind;
+    default: return voiceKinds;
     }
 }
 

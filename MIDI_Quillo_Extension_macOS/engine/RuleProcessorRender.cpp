@@ -13,8 +13,8 @@ constexpr std::uint8_t cable = 0;
 
 }  // namespace
 
-OSStatus RuleProcessor::onLoad(const OutputFunction& output, SampleTime start,
-                               SampleTime end) QUILLO_REALTIME {
+OSStatus RuleProcessor::onLoad(const OutputFunction& output, SampleTime start, SampleTime end)
+    QUILLO_REALTIME {
     return dispatchQueue.sync([&] {
         if (loaded_) {
             return noErr;

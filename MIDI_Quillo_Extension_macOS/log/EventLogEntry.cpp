@@ -9,12 +9,9 @@ namespace {
 
 std::string_view name(HostTransportTriggerVariantsV2 trigger) {
     switch (trigger) {
-        case HostTransportTriggerVariantsV2::Start:
-            return "AU Host Start";
-        case HostTransportTriggerVariantsV2::Continue:
-            return "AU Host Continue";
-        case HostTransportTriggerVariantsV2::Stop:
-            break;
+    case HostTransportTriggerVariantsV2::Start: return "AU Host Start";
+    case HostTransportTriggerVariantsV2::Continue: return "AU Host Continue";
+    case HostTransportTriggerVariantsV2::Stop: break;
     }
     return "AU Host Stop";
 }
@@ -42,11 +39,15 @@ bool EventLogEntryVariants::operator==(const EventLogEntryVariants& other) const
 }
 
 std::string text(const EventLogEntry& entry) {
-    const auto stamp = "[" + std::to_string(entry.timestamp) + "] ";
+    std::string line = "[";
+    line += std::to_string(entry.timestamp);
+    line += "] ";
     if (const auto* host = entry.variants.host()) {
-        return stamp + std::string(name(host->trigger));
+        line += name(host->trigger);
+    } else {
+        line += hexadecimal(entry.variants.midi()->message.bytes());
     }
-    return stamp + hexadecimal(entry.variants.midi()->message.bytes());
+    return line;
 }
 
 }  // namespace quillo

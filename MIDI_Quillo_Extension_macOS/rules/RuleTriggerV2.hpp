@@ -32,11 +32,11 @@ struct VoiceCategoryTriggerVariantsV2Cases {
 };
 
 /// Which kind of channel voice message fires a rule.
-struct VoiceCategoryTriggerVariantsV2 : VoiceCategoryTriggerVariantsV2Cases,
-                                        TaggedUnion<VoiceCategoryTriggerVariantsV2Cases::NoteOn,
-                                                    VoiceCategoryTriggerVariantsV2Cases::NoteOff,
-                                                    VoiceCategoryTriggerVariantsV2Cases::ControlChange,
-                                                    VoiceCategoryTriggerVariantsV2Cases::ProgramChange> {
+struct VoiceCategoryTriggerVariantsV2
+    : VoiceCategoryTriggerVariantsV2Cases,
+      TaggedUnion<VoiceCategoryTriggerVariantsV2Cases::NoteOn, VoiceCategoryTriggerVariantsV2Cases::NoteOff,
+                  VoiceCategoryTriggerVariantsV2Cases::ControlChange,
+                  VoiceCategoryTriggerVariantsV2Cases::ProgramChange> {
     using TaggedUnion::TaggedUnion;
 };
 
@@ -69,8 +69,9 @@ struct MessageBasedTriggerVariantsV2Cases {
 /// Which incoming message fires a rule.
 struct MessageBasedTriggerVariantsV2
     : MessageBasedTriggerVariantsV2Cases,
-      TaggedUnion<MessageBasedTriggerVariantsV2Cases::VoiceCategory, MessageBasedTriggerVariantsV2Cases::Start,
-                  MessageBasedTriggerVariantsV2Cases::Stop, MessageBasedTriggerVariantsV2Cases::Continue> {
+      TaggedUnion<MessageBasedTriggerVariantsV2Cases::VoiceCategory,
+                  MessageBasedTriggerVariantsV2Cases::Start, MessageBasedTriggerVariantsV2Cases::Stop,
+                  MessageBasedTriggerVariantsV2Cases::Continue> {
     using TaggedUnion::TaggedUnion;
 };
 
