@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/DelayedMessage.hpp"
+
+#include <gtest/gtest.h>
+
+namespace quillo {
+namespace {
+
+const MessageList noteOn(MIDIMessage{0x90, 60, 100});
+const MessageList noteOff(MIDIMessage{0x80, 60, 0});
+
+TEST(DelayedMessage, TheEarlierOneIsTheGreater) {
+    const DelayedMessage earlier{10, noteOn};
+    const DelayedMessage later{20, noteOn};
+    EXPECT_TRUE(earlier > later);
+    EXPECT_TRUE(earlier >= later);
+    EXPECT_TRUE(later < earlier);
+    EXPECT_TRUE(later <= earlier);
+    EXPECT_FALSE(later > earlier);
+}
+
+TEST(DelayedMessage, MessagesTakeNoPartInTheOrder) {
+    const DelayedMessage one{10, noteOn};
+    const DelayedMessage other{10, noteOff};
+    EXPECT_FALSE(one < other);
+    EXPECT_FALSE(one > other);
+    EXPECT_TRUE(one <= other);
+    EXPECT_TRUE(one >= other);
+}
+
+TEST(DelayedMessage, IsEqualWhenTimeAndMessagesAre) {
+    EXPECT_EQ((DelayedMessage{10, noteOn}), (DelayedMessage{10, noteOn}));
+    EXPECT_NE((DelayedMessage{10, noteOn}), (DelayedMessage{11, noteOn}));
+    EXPECT_NE((DelayedMessage{10, noteOn}), (DelayedMessage{10, noteOff}));
+    EXPECT_NE((DelayedMessage{10, noteOn}),
+              (DelayedMessage{10, MessageList({0x90, 60, 100}, {0x80, 60, 0})}));
+}
+
+}  // namespace
+}  // namespace quillo
