@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <compare>
+#include <cstdint>
+#include <string>
+
+namespace quillo {
+
+/// A universally unique identifier. Each one that is made differs from all others.
+class UUID {
+public:
+    /// A fresh random identifier (version 4).
+    UUID();
+
+    /// As text: 8-4-4-4-12 upper-case hexadecimal digits.
+    [[nodiscard]] std::string text() const;
+
+    auto operator<=>(const UUID&) const = default;
+
+private:
+    std::array<std::uint8_t, 16> bytes_{};
+};
+
+}  // namespace quillo
