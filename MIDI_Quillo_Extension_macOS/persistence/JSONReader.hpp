@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <limits>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <utility>
+
+#include <nlohmann/json.hpp>
+
+#include "persistence/DecodingError.hpp"
+#include "persistence/Description.hpp"
+#include "persistence/JSONParser.hpp"
+#include "persistence/JSONPath.hpp"
+
+namespace quillo {
+
+/// Reads values of described types from parsed JSON, strictly: no number is
+/// rounded or brought into range, no type stands for another, nothing that is
+/// required has a default. Keys that nothing asks for are ignored. Whatever
+/// does not fit throws a `DecodingError` that says where and what.
+///
+///     const auto delay = JSONReader().read<DelayV2>(json, JSONPath());
+class JSONReader {
+public:
+    /// Reads a described type, an integer, a string, or a `std::vector` of these.
+    /// `path` tells where `value` lies.
+    template <class T>
+    [[nodiscard]] T read(const JSON& value, const JSONPath& path);
+
+    /// Fails unless `value` is an array.
+    void requireArray(const JSON& value, const JSONPath& path);
+
+private:
+    struct ChosenCase {
+        std::size_t index;
+        std::string_view name;
+        const JSON& payload;  ///< an object
+    };
+
+    template <class Structure>
+    Structure readFields(const JSON& value, const JSONPath& path);
+    template <class Union>
+    Union readUnion(const JSON& value, const JSONPath& path);
+    template <class Enumeration>
+    Enumeration readNamed(const JSON& value, const JSONPath& path);
+    template <class Enumeration>
+    Enumeration readNumbered(const JSON& value, const JSONPath& path);
+    template <class Integer>
+    Integer readInteger(const JSON& value, const JSONPath& path);
+    template <class List>
+    List readList(const JSON& value, const JSONPath& path);
+    std::string readString(const JSON& value, const JSONPath& path);
+
+    template <class Union, std::size_t index>
+    Union readCase(const JSON& payload, const JSONPath& path);
+    template <class Value>
+    Value readMember(const JSON& object, std::string_view key, const JSONPath& path,
+                     const JSONPath& memberPath);
+
+    ChosenCase chooseCase(std::span<const std::string_view> names, const JSON& value, const JSONPath& path);
+    void requireObject(const JSON& value, const JSONPath& path);
+    const JSON& requireKey(const JSON& object, std::string_view key, const JSONPath& path);
+
+    [[noreturn]] void fail(const JSONPath& path, const std::string& what);
+    [[noreturn]] void failExpecting(const std::string& expected, const JSON& found, const JSONPath& path);
+    [[noreturn]] void failForCases(std::span<const std::string_view> names, const JSON& object,
+                                   const JSONPath& path);
+
+    std::size_t valuesRead_ = 0;  ///< values begun, the one that failed among them
+};
+
+/// The names of a union's cases, in order.
+template <class Union>
+inline constexpr auto caseNames =
+    std::apply([](const auto&... each) { return std::array{each.name...}; }, Description<Union>::cases);
+
+template <class T>
+T JSONReader::read(const JSON& value, const JSONPath& path) {
+    ++valuesRead_;
+    if constexpr (StoredInteger<T>) {
+        return readInteger<T>(value, path);
+    } else if constexpr (std::same_as<T, std::string>) {
+        return readString(value, path);
+    } else if constexpr (isVector<T>) {
+        return readList<T>(value, path);
+    } else {
+        static_assert(isWhole<T>());
+        if constexpr (DescribedByFields<T>) {
+            return readFields<T>(value, path);
+        } else if constexpr (DescribedByCases<T>) {
+            return readUnion<T>(value, path);
+        } else if constexpr (DescribedByNames<T>) {
+            return readNamed<T>(value, path);
+        } else {
+            return readNumbered<T>(value, path);
+        }
+    }
+}
+
+template <class Structure>
+Structure JSONReader::readFields(const JSON& value, const JSONPath& path) {
+    requireObject(value, path);
+    const auto readField = [&]<class F>(const F& each) {
+        return readMember<typename F::Value>(value, each.key, path, JSONPath(path, each.key));
+    };
+    return std::apply([&](const auto&... each) { return Structure{readField(each)...}; },
+                      Description<Structure>::fields);
+}
+
+template <class Union>
+Union JSONReader::readUnion(const JSON& value, const JSONPath& path) {
+    constexpr auto readers = []<std::size_t... indices>(std::index_sequence<indices...>) {
+        return std::array{&JSONReader::readCase<Union, indices>...};
+    }(std::make_index_sequence<caseNames<Union>.size()>());
+    const auto chosen = chooseCase(caseNames<Union>, value, path);
+    return (this->*readers[chosen.index])(chosen.payload, JSONPath(path, chosen.name));
+}
+
+/// The only element of a payload is spoken of under the name of its case;
+/// several have their own keys.
+template <class Union, std::size_t index>
+Union JSONReader::readCase(const JSON& payload, const JSONPath& path) {
+    constexpr auto described = std::get<index>(Description<Union>::cases);
+    constexpr bool onlyOne = std::tuple_size_v<decltype(described.payload)> == 1;
+    const auto readElement = [&]<class F>(const F& each) {
+        return readMember<typename F::Value>(payload, each.key, path,
+                                             onlyOne ? path : JSONPath(path, each.key));
+    };
+    return std::apply(
+        [&](const auto&... each) { return typename decltype(described)::Case{readElement(each)...}; },
+        described.payload);
+}
+
+template <class Value>
+Value JSONReader::readMember(const JSON& object, std::string_view key, const JSONPath& path,
+                             const JSONPath& memberPath) {
+    if constexpr (isOptional<Value>) {
+        const auto member = object.find(key);
+        if (member == object.end() || member->is_null()) {
+            return std::nullopt;
+        }
+        return read<typename Value::value_type>(*member, memberPath);
+    } else {
+        return read<Value>(requireKey(object, key, path), memberPath);
+    }
+}
+
+template <class Enumeration>
+Enumeration JSONReader::readNamed(const JSON& value, const JSONPath& path) {
+    return static_cast<Enumeration>(chooseCase(Description<Enumeration>::names, value, path).index);
+}
+
+template <class Enumeration>
+Enumeration JSONReader::readNumbered(const JSON& value, const JSONPath& path) {
+    std::string expected;
+    for (std::size_t index = 0; index < Description<Enumeration>::numbers.size(); ++index) {
+        const auto number = Description<Enumeration>::numbers[index];
+        if (value.is_number_integer() && value == JSON(number)) {
+            return static_cast<Enumeration>(index);
+        }
+        expected += (index == 0 ? "one of " : ", ") + std::to_string(number);
+    }
+    failExpecting(expected, value, path);
+}
+
+template <class Integer>
+Integer JSONReader::readInteger(const JSON& value, const JSONPath& path) {
+    using Limits = std::numeric_limits<Integer>;
+    if (value.is_number_unsigned() && std::in_range<Integer>(value.get<std::uint64_t>())) {
+        return value.get<Integer>();
+    }
+    const bool isNegative = value.is_number_integer() && !value.is_number_unsigned();
+    if (isNegative && std::in_range<Integer>(value.get<std::int64_t>())) {
+        return value.get<Integer>();
+    }
+    failExpecting("a whole number from " + std::to_string(Limits::min()) + " to " +
+                      std::to_string(Limits::max()),
+                  value, path);
+}
+
+template <class List>
+List JSONReader::readList(const JSON& value, const JSONPath& path) {
+    requireArray(value, path);
+    List list;
+    list.reserve(value.size());
+    for (const auto& element : value) {
+        list.push_back(read<typename List::value_type>(element, JSONPath(path, list.size())));
+    }
+    return list;
+}
+
+}  // namespace quillo

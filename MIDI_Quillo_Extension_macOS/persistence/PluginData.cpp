@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "persistence/PluginData.hpp"
+
+#include <string>
+#include <utility>
+#include <variant>
+
+#include "persistence/DecodingError.hpp"
+#include "persistence/JSONCoding.hpp"
+#include "persistence/PluginDataV3.hpp"
+#include "persistence/RuleV1.hpp"
+#include "persistence/RuleV1Descriptions.hpp"
+#include "persistence/RuleV1Migration.hpp"
+#include "persistence/RuleV2.hpp"
+
+namespace quillo {
+
+namespace {
+
+/// A value, or why there is none.
+template <class T>
+using Attempt = std::variant<T, DecodingError>;
+
+template <class T>
+Attempt<T> attempt(const JSON& value, const JSONPath& path) {
+    try {
+        return JSONReader().read<T>(value, path);
+    } catch (const DecodingError& error) {
+        return error;
+    }
+}
+
+/// Reads an array of nameless rules and counts those of the oldest form.
+class BareArrayReader {
+public:
+    [[nodiscard]] std::vector<Rule> read(const JSON& document);
+    [[nodiscard]] std::size_t migratedRules() const { return migratedRules_; }
+
+private:
+    RuleV2 readElement(const JSON& element, const JSONPath& path);
+    RuleV2 readOldest(const JSON& element, const JSONPath& path, const DecodingError& newerFormError);
+
+    std::size_t migratedRules_ = 0;
+};
+
+std::vector<Rule> BareArrayReader::read(const JSON& document) {
+    const JSONPath root;
+    JSONReader().requireArray(document, root);
+    std::vector<Rule> rules;
+    rules.reserve(document.size());
+    for (const auto& element : document) {
+        auto rule = readElement(element, JSONPath(root, rules.size()));
+        auto name = "Message #" + std::to_string(rules.size() + 1);
+        rules.push_back({std::move(rule.output), std::move(rule.trigger), std::move(name)});
+    }
+    return rules;
+}
+
+RuleV2 BareArrayReader::readElement(const JSON& element, const JSONPath& path) {
+    auto newer = attempt<RuleV2Helper>(element, path);
+    if (auto* rule = std::get_if<RuleV2Helper>(&newer)) {
+        return {std::move(rule->output), std::move(rule->trigger)};
+    }
+    return readOldest(element, path, std::get<DecodingError>(newer));
+}
+
+RuleV2 BareArrayReader::readOldest(const JSON& element, const JSONPath& path,
+                                   const DecodingError& newerFormError) {
+    const auto oldest = attempt<RuleV1>(element, path);
+    if (const auto* error = std::get_if<DecodingError>(&oldest)) {
+        throw DecodingError(*error, "a V2 rule", newerFormError);
+    }
+    ++migratedRules_;
+    return migrated(std::get<RuleV1>(oldest));
+}
+
+ReadDocument readBareArray(const JSON& document) {
+    BareArrayReader reader;
+    PluginData data{reader.read(document)};
+    return {std::move(data), ReadDocument::Form::bareArray, reader.migratedRules()};
+}
+
+/// A document that is no array fails as a bare array; what it lacks as a
+/// current document is then worth telling.
+ReadDocument readOlderForms(const JSON& document, const DecodingError& currentFormError) {
+    try {
+        return readBareArray(document);
+    } catch (const DecodingError& error) {
+        if (document.is_array()) {
+            throw;
+        }
+        throw DecodingError(error, "a current document", currentFormError);
+    }
+}
+
+}  // namespace
+
+ReadDocument readDocument(std::span<const std::uint8_t> document) {
+    const auto json = parseJSON(document);
+    auto current = attempt<PluginDataV3>(json, JSONPath());
+    if (auto* data = std::get_if<PluginDataV3>(&current)) {
+        return {PluginData{std::move(data->rules)}, ReadDocument::Form::current, 0};
+    }
+    return readOlderForms(json, std::get<DecodingError>(current));
+}
+
+PluginData PluginData::read(std::span<const std::uint8_t> document) {
+    return readDocument(document).data;
+}
+
+std::vector<std::uint8_t> PluginData::write() const {
+    const auto text = encode(PluginDataV3{rules});
+    return {text.begin(), text.end()};
+}
+
+}  // namespace quillo
+
+std::size_t std::hash<quillo::PluginDataV3>::operator()(const quillo::PluginDataV3& data) const {
+    return std::hash<std::string>()(quillo::encode(data));
+}
+
+std::size_t std::hash<quillo::PluginData>::operator()(const quillo::PluginData& data) const {
+    return std::hash<quillo::PluginDataV3>()(quillo::PluginDataV3{data.rules});
+}

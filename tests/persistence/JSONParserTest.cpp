@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "persistence/JSONParser.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+#include "persistence/Documents.hpp"
+
+namespace quillo {
+namespace {
+
+JSON parse(std::string_view text) {
+    return parseJSON(documents::bytesOf(text));
+}
+
+std::string errorOf(std::string_view text) {
+    try {
+        static_cast<void>(parse(text));
+    } catch (const DecodingError& error) {
+        return error.what();
+    }
+    return "parsed without an error";
+}
+
+TEST(JSONParser, BuildsEveryKindOfValue) {
+    const auto value = parse(R"( {"a" : [1, -2, 1.5, "text", true, false, null, {}, []]} )");
+    EXPECT_EQ(value.dump(), R"({"a":[1,-2,1.5,"text",true,false,null,{},[]]})");
+}
+
+TEST(JSONParser, TakesAnyWhitespaceAndAnyTopLevelValue) {
+    EXPECT_EQ(parse("\t\r\n 7 \n").dump(), "7");
+    EXPECT_EQ(parse("\"\"").dump(), "\"\"");
+}
+
+TEST(JSONParser, SkipsAByteOrderMark) {
+    EXPECT_EQ(parse("\xEF\xBB\xBF[]").dump(), "[]");
+}
+
+TEST(JSONParser, KeepsTheLastOfEqualKeys) {
+    EXPECT_EQ(parse(R"({"a":1,"b":2,"a":{"c":3}})").dump(), R"({"a":{"c":3},"b":2})");
+}
+
+TEST(JSONParser, MakesANumberWholeByItsText) {
+    EXPECT_TRUE(parse("5.0").is_number_unsigned());
+    EXPECT_TRUE(parse("1e1").is_number_unsigned());
+    EXPECT_TRUE(parse("-5.0").is_number_integer());
+    EXPECT_TRUE(parse("255.0000000000000001").is_number_float());
+    EXPECT_TRUE(parse("-9223372036854775809").is_number_float());
+}
+
+TEST(JSONParser, SaysWhereTheTextEndsTooEarly) {
+    EXPECT_EQ(errorOf("{\n \"a\": [1,"), "not JSON: line 2, column 10: unexpected end of input");
+    EXPECT_EQ(errorOf(""), "not JSON: line 1, column 1: unexpected end of input");
+    EXPECT_EQ(errorOf("\n\n"), "not JSON: line 3, column 1: unexpected end of input");
+}
+
+TEST(JSONParser, SaysWhatDoesNotBelong) {
+    EXPECT_EQ(errorOf("[1] 2"), "not JSON: line 1, column 5: unexpected number literal");
+    EXPECT_EQ(errorOf("[1,]"), "not JSON: line 1, column 4: unexpected ']'");
+    EXPECT_EQ(errorOf("[tru]"), "not JSON: line 1, column 5: invalid literal");
+    EXPECT_EQ(errorOf("// no"), "not JSON: line 1, column 1: invalid literal");
+}
+
+TEST(JSONParser, RefusesTextThatIsNotUTF8) {
+    EXPECT_EQ(errorOf("[\"\xFF\"]"), "not JSON: line 1, column 3: invalid string: ill-formed UTF-8 byte");
+    EXPECT_EQ(errorOf("[\"\xC0\xAF\"]"), "not JSON: line 1, column 3: invalid string: ill-formed UTF-8 byte");
+    EXPECT_EQ(errorOf("[\"\xED\xA0\x80\"]"),
+              "not JSON: line 1, column 4: invalid string: ill-formed UTF-8 byte");
+    EXPECT_NE(errorOf("\xFF\xFE[\0]\0").find("not JSON"), std::string::npos);
+}
+
+TEST(JSONParser, RefusesHalfASurrogatePair) {
+    EXPECT_NE(errorOf(R"(["\ud83c"])").find("must be followed by"), std::string::npos);
+    EXPECT_EQ(parse(R"(["\ud83c\udfb9"])")[0], "\xF0\x9F\x8E\xB9");
+}
+
+TEST(JSONParser, RefusesAZeroByteAnywhere) {
+    using std::string_view_literals::operator""sv;
+    EXPECT_EQ(errorOf("[]\0"sv), "not JSON: line 1, column 3: a zero byte");
+    EXPECT_EQ(errorOf("[]\0[]"sv), "not JSON: line 1, column 3: a zero byte");
+    EXPECT_EQ(errorOf("\n[\"\0\"]"sv), "not JSON: line 2, column 3: a zero byte");
+}
+
+TEST(JSONParser, RefusesANumberThatNoDoubleHolds) {
+    EXPECT_EQ(errorOf("[1e400]"), "not JSON: line 1, column 6: a number beyond the range of a double");
+    EXPECT_EQ(errorOf("[-" + std::string(400, '9') + "]"),
+              "not JSON: line 1, column 402: a number beyond the range of a double");
+}
+
+TEST(JSONParser, ReadsTheDeepestNestingThatItPromises) {
+    const auto nested = [](std::size_t levels) {
+        return std::string(levels, '[') + std::string(levels, ']');
+    };
+    EXPECT_EQ(parse(nested(maximumNesting)).dump(), nested(maximumNesting));
+    EXPECT_EQ(errorOf(nested(maximumNesting + 1)), "not JSON: nested deeper than 512 levels");
+}
+
+TEST(JSONParser, CountsOnlyTheLevelsThatAreOpen) {
+    std::string text = "[";
+    for (int element = 0; element < 1000; ++element) {
+        text += "[[]],{\"a\":{}},";
+    }
+    EXPECT_EQ(parse(text + "0]").size(), 2001U);
+}
+
+TEST(JSONParser, RefusesAHundredThousandBracketsOfEitherKind) {
+    std::string objects;
+    for (int level = 0; level < 100'000; ++level) {
+        objects += "{\"a\":";
+    }
+    EXPECT_EQ(errorOf(objects), "not JSON: nested deeper than 512 levels");
+    EXPECT_EQ(errorOf(std::string(100'000, '[')), "not JSON: nested deeper than 512 levels");
+    EXPECT_EQ(errorOf(std::string(100'000, ']')), "not JSON: line 1, column 1: unexpected ']'");
+}
+
+}  // namespace
+}  // namespace quillo
