@@ -22,9 +22,8 @@ struct MIDIRuleTypeCases {
 };
 
 /// What the menu for new rules offers.
-struct MIDIRuleType
-    : MIDIRuleTypeCases,
-      TaggedUnion<MIDIRuleTypeCases::OutputType, MIDIRuleTypeCases::ControlChangeShortCut> {
+struct MIDIRuleType : MIDIRuleTypeCases,
+                      TaggedUnion<MIDIRuleTypeCases::OutputType, MIDIRuleTypeCases::ControlChangeShortCut> {
     using TaggedUnion::TaggedUnion;
 };
 

@@ -95,7 +95,8 @@ constexpr std::array namedControllers{
 Menu<std::uint8_t> makeControllerMenu() {
     Menu<std::uint8_t> menu;
     for (std::uint8_t controller = 0; controller <= lastDataByte; ++controller) {
-        menu.push_back({controller, std::to_string(controller) + " : " + std::string(controllerName(controller))});
+        menu.push_back(
+            {controller, std::to_string(controller) + " : " + std::string(controllerName(controller))});
     }
     return menu;
 }

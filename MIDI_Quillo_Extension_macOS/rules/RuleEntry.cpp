@@ -31,21 +31,18 @@ Output onChannel(StatusV2 status, const RuleOutputEntry& entry, GenericByteV2 by
 Output messageFromEntry(const RuleOutputEntry& entry) {
     const unsigned pitch = entry.pitch.value;
     switch (entry.type) {
-        case OutputEntryType::NoteOn:
-            return onChannel(StatusV2::noteOn, entry, entry.note, entry.velocity);
-        case OutputEntryType::NoteOff:
-            return onChannel(StatusV2::noteOff, entry, entry.note, entry.velocity);
-        case OutputEntryType::ControlChange:
-            return onChannel(StatusV2::CC, entry, entry.controller, entry.controllerValue);
-        case OutputEntryType::ProgramChange:
-            return Output::ProgramChange{entry.channel, entry.bank, entry.program};
-        case OutputEntryType::ChannelPressure:
-            return onChannel(StatusV2::channelPressure, entry, fixedByte(entry.pressure), std::nullopt);
-        case OutputEntryType::PitchWheel:
-            return onChannel(StatusV2::pitchWheel, entry, fixedByte(pitch & dataMask),
-                             fixedByte((pitch >> bitsPerDataByte) & dataMask));
-        case OutputEntryType::SystemExclusive:
-            break;
+    case OutputEntryType::NoteOn: return onChannel(StatusV2::noteOn, entry, entry.note, entry.velocity);
+    case OutputEntryType::NoteOff: return onChannel(StatusV2::noteOff, entry, entry.note, entry.velocity);
+    case OutputEntryType::ControlChange:
+        return onChannel(StatusV2::CC, entry, entry.controller, entry.controllerValue);
+    case OutputEntryType::ProgramChange:
+        return Output::ProgramChange{entry.channel, entry.bank, entry.program};
+    case OutputEntryType::ChannelPressure:
+        return onChannel(StatusV2::channelPressure, entry, fixedByte(entry.pressure), std::nullopt);
+    case OutputEntryType::PitchWheel:
+        return onChannel(StatusV2::pitchWheel, entry, fixedByte(pitch & dataMask),
+                         fixedByte((pitch >> bitsPerDataByte) & dataMask));
+    case OutputEntryType::SystemExclusive: break;
     }
     return Output::SystemExclusive{entry.systemExclusive};
 }
@@ -65,28 +62,18 @@ RuleTriggerV2 hostTrigger(Transport transport, const RuleTriggerEntry& entry) {
 
 RuleTriggerV2 triggerFromEntry(const RuleTriggerEntry& entry) {
     switch (entry.type) {
-        case TriggerEntryType::NoteOn:
-            return voiceTrigger(Voice::NoteOn{entry.note}, entry);
-        case TriggerEntryType::NoteOff:
-            return voiceTrigger(Voice::NoteOff{entry.note}, entry);
-        case TriggerEntryType::ControlChange:
-            return voiceTrigger(Voice::ControlChange{entry.controller, entry.controllerValue}, entry);
-        case TriggerEntryType::ProgramChange:
-            return voiceTrigger(Voice::ProgramChange{entry.program}, entry);
-        case TriggerEntryType::MIDIStart:
-            return messageTrigger(Message::Start{}, entry);
-        case TriggerEntryType::MIDIContinue:
-            return messageTrigger(Message::Continue{}, entry);
-        case TriggerEntryType::MIDIStop:
-            return messageTrigger(Message::Stop{}, entry);
-        case TriggerEntryType::HostStart:
-            return hostTrigger(Transport::Start, entry);
-        case TriggerEntryType::HostContinue:
-            return hostTrigger(Transport::Continue, entry);
-        case TriggerEntryType::HostStop:
-            return hostTrigger(Transport::Stop, entry);
-        case TriggerEntryType::OnLoad:
-            break;
+    case TriggerEntryType::NoteOn: return voiceTrigger(Voice::NoteOn{entry.note}, entry);
+    case TriggerEntryType::NoteOff: return voiceTrigger(Voice::NoteOff{entry.note}, entry);
+    case TriggerEntryType::ControlChange:
+        return voiceTrigger(Voice::ControlChange{entry.controller, entry.controllerValue}, entry);
+    case TriggerEntryType::ProgramChange: return voiceTrigger(Voice::ProgramChange{entry.program}, entry);
+    case TriggerEntryType::MIDIStart: return messageTrigger(Message::Start{}, entry);
+    case TriggerEntryType::MIDIContinue: return messageTrigger(Message::Continue{}, entry);
+    case TriggerEntryType::MIDIStop: return messageTrigger(Message::Stop{}, entry);
+    case TriggerEntryType::HostStart: return hostTrigger(Transport::Start, entry);
+    case TriggerEntryType::HostContinue: return hostTrigger(Transport::Continue, entry);
+    case TriggerEntryType::HostStop: return hostTrigger(Transport::Stop, entry);
+    case TriggerEntryType::OnLoad: break;
     }
     return RuleTriggerV2::OnLoad{};
 }
@@ -102,23 +89,20 @@ bool isCopied(const GenericByteV2& byte) {
 
 std::optional<std::string> whyNoEntry(const Output::Protocol& message) {
     switch (statusOf(message.status)) {
-        case StatusV2::noteOn:
-        case StatusV2::noteOff:
-            return message.byte2 ? std::nullopt : std::optional("its note has no velocity");
-        case StatusV2::CC:
-            return message.byte2 ? std::nullopt : std::optional("its controller has no value");
-        case StatusV2::channelPressure:
-            return isCopied(message.byte1) ? std::optional("its pressure is copied from the trigger")
-                                           : std::nullopt;
-        case StatusV2::pitchWheel:
-            if (!message.byte2) {
-                return "its pitch has one data byte only";
-            }
-            return isCopied(message.byte1) || isCopied(*message.byte2)
-                       ? std::optional("its pitch is copied from the trigger")
-                       : std::nullopt;
-        case StatusV2::programChange:
-            break;
+    case StatusV2::noteOn:
+    case StatusV2::noteOff: return message.byte2 ? std::nullopt : std::optional("its note has no velocity");
+    case StatusV2::CC: return message.byte2 ? std::nullopt : std::optional("its controller has no value");
+    case StatusV2::channelPressure:
+        return isCopied(message.byte1) ? std::optional("its pressure is copied from the trigger")
+                                       : std::nullopt;
+    case StatusV2::pitchWheel:
+        if (!message.byte2) {
+            return "its pitch has one data byte only";
+        }
+        return isCopied(message.byte1) || isCopied(*message.byte2)
+                   ? std::optional("its pitch is copied from the trigger")
+                   : std::nullopt;
+    case StatusV2::programChange: break;
     }
     return std::nullopt;
 }
@@ -133,31 +117,31 @@ void fill(RuleOutputEntry& entry, const Output::Protocol& message) {
         entry.channel = withChannel->channel;
     }
     switch (statusOf(message.status)) {
-        case StatusV2::noteOn:
-        case StatusV2::noteOff:
-            entry.type = statusOf(message.status) == StatusV2::noteOn ? OutputEntryType::NoteOn
-                                                                      : OutputEntryType::NoteOff;
-            entry.note = message.byte1;
-            entry.velocity = *message.byte2;
-            return;
-        case StatusV2::CC:
-            entry.type = OutputEntryType::ControlChange;
-            entry.controller = message.byte1;
-            entry.controllerValue = *message.byte2;
-            return;
-        case StatusV2::programChange:
-            entry.type = OutputEntryType::ProgramChange;
-            entry.program = message.byte1;
-            return;
-        case StatusV2::channelPressure:
-            entry.type = OutputEntryType::ChannelPressure;
-            entry.pressure = fixedValue(message.byte1);
-            return;
-        case StatusV2::pitchWheel:
-            entry.type = OutputEntryType::PitchWheel;
-            entry.pitch.value = static_cast<std::uint16_t>(fixedValue(message.byte1) +
-                                                           secondByteWeight * fixedValue(*message.byte2));
-            return;
+    case StatusV2::noteOn:
+    case StatusV2::noteOff:
+        entry.type =
+            statusOf(message.status) == StatusV2::noteOn ? OutputEntryType::NoteOn : OutputEntryType::NoteOff;
+        entry.note = message.byte1;
+        entry.velocity = *message.byte2;
+        return;
+    case StatusV2::CC:
+        entry.type = OutputEntryType::ControlChange;
+        entry.controller = message.byte1;
+        entry.controllerValue = *message.byte2;
+        return;
+    case StatusV2::programChange:
+        entry.type = OutputEntryType::ProgramChange;
+        entry.program = message.byte1;
+        return;
+    case StatusV2::channelPressure:
+        entry.type = OutputEntryType::ChannelPressure;
+        entry.pressure = fixedValue(message.byte1);
+        return;
+    case StatusV2::pitchWheel:
+        entry.type = OutputEntryType::PitchWheel;
+        entry.pitch.value = static_cast<std::uint16_t>(fixedValue(message.byte1) +
+                                                       secondByteWeight * fixedValue(*message.byte2));
+        return;
     }
 }
 
@@ -215,12 +199,9 @@ void fill(RuleTriggerEntry& entry, const MessageBasedTriggerV2& trigger) {
 
 TriggerEntryType entryType(Transport transport) {
     switch (transport) {
-        case Transport::Start:
-            return TriggerEntryType::HostStart;
-        case Transport::Continue:
-            return TriggerEntryType::HostContinue;
-        case Transport::Stop:
-            break;
+    case Transport::Start: return TriggerEntryType::HostStart;
+    case Transport::Continue: return TriggerEntryType::HostContinue;
+    case Transport::Stop: break;
     }
     return TriggerEntryType::HostStop;
 }
@@ -247,7 +228,8 @@ RuleEntry defaultEntry(OutputEntryType type, std::int64_t index) {
 }
 
 Rule ruleFromEntry(const RuleEntry& entry) {
-    return {{messageFromEntry(entry.output), entry.output.delay}, triggerFromEntry(entry.trigger), entry.name};
+    return {
+        {messageFromEntry(entry.output), entry.output.delay}, triggerFromEntry(entry.trigger), entry.name};
 }
 
 std::optional<std::string> whyNoEntry(const Rule& rule) {

@@ -24,21 +24,17 @@ bool isNote(OutputEntryType type) {
 
 TriggerChoices triggerChoices(TriggerEntryType trigger) {
     switch (trigger) {
-        case TriggerEntryType::NoteOn:
-        case TriggerEntryType::NoteOff:
-            return {.channel = true, .noteAndVelocity = true};
-        case TriggerEntryType::ControlChange:
-            return {.channel = true, .controllerAndValue = true};
-        case TriggerEntryType::ProgramChange:
-            return {.channel = true, .program = true};
-        case TriggerEntryType::OnLoad:
-        case TriggerEntryType::MIDIStart:
-        case TriggerEntryType::MIDIContinue:
-        case TriggerEntryType::MIDIStop:
-        case TriggerEntryType::HostStart:
-        case TriggerEntryType::HostContinue:
-        case TriggerEntryType::HostStop:
-            break;
+    case TriggerEntryType::NoteOn:
+    case TriggerEntryType::NoteOff: return {.channel = true, .noteAndVelocity = true};
+    case TriggerEntryType::ControlChange: return {.channel = true, .controllerAndValue = true};
+    case TriggerEntryType::ProgramChange: return {.channel = true, .program = true};
+    case TriggerEntryType::OnLoad:
+    case TriggerEntryType::MIDIStart:
+    case TriggerEntryType::MIDIContinue:
+    case TriggerEntryType::MIDIStop:
+    case TriggerEntryType::HostStart:
+    case TriggerEntryType::HostContinue:
+    case TriggerEntryType::HostStop: break;
     }
     return {};
 }
@@ -71,17 +67,15 @@ bool isFixed(const RuleOutputEntry& output) {
     const bool fixedChannel =
         !hasChannel(output.type) || !output.channel.is<RuleOutputChannelV2::TriggerChannel>();
     switch (output.type) {
-        case OutputEntryType::NoteOn:
-        case OutputEntryType::NoteOff:
-            return fixedChannel && !isCopied(output.note) && !isCopied(output.velocity);
-        case OutputEntryType::ControlChange:
-            return fixedChannel && !isCopied(output.controller) && !isCopied(output.controllerValue);
-        case OutputEntryType::ProgramChange:
-            return fixedChannel && !isCopied(output.program);
-        case OutputEntryType::ChannelPressure:
-        case OutputEntryType::PitchWheel:
-        case OutputEntryType::SystemExclusive:
-            break;
+    case OutputEntryType::NoteOn:
+    case OutputEntryType::NoteOff:
+        return fixedChannel && !isCopied(output.note) && !isCopied(output.velocity);
+    case OutputEntryType::ControlChange:
+        return fixedChannel && !isCopied(output.controller) && !isCopied(output.controllerValue);
+    case OutputEntryType::ProgramChange: return fixedChannel && !isCopied(output.program);
+    case OutputEntryType::ChannelPressure:
+    case OutputEntryType::PitchWheel:
+    case OutputEntryType::SystemExclusive: break;
     }
     return fixedChannel;
 }

@@ -51,7 +51,8 @@ TEST(MIDIVocabulary, ExactlyTheReservedControllersAreCalledSo) {
         }
     }
     for (int controller = 0; controller < 128; ++controller) {
-        EXPECT_EQ(controllerName(static_cast<std::uint8_t>(controller)) == "Reserved", reserved.contains(controller))
+        EXPECT_EQ(controllerName(static_cast<std::uint8_t>(controller)) == "Reserved",
+                  reserved.contains(controller))
             << controller;
     }
 }

@@ -98,14 +98,12 @@ TEST(RuleEntry, EachTriggerTypeUsesItsOwnFields) {
     EXPECT_EQ(triggerOf(TriggerEntryType::OnLoad), onLoad());
     EXPECT_EQ(triggerOf(TriggerEntryType::NoteOn), onNoteOn(exactly(61), exactly(2), policy));
     EXPECT_EQ(triggerOf(TriggerEntryType::NoteOff), onNoteOff(exactly(61), exactly(2), policy));
-    EXPECT_EQ(triggerOf(TriggerEntryType::ControlChange),
-              onControlChange(7, exactly(8), exactly(2), policy));
+    EXPECT_EQ(triggerOf(TriggerEntryType::ControlChange), onControlChange(7, exactly(8), exactly(2), policy));
     EXPECT_EQ(triggerOf(TriggerEntryType::ProgramChange), onProgramChange(exactly(9), exactly(2), policy));
     EXPECT_EQ(triggerOf(TriggerEntryType::MIDIStart), onMIDIStart(policy));
     EXPECT_EQ(triggerOf(TriggerEntryType::MIDIContinue), onMIDIContinue(policy));
     EXPECT_EQ(triggerOf(TriggerEntryType::MIDIStop), onMIDIStop(policy));
-    EXPECT_EQ(triggerOf(TriggerEntryType::HostStart),
-              onHost(HostTransportTriggerVariantsV2::Start, policy));
+    EXPECT_EQ(triggerOf(TriggerEntryType::HostStart), onHost(HostTransportTriggerVariantsV2::Start, policy));
     EXPECT_EQ(triggerOf(TriggerEntryType::HostContinue),
               onHost(HostTransportTriggerVariantsV2::Continue, policy));
     EXPECT_EQ(triggerOf(TriggerEntryType::HostStop), onHost(HostTransportTriggerVariantsV2::Stop, policy));
@@ -148,13 +146,14 @@ TEST(RuleEntry, FieldsThatARuleDoesNotCarryHaveTheirDefaults) {
     expected.trigger.type = TriggerEntryType::MIDIStop;
     expected.trigger.passThrough = PassThroughV2::EatMatching;
     expected.name = "x";
-    EXPECT_EQ(entryFromRule(rule(onMIDIStop(PassThroughV2::EatMatching), send(systemExclusive({1, 2}), 5), "x")),
-              expected);
+    EXPECT_EQ(
+        entryFromRule(rule(onMIDIStop(PassThroughV2::EatMatching), send(systemExclusive({1, 2}), 5), "x")),
+        expected);
 }
 
 TEST(RuleEntry, AProgramChangeWithoutABankBecomesOneOfBankZero) {
-    const auto entry = entryFromRule(
-        rule(onLoad(), send(protocol(StatusV2::programChange, channel(3), byte(9)))));
+    const auto entry =
+        entryFromRule(rule(onLoad(), send(protocol(StatusV2::programChange, channel(3), byte(9)))));
     EXPECT_EQ(entry.output.type, OutputEntryType::ProgramChange);
     EXPECT_EQ(entry.output.channel, channel(3));
     EXPECT_EQ(entry.output.bank, 0);
@@ -162,8 +161,8 @@ TEST(RuleEntry, AProgramChangeWithoutABankBecomesOneOfBankZero) {
 }
 
 TEST(RuleEntry, AStatusWithoutChannelIsTheFirstChannel) {
-    const auto entry = entryFromRule(rule(
-        onLoad(), send(Output::Protocol{StatusByteV2::JustStatus{StatusV2::CC}, byte(7), byte(8)})));
+    const auto entry = entryFromRule(
+        rule(onLoad(), send(Output::Protocol{StatusByteV2::JustStatus{StatusV2::CC}, byte(7), byte(8)})));
     EXPECT_EQ(entry.output.channel, channel(0));
     EXPECT_EQ(entry.output.controller, byte(7));
 }

@@ -18,7 +18,8 @@ TEST(TriggerChoices, OnlyChannelMessagesOfferTheirChannelAndEachItsOwnBytes) {
         const bool note = trigger == TriggerEntryType::NoteOn || trigger == TriggerEntryType::NoteOff;
         const bool controller = trigger == TriggerEntryType::ControlChange;
         const bool program = trigger == TriggerEntryType::ProgramChange;
-        EXPECT_EQ(triggerChoices(trigger), (TriggerChoices{note || controller || program, note, controller, program}));
+        EXPECT_EQ(triggerChoices(trigger),
+                  (TriggerChoices{note || controller || program, note, controller, program}));
     }
 }
 
@@ -36,7 +37,8 @@ RuleEntry noteEntry(GenericByteV2 note) {
 }
 
 TEST(TriggerChoices, ACopiedNoteFallsBackTo60WhenTheTriggerBecomesAControlChange) {
-    EXPECT_EQ(withUsableChoices(TriggerEntryType::ControlChange, noteEntry(triggerByte)).output.note, byte(60));
+    EXPECT_EQ(withUsableChoices(TriggerEntryType::ControlChange, noteEntry(triggerByte)).output.note,
+              byte(60));
     EXPECT_EQ(withUsableChoices(TriggerEntryType::ControlChange, noteEntry(byte(72))).output.note, byte(72));
     EXPECT_EQ(withUsableChoices(TriggerEntryType::NoteOff, noteEntry(triggerByte)).output.note, triggerByte);
 }
@@ -67,16 +69,15 @@ bool offersAllItHolds(const RuleOutputEntry& output, const TriggerChoices& offer
         return false;
     }
     switch (output.type) {
-        case OutputEntryType::NoteOn:
-        case OutputEntryType::NoteOff:
-            return usable(output.note, offered.noteAndVelocity) && usable(output.velocity, offered.noteAndVelocity);
-        case OutputEntryType::ControlChange:
-            return usable(output.controller, offered.controllerAndValue) &&
-                   usable(output.controllerValue, offered.controllerAndValue);
-        case OutputEntryType::ProgramChange:
-            return usable(output.program, offered.program);
-        default:
-            return true;
+    case OutputEntryType::NoteOn:
+    case OutputEntryType::NoteOff:
+        return usable(output.note, offered.noteAndVelocity) &&
+               usable(output.velocity, offered.noteAndVelocity);
+    case OutputEntryType::ControlChange:
+        return usable(output.controller, offered.controllerAndValue) &&
+               usable(output.controllerValue, offered.controllerAndValue);
+    case OutputEntryType::ProgramChange: return usable(output.program, offered.program);
+    default: return true;
     }
 }
 

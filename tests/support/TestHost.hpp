@@ -28,7 +28,8 @@ inline std::shared_ptr<MIDIQuilloAUAudioUnit> makeUnit() {
 class TestHost {
 public:
     TestHost() {
-        unit->logInput = WithoutDeadline([this](const EventLogEntry& e) { lines.push_back("in " + text(e)); });
+        unit->logInput =
+            WithoutDeadline([this](const EventLogEntry& e) { lines.push_back("in " + text(e)); });
         unit->logOutput =
             WithoutDeadline([this](const EventLogEntry& e) { lines.push_back("out " + text(e)); });
         offerOutput();
@@ -46,8 +47,8 @@ public:
     OSStatus failure = -1;
 
     void offerOutput() {
-        unit->MIDIOutputEventBlock =
-            WithoutDeadline([this](AUEventSampleTime time, std::uint8_t, std::span<const std::uint8_t> bytes) {
+        unit->MIDIOutputEventBlock = WithoutDeadline(
+            [this](AUEventSampleTime time, std::uint8_t, std::span<const std::uint8_t> bytes) {
                 const bool refused = acceptedBeforeFailure-- == 0;
                 lines.push_back((refused ? "refused " : "midi ") + describe(time, bytes));
                 return refused ? failure : noErr;
@@ -55,12 +56,12 @@ public:
     }
 
     void offerTransport() {
-        unit->transportStateBlock =
-            [this](AUHostTransportStateFlags* currentFlags, double* currentPosition, double*, double*) {
-                *currentFlags = flags;
-                *currentPosition = position;
-                return true;
-            };
+        unit->transportStateBlock = [this](AUHostTransportStateFlags* currentFlags, double* currentPosition,
+                                           double*, double*) {
+            *currentFlags = flags;
+            *currentPosition = position;
+            return true;
+        };
     }
 
     OSStatus render(double time, AUAudioFrameCount frames, const RenderEventList& events) {

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <vector>
+
+#include "log/EventLogEntry.hpp"
+#include "platform/RealTime.hpp"
+#include "platform/RealTimeFunction.hpp"
+
+namespace quillo {
+
+/// Where a unit reports log entries: the render thread calls it, the main thread may replace it at any time.
+/// At first it does nothing.
+///
+/// A callback that was replaced may still be running, so all that were ever given live as long as this object.
+/// They are few: one is given when an editor connects.
+class LogCallback {
+public:
+    using Function = RealTimeFunction<void(const EventLogEntry& entry)>;
+
+    /// [main] From the next entry on, `function` gets them; an absent one is as good as none.
+    LogCallback& operator=(Function function);
+
+    /// [render]
+    void operator()(const EventLogEntry& entry) const QUILLO_REALTIME {
+        if (const auto* function = current_.load(std::memory_order_acquire)) {
+            (*function)(entry);
+        }
+    }
+
+private:
+    std::vector<std::unique_ptr<const Function>> given_;
+    std::atomic<const Function*> current_{nullptr};
+};
+
+}  // namespace quillo

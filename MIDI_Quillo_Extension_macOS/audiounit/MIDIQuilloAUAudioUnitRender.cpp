@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the host's render thread runs.
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "audiounit/MIDIQuilloAUAudioUnit.hpp"
+
+namespace quillo {
+
+namespace {
+
+/// `time` truncated to whole samples; nothing when it does not fit.
+std::optional<SampleTime> wholeSamples(double time) QUILLO_REALTIME {
+    constexpr double limit = 9223372036854775808.0;  // 2^63
+    if (!std::isfinite(time) || time < -limit || time >= limit) {
+        return std::nullopt;
+    }
+    return static_cast<SampleTime>(time);
+}
+
+HostTransportTriggerVariantsV2 transportTrigger(AUHostTransportStateFlags flags,
+                                                double position) QUILLO_REALTIME {
+    if ((flags & AUHostTransportStateMoving) == 0) {
+        return HostTransportTriggerVariantsV2::Stop;
+    }
+    return position > 0.0 ? HostTransportTriggerVariantsV2::Continue : HostTransportTriggerVariantsV2::Start;
+}
+
+}  // namespace
+
+AUInternalRenderBlock MIDIQuilloAUAudioUnit::internalRenderBlock() {
+    return [link = renderLink_](const AudioTimeStamp& timestamp, AUAudioFrameCount frameCount,
+                                const AURenderEvent* events) QUILLO_REALTIME {
+        if (!link->gate.tryEnter()) {
+            return noErr;
+        }
+        const auto status = link->unit.render(timestamp, frameCount, events);
+        link->gate.leave();
+        return status;
+    };
+}
+
+OSStatus MIDIQuilloAUAudioUnit::render(const AudioTimeStamp& timestamp, AUAudioFrameCount frameCount,
+                                       const AURenderEvent* events) QUILLO_REALTIME {
+    const auto first = wholeSamples(timestamp.mSampleTime);
+    SampleTime end = 0;
+    if (!first) {
+        return processor->fatalErrors.set("the cycle's sample time is not a whole number of samples");
+    }
+    if (!tryAdd(*first, frameCount, end)) {
+        return processor->fatalErrors.set("the cycle ends beyond the render timeline");
+    }
+    auto send = [this](SampleTime time, std::uint8_t cable, std::span<const MIDIMessage> messages)
+                    QUILLO_REALTIME { return sendMessages(time, cable, messages); };
+    const OutputFunction output(send);
+
+    if (const auto status = processor->onLoad(output, *first, end); status != noErr) {
+        return status;
+    }
+    if (const auto status = processor->flushInstantMessages(output, *first); status != noErr) {
+        return status;
+    }
+    if (const auto status = processor->flushDelayedMessages(output, end); status != noErr) {
+        return status;
+    }
+    if (const auto status = renderTransport(output, *first, end); status != noErr) {
+        return status;
+    }
+    return renderEvents(output, events, end);
+}
+
+OSStatus MIDIQuilloAUAudioUnit::renderTransport(const OutputFunction& output, SampleTime first,
+                                                SampleTime end) QUILLO_REALTIME {
+    if (!transportStateBlock) {
+        return noErr;
+    }
+    AUHostTransportStateFlags flags = 0;
+    double position = 0.0;
+    transportStateBlock(&flags, &position, nullptr, nullptr);
+    // Any bit counts as a change: the trigger follows from the new flags, not from which bit changed.
+    if (flags == previousTransportState_) {
+        return noErr;
+    }
+    previousTransportState_ = flags;
+    const auto trigger = transportTrigger(flags, position);
+    logInput({first, EventLogEntryVariants::Host{trigger}});
+    return processor->processHostTransport(output, trigger, first, end);
+}
+
+OSStatus MIDIQuilloAUAudioUnit::renderEvents(const OutputFunction& output, const AURenderEvent* events,
+                                             SampleTime end) QUILLO_REALTIME {
+    for (const auto* event = events; event != nullptr; event = event->next) {
+        if (event->eventType != AURenderEventType::midi) {
+            continue;
+        }
+        const auto& midi = *static_cast<const AUMIDIEvent*>(event);
+        const auto length = std::min<std::size_t>(midi.length, midi.data.size());
+        const auto message = MIDIMessage::inlineCopyOf({midi.data.data(), length});
+        logInput({midi.eventSampleTime, EventLogEntryVariants::MIDI{message}});
+        if (const auto status = processor->processMIDIEvent(output, midi, end); status != noErr) {
+            return status;
+        }
+    }
+    return noErr;
+}
+
+OSStatus MIDIQuilloAUAudioUnit::sendMessages(SampleTime sampleTime, std::uint8_t cable,
+                                             std::span<const MIDIMessage> messages) QUILLO_REALTIME {
+    if (!MIDIOutputEventBlock) {
+        return noErr;
+    }
+    for (const auto& message : messages) {
+        const auto status = MIDIOutputEventBlock(sampleTime, cable, message.bytes());
+        if (status != noErr) {
+            return status;
+        }
+        logOutput({sampleTime, EventLogEntryVariants::MIDI{message}});
+    }
+    return noErr;
+}
+
+}  // namespace quillo

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "audiounit/LogCallback.hpp"
+
+#include <gtest/gtest.h>
+
+namespace quillo {
+namespace {
+
+const EventLogEntry entry{0, EventLogEntryVariants::Host{HostTransportTriggerVariantsV2::Start}};
+
+TEST(LogCallback, DoesNothingUntilAFunctionIsGiven) {
+    const LogCallback callback;
+    callback(entry);
+}
+
+TEST(LogCallback, CallsTheFunctionThatWasGivenLast) {
+    LogCallback callback;
+    int first = 0;
+    int second = 0;
+    callback = [&first](const EventLogEntry&) { ++first; };
+    callback(entry);
+    callback = [&second](const EventLogEntry&) { ++second; };
+    callback(entry);
+    callback(entry);
+    EXPECT_EQ(first, 1);
+    EXPECT_EQ(second, 2);
+}
+
+TEST(LogCallback, AnAbsentFunctionEndsTheCalls) {
+    LogCallback callback;
+    int calls = 0;
+    callback = [&calls](const EventLogEntry&) { ++calls; };
+    callback = LogCallback::Function();
+    callback(entry);
+    EXPECT_EQ(calls, 0);
+}
+
+}  // namespace
+}  // namespace quillo
