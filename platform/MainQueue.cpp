@@ -18,6 +18,7 @@ void MainQueue::async(std::function<void()> block) {
 }
 
 std::size_t MainQueue::drain() {
+    polls_.notify();
     std::vector<std::function<void()>> blocks;
     {
         const std::lock_guard lock(mutex_);

@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/Observers.hpp"
+
 namespace quillo {
 
 /// Work that must run on the user-interface thread, in the order in which it was posted. The thread that makes
@@ -26,13 +28,18 @@ public:
     /// [any but render] Runs `block` later, on the main thread.
     void async(std::function<void()> block);
 
-    /// [main] Runs what was posted before the call; what these blocks post waits for the next one. Returns how
+    /// [main] `poll` runs in every `drain`, before the posted blocks, as long as the returned observation lives:
+    /// for work whose source cannot post, such as the render thread.
+    [[nodiscard]] Observation onDrain(std::function<void()> poll) { return polls_.add(std::move(poll)); }
+
+    /// [main] Runs the polls and what was posted before the call; what these blocks post waits for the next one. Returns how
     /// many blocks ran.
     std::size_t drain();
 
 private:
     std::thread::id mainThread_;
     std::function<void()> wake_;
+    Observers polls_;
     std::mutex mutex_;
     std::vector<std::function<void()>> blocks_;
 };

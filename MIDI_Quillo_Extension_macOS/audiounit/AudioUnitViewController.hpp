@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <variant>
+#include <vector>
+
+#include "audiounit/MIDIQuilloAUAudioUnit.hpp"
+#include "audiounit/QuilloModel.hpp"
+#include "log/EventMailbox.hpp"
+#include "platform/AUParameterTree.hpp"
+#include "platform/MainQueue.hpp"
+#include "rules/Rule.hpp"
+
+namespace quillo {
+
+/// Makes the unit for the host, owns the editor's model, and connects the two once both the unit and the view
+/// are there, whichever comes second: edits flow into the unit's processor, the unit's rules into the model
+/// when they connect and whenever the unit's state is replaced, and the unit's log callbacks into the model's
+/// logs.
+///
+/// Whoever builds the window makes the view over `model`, with `onRulesChanged` and `onInstantMessageClick`
+/// behind it, and says so by `viewDidLoad`. Make controllers by `std::make_shared`. [main] unless an operation
+/// says otherwise.
+class AudioUnitViewController : public std::enable_shared_from_this<AudioUnitViewController> {
+public:
+    /// The size that the view opens with, in points.
+    static constexpr int preferredWidth = 500;
+    static constexpr int preferredHeight = 250;
+
+    /// The queue must outlive the controller.
+    explicit AudioUnitViewController(MainQueue& mainQueue) : mainQueue_(mainQueue) {}
+
+    /// [any] The factory: makes the unit, or hands back its error and changes nothing.
+    [[nodiscard]] std::variant<std::shared_ptr<MIDIQuilloAUAudioUnit>, NSError> createAudioUnit(
+        const AudioComponentDescription& description);
+
+    /// The view has been made.
+    void viewDidLoad();
+    [[nodiscard]] bool isViewLoaded() const { return viewLoaded_; }
+
+    /// Installs an edited list in the unit; dropped without a unit. Throws the `FatalError` of rules that
+    /// cannot be compiled; those that were installed stay.
+    void onRulesChanged(std::vector<Rule> rules);
+
+    /// Sends a message by hand; dropped without a unit. Throws the `FatalError` of one that takes something
+    /// from a triggering message.
+    void onInstantMessageClick(const RuleOutputVariantsV2& message);
+
+    [[nodiscard]] const std::shared_ptr<QuilloModel>& model() const { return model_; }
+
+    /// [any] The unit, null until the factory has made it.
+    [[nodiscard]] std::shared_ptr<MIDIQuilloAUAudioUnit> audioUnit() const;
+
+    /// Whether the connection is still to be made. Made once, it is never given up.
+    [[nodiscard]] bool needsConnection() const { return needsConnection_; }
+
+private:
+    void connectAudioUnit();
+    void connectLogs(MIDIQuilloAUAudioUnit& unit);
+    void loadRulesFromAudioUnit();
+    void loadRulesLater();
+
+    MainQueue& mainQueue_;
+    std::shared_ptr<QuilloModel> model_ = std::make_shared<QuilloModel>();
+    bool viewLoaded_ = false;
+    bool needsConnection_ = true;
+
+    mutable std::mutex audioUnitMutex_;  ///< the factory may run on any thread
+    std::shared_ptr<MIDIQuilloAUAudioUnit> audioUnit_;
+
+    Observation observer_;  ///< of the unit's whole state
+    AUParameterObserverToken parameterObserverToken_;
+    Observation logPoll_;
+};
+
+}  // namespace quillo

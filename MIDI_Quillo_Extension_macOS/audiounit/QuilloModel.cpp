@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "audiounit/QuilloModel.hpp"
+
+#include <utility>
+
+namespace quillo {
+
+namespace {
+
+void append(QuilloModel::Log& log, const std::vector<EventLogEntry>& entries, Observers& observers) {
+    if (entries.empty()) {
+        return;
+    }
+    for (const auto& entry : entries) {
+        log.append(entry);
+    }
+    observers.notify();
+}
+
+}  // namespace
+
+void QuilloModel::setRules(std::vector<RuleEntryIdentifiable> rules) {
+    rules_ = std::move(rules);
+    whyNotEditable_.reset();
+    rulesObservers_.notify();
+}
+
+void QuilloModel::setNotEditable(std::string reason) {
+    rules_.clear();
+    whyNotEditable_ = std::move(reason);
+    rulesObservers_.notify();
+}
+
+void QuilloModel::appendToInLog(const std::vector<EventLogEntry>& entries) {
+    append(inLog_, entries, inLogObservers_);
+}
+
+void QuilloModel::appendToOutLog(const std::vector<EventLogEntry>& entries) {
+    append(outLog_, entries, outLogObservers_);
+}
+
+void QuilloModel::clearInLog() {
+    inLog_.clear();
+    inLogObservers_.notify();
+}
+
+void QuilloModel::clearOutLog() {
+    outLog_.clear();
+    outLogObservers_.notify();
+}
+
+Observation QuilloModel::observeRules(std::function<void()> callback) {
+    return rulesObservers_.add(std::move(callback));
+}
+
+Observation QuilloModel::observeInLog(std::function<void()> callback) {
+    return inLogObservers_.add(std::move(callback));
+}
+
+Observation QuilloModel::observeOutLog(std::function<void()> callback) {
+    return outLogObservers_.add(std::move(callback));
+}
+
+}  // namespace quillo

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "log/EventLogEntry.hpp"
+#include "log/MyCyclicBuffer.hpp"
+#include "platform/Observers.hpp"
+#include "rules/RuleEntryIdentifiable.hpp"
+
+namespace quillo {
+
+/// The editor's observable state: the rules as they are edited and the two event logs. Each change of a part
+/// tells those who observe it, once a change. [main] only.
+class QuilloModel {
+public:
+    /// How many entries each log keeps.
+    static constexpr std::size_t logCapacity = 100;
+
+    using Log = MyCyclicBuffer<EventLogEntry>;
+
+    [[nodiscard]] const std::vector<RuleEntryIdentifiable>& rules() const { return rules_; }
+    void setRules(std::vector<RuleEntryIdentifiable> rules);
+
+    /// Why the unit runs rules that the editor cannot show; nothing when it shows all that run. While there is
+    /// a reason, `rules` is empty and must not be handed to the unit.
+    [[nodiscard]] const std::optional<std::string>& whyNotEditable() const { return whyNotEditable_; }
+    void setNotEditable(std::string reason);
+
+    [[nodiscard]] const Log& inLog() const { return inLog_; }
+    [[nodiscard]] const Log& outLog() const { return outLog_; }
+    /// Appends in order and tells once; nothing happens for no entries.
+    void appendToInLog(const std::vector<EventLogEntry>& entries);
+    void appendToOutLog(const std::vector<EventLogEntry>& entries);
+    void clearInLog();
+    void clearOutLog();
+
+    /// `callback` runs after each change of that part for as long as the returned observation lives.
+    [[nodiscard]] Observation observeRules(std::function<void()> callback);
+    [[nodiscard]] Observation observeInLog(std::function<void()> callback);
+    [[nodiscard]] Observation observeOutLog(std::function<void()> callback);
+
+private:
+    std::vector<RuleEntryIdentifiable> rules_;
+    std::optional<std::string> whyNotEditable_;
+    Log inLog_{logCapacity};
+    Log outLog_{logCapacity};
+    Observers rulesObservers_;
+    Observers inLogObservers_;
+    Observers outLogObservers_;
+};
+
+}  // namespace quillo

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/PresetExchange.hpp"
+
+#include <utility>
+
+#include "persistence/DecodingError.hpp"
+#include "persistence/EncodingError.hpp"
+#include "persistence/PluginData.hpp"
+#include "platform/AtomicFile.hpp"
+#include "platform/FatalError.hpp"
+
+namespace quillo {
+
+namespace {
+
+std::vector<Rule> readRules(std::span<const std::uint8_t> bytes) {
+    try {
+        return PluginData::read(bytes).rules;
+    } catch (const DecodingError& error) {
+        throw ImportError(error.mostUseful());
+    } catch (const FatalError& error) {
+        throw ImportError(error.what());
+    }
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> exportPreset(const RuleList& rules) {
+    return PluginData{rulesOf(rules)}.write();
+}
+
+RuleList importPreset(std::span<const std::uint8_t> bytes) {
+    RuleList list;
+    for (const auto& rule : readRules(bytes)) {
+        if (const auto reason = whyNoEntry(rule)) {
+            throw ImportError("The rule \"" + rule.name + "\" cannot be edited: " + *reason + ".");
+        }
+        list.push_back({UUID(), entryFromRule(rule)});
+    }
+    return list;
+}
+
+void importPresetFile(const std::filesystem::path& path, RuleListEditor& editor) {
+    try {
+        editor.replaceAll(importPreset(readWholeFile(path)), "Import " + path.filename().string());
+    } catch (const FileError& error) {
+        editor.alert(error.what());
+    } catch (const ImportError& error) {
+        editor.alert(error.what());
+    }
+}
+
+void exportPresetFile(const std::filesystem::path& path, RuleListEditor& editor) {
+    if (editor.whyNotEditable()) {
+        editor.alert(*editor.whyNotEditable());
+        return;
+    }
+    try {
+        writeWholeFile(path, exportPreset(editor.rules()), Existing::replace);
+    } catch (const FileError& error) {
+        editor.alert(error.what());
+    } catch (const EncodingError& error) {
+        editor.alert(error.what());
+    }
+}
+
+}  // namespace quillo

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <stdexcept>
+#include <vector>
+
+#include "editor/RuleListEditor.hpp"
+#include "editor/RuleListHistory.hpp"
+
+/// Import and export of the rule list as a preset file: the bytes of a state document. [main] only.
+namespace quillo {
+
+/// The name that a preset is saved under unless the user chooses another; the file extension comes to it.
+inline constexpr const char* defaultPresetName = "midi-quillo-preset";
+inline constexpr const char* presetFileExtension = ".json";
+
+/// Why a preset was not imported. The text is meant for the user.
+class ImportError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The preset file of a list.
+[[nodiscard]] std::vector<std::uint8_t> exportPreset(const RuleList& rules);
+
+/// The list in a preset file of any form, each rule under a fresh identifier: all of it, or an `ImportError` for
+/// bytes that are no preset and for rules that the editor cannot hold.
+[[nodiscard]] RuleList importPreset(std::span<const std::uint8_t> bytes);
+
+/// Puts the rules of a file in the place of the editor's, in a step that can be undone. Whatever goes wrong,
+/// the editor's alert says it and its rules stay.
+void importPresetFile(const std::filesystem::path& path, RuleListEditor& editor);
+
+/// Writes the editor's rules to a file, whole or not at all, in the place of one that is there. Whatever goes
+/// wrong, the editor's alert says it; so it does when the editor does not show the rules that run.
+void exportPresetFile(const std::filesystem::path& path, RuleListEditor& editor);
+
+}  // namespace quillo

@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/RuleListEditor.hpp"
+
+#include <algorithm>
+#include <iterator>
+#include <limits>
+#include <string_view>
+#include <utility>
+
+#include "editor/DecimalText.hpp"
+#include "platform/FatalError.hpp"
+#include "rules/TriggerChoices.hpp"
+
+namespace quillo {
+
+namespace {
+
+using Offset = RuleList::difference_type;
+
+/// The number in a name such as "Message #3"; 0 for every other name.
+std::int64_t numberOf(std::string_view name) {
+    constexpr std::string_view prefix = "Message #";
+    if (name.size() <= prefix.size() || !name.starts_with(prefix)) {
+        return 0;
+    }
+    return parseSignedDecimal(name.substr(prefix.size())).value_or(0);
+}
+
+}  // namespace
+
+std::int64_t nextIndex(const RuleList& rules) {
+    std::int64_t greatest = 0;
+    for (const auto& element : rules) {
+        greatest = std::max(greatest, numberOf(element.rule.name));
+    }
+    if (greatest == std::numeric_limits<std::int64_t>::max()) {
+        fatalError("there is no number left for a new rule's name");
+    }
+    return greatest + 1;
+}
+
+std::vector<Rule> rulesOf(const RuleList& list) {
+    std::vector<Rule> rules;
+    rules.reserve(list.size());
+    std::ranges::transform(list, std::back_inserter(rules),
+                           [](const auto& element) { return ruleFromEntry(element.rule); });
+    return rules;
+}
+
+RuleListEditor::RuleListEditor(std::shared_ptr<QuilloModel> model, OnRulesChanged onRulesChanged,
+                               OnInstantMessageClick onInstantMessageClick)
+    : model_(std::move(model)),
+      onRulesChanged_(std::move(onRulesChanged)),
+      onInstantMessageClick_(std::move(onInstantMessageClick)),
+      rulesObservation_(model_->observeRules([this] {
+          if (!changing_) {
+              history_.clear();
+          }
+      })) {}
+
+std::optional<std::size_t> RuleListEditor::find(const UUID& id) const {
+    const auto found = std::ranges::find(rules(), id, &RuleEntryIdentifiable::id);
+    if (found == rules().end()) {
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(std::distance(rules().begin(), found));
+}
+
+/// Hands the list to the engine and, if that takes it, to the model.
+bool RuleListEditor::install(RuleList list) {
+    try {
+        onRulesChanged_(rulesOf(list));
+    } catch (const FatalError& error) {
+        alert(error.what());
+        return false;
+    }
+    changing_ = true;
+    model_->setRules(std::move(list));
+    changing_ = false;
+    return true;
+}
+
+void RuleListEditor::apply(RuleList after, const std::string& stepName, const std::string& joinKey) {
+    const auto before = rules();
+    if (install(std::move(after))) {
+        history_.note(stepName, before, rules(), joinKey);
+    }
+}
+
+void RuleListEditor::add(const MIDIRuleType& type) {
+    if (whyNotEditable()) {
+        alert(*whyNotEditable());
+        return;
+    }
+    try {
+        auto list = rules();
+        list.push_back({UUID(), defaultEntry(type, nextIndex(list))});
+        const auto name = "Add " + list.back().rule.name;
+        apply(std::move(list), name);
+    } catch (const FatalError& error) {
+        alert(error.what());
+    }
+}
+
+void RuleListEditor::duplicate(const UUID& id) {
+    const auto position = find(id);
+    if (!position) {
+        return;
+    }
+    auto list = rules();
+    const auto entry = list[*position].rule;
+    list.insert(list.begin() + static_cast<Offset>(*position) + 1, {UUID(), entry});
+    apply(std::move(list), "Duplicate " + entry.name);
+}
+
+void RuleListEditor::remove(const UUID& id) {
+    const auto position = find(id);
+    if (!position) {
+        return;
+    }
+    auto list = rules();
+    const auto name = list[*position].rule.name;
+    list.erase(list.begin() + static_cast<Offset>(*position));
+    apply(std::move(list), "Delete " + name);
+}
+
+void RuleListEditor::move(const UUID& id, std::size_t position) {
+    const auto from = find(id);
+    if (!from) {
+        return;
+    }
+    auto list = rules();
+    const auto to = std::min(position, list.size() - 1);
+    const auto at = [&list](std::size_t index) { return list.begin() + static_cast<Offset>(index); };
+    const auto name = list[*from].rule.name;
+    if (*from < to) {
+        std::rotate(at(*from), at(*from + 1), at(to + 1));
+    } else {
+        std::rotate(at(to), at(*from), at(*from + 1));
+    }
+    apply(std::move(list), "Move " + name);
+}
+
+void RuleListEditor::editWith(const UUID& id, const std::function<void(RuleEntry&)>& change,
+                              const std::string& field) {
+    const auto position = find(id);
+    if (!position) {
+        return;
+    }
+    auto list = rules();
+    const auto name = list[*position].rule.name;
+    change(list[*position].rule);
+    apply(std::move(list), "Edit " + name, field.empty() ? "" : id.text() + field);
+}
+
+void RuleListEditor::edit(const UUID& id, RuleEntry entry, const std::string& field) {
+    editWith(id, [&entry](RuleEntry& rule) { rule = std::move(entry); }, field);
+}
+
+void RuleListEditor::changeTriggerType(const UUID& id, TriggerEntryType type) {
+    editWith(
+        id,
+        [type](RuleEntry& rule) {
+            rule = withUsableChoices(type, std::move(rule));
+            rule.trigger.type = type;
+        },
+        "");
+}
+
+void RuleListEditor::changeOutputType(const UUID& id, OutputEntryType type) {
+    editWith(
+        id,
+        [type](RuleEntry& rule) {
+            rule.output.type = type;
+            rule = withUsableChoices(rule.trigger.type, std::move(rule));
+        },
+        "");
+}
+
+void RuleListEditor::replaceAll(RuleList list, const std::string& stepName) {
+    apply(std::move(list), stepName);
+}
+
+void RuleListEditor::send(const UUID& id) {
+    const auto position = find(id);
+    if (!position || !isFixed(rules()[*position].rule.output)) {
+        return;
+    }
+    onInstantMessageClick_(ruleFromEntry(rules()[*position].rule).output.message);
+}
+
+void RuleListEditor::undo() {
+    auto history = history_;
+    if (install(history.undo(rules()))) {
+        history_ = std::move(history);
+    }
+}
+
+void RuleListEditor::redo() {
+    auto history = history_;
+    if (install(history.redo(rules()))) {
+        history_ = std::move(history);
+    }
+}
+
+void RuleListEditor::alert(std::string message) {
+    alertErrorMessage_ = std::move(message);
+    alertObservers_.notify();
+}
+
+void RuleListEditor::dismissAlert() {
+    alertErrorMessage_.reset();
+    alertObservers_.notify();
+}
+
+Observation RuleListEditor::observeAlert(std::function<void()> callback) {
+    return alertObservers_.add(std::move(callback));
+}
+
+}  // namespace quillo

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/PresetExchange.hpp"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "platform/AtomicFile.hpp"
+#include "support/EditorDesk.hpp"
+#include "support/TestRules.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using Names = std::vector<std::string>;
+
+std::string textOf(const std::vector<std::uint8_t>& bytes) {
+    return {bytes.begin(), bytes.end()};
+}
+
+constexpr std::string_view twoNamelessRules =
+    R"([{"output":{"message":{"SystemExclusive":{"_0":[1]}},"delay":{"ms":0}},"trigger":{"OnLoad":{}}},)"
+    R"({"output":{"message":{"Prime":{"_0":{"SystemExclusive":{"_0":[2]}}}},"delay":{"ms":0}},"trigger":{"OnLoad":{}}}])";
+
+constexpr std::string_view copiedPressure =
+    R"({"rules":[{"output":{"message":{"Protocol":{"_0":{"JustStatus":{"_0":208}},)"
+    R"("_1":{"RespectiveTriggerByte":{}}}},"delay":{"ms":0}},"trigger":{"OnLoad":{}},"name":"Odd"}]})";
+
+/// An editor with one rule, and a folder of its own.
+class PresetExchangeTest : public testing::Test {
+protected:
+    PresetExchangeTest() {
+        std::filesystem::create_directory(folder);
+        desk.addNoteOn();
+    }
+    ~PresetExchangeTest() override { std::filesystem::remove_all(folder); }
+
+    std::filesystem::path write(std::string_view text) {
+        const auto path = folder / "preset.json";
+        std::ofstream(path) << text;
+        return path;
+    }
+
+    /// Imports a file that must be refused, and returns what the alert says.
+    std::string refusal(const std::filesystem::path& path) {
+        const auto before = desk.editor.rules();
+        importPresetFile(path, desk.editor);
+        EXPECT_EQ(desk.editor.rules(), before);
+        EXPECT_EQ(desk.editor.undoName(), "Add Message #1");
+        return desk.editor.alertErrorMessage().value_or("no alert");
+    }
+
+    std::filesystem::path folder =
+        std::filesystem::temp_directory_path() / ("quillo-preset-" + std::to_string(::getpid()));
+    EditorDesk desk;
+};
+
+TEST_F(PresetExchangeTest, AnEmptyListIsTwelveBytesAndEmptiesTheEditor) {
+    EXPECT_EQ(textOf(exportPreset({})), R"({"rules":[]})");
+    importPresetFile(write(R"({"rules":[]})"), desk.editor);
+    EXPECT_TRUE(desk.editor.rules().empty());
+    EXPECT_TRUE(desk.installed.empty());
+}
+
+TEST_F(PresetExchangeTest, AnExportedListComesBackUnderNewIdentifiersEachTime) {
+    const auto preset = exportPreset(desk.editor.rules());
+    const auto first = importPreset(preset);
+    const auto second = importPreset(preset);
+    EXPECT_EQ(rulesOf(first), rulesOf(desk.editor.rules()));
+    EXPECT_EQ(rulesOf(second), rulesOf(first));
+    EXPECT_NE(first[0].id, second[0].id);
+    EXPECT_NE(first[0].id, desk.idOf(0));
+}
+
+TEST_F(PresetExchangeTest, NamelessRulesOfOlderFilesReplaceTheListUnderNumberedNames) {
+    importPresetFile(write(twoNamelessRules), desk.editor);
+    EXPECT_EQ(desk.names(), (Names{"Message #1", "Message #2"}));
+    EXPECT_EQ(desk.installed, (std::vector{rule(onLoad(), send(systemExclusive({1})), "Message #1"),
+                                           rule(onLoad(), send(systemExclusive({2})), "Message #2")}));
+}
+
+TEST_F(PresetExchangeTest, AnImportIsOneStepThatCanBeUndone) {
+    const auto before = desk.editor.rules();
+    importPresetFile(write(twoNamelessRules), desk.editor);
+    EXPECT_EQ(desk.editor.undoName(), "Import preset.json");
+    desk.editor.undo();
+    EXPECT_EQ(desk.editor.rules(), before);
+    EXPECT_EQ(desk.installed, rulesOf(before));
+}
+
+TEST_F(PresetExchangeTest, AFileWithOneMalformedRuleImportsNothingAndTheAlertSaysWhere) {
+    const auto good = textOf(exportPreset(desk.editor.rules()));
+    const auto path = write(good.substr(0, good.size() - 2) + R"(,{"output":3}]})");
+    EXPECT_NE(refusal(path).find("rules[1]"), std::string::npos) << *desk.editor.alertErrorMessage();
+}
+
+TEST_F(PresetExchangeTest, AMissingFileAndAFolderAreRefusedByName) {
+    EXPECT_NE(refusal(folder / "none.json").find("none.json"), std::string::npos);
+    EXPECT_NE(refusal(folder).find(folder.string()), std::string::npos);
+}
+
+TEST_F(PresetExchangeTest, APitchThatTheOldestFormCannotHoldIsRefused) {
+    EXPECT_NE(refusal(write(R"([{"output":{"message":{"Prime":{"_0":{"PitchWheel":{"_0":{"value":0},)"
+                            R"("_1":{"value":256}}}}},"delay":{"ms":0}},"trigger":{"OnLoad":{}}}])"))
+                  .find("Fatal error"),
+              std::string::npos);
+}
+
+TEST_F(PresetExchangeTest, ARuleThatTheEditorCannotHoldIsRefused) {
+    EXPECT_EQ(refusal(write(copiedPressure)),
+              "The rule \"Odd\" cannot be edited: its pressure is copied from the trigger.");
+}
+
+TEST_F(PresetExchangeTest, RulesThatTheEngineRefusesAreNotImported) {
+    EXPECT_NE(
+        refusal(write(R"({"rules":[{"output":{"message":{"SystemExclusive":{"_0":[]}},"delay":{"ms":-1}},)"
+                      R"("trigger":{"OnLoad":{}},"name":"late"}]})"))
+            .find("a delay is negative"),
+        std::string::npos);
+}
+
+TEST_F(PresetExchangeTest, AnExportReplacesTheFileThatIsThere) {
+    const auto path = write("old");
+    exportPresetFile(path, desk.editor);
+    EXPECT_EQ(readWholeFile(path), exportPreset(desk.editor.rules()));
+    EXPECT_EQ(desk.editor.alertErrorMessage(), std::nullopt);
+}
+
+TEST_F(PresetExchangeTest, AFailedExportIsToldByTheAlert) {
+    exportPresetFile(folder / "none" / "preset.json", desk.editor);
+    ASSERT_TRUE(desk.editor.alertErrorMessage().has_value());
+    EXPECT_NE(desk.editor.alertErrorMessage()->find("preset.json"), std::string::npos);
+}
+
+TEST_F(PresetExchangeTest, RulesThatAreNotShownAreNotExportedAsNone) {
+    desk.model->setNotEditable("not shown");
+    const auto path = write("old");
+    exportPresetFile(path, desk.editor);
+    EXPECT_EQ(textOf(readWholeFile(path)), "old");
+    EXPECT_EQ(desk.editor.alertErrorMessage(), "not shown");
+}
+
+}  // namespace
+}  // namespace quillo

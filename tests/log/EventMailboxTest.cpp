@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "log/EventMailbox.hpp"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace quillo {
+namespace {
+
+EventLogEntry entryAt(SampleTime time) {
+    return {time, EventLogEntryVariants::MIDI{{0xF8}}};
+}
+
+void post(EventMailbox& mailbox, SampleTime first, SampleTime end) {
+    for (auto time = first; time < end; ++time) {
+        mailbox.post(entryAt(time));
+    }
+}
+
+/// The entries are consecutive and end with `last`.
+void expectNewest(const std::vector<EventLogEntry>& entries, SampleTime last) {
+    ASSERT_FALSE(entries.empty());
+    auto expected = last - static_cast<SampleTime>(entries.size()) + 1;
+    for (const auto& entry : entries) {
+        ASSERT_EQ(entry.timestamp, expected++);
+    }
+}
+
+TEST(EventMailbox, HandsOutWhatWasPostedInOrderAndOnce) {
+    EventMailbox mailbox;
+    EXPECT_TRUE(mailbox.takeAll().empty());
+    post(mailbox, 0, 5);
+    const auto entries = mailbox.takeAll();
+    EXPECT_EQ(entries.size(), 5U);
+    expectNewest(entries, 4);
+    EXPECT_TRUE(mailbox.takeAll().empty());
+}
+
+TEST(EventMailbox, LosesNothingUpToWhatALogShows) {
+    EventMailbox mailbox;
+    for (SampleTime round = 0; round < 50; ++round) {
+        post(mailbox, 100 * round, 100 * (round + 1));
+        ASSERT_EQ(mailbox.takeAll().size(), 100U);
+    }
+}
+
+TEST(EventMailbox, KeepsAtLeastTheNewest100OfAFloodOfAnyLength) {
+    for (const SampleTime count : {100, 199, 200, 201, 299, 300, 1000, 100000}) {
+        EventMailbox mailbox;
+        post(mailbox, 0, count);
+        const auto entries = mailbox.takeAll();
+        EXPECT_GE(entries.size(), 100U) << count;
+        expectNewest(entries, count - 1);
+    }
+}
+
+TEST(EventMailbox, AFloodCanBeTakenAndFollowedByAnother) {
+    EventMailbox mailbox;
+    for (SampleTime round = 1; round <= 20; ++round) {
+        post(mailbox, 0, 1000 * round);
+        expectNewest(mailbox.takeAll(), 1000 * round - 1);
+    }
+}
+
+TEST(EventMailbox, CarriesLongMessagesWhole) {
+    EventMailbox mailbox;
+    const std::vector<std::uint8_t> bytes(1000, 0x42);
+    mailbox.post({3, EventLogEntryVariants::MIDI{MIDIMessage::copyOf(bytes)}});
+    const auto entries = mailbox.takeAll();
+    ASSERT_EQ(entries.size(), 1U);
+    EXPECT_EQ(entries[0].variants.midi()->message, MIDIMessage::copyOf(bytes));
+}
+
+TEST(EventMailbox, APosterAndATakerNeverMeetOutOfOrderAndTheNewestArrives) {
+    constexpr SampleTime count = 200000;
+    EventMailbox mailbox;
+    std::thread poster([&mailbox] { post(mailbox, 0, count); });
+    SampleTime last = -1;
+    while (last < count - 1) {
+        for (const auto& entry : mailbox.takeAll()) {
+            ASSERT_GT(entry.timestamp, last);
+            last = entry.timestamp;
+        }
+    }
+    poster.join();
+    EXPECT_TRUE(mailbox.takeAll().empty());
+}
+
+}  // namespace
+}  // namespace quillo
