@@ -10,6 +10,7 @@ lint() {
     check "real-time exemptions" exemptions_stated || true
     if check "warnings and function effects (Clang 22)" clang_builds; then
         check "broken real-time promises are refused" broken_promises_refused || true
+        check "the real-time contract at run time (RealtimeSanitizer)" realtime_watched || true
         check "every header alone" headers_compile_alone || true
         check "clang-tidy" sources_tidy || true
     fi
@@ -106,6 +107,10 @@ broken_promises_refused() {
 
 promise_compiles() {
     clang++-22 -std=c++20 -fsyntax-only -I. -Wno-exceptions "${@:2}" "$1"
+}
+
+realtime_watched() {
+    test_tree rtsan
 }
 
 headers_compile_alone() {

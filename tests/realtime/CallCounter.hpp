@@ -25,8 +25,9 @@ inline constexpr CallCounts noCalls{};
 ///     render(cycle);
 ///     EXPECT_EQ(scope.counts(), noCalls);
 ///
-/// In builds with sanitizers, which have an allocator and locks of their own, locks are not counted; in builds
-/// with RealtimeSanitizer, which stops at the first forbidden call, nothing is.
+/// In builds with sanitizers, which have an allocator and locks of their own, locks are not counted, nor, with
+/// ThreadSanitizer, aligned allocations; with RealtimeSanitizer, which stops at the first forbidden call, nothing
+/// is.
 class CallCounter {
 public:
     /// Counts the calls of the thread that makes it, as long as it lives. In a scope within a scope only the

@@ -44,24 +44,9 @@ TEST(CallCounter, CountsEachWayToAllocate) {
     const CallCounts onePair{1, 1, 0};
     EXPECT_EQ(countsOf([] { allocateAndFree(std::malloc(8)); }), onePair);
     EXPECT_EQ(countsOf([] { allocateAndFree(std::calloc(2, 8)); }), onePair);
-    EXPECT_EQ(countsOf([] { allocateAndFree(std::aligned_alloc(64, 128)); }), onePair);
-    EXPECT_EQ(countsOf([] {
-                  void* memory = nullptr;
-                  EXPECT_EQ(::posix_memalign(&memory, 64, 8), 0);
-                  allocateAndFree(memory);
-              }),
-              onePair);
     EXPECT_EQ(countsOf([] {
                   const auto number = std::make_unique<int>(7);
                   keep(number.get());
-              }),
-              onePair);
-    struct alignas(64) Wide {
-        char bytes[64];
-    };
-    EXPECT_EQ(countsOf([] {
-                  const auto wide = std::make_unique<Wide>();
-                  keep(wide.get());
               }),
               onePair);
 }

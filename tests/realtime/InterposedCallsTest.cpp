@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// What is counted only where the program's own functions stand in front of the system's.
 #include <gtest/gtest.h>
 
+#include <malloc.h>
+
+#include <array>
 #include <chrono>
 #include <condition_variable>
+#include <cstdlib>
 #include <mutex>
 #include <shared_mutex>
 #include <thread>
+#include <vector>
 
 #include "platform/DispatchQueue.hpp"
 #include "realtime/CallCounter.hpp"
@@ -22,7 +28,29 @@ std::size_t locksOf(Action&& action) {
     return scope.counts().locks;
 }
 
-TEST(LockCounter, CountsEachWayToLockAMutex) {
+TEST(InterposedCalls, CountsEachWayToAllocateAligned) {
+    struct alignas(64) Wide {
+        std::array<char, 64> bytes;
+    };
+    const auto allocationsOf = [](auto&& allocate) {
+        const CallCounter::Scope scope;
+        std::free(allocate());
+        return scope.counts().allocations;
+    };
+    EXPECT_EQ(allocationsOf([] { return std::aligned_alloc(64, 128); }), 1U);
+    EXPECT_EQ(allocationsOf([] { return ::memalign(64, 8); }), 1U);
+    EXPECT_EQ(allocationsOf([] {
+                  void* memory = nullptr;
+                  return ::posix_memalign(&memory, 64, 8) == 0 ? memory : nullptr;
+              }),
+              1U);
+    const CallCounter::Scope scope;
+    const std::vector<Wide> wide(3);
+    EXPECT_EQ(scope.counts().allocations, 1U);
+    EXPECT_EQ(wide.size(), 3U);
+}
+
+TEST(InterposedCalls, CountsEachWayToLockAMutex) {
     std::mutex mutex;
     std::timed_mutex timed;
     EXPECT_EQ(locksOf([&] { const std::lock_guard lock(mutex); }), 1U);
@@ -30,7 +58,7 @@ TEST(LockCounter, CountsEachWayToLockAMutex) {
     EXPECT_EQ(locksOf([&] { const std::unique_lock lock(timed, std::chrono::seconds(1)); }), 1U);
 }
 
-TEST(LockCounter, CountsEachWayToLockForReadingOrWriting) {
+TEST(InterposedCalls, CountsEachWayToLockForReadingOrWriting) {
     std::shared_mutex mutex;
     EXPECT_EQ(locksOf([&] { const std::shared_lock lock(mutex); }), 1U);
     EXPECT_EQ(locksOf([&] { const std::shared_lock lock(mutex, std::try_to_lock); }), 1U);
@@ -38,7 +66,7 @@ TEST(LockCounter, CountsEachWayToLockForReadingOrWriting) {
     EXPECT_EQ(locksOf([&] { const std::unique_lock lock(mutex, std::try_to_lock); }), 1U);
 }
 
-TEST(LockCounter, CountsAWaitForACondition) {
+TEST(InterposedCalls, CountsAWaitForACondition) {
     std::mutex mutex;
     std::condition_variable condition;
     bool ready = false;
@@ -52,14 +80,14 @@ TEST(LockCounter, CountsAWaitForACondition) {
     EXPECT_TRUE(ready);
 }
 
-TEST(LockCounter, CountsAWaitWithALimit) {
+TEST(InterposedCalls, CountsAWaitWithALimit) {
     std::mutex mutex;
     std::condition_variable condition;
     std::unique_lock lock(mutex);
     EXPECT_EQ(locksOf([&] { condition.wait_for(lock, std::chrono::microseconds(1)); }), 1U);
 }
 
-TEST(LockCounter, FindsNoLockInAQueueEntryWithoutABarrier) {
+TEST(InterposedCalls, FindsNoLockInAQueueEntryWithoutABarrier) {
     DispatchQueue queue("");
     queue.barrierSync([] {});
     EXPECT_EQ(locksOf([&] { queue.sync([] {}); }), 0U);
