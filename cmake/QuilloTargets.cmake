@@ -48,11 +48,13 @@ function(quillo_add_sources name)
         PUBLIC FILE_SET HEADERS FILES ${ARG_HEADERS})
 endfunction()
 
-# quillo_add_tests(NAME SOURCES ... LINK ... [THREADS]): a GoogleTest program, each of its tests a test of
-# ctest. Under ThreadSanitizer only the programs marked THREADS are built.
+# quillo_add_tests(NAME SOURCES ... LINK ... [THREADS] [REALTIME]): a GoogleTest program, each of its tests a
+# test of ctest. Under ThreadSanitizer only the programs marked THREADS are built, under RealtimeSanitizer only
+# those marked REALTIME.
 function(quillo_add_tests name)
-    cmake_parse_arguments(ARG "THREADS" "" "SOURCES;LINK" ${ARGN})
-    if(QUILLO_SANITIZE STREQUAL "thread" AND NOT ARG_THREADS)
+    cmake_parse_arguments(ARG "THREADS;REALTIME" "" "SOURCES;LINK" ${ARGN})
+    if((QUILLO_SANITIZE STREQUAL "thread" AND NOT ARG_THREADS) OR
+       (QUILLO_SANITIZE STREQUAL "realtime" AND NOT ARG_REALTIME))
         return()
     endif()
     add_executable(${name} ${ARG_SOURCES})

@@ -11,11 +11,6 @@ std::optional<NSError> AUAudioUnit::initialize(const AudioComponentDescription& 
         return NSError{NSOSStatusErrorDomain, kAudioComponentErr_InvalidComponentID};
     }
     description_ = description;
-    const std::lock_guard lock(stateMutex_);
-    state_ = {{"type", static_cast<double>(description.componentType)},
-              {"subtype", static_cast<double>(description.componentSubType)},
-              {"manufacturer", static_cast<double>(description.componentManufacturer)},
-              {"version", 0.0}};
     return std::nullopt;
 }
 
@@ -32,8 +27,13 @@ void AUAudioUnit::deallocateRenderResources() {
 }
 
 std::optional<StateDictionary> AUAudioUnit::fullState() const {
+    StateDictionary state{{"type", static_cast<double>(description_.componentType)},
+                          {"subtype", static_cast<double>(description_.componentSubType)},
+                          {"manufacturer", static_cast<double>(description_.componentManufacturer)},
+                          {"version", 0.0}};
     const std::lock_guard lock(stateMutex_);
-    return state_;
+    state.insert(lastState_.begin(), lastState_.end());
+    return state;
 }
 
 void AUAudioUnit::setFullState(const std::optional<StateDictionary>& state) {
@@ -42,9 +42,7 @@ void AUAudioUnit::setFullState(const std::optional<StateDictionary>& state) {
     }
     {
         const std::lock_guard lock(stateMutex_);
-        for (const auto& [key, value] : *state) {
-            state_.insert_or_assign(key, value);
-        }
+        lastState_ = *state;
     }
     allParameterValues_.notify();
 }

@@ -60,7 +60,7 @@ public:
     [[nodiscard]] virtual AUInternalRenderBlock internalRenderBlock() = 0;
 
     /// [any] What the host saves with its project. The base's part names the component ("type", "subtype",
-    /// "manufacturer", "version") and keeps every key of the last state that was set.
+    /// "manufacturer", "version") and holds every other key of the last state that was set.
     [[nodiscard]] virtual std::optional<StateDictionary> fullState() const;
 
     /// [any] Replaces the state; an absent one changes nothing. The base tells those who observe all parameter
@@ -102,7 +102,7 @@ private:
     std::optional<AUAudioUnitViewConfiguration> selectedViewConfiguration_;
     Observers allParameterValues_;
     mutable std::mutex stateMutex_;
-    StateDictionary state_;
+    StateDictionary lastState_;
 };
 
 }  // namespace quillo

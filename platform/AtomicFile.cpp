@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <utility>
@@ -34,11 +35,17 @@ private:
     int number_;
 };
 
+/// A name beside `path` that this process has not used before.
+std::string nameBeside(const fs::path& path) {
+    static std::atomic<unsigned> used{0};
+    return path.string() + "." + std::to_string(::getpid()) + "-" + std::to_string(used++);
+}
+
 /// A file beside the final one, taken away again unless it reaches its place.
 class TemporaryFile {
 public:
     explicit TemporaryFile(const fs::path& target)
-        : target_(target), name_(target.string() + ".XXXXXX"), descriptor_(::mkstemp(name_.data())) {
+        : target_(target), descriptor_(createBeside(target, name_)) {
         if (descriptor_.number() < 0) {
             fail(target_, "cannot write in this folder");
         }
@@ -51,6 +58,17 @@ public:
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
+    /// A file that replaces another gets the other's mode, before it holds anything; a new one keeps the
+    /// process's default.
+    void takeModeOfTarget() {
+        constexpr mode_t modeBits = 07777;
+        struct stat replaced{};
+        if (::stat(target_.c_str(), &replaced) == 0 &&
+            ::fchmod(descriptor_.number(), replaced.st_mode & modeBits) != 0) {
+            fail(target_, "cannot write");
+        }
+    }
+
     void write(std::span<const std::uint8_t> bytes) {
         while (!bytes.empty()) {
             const auto written = ::write(descriptor_.number(), bytes.data(), bytes.size());
@@ -61,9 +79,8 @@ public:
         }
     }
 
-    void finish(mode_t mode) {
-        if (::fchmod(descriptor_.number(), mode) != 0 || ::fsync(descriptor_.number()) != 0 ||
-            descriptor_.close() != 0) {
+    void finish() {
+        if (::fsync(descriptor_.number()) != 0 || descriptor_.close() != 0) {
             fail(target_, "cannot write");
         }
     }
@@ -87,27 +104,30 @@ public:
     }
 
 private:
+    /// Steps around what an interrupted process of the same number may have left.
+    static int createBeside(const fs::path& target, std::string& name) {
+        constexpr mode_t beforeMask = 0666;
+        int number = -1;
+        do {
+            name = nameBeside(target);
+            number = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, beforeMask);
+        } while (number < 0 && errno == EEXIST);
+        return number;
+    }
+
     fs::path target_;
     std::string name_;
     Descriptor descriptor_;
 };
-
-/// The mode of the file that is replaced, or what a new file gets under the process's mask.
-mode_t modeFor(const fs::path& path) {
-    struct stat existing{};
-    if (::stat(path.c_str(), &existing) == 0) {
-        return existing.st_mode & 07777;
-    }
-    const auto mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
-}
 
 /// Where the bytes really go: a link is followed, so that it stays a link.
 fs::path resolve(const fs::path& path) {
     std::error_code error;
     const auto status = fs::status(path, error);
     if (!fs::exists(status)) {
+        if (fs::is_symlink(fs::symlink_status(path, error))) {
+            throw FileError(path.string() + ": not written: it is a link that leads nowhere");
+        }
         return path;
     }
     if (!fs::is_regular_file(status)) {
@@ -146,8 +166,9 @@ void writeWholeFile(const fs::path& path, std::span<const std::uint8_t> bytes, E
         fail(path, "not written", EEXIST);
     }
     TemporaryFile file(target);
+    file.takeModeOfTarget();
     file.write(bytes);
-    file.finish(modeFor(target));
+    file.finish();
     if (existing == Existing::keep) {
         file.becomeTarget();
     } else {

@@ -23,8 +23,9 @@ enum class Existing { keep, replace };
 [[nodiscard]] std::vector<std::uint8_t> readWholeFile(const std::filesystem::path& path);
 
 /// Writes the file whole or not at all: whoever looks finds what was there before or all of `bytes`, and a
-/// failure leaves no trace. Throws `FileError`, also when the file is there and shall be kept, and when `path`
-/// names something other than a regular file.
+/// failure leaves no trace. A link is followed and stays a link; a file that is replaced keeps its mode. Throws
+/// `FileError`, also when the file is there and shall be kept, and when `path` names something other than a
+/// regular file or leads nowhere.
 void writeWholeFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
                     Existing existing);
 

@@ -7,7 +7,9 @@ PriorityInheritanceMutex::PriorityInheritanceMutex() {
     pthread_mutexattr_t attributes;
     pthread_mutexattr_init(&attributes);
     pthread_mutexattr_setprotocol(&attributes, PTHREAD_PRIO_INHERIT);
-    pthread_mutex_init(&mutex_, &attributes);
+    if (pthread_mutex_init(&mutex_, &attributes) != 0) {
+        pthread_mutex_init(&mutex_, nullptr);
+    }
     pthread_mutexattr_destroy(&attributes);
 }
 

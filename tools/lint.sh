@@ -9,6 +9,8 @@ lint() {
     check "format" format_kept || true
     check "real-time exemptions" exemptions_stated || true
     if check "warnings and function effects (Clang 22)" clang_builds; then
+        check "broken real-time promises are refused" broken_promises_refused || true
+        check "the real-time contract at run time (RealtimeSanitizer)" realtime_watched || true
         check "every header alone" headers_compile_alone || true
         check "clang-tidy" sources_tidy || true
     fi
@@ -86,6 +88,29 @@ exemptions_stated() {
 
 clang_builds() {
     build_tree clang
+}
+
+# The function-effect check is worth nothing where it lets everything through: these sources must pass without
+# it and fail with it.
+broken_promises_refused() {
+    local source status=0
+    for source in tests/realtime/must-not-compile/*.cpp; do
+        if ! promise_compiles "$source" -w; then
+            status=1
+        elif promise_compiles "$source" -Werror=function-effects 2>/dev/null; then
+            echo "$source breaks the real-time contract, and Clang does not mind"
+            status=1
+        fi
+    done
+    return "$status"
+}
+
+promise_compiles() {
+    clang++-22 -std=c++20 -fsyntax-only -I. -Wno-exceptions "${@:2}" "$1"
+}
+
+realtime_watched() {
+    test_tree rtsan
 }
 
 headers_compile_alone() {

@@ -1,0 +1,254 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/AtomicFile.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <fstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/TemporaryFolder.hpp"
+
+namespace quillo {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+using Bytes = std::vector<std::uint8_t>;
+
+const Bytes oldBytes{1, 2, 3};
+const Bytes newBytes{9, 8, 7, 6};
+
+class AtomicFile : public testing::Test {
+protected:
+    /// What the folder holds: a failed write must leave nothing behind.
+    std::vector<std::string> names() const {
+        std::vector<std::string> found;
+        for (const auto& entry : fs::directory_iterator(folder.path())) {
+            found.push_back(entry.path().filename().string());
+        }
+        return found;
+    }
+
+    void writeOldFile() const { writeWholeFile(file, oldBytes, Existing::keep); }
+
+    TemporaryFolder folder;
+    const fs::path file = folder / "song.mid";
+};
+
+/// What the `FileError` of `action` says; empty when it succeeds.
+template <class Action>
+std::string failureOf(Action&& action) {
+    try {
+        action();
+    } catch (const FileError& error) {
+        return error.what();
+    }
+    return {};
+}
+
+fs::perms modeOf(const fs::path& path) {
+    return fs::status(path).permissions();
+}
+
+/// Runs with a file-creation mask of its own.
+class Mask {
+public:
+    explicit Mask(mode_t mask) : before_(::umask(mask)) {}
+    ~Mask() { ::umask(before_); }
+    Mask(const Mask&) = delete;
+    Mask& operator=(const Mask&) = delete;
+
+private:
+    mode_t before_;
+};
+
+/// Lets no file grow beyond so many bytes: writing more fails half way.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) : handlerBefore_(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit limit{bytes, before_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        ::setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, handlerBefore_);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    void (*handlerBefore_)(int);
+    rlimit before_{};
+};
+
+TEST_F(AtomicFile, WritesANewFileAndNothingBesideIt) {
+    writeWholeFile(file, newBytes, Existing::keep);
+    EXPECT_EQ(readWholeFile(file), newBytes);
+    EXPECT_THAT(names(), ElementsAre("song.mid"));
+}
+
+TEST_F(AtomicFile, WritesANewFileWhenReplacingIsAllowed) {
+    writeWholeFile(file, newBytes, Existing::replace);
+    EXPECT_EQ(readWholeFile(file), newBytes);
+    EXPECT_THAT(names(), ElementsAre("song.mid"));
+}
+
+TEST_F(AtomicFile, KeepsAFileThatIsThere) {
+    writeOldFile();
+    const auto failure = failureOf([&] { writeWholeFile(file, newBytes, Existing::keep); });
+    EXPECT_EQ(failure, file.string() + ": not written: File exists");
+    EXPECT_EQ(readWholeFile(file), oldBytes);
+    EXPECT_THAT(names(), ElementsAre("song.mid"));
+}
+
+TEST_F(AtomicFile, ReplacesAFileWhenTold) {
+    writeOldFile();
+    writeWholeFile(file, newBytes, Existing::replace);
+    EXPECT_EQ(readWholeFile(file), newBytes);
+    EXPECT_THAT(names(), ElementsAre("song.mid"));
+}
+
+TEST_F(AtomicFile, WhoeverReadsTheOldFileGoesOnReadingIt) {
+    writeOldFile();
+    const auto oldFile = folder / "old.mid";
+    fs::create_hard_link(file, oldFile);
+    writeWholeFile(file, newBytes, Existing::replace);
+    EXPECT_EQ(readWholeFile(oldFile), oldBytes);
+    EXPECT_EQ(readWholeFile(file), newBytes);
+}
+
+TEST_F(AtomicFile, WritesAndReadsAnEmptyFile) {
+    writeWholeFile(file, {}, Existing::keep);
+    EXPECT_TRUE(fs::exists(file));
+    EXPECT_THAT(readWholeFile(file), IsEmpty());
+}
+
+TEST_F(AtomicFile, ReadsBackMoreThanOneChunkOfBytes) {
+    Bytes many(3 * 65536 + 1);
+    std::generate(many.begin(), many.end(), [next = std::uint8_t{0}]() mutable { return next++; });
+    writeWholeFile(file, many, Existing::keep);
+    EXPECT_EQ(readWholeFile(file), many);
+}
+
+TEST_F(AtomicFile, ANewFileHasTheModeThatTheMaskLeavesIt) {
+    const Mask mask(027);
+    writeWholeFile(file, newBytes, Existing::keep);
+    EXPECT_EQ(modeOf(file), fs::perms{0640});
+}
+
+TEST_F(AtomicFile, AReplacedFileKeepsItsModeWhateverTheMask) {
+    const Mask mask(022);
+    writeOldFile();
+    for (const auto mode : {fs::perms{0600}, fs::perms{0666}, fs::perms{0444}}) {
+        fs::permissions(file, mode);
+        writeWholeFile(file, newBytes, Existing::replace);
+        EXPECT_EQ(modeOf(file), mode);
+    }
+}
+
+TEST_F(AtomicFile, FollowsALinkAndLeavesItALink) {
+    writeOldFile();
+    const auto link = folder / "link.mid";
+    fs::create_symlink("song.mid", link);
+    writeWholeFile(link, newBytes, Existing::replace);
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(readWholeFile(file), newBytes);
+    EXPECT_THAT(names(), UnorderedElementsAre("song.mid", "link.mid"));
+}
+
+TEST_F(AtomicFile, FollowsALinkToAFileInAnotherFolder) {
+    const TemporaryFolder other;
+    writeOldFile();
+    const auto link = other / "link.mid";
+    fs::create_symlink(file, link);
+    writeWholeFile(link, newBytes, Existing::replace);
+    EXPECT_EQ(readWholeFile(file), newBytes);
+    EXPECT_THAT(names(), ElementsAre("song.mid"));
+}
+
+TEST_F(AtomicFile, KeepsTheFileBehindALink) {
+    writeOldFile();
+    const auto link = folder / "link.mid";
+    fs::create_symlink("song.mid", link);
+    EXPECT_THROW(writeWholeFile(link, newBytes, Existing::keep), FileError);
+    EXPECT_EQ(readWholeFile(file), oldBytes);
+}
+
+TEST_F(AtomicFile, RefusesALinkThatLeadsNowhere) {
+    const auto link = folder / "link.mid";
+    fs::create_symlink("gone.mid", link);
+    for (const auto existing : {Existing::keep, Existing::replace}) {
+        const auto failure = failureOf([&] { writeWholeFile(link, newBytes, existing); });
+        EXPECT_EQ(failure, link.string() + ": not written: it is a link that leads nowhere");
+    }
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_THAT(names(), ElementsAre("link.mid"));
+}
+
+TEST_F(AtomicFile, RefusesAFolderAndADevice) {
+    for (const auto& path : {folder.path(), fs::path("/dev/null")}) {
+        const auto failure = failureOf([&] { writeWholeFile(path, newBytes, Existing::replace); });
+        EXPECT_EQ(failure, path.string() + ": not written: it is not a regular file");
+    }
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+    EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(AtomicFile, StepsAroundWhatAnInterruptedProcessOfTheSameNumberLeft) {
+    constexpr int leftOvers = 200;
+    for (int i = 0; i < leftOvers; ++i) {
+        std::ofstream(file.string() + "." + std::to_string(::getpid()) + "-" + std::to_string(i)) << "old";
+    }
+    writeWholeFile(file, newBytes, Existing::keep);
+    EXPECT_EQ(readWholeFile(file), newBytes);
+    EXPECT_EQ(names().size(), leftOvers + 1U);
+}
+
+TEST_F(AtomicFile, SaysWhenTheFolderIsMissing) {
+    const auto lost = folder / "missing/song.mid";
+    const auto failure = failureOf([&] { writeWholeFile(lost, newBytes, Existing::keep); });
+    EXPECT_EQ(failure, lost.string() + ": cannot write in this folder: No such file or directory");
+}
+
+TEST_F(AtomicFile, SaysWhenTheFolderIsAFile) {
+    writeOldFile();
+    const auto lost = folder / "song.mid/song.mid";
+    const auto failure = failureOf([&] { writeWholeFile(lost, newBytes, Existing::replace); });
+    EXPECT_EQ(failure, lost.string() + ": cannot write in this folder: Not a directory");
+    EXPECT_EQ(readWholeFile(file), oldBytes);
+}
+
+TEST_F(AtomicFile, AWriteThatFailsHalfWayLeavesTheOldFileAndNoTrace) {
+    writeOldFile();
+    const Bytes tooMany(10000, 0x55);
+    const FileSizeLimit limit(4096);
+    for (const auto& [path, existing] :
+         {std::pair(file, Existing::replace), std::pair(folder / "new.mid", Existing::keep)}) {
+        const auto failure = failureOf([&] { writeWholeFile(path, tooMany, existing); });
+        EXPECT_EQ(failure, path.string() + ": cannot write: File too large");
+    }
+    EXPECT_EQ(readWholeFile(file), oldBytes);
+    EXPECT_THAT(names(), ElementsAre("song.mid"));
+}
+
+TEST_F(AtomicFile, SaysWhatCannotBeRead) {
+    EXPECT_EQ(failureOf([&] { (void)readWholeFile(file); }),
+              file.string() + ": cannot be opened: No such file or directory");
+    EXPECT_EQ(failureOf([&] { (void)readWholeFile(folder.path()); }),
+              folder.path().string() + ": cannot be read: Is a directory");
+}
+
+}  // namespace
+}  // namespace quillo

@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/DispatchQueue.hpp"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <barrier>
+#include <latch>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support/Threads.hpp"
+
+namespace quillo {
+namespace {
+
+/// Gives other threads every chance to do what they must not.
+void letOthersRun() {
+    for (int i = 0; i < 200; ++i) {
+        std::this_thread::yield();
+    }
+}
+
+TEST(DispatchQueue, HasItsLabel) {
+    EXPECT_EQ(DispatchQueue("a queue").label(), "a queue");
+}
+
+TEST(DispatchQueue, ReturnsWhatTheBlockReturns) {
+    DispatchQueue queue("");
+    EXPECT_EQ(queue.sync([] { return 1; }), 1);
+    EXPECT_EQ(queue.barrierSync([] { return std::string("two"); }), "two");
+    EXPECT_EQ(*queue.sync([] { return std::make_unique<int>(3); }), 3);
+}
+
+TEST(DispatchQueue, RunsBlocksOnTheCallersThreadBeforeItReturns) {
+    DispatchQueue queue("");
+    std::vector<std::thread::id> threads;
+    queue.sync([&] { threads.push_back(std::this_thread::get_id()); });
+    queue.barrierSync([&] { threads.push_back(std::this_thread::get_id()); });
+    EXPECT_EQ(threads, std::vector(2, std::this_thread::get_id()));
+}
+
+TEST(DispatchQueue, IsLeftByABlockThatThrows) {
+    DispatchQueue queue("");
+    EXPECT_THROW(queue.sync([] { throw std::runtime_error("in a block"); }), std::runtime_error);
+    EXPECT_THROW(queue.barrierSync([] { throw std::runtime_error("in a barrier"); }), std::runtime_error);
+    EXPECT_EQ(queue.barrierSync([] { return 1; }), 1);
+    EXPECT_EQ(queue.sync([] { return 2; }), 2);
+}
+
+/// Each block waits inside for all the others: this ends only when they run side by side.
+TEST(DispatchQueue, RunsSyncBlocksSideBySide) {
+    constexpr int readers = 4;
+    DispatchQueue queue("");
+    std::barrier allInside(readers);
+    std::atomic<int> finished = 0;
+    const auto read = [&](std::size_t) {
+        queue.sync([&] { allInside.arrive_and_wait(); });
+        ++finished;
+    };
+    {
+        const Threads threads(readers, read);
+    }
+    EXPECT_EQ(finished, readers);
+}
+
+TEST(DispatchQueue, ASyncBlockWaitsForTheBarrierAndSeesWhatItWrote) {
+    DispatchQueue queue("");
+    std::latch coming(1);
+    std::atomic<bool> inside = false;
+    int written = 0;
+    int read = 0;
+    std::jthread reader;
+    queue.barrierSync([&] {
+        reader = std::jthread([&] {
+            coming.count_down();
+            queue.sync([&] {
+                inside = true;
+                read = written;
+            });
+        });
+        coming.wait();
+        letOthersRun();
+        EXPECT_FALSE(inside);
+        written = 7;
+    });
+    reader.join();
+    EXPECT_EQ(read, 7);
+}
+
+TEST(DispatchQueue, ABarrierWaitsForTheSyncBlockAndSeesWhatItWrote) {
+    DispatchQueue queue("");
+    std::latch coming(1);
+    std::atomic<bool> inside = false;
+    int written = 0;
+    int read = 0;
+    std::jthread writer;
+    queue.sync([&] {
+        writer = std::jthread([&] {
+            coming.count_down();
+            queue.barrierSync([&] {
+                inside = true;
+                read = written;
+            });
+        });
+        coming.wait();
+        letOthersRun();
+        EXPECT_FALSE(inside);
+        written = 7;
+    });
+    writer.join();
+    EXPECT_EQ(read, 7);
+}
+
+/// Two counters that only barriers change, always both: no block may ever find them apart.
+TEST(DispatchQueue, BarriersExcludeEverybodyElse) {
+    constexpr int threads = 2;
+    constexpr int rounds = 2000;
+    DispatchQueue queue("");
+    int first = 0;
+    int second = 0;
+    std::atomic<int> foundApart = 0;
+    const auto write = [&](std::size_t) {
+        for (int round = 0; round < rounds; ++round) {
+            queue.barrierSync([&] {
+                ++first;
+                ++second;
+            });
+        }
+    };
+    const auto read = [&](std::size_t) {
+        for (int round = 0; round < rounds; ++round) {
+            queue.sync([&] { foundApart += first == second ? 0 : 1; });
+        }
+    };
+    {
+        const Threads writers(threads, write);
+        const Threads readers(threads, read);
+    }
+    EXPECT_EQ(foundApart, 0);
+    EXPECT_EQ(first, threads * rounds);
+    EXPECT_EQ(second, threads * rounds);
+}
+
+}  // namespace
+}  // namespace quillo

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What is counted only where the program's own functions stand in front of the system's.
+#include <gtest/gtest.h>
+
+#include <malloc.h>
+
+#include <array>
+#include <chrono>
+#include <condition_variable>
+#include <cstdlib>
+#include <mutex>
+#include <shared_mutex>
+#include <thread>
+#include <vector>
+
+#include "platform/DispatchQueue.hpp"
+#include "realtime/CallCounter.hpp"
+
+namespace quillo {
+namespace {
+
+using test::CallCounter;
+
+template <class Action>
+std::size_t locksOf(Action&& action) {
+    const CallCounter::Scope scope;
+    action();
+    return scope.counts().locks;
+}
+
+TEST(InterposedCalls, CountsEachWayToAllocateAligned) {
+    struct alignas(64) Wide {
+        std::array<char, 64> bytes;
+    };
+    const auto allocationsOf = [](auto&& allocate) {
+        const CallCounter::Scope scope;
+        std::free(allocate());
+        return scope.counts().allocations;
+    };
+    EXPECT_EQ(allocationsOf([] { return std::aligned_alloc(64, 128); }), 1U);
+    EXPECT_EQ(allocationsOf([] { return ::memalign(64, 8); }), 1U);
+    EXPECT_EQ(allocationsOf([] {
+                  void* memory = nullptr;
+                  return ::posix_memalign(&memory, 64, 8) == 0 ? memory : nullptr;
+              }),
+              1U);
+    const CallCounter::Scope scope;
+    const std::vector<Wide> wide(3);
+    EXPECT_EQ(scope.counts().allocations, 1U);
+    EXPECT_EQ(wide.size(), 3U);
+}
+
+TEST(InterposedCalls, CountsEachWayToLockAMutex) {
+    std::mutex mutex;
+    std::timed_mutex timed;
+    EXPECT_EQ(locksOf([&] { const std::lock_guard lock(mutex); }), 1U);
+    EXPECT_EQ(locksOf([&] { const std::unique_lock lock(mutex, std::try_to_lock); }), 1U);
+    EXPECT_EQ(locksOf([&] { const std::unique_lock lock(timed, std::chrono::seconds(1)); }), 1U);
+}
+
+TEST(InterposedCalls, CountsEachWayToLockForReadingOrWriting) {
+    std::shared_mutex mutex;
+    EXPECT_EQ(locksOf([&] { const std::shared_lock lock(mutex); }), 1U);
+    EXPECT_EQ(locksOf([&] { const std::shared_lock lock(mutex, std::try_to_lock); }), 1U);
+    EXPECT_EQ(locksOf([&] { const std::unique_lock lock(mutex); }), 1U);
+    EXPECT_EQ(locksOf([&] { const std::unique_lock lock(mutex, std::try_to_lock); }), 1U);
+}
+
+TEST(InterposedCalls, CountsAWaitForACondition) {
+    std::mutex mutex;
+    std::condition_variable condition;
+    bool ready = false;
+    std::unique_lock lock(mutex);
+    std::jthread waker([&] {
+        const std::lock_guard wakerLock(mutex);
+        ready = true;
+        condition.notify_one();
+    });
+    EXPECT_GE(locksOf([&] { condition.wait(lock, [&] { return ready; }); }), 1U);
+    EXPECT_TRUE(ready);
+}
+
+TEST(InterposedCalls, CountsAWaitWithALimit) {
+    std::mutex mutex;
+    std::condition_variable condition;
+    std::unique_lock lock(mutex);
+    EXPECT_EQ(locksOf([&] { condition.wait_for(lock, std::chrono::microseconds(1)); }), 1U);
+}
+
+TEST(InterposedCalls, FindsNoLockInAQueueEntryWithoutABarrier) {
+    DispatchQueue queue("");
+    queue.barrierSync([] {});
+    EXPECT_EQ(locksOf([&] { queue.sync([] {}); }), 0U);
+    EXPECT_EQ(locksOf([&] { queue.barrierSync([] {}); }), 1U);
+}
+
+}  // namespace
+}  // namespace quillo

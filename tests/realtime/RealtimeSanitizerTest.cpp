@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "platform/PriorityInheritanceMutex.hpp"
+#include "platform/RealTime.hpp"
+
+namespace quillo {
+namespace {
+
+void allocate() {
+    void* volatile memory = std::malloc(8);
+    std::free(memory);
+}
+
+void lock() {
+    PriorityInheritanceMutex mutex;
+    mutex.lock();
+    mutex.unlock();
+}
+
+template <class Action>
+void runInRealTime(Action action) QUILLO_REALTIME {
+    action();
+}
+
+template <class Action>
+void runExempt(Action action) QUILLO_REALTIME {
+    QUILLO_REALTIME_EXEMPT("shows that the sanitizer heeds an exemption")
+    action();
+    QUILLO_REALTIME_EXEMPT_END
+}
+
+TEST(RealtimeSanitizer, StopsAtAForbiddenCall) {
+    EXPECT_DEATH(runInRealTime(allocate), "RealtimeSanitizer: unsafe-library-call");
+    EXPECT_DEATH(runInRealTime(lock), "RealtimeSanitizer: unsafe-library-call");
+}
+
+TEST(RealtimeSanitizer, HeedsAnExemption) {
+    int runs = 0;
+    runExempt([&] {
+        allocate();
+        lock();
+        ++runs;
+    });
+    EXPECT_EQ(runs, 1);
+}
+
+}  // namespace
+}  // namespace quillo

@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/PriorityInheritanceMutex.hpp"
+#include "platform/RealTime.hpp"
+
+void increase(quillo::PriorityInheritanceMutex& mutex, int& number) QUILLO_REALTIME {
+    mutex.lock();
+    ++number;
+    mutex.unlock();
+}
