@@ -46,6 +46,10 @@ RuleOutputV2 send(StatusV2 status, GenericByteV2 byte1, std::optional<GenericByt
             {0}};
 }
 
+Rule named(const std::string& name, const RuleOutputV2& output, const RuleTriggerV2& trigger) {
+    return {output, trigger, name};
+}
+
 std::string words(const RuleOutputV2& output, const RuleTriggerV2& trigger = anyNoteOn) {
     return inPlainWords(output, trigger);
 }
@@ -54,8 +58,8 @@ TEST(PlainWords, OfARuleNameItsTriggerPolicyMessageAndDelay) {
     const Output::Protocol volume{StatusByteV2::WithChannel{StatusV2::CC, triggerChannel}, byte(7),
                                   fromTrigger};
     const Message modWheel = Message::VoiceCategory{{Voice::ControlChange{1, any}, any}};
-    const Rule rule{
-        {volume, {250}}, whenMessage(modWheel, PassThroughV2::EatMatching), "Mod wheel to volume"};
+    const auto rule =
+        named("Mod wheel to volume", {volume, {250}}, whenMessage(modWheel, PassThroughV2::EatMatching));
     EXPECT_EQ(inPlainWords(rule),
               "\"Mod wheel to volume\": when controller 1 with any value arrives on any channel (consume "
               "matching), "
@@ -63,10 +67,12 @@ TEST(PlainWords, OfARuleNameItsTriggerPolicyMessageAndDelay) {
 }
 
 TEST(PlainWords, KeepANameOnOneLineAndInItsQuotes) {
-    Rule rule{send(StatusV2::CC, byte(7), byte(0)), RuleTriggerV2::OnLoad{}, "a\"b\\c\nd\te\x1f\x7f/é"};
-    EXPECT_THAT(inPlainWords(rule), testing::StartsWith("\"a\\\"b\\\\c\\nd\\u0009e\\u001f\\u007f/é\": when"));
-    rule.name = "";
-    EXPECT_THAT(inPlainWords(rule), testing::StartsWith("\"\": when"));
+    const auto beginning = [](const std::string& name) {
+        const auto line = inPlainWords(named(name, send(StatusV2::CC, byte(7), byte(0)), anyNoteOn));
+        return line.substr(0, line.find(": when"));
+    };
+    EXPECT_EQ(beginning("a\"b\\c\nd\te\x1f\x7f/é"), "\"a\\\"b\\\\c\\nd\\u0009e\\u001f\\u007f/é\"");
+    EXPECT_EQ(beginning(""), "\"\"");
 }
 
 TEST(PlainWordsOfATrigger, NameTheNote) {
