@@ -64,15 +64,15 @@ void TempoMap::begin(Tick tick, Wide timePerTick) {
     stretches_.push_back({tick, last.firstTime + (tick - last.firstTick) * last.timePerTick, timePerTick});
 }
 
-std::int64_t TempoMap::sampleTime(Tick tick) const {
+SampleTime TempoMap::sampleTime(Tick tick) const {
     const auto next = std::ranges::upper_bound(stretches_, tick, {}, &Stretch::firstTick);
     const auto& stretch = *std::prev(next);
     const auto time = stretch.firstTime + (tick - stretch.firstTick) * stretch.timePerTick;
     const auto nearest = (2 * time + partsPerSample_) / (2 * partsPerSample_);
-    return static_cast<std::int64_t>(std::min<Wide>(nearest, latestSampleTime));
+    return static_cast<SampleTime>(std::min<Wide>(nearest, latestSampleTime));
 }
 
-Tick TempoMap::tick(std::int64_t sampleTime) const {
+Tick TempoMap::tick(SampleTime sampleTime) const {
     const auto time = std::max<Wide>(sampleTime, 0) * partsPerSample_;
     const auto next = std::ranges::upper_bound(stretches_, time, {}, &Stretch::firstTime);
     const auto& stretch = *std::prev(next);

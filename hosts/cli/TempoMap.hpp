@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "engine/SampleTime.hpp"
 #include "hosts/cli/MIDIFile.hpp"
 
 namespace quillo {
@@ -31,13 +32,13 @@ public:
     TempoMap(const MIDIDivision& division, std::span<const TempoChange> changes, std::uint32_t sampleRate);
 
     /// The greatest sample time that a render cycle's timestamp can say exactly.
-    static constexpr std::int64_t latestSampleTime = std::int64_t{1} << 53;
+    static constexpr SampleTime latestSampleTime = SampleTime{1} << 53;
 
     /// The sample nearest to `tick` (at least 0), or `latestSampleTime` if it lies beyond.
-    [[nodiscard]] std::int64_t sampleTime(Tick tick) const;
+    [[nodiscard]] SampleTime sampleTime(Tick tick) const;
 
     /// The tick nearest to `sampleTime`, at least 0 and at most the greatest `Tick`. The last tempo goes on.
-    [[nodiscard]] Tick tick(std::int64_t sampleTime) const;
+    [[nodiscard]] Tick tick(SampleTime sampleTime) const;
 
 private:
     /// Ticks times tempo times sample rate: up to 63 + 24 + 32 bits.
