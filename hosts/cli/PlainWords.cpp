@@ -167,8 +167,8 @@ public:
 private:
     [[nodiscard]] std::string protocol(StatusV2 status, const RuleOutputVariantsV2::Protocol& output) const {
         switch (status) {
-        case StatusV2::noteOn: return first("note-on", output.byte1) + second("velocity", output.byte2);
-        case StatusV2::noteOff: return first("note-off", output.byte1) + second("velocity", output.byte2);
+        case StatusV2::noteOn: return note("note-on", output.byte1) + second("velocity", output.byte2);
+        case StatusV2::noteOff: return note("note-off", output.byte1) + second("velocity", output.byte2);
         case StatusV2::CC: return first("controller", output.byte1) + second("value", output.byte2);
         case StatusV2::programChange: return first("program", output.byte1) + surplus(output.byte2);
         case StatusV2::channelPressure:
@@ -187,6 +187,14 @@ private:
         }
         return "pitch wheel with " + first("low byte", output.byte1) +
                (output.byte2 ? " and " + named("high byte", *output.byte2, names_[1]) : " and no high byte");
+    }
+
+    /// "note-on 60", or "note-on for the trigger's note".
+    [[nodiscard]] std::string note(std::string_view what, const GenericByteV2& byte) const {
+        const auto* exact = byte.getIf<GenericByteV2::Value>();
+        const auto kind = std::string(what) + " ";
+        return exact == nullptr ? kind + "for the trigger's " + std::string(names_[0])
+                                : kind + dataByte(exact->value);
     }
 
     [[nodiscard]] std::string first(std::string_view what, const GenericByteV2& byte) const {
