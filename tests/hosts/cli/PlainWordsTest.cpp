@@ -195,6 +195,13 @@ TEST(PlainWordsOfAnOutput, CallCopiedBytesAsTheirTriggerDoes) {
               "channel 1 at once");
 }
 
+TEST(PlainWordsOfAnOutput, SayWhichNoteIsCopied) {
+    EXPECT_EQ(words(send(StatusV2::noteOn, fromTrigger, fromTrigger)),
+              "send note-on for the trigger's note with the trigger's velocity on channel 1 at once");
+    EXPECT_EQ(words(send(StatusV2::noteOff, fromTrigger, byte(0)), anyController1),
+              "send note-off for the trigger's controller with velocity 0 on channel 1 at once");
+}
+
 TEST(PlainWordsOfAnOutput, NameTheChannel) {
     const auto on = [](StatusByteV2 status) {
         return words({Output::Protocol{status, byte(1), byte(2)}, {0}});
