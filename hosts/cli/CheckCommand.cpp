@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/cli/CheckCommand.hpp"
+
+#include <array>
+#include <ostream>
+
+#include "hosts/cli/Arguments.hpp"
+#include "hosts/cli/CommandFailure.hpp"
+#include "hosts/cli/ExitStatus.hpp"
+#include "hosts/cli/InputFiles.hpp"
+#include "hosts/cli/OutputFile.hpp"
+#include "hosts/cli/PlainWords.hpp"
+#include "platform/FatalError.hpp"
+
+namespace quillo {
+
+namespace {
+
+constexpr std::array<Option, 2> options{{{"--write", true}, {"--force", false}}};
+
+/// A preset whose reading is a fatal error to a host is to the checker only a bad preset.
+ReadDocument readForChecking(const std::string& path) {
+    try {
+        return readPresetInput(path, exitBadPreset).document;
+    } catch (const FatalError& error) {
+        throw CommandFailure(exitBadPreset, path + ": " + error.what());
+    }
+}
+
+std::string generation(const ReadDocument& document) {
+    if (document.form == ReadDocument::Form::current) {
+        return "generation 3 (current)";
+    }
+    if (document.migratedRules == 0) {
+        return "generation 2 (rules without names)";
+    }
+    if (document.migratedRules == document.data.rules.size()) {
+        return "generation 1 (the oldest)";
+    }
+    return "generations 1 and 2 mixed (" + std::to_string(document.migratedRules) + " of the oldest)";
+}
+
+void writeCurrentForm(const PluginData& data, const OutputFile& file, const std::string& path,
+                      const Console& console) {
+    file.write(data.write());
+    console.err << path << ": written in the current form\n";
+}
+
+}  // namespace
+
+std::string describe(const ReadDocument& document) {
+    const auto count = document.data.rules.size();
+    return generation(document) + ", " + std::to_string(count) + (count == 1 ? " rule" : " rules");
+}
+
+int runCheckCommand(std::span<const std::string> words, const Console& console) {
+    const Arguments arguments(words, options);
+    if (arguments.operands().size() != 1) {
+        throw UsageError("check takes one preset");
+    }
+    const auto target = arguments.text("--write");
+    const auto& path = arguments.operands().front();
+    const auto document = readForChecking(path);
+    console.out << path << ": " << describe(document) << '\n';
+    std::size_t number = 0;
+    for (const auto& rule : document.data.rules) {
+        console.out << ++number << ". " << inPlainWords(rule) << '\n';
+    }
+    if (target) {
+        writeCurrentForm(document.data, OutputFile(*target, arguments.has("--force")), *target, console);
+    }
+    return exitSuccess;
+}
+
+}  // namespace quillo

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/cli/CommandLine.hpp"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+#include <ostream>
+#include <string_view>
+
+#include "hosts/cli/CheckCommand.hpp"
+#include "hosts/cli/CommandFailure.hpp"
+#include "hosts/cli/ExitStatus.hpp"
+#include "hosts/cli/HelpText.hpp"
+#include "hosts/cli/RenderCommand.hpp"
+#include "platform/FatalError.hpp"
+
+namespace quillo {
+
+namespace {
+
+constexpr std::string_view helpOption = "--help";
+
+struct Verb {
+    std::string_view name;
+    int (*run)(std::span<const std::string> words, const Console& console);
+};
+
+constexpr std::array verbs{
+    Verb{"render", &runRenderCommand},
+    Verb{"check", &runCheckCommand},
+};
+
+const Verb& find(const std::string& name) {
+    const auto* found = std::ranges::find(verbs, name, &Verb::name);
+    if (found == verbs.end()) {
+        throw UsageError("there is no verb \"" + name + "\"");
+    }
+    return *found;
+}
+
+int help(std::span<const std::string> verb, const Console& console) {
+    if (verb.empty()) {
+        console.out << usageOf({}) << '\n' << generalHelp();
+        return exitSuccess;
+    }
+    const auto text = helpFor(verb.front());
+    if (!text) {
+        throw UsageError("there is no verb \"" + verb.front() + "\"");
+    }
+    console.out << usageOf(verb.front()) << '\n' << *text;
+    return exitSuccess;
+}
+
+int run(std::span<const std::string> words, const Console& console) {
+    if (words.empty()) {
+        throw UsageError("what shall be done?");
+    }
+    const auto& first = words.front();
+    const auto behind = words.subspan(1);
+    if (first == helpOption || first == "help") {
+        return help(behind, console);
+    }
+    if (first == "--version") {
+        console.out << "midi-quillo " QUILLO_VERSION "\n";
+        return exitSuccess;
+    }
+    const auto& verb = find(first);
+    if (std::ranges::find(behind, helpOption) != behind.end()) {
+        return help(words.first(1), console);
+    }
+    return verb.run(behind, console);
+}
+
+}  // namespace
+
+int runCommandLine(std::span<const std::string> words, const Console& console) {
+    const auto tell = [&](const char* what) { console.err << "midi-quillo: " << what << '\n'; };
+    try {
+        return run(words, console);
+    } catch (const UsageError& error) {
+        tell(error.what());
+        const auto verb = words.empty() ? std::string_view() : std::string_view(words.front());
+        console.err << usageOf(verb) << "Try: midi-quillo help" << (helpFor(verb) ? " " : "")
+                    << (helpFor(verb) ? verb : "") << '\n';
+        return exitUsage;
+    } catch (const CommandFailure& failure) {
+        tell(failure.what());
+        return failure.status();
+    } catch (const std::exception& error) {
+        tell(error.what());
+        return exitFatal;
+    }
+}
+
+}  // namespace quillo

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <iosfwd>
+
+namespace quillo {
+
+/// The streams that a run of the program reads and writes. They outlive the run.
+struct Console {
+    std::istream& in;
+    std::ostream& out;
+    std::ostream& err;
+    bool errIsTerminal = false;  ///< whether somebody watches `err` while the program works
+};
+
+}  // namespace quillo

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/cli/HelpText.hpp"
+
+#include <algorithm>
+#include <array>
+
+namespace quillo {
+
+namespace {
+
+struct VerbText {
+    std::string_view verb;
+    std::string_view usage;
+    std::string_view help;
+};
+
+constexpr std::string_view programUsage = "Usage: midi-quillo VERB [ARGUMENTS]\n";
+
+constexpr std::string_view programHelp = R"(
+MIDI Quillo rewrites a stream of MIDI events by an ordered list of rules. The
+rules come from a preset: a JSON file that the editor exports.
+
+Verbs:
+  render   send a MIDI file through a preset, into another MIDI file
+  check    say in plain words what a preset does, or what is wrong with it
+  help     this text; help VERB tells all about a verb
+
+Options:
+  --help     this text; behind a verb, all about that verb
+  --version  the program's version
+
+Example: hear what a preset makes of a song, and see every event on its way.
+  midi-quillo render song.mid out.mid --preset echo.json --trace
+
+Exit status: 0 all went well; 1 check found a damaged preset; 64 wrong
+arguments; 65 damaged input; 66 input cannot be read; 70 fatal error;
+73 output cannot be written or is there already.
+)";
+
+constexpr std::array verbTexts{
+    VerbText{"render", "Usage: midi-quillo render IN.mid OUT.mid --preset PRESET.json [OPTIONS]\n", R"(
+Plays the MIDI file IN.mid through the rules of PRESET.json and writes what
+comes out to OUT.mid, as one track. Tempo, metre, key, names and markers stay
+where they are, so that the result lines up with the original in a sequencer.
+The host's transport runs from the file's beginning to its end and then stops;
+rules that wait for it fire. System-exclusive events of IN.mid are left out:
+rules never see them.
+
+Options:
+  --preset PRESET.json  the rules
+  --force               replace OUT.mid if it is there
+  --trace               print every event that comes in and goes out, with its
+                        time in samples
+  --sample-rate RATE    samples per second that times are counted in,
+                        1000 to 768000 (48000)
+  --block FRAMES        samples per render cycle, 1 to 1048576 (512); the result
+                        does not depend on it, except in the order of delayed
+                        outputs that are due at the same sample
+  --tail SECONDS        how long delayed outputs are waited for behind the end
+                        of the file, 0 to 86400 (60)
+
+Examples:
+  midi-quillo render song.mid out.mid --preset echo.json
+  midi-quillo render song.mid out.mid --preset=echo.json --force --tail=2.5
+)"},
+    VerbText{"check", "Usage: midi-quillo check PRESET.json [--write OUT.json [--force]]\n", R"(
+Says what PRESET.json is, a preset of any generation, and what its rules do,
+one rule a line. Channels are counted from 1; everything else is the number in
+the MIDI message. If the preset is damaged, says what is wrong and where.
+
+Options:
+  --write OUT.json  store the preset in the current form
+  --force           replace OUT.json if it is there
+
+Examples:
+  midi-quillo check old.json
+  midi-quillo check old.json --write new.json
+)"},
+};
+
+const VerbText* find(std::string_view verb) {
+    const auto* found = std::ranges::find(verbTexts, verb, &VerbText::verb);
+    return found == verbTexts.end() ? nullptr : found;
+}
+
+}  // namespace
+
+std::string_view generalHelp() {
+    return programHelp.substr(1);
+}
+
+std::string_view usageOf(std::string_view verb) {
+    const auto* text = find(verb);
+    return text == nullptr ? programUsage : text->usage;
+}
+
+std::optional<std::string_view> helpFor(std::string_view verb) {
+    const auto* text = find(verb);
+    return text == nullptr ? std::nullopt : std::optional(text->help.substr(1));
+}
+
+}  // namespace quillo

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <variant>
+#include <vector>
+
+namespace quillo {
+
+/// A position in a MIDI file, in ticks from its start.
+using Tick = std::int64_t;
+
+/// A tick is this part of a quarter note, whose length is the tempo's. 1 to 32767.
+struct TicksPerQuarter {
+    std::uint16_t ticks = 480;
+    bool operator==(const TicksPerQuarter&) const = default;
+};
+
+/// A tick is this part of a film or video frame, whatever the tempo.
+struct TicksPerFrame {
+    std::uint8_t framesPerSecond = 25;  ///< 24, 25, 30, or 29 for 30000/1001 (29.97)
+    std::uint8_t ticks = 40;            ///< 1 to 255
+    bool operator==(const TicksPerFrame&) const = default;
+};
+
+/// How long a tick is.
+using MIDIDivision = std::variant<TicksPerQuarter, TicksPerFrame>;
+
+/// One event of a track.
+struct MIDIFileEvent {
+    enum class Kind : std::uint8_t {
+        channel,          ///< `bytes` is a channel voice message, status byte first
+        meta,             ///< `bytes` is the meta type (0 to 127) and then its data
+        systemExclusive,  ///< `bytes` is what follows the 0xF0, with the 0xF7 that ends a whole message
+        escape,           ///< `bytes` goes to the wire as it stands, whatever it is
+    };
+
+    Tick tick = 0;
+    Kind kind = Kind::channel;
+    std::vector<std::uint8_t> bytes;
+
+    bool operator==(const MIDIFileEvent&) const = default;
+};
+
+/// Microseconds per quarter note (1 to 16777215) if the event is a meta event that sets the tempo.
+[[nodiscard]] std::optional<std::uint32_t> tempoOf(const MIDIFileEvent& event);
+
+/// Microseconds per quarter note until the first tempo event: 120 quarters a minute.
+inline constexpr std::uint32_t initialTempo = 500'000;
+
+struct MIDITrack {
+    std::vector<MIDIFileEvent> events;  ///< ticks never fall; no End of Track among them
+    Tick endTick = 0;                   ///< where End of Track stands, at or after the last event
+
+    bool operator==(const MIDITrack&) const = default;
+};
+
+/// What a Standard MIDI File holds.
+struct MIDIFile {
+    std::uint16_t format = 0;  ///< 0: one track; 1: several that play together
+    MIDIDivision division = TicksPerQuarter{};
+    std::vector<MIDITrack> tracks;
+
+    bool operator==(const MIDIFile&) const = default;
+};
+
+/// All the tracks as one: the events in order of their ticks, at equal ticks in the order of the tracks and
+/// then in the order within each, and the latest end.
+[[nodiscard]] MIDITrack merged(const std::vector<MIDITrack>& tracks);
+
+}  // namespace quillo

@@ -1,0 +1,260 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/cli/PlainWords.hpp"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <sstream>
+#include <string_view>
+#include <variant>
+
+namespace quillo {
+
+namespace {
+
+constexpr unsigned greatestDataByte = 127;
+constexpr unsigned greatestChannel = 16;
+
+std::string number(std::int64_t value, bool inRange) {
+    return std::to_string(value) + (inRange ? "" : " (out of range)");
+}
+
+std::string dataByte(unsigned value) {
+    return number(value, value <= greatestDataByte);
+}
+
+std::string channelFrom(unsigned zeroBased) {
+    return "channel " + number(zeroBased + 1, zeroBased < greatestChannel);
+}
+
+/// The name in quotes, with what would break the line or the quotes escaped.
+std::string quoted(std::string_view name) {
+    std::ostringstream text;
+    text << '"' << std::hex;
+    for (const auto character : name) {
+        if (character == '"' || character == '\\') {
+            text << '\\' << character;
+        } else if (character == '\n') {
+            text << "\\n";
+        } else if (static_cast<unsigned char>(character) < 0x20 || character == 0x7F) {
+            text << (static_cast<unsigned>(character) < 0x10 ? "\\u000" : "\\u00")
+                 << static_cast<unsigned>(character);
+        } else {
+            text << character;
+        }
+    }
+    text << '"';
+    return text.str();
+}
+
+std::string policy(PassThroughV2 passThrough) {
+    switch (passThrough) {
+    case PassThroughV2::PassThrough: return " (pass through)";
+    case PassThroughV2::EatMatching: return " (consume matching)";
+    case PassThroughV2::EatNonMatching: return " (consume non-matching)";
+    }
+    return {};
+}
+
+/// "note-on 60", or "any note-on".
+std::string compared(const std::string& what, const TriggerValueV2& value) {
+    const auto* exact = value.getIf<TriggerValueV2::Value>();
+    return exact == nullptr ? "any " + what : what + " " + dataByte(exact->value);
+}
+
+std::string voice(const VoiceCategoryTriggerVariantsV2& variants) {
+    using Voice = VoiceCategoryTriggerVariantsV2;
+    return std::visit(
+        Overloaded{
+            [](const Voice::NoteOn& trigger) { return compared("note-on", trigger.note); },
+            [](const Voice::NoteOff& trigger) { return compared("note-off", trigger.note); },
+            [](const Voice::ControlChange& trigger) {
+                return "controller " + dataByte(trigger.controller) + " with " +
+                       compared("value", trigger.value);
+            },
+            [](const Voice::ProgramChange& trigger) { return compared("program", trigger.program); },
+        },
+        variants.variant());
+}
+
+std::string triggerChannel(const TriggerValueV2& channel) {
+    const auto* exact = channel.getIf<TriggerValueV2::Value>();
+    return exact == nullptr ? "any channel" : channelFrom(exact->value);
+}
+
+std::string message(const MessageBasedTriggerVariantsV2& variants) {
+    using Message = MessageBasedTriggerVariantsV2;
+    return std::visit(Overloaded{
+                          [](const Message::VoiceCategory& trigger) {
+                              return voice(trigger.voice.variants) + " arrives on " +
+                                     triggerChannel(trigger.voice.channel);
+                          },
+                          [](const Message::Start&) { return std::string("MIDI Start arrives"); },
+                          [](const Message::Stop&) { return std::string("MIDI Stop arrives"); },
+                          [](const Message::Continue&) { return std::string("MIDI Continue arrives"); },
+                      },
+                      variants.variant());
+}
+
+std::string hostTransport(HostTransportTriggerVariantsV2 variant) {
+    switch (variant) {
+    case HostTransportTriggerVariantsV2::Start: return "the host's transport starts";
+    case HostTransportTriggerVariantsV2::Continue: return "the host's transport continues";
+    case HostTransportTriggerVariantsV2::Stop: return "the host's transport stops";
+    }
+    return {};
+}
+
+/// What the two data bytes of a trigger are called.
+using ByteNames = std::array<std::string_view, 2>;
+
+ByteNames byteNames(const VoiceCategoryTriggerVariantsV2& variants) {
+    using Voice = VoiceCategoryTriggerVariantsV2;
+    return std::visit(
+        Overloaded{
+            [](const Voice::NoteOn&) { return ByteNames{"note", "velocity"}; },
+            [](const Voice::NoteOff&) { return ByteNames{"note", "velocity"}; },
+            [](const Voice::ControlChange&) { return ByteNames{"controller", "value"}; },
+            [](const Voice::ProgramChange&) { return ByteNames{"program", "second data byte"}; },
+        },
+        variants.variant());
+}
+
+ByteNames byteNames(const RuleTriggerV2& trigger) {
+    if (const auto* based = trigger.getIf<RuleTriggerV2::MessageBased>()) {
+        const auto& variants = based->trigger.variants;
+        if (const auto* category = variants.getIf<MessageBasedTriggerVariantsV2::VoiceCategory>()) {
+            return byteNames(category->voice.variants);
+        }
+    }
+    return {"first data byte", "second data byte"};
+}
+
+/// Describes one output, with the names that its trigger gives to what is copied.
+class OutputWords {
+public:
+    explicit OutputWords(const RuleTriggerV2& trigger) : names_(byteNames(trigger)) {}
+
+    [[nodiscard]] std::string operator()(const RuleOutputVariantsV2::Protocol& output) const {
+        return std::visit(Overloaded{
+                              [&](const StatusByteV2::JustStatus& status) {
+                                  return protocol(status.status, output) + " on channel 1";
+                              },
+                              [&](const StatusByteV2::WithChannel& status) {
+                                  return protocol(status.status, output) + " on " + channel(status.channel);
+                              },
+                          },
+                          output.status.variant());
+    }
+
+    [[nodiscard]] std::string operator()(const RuleOutputVariantsV2::ProgramChange& output) const {
+        return "bank " + dataByte(output.bank) + " and " + first("program", output.program) + " on " +
+               channel(output.channel);
+    }
+
+    [[nodiscard]] std::string operator()(const RuleOutputVariantsV2::SystemExclusive& output) const {
+        constexpr std::size_t shown = 16;
+        std::ostringstream text;
+        text << "system exclusive f0 " << std::hex;
+        for (std::size_t i = 0; i < std::min(shown, output.body.size()); ++i) {
+            text << (output.body[i] < 0x10 ? "0" : "") << static_cast<unsigned>(output.body[i]) << ' ';
+        }
+        text << (output.body.size() > shown ? "... f7" : "f7");
+        text << std::dec << " (" << output.body.size() + 2 << " bytes)";
+        return text.str();
+    }
+
+private:
+    [[nodiscard]] std::string protocol(StatusV2 status, const RuleOutputVariantsV2::Protocol& output) const {
+        switch (status) {
+        case StatusV2::noteOn: return note("note-on", output.byte1) + second("velocity", output.byte2);
+        case StatusV2::noteOff: return note("note-off", output.byte1) + second("velocity", output.byte2);
+        case StatusV2::CC: return first("controller", output.byte1) + second("value", output.byte2);
+        case StatusV2::programChange: return first("program", output.byte1) + surplus(output.byte2);
+        case StatusV2::channelPressure:
+            return first("channel pressure", output.byte1) + surplus(output.byte2);
+        case StatusV2::pitchWheel: return pitchWheel(output);
+        }
+        return {};
+    }
+
+    /// A position of 14 bits where both bytes are known, otherwise the two bytes.
+    [[nodiscard]] std::string pitchWheel(const RuleOutputVariantsV2::Protocol& output) const {
+        const auto* low = output.byte1.getIf<GenericByteV2::Value>();
+        const auto* high = output.byte2 ? output.byte2->getIf<GenericByteV2::Value>() : nullptr;
+        if (low != nullptr && high != nullptr && std::max(low->value, high->value) <= greatestDataByte) {
+            return "pitch wheel " + std::to_string(low->value + 128 * high->value);
+        }
+        return "pitch wheel with " + first("low byte", output.byte1) +
+               (output.byte2 ? " and " + named("high byte", *output.byte2, names_[1]) : " and no high byte");
+    }
+
+    /// "note-on 60", or "note-on for the trigger's note".
+    [[nodiscard]] std::string note(std::string_view what, const GenericByteV2& byte) const {
+        const auto* exact = byte.getIf<GenericByteV2::Value>();
+        const auto kind = std::string(what) + " ";
+        return exact == nullptr ? kind + "for the trigger's " + std::string(names_[0])
+                                : kind + dataByte(exact->value);
+    }
+
+    [[nodiscard]] std::string first(std::string_view what, const GenericByteV2& byte) const {
+        return named(what, byte, names_[0]);
+    }
+
+    [[nodiscard]] std::string second(std::string_view what, const std::optional<GenericByteV2>& byte) const {
+        return byte ? " with " + named(what, *byte, names_[1]) : " without " + std::string(what);
+    }
+
+    /// A third byte of a message that has two.
+    [[nodiscard]] std::string surplus(const std::optional<GenericByteV2>& byte) const {
+        return byte ? " with " + named("surplus byte", *byte, names_[1]) : "";
+    }
+
+    /// "value 64"; "the trigger's value" where the trigger calls it the same, else "value from the trigger's
+    /// velocity".
+    static std::string named(std::string_view what, const GenericByteV2& byte, std::string_view triggerName) {
+        if (const auto* exact = byte.getIf<GenericByteV2::Value>()) {
+            return std::string(what) + " " + dataByte(exact->value);
+        }
+        const auto source = "the trigger's " + std::string(triggerName);
+        return what == triggerName ? source : std::string(what) + " from " + source;
+    }
+
+    static std::string channel(const RuleOutputChannelV2& channel) {
+        const auto* exact = channel.getIf<RuleOutputChannelV2::Value>();
+        return exact == nullptr ? "the trigger's channel" : channelFrom(exact->value);
+    }
+
+    ByteNames names_;
+};
+
+std::string delay(DelayV2 delay) {
+    return delay.ms == 0 ? " at once" : " after " + number(delay.ms, delay.ms > 0) + " ms";
+}
+
+}  // namespace
+
+std::string inPlainWords(const RuleTriggerV2& trigger) {
+    return std::visit(
+        Overloaded{
+            [](const RuleTriggerV2::MessageBased& based) {
+                return "when " + message(based.trigger.variants) + policy(based.trigger.passTrough);
+            },
+            [](const RuleTriggerV2::HostTransport& host) {
+                return "when " + hostTransport(host.trigger.variants) + policy(host.trigger.passThrough);
+            },
+            [](const RuleTriggerV2::OnLoad&) { return std::string("when the plug-in is loaded"); },
+        },
+        trigger.variant());
+}
+
+std::string inPlainWords(const RuleOutputV2& output, const RuleTriggerV2& trigger) {
+    return "send " + std::visit(OutputWords(trigger), output.message.variant()) + delay(output.delay);
+}
+
+std::string inPlainWords(const Rule& rule) {
+    return quoted(rule.name) + ": " + inPlainWords(rule.trigger) + ", " +
+           inPlainWords(rule.output, rule.trigger) + ".";
+}
+
+}  // namespace quillo

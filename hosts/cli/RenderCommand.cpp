@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/cli/RenderCommand.hpp"
+
+#include <array>
+#include <ostream>
+#include <utility>
+
+#include "hosts/cli/Arguments.hpp"
+#include "hosts/cli/CommandFailure.hpp"
+#include "hosts/cli/ExitStatus.hpp"
+#include "hosts/cli/InputFiles.hpp"
+#include "hosts/cli/MIDIFileError.hpp"
+#include "hosts/cli/MIDIFileWriter.hpp"
+#include "hosts/cli/OfflineHost.hpp"
+#include "hosts/cli/OutputFile.hpp"
+#include "hosts/cli/ProgressLine.hpp"
+#include "hosts/cli/Score.hpp"
+#include "log/EventLogEntry.hpp"
+
+namespace quillo {
+
+namespace {
+
+constexpr std::array<Option, 6> options{{{"--preset", true},
+                                         {"--sample-rate", true},
+                                         {"--block", true},
+                                         {"--tail", true},
+                                         {"--trace", false},
+                                         {"--force", false}}};
+
+/// What the user asked for.
+struct Request {
+    std::string source;
+    std::string target;
+    std::string preset;
+    OfflineHost::Settings settings;
+    bool trace;
+    bool force;
+};
+
+Request readRequest(std::span<const std::string> words) {
+    const Arguments arguments(words, options);
+    const auto& files = arguments.operands();
+    if (files.size() != 2) {
+        throw UsageError("render takes two MIDI files, the one to play and the one to write");
+    }
+    const auto preset = arguments.text("--preset");
+    if (!preset) {
+        throw UsageError("render needs a preset: --preset PRESET.json");
+    }
+    const OfflineHost::Settings defaults;
+    return {files[0],
+            files[1],
+            *preset,
+            {arguments.wholeNumber("--sample-rate", 1000, 768'000, defaults.sampleRate),
+             arguments.wholeNumber("--block", 1, 1'048'576, defaults.block),
+             arguments.number("--tail", 0, 86'400, defaults.tail)},
+            arguments.has("--trace"),
+            arguments.has("--force")};
+}
+
+Score readScore(const Request& request) {
+    const auto file = readMIDIInput(request.source);
+    try {
+        return {file, request.settings.sampleRate};
+    } catch (const MIDIFileError& error) {
+        throw CommandFailure(exitBadData, request.source + ": " + error.what());
+    }
+}
+
+OfflineHost::Log traceTo(std::ostream& out, const char* direction) {
+    return [&out, direction](const EventLogEntry& entry) { out << direction << text(entry) << '\n'; };
+}
+
+OfflineHost::Performance play(const Score& score, const Data& preset, const Request& request,
+                              const Console& console) {
+    OfflineHost host(request.settings, preset);
+    if (request.trace) {
+        host.setLogs(traceTo(console.out, "in  "), traceTo(console.out, "out "));
+    }
+    ProgressLine progress(console.err, console.errIsTerminal, "rendering " + request.source);
+    host.setProgress([&](double done) { progress.update(done); });
+    return host.play(score.messages(), score.end());
+}
+
+std::vector<std::uint8_t> resultBytes(const Score& score, std::vector<TimedMessage> outputs,
+                                      const std::string& target) {
+    try {
+        return writeMIDIFile(score.fileWith(std::move(outputs)));
+    } catch (const MIDIFileError& error) {
+        throw CommandFailure(exitCannotCreate, target + ": not written: " + error.what());
+    }
+}
+
+}  // namespace
+
+int runRenderCommand(std::span<const std::string> words, const Console& console) {
+    const auto request = readRequest(words);
+    const auto score = readScore(request);
+    const auto preset = readPresetInput(request.preset, exitBadData).bytes;
+    const OutputFile target(request.target, request.force);
+    auto performance = play(score, preset, request, console);
+    const auto sent = performance.outputs.size();
+    target.write(resultBytes(score, std::move(performance.outputs), request.target));
+    if (performance.cutOff > 0) {
+        console.err << performance.cutOff << " delayed outputs are due behind the tail of "
+                    << request.settings.tail << " s and were cut off; --tail makes it longer\n";
+    }
+    console.err << request.target << ": " << score.messages().size() << " events in, " << sent << " out\n";
+    return exitSuccess;
+}
+
+}  // namespace quillo

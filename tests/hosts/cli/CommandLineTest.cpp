@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/cli/CommandLine.hpp"
+
+#include "hosts/cli/CommandLineFixture.hpp"
+#include "hosts/cli/HelpText.hpp"
+
+namespace quillo {
+namespace {
+
+using fixture::CommandLineTest;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+TEST_F(CommandLineTest, WithoutAVerbShowsTheUsageOnTheErrorStream) {
+    const auto result = run({});
+    EXPECT_EQ(result.status, exitUsage);
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_THAT(result.err, HasSubstr("Usage: midi-quillo VERB"));
+}
+
+TEST_F(CommandLineTest, WithAnUnknownVerbNamesItAndShowsTheUsage) {
+    const auto result = run({"sing"});
+    EXPECT_EQ(result.status, exitUsage);
+    EXPECT_THAT(result.err, AllOf(StartsWith("midi-quillo: there is no verb \"sing\"\n"),
+                                  HasSubstr("Usage: midi-quillo VERB")));
+}
+
+TEST_F(CommandLineTest, WithWrongArgumentsShowsTheUsageOfTheVerb) {
+    const auto result = run({"render", "--frobnicate"});
+    EXPECT_EQ(result.status, exitUsage);
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_EQ(result.err, "midi-quillo: unknown option --frobnicate\n" + std::string(usageOf("render")) +
+                              "Try: midi-quillo help render\n");
+}
+
+TEST_F(CommandLineTest, ExplainsItselfOnTheOutputStream) {
+    for (const auto& words : {std::vector<std::string>{"--help"}, {"help"}}) {
+        const auto result = run(words);
+        EXPECT_EQ(result.status, exitSuccess);
+        EXPECT_THAT(result.out, AllOf(StartsWith("Usage: midi-quillo VERB"), HasSubstr("render"),
+                                      HasSubstr("check"), HasSubstr("Example")));
+        EXPECT_THAT(result.err, IsEmpty());
+    }
+}
+
+TEST_F(CommandLineTest, ExplainsEachVerbWithExamples) {
+    for (const std::string verb : {"render", "check"}) {
+        for (const auto& words :
+             {std::vector<std::string>{"help", verb}, {verb, "--help"}, {verb, "a", "--help", "b"}}) {
+            const auto result = run(words);
+            EXPECT_EQ(result.status, exitSuccess);
+            EXPECT_THAT(result.out, AllOf(StartsWith("Usage: midi-quillo " + verb),
+                                          HasSubstr("Examples:\n  midi-quillo " + verb)));
+        }
+    }
+}
+
+TEST_F(CommandLineTest, CannotExplainWhatIsNoVerb) {
+    const auto result = run({"help", "sing"});
+    EXPECT_EQ(result.status, exitUsage);
+    EXPECT_THAT(result.err, HasSubstr("there is no verb \"sing\""));
+}
+
+TEST_F(CommandLineTest, NamesItsVersion) {
+    const auto result = run({"--version"});
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_THAT(result.out, testing::MatchesRegex("midi-quillo [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+}  // namespace
+}  // namespace quillo
