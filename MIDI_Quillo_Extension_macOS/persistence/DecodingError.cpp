@@ -1,20 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "persistence/DecodingError.hpp"
 
+#include <algorithm>
+
 namespace quillo {
 
 namespace {
 
-std::string bothTexts(const DecodingError& deciding, std::string_view otherForm, const DecodingError& other) {
-    const std::string text = deciding.what();
-    if (text == other.what()) {
-        return text;
+std::string joined(std::string_view deciding, std::string_view otherForm, std::string_view other) {
+    std::string text(deciding);
+    if (deciding != other) {
+        text.append("; read as ").append(otherForm).append(": ").append(other);
     }
-    return text + "; read as " + std::string(otherForm) + ": " + other.what();
-}
-
-const DecodingError& further(const DecodingError& deciding, const DecodingError& other) {
-    return deciding.valuesRead() > other.valuesRead() ? deciding : other;
+    return text;
 }
 
 }  // namespace
@@ -22,10 +20,12 @@ const DecodingError& further(const DecodingError& deciding, const DecodingError&
 DecodingError::DecodingError(const std::string& text, std::size_t valuesRead)
     : std::runtime_error(text), mostUseful_(text), valuesRead_(valuesRead) {}
 
-DecodingError::DecodingError(const DecodingError& deciding, std::string_view otherForm,
-                             const DecodingError& other)
-    : std::runtime_error(bothTexts(deciding, otherForm, other)),
-      mostUseful_(further(deciding, other).mostUseful()),
-      valuesRead_(further(deciding, other).valuesRead()) {}
+DecodingError DecodingError::ofBothReadings(const DecodingError& deciding, std::string_view otherForm,
+                                            const DecodingError& other) {
+    DecodingError error(joined(deciding.what(), otherForm, other.what()),
+                        std::max(deciding.valuesRead_, other.valuesRead_));
+    error.mostUseful_ = deciding.valuesRead_ > other.valuesRead_ ? deciding.mostUseful_ : other.mostUseful_;
+    return error;
+}
 
 }  // namespace quillo

@@ -8,24 +8,22 @@
 
 namespace quillo {
 
-/// Why a document, or a value of one, could not be read. The text says where
-/// and what:
+/// Why a document, or a value of one, could not be read. The text says where and what:
 ///
 ///     rules[3].trigger.MessageBased: missing key "passTrough"
 ///
-/// Where two readings were tried and both failed, the text begins with the
-/// error of the one that decides and goes on with the other; `mostUseful` is
-/// the one of them that a person who wrote the document wants to see.
+/// Where two readings were tried and both failed, the text begins with the error of the one that decides and
+/// goes on with the other; `mostUseful` is the one of them that a person who wrote the document wants to see.
 class DecodingError : public std::runtime_error {
 public:
     /// `valuesRead` is how far the reading came, in values begun.
     explicit DecodingError(const std::string& text, std::size_t valuesRead = 0);
 
-    /// Both readings failed: `deciding` by the rules of the document, and
-    /// `other`, which was tried as `otherForm` ("a current document"). The
-    /// reading that came further is the most useful one, `other` when both came
-    /// equally far.
-    DecodingError(const DecodingError& deciding, std::string_view otherForm, const DecodingError& other);
+    /// Both readings failed: `deciding` by the rules of the document, and `other`, which was tried as
+    /// `otherForm` ("a current document"). The reading that came further is the most useful one, `other` when
+    /// both came equally far.
+    [[nodiscard]] static DecodingError ofBothReadings(const DecodingError& deciding,
+                                                      std::string_view otherForm, const DecodingError& other);
 
     /// One line without any other reading's error.
     [[nodiscard]] const std::string& mostUseful() const { return mostUseful_; }

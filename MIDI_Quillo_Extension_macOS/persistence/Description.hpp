@@ -16,35 +16,32 @@
 
 namespace quillo {
 
-/// How a persisted type is stored, said once for reading and writing. A type is
-/// described in one of four ways, always in its declared order:
+/// How a persisted type is stored, said once for reading and writing. A type is described in one of four
+/// ways, always in its declared order:
 ///
 ///     // A structure: an object with these keys.
 ///     template <> struct Description<DelayV2> {
 ///         static constexpr std::tuple fields{field("ms", &DelayV2::ms)};
 ///     };
-///     // A tagged union: an object with one of these keys; its value is an
-///     object with the payload's elements
-///     // under the keys "_0", "_1", "_2".
+///     // A tagged union: an object with one of these keys; its value is an object with the payload's
+///     // elements under the keys "_0", "_1", "_2".
 ///     template <> struct Description<GenericByteV2> {
 ///         static constexpr std::tuple cases{
-///             unionCase<GenericByteV2::Value>("Value",
-///             &GenericByteV2::Value::value),
+///             unionCase<GenericByteV2::Value>("Value", &GenericByteV2::Value::value),
 ///             unionCase<GenericByteV2::RespectiveTriggerByte>("RespectiveTriggerByte")};
 ///     };
 ///     // An enumeration: as a union whose cases have no payload.
 ///     template <> struct Description<PassThroughV2> {
-///         static constexpr std::array<std::string_view, 3>
-///         names{"PassThrough", "EatMatching",
+///         static constexpr std::array<std::string_view, 3> names{"PassThrough", "EatMatching",
 ///                                                                "EatNonMatching"};
 ///     };
 ///     // An enumeration that is stored as a number.
-///     template <> struct Description<StatusV2> { static constexpr auto numbers
-///     = statusNibbles; };
+///     template <> struct Description<StatusV2> {
+///         static constexpr auto numbers = statusNibbles;
+///     };
 ///
-/// A field of type `std::optional` is left out when it is absent. A description
-/// that leaves out a field or a case, or has the cases in another order, does
-/// not compile.
+/// A field of type `std::optional` is left out when it is absent. A description that leaves out a field or a
+/// case, or has the cases in another order, does not compile.
 template <class T>
 struct Description;
 
@@ -119,17 +116,20 @@ inline constexpr bool coversMembers<Structure, std::tuple<Field<Structure, Membe
     Structure{std::declval<Members>()...};
 } && !requires { Structure{std::declval<Members>()..., ValueOfAnyType{}}; };
 
-/// Whether a tuple of cases names all alternatives of the variant in order,
-/// each with its whole payload.
+template <class Case>
+using CaseTypeOf = Case::Case;
+template <class Case>
+using PayloadOf = Case::Payload;
+
+/// Whether a tuple of cases names all alternatives of the variant in order, each with its whole payload.
 template <class Variant, class Cases>
 inline constexpr bool coversAlternatives = false;
 template <class Variant, class... Cases>
 inline constexpr bool coversAlternatives<Variant, std::tuple<Cases...>> =
-    std::same_as<Variant, std::variant<typename Cases::Case...>> &&
-    (coversMembers<typename Cases::Case, typename Cases::Payload> && ...);
+    std::same_as<Variant, std::variant<CaseTypeOf<Cases>...>> &&
+    (coversMembers<CaseTypeOf<Cases>, PayloadOf<Cases>> && ...);
 
-/// Whether a description says everything about its type; asserted where values
-/// are read and written.
+/// Whether a description says everything about its type; asserted where values are read and written.
 template <class T>
 consteval bool isWhole() {
     if constexpr (DescribedByFields<T>) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "persistence/ExactInteger.hpp"
 
+#include <algorithm>
 #include <charconv>
 #include <string>
 #include <system_error>
@@ -19,16 +20,18 @@ struct Decimal {
 /// More digits than any 64-bit number has.
 constexpr std::int64_t tooManyDigits = 21;
 
+/// Far beyond the length of any text, so that a fraction can be taken off without an overflow.
+constexpr std::int64_t greatestExponent = std::int64_t{1} << 60;
+
 std::int64_t parseExponent(std::string_view text) {
     if (text.starts_with('+')) {
         text.remove_prefix(1);
     }
     std::int64_t exponent = 0;
-    if (std::from_chars(text.data(), text.data() + text.size(), exponent).ec ==
-        std::errc::result_out_of_range) {
-        exponent = text.starts_with('-') ? INT32_MIN : INT32_MAX;
+    if (std::from_chars(text.data(), text.data() + text.size(), exponent).ec != std::errc{}) {
+        exponent = text.starts_with('-') ? -greatestExponent : greatestExponent;
     }
-    return exponent;
+    return std::clamp(exponent, -greatestExponent, greatestExponent);
 }
 
 void trimZeros(Decimal& decimal) {
@@ -39,8 +42,7 @@ void trimZeros(Decimal& decimal) {
     }
 }
 
-/// Whatever stands between the digits is taken for the decimal point: it
-/// depends on the process's locale.
+/// Whatever stands between the digits is taken for the decimal point: it depends on the process's locale.
 Decimal parseDecimal(std::string_view number) {
     Decimal decimal;
     if (number.starts_with('-')) {

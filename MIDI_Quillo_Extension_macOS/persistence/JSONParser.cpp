@@ -21,7 +21,7 @@ namespace {
 /// Builds the value from the parser's events and keeps what went wrong.
 class ValueBuilder : public nlohmann::json_sax<JSON> {
 public:
-    /// What stopped the parser, and the byte (from 0) at which it stopped.
+    /// What stopped the parser; for text that is not JSON also the byte, from 0, at which it stopped.
     struct Failure {
         std::string reason;
         std::optional<std::size_t> offset;
@@ -100,8 +100,8 @@ bool ValueBuilder::close() {
     return true;
 }
 
-/// The library's reason without its error number, its position, what it
-/// expected, and the token, which may be of any length and may not be UTF-8.
+/// The library's reason without its error number, its position, what it expected, and the token, which may be
+/// of any length and may not be UTF-8.
 std::string reasonOf(const nlohmann::json::exception& error) {
     constexpr int numberOverflow = 406;
     if (error.id == numberOverflow) {
@@ -134,12 +134,13 @@ std::string lineAndColumn(std::string_view text, std::size_t offset) {
 }
 
 [[noreturn]] void failAt(std::string_view text, const ValueBuilder::Failure& failure) {
-    const auto where = failure.offset ? lineAndColumn(text, *failure.offset) + ": " : std::string();
-    throw DecodingError("not JSON: " + where + failure.reason);
+    if (!failure.offset) {
+        throw DecodingError(failure.reason);
+    }
+    throw DecodingError("not JSON: " + lineAndColumn(text, *failure.offset) + ": " + failure.reason);
 }
 
-/// The library takes a zero byte for the end of the text; it is no part of any
-/// JSON.
+/// The library takes a zero byte for the end of the text; it is no part of any JSON.
 void refuseZeroByte(std::string_view text) {
     if (const auto zero = text.find('\0'); zero != std::string_view::npos) {
         failAt(text, {"a zero byte", zero});

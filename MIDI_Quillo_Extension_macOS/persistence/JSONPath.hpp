@@ -7,9 +7,9 @@
 
 namespace quillo {
 
-/// Where a value lies in a document: a link to the place of the value around
-/// it. A reader passes it down for the price of a pointer; the text is made
-/// only when something is wrong. Must not outlive the place around it.
+/// Where a value lies in a document: a link to the place of the value around it. A reader passes it down for
+/// the price of a pointer; the text is made only when something is wrong. Must not outlive the place around
+/// it.
 class JSONPath {
 public:
     /// The whole document.

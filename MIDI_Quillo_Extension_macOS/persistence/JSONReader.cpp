@@ -9,8 +9,7 @@ namespace quillo {
 
 namespace {
 
-/// Stands in front of every error about an object that has not exactly one
-/// case, word for word.
+/// Stands in front of every error about an object that has not exactly one case, word for word.
 constexpr std::string_view notOneCase = "Invalid number of keys found, expected one.";
 
 std::string located(const JSONPath& path, const std::string& what) {
@@ -82,6 +81,14 @@ const JSON& JSONReader::requireKey(const JSON& object, std::string_view key, con
         fail(path, "missing key \"" + std::string(key) + "\"");
     }
     return *member;
+}
+
+std::string JSONReader::oneOf(std::span<const std::uint8_t> numbers) {
+    std::string text = "one of ";
+    for (const auto number : numbers) {
+        text += (number == numbers.front() ? "" : ", ") + std::to_string(number);
+    }
+    return text;
 }
 
 void JSONReader::fail(const JSONPath& path, const std::string& what) {

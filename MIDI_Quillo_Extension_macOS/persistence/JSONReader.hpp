@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <optional>
 #include <span>
@@ -20,16 +22,15 @@
 
 namespace quillo {
 
-/// Reads values of described types from parsed JSON, strictly: no number is
-/// rounded or brought into range, no type stands for another, nothing that is
-/// required has a default. Keys that nothing asks for are ignored. Whatever
-/// does not fit throws a `DecodingError` that says where and what.
+/// Reads values of described types from parsed JSON, strictly: no number is rounded or brought into range, no
+/// type stands for another, nothing that is required has a default. Keys that nothing asks for are ignored.
+/// Whatever does not fit throws a `DecodingError` that says where and what.
 ///
 ///     const auto delay = JSONReader().read<DelayV2>(json, JSONPath());
 class JSONReader {
 public:
-    /// Reads a described type, an integer, a string, or a `std::vector` of these.
-    /// `path` tells where `value` lies.
+    /// Reads a described type, an integer, a string, or a `std::vector` of these. `path` tells where `value`
+    /// lies.
     template <class T>
     [[nodiscard]] T read(const JSON& value, const JSONPath& path);
 
@@ -57,7 +58,7 @@ private:
     List readList(const JSON& value, const JSONPath& path);
     std::string readString(const JSON& value, const JSONPath& path);
 
-    template <class Union, std::size_t index>
+    template <class Union, std::size_t Index>
     Union readCase(const JSON& payload, const JSONPath& path);
     template <class Value>
     Value readMember(const JSON& object, std::string_view key, const JSONPath& path,
@@ -67,6 +68,7 @@ private:
     void requireObject(const JSON& value, const JSONPath& path);
     const JSON& requireKey(const JSON& object, std::string_view key, const JSONPath& path);
 
+    static std::string oneOf(std::span<const std::uint8_t> numbers);
     [[noreturn]] void fail(const JSONPath& path, const std::string& what);
     [[noreturn]] void failExpecting(const std::string& expected, const JSON& found, const JSONPath& path);
     [[noreturn]] void failForCases(std::span<const std::string_view> names, const JSON& object,
@@ -115,18 +117,17 @@ Structure JSONReader::readFields(const JSON& value, const JSONPath& path) {
 
 template <class Union>
 Union JSONReader::readUnion(const JSON& value, const JSONPath& path) {
-    constexpr auto readers = []<std::size_t... indices>(std::index_sequence<indices...>) {
-        return std::array{&JSONReader::readCase<Union, indices>...};
+    constexpr auto readers = []<std::size_t... Indices>(std::index_sequence<Indices...>) {
+        return std::array{&JSONReader::readCase<Union, Indices>...};
     }(std::make_index_sequence<caseNames<Union>.size()>());
     const auto chosen = chooseCase(caseNames<Union>, value, path);
     return (this->*readers[chosen.index])(chosen.payload, JSONPath(path, chosen.name));
 }
 
-/// The only element of a payload is spoken of under the name of its case;
-/// several have their own keys.
-template <class Union, std::size_t index>
+/// The only element of a payload is spoken of under the name of its case; several have their own keys.
+template <class Union, std::size_t Index>
 Union JSONReader::readCase(const JSON& payload, const JSONPath& path) {
-    constexpr auto described = std::get<index>(Description<Union>::cases);
+    constexpr auto described = std::get<Index>(Description<Union>::cases);
     constexpr bool onlyOne = std::tuple_size_v<decltype(described.payload)> == 1;
     const auto readElement = [&]<class F>(const F& each) {
         return readMember<typename F::Value>(payload, each.key, path,
@@ -158,15 +159,13 @@ Enumeration JSONReader::readNamed(const JSON& value, const JSONPath& path) {
 
 template <class Enumeration>
 Enumeration JSONReader::readNumbered(const JSON& value, const JSONPath& path) {
-    std::string expected;
-    for (std::size_t index = 0; index < Description<Enumeration>::numbers.size(); ++index) {
-        const auto number = Description<Enumeration>::numbers[index];
-        if (value.is_number_integer() && value == JSON(number)) {
-            return static_cast<Enumeration>(index);
-        }
-        expected += (index == 0 ? "one of " : ", ") + std::to_string(number);
+    constexpr auto& numbers = Description<Enumeration>::numbers;
+    const auto isValue = [&](auto number) { return value.is_number_unsigned() && value == JSON(number); };
+    const auto found = std::ranges::find_if(numbers, isValue);
+    if (found == numbers.end()) {
+        failExpecting(oneOf(numbers), value, path);
     }
-    failExpecting(expected, value, path);
+    return static_cast<Enumeration>(found - numbers.begin());
 }
 
 template <class Integer>

@@ -12,18 +12,16 @@
 
 namespace quillo {
 
-/// Writes values of described types as JSON: compact, keys in the described
-/// order, slashes in strings escaped, characters beyond ASCII as they are. The
-/// same value always gives the same bytes.
+/// Writes values of described types as JSON: compact, keys in the described order, slashes in strings
+/// escaped, characters beyond ASCII as they are. The same value always gives the same bytes.
 ///
 ///     JSONWriter writer;
 ///     writer.write(DelayV2{250});
 ///     writer.text();  // {"ms":250}
 class JSONWriter {
 public:
-    /// Appends a described type, an integer, a string, or a `std::vector` of
-    /// these. Throws an `EncodingError` for a string that is not valid UTF-8;
-    /// what was written is of no use then.
+    /// Appends a described type, an integer, a string, or a `std::vector` of these. Throws an `EncodingError`
+    /// for a string that is not valid UTF-8; what was written is of no use then.
     template <class T>
     void write(const T& value);
 

@@ -51,7 +51,7 @@ std::vector<Rule> BareArrayReader::read(const JSON& document) {
     for (const auto& element : document) {
         auto rule = readElement(element, JSONPath(root, rules.size()));
         auto name = "Message #" + std::to_string(rules.size() + 1);
-        rules.push_back({std::move(rule.output), std::move(rule.trigger), std::move(name)});
+        rules.push_back({std::move(rule.output), rule.trigger, std::move(name)});
     }
     return rules;
 }
@@ -59,7 +59,7 @@ std::vector<Rule> BareArrayReader::read(const JSON& document) {
 RuleV2 BareArrayReader::readElement(const JSON& element, const JSONPath& path) {
     auto newer = attempt<RuleV2Helper>(element, path);
     if (auto* rule = std::get_if<RuleV2Helper>(&newer)) {
-        return {std::move(rule->output), std::move(rule->trigger)};
+        return {std::move(rule->output), rule->trigger};
     }
     return readOldest(element, path, std::get<DecodingError>(newer));
 }
@@ -68,7 +68,7 @@ RuleV2 BareArrayReader::readOldest(const JSON& element, const JSONPath& path,
                                    const DecodingError& newerFormError) {
     const auto oldest = attempt<RuleV1>(element, path);
     if (const auto* error = std::get_if<DecodingError>(&oldest)) {
-        throw DecodingError(*error, "a V2 rule", newerFormError);
+        throw DecodingError::ofBothReadings(*error, "a V2 rule", newerFormError);
     }
     ++migratedRules_;
     return migrated(std::get<RuleV1>(oldest));
@@ -80,8 +80,8 @@ ReadDocument readBareArray(const JSON& document) {
     return {std::move(data), ReadDocument::Form::bareArray, reader.migratedRules()};
 }
 
-/// A document that is no array fails as a bare array; what it lacks as a
-/// current document is then worth telling.
+/// A document that is no array fails as a bare array; what it lacks as a current document is then worth
+/// telling.
 ReadDocument readOlderForms(const JSON& document, const DecodingError& currentFormError) {
     try {
         return readBareArray(document);
@@ -89,7 +89,7 @@ ReadDocument readOlderForms(const JSON& document, const DecodingError& currentFo
         if (document.is_array()) {
             throw;
         }
-        throw DecodingError(error, "a current document", currentFormError);
+        throw DecodingError::ofBothReadings(error, "a current document", currentFormError);
     }
 }
 

@@ -11,25 +11,22 @@
 
 namespace quillo {
 
-/// The state document, which is also a preset file: the rule list as the rest
-/// of the system sees it.
+/// The state document, which is also a preset file: the rule list as the rest of the system sees it.
 ///
-/// Three forms of the document are read: an object with the key "rules" (the
-/// current one), and bare arrays of nameless rules of the two forms before it,
-/// which may be mixed. Only the current form is written.
+/// Three forms of the document are read: an object with the key "rules" (the current one), and bare arrays of
+/// nameless rules of the two forms before it, which may be mixed. Only the current form is written.
 struct PluginData {
     std::vector<Rule> rules;
 
     bool operator==(const PluginData&) const = default;
 
-    /// Reads a document of any form, all of it or nothing. Nameless rules are
-    /// called "Message #1", "Message #2" and so on by their position. Throws a
-    /// `DecodingError`; a pitch above 255 in the oldest form is a fatal error.
+    /// Reads a document of any form, all of it or nothing. Nameless rules are named by their position:
+    /// "Message #1" is the first. Throws a `DecodingError`; a pitch above 255 in the oldest form is a fatal
+    /// error.
     [[nodiscard]] static PluginData read(std::span<const std::uint8_t> document);
 
-    /// The document in UTF-8: compact, without a byte-order mark and without a
-    /// line break at the end. Throws an `EncodingError` when a name is not valid
-    /// UTF-8.
+    /// The document in UTF-8: compact, without a byte-order mark and without a line break at the end. Throws
+    /// an `EncodingError` when a name is not valid UTF-8.
     [[nodiscard]] std::vector<std::uint8_t> write() const;
 };
 
@@ -45,8 +42,7 @@ struct ReadDocument {
     std::size_t migratedRules = 0;  ///< how many of a bare array's rules were in the oldest form
 };
 
-/// `PluginData::read` for a program that also tells its user about the
-/// document.
+/// `PluginData::read` for a program that also tells its user about the document.
 [[nodiscard]] ReadDocument readDocument(std::span<const std::uint8_t> document);
 
 }  // namespace quillo

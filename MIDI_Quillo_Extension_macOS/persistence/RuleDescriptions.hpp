@@ -6,9 +6,8 @@
 #include "persistence/RuleV2.hpp"
 #include "rules/Rule.hpp"
 
-/// How the rule types are stored. The keys "passTrough" of a message trigger
-/// and "passThrough" of a host transport trigger differ in every stored
-/// document and stay as they are.
+/// How the rule types are stored. The keys "passTrough" of a message trigger and "passThrough" of a host
+/// transport trigger differ in every stored document and stay as they are.
 namespace quillo {
 
 template <>

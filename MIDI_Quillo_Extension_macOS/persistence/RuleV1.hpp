@@ -6,8 +6,7 @@
 
 #include "rules/TaggedUnion.hpp"
 
-/// The rules of the oldest documents. They are only read, and turned into
-/// `RuleV2` at once.
+/// The rules of the oldest documents. They are only read, and turned into `RuleV2` at once.
 namespace quillo {
 
 struct ChannelV1 {
@@ -152,8 +151,7 @@ struct TriggerControllerValueV1
 };
 
 struct TriggerChannelV1Cases {
-    /// Zero-based; the one byte of this form that is stored without a structure
-    /// of its own.
+    /// Zero-based; the one byte of this form that is stored without a structure of its own.
     struct Channel {
         std::uint8_t channel;
     };
@@ -209,8 +207,7 @@ struct MesageBasedTriggerVariantsV1
 
 enum class PassThroughV1 : std::uint8_t { PassThrough, EatMatching, EatNonMatching };
 
-/// The field name `passTrough` is part of every stored document and stays as it
-/// is.
+/// The field name `passTrough` is part of every stored document and stays as it is.
 struct MessageBasedTriggerV1 {
     MesageBasedTriggerVariantsV1 variants;
     PassThroughV1 passTrough;

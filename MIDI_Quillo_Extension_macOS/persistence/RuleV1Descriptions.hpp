@@ -6,8 +6,8 @@
 #include "persistence/Description.hpp"
 #include "persistence/RuleV1.hpp"
 
-/// How the oldest rules were stored. Nearly every byte has an object of its own
-/// around it, with the key "value".
+/// How the oldest rules were stored. Nearly every byte has an object of its own around it, with the key
+/// "value".
 namespace quillo {
 
 template <class T, class... Candidates>

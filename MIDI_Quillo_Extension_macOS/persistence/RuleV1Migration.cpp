@@ -114,7 +114,7 @@ VoiceCategoryTriggerV2 migrated(const VoiceCategoryTriggerV1& voice) {
                        },
                    },
                    voice.variants.variant());
-    return {std::move(variants), migrated(voice.channel)};
+    return {variants, migrated(voice.channel)};
 }
 
 PassThroughV2 migrated(PassThroughV1 passThrough) {
@@ -129,7 +129,7 @@ PassThroughV2 migrated(PassThroughV1 passThrough) {
 MessageBasedTriggerV2 migrated(const MessageBasedTriggerV1& trigger) {
     using Old = MesageBasedTriggerVariantsV1;
     using New = MessageBasedTriggerVariantsV2;
-    auto variants = std::visit(
+    const auto variants = std::visit(
         Overloaded{
             [](const Old::VoiceCategory& voice) -> New { return New::VoiceCategory{migrated(voice.voice)}; },
             [](const Old::Start&) -> New { return New::Start{}; },
@@ -137,7 +137,7 @@ MessageBasedTriggerV2 migrated(const MessageBasedTriggerV1& trigger) {
             [](const Old::Continue&) -> New { return New::Continue{}; },
         },
         trigger.variants.variant());
-    return {std::move(variants), migrated(trigger.passTrough)};
+    return {variants, migrated(trigger.passTrough)};
 }
 
 RuleTriggerV2 migrated(const RuleTriggerV1& trigger) {

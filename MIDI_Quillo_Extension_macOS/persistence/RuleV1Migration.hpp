@@ -6,9 +6,8 @@
 
 namespace quillo {
 
-/// The same rule in the second form. Bytes and the delay are carried over
-/// unchanged. A pitch is cut to one byte before it is split into its low 7 bits
-/// and the rest; a pitch above 255 is a fatal error.
+/// The same rule in the second form. Bytes and the delay are carried over unchanged. A pitch is cut to one
+/// byte before it is split into its low 7 bits and the rest; a pitch above 255 is a fatal error.
 [[nodiscard]] RuleV2 migrated(const RuleV1& rule);
 
 }  // namespace quillo

@@ -6,8 +6,8 @@
 
 namespace quillo {
 
-/// A rule of a document from the time before rules had names. Read from either
-/// older form: as a `RuleV2Helper`, else as a `RuleV1` that is then migrated.
+/// A rule of a document from the time before rules had names. Read from either older form: as a
+/// `RuleV2Helper`, else as a `RuleV1` that is then migrated.
 struct RuleV2 {
     RuleOutputV2 output;
     RuleTriggerV2 trigger;

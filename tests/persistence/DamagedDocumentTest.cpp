@@ -94,8 +94,8 @@ TEST(DamagedDocument, OfTheOldestFormReadsOrFailsWithAnError) {
 }
 
 TEST(DamagedDocument, OfRandomBytesFailsWithAnError) {
-    std::mt19937 random(1);
-    for (int attempt = 0; attempt < 2'000; ++attempt) {
+    for (unsigned seed = 0; seed < 2'000; ++seed) {
+        std::mt19937 random(seed);
         std::string bytes(random() % 64, '\0');
         for (auto& byte : bytes) {
             byte = static_cast<char>(random() % 256);

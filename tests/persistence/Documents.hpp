@@ -9,8 +9,7 @@
 #include "persistence/DecodingError.hpp"
 #include "persistence/PluginData.hpp"
 
-/// Documents of every form, as they lie in users' projects, and short ways to
-/// read them.
+/// Documents of every form, as they lie in users' projects, and short ways to read them.
 namespace quillo::documents {
 
 inline std::span<const std::uint8_t> bytesOf(std::string_view text) {
@@ -26,8 +25,7 @@ inline std::string written(const PluginData& data) {
     return {bytes.begin(), bytes.end()};
 }
 
-/// The error that reading throws. A document that reads after all gives a text
-/// that no error has.
+/// The error that reading throws. A document that reads after all gives a text that no error has.
 inline std::string errorOf(std::string_view text) {
     try {
         static_cast<void>(read(text));
@@ -89,8 +87,7 @@ inline constexpr std::string_view bareArrayV2 = R"([
      "passTrough": {"EatNonMatching": {}}}}}}
 ])";
 
-/// A rule of the oldest form: note-on 60 on channel value 1, consumed, sends
-/// note-on 60 on channel value 2.
+/// A rule of the oldest form: note-on 60 on channel value 1, consumed, sends note-on 60 on channel value 2.
 inline constexpr std::string_view noteRuleV1 = R"(
   {"output": {"message": {"Prime": {"_0": {"NoteOn": {"_0": {"value": 2}, "_1": {"value": 60},
                                                       "_2": {"value": 100}}}}},

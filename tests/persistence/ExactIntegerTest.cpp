@@ -37,8 +37,9 @@ TEST(ExactInteger, IsSignedBelowZero) {
 }
 
 TEST(ExactInteger, IsNothingForTheSmallestFraction) {
-    for (const auto* text : {"0.5", "1e-1", "255.0000000000000001", "-0.1", "1e-400",
-                             "1e-99999999999999999999", "9007199254740992.5", "10.01e1"}) {
+    for (const auto* text :
+         {"0.5", "1e-1", "255.0000000000000001", "-0.1", "1e-400", "1.25e-9223372036854775807",
+          "1e-99999999999999999999", "9007199254740992.5", "10.01e1"}) {
         EXPECT_EQ(exactInteger(text), std::nullopt) << text;
     }
 }

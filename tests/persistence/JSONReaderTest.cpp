@@ -137,9 +137,9 @@ TEST(JSONReader, ReadsEveryStatusByteThereAndBack) {
 TEST(JSONReader, ReadsEveryOutputThereAndBack) {
     using Output = RuleOutputVariantsV2;
     const StatusByteV2 status = StatusByteV2::JustStatus{StatusV2::noteOn};
-    expectThereAndBack<Output>(
-        Output::Protocol{status, GenericByteV2::Value{60}, GenericByteV2::Value{100}},
-        R"({"Protocol":{"_0":{"JustStatus":{"_0":144}},"_1":{"Value":{"_0":60}},"_2":{"Value":{"_0":100}}}})");
+    expectThereAndBack<Output>(Output::Protocol{status, GenericByteV2::Value{60}, GenericByteV2::Value{100}},
+                               R"({"Protocol":{"_0":{"JustStatus":{"_0":144}},"_1":{"Value":{"_0":60}},)"
+                               R"("_2":{"Value":{"_0":100}}}})");
     expectThereAndBack<Output>(Output::Protocol{status, GenericByteV2::Value{60}, std::nullopt},
                                R"({"Protocol":{"_0":{"JustStatus":{"_0":144}},"_1":{"Value":{"_0":60}}}})");
     expectThereAndBack<Output>(

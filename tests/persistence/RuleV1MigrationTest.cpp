@@ -141,8 +141,8 @@ TEST(RuleV1Migration, KeepsARuleThatFiresOnLoad) {
 }
 
 TEST(RuleV1Migration, CarriesSystemMessageTriggersOver) {
-    const auto messageBased = [](MessageBasedTriggerVariantsV2 variants) -> RuleTriggerV2 {
-        return RuleTriggerV2::MessageBased{{std::move(variants), PassThroughV2::PassThrough}};
+    const auto messageBased = [](const MessageBasedTriggerVariantsV2& variants) -> RuleTriggerV2 {
+        return RuleTriggerV2::MessageBased{{variants, PassThroughV2::PassThrough}};
     };
     EXPECT_EQ(migratedMessageTrigger(R"({"Start":{}})"),
               messageBased(MessageBasedTriggerVariantsV2::Start{}));
