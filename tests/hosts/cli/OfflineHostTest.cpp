@@ -16,7 +16,6 @@ namespace {
 
 using namespace fixture;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using Host = HostTransportTriggerVariantsV2;
 
 TimedMessage at(SampleTime time, const std::string& bytes) {
@@ -100,10 +99,7 @@ TEST(OfflineHost, RunsEveryCycleInWhichSomethingIsDelayed) {
 }
 
 TEST(OfflineHost, TakesAnyNumberOfMessagesInOneCycle) {
-    std::vector<TimedMessage> messages;
-    for (int i = 0; i < 20000; ++i) {
-        messages.push_back(at(5000 + i / 5000, "90 3c 64"));
-    }
+    const std::vector<TimedMessage> messages(20000, at(5000, "90 3c 64"));
     EXPECT_EQ(outputsOf({}, messages, 10000).size(), messages.size());
 }
 
