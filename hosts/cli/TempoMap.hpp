@@ -44,13 +44,15 @@ private:
     /// Ticks times tempo times sample rate: up to 63 + 24 + 32 bits.
     __extension__ using Wide = __int128;
 
-    /// A stretch of one tempo. Times are counted in parts of a sample, `partsPerSample_` to a sample.
+    /// A stretch of one tempo, empty if another begins at its tick. Times are counted in parts of a sample,
+    /// `partsPerSample_` to a sample.
     struct Stretch {
         Tick firstTick;
         Wide firstTime;
         Wide timePerTick;
     };
 
+    /// Ends the last stretch at `tick` and begins another.
     void begin(Tick tick, Wide timePerTick);
 
     Wide partsPerSample_ = 1;
