@@ -47,8 +47,7 @@ Output messageFromEntry(const RuleOutputEntry& entry) {
 }
 
 RuleTriggerV2 voiceTrigger(const Voice& kind, const RuleTriggerEntry& entry) {
-    return RuleTriggerV2::MessageBased{
-        {Message::VoiceCategory{{kind, entry.channel}}, entry.passThrough}};
+    return RuleTriggerV2::MessageBased{{Message::VoiceCategory{{kind, entry.channel}}, entry.passThrough}};
 }
 
 RuleTriggerV2 messageTrigger(const Message& message, const RuleTriggerEntry& entry) {
