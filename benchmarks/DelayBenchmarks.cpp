@@ -66,10 +66,10 @@ private:
 
 void addDelayBenchmarks() {
     const Section section("Processor, delayed", "output");
-    section.add("floor: forward only", eventsPerCycle,
-                [] { return [setup = std::make_shared<DelaySetup>(0)] { setup->forward(); }; });
+    section.addFloor("forward only", eventsPerCycle,
+                     [] { return [setup = std::make_shared<DelaySetup>(0)] { setup->forward(); }; });
     for (const auto waiting : Counts{0, 1024, 8960}) {
-        section.add(
+        section.addRow(
             "queued and sent, " + std::to_string(waiting) + " others wait", eventsPerCycle,
             [waiting] { return [setup = std::make_shared<DelaySetup>(waiting)] { setup->renderCycle(); }; });
     }

@@ -10,14 +10,14 @@ namespace quillo::bench {
 
 void addDocumentBenchmarks() {
     const Section section("State document", "rule");
-    section.add("floor: copy the bytes of 1024 rules", 1024, [] {
+    section.addFloor("copy the bytes of 1024 rules", 1024, [] {
         return [document = PluginData{mixedRules(1024)}.write()] {
             auto copy = document;
             benchmark::DoNotOptimize(copy);
         };
     });
     for (const auto count : Counts{16, 1024, 10000}) {
-        section.add("read " + std::to_string(count) + " rules", count, [count] {
+        section.addRow("read " + std::to_string(count) + " rules", count, [count] {
             return [document = PluginData{mixedRules(count)}.write()] {
                 const auto data = PluginData::read(document);
                 benchmark::DoNotOptimize(data.rules.data());
@@ -25,7 +25,7 @@ void addDocumentBenchmarks() {
         });
     }
     for (const auto count : Counts{16, 1024, 10000}) {
-        section.add("write " + std::to_string(count) + " rules", count, [count] {
+        section.addRow("write " + std::to_string(count) + " rules", count, [count] {
             return [data = PluginData{mixedRules(count)}] {
                 const auto document = data.write();
                 benchmark::DoNotOptimize(document.data());

@@ -78,14 +78,14 @@ std::string label(std::size_t count, const std::string& what) {
 
 template <class Setup>
 void addRow(const Section& section, const std::string& name, const std::vector<Rule>& rules, Events events) {
-    section.add(name, eventsPerCycle, [rules, events] {
+    section.addRow(name, eventsPerCycle, [rules, events] {
         return [setup = std::make_shared<Setup>(rules, events)] { setup->process(); };
     });
 }
 
 template <class Setup>
 void addEventRows(const Section& section) {
-    section.add("floor: forward only", eventsPerCycle, [] {
+    section.addFloor("forward only", eventsPerCycle, [] {
         return [setup = std::make_shared<Setup>(std::vector<Rule>{}, Events::notes)] { setup->forward(); };
     });
     for (const auto count : Counts{0, 1, 16, 128, 1024, 10000}) {
@@ -110,7 +110,7 @@ void addEventRows(const Section& section) {
 }
 
 void addLoggedRow(const Section& section) {
-    section.add("0 rules, both logs connected", eventsPerCycle, [] {
+    section.addRow("0 rules, both logs connected", eventsPerCycle, [] {
         auto setup = std::make_shared<UnitSetup>(std::vector<Rule>{});
         const auto log = [](const EventLogEntry& entry)
                              QUILLO_REALTIME {
@@ -123,7 +123,7 @@ void addLoggedRow(const Section& section) {
 }
 
 void addCycleRows(const Section& section) {
-    section.add("floor: a render block that does nothing", 1, [] {
+    section.addFloor("a render block that does nothing", 1, [] {
         const AUInternalRenderBlock block = [](const AudioTimeStamp& timestamp, AUAudioFrameCount,
                                                const AURenderEvent*) QUILLO_REALTIME {
             benchmark::DoNotOptimize(timestamp.mSampleTime);
@@ -132,13 +132,13 @@ void addCycleRows(const Section& section) {
         return [block] { block({0.0}, cycleLength, nullptr); };
     });
     for (const auto count : Counts{0, 10000}) {
-        section.add(label(count, "no transport"), 1, [count] {
+        section.addRow(label(count, "no transport"), 1, [count] {
             return [setup = std::make_shared<UnitSetup>(rulesThatMatchNothing(count))] {
                 setup->renderEmptyCycle();
             };
         });
     }
-    section.add("10000 rules, a transport that stands still", 1, [] {
+    section.addRow("10000 rules, a transport that stands still", 1, [] {
         auto setup = std::make_shared<UnitSetup>(rulesThatMatchNothing(10000));
         setup->unit().transportStateBlock = [](AUHostTransportStateFlags* flags, double* position, double*,
                                                double*) QUILLO_REALTIME {

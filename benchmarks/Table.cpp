@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <limits>
 #include <string_view>
 
 namespace quillo::bench {
@@ -13,6 +14,7 @@ namespace {
 constexpr int repetitions = 5;
 constexpr double secondsEach = 0.03;
 constexpr std::string_view separator = " | ";
+constexpr std::string_view floorPrefix = "floor: ";
 constexpr const char* rowFormat = "  %-58s %12.1f %9.1f %8.1f %%\n";
 constexpr const char* headFormat = "\n%-60s %12s %9s %10s\n";
 
@@ -29,6 +31,11 @@ std::vector<double> timesOf(const std::vector<benchmark::BenchmarkReporter::Run>
 }
 
 }  // namespace
+
+void Section::addFloor(const std::string& row, std::size_t items,
+                       const std::function<Step()>& prepare) const {
+    addRow(std::string(floorPrefix) + row, items, prepare);
+}
 
 void Section::addRow(const std::string& row, std::size_t items, const std::function<Step()>& prepare) const {
     const auto measure = [prepare, items](benchmark::State& state) {
@@ -56,19 +63,25 @@ void TableReporter::ReportRuns(const std::vector<Run>& runs) {
     }
     const auto& name = runs.front().run_name.function_name;
     const auto cut = name.find(separator);
-    const auto median = times[times.size() / 2];
     if (const auto section = name.substr(0, cut); section != section_) {
         startSection(section);
+    }
+    printRow(name.substr(cut + separator.size()), times);
+}
+
+void TableReporter::printRow(const std::string& row, const std::vector<double>& times) {
+    const auto median = times[times.size() / 2];
+    if (row.starts_with(floorPrefix)) {
         floor_ = median;
     }
     const auto spread = (times.back() - times.front()) / 2.0 / median;
-    std::printf(rowFormat, name.substr(cut + separator.size()).c_str(), median, median / floor_,
-                100.0 * spread);
+    std::printf(rowFormat, row.c_str(), median, median / floor_, 100.0 * spread);
     std::fflush(stdout);
 }
 
 void TableReporter::startSection(const std::string& section) {
     section_ = section;
+    floor_ = std::numeric_limits<double>::quiet_NaN();
     std::printf(headFormat, section.c_str(), "ns", "x floor", "spread");
 }
 

@@ -14,22 +14,20 @@ namespace quillo::bench {
 /// Work that is repeated until its time is known.
 using Step = std::function<void()>;
 
-/// A part of the table whose rows are compared with its first row, the floor: the least that anybody who does
-/// such a thing must do.
+/// A part of the table whose rows are compared with its first one, the floor: the least that anybody who does such
+/// a thing must do.
 class Section {
 public:
     /// `item` is what the times are given for: "event", "rule".
     Section(std::string title, std::string item) : name_(std::move(title) + ", ns per " + std::move(item)) {}
 
     /// Adds a row. `prepare` makes the step and all that it works on; the step handles `items` items.
-    template <class Prepare>
-    void add(const std::string& row, std::size_t items, const Prepare& prepare) const {
-        addRow(row, items, [prepare] { return Step(prepare()); });
-    }
-
-private:
     void addRow(const std::string& row, std::size_t items, const std::function<Step()>& prepare) const;
 
+    /// The same for the section's first row.
+    void addFloor(const std::string& row, std::size_t items, const std::function<Step()>& prepare) const;
+
+private:
     std::string name_;
 };
 
@@ -42,6 +40,7 @@ public:
 
 private:
     void startSection(const std::string& section);
+    void printRow(const std::string& row, const std::vector<double>& times);
 
     std::string section_;
     double floor_ = 0.0;
