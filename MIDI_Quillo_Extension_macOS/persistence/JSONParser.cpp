@@ -125,19 +125,22 @@ std::string_view asText(std::span<const std::uint8_t> bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-std::string lineAndColumn(std::string_view text, std::size_t offset) {
+/// Line and column; the column alone where the text is one line.
+std::string placeOf(std::string_view text, std::size_t offset) {
     const auto before = text.substr(0, offset);
-    const auto line = std::ranges::count(before, '\n') + 1;
     const auto lastBreak = before.rfind('\n');
     const auto column = lastBreak == std::string_view::npos ? before.size() + 1 : before.size() - lastBreak;
-    return "line " + std::to_string(line) + ", column " + std::to_string(column);
+    const auto line = std::ranges::count(before, '\n') + 1;
+    const auto inLine =
+        text.find('\n') != std::string_view::npos ? "line " + std::to_string(line) + ", " : std::string();
+    return inLine + "column " + std::to_string(column);
 }
 
 [[noreturn]] void failAt(std::string_view text, const ValueBuilder::Failure& failure) {
     if (!failure.offset) {
         throw DecodingError(failure.reason);
     }
-    throw DecodingError("not JSON: " + lineAndColumn(text, *failure.offset) + ": " + failure.reason);
+    throw DecodingError("not JSON: " + placeOf(text, *failure.offset) + ": " + failure.reason);
 }
 
 /// The library takes a zero byte for the end of the text; it is no part of any JSON.

@@ -16,7 +16,8 @@ using JSON = nlohmann::json;
 inline constexpr std::size_t maximumNesting = 512;
 
 /// Parses one JSON value from UTF-8, with or without a byte-order mark; of equal keys the last one holds.
-/// Throws a `DecodingError` with line and column (in bytes, from 1) for anything else.
+/// Throws a `DecodingError` for anything else; where the text is not JSON it names line and column, in bytes
+/// from 1, or the column alone in a text of one line.
 [[nodiscard]] JSON parseJSON(std::span<const std::uint8_t> bytes);
 
 }  // namespace quillo

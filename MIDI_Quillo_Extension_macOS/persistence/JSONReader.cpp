@@ -43,6 +43,20 @@ std::string listed(std::span<const std::string_view> names, std::string_view sep
 
 }  // namespace
 
+double JSONReader::readDouble(const JSON& value, const JSONPath& path) {
+    if (!value.is_number()) {
+        failExpecting("a number", value, path);
+    }
+    return value.get<double>();
+}
+
+bool JSONReader::readBoolean(const JSON& value, const JSONPath& path) {
+    if (!value.is_boolean()) {
+        failExpecting("true or false", value, path);
+    }
+    return value.get<bool>();
+}
+
 std::string JSONReader::readString(const JSON& value, const JSONPath& path) {
     if (!value.is_string()) {
         failExpecting("a string", value, path);

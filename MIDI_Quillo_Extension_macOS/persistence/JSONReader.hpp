@@ -29,13 +29,25 @@ namespace quillo {
 ///     const auto delay = JSONReader().read<DelayV2>(json, JSONPath());
 class JSONReader {
 public:
-    /// Reads a described type, an integer, a string, or a `std::vector` of these. `path` tells where `value`
-    /// lies.
+    /// Reads a described type, an integer, a double, a Boolean, a string, or a `std::vector` of these. `path`
+    /// tells where `value` lies.
     template <class T>
     [[nodiscard]] T read(const JSON& value, const JSONPath& path);
 
     /// Fails unless `value` is an array.
     void requireArray(const JSON& value, const JSONPath& path);
+
+    /// Fails unless `value` is an object.
+    void requireObject(const JSON& value, const JSONPath& path);
+
+    /// The value of a key that the object must have.
+    const JSON& requireKey(const JSON& object, std::string_view key, const JSONPath& path);
+
+    /// The error of a value that reads as nothing that is wanted: "expected a string, found 5".
+    [[noreturn]] void failExpecting(const std::string& expected, const JSON& found, const JSONPath& path);
+
+    /// Any other error of a value.
+    [[noreturn]] void fail(const JSONPath& path, const std::string& what);
 
 private:
     struct ChosenCase {
@@ -56,6 +68,8 @@ private:
     Integer readInteger(const JSON& value, const JSONPath& path);
     template <class List>
     List readList(const JSON& value, const JSONPath& path);
+    double readDouble(const JSON& value, const JSONPath& path);
+    bool readBoolean(const JSON& value, const JSONPath& path);
     std::string readString(const JSON& value, const JSONPath& path);
 
     template <class Union, std::size_t Index>
@@ -65,12 +79,8 @@ private:
                      const JSONPath& memberPath);
 
     ChosenCase chooseCase(std::span<const std::string_view> names, const JSON& value, const JSONPath& path);
-    void requireObject(const JSON& value, const JSONPath& path);
-    const JSON& requireKey(const JSON& object, std::string_view key, const JSONPath& path);
 
     static std::string oneOf(std::span<const std::uint8_t> numbers);
-    [[noreturn]] void fail(const JSONPath& path, const std::string& what);
-    [[noreturn]] void failExpecting(const std::string& expected, const JSON& found, const JSONPath& path);
     [[noreturn]] void failForCases(std::span<const std::string_view> names, const JSON& object,
                                    const JSONPath& path);
 
@@ -87,6 +97,10 @@ T JSONReader::read(const JSON& value, const JSONPath& path) {
     ++valuesRead_;
     if constexpr (StoredInteger<T>) {
         return readInteger<T>(value, path);
+    } else if constexpr (std::same_as<T, double>) {
+        return readDouble(value, path);
+    } else if constexpr (std::same_as<T, bool>) {
+        return readBoolean(value, path);
     } else if constexpr (std::same_as<T, std::string>) {
         return readString(value, path);
     } else if constexpr (isVector<T>) {

@@ -22,9 +22,9 @@ struct TempoChange {
 /// Where a MIDI file's ticks lie on a timeline of samples that begins with tick 0, and back.
 ///
 /// All arithmetic is exact, in whole numbers, and each result is rounded once: a tick goes to the nearest
-/// sample, half a sample up, and a sample to the nearest tick, half a tick down. A tick that lies at least one
-/// sample from both of its neighbours therefore comes back as itself, however many tempo changes stand before
-/// it.
+/// sample, half a sample up, and a sample to the nearest tick, half a tick down. A tick that lies at least
+/// one sample from both of its neighbours therefore comes back as itself, however many tempo changes stand
+/// before it.
 class TempoMap {
 public:
     /// `changes` in order of their ticks; of several at one tick the last holds. They count only where a tick

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstddef>
 #include <random>
 #include <string>
 #include <string_view>
@@ -10,49 +8,10 @@
 #include "persistence/Documents.hpp"
 #include "persistence/PluginData.hpp"
 #include "platform/FatalError.hpp"
+#include "support/Vandal.hpp"
 
 namespace quillo {
 namespace {
-
-/// Damages a document at random, the same way for the same seed.
-class Vandal {
-public:
-    explicit Vandal(unsigned seed) : random_(seed) {}
-
-    void damage(std::string& text) {
-        switch (below(5)) {
-        case 0: text[below(text.size())] = static_cast<char>(below(256)); break;
-        case 1: text.resize(below(text.size())); break;
-        case 2: text.insert(below(text.size()), snippets[below(snippets.size())]); break;
-        case 3: text.erase(below(text.size()), 1 + below(20)); break;
-        default: copyPart(text); break;
-        }
-        text += text.empty() ? " " : "";
-    }
-
-private:
-    static constexpr std::array<std::string_view, 12> snippets{"{}",
-                                                               "[]",
-                                                               "null",
-                                                               "-1",
-                                                               "256",
-                                                               "1e2",
-                                                               "0.5",
-                                                               "\"",
-                                                               "{\"Value\":{\"_0\":1}}",
-                                                               "9223372036854775808",
-                                                               "\xF0\x9F",
-                                                               "\"_0\":"};
-
-    std::size_t below(std::size_t limit) { return random_() % limit; }
-
-    void copyPart(std::string& text) {
-        const auto part = text.substr(below(text.size()), below(40));
-        text.insert(below(text.size()), part);
-    }
-
-    std::mt19937 random_;
-};
 
 /// Reads rules that can be stored again, or fails with a text.
 void expectRulesOrError(const std::string& document) {
@@ -70,7 +29,7 @@ void expectRulesOrError(const std::string& document) {
 
 void expectToSurviveDamage(const std::string& document) {
     for (unsigned seed = 0; seed < 10'000; ++seed) {
-        Vandal vandal(seed);
+        test::Vandal vandal(seed);
         auto damaged = document;
         for (unsigned times = 0; times <= seed % 3; ++times) {
             vandal.damage(damaged);

@@ -73,6 +73,17 @@ TEST(JSONReader, TakesNothingElseForANumber) {
     EXPECT_EQ(errorOf<std::uint8_t>("{}"), expected + std::string("an object"));
 }
 
+TEST(JSONReader, ReadsDoublesAndBooleansStrictly) {
+    EXPECT_EQ(read<double>("1.5"), 1.5);
+    EXPECT_EQ(read<double>("-3"), -3.0);
+    EXPECT_EQ(read<double>("18446744073709551616"), 18446744073709551616.0);
+    EXPECT_EQ(errorOf<double>("\"1\""), "expected a number, found a string");
+    EXPECT_EQ(errorOf<double>("null"), "expected a number, found null");
+    EXPECT_EQ(read<bool>("true"), true);
+    EXPECT_EQ(read<bool>("false"), false);
+    EXPECT_EQ(errorOf<bool>("1"), "expected true or false, found 1");
+}
+
 TEST(JSONReader, ReadsDelaysOfTheWholeSigned64BitRange) {
     expectThereAndBack(DelayV2{INT64_MAX}, R"({"ms":9223372036854775807})");
     expectThereAndBack(DelayV2{INT64_MIN}, R"({"ms":-9223372036854775808})");

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "platform/StateDictionary.hpp"
+
+namespace quillo {
+
+/// The bytes of a Base64 text in the standard alphabet, padded. Nothing for any other text: other characters
+/// (white space too), missing padding, or bits behind the last byte that are not zero.
+[[nodiscard]] std::optional<Data> decodeBase64(std::string_view text);
+
+}  // namespace quillo
