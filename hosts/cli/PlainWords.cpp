@@ -8,6 +8,8 @@
 #include <string_view>
 #include <variant>
 
+#include "rules/MIDIVocabulary.hpp"
+
 namespace quillo {
 
 namespace {
@@ -21,6 +23,17 @@ std::string number(std::int64_t value, bool inRange) {
 
 std::string dataByte(unsigned value) {
     return number(value, value <= greatestDataByte);
+}
+
+std::string noteNumber(std::uint8_t note) {
+    return note <= greatestDataByte ? noteLabel(note) : dataByte(note);
+}
+
+std::string controllerNumber(std::uint8_t controller) {
+    if (controller > greatestDataByte) {
+        return dataByte(controller);
+    }
+    return dataByte(controller) + " (" + std::string(controllerName(controller)) + ")";
 }
 
 std::string channelFrom(unsigned zeroBased) {
@@ -56,20 +69,26 @@ std::string policy(PassThroughV2 passThrough) {
     return {};
 }
 
-/// "note-on 60", or "any note-on".
+/// "value 60", or "any value".
 std::string compared(const std::string& what, const TriggerValueV2& value) {
     const auto* exact = value.getIf<TriggerValueV2::Value>();
     return exact == nullptr ? "any " + what : what + " " + dataByte(exact->value);
+}
+
+/// "note-on 60 (C3)", or "any note-on".
+std::string comparedNote(const std::string& what, const TriggerValueV2& note) {
+    const auto* exact = note.getIf<TriggerValueV2::Value>();
+    return exact == nullptr ? "any " + what : what + " " + noteNumber(exact->value);
 }
 
 std::string voice(const VoiceCategoryTriggerVariantsV2& variants) {
     using Voice = VoiceCategoryTriggerVariantsV2;
     return std::visit(
         Overloaded{
-            [](const Voice::NoteOn& trigger) { return compared("note-on", trigger.note); },
-            [](const Voice::NoteOff& trigger) { return compared("note-off", trigger.note); },
+            [](const Voice::NoteOn& trigger) { return comparedNote("note-on", trigger.note); },
+            [](const Voice::NoteOff& trigger) { return comparedNote("note-off", trigger.note); },
             [](const Voice::ControlChange& trigger) {
-                return "controller " + dataByte(trigger.controller) + " with " +
+                return "controller " + controllerNumber(trigger.controller) + " with " +
                        compared("value", trigger.value);
             },
             [](const Voice::ProgramChange& trigger) { return compared("program", trigger.program); },
@@ -169,7 +188,7 @@ private:
         switch (status) {
         case StatusV2::noteOn: return note("note-on", output.byte1) + second("velocity", output.byte2);
         case StatusV2::noteOff: return note("note-off", output.byte1) + second("velocity", output.byte2);
-        case StatusV2::CC: return first("controller", output.byte1) + second("value", output.byte2);
+        case StatusV2::CC: return controller(output.byte1) + second("value", output.byte2);
         case StatusV2::programChange: return first("program", output.byte1) + surplus(output.byte2);
         case StatusV2::channelPressure:
             return first("channel pressure", output.byte1) + surplus(output.byte2);
@@ -189,12 +208,18 @@ private:
                (output.byte2 ? " and " + named("high byte", *output.byte2, names_[1]) : " and no high byte");
     }
 
-    /// "note-on 60", or "note-on for the trigger's note".
+    /// "note-on 60 (C3)", or "note-on for the trigger's note".
     [[nodiscard]] std::string note(std::string_view what, const GenericByteV2& byte) const {
         const auto* exact = byte.getIf<GenericByteV2::Value>();
         const auto kind = std::string(what) + " ";
         return exact == nullptr ? kind + "for the trigger's " + std::string(names_[0])
-                                : kind + dataByte(exact->value);
+                                : kind + noteNumber(exact->value);
+    }
+
+    /// "controller 7 (Volume)", or "the trigger's controller".
+    [[nodiscard]] std::string controller(const GenericByteV2& byte) const {
+        const auto* exact = byte.getIf<GenericByteV2::Value>();
+        return exact == nullptr ? first("controller", byte) : "controller " + controllerNumber(exact->value);
     }
 
     [[nodiscard]] std::string first(std::string_view what, const GenericByteV2& byte) const {

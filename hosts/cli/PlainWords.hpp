@@ -9,15 +9,16 @@ namespace quillo {
 
 /// What a rule does, in one line of English:
 ///
-///     "Mod wheel to volume": when controller 1 with any value arrives on any channel (consume matching),
-///     send controller 7 with the trigger's value on the trigger's channel after 250 ms.
+///     "Mod wheel to volume": when controller 1 (Modulation) with any value arrives on any channel (consume
+///     matching), send controller 7 (Volume) with the trigger's value on the trigger's channel after 250 ms.
 ///
-/// Channels are counted from 1, everything else is the number in the message. A number that no MIDI message
+/// Channels are counted from 1, everything else is the number in the message; notes and controllers have their
+/// names beside it. A number that no MIDI message
 /// can carry is marked "(out of range)". Whatever in the name would break the line or the quotes is escaped
 /// as in JSON.
 [[nodiscard]] std::string inPlainWords(const Rule& rule);
 
-/// The rule's parts: "when note-on 60 arrives on channel 1 (pass through)" and "send note-off 60 with
+/// The rule's parts: "when note-on 60 (C3) arrives on channel 1 (pass through)" and "send note-off 60 (C3) with
 /// velocity 0 on channel 1 at once". What an output takes from its trigger is called by its name in that
 /// trigger: the second data byte of a note is "the trigger's velocity", that of a controller "the trigger's
 /// value".

@@ -11,6 +11,7 @@
 #include "hosts/cli/InputFiles.hpp"
 #include "hosts/cli/MIDIFileError.hpp"
 #include "hosts/cli/MIDIFileWriter.hpp"
+#include "hosts/cli/MessageWords.hpp"
 #include "hosts/cli/OfflineHost.hpp"
 #include "hosts/cli/OutputFile.hpp"
 #include "hosts/cli/ProgressLine.hpp"
@@ -69,7 +70,7 @@ Score readScore(const Request& request) {
 }
 
 OfflineHost::Log traceTo(std::ostream& out, const char* direction) {
-    return [&out, direction](const EventLogEntry& entry) { out << direction << text(entry) << '\n'; };
+    return [&out, direction](const EventLogEntry& entry) { out << direction << traceLine(entry) << '\n'; };
 }
 
 OfflineHost::Performance play(const Score& score, const Data& preset, const Request& request,

@@ -29,10 +29,11 @@ TEST_F(CheckCommandTest, SaysWhatThePresetIsAndOneRuleALine) {
     EXPECT_EQ(
         result.out,
         path + ": generation 3 (current), 2 rules\n"
-               "1. \"controller 7\": when the plug-in is loaded, send controller 7 with value 1 on channel 1 "
+               "1. \"controller 7\": when the plug-in is loaded, send controller 7 (Volume) with value 1 on "
+               "channel 1 "
                "at once.\n"
                "2. \"controller 8\": when any note-on arrives on any channel (pass through), send controller "
-               "8 with value 1 on channel 1 after 250 ms.\n");
+               "8 (Balance) with value 1 on channel 1 after 250 ms.\n");
     EXPECT_THAT(result.err, IsEmpty());
 }
 

@@ -61,9 +61,10 @@ TEST(PlainWords, OfARuleNameItsTriggerPolicyMessageAndDelay) {
     const auto rule =
         named("Mod wheel to volume", {volume, {250}}, whenMessage(modWheel, PassThroughV2::EatMatching));
     EXPECT_EQ(inPlainWords(rule),
-              "\"Mod wheel to volume\": when controller 1 with any value arrives on any channel (consume "
+              "\"Mod wheel to volume\": when controller 1 (Modulation) with any value arrives on any channel "
+              "(consume "
               "matching), "
-              "send controller 7 with the trigger's value on the trigger's channel after 250 ms.");
+              "send controller 7 (Volume) with the trigger's value on the trigger's channel after 250 ms.");
 }
 
 TEST(PlainWords, KeepANameOnOneLineAndInItsQuotes) {
@@ -77,19 +78,19 @@ TEST(PlainWords, KeepANameOnOneLineAndInItsQuotes) {
 
 TEST(PlainWordsOfATrigger, NameTheNote) {
     EXPECT_EQ(inPlainWords(when(Voice::NoteOn{only(60)})),
-              "when note-on 60 arrives on any channel (pass through)");
+              "when note-on 60 (C3) arrives on any channel (pass through)");
     EXPECT_EQ(inPlainWords(anyNoteOn), "when any note-on arrives on any channel (pass through)");
     EXPECT_EQ(inPlainWords(when(Voice::NoteOff{only(127)})),
-              "when note-off 127 arrives on any channel (pass through)");
+              "when note-off 127 (G8) arrives on any channel (pass through)");
     EXPECT_EQ(inPlainWords(when(Voice::NoteOff{any})),
               "when any note-off arrives on any channel (pass through)");
 }
 
 TEST(PlainWordsOfATrigger, NameTheControllerAndItsValue) {
     EXPECT_EQ(inPlainWords(when(Voice::ControlChange{64, only(127)})),
-              "when controller 64 with value 127 arrives on any channel (pass through)");
+              "when controller 64 (Sustain) with value 127 arrives on any channel (pass through)");
     EXPECT_EQ(inPlainWords(anyController1),
-              "when controller 1 with any value arrives on any channel (pass through)");
+              "when controller 1 (Modulation) with any value arrives on any channel (pass through)");
 }
 
 TEST(PlainWordsOfATrigger, NameTheProgram) {
@@ -139,11 +140,11 @@ TEST(PlainWordsOfATrigger, MarkWhatNoMessageCanCarry) {
 
 TEST(PlainWordsOfAnOutput, NameEachKindOfMessage) {
     EXPECT_EQ(words(send(StatusV2::noteOn, byte(60), byte(100))),
-              "send note-on 60 with velocity 100 on channel 1 at once");
+              "send note-on 60 (C3) with velocity 100 on channel 1 at once");
     EXPECT_EQ(words(send(StatusV2::noteOff, byte(60), byte(0))),
-              "send note-off 60 with velocity 0 on channel 1 at once");
+              "send note-off 60 (C3) with velocity 0 on channel 1 at once");
     EXPECT_EQ(words(send(StatusV2::CC, byte(7), byte(127))),
-              "send controller 7 with value 127 on channel 1 at once");
+              "send controller 7 (Volume) with value 127 on channel 1 at once");
     EXPECT_EQ(words(send(StatusV2::programChange, byte(5), {})), "send program 5 on channel 1 at once");
     EXPECT_EQ(words(send(StatusV2::channelPressure, byte(9), {})),
               "send channel pressure 9 on channel 1 at once");
@@ -170,9 +171,10 @@ TEST(PlainWordsOfAnOutput, ShowThePitchWheelsBytesWhereTheyMakeNoPosition) {
 }
 
 TEST(PlainWordsOfAnOutput, SayWhatIsMissingOrSurplus) {
-    EXPECT_EQ(words(send(StatusV2::CC, byte(7), {})), "send controller 7 without value on channel 1 at once");
+    EXPECT_EQ(words(send(StatusV2::CC, byte(7), {})),
+              "send controller 7 (Volume) without value on channel 1 at once");
     EXPECT_EQ(words(send(StatusV2::noteOn, byte(7), {})),
-              "send note-on 7 without velocity on channel 1 at once");
+              "send note-on 7 (G-2) without velocity on channel 1 at once");
     EXPECT_EQ(words(send(StatusV2::programChange, byte(5), byte(6))),
               "send program 5 with surplus byte 6 on channel 1 at once");
     EXPECT_EQ(words(send(StatusV2::channelPressure, byte(5), fromTrigger)),
@@ -207,13 +209,13 @@ TEST(PlainWordsOfAnOutput, NameTheChannel) {
         return words({Output::Protocol{status, byte(1), byte(2)}, {0}});
     };
     EXPECT_EQ(on(StatusByteV2::JustStatus{StatusV2::CC}),
-              "send controller 1 with value 2 on channel 1 at once");
+              "send controller 1 (Modulation) with value 2 on channel 1 at once");
     EXPECT_EQ(on(StatusByteV2::WithChannel{StatusV2::CC, RuleOutputChannelV2::Value{15}}),
-              "send controller 1 with value 2 on channel 16 at once");
+              "send controller 1 (Modulation) with value 2 on channel 16 at once");
     EXPECT_EQ(on(StatusByteV2::WithChannel{StatusV2::CC, triggerChannel}),
-              "send controller 1 with value 2 on the trigger's channel at once");
+              "send controller 1 (Modulation) with value 2 on the trigger's channel at once");
     EXPECT_EQ(on(StatusByteV2::WithChannel{StatusV2::CC, RuleOutputChannelV2::Value{16}}),
-              "send controller 1 with value 2 on channel 17 (out of range) at once");
+              "send controller 1 (Modulation) with value 2 on channel 17 (out of range) at once");
 }
 
 TEST(PlainWordsOfAnOutput, NameBankAndProgram) {

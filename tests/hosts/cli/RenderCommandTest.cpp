@@ -121,8 +121,8 @@ TEST_F(RenderCommandTest, TracesBothDirectionsToTheOutputStream) {
     const auto result = render(oneTrackFile("01 90 3c 64 00 ff 2f 00"),
                                {controllerRule(onAnyNote(PassThroughV2::EatMatching), 7)}, {"--trace"});
     EXPECT_EQ(result.out, "in  [0] AU Host Start\n"
-                          "in  [50] 90 3c 64\n"
-                          "out [50] b0 07 01\n"
+                          "in  [50] 90 3c 64           note-on 60 (C3), velocity 100, channel 1\n"
+                          "out [50] b0 07 01           controller 7 (Volume), value 1, channel 1\n"
                           "in  [51] AU Host Stop\n");
 }
 
