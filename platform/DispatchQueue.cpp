@@ -13,12 +13,6 @@ DispatchQueue::Barrier::~Barrier() {
     queue_.barrierMutex_.unlock();
 }
 
-void DispatchQueue::enter() QUILLO_REALTIME {
-    if (!gate_.tryEnter()) {
-        enterBehindBarrier();
-    }
-}
-
 void DispatchQueue::enterBehindBarrier() QUILLO_REALTIME {
     QUILLO_REALTIME_EXEMPT("the queue's own entry: waits for a short barrier, lending it our priority")
     barrierMutex_.lock();

@@ -60,7 +60,11 @@ private:
         DispatchQueue& queue_;
     };
 
-    void enter() QUILLO_REALTIME;
+    void enter() QUILLO_REALTIME {
+        if (!gate_.tryEnter()) {
+            enterBehindBarrier();
+        }
+    }
     void enterBehindBarrier() QUILLO_REALTIME;
 
     std::string label_;

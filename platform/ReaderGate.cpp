@@ -3,22 +3,10 @@
 
 namespace quillo {
 
-bool ReaderGate::tryEnter() QUILLO_REALTIME {
-    const auto before = state_.fetch_add(1, std::memory_order_acquire);
-    if ((before & closedBit) == 0) {
-        return true;
-    }
-    leave();
-    return false;
-}
-
-void ReaderGate::leave() QUILLO_REALTIME {
-    const auto before = state_.fetch_sub(1, std::memory_order_acq_rel);
-    if (before == (closedBit | 1U)) {
-        QUILLO_REALTIME_EXEMPT("wakes the thread that closes the gate; waking does not wait")
-        state_.notify_all();
-        QUILLO_REALTIME_EXEMPT_END
-    }
+void ReaderGate::wakeCloser() QUILLO_REALTIME {
+    QUILLO_REALTIME_EXEMPT("wakes the thread that closes the gate; waking does not wait")
+    state_.notify_all();
+    QUILLO_REALTIME_EXEMPT_END
 }
 
 void ReaderGate::close() {

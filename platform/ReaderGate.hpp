@@ -16,10 +16,20 @@ namespace quillo {
 class ReaderGate {
 public:
     /// [any] Enters unless the gate is closed. After `true`, `leave()` must follow.
-    [[nodiscard]] bool tryEnter() QUILLO_REALTIME;
+    [[nodiscard]] bool tryEnter() QUILLO_REALTIME {
+        if ((state_.fetch_add(1, std::memory_order_acquire) & closedBit) == 0) {
+            return true;
+        }
+        leave();
+        return false;
+    }
 
     /// [any] Leaves; the last one out wakes a closer that waits.
-    void leave() QUILLO_REALTIME;
+    void leave() QUILLO_REALTIME {
+        if (state_.fetch_sub(1, std::memory_order_acq_rel) == (closedBit | 1U)) {
+            wakeCloser();
+        }
+    }
 
     /// [not render] Lets nobody in any more and returns once the last one has left. Closers must exclude each
     /// other.
@@ -30,6 +40,8 @@ public:
 
 private:
     static constexpr std::uint32_t closedBit = 0x8000'0000U;
+
+    void wakeCloser() QUILLO_REALTIME;
 
     /// The closed bit and the number of threads inside.
     std::atomic<std::uint32_t> state_{0};

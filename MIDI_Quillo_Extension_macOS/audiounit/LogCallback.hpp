@@ -23,6 +23,11 @@ public:
     /// [main] From the next entry on, `function` gets them; an absent one is as good as none.
     LogCallback& operator=(Function function);
 
+    /// [render] Whether anybody listens. Most of the time nobody does, and then no entry need be made.
+    explicit operator bool() const QUILLO_REALTIME {
+        return current_.load(std::memory_order_acquire) != nullptr;
+    }
+
     /// [render]
     void operator()(const EventLogEntry& entry) const QUILLO_REALTIME {
         if (const auto* function = current_.load(std::memory_order_acquire)) {

@@ -95,9 +95,11 @@ OSStatus MIDIQuilloAUAudioUnit::renderEvents(const OutputFunction& output, const
             continue;
         }
         const auto& midi = *static_cast<const AUMIDIEvent*>(event);
-        const auto length = std::min<std::size_t>(midi.length, midi.data.size());
-        const auto message = MIDIMessage::inlineCopyOf({midi.data.data(), length});
-        logInput({midi.eventSampleTime, EventLogEntryVariants::MIDI{message}});
+        if (logInput) {
+            const auto length = std::min<std::size_t>(midi.length, midi.data.size());
+            const auto message = MIDIMessage::inlineCopyOf({midi.data.data(), length});
+            logInput({midi.eventSampleTime, EventLogEntryVariants::MIDI{message}});
+        }
         if (const auto status = processor->processMIDIEvent(output, midi, end); status != noErr) {
             return status;
         }
@@ -115,7 +117,9 @@ OSStatus MIDIQuilloAUAudioUnit::sendMessages(SampleTime sampleTime, std::uint8_t
         if (status != noErr) {
             return status;
         }
-        logOutput({sampleTime, EventLogEntryVariants::MIDI{message}});
+        if (logOutput) {
+            logOutput({sampleTime, EventLogEntryVariants::MIDI{message}});
+        }
     }
     return noErr;
 }

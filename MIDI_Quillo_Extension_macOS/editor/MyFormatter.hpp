@@ -13,7 +13,7 @@ namespace quillo {
 template <class Formatter>
 concept MyFormatter =
     std::is_empty_v<Formatter> && std::equality_comparable<Formatter> &&
-    requires(const Formatter formatter, const typename Formatter::Value value, std::string_view text) {
+    requires(const Formatter formatter, const Formatter::Value value, std::string_view text) {
         { formatter.format(value) } -> std::same_as<std::string>;
         { formatter.parse(text) } -> std::same_as<typename Formatter::Value>;
     };

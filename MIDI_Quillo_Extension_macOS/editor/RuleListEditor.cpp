@@ -161,7 +161,7 @@ void RuleListEditor::changeTriggerType(const UUID& id, TriggerEntryType type) {
     editWith(
         id,
         [type](RuleEntry& rule) {
-            rule = withUsableChoices(type, std::move(rule));
+            rule = withUsableChoices(type, rule);
             rule.trigger.type = type;
         },
         "");
@@ -172,7 +172,7 @@ void RuleListEditor::changeOutputType(const UUID& id, OutputEntryType type) {
         id,
         [type](RuleEntry& rule) {
             rule.output.type = type;
-            rule = withUsableChoices(rule.trigger.type, std::move(rule));
+            rule = withUsableChoices(rule.trigger.type, rule);
         },
         "");
 }

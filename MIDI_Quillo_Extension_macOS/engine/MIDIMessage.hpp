@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <span>
+#include <utility>
 
+#include "engine/SharedBytes.hpp"
 #include "platform/RealTime.hpp"
 
 namespace quillo {
-
-class SharedBytes;
 
 /// One complete MIDI message, status byte first; an immutable value of any length.
 ///
@@ -55,5 +56,53 @@ private:
     std::uint8_t inlineSize_ = 0;
     std::array<std::uint8_t, maximumInlineSize> inline_{};
 };
+
+// What the render thread does with each message stands here, so that it costs no call.
+
+inline MIDIMessage MIDIMessage::inlineCopyOf(std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    MIDIMessage message;
+    message.inlineSize_ = static_cast<std::uint8_t>(std::min(bytes.size(), maximumInlineSize));
+    std::copy_n(bytes.begin(), message.inlineSize_, message.inline_.begin());
+    return message;
+}
+
+inline MIDIMessage::MIDIMessage(std::initializer_list<std::uint8_t> bytes) QUILLO_REALTIME
+    : MIDIMessage(inlineCopyOf({bytes.begin(), bytes.size()})) {}
+
+inline MIDIMessage::MIDIMessage(const MIDIMessage& other) QUILLO_REALTIME
+    : shared_(other.shared_), inlineSize_(other.inlineSize_), inline_(other.inline_) {
+    if (shared_ != nullptr) {
+        shared_->hold();
+    }
+}
+
+inline MIDIMessage::MIDIMessage(MIDIMessage&& other) QUILLO_REALTIME
+    : shared_(std::exchange(other.shared_, nullptr)),
+      inlineSize_(std::exchange(other.inlineSize_, std::uint8_t{0})),
+      inline_(other.inline_) {}
+
+inline MIDIMessage& MIDIMessage::operator=(const MIDIMessage& other) QUILLO_REALTIME {
+    return *this = MIDIMessage(other);
+}
+
+inline MIDIMessage& MIDIMessage::operator=(MIDIMessage&& other) QUILLO_REALTIME {
+    std::swap(shared_, other.shared_);
+    std::swap(inlineSize_, other.inlineSize_);
+    std::swap(inline_, other.inline_);
+    return *this;
+}
+
+inline MIDIMessage::~MIDIMessage() QUILLO_REALTIME {
+    if (shared_ != nullptr) {
+        shared_->release();
+    }
+}
+
+inline std::span<const std::uint8_t> MIDIMessage::bytes() const QUILLO_REALTIME {
+    if (shared_ != nullptr) {
+        return shared_->bytes();
+    }
+    return {inline_.data(), inlineSize_};
+}
 
 }  // namespace quillo

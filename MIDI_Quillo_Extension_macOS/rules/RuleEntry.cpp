@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "rules/RuleEntry.hpp"
 
-#include <utility>
 #include <variant>
 
 #include "platform/FatalError.hpp"
@@ -47,13 +46,12 @@ Output messageFromEntry(const RuleOutputEntry& entry) {
     return Output::SystemExclusive{entry.systemExclusive};
 }
 
-RuleTriggerV2 voiceTrigger(Voice kind, const RuleTriggerEntry& entry) {
-    return RuleTriggerV2::MessageBased{
-        {Message::VoiceCategory{{std::move(kind), entry.channel}}, entry.passThrough}};
+RuleTriggerV2 voiceTrigger(const Voice& kind, const RuleTriggerEntry& entry) {
+    return RuleTriggerV2::MessageBased{{Message::VoiceCategory{{kind, entry.channel}}, entry.passThrough}};
 }
 
-RuleTriggerV2 messageTrigger(Message message, const RuleTriggerEntry& entry) {
-    return RuleTriggerV2::MessageBased{{std::move(message), entry.passThrough}};
+RuleTriggerV2 messageTrigger(const Message& message, const RuleTriggerEntry& entry) {
+    return RuleTriggerV2::MessageBased{{message, entry.passThrough}};
 }
 
 RuleTriggerV2 hostTrigger(Transport transport, const RuleTriggerEntry& entry) {

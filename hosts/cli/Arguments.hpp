@@ -23,8 +23,9 @@ struct Option {
 ///
 ///     render song.mid out.mid --preset=p.json --block 64 --force
 ///
-/// A value stands in the option's own word behind "=", or is the next word unless that begins with two hyphens.
-/// Behind "--" every word is an operand. Whatever is wrong throws a `UsageError` that names the option.
+/// A value stands in the option's own word behind "=", or is the next word unless that begins with two
+/// hyphens. Behind "--" every word is an operand. Whatever is wrong throws a `UsageError` that names the
+/// option.
 class Arguments {
 public:
     Arguments(std::span<const std::string> words, std::span<const Option> known);

@@ -4,13 +4,16 @@
 #include <algorithm>
 #include <array>
 #include <exception>
+#include <fstream>
 #include <ostream>
 #include <string_view>
 
+#include "hosts/cli/Arguments.hpp"
 #include "hosts/cli/CheckCommand.hpp"
 #include "hosts/cli/CommandFailure.hpp"
 #include "hosts/cli/ExitStatus.hpp"
 #include "hosts/cli/HelpText.hpp"
+#include "hosts/cli/HostCommand.hpp"
 #include "hosts/cli/RenderCommand.hpp"
 #include "platform/FatalError.hpp"
 
@@ -25,9 +28,27 @@ struct Verb {
     int (*run)(std::span<const std::string> words, const Console& console);
 };
 
+/// The verb `host`: a script from a file or from standard input.
+int runHostVerb(std::span<const std::string> words, const Console& console) {
+    const Arguments arguments(words, {});
+    const auto& operands = arguments.operands();
+    if (operands.size() > 1) {
+        throw UsageError("host takes one script");
+    }
+    if (operands.empty()) {
+        return runHostCommand(console.in, console.out, console.err);
+    }
+    std::ifstream script(operands.front(), std::ios::binary);
+    if (!script) {
+        throw CommandFailure(exitNoInput, operands.front() + ": cannot be opened");
+    }
+    return runHostCommand(script, console.out, console.err);
+}
+
 constexpr std::array verbs{
     Verb{"render", &runRenderCommand},
     Verb{"check", &runCheckCommand},
+    Verb{"host", &runHostVerb},
 };
 
 const Verb& find(const std::string& name) {
@@ -76,7 +97,11 @@ int run(std::span<const std::string> words, const Console& console) {
 int runCommandLine(std::span<const std::string> words, const Console& console) {
     const auto tell = [&](const char* what) { console.err << "midi-quillo: " << what << '\n'; };
     try {
-        return run(words, console);
+        const auto status = run(words, console);
+        if (!console.out.flush()) {
+            throw CommandFailure(exitCannotCreate, "standard output cannot be written");
+        }
+        return status;
     } catch (const UsageError& error) {
         tell(error.what());
         const auto verb = words.empty() ? std::string_view() : std::string_view(words.front());

@@ -8,8 +8,8 @@
 
 namespace quillo {
 
-/// The program: runs the verb that the words name, and returns the exit status. Whatever goes wrong is told on
-/// the console's error stream; nothing is thrown.
+/// The program: runs the verb that the words name, and returns the exit status. Whatever goes wrong is told
+/// on the console's error stream; nothing is thrown.
 [[nodiscard]] int runCommandLine(std::span<const std::string> words, const Console& console);
 
 }  // namespace quillo

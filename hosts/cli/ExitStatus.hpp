@@ -3,8 +3,8 @@
 
 namespace quillo {
 
-/// How a run of the program ends, in the numbers that shell programs agree on. A run that did what it was asked
-/// to ends with 0.
+/// How a run of the program ends, in the numbers that shell programs agree on. A run that did what it was
+/// asked to ends with 0.
 inline constexpr int exitSuccess = 0;
 inline constexpr int exitBadPreset = 1;      ///< `check`: the preset is damaged
 inline constexpr int exitUsage = 64;         ///< wrong arguments

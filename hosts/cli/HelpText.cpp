@@ -23,6 +23,7 @@ rules come from a preset: a JSON file that the editor exports.
 Verbs:
   render   send a MIDI file through a preset, into another MIDI file
   check    say in plain words what a preset does, or what is wrong with it
+  host     play a host application from a script, to see what a project did
   help     this text; help VERB tells all about a verb
 
 Options:
@@ -75,6 +76,29 @@ Options:
 Examples:
   midi-quillo check old.json
   midi-quillo check old.json --write new.json
+)"},
+    VerbText{"host", "Usage: midi-quillo host [SCRIPT]\n", R"(
+Plays a host application from SCRIPT, or from standard input. The script has
+one JSON object a line; its key "do" names the action:
+  create      drop the unit and make a new one
+  restore     set the saved state: "state" text, "base64" bytes, "dictionary"
+  save        read the saved state
+  allocate    get ready to render, with "sampleRate" and numbers of channels
+  deallocate  the opposite
+  install     install "rules", as the editor does
+  send        send one "output", as the editor does
+  transport   report "flags" and "position" from now on; "present": false
+              reports nothing
+  output      "present": false takes no MIDI; "failAfter" K fails with "status"
+  render      one cycle: "sampleTime", "frames", "events"
+  describe    what the unit declares
+  views       which of the view "sizes" the editor takes
+  queue       how many delayed outputs wait
+Each action answers with one JSON object a line, behind the events it caused.
+
+Examples:
+  midi-quillo host session.jsonl
+  echo '{"do":"describe"}' | midi-quillo host
 )"},
 };
 

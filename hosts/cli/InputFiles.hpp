@@ -10,8 +10,8 @@
 
 namespace quillo {
 
-/// The files that a verb is given. What is wrong with one throws a `CommandFailure` whose text begins with the
-/// file's name; its status is `exitNoInput` for a file that cannot be read.
+/// The files that a verb is given. What is wrong with one throws a `CommandFailure` whose text begins with
+/// the file's name; its status is `exitNoInput` for a file that cannot be read.
 
 [[nodiscard]] std::vector<std::uint8_t> readInput(const std::string& path);
 

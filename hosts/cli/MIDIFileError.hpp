@@ -7,8 +7,8 @@
 
 namespace quillo {
 
-/// Why a MIDI file cannot be read or written. The text of a reading error begins with the position, counted in
-/// bytes from the start of the file: `byte 22: a delta time longer than four bytes`.
+/// Why a MIDI file cannot be read or written. The text of a reading error begins with the position, counted
+/// in bytes from the start of the file: `byte 22: a delta time is longer than four bytes`.
 class MIDIFileError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

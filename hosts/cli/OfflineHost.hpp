@@ -16,9 +16,9 @@
 
 namespace quillo {
 
-/// Plays messages through a unit of its own as fast as it can, in cycles that follow one another from sample 0
-/// on. What comes out does not depend on the cycles' length, except for the order of delayed outputs that are
-/// due at the same sample.
+/// Plays messages through a unit of its own as fast as it can, in cycles that follow one another from sample
+/// 0 on. What comes out does not depend on the cycles' length, except for the order of delayed outputs that
+/// are due at the same sample.
 class OfflineHost {
 public:
     struct Settings {
@@ -27,15 +27,15 @@ public:
         double tail = 60;                  ///< how long delayed outputs are waited for at the end, in seconds
     };
 
-    /// Makes the unit and loads it with the state document `preset`. Throws a `FatalError` where the unit would
-    /// end a host.
+    /// Makes the unit and loads it with the state document `preset`. Throws a `FatalError` where the unit
+    /// would end a host.
     OfflineHost(const Settings& settings, const Data& preset);
 
     /// Calls these with each entry of the unit's logs, as it happens.
     using Log = std::function<void(const EventLogEntry&)>;
     void setLogs(const Log& input, const Log& output);
 
-    /// Calls this after each cycle until the transport stops, with how much of the way there is done, up to 1.
+    /// Calls this after each cycle until the transport stops, with how much of the way is done: at last 1.
     void setProgress(std::function<void(double)> progress) { progress_ = std::move(progress); }
 
     struct Performance {
@@ -43,8 +43,8 @@ public:
         std::size_t cutOff = 0;             ///< delayed outputs that were due behind the tail
     };
 
-    /// Plays `messages`, which are in order of their times and before `end`. The transport moves from sample 0
-    /// to `end` and then stands still until nothing is delayed any more: what is due no later than the tail
+    /// Plays `messages`, which are in order of their times and before `end`. The transport moves from sample
+    /// 0 to `end` and then stands still until nothing is delayed any more: what is due no later than the tail
     /// after `end` is waited for. Once only. Throws a `FatalError` like the constructor.
     [[nodiscard]] Performance play(std::span<const TimedMessage> messages, SampleTime end);
 

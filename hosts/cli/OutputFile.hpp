@@ -7,9 +7,9 @@
 
 namespace quillo {
 
-/// The file that a verb writes, whole or not at all. An existing one is replaced only by force: the constructor
-/// refuses early, before any work is done for nothing, and `write` once more. Both throw a `CommandFailure`
-/// with `exitCannotCreate`.
+/// The file that a verb writes, whole or not at all. An existing one is replaced only by force: the
+/// constructor refuses early, before any work is done for nothing, and `write` once more. Both throw a
+/// `CommandFailure` with `exitCannotCreate`.
 class OutputFile {
 public:
     OutputFile(std::string path, bool force);

@@ -8,8 +8,8 @@
 
 namespace quillo {
 
-/// A line on the terminal that says how far long work has come. It appears only when the work takes longer than
-/// a second, changes at most five times a second, and is gone afterwards.
+/// A line on the terminal that says how far long work has come. It appears only when the work takes longer
+/// than a second, changes at most five times a second, and is gone afterwards.
 class ProgressLine {
 public:
     using Clock = std::chrono::steady_clock;

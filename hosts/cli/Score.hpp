@@ -11,8 +11,8 @@
 
 namespace quillo {
 
-/// A MIDI file as a host plays it: its messages on a timeline of samples, and what does not go through the unit
-/// but stays where it is (tempo, metre, key, names, markers and all other meta events).
+/// A MIDI file as a host plays it: its messages on a timeline of samples, and what does not go through the
+/// unit but stays where it is (tempo, metre, key, names, markers and all other meta events).
 ///
 /// Messages are the channel messages, and whatever an escape holds if that is exactly one message other than
 /// system exclusive: MIDI Start, for one, can stand in a file in no other way. System-exclusive events and

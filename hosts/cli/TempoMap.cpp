@@ -41,26 +41,18 @@ TempoMap::TempoMap(const MIDIDivision& division, std::span<const TempoChange> ch
     if (const auto* frame = std::get_if<TicksPerFrame>(&division)) {
         const auto rate = frameRateOf(*frame);
         partsPerSample_ = Wide{rate.frames} * frame->ticks;
-        begin(0, Wide{rate.seconds} * sampleRate);
+        stretches_.push_back({0, 0, Wide{rate.seconds} * sampleRate});
         return;
     }
     partsPerSample_ = Wide{microsecondsPerSecond} * std::get<TicksPerQuarter>(division).ticks;
-    begin(0, Wide{initialTempo} * sampleRate);
+    stretches_.push_back({0, 0, Wide{initialTempo} * sampleRate});
     for (const auto& change : changes) {
         begin(change.tick, Wide{change.microsecondsPerQuarter} * sampleRate);
     }
 }
 
 void TempoMap::begin(Tick tick, Wide timePerTick) {
-    if (stretches_.empty()) {
-        stretches_.push_back({tick, 0, timePerTick});
-        return;
-    }
     const auto& last = stretches_.back();
-    if (last.firstTick == tick) {
-        stretches_.back().timePerTick = timePerTick;
-        return;
-    }
     stretches_.push_back({tick, last.firstTime + (tick - last.firstTick) * last.timePerTick, timePerTick});
 }
 

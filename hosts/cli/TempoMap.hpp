@@ -22,9 +22,9 @@ struct TempoChange {
 /// Where a MIDI file's ticks lie on a timeline of samples that begins with tick 0, and back.
 ///
 /// All arithmetic is exact, in whole numbers, and each result is rounded once: a tick goes to the nearest
-/// sample, half a sample up, and a sample to the nearest tick, half a tick down. A tick that lies at least one
-/// sample from both of its neighbours therefore comes back as itself, however many tempo changes stand before
-/// it.
+/// sample, half a sample up, and a sample to the nearest tick, half a tick down. A tick that lies at least
+/// one sample from both of its neighbours therefore comes back as itself, however many tempo changes stand
+/// before it.
 class TempoMap {
 public:
     /// `changes` in order of their ticks; of several at one tick the last holds. They count only where a tick
@@ -44,13 +44,15 @@ private:
     /// Ticks times tempo times sample rate: up to 63 + 24 + 32 bits.
     __extension__ using Wide = __int128;
 
-    /// A stretch of one tempo. Times are counted in parts of a sample, `partsPerSample_` to a sample.
+    /// A stretch of one tempo, empty if another begins at its tick. Times are counted in parts of a sample,
+    /// `partsPerSample_` to a sample.
     struct Stretch {
         Tick firstTick;
         Wide firstTime;
         Wide timePerTick;
     };
 
+    /// Ends the last stretch at `tick` and begins another.
     void begin(Tick tick, Wide timePerTick);
 
     Wide partsPerSample_ = 1;

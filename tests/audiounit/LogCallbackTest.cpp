@@ -35,5 +35,14 @@ TEST(LogCallback, AnAbsentFunctionEndsTheCalls) {
     EXPECT_EQ(calls, 0);
 }
 
+TEST(LogCallback, KnowsWhetherAnybodyListens) {
+    LogCallback callback;
+    EXPECT_FALSE(callback);
+    callback = [](const EventLogEntry&) {};
+    EXPECT_TRUE(callback);
+    callback = LogCallback::Function();
+    EXPECT_FALSE(callback);
+}
+
 }  // namespace
 }  // namespace quillo

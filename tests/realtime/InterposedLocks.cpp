@@ -3,7 +3,8 @@
 // libraries, each in front of the system's own.
 #include <dlfcn.h>
 #include <pthread.h>
-#include <time.h>
+
+#include <ctime>
 
 #include "realtime/CallCounter.hpp"
 

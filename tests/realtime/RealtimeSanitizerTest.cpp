@@ -25,26 +25,9 @@ void runInRealTime(Action action) QUILLO_REALTIME {
     action();
 }
 
-template <class Action>
-void runExempt(Action action) QUILLO_REALTIME {
-    QUILLO_REALTIME_EXEMPT("shows that the sanitizer heeds an exemption")
-    action();
-    QUILLO_REALTIME_EXEMPT_END
-}
-
 TEST(RealtimeSanitizer, StopsAtAForbiddenCall) {
     EXPECT_DEATH(runInRealTime(allocate), "RealtimeSanitizer: unsafe-library-call");
     EXPECT_DEATH(runInRealTime(lock), "RealtimeSanitizer: unsafe-library-call");
-}
-
-TEST(RealtimeSanitizer, HeedsAnExemption) {
-    int runs = 0;
-    runExempt([&] {
-        allocate();
-        lock();
-        ++runs;
-    });
-    EXPECT_EQ(runs, 1);
 }
 
 }  // namespace

@@ -46,7 +46,7 @@ TEST_F(CommandLineTest, ExplainsItselfOnTheOutputStream) {
 }
 
 TEST_F(CommandLineTest, ExplainsEachVerbWithExamples) {
-    for (const std::string verb : {"render", "check"}) {
+    for (const std::string verb : {"render", "check", "host"}) {
         for (const auto& words :
              {std::vector<std::string>{"help", verb}, {verb, "--help"}, {verb, "a", "--help", "b"}}) {
             const auto result = run(words);
@@ -61,6 +61,45 @@ TEST_F(CommandLineTest, CannotExplainWhatIsNoVerb) {
     const auto result = run({"help", "sing"});
     EXPECT_EQ(result.status, exitUsage);
     EXPECT_THAT(result.err, HasSubstr("there is no verb \"sing\""));
+}
+
+TEST_F(CommandLineTest, PlaysAScriptFromStandardInput) {
+    const auto result = run({"host"}, "{\"do\":\"queue\"}\n");
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_EQ(result.out, "{\"delayed\":0}\n");
+}
+
+TEST_F(CommandLineTest, PlaysAScriptFromAFile) {
+    const auto script = folder.with("script", std::string("{\"do\":\"queue\"}\n{\"do\":\"deallocate\"}\n"));
+    const auto result = run({"host", script}, "not a script");
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_EQ(result.out, "{\"delayed\":0}\n{\"deallocated\":true}\n");
+}
+
+TEST_F(CommandLineTest, ReturnsTheStatusOfAScript) {
+    EXPECT_EQ(run({"host"}, "not a script\n").status, exitBadData);
+    EXPECT_EQ(run({"host"}, "{\"do\":\"restore\",\"dictionary\":{}}\n").status, exitFatal);
+}
+
+TEST_F(CommandLineTest, CannotPlayAScriptThatCannotBeRead) {
+    const auto result = run({"host", folder / "none"});
+    EXPECT_EQ(result.status, exitNoInput);
+    EXPECT_THAT(result.err, HasSubstr(folder / "none"));
+    EXPECT_EQ(run({"host", folder / "."}).status, exitNoInput);
+}
+
+TEST_F(CommandLineTest, PlaysOneScriptWithoutOptions) {
+    EXPECT_EQ(run({"host", "a", "b"}).status, exitUsage);
+    EXPECT_EQ(run({"host", "--trace"}).status, exitUsage);
+}
+
+TEST_F(CommandLineTest, FailsWhenItsOutputIsNotTaken) {
+    std::istringstream in;
+    std::ostream nowhere(nullptr);
+    std::ostringstream err;
+    const std::vector<std::string> words{"--version"};
+    EXPECT_EQ(runCommandLine(words, Console{in, nowhere, err}), exitCannotCreate);
+    EXPECT_EQ(err.str(), "midi-quillo: standard output cannot be written\n");
 }
 
 TEST_F(CommandLineTest, NamesItsVersion) {

@@ -23,15 +23,19 @@ using testing::MatchesRegex;
 const std::string presets = QUILLO_PRESETS;
 const std::vector<std::string> examples{"bass-split.json", "demo.json", "echo.json", "pedal-to-strings.json"};
 
+std::string exampleNamed(const std::string& name) {
+    return presets + "/" + name;
+}
+
 Bytes demoBytes() {
-    return readWholeFile(presets + "/demo.mid");
+    return readWholeFile(exampleNamed("demo.mid"));
 }
 
 class DemoTest : public CommandLineTest {
 protected:
     Bytes rendered(const std::string& preset, const std::string& block) {
-        const auto result = run({"render", presets + "/demo.mid", folder / "out.mid", "--preset",
-                                 presets + "/" + preset, "--force", "--block", block});
+        const auto result = run({"render", exampleNamed("demo.mid"), folder / "out.mid", "--preset",
+                                 exampleNamed(preset), "--force", "--block", block});
         EXPECT_EQ(result.status, exitSuccess);
         return folder.read("out.mid");
     }
@@ -56,14 +60,14 @@ TEST_F(DemoTest, SongHasSeveralChannelsAndKindsOfMessages) {
 
 TEST_F(DemoTest, PresetsStandAsTheWriterWritesThem) {
     for (const auto& name : examples) {
-        const auto bytes = readWholeFile(presets + "/" + name);
+        const auto bytes = readWholeFile(exampleNamed(name));
         EXPECT_EQ(PluginData::read(bytes).write(), bytes) << name;
     }
 }
 
 TEST_F(DemoTest, PresetsPassTheCheck) {
     for (const auto& name : examples) {
-        const auto result = run({"check", presets + "/" + name});
+        const auto result = run({"check", exampleNamed(name)});
         EXPECT_EQ(result.status, exitSuccess) << name;
         EXPECT_THAT(result.out, testing::Not(HasSubstr("out of range"))) << name;
     }
@@ -130,7 +134,7 @@ TEST(DamagedDemo, IsReadAsItStandsOrRefusedWithAPosition) {
 }
 
 TEST(DamagedDemo, IsPlayedToItsEndIfItCanBeRead) {
-    const auto preset = readWholeFile(presets + "/demo.json");
+    const auto preset = readWholeFile(exampleNamed("demo.json"));
     std::mt19937 random(21);
     int played = 0;
     for (int round = 0; round < 1000; ++round) {

@@ -21,6 +21,7 @@ TEST(InStableOrder, SortsByTheKeyAndKeepsTheOrderOfEquals) {
 
 TEST(InStableOrder, KeepsThousandsOfEqualsInTheirOrder) {
     std::vector<Entry> entries;
+    entries.reserve(5000);
     for (int i = 0; i < 5000; ++i) {
         entries.emplace_back(i % 3, std::to_string(i));
     }

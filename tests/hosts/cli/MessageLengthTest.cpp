@@ -13,9 +13,9 @@ using fixture::hex;
 
 /// The statuses from 80 to ff, one row of sixteen for each high nibble.
 std::vector<std::size_t> lengthsOf(unsigned highNibble) {
-    std::vector<std::size_t> lengths;
-    for (unsigned low = 0; low < 16; ++low) {
-        lengths.push_back(messageLength(static_cast<std::uint8_t>(highNibble << 4 | low)));
+    std::vector<std::size_t> lengths(16);
+    for (unsigned low = 0; low < lengths.size(); ++low) {
+        lengths[low] = messageLength(static_cast<std::uint8_t>(highNibble << 4 | low));
     }
     return lengths;
 }

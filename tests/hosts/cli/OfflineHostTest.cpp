@@ -4,8 +4,10 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <iterator>
+#include <limits>
 #include <random>
-#include <tuple>
+#include <utility>
 
 #include "hosts/cli/MIDIFileBytes.hpp"
 #include "hosts/cli/Presets.hpp"
@@ -16,7 +18,6 @@ namespace {
 
 using namespace fixture;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using Host = HostTransportTriggerVariantsV2;
 
 TimedMessage at(SampleTime time, const std::string& bytes) {
@@ -93,17 +94,21 @@ TEST(OfflineHost, SkipsYearsInWhichNothingHappens) {
     EXPECT_EQ(outputsOf({}, messages, 100 * year, {48000, 1, 60}), messages);
 }
 
-TEST(OfflineHost, RunsEveryCycleInWhichSomethingIsDelayed) {
-    const auto outputs = outputsOf({controllerRule(onAnyNote(), 5, 2000)},
-                                   {at(10, "90 3c 64"), at(500000, "f8")}, 600000, {48000, 64, 60});
+TEST(OfflineHost, SkipsNoCycleInWhichADelayedOutputIsDue) {
+    OfflineHost host({48000, 64, 60}, presetOf({controllerRule(onAnyNote(), 5, 2000)}));
+    std::vector<std::string> steps;
+    host.setLogs([](const EventLogEntry&) {},
+                 [&](const EventLogEntry& entry) { steps.push_back(text(entry)); });
+    host.setProgress([&](double done) { steps.push_back(std::to_string(done)); });
+    const auto outputs =
+        host.play(std::vector<TimedMessage>{at(10, "90 3c 64"), at(500000, "f8")}, 640000).outputs;
     EXPECT_THAT(outputs, ElementsAre(at(10, "90 3c 64"), at(96010, "b0 05 01"), at(500000, "f8")));
+    const auto delayed = std::ranges::find(steps, "[96010] b0 05 01");
+    EXPECT_EQ(*std::prev(delayed), std::to_string(96000 / 640000.0));
 }
 
 TEST(OfflineHost, TakesAnyNumberOfMessagesInOneCycle) {
-    std::vector<TimedMessage> messages;
-    for (int i = 0; i < 20000; ++i) {
-        messages.push_back(at(5000 + i / 5000, "90 3c 64"));
-    }
+    const std::vector<TimedMessage> messages(20000, at(5000, "90 3c 64"));
     EXPECT_EQ(outputsOf({}, messages, 10000).size(), messages.size());
 }
 
@@ -127,6 +132,16 @@ TEST(OfflineHost, ReportsProgressUpToTheEnd) {
 
 TEST(OfflineHost, RaisesTheFatalErrorOfRulesThatCannotBeInstalled) {
     EXPECT_THROW(OfflineHost({}, presetOf({controllerRule(onLoad(), 1, -1)})), FatalError);
+}
+
+TEST(OfflineHost, RaisesTheFatalErrorOfACycle) {
+    constexpr SampleTime end = std::numeric_limits<SampleTime>::max() - 1000;
+    try {
+        static_cast<void>(play({controllerRule(onAnyNote(), 1, 10000)}, {at(end - 1, "90 3c 64")}, end));
+        FAIL() << "an output beyond the timeline";
+    } catch (const FatalError& error) {
+        EXPECT_THAT(error.what(), testing::Not(testing::HasSubstr("status")));
+    }
 }
 
 /// Some hundred events within a few seconds, with notes and Starts that wake the rules below.

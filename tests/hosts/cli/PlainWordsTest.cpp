@@ -29,8 +29,8 @@ RuleTriggerV2 when(Voice voice, TriggerValueV2 channel = any) {
         {Message::VoiceCategory{{voice, channel}}, PassThroughV2::PassThrough}};
 }
 
-RuleTriggerV2 whenMessage(Message message, PassThroughV2 policy = PassThroughV2::PassThrough) {
-    return RuleTriggerV2::MessageBased{{std::move(message), policy}};
+RuleTriggerV2 whenMessage(const Message& message, PassThroughV2 policy = PassThroughV2::PassThrough) {
+    return RuleTriggerV2::MessageBased{{message, policy}};
 }
 
 RuleTriggerV2 whenHost(HostTransportTriggerVariantsV2 variant, PassThroughV2 policy) {

@@ -12,7 +12,6 @@ using namespace fixture;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 using testing::StartsWith;
 
 class RenderCommandTest : public CommandLineTest {

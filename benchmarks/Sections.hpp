@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+/// The sections of the table. Each function stands in the source of its name.
+namespace quillo::bench {
+
+/// Events through the processor and through the whole unit, and cycles without events.
+void addEventBenchmarks();
+
+/// Outputs that wait for their time.
+void addDelayBenchmarks();
+
+/// Rule lists that are compiled and installed.
+void addInstallBenchmarks();
+
+/// State documents that are read and written.
+void addDocumentBenchmarks();
+
+}  // namespace quillo::bench

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// quillo-bench: measures the engine and prints one table. Takes Google Benchmark's options, such as
+// --benchmark_filter=REGEX.
+#include <benchmark/benchmark.h>
+
+#include "benchmarks/Sections.hpp"
+#include "benchmarks/Table.hpp"
+
+int main(int count, char** arguments) {
+    using namespace quillo::bench;
+    benchmark::Initialize(&count, arguments);
+    if (benchmark::ReportUnrecognizedArguments(count, arguments)) {
+        return 64;
+    }
+    addEventBenchmarks();
+    addDelayBenchmarks();
+    addInstallBenchmarks();
+    addDocumentBenchmarks();
+    TableReporter table;
+    benchmark::RunSpecifiedBenchmarks(&table);
+    benchmark::Shutdown();
+    return 0;
+}

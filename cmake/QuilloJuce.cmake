@@ -1,0 +1,31 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# quillo-juce: the modules of JUCE that the editor uses, compiled once. Whoever links it includes
+# <juce_gui_basics/juce_gui_basics.h> and compiles no module again. Without JUCE on the machine there is no such
+# target, and everything that needs no window is built all the same.
+
+find_package(JUCE CONFIG QUIET)
+if(NOT JUCE_FOUND)
+    message(STATUS "JUCE is not there: the editor is left out")
+    return()
+endif()
+find_package(JPEG REQUIRED)
+find_package(PNG REQUIRED)
+
+add_library(quillo-juce STATIC)
+target_link_libraries(quillo-juce
+    PRIVATE juce::juce_gui_basics
+    PUBLIC juce::juce_recommended_config_flags
+    INTERFACE JPEG::JPEG PNG::PNG)
+target_compile_definitions(quillo-juce PUBLIC
+    JUCE_GLOBAL_MODULE_SETTINGS_INCLUDED=1
+    JUCE_DISPLAY_SPLASH_SCREEN=0
+    JUCE_STANDALONE_APPLICATION=0
+    JUCE_USE_CURL=0
+    JUCE_WEB_BROWSER=0
+    JUCE_MODAL_LOOPS_PERMITTED=1)
+target_compile_definitions(quillo-juce INTERFACE
+    $<TARGET_PROPERTY:quillo-juce,COMPILE_DEFINITIONS>)
+# The modules are a library like any other: neither our warnings nor the sanitizers judge them.
+target_include_directories(quillo-juce SYSTEM INTERFACE
+    $<TARGET_PROPERTY:quillo-juce,INCLUDE_DIRECTORIES>)
+target_compile_options(quillo-juce PRIVATE -w)
