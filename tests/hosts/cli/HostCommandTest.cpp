@@ -480,7 +480,7 @@ TEST(HostCommand, SurvivesEveryDamagedScript) {
                                render("0", 512, noteAt10 + R"(,{"time":3,"type":9,"bytes":[240,247]})") +
                                "\n" + R"({"do":"restore","base64":"W10="})" + "\n" + R"({"do":"describe"})" +
                                "\n";
-    for (unsigned seed = 0; seed < 5'000; ++seed) {
+    for (unsigned seed = 0; seed < 1'500; ++seed) {
         auto damaged = script;
         test::Vandal(seed).damage(damaged);
         const auto played = playText(damaged);
