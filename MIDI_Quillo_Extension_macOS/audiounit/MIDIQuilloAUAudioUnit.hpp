@@ -17,6 +17,9 @@
 
 namespace quillo {
 
+/// The component that hosts of our own ask for: type 'aumi', a MIDI processor; subtype 'Qull'; maker 'Qulo'.
+inline constexpr AudioComponentDescription midiQuilloComponent{0x61756D69, 0x51756C6C, 0x51756C6F};
+
 /// The key of the state document among what the host saves: its value is the document's bytes.
 inline constexpr const char* stateKey = "midi-quillo-state";
 

@@ -27,8 +27,7 @@ std::size_t mostInOneCycle(std::span<const TimedMessage> messages, SampleTime bl
 }
 
 std::shared_ptr<MIDIQuilloAUAudioUnit> makeUnit() {
-    constexpr AudioComponentDescription midiProcessor{0x61756D69, 0x51756C6C, 0x51756C6F};  // aumi Qull Qulo
-    auto made = MIDIQuilloAUAudioUnit::create(midiProcessor);
+    auto made = MIDIQuilloAUAudioUnit::create(midiQuilloComponent);
     if (const auto* error = std::get_if<NSError>(&made)) {
         fatalError("the unit cannot be made: status " + std::to_string(error->code));
     }

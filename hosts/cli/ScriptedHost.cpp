@@ -20,8 +20,6 @@ namespace {
 /// Keys stay in the order in which they are written down.
 using Answer = nlohmann::ordered_json;
 
-constexpr AudioComponentDescription component{0x61756D69, 0x51756C6C, 0x51756C6F};  // aumi Qull Qulo
-
 void write(std::ostream& out, const Answer& answer) {
     out << answer.dump() << '\n';
 }
@@ -103,7 +101,7 @@ void ScriptedHost::perform(const ScriptAction& action) {
 }
 
 void ScriptedHost::makeUnit() {
-    auto made = MIDIQuilloAUAudioUnit::create(component);
+    auto made = MIDIQuilloAUAudioUnit::create(midiQuilloComponent);
     if (std::holds_alternative<NSError>(made)) {
         fatalError("the unit cannot be made");
     }

@@ -21,7 +21,7 @@ const std::vector oneRule{rule(onNoteOn(), send(noteOn(1, 2, 3)), "one")};
 class ControllerTest : public testing::Test {
 protected:
     MIDIQuilloAUAudioUnit& create() {
-        auto result = controller->createAudioUnit(testComponent);
+        auto result = controller->createAudioUnit(midiQuilloComponent);
         return *std::get<std::shared_ptr<MIDIQuilloAUAudioUnit>>(result);
     }
 

@@ -120,9 +120,9 @@ TEST_F(UnitTest, ItsStateIsThePlatformsWithTheDocumentAsData) {
     const auto state = unit->fullState();
     ASSERT_TRUE(state.has_value());
     EXPECT_EQ(documentOf(*state), R"({"rules":[]})");
-    EXPECT_EQ(std::get<double>(state->at("type")), testComponent.componentType);
-    EXPECT_EQ(std::get<double>(state->at("subtype")), testComponent.componentSubType);
-    EXPECT_EQ(std::get<double>(state->at("manufacturer")), testComponent.componentManufacturer);
+    EXPECT_EQ(std::get<double>(state->at("type")), midiQuilloComponent.componentType);
+    EXPECT_EQ(std::get<double>(state->at("subtype")), midiQuilloComponent.componentSubType);
+    EXPECT_EQ(std::get<double>(state->at("manufacturer")), midiQuilloComponent.componentManufacturer);
 }
 
 TEST_F(UnitTest, AStateThatWasSavedRestoresTheSameRules) {

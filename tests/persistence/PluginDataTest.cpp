@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <string>
 #include <string_view>
 
@@ -300,15 +299,13 @@ TEST(PluginData, EveryTruncationFails) {
     }
 }
 
-TEST(PluginData, IgnoresAHundredThousandUnknownKeysInTheTimeThatTheyTakeToRead) {
+TEST(PluginData, IgnoresAHundredThousandUnknownKeys) {
     std::string unknown;
     for (int key = 0; key < 100'000; ++key) {
         unknown += "\"key" + std::to_string(key) + "\":0,";
     }
-    const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(read("{" + unknown + R"("rules":[]})"), PluginData());
     EXPECT_EQ(mostUsefulErrorOf("{" + unknown + R"("rule":[]})"), R"(missing key "rules")");
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
 }
 
 TEST(PluginData, ReadsAHundredThousandRules) {

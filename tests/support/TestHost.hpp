@@ -16,11 +16,8 @@
 
 namespace quillo::test {
 
-/// A component that a test host asks for: the type 'aumi', a MIDI processor.
-inline constexpr AudioComponentDescription testComponent{0x61756d69, 0x51756c6c, 0x51756c6f};
-
 inline std::shared_ptr<MIDIQuilloAUAudioUnit> makeUnit() {
-    return std::get<std::shared_ptr<MIDIQuilloAUAudioUnit>>(MIDIQuilloAUAudioUnit::create(testComponent));
+    return std::get<std::shared_ptr<MIDIQuilloAUAudioUnit>>(MIDIQuilloAUAudioUnit::create(midiQuilloComponent));
 }
 
 /// A host with one unit. It keeps, in the order in which they happen, what the unit logs and sends: "in [10]
