@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <type_traits>
 #include <utility>
 
@@ -49,29 +50,23 @@ public:
 
     template <class Callable>
         requires(!std::is_same_v<std::remove_cvref_t<Callable>, RealTimeFunction>)
-    RealTimeFunction(Callable&& callable)
-        : target_(std::make_shared<std::decay_t<Callable>>(std::forward<Callable>(callable))),
-          call_(&callTarget<std::decay_t<Callable>>) {}
+    RealTimeFunction(Callable&& callable) {
+        const auto target = std::make_shared<std::decay_t<Callable>>(std::forward<Callable>(callable));
+        call_.emplace(*target);
+        target_ = target;
+    }
 
     /// Whether there is something to call.
-    explicit operator bool() const QUILLO_REALTIME { return call_ != nullptr; }
+    explicit operator bool() const QUILLO_REALTIME { return call_.has_value(); }
 
     /// Only for a function that is not absent.
     Result operator()(Arguments... arguments) const QUILLO_REALTIME {
-        return call_(target_.get(), std::forward<Arguments>(arguments)...);
+        return (*call_)(std::forward<Arguments>(arguments)...);
     }
 
 private:
-    using Target = void*;
-    using Call = Result (*)(Target, Arguments...) QUILLO_REALTIME;
-
-    template <class Callable>
-    static Result callTarget(Target target, Arguments... arguments) QUILLO_REALTIME {
-        return (*static_cast<Callable*>(target))(std::forward<Arguments>(arguments)...);
-    }
-
     std::shared_ptr<void> target_;
-    Call call_ = nullptr;
+    std::optional<RealTimeFunctionRef<Result(Arguments...)>> call_;
 };
 
 /// Lets a callable that allocates or writes stand where a real-time one is asked for. Only for programs that

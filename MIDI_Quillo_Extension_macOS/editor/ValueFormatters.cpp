@@ -6,6 +6,7 @@
 
 #include "editor/DecimalText.hpp"
 #include "editor/MyFormatter.hpp"
+#include "platform/HexText.hpp"
 #include "rules/MIDIVocabulary.hpp"
 
 namespace quillo {
@@ -112,16 +113,7 @@ TriggerValueV2 TriggerValueFormatter::parse(std::string_view text) const {
 }
 
 std::string SystemExclusiveFormatter::format(const Value& value) const {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string text;
-    for (const auto byte : value) {
-        if (!text.empty()) {
-            text += ' ';
-        }
-        text += digits[byte >> 4U];
-        text += digits[byte & 0x0FU];
-    }
-    return text;
+    return hexText(value, HexCase::upper);
 }
 
 std::vector<std::uint8_t> SystemExclusiveFormatter::parse(std::string_view text) const {

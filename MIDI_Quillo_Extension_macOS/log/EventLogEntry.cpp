@@ -3,6 +3,8 @@
 
 #include <string_view>
 
+#include "platform/HexText.hpp"
+
 namespace quillo {
 
 namespace {
@@ -14,19 +16,6 @@ std::string_view name(HostTransportTriggerVariantsV2 trigger) {
     case HostTransportTriggerVariantsV2::Stop: break;
     }
     return "AU Host Stop";
-}
-
-std::string hexadecimal(std::span<const std::uint8_t> bytes) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    for (const auto byte : bytes) {
-        if (!text.empty()) {
-            text += ' ';
-        }
-        text += digits[byte >> 4U];
-        text += digits[byte & 0x0FU];
-    }
-    return text;
 }
 
 }  // namespace
@@ -45,7 +34,7 @@ std::string text(const EventLogEntry& entry) {
     if (const auto* host = entry.variants.host()) {
         line += name(host->trigger);
     } else {
-        line += hexadecimal(entry.variants.midi()->message.bytes());
+        line += hexText(entry.variants.midi()->message.bytes(), HexCase::lower);
     }
     return line;
 }

@@ -4,10 +4,12 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <span>
 #include <sstream>
 #include <string_view>
 #include <variant>
 
+#include "platform/HexText.hpp"
 #include "rules/MIDIVocabulary.hpp"
 
 namespace quillo {
@@ -173,14 +175,13 @@ public:
 
     [[nodiscard]] std::string operator()(const RuleOutputVariantsV2::SystemExclusive& output) const {
         constexpr std::size_t shown = 16;
-        std::ostringstream text;
-        text << "system exclusive f0 " << std::hex;
-        for (std::size_t i = 0; i < std::min(shown, output.body.size()); ++i) {
-            text << (output.body[i] < 0x10 ? "0" : "") << static_cast<unsigned>(output.body[i]) << ' ';
+        const auto& body = output.body;
+        std::string text = "system exclusive f0 ";
+        for (const auto byte : std::span(body).first(std::min(shown, body.size()))) {
+            text += hexText({&byte, 1}, HexCase::lower) + " ";
         }
-        text << (output.body.size() > shown ? "... f7" : "f7");
-        text << std::dec << " (" << output.body.size() + 2 << " bytes)";
-        return text.str();
+        text += body.size() > shown ? "... f7" : "f7";
+        return text + " (" + std::to_string(body.size() + 2) + " bytes)";
     }
 
 private:

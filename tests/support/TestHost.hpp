@@ -17,7 +17,8 @@
 namespace quillo::test {
 
 inline std::shared_ptr<MIDIQuilloAUAudioUnit> makeUnit() {
-    return std::get<std::shared_ptr<MIDIQuilloAUAudioUnit>>(MIDIQuilloAUAudioUnit::create(midiQuilloComponent));
+    return std::get<std::shared_ptr<MIDIQuilloAUAudioUnit>>(
+        MIDIQuilloAUAudioUnit::create(midiQuilloComponent));
 }
 
 /// A host with one unit. It keeps, in the order in which they happen, what the unit logs and sends: "in [10]
