@@ -16,7 +16,8 @@ ActionButton::ActionButton(const juce::String& title, std::function<void()> acti
 }
 
 bool ActionButton::keyPressed(const juce::KeyPress& key) {
-    const bool acts = key == juce::KeyPress(juce::KeyPress::returnKey) || key == juce::KeyPress(juce::KeyPress::spaceKey);
+    const bool acts =
+        key == juce::KeyPress(juce::KeyPress::returnKey) || key == juce::KeyPress(juce::KeyPress::spaceKey);
     if (!acts || !isEnabled()) {
         return false;
     }

@@ -51,10 +51,12 @@ juce::Rectangle<int> EditorLookAndFeel::getTooltipBounds(const juce::String& tex
     const auto layout = tooltipLayout(text, window.getWidth() - 4 * tooltipPadding);
     const auto width = static_cast<int>(layout.getWidth()) + 2 * tooltipPadding + 2;
     const auto height = static_cast<int>(layout.getHeight()) + 2 * tooltipPadding;
-    return juce::Rectangle<int>(pointer.x, pointer.y + pointerHeight, width, height).constrainedWithin(window);
+    return juce::Rectangle<int>(pointer.x, pointer.y + pointerHeight, width, height)
+        .constrainedWithin(window);
 }
 
-void EditorLookAndFeel::drawTooltip(juce::Graphics& graphics, const juce::String& text, int width, int height) {
+void EditorLookAndFeel::drawTooltip(juce::Graphics& graphics, const juce::String& text, int width,
+                                    int height) {
     const auto area = juce::Rectangle<int>(width, height).toFloat();
     graphics.setColour(displayColour(style::lifted(Palette().background, style::menuLift)));
     graphics.fillRect(area);

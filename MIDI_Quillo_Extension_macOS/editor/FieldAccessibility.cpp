@@ -22,9 +22,9 @@ private:
 
 }  // namespace
 
-std::unique_ptr<juce::AccessibilityHandler>
-fieldAccessibility(FieldView& field, juce::AccessibilityRole role, juce::AccessibilityActions actions,
-                   std::function<void(const juce::String&)> take) {
+std::unique_ptr<juce::AccessibilityHandler> fieldAccessibility(
+    FieldView& field, juce::AccessibilityRole role, juce::AccessibilityActions actions,
+    std::function<void(const juce::String&)> take) {
     return std::make_unique<juce::AccessibilityHandler>(
         field, role, std::move(actions),
         juce::AccessibilityHandler::Interfaces(std::make_unique<ShownValue>(field, std::move(take))));

@@ -43,7 +43,8 @@ int FieldView::preferredHeight() const {
 }
 
 int FieldView::preferredWidth(const juce::String& caption, const juce::String& text, bool chevron) {
-    const auto captionWidth = caption.isEmpty() ? 0 : textWidth(caption, style::captionText) + 2 * captionIndent;
+    const auto captionWidth =
+        caption.isEmpty() ? 0 : textWidth(caption, style::captionText) + 2 * captionIndent;
     const auto boxWidth = textWidth(text, style::valueText) + 2 * style::fieldPadding + chevronRoom(chevron);
     return std::max({captionWidth, boxWidth, style::fieldLeastWidth});
 }
@@ -90,13 +91,16 @@ void FieldView::paint(juce::Graphics& graphics) {
     }
     graphics.setColour(displayColour(environment<MySecondaryColor>(*this)));
     graphics.setFont(textFont(style::captionText));
-    graphics.drawText(caption_, getLocalBounds().removeFromTop(style::captionHeight).withTrimmedLeft(captionIndent),
+    graphics.drawText(caption_,
+                      getLocalBounds().removeFromTop(style::captionHeight).withTrimmedLeft(captionIndent),
                       juce::Justification::topLeft, true);
     paintBox(graphics);
     paintValue(graphics);
     if (hasChevron()) {
-        const auto area = chevronArea().withTrimmedRight(style::fieldPadding - 2).removeFromRight(style::chevronSize);
-        drawIcon(graphics, IconName::pickerOpen, area.toFloat().withSizeKeepingCentre(style::chevronSize, style::chevronSize),
+        const auto area =
+            chevronArea().withTrimmedRight(style::fieldPadding - 2).removeFromRight(style::chevronSize);
+        drawIcon(graphics, IconName::pickerOpen,
+                 area.toFloat().withSizeKeepingCentre(style::chevronSize, style::chevronSize),
                  displayColour(environment<MyPrimaryColor>(*this)));
     }
     if (!isEnabled()) {
@@ -107,14 +111,16 @@ void FieldView::paint(juce::Graphics& graphics) {
 void FieldView::paintBox(juce::Graphics& graphics) {
     const auto ground = environment<MyBackground>(*this);
     const auto box = boxArea().toFloat();
-    graphics.setColour(displayColour(style::lifted(ground, isEnabled() && isActive() ? style::boxHoverLift : style::boxLift)));
+    graphics.setColour(displayColour(
+        style::lifted(ground, isEnabled() && isActive() ? style::boxHoverLift : style::boxLift)));
     graphics.fillRoundedRectangle(box, style::fieldCorner);
     graphics.setColour(displayColour(style::lifted(ground, style::boxBorderLift)));
     graphics.drawRoundedRectangle(box.reduced(0.5F), style::fieldCorner, 1);
     paintUnderline(graphics);
     if (hasKeyboardFocus(true)) {
         graphics.setColour(displayColour(environment<MyPrimaryColor>(*this)));
-        graphics.drawRoundedRectangle(box.reduced(style::focusRing / 2), style::fieldCorner, style::focusRing);
+        graphics.drawRoundedRectangle(box.reduced(style::focusRing / 2), style::fieldCorner,
+                                      style::focusRing);
     }
 }
 

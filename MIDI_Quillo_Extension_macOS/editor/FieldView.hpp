@@ -32,7 +32,8 @@ public:
     [[nodiscard]] int preferredHeight() const override;
 
     /// The preferred size of a field, for those who must know it before there is one.
-    [[nodiscard]] static int preferredWidth(const juce::String& caption, const juce::String& text, bool chevron);
+    [[nodiscard]] static int preferredWidth(const juce::String& caption, const juce::String& text,
+                                            bool chevron);
     [[nodiscard]] static int preferredHeight(bool captioned);
 
     /// A tooltip that is set comes before the whole of a text that was cut.

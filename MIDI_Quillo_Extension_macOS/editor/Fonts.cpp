@@ -22,7 +22,8 @@ juce::String firstInstalled(std::initializer_list<const char*> wanted, const juc
 }
 
 const juce::String& textFamily() {
-    static const auto family = firstInstalled({"Inter", "DejaVu Sans"}, juce::Font::getDefaultSansSerifFontName());
+    static const auto family =
+        firstInstalled({"Inter", "DejaVu Sans"}, juce::Font::getDefaultSansSerifFontName());
     return family;
 }
 

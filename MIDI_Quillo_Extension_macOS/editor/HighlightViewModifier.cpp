@@ -41,8 +41,8 @@ void HighlightViewModifier::publish() {
     set<MyPrimaryColor>(colour());
 }
 
-HighlightBackgroundViewModifier::HighlightBackgroundViewModifier(juce::Component& content, HighlightStyle style,
-                                                                 float corner)
+HighlightBackgroundViewModifier::HighlightBackgroundViewModifier(juce::Component& content,
+                                                                 HighlightStyle style, float corner)
     : HoverView(content, style), corner_(corner) {
     HighlightBackgroundViewModifier::publish();
 }

@@ -34,7 +34,8 @@ struct MyDragAndDropDropDelegate {
     [[nodiscard]] std::vector<UUID> itemsAfterDrop(std::vector<UUID> items) const {
         if (const auto position = newPosition(items)) {
             items.erase(std::find(items.begin(), items.end(), draggedItem));
-            items.insert(items.begin() + static_cast<std::vector<UUID>::difference_type>(*position), draggedItem);
+            items.insert(items.begin() + static_cast<std::vector<UUID>::difference_type>(*position),
+                         draggedItem);
         }
         return items;
     }

@@ -224,7 +224,8 @@ void MyDragAndDropForEach::scrollTo(const UUID& item) {
     }
 }
 
-void MyDragAndDropForEach::setFooter(std::unique_ptr<juce::Component> footer, std::function<int(int)> height) {
+void MyDragAndDropForEach::setFooter(std::unique_ptr<juce::Component> footer,
+                                     std::function<int(int)> height) {
     footer_ = std::move(footer);
     footerHeight_ = std::move(height);
     if (footer_ != nullptr) {
@@ -246,7 +247,8 @@ void MyDragAndDropForEach::resized() {
     }
 }
 
-void MyDragAndDropForEach::mouseWheelMove(const juce::MouseEvent& event, const juce::MouseWheelDetails& wheel) {
+void MyDragAndDropForEach::mouseWheelMove(const juce::MouseEvent& event,
+                                          const juce::MouseWheelDetails& wheel) {
     if (greatestScroll() == 0 || event.mods.isCommandDown()) {
         juce::Component::mouseWheelMove(event, wheel);
         return;

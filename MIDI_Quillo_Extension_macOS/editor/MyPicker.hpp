@@ -24,8 +24,10 @@ public:
 
     MyPicker(juce::String label, Menu<Value> description, Binding<Value> selection,
              DescribeOther describeOther = {})
-        : MyPickerImpl(std::move(label)), description_(std::move(description)),
-          selection_(std::move(selection)), describeOther_(std::move(describeOther)) {}
+        : MyPickerImpl(std::move(label)),
+          description_(std::move(description)),
+          selection_(std::move(selection)),
+          describeOther_(std::move(describeOther)) {}
 
     /// Offers other values from now on.
     void setDescription(Menu<Value> description) {

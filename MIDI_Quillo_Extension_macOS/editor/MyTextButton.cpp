@@ -34,7 +34,8 @@ juce::Colour MyTextButton::textColour() const {
 
 juce::Colour MyTextButton::borderColour(bool hover) const {
     if (accented_) {
-        return displayColour(hover ? environment<MyPrimaryColor>(*this) : environment<MySecondaryColor>(*this));
+        return displayColour(hover ? environment<MyPrimaryColor>(*this)
+                                   : environment<MySecondaryColor>(*this));
     }
     const auto palette = environment<PaletteKey>(*this);
     return displayColour(hover ? palette.secondaryText : palette.borders);
@@ -45,8 +46,8 @@ void MyTextButton::paintButton(juce::Graphics& graphics, bool hover, bool down) 
     const auto alpha = isEnabled() ? 1.0F : style::disabledAlpha;
     const auto edge = getLocalBounds().toFloat().reduced(0.5F);
     if (lit) {
-        graphics.setColour(displayColour(
-            style::lifted(environment<MyBackground>(*this), down ? style::menuRowLift : style::boxHoverLift)));
+        graphics.setColour(displayColour(style::lifted(environment<MyBackground>(*this),
+                                                       down ? style::menuRowLift : style::boxHoverLift)));
         graphics.fillRoundedRectangle(edge, style::buttonCorner);
     }
     graphics.setColour(borderColour(lit).withMultipliedAlpha(alpha));

@@ -30,8 +30,10 @@ public:
 
     MyTextInput(juce::String label, Binding<Value> value, juce::String prompt, Menu<Value> options = {},
                 Formatter format = {})
-        : MyTextInputImpl(std::move(label), std::move(prompt)), value_(std::move(value)),
-          options_(std::move(options)), format_(format) {}
+        : MyTextInputImpl(std::move(label), std::move(prompt)),
+          value_(std::move(value)),
+          options_(std::move(options)),
+          format_(format) {}
 
     /// Steps the value in its own way. Without this, a number is stepped by ones.
     void setStep(Step step) { step_ = std::move(step); }

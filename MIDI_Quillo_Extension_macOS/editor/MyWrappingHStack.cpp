@@ -61,8 +61,9 @@ int MyWrappingHStack::heightForWidth(int width) const {
 
 int MyWrappingHStack::preferredWidth() const {
     const auto sizes = shownSizes();
-    return sizes.empty() ? 0
-                         : rowWidth(sizes, 0, sizes.size(), spacing_.horizontal, std::numeric_limits<int>::max());
+    return sizes.empty()
+               ? 0
+               : rowWidth(sizes, 0, sizes.size(), spacing_.horizontal, std::numeric_limits<int>::max());
 }
 
 int MyWrappingHStack::preferredHeight() const {
@@ -96,14 +97,15 @@ Sizes MyWrappingHStack::shownSizes() const {
     return sizes;
 }
 
-std::vector<juce::Rectangle<int>> MyWrappingHStack::place(const Sizes& sizes, Spacing spacing, bool maxContent,
-                                                          int width) {
+std::vector<juce::Rectangle<int>> MyWrappingHStack::place(const Sizes& sizes, Spacing spacing,
+                                                          bool maxContent, int width) {
     std::vector<juce::Rectangle<int>> places;
     int top = 0;
     for (std::size_t first = 0; first < sizes.size();) {
         const auto end = endOfRow(sizes, first, spacing.horizontal, width);
         const auto height = rowHeight(sizes, first, end);
-        int spare = maxContent ? std::max(0, width - rowWidth(sizes, first, end, spacing.horizontal, width)) : 0;
+        int spare =
+            maxContent ? std::max(0, width - rowWidth(sizes, first, end, spacing.horizontal, width)) : 0;
         int left = 0;
         for (std::size_t view = first; view < end; ++view) {
             const auto share = spare / static_cast<int>(end - view);

@@ -17,14 +17,16 @@ namespace quillo {
 
 /// Values that are, or may be, one number.
 template <class Value>
-concept Steppable = std::integral<Value> || std::same_as<Value, GenericByteV2> || std::same_as<Value, TriggerValueV2>;
+concept Steppable =
+    std::integral<Value> || std::same_as<Value, GenericByteV2> || std::same_as<Value, TriggerValueV2>;
 
 /// The value that lies `steps` above `value`: never below zero, and above bounded by the formatter. Nothing when
 /// the value is not a number now ("Any"), and when the formatter cannot read the sum.
 template <MyFormatter Formatter>
     requires Steppable<typename Formatter::Value>
-[[nodiscard]] std::optional<typename Formatter::Value>
-stepped(const Formatter& formatter, const typename Formatter::Value& value, int steps) {
+[[nodiscard]] std::optional<typename Formatter::Value> stepped(const Formatter& formatter,
+                                                               const typename Formatter::Value& value,
+                                                               int steps) {
     const auto number = parseSignedDecimal(formatter.format(value));
     if (!number) {
         return std::nullopt;

@@ -126,7 +126,8 @@ void PopupMenuOverlay::paint(juce::Graphics& graphics) {
     if (typed_.isNotEmpty()) {
         graphics.setColour(displayColour(shown_.empty() ? palette.secondaryText : palette.primaryText));
         graphics.setFont(textFont(style::valueText));
-        const auto line = panel_.reduced(panelPadding).removeFromTop(searchHeight()).reduced(style::fieldPadding, 0);
+        const auto line =
+            panel_.reduced(panelPadding).removeFromTop(searchHeight()).reduced(style::fieldPadding, 0);
         graphics.drawText(shown_.empty() ? "No match: " + typed_ : "Search: " + typed_, line,
                           juce::Justification::centredLeft, true);
     }
@@ -203,7 +204,8 @@ juce::String PopupMenuOverlay::getNameForRow(int row) {
 }
 
 juce::String PopupMenuOverlay::getTooltipForRow(int row) {
-    return textWidth(label(row), style::valueText) > list_.getVisibleContentWidth() ? label(row) : juce::String();
+    return textWidth(label(row), style::valueText) > list_.getVisibleContentWidth() ? label(row)
+                                                                                    : juce::String();
 }
 
 void PopupMenuOverlay::search(const juce::String& typed) {

@@ -57,7 +57,8 @@ public:
 
 private:
     int getNumRows() override;
-    void paintListBoxItem(int row, juce::Graphics& graphics, int width, int height, bool highlighted) override;
+    void paintListBoxItem(int row, juce::Graphics& graphics, int width, int height,
+                          bool highlighted) override;
     void listBoxItemClicked(int row, const juce::MouseEvent& event) override;
     void returnKeyPressed(int row) override;
     juce::String getNameForRow(int row) override;
