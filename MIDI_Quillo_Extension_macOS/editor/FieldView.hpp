@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include "editor/PreferredSize.hpp"
+
+namespace quillo {
+
+/// What pickers and text inputs look like: a caption in the secondary colour above a box that holds a value in
+/// the primary colour, with a line in the secondary colour under it and, where there is a menu, a chevron at its
+/// end. A value that is too long for the box ends with an ellipsis and is shown whole as a tooltip.
+///
+/// A field keeps no copy of its value and reads it whenever it draws. Whoever changes the value elsewhere calls
+/// `refresh`; whoever lays fields out asks for their preferred sizes again, as they follow the value. [main]
+/// only.
+class FieldView : public juce::Component, public juce::TooltipClient, public PreferredSize {
+public:
+    /// Without a caption the box stands alone.
+    explicit FieldView(juce::String caption);
+
+    /// The value may have changed.
+    void refresh();
+
+    /// The value as it is shown.
+    [[nodiscard]] virtual juce::String shownText() const = 0;
+    [[nodiscard]] virtual bool hasChevron() const = 0;
+
+    [[nodiscard]] const juce::String& caption() const { return caption_; }
+
+    [[nodiscard]] int preferredWidth() const override;
+    [[nodiscard]] int preferredHeight() const override;
+
+    /// The preferred size of a field, for those who must know it before there is one.
+    [[nodiscard]] static int preferredWidth(const juce::String& caption, const juce::String& text,
+                                            bool chevron);
+    [[nodiscard]] static int preferredHeight(bool captioned);
+
+    /// A tooltip that is set comes before the whole of a text that was cut.
+    void setTooltip(const juce::String& tooltip);
+    juce::String getTooltip() override;
+
+    void paint(juce::Graphics& graphics) override;
+    void mouseEnter(const juce::MouseEvent& event) override;
+    void mouseExit(const juce::MouseEvent& event) override;
+    void focusGained(FocusChangeType cause) override;
+    void focusLost(FocusChangeType cause) override;
+    void enablementChanged() override;
+
+    /// The parts of the field.
+    [[nodiscard]] juce::Rectangle<int> boxArea() const;
+    [[nodiscard]] juce::Rectangle<int> textArea() const;
+    [[nodiscard]] juce::Rectangle<int> chevronArea() const;
+
+protected:
+    /// The value is drawn unless something else stands in its place.
+    virtual void paintValue(juce::Graphics& graphics);
+    /// Whether the box is lit up as the one that is being changed.
+    [[nodiscard]] virtual bool isActive() const;
+    void paintText(juce::Graphics& graphics, const juce::String& text, juce::Colour colour);
+
+private:
+    void paintBox(juce::Graphics& graphics);
+    void paintUnderline(juce::Graphics& graphics);
+
+    juce::String caption_;
+    juce::String tooltip_;
+};
+
+}  // namespace quillo

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include "editor/MyDragAndDropDropDelegate.hpp"
+#include "editor/MyDragAndDropForEachItem.hpp"
+#include "editor/RowGeometry.hpp"
+#include "platform/UUID.hpp"
+
+namespace quillo {
+
+/// A scrolling list of rows of individual heights, which are dragged to new places by their handles. Only the
+/// rows in sight and a few around them exist, so that a thousand items open and scroll like ten. A row belongs
+/// to its item's identity: it stays the same view while it is moved, and as long as it has the keyboard focus or
+/// is dragged it stays even out of sight. Changes leave what is in sight where it is.
+///
+///     list.makeRow = [&](const UUID& id) { return std::make_unique<Card>(id); };
+///     list.heightOfRow = [&](const UUID& id, int width) { ... };
+///     list.onMove = [&](const UUID& id, std::size_t position) { editor.move(id, position); };
+///     list.setItems(ids);
+///
+/// Set the functions before the items. [main] only.
+class MyDragAndDropForEach final : public juce::Component,
+                                   private juce::ScrollBar::Listener,
+                                   private juce::FocusChangeListener,
+                                   private juce::Timer {
+public:
+    MyDragAndDropForEach();
+    ~MyDragAndDropForEach() override;
+
+    std::function<std::unique_ptr<juce::Component>(const UUID&)> makeRow;
+    /// Asked once for each item, and again when the width or the row changes.
+    std::function<int(const UUID&, int width)> heightOfRow;
+    /// An item has been moved and now stands at `newPosition`. The list shows the new order already.
+    std::function<void(const UUID&, std::size_t newPosition)> onMove;
+
+    /// The items from now on, each of them once. Rows of items that stay are kept.
+    void setItems(std::vector<UUID> items);
+    [[nodiscard]] const std::vector<UUID>& items() const { return items_; }
+
+    /// The row's height may have changed; its view stays.
+    void refreshRow(const UUID& item);
+    /// The row's view is made anew.
+    void rebuildRow(const UUID& item);
+    /// The view made for an item, or null while there is none.
+    [[nodiscard]] juce::Component* row(const UUID& item) const;
+
+    /// Scrolls just as far as it takes to see the whole row.
+    void scrollTo(const UUID& item);
+    void setScrollPosition(int position);
+    [[nodiscard]] int scrollPosition() const { return scroll_; }
+
+    /// What stands below the last row, and its height for a width.
+    void setFooter(std::unique_ptr<juce::Component> footer, std::function<int(int width)> height);
+    /// The footer's height may have changed.
+    void refreshFooter();
+
+    /// The width that rows get.
+    [[nodiscard]] int rowWidth() const;
+
+    /// What the handles do; points are in this view.
+    void startDrag(const UUID& item, juce::Point<int> point);
+    void dragTo(juce::Point<int> point);
+    void drop();
+    void cancelDrag();
+    [[nodiscard]] bool isDragging() const { return drag_.has_value(); }
+    /// Moves an item by so many places, as far as the list goes.
+    void moveBy(const UUID& item, int places);
+    /// Scrolls a little while something is dragged at an edge; the list calls this many times a second.
+    void scrollWhileDragging();
+
+    void resized() override;
+    void paintOverChildren(juce::Graphics& graphics) override;
+    void mouseWheelMove(const juce::MouseEvent& event, const juce::MouseWheelDetails& wheel) override;
+    std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
+
+private:
+    /// The topmost item in sight, and how far its top is scrolled out.
+    struct Anchor {
+        std::size_t position;
+        UUID item;
+        int offset;
+    };
+    struct Drag {
+        MyDragAndDropDropDelegate delegate;
+        juce::Point<int> point;
+        int grip;
+        juce::Image picture;
+    };
+
+    void scrollBarMoved(juce::ScrollBar* bar, double start) override;
+    void globalFocusChanged(juce::Component* focused) override;
+    void timerCallback() override { scrollWhileDragging(); }
+
+    /// Makes a change and puts what was in sight back to where it was.
+    void keepingPlace(const std::function<void()>& change);
+    [[nodiscard]] std::optional<Anchor> anchor() const;
+    void scrollBack(const Anchor& anchor, const std::vector<UUID>& itemsBefore);
+    void measure();
+    void layOut();
+    void layOutFooter();
+    void showRowsInSight();
+    void forgetRowsOutside(std::size_t first, std::size_t end);
+    void showRow(std::size_t position);
+    void move(const MyDragAndDropDropDelegate& delegate);
+    void endDrag();
+    void scrollToSee(int top, int bottom);
+    [[nodiscard]] std::optional<std::size_t> positionOf(const UUID& item) const;
+    [[nodiscard]] int contentHeight() const;
+    [[nodiscard]] int greatestScroll() const;
+
+    std::vector<UUID> items_;
+    std::map<UUID, std::size_t> positions_;
+    std::map<UUID, int> heights_;
+    RowGeometry geometry_;
+    std::map<UUID, std::unique_ptr<MyDragAndDropForEachItem>> rows_;
+    juce::Component content_;
+    std::unique_ptr<juce::Component> footer_;
+    std::function<int(int)> footerHeight_;
+    juce::ScrollBar scrollBar_{true};
+    int scroll_ = 0;
+    int measuredWidth_ = 0;
+    std::optional<Drag> drag_;
+};
+
+}  // namespace quillo

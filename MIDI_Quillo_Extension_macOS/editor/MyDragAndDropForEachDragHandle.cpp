@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/MyDragAndDropForEachDragHandle.hpp"
+
+#include "editor/Environment.hpp"
+#include "editor/Icons.hpp"
+#include "editor/MyDragAndDropForEach.hpp"
+#include "editor/MyDragAndDropForEachItem.hpp"
+#include "editor/Style.hpp"
+
+namespace quillo {
+
+MyDragAndDropForEachDragHandle::MyDragAndDropForEachDragHandle() {
+    setTitle("Move");
+    setWantsKeyboardFocus(true);
+    setMouseClickGrabsKeyboardFocus(false);
+    setMouseCursor(juce::MouseCursor::DraggingHandCursor);
+}
+
+MyDragAndDropForEach* MyDragAndDropForEachDragHandle::list() const {
+    return findParentComponentOfClass<MyDragAndDropForEach>();
+}
+
+void MyDragAndDropForEachDragHandle::paint(juce::Graphics& graphics) {
+    const auto palette = environment<PaletteKey>(*this);
+    const auto area = getLocalBounds().toFloat();
+    drawIcon(graphics, IconName::dragHandle, area.withSizeKeepingCentre(style::iconSize, style::iconSize),
+             displayColour(dragged_ || isMouseOver() ? palette.primaryText : palette.secondaryText));
+    if (hasKeyboardFocus(false)) {
+        graphics.setColour(displayColour(palette.primaryText));
+        graphics.drawRoundedRectangle(area.reduced(2), style::fieldCorner, style::focusRing);
+    }
+}
+
+void MyDragAndDropForEachDragHandle::mouseEnter(const juce::MouseEvent& /*event*/) {
+    repaint();
+}
+
+void MyDragAndDropForEachDragHandle::mouseExit(const juce::MouseEvent& /*event*/) {
+    repaint();
+}
+
+void MyDragAndDropForEachDragHandle::focusGained(FocusChangeType /*cause*/) {
+    repaint();
+}
+
+void MyDragAndDropForEachDragHandle::focusLost(FocusChangeType /*cause*/) {
+    repaint();
+}
+
+void MyDragAndDropForEachDragHandle::begin(const juce::MouseEvent& event) {
+    const auto* row = findParentComponentOfClass<MyDragAndDropForEachItem>();
+    if (row == nullptr || givenUp_ || !event.mouseWasDraggedSinceMouseDown()) {
+        return;
+    }
+    dragged_ = true;
+    grabKeyboardFocus();
+    list()->startDrag(row->item(), event.getEventRelativeTo(list()).getMouseDownPosition());
+}
+
+void MyDragAndDropForEachDragHandle::mouseDrag(const juce::MouseEvent& event) {
+    if (list() == nullptr) {
+        return;
+    }
+    if (!dragged_) {
+        begin(event);
+    }
+    if (dragged_) {
+        list()->dragTo(event.getEventRelativeTo(list()).getPosition());
+    }
+}
+
+void MyDragAndDropForEachDragHandle::mouseUp(const juce::MouseEvent& /*event*/) {
+    givenUp_ = false;
+    if (dragged_) {
+        end();
+        list()->drop();
+    }
+}
+
+void MyDragAndDropForEachDragHandle::end() {
+    dragged_ = false;
+    repaint();
+}
+
+bool MyDragAndDropForEachDragHandle::keyPressed(const juce::KeyPress& key) {
+    if (dragged_ && key == juce::KeyPress::escapeKey) {
+        givenUp_ = true;
+        end();
+        list()->cancelDrag();
+        return true;
+    }
+    const bool moves = key.getModifiers().isAltDown() || key.getModifiers().isCtrlDown();
+    if (!moves || !(key.isKeyCode(juce::KeyPress::upKey) || key.isKeyCode(juce::KeyPress::downKey))) {
+        return false;
+    }
+    moveBy(key.isKeyCode(juce::KeyPress::upKey) ? -1 : 1);
+    return true;
+}
+
+void MyDragAndDropForEachDragHandle::moveBy(int rows) {
+    const auto* row = findParentComponentOfClass<MyDragAndDropForEachItem>();
+    if (list() != nullptr && row != nullptr) {
+        list()->moveBy(UUID(row->item()), rows);
+    }
+}
+
+std::unique_ptr<juce::AccessibilityHandler> MyDragAndDropForEachDragHandle::createAccessibilityHandler() {
+    return std::make_unique<juce::AccessibilityHandler>(*this, juce::AccessibilityRole::button);
+}
+
+}  // namespace quillo

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include "platform/UUID.hpp"
+
+namespace quillo {
+
+class MyDragAndDropForEach;
+
+/// The grip by which a row is dragged: it stands anywhere in the row's content and finds the list along its
+/// parents. Escape gives a drag up. With the keyboard focus, Up and Down together with Alt or Ctrl move the row.
+/// [main] only.
+class MyDragAndDropForEachDragHandle final : public juce::Component {
+public:
+    MyDragAndDropForEachDragHandle();
+
+    [[nodiscard]] bool dragged() const { return dragged_; }
+
+    void paint(juce::Graphics& graphics) override;
+    void mouseEnter(const juce::MouseEvent& event) override;
+    void mouseExit(const juce::MouseEvent& event) override;
+    void mouseDrag(const juce::MouseEvent& event) override;
+    void mouseUp(const juce::MouseEvent& event) override;
+    bool keyPressed(const juce::KeyPress& key) override;
+    void focusGained(FocusChangeType cause) override;
+    void focusLost(FocusChangeType cause) override;
+    std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
+
+private:
+    [[nodiscard]] MyDragAndDropForEach* list() const;
+    void begin(const juce::MouseEvent& event);
+    void end();
+    void moveBy(int rows);
+
+    bool dragged_ = false;
+    bool givenUp_ = false;
+};
+
+}  // namespace quillo

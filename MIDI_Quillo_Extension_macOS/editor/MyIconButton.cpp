@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/MyIconButton.hpp"
+
+#include <utility>
+
+#include "editor/Environment.hpp"
+#include "editor/Style.hpp"
+
+namespace quillo {
+
+MyIconButton::MyIconButton(const juce::String& title, IconName icon, std::function<void()> action)
+    : ActionButton(title, std::move(action)), icon_(icon) {
+    setTooltip(title);
+}
+
+void MyIconButton::setIcon(IconName icon) {
+    if (icon_ != icon) {
+        icon_ = icon;
+        repaint();
+    }
+}
+
+int MyIconButton::preferredWidth() const {
+    return style::iconButtonSize;
+}
+
+int MyIconButton::preferredHeight() const {
+    return style::iconButtonSize;
+}
+
+void MyIconButton::paintButton(juce::Graphics& graphics, bool hover, bool down) {
+    const auto area = getLocalBounds().toFloat();
+    if (isEnabled() && (hover || down)) {
+        graphics.setColour(displayColour(style::lifted(environment<MyBackground>(*this),
+                                                       down ? style::menuRowLift : style::boxHoverLift)));
+        graphics.fillRoundedRectangle(area, style::buttonCorner);
+    }
+    const auto colour = displayColour(environment<MyPrimaryColor>(*this));
+    drawIcon(graphics, icon_, area.withSizeKeepingCentre(style::iconSize, style::iconSize),
+             isEnabled() ? colour : colour.withMultipliedAlpha(style::disabledAlpha));
+    paintFocusRing(graphics, style::buttonCorner);
+}
+
+}  // namespace quillo

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/MyPickerImpl.hpp"
+
+#include <utility>
+
+#include "editor/FieldAccessibility.hpp"
+#include "editor/PopupMenuOverlay.hpp"
+
+namespace quillo {
+
+MyPickerImpl::MyPickerImpl(juce::String label) : FieldView(std::move(label)) {}
+
+void MyPickerImpl::openMenu() {
+    if (!isEnabled()) {
+        return;
+    }
+    PopupMenuOverlay::open(*this, boxArea(), {getTitle(), rowLabels(), currentRow()},
+                           [picker = SafePointer(this)](std::size_t row) {
+                               if (picker != nullptr) {
+                                   picker->pickRow(row);
+                               }
+                               if (picker != nullptr) {
+                                   picker->refresh();
+                               }
+                           });
+}
+
+void MyPickerImpl::mouseUp(const juce::MouseEvent& event) {
+    if (event.mouseWasClicked() && !event.mods.isPopupMenu() && boxArea().contains(event.getPosition())) {
+        openMenu();
+    }
+}
+
+bool MyPickerImpl::keyPressed(const juce::KeyPress& key) {
+    const bool opens = key == juce::KeyPress::spaceKey || key == juce::KeyPress::returnKey ||
+                       key == juce::KeyPress::upKey || key == juce::KeyPress::downKey;
+    if (opens && isEnabled()) {
+        openMenu();
+        return true;
+    }
+    return false;
+}
+
+std::unique_ptr<juce::AccessibilityHandler> MyPickerImpl::createAccessibilityHandler() {
+    juce::AccessibilityActions actions;
+    actions.addAction(juce::AccessibilityActionType::press, [this] { openMenu(); });
+    actions.addAction(juce::AccessibilityActionType::showMenu, [this] { openMenu(); });
+    return fieldAccessibility(*this, juce::AccessibilityRole::comboBox, std::move(actions), nullptr);
+}
+
+}  // namespace quillo

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <utility>
+
+#include "editor/Binding.hpp"
+#include "editor/MyFormatter.hpp"
+#include "editor/MyTextInputImpl.hpp"
+#include "editor/NumberStep.hpp"
+#include "rules/MIDIVocabulary.hpp"
+
+namespace quillo {
+
+/// A value that is typed, or chosen among a few options.
+///
+///     MyTextInput<VelocityFormatter> velocity("Value", {[&] { ... }, [&](GenericByteV2 value) { ... }}, "0 - 127",
+///                                             {{GenericByteV2::RespectiveTriggerByte{}, "From Trigger"}});
+///
+/// Text reaches the value through the formatter only, so that the value is valid at all times; a value that
+/// comes out as it was is not written. `MyTextInputImpl` says what the keys and the mouse do. [main] only.
+template <MyFormatter Formatter>
+class MyTextInput final : public MyTextInputImpl {
+public:
+    using Value = typename Formatter::Value;
+    /// The value that lies so many steps above another one, below it where `steps` is negative.
+    using Step = std::function<Value(const Value&, int steps)>;
+
+    MyTextInput(juce::String label, Binding<Value> value, juce::String prompt, Menu<Value> options = {},
+                Formatter format = {})
+        : MyTextInputImpl(std::move(label), std::move(prompt)),
+          value_(std::move(value)),
+          options_(std::move(options)),
+          format_(format) {}
+
+    /// Steps the value in its own way. Without this, a number is stepped by ones.
+    void setStep(Step step) { step_ = std::move(step); }
+
+    [[nodiscard]] juce::String shownText() const override { return text(format_.format(value_.get())); }
+    [[nodiscard]] bool hasChevron() const override { return !options_.empty(); }
+
+protected:
+    void takeText(const juce::String& text) override { write(format_.parse(text.toStdString())); }
+
+    bool takeSteps(int steps) override {
+        if (step_) {
+            write(format_.parse(format_.format(step_(value_.get(), steps))));
+            return true;
+        }
+        if constexpr (Steppable<Value>) {
+            if (const auto value = stepped(format_, value_.get(), steps)) {
+                write(*value);
+                return true;
+            }
+        }
+        return false;
+    }
+
+    [[nodiscard]] std::vector<juce::String> optionLabels() const override {
+        std::vector<juce::String> labels;
+        for (const auto& option : options_) {
+            labels.push_back(text(option.label));
+        }
+        return labels;
+    }
+
+    [[nodiscard]] std::optional<std::size_t> currentOption() const override {
+        const auto value = value_.get();
+        const auto found = std::find_if(options_.begin(), options_.end(),
+                                        [&value](const auto& option) { return option.value == value; });
+        return found != options_.end() ? std::optional(static_cast<std::size_t>(found - options_.begin()))
+                                       : std::nullopt;
+    }
+
+    void pickOption(std::size_t option) override { write(Value(options_[option].value)); }
+
+private:
+    [[nodiscard]] static juce::String text(const std::string& utf8) {
+        return juce::String::fromUTF8(utf8.data(), static_cast<int>(utf8.size()));
+    }
+
+    void write(Value value) {
+        if (!(value == value_.get())) {
+            value_.set(std::move(value));
+        }
+    }
+
+    Binding<Value> value_;
+    Menu<Value> options_;
+    Formatter format_;
+    Step step_;
+};
+
+}  // namespace quillo

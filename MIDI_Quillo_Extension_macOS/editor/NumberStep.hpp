@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <algorithm>
+#include <concepts>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+
+#include "editor/DecimalText.hpp"
+#include "editor/MyFormatter.hpp"
+#include "rules/GenericByteV2.hpp"
+#include "rules/TriggerValueV2.hpp"
+
+namespace quillo {
+
+/// Values that are, or may be, one number.
+template <class Value>
+concept Steppable =
+    std::integral<Value> || std::same_as<Value, GenericByteV2> || std::same_as<Value, TriggerValueV2>;
+
+/// The value that lies `steps` above `value`: never below zero, and above bounded by the formatter. Nothing when
+/// the value is not a number now ("Any"), and when the formatter cannot read the sum.
+template <MyFormatter Formatter>
+    requires Steppable<typename Formatter::Value>
+[[nodiscard]] std::optional<typename Formatter::Value> stepped(const Formatter& formatter,
+                                                               const typename Formatter::Value& value,
+                                                               int steps) {
+    const auto number = parseSignedDecimal(formatter.format(value));
+    if (!number) {
+        return std::nullopt;
+    }
+    const auto room = std::numeric_limits<std::int64_t>::max() - std::max(steps, 0);
+    const auto sum = std::max<std::int64_t>(0, std::min(*number, room) + steps);
+    const auto result = formatter.parse(std::to_string(sum));
+    const auto reached = parseSignedDecimal(formatter.format(result));
+    const bool onTheWay = reached && (steps > 0 ? *reached >= *number : *reached <= *number);
+    return onTheWay ? std::optional(result) : std::nullopt;
+}
+
+}  // namespace quillo

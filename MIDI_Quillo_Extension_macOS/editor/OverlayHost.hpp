@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+namespace quillo {
+
+/// A view above whose content menus and alerts open, inside its own window: applications that embed an editor
+/// handle windows of its own badly. One overlay is open at a time, covers the whole view and follows its size.
+/// While it is open it has the keyboard; afterwards the focus is where it was before. [main] only.
+///
+///     class MainView : public juce::Component, public OverlayHost { MainView() : OverlayHost(*this) {} ... };
+class OverlayHost : private juce::ComponentListener {
+public:
+    explicit OverlayHost(juce::Component& view);
+    ~OverlayHost() override;
+    OverlayHost(const OverlayHost&) = delete;
+    OverlayHost& operator=(const OverlayHost&) = delete;
+
+    /// Opens `overlay` and closes the one that was open.
+    void showOverlay(std::unique_ptr<juce::Component> overlay);
+
+    /// Deletes what is open. An overlay may close itself, and touches nothing of its own afterwards.
+    void closeOverlay();
+
+    /// What is open, or null.
+    [[nodiscard]] juce::Component* overlay() const { return overlay_.get(); }
+
+    [[nodiscard]] juce::Component& overlayView() const { return view_; }
+
+    /// The nearest host around `view`, or null.
+    [[nodiscard]] static OverlayHost* find(juce::Component& view);
+
+private:
+    void componentMovedOrResized(juce::Component& view, bool moved, bool resized) override;
+    void componentBeingDeleted(juce::Component& view) override;
+    void giveFocusBack();
+
+    juce::Component& view_;
+    std::unique_ptr<juce::Component> overlay_;
+    juce::Component::SafePointer<juce::Component> focusBefore_;
+};
+
+}  // namespace quillo

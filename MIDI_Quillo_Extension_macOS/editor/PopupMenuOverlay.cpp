@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/PopupMenuOverlay.hpp"
+
+#include <algorithm>
+#include <utility>
+
+#include "editor/Fonts.hpp"
+#include "editor/Icons.hpp"
+#include "editor/OverlayHost.hpp"
+#include "editor/Style.hpp"
+
+namespace quillo {
+namespace {
+
+/// Room inside the panel around the rows.
+constexpr int panelPadding = 4;
+
+/// Sharps are typed with the key that is on the keyboard.
+juce::String searchable(const juce::String& text) {
+    return text.replaceCharacter(0x266F, '#').toLowerCase();
+}
+
+/// 0: the label begins with the whole word; 1: it begins with the text; 2: it holds the text; 3: neither.
+int rank(const juce::String& label, const juce::String& typed) {
+    const auto text = searchable(label);
+    const auto wanted = searchable(typed);
+    if (!text.startsWith(wanted)) {
+        return text.contains(wanted) ? 2 : 3;
+    }
+    return juce::CharacterFunctions::isLetterOrDigit(text[wanted.length()]) ? 1 : 0;
+}
+
+}  // namespace
+
+void PopupMenuOverlay::open(juce::Component& field, juce::Rectangle<int> box, MenuContents contents,
+                            OnPick onPick) {
+    auto* host = OverlayHost::find(field);
+    if (host == nullptr) {
+        return;
+    }
+    const auto anchor = host->overlayView().getLocalArea(&field, box);
+    auto menu = std::make_unique<PopupMenuOverlay>(std::move(contents), anchor, std::move(onPick));
+    menu->set<MyPrimaryColor>(environment<MyPrimaryColor>(field));
+    menu->set<MySecondaryColor>(environment<MySecondaryColor>(field));
+    host->showOverlay(std::move(menu));
+}
+
+PopupMenuOverlay::PopupMenuOverlay(MenuContents contents, juce::Rectangle<int> anchor, OnPick onPick)
+    : contents_(std::move(contents)), anchor_(anchor), onPick_(std::move(onPick)) {
+    setTitle(contents_.title);
+    setWantsKeyboardFocus(true);
+    setFocusContainerType(FocusContainerType::keyboardFocusContainer);
+    for (const auto& label : contents_.labels) {
+        widestLabel_ = std::max(widestLabel_, textWidth(label, style::valueText));
+    }
+    list_.setModel(this);
+    list_.setTitle(contents_.title);
+    list_.setRowHeight(style::menuRowHeight);
+    list_.setMouseMoveSelectsRows(true);
+    list_.setColour(juce::ListBox::backgroundColourId, juce::Colours::transparentBlack);
+    list_.getViewport()->setScrollBarThickness(style::scrollBarWidth);
+    addAndMakeVisible(list_);
+    search({});
+}
+
+PopupMenuOverlay::~PopupMenuOverlay() {
+    list_.setModel(nullptr);
+}
+
+juce::Rectangle<int> PopupMenuOverlay::place(juce::Rectangle<int> anchor, juce::Point<int> wanted,
+                                             juce::Rectangle<int> window) {
+    const auto room = window.reduced(style::menuMargin);
+    const auto below = std::max(0, room.getBottom() - anchor.getBottom());
+    const auto above = std::max(0, anchor.getY() - room.getY());
+    const auto width = std::min(std::max(wanted.x, anchor.getWidth()), room.getWidth());
+    auto height = std::min(wanted.y, room.getHeight());
+    auto y = anchor.getBottom();
+    if (height > std::max(below, above)) {
+        height = std::min(height, std::max({below, above, room.getHeight() / 2}));
+    }
+    if (height > below && above > below) {
+        y = anchor.getY() - height;
+    }
+    return juce::Rectangle<int>(anchor.getX(), y, width, height).constrainedWithin(room);
+}
+
+std::optional<std::size_t> PopupMenuOverlay::highlightedRow() const {
+    const auto row = list_.getSelectedRow();
+    return row >= 0 ? std::optional(shown_[static_cast<std::size_t>(row)]) : std::nullopt;
+}
+
+juce::Rectangle<int> PopupMenuOverlay::rowArea(std::size_t row) const {
+    const auto found = std::find(shown_.begin(), shown_.end(), row);
+    if (found == shown_.end()) {
+        return {};
+    }
+    const auto position = list_.getRowPosition(static_cast<int>(found - shown_.begin()), true);
+    return position.translated(list_.getX(), list_.getY()).getIntersection(list_.getBounds());
+}
+
+int PopupMenuOverlay::searchHeight() const {
+    return typed_.isEmpty() ? 0 : style::menuRowHeight;
+}
+
+juce::Point<int> PopupMenuOverlay::wantedSize() const {
+    const auto rows = std::max(1, static_cast<int>(contents_.labels.size()));
+    const auto marks = style::fieldPadding + style::chevronSize + style::chevronGap;
+    return {widestLabel_ + marks + style::fieldPadding + style::scrollBarWidth + 2 * panelPadding,
+            rows * style::menuRowHeight + 2 * panelPadding};
+}
+
+void PopupMenuOverlay::resized() {
+    panel_ = place(anchor_, wantedSize(), getLocalBounds());
+    list_.setBounds(panel_.reduced(panelPadding).withTrimmedTop(searchHeight()));
+    highlight(highlightedRow());
+}
+
+void PopupMenuOverlay::paint(juce::Graphics& graphics) {
+    const auto palette = environment<PaletteKey>(*this);
+    const auto panel = panel_.toFloat();
+    juce::DropShadow(juce::Colours::black.withAlpha(0.6F), 12, {0, 3}).drawForRectangle(graphics, panel_);
+    graphics.setColour(displayColour(style::lifted(palette.background, style::menuLift)));
+    graphics.fillRoundedRectangle(panel, style::buttonCorner);
+    graphics.setColour(displayColour(palette.borders));
+    graphics.drawRoundedRectangle(panel.reduced(0.5F), style::buttonCorner, 1);
+    if (typed_.isNotEmpty()) {
+        graphics.setColour(displayColour(shown_.empty() ? palette.secondaryText : palette.primaryText));
+        graphics.setFont(textFont(style::valueText));
+        const auto line =
+            panel_.reduced(panelPadding).removeFromTop(searchHeight()).reduced(style::fieldPadding, 0);
+        graphics.drawText(shown_.empty() ? "No match: " + typed_ : "Search: " + typed_, line,
+                          juce::Justification::centredLeft, true);
+    }
+}
+
+void PopupMenuOverlay::mouseDown(const juce::MouseEvent& event) {
+    if (!panel_.contains(event.getPosition())) {
+        close();
+    }
+}
+
+bool PopupMenuOverlay::keyPressed(const juce::KeyPress& key) {
+    const auto character = key.getTextCharacter();
+    if (key == juce::KeyPress::escapeKey || key.isKeyCode(juce::KeyPress::tabKey)) {
+        close();
+    } else if (key == juce::KeyPress::backspaceKey) {
+        search(typed_.dropLastCharacters(1));
+    } else if (key == juce::KeyPress::spaceKey && typed_.isEmpty()) {
+        pick(list_.getSelectedRow());
+    } else if (character >= ' ' && !key.getModifiers().isCommandDown()) {
+        search(typed_ + juce::String::charToString(character));
+    }
+    return true;
+}
+
+void PopupMenuOverlay::focusGained(FocusChangeType /*cause*/) {
+    list_.grabKeyboardFocus();
+}
+
+std::unique_ptr<juce::AccessibilityHandler> PopupMenuOverlay::createAccessibilityHandler() {
+    return std::make_unique<juce::AccessibilityHandler>(*this, juce::AccessibilityRole::popupMenu);
+}
+
+int PopupMenuOverlay::getNumRows() {
+    return static_cast<int>(shown_.size());
+}
+
+const juce::String& PopupMenuOverlay::label(int row) const {
+    return contents_.labels[shown_[static_cast<std::size_t>(row)]];
+}
+
+void PopupMenuOverlay::paintListBoxItem(int row, juce::Graphics& graphics, int width, int height,
+                                        bool highlighted) {
+    if (row >= getNumRows()) {
+        return;
+    }
+    const auto ground = environment<PaletteKey>(*this).background;
+    auto area = juce::Rectangle<int>(width, height);
+    const auto colour = displayColour(environment<MyPrimaryColor>(*this));
+    if (highlighted) {
+        graphics.setColour(displayColour(style::lifted(ground, style::menuRowLift)));
+        graphics.fillRoundedRectangle(area.toFloat(), style::fieldCorner);
+    }
+    area.reduce(style::fieldPadding, 0);
+    const auto mark = area.removeFromRight(style::chevronSize).toFloat();
+    graphics.setColour(colour);
+    if (shown_[static_cast<std::size_t>(row)] == contents_.current) {
+        graphics.fillEllipse(mark.withSizeKeepingCentre(5, 5));
+    }
+    graphics.setFont(textFont(style::valueText));
+    graphics.drawText(label(row), area, juce::Justification::centredLeft, true);
+}
+
+void PopupMenuOverlay::listBoxItemClicked(int row, const juce::MouseEvent& /*event*/) {
+    pick(row);
+}
+
+void PopupMenuOverlay::returnKeyPressed(int row) {
+    pick(row);
+}
+
+juce::String PopupMenuOverlay::getNameForRow(int row) {
+    return label(row);
+}
+
+juce::String PopupMenuOverlay::getTooltipForRow(int row) {
+    return textWidth(label(row), style::valueText) > list_.getVisibleContentWidth() ? label(row)
+                                                                                    : juce::String();
+}
+
+void PopupMenuOverlay::search(const juce::String& typed) {
+    const auto before = highlightedRow().has_value() ? highlightedRow() : contents_.current;
+    typed_ = typed;
+    shown_.clear();
+    for (std::size_t row = 0; row < contents_.labels.size(); ++row) {
+        if (rank(contents_.labels[row], typed_) < 3) {
+            shown_.push_back(row);
+        }
+    }
+    list_.updateContent();
+    resized();
+    highlight(typed_.isEmpty() ? before : bestMatch());
+    repaint();
+}
+
+std::optional<std::size_t> PopupMenuOverlay::bestMatch() const {
+    const auto better = [this](std::size_t left, std::size_t right) {
+        return rank(contents_.labels[left], typed_) < rank(contents_.labels[right], typed_);
+    };
+    const auto best = std::min_element(shown_.begin(), shown_.end(), better);
+    return best != shown_.end() ? std::optional(*best) : std::nullopt;
+}
+
+void PopupMenuOverlay::highlight(std::optional<std::size_t> row) {
+    const auto found = row ? std::find(shown_.begin(), shown_.end(), *row) : shown_.end();
+    if (shown_.empty()) {
+        list_.deselectAllRows();
+        return;
+    }
+    const auto position = found != shown_.end() ? static_cast<int>(found - shown_.begin()) : 0;
+    const auto rowsInSight = std::max(1, list_.getHeight() / style::menuRowHeight);
+    list_.selectRow(position, true);
+    list_.getViewport()->setViewPosition(0, std::max(0, position - rowsInSight / 2) * style::menuRowHeight);
+}
+
+void PopupMenuOverlay::pick(int row) {
+    if (row < 0 || row >= getNumRows()) {
+        return;
+    }
+    const auto onPick = std::move(onPick_);
+    const auto picked = shown_[static_cast<std::size_t>(row)];
+    close();
+    onPick(picked);
+}
+
+void PopupMenuOverlay::close() {
+    if (auto* host = OverlayHost::find(*this)) {
+        host->closeOverlay();
+    }
+}
+
+}  // namespace quillo

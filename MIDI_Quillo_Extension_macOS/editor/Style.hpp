@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+
+#include "editor/Palette.hpp"
+
+/// The measures that the editor's views share, in points, and the shades that stand around the palette's
+/// colours.
+namespace quillo::style {
+
+/// Sizes of text.
+inline constexpr float captionText = 10;
+inline constexpr float valueText = 12;
+inline constexpr float titleText = 13;
+
+/// Roundings.
+inline constexpr float fieldCorner = 5;
+inline constexpr float buttonCorner = 6;
+inline constexpr float cardCorner = 8;
+
+/// Fields: a caption over a box with an underline.
+inline constexpr int captionHeight = 14;
+inline constexpr int boxHeight = 24;
+inline constexpr int fieldPadding = 8;
+inline constexpr int fieldLeastWidth = 54;
+inline constexpr int chevronSize = 12;
+inline constexpr int chevronGap = 6;
+inline constexpr float underline = 2;
+
+/// Buttons.
+inline constexpr int buttonHeight = 21;
+inline constexpr int buttonPadding = 10;
+inline constexpr int iconButtonSize = 28;
+inline constexpr int iconSize = 16;
+
+/// Lists of cards.
+inline constexpr int listMargin = 12;
+inline constexpr int listTopMargin = 10;
+inline constexpr int cardGap = 10;
+inline constexpr int scrollBarWidth = 8;
+inline constexpr int dragHandleWidth = 22;
+
+/// Gaps between the fields of a card.
+inline constexpr int fieldGap = 6;
+
+/// Menus.
+inline constexpr int menuRowHeight = 22;
+inline constexpr int menuMargin = 4;
+
+inline constexpr float focusRing = 1.5F;
+/// How much is left of a control that cannot be used.
+inline constexpr float disabledAlpha = 0.4F;
+
+/// `colour` with `steps` added to each part: surfaces lie on one another by getting lighter.
+[[nodiscard]] constexpr MyRGB lifted(MyRGB colour, int steps) {
+    const auto lift = [steps](std::uint8_t part) {
+        return static_cast<std::uint8_t>(std::clamp(part + steps, 0, 255));
+    };
+    return {lift(colour.r), lift(colour.g), lift(colour.b)};
+}
+
+/// A card on the editor's background.
+inline constexpr int cardLift = 5;
+/// The line that parts a card's handle from its content.
+inline constexpr int separatorLift = 16;
+/// A field's box on its card, its border, and the box under the pointer.
+inline constexpr int boxLift = 8;
+inline constexpr int boxBorderLift = 23;
+inline constexpr int boxHoverLift = 16;
+/// A menu and its chosen row.
+inline constexpr int menuLift = 12;
+inline constexpr int menuRowLift = 34;
+
+}  // namespace quillo::style
