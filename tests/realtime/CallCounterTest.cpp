@@ -54,8 +54,9 @@ TEST(CallCounter, CountsEachWayToAllocate) {
 TEST(CallCounter, CountsReallocationAsBoth) {
     auto* memory = std::malloc(8);
     keep(memory);
-    EXPECT_EQ(countsOf([&] { memory = std::realloc(memory, 100000); }), (CallCounts{1, 1, 0}));
-    std::free(memory);
+    void* larger = nullptr;
+    EXPECT_EQ(countsOf([&] { larger = std::realloc(memory, 100000); }), (CallCounts{1, 1, 0}));
+    std::free(larger);
 }
 
 TEST(CallCounter, CountsWhatALibraryAllocates) {
