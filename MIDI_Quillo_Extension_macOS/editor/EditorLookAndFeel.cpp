@@ -22,9 +22,19 @@ juce::TextLayout tooltipLayout(const juce::String& text, int width) {
     return layout;
 }
 
+/// The toolkit's own controls in the colours of the editor's.
+juce::LookAndFeel_V4::ColourScheme colourScheme() {
+    const Palette palette;
+    const auto background = displayColour(palette.background);
+    const auto surface = displayColour(style::lifted(palette.background, style::boxLift));
+    const auto text = displayColour(palette.primaryText);
+    const auto highlight = displayColour(style::lifted(palette.background, style::menuRowLift));
+    return {background, surface, surface, displayColour(palette.borders), text, highlight, text, highlight, text};
+}
+
 }  // namespace
 
-EditorLookAndFeel::EditorLookAndFeel() {
+EditorLookAndFeel::EditorLookAndFeel() : LookAndFeel_V4(colourScheme()) {
     setColour(juce::ScrollBar::thumbColourId, displayColour(Palette().borders));
 }
 

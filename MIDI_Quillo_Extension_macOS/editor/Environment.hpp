@@ -57,13 +57,13 @@ public:
     virtual ~EnvironmentScope() = default;
 
     template <class Key>
-    void set(typename Key::Value value) {
+    void set(Key::Value value) {
         values_.insert_or_assign(std::type_index(typeid(Key)), std::any(std::move(value)));
     }
 
     /// The value set here, or null.
     template <class Key>
-    [[nodiscard]] const typename Key::Value* find() const {
+    [[nodiscard]] const Key::Value* find() const {
         const auto found = values_.find(std::type_index(typeid(Key)));
         return found != values_.end() ? std::any_cast<typename Key::Value>(&found->second) : nullptr;
     }
@@ -75,7 +75,7 @@ private:
 /// The value that the nearest scope around `view`, the view itself included, has set; the key's default when
 /// none has.
 template <class Key>
-[[nodiscard]] typename Key::Value environment(const juce::Component& view) {
+[[nodiscard]] Key::Value environment(const juce::Component& view) {
     for (const auto* component = &view; component != nullptr; component = component->getParentComponent()) {
         if (const auto* scope = dynamic_cast<const EnvironmentScope*>(component)) {
             if (const auto* value = scope->find<Key>()) {

@@ -22,6 +22,9 @@ namespace quillo {
 /// "Message #" and a decimal integer, or 1. A name with the greatest 64-bit integer is a fatal error.
 [[nodiscard]] std::int64_t nextIndex(const RuleList& rules);
 
+/// The name of the only field in which two entries differ; empty when they differ in several or in none.
+[[nodiscard]] std::string changedField(const RuleEntry& before, const RuleEntry& after);
+
 /// The rules that a list stands for, in order.
 [[nodiscard]] std::vector<Rule> rulesOf(const RuleList& list);
 

@@ -42,8 +42,22 @@ inline constexpr int cardGap = 10;
 inline constexpr int scrollBarWidth = 8;
 inline constexpr int dragHandleWidth = 22;
 
-/// Gaps between the fields of a card.
+/// Cards: the name, the sections with their labels, the buttons, and what lies between them.
 inline constexpr int fieldGap = 6;
+inline constexpr int cardPadding = 10;
+inline constexpr int cardHeaderHeight = 33;
+inline constexpr int sectionGap = 8;
+inline constexpr int sectionLabelWidth = 68;
+inline constexpr int sectionLabelHeight = 16;
+inline constexpr int buttonsGap = 10;
+/// A card whose content is narrower than this has its labels above its fields.
+inline constexpr int narrowCard = 330;
+
+/// The bars above and below the list.
+inline constexpr int headerHeight = 45;
+inline constexpr int logBarHeight = 30;
+inline constexpr int openedLogHeight = 112;
+inline constexpr int barPadding = 12;
 
 /// Menus.
 inline constexpr int menuRowHeight = 22;

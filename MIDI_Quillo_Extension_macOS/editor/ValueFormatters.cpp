@@ -14,6 +14,7 @@ namespace quillo {
 static_assert(MyFormatter<VelocityFormatter>);
 static_assert(MyFormatter<ContollerValueFormatter>);
 static_assert(MyFormatter<PressureValueFormatter>);
+static_assert(MyFormatter<BankFormatter>);
 static_assert(MyFormatter<PitchValueFormatter>);
 static_assert(MyFormatter<DelayValueFormatter>);
 static_assert(MyFormatter<TriggerValueFormatter>);
@@ -81,6 +82,14 @@ std::string PressureValueFormatter::format(Value value) const {
 
 std::uint8_t PressureValueFormatter::parse(std::string_view text) const {
     return parseDataByte(text);
+}
+
+std::string BankFormatter::format(Value value) const {
+    return std::to_string(value);
+}
+
+std::uint8_t BankFormatter::parse(std::string_view text) const {
+    return parseClamped<std::uint8_t>(text, 0, greatestDataByte);
 }
 
 std::string PitchValueFormatter::format(Value value) const {

@@ -38,6 +38,14 @@ struct PressureValueFormatter {
     bool operator==(const PressureValueFormatter&) const = default;
 };
 
+/// A bank, 0 to 127. Unreadable text is 0 and larger numbers are 127.
+struct BankFormatter {
+    using Value = std::uint8_t;
+    [[nodiscard]] std::string format(Value value) const;
+    [[nodiscard]] Value parse(std::string_view text) const;
+    bool operator==(const BankFormatter&) const = default;
+};
+
 /// A position of the pitch wheel, 0 to 16383. Unreadable text is the centre, 8192, and larger numbers are
 /// 16383.
 struct PitchValueFormatter {

@@ -92,6 +92,18 @@ TEST(PressureValueFormatter, ReadsAndClampsLikeAVelocity) {
     expectAlwaysValid<PressureValueFormatter>([](std::uint8_t value) { return value <= 127; });
 }
 
+TEST(BankFormatter, ClampsToADataByteAndReadsWhatIsUnreadableAsTheFirstBank) {
+    const BankFormatter formatter;
+    for (unsigned value = 0; value <= 255; ++value) {
+        EXPECT_EQ(formatter.parse(std::to_string(value)), std::min(value, 127U));
+    }
+    for (const auto* text : {"", "x", "-1", "256"}) {
+        EXPECT_EQ(formatter.parse(text), 0) << text;
+    }
+    EXPECT_EQ(formatter.format(7), "7");
+    expectAlwaysValid<BankFormatter>([](std::uint8_t value) { return value <= 127; });
+}
+
 TEST(PitchValueFormatter, EveryPitchComesBackAndLargerNumbersAreTheTop) {
     const PitchValueFormatter formatter;
     for (unsigned value = 0; value <= 65535; ++value) {

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/AlertView.hpp"
+
+#include <algorithm>
+#include <utility>
+
+#include "editor/Fonts.hpp"
+#include "editor/Style.hpp"
+
+namespace quillo {
+
+namespace {
+
+constexpr int widest = 360;
+constexpr int margin = 14;
+constexpr int titleHeight = 26;
+constexpr int lineHeight = 16;
+
+}  // namespace
+
+AlertView::AlertView(juce::String message, std::function<void()> onOK)
+    : message_(std::move(message)), onOK_(std::move(onOK)), ok_("OK", [this] { onOK_(); }) {
+    setTitle("Error");
+    setWantsKeyboardFocus(true);
+    text_.setMultiLine(true);
+    text_.setReadOnly(true);
+    text_.setCaretVisible(false);
+    text_.setScrollbarsShown(true);
+    text_.setWantsKeyboardFocus(false);
+    text_.setFont(textFont(style::valueText));
+    for (const auto colour : {juce::TextEditor::backgroundColourId, juce::TextEditor::outlineColourId,
+                              juce::TextEditor::focusedOutlineColourId, juce::TextEditor::shadowColourId}) {
+        text_.setColour(colour, juce::Colours::transparentBlack);
+    }
+    text_.setText(message_, false);
+    addAndMakeVisible(text_);
+    addAndMakeVisible(ok_);
+}
+
+juce::Rectangle<int> AlertView::panel() const {
+    const auto width = std::min(widest, getWidth() - 2 * margin);
+    const auto inside = std::max(1, width - 2 * margin);
+    const auto lines = 1 + textWidth(message_, style::valueText) / inside + message_.retainCharacters("\n").length();
+    const auto height = titleHeight + (lines + 1) * lineHeight + style::buttonHeight + 3 * margin;
+    return getLocalBounds().withSizeKeepingCentre(width, std::min(height, getHeight() - margin));
+}
+
+void AlertView::parentHierarchyChanged() {
+    const auto palette = environment<PaletteKey>(*this);
+    set<MyBackground>(style::lifted(palette.background, style::menuLift));
+    set<MyPrimaryColor>(palette.primaryText);
+    set<MySecondaryColor>(palette.secondaryText);
+    text_.applyColourToAllText(displayColour(palette.primaryText));
+}
+
+void AlertView::resized() {
+    auto area = panel().reduced(margin);
+    area.removeFromTop(titleHeight);
+    auto buttons = area.removeFromBottom(style::buttonHeight);
+    ok_.setBounds(buttons.removeFromRight(std::min(buttons.getWidth(), std::max(60, ok_.preferredWidth()))));
+    area.removeFromBottom(margin / 2);
+    text_.setBounds(area);
+}
+
+void AlertView::paint(juce::Graphics& graphics) {
+    const auto palette = environment<PaletteKey>(*this);
+    graphics.fillAll(juce::Colours::black.withAlpha(0.5F));
+    const auto area = panel().toFloat();
+    graphics.setColour(displayColour(environment<MyBackground>(*this)));
+    graphics.fillRoundedRectangle(area, style::cardCorner);
+    graphics.setColour(displayColour(palette.borders));
+    graphics.drawRoundedRectangle(area.reduced(0.5F), style::cardCorner, 1);
+    graphics.setColour(displayColour(palette.primaryText));
+    graphics.setFont(textFont(style::titleText, true));
+    graphics.drawText("Error", panel().reduced(margin).removeFromTop(titleHeight), juce::Justification::topLeft, true);
+}
+
+bool AlertView::keyPressed(const juce::KeyPress& key) {
+    if (key == juce::KeyPress::returnKey || key == juce::KeyPress::spaceKey || key == juce::KeyPress::escapeKey) {
+        const auto onOK = onOK_;
+        onOK();
+    }
+    return true;
+}
+
+std::unique_ptr<juce::AccessibilityHandler> AlertView::createAccessibilityHandler() {
+    return std::make_unique<juce::AccessibilityHandler>(*this, juce::AccessibilityRole::dialogWindow);
+}
+
+}  // namespace quillo

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include "editor/Environment.hpp"
+#include "editor/MyTextButton.hpp"
+
+namespace quillo {
+
+/// An alert titled "Error", inside the editor's window. It covers the editor, and goes away by its button "OK"
+/// only: clicked, or by Return, Space or Escape. [main] only.
+class AlertView final : public juce::Component, public EnvironmentScope {
+public:
+    AlertView(juce::String message, std::function<void()> onOK);
+
+    [[nodiscard]] const juce::String& message() const { return message_; }
+    [[nodiscard]] MyTextButton& okButton() { return ok_; }
+
+    void paint(juce::Graphics& graphics) override;
+    void resized() override;
+    bool keyPressed(const juce::KeyPress& key) override;
+    void parentHierarchyChanged() override;
+    std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
+
+private:
+    [[nodiscard]] juce::Rectangle<int> panel() const;
+
+    juce::String message_;
+    std::function<void()> onOK_;
+    MyTextButton ok_;
+    juce::TextEditor text_;
+};
+
+}  // namespace quillo

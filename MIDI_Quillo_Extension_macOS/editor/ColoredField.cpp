@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/ColoredField.hpp"
+
+#include <utility>
+
+namespace quillo {
+
+ColoredField::ColoredField(std::unique_ptr<FieldView> field, const ColorPair& colors, int leastWidth)
+    : field_(std::move(field)), leastWidth_(leastWidth) {
+    set<MyPrimaryColor>(colors.primary);
+    set<MySecondaryColor>(colors.secondary);
+    addAndMakeVisible(*field_);
+}
+
+void ColoredField::resized() {
+    field_->setBounds(getLocalBounds());
+}
+
+}  // namespace quillo

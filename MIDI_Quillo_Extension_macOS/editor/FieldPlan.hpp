@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include "editor/Binding.hpp"
+#include "editor/ColoredField.hpp"
+#include "editor/MyPicker.hpp"
+#include "editor/MyTextInput.hpp"
+#include "rules/MIDIVocabulary.hpp"
+
+/// The fields of a card are planned before they are made: a plan knows the field's size, so that the height of a
+/// card is known for a thousand rules of which only a few are ever drawn, and makes the field when it is needed.
+namespace quillo {
+
+struct FieldPlan {
+    juce::String caption;
+    juce::String text;  ///< what the field shows now
+    bool chevron = false;
+    int leastWidth = 0;
+    ColorPair colors;
+    std::function<std::unique_ptr<FieldView>()> make;
+
+    [[nodiscard]] juce::Point<int> size() const {
+        const auto width = FieldView::preferredWidth(caption, text, chevron);
+        return {std::max(width, leastWidth), FieldView::preferredHeight(caption.isNotEmpty())};
+    }
+};
+
+using FieldPlans = std::vector<FieldPlan>;
+
+[[nodiscard]] inline juce::String juceText(std::string_view utf8) {
+    return juce::String::fromUTF8(utf8.data(), static_cast<int>(utf8.size()));
+}
+
+/// A picker over `menu`; a value that is not in it is shown as `other` says.
+template <class Value>
+FieldPlan pickerPlan(const juce::String& caption, const ColorPair& colors, Menu<Value> menu,
+                     Binding<Value> selection, std::function<juce::String(const Value&)> other = {}) {
+    const auto value = selection.get();
+    const auto row = std::find_if(menu.begin(), menu.end(), [&](const auto& item) { return item.value == value; });
+    juce::String text;
+    if (row != menu.end()) {
+        text = juceText(row->label);
+    } else if (other) {
+        text = other(value);
+    }
+    return {caption, text, true, 0, colors,
+            [caption, menu = std::move(menu), selection = std::move(selection), other = std::move(other)] {
+                return std::make_unique<MyPicker<Value>>(caption, menu, selection, other);
+            }};
+}
+
+/// A text input whose text goes through `Formatter`.
+template <class Formatter>
+FieldPlan inputPlan(const juce::String& caption, const ColorPair& colors,
+                    Binding<typename Formatter::Value> value, const juce::String& prompt,
+                    Menu<typename Formatter::Value> options = {}) {
+    const auto text = juceText(Formatter().format(value.get()));
+    return {caption, text.isEmpty() ? prompt : text, !options.empty(), 0, colors,
+            [caption, prompt, value = std::move(value), options = std::move(options)] {
+                return std::make_unique<MyTextInput<Formatter>>(caption, value, prompt, options);
+            }};
+}
+
+/// A field of an entry, read and written through the binding of the whole entry.
+template <class Entry, class Value>
+Binding<Value> fieldBinding(const Binding<Entry>& entry, Value Entry::*field) {
+    return {[entry, field] { return entry.get().*field; },
+            [entry, field](Value value) {
+                auto changed = entry.get();
+                changed.*field = std::move(value);
+                entry.set(std::move(changed));
+            }};
+}
+
+}  // namespace quillo

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include "editor/Environment.hpp"
+#include "editor/MyIconButton.hpp"
+#include "editor/MyTextButton.hpp"
+#include "editor/RuleListEditor.hpp"
+
+namespace quillo {
+
+/// What the header's buttons do.
+struct HeaderActions {
+    std::function<void()> onImport;
+    std::function<void()> onExport;
+    std::function<void()> onOpenURL;
+};
+
+/// The bar at the top: the logo, import and export, undo and redo, "Docs / Donate" and the version. In a narrow
+/// editor all but import and export move into a menu. [main] only.
+class Header final : public juce::Component, public EnvironmentScope {
+public:
+    Header(RuleListEditor& editor, HeaderActions actions);
+
+    /// What can be undone and redone may have changed.
+    void refresh();
+
+    [[nodiscard]] MyIconButton& importButton() { return import_; }
+    [[nodiscard]] MyIconButton& exportButton() { return export_; }
+    [[nodiscard]] MyIconButton& undoButton() { return undo_; }
+    [[nodiscard]] MyIconButton& redoButton() { return redo_; }
+    [[nodiscard]] MyTextButton& docsButton() { return docs_; }
+    [[nodiscard]] MyIconButton& moreButton() { return more_; }
+
+    void resized() override;
+    void paint(juce::Graphics& graphics) override;
+    void parentHierarchyChanged() override;
+
+private:
+    void openMore();
+    [[nodiscard]] juce::Rectangle<int> versionArea() const;
+
+    RuleListEditor& editor_;
+    HeaderActions actions_;
+    MyIconButton import_;
+    MyIconButton export_;
+    MyIconButton undo_;
+    MyIconButton redo_;
+    MyTextButton docs_;
+    MyIconButton more_;
+};
+
+}  // namespace quillo

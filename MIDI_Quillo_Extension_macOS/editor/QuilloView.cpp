@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/QuilloView.hpp"
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <utility>
+
+#include "editor/AlertView.hpp"
+#include "editor/FieldPlan.hpp"
+#include "editor/FileOverlay.hpp"
+#include "editor/Fonts.hpp"
+#include "editor/NewRuleSelector.hpp"
+#include "editor/PresetExchange.hpp"
+#include "editor/Style.hpp"
+
+namespace quillo {
+
+namespace {
+
+constexpr int noticeMargin = 24;
+
+/// The page of the program's makers.
+juce::URL makersPage() {
+    return juce::URL(QUILLO_HOMEPAGE);
+}
+
+std::filesystem::path pathOf(const juce::File& file) {
+    return {file.getFullPathName().toStdString()};
+}
+
+}  // namespace
+
+QuilloView::QuilloView(std::shared_ptr<QuilloModel> model, RuleListEditor::OnRulesChanged onRulesChanged,
+                       RuleListEditor::OnInstantMessageClick onInstantMessageClick)
+    : OverlayHost(static_cast<juce::Component&>(*this)), model_(std::move(model)),
+      editor_(model_, std::move(onRulesChanged), std::move(onInstantMessageClick)),
+      header_(editor_, {[this] { showImporter(); }, [this] { showExporter(); },
+                        [] { makersPage().launchInDefaultBrowser(); }}),
+      logger_(model_, [this] { resized(); }),
+      lastPreset_(juce::File::getSpecialLocation(juce::File::userHomeDirectory)
+                      .getChildFile(juce::String(defaultPresetName) + presetFileExtension)),
+      rulesObservation_(model_->observeRules([this] { rulesChanged(); })),
+      alertObservation_(editor_.observeAlert([this] { showAlert(); })), tooltips_(this) {
+    setLookAndFeel(&lookAndFeel_);
+    setTitle("MIDI Quillo");
+    set<PaletteKey>(Palette());
+    set<MySizeCategoryKey>(MySizeCategory::medium);
+    setFocusContainerType(FocusContainerType::keyboardFocusContainer);
+    list_.makeRow = [this](const UUID& id) -> std::unique_ptr<juce::Component> { return makeCard(id); };
+    list_.heightOfRow = [this](const UUID& id, int width) {
+        const auto* rule = entry(id);
+        return rule != nullptr ? RuleView::heightFor(*rule, width) : 0;
+    };
+    list_.onMove = [this](const UUID& id, std::size_t position) { editor_.move(id, position); };
+    list_.setFooter(std::make_unique<NewRuleSelector>([this](const MIDIRuleType& type) { addRule(type); }),
+                    [](int /*width*/) { return NewRuleSelector::preferredHeight(); });
+    addAndMakeVisible(header_);
+    addAndMakeVisible(list_);
+    addAndMakeVisible(logger_);
+    setSize(500, 250);
+    rulesChanged();
+}
+
+QuilloView::~QuilloView() {
+    closeOverlay();
+    setLookAndFeel(nullptr);
+}
+
+const RuleEntry* QuilloView::entry(const UUID& id) const {
+    const auto found = std::ranges::find(editor_.rules(), id, &RuleEntryIdentifiable::id);
+    return found != editor_.rules().end() ? &found->rule : nullptr;
+}
+
+RuleView* QuilloView::card(const UUID& id) const {
+    return dynamic_cast<RuleView*>(list_.row(id));
+}
+
+std::unique_ptr<RuleView> QuilloView::makeCard(const UUID& id) {
+    const Binding<RuleEntry> data(
+        [this, id] {
+            const auto* rule = entry(id);
+            return rule != nullptr ? *rule : RuleEntry();
+        },
+        [this, id](RuleEntry rule) {
+            if (const auto* before = entry(id)) {
+                const auto field = changedField(*before, rule);
+                editor_.edit(id, std::move(rule), field);
+            }
+        });
+    return std::make_unique<RuleView>(
+        data, RuleViewActions{[this, id](TriggerEntryType type) { editor_.changeTriggerType(id, type); },
+                              [this, id](const MIDIRuleType& type) { changeOutputType(id, type); },
+                              [this, id] { editor_.duplicate(id); }, [this, id] { editor_.remove(id); },
+                              [this, id] { editor_.send(id); }});
+}
+
+/// A shortcut of the menu is a control change with its controller and the value 0.
+void QuilloView::changeOutputType(const UUID& id, const MIDIRuleType& type) {
+    if (const auto* output = type.getIf<MIDIRuleType::OutputType>()) {
+        editor_.changeOutputType(id, output->type);
+        return;
+    }
+    const auto* current = entry(id);
+    if (current == nullptr) {
+        return;
+    }
+    const auto shortCut = defaultEntry(type, 0).output;
+    auto changed = *current;
+    changed.output.type = shortCut.type;
+    changed.output.controller = shortCut.controller;
+    changed.output.controllerValue = shortCut.controllerValue;
+    editor_.edit(id, std::move(changed));
+}
+
+void QuilloView::addRule(const MIDIRuleType& type) {
+    editor_.add(type);
+    if (!editor_.rules().empty()) {
+        list_.scrollTo(editor_.rules().back().id);
+    }
+}
+
+/// Cards stay with their rules; only those whose rule is another one than before are refreshed.
+void QuilloView::rulesChanged() {
+    const auto before = std::exchange(shown_, editor_.rules());
+    std::map<UUID, const RuleEntry*> shownBefore;
+    for (const auto& element : before) {
+        shownBefore.emplace(element.id, &element.rule);
+    }
+    std::vector<UUID> ids;
+    ids.reserve(shown_.size());
+    for (const auto& element : shown_) {
+        ids.push_back(element.id);
+    }
+    if (ids != list_.items()) {
+        list_.setItems(std::move(ids));
+    }
+    for (const auto& element : shown_) {
+        const auto found = shownBefore.find(element.id);
+        if (found != shownBefore.end() && !(*found->second == element.rule)) {
+            if (auto* changed = card(element.id)) {
+                changed->refresh();
+            }
+            list_.refreshRow(element.id);
+        }
+    }
+    header_.refresh();
+    list_.setVisible(!editor_.whyNotEditable());
+    repaint();
+}
+
+void QuilloView::showAlert() {
+    if (const auto& message = editor_.alertErrorMessage()) {
+        showOverlay(std::make_unique<AlertView>(juceText(*message), [this] { editor_.dismissAlert(); }));
+    } else {
+        closeOverlay();
+    }
+}
+
+void QuilloView::showImporter() {
+    showOverlay(std::make_unique<FileOverlay>(
+        FileOverlay::Mode::open, lastPreset_.getParentDirectory(),
+        [this](const juce::File& file) {
+            lastPreset_ = file;
+            closeOverlay();
+            importPresetFile(pathOf(file), editor_);
+        },
+        [this] { closeOverlay(); }));
+}
+
+void QuilloView::showExporter() {
+    showOverlay(std::make_unique<FileOverlay>(
+        FileOverlay::Mode::save, lastPreset_,
+        [this](const juce::File& file) {
+            lastPreset_ = file;
+            closeOverlay();
+            exportPresetFile(pathOf(file), editor_);
+        },
+        [this] { closeOverlay(); }));
+}
+
+void QuilloView::resized() {
+    set<MySizeCategoryKey>(sizeCategory(getWidth()));
+    auto area = getLocalBounds();
+    header_.setBounds(area.removeFromTop(style::headerHeight));
+    header_.resized();
+    const auto logHeight = std::min(logger_.preferredHeight(), std::max(style::logBarHeight, area.getHeight() / 2));
+    logger_.setBounds(area.removeFromBottom(logHeight));
+    list_.setBounds(area);
+}
+
+void QuilloView::paint(juce::Graphics& graphics) {
+    const auto palette = environment<PaletteKey>(*this);
+    graphics.fillAll(displayColour(palette.background));
+    if (const auto& reason = editor_.whyNotEditable()) {
+        graphics.setColour(displayColour(palette.primaryText));
+        graphics.setFont(textFont(style::valueText));
+        graphics.drawFittedText(juceText(*reason), list_.getBounds().reduced(noticeMargin),
+                                juce::Justification::centred, 10);
+    }
+}
+
+bool QuilloView::keyPressed(const juce::KeyPress& key) {
+    const auto is = [&key](juce::juce_wchar character, int modifiers) {
+        return key == juce::KeyPress(character, juce::ModifierKeys(modifiers), 0);
+    };
+    const int command = juce::ModifierKeys::commandModifier;
+    if (is('z', command)) {
+        editor_.undo();
+        return true;
+    }
+    if (is('z', command | juce::ModifierKeys::shiftModifier) || is('y', command)) {
+        editor_.redo();
+        return true;
+    }
+    return false;
+}
+
+bool QuilloView::isInterestedInFileDrag(const juce::StringArray& files) {
+    return files.size() == 1;
+}
+
+void QuilloView::filesDropped(const juce::StringArray& files, int /*x*/, int /*y*/) {
+    const juce::File file(files[0]);
+    lastPreset_ = file;
+    importPresetFile(pathOf(file), editor_);
+}
+
+}  // namespace quillo

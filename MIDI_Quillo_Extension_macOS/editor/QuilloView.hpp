@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include "audiounit/QuilloModel.hpp"
+#include "editor/EditorLookAndFeel.hpp"
+#include "editor/Environment.hpp"
+#include "editor/Header.hpp"
+#include "editor/InOutLogger.hpp"
+#include "editor/MyDragAndDropForEach.hpp"
+#include "editor/OverlayHost.hpp"
+#include "editor/RuleListEditor.hpp"
+#include "editor/RuleView.hpp"
+
+namespace quillo {
+
+/// The editor: a header, the list of rule cards with the way to add rules, and the logs. It observes the model,
+/// hands every change of the list to `onRulesChanged` as rules, and "Send" to `onInstantMessageClick`. Menus, the
+/// alert and the file browser open inside it. Ctrl+Z and Ctrl+Shift+Z or Ctrl+Y undo and redo. A preset file
+/// dropped on it is imported. Whoever owns the window drains the main queue. [main] only.
+class QuilloView final : public juce::Component,
+                         public EnvironmentScope,
+                         public OverlayHost,
+                         public juce::FileDragAndDropTarget {
+public:
+    QuilloView(std::shared_ptr<QuilloModel> model, RuleListEditor::OnRulesChanged onRulesChanged,
+               RuleListEditor::OnInstantMessageClick onInstantMessageClick);
+    ~QuilloView() override;
+
+    [[nodiscard]] RuleListEditor& editor() { return editor_; }
+    [[nodiscard]] Header& header() { return header_; }
+    [[nodiscard]] MyDragAndDropForEach& list() { return list_; }
+    [[nodiscard]] InOutLogger& logger() { return logger_; }
+    /// The card of a rule, or null while it is out of sight.
+    [[nodiscard]] RuleView* card(const UUID& id) const;
+
+    void showImporter();
+    void showExporter();
+
+    void resized() override;
+    void paint(juce::Graphics& graphics) override;
+    bool keyPressed(const juce::KeyPress& key) override;
+    bool isInterestedInFileDrag(const juce::StringArray& files) override;
+    void filesDropped(const juce::StringArray& files, int x, int y) override;
+
+private:
+    std::unique_ptr<RuleView> makeCard(const UUID& id);
+    [[nodiscard]] const RuleEntry* entry(const UUID& id) const;
+    void changeOutputType(const UUID& id, const MIDIRuleType& type);
+    void addRule(const MIDIRuleType& type);
+    void rulesChanged();
+    void showAlert();
+
+    EditorLookAndFeel lookAndFeel_;
+    std::shared_ptr<QuilloModel> model_;
+    RuleListEditor editor_;
+    Header header_;
+    MyDragAndDropForEach list_;
+    InOutLogger logger_;
+    RuleList shown_;         ///< the list as the cards show it
+    juce::File lastPreset_;  ///< where the file browser starts
+    Observation rulesObservation_;
+    Observation alertObservation_;
+    juce::TooltipWindow tooltips_;
+};
+
+}  // namespace quillo

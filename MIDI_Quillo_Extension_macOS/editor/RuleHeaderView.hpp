@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "editor/Binding.hpp"
+#include "editor/MyTextInputImpl.hpp"
+#include "editor/ValueFormatters.hpp"
+
+namespace quillo {
+
+/// The name of a rule, as the title of its card. It is typed into like any other field. [main] only.
+class RuleHeaderView final : public MyTextInputImpl {
+public:
+    explicit RuleHeaderView(Binding<std::string> name);
+
+    [[nodiscard]] juce::String shownText() const override;
+    [[nodiscard]] bool hasChevron() const override { return false; }
+    juce::String getTooltip() override;
+
+    void paint(juce::Graphics& graphics) override;
+
+protected:
+    void paintValue(juce::Graphics& graphics) override;
+    void takeText(const juce::String& text) override;
+    bool takeSteps(int steps) override;
+    [[nodiscard]] std::vector<juce::String> optionLabels() const override { return {}; }
+    [[nodiscard]] std::optional<std::size_t> currentOption() const override { return std::nullopt; }
+    void pickOption(std::size_t /*option*/) override {}
+
+private:
+    Binding<std::string> name_;
+    NameFormatter format_;
+};
+
+}  // namespace quillo

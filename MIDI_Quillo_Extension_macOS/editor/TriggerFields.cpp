@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/TriggerFields.hpp"
+
+#include <string>
+
+#include "editor/ValueFormatters.hpp"
+
+namespace quillo {
+
+namespace {
+
+/// The editors of single fields, each bound to its field and coloured from the palette.
+class TriggerFieldPlanner {
+public:
+    TriggerFieldPlanner(const Binding<RuleTriggerEntry>& data, const Palette& palette)
+        : data_(data), palette_(palette) {}
+
+    [[nodiscard]] FieldPlan triggerTypeView(const std::function<void(TriggerEntryType)>& onChange) const {
+        const Binding<TriggerEntryType> type([data = data_] { return data.get().type; }, onChange);
+        return pickerPlan("Type", triggerColors(), triggerTypeMenu(), type);
+    }
+
+    [[nodiscard]] FieldPlan triggerChannelView() const {
+        return pickerPlan<TriggerValueV2>(
+            juceText(channelCaption), {palette_.channelInput, palette_.channelInputSecondaryColor},
+            triggerChannelMenu(), fieldBinding(data_, &RuleTriggerEntry::channel), [](const TriggerValueV2& value) {
+                return juceText(channelLabel(value.getIf<TriggerValueV2::Value>()->value));
+            });
+    }
+
+    [[nodiscard]] FieldPlan triggerNoteView() const {
+        return pickerPlan<TriggerValueV2>("Note", byte2Colors(), triggerNoteMenu(),
+                                          fieldBinding(data_, &RuleTriggerEntry::note), [](const TriggerValueV2& value) {
+                                              return juceText(TriggerValueFormatter().format(value));
+                                          });
+    }
+
+    [[nodiscard]] FieldPlan triggerControlChangeView() const {
+        return pickerPlan<std::uint8_t>("Controller", byte2Colors(), controllerMenu(),
+                                        fieldBinding(data_, &RuleTriggerEntry::controller),
+                                        [](const std::uint8_t& value) { return juce::String(int{value}); });
+    }
+
+    [[nodiscard]] FieldPlan triggerControlChangeValueView() const {
+        return valueOrAny(juceText(valueCaption), &RuleTriggerEntry::controllerValue);
+    }
+
+    [[nodiscard]] FieldPlan triggerProgramView() const {
+        return valueOrAny("Program", &RuleTriggerEntry::program);
+    }
+
+    [[nodiscard]] FieldPlan passthroughView() const {
+        return pickerPlan("Incoming", triggerColors(), passThroughMenu(),
+                          fieldBinding(data_, &RuleTriggerEntry::passThrough));
+    }
+
+private:
+    [[nodiscard]] FieldPlan valueOrAny(const juce::String& caption, TriggerValueV2 RuleTriggerEntry::*field) const {
+        return inputPlan<TriggerValueFormatter>(
+            caption, {palette_.midi3dByteInput, palette_.midi3dByteInputSecondaryColor}, fieldBinding(data_, field),
+            juceText(anyLabel), {{TriggerValueV2::AnyValue{}, std::string(anyLabel)}});
+    }
+
+    [[nodiscard]] ColorPair triggerColors() const {
+        return {palette_.triggerInput, palette_.triggerInputSecondaryColor};
+    }
+    [[nodiscard]] ColorPair byte2Colors() const {
+        return {palette_.midi2dByteInput, palette_.midi2dByteInputSecondaryColor};
+    }
+
+    Binding<RuleTriggerEntry> data_;
+    Palette palette_;
+};
+
+}  // namespace
+
+FieldPlans triggerFields(const Binding<RuleTriggerEntry>& data, const Palette& palette,
+                         const std::function<void(TriggerEntryType)>& onTriggerTypeChange) {
+    const TriggerFieldPlanner plan(data, palette);
+    const auto type = plan.triggerTypeView(onTriggerTypeChange);
+    switch (data.get().type) {
+    case TriggerEntryType::OnLoad:
+        return {type};
+    case TriggerEntryType::NoteOn:
+    case TriggerEntryType::NoteOff:
+        return {type, plan.triggerChannelView(), plan.triggerNoteView(), plan.passthroughView()};
+    case TriggerEntryType::ControlChange:
+        return {type, plan.triggerChannelView(), plan.triggerControlChangeView(),
+                plan.triggerControlChangeValueView(), plan.passthroughView()};
+    case TriggerEntryType::ProgramChange:
+        return {type, plan.triggerChannelView(), plan.triggerProgramView(), plan.passthroughView()};
+    case TriggerEntryType::MIDIStart:
+    case TriggerEntryType::MIDIContinue:
+    case TriggerEntryType::MIDIStop:
+    case TriggerEntryType::HostStart:
+    case TriggerEntryType::HostContinue:
+    case TriggerEntryType::HostStop:
+        break;
+    }
+    return {type, plan.passthroughView()};
+}
+
+}  // namespace quillo

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "rules/Rule.hpp"
+
+namespace quillo {
+
+/// A few rules that show what cards look like.
+[[nodiscard]] std::vector<Rule> demoRules();
+
+/// The demo rules over and over, as many as asked for, each under its number.
+[[nodiscard]] std::vector<Rule> manyRules(std::size_t count);
+
+}  // namespace quillo

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Draws the editor's views to PNG files, without a display.
+#include <exception>
+#include <iostream>
+#include <string>
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include "editor/Fonts.hpp"
+#include "hosts/editor/DemoRules.hpp"
+#include "hosts/editor/Desk.hpp"
+#include "rules/MIDIRuleType.hpp"
+
+namespace {
+
+using namespace quillo;
+
+constexpr int exitUsage = 64;
+constexpr int exitSoftware = 70;
+constexpr int exitCannotCreate = 73;
+
+/// Writes pictures into a folder and says so.
+class Photographer {
+public:
+    explicit Photographer(const juce::File& folder) : folder_(folder) {}
+
+    void take(juce::Component& view, const juce::String& name, float scale = 2) {
+        const auto image = view.createComponentSnapshot(view.getLocalBounds(), true, scale);
+        const auto file = folder_.getChildFile(name + ".png");
+        juce::FileOutputStream stream(file);
+        stream.setPosition(0);
+        stream.truncate();
+        if (!stream.openedOk() || !juce::PNGImageFormat().writeImageToStream(image, stream)) {
+            throw std::runtime_error("cannot write " + file.getFullPathName().toStdString());
+        }
+        std::cout << file.getFullPathName() << '\n';
+    }
+
+private:
+    juce::File folder_;
+};
+
+void play(Desk& desk) {
+    desk.render(512, {{0x90, 60, 100}, {0x80, 60, 0}});
+    desk.render(512, {{0xB0, 1, 64}, {0xF8}});
+    desk.drain();
+}
+
+void showSizes(Photographer& photographer) {
+    Desk desk(demoRules());
+    play(desk);
+    desk.view().setSize(500, 250);
+    photographer.take(desk.view(), "editor-500x250");
+    desk.view().setSize(500, 600);
+    photographer.take(desk.view(), "editor-500x600");
+    desk.view().setSize(200, 200);
+    photographer.take(desk.view(), "editor-200x200");
+    desk.view().setSize(320, 480);
+    photographer.take(desk.view(), "editor-320x480");
+    desk.view().setSize(820, 640);
+    desk.view().logger().toggle();
+    photographer.take(desk.view(), "editor-820x640-logs");
+}
+
+void showOverlays(Photographer& photographer) {
+    Desk desk(demoRules());
+    desk.view().setSize(500, 400);
+    desk.view().editor().alert("P.json: rules[3].trigger.MessageBased: missing key \"passTrough\"");
+    photographer.take(desk.view(), "alert");
+    desk.view().editor().dismissAlert();
+    auto* card = desk.view().card(desk.view().editor().rules()[0].id);
+    dynamic_cast<MyPickerImpl&>(card->trigger().fields()[2]->field()).openMenu();
+    photographer.take(desk.view(), "picker");
+    desk.view().closeOverlay();
+    desk.view().showExporter();
+    photographer.take(desk.view(), "export");
+}
+
+void showCards(Photographer& photographer) {
+    std::vector<Rule> rules;
+    for (const auto& item : outputTypeMenu()) {
+        rules.push_back(ruleFromEntry(defaultEntry(item.value, static_cast<std::int64_t>(rules.size()) + 1)));
+    }
+    for (const auto& item : triggerTypeMenu()) {
+        auto entry = defaultEntry(OutputEntryType::NoteOn, static_cast<std::int64_t>(rules.size()) + 1);
+        entry.trigger.type = item.value;
+        rules.push_back(ruleFromEntry(entry));
+    }
+    Desk desk(rules);
+    desk.view().setSize(640, 3200);
+    photographer.take(desk.view(), "cards", 1);
+}
+
+void showMany(Photographer& photographer) {
+    Desk desk(manyRules(1000));
+    desk.view().setSize(500, 600);
+    desk.view().list().scrollTo(desk.view().editor().rules()[500].id);
+    photographer.take(desk.view(), "thousand");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::cerr << "Usage: quillo-shots FOLDER\n";
+        return exitUsage;
+    }
+    const juce::ScopedJuceInitialiser_GUI juce;
+    if (const auto problem = requireTypefaces(); problem.isNotEmpty()) {
+        std::cerr << problem << '\n';
+        return exitSoftware;
+    }
+    const auto folder = juce::File::getCurrentWorkingDirectory().getChildFile(argv[1]);
+    if (!folder.createDirectory()) {
+        std::cerr << "cannot make the folder " << folder.getFullPathName() << '\n';
+        return exitCannotCreate;
+    }
+    try {
+        Photographer photographer(folder);
+        showSizes(photographer);
+        showOverlays(photographer);
+        showCards(photographer);
+        showMany(photographer);
+    } catch (const std::exception& error) {
+        std::cerr << error.what() << '\n';
+        return exitSoftware;
+    }
+    return 0;
+}
