@@ -21,6 +21,9 @@ constexpr float wheelDistance = 240;
 constexpr int edge = 40;
 constexpr int framesPerSecond = 60;
 
+/// The dragged row lets a little of what lies below it through.
+constexpr float liftedAlpha = 0.9F;
+
 /// Points to scroll in a frame while the pointer is at `y`.
 int edgeSpeed(int y, int height) {
     const auto zone = std::min(edge, height / 4);
@@ -346,21 +349,28 @@ void MyDragAndDropForEach::move(const MyDragAndDropDropDelegate& delegate) {
 }
 
 void MyDragAndDropForEach::paintOverChildren(juce::Graphics& graphics) {
-    if (!drag_) {
-        return;
+    if (drag_) {
+        paintLiftedRow(graphics);
+        paintInsertionLine(graphics);
     }
-    const auto palette = environment<PaletteKey>(*this);
+}
+
+void MyDragAndDropForEach::paintLiftedRow(juce::Graphics& graphics) {
     const auto position = positionOf(drag_->delegate.draggedItem);
     const auto height = geometry_.bottom(*position) - geometry_.top(*position);
     const juce::Rectangle<int> lifted(style::listMargin, drag_->point.y - drag_->grip, rowWidth(), height);
+    juce::DropShadow(juce::Colours::black.withAlpha(0.5F), 12, {0, 3}).drawForRectangle(graphics, lifted);
+    graphics.setOpacity(liftedAlpha);
+    graphics.drawImage(drag_->picture, lifted.toFloat());
+}
+
+void MyDragAndDropForEach::paintInsertionLine(juce::Graphics& graphics) {
     if (drag_->delegate.newPosition(items_)) {
         const auto y = static_cast<float>(geometry_.gapCentre(drag_->delegate.gap) - scroll_);
-        graphics.setColour(displayColour(palette.channelInput));
-        graphics.fillRoundedRectangle(static_cast<float>(style::listMargin), y - 1,
-                                      static_cast<float>(rowWidth()), 2, 1);
+        const auto left = static_cast<float>(style::listMargin);
+        graphics.setColour(displayColour(environment<PaletteKey>(*this).channelInput));
+        graphics.fillRoundedRectangle(left, y - 1.5F, static_cast<float>(rowWidth()), 3, 1.5F);
     }
-    graphics.setOpacity(0.8F);
-    graphics.drawImage(drag_->picture, lifted.toFloat());
 }
 
 std::unique_ptr<juce::AccessibilityHandler> MyDragAndDropForEach::createAccessibilityHandler() {

@@ -112,6 +112,8 @@ private:
     void showRow(std::size_t position);
     void move(const MyDragAndDropDropDelegate& delegate);
     void endDrag();
+    void paintLiftedRow(juce::Graphics& graphics);
+    void paintInsertionLine(juce::Graphics& graphics);
     void scrollToSee(int top, int bottom);
     [[nodiscard]] std::optional<std::size_t> positionOf(const UUID& item) const;
     [[nodiscard]] int contentHeight() const;

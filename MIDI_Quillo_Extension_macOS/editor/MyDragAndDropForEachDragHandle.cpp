@@ -25,7 +25,7 @@ void MyDragAndDropForEachDragHandle::paint(juce::Graphics& graphics) {
     const auto area = getLocalBounds().toFloat();
     drawIcon(graphics, IconName::dragHandle, area.withSizeKeepingCentre(style::iconSize, style::iconSize),
              displayColour(dragged_ || isMouseOver() ? palette.primaryText : palette.secondaryText));
-    if (hasKeyboardFocus(false)) {
+    if (hasKeyboardFocus(false) && !dragged_) {
         graphics.setColour(displayColour(palette.primaryText));
         graphics.drawRoundedRectangle(area.reduced(2), style::fieldCorner, style::focusRing);
     }

@@ -20,7 +20,7 @@ void MyTextButton::setAccented(bool accented) {
 }
 
 int MyTextButton::preferredWidth() const {
-    return textWidth(getButtonText(), style::valueText) + 2 * style::buttonPadding;
+    return textWidth(getButtonText(), style::buttonText) + 2 * style::buttonPadding;
 }
 
 int MyTextButton::preferredHeight() const {
@@ -53,7 +53,7 @@ void MyTextButton::paintButton(juce::Graphics& graphics, bool hover, bool down) 
     graphics.setColour(borderColour(lit).withMultipliedAlpha(alpha));
     graphics.drawRoundedRectangle(edge, style::buttonCorner, 1);
     graphics.setColour(textColour().withMultipliedAlpha(alpha));
-    graphics.setFont(textFont(style::valueText));
+    graphics.setFont(textFont(style::buttonText));
     graphics.drawText(getButtonText(), getLocalBounds().reduced(style::buttonPadding / 2, 0),
                       juce::Justification::centred, true);
     paintFocusRing(graphics, style::buttonCorner);

@@ -17,6 +17,8 @@ namespace {
 constexpr int pageSteps = 10;
 /// How far a wheel without notches turns for one step.
 constexpr float turnOfStep = 0.1F;
+/// What is typed begins this far in, and so in the place of the value that it replaces.
+constexpr int caretRoom = 1;
 
 }  // namespace
 
@@ -43,6 +45,12 @@ public:
         setColour(highlightColourId, text.withAlpha(0.3F));
         setColour(highlightedTextColourId, text);
         setColour(juce::CaretComponent::caretColourId, text);
+    }
+
+    /// Shows a text with all of it selected and the caret behind it.
+    void showSelected(const juce::String& text) {
+        setText(text, false);
+        setHighlightedRegion({0, text.length()});
     }
 
     bool keyPressed(const juce::KeyPress& key) override {
@@ -99,11 +107,10 @@ void MyTextInputImpl::startTyping() {
     makeTypist();
     editable_ = true;
     textBefore_ = shownText();
-    typist_->setText(textBefore_, false);
     resized();
     typist_->setVisible(true);
     typist_->grabKeyboardFocus();
-    typist_->selectAll();
+    typist_->showSelected(textBefore_);
     repaint();
 }
 
@@ -136,7 +143,7 @@ void MyTextInputImpl::cancelTyping() {
 
 void MyTextInputImpl::resized() {
     if (typist_ != nullptr) {
-        typist_->setBounds(textArea());
+        typist_->setBounds(textArea().withLeft(textArea().getX() - caretRoom));
     }
 }
 
@@ -254,8 +261,7 @@ bool MyTextInputImpl::step(int steps) {
     if (field != nullptr && stepped) {
         if (editable_) {
             textBefore_ = shownText();
-            typist_->setText(textBefore_, false);
-            typist_->selectAll();
+            typist_->showSelected(textBefore_);
         }
         refresh();
     }

@@ -102,17 +102,28 @@ int PopupMenuOverlay::searchHeight() const {
     return typed_.isEmpty() ? 0 : style::menuRowHeight;
 }
 
-juce::Point<int> PopupMenuOverlay::wantedSize() const {
-    const auto rows = std::max(1, static_cast<int>(contents_.labels.size()));
-    const auto marks = style::fieldPadding + style::chevronSize + style::chevronGap;
-    return {widestLabel_ + marks + style::fieldPadding + style::scrollBarWidth + 2 * panelPadding,
-            rows * style::menuRowHeight + 2 * panelPadding};
+int PopupMenuOverlay::wantedWidth() const {
+    const auto mark = style::chevronSize + style::chevronGap;
+    return widestLabel_ + mark + 2 * style::fieldPadding + style::scrollBarWidth + 2 * panelPadding;
+}
+
+int PopupMenuOverlay::heightFor(std::size_t rows) const {
+    return static_cast<int>(rows) * style::menuRowHeight + searchHeight() + 2 * panelPadding;
+}
+
+juce::Rectangle<int> PopupMenuOverlay::panelForShownRows() const {
+    auto full = place(anchor_, {wantedWidth(), heightFor(contents_.labels.size())}, getLocalBounds());
+    const auto rowsThatFit = static_cast<std::size_t>(
+        std::max(0, full.getHeight() - searchHeight() - 2 * panelPadding) / style::menuRowHeight);
+    const auto height = std::min(heightFor(std::min(rowsThatFit, shown_.size())), full.getHeight());
+    return full.getBottom() <= anchor_.getY() ? full.removeFromBottom(height) : full.removeFromTop(height);
 }
 
 void PopupMenuOverlay::resized() {
-    panel_ = place(anchor_, wantedSize(), getLocalBounds());
+    const auto row = highlightedRow();
+    panel_ = panelForShownRows();
     list_.setBounds(panel_.reduced(panelPadding).withTrimmedTop(searchHeight()));
-    highlight(highlightedRow());
+    highlight(row);
 }
 
 void PopupMenuOverlay::paint(juce::Graphics& graphics) {

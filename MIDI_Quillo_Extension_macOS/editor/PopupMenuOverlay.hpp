@@ -65,7 +65,10 @@ private:
     juce::String getTooltipForRow(int row) override;
 
     [[nodiscard]] const juce::String& label(int row) const;
-    [[nodiscard]] juce::Point<int> wantedSize() const;
+    [[nodiscard]] int wantedWidth() const;
+    /// The height of a panel around so many rows and the line with what is typed.
+    [[nodiscard]] int heightFor(std::size_t rows) const;
+    [[nodiscard]] juce::Rectangle<int> panelForShownRows() const;
     [[nodiscard]] int searchHeight() const;
     void search(const juce::String& typed);
     void highlight(std::optional<std::size_t> row);

@@ -12,8 +12,9 @@ namespace quillo::style {
 
 /// Sizes of text.
 inline constexpr float captionText = 10;
-inline constexpr float valueText = 12;
-inline constexpr float titleText = 13;
+inline constexpr float valueText = 11.5F;
+inline constexpr float buttonText = 11;
+inline constexpr float titleText = 12.5F;
 
 /// Roundings.
 inline constexpr float fieldCorner = 5;
@@ -25,7 +26,7 @@ inline constexpr int captionHeight = 14;
 inline constexpr int boxHeight = 24;
 inline constexpr int fieldPadding = 8;
 inline constexpr int fieldLeastWidth = 54;
-inline constexpr int chevronSize = 12;
+inline constexpr int chevronSize = 10;
 inline constexpr int chevronGap = 6;
 inline constexpr float underline = 2;
 
