@@ -16,4 +16,7 @@ void addInstallBenchmarks();
 /// State documents that are read and written.
 void addDocumentBenchmarks();
 
+/// The editor, with few rules and with many: opened, edited and scrolled.
+void addEditorBenchmarks();
+
 }  // namespace quillo::bench

@@ -1,8 +1,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # quillo-juce: the modules of JUCE that the editor uses, compiled once. Whoever links it includes
 # <juce_gui_basics/juce_gui_basics.h> and compiles no module again. Without JUCE on the machine there is no such
-# target, and everything that needs no window is built all the same.
+# target, and everything that needs no window is built all the same; nor is there one in the trees that look at
+# the render thread only.
 
+if(QUILLO_SANITIZE MATCHES "thread|realtime")
+    return()
+endif()
 find_package(JUCE CONFIG QUIET)
 if(NOT JUCE_FOUND)
     message(STATUS "JUCE is not there: the editor is left out")

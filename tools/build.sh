@@ -5,7 +5,7 @@
 export QUILLO_JOBS=${QUILLO_JOBS:-$(nproc)}
 
 # Clones in other folders find what this one has compiled.
-export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=time_macros
+export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=time_macros,pch_defines
 
 # tree_of PRESET: the folder it builds in.
 tree_of() {

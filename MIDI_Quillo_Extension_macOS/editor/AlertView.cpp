@@ -40,7 +40,8 @@ AlertView::AlertView(juce::String message, std::function<void()> onOK)
 juce::Rectangle<int> AlertView::panel() const {
     const auto width = std::min(widest, getWidth() - 2 * margin);
     const auto inside = std::max(1, width - 2 * margin);
-    const auto lines = 1 + textWidth(message_, style::valueText) / inside + message_.retainCharacters("\n").length();
+    const auto lines =
+        1 + textWidth(message_, style::valueText) / inside + message_.retainCharacters("\n").length();
     const auto height = titleHeight + (lines + 1) * lineHeight + style::buttonHeight + 3 * margin;
     return getLocalBounds().withSizeKeepingCentre(width, std::min(height, getHeight() - margin));
 }
@@ -72,11 +73,13 @@ void AlertView::paint(juce::Graphics& graphics) {
     graphics.drawRoundedRectangle(area.reduced(0.5F), style::cardCorner, 1);
     graphics.setColour(displayColour(palette.primaryText));
     graphics.setFont(textFont(style::titleText, true));
-    graphics.drawText("Error", panel().reduced(margin).removeFromTop(titleHeight), juce::Justification::topLeft, true);
+    graphics.drawText("Error", panel().reduced(margin).removeFromTop(titleHeight),
+                      juce::Justification::topLeft, true);
 }
 
 bool AlertView::keyPressed(const juce::KeyPress& key) {
-    if (key == juce::KeyPress::returnKey || key == juce::KeyPress::spaceKey || key == juce::KeyPress::escapeKey) {
+    if (key == juce::KeyPress::returnKey || key == juce::KeyPress::spaceKey ||
+        key == juce::KeyPress::escapeKey) {
         const auto onOK = onOK_;
         onOK();
     }

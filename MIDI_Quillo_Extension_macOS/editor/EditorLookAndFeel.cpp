@@ -29,7 +29,8 @@ juce::LookAndFeel_V4::ColourScheme colourScheme() {
     const auto surface = displayColour(style::lifted(palette.background, style::boxLift));
     const auto text = displayColour(palette.primaryText);
     const auto highlight = displayColour(style::lifted(palette.background, style::menuRowLift));
-    return {background, surface, surface, displayColour(palette.borders), text, highlight, text, highlight, text};
+    return {background, surface,   surface, displayColour(palette.borders), text, highlight,
+            text,       highlight, text};
 }
 
 }  // namespace

@@ -44,8 +44,9 @@ void EntryList::refresh() {
 
 juce::String EntryList::text(int row) const {
     const auto& log = entries_();
-    return row >= 0 && row < static_cast<int>(log.size()) ? juceText(quillo::text(log[static_cast<std::size_t>(row)]))
-                                                          : juce::String();
+    return row >= 0 && row < static_cast<int>(log.size())
+               ? juceText(quillo::text(log[static_cast<std::size_t>(row)]))
+               : juce::String();
 }
 
 void EntryList::resized() {
@@ -61,10 +62,12 @@ void EntryList::paint(juce::Graphics& graphics) {
     graphics.drawRoundedRectangle(area, style::fieldCorner, 1);
 }
 
-void EntryList::paintListBoxItem(int row, juce::Graphics& graphics, int width, int height, bool /*selected*/) {
+void EntryList::paintListBoxItem(int row, juce::Graphics& graphics, int width, int height,
+                                 bool /*selected*/) {
     graphics.setColour(displayColour(environment<PaletteKey>(*this).primaryText));
     graphics.setFont(monospacedFont(style::valueText - 1));
-    graphics.drawText(text(row), indent, 0, width - 2 * indent, height, juce::Justification::centredLeft, true);
+    graphics.drawText(text(row), indent, 0, width - 2 * indent, height, juce::Justification::centredLeft,
+                      true);
 }
 
 }  // namespace quillo

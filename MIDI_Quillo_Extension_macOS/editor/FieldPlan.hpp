@@ -44,14 +44,19 @@ template <class Value>
 FieldPlan pickerPlan(const juce::String& caption, const ColorPair& colors, Menu<Value> menu,
                      Binding<Value> selection, std::function<juce::String(const Value&)> other = {}) {
     const auto value = selection.get();
-    const auto row = std::find_if(menu.begin(), menu.end(), [&](const auto& item) { return item.value == value; });
+    const auto row =
+        std::find_if(menu.begin(), menu.end(), [&](const auto& item) { return item.value == value; });
     juce::String text;
     if (row != menu.end()) {
         text = juceText(row->label);
     } else if (other) {
         text = other(value);
     }
-    return {caption, text, true, 0, colors,
+    return {caption,
+            text,
+            true,
+            0,
+            colors,
             [caption, menu = std::move(menu), selection = std::move(selection), other = std::move(other)] {
                 return std::make_unique<MyPicker<Value>>(caption, menu, selection, other);
             }};
@@ -63,7 +68,11 @@ FieldPlan inputPlan(const juce::String& caption, const ColorPair& colors,
                     Binding<typename Formatter::Value> value, const juce::String& prompt,
                     Menu<typename Formatter::Value> options = {}) {
     const auto text = juceText(Formatter().format(value.get()));
-    return {caption, text.isEmpty() ? prompt : text, !options.empty(), 0, colors,
+    return {caption,
+            text.isEmpty() ? prompt : text,
+            !options.empty(),
+            0,
+            colors,
             [caption, prompt, value = std::move(value), options = std::move(options)] {
                 return std::make_unique<MyTextInput<Formatter>>(caption, value, prompt, options);
             }};
@@ -71,7 +80,7 @@ FieldPlan inputPlan(const juce::String& caption, const ColorPair& colors,
 
 /// A field of an entry, read and written through the binding of the whole entry.
 template <class Entry, class Value>
-Binding<Value> fieldBinding(const Binding<Entry>& entry, Value Entry::*field) {
+Binding<Value> fieldBinding(const Binding<Entry>& entry, Value Entry::* field) {
     return {[entry, field] { return entry.get().*field; },
             [entry, field](Value value) {
                 auto changed = entry.get();

@@ -27,8 +27,11 @@ juce::String title(FileOverlay::Mode mode) {
 
 }  // namespace
 
-FileOverlay::FileOverlay(Mode mode, const juce::File& start, OnChosen onChosen, std::function<void()> onCancel)
-    : mode_(mode), onChosen_(std::move(onChosen)), onCancel_(std::move(onCancel)),
+FileOverlay::FileOverlay(Mode mode, const juce::File& start, OnChosen onChosen,
+                         std::function<void()> onCancel)
+    : mode_(mode),
+      onChosen_(std::move(onChosen)),
+      onCancel_(std::move(onCancel)),
       filter_("*.json", "*", "Presets"),
       browser_(std::make_unique<juce::FileBrowserComponent>(browserFlags(mode), start, &filter_, nullptr)),
       confirm_(mode == Mode::open ? "Import" : "Export", [this] { confirm(); }),

@@ -28,10 +28,13 @@ juce::String stepTitle(const juce::String& verb, const std::optional<std::string
 }  // namespace
 
 Header::Header(RuleListEditor& editor, HeaderActions actions)
-    : editor_(editor), actions_(std::move(actions)), import_("Import", IconName::importFile, actions_.onImport),
+    : editor_(editor),
+      actions_(std::move(actions)),
+      import_("Import", IconName::importFile, actions_.onImport),
       export_("Export", IconName::exportFile, actions_.onExport),
       undo_("Undo", IconName::undo, [this] { editor_.undo(); }),
-      redo_("Redo", IconName::redo, [this] { editor_.redo(); }), docs_("Docs / Donate", actions_.onOpenURL),
+      redo_("Redo", IconName::redo, [this] { editor_.redo(); }),
+      docs_("Docs / Donate", actions_.onOpenURL),
       more_("More", IconName::more, [this] { openMore(); }) {
     for (auto* button : std::initializer_list<juce::Component*>{&import_, &export_, &undo_, &redo_, &docs_}) {
         addAndMakeVisible(*button);
@@ -49,7 +52,8 @@ void Header::refresh() {
 
 void Header::openMore() {
     const std::vector<juce::String> labels{stepTitle("Undo", editor_.undoName()),
-                                           stepTitle("Redo", editor_.redoName()), docs_.getButtonText(), version()};
+                                           stepTitle("Redo", editor_.redoName()), docs_.getButtonText(),
+                                           version()};
     PopupMenuOverlay::open(*this, more_.getBounds(), {"More", labels, {}},
                            [this, onOpenURL = actions_.onOpenURL](std::size_t row) {
                                if (row == 0) {

@@ -36,7 +36,8 @@ void paintEntry(juce::Graphics& graphics, const Palette& palette, const juce::St
 }
 
 juce::Rectangle<int> arrowArea(juce::Rectangle<int> bar) {
-    return bar.removeFromLeft(style::barPadding + style::iconButtonSize).withTrimmedLeft(style::barPadding / 3);
+    return bar.removeFromLeft(style::barPadding + style::iconButtonSize)
+        .withTrimmedLeft(style::barPadding / 3);
 }
 
 }  // namespace
@@ -107,8 +108,11 @@ void OpenedLogger::paint(juce::Graphics& graphics) {
 }
 
 InOutLogger::InOutLogger(std::shared_ptr<QuilloModel> model, std::function<void()> onToggle)
-    : model_(std::move(model)), onToggle_(std::move(onToggle)), collapsedForm_(*model_, [this] { toggle(); }),
-      openedForm_(*model_, [this] { toggle(); }), inObservation_(model_->observeInLog([this] { refresh(); })),
+    : model_(std::move(model)),
+      onToggle_(std::move(onToggle)),
+      collapsedForm_(*model_, [this] { toggle(); }),
+      openedForm_(*model_, [this] { toggle(); }),
+      inObservation_(model_->observeInLog([this] { refresh(); })),
       outObservation_(model_->observeOutLog([this] { refresh(); })) {
     addAndMakeVisible(collapsedForm_);
     addChildComponent(openedForm_);

@@ -76,14 +76,16 @@ juce::String otherChannel(const RuleOutputChannelV2& channel) {
 /// The editors of single fields, each bound to its field and coloured from the palette.
 class OutputFieldPlanner {
 public:
-    OutputFieldPlanner(const Binding<RuleOutputEntry>& data, TriggerEntryType triggerType, const Palette& palette)
+    OutputFieldPlanner(const Binding<RuleOutputEntry>& data, TriggerEntryType triggerType,
+                       const Palette& palette)
         : data_(data), offered_(triggerChoices(triggerType)), palette_(palette) {}
 
     [[nodiscard]] FieldPlan typeView(const std::function<void(const MIDIRuleType&)>& onChange) const {
         const Binding<MIDIRuleType> type(
             [data = data_]() -> MIDIRuleType { return MIDIRuleType::OutputType{data.get().type}; },
             [onChange](const MIDIRuleType& picked) { onChange(picked); });
-        return pickerPlan("Type", {palette_.typeInput, palette_.typeInputSecondaryColor}, outputTypeMenu(), type);
+        return pickerPlan("Type", {palette_.typeInput, palette_.typeInputSecondaryColor}, outputTypeMenu(),
+                          type);
     }
 
     [[nodiscard]] FieldPlan channelView() const {
@@ -97,8 +99,9 @@ public:
     }
 
     [[nodiscard]] FieldPlan velocityView() const {
-        return inputPlan<VelocityFormatter>("Velocity", byte3Colors(), fieldBinding(data_, &RuleOutputEntry::velocity),
-                                            "0 - 127", startByteMenu(offered_.noteAndVelocity));
+        return inputPlan<VelocityFormatter>("Velocity", byte3Colors(),
+                                            fieldBinding(data_, &RuleOutputEntry::velocity), "0 - 127",
+                                            startByteMenu(offered_.noteAndVelocity));
     }
 
     [[nodiscard]] FieldPlan controlView() const {
@@ -108,12 +111,13 @@ public:
 
     [[nodiscard]] FieldPlan controlValueView() const {
         return inputPlan<ContollerValueFormatter>(juceText(valueCaption), byte3Colors(),
-                                                  fieldBinding(data_, &RuleOutputEntry::controllerValue), "0 - 127",
-                                                  startByteMenu(offered_.controllerAndValue));
+                                                  fieldBinding(data_, &RuleOutputEntry::controllerValue),
+                                                  "0 - 127", startByteMenu(offered_.controllerAndValue));
     }
 
     [[nodiscard]] FieldPlan bankView() const {
-        return inputPlan<BankFormatter>("Bank", byte2Colors(), fieldBinding(data_, &RuleOutputEntry::bank), "0 - 127");
+        return inputPlan<BankFormatter>("Bank", byte2Colors(), fieldBinding(data_, &RuleOutputEntry::bank),
+                                        "0 - 127");
     }
 
     [[nodiscard]] FieldPlan programValueView() const {
@@ -135,7 +139,8 @@ public:
 
     [[nodiscard]] FieldPlan sysExInput() const {
         auto plan = inputPlan<SystemExclusiveFormatter>(
-            "Bytes (hex)", byte2Colors(), fieldBinding(data_, &RuleOutputEntry::systemExclusive), "7E 7F 09 01");
+            "Bytes (hex)", byte2Colors(), fieldBinding(data_, &RuleOutputEntry::systemExclusive),
+            "7E 7F 09 01");
         plan.leastWidth = systemExclusiveLeastWidth;
         return plan;
     }
@@ -149,8 +154,9 @@ public:
 
 private:
     [[nodiscard]] FieldPlan bytePicker(const juce::String& caption, const ColorPair& colors, Bytes menu,
-                                       GenericByteV2 RuleOutputEntry::*field) const {
-        return pickerPlan<GenericByteV2>(caption, colors, std::move(menu), fieldBinding(data_, field), otherByte);
+                                       GenericByteV2 RuleOutputEntry::* field) const {
+        return pickerPlan<GenericByteV2>(caption, colors, std::move(menu), fieldBinding(data_, field),
+                                         otherByte);
     }
 
     [[nodiscard]] ColorPair byte2Colors() const {
@@ -167,7 +173,8 @@ private:
 
 }  // namespace
 
-FieldPlans outputFields(const Binding<RuleOutputEntry>& data, TriggerEntryType triggerType, const Palette& palette,
+FieldPlans outputFields(const Binding<RuleOutputEntry>& data, TriggerEntryType triggerType,
+                        const Palette& palette,
                         const std::function<void(const MIDIRuleType&)>& onOutputTypeChange) {
     const OutputFieldPlanner plan(data, triggerType, palette);
     const auto type = plan.typeView(onOutputTypeChange);
@@ -180,12 +187,9 @@ FieldPlans outputFields(const Binding<RuleOutputEntry>& data, TriggerEntryType t
         return {type, plan.channelView(), plan.controlView(), plan.controlValueView(), delay};
     case OutputEntryType::ProgramChange:
         return {type, plan.channelView(), plan.bankView(), plan.programValueView(), delay};
-    case OutputEntryType::ChannelPressure:
-        return {type, plan.channelView(), plan.pressureValueView(), delay};
-    case OutputEntryType::PitchWheel:
-        return {type, plan.channelView(), plan.pitchValueView(), delay};
-    case OutputEntryType::SystemExclusive:
-        break;
+    case OutputEntryType::ChannelPressure: return {type, plan.channelView(), plan.pressureValueView(), delay};
+    case OutputEntryType::PitchWheel: return {type, plan.channelView(), plan.pitchValueView(), delay};
+    case OutputEntryType::SystemExclusive: break;
     }
     return {type, plan.sysExInput(), delay};
 }

@@ -33,7 +33,8 @@ std::filesystem::path pathOf(const juce::File& file) {
 
 QuilloView::QuilloView(std::shared_ptr<QuilloModel> model, RuleListEditor::OnRulesChanged onRulesChanged,
                        RuleListEditor::OnInstantMessageClick onInstantMessageClick)
-    : OverlayHost(static_cast<juce::Component&>(*this)), model_(std::move(model)),
+    : OverlayHost(static_cast<juce::Component&>(*this)),
+      model_(std::move(model)),
       editor_(model_, std::move(onRulesChanged), std::move(onInstantMessageClick)),
       header_(editor_, {[this] { showImporter(); }, [this] { showExporter(); },
                         [] { makersPage().launchInDefaultBrowser(); }}),
@@ -41,7 +42,8 @@ QuilloView::QuilloView(std::shared_ptr<QuilloModel> model, RuleListEditor::OnRul
       lastPreset_(juce::File::getSpecialLocation(juce::File::userHomeDirectory)
                       .getChildFile(juce::String(defaultPresetName) + presetFileExtension)),
       rulesObservation_(model_->observeRules([this] { rulesChanged(); })),
-      alertObservation_(editor_.observeAlert([this] { showAlert(); })), tooltips_(this) {
+      alertObservation_(editor_.observeAlert([this] { showAlert(); })),
+      tooltips_(this) {
     setLookAndFeel(&lookAndFeel_);
     setTitle("MIDI Quillo");
     set<PaletteKey>(Palette());
@@ -184,7 +186,8 @@ void QuilloView::resized() {
     auto area = getLocalBounds();
     header_.setBounds(area.removeFromTop(style::headerHeight));
     header_.resized();
-    const auto logHeight = std::min(logger_.preferredHeight(), std::max(style::logBarHeight, area.getHeight() / 2));
+    const auto logHeight =
+        std::min(logger_.preferredHeight(), std::max(style::logBarHeight, area.getHeight() / 2));
     logger_.setBounds(area.removeFromBottom(logHeight));
     list_.setBounds(area);
 }

@@ -20,8 +20,11 @@ int indent(int width) {
 
 RuleButtons::RuleButtons(Binding<RuleOutputEntry> ruleOutput, std::function<void()> onDuplicate,
                          std::function<void()> onDelete, std::function<void()> onSend)
-    : ruleOutput_(std::move(ruleOutput)), duplicate_("Duplicate", std::move(onDuplicate)),
-      delete_("Delete", std::move(onDelete)), send_("Send", std::move(onSend)), stack_(spacing) {
+    : ruleOutput_(std::move(ruleOutput)),
+      duplicate_("Duplicate", std::move(onDuplicate)),
+      delete_("Delete", std::move(onDelete)),
+      send_("Send", std::move(onSend)),
+      stack_(spacing) {
     send_.setAccented(true);
     addAndMakeVisible(stack_);
     for (auto* button : {&duplicate_, &delete_, &send_}) {
@@ -34,8 +37,9 @@ RuleButtons::RuleButtons(Binding<RuleOutputEntry> ruleOutput, std::function<void
 void RuleButtons::refresh() {
     const bool fixed = isFixed(ruleOutput_.get());
     send_.setEnabled(fixed);
-    send_.setTooltip(fixed ? juce::String()
-                           : juce::String("This message takes something from its trigger, so it cannot be sent by hand"));
+    send_.setTooltip(
+        fixed ? juce::String()
+              : juce::String("This message takes something from its trigger, so it cannot be sent by hand"));
 }
 
 int RuleButtons::heightFor(int width) {

@@ -27,7 +27,8 @@ juce::String RuleHeaderView::shownText() const {
 }
 
 juce::String RuleHeaderView::getTooltip() {
-    return textWidth(shownText(), style::titleText, true) > textArea().getWidth() ? shownText() : juce::String();
+    return textWidth(shownText(), style::titleText, true) > textArea().getWidth() ? shownText()
+                                                                                  : juce::String();
 }
 
 void RuleHeaderView::takeText(const juce::String& text) {

@@ -26,11 +26,16 @@ Binding<Entry> readOnly(const Entry& entry) {
 }  // namespace
 
 RuleView::RuleView(Binding<RuleEntry> data, RuleViewActions actions)
-    : data_(std::move(data)), actions_(std::move(actions)), shape_(shape()),
-      header_(fieldBinding(data_, &RuleEntry::name)), trigger_(juceText(triggerCaption)),
+    : data_(std::move(data)),
+      actions_(std::move(actions)),
+      shape_(shape()),
+      header_(fieldBinding(data_, &RuleEntry::name)),
+      trigger_(juceText(triggerCaption)),
       output_(juceText(messageCaption)),
-      buttons_(fieldBinding(data_, &RuleEntry::output), actions_.onDuplicate, actions_.onDelete, actions_.onSend) {
-    for (auto* part : std::initializer_list<juce::Component*>{&handle_, &header_, &trigger_, &output_, &buttons_}) {
+      buttons_(fieldBinding(data_, &RuleEntry::output), actions_.onDuplicate, actions_.onDelete,
+               actions_.onSend) {
+    for (auto* part :
+         std::initializer_list<juce::Component*>{&handle_, &header_, &trigger_, &output_, &buttons_}) {
         addAndMakeVisible(*part);
     }
     setTitle(juceText(data_.get().name));
@@ -45,7 +50,8 @@ RuleView::Shape RuleView::shape() const {
 
 void RuleView::makeFields() {
     const auto palette = environment<PaletteKey>(*this);
-    trigger_.setFields(triggerFields(fieldBinding(data_, &RuleEntry::trigger), palette, actions_.onTriggerTypeChange));
+    trigger_.setFields(
+        triggerFields(fieldBinding(data_, &RuleEntry::trigger), palette, actions_.onTriggerTypeChange));
     output_.setFields(outputFields(fieldBinding(data_, &RuleEntry::output), shape_.trigger, palette,
                                    actions_.onOutputTypeChange));
 }

@@ -23,16 +23,16 @@ public:
     [[nodiscard]] FieldPlan triggerChannelView() const {
         return pickerPlan<TriggerValueV2>(
             juceText(channelCaption), {palette_.channelInput, palette_.channelInputSecondaryColor},
-            triggerChannelMenu(), fieldBinding(data_, &RuleTriggerEntry::channel), [](const TriggerValueV2& value) {
+            triggerChannelMenu(), fieldBinding(data_, &RuleTriggerEntry::channel),
+            [](const TriggerValueV2& value) {
                 return juceText(channelLabel(value.getIf<TriggerValueV2::Value>()->value));
             });
     }
 
     [[nodiscard]] FieldPlan triggerNoteView() const {
-        return pickerPlan<TriggerValueV2>("Note", byte2Colors(), triggerNoteMenu(),
-                                          fieldBinding(data_, &RuleTriggerEntry::note), [](const TriggerValueV2& value) {
-                                              return juceText(TriggerValueFormatter().format(value));
-                                          });
+        return pickerPlan<TriggerValueV2>(
+            "Note", byte2Colors(), triggerNoteMenu(), fieldBinding(data_, &RuleTriggerEntry::note),
+            [](const TriggerValueV2& value) { return juceText(TriggerValueFormatter().format(value)); });
     }
 
     [[nodiscard]] FieldPlan triggerControlChangeView() const {
@@ -55,10 +55,12 @@ public:
     }
 
 private:
-    [[nodiscard]] FieldPlan valueOrAny(const juce::String& caption, TriggerValueV2 RuleTriggerEntry::*field) const {
+    [[nodiscard]] FieldPlan valueOrAny(const juce::String& caption,
+                                       TriggerValueV2 RuleTriggerEntry::* field) const {
         return inputPlan<TriggerValueFormatter>(
-            caption, {palette_.midi3dByteInput, palette_.midi3dByteInputSecondaryColor}, fieldBinding(data_, field),
-            juceText(anyLabel), {{TriggerValueV2::AnyValue{}, std::string(anyLabel)}});
+            caption, {palette_.midi3dByteInput, palette_.midi3dByteInputSecondaryColor},
+            fieldBinding(data_, field), juceText(anyLabel),
+            {{TriggerValueV2::AnyValue{}, std::string(anyLabel)}});
     }
 
     [[nodiscard]] ColorPair triggerColors() const {
@@ -79,8 +81,7 @@ FieldPlans triggerFields(const Binding<RuleTriggerEntry>& data, const Palette& p
     const TriggerFieldPlanner plan(data, palette);
     const auto type = plan.triggerTypeView(onTriggerTypeChange);
     switch (data.get().type) {
-    case TriggerEntryType::OnLoad:
-        return {type};
+    case TriggerEntryType::OnLoad: return {type};
     case TriggerEntryType::NoteOn:
     case TriggerEntryType::NoteOff:
         return {type, plan.triggerChannelView(), plan.triggerNoteView(), plan.passthroughView()};
@@ -94,8 +95,7 @@ FieldPlans triggerFields(const Binding<RuleTriggerEntry>& data, const Palette& p
     case TriggerEntryType::MIDIStop:
     case TriggerEntryType::HostStart:
     case TriggerEntryType::HostContinue:
-    case TriggerEntryType::HostStop:
-        break;
+    case TriggerEntryType::HostStop: break;
     }
     return {type, plan.passthroughView()};
 }

@@ -21,7 +21,8 @@ std::shared_ptr<MIDIQuilloAUAudioUnit> makeUnit(AudioUnitViewController& control
 }  // namespace
 
 Desk::Desk(std::vector<Rule> rules)
-    : controller_(std::make_shared<AudioUnitViewController>(mainQueue_)), unit_(makeUnit(*controller_)),
+    : controller_(std::make_shared<AudioUnitViewController>(mainQueue_)),
+      unit_(makeUnit(*controller_)),
       renderBlock_(unit_->internalRenderBlock()) {
     unit_->processor->setRules(std::move(rules));
     unit_->MIDIOutputEventBlock = [](AUEventSampleTime, std::uint8_t, std::span<const std::uint8_t>) {

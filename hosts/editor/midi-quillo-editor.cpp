@@ -52,7 +52,8 @@ int run() {
         return exitSoftware;
     }
     if (juce::Desktop::getInstance().getDisplays().displays.isEmpty()) {
-        std::cerr << "midi-quillo-editor: there is no display; set DISPLAY, or draw the editor with quillo-shots\n";
+        std::cerr
+            << "midi-quillo-editor: there is no display; set DISPLAY, or draw the editor with quillo-shots\n";
         return exitSoftware;
     }
     Desk desk(demoRules());

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <memory>
+#include <string>
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include "benchmarks/Sections.hpp"
+#include "benchmarks/Table.hpp"
+#include "hosts/editor/DemoRules.hpp"
+#include "hosts/editor/Desk.hpp"
+
+namespace quillo::bench {
+
+namespace {
+
+constexpr int width = AudioUnitViewController::preferredWidth;
+constexpr int height = AudioUnitViewController::preferredHeight;
+
+/// An editor that was opened, at its opening size.
+struct OpenEditor {
+    explicit OpenEditor(std::size_t rules) : desk(manyRules(rules)) { desk.view().setSize(width, height); }
+
+    juce::ScopedJuceInitialiser_GUI juce;
+    Desk desk;
+    juce::Image screen{juce::Image::ARGB, width, height, true};
+
+    void draw() {
+        juce::Graphics graphics(screen);
+        desk.view().paintEntireComponent(graphics, true);
+    }
+};
+
+std::string rows(std::size_t rules) {
+    return std::to_string(rules) + " rules";
+}
+
+Step open(std::size_t rules) {
+    return [rules] {
+        OpenEditor editor(rules);
+        editor.draw();
+    };
+}
+
+/// The arrow keys on the first card's delay: up, down, up...
+Step edit(std::size_t rules) {
+    return [editor = std::make_shared<OpenEditor>(rules), up = false]() mutable {
+        auto& view = editor->desk.view();
+        auto& delay = view.card(view.editor().rules().front().id)->output().fields().back()->field();
+        up = !up;
+        delay.keyPressed(juce::KeyPress(up ? juce::KeyPress::upKey : juce::KeyPress::downKey));
+    };
+}
+
+/// Down by 20 points and drawn, and from the top again at the end.
+Step scroll(std::size_t rules, int step) {
+    return [editor = std::make_shared<OpenEditor>(rules), position = 0, step]() mutable {
+        auto& list = editor->desk.view().list();
+        position += step;
+        list.setScrollPosition(position);
+        if (list.scrollPosition() != position) {
+            position = 0;
+        }
+        editor->draw();
+    };
+}
+
+}  // namespace
+
+void addEditorBenchmarks() {
+    const Section opening("Opening the editor and drawing it", "opening");
+    opening.addFloor("no rules", 1, [] { return open(0); });
+    opening.addRow(rows(10), 1, [] { return open(10); });
+    opening.addRow(rows(1000), 1, [] { return open(1000); });
+
+    const Section edits("An edit, from the key to the installed rules", "edit");
+    edits.addFloor("one rule", 1, [] { return edit(1); });
+    edits.addRow(rows(10), 1, [] { return edit(10); });
+    edits.addRow(rows(1000), 1, [] { return edit(1000); });
+
+    constexpr int points = 20;
+    const Section frames("A frame of scrolling", "frame");
+    frames.addFloor("drawn where it is, 10 rules", 1, [] { return scroll(10, 0); });
+    frames.addRow(rows(10), 1, [] { return scroll(10, points); });
+    frames.addRow(rows(1000), 1, [] { return scroll(1000, points); });
+}
+
+}  // namespace quillo::bench
