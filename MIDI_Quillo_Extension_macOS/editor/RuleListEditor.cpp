@@ -98,24 +98,28 @@ std::optional<std::size_t> RuleListEditor::find(const UUID& id) const {
     return static_cast<std::size_t>(std::distance(rules().begin(), found));
 }
 
-/// Hands the list to the engine and, if that takes it, to the model.
-bool RuleListEditor::install(RuleList list) {
+/// Hands the list to the engine; when that refuses it, the alert says why.
+bool RuleListEditor::isTakenByEngine(const RuleList& list) {
     try {
         onRulesChanged_(rulesOf(list));
     } catch (const FatalError& error) {
         alert(error.what());
         return false;
     }
-    changing_ = true;
-    model_->setRules(std::move(list));
-    changing_ = false;
     return true;
 }
 
+void RuleListEditor::show(RuleList list) {
+    changing_ = true;
+    model_->setRules(std::move(list));
+    changing_ = false;
+}
+
+/// The step is noted before the list is shown: whoever sees the new list can undo it.
 void RuleListEditor::apply(RuleList after, const std::string& stepName, const std::string& joinKey) {
-    const auto before = rules();
-    if (install(std::move(after))) {
-        history_.note(stepName, before, rules(), joinKey);
+    if (isTakenByEngine(after)) {
+        history_.note(stepName, rules(), after, joinKey);
+        show(std::move(after));
     }
 }
 
@@ -222,16 +226,23 @@ void RuleListEditor::send(const UUID& id) {
 }
 
 void RuleListEditor::undo() {
-    auto history = history_;
-    if (install(history.undo(rules()))) {
-        history_ = std::move(history);
+    if (undoName()) {
+        walk(&RuleListHistory::undo);
     }
 }
 
 void RuleListEditor::redo() {
+    if (redoName()) {
+        walk(&RuleListHistory::redo);
+    }
+}
+
+void RuleListEditor::walk(RuleList (RuleListHistory::*step)(RuleList)) {
     auto history = history_;
-    if (install(history.redo(rules()))) {
+    auto list = (history.*step)(rules());
+    if (isTakenByEngine(list)) {
         history_ = std::move(history);
+        show(std::move(list));
     }
 }
 
