@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "editor-main/EditorStage.hpp"
 #include "editor/NewRuleSelector.hpp"
 
@@ -30,7 +28,10 @@ protected:
     /// Lets the display act, and the editor take what comes of it until it has had its effect.
     template <class Effect>
     void act(const std::string& deed, Effect effect) {
-        ASSERT_EQ(std::system(("xdotool " + deed).c_str()), 0);
+        juce::ChildProcess hand;
+        ASSERT_TRUE(hand.start("xdotool " + deed));
+        ASSERT_TRUE(hand.waitForProcessToFinish(-1));
+        ASSERT_EQ(hand.getExitCode(), 0U);
         while (!effect()) {
             settle();
         }
