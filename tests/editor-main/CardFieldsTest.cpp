@@ -29,7 +29,7 @@ std::string nameOf(TriggerEntryType type) {
     return "?";
 }
 
-/// The captions of the fields that could take something from a trigger, by the triggers that can feed them.
+/// Whether a trigger has something that the field under this caption can take.
 bool feeds(TriggerEntryType trigger, const std::string& caption) {
     const bool isNote = trigger == TriggerEntryType::NoteOn || trigger == TriggerEntryType::NoteOff;
     const bool isControl = trigger == TriggerEntryType::ControlChange;

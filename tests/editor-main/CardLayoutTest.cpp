@@ -51,7 +51,7 @@ int contentBottom(RuleView& card) {
     return card.getLocalArea(card.buttons().getParentComponent(), card.buttons().getBounds()).getBottom();
 }
 
-/// One card of each trigger and one of each output, with long values in their fields.
+/// A card of every trigger with every output, with long values in their fields.
 std::vector<RuleEntry> cardKinds() {
     std::vector<RuleEntry> entries;
     for (const auto trigger : everyTriggerType()) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include "editor-main/EditorStage.hpp"
 #include "support/EveryEntry.hpp"
 #include "support/TestRules.hpp"

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
+
 #include "audiounit/MIDIQuilloAUAudioUnit.hpp"
 #include "editor-main/EditorStage.hpp"
 #include "editor/AlertView.hpp"
