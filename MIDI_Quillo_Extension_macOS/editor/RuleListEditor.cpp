@@ -98,24 +98,27 @@ std::optional<std::size_t> RuleListEditor::find(const UUID& id) const {
     return static_cast<std::size_t>(std::distance(rules().begin(), found));
 }
 
-/// Hands the list to the engine and, if that takes it, to the model.
-bool RuleListEditor::install(RuleList list) {
+bool RuleListEditor::engineTakes(const RuleList& list) {
     try {
         onRulesChanged_(rulesOf(list));
+        return true;
     } catch (const FatalError& error) {
         alert(error.what());
         return false;
     }
+}
+
+/// Comes last of all in a change: those who observe the rules also look at what can be undone.
+void RuleListEditor::publish(RuleList list) {
     changing_ = true;
     model_->setRules(std::move(list));
     changing_ = false;
-    return true;
 }
 
 void RuleListEditor::apply(RuleList after, const std::string& stepName, const std::string& joinKey) {
-    const auto before = rules();
-    if (install(std::move(after))) {
-        history_.note(stepName, before, rules(), joinKey);
+    if (engineTakes(after)) {
+        history_.note(stepName, rules(), after, joinKey);
+        publish(std::move(after));
     }
 }
 
@@ -223,15 +226,19 @@ void RuleListEditor::send(const UUID& id) {
 
 void RuleListEditor::undo() {
     auto history = history_;
-    if (install(history.undo(rules()))) {
+    auto list = history.undo(rules());
+    if (engineTakes(list)) {
         history_ = std::move(history);
+        publish(std::move(list));
     }
 }
 
 void RuleListEditor::redo() {
     auto history = history_;
-    if (install(history.redo(rules()))) {
+    auto list = history.redo(rules());
+    if (engineTakes(list)) {
         history_ = std::move(history);
+        publish(std::move(list));
     }
 }
 

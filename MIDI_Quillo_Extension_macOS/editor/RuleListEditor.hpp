@@ -82,7 +82,8 @@ public:
 
 private:
     [[nodiscard]] std::optional<std::size_t> find(const UUID& id) const;
-    bool install(RuleList list);
+    [[nodiscard]] bool engineTakes(const RuleList& list);
+    void publish(RuleList list);
     void apply(RuleList after, const std::string& stepName, const std::string& joinKey = "");
     void editWith(const UUID& id, const std::function<void(RuleEntry&)>& change, const std::string& field);
 

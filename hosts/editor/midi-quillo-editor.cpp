@@ -31,6 +31,11 @@ public:
         startTimerHz(cyclesPerSecond);
     }
 
+    /// Keys that come while nothing in the editor has the focus.
+    bool keyPressed(const juce::KeyPress& key) override {
+        return desk_.view().keyPressed(key) || DocumentWindow::keyPressed(key);
+    }
+
     void closeButtonPressed() override { juce::JUCEApplication::getInstance()->systemRequestedQuit(); }
 
 private:
