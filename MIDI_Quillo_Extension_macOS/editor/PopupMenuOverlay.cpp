@@ -211,6 +211,10 @@ void PopupMenuOverlay::returnKeyPressed(int row) {
     pick(row);
 }
 
+void PopupMenuOverlay::deleteKeyPressed(int /*row*/) {
+    search(typed_.dropLastCharacters(1));
+}
+
 juce::String PopupMenuOverlay::getNameForRow(int row) {
     return label(row);
 }

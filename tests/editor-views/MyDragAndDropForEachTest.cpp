@@ -83,9 +83,9 @@ struct ListDesk {
 
 TEST(MyDragAndDropForEach, LaysItsRowsUnderOneAnother) {
     ListDesk desk(3);
-    EXPECT_EQ(desk.place(0), juce::Rectangle<int>(12, 10, 268, 80));
-    EXPECT_EQ(desk.place(1), juce::Rectangle<int>(12, 100, 268, 100));
-    EXPECT_EQ(desk.place(2), juce::Rectangle<int>(12, 210, 268, 60));
+    EXPECT_EQ(desk.place(0), juce::Rectangle<int>(12, 10, 268, 60));
+    EXPECT_EQ(desk.place(1), juce::Rectangle<int>(12, 80, 268, 80));
+    EXPECT_EQ(desk.place(2), juce::Rectangle<int>(12, 170, 268, 100));
     EXPECT_EQ(desk.list.rowWidth(), 268);
 }
 

@@ -240,13 +240,15 @@ TEST(MyTextInput, StepsInItsOwnWayWhereOneIsGiven) {
 
 TEST(MyTextInput, ShowsThePromptInPlaceOfNothing) {
     InputDesk<NameFormatter> desk("");
-    const auto secondary = Palette().secondaryText;
-    desk.window.set<MySecondaryColor>(Palette().channelInput);
-    EXPECT_GT(pixelsLike(picture(desk.input, 3), secondary), 20);
-    desk.retype("Überlauf ♯");
+    const Palette palette;
+    desk.window.set<MyPrimaryColor>(palette.delayInput);
+    desk.window.set<MySecondaryColor>(palette.delayInputSecondaryColor);
+    EXPECT_GT(pixelsLike(picture(desk.input, 3), palette.secondaryText), 20);
+    const auto name = juce::String::fromUTF8("\u00DCberlauf \u266F");
+    desk.retype(name);
     desk.press(juce::KeyPress::returnKey);
-    EXPECT_EQ(desk.value, juce::String::fromUTF8("Überlauf ♯").toStdString());
-    EXPECT_EQ(pixelsLike(picture(desk.input, 3), secondary), 0);
+    EXPECT_EQ(desk.value, name.toStdString());
+    EXPECT_EQ(pixelsLike(picture(desk.input, 3), palette.secondaryText), 0);
 }
 
 TEST(MyTextInput, ADifferentNumberOfClicksMayStartTyping) {

@@ -136,7 +136,7 @@ TEST(PopupMenuOverlay, KeepsEveryKeyWhileItIsOpen) {
 TEST(PopupMenuOverlay, ScrollsWithTheWheel) {
     MenuDesk desk(noteContents(64));
     const auto before = desk.menu().rowArea(64);
-    wheel(desk.menu(), -0.5F);
+    wheel(desk.menu(), desk.menu().panelArea().getCentre(), -0.5F);
     EXPECT_NE(desk.menu().rowArea(64), before);
 }
 
