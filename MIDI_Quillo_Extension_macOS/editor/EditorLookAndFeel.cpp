@@ -28,7 +28,7 @@ juce::LookAndFeel_V4::ColourScheme colourScheme() {
     const auto background = displayColour(palette.background);
     const auto surface = displayColour(style::lifted(palette.background, style::boxLift));
     const auto text = displayColour(palette.primaryText);
-    const auto highlight = displayColour(style::lifted(palette.background, style::menuRowLift));
+    const auto highlight = displayColour(style::lifted(palette.background, style::separatorLift));
     return {background, surface,   surface, displayColour(palette.borders), text, highlight,
             text,       highlight, text};
 }
