@@ -17,7 +17,7 @@ using namespace test;
 
 template <class Formatter>
 struct InputDesk {
-    using Value = typename Formatter::Value;
+    using Value = Formatter::Value;
 
     OffscreenWindow window{300, 200};
     Value value;
@@ -72,6 +72,7 @@ TEST(MyTextInput, AClickOnTheTextStartsTypingOverIt) {
     desk.clickText();
     ASSERT_TRUE(desk.input.isEditable());
     EXPECT_EQ(desk.input.typist()->getHighlightedText(), "100");
+    EXPECT_EQ(desk.input.typist()->getCaretPosition(), 3);
     type(desk.window, "42");
     EXPECT_EQ(desk.value, byte(100)) << "Nothing is taken before the end.";
     desk.press(juce::KeyPress::returnKey);
