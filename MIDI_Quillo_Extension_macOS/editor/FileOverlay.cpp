@@ -112,6 +112,7 @@ void FileOverlay::parentHierarchyChanged() {
     set<MyBackground>(palette.background);
     set<MyPrimaryColor>(palette.delayInput);
     set<MySecondaryColor>(palette.delayInputSecondaryColor);
+    browser_->sendLookAndFeelChange();  // its boxes take their colours at this moment only
 }
 
 void FileOverlay::resized() {

@@ -99,4 +99,9 @@ private:
 
 }  // namespace
 
-START_JUCE_APPLICATION(EditorApplication)
+int main(int argc, const char** argv) {
+    juce::JUCEApplicationBase::createInstance = []() -> juce::JUCEApplicationBase* {
+        return new EditorApplication();
+    };
+    return juce::JUCEApplicationBase::main(argc, argv);
+}
