@@ -75,10 +75,12 @@ void Header::resized() {
     auto area = getLocalBounds().reduced(style::barPadding, 0);
     area.removeFromLeft(logoWidth + gap);
     const bool narrow = environment<MySizeCategoryKey>(*this) == MySizeCategory::small;
-    for (auto* button : {&undo_, &redo_}) {
-        button->setVisible(!narrow);
-    }
+    undo_.setVisible(!narrow);
+    redo_.setVisible(!narrow);
     for (auto* button : {&import_, &export_, &undo_, &redo_}) {
+        if (!button->isVisible()) {
+            continue;
+        }
         button->setBounds(area.removeFromLeft(style::iconButtonSize)
                               .withSizeKeepingCentre(style::iconButtonSize, style::iconButtonSize));
         area.removeFromLeft(gap);

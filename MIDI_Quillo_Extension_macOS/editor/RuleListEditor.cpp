@@ -98,27 +98,28 @@ std::optional<std::size_t> RuleListEditor::find(const UUID& id) const {
     return static_cast<std::size_t>(std::distance(rules().begin(), found));
 }
 
-bool RuleListEditor::engineTakes(const RuleList& list) {
+/// Hands the list to the engine; when that refuses it, the alert says why.
+bool RuleListEditor::isTakenByEngine(const RuleList& list) {
     try {
         onRulesChanged_(rulesOf(list));
-        return true;
     } catch (const FatalError& error) {
         alert(error.what());
         return false;
     }
+    return true;
 }
 
-/// Comes last of all in a change: those who observe the rules also look at what can be undone.
-void RuleListEditor::publish(RuleList list) {
+void RuleListEditor::show(RuleList list) {
     changing_ = true;
     model_->setRules(std::move(list));
     changing_ = false;
 }
 
+/// The step is noted before the list is shown: whoever sees the new list can undo it.
 void RuleListEditor::apply(RuleList after, const std::string& stepName, const std::string& joinKey) {
-    if (engineTakes(after)) {
+    if (isTakenByEngine(after)) {
         history_.note(stepName, rules(), after, joinKey);
-        publish(std::move(after));
+        show(std::move(after));
     }
 }
 
@@ -225,20 +226,23 @@ void RuleListEditor::send(const UUID& id) {
 }
 
 void RuleListEditor::undo() {
-    auto history = history_;
-    auto list = history.undo(rules());
-    if (engineTakes(list)) {
-        history_ = std::move(history);
-        publish(std::move(list));
+    if (undoName()) {
+        walk(&RuleListHistory::undo);
     }
 }
 
 void RuleListEditor::redo() {
+    if (redoName()) {
+        walk(&RuleListHistory::redo);
+    }
+}
+
+void RuleListEditor::walk(RuleList (RuleListHistory::*step)(RuleList)) {
     auto history = history_;
-    auto list = history.redo(rules());
-    if (engineTakes(list)) {
+    auto list = (history.*step)(rules());
+    if (isTakenByEngine(list)) {
         history_ = std::move(history);
-        publish(std::move(list));
+        show(std::move(list));
     }
 }
 

@@ -71,6 +71,7 @@ public:
 
     [[nodiscard]] std::optional<std::string> undoName() const { return history_.undoName(); }
     [[nodiscard]] std::optional<std::string> redoName() const { return history_.redoName(); }
+    /// Nothing happens when there is nothing to undo or to redo.
     void undo();
     void redo();
 
@@ -82,9 +83,11 @@ public:
 
 private:
     [[nodiscard]] std::optional<std::size_t> find(const UUID& id) const;
-    [[nodiscard]] bool engineTakes(const RuleList& list);
-    void publish(RuleList list);
+    [[nodiscard]] bool isTakenByEngine(const RuleList& list);
+    void show(RuleList list);
     void apply(RuleList after, const std::string& stepName, const std::string& joinKey = "");
+    /// Goes one step back or forth.
+    void walk(RuleList (RuleListHistory::*step)(RuleList));
     void editWith(const UUID& id, const std::function<void(RuleEntry&)>& change, const std::string& field);
 
     std::shared_ptr<QuilloModel> model_;
