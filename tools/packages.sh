@@ -7,6 +7,7 @@ packages_of() {
     case $1 in
         build) echo g++ cmake ninja-build ccache nlohmann-json3-dev libgtest-dev libgmock-dev ;;
         editor) echo juce-modules-source juce-tools fonts-inter fonts-dejavu-core ;;
+        display) echo xvfb xauth x11-utils xdotool ;;
         bench) echo libbenchmark-dev ;;
         lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev ;;
         fresh) echo debootstrap ;;
@@ -17,6 +18,7 @@ packages_of() {
 programs_of() {
     case $1 in
         build) echo g++ cmake ninja ;;
+        display) echo xvfb-run xauth xprop xdotool ;;
         lint) echo clang++-22 clang-tidy-22 clang-format-22 ;;
         fresh) echo debootstrap ;;
     esac

@@ -275,5 +275,21 @@ TEST_F(RuleListEditorTest, WhileTheUnitRunsRulesThatCannotBeShownNothingIsAdded)
     EXPECT_EQ(editor.whyNotEditable(), std::nullopt);
 }
 
+TEST_F(RuleListEditorTest, WithNothingToUndoOrRedoNothingReachesTheEngine) {
+    desk.model->setNotEditable("not shown");
+    editor.undo();
+    editor.redo();
+    EXPECT_EQ(desk.installs, 0U);
+    EXPECT_EQ(editor.whyNotEditable(), "not shown");
+}
+
+TEST_F(RuleListEditorTest, WhoeverSeesANewListCanUndoIt) {
+    std::vector<std::optional<std::string>> seen;
+    const auto observation = desk.model->observeRules([&] { seen.push_back(editor.undoName()); });
+    desk.addNoteOn();
+    editor.undo();
+    EXPECT_EQ(seen, (std::vector<std::optional<std::string>>{"Add Message #1", std::nullopt}));
+}
+
 }  // namespace
 }  // namespace quillo

@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include "editor-main/EditorStage.hpp"
+#include "support/EveryEntry.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+
+std::string described(const juce::Component& view) {
+    return view.getTitle().toStdString() + " " + view.getBounds().toString().toStdString();
+}
+
+/// Lists hold more than they show, and the toolkit's buttons scale their pictures.
+bool isLeaf(const juce::Component& view) {
+    return dynamic_cast<const juce::Viewport*>(&view) != nullptr ||
+           dynamic_cast<const juce::ListBox*>(&view) != nullptr ||
+           dynamic_cast<const juce::Button*>(&view) != nullptr;
+}
+
+std::vector<juce::Component*> shownChildren(const juce::Component& view) {
+    std::vector<juce::Component*> shown;
+    for (auto* child : view.getChildren()) {
+        if (child->isVisible() && !child->getBounds().isEmpty()) {
+            shown.push_back(child);
+        }
+    }
+    return shown;
+}
+
+/// Nothing below a view lies outside of it or on what stands beside it.
+void expectTidy(const juce::Component& view) {
+    const auto shown = shownChildren(view);
+    for (std::size_t child = 0; child < shown.size(); ++child) {
+        EXPECT_TRUE(view.getLocalBounds().contains(shown[child]->getBounds()))
+            << described(*shown[child]) << " is outside of " << described(view);
+        for (std::size_t other = child + 1; other < shown.size(); ++other) {
+            EXPECT_FALSE(shown[child]->getBounds().intersects(shown[other]->getBounds()))
+                << described(*shown[child]) << " overlaps " << described(*shown[other]);
+        }
+        if (!isLeaf(*shown[child])) {
+            expectTidy(*shown[child]);
+        }
+    }
+}
+
+/// The lowest edge of what a card shows.
+int contentBottom(RuleView& card) {
+    return card.getLocalArea(card.buttons().getParentComponent(), card.buttons().getBounds()).getBottom();
+}
+
+/// One card of each trigger and one of each output, with long values in their fields.
+std::vector<RuleEntry> cardKinds() {
+    std::vector<RuleEntry> entries;
+    for (const auto trigger : everyTriggerType()) {
+        for (const auto output : everyOutputType()) {
+            RuleEntry entry;
+            entry.name = "A name that is longer than a narrow card is wide";
+            entry.trigger.type = trigger;
+            entry.trigger.controller = 100;
+            entry.output.type = output;
+            entry.output.controller = GenericByteV2::Value{127};
+            entry.output.pitch.value = 16383;
+            entry.output.systemExclusive.assign(40, 0x7F);
+            entry.output.delay.ms = 123'456'789;
+            entries.push_back(entry);
+        }
+    }
+    return entries;
+}
+
+TEST(CardLayout, ACardIsExactlyAsHighAsItsContentNeeds) {
+    for (const auto& entry : cardKinds()) {
+        auto shown = entry;
+        RuleView card(
+            {[&shown] { return shown; }, [&shown](RuleEntry changed) { shown = std::move(changed); }}, {});
+        for (int width = 176; width <= 1200; width += 32) {
+            SCOPED_TRACE(width);
+            card.setBounds(0, 0, width, RuleView::heightFor(entry, width));
+            expectTidy(card);
+            EXPECT_EQ(contentBottom(card), card.getHeight() - 10);
+        }
+        if (HasFailure()) {
+            break;
+        }
+    }
+}
+
+TEST(CardLayout, AFieldIsNeverWiderThanItsSection) {
+    RuleEntry entry;
+    entry.output.type = OutputEntryType::SystemExclusive;
+    entry.output.systemExclusive.assign(400, 0x11);
+    RuleView card({[&entry] { return entry; }, [](const RuleEntry&) {}}, {});
+    card.setBounds(0, 0, 300, RuleView::heightFor(entry, 300));
+    auto& bytes = field(card.output(), "Bytes (hex)");
+    EXPECT_EQ(bytes.getWidth(), card.output().getWidth());
+    EXPECT_EQ(bytes.getTooltip(), bytes.shownText()) << "What is cut is shown whole as a tooltip.";
+}
+
+class EachSize : public testing::TestWithParam<juce::Point<int>> {};
+
+TEST_P(EachSize, NothingOverlapsAndNothingIsOutside) {
+    std::vector<Rule> rules;
+    for (const auto& entry : cardKinds()) {
+        rules.push_back(ruleFromEntry(entry));
+    }
+    EditorStage stage(rules, GetParam());
+    for (const bool opened : {false, true}) {
+        if (opened) {
+            click(stage.view().logger().collapsedForm().arrow());
+        }
+        SCOPED_TRACE(opened ? "with the logs opened" : "with the logs collapsed");
+        expectTidy(stage.view().header());
+        expectTidy(stage.view().logger());
+        const auto bars = shownChildren(stage.view());
+        EXPECT_EQ(bars.size(), 3U);
+        EXPECT_EQ(stage.view().header().getBottom(), stage.view().list().getY());
+        EXPECT_EQ(stage.view().list().getBottom(), stage.view().logger().getY());
+        EXPECT_EQ(stage.view().logger().getBottom(), GetParam().y);
+        for (std::size_t position = 0; position < rules.size(); position += 11) {
+            auto& card = stage.card(position);
+            expectTidy(card);
+            EXPECT_EQ(contentBottom(card), card.getHeight() - 10);
+        }
+    }
+}
+
+TEST_P(EachSize, MenusAndAlertsStayInside) {
+    EditorStage stage({ruleFromEntry(RuleEntry())}, GetParam());
+    auto& note = field(stage.card().output(), "Note");
+    note.grabKeyboardFocus();
+    settle();
+    EditorStage::openMenu(note);
+    EXPECT_TRUE(stage.view().getLocalBounds().contains(stage.menu().panelArea()));
+    EXPECT_GE(stage.menu().rowArea(67).getHeight(), 1) << "The current note is in sight.";
+    key(stage.window, juce::KeyPress::escapeKey);
+    stage.editor().alert(std::string(500, 'x'));
+    expectTidy(*stage.view().overlay());
+    stage.editor().dismissAlert();
+    stage.view().showExporter();
+    expectTidy(*stage.view().overlay());
+}
+
+INSTANTIATE_TEST_SUITE_P(CardLayout, EachSize,
+                         testing::Values(juce::Point(200, 200), juce::Point(320, 480), juce::Point(500, 250),
+                                         juce::Point(820, 640), juce::Point(1600, 1000)),
+                         [](const auto& size) {
+                             return std::to_string(size.param.x) + "x" + std::to_string(size.param.y);
+                         });
+
+TEST(CardLayout, ANarrowEditorMovesItsCommandsIntoAMenuThatWorks) {
+    EditorStage stage({}, {200, 200});
+    EXPECT_FALSE(stage.view().header().undoButton().isVisible());
+    EXPECT_FALSE(stage.view().header().docsButton().isVisible());
+    stage.editor().add(MIDIRuleType::OutputType{OutputEntryType::NoteOn});
+    click(stage.view().header().moreButton());
+    stage.pickInMenu("Undo");
+    EXPECT_TRUE(stage.installed().empty());
+    click(stage.view().header().moreButton());
+    stage.pickInMenu("Redo");
+    EXPECT_EQ(stage.names(), std::vector<std::string>{"Message #1"});
+}
+
+TEST(CardLayout, AWideEditorHasNoMoreMenu) {
+    EditorStage stage;
+    EXPECT_FALSE(stage.view().header().moreButton().isVisible());
+    EXPECT_TRUE(stage.view().header().undoButton().isVisible());
+    EXPECT_TRUE(stage.view().header().docsButton().isVisible());
+}
+
+}  // namespace
+}  // namespace quillo

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include "editor/PopupMenuOverlay.hpp"
+#include "hosts/editor/Desk.hpp"
+#include "support/JuceEvents.hpp"
+#include "support/OffscreenWindow.hpp"
+
+namespace quillo::test {
+
+/// A rule of an entry that is the default but for what `change` does to it.
+template <class Change>
+Rule ruleWith(Change change) {
+    RuleEntry entry;
+    change(entry);
+    return ruleFromEntry(entry);
+}
+
+/// The first view of a kind below another one, or null.
+template <class View>
+View* findBelow(juce::Component& view) {
+    for (auto* child : view.getChildren()) {
+        if (auto* found = dynamic_cast<View*>(child)) {
+            return found;
+        }
+        if (auto* found = findBelow<View>(*child)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+/// The whole editor on a unit, in a window without a screen, and hands to use it with.
+class EditorStage {
+public:
+    explicit EditorStage(std::vector<Rule> rules = {}, juce::Point<int> size = {820, 640})
+        : desk(std::move(rules)), window(size.x, size.y) {
+        desk.unit().MIDIOutputEventBlock = [this](AUEventSampleTime, std::uint8_t,
+                                                  std::span<const std::uint8_t> bytes) {
+            sent.emplace_back(bytes.begin(), bytes.end());
+            return noErr;
+        };
+        window.show(view(), window.getLocalBounds());
+    }
+
+    Desk desk;
+    OffscreenWindow window;
+    /// The messages that the unit has put out.
+    std::vector<std::vector<std::uint8_t>> sent;
+
+    [[nodiscard]] QuilloView& view() { return desk.view(); }
+    [[nodiscard]] RuleListEditor& editor() { return view().editor(); }
+    [[nodiscard]] std::vector<Rule> installed() { return desk.unit().processor->rules(); }
+    [[nodiscard]] UUID id(std::size_t position) { return editor().rules()[position].id; }
+    [[nodiscard]] const RuleEntry& entry(std::size_t position) { return editor().rules()[position].rule; }
+
+    [[nodiscard]] std::vector<std::string> names() {
+        std::vector<std::string> names;
+        for (const auto& rule : installed()) {
+            names.push_back(rule.name);
+        }
+        return names;
+    }
+
+    /// The card at a position, brought into sight.
+    [[nodiscard]] RuleView& card(std::size_t position = 0) {
+        view().list().scrollTo(id(position));
+        return *view().card(id(position));
+    }
+
+    /// Lets a cycle run and the main thread take what it left.
+    void render(const std::vector<std::vector<std::uint8_t>>& messages = {}) {
+        desk.render(512, messages);
+        desk.drain();
+    }
+
+    [[nodiscard]] PopupMenuOverlay& menu() {
+        auto* open = dynamic_cast<PopupMenuOverlay*>(view().overlay());
+        if (open == nullptr) {
+            throw std::logic_error("no menu is open");
+        }
+        return *open;
+    }
+
+    /// Types what is looked for into the open menu and takes the best match.
+    void pickInMenu(const juce::String& label) {
+        type(window, label);
+        if (menu().shownRows().empty()) {
+            throw std::logic_error("the menu does not offer " + label.toStdString());
+        }
+        key(window, juce::KeyPress::returnKey);
+    }
+
+    /// Opens a field's menu with the mouse.
+    static void openMenu(FieldView& field) {
+        const bool isPicker = dynamic_cast<MyPickerImpl*>(&field) != nullptr;
+        click(field, (isPicker ? field.boxArea() : field.chevronArea()).getCentre());
+    }
+
+    void pick(FieldView& field, const juce::String& label) {
+        openMenu(field);
+        pickInMenu(label);
+    }
+
+    /// Puts a text in the place of what a field holds.
+    void typeInto(FieldView& field, const juce::String& text) {
+        click(field, field.textArea().getCentre());
+        type(window, text);
+        key(window, juce::KeyPress::returnKey);
+    }
+
+    /// Whether a field has a menu that holds this very row.
+    [[nodiscard]] bool offers(FieldView& field, const juce::String& label) {
+        if (!field.hasChevron()) {
+            return false;
+        }
+        openMenu(field);
+        type(window, label);
+        const bool offered = !menu().shownRows().empty();
+        key(window, juce::KeyPress::escapeKey);
+        return offered;
+    }
+};
+
+/// The field of a section under this caption.
+inline FieldView& field(const FieldSection& section, const juce::String& caption) {
+    for (const auto& candidate : section.fields()) {
+        if (candidate->field().caption() == caption) {
+            return candidate->field();
+        }
+    }
+    throw std::logic_error("there is no field " + caption.toStdString());
+}
+
+/// The captions of a section's fields, in order.
+inline std::vector<std::string> captions(const FieldSection& section) {
+    std::vector<std::string> captions;
+    for (const auto& shown : section.fields()) {
+        captions.push_back(shown->field().caption().toStdString());
+    }
+    return captions;
+}
+
+/// What a section's fields show, in order.
+inline std::vector<std::string> texts(const FieldSection& section) {
+    std::vector<std::string> texts;
+    for (const auto& shown : section.fields()) {
+        texts.push_back(shown->field().shownText().toStdString());
+    }
+    return texts;
+}
+
+}  // namespace quillo::test

@@ -1,0 +1,348 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include "audiounit/MIDIQuilloAUAudioUnit.hpp"
+#include "editor-main/EditorStage.hpp"
+#include "editor/AlertView.hpp"
+#include "editor/NewRuleSelector.hpp"
+#include "editor/Style.hpp"
+#include "support/TestRules.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using Names = std::vector<std::string>;
+using Messages = std::vector<std::vector<std::uint8_t>>;
+
+const juce::KeyPress undoKey{'z', juce::ModifierKeys(juce::ModifierKeys::ctrlModifier), 0};
+const juce::KeyPress redoKey{
+    'z', juce::ModifierKeys(juce::ModifierKeys::ctrlModifier | juce::ModifierKeys::shiftModifier), 0};
+
+MyDragAndDropForEachDragHandle& handleOf(RuleView& card) {
+    return *findBelow<MyDragAndDropForEachDragHandle>(card);
+}
+
+Rule named(const std::string& name) {
+    return rule(onLoad(), send(noteOn(0, 60, 100)), name);
+}
+
+class RuleListView : public testing::Test {
+protected:
+    void open(const Names& names, juce::Point<int> size = {820, 640}) {
+        std::vector<Rule> rules;
+        for (const auto& name : names) {
+            rules.push_back(named(name));
+        }
+        stage = std::make_unique<EditorStage>(std::move(rules), size);
+    }
+
+    void addNew(const juce::String& label) {
+        click(findBelow<NewRuleSelector>(stage->view())->button());
+        stage->pickInMenu(label);
+    }
+
+    /// The names on the cards, from top to bottom.
+    Names namesOnCards() {
+        std::vector<std::pair<int, std::string>> cards;
+        for (const auto& element : stage->editor().rules()) {
+            auto* card = stage->view().card(element.id);
+            cards.emplace_back(stage->view().list().getLocalPoint(card, juce::Point(0, 0)).y,
+                               card->header().shownText().toStdString());
+        }
+        std::ranges::sort(cards);
+        Names names;
+        for (const auto& [top, name] : cards) {
+            names.push_back(name);
+        }
+        return names;
+    }
+
+    void expectNames(const Names& names) {
+        EXPECT_EQ(stage->names(), names);
+        EXPECT_EQ(namesOnCards(), names);
+    }
+
+    std::unique_ptr<EditorStage> stage;
+};
+
+TEST_F(RuleListView, AddNewAddsARuleOfThePickedTypeUnderTheNextNumber) {
+    open({});
+    addNew("Note On");
+    addNew("Pitch Wheel");
+    EXPECT_EQ(stage->installed(), (std::vector{ruleFromEntry(defaultEntry(OutputEntryType::NoteOn, 1)),
+                                               ruleFromEntry(defaultEntry(OutputEntryType::PitchWheel, 2))}));
+    EXPECT_EQ(namesOnCards(), (Names{"Message #1", "Message #2"}));
+}
+
+TEST_F(RuleListView, AddNewCountsOnFromTheGreatestNumber) {
+    open({"Message #1", "Message #7", "Intro"});
+    addNew("All Notes Off");
+    expectNames({"Message #1", "Message #7", "Intro", "Message #8"});
+    EXPECT_EQ(stage->installed().back(), rule(onLoad(), send(controlChange(0, 123, 0)), "Message #8"));
+}
+
+TEST_F(RuleListView, AMenuThatIsLeftAddsNothing) {
+    open({});
+    click(findBelow<NewRuleSelector>(stage->view())->button());
+    EXPECT_EQ(stage->menu().shownRows().size(), 9U);
+    key(stage->window, juce::KeyPress::escapeKey);
+    EXPECT_EQ(stage->view().overlay(), nullptr);
+    EXPECT_TRUE(stage->installed().empty());
+}
+
+TEST_F(RuleListView, ANewRuleIsScrolledIntoSight) {
+    open({"a", "b", "c", "d"}, {500, 250});
+    stage->view().list().setScrollPosition(100'000);
+    addNew("SysEx");
+    auto& list = stage->view().list();
+    auto* card = stage->view().card(stage->id(4));
+    ASSERT_NE(card, nullptr);
+    EXPECT_TRUE(list.getLocalBounds().contains(
+        list.getLocalArea(card, card->getLocalBounds()).withHeight(style::cardHeaderHeight)));
+}
+
+TEST_F(RuleListView, DuplicatePutsACopyRightAfterTheRule) {
+    open({"a", "b"});
+    click(stage->card(0).buttons().duplicateButton());
+    expectNames({"a", "a", "b"});
+    EXPECT_NE(stage->id(0), stage->id(1));
+    EXPECT_EQ(stage->entry(0), stage->entry(1));
+}
+
+TEST_F(RuleListView, DeleteTakesTheRuleAndItsCardAway) {
+    open({"a", "b", "c"});
+    const auto gone = stage->id(1);
+    click(stage->card(1).buttons().deleteButton());
+    expectNames({"a", "c"});
+    EXPECT_EQ(stage->view().card(gone), nullptr);
+}
+
+TEST_F(RuleListView, DeleteWorksByKeysWhileItsButtonHasTheFocus) {
+    open({"a", "b"});
+    stage->card(0).buttons().deleteButton().grabKeyboardFocus();
+    EXPECT_TRUE(key(stage->window, juce::KeyPress::spaceKey));
+    expectNames({"b"});
+}
+
+TEST_F(RuleListView, DeletingTheRuleThatIsTypedIntoLeavesTheOthersAlone) {
+    open({"a", "b"});
+    auto& header = stage->card(0).header();
+    click(header, header.textArea().getCentre());
+    type(stage->window, "typed");
+    stage->editor().remove(stage->id(0));
+    expectNames({"b"});
+}
+
+TEST_F(RuleListView, SendPutsTheMessageOutInTheNextCycleAndIntoTheLog) {
+    open({"a"});
+    stage->render();
+    stage->sent.clear();
+    click(stage->card(0).buttons().sendButton());
+    EXPECT_TRUE(stage->sent.empty());
+    stage->render();
+    EXPECT_EQ(stage->sent, (Messages{{0x90, 60, 100}}));
+    EXPECT_EQ(stage->view().logger().collapsedForm().outText(), "[512] 90 3c 64");
+    EXPECT_EQ(stage->editor().undoName(), std::nullopt);
+}
+
+TEST_F(RuleListView, ARuleIsDraggedToAnotherPlaceByItsHandle) {
+    open({"a", "b", "c"}, {820, 900});
+    auto& handle = handleOf(stage->card(0));
+    auto& last = handleOf(stage->card(2));
+    const auto target = handle.getLocalPoint(&last, juce::Point(5, last.getHeight() - 5));
+    drag(handle, {5, 20}, target);
+    expectNames({"b", "c", "a"});
+    EXPECT_EQ(stage->editor().undoName(), "Move a");
+    stage->editor().undo();
+    expectNames({"a", "b", "c"});
+}
+
+TEST_F(RuleListView, EscapeGivesADragUp) {
+    open({"a", "b", "c"}, {820, 900});
+    auto& handle = handleOf(stage->card(0));
+    const auto target = handle.getLocalPoint(&handleOf(stage->card(2)), juce::Point(5, 100));
+    dragAlong(handle, {{5, 20}, target});
+    EXPECT_TRUE(stage->view().list().isDragging());
+    EXPECT_TRUE(key(stage->window, juce::KeyPress::escapeKey));
+    release(stage->window, {5, 5});
+    expectNames({"a", "b", "c"});
+    EXPECT_EQ(stage->editor().undoName(), std::nullopt);
+}
+
+TEST_F(RuleListView, AltAndArrowsMoveTheRuleWhoseHandleHasTheFocus) {
+    open({"a", "b", "c"}, {820, 900});
+    auto& handle = handleOf(stage->card(0));
+    handle.grabKeyboardFocus();
+    EXPECT_TRUE(key(stage->window, juce::KeyPress::downKey, juce::ModifierKeys::altModifier));
+    expectNames({"b", "a", "c"});
+    EXPECT_TRUE(key(stage->window, juce::KeyPress::downKey, juce::ModifierKeys::ctrlModifier));
+    expectNames({"b", "c", "a"});
+    EXPECT_TRUE(key(stage->window, juce::KeyPress::upKey, juce::ModifierKeys::altModifier));
+    expectNames({"b", "a", "c"});
+    EXPECT_TRUE(handle.hasKeyboardFocus(false)) << "The row keeps its view and its focus.";
+}
+
+TEST_F(RuleListView, KeysUndoAndRedoWhileAnythingInTheEditorHasTheFocus) {
+    open({"a"});
+    stage->typeInto(stage->card(0).header(), "b");
+    EXPECT_TRUE(key(stage->window, undoKey));
+    expectNames({"a"});
+    EXPECT_TRUE(key(stage->window, redoKey));
+    expectNames({"b"});
+}
+
+TEST_F(RuleListView, ButtonsUndoAndRedoAndSayWhat) {
+    open({"a"});
+    auto& header = stage->view().header();
+    EXPECT_FALSE(header.undoButton().isEnabled());
+    EXPECT_FALSE(header.redoButton().isEnabled());
+    click(stage->card(0).buttons().duplicateButton());
+    EXPECT_TRUE(header.undoButton().isEnabled());
+    EXPECT_EQ(header.undoButton().getTooltip(), "Undo: Duplicate a");
+    click(header.undoButton());
+    expectNames({"a"});
+    EXPECT_FALSE(header.undoButton().isEnabled());
+    EXPECT_EQ(header.redoButton().getTooltip(), "Redo: Duplicate a");
+    click(header.redoButton());
+    expectNames({"a", "a"});
+}
+
+TEST_F(RuleListView, AStateRestoredByTheHostReplacesTheCards) {
+    open({"a", "b"});
+    const auto state = stage->desk.unit().fullState();
+    click(stage->card(0).buttons().deleteButton());
+    expectNames({"b"});
+    stage->desk.unit().setFullState(state);
+    stage->desk.drain();
+    expectNames({"a", "b"});
+    EXPECT_FALSE(stage->view().header().undoButton().isEnabled())
+        << "What was done to another list cannot be undone in this one.";
+}
+
+/// A channel pressure that is copied from its trigger: no card can show it.
+Rule uneditable() {
+    return rule(onNoteOn(), send(protocol(StatusV2::channelPressure, channel(0), triggerByte)), "odd");
+}
+
+TEST_F(RuleListView, RulesThatCannotBeEditedShowWhyAndNothingCanBeAdded) {
+    const std::vector rules{named("a"), uneditable()};
+    stage = std::make_unique<EditorStage>(rules);
+    EXPECT_FALSE(stage->view().list().isVisible());
+    ASSERT_TRUE(stage->editor().whyNotEditable().has_value());
+    stage->editor().add(MIDIRuleType::OutputType{OutputEntryType::NoteOn});
+    EXPECT_NE(dynamic_cast<AlertView*>(stage->view().overlay()), nullptr);
+    EXPECT_EQ(stage->installed(), rules);
+}
+
+/// Whether anything but the ground is drawn in the list's place.
+bool showsANotice(QuilloView& view) {
+    const auto place = view.list().getBounds();
+    const auto picture = view.createComponentSnapshot(place, true, 1);
+    for (int y = 0; y < picture.getHeight(); ++y) {
+        for (int x = 0; x < picture.getWidth(); ++x) {
+            if (picture.getPixelAt(x, y) != picture.getPixelAt(0, 0)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+TEST_F(RuleListView, ANoticeStandsInThePlaceOfRulesThatCannotBeEdited) {
+    stage = std::make_unique<EditorStage>(std::vector{uneditable()});
+    EXPECT_TRUE(showsANotice(stage->view()));
+    open({});
+    stage->view().list().setVisible(false);
+    EXPECT_FALSE(showsANotice(stage->view()));
+}
+
+TEST_F(RuleListView, RulesThatCannotBeEditedAreNotTouchedByUndoAndRedo) {
+    const std::vector rules{named("a"), uneditable()};
+    stage = std::make_unique<EditorStage>(rules);
+    EXPECT_FALSE(stage->view().header().undoButton().isEnabled());
+    stage->view().header().importButton().grabKeyboardFocus();
+    key(stage->window, undoKey);
+    key(stage->window, redoKey);
+    EXPECT_EQ(stage->installed(), rules);
+    EXPECT_TRUE(stage->editor().whyNotEditable().has_value());
+}
+
+TEST_F(RuleListView, RulesThatCanBeEditedAgainComeBack) {
+    open({"a"});
+    const auto state = stage->desk.unit().fullState();
+    EditorStage other({uneditable()});
+    other.desk.unit().setFullState(state);
+    other.desk.drain();
+    EXPECT_TRUE(other.view().list().isVisible());
+    EXPECT_EQ(other.card(0).header().shownText(), "a");
+}
+
+TEST_F(RuleListView, AListThatTheEngineRefusesIsNotKept) {
+    open({"a"});
+    stage->typeInto(field(stage->card(0).output(), "Delay (ms)"), "9223372036854775807");
+    auto* alert = dynamic_cast<AlertView*>(stage->view().overlay());
+    ASSERT_NE(alert, nullptr);
+    EXPECT_EQ(alert->getTitle(), "Error");
+    EXPECT_EQ(stage->installed(), std::vector{named("a")});
+    EXPECT_EQ(field(stage->card(0).output(), "Delay (ms)").shownText(), "0");
+}
+
+TEST_F(RuleListView, KeysThatNobodyWantsGoOnToTheHost) {
+    open({"a"});
+    EXPECT_FALSE(key(stage->window, juce::KeyPress::spaceKey));
+    EXPECT_FALSE(key(stage->window, 'q'));
+    field(stage->card(0).output(), "Velocity").grabKeyboardFocus();
+    EXPECT_FALSE(key(stage->window, juce::KeyPress::spaceKey));
+    EXPECT_FALSE(key(stage->window, 'q'));
+    EXPECT_FALSE(key(stage->window, juce::KeyPress::F1Key));
+    EXPECT_EQ(stage->installed(), std::vector{named("a")});
+}
+
+TEST_F(RuleListView, ClicksOnButtonsLeaveTheKeyboardWithTheHost) {
+    open({"a"});
+    click(stage->card(0).buttons().sendButton());
+    click(stage->view().logger().collapsedForm().arrow());
+    EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr);
+    EXPECT_FALSE(key(stage->window, juce::KeyPress::spaceKey));
+}
+
+TEST_F(RuleListView, AFieldThatIsHalfInSightStaysUnderThePointerWhileItIsClicked) {
+    open({"a", "b", "c"}, {500, 250});
+    auto& note = field(stage->card(0).output(), "Note");
+    auto& list = stage->view().list();
+    const auto bottom = list.getLocalArea(&note, note.boxArea()).getBottom();
+    list.setScrollPosition(list.scrollPosition() + bottom - 6);
+    const auto point = list.getLocalPoint(&note, note.boxArea().getCentre()).withY(3);
+    const auto inWindow = stage->window.getLocalPoint(&list, point);
+    mouse(stage->window, inWindow, {});
+    mouse(stage->window, inWindow, juce::ModifierKeys::leftButtonModifier);
+    settle();
+    mouse(stage->window, inWindow, {});
+    EXPECT_EQ(stage->menu().shownRows().size(), 128U);
+}
+
+TEST_F(RuleListView, WhatGetsTheFocusByKeysIsScrolledIntoSight) {
+    open({"a", "b", "c"}, {500, 250});
+    auto& list = stage->view().list();
+    auto& send = stage->view().card(stage->id(1))->buttons().sendButton();
+    EXPECT_FALSE(list.getLocalBounds().contains(list.getLocalArea(&send, send.getLocalBounds())));
+    send.grabKeyboardFocus();
+    settle();
+    EXPECT_TRUE(list.getLocalBounds().contains(list.getLocalArea(&send, send.getLocalBounds())));
+}
+
+TEST_F(RuleListView, TabWalksThroughACardInOrder) {
+    open({"a"});
+    handleOf(stage->card(0)).grabKeyboardFocus();
+    Names walked;
+    for (int step = 0; step < 10; ++step) {
+        key(stage->window, juce::KeyPress::tabKey);
+        walked.push_back(juce::Component::getCurrentlyFocusedComponent()->getTitle().toStdString());
+    }
+    EXPECT_EQ(walked, (Names{"Message name", "Type", "Type", "Ch", "Note", "Velocity", "Delay (ms)",
+                             "Duplicate", "Delete", "Send"}));
+}
+
+}  // namespace
+}  // namespace quillo
