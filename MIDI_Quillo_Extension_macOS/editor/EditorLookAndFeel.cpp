@@ -28,7 +28,7 @@ juce::LookAndFeel_V4::ColourScheme colourScheme() {
     const auto background = displayColour(palette.background);
     const auto surface = displayColour(style::lifted(palette.background, style::boxLift));
     const auto text = displayColour(palette.primaryText);
-    const auto highlight = displayColour(style::lifted(palette.background, style::menuRowLift));
+    const auto highlight = displayColour(style::lifted(palette.background, style::separatorLift));
     return {background, surface,   surface, displayColour(palette.borders), text, highlight,
             text,       highlight, text};
 }
@@ -36,7 +36,16 @@ juce::LookAndFeel_V4::ColourScheme colourScheme() {
 }  // namespace
 
 EditorLookAndFeel::EditorLookAndFeel() : LookAndFeel_V4(colourScheme()) {
-    setColour(juce::ScrollBar::thumbColourId, displayColour(Palette().borders));
+    const Palette palette;
+    const auto surface = displayColour(style::lifted(palette.background, style::boxLift));
+    const auto text = displayColour(palette.primaryText);
+    setColour(juce::ScrollBar::thumbColourId, displayColour(palette.borders));
+    using Browser = juce::FileBrowserComponent;
+    setColour(Browser::currentPathBoxBackgroundColourId, surface);
+    setColour(Browser::currentPathBoxTextColourId, text);
+    setColour(Browser::currentPathBoxArrowColourId, surface);
+    setColour(Browser::filenameBoxBackgroundColourId, surface);
+    setColour(Browser::filenameBoxTextColourId, text);
 }
 
 void EditorLookAndFeel::drawScrollbar(juce::Graphics& graphics, juce::ScrollBar& bar, int x, int y, int width,

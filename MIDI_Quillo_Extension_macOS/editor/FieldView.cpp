@@ -111,10 +111,10 @@ void FieldView::paint(juce::Graphics& graphics) {
 void FieldView::paintBox(juce::Graphics& graphics) {
     const auto ground = environment<MyBackground>(*this);
     const auto box = boxArea().toFloat();
-    graphics.setColour(displayColour(
-        style::lifted(ground, isEnabled() && isActive() ? style::boxHoverLift : style::boxLift)));
+    const auto borderLift = isEnabled() && isActive() ? style::boxHoverBorderLift : style::boxBorderLift;
+    graphics.setColour(displayColour(style::lifted(ground, style::boxLift)));
     graphics.fillRoundedRectangle(box, style::fieldCorner);
-    graphics.setColour(displayColour(style::lifted(ground, style::boxBorderLift)));
+    graphics.setColour(displayColour(style::lifted(ground, borderLift)));
     graphics.drawRoundedRectangle(box.reduced(0.5F), style::fieldCorner, 1);
     paintUnderline(graphics);
     if (hasKeyboardFocus(true)) {

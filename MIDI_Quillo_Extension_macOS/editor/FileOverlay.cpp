@@ -63,7 +63,7 @@ void FileOverlay::leavePathAlone() {
 }
 
 juce::File FileOverlay::chosenFile() const {
-    const auto file = browser_->getSelectedFile(0);
+    auto file = browser_->getSelectedFile(0);
     if (mode_ == Mode::save && file != juce::File() && file.getFileExtension().isEmpty()) {
         return file.withFileExtension(presetFileExtension);
     }
@@ -112,6 +112,7 @@ void FileOverlay::parentHierarchyChanged() {
     set<MyBackground>(palette.background);
     set<MyPrimaryColor>(palette.delayInput);
     set<MySecondaryColor>(palette.delayInputSecondaryColor);
+    browser_->sendLookAndFeelChange();  // its boxes take their colours at this moment only
 }
 
 void FileOverlay::resized() {

@@ -31,8 +31,8 @@ int MyIconButton::preferredHeight() const {
 void MyIconButton::paintButton(juce::Graphics& graphics, bool hover, bool down) {
     const auto area = getLocalBounds().toFloat();
     if (isEnabled() && (hover || down)) {
-        graphics.setColour(displayColour(style::lifted(environment<MyBackground>(*this),
-                                                       down ? style::menuRowLift : style::boxHoverLift)));
+        graphics.setColour(
+            displayColour(style::lifted(environment<MyBackground>(*this), style::buttonHoverLift)));
         graphics.fillRoundedRectangle(area, style::buttonCorner);
     }
     const auto colour = displayColour(environment<MyPrimaryColor>(*this));

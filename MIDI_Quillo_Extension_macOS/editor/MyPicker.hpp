@@ -72,7 +72,7 @@ private:
         return juce::String::fromUTF8(item.label.data(), static_cast<int>(item.label.size()));
     }
 
-    [[nodiscard]] typename Menu<Value>::const_iterator rowOf(const Value& value) const {
+    [[nodiscard]] Menu<Value>::const_iterator rowOf(const Value& value) const {
         return std::find_if(description_.begin(), description_.end(),
                             [&value](const auto& item) { return item.value == value; });
     }

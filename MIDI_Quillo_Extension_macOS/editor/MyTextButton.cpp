@@ -46,8 +46,8 @@ void MyTextButton::paintButton(juce::Graphics& graphics, bool hover, bool down) 
     const auto alpha = isEnabled() ? 1.0F : style::disabledAlpha;
     const auto edge = getLocalBounds().toFloat().reduced(0.5F);
     if (lit) {
-        graphics.setColour(displayColour(style::lifted(environment<MyBackground>(*this),
-                                                       down ? style::menuRowLift : style::boxHoverLift)));
+        graphics.setColour(
+            displayColour(style::lifted(environment<MyBackground>(*this), style::buttonHoverLift)));
         graphics.fillRoundedRectangle(edge, style::buttonCorner);
     }
     graphics.setColour(borderColour(lit).withMultipliedAlpha(alpha));

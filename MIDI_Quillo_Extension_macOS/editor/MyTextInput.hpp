@@ -24,7 +24,7 @@ namespace quillo {
 template <MyFormatter Formatter>
 class MyTextInput final : public MyTextInputImpl {
 public:
-    using Value = typename Formatter::Value;
+    using Value = Formatter::Value;
     /// The value that lies so many steps above another one, below it where `steps` is negative.
     using Step = std::function<Value(const Value&, int steps)>;
 

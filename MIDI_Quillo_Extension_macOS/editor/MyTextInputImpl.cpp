@@ -50,7 +50,8 @@ public:
     /// Shows a text with all of it selected and the caret behind it.
     void showSelected(const juce::String& text) {
         setText(text, false);
-        setHighlightedRegion({0, text.length()});
+        moveCaretToTop(false);
+        moveCaretToEnd(true);
     }
 
     bool keyPressed(const juce::KeyPress& key) override {

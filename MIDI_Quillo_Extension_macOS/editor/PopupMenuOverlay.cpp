@@ -14,6 +14,8 @@ namespace {
 
 /// Room inside the panel around the rows.
 constexpr int panelPadding = 4;
+/// The dot at the end of the current row.
+constexpr float markSize = 5;
 
 /// Sharps are typed with the key that is on the keyboard.
 juce::String searchable(const juce::String& text) {
@@ -185,18 +187,17 @@ void PopupMenuOverlay::paintListBoxItem(int row, juce::Graphics& graphics, int w
     if (row >= getNumRows()) {
         return;
     }
-    const auto ground = environment<PaletteKey>(*this).background;
-    auto area = juce::Rectangle<int>(width, height);
     const auto colour = displayColour(environment<MyPrimaryColor>(*this));
+    auto area = juce::Rectangle<int>(width, height);
+    graphics.setColour(colour);
     if (highlighted) {
-        graphics.setColour(displayColour(style::lifted(ground, style::menuRowLift)));
         graphics.fillRoundedRectangle(area.toFloat(), style::fieldCorner);
+        graphics.setColour(displayColour(environment<PaletteKey>(*this).background));
     }
     area.reduce(style::fieldPadding, 0);
     const auto mark = area.removeFromRight(style::chevronSize).toFloat();
-    graphics.setColour(colour);
     if (shown_[static_cast<std::size_t>(row)] == contents_.current) {
-        graphics.fillEllipse(mark.withSizeKeepingCentre(5, 5));
+        graphics.fillEllipse(mark.withSizeKeepingCentre(markSize, markSize));
     }
     graphics.setFont(textFont(style::valueText));
     graphics.drawText(label(row), area, juce::Justification::centredLeft, true);
@@ -208,6 +209,10 @@ void PopupMenuOverlay::listBoxItemClicked(int row, const juce::MouseEvent& /*eve
 
 void PopupMenuOverlay::returnKeyPressed(int row) {
     pick(row);
+}
+
+void PopupMenuOverlay::deleteKeyPressed(int /*row*/) {
+    search(typed_.dropLastCharacters(1));
 }
 
 juce::String PopupMenuOverlay::getNameForRow(int row) {

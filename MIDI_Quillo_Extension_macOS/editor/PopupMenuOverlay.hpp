@@ -61,6 +61,7 @@ private:
                           bool highlighted) override;
     void listBoxItemClicked(int row, const juce::MouseEvent& event) override;
     void returnKeyPressed(int row) override;
+    void deleteKeyPressed(int row) override;
     juce::String getNameForRow(int row) override;
     juce::String getTooltipForRow(int row) override;
 

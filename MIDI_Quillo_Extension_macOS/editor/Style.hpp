@@ -80,12 +80,13 @@ inline constexpr float disabledAlpha = 0.4F;
 inline constexpr int cardLift = 5;
 /// The line that parts a card's handle from its content.
 inline constexpr int separatorLift = 16;
-/// A field's box on its card, its border, and the box under the pointer.
+/// A field's box on its card, its border, and its border under the pointer.
 inline constexpr int boxLift = 8;
 inline constexpr int boxBorderLift = 23;
-inline constexpr int boxHoverLift = 16;
-/// A menu and its chosen row.
+inline constexpr int boxHoverBorderLift = 70;
+/// A button under the pointer: no more, as text must stay readable in every colour.
+inline constexpr int buttonHoverLift = 9;
+/// A menu.
 inline constexpr int menuLift = 12;
-inline constexpr int menuRowLift = 34;
 
 }  // namespace quillo::style

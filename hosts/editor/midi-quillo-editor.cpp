@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The editor in a window, on a unit that renders by itself.
+#include <exception>
 #include <iostream>
 #include <memory>
+#include <string>
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
@@ -29,7 +31,12 @@ public:
         startTimerHz(cyclesPerSecond);
     }
 
-    void closeButtonPressed() override { juce::MessageManager::getInstance()->stopDispatchLoop(); }
+    /// Keys that come while nothing in the editor has the focus.
+    bool keyPressed(const juce::KeyPress& key) override {
+        return desk_.view().keyPressed(key) || DocumentWindow::keyPressed(key);
+    }
+
+    void closeButtonPressed() override { juce::JUCEApplication::getInstance()->systemRequestedQuit(); }
 
 private:
     static constexpr int cyclesPerSecond = 30;
@@ -46,30 +53,55 @@ private:
     int cycle_ = 0;
 };
 
-int run() {
-    if (const auto problem = requireTypefaces(); problem.isNotEmpty()) {
-        std::cerr << problem << '\n';
-        return exitSoftware;
+/// An application object of the toolkit's kind, for what comes with it: it lives with X servers that refuse
+/// a request, as they do where no window manager runs.
+class EditorApplication final : public juce::JUCEApplication {
+public:
+    const juce::String getApplicationName() override { return "MIDI Quillo"; }
+    const juce::String getApplicationVersion() override { return QUILLO_VERSION; }
+    bool moreThanOneInstanceAllowed() override { return true; }
+
+    void initialise(const juce::String& /*commandLine*/) override {
+        if (const auto problem = whyNotToStart(); problem.isNotEmpty()) {
+            fail(problem.toStdString());
+            return;
+        }
+        try {
+            desk_ = std::make_unique<Desk>(demoRules());
+            window_ = std::make_unique<EditorWindow>(*desk_);
+        } catch (const std::exception& error) {
+            fail(error.what());
+        }
     }
-    if (juce::Desktop::getInstance().getDisplays().displays.isEmpty()) {
-        std::cerr
-            << "midi-quillo-editor: there is no display; set DISPLAY, or draw the editor with quillo-shots\n";
-        return exitSoftware;
+
+    void shutdown() override {
+        window_.reset();
+        desk_.reset();
     }
-    Desk desk(demoRules());
-    const EditorWindow window(desk);
-    juce::MessageManager::getInstance()->runDispatchLoop();
-    return 0;
-}
+
+private:
+    static juce::String whyNotToStart() {
+        if (juce::Desktop::getInstance().getDisplays().displays.isEmpty()) {
+            return "there is no display; set DISPLAY, or draw the editor with ./dev shots";
+        }
+        return requireTypefaces();
+    }
+
+    void fail(const std::string& reason) {
+        std::cerr << "midi-quillo-editor: " << reason << '\n';
+        setApplicationReturnValue(exitSoftware);
+        quit();
+    }
+
+    std::unique_ptr<Desk> desk_;
+    std::unique_ptr<EditorWindow> window_;
+};
 
 }  // namespace
 
-int main() {
-    const juce::ScopedJuceInitialiser_GUI juce;
-    try {
-        return run();
-    } catch (const std::exception& error) {
-        std::cerr << error.what() << '\n';
-        return exitSoftware;
-    }
+int main(int argc, const char** argv) {
+    juce::JUCEApplicationBase::createInstance = []() -> juce::JUCEApplicationBase* {
+        return new EditorApplication();
+    };
+    return juce::JUCEApplicationBase::main(argc, argv);
 }

@@ -189,6 +189,17 @@ TEST_F(RuleListEditorTest, EveryChangeCanBeUndoneAndRedoneAndReachesTheEngineEac
     EXPECT_EQ(editor.undoName(), "Import z.json");
 }
 
+TEST_F(RuleListEditorTest, ThoseWhoObserveTheRulesAlreadySeeWhatCanBeUndone) {
+    std::vector<std::optional<std::string>> seen;
+    const auto observation = desk.model->observeRules([&] { seen.push_back(editor.undoName()); });
+    desk.addNoteOn();
+    editor.remove(desk.idOf(0));
+    editor.undo();
+    editor.redo();
+    EXPECT_EQ(seen, (std::vector<std::optional<std::string>>{"Add Message #1", "Delete Message #1",
+                                                             "Add Message #1", "Delete Message #1"}));
+}
+
 TEST_F(RuleListEditorTest, AListThatTheUnitBringsInForgetsWhatCouldBeUndone) {
     desk.addNoteOns(2);
     editor.undo();

@@ -68,16 +68,20 @@ inline void drag(juce::Component& view, juce::Point<int> from, juce::Point<int> 
     release(*window, end);
 }
 
-/// Turns the wheel over the middle of a view; away from the user is positive.
-inline void wheel(juce::Component& view, float turn) {
+/// Turns the wheel over a point; away from the user is positive.
+inline void wheel(juce::Component& view, juce::Point<int> point, float turn) {
     eventTime += 5'000;
     auto& window = *view.getTopLevelComponent();
-    const auto point = window.getLocalPoint(&view, centre(view).toFloat());
-    moveMouse(window, point.roundToInt());
+    const auto inWindow = window.getLocalPoint(&view, point);
+    moveMouse(window, inWindow);
     juce::MouseWheelDetails details{};
     details.deltaY = turn;
-    window.getPeer()->handleMouseWheel(juce::MouseInputSource::InputSourceType::mouse, point, ++eventTime,
-                                       details);
+    window.getPeer()->handleMouseWheel(juce::MouseInputSource::InputSourceType::mouse, inWindow.toFloat(),
+                                       ++eventTime, details);
+}
+
+inline void wheel(juce::Component& view, float turn) {
+    wheel(view, centre(view), turn);
 }
 
 /// Presses a key in the window around a view; it goes to what has the keyboard focus there. True when it was

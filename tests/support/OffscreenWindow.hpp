@@ -13,7 +13,7 @@ class OffscreenPeer final : public juce::ComponentPeer {
 public:
     using ComponentPeer::ComponentPeer;
 
-    void* getNativeHandle() const override { return nullptr; }
+    void* getNativeHandle() const override { return const_cast<OffscreenPeer*>(this); }
     void setVisible(bool /*visible*/) override {}
     void setTitle(const juce::String& /*title*/) override {}
     void setBounds(const juce::Rectangle<int>& bounds, bool /*fullScreen*/) override {

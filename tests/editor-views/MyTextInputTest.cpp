@@ -1,0 +1,311 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/MyTextInput.hpp"
+
+#include <gtest/gtest.h>
+
+#include "editor/MyClickOverlay.hpp"
+#include "editor/PopupMenuOverlay.hpp"
+#include "editor/ValueFormatters.hpp"
+#include "support/JuceEvents.hpp"
+#include "support/OffscreenWindow.hpp"
+#include "support/Pictures.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+
+template <class Formatter>
+struct InputDesk {
+    using Value = Formatter::Value;
+
+    OffscreenWindow window{300, 200};
+    Value value;
+    int writes = 0;
+    MyTextInput<Formatter> input;
+    juce::TextEditor next;
+
+    explicit InputDesk(Value initial, Menu<Value> options = {})
+        : value(std::move(initial)), input("Caption", binding(), "prompt", std::move(options)) {
+        window.show(input, {20, 20, 120, input.preferredHeight()});
+        window.show(next, {20, 100, 120, 20});
+    }
+
+    Binding<Value> binding() {
+        return {[this] { return value; },
+                [this](Value changed) {
+                    value = std::move(changed);
+                    ++writes;
+                }};
+    }
+
+    void clickText(int times = 1) { click(input, input.textArea().getCentre(), times); }
+    void press(int code) { key(window, code); }
+    void retype(const juce::String& text) {
+        clickText();
+        type(window, text);
+    }
+};
+
+struct VelocityDesk : InputDesk<VelocityFormatter> {
+    explicit VelocityDesk(GenericByteV2 initial = GenericByteV2::Value{100})
+        : InputDesk(initial, {{GenericByteV2::RespectiveTriggerByte{}, std::string(fromTriggerLabel)}}) {}
+};
+
+GenericByteV2 byte(std::uint8_t value) {
+    return GenericByteV2::Value{value};
+}
+
+TEST(MyTextInput, ShowsTheFormattedValueAndItsChanges) {
+    VelocityDesk desk;
+    EXPECT_EQ(desk.input.shownText(), "100");
+    const auto before = picture(desk.input);
+    desk.value = GenericByteV2::RespectiveTriggerByte{};
+    desk.input.refresh();
+    EXPECT_EQ(desk.input.shownText(), "From Trigger");
+    EXPECT_FALSE(sameSight(before, picture(desk.input)));
+    EXPECT_EQ(desk.writes, 0);
+}
+
+TEST(MyTextInput, AClickOnTheTextStartsTypingOverIt) {
+    VelocityDesk desk;
+    desk.clickText();
+    ASSERT_TRUE(desk.input.isEditable());
+    EXPECT_EQ(desk.input.typist()->getHighlightedText(), "100");
+    EXPECT_EQ(desk.input.typist()->getCaretPosition(), 3);
+    type(desk.window, "42");
+    EXPECT_EQ(desk.value, byte(100)) << "Nothing is taken before the end.";
+    desk.press(juce::KeyPress::returnKey);
+    EXPECT_FALSE(desk.input.isEditable());
+    EXPECT_EQ(desk.value, byte(42));
+    EXPECT_EQ(desk.writes, 1);
+    EXPECT_TRUE(desk.input.hasKeyboardFocus(false));
+}
+
+TEST(MyTextInput, TypedTextGoesThroughTheFormatter) {
+    for (const auto& [text, taken] : {std::pair{"200", 127}, {"abc", 64}, {"-5", 64}}) {
+        VelocityDesk desk;
+        desk.retype(text);
+        desk.press(juce::KeyPress::returnKey);
+        EXPECT_EQ(desk.value, byte(static_cast<std::uint8_t>(taken))) << text;
+    }
+    VelocityDesk desk;
+    desk.clickText();
+    desk.press(juce::KeyPress::backspaceKey);
+    desk.press(juce::KeyPress::returnKey);
+    EXPECT_EQ(desk.value, byte(64)) << "An emptied field";
+}
+
+TEST(MyTextInput, EscapeLeavesTheValueAsItWas) {
+    VelocityDesk desk;
+    desk.retype("42");
+    desk.press(juce::KeyPress::escapeKey);
+    EXPECT_FALSE(desk.input.isEditable());
+    EXPECT_EQ(desk.value, byte(100));
+    EXPECT_EQ(desk.writes, 0);
+}
+
+TEST(MyTextInput, TextThatWasNotChangedLeavesTheValueAsItWas) {
+    VelocityDesk desk(GenericByteV2::RespectiveTriggerByte{});
+    desk.clickText();
+    desk.press(juce::KeyPress::returnKey);
+    EXPECT_EQ(desk.value, GenericByteV2(GenericByteV2::RespectiveTriggerByte{}));
+    EXPECT_EQ(desk.writes, 0);
+}
+
+TEST(MyTextInput, LosingTheFocusTakesTheText) {
+    VelocityDesk desk;
+    desk.retype("42");
+    desk.next.grabKeyboardFocus();
+    EXPECT_EQ(desk.value, byte(42));
+    EXPECT_FALSE(desk.input.isEditable());
+    EXPECT_TRUE(desk.next.hasKeyboardFocus(false));
+}
+
+TEST(MyTextInput, TabTakesTheTextAndGoesOn) {
+    VelocityDesk desk;
+    desk.retype("42");
+    desk.press(juce::KeyPress::tabKey);
+    EXPECT_EQ(desk.value, byte(42));
+    EXPECT_TRUE(desk.next.hasKeyboardFocus(false));
+    key(desk.window, juce::KeyPress(juce::KeyPress::tabKey, juce::ModifierKeys::shiftModifier, 0));
+    EXPECT_TRUE(desk.input.hasKeyboardFocus(false));
+}
+
+TEST(MyTextInput, TabFromAFieldThatIsNotTypedIntoGoesOn) {
+    VelocityDesk desk;
+    desk.input.grabKeyboardFocus();
+    desk.press(juce::KeyPress::tabKey);
+    EXPECT_TRUE(desk.next.hasKeyboardFocus(false));
+}
+
+TEST(MyTextInput, TakesCharactersOnlyWhileItIsTypedInto) {
+    VelocityDesk desk;
+    desk.input.grabKeyboardFocus();
+    EXPECT_FALSE(key(desk.window, juce::KeyPress::spaceKey));
+    EXPECT_FALSE(key(desk.window, '1'));
+    EXPECT_EQ(desk.window.unusedKeys().size(), 2U);
+    desk.press(juce::KeyPress::returnKey);
+    ASSERT_TRUE(desk.input.isEditable());
+    EXPECT_TRUE(key(desk.window, '1'));
+    EXPECT_EQ(desk.input.typist()->getText(), "1");
+}
+
+TEST(MyTextInput, AClickOnTheChevronOpensTheOptions) {
+    VelocityDesk desk;
+    click(desk.input, desk.input.chevronArea().getCentre());
+    EXPECT_FALSE(desk.input.isEditable());
+    auto* menu = dynamic_cast<PopupMenuOverlay*>(desk.window.overlay());
+    ASSERT_NE(menu, nullptr);
+    click(*menu, menu->rowArea(0).getCentre());
+    EXPECT_EQ(desk.value, GenericByteV2(GenericByteV2::RespectiveTriggerByte{}));
+    EXPECT_EQ(desk.writes, 1);
+}
+
+TEST(MyTextInput, AltAndDownOpenTheOptions) {
+    VelocityDesk desk;
+    desk.input.grabKeyboardFocus();
+    key(desk.window, juce::KeyPress(juce::KeyPress::downKey, juce::ModifierKeys::altModifier, 0));
+    ASSERT_NE(desk.window.overlay(), nullptr);
+    desk.press(juce::KeyPress::returnKey);
+    EXPECT_EQ(desk.value, GenericByteV2(GenericByteV2::RespectiveTriggerByte{}));
+    EXPECT_TRUE(desk.input.hasKeyboardFocus(false));
+}
+
+TEST(MyTextInput, OpeningTheOptionsTakesWhatWasTyped) {
+    VelocityDesk desk;
+    desk.retype("42");
+    click(desk.input, desk.input.chevronArea().getCentre());
+    EXPECT_EQ(desk.value, byte(42));
+    EXPECT_NE(desk.window.overlay(), nullptr);
+}
+
+TEST(MyTextInput, StepsANumberByKeys) {
+    VelocityDesk desk;
+    desk.input.grabKeyboardFocus();
+    desk.press(juce::KeyPress::upKey);
+    EXPECT_EQ(desk.value, byte(101));
+    desk.press(juce::KeyPress::downKey);
+    desk.press(juce::KeyPress::downKey);
+    EXPECT_EQ(desk.value, byte(99));
+    for (int press = 0; press < 4; ++press) {
+        desk.press(juce::KeyPress::pageUpKey);
+    }
+    EXPECT_EQ(desk.value, byte(127));
+    desk.press(juce::KeyPress::pageDownKey);
+    EXPECT_EQ(desk.value, byte(117));
+}
+
+TEST(MyTextInput, StepsWhatIsBeingTyped) {
+    VelocityDesk desk;
+    desk.retype("42");
+    desk.press(juce::KeyPress::upKey);
+    EXPECT_EQ(desk.value, byte(43));
+    EXPECT_TRUE(desk.input.isEditable());
+    EXPECT_EQ(desk.input.typist()->getText(), "43");
+    desk.press(juce::KeyPress::escapeKey);
+    EXPECT_EQ(desk.value, byte(43));
+}
+
+TEST(MyTextInput, TheWheelStepsOnlyWithTheFocus) {
+    VelocityDesk desk;
+    wheel(desk.input, 0.4F);
+    EXPECT_EQ(desk.value, byte(100));
+    desk.input.grabKeyboardFocus();
+    wheel(desk.input, 0.4F);
+    EXPECT_EQ(desk.value, byte(101));
+    wheel(desk.input, -0.4F);
+    wheel(desk.input, -0.4F);
+    EXPECT_EQ(desk.value, byte(99));
+    desk.clickText();
+    wheel(desk.input, 0.4F);
+    EXPECT_EQ(desk.value, byte(100));
+}
+
+TEST(MyTextInput, WhatIsNoNumberIsNotStepped) {
+    InputDesk<NameFormatter> desk("5");
+    desk.input.grabKeyboardFocus();
+    EXPECT_FALSE(key(desk.window, juce::KeyPress::upKey));
+    EXPECT_EQ(desk.value, "5");
+}
+
+TEST(MyTextInput, StepsInItsOwnWayWhereOneIsGiven) {
+    InputDesk<DelayValueFormatter> desk(100);
+    desk.input.setStep([](const std::int64_t& value, int steps) { return value + 25 * steps; });
+    desk.input.grabKeyboardFocus();
+    desk.press(juce::KeyPress::upKey);
+    EXPECT_EQ(desk.value, 125);
+    desk.press(juce::KeyPress::pageDownKey);
+    EXPECT_EQ(desk.value, 0) << "The formatter bounds it.";
+}
+
+TEST(MyTextInput, ShowsThePromptInPlaceOfNothing) {
+    InputDesk<NameFormatter> desk("");
+    const Palette palette;
+    desk.window.set<MyPrimaryColor>(palette.delayInput);
+    desk.window.set<MySecondaryColor>(palette.delayInputSecondaryColor);
+    EXPECT_GT(pixelsLike(picture(desk.input, 3), palette.secondaryText), 20);
+    const auto name = juce::String::fromUTF8("\u00DCberlauf \u266F");
+    desk.retype(name);
+    desk.press(juce::KeyPress::returnKey);
+    EXPECT_EQ(desk.value, name.toStdString());
+    EXPECT_EQ(pixelsLike(picture(desk.input, 3), palette.secondaryText), 0);
+}
+
+TEST(MyTextInput, ADifferentNumberOfClicksMayStartTyping) {
+    VelocityDesk desk;
+    desk.input.setClicks(2);
+    desk.clickText();
+    EXPECT_FALSE(desk.input.isEditable());
+    desk.clickText(2);
+    EXPECT_TRUE(desk.input.isEditable());
+}
+
+TEST(MyTextInput, ADisabledFieldIsNotChanged) {
+    VelocityDesk desk;
+    desk.input.setEnabled(false);
+    desk.clickText();
+    EXPECT_FALSE(desk.input.isEditable());
+    EXPECT_FALSE(desk.input.keyPressed(juce::KeyPress(juce::KeyPress::upKey)));
+    EXPECT_EQ(desk.writes, 0);
+}
+
+TEST(MyTextInput, MayBeDeletedByWhatItsValueChanges) {
+    OffscreenWindow window(300, 200);
+    std::unique_ptr<MyTextInput<NameFormatter>> input;
+    std::string name = "a";
+    input = std::make_unique<MyTextInput<NameFormatter>>("Name",
+                                                         Binding<std::string>{[&] { return name; },
+                                                                              [&](const std::string& typed) {
+                                                                                  name = typed;
+                                                                                  input.reset();
+                                                                              }},
+                                                         "prompt");
+    window.show(*input, {20, 20, 120, 38});
+    click(*input, input->textArea().getCentre());
+    type(window, "b");
+    key(window, juce::KeyPress::returnKey);
+    EXPECT_EQ(name, "b");
+    EXPECT_EQ(input, nullptr);
+}
+
+TEST(MyTextInput, CutsALongTextAndShowsItWholeAsATooltip) {
+    InputDesk<NameFormatter> desk("A name that is much too long for its field");
+    EXPECT_EQ(desk.input.getTooltip(), juce::String(desk.value));
+    desk.input.setSize(desk.input.preferredWidth(), desk.input.preferredHeight());
+    EXPECT_EQ(desk.input.getTooltip(), "");
+}
+
+TEST(MyTextInput, IsATextFieldToThoseWhoDoNotSeeIt) {
+    VelocityDesk desk;
+    auto* handler = desk.input.getAccessibilityHandler();
+    ASSERT_NE(handler, nullptr);
+    EXPECT_EQ(handler->getRole(), juce::AccessibilityRole::editableText);
+    EXPECT_EQ(handler->getTitle(), "Caption");
+    EXPECT_EQ(handler->getValueInterface()->getCurrentValueAsString(), "100");
+    handler->getValueInterface()->setValueAsString("300");
+    EXPECT_EQ(desk.value, byte(64));
+}
+
+}  // namespace
+}  // namespace quillo
