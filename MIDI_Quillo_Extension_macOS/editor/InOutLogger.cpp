@@ -28,10 +28,14 @@ void paintLabel(juce::Graphics& graphics, const Palette& palette, const juce::St
     graphics.drawText(label, area, juce::Justification::centredLeft, false);
 }
 
+juce::Font entryFont() {
+    return monospacedFont(style::valueText - 1);
+}
+
 void paintEntry(juce::Graphics& graphics, const Palette& palette, const juce::String& entry,
                 juce::Rectangle<int> area) {
     graphics.setColour(displayColour(palette.primaryText));
-    graphics.setFont(monospacedFont(style::valueText - 1));
+    graphics.setFont(entryFont());
     graphics.drawText(entry, area, juce::Justification::centredLeft, true);
 }
 
@@ -59,14 +63,31 @@ void CollapesedLogger::resized() {
     arrow_.setBounds(arrowArea(getLocalBounds()));
 }
 
+juce::Rectangle<int> CollapesedLogger::inArea() const {
+    const auto area = getLocalBounds().withTrimmedLeft(arrow_.getRight()).withTrimmedRight(style::barPadding);
+    return area.withWidth(area.getWidth() / 2).withTrimmedLeft(labelWidth).withTrimmedRight(gap);
+}
+
+juce::Rectangle<int> CollapesedLogger::outArea() const {
+    const auto area = getLocalBounds().withTrimmedLeft(arrow_.getRight()).withTrimmedRight(style::barPadding);
+    return area.withTrimmedLeft(area.getWidth() / 2 + outLabelWidth);
+}
+
+juce::String CollapesedLogger::tooltipAt(juce::Point<int> point) const {
+    const bool in = point.x < inArea().getRight();
+    const auto entry = in ? inText() : outText();
+    const auto room = (in ? inArea() : outArea()).getWidth();
+    return entryFont().getStringWidth(entry) > room ? entry : juce::String();
+}
+
 void CollapesedLogger::paint(juce::Graphics& graphics) {
     const auto palette = environment<PaletteKey>(*this);
-    auto area = getLocalBounds().withTrimmedLeft(arrow_.getRight()).withTrimmedRight(style::barPadding);
-    auto in = area.removeFromLeft(area.getWidth() / 2);
-    paintLabel(graphics, palette, "In:", in.removeFromLeft(labelWidth));
-    paintEntry(graphics, palette, inText(), in.withTrimmedRight(gap));
-    paintLabel(graphics, palette, "Out:", area.removeFromLeft(outLabelWidth));
-    paintEntry(graphics, palette, outText(), area);
+    const auto in = inArea();
+    const auto out = outArea();
+    paintLabel(graphics, palette, "In:", in.withLeft(in.getX() - labelWidth).withWidth(labelWidth));
+    paintEntry(graphics, palette, inText(), in);
+    paintLabel(graphics, palette, "Out:", out.withLeft(out.getX() - outLabelWidth).withWidth(outLabelWidth));
+    paintEntry(graphics, palette, outText(), out);
 }
 
 OpenedLogger::OpenedLogger(QuilloModel& model, std::function<void()> toggle)

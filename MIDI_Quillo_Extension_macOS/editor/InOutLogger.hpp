@@ -13,8 +13,9 @@
 
 namespace quillo {
 
-/// The collapsed form of the logs: the newest entry of each, in one line. [main] only.
-class CollapesedLogger final : public juce::Component {
+/// The collapsed form of the logs: the newest entry of each, in one line. An entry that is too long for its half
+/// ends with an ellipsis and is shown whole as a tooltip. [main] only.
+class CollapesedLogger final : public juce::Component, public juce::TooltipClient {
 public:
     CollapesedLogger(const QuilloModel& model, std::function<void()> toggle);
 
@@ -22,11 +23,17 @@ public:
     [[nodiscard]] juce::String inText() const;
     [[nodiscard]] juce::String outText() const;
     [[nodiscard]] MyIconButton& arrow() { return arrow_; }
+    /// The whole of the entry under this point, if it was cut.
+    [[nodiscard]] juce::String tooltipAt(juce::Point<int> point) const;
 
     void resized() override;
     void paint(juce::Graphics& graphics) override;
+    juce::String getTooltip() override { return tooltipAt(getMouseXYRelative()); }
 
 private:
+    [[nodiscard]] juce::Rectangle<int> inArea() const;
+    [[nodiscard]] juce::Rectangle<int> outArea() const;
+
     const QuilloModel& model_;
     MyIconButton arrow_;
 };

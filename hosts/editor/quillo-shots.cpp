@@ -62,6 +62,14 @@ void showSizes(Photographer& photographer) {
     photographer.take(desk.view(), "editor-820x640-logs");
 }
 
+void showScales(Photographer& photographer) {
+    Desk desk(demoRules());
+    play(desk);
+    for (const auto scale : {1.0F, 1.25F, 1.5F, 3.0F}) {
+        photographer.take(desk.view(), "editor-scale-" + juce::String(scale), scale);
+    }
+}
+
 void showOverlays(Photographer& photographer) {
     Desk desk(demoRules());
     desk.view().setSize(500, 400);
@@ -118,6 +126,7 @@ int main(int argc, char** argv) {
     try {
         Photographer photographer(folder);
         showSizes(photographer);
+        showScales(photographer);
         showOverlays(photographer);
         showCards(photographer);
         showMany(photographer);

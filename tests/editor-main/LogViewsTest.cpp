@@ -50,6 +50,19 @@ TEST_F(LogViews, TheCollapsedFormShowsTheNewestEntries) {
     EXPECT_EQ(logger().collapsedForm().outText(), "[512] b0 07 01");
 }
 
+TEST_F(LogViews, AnEntryThatIsTooLongForTheCollapsedFormIsItsTooltip) {
+    auto& form = logger().collapsedForm();
+    stage.render({{0xB0, 1, 2}});
+    const auto left = form.getLocalBounds().getCentre().translated(-20, 0);
+    const auto right = form.getLocalBounds().getCentre().translated(20, 0);
+    stage.view().setSize(820, 640);
+    EXPECT_EQ(form.tooltipAt(left), "");
+    EXPECT_EQ(form.tooltipAt(right), "");
+    stage.view().setSize(200, 200);
+    EXPECT_EQ(form.tooltipAt({60, 15}), "[0] b0 01 02");
+    EXPECT_EQ(form.tooltipAt({190, 15}), "[0] b0 01 02");
+}
+
 TEST_F(LogViews, TheArrowOpensAndCollapsesThem) {
     const auto collapsed = logger().getHeight();
     open();
