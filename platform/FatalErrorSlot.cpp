@@ -18,6 +18,13 @@ bool FatalErrorSlot::isSet() const QUILLO_REALTIME {
     return set_.load(std::memory_order_acquire);
 }
 
+std::optional<std::string> FatalErrorSlot::text() const {
+    if (!isSet()) {
+        return std::nullopt;
+    }
+    return FatalError(message_, where_).what();
+}
+
 void FatalErrorSlot::raise() {
     if (!isSet()) {
         return;

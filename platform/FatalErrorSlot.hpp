@@ -2,7 +2,9 @@
 #pragma once
 
 #include <atomic>
+#include <optional>
 #include <source_location>
+#include <string>
 
 #include "platform/OSStatus.hpp"
 #include "platform/RealTime.hpp"
@@ -21,6 +23,9 @@ public:
 
     /// [any] Whether an error waits.
     [[nodiscard]] bool isSet() const QUILLO_REALTIME;
+
+    /// [any but render] The text of the error that waits; nothing when none does.
+    [[nodiscard]] std::optional<std::string> text() const;
 
     /// [any, while no cycle runs] Empties the slot and throws the `FatalError` that waited in it; does nothing
     /// when none waits.

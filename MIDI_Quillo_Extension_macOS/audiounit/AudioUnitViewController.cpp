@@ -107,7 +107,13 @@ void AudioUnitViewController::connectLogs(MIDIQuilloAUAudioUnit& unit) {
 }
 
 void AudioUnitViewController::loadRulesLater() {
-    mainQueue_.async([self = shared_from_this()] { self->loadRulesFromAudioUnit(); });
+    if (loadingRules_.exchange(true)) {
+        return;
+    }
+    mainQueue_.async([self = shared_from_this()] {
+        self->loadingRules_ = false;
+        self->loadRulesFromAudioUnit();
+    });
 }
 
 void AudioUnitViewController::loadRulesFromAudioUnit() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <variant>
@@ -66,6 +67,7 @@ private:
     std::shared_ptr<QuilloModel> model_ = std::make_shared<QuilloModel>();
     bool viewLoaded_ = false;
     bool needsConnection_ = true;
+    std::atomic<bool> loadingRules_{false};  ///< whether the rules are about to be loaded: once is enough
 
     mutable std::mutex audioUnitMutex_;  ///< the factory may run on any thread
     std::shared_ptr<MIDIQuilloAUAudioUnit> audioUnit_;

@@ -31,6 +31,16 @@ void QuilloModel::setNotEditable(std::string reason) {
     rulesObservers_.notify();
 }
 
+void QuilloModel::alert(std::string message) {
+    alertErrorMessage_ = std::move(message);
+    alertObservers_.notify();
+}
+
+void QuilloModel::dismissAlert() {
+    alertErrorMessage_.reset();
+    alertObservers_.notify();
+}
+
 void QuilloModel::appendToInLog(const std::vector<EventLogEntry>& entries) {
     append(inLog_, entries, inLogObservers_);
 }
@@ -51,6 +61,10 @@ void QuilloModel::clearOutLog() {
 
 Observation QuilloModel::observeRules(std::function<void()> callback) {
     return rulesObservers_.add(std::move(callback));
+}
+
+Observation QuilloModel::observeAlert(std::function<void()> callback) {
+    return alertObservers_.add(std::move(callback));
 }
 
 Observation QuilloModel::observeInLog(std::function<void()> callback) {

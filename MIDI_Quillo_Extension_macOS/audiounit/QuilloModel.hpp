@@ -14,7 +14,7 @@
 
 namespace quillo {
 
-/// The editor's observable state: the rules as they are edited and the two event logs. Each change of a part
+/// The editor's observable state: the rules as they are edited, the two event logs, and what went wrong. Each change of a part
 /// tells those who observe it, once a change. [main] only.
 class QuilloModel {
 public:
@@ -31,6 +31,12 @@ public:
     [[nodiscard]] const std::optional<std::string>& whyNotEditable() const { return whyNotEditable_; }
     void setNotEditable(std::string reason);
 
+    /// The text of the alert titled "Error", which the editor shows while there is one: also when it is opened
+    /// later.
+    [[nodiscard]] const std::optional<std::string>& alertErrorMessage() const { return alertErrorMessage_; }
+    void alert(std::string message);
+    void dismissAlert();
+
     [[nodiscard]] const Log& inLog() const { return inLog_; }
     [[nodiscard]] const Log& outLog() const { return outLog_; }
     /// Appends in order and tells once; nothing happens for no entries.
@@ -41,15 +47,18 @@ public:
 
     /// `callback` runs after each change of that part for as long as the returned observation lives.
     [[nodiscard]] Observation observeRules(std::function<void()> callback);
+    [[nodiscard]] Observation observeAlert(std::function<void()> callback);
     [[nodiscard]] Observation observeInLog(std::function<void()> callback);
     [[nodiscard]] Observation observeOutLog(std::function<void()> callback);
 
 private:
     std::vector<RuleEntryIdentifiable> rules_;
     std::optional<std::string> whyNotEditable_;
+    std::optional<std::string> alertErrorMessage_;
     Log inLog_{logCapacity};
     Log outLog_{logCapacity};
     Observers rulesObservers_;
+    Observers alertObservers_;
     Observers inLogObservers_;
     Observers outLogObservers_;
 };

@@ -42,7 +42,7 @@ QuilloView::QuilloView(std::shared_ptr<QuilloModel> model, RuleListEditor::OnRul
       lastPreset_(juce::File::getSpecialLocation(juce::File::userHomeDirectory)
                       .getChildFile(juce::String(defaultPresetName) + presetFileExtension)),
       rulesObservation_(model_->observeRules([this] { rulesChanged(); })),
-      alertObservation_(editor_.observeAlert([this] { showAlert(); })),
+      alertObservation_(model_->observeAlert([this] { showAlert(); })),
       tooltips_(this) {
     setLookAndFeel(&lookAndFeel_);
     setTitle("MIDI Quillo");
@@ -62,6 +62,9 @@ QuilloView::QuilloView(std::shared_ptr<QuilloModel> model, RuleListEditor::OnRul
     addAndMakeVisible(logger_);
     setSize(500, 250);
     rulesChanged();
+    if (editor_.alertErrorMessage()) {
+        showAlert();
+    }
 }
 
 QuilloView::~QuilloView() {

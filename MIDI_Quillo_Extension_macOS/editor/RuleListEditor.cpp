@@ -246,18 +246,4 @@ void RuleListEditor::walk(RuleList (RuleListHistory::*step)(RuleList)) {
     }
 }
 
-void RuleListEditor::alert(std::string message) {
-    alertErrorMessage_ = std::move(message);
-    alertObservers_.notify();
-}
-
-void RuleListEditor::dismissAlert() {
-    alertErrorMessage_.reset();
-    alertObservers_.notify();
-}
-
-Observation RuleListEditor::observeAlert(std::function<void()> callback) {
-    return alertObservers_.add(std::move(callback));
-}
-
 }  // namespace quillo

@@ -76,10 +76,11 @@ public:
     void redo();
 
     /// The text of the alert titled "Error"; it is shown while there is one.
-    [[nodiscard]] const std::optional<std::string>& alertErrorMessage() const { return alertErrorMessage_; }
-    void alert(std::string message);
-    void dismissAlert();
-    [[nodiscard]] Observation observeAlert(std::function<void()> callback);
+    [[nodiscard]] const std::optional<std::string>& alertErrorMessage() const {
+        return model_->alertErrorMessage();
+    }
+    void alert(std::string message) { model_->alert(std::move(message)); }
+    void dismissAlert() { model_->dismissAlert(); }
 
 private:
     [[nodiscard]] std::optional<std::size_t> find(const UUID& id) const;
@@ -94,8 +95,6 @@ private:
     OnRulesChanged onRulesChanged_;
     OnInstantMessageClick onInstantMessageClick_;
     RuleListHistory history_;
-    std::optional<std::string> alertErrorMessage_;
-    Observers alertObservers_;
     bool changing_ = false;  ///< whether a change of the model's rules is our own
     Observation rulesObservation_;
 };

@@ -84,6 +84,9 @@ public:
     OSStatus processMIDIEvent(const OutputFunction& output, const AUMIDIEvent& event,
                               SampleTime end) QUILLO_REALTIME;
 
+    /// [render] Whether a cycle without events would have something to send, now or later.
+    [[nodiscard]] bool hasWaitingMessages() QUILLO_REALTIME;
+
 private:
     /// What an output is due to: a sample time that it waits from, and the end of the cycle.
     struct Moment {

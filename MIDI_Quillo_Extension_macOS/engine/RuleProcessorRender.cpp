@@ -46,6 +46,10 @@ OSStatus RuleProcessor::flushDelayedMessages(const OutputFunction& output, Sampl
     return dispatchQueue.sync([&] { return popDueMessages(output, end); });
 }
 
+bool RuleProcessor::hasWaitingMessages() QUILLO_REALTIME {
+    return dispatchQueue.sync([this] { return delayedMessages_.size() > 0 || !instantMessages_.empty(); });
+}
+
 OSStatus RuleProcessor::popDueMessages(const OutputFunction& output, SampleTime end) QUILLO_REALTIME {
     for (;;) {
         const auto* earliest = delayedMessages_.peek();

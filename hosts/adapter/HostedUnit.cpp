@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/adapter/HostedUnit.hpp"
+
+#include <exception>
+#include <utility>
+#include <variant>
+
+#include "persistence/PluginData.hpp"
+#include "platform/FatalError.hpp"
+
+namespace quillo {
+
+namespace {
+
+std::shared_ptr<MIDIQuilloAUAudioUnit> makeUnit(AudioUnitViewController& controller) {
+    auto made = controller.createAudioUnit(midiQuilloComponent);
+    if (const auto* error = std::get_if<NSError>(&made)) {
+        fatalError("the unit cannot be made: status " + std::to_string(error->code));
+    }
+    return std::get<std::shared_ptr<MIDIQuilloAUAudioUnit>>(std::move(made));
+}
+
+}  // namespace
+
+HostedUnit::HostedUnit(HostTransport transport)
+    : controller_(std::make_shared<AudioUnitViewController>(mainQueue_)),
+      unit_(makeUnit(*controller_)),
+      renderer_(*unit_, transport) {}
+
+HostedUnit::~HostedUnit() = default;
+
+std::optional<std::string> HostedUnit::activate(double sampleRate, std::uint32_t longestBlock) try {
+    const auto before = unit_->processor->sampleRate.load();
+    setSampleRate(sampleRate);
+    unit_->maximumFramesToRender = longestBlock;
+    if (const auto error = unit_->allocateRenderResources()) {
+        return "MIDI Quillo cannot get ready to render: status " + std::to_string(error->code);
+    }
+    if (unit_->processor->sampleRate != before) {
+        unit_->processor->setRules(unit_->processor->rules());
+    }
+    return std::nullopt;
+} catch (const FatalError& error) {
+    return error.what();
+}
+
+void HostedUnit::setSampleRate(double sampleRate) {
+    for (auto* bus : {&unit_->inputBusses()[0], &unit_->outputBusses()[0]}) {
+        auto format = bus->format();
+        format.sampleRate = sampleRate;
+        if (bus->setFormat(format) != noErr) {
+            fatalError("the unit refuses a sample rate of " + std::to_string(sampleRate));
+        }
+    }
+}
+
+void HostedUnit::deactivate() {
+    unit_->deallocateRenderResources();
+}
+
+std::vector<std::uint8_t> HostedUnit::save() const {
+    const auto state = unit_->fullState();
+    return std::get<Data>(state.value().at(stateKey));
+}
+
+/// The unit itself takes a document that it cannot read for an empty list; so it is read here first.
+std::optional<std::string> HostedUnit::restore(std::span<const std::uint8_t> document) {
+    std::string reason;
+    try {
+        static_cast<void>(PluginData::read(document));
+        unit_->setFullState(StateDictionary{{stateKey, Data(document.begin(), document.end())}});
+        return std::nullopt;
+    } catch (const std::exception& error) {
+        reason = std::string("The saved rules cannot be restored: ") + error.what();
+    }
+    tellUser(reason);
+    return reason;
+}
+
+void HostedUnit::onRulesChanged(std::vector<Rule> rules) {
+    controller_->onRulesChanged(std::move(rules));
+    onEdit_();
+}
+
+void HostedUnit::tellUser(std::string message) {
+    mainQueue_.async([model = controller_->model(), message = std::move(message)] { model->alert(message); });
+}
+
+void HostedUnit::drain() {
+    tellFatalError();
+    mainQueue_.drain();
+}
+
+/// A cycle that failed for good would fail again and again: its error is told once.
+void HostedUnit::tellFatalError() {
+    if (fatalErrorTold_) {
+        return;
+    }
+    if (auto text = unit_->processor->fatalErrors.text()) {
+        fatalErrorTold_ = true;
+        tellUser(*std::move(text));
+    }
+}
+
+}  // namespace quillo

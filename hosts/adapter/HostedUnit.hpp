@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "audiounit/AudioUnitViewController.hpp"
+#include "hosts/adapter/BlockRenderer.hpp"
+#include "platform/MainQueue.hpp"
+#include "platform/StateDictionary.hpp"
+
+namespace quillo {
+
+/// A unit with everything around it that a host's adapter needs, but for the window: the controller with the
+/// editor's model, the renderer, and state that is taken whole or not at all. Editors come and go over the one
+/// model: whoever makes the first calls the controller's `viewDidLoad`, and from then on the logs are kept.
+///
+/// An operation that fails says why, in words for a musician, and changes nothing. The constructor throws what
+/// cannot be helped: no memory. [main] unless an operation says otherwise.
+class HostedUnit {
+public:
+    explicit HostedUnit(HostTransport transport = HostTransport());
+    ~HostedUnit();
+    HostedUnit(const HostedUnit&) = delete;
+    HostedUnit& operator=(const HostedUnit&) = delete;
+
+    /// Gets ready to render at this rate. Rules that are there already get their delays anew when the rate is
+    /// another one than theirs, so that they stay right in milliseconds. Nothing on success.
+    [[nodiscard]] std::optional<std::string> activate(double sampleRate, std::uint32_t longestBlock);
+    void deactivate();
+
+    /// [any but render] The state document: the bytes that a preset file has too. Throws a `FatalError` when
+    /// the rules cannot be written.
+    [[nodiscard]] std::vector<std::uint8_t> save() const;
+
+    /// [any but render] Puts a state document in the place of the rules. Nothing on success. A document that
+    /// cannot be read or compiled leaves the rules that were there, and the editor's user is told why.
+    [[nodiscard]] std::optional<std::string> restore(std::span<const std::uint8_t> document);
+
+    /// An edited list, from the editor. Throws the `FatalError` of rules that cannot be compiled.
+    void onRulesChanged(std::vector<Rule> rules);
+
+    /// `callback` runs after each edit: the host's project has changed.
+    void setOnEdit(std::function<void()> callback) { onEdit_ = std::move(callback); }
+
+    /// [any but render] Tells the editor's user, at once or when the editor is opened.
+    void tellUser(std::string message);
+
+    /// What there is to do on the main thread: new log entries, changed rules, a fatal error that a cycle has
+    /// left behind. Whoever has a window calls it some 30 times a second; while none is open it need not be
+    /// called.
+    void drain();
+
+    [[nodiscard]] MIDIQuilloAUAudioUnit& unit() { return *unit_; }
+    [[nodiscard]] BlockRenderer& renderer() QUILLO_REALTIME { return renderer_; }
+    [[nodiscard]] AudioUnitViewController& controller() { return *controller_; }
+    [[nodiscard]] MainQueue& mainQueue() { return mainQueue_; }
+
+private:
+    void setSampleRate(double sampleRate);
+    void tellFatalError();
+
+    MainQueue mainQueue_;
+    std::shared_ptr<AudioUnitViewController> controller_;
+    std::shared_ptr<MIDIQuilloAUAudioUnit> unit_;
+    BlockRenderer renderer_;
+    std::function<void()> onEdit_ = [] {};
+    bool fatalErrorTold_ = false;
+};
+
+}  // namespace quillo

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/adapter/HostTransport.hpp"
+
+#include <gtest/gtest.h>
+
+namespace quillo {
+namespace {
+
+constexpr auto moving = AUHostTransportStateMoving;
+constexpr auto changed = AUHostTransportStateChanged;
+
+TEST(HostTransport, StandsStillAtTheBeginningUntilItIsToldOtherwise) {
+    const HostTransport transport;
+    EXPECT_EQ(transport.flags(), 0U);
+    EXPECT_EQ(transport.position(), 0.0);
+}
+
+TEST(HostTransport, MovesOnWithTheFramesBetweenTwoTellings) {
+    HostTransport transport;
+    transport.tell(moving, 1000.0);
+    transport.advance(512);
+    EXPECT_EQ(transport.flags(), moving);
+    EXPECT_EQ(transport.position(), 1512.0);
+}
+
+TEST(HostTransport, StaysWhereItIsWhileItStandsStill) {
+    HostTransport transport;
+    transport.tell(0, 1000.0);
+    transport.advance(512);
+    EXPECT_EQ(transport.position(), 1000.0);
+}
+
+TEST(HostTransport, APositionAsExpectedIsNoChange) {
+    HostTransport transport;
+    transport.tell(moving, -752.0);
+    transport.advance(752);
+    transport.tell(moving, 0.0);
+    EXPECT_EQ(transport.flags(), moving);
+}
+
+TEST(HostTransport, EachJumpWhileItMovesIsOneChange) {
+    HostTransport transport;
+    transport.tell(moving, 0.0);
+    transport.advance(100);
+    transport.tell(moving, 50.0);
+    EXPECT_EQ(transport.flags(), moving | changed);
+    transport.advance(100);
+    transport.tell(moving, 150.0);
+    EXPECT_EQ(transport.flags(), moving | changed);
+    transport.advance(100);
+    transport.tell(moving, 50.0);
+    EXPECT_EQ(transport.flags(), moving);
+}
+
+TEST(HostTransport, AJumpWhileItStandsStillOrAsItStartsIsNone) {
+    HostTransport transport;
+    transport.tell(0, 500.0);
+    EXPECT_EQ(transport.flags(), 0U);
+    transport.tell(moving, 9000.0);
+    EXPECT_EQ(transport.flags(), moving);
+}
+
+TEST(HostTransport, StoppingLeavesNoFlagBehind) {
+    HostTransport transport;
+    transport.tell(moving, 0.0);
+    transport.tell(moving, 500.0);
+    ASSERT_EQ(transport.flags(), moving | changed);
+    transport.tell(0, 500.0);
+    EXPECT_EQ(transport.flags(), 0U);
+}
+
+TEST(HostTransport, APositionThatAHostRoundsIsNoJump) {
+    HostTransport transport(1.0);
+    transport.tell(moving, 0.0);
+    transport.advance(100);
+    transport.tell(moving, 101.0);
+    EXPECT_EQ(transport.flags(), moving);
+    transport.advance(100);
+    transport.tell(moving, 202.5);
+    EXPECT_EQ(transport.flags(), moving | changed);
+}
+
+TEST(HostTransport, AtHalfTheSpeedHalfTheFramesPass) {
+    HostTransport transport;
+    transport.tell(moving, 0.0, 0.5);
+    transport.advance(512);
+    EXPECT_EQ(transport.position(), 256.0);
+    transport.tell(moving, 256.0, 0.5);
+    EXPECT_EQ(transport.flags(), moving);
+}
+
+TEST(HostTransport, RecordingAndCyclingArePassedOn) {
+    HostTransport transport;
+    transport.tell(moving | AUHostTransportStateRecording | AUHostTransportStateCycling, 10.0);
+    EXPECT_EQ(transport.flags(), moving | AUHostTransportStateRecording | AUHostTransportStateCycling);
+}
+
+}  // namespace
+}  // namespace quillo

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/adapter/HostedUnit.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string_view>
+
+#include "persistence/PluginData.hpp"
+#include "support/OutputRecorder.hpp"
+#include "support/TestRules.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using testing::HasSubstr;
+
+Bytes bytesOf(std::string_view text) {
+    return {text.begin(), text.end()};
+}
+
+class HostedUnitTest : public testing::Test {
+protected:
+    std::vector<Rule> rules() { return hosted.unit().processor->rules(); }
+
+    /// The frame of the timeline, counted from the note, at which a rule's output leaves.
+    SampleTime delayOfTheOutput() {
+        auto& renderer = hosted.renderer();
+        const auto start = renderer.now();
+        renderer.begin(1);
+        renderer.receive(0, Bytes{0x90, 60, 1});
+        while (renderer.end() == noErr && renderer.outgoing().inTimeOrder().empty()) {
+            renderer.begin(1);
+        }
+        return renderer.now() - 1 - start;
+    }
+
+    HostedUnit hosted;
+    const std::vector<Rule> swap{
+        rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(0, 61, 5), 10), "swap")};
+};
+
+TEST_F(HostedUnitTest, WhatIsRestoredIsSavedByteForByte) {
+    const auto document = PluginData{swap}.write();
+    EXPECT_EQ(hosted.restore(document), std::nullopt);
+    EXPECT_EQ(rules(), swap);
+    EXPECT_EQ(hosted.save(), document);
+}
+
+TEST_F(HostedUnitTest, ADocumentThatCannotBeReadLeavesTheRulesAndTheUserIsTold) {
+    ASSERT_EQ(hosted.restore(PluginData{swap}.write()), std::nullopt);
+    hosted.controller().viewDidLoad();
+    for (const auto* damaged : {"", "{", R"({"rules":[{}]})", "[1]", "\xff\xfe"}) {
+        const auto reason = hosted.restore(bytesOf(damaged));
+        ASSERT_TRUE(reason.has_value()) << damaged;
+        EXPECT_THAT(*reason, HasSubstr("The saved rules cannot be restored"));
+        hosted.drain();
+        EXPECT_EQ(hosted.controller().model()->alertErrorMessage(), reason);
+        EXPECT_EQ(rules(), swap);
+        EXPECT_EQ(hosted.controller().model()->rules().size(), 1U);
+    }
+}
+
+TEST_F(HostedUnitTest, RulesThatCannotBeCompiledLeaveTheRulesAndTheUserIsTold) {
+    ASSERT_EQ(hosted.restore(PluginData{swap}.write()), std::nullopt);
+    const auto negative = PluginData{{rule(onLoad(), send(noteOn(0, 1, 1), -1))}}.write();
+    const auto reason = hosted.restore(negative);
+    ASSERT_TRUE(reason.has_value());
+    EXPECT_THAT(*reason, HasSubstr("delay"));
+    EXPECT_EQ(rules(), swap);
+}
+
+TEST_F(HostedUnitTest, WhatTheUserWasToldBeforeTheEditorOpenedIsStillThereThen) {
+    hosted.tellUser("No.");
+    hosted.controller().viewDidLoad();
+    hosted.drain();
+    EXPECT_EQ(hosted.controller().model()->alertErrorMessage(), "No.");
+}
+
+TEST_F(HostedUnitTest, RulesThatWereRestoredBeforeTheRateWasKnownKeepTheirMilliseconds) {
+    ASSERT_EQ(hosted.restore(PluginData{swap}.write()), std::nullopt);
+    ASSERT_EQ(hosted.activate(96000.0, 512), std::nullopt);
+    EXPECT_EQ(delayOfTheOutput(), 960);
+    hosted.deactivate();
+    ASSERT_EQ(hosted.activate(48000.0, 512), std::nullopt);
+    EXPECT_EQ(delayOfTheOutput(), 480);
+}
+
+TEST_F(HostedUnitTest, ASampleRateThatIsNoneIsRefusedWithAReason) {
+    const auto reason = hosted.activate(-1.0, 512);
+    ASSERT_TRUE(reason.has_value());
+    EXPECT_THAT(*reason, HasSubstr("sample rate"));
+}
+
+TEST_F(HostedUnitTest, ABlockWithoutFramesAsTheLongestIsRefusedWithAReason) {
+    const auto reason = hosted.activate(48000.0, 0);
+    ASSERT_TRUE(reason.has_value());
+    EXPECT_THAT(*reason, HasSubstr("-10851"));
+}
+
+TEST_F(HostedUnitTest, AnEditIsInstalledAndTheHostIsTold) {
+    int edits = 0;
+    hosted.setOnEdit([&edits] { ++edits; });
+    hosted.onRulesChanged(swap);
+    EXPECT_EQ(rules(), swap);
+    EXPECT_EQ(edits, 1);
+}
+
+TEST_F(HostedUnitTest, ACycleThatFailsForGoodIsToldOnce) {
+    hosted.unit().processor->fatalErrors.set("the timeline has ended");
+    hosted.drain();
+    const auto& model = *hosted.controller().model();
+    ASSERT_TRUE(model.alertErrorMessage().has_value());
+    EXPECT_THAT(*model.alertErrorMessage(), HasSubstr("Fatal error: the timeline has ended"));
+    hosted.controller().model()->dismissAlert();
+    hosted.drain();
+    EXPECT_EQ(model.alertErrorMessage(), std::nullopt);
+}
+
+TEST_F(HostedUnitTest, ManyRestoredStatesAreShownOnce) {
+    hosted.controller().viewDidLoad();
+    hosted.drain();
+    int shown = 0;
+    const auto observation = hosted.controller().model()->observeRules([&shown] { ++shown; });
+    for (int i = 0; i < 100; ++i) {
+        ASSERT_EQ(hosted.restore(PluginData{swap}.write()), std::nullopt);
+    }
+    hosted.drain();
+    EXPECT_EQ(shown, 1);
+}
+
+}  // namespace
+}  // namespace quillo
