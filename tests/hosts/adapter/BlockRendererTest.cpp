@@ -85,8 +85,9 @@ TEST_F(BlockRendererTest, SystemExclusiveIsNotSeenByTheRules) {
 TEST_F(BlockRendererTest, ABlockWithoutFramesIsNoHarm) {
     unit->processor->setRules({rule(onLoad(), send(controlChange(0, 7, 5)))});
     EXPECT_EQ(block(0), Timed{});
-    EXPECT_EQ(block(0, {{0, {0xC0, 1}}}), (Timed{{0, {0xB0, 7, 5}}, {0, {0xC0, 1}}}));
+    EXPECT_EQ(block(0, {{0, {0xC0, 1}}}), (Timed{{0, {0xC0, 1}}}));
     EXPECT_EQ(renderer.now(), 0);
+    EXPECT_EQ(block(16), (Timed{{0, {0xB0, 7, 5}}}));
 }
 
 TEST_F(BlockRendererTest, OutputsThatTheUnitSendsOutOfOrderLeaveInTheOrderOfTime) {
@@ -105,7 +106,7 @@ TEST_F(BlockRendererTest, TheTransportChangesWithinTheBlockAtItsOwnTime) {
     renderer.receive(20, Bytes{0xC1, 2});
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(sent(), (Timed{{3, {0xC1, 1}}, {20, {0xB0, 7, 9}}, {20, {0xC1, 2}}}));
-    EXPECT_EQ(heard, (std::vector<std::string>{"[3] c1 01", "[20] Host Start", "[20] c1 02"}));
+    EXPECT_EQ(heard, (std::vector<std::string>{"[3] c1 01", "[20] AU Host Start", "[20] c1 02"}));
 }
 
 TEST_F(BlockRendererTest, ATransportThatFollowsMessagesOfItsFrameChangesOneFrameLater) {
@@ -139,7 +140,8 @@ TEST_F(BlockRendererTest, StopAndStartInOneBlockAreTwoChanges) {
     renderer.tellTransport(10, 0, 74.0);
     renderer.tellTransport(30, moving, 74.0);
     ASSERT_EQ(renderer.end(), noErr);
-    EXPECT_EQ(heard, (std::vector<std::string>{"[0] Host Start", "[74] Host Stop", "[94] Host Continue"}));
+    EXPECT_EQ(heard,
+              (std::vector<std::string>{"[0] AU Host Start", "[74] AU Host Stop", "[94] AU Host Continue"}));
 }
 
 TEST_F(BlockRendererTest, AMessageWithoutRoomIsRefusedAndEndsTheCycle) {
