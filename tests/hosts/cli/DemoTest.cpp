@@ -21,7 +21,9 @@ using testing::HasSubstr;
 using testing::MatchesRegex;
 
 const std::string presets = QUILLO_PRESETS;
-const std::vector<std::string> examples{"bass-split.json", "demo.json", "echo.json", "pedal-to-strings.json"};
+const std::vector<std::string> examples{
+    "bass-split.json",       "demo.json",           "echo.json", "pedal-to-strings.json",
+    "reset-then-sound.json", "sounds-at-start.json"};
 
 std::string exampleNamed(const std::string& name) {
     return presets + "/" + name;
