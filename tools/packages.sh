@@ -8,6 +8,7 @@ packages_of() {
         build) echo g++ cmake ninja-build ccache nlohmann-json3-dev libgtest-dev libgmock-dev ;;
         editor) echo juce-modules-source juce-tools fonts-inter fonts-dejavu-core ;;
         display) echo xvfb xauth x11-utils xdotool ;;
+        guide) echo lowdown ;;
         bench) echo libbenchmark-dev ;;
         lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev ;;
         fresh) echo debootstrap ;;
