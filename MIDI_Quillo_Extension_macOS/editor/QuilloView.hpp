@@ -40,6 +40,8 @@ public:
 
     void showImporter();
     void showExporter();
+    /// Opens the guide in a browser.
+    void showGuide();
 
     void resized() override;
     void paint(juce::Graphics& graphics) override;

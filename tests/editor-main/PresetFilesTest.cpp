@@ -121,6 +121,13 @@ TEST_F(PresetFiles, TheAlertGoesAwayByItsButtonReturnSpaceAndEscapeOnly) {
     EXPECT_EQ(stage.editor().alertErrorMessage(), std::nullopt);
 }
 
+TEST_F(PresetFiles, AnEditorThatOpensLaterShowsTheAlertThatWaits) {
+    const auto model = std::make_shared<QuilloModel>();
+    model->alert("The saved rules cannot be restored.");
+    const QuilloView later(model, [](const std::vector<Rule>&) {}, [](const RuleOutputVariantsV2&) {});
+    EXPECT_NE(dynamic_cast<AlertView*>(later.overlay()), nullptr);
+}
+
 TEST_F(PresetFiles, NothingBelowTheAlertTakesClicks) {
     const auto target =
         stage.window.getLocalPoint(&stage.card(0).buttons().deleteButton(), juce::Point(5, 5));
