@@ -6,15 +6,21 @@
 namespace quillo {
 
 void HostTransport::tell(AUHostTransportStateFlags flags, double position, double speed) QUILLO_REALTIME {
-    const bool moves = (flags & AUHostTransportStateMoving) != 0;
-    if (!moves) {
-        changed_ = 0;
-    } else if (isMoving() && std::abs(position - position_) > tolerance_) {
+    const bool moved = isMoving();
+    tell(flags);
+    if (moved && isMoving() && !lost_ && std::abs(position - position_) > tolerance_) {
         changed_ ^= AUHostTransportStateChanged;
     }
-    flags_ = flags;
     position_ = position;
     speed_ = speed;
+    lost_ = false;
+}
+
+void HostTransport::tell(AUHostTransportStateFlags flags) QUILLO_REALTIME {
+    flags_ = flags;
+    if (!isMoving()) {
+        changed_ = 0;
+    }
 }
 
 void HostTransport::advance(std::uint32_t frames) QUILLO_REALTIME {

@@ -8,7 +8,7 @@
 
 #include "hosts/cli/ByteCursor.hpp"
 #include "hosts/cli/MIDIFileError.hpp"
-#include "hosts/cli/MessageLength.hpp"
+#include "hosts/midi/MessageLength.hpp"
 #include "hosts/cli/MetaType.hpp"
 
 namespace quillo {

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "hosts/cli/MessageLength.hpp"
+#include "hosts/midi/MessageLength.hpp"
 #include "rules/MIDIVocabulary.hpp"
 
 namespace quillo {

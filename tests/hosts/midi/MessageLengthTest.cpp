@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "hosts/cli/MessageLength.hpp"
+#include "hosts/midi/MessageLength.hpp"
 
 #include <gmock/gmock.h>
 

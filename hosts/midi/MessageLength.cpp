@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "hosts/cli/MessageLength.hpp"
+#include "hosts/midi/MessageLength.hpp"
 
 #include <algorithm>
 #include <array>
@@ -19,19 +19,19 @@ constexpr std::array<std::size_t, 16> systemLengths{none, 2,    3, 2, none, none
 
 }  // namespace
 
-std::size_t messageLength(std::uint8_t status) {
+std::size_t messageLength(std::uint8_t status) QUILLO_REALTIME {
     if (status < 0x80) {
         return none;
     }
     return status < 0xF0 ? channelLengths[(status >> 4) - 8u] : systemLengths[status - 0xF0u];
 }
 
-bool isCompleteShortMessage(std::span<const std::uint8_t> bytes) {
+bool isCompleteShortMessage(std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
     return !bytes.empty() && messageLength(bytes[0]) == bytes.size() &&
-           std::ranges::all_of(bytes.subspan(1), [](std::uint8_t byte) { return byte < 0x80; });
+           std::ranges::all_of(bytes.subspan(1), [](std::uint8_t byte) QUILLO_REALTIME { return byte < 0x80; });
 }
 
-bool isCompleteChannelMessage(std::span<const std::uint8_t> bytes) {
+bool isCompleteChannelMessage(std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
     return isCompleteShortMessage(bytes) && bytes[0] < 0xF0;
 }
 

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/clap/CLAPInstance.hpp"
+
+#include "hosts/clap/CLAPTransport.hpp"
+
+namespace quillo {
+
+CLAPInstance::CLAPInstance(const clap_host_t& theHost)
+    : host(theHost),
+      hosted(HostTransport(CLAPTransport::tolerance)),
+      renderer(hosted.renderer(), *hosted.unit().processor) {
+    hosted.setOnEdit([this] {
+        host.markDirty();
+        wake();
+    });
+}
+
+void CLAPInstance::wake() {
+    if (renderer.mustBeWoken()) {
+        host.requestProcess();
+    }
+}
+
+}  // namespace quillo
