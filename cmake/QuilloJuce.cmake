@@ -1,8 +1,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # quillo-juce: the modules of JUCE that the editor uses, compiled once. Whoever links it includes
-# <juce_gui_basics/juce_gui_basics.h> and compiles no module again. Without JUCE on the machine there is no such
-# target, and everything that needs no window is built all the same; nor is there one in the trees that look at
-# the render thread only.
+# <juce_gui_basics/juce_gui_basics.h> and compiles no module again.
+# quillo-juce-audio: besides these the modules that plug-ins and their hosts use, compiled once as well:
+# <juce_audio_processors/juce_audio_processors.h>.
+# Without JUCE on the machine there are no such targets, and everything that needs no window is built all the same;
+# nor are there any in the trees that look at the render thread only.
 
 if(QUILLO_SANITIZE MATCHES "thread|realtime")
     return()
@@ -33,3 +35,19 @@ target_compile_definitions(quillo-juce INTERFACE
 target_include_directories(quillo-juce SYSTEM INTERFACE
     $<TARGET_PROPERTY:quillo-juce,INCLUDE_DIRECTORIES>)
 target_compile_options(quillo-juce PRIVATE -w)
+
+set(quillo_audio_modules juce_audio_basics juce_audio_processors juce_gui_extra)
+add_library(quillo-juce-audio STATIC)
+foreach(module IN LISTS quillo_audio_modules)
+    get_target_property(module_sources ${module} INTERFACE_JUCE_MODULE_SOURCES)
+    target_sources(quillo-juce-audio PRIVATE ${module_sources})
+    target_compile_definitions(quillo-juce-audio PUBLIC JUCE_MODULE_AVAILABLE_${module}=1)
+endforeach()
+target_link_libraries(quillo-juce-audio PUBLIC quillo-juce)
+target_include_directories(quillo-juce-audio SYSTEM PUBLIC
+    $<TARGET_PROPERTY:juce_vst3_headers,INTERFACE_INCLUDE_DIRECTORIES>)
+target_compile_definitions(quillo-juce-audio PUBLIC JUCE_PLUGINHOST_VST3=1)
+# One of the templates in the headers is not valid before it is instantiated, which never happens.
+target_compile_options(quillo-juce-audio
+    PUBLIC $<$<CXX_COMPILER_ID:Clang>:-fdelayed-template-parsing>
+    PRIVATE -w)

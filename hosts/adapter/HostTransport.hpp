@@ -16,8 +16,13 @@ namespace quillo {
 /// The flag is clear while the transport stands still. [render], save for making one.
 class HostTransport {
 public:
+    /// Which positions a format can tell. One that has none below zero tells zero in their place: on the way to
+    /// the beginning the transport seems to stand there while it moves, which is no jump, and neither is leaving it.
+    enum class Positions : std::uint8_t { all, noneBelowZero };
+
     /// A position that lies within `tolerance` frames of the expected one is no jump: for formats that round.
-    explicit HostTransport(double tolerance = 0.0) : tolerance_(tolerance) {}
+    explicit HostTransport(double tolerance = 0.0, Positions positions = Positions::all)
+        : tolerance_(tolerance), positions_(positions) {}
 
     /// The transport as it is now: a set of the moving, recording and cycling flags, the position in frames,
     /// below zero before the beginning, and how many frames of it pass in one rendered frame.
@@ -37,7 +42,11 @@ public:
     [[nodiscard]] bool isMoving() const QUILLO_REALTIME { return (flags_ & AUHostTransportStateMoving) != 0; }
 
 private:
+    [[nodiscard]] bool jumpsTo(double position) const QUILLO_REALTIME;
+
     double tolerance_;
+    Positions positions_;
+    bool toldZero_ = false;
     AUHostTransportStateFlags flags_ = 0;
     AUHostTransportStateFlags changed_ = 0;
     double position_ = 0.0;

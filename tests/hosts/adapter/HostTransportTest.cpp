@@ -115,6 +115,38 @@ TEST(HostTransport, APositionAfterFramesThatNobodyRenderedIsNoJumpButTheNextMayB
     EXPECT_EQ(transport.flags(), moving | changed);
 }
 
+TEST(HostTransport, WhereZeroStandsForLessComingFromBeforeTheBeginningIsNoJump) {
+    HostTransport transport(0.0, HostTransport::Positions::noneBelowZero);
+    transport.tell(moving, 0.0);
+    transport.advance(100);
+    transport.tell(moving, 0.0);
+    transport.advance(100);
+    transport.tell(moving, 48.0);
+    EXPECT_EQ(transport.flags(), moving);
+    transport.advance(100);
+    transport.tell(moving, 148.0);
+    EXPECT_EQ(transport.flags(), moving);
+}
+
+TEST(HostTransport, WhereZeroStandsForLessOtherJumpsAreJumpsAllTheSame) {
+    HostTransport transport(0.0, HostTransport::Positions::noneBelowZero);
+    transport.tell(moving, 0.0);
+    transport.advance(100);
+    transport.tell(moving, 101.0);
+    EXPECT_EQ(transport.flags(), moving | changed);
+    transport.advance(100);
+    transport.tell(moving, 0.0);
+    EXPECT_EQ(transport.flags(), moving);
+}
+
+TEST(HostTransport, WherePositionsBelowZeroAreToldStandingAtZeroWhileItMovesIsAJump) {
+    HostTransport transport;
+    transport.tell(moving, 0.0);
+    transport.advance(100);
+    transport.tell(moving, 0.0);
+    EXPECT_EQ(transport.flags(), moving | changed);
+}
+
 TEST(HostTransport, AtHalfTheSpeedHalfTheFramesPass) {
     HostTransport transport;
     transport.tell(moving, 0.0, 0.5);

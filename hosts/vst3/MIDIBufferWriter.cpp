@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/vst3/MIDIBufferWriter.hpp"
+
+#include <array>
+#include <cstring>
+
+namespace quillo {
+
+MIDIBufferWriter::MIDIBufferWriter(juce::MidiBuffer& buffer) : storage_(buffer.data) {
+    buffer.clear();
+}
+
+void MIDIBufferWriter::append(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    std::array<juce::uint8, headerSize> header{};
+    const auto signedOffset = static_cast<Offset>(offset);
+    const auto length = static_cast<Length>(bytes.size());
+    std::memcpy(header.data(), &signedOffset, sizeof signedOffset);
+    std::memcpy(header.data() + sizeof signedOffset, &length, sizeof length);
+    QUILLO_REALTIME_EXEMPT("the storage was made long enough before")
+    storage_.addArray(header.data(), static_cast<int>(header.size()));
+    storage_.addArray(bytes.data(), static_cast<int>(bytes.size()));
+    QUILLO_REALTIME_EXEMPT_END
+}
+
+}  // namespace quillo

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <optional>
+
+#include <juce_audio_processors/juce_audio_processors.h>
+
+#include "platform/AUHostTransportState.hpp"
+
+namespace quillo {
+
+/// The host's transport at the start of a block, as the toolkit's play head tells it.
+struct ToldTransport {
+    AUHostTransportStateFlags flags = 0;
+    double position = 0.0;  ///< in frames
+
+    bool operator==(const ToldTransport&) const = default;
+};
+
+/// Nothing when there is no play head, or when it has heard nothing of the host: then its position in seconds is
+/// no number. [render]
+[[nodiscard]] std::optional<ToldTransport> toldTransport(const juce::AudioPlayHead* playHead) noexcept;
+
+}  // namespace quillo

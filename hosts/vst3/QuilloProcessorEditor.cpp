@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/vst3/QuilloProcessorEditor.hpp"
+
+#include <utility>
+#include <vector>
+
+namespace quillo {
+
+QuilloProcessorEditor::QuilloProcessorEditor(QuilloProcessor& quillo)
+    : AudioProcessorEditor(quillo),
+      hosted_(quillo.hosted()),
+      view_(
+          hosted_.controller().model(),
+          [this](std::vector<Rule> rules) { hosted_.onRulesChanged(std::move(rules)); },
+          [this](const RuleOutputVariantsV2& message) {
+              hosted_.controller().onInstantMessageClick(message);
+          }) {
+    constexpr int greatest = 16384;
+    constexpr int drainsPerSecond = 30;
+    addAndMakeVisible(view_);
+    setResizable(true, false);
+    setResizeLimits(leastWidth, leastHeight, greatest, greatest);
+    setSize(AudioUnitViewController::preferredWidth, AudioUnitViewController::preferredHeight);
+    hosted_.controller().viewDidLoad();
+    hosted_.drain();
+    startTimerHz(drainsPerSecond);
+}
+
+QuilloProcessorEditor::~QuilloProcessorEditor() = default;
+
+void QuilloProcessorEditor::resized() {
+    view_.setBounds(getLocalBounds());
+}
+
+void QuilloProcessorEditor::timerCallback() {
+    hosted_.drain();
+}
+
+}  // namespace quillo

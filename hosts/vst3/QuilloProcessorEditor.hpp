@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <juce_audio_processors/juce_audio_processors.h>
+
+#include "editor/QuilloView.hpp"
+#include "hosts/vst3/QuilloProcessor.hpp"
+
+namespace quillo {
+
+/// The editor as the toolkit's wrapper puts it into the host's window: the view, and the clock that does what waits
+/// for the main thread. The host scales it. [main]
+class QuilloProcessorEditor final : public juce::AudioProcessorEditor, private juce::Timer {
+public:
+    static constexpr int leastWidth = 200;
+    static constexpr int leastHeight = 200;
+
+    explicit QuilloProcessorEditor(QuilloProcessor& processor);
+    ~QuilloProcessorEditor() override;
+
+    [[nodiscard]] QuilloView& view() { return view_; }
+
+    void resized() override;
+
+private:
+    void timerCallback() override;
+
+    HostedUnit& hosted_;
+    QuilloView view_;
+};
+
+}  // namespace quillo
