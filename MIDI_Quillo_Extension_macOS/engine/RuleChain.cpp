@@ -4,13 +4,12 @@
 namespace quillo {
 
 const MIDIRuleInternal* RuleChain::next() QUILLO_REALTIME {
-    if (lastOneEats_) {
-        consumed_ = true;
+    if (consumer_ != noRule) {
         return nullptr;
     }
     const auto matching = matches_.next();
     if (*eatNonMatching_ < matching) {
-        consumed_ = true;
+        consumer_ = *eatNonMatching_;
         return nullptr;
     }
     if (matching == noRule) {
@@ -20,7 +19,9 @@ const MIDIRuleInternal* RuleChain::next() QUILLO_REALTIME {
         ++eatNonMatching_;
     }
     const auto& rule = rules_[matching];
-    lastOneEats_ = rule.passThrough == PassThroughV2::EatMatching;
+    if (rule.passThrough == PassThroughV2::EatMatching) {
+        consumer_ = matching;
+    }
     return &rule;
 }
 

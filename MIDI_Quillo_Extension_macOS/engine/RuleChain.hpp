@@ -29,7 +29,11 @@ public:
     [[nodiscard]] const MIDIRuleInternal* next() QUILLO_REALTIME;
 
     /// Once `next` has returned null: whether a rule consumed the event.
-    [[nodiscard]] bool consumed() const QUILLO_REALTIME { return consumed_; }
+    [[nodiscard]] bool consumed() const QUILLO_REALTIME { return consumer_ != noRule; }
+
+    /// Once `next` has returned null: the rule that consumed the event, `noRule` when none did. Rules behind it
+    /// were not tried.
+    [[nodiscard]] RuleOrdinal consumer() const QUILLO_REALTIME { return consumer_; }
 
 private:
     RuleChain(const CompiledRules& rules, RuleIndex::Matches matches) QUILLO_REALTIME
@@ -39,9 +43,8 @@ private:
     RuleIndex::Matches matches_;
     /// The first rule not yet passed that consumes what it does not match; points at `noRule` at the end.
     const RuleOrdinal* eatNonMatching_;
-    /// Whether the rule handed out last consumes the event.
-    bool lastOneEats_ = false;
-    bool consumed_ = false;
+    /// Set with the rule that is handed out last, when that one consumes what it matches.
+    RuleOrdinal consumer_ = noRule;
 };
 
 }  // namespace quillo
