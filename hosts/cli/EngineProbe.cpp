@@ -28,6 +28,10 @@ AUMIDIEvent eventOf(std::span<const std::uint8_t> message) {
     return event;
 }
 
+TriggerBytes triggerBytes(const AUMIDIEvent& event) {
+    return {event.data[0], event.data[1], event.data[2]};
+}
+
 void install(RuleProcessor& processor, const std::vector<Rule>& rules) {
     processor.sampleRate = oneSampleAMillisecond;
     processor.setRules(rules);
@@ -64,8 +68,7 @@ EngineProbe::Outcome EngineProbe::put(std::span<const std::uint8_t> message) {
     const auto event = eventOf(message);
     auto emissions = emissionsOf<Emissions>(
         [&](const OutputFunction& output) { processor_.processMIDIEvent(output, event, end); });
-    return outcome({compiled_, TriggerBytes{event.data[0], event.data[1], event.data[2]}},
-                   std::move(emissions));
+    return outcome({compiled_, triggerBytes(event)}, std::move(emissions));
 }
 
 EngineProbe::Outcome EngineProbe::put(HostTransportTriggerVariantsV2 change) {
@@ -105,9 +108,19 @@ EngineProbe::Outcome EngineProbe::outcome(RuleChain chain, Emissions emissions) 
 }
 
 std::optional<TriggerCondition> EngineProbe::firstFailure(std::size_t rule,
-                                                          const TriggerBytes& message) const {
+                                                          std::span<const std::uint8_t> message) const {
     const auto& pattern = patterns_[rule];
-    return pattern ? pattern->firstFailure(message) : std::nullopt;
+    return pattern ? pattern->firstFailure(triggerBytes(eventOf(message))) : std::nullopt;
+}
+
+bool EngineProbe::waitsFor(std::size_t rule, std::span<const std::uint8_t> message) const {
+    const auto& pattern = patterns_[rule];
+    return pattern && pattern->matches(triggerBytes(eventOf(message)));
+}
+
+bool EngineProbe::waitsFor(std::size_t rule, HostTransportTriggerVariantsV2 change) const {
+    const auto* host = rules()[rule].trigger.getIf<RuleTriggerV2::HostTransport>();
+    return host != nullptr && host->trigger.variants == change;
 }
 
 }  // namespace quillo

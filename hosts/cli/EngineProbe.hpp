@@ -49,7 +49,11 @@ public:
     /// The first condition of a message-based rule that the message does not meet. None for a rule that matches
     /// it, and for a rule of another kind.
     [[nodiscard]] std::optional<TriggerCondition> firstFailure(std::size_t rule,
-                                                               const TriggerBytes& message) const;
+                                                               std::span<const std::uint8_t> message) const;
+
+    /// Whether the event is what the rule's trigger waits for.
+    [[nodiscard]] bool waitsFor(std::size_t rule, std::span<const std::uint8_t> message) const;
+    [[nodiscard]] bool waitsFor(std::size_t rule, HostTransportTriggerVariantsV2 change) const;
 
     [[nodiscard]] const std::vector<Rule>& rules() const { return compiled_.rules; }
 

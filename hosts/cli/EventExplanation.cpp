@@ -3,7 +3,6 @@
 
 #include <utility>
 
-#include "engine/Generator.hpp"
 #include "rules/TaggedUnion.hpp"
 
 namespace quillo {
@@ -11,14 +10,6 @@ namespace quillo {
 namespace {
 
 using Verdict = RuleAccount::Verdict;
-
-TriggerBytes triggerBytes(const MIDIMessage& message) {
-    const auto bytes = message.bytes();
-    const auto at = [&](std::size_t position) {
-        return position < bytes.size() ? bytes[position] : std::uint8_t{0};
-    };
-    return {at(0), at(1), at(2)};
-}
 
 /// Every rule stands aside but those that fired.
 EventExplanation accountOfFirings(std::size_t ruleCount, EngineProbe::Outcome outcome) {
@@ -52,9 +43,8 @@ EventExplanation explainMessage(EngineProbe& probe, const MIDIMessage& message) 
     if (isSystemExclusive(message)) {
         return accountOfFirings(probe.rules().size(), {});
     }
-    const auto trigger = triggerBytes(message);
     return accountOfChain(probe, probe.put(message.bytes()), [&](std::size_t rule) {
-        return probe.firstFailure(rule, trigger).value_or(TriggerCondition::kind);
+        return probe.firstFailure(rule, message.bytes()).value_or(TriggerCondition::kind);
     });
 }
 

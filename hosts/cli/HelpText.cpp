@@ -65,17 +65,21 @@ Examples:
   midi-quillo render song.mid out.mid --preset echo.json
   midi-quillo render song.mid out.mid --preset=echo.json --force --tail=2.5
 )"},
-    VerbText{"check", "Usage: midi-quillo check PRESET.json [--write OUT.json [--force]]\n", R"(
+    VerbText{"check", "Usage: midi-quillo check PRESET.json [--advice] [--write OUT.json [--force]]\n", R"(
 Says what PRESET.json is, a preset of any generation, and what its rules do,
 one rule a line. Channels are counted from 1; everything else is the number in
 the MIDI message. If the preset is damaged, says what is wrong and where.
 
 Options:
+  --advice          say as well which rules can never fire, which swallow all
+                    MIDI, which leave notes sounding, and what else may not be
+                    meant, each with a way out; the exit status stays 0
   --write OUT.json  store the preset in the current form
   --force           replace OUT.json if it is there
 
 Examples:
   midi-quillo check old.json
+  midi-quillo check --advice stage.json
   midi-quillo check old.json --write new.json
 )"},
     VerbText{"explain", "Usage: midi-quillo explain --preset PRESET.json EVENT...\n", R"(

@@ -3,12 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <functional>
-#include <limits>
+#include <algorithm>
 
 #include "platform/FatalError.hpp"
-#include "support/OutputRecorder.hpp"
+#include "support/EndlessProcessor.hpp"
 #include "support/RandomRules.hpp"
 #include "support/ReferenceEngine.hpp"
 #include "support/TestRules.hpp"
@@ -20,45 +18,11 @@ using namespace test;
 using Transport = HostTransportTriggerVariantsV2;
 using Verdict = RuleAccount::Verdict;
 
-/// A processor as a unit has it, in a cycle that never ends.
-class Processor {
-public:
-    static constexpr SampleTime samplesPerMillisecond = 48;
-
-    explicit Processor(const std::vector<Rule>& rules) {
-        processor_.sampleRate = 48000;
-        processor_.setRules(rules);
-    }
-
-    std::vector<Emission> run(const MIDIMessage& message) {
-        AUMIDIEvent event;
-        event.length = static_cast<std::uint16_t>(message.size());
-        std::ranges::copy(message.bytes(), event.data.begin());
-        processor_.processMIDIEvent(OutputFunction(target_), event, end);
-        return recorder_.take();
-    }
-    std::vector<Emission> run(Transport change) {
-        processor_.processHostTransport(OutputFunction(target_), change, 0, end);
-        return recorder_.take();
-    }
-    std::vector<Emission> run(PluginLoad) {
-        processor_.onLoad(OutputFunction(target_), 0, end);
-        return recorder_.take();
-    }
-
-private:
-    static constexpr auto end = std::numeric_limits<SampleTime>::max();
-
-    RuleProcessor processor_;
-    OutputRecorder recorder_;
-    WithoutDeadline<std::reference_wrapper<OutputRecorder>> target_{recorder_};
-};
-
 /// What goes out according to the explanation, as a processor would emit it.
 std::vector<Emission> emissionsOf(const EventExplanation& explanation, const AskedEvent& event) {
     std::vector<Emission> emissions;
     const auto emit = [&](SampleTime milliseconds, std::span<const MIDIMessage> messages) {
-        auto& emission = emissions.emplace_back(milliseconds * Processor::samplesPerMillisecond);
+        auto& emission = emissions.emplace_back(milliseconds * EndlessProcessor::samplesPerMillisecond);
         for (const auto& message : messages) {
             emission.messages.push_back(copyOf(message.bytes()));
         }
@@ -126,7 +90,7 @@ TEST(EventExplanation, AgreesWithTheEngineAndWithLookingAtEachRule) {
         RandomRules random(seed);
         const auto rules = random.list();
         EngineProbe probe(rules);
-        Processor processor(rules);
+        EndlessProcessor processor(rules);
         for (int count = 0; count < 30; ++count) {
             const auto bytes = random.message();
             const MIDIMessage message{bytes.status, bytes.data1, bytes.data2};
@@ -146,8 +110,7 @@ TEST(EventExplanation, OfLoadingAgreesWithTheEngine) {
         const auto rules = RandomRules(seed).list();
         EngineProbe probe(rules);
         const auto explanation = explain(probe, PluginLoad{});
-        ASSERT_EQ(emissionsOf(explanation, PluginLoad{}), Processor(rules).run(PluginLoad{}))
-            << "seed " << seed;
+        ASSERT_EQ(emissionsOf(explanation, PluginLoad{}), EndlessProcessor(rules).load()) << "seed " << seed;
         for (std::size_t position = 0; position < rules.size(); ++position) {
             const bool waitsForLoading = rules[position].trigger.is<RuleTriggerV2::OnLoad>();
             ASSERT_EQ(explanation.rules[position].verdict,
