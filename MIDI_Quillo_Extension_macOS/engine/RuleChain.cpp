@@ -4,12 +4,13 @@
 namespace quillo {
 
 const MIDIRuleInternal* RuleChain::next() QUILLO_REALTIME {
-    if (consumer_ != noRule) {
+    if (lastOneEats_) {
+        consumed_ = true;
         return nullptr;
     }
     const auto matching = matches_.next();
     if (*eatNonMatching_ < matching) {
-        consumer_ = *eatNonMatching_;
+        consumed_ = true;
         return nullptr;
     }
     if (matching == noRule) {
@@ -19,10 +20,15 @@ const MIDIRuleInternal* RuleChain::next() QUILLO_REALTIME {
         ++eatNonMatching_;
     }
     const auto& rule = rules_[matching];
-    if (rule.passThrough == PassThroughV2::EatMatching) {
-        consumer_ = matching;
-    }
+    lastOneEats_ = rule.passThrough == PassThroughV2::EatMatching;
     return &rule;
+}
+
+RuleOrdinal RuleChain::consumer(const MIDIRuleInternal* last) const {
+    if (!consumed_) {
+        return noRule;
+    }
+    return lastOneEats_ ? static_cast<RuleOrdinal>(last - rules_.data()) : *eatNonMatching_;
 }
 
 }  // namespace quillo

@@ -29,11 +29,12 @@ public:
     [[nodiscard]] const MIDIRuleInternal* next() QUILLO_REALTIME;
 
     /// Once `next` has returned null: whether a rule consumed the event.
-    [[nodiscard]] bool consumed() const QUILLO_REALTIME { return consumer_ != noRule; }
+    [[nodiscard]] bool consumed() const QUILLO_REALTIME { return consumed_; }
 
     /// Once `next` has returned null: the rule that consumed the event, `noRule` when none did. Rules behind it
-    /// were not tried.
-    [[nodiscard]] RuleOrdinal consumer() const QUILLO_REALTIME { return consumer_; }
+    /// were not tried. `last` is the rule that `next` handed out last, or null: who only renders need not know
+    /// the consumer, and so the chain does not keep it.
+    [[nodiscard]] RuleOrdinal consumer(const MIDIRuleInternal* last) const;
 
 private:
     RuleChain(const CompiledRules& rules, RuleIndex::Matches matches) QUILLO_REALTIME
@@ -43,8 +44,9 @@ private:
     RuleIndex::Matches matches_;
     /// The first rule not yet passed that consumes what it does not match; points at `noRule` at the end.
     const RuleOrdinal* eatNonMatching_;
-    /// Set with the rule that is handed out last, when that one consumes what it matches.
-    RuleOrdinal consumer_ = noRule;
+    /// Whether the rule handed out last consumes the event.
+    bool lastOneEats_ = false;
+    bool consumed_ = false;
 };
 
 }  // namespace quillo

@@ -94,15 +94,17 @@ EngineProbe::Outcome EngineProbe::putLoading() const {
 EngineProbe::Outcome EngineProbe::outcome(RuleChain chain, Emissions emissions) const {
     Outcome outcome;
     auto emission = emissions.begin();
+    const MIDIRuleInternal* last = nullptr;
     while (const auto* rule = chain.next()) {
-        const auto ordinal = static_cast<RuleOrdinal>(rule - compiled_.rulesInternal.data());
+        const auto ordinal = static_cast<std::size_t>(rule - compiled_.rulesInternal.data());
         outcome.firings.push_back(
-            {positionOf(ordinal), emission->time - start, std::move(emission->messages)});
+            {positions_[ordinal], emission->time - start, std::move(emission->messages)});
         ++emission;
+        last = rule;
     }
     outcome.forwarded = emission != emissions.end();
     if (chain.consumed()) {
-        outcome.consumer = positionOf(chain.consumer());
+        outcome.consumer = positions_[chain.consumer(last)];
     }
     return outcome;
 }

@@ -65,7 +65,6 @@ private:
     using Emissions = std::vector<Emission>;
 
     [[nodiscard]] Outcome outcome(RuleChain chain, Emissions emissions) const;
-    [[nodiscard]] std::size_t positionOf(RuleOrdinal ordinal) const { return positions_[ordinal]; }
 
     CompiledRules compiled_;
     RuleProcessor processor_;

@@ -22,12 +22,15 @@ template <class Event>
 ChainOutcome runEngine(const CompiledRules& rules, const Event& event) {
     RuleChain chain(rules, event);
     ChainOutcome outcome;
+    const MIDIRuleInternal* last = nullptr;
     while (const auto* rule = chain.next()) {
         outcome.fired.push_back(static_cast<std::size_t>(rule->delay));
+        last = rule;
     }
-    EXPECT_EQ(chain.consumed(), chain.consumer() != noRule);
+    const auto consumer = chain.consumer(last);
+    EXPECT_EQ(chain.consumed(), consumer != noRule);
     if (chain.consumed()) {
-        outcome.consumer = static_cast<std::size_t>(rules.rulesInternal[chain.consumer()].delay);
+        outcome.consumer = static_cast<std::size_t>(rules.rulesInternal[consumer].delay);
     }
     return outcome;
 }
