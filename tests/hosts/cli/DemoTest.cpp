@@ -9,6 +9,7 @@
 #include "hosts/cli/MIDIFileReader.hpp"
 #include "hosts/cli/MIDIFileWriter.hpp"
 #include "hosts/cli/OfflineHost.hpp"
+#include "hosts/cli/RuleAdvice.hpp"
 #include "hosts/cli/Score.hpp"
 #include "persistence/PluginData.hpp"
 #include "presets/DemoSong.hpp"
@@ -72,6 +73,14 @@ TEST_F(DemoTest, PresetsPassTheCheck) {
         const auto result = run({"check", exampleNamed(name)});
         EXPECT_EQ(result.status, exitSuccess) << name;
         EXPECT_THAT(result.out, testing::Not(HasSubstr("out of range"))) << name;
+    }
+}
+
+TEST_F(DemoTest, PresetsHaveNoDeadRulesAndLeaveNoNoteSounding) {
+    for (const auto& name : examples) {
+        for (const auto& advice : adviseOn(PluginData::read(readWholeFile(exampleNamed(name))).rules)) {
+            EXPECT_EQ(advice.kind, Advice::Kind::notInVST3) << name << ", rule " << advice.rule + 1;
+        }
     }
 }
 
