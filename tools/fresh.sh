@@ -52,16 +52,32 @@ prove_in_root() {
     local proof=$1 root=$fresh_folder/$1 begin=$SECONDS result=passed
     say "$proof on a bare Debian 12"
     cp -a "$fresh_folder/bare" "$root"
-    mount -t proc proc "$root/proc"
+    mount_for "$root"
     if [[ $proof == package ]]; then
         prove_package "$root" || result=FAILED
     else
         prove_verb "$proof" "$root" || result=FAILED
     fi
-    umount "$root/proc"
+    unmount_from "$root"
     rm -rf --one-file-system "$root"
     verdicts+=("$proof $result after $((SECONDS - begin)) s")
     [[ $result == passed ]]
+}
+
+# What programs expect of a running system: processes, and memory that they share, as sound servers do.
+mount_for() {
+    mkdir -p "$1/dev/shm"
+    mount -t proc proc "$1/proc"
+    mount -t tmpfs tmpfs "$1/dev/shm"
+}
+
+unmount_from() {
+    local place
+    for place in "$1/dev/shm" "$1/proc"; do
+        if mountpoint -q "$place"; then
+            umount --lazy "$place"
+        fi
+    done
 }
 
 # prove_verb VERB ROOT: ./dev VERB with nothing but this repository.
@@ -74,11 +90,9 @@ prove_verb() {
 }
 
 remove_fresh() {
-    local proc
-    for proc in "$fresh_folder"/*/proc; do
-        if mountpoint -q "$proc"; then
-            umount --lazy "$proc"
-        fi
+    local root
+    for root in "$fresh_folder"/*; do
+        unmount_from "$root"
     done
     rm -rf --one-file-system "$fresh_folder"
 }
