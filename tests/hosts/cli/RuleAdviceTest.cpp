@@ -14,7 +14,6 @@ using namespace test;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::SizeIs;
 using Transport = HostTransportTriggerVariantsV2;
 using Kind = Advice::Kind;
 
