@@ -90,7 +90,7 @@ void CLAPTestHost::stop() {
     plugin->deactivate(plugin);
 }
 
-void CLAPTestHost::load(std::vector<Rule> rules) {
+void CLAPTestHost::loadRules(std::vector<Rule> rules) {
     ASSERT_TRUE(load(PluginData{std::move(rules)}.write()));
 }
 
