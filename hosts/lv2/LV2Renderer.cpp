@@ -62,24 +62,25 @@ void LV2Renderer::takeMIDI(std::uint32_t offset, std::span<const std::uint8_t> b
     }
 }
 
-/// A speed without a frame, other than the one that the known position moves on with, makes the next frame one
+/// Where a speed is told without a frame, and is another one than the position moves on with, the next frame is one
 /// that could not be foretold.
 void LV2Renderer::takePosition(std::uint32_t offset, std::span<const std::uint8_t> body) QUILLO_REALTIME {
     const auto told = LV2Position::from(body, ids_);
     if (!told || (!told->speed && !told->frame)) {
         return;
     }
-    const auto speed = told->speed.value_or(speed_);
-    const AUHostTransportStateFlags flags = speed == 0.0 ? 0 : AUHostTransportStateMoving;
+    speed_ = told->speed.value_or(speed_);
+    const bool moves = speed_ != 0.0;
+    const AUHostTransportStateFlags flags = moves ? AUHostTransportStateMoving : 0;
     if (told->frame) {
-        renderer_.tellTransport(offset, flags, *told->frame, speed);
-    } else {
-        renderer_.tellTransport(offset, flags);
-        if (speed != speed_) {
-            renderer_.loseTransport();
-        }
+        pace_ = moves ? speed_ : 1.0;
+        renderer_.tellTransport(offset, flags, *told->frame, pace_);
+        return;
     }
-    speed_ = speed;
+    renderer_.tellTransport(offset, flags);
+    if (moves && speed_ != pace_) {
+        renderer_.loseTransport();
+    }
 }
 
 }  // namespace quillo

@@ -48,6 +48,7 @@ private:
     const LV2URIDs& ids_;
     LV2Output output_;
     double speed_ = 0.0;  ///< as it was told last
+    double pace_ = 1.0;   ///< by which the position moves on whenever it moves
     std::atomic<bool> edited_{false};
 };
 
