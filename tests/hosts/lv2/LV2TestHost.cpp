@@ -136,7 +136,7 @@ HostedUnit& LV2TestHost::unit() const {
     return *unit;
 }
 
-void LV2TestHost::load(std::vector<Rule> rules) {
+void LV2TestHost::loadRules(std::vector<Rule> rules) {
     ASSERT_EQ(load(PluginData{std::move(rules)}.write()), LV2_STATE_SUCCESS);
 }
 

@@ -40,7 +40,7 @@ public:
     [[nodiscard]] std::vector<ScriptMessage> take() { return std::exchange(sent_, {}); }
 
     /// Restores these rules; it must succeed.
-    void load(std::vector<Rule> rules);
+    void loadRules(std::vector<Rule> rules);
     [[nodiscard]] LV2_State_Status load(const Bytes& document);
     /// What a host keeps, with the zero at its end or without, or of another type.
     [[nodiscard]] LV2_State_Status restore(const Bytes& value, LV2_URID type);
