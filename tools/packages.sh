@@ -5,13 +5,13 @@
 # The Debian packages of a group of tools.
 packages_of() {
     case $1 in
-        build) echo g++ cmake ninja-build ccache nlohmann-json3-dev libgtest-dev libgmock-dev ;;
+        build) echo g++ cmake ninja-build ccache nlohmann-json3-dev libgtest-dev libgmock-dev lv2-dev ;;
         editor) echo juce-modules-source juce-tools fonts-inter fonts-dejavu-core ;;
         display) echo xvfb xauth x11-utils xdotool ;;
         guide) echo lowdown ;;
         package) echo dpkg-dev file ;;
-        hosts) echo dpf-source qtractor jackd2 ;;
-        bench) echo libbenchmark-dev ;;
+        hosts) echo dpf-source qtractor jackd2 jalv liblilv-dev lilv-utils sordi ;;
+        bench) echo libbenchmark-dev liblilv-dev x42-plugins ;;
         lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev ;;
         fresh) echo debootstrap ;;
     esac

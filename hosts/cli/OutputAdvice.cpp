@@ -31,7 +31,7 @@ bool isComplete(const MIDIMessage& message) {
 struct TypedBody {
     explicit TypedBody(Bytes body)
         : hasStart(!body.empty() && body.front() == frameStart),
-          hasEnd(body.size() > (hasStart ? 1U : 0U) && body.back() == frameEnd),
+          hasEnd(!body.empty() && body.back() == frameEnd),
           inner(body.subspan(hasStart ? 1 : 0)) {
         inner = inner.first(inner.size() - (hasEnd ? 1 : 0));
     }

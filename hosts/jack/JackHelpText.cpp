@@ -52,7 +52,7 @@ SIGHUP reads the preset again, SIGINT and SIGTERM end the program.
 
 Examples:
   midi-quillo-jack
-  midi-quillo-jack --connect-in 'Keystation' --connect-out 'fluidsynth'
+  midi-quillo-jack --connect-in 'Stage Piano' --connect-out 'fluidsynth'
   midi-quillo-jack --no-window --wait --preset stage.json
   midi-quillo-jack --go-back 1
   pw-jack midi-quillo-jack

@@ -47,7 +47,7 @@ private:
     unsigned below(std::size_t limit) { return static_cast<unsigned>(random_() % limit); }
 
     template <class Values>
-    typename Values::value_type oneOf(const Values& values) {
+    Values::value_type oneOf(const Values& values) {
         return values[below(values.size())];
     }
 

@@ -187,6 +187,12 @@ TEST(RuleAdvice, SaysWhatAVST3HostDoesNotDeliver) {
                 IsEmpty());
 }
 
+TEST(RuleAdvice, DoesNotSayOfADeadRuleThatAVST3HostKeepsItFromFiring) {
+    EXPECT_THAT(kindsOn({rule(onNoteOn(any, any, eatNonMatching), volume), rule(onMIDIStart(), volume),
+                         rule(onProgramChange(), volume)}),
+                ElementsAre(Kind::neverFires, Kind::neverFires));
+}
+
 TEST(RuleAdvice, ComesInTheOrderOfTheRules) {
     for (unsigned seed = 0; seed < 50; ++seed) {
         const auto advice = adviseOn(RandomRules(seed).list());
