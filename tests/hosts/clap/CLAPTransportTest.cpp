@@ -96,6 +96,13 @@ TEST_F(CLAPTransport, ThatJumpsBackInALoopIsHeardEachTime) {
     EXPECT_EQ(heard(), (Timed{{0, goOn}, {200, goOn}, {400, start}, {600, start}}));
 }
 
+TEST_F(CLAPTransport, ThatJumpsInAHostWithoutASteadyTimeIsHeard) {
+    host.steadyTime = -1;
+    play(playing, 1000.0);
+    play(playing, 1000.0);
+    EXPECT_EQ(heard(), (Timed{{0, goOn}, {100, goOn}}));
+}
+
 TEST_F(CLAPTransport, ThatRecordsOrLoopsWhileItMovesGoesOn) {
     play(playing, 100.0);
     play(playing | CLAP_TRANSPORT_IS_RECORDING, 200.0);
@@ -168,6 +175,15 @@ TEST_F(CLAPTransport, InBeatsStartsStopsAndJumpsAlike) {
     playBeats(playing, 24100.0);
     playBeats(playing, 0.0);
     EXPECT_EQ(heard(), (Timed{{0, start}, {200, stop}, {300, goOn}, {500, start}}));
+}
+
+TEST_F(CLAPTransport, InBeatsMovesOnWithTheTempoThroughALongBlock) {
+    auto transport = clapTransport(playing, 0.0, true);
+    transport.tempo = 90.0;
+    host.process(48000, &transport);
+    transport.song_pos_beats = CLAP_BEATTIME_FACTOR * 3 / 2;
+    host.process(48000, &transport);
+    EXPECT_EQ(heard(), (Timed{{0, start}}));
 }
 
 /// A host whose tempo goes from 120 to 240 in 480 blocks, and that tells beats only.
