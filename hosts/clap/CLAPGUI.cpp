@@ -140,8 +140,7 @@ bool hide(const clap_plugin_t* plugin) noexcept {
 void onTimer(const clap_plugin_t* plugin, clap_id timer) noexcept {
     CLAPPlugin::with(plugin, false, [timer](CLAPInstance& instance) {
         if (instance.editor && instance.editor->timer.is(timer)) {
-            instance.editor->view.idle();
-            instance.wake();
+            instance.idle();
         }
         return true;
     });

@@ -2,6 +2,9 @@
 #include "hosts/clap/CLAPInstance.hpp"
 
 #include "hosts/clap/CLAPTransport.hpp"
+#ifdef QUILLO_HAS_EDITOR
+#include "hosts/clap/CLAPEditor.hpp"
+#endif
 
 namespace quillo {
 
@@ -19,6 +22,15 @@ void CLAPInstance::wake() {
     if (renderer.mustBeWoken()) {
         host.requestProcess();
     }
+}
+
+void CLAPInstance::idle() {
+#ifdef QUILLO_HAS_EDITOR
+    if (editor) {
+        editor->view.idle();
+    }
+#endif
+    wake();
 }
 
 }  // namespace quillo

@@ -21,6 +21,9 @@ struct CLAPInstance {
     /// Has the host process again when there is something to do that it cannot know of.
     void wake();
 
+    /// Does what there is to do, now that the host has come round to it.
+    void idle();
+
     CLAPHost host;
     HostedUnit hosted;
     CLAPRenderer renderer;

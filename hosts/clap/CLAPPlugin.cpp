@@ -8,7 +8,6 @@
 #include "hosts/clap/CLAPNotePorts.hpp"
 #include "hosts/clap/CLAPState.hpp"
 #ifdef QUILLO_HAS_EDITOR
-#include "hosts/clap/CLAPEditor.hpp"
 #include "hosts/clap/CLAPGUI.hpp"
 #endif
 
@@ -46,15 +45,6 @@ const void* tableOf(std::string_view name) {
     }
 #endif
     return nullptr;
-}
-
-void idle(CLAPInstance& instance) {
-#ifdef QUILLO_HAS_EDITOR
-    if (instance.editor) {
-        instance.editor->idle();
-    }
-#endif
-    instance.wake();
 }
 
 }  // namespace
@@ -153,7 +143,7 @@ const void* CLAPPlugin::extension(const clap_plugin_t* /*plugin*/, const char* n
 
 void CLAPPlugin::onMainThread(const clap_plugin_t* plugin) noexcept {
     with(plugin, false, [](CLAPInstance& instance) {
-        idle(instance);
+        instance.idle();
         return true;
     });
 }
