@@ -160,6 +160,10 @@ void QuilloView::showAlert() {
 }
 
 void QuilloView::showImporter() {
+    if (filePanels_.onImport) {
+        filePanels_.onImport();
+        return;
+    }
     showOverlay(std::make_unique<FileOverlay>(
         FileOverlay::Mode::open, lastPreset_.getParentDirectory(),
         [this](const juce::File& file) {
@@ -171,6 +175,10 @@ void QuilloView::showImporter() {
 }
 
 void QuilloView::showExporter() {
+    if (filePanels_.onExport) {
+        filePanels_.onExport();
+        return;
+    }
     showOverlay(std::make_unique<FileOverlay>(
         FileOverlay::Mode::save, lastPreset_,
         [this](const juce::File& file) {
