@@ -27,7 +27,7 @@ void CLAPOutput::begin(const clap_output_events_t* events) QUILLO_REALTIME {
 
 void CLAPOutput::send(std::span<const OutgoingMessages::Message> messages) QUILLO_REALTIME {
     std::size_t sent = 0;
-    while (!isWaiting() && sent < messages.size() && tryPush(messages[sent])) {
+    while (sent < messages.size() && tryPush(messages[sent])) {
         ++sent;
     }
     if (sent == messages.size()) {

@@ -23,7 +23,7 @@ public:
     /// Whether messages wait.
     [[nodiscard]] bool isWaiting() const QUILLO_REALTIME { return next_ < kept_; }
 
-    /// The messages of the block, in the order of time.
+    /// The messages of the block, in the order of time; none while messages wait.
     void send(std::span<const OutgoingMessages::Message> messages) QUILLO_REALTIME;
 
 private:

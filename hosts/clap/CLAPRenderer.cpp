@@ -67,12 +67,12 @@ clap_process_status CLAPRenderer::process(const clap_process_t& process) QUILLO_
 /// time shows that it has not slept, it goes on without a gap.
 void CLAPRenderer::follow(std::int64_t steadyTime, std::uint32_t frames) QUILLO_REALTIME {
     const bool followsOn = steadyTime >= 0 && steadyTime == nextSteadyTime_;
-    if (!joined_ && !followsOn) {
+    if (maySleep_ && !followsOn) {
         renderer_.loseTransport();
     }
     constexpr std::int64_t last = INT64_MAX - UINT32_MAX;
     nextSteadyTime_ = steadyTime >= 0 && steadyTime <= last ? steadyTime + frames : -1;
-    joined_ = true;
+    maySleep_ = false;
 }
 
 void CLAPRenderer::tellTransport(std::uint32_t offset, const clap_event_transport_t& event) QUILLO_REALTIME {
@@ -176,7 +176,7 @@ clap_process_status CLAPRenderer::nextStatus() QUILLO_REALTIME {
         asleep_ = false;
         return CLAP_PROCESS_CONTINUE;
     }
-    interrupt();
+    maySleep_ = true;
     return CLAP_PROCESS_SLEEP;
 }
 

@@ -25,8 +25,11 @@ public:
     /// [main, while nothing renders] Blocks come at this rate from now on.
     void activate(double sampleRate);
 
-    /// The blocks that follow need not join those before.
-    void interrupt() QUILLO_REALTIME { joined_ = false; }
+    /// The blocks that follow do not join those before, whatever the host's steady time says.
+    void interrupt() QUILLO_REALTIME {
+        maySleep_ = true;
+        nextSteadyTime_ = -1;
+    }
 
     /// One block. `CLAP_PROCESS_SLEEP` when nothing is left to do before something happens: nothing waits to be
     /// sent, and no rule waits for the transport, of which a sleeping plug-in hears nothing.
@@ -52,7 +55,7 @@ private:
     CLAPNotes notes_;
     CLAPOutput output_;
     double sampleRate_ = 0.0;
-    bool joined_ = false;               ///< the next block follows the last one without a gap
+    bool maySleep_ = true;              ///< frames may pass before the next block
     std::int64_t nextSteadyTime_ = -1;  ///< of the block that would follow the last one; below 0 when unknown
     std::atomic<bool> asleep_{false};   ///< the last block said that the host may let the plug-in sleep
 };

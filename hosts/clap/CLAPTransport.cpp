@@ -34,8 +34,9 @@ double beatsOf(clap_beattime time) QUILLO_REALTIME {
 }
 
 std::optional<double> tempoOf(const clap_event_transport_t& event) QUILLO_REALTIME {
-    const bool hasTempo = (event.flags & CLAP_TRANSPORT_HAS_TEMPO) != 0;
-    if (!hasTempo || !(event.tempo > 0.0 && event.tempo < fastestTempo)) {
+    const bool isTold = (event.flags & CLAP_TRANSPORT_HAS_TEMPO) != 0;
+    const bool isOne = event.tempo > 0.0 && event.tempo < fastestTempo;
+    if (!isTold || !isOne) {
         return std::nullopt;
     }
     return event.tempo;

@@ -40,7 +40,7 @@ public:
         bool forwarded = false;               ///< whether the event itself went out
     };
 
-    /// A message of at most three bytes; none of them are left behind it.
+    /// A message of at most three bytes. Behind a shorter one lie zeros, where a host may leave anything.
     [[nodiscard]] Outcome put(std::span<const std::uint8_t> message);
     [[nodiscard]] Outcome put(HostTransportTriggerVariantsV2 change);
     /// The first cycle after the plug-in was loaded.

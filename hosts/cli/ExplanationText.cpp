@@ -35,6 +35,15 @@ std::string sentWords(const MIDIMessage& message) {
     return (words.empty() ? "what is no complete MIDI message" : words) + " [" + shownBytes(message) + "]";
 }
 
+/// The width of the widest name.
+std::size_t nameColumn(const std::vector<Rule>& rules) {
+    std::size_t width = 0;
+    for (const auto& rule : rules) {
+        width = std::max(width, characterCount(quotedName(rule.name, widestName)));
+    }
+    return width;
+}
+
 std::string delayWords(SampleTime milliseconds) {
     return milliseconds == 0 ? " at once" : " after " + std::to_string(milliseconds) + " ms";
 }
@@ -52,7 +61,11 @@ Lines firingLines(const RuleAccount& account) {
 class Page {
 public:
     Page(const std::vector<Rule>& rules, const AskedEvent& event, const EventExplanation& explanation)
-        : rules_(rules), event_(event), explanation_(explanation) {}
+        : rules_(rules),
+          event_(event),
+          explanation_(explanation),
+          numberWidth_(std::to_string(rules.size()).size()),
+          nameWidth_(nameColumn(rules)) {}
 
     [[nodiscard]] std::string text() const {
         auto page = eventWords(event_) + '\n';
@@ -63,16 +76,6 @@ public:
     }
 
 private:
-    [[nodiscard]] std::size_t numberWidth() const { return std::to_string(rules_.size()).size(); }
-
-    [[nodiscard]] std::size_t nameWidth() const {
-        std::size_t width = 0;
-        for (const auto& rule : rules_) {
-            width = std::max(width, characterCount(quotedName(rule.name, widestName)));
-        }
-        return width;
-    }
-
     [[nodiscard]] std::string rulesText() const {
         std::string text;
         for (std::size_t rule = 0; rule < rules_.size(); ++rule) {
@@ -83,8 +86,8 @@ private:
 
     [[nodiscard]] std::string ruleText(std::size_t rule) const {
         const auto number = std::to_string(rule + 1);
-        auto beginning = "  " + std::string(numberWidth() - number.size(), ' ') + number + "  " +
-                         padded(quotedName(rules_[rule].name, widestName), nameWidth()) + "  ";
+        auto beginning = "  " + std::string(numberWidth_ - number.size(), ' ') + number + "  " +
+                         padded(quotedName(rules_[rule].name, widestName), nameWidth_) + "  ";
         const auto width = characterCount(beginning);
         std::string text;
         for (const auto& line : lines(rule)) {
@@ -193,6 +196,8 @@ private:
     const std::vector<Rule>& rules_;
     const AskedEvent& event_;
     const EventExplanation& explanation_;
+    std::size_t numberWidth_;
+    std::size_t nameWidth_;
 };
 
 }  // namespace

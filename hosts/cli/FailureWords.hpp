@@ -10,7 +10,7 @@
 namespace quillo {
 
 /// Why a trigger that was tried does not match the event, by the first condition that fails: "waits on channel
-/// 3; this is on channel 1".
+/// 3; this is on channel 1". A message is complete.
 [[nodiscard]] std::string failureWords(const RuleTriggerV2& trigger, TriggerCondition failure,
                                        const AskedEvent& event);
 

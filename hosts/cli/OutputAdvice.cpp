@@ -31,7 +31,7 @@ bool isComplete(const MIDIMessage& message) {
 struct TypedBody {
     explicit TypedBody(Bytes body)
         : hasStart(!body.empty() && body.front() == frameStart),
-          hasEnd(body.size() > (hasStart ? 1U : 0U) && body.back() == frameEnd),
+          hasEnd(!body.empty() && body.back() == frameEnd),
           inner(body.subspan(hasStart ? 1 : 0)) {
         inner = inner.first(inner.size() - (hasEnd ? 1 : 0));
     }
@@ -54,9 +54,9 @@ std::string sentBytes(const RuleOutputVariantsV2& output) {
     return shownBytes(content.getIf<MessageContent::Bytes>()->messages.messages().front());
 }
 
-Advice typedFrame(std::size_t position, const TypedBody& typed, const RuleOutputVariantsV2& output) {
+Advice typedFrame(std::size_t rule, const TypedBody& typed, const RuleOutputVariantsV2& output) {
     const auto inner = MIDIMessage::copyOf(typed.inner);
-    return {position, Kind::badSystemExclusive,
+    return {rule, Kind::badSystemExclusive,
             "sends " + frameWords(typed) +
                 " twice: the frame of system exclusive is added to what is typed in (" + sentBytes(output) +
                 ")",
@@ -64,8 +64,8 @@ Advice typedFrame(std::size_t position, const TypedBody& typed, const RuleOutput
                                 : "Type only what stands between them: " + shownBytes(inner) + "."};
 }
 
-std::optional<Advice> onSystemExclusive(const Rule& rule, std::size_t position) {
-    const auto* sysEx = rule.output.message.getIf<RuleOutputVariantsV2::SystemExclusive>();
+std::optional<Advice> onSystemExclusive(const RuleOutputVariantsV2& output, std::size_t rule) {
+    const auto* sysEx = output.getIf<RuleOutputVariantsV2::SystemExclusive>();
     if (sysEx == nullptr) {
         return std::nullopt;
     }
@@ -74,31 +74,31 @@ std::optional<Advice> onSystemExclusive(const Rule& rule, std::size_t position) 
         std::ranges::find_if(typed.inner, [](std::uint8_t byte) { return byte > greatestDataByte; });
     if (wrong != typed.inner.end()) {
         return Advice{
-            position, Kind::badSystemExclusive,
+            rule, Kind::badSystemExclusive,
             "has " + hexText({&*wrong, 1}, HexCase::lower) +
                 " among its system-exclusive bytes, and those are 00 to 7f",
             "Give each message a rule of its own, without F0 and F7, and leave out what is above 7f."};
     }
     if (typed.hasStart || typed.hasEnd) {
-        return typedFrame(position, typed, rule.output.message);
+        return typedFrame(rule, typed, output);
     }
     return std::nullopt;
 }
 
-std::optional<Advice> onCompleteness(std::size_t position, const OutputCheck& outputs) {
-    const auto incomplete = outputs.incomplete(position);
+std::optional<Advice> onCompleteness(std::size_t rule, const OutputCheck& outputs) {
+    const auto incomplete = outputs.incomplete(rule);
     if (!incomplete) {
         return std::nullopt;
     }
-    return Advice{position, Kind::incompleteOutput,
+    return Advice{rule, Kind::incompleteOutput,
                   "sends what is no complete MIDI message (" + shownBytes(*incomplete) +
                       "): hosts may drop or change it, and in a VST3 host it cannot be sent as it is",
                   "Make the output anew in the editor, which sends complete messages only."};
 }
 
-Advice hangingNote(std::size_t position, const NoteLedger::Note& note, const std::string& exception) {
+Advice hangingNote(std::size_t rule, const NoteLedger::Note& note, const std::string& exception) {
     return {
-        position, Kind::neverEndsNotes,
+        rule, Kind::neverEndsNotes,
         "starts a note that no rule ends: " + noteWords(note.number) + " on " + channelWords(note.channel) +
             exception,
         "Let a rule send the note-off on the same channel, or All Notes Off (controller 123). What rings out "
@@ -124,25 +124,21 @@ std::optional<MIDIMessage> OutputCheck::incomplete(std::size_t rule) const {
     return finding.completeOnce ? std::nullopt : finding.incomplete;
 }
 
-std::vector<Advice> adviseOnNotes(const NoteLedger& notes, std::size_t ruleCount) {
-    std::vector<Advice> advice;
-    for (std::size_t rule = 0; rule < ruleCount; ++rule) {
-        if (const auto note = notes.neverEnded(rule)) {
-            advice.push_back(hangingNote(rule, *note, ""));
-        } else if (const auto chance = notes.endedByChance(rule)) {
-            advice.push_back(hangingNote(rule, *chance, ", except where a velocity that is copied is 0"));
-        }
+std::vector<Advice> adviseOnNotes(std::size_t rule, const NoteLedger& notes) {
+    if (const auto note = notes.neverEnded(rule)) {
+        return {hangingNote(rule, *note, "")};
     }
-    return advice;
+    if (const auto note = notes.endedByChance(rule)) {
+        return {hangingNote(rule, *note, ", except where a velocity that is copied is 0")};
+    }
+    return {};
 }
 
-std::vector<Advice> adviseOnOutputs(const std::vector<Rule>& rules, const OutputCheck& outputs) {
+std::vector<Advice> adviseOnOutput(const RuleOutputV2& output, std::size_t rule, const OutputCheck& outputs) {
     std::vector<Advice> advice;
-    for (std::size_t rule = 0; rule < rules.size(); ++rule) {
-        for (auto& found : {onSystemExclusive(rules[rule], rule), onCompleteness(rule, outputs)}) {
-            if (found) {
-                advice.push_back(*found);
-            }
+    for (const auto& found : {onSystemExclusive(output.message, rule), onCompleteness(rule, outputs)}) {
+        if (found) {
+            advice.push_back(*found);
         }
     }
     return advice;

@@ -32,10 +32,11 @@ private:
     std::vector<Finding> findings_;
 };
 
-/// On rules that start notes and leave them.
-[[nodiscard]] std::vector<Advice> adviseOnNotes(const NoteLedger& notes, std::size_t ruleCount);
+/// On a note that the rule starts and leaves.
+[[nodiscard]] std::vector<Advice> adviseOnNotes(std::size_t rule, const NoteLedger& notes);
 
 /// On system-exclusive bytes, and on messages that are not complete.
-[[nodiscard]] std::vector<Advice> adviseOnOutputs(const std::vector<Rule>& rules, const OutputCheck& outputs);
+[[nodiscard]] std::vector<Advice> adviseOnOutput(const RuleOutputV2& output, std::size_t rule,
+                                                 const OutputCheck& outputs);
 
 }  // namespace quillo

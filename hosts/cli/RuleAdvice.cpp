@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <utility>
 
 #include "hosts/cli/EngineProbe.hpp"
 #include "hosts/cli/NoteLedger.hpp"
@@ -17,13 +16,15 @@ namespace quillo {
 
 namespace {
 
-void append(std::vector<Advice>& advice, std::vector<Advice> more) {
-    advice.insert(advice.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+using AdviceList = std::vector<Advice>;
+
+void append(AdviceList& advice, AdviceList more) {
+    std::ranges::move(more, std::back_inserter(advice));
 }
 
 }  // namespace
 
-std::vector<Advice> adviseOn(const std::vector<Rule>& rules) {
+AdviceList adviseOn(const std::vector<Rule>& rules) {
     EngineProbe probe(rules);
     RuleReach reach(probe);
     NoteLedger notes(rules.size());
@@ -33,12 +34,12 @@ std::vector<Advice> adviseOn(const std::vector<Rule>& rules) {
         notes.watch(trial);
         outputs.watch(trial);
     });
-    std::vector<Advice> advice;
-    append(advice, adviseOnReach(rules, reach));
-    append(advice, adviseOnTriggers(rules, reach));
-    append(advice, adviseOnNotes(notes, rules.size()));
-    append(advice, adviseOnOutputs(rules, outputs));
-    std::ranges::stable_sort(advice, {}, &Advice::rule);
+    AdviceList advice;
+    for (std::size_t rule = 0; rule < rules.size(); ++rule) {
+        append(advice, adviseOnTrigger(rules, rule, reach));
+        append(advice, adviseOnNotes(rule, notes));
+        append(advice, adviseOnOutput(rules[rule].output, rule, outputs));
+    }
     return advice;
 }
 

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/cli/TriggerAdvice.hpp"
 
-#include <algorithm>
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
+#include <variant>
 
 #include "hosts/cli/PolicyWords.hpp"
 
@@ -72,11 +73,11 @@ std::vector<unsigned> numbersOf(const Voice& voice) {
     return numbers;
 }
 
-std::optional<Advice> onNumbers(const Rule& rule, std::size_t position) {
-    const auto* voice = voiceOf(rule.trigger);
+std::optional<Advice> onNumbers(const RuleTriggerV2& trigger, std::size_t rule) {
+    const auto* voice = voiceOf(trigger);
     for (const auto number : voice == nullptr ? std::vector<unsigned>() : numbersOf(*voice)) {
         if (number > greatestDataByte) {
-            return Advice{position, Kind::impossibleNumber,
+            return Advice{rule, Kind::impossibleNumber,
                           "waits for the number " + std::to_string(number) +
                               ", which no MIDI message carries",
                           "Give it a number from 0 to 127."};
@@ -85,13 +86,13 @@ std::optional<Advice> onNumbers(const Rule& rule, std::size_t position) {
     return std::nullopt;
 }
 
-std::optional<Advice> onSwallowing(const Rule& rule, std::size_t position) {
-    const bool isHostRule = rule.trigger.is<RuleTriggerV2::HostTransport>();
-    if (!isHostRule || policyOf(rule.trigger) != PassThroughV2::EatNonMatching) {
+std::optional<Advice> onSwallowing(const RuleTriggerV2& trigger, std::size_t rule) {
+    const bool isHostRule = trigger.is<RuleTriggerV2::HostTransport>();
+    if (!isHostRule || policyOf(trigger) != PassThroughV2::EatNonMatching) {
         return std::nullopt;
     }
     return Advice{
-        position, Kind::swallowsAllMIDI,
+        rule, Kind::swallowsAllMIDI,
         "swallows every MIDI message that comes to it: its policy is Consume non-matching, and a rule "
         "for the host's transport matches no MIDI",
         "Set it to Pass through."};
@@ -112,16 +113,16 @@ std::optional<std::string> systemMessage(const RuleTriggerV2& trigger) {
                       based->trigger.variants.variant());
 }
 
-std::optional<Advice> onVST3(const Rule& rule, std::size_t position) {
-    if (const auto name = systemMessage(rule.trigger)) {
-        return Advice{position, Kind::notInVST3, "does not fire in a VST3 host: VST3 has no MIDI " + *name,
+std::optional<Advice> onVST3(const RuleTriggerV2& trigger, std::size_t rule) {
+    if (const auto name = systemMessage(trigger)) {
+        return Advice{rule, Kind::notInVST3, "does not fire in a VST3 host: VST3 has no MIDI " + *name,
                       "There, let it wait for the host's transport; other plug-in formats deliver MIDI " +
                           *name + "."};
     }
-    const auto* voice = voiceOf(rule.trigger);
+    const auto* voice = voiceOf(trigger);
     if (voice != nullptr && voice->is<Voice::ProgramChange>()) {
         return Advice{
-            position, Kind::notInVST3,
+            rule, Kind::notInVST3,
             "may not fire in a VST3 host: VST3 has no message for it, and some hosts do not deliver "
             "it or change its number",
             "There, let it wait for a controller or a note; other plug-in formats deliver program "
@@ -132,29 +133,22 @@ std::optional<Advice> onVST3(const Rule& rule, std::size_t position) {
 
 }  // namespace
 
-std::vector<Advice> adviseOnReach(const std::vector<Rule>& rules, const RuleReach& reach) {
-    std::vector<Advice> advice;
-    for (std::size_t rule = 0; rule < rules.size(); ++rule) {
-        if (!reach.canFire(rule)) {
-            advice.push_back(neverFires(rules, rule, reach.blockers(rule)));
-        }
-    }
-    return advice;
-}
-
-std::vector<Advice> adviseOnTriggers(const std::vector<Rule>& rules, const RuleReach& reach) {
+std::vector<Advice> adviseOnTrigger(const std::vector<Rule>& rules, std::size_t rule,
+                                    const RuleReach& reach) {
     std::vector<Advice> advice;
     const auto add = [&](std::optional<Advice> found) {
         if (found) {
             advice.push_back(*std::move(found));
         }
     };
-    for (std::size_t rule = 0; rule < rules.size(); ++rule) {
-        add(onNumbers(rules[rule], rule));
-        add(onSwallowing(rules[rule], rule));
-        if (reach.canFire(rule)) {
-            add(onVST3(rules[rule], rule));
-        }
+    const bool canFire = reach.canFire(rule);
+    if (!canFire) {
+        add(neverFires(rules, rule, reach.blockers(rule)));
+    }
+    add(onNumbers(rules[rule].trigger, rule));
+    add(onSwallowing(rules[rule].trigger, rule));
+    if (canFire) {
+        add(onVST3(rules[rule].trigger, rule));
     }
     return advice;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "hosts/cli/RuleAdvice.hpp"
@@ -9,11 +10,9 @@
 
 namespace quillo {
 
-/// On rules that can never fire.
-[[nodiscard]] std::vector<Advice> adviseOnReach(const std::vector<Rule>& rules, const RuleReach& reach);
-
-/// On what rules wait for and what they do with the rest: numbers that no message carries, host rules that
-/// swallow all MIDI, and messages that do not come in a VST3 host.
-[[nodiscard]] std::vector<Advice> adviseOnTriggers(const std::vector<Rule>& rules, const RuleReach& reach);
+/// On what a rule waits for and what it does with the rest: whether it can fire at all, numbers that no message
+/// carries, a host rule that swallows all MIDI, and messages that do not come in a VST3 host.
+[[nodiscard]] std::vector<Advice> adviseOnTrigger(const std::vector<Rule>& rules, std::size_t rule,
+                                                  const RuleReach& reach);
 
 }  // namespace quillo

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <span>
 
 #include <juce_audio_basics/juce_audio_basics.h>
@@ -17,9 +18,13 @@ namespace quillo {
 ///
 /// While the buffer's storage suffices, nothing is allocated. [render]
 class MIDIBufferWriter {
+    using Offset = std::int32_t;
+    using Length = std::uint16_t;
+    static constexpr std::size_t headerSize = sizeof(Offset) + sizeof(Length);
+
 public:
-    /// The buffer counts a message's bytes in 16 bits.
-    static constexpr std::size_t longestMessage = 0xFFFF;
+    /// The buffer counts a message's bytes, with what it writes in front of them, in 16 bits.
+    static constexpr std::size_t longestMessage = std::numeric_limits<Length>::max() - headerSize;
 
     /// How many bytes of storage so many messages, of so many bytes in all, take.
     [[nodiscard]] static constexpr std::size_t storageFor(std::size_t messages, std::size_t bytes) {
@@ -33,10 +38,6 @@ public:
     void append(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
 
 private:
-    using Offset = std::int32_t;
-    using Length = std::uint16_t;
-    static constexpr std::size_t headerSize = sizeof(Offset) + sizeof(Length);
-
     juce::Array<juce::uint8>& storage_;
 };
 

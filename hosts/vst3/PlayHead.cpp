@@ -2,13 +2,22 @@
 #include "hosts/vst3/PlayHead.hpp"
 
 #include <cmath>
-#include <limits>
 
 namespace quillo {
 
+namespace {
+
+/// Without the host's word the wrapper tells a transport of zeros, and divides by a rate of zero.
+bool isHearsay(const juce::AudioPlayHead::PositionInfo& told) {
+    return std::isnan(told.getTimeInSeconds().orFallback(0.0)) && !told.getIsPlaying() &&
+           !told.getIsRecording() && !told.getIsLooping();
+}
+
+}  // namespace
+
 std::optional<ToldTransport> toldTransport(const juce::AudioPlayHead* playHead) noexcept {
     const auto told = playHead != nullptr ? playHead->getPosition() : juce::nullopt;
-    if (!told || !told->getTimeInSamples() || std::isnan(told->getTimeInSeconds().orFallback(0.0))) {
+    if (!told || !told->getTimeInSamples() || isHearsay(*told)) {
         return std::nullopt;
     }
     AUHostTransportStateFlags flags = 0;

@@ -46,9 +46,9 @@ public:
 private:
     unsigned below(std::size_t limit) { return static_cast<unsigned>(random_() % limit); }
 
-    template <class Value, std::size_t count>
-    Value oneOf(const std::array<Value, count>& values) {
-        return values[below(count)];
+    template <class Values>
+    Values::value_type oneOf(const Values& values) {
+        return values[below(values.size())];
     }
 
     std::uint8_t data() { return oneOf(dataBytes); }

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
+#include <span>
 #include <utility>
 
 #include "hosts/midi/MessageLength.hpp"
@@ -22,9 +22,9 @@ struct Stream {
 
     static std::int64_t read(const clap_istream_t* stream, void* buffer, std::uint64_t size) {
         auto& self = *static_cast<Stream*>(stream->ctx);
-        const auto count =
-            std::min({static_cast<std::size_t>(size), self.longestPiece, self.bytes.size() - self.position});
-        std::memcpy(buffer, self.bytes.data() + self.position, count);
+        const auto left = std::span(self.bytes).subspan(self.position);
+        const auto count = std::min({static_cast<std::size_t>(size), self.longestPiece, left.size()});
+        std::ranges::copy(left.first(count), static_cast<std::uint8_t*>(buffer));
         self.position += count;
         return static_cast<std::int64_t>(count);
     }
@@ -90,7 +90,7 @@ void CLAPTestHost::stop() {
     plugin->deactivate(plugin);
 }
 
-void CLAPTestHost::load(std::vector<Rule> rules) {
+void CLAPTestHost::loadRules(std::vector<Rule> rules) {
     ASSERT_TRUE(load(PluginData{std::move(rules)}.write()));
 }
 

@@ -38,7 +38,7 @@ public:
     void stop();
 
     /// Loads these rules as the state; it must succeed.
-    void load(std::vector<Rule> rules);
+    void loadRules(std::vector<Rule> rules);
     [[nodiscard]] bool load(const Bytes& document, std::size_t longestPiece = 1U << 20U);
     [[nodiscard]] Bytes save(std::size_t longestPiece = 1U << 20U);
 
@@ -50,7 +50,7 @@ public:
     clap_process_status process(std::uint32_t frames, const Bytes& message);
 
     /// What has come since the last `take`.
-    [[nodiscard]] std::vector<ScriptMessage> take() { return std::exchange(sent_, {}); }
+    std::vector<ScriptMessage> take() { return std::exchange(sent_, {}); }
 
     template <class Extension>
     [[nodiscard]] const Extension& extension(const char* name) const {

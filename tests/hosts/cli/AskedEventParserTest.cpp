@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "support/Vandal.hpp"
+
 namespace quillo {
 namespace {
 
@@ -78,6 +80,18 @@ TEST(AskedEventParser, WantsOneCompleteMessage) {
 TEST(AskedEventParser, KnowsWhatAHostsTransportCanDo) {
     for (const auto* text : {"host", "host pause", "host start now"}) {
         EXPECT_EQ(errorOf(text), "the host's transport can start, continue and stop") << text;
+    }
+}
+
+TEST(AskedEventParser, FindsEveryTextAnEventOrSaysWhatIsWrong) {
+    for (unsigned seed = 0; seed < 5000; ++seed) {
+        std::string text = seed % 2 == 0 ? "90 3c 64" : "host start";
+        test::Vandal(seed).damage(text);
+        try {
+            EXPECT_FALSE(eventWords(parseAskedEvent(text)).empty());
+        } catch (const AskedEventError& error) {
+            EXPECT_STRNE(error.what(), "");
+        }
     }
 }
 

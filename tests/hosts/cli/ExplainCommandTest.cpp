@@ -91,6 +91,18 @@ TEST_F(ExplainCommandTest, SaysThatAHostRuleCanSwallowAllMIDI) {
                         "out.\n")));
 }
 
+TEST_F(ExplainCommandTest, SaysThatAHostRuleStopsTheHostEventsThatItDoesNotMatch) {
+    EXPECT_THAT(explained({rule(onHost(Transport::Stop, eatNonMatching), send(noteOn(0, 1, 1)), "Reset")},
+                          "host start"),
+                AllOf(HasSubstr("no match     waits for the host's transport to stop; this is its start\n"),
+                      HasSubstr("stops here   Consume non-matching: it did not match\n")));
+}
+
+TEST_F(ExplainCommandTest, DoesNotCountADelayedOutputAmongThoseAtOnce) {
+    EXPECT_THAT(explained({rule(onMIDIStart(), send(noteOn(0, 1, 1), 5))}, "fa"),
+                HasSubstr(" after 5 ms\nResult: no rule swallowed it: it is forwarded.\n"));
+}
+
 TEST_F(ExplainCommandTest, SaysThatAMIDIRuleCanStopAllHostEvents) {
     EXPECT_THAT(
         explained({rule(onNoteOn(any, any, eatNonMatching), send(noteOn(0, 1, 1)), "Only notes"),

@@ -14,7 +14,6 @@ using namespace test;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::SizeIs;
 using Transport = HostTransportTriggerVariantsV2;
 using Kind = Advice::Kind;
 
@@ -186,6 +185,12 @@ TEST(RuleAdvice, SaysWhatAVST3HostDoesNotDeliver) {
     EXPECT_THAT(adviseOn({rule(onHost(Transport::Start), volume), rule(onNoteOff(), volume),
                           rule(onControlChange(1), volume)}),
                 IsEmpty());
+}
+
+TEST(RuleAdvice, DoesNotSayOfADeadRuleThatAVST3HostKeepsItFromFiring) {
+    EXPECT_THAT(kindsOn({rule(onNoteOn(any, any, eatNonMatching), volume), rule(onMIDIStart(), volume),
+                         rule(onProgramChange(), volume)}),
+                ElementsAre(Kind::neverFires, Kind::neverFires));
 }
 
 TEST(RuleAdvice, ComesInTheOrderOfTheRules) {

@@ -351,8 +351,8 @@ tresult VST3Instance::process(std::uint32_t frames, VST3Input& input, const Proc
     data.processMode = kRealtime;
     data.symbolicSampleSize = kSample32;
     data.numSamples = static_cast<int32>(frames);
-    data.numInputs = 1;
-    data.numOutputs = 1;
+    data.numInputs = frames > 0 ? 1 : 0;
+    data.numOutputs = data.numInputs;
     data.inputs = &in;
     data.outputs = &out;
     data.inputEvents = &input.events;

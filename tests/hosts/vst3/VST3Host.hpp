@@ -138,7 +138,8 @@ public:
     /// meant for the other direction. False when the format has no way for it.
     bool give(VST3Input& input, std::uint32_t offset, std::span<const std::uint8_t> bytes);
 
-    /// Processes one block. The audio that goes in stands in `audio`, and so does what comes out.
+    /// Processes one block; without frames it has no audio either, and only hands over what is given. The audio
+    /// that goes in stands in `audio`, and so does what comes out.
     Steinberg::tresult process(std::uint32_t frames, VST3Input& input,
                                const Steinberg::Vst::ProcessContext* context);
 

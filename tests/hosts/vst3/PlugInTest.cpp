@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The built plug-in as a host meets it: its class, its busses, its transport, its bypass.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+#include "hosts/vst3/VST3Host.hpp"
+#include "persistence/PluginData.hpp"
+#include "support/TestRules.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using namespace Steinberg;
+using namespace Steinberg::Vst;
+
+constexpr std::uint32_t blockLength = 512;
+constexpr auto eating = PassThroughV2::EatMatching;
+
+std::string hexadecimal(const TUID id) {
+    std::string text;
+    for (std::size_t i = 0; i < sizeof(TUID); ++i) {
+        char digits[3];
+        std::snprintf(digits, sizeof digits, "%02X", static_cast<unsigned>(static_cast<uint8>(id[i])));
+        text += digits;
+    }
+    return text;
+}
+
+std::vector<PClassInfo2> classes() {
+    std::vector<PClassInfo2> infos(static_cast<std::size_t>(vst3Factory().countClasses()));
+    for (int32 index = 0; index < vst3Factory().countClasses(); ++index) {
+        EXPECT_EQ(vst3Factory().getClassInfo2(index, &infos[static_cast<std::size_t>(index)]), kResultOk);
+    }
+    return infos;
+}
+
+/// Projects know the plug-in by the identifier of its component: it never changes.
+TEST(VST3Factory, NamesThePlugInForTheProjectsThatKnowIt) {
+    const auto found = classes();
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(hexadecimal(found[0].cid), "ABCDEF019182FAEB51756C6F51756C6C");
+    EXPECT_EQ(hexadecimal(found[1].cid), "ABCDEF011234ABCD51756C6F51756C6C");
+    for (const auto& info : found) {
+        EXPECT_STREQ(info.name, "MIDI Quillo");
+        EXPECT_STREQ(info.subCategories, "Fx|Tools");
+        EXPECT_STREQ(info.version, QUILLO_VERSION);
+    }
+}
+
+TEST(VST3Factory, MakesNothingOfAnotherClass) {
+    TUID unknown{};
+    void* object = nullptr;
+    EXPECT_NE(vst3Factory().createInstance(unknown, IComponent::iid, &object), kResultOk);
+    EXPECT_EQ(object, nullptr);
+}
+
+class VST3PlugIn : public testing::Test {
+protected:
+    void install(std::vector<Rule> rules) {
+        ASSERT_EQ(plugIn.setState(PluginData{std::move(rules)}.write()), kResultOk);
+        plugIn.activate();
+    }
+
+    std::vector<ScriptMessage> sentFor(const std::vector<ScriptMessage>& messages,
+                                       std::uint32_t frames = blockLength) {
+        input.clear();
+        for (const auto& [offset, bytes] : messages) {
+            EXPECT_TRUE(plugIn.give(input, static_cast<std::uint32_t>(offset), bytes));
+        }
+        EXPECT_EQ(plugIn.process(frames, input, context ? &*context : nullptr), kResultOk);
+        return plugIn.sent();
+    }
+
+    /// The controllers that rules send in a block in which the host says this of its transport.
+    std::vector<ScriptMessage> sentWhen(uint32 state, TSamples position) {
+        context = ProcessContext{};
+        context->state = state;
+        context->sampleRate = scriptSampleRate;
+        context->projectTimeSamples = position;
+        return sentFor({});
+    }
+
+    void bypass(bool bypassed) {
+        int32 index = 0;
+        input.clear();
+        auto* queue = input.parameters.addParameterData(bypassParameter(), index);
+        queue->addPoint(0, bypassed ? 1.0 : 0.0, index);
+        EXPECT_EQ(plugIn.process(0, input, nullptr), kResultOk);
+    }
+
+    ParamID bypassParameter() {
+        ParameterInfo info{};
+        EXPECT_EQ(plugIn.controller().getParameterInfo(0, info), kResultOk);
+        EXPECT_NE(info.flags & ParameterInfo::kIsBypass, 0);
+        return info.id;
+    }
+
+    BusInfo bus(MediaType media, BusDirection direction) {
+        EXPECT_EQ(plugIn.component().getBusCount(media, direction), 1);
+        BusInfo info{};
+        EXPECT_EQ(plugIn.component().getBusInfo(media, direction, 0, info), kResultOk);
+        EXPECT_EQ(info.flags & BusInfo::kDefaultActive, static_cast<uint32>(BusInfo::kDefaultActive));
+        return info;
+    }
+
+    static std::vector<Rule> transportRules() {
+        const auto onEach = [](HostTransportTriggerVariantsV2 trigger, std::uint8_t controller) {
+            return rule(onHost(trigger), send(controlChange(0, controller, 1)));
+        };
+        return {onEach(HostTransportTriggerVariantsV2::Start, 20),
+                onEach(HostTransportTriggerVariantsV2::Continue, 21),
+                onEach(HostTransportTriggerVariantsV2::Stop, 22)};
+    }
+
+    VST3Instance plugIn;
+    VST3Input input;
+    std::optional<ProcessContext> context;
+};
+
+TEST_F(VST3PlugIn, HasOneStereoBusAndOneOfSixteenMIDIChannelsEachWay) {
+    for (const auto direction : {kInput, kOutput}) {
+        EXPECT_EQ(bus(kAudio, direction).channelCount, 2);
+        EXPECT_EQ(bus(kEvent, direction).channelCount, 16);
+    }
+}
+
+TEST_F(VST3PlugIn, AsksToBeRunWithoutEndAndAddsNoDelay) {
+    EXPECT_EQ(plugIn.processor().getTailSamples(), kInfiniteTail);
+    EXPECT_EQ(plugIn.processor().getLatencySamples(), 0U);
+}
+
+TEST_F(VST3PlugIn, AudioComesOutAsItWentIn) {
+    install({});
+    plugIn.audio[0].assign(blockLength, 0.25F);
+    plugIn.audio[1].assign(blockLength, -0.5F);
+    sentFor({{3, {0x90, 60, 1}}});
+    EXPECT_EQ(plugIn.audio[0], std::vector<float>(blockLength, 0.25F));
+    EXPECT_EQ(plugIn.audio[1], std::vector<float>(blockLength, -0.5F));
+}
+
+TEST_F(VST3PlugIn, WithoutABusForWhatComesInTheOutputIsSilent) {
+    plugIn.activate();
+    ASSERT_EQ(plugIn.component().setActive(0), kResultOk);
+    ASSERT_EQ(plugIn.component().activateBus(kAudio, kInput, 0, 0), kResultOk);
+    ASSERT_EQ(plugIn.component().setActive(1), kResultOk);
+    plugIn.audio[0].assign(blockLength, 0.25F);
+    sentFor({});
+    EXPECT_EQ(plugIn.audio[0], std::vector<float>(blockLength, 0.0F));
+}
+
+TEST_F(VST3PlugIn, AHostThatTellsNothingOfItsTransportLeavesItAsItWas) {
+    install(transportRules());
+    const auto started = sentWhen(ProcessContext::kPlaying, 0);
+    EXPECT_EQ(started, (std::vector<ScriptMessage>{{0, {0xB0, 20, 1}}}));
+    context.reset();
+    EXPECT_EQ(sentFor({}), std::vector<ScriptMessage>());
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 2 * blockLength), std::vector<ScriptMessage>());
+    EXPECT_EQ(sentWhen(0, 3 * blockLength), (std::vector<ScriptMessage>{{0, {0xB0, 22, 1}}}));
+}
+
+TEST_F(VST3PlugIn, AHostThatRoundsItsPositionByAFrameDoesNotJump) {
+    install(transportRules());
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000).size(), 1U);
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000 + blockLength + 1), std::vector<ScriptMessage>());
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000 + 2 * blockLength), std::vector<ScriptMessage>());
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000 + 3 * blockLength + 2),
+              (std::vector<ScriptMessage>{{0, {0xB0, 21, 1}}}));
+}
+
+TEST_F(VST3PlugIn, RecordingAndLoopingAreChangesOfTheTransport) {
+    install(transportRules());
+    const std::vector<ScriptMessage> continued{{0, {0xB0, 21, 1}}};
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000), continued);
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying | ProcessContext::kRecording, 1512), continued);
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying | ProcessContext::kRecording, 2024),
+              std::vector<ScriptMessage>());
+    EXPECT_EQ(
+        sentWhen(ProcessContext::kPlaying | ProcessContext::kRecording | ProcessContext::kCycleActive, 2536),
+        continued);
+}
+
+TEST_F(VST3PlugIn, BypassedItPassesEverythingAndSendsWhatIsStillDue) {
+    install({rule(onNoteOn(any, any, eating), send(noteOn(1, 61, 5), 20))});
+    EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}, {9, {0x90, 60, 1}}}), std::vector<ScriptMessage>());
+    bypass(true);
+    EXPECT_EQ(sentFor({{448, {0x90, 62, 1}}, {450, {0x80, 62, 1}}}),
+              (std::vector<ScriptMessage>{
+                  {448, {0x91, 61, 5}}, {448, {0x90, 62, 1}}, {450, {0x80, 62, 1}}, {457, {0x91, 61, 5}}}));
+    bypass(false);
+    EXPECT_EQ(sentFor({{5, {0x90, 60, 1}}}), std::vector<ScriptMessage>());
+}
+
+TEST_F(VST3PlugIn, BypassedFromTheStartItLoadsItsRulesWhenItIsBypassedNoMore) {
+    install({rule(onLoad(), send(controlChange(0, 7, 1)))});
+    bypass(true);
+    EXPECT_EQ(sentFor({{5, {0x90, 60, 1}}}), (std::vector<ScriptMessage>{{5, {0x90, 60, 1}}}));
+    bypass(false);
+    EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{0, {0xB0, 7, 1}}}));
+}
+
+TEST_F(VST3PlugIn, BypassedItHearsNothingOfTheTransportUntilItIsBypassedNoMore) {
+    install(transportRules());
+    EXPECT_EQ(sentFor({}), std::vector<ScriptMessage>());
+    bypass(true);
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 0), std::vector<ScriptMessage>());
+    bypass(false);
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, blockLength),
+              (std::vector<ScriptMessage>{{0, {0xB0, 21, 1}}}));
+}
+
+/// The wrapper answers such a call by itself, and what came in goes out unseen by any rule.
+TEST_F(VST3PlugIn, ACallThatOnlyHandsOverParametersPassesThemWithoutTheRules) {
+    install({rule(onControlChange(1, any, any, eating), send(noteOn(1, 61, 5)))});
+    EXPECT_EQ(sentFor({{0, {0xB0, 1, 2}}}, 0), (std::vector<ScriptMessage>{{0, {0xB0, 1, 2}}}));
+    EXPECT_EQ(sentFor({{0, {0xB0, 1, 2}}}), (std::vector<ScriptMessage>{{0, {0x91, 61, 5}}}));
+}
+
+TEST_F(VST3PlugIn, ActivatedAtAnotherRateItKeepsItsMilliseconds) {
+    install({rule(onNoteOn(any, any, eating), send(noteOn(1, 61, 5), 1))});
+    EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}), (std::vector<ScriptMessage>{{48, {0x91, 61, 5}}}));
+    plugIn.deactivate();
+    plugIn.activate(96000.0);
+    EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}), (std::vector<ScriptMessage>{{96, {0x91, 61, 5}}}));
+}
+
+TEST_F(VST3PlugIn, WhatIsDueOutlivesADeactivation) {
+    install({rule(onNoteOn(any, any, eating), send(noteOn(1, 61, 5), 20))});
+    EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}), std::vector<ScriptMessage>());
+    plugIn.deactivate();
+    plugIn.activate();
+    EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{448, {0x91, 61, 5}}}));
+}
+
+/// Each has rules, rates and blocks of its own.
+TEST(VST3Instances, ManyInOneProcessKnowNothingOfOneAnother) {
+    constexpr std::size_t count = 16;
+    std::deque<VST3Instance> instances(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto note = static_cast<std::uint8_t>(i);
+        ASSERT_EQ(instances[i].setState(
+                      PluginData{{rule(onNoteOn(any, any, eating), send(noteOn(note, note, 5), 1))}}.write()),
+                  kResultOk);
+        instances[i].activate(1000.0 * static_cast<double>(i + 1));
+    }
+    VST3Input input;
+    for (int round = 0; round < 3; ++round) {
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto note = static_cast<std::uint8_t>(i);
+            input.clear();
+            instances[i].give(input, 2, Bytes{0x90, 60, 1});
+            ASSERT_EQ(instances[i].process(64, input, nullptr), kResultOk);
+            EXPECT_EQ(instances[i].sent(),
+                      (std::vector<ScriptMessage>{{static_cast<SampleTime>(3 + i),
+                                                   {static_cast<std::uint8_t>(0x90 | note), note, 5}}}));
+        }
+    }
+}
+
+}  // namespace
+}  // namespace quillo

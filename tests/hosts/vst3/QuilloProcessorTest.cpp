@@ -1,0 +1,246 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The processor and its editor, without the wrapper and without a screen.
+#include "hosts/vst3/QuilloProcessor.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "editor/AlertView.hpp"
+#include "hosts/formats/FormatScript.hpp"
+#include "hosts/vst3/MIDIBufferWriter.hpp"
+#include "hosts/vst3/QuilloProcessorEditor.hpp"
+#include "persistence/PluginData.hpp"
+#include "support/TestRules.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using testing::HasSubstr;
+using Layout = juce::AudioProcessor::BusesLayout;
+
+class HostListener final : public juce::AudioProcessorListener {
+public:
+    void audioProcessorParameterChanged(juce::AudioProcessor*, int, float) override {}
+    void audioProcessorChanged(juce::AudioProcessor*, const ChangeDetails& details) override {
+        changes += details.nonParameterStateChanged ? 1 : 0;
+    }
+
+    int changes = 0;
+};
+
+class QuilloProcessorTest : public testing::Test {
+protected:
+    QuilloProcessorTest() { processor.prepareToPlay(scriptSampleRate, 512); }
+
+    void install(std::vector<Rule> rules) {
+        ASSERT_EQ(processor.hosted().restore(PluginData{std::move(rules)}.write()), std::nullopt);
+    }
+
+    std::vector<ScriptMessage> sentFor(const std::vector<ScriptMessage>& messages, int frames = 512) {
+        juce::AudioBuffer<float> audio(2, frames);
+        audio.clear();
+        MIDIBufferWriter writer(buffer);
+        for (const auto& [offset, bytes] : messages) {
+            writer.append(static_cast<std::uint32_t>(offset), bytes);
+        }
+        processor.processBlock(audio, buffer);
+        std::vector<ScriptMessage> sent;
+        for (const auto event : buffer) {
+            sent.push_back({event.samplePosition, Bytes(event.data, event.data + event.numBytes)});
+        }
+        return sent;
+    }
+
+    const std::optional<std::string>& alert() {
+        processor.hosted().drain();
+        return processor.hosted().controller().model()->alertErrorMessage();
+    }
+
+    static Layout layout(const juce::AudioChannelSet& input, const juce::AudioChannelSet& output) {
+        Layout result;
+        result.inputBuses.add(input);
+        result.outputBuses.add(output);
+        return result;
+    }
+
+    QuilloProcessor processor;
+    juce::MidiBuffer buffer;
+    const std::vector<Rule> answer{rule(onNoteOn(), send(noteOn(1, 61, 5)), "answer")};
+};
+
+/// What the format has no words for is lost by the wrapper, not here.
+TEST_F(QuilloProcessorTest, MessagesOfEveryKindPassItUnchanged) {
+    for (const auto* name : {"EveryChannelMessage", "EverySystemMessage"}) {
+        const auto script = formatScript(name);
+        EXPECT_EQ(sentFor(script.messages, static_cast<int>(script.end)), script.messages) << name;
+    }
+}
+
+TEST_F(QuilloProcessorTest, AnEventBeforeTheBlockIsMovedToItsStart) {
+    buffer.clear();
+    buffer.addEvent(juce::MidiMessage(0xC0, 5), -7);
+    juce::AudioBuffer<float> audio(2, 64);
+    processor.processBlock(audio, buffer);
+    EXPECT_EQ(buffer.getFirstEventTime(), 0);
+}
+
+/// The cycle ends there, as it does with any output that is full, and nothing is logged that was not sent.
+TEST_F(QuilloProcessorTest, TheUnitLearnsThatTheWrapperTakesNoMoreEvents) {
+    install(answer);
+    processor.hosted().controller().viewDidLoad();
+    std::vector<ScriptMessage> notes;
+    for (SampleTime time = 0; time < 2000; ++time) {
+        notes.push_back({time, {0x90, 60, 1}});
+    }
+    EXPECT_EQ(sentFor(notes, 2000).size(), QuilloProcessor::mostEvents);
+    processor.hosted().drain();
+    const auto& model = *processor.hosted().controller().model();
+    EXPECT_EQ(model.outLog()[QuilloModel::logCapacity - 1].timestamp, 1023);
+    EXPECT_EQ(model.inLog()[QuilloModel::logCapacity - 1].timestamp, 1024);
+    EXPECT_EQ(sentFor({{5, {0x90, 60, 1}}}).size(), 2U);
+}
+
+TEST_F(QuilloProcessorTest, AMessageThatIsLongerThanAnEventCanBeIsRefused) {
+    install({rule(onNoteOn(exactly(1)), send(systemExclusive(Bytes(MIDIBufferWriter::longestMessage - 1)))),
+             rule(onNoteOn(exactly(2)), send(systemExclusive(Bytes(MIDIBufferWriter::longestMessage - 2))))});
+    EXPECT_EQ(sentFor({{0, {0x90, 1, 1}}}).size(), 0U);
+    const auto sent = sentFor({{0, {0x90, 2, 1}}});
+    ASSERT_EQ(sent.size(), 2U);
+    EXPECT_EQ(sent[0].bytes.size(), MIDIBufferWriter::longestMessage);
+}
+
+TEST_F(QuilloProcessorTest, TakesAsManyChannelsInAsOut) {
+    using Set = juce::AudioChannelSet;
+    for (const auto& set :
+         {Set::disabled(), Set::mono(), Set::stereo(), Set::create5point1(), Set::create7point1()}) {
+        EXPECT_TRUE(processor.isBusesLayoutSupported(layout(set, set)));
+        EXPECT_TRUE(processor.isBusesLayoutSupported(layout(Set::disabled(), set)));
+        EXPECT_TRUE(processor.isBusesLayoutSupported(layout(set, Set::disabled())));
+    }
+    EXPECT_FALSE(processor.isBusesLayoutSupported(layout(Set::mono(), Set::stereo())));
+    EXPECT_FALSE(
+        processor.isBusesLayoutSupported(layout(Set::create7point1point4(), Set::create7point1point4())));
+}
+
+TEST_F(QuilloProcessorTest, SavesTheStateDocumentAndNothingElse) {
+    const auto document = PluginData{answer}.write();
+    processor.setStateInformation(document.data(), static_cast<int>(document.size()));
+    juce::MemoryBlock saved;
+    processor.getStateInformation(saved);
+    EXPECT_EQ(saved, juce::MemoryBlock(document.data(), document.size()));
+}
+
+TEST_F(QuilloProcessorTest, ADamagedStateLeavesTheRulesAndTheUserIsTold) {
+    install(answer);
+    processor.setStateInformation("{", 1);
+    ASSERT_TRUE(alert().has_value());
+    EXPECT_THAT(*alert(), HasSubstr("The saved rules cannot be restored"));
+    EXPECT_EQ(processor.hosted().unit().processor->rules(), answer);
+}
+
+TEST_F(QuilloProcessorTest, RulesThatCannotBeSavedAreToldOfAndKept) {
+    const std::vector<Rule> unwritable{rule(onLoad(), send(noteOn(1, 61, 5)), "\xFF")};
+    processor.hosted().onRulesChanged(unwritable);
+    juce::MemoryBlock saved;
+    processor.getStateInformation(saved);
+    EXPECT_TRUE(saved.isEmpty());
+    ASSERT_TRUE(alert().has_value());
+    EXPECT_THAT(*alert(), HasSubstr("The rules cannot be saved with the project"));
+    EXPECT_EQ(processor.hosted().unit().processor->rules(), unwritable);
+}
+
+TEST_F(QuilloProcessorTest, ASampleRateThatIsNoneIsToldOf) {
+    processor.prepareToPlay(-1.0, 512);
+    ASSERT_TRUE(alert().has_value());
+    EXPECT_THAT(*alert(), HasSubstr("sample rate"));
+}
+
+class QuilloProcessorEditorTest : public QuilloProcessorTest {
+protected:
+    std::unique_ptr<QuilloProcessorEditor> open() {
+        return std::unique_ptr<QuilloProcessorEditor>(
+            dynamic_cast<QuilloProcessorEditor*>(processor.createEditorIfNeeded()));
+    }
+
+    ~QuilloProcessorEditorTest() override { processor.removeListener(&host); }
+
+    HostListener host;
+};
+
+TEST_F(QuilloProcessorEditorTest, OpensAtItsPreferredSizeAndCanBeResizedDownToItsLeast) {
+    const auto editor = open();
+    EXPECT_EQ(editor->getBounds(), juce::Rectangle<int>(500, 250));
+    EXPECT_TRUE(editor->isResizable());
+    EXPECT_EQ(editor->getConstrainer()->getMinimumWidth(), 200);
+    EXPECT_EQ(editor->getConstrainer()->getMinimumHeight(), 200);
+    editor->setSize(820, 640);
+    EXPECT_EQ(editor->view().getBounds(), juce::Rectangle<int>(820, 640));
+}
+
+TEST_F(QuilloProcessorEditorTest, TheHostScalesIt) {
+    const auto editor = open();
+    editor->setScaleFactor(2.0F);
+    EXPECT_EQ(editor->getLocalBounds(), juce::Rectangle<int>(500, 250));
+    EXPECT_EQ(editor->getBoundsInParent(), juce::Rectangle<int>(1000, 500));
+}
+
+TEST_F(QuilloProcessorEditorTest, ShowsTheRulesThatTheHostHasRestored) {
+    const auto editor = open();
+    const auto document = PluginData{answer}.write();
+    processor.setStateInformation(document.data(), static_cast<int>(document.size()));
+    processor.hosted().drain();
+    ASSERT_EQ(editor->view().editor().rules().size(), 1U);
+    EXPECT_EQ(editor->view().editor().rules()[0].rule.name, "answer");
+}
+
+TEST_F(QuilloProcessorEditorTest, AnEditReachesTheRulesAndMarksTheProjectChanged) {
+    const auto editor = open();
+    processor.addListener(&host);
+    editor->view().editor().add(MIDIRuleType::OutputType{OutputEntryType::PitchWheel});
+    EXPECT_EQ(processor.hosted().unit().processor->rules().size(), 1U);
+    EXPECT_EQ(host.changes, 1);
+}
+
+TEST_F(QuilloProcessorEditorTest, RestoringIsNoEdit) {
+    const auto editor = open();
+    processor.addListener(&host);
+    install(answer);
+    processor.hosted().drain();
+    EXPECT_EQ(host.changes, 0);
+}
+
+TEST_F(QuilloProcessorEditorTest, WhatIsSentByHandLeavesInTheNextBlock) {
+    install({rule(onLoad(), send(noteOn(1, 61, 5)))});
+    EXPECT_EQ(sentFor({}).size(), 1U);
+    const auto editor = open();
+    editor->view().editor().send(editor->view().editor().rules()[0].id);
+    EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{0, {0x91, 61, 5}}}));
+}
+
+TEST_F(QuilloProcessorEditorTest, WhatWentWrongBeforeItOpenedIsShown) {
+    processor.setStateInformation("{", 1);
+    const auto editor = open();
+    EXPECT_NE(dynamic_cast<AlertView*>(editor->view().overlay()), nullptr);
+}
+
+TEST_F(QuilloProcessorEditorTest, LogsAreKeptFromTheFirstEditorToTheNext) {
+    open();
+    sentFor({{7, {0x90, 60, 1}}});
+    const auto editor = open();
+    EXPECT_EQ(editor->view().logger().collapsedForm().inText(), "[7] 90 3c 01");
+}
+
+TEST_F(QuilloProcessorEditorTest, TheClockDrainsTheLogs) {
+    const auto editor = open();
+    sentFor({{7, {0x90, 60, 1}}});
+    while (editor->view().logger().collapsedForm().outText().isEmpty()) {
+        juce::MessageManager::getInstance()->runDispatchLoopUntil(10);
+    }
+    EXPECT_EQ(editor->view().logger().collapsedForm().outText(), "[7] 90 3c 01");
+}
+
+}  // namespace
+}  // namespace quillo

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a project keeps of the built plug-in.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <random>
+#include <string>
+#include <string_view>
+
+#include "hosts/vst3/VST3Host.hpp"
+#include "persistence/PluginData.hpp"
+#include "support/TestRules.hpp"
+#include "support/Threads.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using Steinberg::kResultOk;
+
+constexpr std::uint32_t blockLength = 64;
+
+/// The document of a rule that answers each note with this one, and so often over with nothing.
+Bytes answerWith(std::uint8_t note, std::size_t silentRules = 0) {
+    std::vector<Rule> rules(silentRules, rule(onNoteOff(exactly(1)), send(noteOn(0, 1, 1)), "never"));
+    rules.push_back(rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(0, note, 5)), "answer"));
+    return PluginData{std::move(rules)}.write();
+}
+
+class VST3State : public testing::Test {
+protected:
+    /// The notes that answer one.
+    Bytes answers() {
+        input.clear();
+        plugIn.give(input, 0, Bytes{0x90, 60, 1});
+        EXPECT_EQ(plugIn.process(blockLength, input, nullptr), kResultOk);
+        Bytes notes;
+        for (const auto& message : plugIn.sent()) {
+            notes.push_back(message.bytes[1]);
+        }
+        return notes;
+    }
+
+    VST3Instance plugIn;
+    VST3Input input;
+};
+
+TEST_F(VST3State, TheChunkIsTheDocumentAndWhatTheWrapperPutsBehindIt) {
+    const auto document = answerWith(61);
+    ASSERT_EQ(plugIn.setState(document), kResultOk);
+    const auto chunk = plugIn.state();
+    ASSERT_GT(chunk.size(), document.size());
+    EXPECT_EQ(Bytes(chunk.begin(), chunk.begin() + static_cast<std::ptrdiff_t>(document.size())), document);
+    const Bytes behind(chunk.begin() + static_cast<std::ptrdiff_t>(document.size()), chunk.end());
+    EXPECT_EQ(Bytes(behind.begin(), behind.begin() + 8), Bytes(8));
+    constexpr std::string_view mark = "JUCEPrivateData";
+    EXPECT_TRUE(std::equal(mark.begin(), mark.end(), behind.end() - mark.size()));
+    EXPECT_LT(behind.size(), 100U);
+}
+
+TEST_F(VST3State, AChunkIsTakenBackByAnotherInstanceByteForByte) {
+    ASSERT_EQ(plugIn.setState(answerWith(61)), kResultOk);
+    const auto chunk = plugIn.state();
+    VST3Instance other;
+    ASSERT_EQ(other.setState(chunk), kResultOk);
+    EXPECT_EQ(other.state(), chunk);
+}
+
+TEST_F(VST3State, IsTakenBeforeAndAfterActivationAndWhileDeactivatedAndTwice) {
+    ASSERT_EQ(plugIn.setState(answerWith(61)), kResultOk);
+    plugIn.activate();
+    EXPECT_EQ(answers(), Bytes{61});
+    ASSERT_EQ(plugIn.setState(answerWith(62)), kResultOk);
+    EXPECT_EQ(answers(), Bytes{62});
+    plugIn.deactivate();
+    ASSERT_EQ(plugIn.setState(answerWith(63)), kResultOk);
+    ASSERT_EQ(plugIn.setState(answerWith(64)), kResultOk);
+    plugIn.activate();
+    EXPECT_EQ(answers(), Bytes{64});
+}
+
+TEST_F(VST3State, AMegabyteOfRulesIsTakenAndSavedByteForByte) {
+    const auto document = answerWith(61, 10000);
+    ASSERT_GT(document.size(), 1U << 20U);
+    ASSERT_EQ(plugIn.setState(document), kResultOk);
+    const auto chunk = plugIn.state();
+    EXPECT_TRUE(std::equal(document.begin(), document.end(), chunk.begin()));
+    plugIn.activate();
+    EXPECT_EQ(answers(), Bytes{61});
+}
+
+TEST_F(VST3State, AnEmptyOneIsRefusedAndTheRulesStay) {
+    ASSERT_EQ(plugIn.setState(answerWith(61)), kResultOk);
+    EXPECT_NE(plugIn.setState({}), kResultOk);
+    plugIn.activate();
+    EXPECT_EQ(answers(), Bytes{61});
+}
+
+TEST_F(VST3State, ADamagedOneLeavesTheRules) {
+    const auto document = answerWith(61);
+    ASSERT_EQ(plugIn.setState(document), kResultOk);
+    const auto chunk = plugIn.state();
+    const auto other = answerWith(62);
+    for (std::size_t length = 1; length < other.size(); ++length) {
+        static_cast<void>(plugIn.setState(std::span(other).first(length)));
+    }
+    std::mt19937 generator(1);
+    Bytes noise(1U << 20U);
+    std::ranges::generate(noise, [&generator] { return static_cast<std::uint8_t>(generator()); });
+    static_cast<void>(plugIn.setState(noise));
+    EXPECT_EQ(plugIn.state(), chunk);
+    plugIn.activate();
+    EXPECT_EQ(answers(), Bytes{61});
+}
+
+TEST_F(VST3State, MayBeReplacedAndSavedWhileAnotherThreadProcesses) {
+    const Bytes documents[2] = {answerWith(61), answerWith(62, 50)};
+    ASSERT_EQ(plugIn.setState(documents[0]), kResultOk);
+    plugIn.activate();
+    std::atomic<bool> done{false};
+    std::atomic<int> heard[2]{};
+    const auto process = [&](std::size_t) {
+        while (!done) {
+            const auto notes = answers();
+            ASSERT_EQ(notes.size(), 1U);
+            ASSERT_TRUE(notes[0] == 61 || notes[0] == 62) << int{notes[0]};
+            ++heard[notes[0] - 61];
+        }
+    };
+    const Threads render(1, process);
+    for (std::size_t round = 1; round <= 200 || ((heard[0] == 0 || heard[1] == 0) && !HasFailure());
+         ++round) {
+        const auto& document = documents[round % 2];
+        EXPECT_EQ(plugIn.setState(document), kResultOk);
+        const auto chunk = plugIn.state();
+        EXPECT_TRUE(std::equal(document.begin(), document.end(), chunk.begin()));
+    }
+    done = true;
+}
+
+}  // namespace
+}  // namespace quillo
