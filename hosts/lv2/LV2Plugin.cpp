@@ -51,10 +51,10 @@ void run(LV2_Handle handle, std::uint32_t frames) QUILLO_REALTIME {
 }
 
 /// Neither operation can tell its host of a failure.
-template <void (LV2Instance::*operation)()>
+template <void (LV2Instance::*Operation)()>
 void call(LV2_Handle handle) noexcept try {
     if (auto* instance = LV2Instance::of(handle)) {
-        (instance->*operation)();
+        (instance->*Operation)();
     }
 } catch (...) {
     return;

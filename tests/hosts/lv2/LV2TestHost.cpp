@@ -107,6 +107,8 @@ void LV2TestHost::readOutput(std::uint32_t frames) {
         EXPECT_LT(event.time.frames, std::max<std::int64_t>(frames, 1));
         last = event.time.frames;
         readEvent(event);
+        EXPECT_TRUE(std::all_of(at + sizeof(event) + event.body.size, at + size,
+                                [](auto byte) { return byte == 0; }));
         at += size;
     }
 }
