@@ -20,8 +20,8 @@ namespace quillo::test {
 /// A program that runs until this ends: then it is asked to end. It ends with the test, too, if that crashes.
 class RunningProgram {
 public:
-    /// Its standard input stays open; these variables are added to the environment. Throws when there is no such
-    /// program.
+    /// Its standard input stays open; these variables are added to the environment. Throws when there is no
+    /// such program.
     RunningProgram(const std::vector<std::string>& words,
                    const std::map<std::string, std::string>& environment);
     ~RunningProgram();
@@ -38,8 +38,9 @@ private:
     int input_ = -1;
 };
 
-/// The plug-in in jalv, under a JACK server of the test's own without hardware, and a client that sends into it and
-/// hears what comes back. All waiting is for what is waited for; the test's time limit is the only one.
+/// The plug-in in jalv, under a JACK server of the test's own without hardware, and a client that sends into
+/// it and hears what comes back. All waiting is for what is waited for; the test's time limit is the only
+/// one.
 class JalvHost {
 public:
     static constexpr std::uint32_t period = 1024;
@@ -50,8 +51,9 @@ public:
     JalvHost(const JalvHost&) = delete;
     JalvHost& operator=(const JalvHost&) = delete;
 
-    /// Sends the messages, their times counted from a cycle to come, and returns what has come back by `length`
-    /// frames from there, in the same count. Where the server could not keep its own times it is done again.
+    /// Sends the messages, their times counted from a cycle to come, and returns what has come back by
+    /// `length` frames from there, in the same count. Where the server could not keep its own times it is
+    /// done again.
     std::vector<ScriptMessage> play(const std::vector<ScriptMessage>& messages, SampleTime length);
 
 private:

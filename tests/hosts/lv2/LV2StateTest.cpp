@@ -80,10 +80,7 @@ TEST_F(LV2State, OfEachPresetIsTheFileByteForByte) {
     for (const auto& preset : presets()) {
         const auto document = contentOf(preset);
         ASSERT_EQ(host.load(document), LV2_STATE_SUCCESS) << preset;
-        EXPECT_EQ(host.save(), documentOf(PluginData::read(document).rules)) << preset;
-        const auto saved = host.save();
-        ASSERT_EQ(host.load(saved), LV2_STATE_SUCCESS) << preset;
-        EXPECT_EQ(host.save(), saved) << preset;
+        EXPECT_EQ(host.save(), document) << preset;
     }
 }
 

@@ -15,8 +15,8 @@
 
 namespace quillo::test {
 
-/// A host with one instance of the plug-in that was built, made by lilv. What the instance sends is kept with its
-/// time since the first frame; an output that a host may not be given fails the test.
+/// A host with one instance of the plug-in that was built, made by lilv. What the instance sends is kept with
+/// its time since the first frame; an output that a host may not be given fails the test.
 class LV2TestHost {
 public:
     explicit LV2TestHost(const char* uri = lv2Plain, double sampleRate = scriptSampleRate);
