@@ -8,6 +8,7 @@ packages_of() {
         build) echo g++ cmake ninja-build ccache nlohmann-json3-dev libgtest-dev libgmock-dev ;;
         editor) echo juce-modules-source juce-tools fonts-inter fonts-dejavu-core ;;
         display) echo xvfb xauth x11-utils xdotool ;;
+        jack) echo jackd2 libjack-jackd2-dev ;;
         bench) echo libbenchmark-dev ;;
         lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev ;;
         fresh) echo debootstrap ;;
@@ -19,6 +20,7 @@ programs_of() {
     case $1 in
         build) echo g++ cmake ninja ;;
         display) echo xvfb-run xauth xprop xdotool ;;
+        jack) echo jackd ;;
         lint) echo clang++-22 clang-tidy-22 clang-format-22 ;;
         fresh) echo debootstrap ;;
     esac
@@ -142,5 +144,5 @@ refuse_unknown() {
 installed_versions() {
     has_debian_tools || return 0
     # shellcheck disable=SC2046 # one word a package
-    dpkg-query --show $(packages_of build) $(packages_of editor) $(packages_of bench) $(packages_of lint) 2>/dev/null || true
+    dpkg-query --show $(packages_of build) $(packages_of editor) $(packages_of jack) $(packages_of bench) $(packages_of lint) 2>/dev/null || true
 }
