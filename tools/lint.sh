@@ -3,7 +3,7 @@
 # The checks of `./dev lint`. Sourced by ./dev.
 
 lint() {
-    need build editor hosts lint
+    need build editor jack plugins hosts lint
     local failed=()
     check "every source names its licence" licences_named || true
     check "format" format_kept || true
