@@ -16,6 +16,15 @@ if(TARGET quillo-guide)
         COMPONENT documentation)
 endif()
 
+# Everything that is installed, as far as the machine has what it needs.
+add_custom_target(quillo-product)
+foreach(part IN ITEMS midi-quillo midi-quillo-jack midi-quillo-lv2 midi-quillo-lv2-ui midi-quillo-clap
+        quillo-vst3-plugin quillo-guide)
+    if(TARGET ${part})
+        add_dependencies(quillo-product ${part})
+    endif()
+endforeach()
+
 set(CPACK_PACKAGE_NAME midi-quillo)
 set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
 set(CPACK_PACKAGE_VENDOR "the developers of MIDI Quillo")

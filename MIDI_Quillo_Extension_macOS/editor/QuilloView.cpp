@@ -181,6 +181,10 @@ void QuilloView::showGuide() {
 }
 
 void QuilloView::showImporter() {
+    if (filePanels_.onImport) {
+        filePanels_.onImport();
+        return;
+    }
     showOverlay(std::make_unique<FileOverlay>(
         FileOverlay::Mode::open, lastPreset_.getParentDirectory(),
         [this](const juce::File& file) {
@@ -192,6 +196,10 @@ void QuilloView::showImporter() {
 }
 
 void QuilloView::showExporter() {
+    if (filePanels_.onExport) {
+        filePanels_.onExport();
+        return;
+    }
     showOverlay(std::make_unique<FileOverlay>(
         FileOverlay::Mode::save, lastPreset_,
         [this](const juce::File& file) {

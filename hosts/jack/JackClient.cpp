@@ -13,6 +13,7 @@
 #include "hosts/jack/Icon.hpp"
 #include "hosts/jack/JackMIDIPorts.hpp"
 #include "hosts/jack/LibraryMessages.hpp"
+#include "hosts/jack/WithoutCancellation.hpp"
 
 namespace quillo {
 
@@ -123,10 +124,12 @@ void JackClient::setCallbacks() {
     ::jack_set_process_callback(client, &process, this);
     ::jack_on_info_shutdown(
         client,
-        [](jack_status_t, const char*, void* news) { static_cast<ServerNews*>(news)->serverIsGone(); },
+        [](jack_status_t, const char*, void* news) {
+            withoutCancellation([&] { static_cast<ServerNews*>(news)->serverIsGone(); });
+        },
         &news_);
     const auto formatChanged = [](jack_nframes_t, void* news) {
-        static_cast<ServerNews*>(news)->formatHasChanged();
+        withoutCancellation([&] { static_cast<ServerNews*>(news)->formatHasChanged(); });
         return 0;
     };
     ::jack_set_sample_rate_callback(client, formatChanged, &news_);
@@ -135,14 +138,14 @@ void JackClient::setCallbacks() {
         client,
         [](jack_port_id_t number, int isThere, void* news) {
             if (isThere != 0) {
-                static_cast<ServerNews*>(news)->portHasAppeared(number);
+                withoutCancellation([&] { static_cast<ServerNews*>(news)->portHasAppeared(number); });
             }
         },
         &news_);
     ::jack_set_port_connect_callback(
         client,
         [](jack_port_id_t, jack_port_id_t, int, void* news) {
-            static_cast<ServerNews*>(news)->connectionsHaveChanged();
+            withoutCancellation([&] { static_cast<ServerNews*>(news)->connectionsHaveChanged(); });
         },
         &news_);
 }
@@ -233,21 +236,24 @@ void JackClient::setProperty(jack_uuid_t subject, const char* key, const std::st
     }
 }
 
-int JackClient::process(jack_nframes_t frames, void* self) QUILLO_REALTIME {
-    const auto& client = *static_cast<JackClient*>(self);
+int JackClient::process(jack_nframes_t frames, void* self) {
+    withoutCancellation([&] { static_cast<JackClient*>(self)->runCycle(frames); });
+    return 0;
+}
+
+void JackClient::runCycle(jack_nframes_t frames) QUILLO_REALTIME {
     ServerTransport transport;
     void* in = nullptr;
     void* out = nullptr;
     QUILLO_REALTIME_EXEMPT("the server's library made these calls for the process thread")
     jack_position_t position;
-    transport.isRolling = ::jack_transport_query(client.client_.get(), &position) == JackTransportRolling;
+    transport.isRolling = ::jack_transport_query(client_.get(), &position) == JackTransportRolling;
     transport.frame = position.frame;
-    in = ::jack_port_get_buffer(client.in_, frames);
-    out = ::jack_port_get_buffer(client.out_, frames);
+    in = ::jack_port_get_buffer(in_, frames);
+    out = ::jack_port_get_buffer(out_, frames);
     QUILLO_REALTIME_EXEMPT_END
     JackMIDIOutputPort output(out);
-    client.cycle_.run(frames, transport, JackMIDIInputPort(in), output);
-    return 0;
+    cycle_.run(frames, transport, JackMIDIInputPort(in), output);
 }
 
 }  // namespace quillo

@@ -93,7 +93,8 @@ private:
     [[nodiscard]] jack_uuid_t uuid() const;
     [[nodiscard]] PortDescription describe(jack_port_t* port) const;
 
-    static int process(jack_nframes_t frames, void* self) QUILLO_REALTIME;
+    static int process(jack_nframes_t frames, void* self);
+    void runCycle(jack_nframes_t frames) QUILLO_REALTIME;
 
     ProcessCycle& cycle_;
     ServerNews& news_;

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 
-#include "hosts/cli/Arguments.hpp"
 #include "hosts/cli/CommandFailure.hpp"
 #include "hosts/jack/SessionFiles.hpp"
 
@@ -49,6 +48,10 @@ void requireSense(const JackOptions& options) {
 }
 
 }  // namespace
+
+std::span<const Option> jackOptions() {
+    return known;
+}
 
 JackOptions readJackOptions(std::span<const std::string> words) {
     const Arguments arguments(words, known);

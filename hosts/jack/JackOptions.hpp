@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "hosts/cli/Arguments.hpp"
+
 namespace quillo {
 
 /// What the user asks of `midi-quillo-jack`.
@@ -28,6 +30,9 @@ struct JackOptions {
     bool help = false;
     bool version = false;
 };
+
+/// The options that the program knows.
+[[nodiscard]] std::span<const Option> jackOptions();
 
 /// Reads the program's arguments. Throws a `UsageError` that names the option.
 [[nodiscard]] JackOptions readJackOptions(std::span<const std::string> words);

@@ -9,7 +9,8 @@ namespace quillo {
 
 namespace {
 
-constexpr auto gone = "The JACK server has ended. The rules stay; MIDI goes on as soon as it is back.";
+constexpr auto gone =
+    "The JACK server has ended, or dropped this program. The rules stay; MIDI goes on as soon as it is back.";
 
 std::string counted(std::uint64_t count, const std::string& what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");

@@ -9,8 +9,8 @@
 
 namespace quillo {
 
-/// The audio ports of the stereo variant: two in, then two out. What comes in goes out, also where a host uses one
-/// buffer for an input and an output, of the same channel or not. [render]
+/// The audio ports of the stereo variant: two in, then two out. What comes in goes out, also where a host
+/// uses one buffer for an input and an output, of the same channel or not. [render]
 class LV2AudioPorts {
 public:
     static constexpr std::size_t channels = 2;

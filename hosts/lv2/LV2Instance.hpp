@@ -13,8 +13,8 @@
 
 namespace quillo {
 
-/// An instance of the plug-in, from the host's `instantiate` to its `cleanup`. The host's handle points to the
-/// part that the editor's binary knows.
+/// An instance of the plug-in, from the host's `instantiate` to its `cleanup`. The host's handle points to
+/// the part that the editor's binary knows.
 class LV2Instance : private LV2InstanceAccess {
 public:
     /// [main] Throws what `HostedUnit` throws.
@@ -32,8 +32,8 @@ public:
     /// [render] Null takes the port away. A port that there is not is left alone.
     void connect(std::uint32_t port, void* data) QUILLO_REALTIME;
 
-    /// [main] What waits to be sent still does after the plug-in was inactive, and the on-load rules do not fire
-    /// anew.
+    /// [main] What waits to be sent still does after the plug-in was inactive, and the on-load rules do not
+    /// fire anew.
     void activate();
     void deactivate();
 

@@ -8,11 +8,11 @@
 namespace quillo {
 
 /// What an instance's handle points to: the one thing that the binary with the editor has of the binary that
-/// renders. A host hands the handle on (the feature `instance-access`). It may be another plug-in's, or of another
-/// version of this one; so it is asked for the unit, and not taken for granted.
+/// renders. A host hands the handle on (the feature `instance-access`). It may be another plug-in's, or of
+/// another version of this one; so it is asked for the unit, and not taken for granted.
 ///
-/// Both binaries must be of one build: the unit is a C++ object. `layout` changes whenever this struct, or what
-/// the editor does with the unit, does; the size of the unit catches what was forgotten.
+/// Both binaries must be of one build: the unit is a C++ object. `layout` changes whenever this struct, or
+/// what the editor does with the unit, does; the size of the unit catches what was forgotten.
 struct LV2InstanceAccess {
     static constexpr std::uint64_t expectedMagic = 0x4F4C4C4955514D31;
     static constexpr std::uint32_t expectedLayout = 1;

@@ -57,17 +57,19 @@ void LV2Output::writeStateChanged() QUILLO_REALTIME {
     write(0, ids_.atomObject, {reinterpret_cast<const std::uint8_t*>(&object), sizeof(object)});
 }
 
+/// The last word is cleared before anything is written: the body may leave the end of it open.
 void LV2Output::write(std::uint32_t offset, LV2_URID type, std::span<const std::uint8_t> body)
     QUILLO_REALTIME {
+    constexpr std::uint64_t clear = 0;
+    const auto size = sizeof(LV2_Atom_Event) + lv2Padded(body.size());
     auto* place = reinterpret_cast<std::uint8_t*>(buffer_) + written_;
     LV2_Atom_Event head{};
     head.time.frames = offset;
     head.body = {static_cast<std::uint32_t>(body.size()), type};
+    std::memcpy(place + size - sizeof(clear), &clear, sizeof(clear));
     std::memcpy(place, &head, sizeof(head));
     std::memcpy(place + sizeof(head), body.data(), body.size());
-    const auto padded = lv2Padded(body.size());
-    std::memset(place + sizeof(head) + body.size(), 0, padded - body.size());
-    written_ += sizeof(head) + padded;
+    written_ += size;
 }
 
 }  // namespace quillo

@@ -11,12 +11,12 @@
 
 namespace quillo {
 
-/// The sequence that goes to a host, in a buffer of the host's, which says how much it takes. Room is set aside
-/// while the block is rendered, and nothing is written until its end: what has its room is written whole, and
-/// what has none is refused while the unit can still be told. [render]
+/// The sequence that goes to a host, in a buffer of the host's, which says how much it takes. Room is set
+/// aside while the block is rendered, and nothing is written until its end: what has its room is written
+/// whole, and what has none is refused while the unit can still be told. [render]
 ///
-/// Hosts do not agree whether the size that they give counts the atom's own header. Here it does, so that not a
-/// byte goes too far; that costs the other hosts eight bytes.
+/// Hosts do not agree whether the size that they give counts the atom's own header. Here it does, so that not
+/// a byte goes too far; that costs the other hosts eight bytes.
 class LV2Output {
 public:
     explicit LV2Output(const LV2URIDs& ids) : ids_(ids) {}

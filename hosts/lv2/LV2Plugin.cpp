@@ -12,6 +12,12 @@ namespace quillo {
 
 namespace {
 
+/// Frames a second; a rate that is none, or not a number, is no rate.
+bool isRate(double sampleRate) {
+    constexpr double highest = 1e9;
+    return sampleRate >= 1.0 && sampleRate <= highest;
+}
+
 LV2_URID_Map* mapOf(const LV2_Feature* const* features) {
     for (; features != nullptr && *features != nullptr; ++features) {
         if (std::string_view((*features)->URI) == LV2_URID__map) {
@@ -24,7 +30,7 @@ LV2_URID_Map* mapOf(const LV2_Feature* const* features) {
 LV2_Handle instantiate(const LV2_Descriptor* /*descriptor*/, double sampleRate, const char* /*bundle*/,
                        const LV2_Feature* const* features) noexcept try {
     auto* map = mapOf(features);
-    if (map == nullptr || map->map == nullptr) {
+    if (map == nullptr || map->map == nullptr || !isRate(sampleRate)) {
         return nullptr;
     }
     return std::make_unique<LV2Instance>(sampleRate, *map).release()->handle();
@@ -45,10 +51,10 @@ void run(LV2_Handle handle, std::uint32_t frames) QUILLO_REALTIME {
 }
 
 /// Neither operation can tell its host of a failure.
-template <void (LV2Instance::*operation)()>
+template <void (LV2Instance::*Operation)()>
 void call(LV2_Handle handle) noexcept try {
     if (auto* instance = LV2Instance::of(handle)) {
-        (instance->*operation)();
+        (instance->*Operation)();
     }
 } catch (...) {
     return;

@@ -16,8 +16,8 @@ struct LV2Position {
     std::optional<double> speed;  ///< 0 when the transport stands still
     std::optional<double> frame;  ///< below zero before the beginning
 
-    /// [render] Nothing when the bytes are the body of another object, or of none. Properties that end behind the
-    /// bytes are left out.
+    /// [render] Nothing when the bytes are the body of another object, or of none. Properties that end behind
+    /// the bytes are left out.
     [[nodiscard]] static std::optional<LV2Position> from(std::span<const std::uint8_t> body,
                                                          const LV2URIDs& ids) QUILLO_REALTIME;
 };

@@ -146,6 +146,17 @@ TEST_F(PresetFiles, ImportTakesTheChosenFile) {
     EXPECT_EQ(stage.editor().undoName(), "Import new.json");
 }
 
+TEST_F(PresetFiles, PanelsOfThePlatformOpenInThePlaceOfTheBrowser) {
+    int imports = 0;
+    int exports = 0;
+    stage.view().setFilePanels({[&imports] { ++imports; }, [&exports] { ++exports; }});
+    click(stage.view().header().importButton());
+    click(stage.view().header().exportButton());
+    EXPECT_EQ(imports, 1);
+    EXPECT_EQ(exports, 1);
+    EXPECT_EQ(stage.view().overlay(), nullptr);
+}
+
 TEST_F(PresetFiles, NothingIsImportedBeforeAFileIsChosen) {
     click(stage.view().header().importButton());
     EXPECT_FALSE(overlay().confirmButton().isEnabled());

@@ -21,7 +21,8 @@ FormatScript withoutTimeBeforeTheBeginning(FormatScript script) {
 }
 
 /// The same blocks, cut where the transport changes: a server changes it between two cycles.
-std::vector<std::uint32_t> cutAtChanges(const FormatScript& script, const std::vector<std::uint32_t>& blocks) {
+std::vector<std::uint32_t> cutAtChanges(const FormatScript& script,
+                                        const std::vector<std::uint32_t>& blocks) {
     std::vector<std::uint32_t> cut;
     SampleTime start = 0;
     auto told = script.transport.begin();

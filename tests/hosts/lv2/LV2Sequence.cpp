@@ -2,7 +2,9 @@
 #include "hosts/lv2/LV2Sequence.hpp"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
+#include <deque>
 #include <mutex>
 
 namespace quillo::test {
@@ -11,29 +13,58 @@ namespace {
 
 constexpr std::size_t word = sizeof(std::uint64_t);
 
-template <class Value>
-void appendTo(Bytes& bytes, const Value& value) {
-    const auto* first = reinterpret_cast<const std::uint8_t*>(&value);
-    bytes.insert(bytes.end(), first, first + sizeof(Value));
+void appendTo(Bytes& bytes, const void* more, std::size_t size) {
+    const auto start = bytes.size();
+    bytes.resize(start + size);
+    if (size > 0) {
+        std::memcpy(&bytes[start], more, size);
+    }
 }
+
+/// The host's numbers, counted from 1.
+class Names {
+public:
+    static Names& ofTheHost() {
+        static Names names;
+        return names;
+    }
+
+    LV2_URID idOf(const std::string& name) {
+        const std::lock_guard lock(mutex_);
+        const auto found = std::ranges::find(names_, name);
+        const auto index = found - names_.begin();
+        if (found == names_.end()) {
+            names_.push_back(name);
+        }
+        return static_cast<LV2_URID>(index + 1);
+    }
+
+    const char* nameOf(LV2_URID id) {
+        const std::lock_guard lock(mutex_);
+        return id > 0 && id <= names_.size() ? names_[id - 1].c_str() : nullptr;
+    }
+
+private:
+    std::mutex mutex_;
+    std::deque<std::string> names_;
+};
 
 }  // namespace
 
 LV2_URID lv2Id(const std::string& name) {
-    static std::mutex mutex;
-    static std::vector<std::string> names;
-    const std::lock_guard lock(mutex);
-    const auto found = std::ranges::find(names, name);
-    const auto index = found - names.begin();
-    if (found == names.end()) {
-        names.push_back(name);
-    }
-    return static_cast<LV2_URID>(index + 1);
+    return Names::ofTheHost().idOf(name);
 }
 
 LV2_URID_Map& lv2Map() {
-    static LV2_URID_Map map{nullptr, [](LV2_URID_Map_Handle, const char* name) { return lv2Id(name); }};
+    static LV2_URID_Map map{
+        nullptr, [](LV2_URID_Map_Handle, const char* name) { return Names::ofTheHost().idOf(name); }};
     return map;
+}
+
+LV2_URID_Unmap& lv2Unmap() {
+    static LV2_URID_Unmap unmap{
+        nullptr, [](LV2_URID_Unmap_Handle, LV2_URID id) { return Names::ofTheHost().nameOf(id); }};
+    return unmap;
 }
 
 LV2Sequence& LV2Sequence::clear() {
@@ -78,15 +109,15 @@ LV2Sequence& LV2Sequence::addPosition(std::int64_t time, std::optional<double> s
 }
 
 LV2ObjectBody::LV2ObjectBody(LV2_URID type) {
-    appendTo(bytes_, LV2_Atom_Object_Body{0, type});
+    const LV2_Atom_Object_Body head{0, type};
+    appendTo(bytes_, &head, sizeof(head));
 }
 
 LV2ObjectBody& LV2ObjectBody::add(LV2_URID key, LV2_URID type, const Bytes& value) {
     bytes_.resize((bytes_.size() + word - 1) / word * word);
     const LV2_Atom_Property_Body property{key, 0, {static_cast<std::uint32_t>(value.size()), type}};
-    const auto* head = reinterpret_cast<const std::uint8_t*>(&property);
-    bytes_.insert(bytes_.end(), head, head + sizeof(property));
-    bytes_.insert(bytes_.end(), value.begin(), value.end());
+    appendTo(bytes_, &property, offsetof(LV2_Atom_Property_Body, value) + sizeof(LV2_Atom));
+    appendTo(bytes_, value.data(), value.size());
     return *this;
 }
 

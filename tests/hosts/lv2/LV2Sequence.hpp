@@ -14,8 +14,9 @@ namespace quillo::test {
 /// The host's number for a name; the same one for all instances. [any]
 [[nodiscard]] LV2_URID lv2Id(const std::string& name);
 
-/// The host's map, as a feature of it.
+/// The host's map and its way back, as features.
 [[nodiscard]] LV2_URID_Map& lv2Map();
+[[nodiscard]] LV2_URID_Unmap& lv2Unmap();
 
 /// The events of a block as a host writes them, in the order in which they were added.
 class LV2Sequence {

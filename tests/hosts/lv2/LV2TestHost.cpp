@@ -107,6 +107,8 @@ void LV2TestHost::readOutput(std::uint32_t frames) {
         EXPECT_LT(event.time.frames, std::max<std::int64_t>(frames, 1));
         last = event.time.frames;
         readEvent(event);
+        EXPECT_TRUE(std::all_of(at + sizeof(event) + event.body.size, at + size,
+                                [](auto byte) { return byte == 0; }));
         at += size;
     }
 }
@@ -136,7 +138,7 @@ HostedUnit& LV2TestHost::unit() const {
     return *unit;
 }
 
-void LV2TestHost::load(std::vector<Rule> rules) {
+void LV2TestHost::loadRules(std::vector<Rule> rules) {
     ASSERT_EQ(load(PluginData{std::move(rules)}.write()), LV2_STATE_SUCCESS);
 }
 

@@ -15,8 +15,8 @@
 
 namespace quillo::test {
 
-/// A host with one instance of the plug-in that was built, made by lilv. What the instance sends is kept with its
-/// time since the first frame; an output that a host may not be given fails the test.
+/// A host with one instance of the plug-in that was built, made by lilv. What the instance sends is kept with
+/// its time since the first frame; an output that a host may not be given fails the test.
 class LV2TestHost {
 public:
     explicit LV2TestHost(const char* uri = lv2Plain, double sampleRate = scriptSampleRate);
@@ -40,7 +40,7 @@ public:
     [[nodiscard]] std::vector<ScriptMessage> take() { return std::exchange(sent_, {}); }
 
     /// Restores these rules; it must succeed.
-    void load(std::vector<Rule> rules);
+    void loadRules(std::vector<Rule> rules);
     [[nodiscard]] LV2_State_Status load(const Bytes& document);
     /// What a host keeps, with the zero at its end or without, or of another type.
     [[nodiscard]] LV2_State_Status restore(const Bytes& value, LV2_URID type);
