@@ -293,7 +293,7 @@ TEST_F(CLAPEditor, IsRefusedWhereThereIsNoDisplay) {
     host.open();
 }
 
-/// How many threads this process has.
+/// How many threads this process has; one that has ended may be among them for a moment.
 std::ptrdiff_t threadCount() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
 }
@@ -309,7 +309,9 @@ TEST(CLAPEditorWithoutTimers, AThreadAsksForCallbacksWhileItIsOpen) {
         host.turn();
     }
     host.close();
-    EXPECT_EQ(threadCount(), threads);
+    while (threadCount() > threads) {
+        std::this_thread::yield();
+    }
     host.plugin->on_main_thread(host.plugin);
 }
 
