@@ -9,7 +9,7 @@ packages_of() {
         editor) echo juce-modules-source juce-tools fonts-inter fonts-dejavu-core ;;
         display) echo xvfb xauth x11-utils xdotool ;;
         bench) echo libbenchmark-dev ;;
-        lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev ;;
+        lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev libblocksruntime-dev ;;
         fresh) echo debootstrap ;;
     esac
 }
