@@ -14,7 +14,7 @@ packages_of() {
         guide) echo lowdown ;;
         package) echo dpkg-dev file ;;
         bench) echo libbenchmark-dev liblilv-dev x42-plugins ;;
-        lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev ;;
+        lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev libblocksruntime-dev ;;
         fresh) echo debootstrap ;;
     esac
 }
