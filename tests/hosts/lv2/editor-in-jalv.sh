@@ -15,7 +15,7 @@ add_new=(246 101)
 add_new_area=88x26+202+88
 menu_area=140x100+204+118
 note_on=(236 129)
-undo_area=24x24+278+36
+undo_area=24x24+144+36
 send=(273 218)
 
 area() {
@@ -24,6 +24,11 @@ area() {
 
 click() {
     xdotool mousemove "$1" "$2" click 1
+}
+
+# Waits until something is written in the area: a bare window has one colour, text has many.
+shows_text() {
+    until (($(import -silent -window root -crop "$1" -format %k info:) > 4)); do :; done
 }
 
 # changes AREA COMMAND...: does it and waits until the area looks different.
@@ -41,8 +46,10 @@ open_jalv() {
 
 jackd -r -n "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 256 >"$XDG_RUNTIME_DIR/jackd" 2>&1 &
 until jack_lsp >/dev/null 2>&1; do kill -0 $!; done
-changes "$add_new_area" open_jalv
-changes "$menu_area" click "${add_new[@]}"
+open_jalv
+shows_text "$add_new_area"
+click "${add_new[@]}"
+shows_text "$menu_area"
 changes "$undo_area" click "${note_on[@]}"
 
 stdbuf --output=L jack_midi_dump listener >"$XDG_RUNTIME_DIR/heard" 2>&1 &
