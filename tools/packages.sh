@@ -8,6 +8,7 @@ packages_of() {
         build) echo g++ cmake ninja-build ccache nlohmann-json3-dev libgtest-dev libgmock-dev ;;
         editor) echo juce-modules-source juce-tools fonts-inter fonts-dejavu-core ;;
         display) echo xvfb xauth x11-utils xdotool ;;
+        hosts) echo ardour ;;
         bench) echo libbenchmark-dev ;;
         lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev ;;
         fresh) echo debootstrap ;;
@@ -142,5 +143,6 @@ refuse_unknown() {
 installed_versions() {
     has_debian_tools || return 0
     # shellcheck disable=SC2046 # one word a package
-    dpkg-query --show $(packages_of build) $(packages_of editor) $(packages_of bench) $(packages_of lint) 2>/dev/null || true
+    dpkg-query --show $(packages_of build) $(packages_of editor) $(packages_of bench) $(packages_of lint) \
+        $(packages_of hosts) 2>/dev/null || true
 }
