@@ -16,6 +16,9 @@ void addInstallBenchmarks();
 /// State documents that are read and written.
 void addDocumentBenchmarks();
 
+/// The plug-in as LV2 hosts run it, beside those of other makers.
+void addLV2Benchmarks();
+
 /// The editor, with few rules and with many: opened, edited and scrolled.
 void addEditorBenchmarks();
 

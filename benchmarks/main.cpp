@@ -16,6 +16,9 @@ int main(int count, char** arguments) {
     addDelayBenchmarks();
     addInstallBenchmarks();
     addDocumentBenchmarks();
+#ifdef QUILLO_HAS_LV2
+    addLV2Benchmarks();
+#endif
 #ifdef QUILLO_HAS_EDITOR
     addEditorBenchmarks();
 #endif

@@ -13,17 +13,23 @@
 namespace quillo {
 
 /// Work that must run on the user-interface thread, in the order in which it was posted. The thread that makes
-/// the queue is the main thread. With a window, whoever owns the window's message loop calls `drain` from it
-/// whenever `wake` asks for it; a program without a window drains the queue itself.
+/// the queue is the main thread, unless the queue is told how to know it. With a window, whoever owns the window's
+/// message loop calls `drain` from it whenever `wake` asks for it; a program without a window drains the queue
+/// itself.
 class MainQueue {
 public:
-    MainQueue() : mainThread_(std::this_thread::get_id()) {}
+    MainQueue()
+        : MainQueue([maker = std::this_thread::get_id()] { return std::this_thread::get_id() == maker; }) {}
+
+    /// `isMainThread` tells whether the caller is the main thread: for a platform that has such a thread and may
+    /// make the queue on any other.
+    explicit MainQueue(std::function<bool()> isMainThread) : isMainThread_(std::move(isMainThread)) {}
 
     /// [main, before anything is posted] `wake` runs on the posting thread after each post to an empty queue.
     void setWake(std::function<void()> wake) { wake_ = std::move(wake); }
 
     /// [any] Whether the caller is the main thread.
-    [[nodiscard]] bool isMainThread() const { return std::this_thread::get_id() == mainThread_; }
+    [[nodiscard]] bool isMainThread() const { return isMainThread_(); }
 
     /// [any but render] Runs `block` later, on the main thread.
     void async(std::function<void()> block);
@@ -37,7 +43,7 @@ public:
     std::size_t drain();
 
 private:
-    std::thread::id mainThread_;
+    std::function<bool()> isMainThread_;
     std::function<void()> wake_;
     Observers polls_;
     std::mutex mutex_;

@@ -17,7 +17,8 @@ public:
     /// As text: 8-4-4-4-12 upper-case hexadecimal digits.
     [[nodiscard]] std::string text() const;
 
-    auto operator<=>(const UUID&) const = default;
+    /// An arbitrary order that stays. Named, and not deduced: older libraries cannot compare arrays in one step.
+    std::strong_ordering operator<=>(const UUID&) const = default;
 
 private:
     std::array<std::uint8_t, 16> bytes_{};

@@ -1,7 +1,9 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash
-# `./dev fresh`: does the repository alone bring a bare Debian 12 to a working program? Sourced by ./dev.
+# `./dev fresh`: does the repository alone bring a bare Debian 12 to a working program, and does its package serve a
+# newcomer there? Sourced by ./dev.
 
+# prove_fresh [PROOF...]: run, test or package; all of them by default.
 prove_fresh() {
     if ((EUID != 0)); then
         say "./dev fresh makes a root of its own: run it as root"
@@ -13,9 +15,10 @@ prove_fresh() {
     trap 'exit 130' INT TERM
     make_bare_debian "$fresh_folder/bare"
 
-    local verb status=0 verdicts=()
-    for verb in run test; do
-        prove_verb "$verb" || status=1
+    local proof status=0 verdicts=()
+    (($# > 0)) || set -- run test package
+    for proof in "$@"; do
+        prove_in_root "$proof" || status=1
     done
     echo
     echo "Bare Debian $(<"$fresh_folder/bare/etc/debian_version"), commit $(git rev-parse --short HEAD):"
@@ -44,31 +47,52 @@ debian_mirror() {
     echo "${mirror:-http://deb.debian.org/debian/}"
 }
 
-# Each verb has a root of its own, so that none lives on what another has installed.
-prove_verb() {
-    local verb=$1 root=$fresh_folder/$1 begin=$SECONDS result=passed
-    say "./dev $verb on a bare Debian 12"
+# Each proof has a root of its own, so that none lives on what another has installed.
+prove_in_root() {
+    local proof=$1 root=$fresh_folder/$1 begin=$SECONDS result=passed
+    say "$proof on a bare Debian 12"
     cp -a "$fresh_folder/bare" "$root"
-    mkdir "$root/root/midi-quillo"
-    git archive HEAD | tar -x -C "$root/root/midi-quillo"
-    mount -t proc proc "$root/proc"
-    chroot "$root" /usr/bin/env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin TERM=dumb \
-        sh -c "cd /root/midi-quillo && ./dev $verb" </dev/null || result=FAILED
-    if [[ $verb == run && ! -s $root/root/midi-quillo/build/demo-out.mid ]]; then
-        result=FAILED
+    mount_for "$root"
+    if [[ $proof == package ]]; then
+        prove_package "$root" || result=FAILED
+    else
+        prove_verb "$proof" "$root" || result=FAILED
     fi
-    umount "$root/proc"
+    unmount_from "$root"
     rm -rf --one-file-system "$root"
-    verdicts+=("./dev $verb $result after $((SECONDS - begin)) s")
+    verdicts+=("$proof $result after $((SECONDS - begin)) s")
     [[ $result == passed ]]
 }
 
-remove_fresh() {
-    local proc
-    for proc in "$fresh_folder"/*/proc; do
-        if mountpoint -q "$proc"; then
-            umount --lazy "$proc"
+# What programs expect of a running system: processes, and memory that they share, as sound servers do.
+mount_for() {
+    mkdir -p "$1/dev/shm"
+    mount -t proc proc "$1/proc"
+    mount -t tmpfs tmpfs "$1/dev/shm"
+}
+
+unmount_from() {
+    local place
+    for place in "$1/dev/shm" "$1/proc"; do
+        if mountpoint -q "$place"; then
+            umount --lazy "$place"
         fi
+    done
+}
+
+# prove_verb VERB ROOT: ./dev VERB with nothing but this repository.
+prove_verb() {
+    mkdir "$2/root/midi-quillo"
+    git archive HEAD | tar -x -C "$2/root/midi-quillo"
+    chroot "$2" /usr/bin/env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin TERM=dumb \
+        sh -c "cd /root/midi-quillo && ./dev $1" </dev/null || return
+    [[ $1 != run || -s $2/root/midi-quillo/build/demo-out.mid ]]
+}
+
+remove_fresh() {
+    local root
+    for root in "$fresh_folder"/*; do
+        unmount_from "$root"
     done
     rm -rf --one-file-system "$fresh_folder"
 }

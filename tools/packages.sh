@@ -7,10 +7,14 @@ packages_of() {
     case $1 in
         build) echo g++ cmake ninja-build ccache nlohmann-json3-dev libgtest-dev libgmock-dev ;;
         editor) echo juce-modules-source juce-tools fonts-inter fonts-dejavu-core ;;
-        display) echo xvfb xauth x11-utils xdotool ;;
-        hosts) echo ardour ;;
-        bench) echo libbenchmark-dev ;;
-        lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev ;;
+        display) echo xvfb xauth x11-utils xdotool imagemagick ;;
+        jack) echo jackd2 libjack-jackd2-dev ;;
+        plugins) echo lv2-dev dpf-source ;;
+        hosts) echo ardour jalv liblilv-dev lilv-utils sordi qtractor ;;
+        guide) echo lowdown ;;
+        package) echo dpkg-dev file ;;
+        bench) echo libbenchmark-dev liblilv-dev x42-plugins ;;
+        lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev libblocksruntime-dev ;;
         fresh) echo debootstrap ;;
     esac
 }
@@ -20,6 +24,7 @@ programs_of() {
     case $1 in
         build) echo g++ cmake ninja ;;
         display) echo xvfb-run xauth xprop xdotool ;;
+        jack) echo jackd ;;
         lint) echo clang++-22 clang-tidy-22 clang-format-22 ;;
         fresh) echo debootstrap ;;
     esac
@@ -143,6 +148,6 @@ refuse_unknown() {
 installed_versions() {
     has_debian_tools || return 0
     # shellcheck disable=SC2046 # one word a package
-    dpkg-query --show $(packages_of build) $(packages_of editor) $(packages_of bench) $(packages_of lint) \
-        $(packages_of hosts) 2>/dev/null || true
+    dpkg-query --show $(for group in build editor jack plugins hosts guide bench lint; do packages_of $group; done) \
+        2>/dev/null || true
 }

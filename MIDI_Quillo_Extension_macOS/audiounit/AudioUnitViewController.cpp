@@ -33,13 +33,16 @@ std::vector<RuleEntryIdentifiable> editableList(const std::vector<Rule>& rules) 
 std::variant<std::shared_ptr<MIDIQuilloAUAudioUnit>, NSError> AudioUnitViewController::createAudioUnit(
     const AudioComponentDescription& description) {
     auto result = MIDIQuilloAUAudioUnit::create(description);
-    const auto* unit = std::get_if<std::shared_ptr<MIDIQuilloAUAudioUnit>>(&result);
-    if (unit == nullptr) {
-        return result;
+    if (const auto* unit = std::get_if<std::shared_ptr<MIDIQuilloAUAudioUnit>>(&result)) {
+        adoptAudioUnit(*unit);
     }
+    return result;
+}
+
+void AudioUnitViewController::adoptAudioUnit(std::shared_ptr<MIDIQuilloAUAudioUnit> unit) {
     {
         const std::lock_guard lock(audioUnitMutex_);
-        audioUnit_ = *unit;
+        audioUnit_ = std::move(unit);
     }
     if (!mainQueue_.isMainThread()) {
         mainQueue_.async([self = shared_from_this()] {
@@ -50,7 +53,6 @@ std::variant<std::shared_ptr<MIDIQuilloAUAudioUnit>, NSError> AudioUnitViewContr
     } else if (isViewLoaded()) {
         connectAudioUnit();
     }
-    return result;
 }
 
 void AudioUnitViewController::viewDidLoad() {

@@ -15,4 +15,16 @@ LogCallback& LogCallback::operator=(Function function) {
     return *this;
 }
 
+void LogCallback::also(Function function) {
+    const auto* before = current_.load(std::memory_order_acquire);
+    if (before == nullptr) {
+        *this = std::move(function);
+        return;
+    }
+    *this = [before, function = std::move(function)](const EventLogEntry& entry) QUILLO_REALTIME {
+        (*before)(entry);
+        function(entry);
+    };
+}
+
 }  // namespace quillo

@@ -15,13 +15,16 @@ namespace quillo {
 /// At first it does nothing.
 ///
 /// A callback that was replaced may still be running, so all that were ever given live as long as this object.
-/// They are few: one is given when an editor connects.
+/// They are few: one is given when an editor connects, one when a program prints the log.
 class LogCallback {
 public:
     using Function = RealTimeFunction<void(const EventLogEntry& entry)>;
 
     /// [main] From the next entry on, `function` gets them; an absent one is as good as none.
     LogCallback& operator=(Function function);
+
+    /// [main] From the next entry on, `function` gets them too, after whoever gets them now.
+    void also(Function function);
 
     /// [render] Whether anybody listens. Most of the time nobody does, and then no entry need be made.
     explicit operator bool() const QUILLO_REALTIME {

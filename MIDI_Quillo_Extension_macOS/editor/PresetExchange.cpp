@@ -40,9 +40,10 @@ RuleList importPreset(std::span<const std::uint8_t> bytes) {
     return list;
 }
 
-void importPresetFile(const std::filesystem::path& path, RuleListEditor& editor) {
+void importPreset(const std::string& name, const std::function<std::vector<std::uint8_t>()>& read,
+                  RuleListEditor& editor) {
     try {
-        editor.replaceAll(importPreset(readWholeFile(path)), "Import " + path.filename().string());
+        editor.replaceAll(importPreset(read()), "Import " + name);
     } catch (const FileError& error) {
         editor.alert(error.what());
     } catch (const ImportError& error) {
@@ -50,18 +51,29 @@ void importPresetFile(const std::filesystem::path& path, RuleListEditor& editor)
     }
 }
 
-void exportPresetFile(const std::filesystem::path& path, RuleListEditor& editor) {
+void exportPreset(const std::function<void(std::span<const std::uint8_t> bytes)>& write,
+                  RuleListEditor& editor) {
     if (editor.whyNotEditable()) {
         editor.alert(*editor.whyNotEditable());
         return;
     }
     try {
-        writeWholeFile(path, exportPreset(editor.rules()), Existing::replace);
+        write(exportPreset(editor.rules()));
     } catch (const FileError& error) {
         editor.alert(error.what());
     } catch (const EncodingError& error) {
         editor.alert(error.what());
     }
+}
+
+void importPresetFile(const std::filesystem::path& path, RuleListEditor& editor) {
+    importPreset(path.filename().string(), [&path] { return readWholeFile(path); }, editor);
+}
+
+void exportPresetFile(const std::filesystem::path& path, RuleListEditor& editor) {
+    exportPreset(
+        [&path](std::span<const std::uint8_t> bytes) { writeWholeFile(path, bytes, Existing::replace); },
+        editor);
 }
 
 }  // namespace quillo

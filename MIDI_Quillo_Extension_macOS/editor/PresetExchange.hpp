@@ -3,8 +3,10 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <span>
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 #include "editor/RuleListEditor.hpp"
@@ -30,12 +32,21 @@ public:
 /// bytes that are no preset and for rules that the editor cannot hold.
 [[nodiscard]] RuleList importPreset(std::span<const std::uint8_t> bytes);
 
-/// Puts the rules of a file in the place of the editor's, in a step that can be undone. Whatever goes wrong,
-/// the editor's alert says it and its rules stay.
+/// Puts the rules of a preset in the place of the editor's, in a step that can be undone and bears the preset's
+/// name. `read` brings its bytes or throws a `FileError`. Whatever goes wrong, the editor's alert says it and its
+/// rules stay.
+void importPreset(const std::string& name, const std::function<std::vector<std::uint8_t>()>& read,
+                  RuleListEditor& editor);
+
+/// Hands the preset of the editor's rules to `write`, which throws a `FileError` when it cannot keep it. Whatever
+/// goes wrong, the editor's alert says it; so it does when the editor does not show the rules that run.
+void exportPreset(const std::function<void(std::span<const std::uint8_t> bytes)>& write,
+                  RuleListEditor& editor);
+
+/// Imports a file, as above.
 void importPresetFile(const std::filesystem::path& path, RuleListEditor& editor);
 
-/// Writes the editor's rules to a file, whole or not at all, in the place of one that is there. Whatever goes
-/// wrong, the editor's alert says it; so it does when the editor does not show the rules that run.
+/// Exports to a file, as above: whole or not at all, in the place of one that is there.
 void exportPresetFile(const std::filesystem::path& path, RuleListEditor& editor);
 
 }  // namespace quillo

@@ -10,6 +10,7 @@
 #include "editor/FieldPlan.hpp"
 #include "editor/FileOverlay.hpp"
 #include "editor/Fonts.hpp"
+#include "editor/GuideLocation.hpp"
 #include "editor/NewRuleSelector.hpp"
 #include "editor/PresetExchange.hpp"
 #include "editor/Style.hpp"
@@ -20,13 +21,22 @@ namespace {
 
 constexpr int noticeMargin = 24;
 
-/// The page of the program's makers.
-juce::URL makersPage() {
-    return juce::URL(QUILLO_HOMEPAGE);
-}
-
 std::filesystem::path pathOf(const juce::File& file) {
     return {file.getFullPathName().toStdString()};
+}
+
+/// Where a user keeps the data of programs, by the convention of free desktops.
+std::filesystem::path userData() {
+    const auto home = juce::File::getSpecialLocation(juce::File::userHomeDirectory);
+    const auto folder = juce::SystemStats::getEnvironmentVariable("XDG_DATA_HOME", {});
+    return pathOf(folder.isNotEmpty() ? juce::File(folder) : home.getChildFile(".local/share"));
+}
+
+/// The address of the guide, or of the makers' page where no guide is installed; empty when there is neither.
+juce::String pageToOpen() {
+    const auto binary = juce::File::getSpecialLocation(juce::File::currentExecutableFile);
+    const auto guide = firstThere(guidePlaces(pathOf(binary), userData()));
+    return guide ? juceText(fileAddress(*guide)) : juce::String(QUILLO_HOMEPAGE);
 }
 
 }  // namespace
@@ -36,8 +46,7 @@ QuilloView::QuilloView(std::shared_ptr<QuilloModel> model, RuleListEditor::OnRul
     : OverlayHost(static_cast<juce::Component&>(*this)),
       model_(std::move(model)),
       editor_(model_, std::move(onRulesChanged), std::move(onInstantMessageClick)),
-      header_(editor_, {[this] { showImporter(); }, [this] { showExporter(); },
-                        [] { makersPage().launchInDefaultBrowser(); }}),
+      header_(editor_, {[this] { showImporter(); }, [this] { showExporter(); }, [this] { showGuide(); }}),
       logger_(model_, [this] { resized(); }),
       lastPreset_(juce::File::getSpecialLocation(juce::File::userHomeDirectory)
                       .getChildFile(juce::String(defaultPresetName) + presetFileExtension)),
@@ -162,7 +171,20 @@ void QuilloView::showAlert() {
     }
 }
 
+void QuilloView::showGuide() {
+    const auto page = pageToOpen();
+    if (page.isEmpty()) {
+        editor_.alert("The guide is not installed. It comes with the package, and `./dev guide` builds it.");
+    } else if (!juce::URL::createWithoutParsing(page).launchInDefaultBrowser()) {
+        editor_.alert("No browser opens " + page.toStdString());
+    }
+}
+
 void QuilloView::showImporter() {
+    if (filePanels_.onImport) {
+        filePanels_.onImport();
+        return;
+    }
     showOverlay(std::make_unique<FileOverlay>(
         FileOverlay::Mode::open, lastPreset_.getParentDirectory(),
         [this](const juce::File& file) {
@@ -174,6 +196,10 @@ void QuilloView::showImporter() {
 }
 
 void QuilloView::showExporter() {
+    if (filePanels_.onExport) {
+        filePanels_.onExport();
+        return;
+    }
     showOverlay(std::make_unique<FileOverlay>(
         FileOverlay::Mode::save, lastPreset_,
         [this](const juce::File& file) {

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
@@ -17,6 +18,12 @@
 #include "editor/RuleView.hpp"
 
 namespace quillo {
+
+/// How the user finds a preset file on a platform whose own panels must be used for that.
+struct FilePanels {
+    std::function<void()> onImport;
+    std::function<void()> onExport;
+};
 
 /// The editor: a header, the list of rule cards with the way to add rules, and the logs. It observes the model,
 /// hands every change of the list to `onRulesChanged` as rules, and "Send" to `onInstantMessageClick`. Menus, the
@@ -38,8 +45,13 @@ public:
     /// The card of a rule, or null while it is out of sight.
     [[nodiscard]] RuleView* card(const UUID& id) const;
 
+    /// From now on these open in the place of the file browser inside the editor.
+    void setFilePanels(FilePanels panels) { filePanels_ = std::move(panels); }
+
     void showImporter();
     void showExporter();
+    /// Opens the guide in a browser.
+    void showGuide();
 
     void resized() override;
     void paint(juce::Graphics& graphics) override;
@@ -61,6 +73,7 @@ private:
     Header header_;
     MyDragAndDropForEach list_;
     InOutLogger logger_;
+    FilePanels filePanels_;
     RuleList shown_;         ///< the list as the cards show it
     juce::File lastPreset_;  ///< where the file browser starts
     Observation rulesObservation_;

@@ -24,4 +24,11 @@ const MIDIRuleInternal* RuleChain::next() QUILLO_REALTIME {
     return &rule;
 }
 
+RuleOrdinal RuleChain::consumer(const MIDIRuleInternal* last) const {
+    if (!consumed_) {
+        return noRule;
+    }
+    return lastOneEats_ ? static_cast<RuleOrdinal>(last - rules_.data()) : *eatNonMatching_;
+}
+
 }  // namespace quillo

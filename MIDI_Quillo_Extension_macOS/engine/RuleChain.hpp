@@ -31,6 +31,11 @@ public:
     /// Once `next` has returned null: whether a rule consumed the event.
     [[nodiscard]] bool consumed() const QUILLO_REALTIME { return consumed_; }
 
+    /// Once `next` has returned null: the rule that consumed the event, `noRule` when none did. Rules behind it
+    /// were not tried. `last` is the rule that `next` handed out last, or null: who only renders need not know
+    /// the consumer, and so the chain does not keep it.
+    [[nodiscard]] RuleOrdinal consumer(const MIDIRuleInternal* last) const;
+
 private:
     RuleChain(const CompiledRules& rules, RuleIndex::Matches matches) QUILLO_REALTIME
         : rules_(rules.rulesInternal), matches_(matches), eatNonMatching_(rules.index.eatNonMatching()) {}

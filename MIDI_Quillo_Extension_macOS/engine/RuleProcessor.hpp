@@ -87,6 +87,9 @@ public:
     /// [render] Whether a cycle without events would have something to send, now or later.
     [[nodiscard]] bool hasWaitingMessages() QUILLO_REALTIME;
 
+    /// [any, render] Whether a rule waits for the host's transport: then a cycle without events matters too.
+    [[nodiscard]] bool hearsHostTransport() QUILLO_REALTIME;
+
 private:
     /// What an output is due to: a sample time that it waits from, and the end of the cycle.
     struct Moment {

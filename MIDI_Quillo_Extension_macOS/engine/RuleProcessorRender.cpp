@@ -50,6 +50,15 @@ bool RuleProcessor::hasWaitingMessages() QUILLO_REALTIME {
     return dispatchQueue.sync([this] { return delayedMessages_.size() > 0 || !instantMessages_.empty(); });
 }
 
+bool RuleProcessor::hearsHostTransport() QUILLO_REALTIME {
+    using Trigger = HostTransportTriggerVariantsV2;
+    const auto isHeard = [this](Trigger trigger) QUILLO_REALTIME {
+        return compiled_->index.matching(trigger).next() != noRule;
+    };
+    return dispatchQueue.sync(
+        [&] { return isHeard(Trigger::Start) || isHeard(Trigger::Continue) || isHeard(Trigger::Stop); });
+}
+
 OSStatus RuleProcessor::popDueMessages(const OutputFunction& output, SampleTime end) QUILLO_REALTIME {
     for (;;) {
         const auto* earliest = delayedMessages_.peek();

@@ -3,6 +3,17 @@
 
 namespace quillo {
 
+namespace {
+
+/// Frees what is left when the binary goes, which a plug-in's does while its host stays.
+struct LastFree {
+    ~LastFree() { SharedBytes::freeRetired(); }
+};
+
+const LastFree lastFree;
+
+}  // namespace
+
 std::atomic<SharedBytes*> SharedBytes::retired_{nullptr};
 
 SharedBytes* SharedBytes::make(std::span<const std::uint8_t> bytes) {

@@ -10,7 +10,9 @@ namespace quillo {
 namespace {
 
 constexpr std::uint32_t kindMask = 0xF0;
+constexpr std::uint32_t channelMask = 0x0F;
 constexpr std::uint32_t statusMask = 0xFF;
+constexpr std::uint32_t data1Mask = 0xFF00;
 constexpr std::uint32_t midiStart = 0xFA;
 constexpr std::uint32_t midiContinue = 0xFB;
 constexpr std::uint32_t midiStop = 0xFC;
@@ -34,6 +36,22 @@ TriggerPattern::TriggerPattern(const MessageBasedTriggerVariantsV2& trigger) {
                trigger.variant());
 }
 
+std::optional<TriggerCondition> TriggerPattern::firstFailure(const TriggerBytes& message) const {
+    const auto different = difference(message);
+    // All eight bits of a system message's status say what it is: it has no channel.
+    const auto kindBits = (value_ & kindMask) == kindMask ? statusMask : kindMask;
+    if (different == 0) {
+        return std::nullopt;
+    }
+    if ((different & kindBits) != 0) {
+        return TriggerCondition::kind;
+    }
+    if ((different & (channelMask | impossibleBit)) != 0) {
+        return TriggerCondition::channel;
+    }
+    return (different & data1Mask) != 0 ? TriggerCondition::data1 : TriggerCondition::data2;
+}
+
 void TriggerPattern::require(std::uint32_t value, std::uint32_t mask) {
     value_ |= value;
     mask_ |= mask;
@@ -50,10 +68,10 @@ void TriggerPattern::requireChannel(const TriggerValueV2& channel) {
     if (exact == nullptr) {
         return;
     }
-    if (exact->value > 0x0F) {
+    if (exact->value > channelMask) {
         require(impossibleBit, impossibleBit);
     } else {
-        require(exact->value, 0x0F);
+        require(exact->value, channelMask);
     }
 }
 

@@ -2,12 +2,17 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "engine/Generator.hpp"
 #include "platform/RealTime.hpp"
 #include "rules/RuleTriggerV2.hpp"
 
 namespace quillo {
+
+/// What a trigger asks of a message, in the order in which one looks: is it the right kind of message, on the
+/// right channel, with the right first and second data byte?
+enum class TriggerCondition : std::uint8_t { kind, channel, data1, data2 };
 
 /// A message-based trigger as one comparison: the message's three bytes as a word, under a mask.
 class TriggerPattern {
@@ -18,14 +23,22 @@ public:
     explicit TriggerPattern(const MessageBasedTriggerVariantsV2& trigger);
 
     [[nodiscard]] bool matches(const TriggerBytes& message) const QUILLO_REALTIME {
-        return ((word(message) ^ value_) & mask_) == 0;
+        return difference(message) == 0;
     }
+
+    /// The first condition that the message does not meet; none when the pattern matches it.
+    [[nodiscard]] std::optional<TriggerCondition> firstFailure(const TriggerBytes& message) const;
 
     bool operator==(const TriggerPattern&) const = default;
 
 private:
     [[nodiscard]] static std::uint32_t word(const TriggerBytes& message) QUILLO_REALTIME {
         return message.status | (std::uint32_t{message.data1} << 8U) | (std::uint32_t{message.data2} << 16U);
+    }
+
+    /// The bits in which the message is not what the trigger asks for.
+    [[nodiscard]] std::uint32_t difference(const TriggerBytes& message) const QUILLO_REALTIME {
+        return (word(message) ^ value_) & mask_;
     }
 
     void require(std::uint32_t value, std::uint32_t mask);

@@ -69,10 +69,21 @@ bool BlockRenderer::tryReceive(std::uint32_t offset, std::span<const std::uint8_
     return bytes.size() > longestShortMessage || incoming_.tryPushMIDI(timeOf(offset), bytes);
 }
 
-/// A cycle sees its transport before its messages. Where messages of the same offset have come first, the change
-/// waits for the frame after them.
 void BlockRenderer::tellTransport(std::uint32_t offset, AUHostTransportStateFlags flags, double position,
                                   double speed) QUILLO_REALTIME {
+    const auto late = beginCycleFor(offset);
+    const bool moves = (flags & AUHostTransportStateMoving) != 0;
+    transport_.tell(flags, moves ? position + late * speed : position, speed);
+}
+
+void BlockRenderer::tellTransport(std::uint32_t offset, AUHostTransportStateFlags flags) QUILLO_REALTIME {
+    beginCycleFor(offset);
+    transport_.tell(flags);
+}
+
+/// A cycle sees its transport before its messages. Where messages of the same offset have come first, the change
+/// waits for the frame after them: then the answer is 1, otherwise 0.
+std::uint32_t BlockRenderer::beginCycleFor(std::uint32_t offset) QUILLO_REALTIME {
     const auto told = withinBlock(offset);
     const bool behindMessages = incoming_.size() > 0 && lastOffset_ == told;
     const auto start = behindMessages ? told + 1 : told;
@@ -80,8 +91,7 @@ void BlockRenderer::tellTransport(std::uint32_t offset, AUHostTransportStateFlag
         renderUpTo(std::min(start, frames_));
     }
     lastOffset_ = told;
-    const bool moves = (flags & AUHostTransportStateMoving) != 0;
-    transport_.tell(flags, moves ? position + (start - told) * speed : position, speed);
+    return start - told;
 }
 
 OSStatus BlockRenderer::end() QUILLO_REALTIME {

@@ -60,14 +60,18 @@ public:
     void begin(std::uint32_t frames) QUILLO_REALTIME;
 
     /// One message from the host, in order of the offsets; an offset that lies behind the block or before an
-    /// earlier one's is moved to the nearest that does not. `bytes` stay valid until `end`. What is no complete
-    /// message of one to three bytes nor system exclusive is left out, and so is system exclusive in the end:
+    /// earlier one's is moved to the nearest that does not. Those of system exclusive stay valid until `end`. What
+    /// is no complete message of one to three bytes nor system exclusive is left out, and so is system exclusive in the end:
     /// the unit takes it and looks away.
     void receive(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
 
     /// What the host says of its transport, as `HostTransport::tell` takes it, from this offset on.
     void tellTransport(std::uint32_t offset, AUHostTransportStateFlags flags, double position,
                        double speed = 1.0) QUILLO_REALTIME;
+    void tellTransport(std::uint32_t offset, AUHostTransportStateFlags flags) QUILLO_REALTIME;
+
+    /// As `HostTransport::lose`: for hosts that may have let frames pass without a block.
+    void loseTransport() QUILLO_REALTIME { transport_.lose(); }
 
     /// Renders what has not been rendered yet. The first status other than `noErr` of the block's cycles.
     OSStatus end() QUILLO_REALTIME;
@@ -85,6 +89,7 @@ private:
     [[nodiscard]] std::uint32_t withinBlock(std::uint32_t offset) const QUILLO_REALTIME;
     [[nodiscard]] SampleTime timeOf(std::uint32_t offset) const QUILLO_REALTIME { return blockStart_ + offset; }
     bool tryReceive(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
+    std::uint32_t beginCycleFor(std::uint32_t offset) QUILLO_REALTIME;
     void renderUpTo(std::uint32_t offset) QUILLO_REALTIME;
     OSStatus take(SampleTime time, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
 

@@ -6,16 +6,22 @@
 namespace quillo {
 
 void HostTransport::tell(AUHostTransportStateFlags flags, double position, double speed) QUILLO_REALTIME {
-    const bool moves = (flags & AUHostTransportStateMoving) != 0;
-    if (!moves) {
-        changed_ = 0;
-    } else if (isMoving() && jumpsTo(position)) {
+    const bool moved = isMoving();
+    tell(flags);
+    if (moved && isMoving() && !lost_ && jumpsTo(position)) {
         changed_ ^= AUHostTransportStateChanged;
     }
     toldZero_ = position == 0.0;
-    flags_ = flags;
     position_ = position;
     speed_ = speed;
+    lost_ = false;
+}
+
+void HostTransport::tell(AUHostTransportStateFlags flags) QUILLO_REALTIME {
+    flags_ = flags;
+    if (!isMoving()) {
+        changed_ = 0;
+    }
 }
 
 /// Where zero may stand for less, the position may lie as far behind the expected one as it likes.

@@ -28,6 +28,12 @@ public:
     /// below zero before the beginning, and how many frames of it pass in one rendered frame.
     void tell(AUHostTransportStateFlags flags, double position, double speed = 1.0) QUILLO_REALTIME;
 
+    /// The same where no position is told: it goes on from the one that is known.
+    void tell(AUHostTransportStateFlags flags) QUILLO_REALTIME;
+
+    /// Frames may have passed that nobody rendered: the next position is no jump, wherever it lies.
+    void lose() QUILLO_REALTIME { lost_ = true; }
+
     /// So many frames were rendered.
     void advance(std::uint32_t frames) QUILLO_REALTIME;
 
@@ -45,6 +51,7 @@ private:
     AUHostTransportStateFlags changed_ = 0;
     double position_ = 0.0;
     double speed_ = 1.0;
+    bool lost_ = false;  ///< the position is not known until it is told
 };
 
 }  // namespace quillo

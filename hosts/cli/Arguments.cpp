@@ -76,15 +76,22 @@ std::size_t Arguments::readOption(std::string_view word, std::span<const std::st
     }
     const auto value =
         valueBehind ? std::string_view(behind.front()) : word.substr(std::min(equals + 1, word.size()));
-    if (!values_.emplace(name, value).second) {
+    auto& values = values_[name];
+    if (!values.empty() && !option.mayRepeat) {
         throw UsageError("option " + name + " is given twice");
     }
+    values.emplace_back(value);
     return valueBehind ? 1 : 0;
 }
 
 std::optional<std::string> Arguments::text(std::string_view option) const {
     const auto found = values_.find(option);
-    return found == values_.end() ? std::nullopt : std::optional(found->second);
+    return found == values_.end() ? std::nullopt : std::optional(found->second.front());
+}
+
+std::vector<std::string> Arguments::texts(std::string_view option) const {
+    const auto found = values_.find(option);
+    return found == values_.end() ? std::vector<std::string>() : found->second;
 }
 
 std::uint32_t Arguments::wholeNumber(std::string_view option, std::uint32_t least, std::uint32_t greatest,

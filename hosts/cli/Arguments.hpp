@@ -17,6 +17,7 @@ namespace quillo {
 struct Option {
     std::string_view name;  ///< with its two hyphens
     bool takesValue = false;
+    bool mayRepeat = false;
 };
 
 /// The words that follow a verb, sorted into options and operands:
@@ -36,6 +37,9 @@ public:
     /// The option's value, if the option is there.
     [[nodiscard]] std::optional<std::string> text(std::string_view option) const;
 
+    /// All values of an option that may repeat, in their order.
+    [[nodiscard]] std::vector<std::string> texts(std::string_view option) const;
+
     /// The option's value as a whole number from `least` to `greatest`, `otherwise` without the option.
     [[nodiscard]] std::uint32_t wholeNumber(std::string_view option, std::uint32_t least,
                                             std::uint32_t greatest, std::uint32_t otherwise) const;
@@ -50,7 +54,7 @@ private:
                            std::span<const Option> known);
 
     std::vector<std::string> operands_;
-    std::map<std::string, std::string, std::less<>> values_;
+    std::map<std::string, std::vector<std::string>, std::less<>> values_;
 };
 
 }  // namespace quillo

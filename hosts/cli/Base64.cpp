@@ -52,4 +52,22 @@ std::optional<Data> decodeBase64(std::string_view text) {
     return bits == 0 ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
+std::string encodeBase64(std::span<const std::uint8_t> bytes) {
+    std::string text;
+    std::uint32_t bits = 0;
+    unsigned bitCount = 0;
+    for (const auto byte : bytes) {
+        bits = (bits << bitsPerByte) | byte;
+        bitCount += bitsPerByte;
+        for (; bitCount >= bitsPerCharacter; bitCount -= bitsPerCharacter) {
+            text += alphabet[(bits >> (bitCount - bitsPerCharacter)) % alphabet.size()];
+        }
+    }
+    if (bitCount > 0) {
+        text += alphabet[(bits << (bitsPerCharacter - bitCount)) % alphabet.size()];
+    }
+    text.resize((text.size() + charactersPerGroup - 1) / charactersPerGroup * charactersPerGroup, '=');
+    return text;
+}
+
 }  // namespace quillo

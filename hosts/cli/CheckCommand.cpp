@@ -10,13 +10,14 @@
 #include "hosts/cli/InputFiles.hpp"
 #include "hosts/cli/OutputFile.hpp"
 #include "hosts/cli/PlainWords.hpp"
+#include "hosts/cli/RuleAdvice.hpp"
 #include "platform/FatalError.hpp"
 
 namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 2> options{{{"--write", true}, {"--force", false}}};
+constexpr std::array<Option, 3> options{{{"--write", true}, {"--force", false}, {"--advice", false}}};
 
 /// A preset whose reading is a fatal error to a host is to the checker only a bad preset.
 ReadDocument readForChecking(const std::string& path) {
@@ -38,6 +39,23 @@ std::string generation(const ReadDocument& document) {
         return "generation 1 (the oldest)";
     }
     return "generations 1 and 2 mixed (" + std::to_string(document.migratedRules) + " of the oldest)";
+}
+
+/// To rules that no unit can install nothing can be advised: they are as bad as a damaged preset.
+std::vector<Advice> adviceFor(const std::vector<Rule>& rules, const std::string& path) {
+    try {
+        return adviseOn(rules);
+    } catch (const FatalError& error) {
+        throw CommandFailure(exitBadPreset, path + ": " + error.what());
+    }
+}
+
+void writeAdvice(const std::vector<Rule>& rules, const std::string& path, std::ostream& out) {
+    const auto advice = adviceFor(rules, path);
+    out << (advice.empty() ? "\nAdvice: none.\n" : "\nAdvice:\n");
+    for (const auto& piece : advice) {
+        out << adviceText(rules, piece);
+    }
 }
 
 void writeCurrentForm(const PluginData& data, const OutputFile& file, const std::string& path,
@@ -65,6 +83,9 @@ int runCheckCommand(std::span<const std::string> words, const Console& console) 
     std::size_t number = 0;
     for (const auto& rule : document.data.rules) {
         console.out << ++number << ". " << inPlainWords(rule) << '\n';
+    }
+    if (arguments.has("--advice")) {
+        writeAdvice(document.data.rules, path, console.out);
     }
     if (target) {
         writeCurrentForm(document.data, OutputFile(*target, arguments.has("--force")), *target, console);

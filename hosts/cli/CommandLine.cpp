@@ -12,6 +12,7 @@
 #include "hosts/cli/CheckCommand.hpp"
 #include "hosts/cli/CommandFailure.hpp"
 #include "hosts/cli/ExitStatus.hpp"
+#include "hosts/cli/ExplainCommand.hpp"
 #include "hosts/cli/HelpText.hpp"
 #include "hosts/cli/HostCommand.hpp"
 #include "hosts/cli/RenderCommand.hpp"
@@ -48,6 +49,7 @@ int runHostVerb(std::span<const std::string> words, const Console& console) {
 constexpr std::array verbs{
     Verb{"render", &runRenderCommand},
     Verb{"check", &runCheckCommand},
+    Verb{"explain", &runExplainCommand},
     Verb{"host", &runHostVerb},
 };
 

@@ -23,6 +23,7 @@ rules come from a preset: a JSON file that the editor exports.
 Verbs:
   render   send a MIDI file through a preset, into another MIDI file
   check    say in plain words what a preset does, or what is wrong with it
+  explain  say why an event fired a rule or did not, and what became of it
   host     play a host application from a script, to see what a project did
   help     this text; help VERB tells all about a verb
 
@@ -64,18 +65,56 @@ Examples:
   midi-quillo render song.mid out.mid --preset echo.json
   midi-quillo render song.mid out.mid --preset=echo.json --force --tail=2.5
 )"},
-    VerbText{"check", "Usage: midi-quillo check PRESET.json [--write OUT.json [--force]]\n", R"(
+    VerbText{"check", "Usage: midi-quillo check PRESET.json [--advice] [--write OUT.json [--force]]\n", R"(
 Says what PRESET.json is, a preset of any generation, and what its rules do,
 one rule a line. Channels are counted from 1; everything else is the number in
 the MIDI message. If the preset is damaged, says what is wrong and where.
 
 Options:
+  --advice          say as well which rules can never fire, which swallow all
+                    MIDI, which leave notes sounding, and what else may not be
+                    meant, each with a way out; the exit status stays 0
   --write OUT.json  store the preset in the current form
   --force           replace OUT.json if it is there
 
 Examples:
   midi-quillo check old.json
+  midi-quillo check --advice stage.json
   midi-quillo check old.json --write new.json
+)"},
+    VerbText{"explain", "Usage: midi-quillo explain --preset PRESET.json EVENT...\n", R"(
+Says what the rules of PRESET.json make of an event. Each rule is asked in
+order, and its line says whether it fires, what it then sends and when, or the
+first thing about the event that it does not wait for. A rule's policy can stop
+the event there; the rules behind it are then never tried, and a MIDI message
+is swallowed instead of forwarded. That goes for rules of the other kind too: a
+rule for the host's transport matches no MIDI, so that "Consume non-matching"
+makes it swallow all of it.
+
+An EVENT is one of:
+  "90 3c 64"  a MIDI message, its bytes in hexadecimal; 903c64 will do, too
+  "host start", "host continue", "host stop"
+              a change of the host's transport
+  load        the plug-in is loaded
+Each event is explained by itself, as if none had come before it.
+
+Options:
+  --preset PRESET.json  the rules
+
+Examples:
+  midi-quillo explain --preset echo.json "b0 40 7f" fa "host start" load
+  midi-quillo explain --preset stage.json "90 3c 64"
+
+The second asks why middle C is silent, and is answered:
+  90 3c 64: note-on 60 (C3), velocity 100, channel 1
+    1  "Reset"  no match     waits for the host's transport to stop, not for
+                             MIDI
+                stops here   Consume non-matching: a rule for the host's
+                             transport matches no MIDI, so it swallows all of
+                             it
+    2  "Echo"   never tried  rule 1 stopped the event
+  Result: swallowed by rule 1 "Reset" (Consume non-matching). Nothing goes
+  out.
 )"},
     VerbText{"host", "Usage: midi-quillo host [SCRIPT]\n", R"(
 Plays a host application from SCRIPT, or from standard input. The script has

@@ -8,8 +8,8 @@
 
 #include "hosts/cli/ByteCursor.hpp"
 #include "hosts/cli/MIDIFileError.hpp"
-#include "hosts/cli/MessageLength.hpp"
 #include "hosts/cli/MetaType.hpp"
+#include "hosts/midi/MessageLength.hpp"
 
 namespace quillo {
 

@@ -3,7 +3,8 @@
 
 #include <algorithm>
 
-#include "hosts/cli/MessageLength.hpp"
+#include "hosts/cli/NumberWords.hpp"
+#include "hosts/midi/MessageLength.hpp"
 #include "rules/MIDIVocabulary.hpp"
 
 namespace quillo {
@@ -16,10 +17,6 @@ std::string onChannel(std::uint8_t status) {
     return ", channel " + channelLabel(status & 0x0FU);
 }
 
-std::string controllerWords(std::uint8_t controller) {
-    return "controller " + std::to_string(controller) + " (" + std::string(controllerName(controller)) + ")";
-}
-
 /// Only for complete messages.
 std::string voiceWords(std::span<const std::uint8_t> bytes) {
     const auto data1 = bytes[1];
@@ -29,7 +26,7 @@ std::string voiceWords(std::span<const std::uint8_t> bytes) {
     case 0x80: return "note-off " + noteLabel(data1) + velocity;
     case 0x90: return "note-on " + noteLabel(data1) + velocity;
     case 0xA0: return "pressure on note " + noteLabel(data1) + ", " + std::to_string(data2);
-    case 0xB0: return controllerWords(data1) + ", value " + std::to_string(data2);
+    case 0xB0: return "controller " + controllerWords(data1) + ", value " + std::to_string(data2);
     case 0xC0: return "program " + std::to_string(data1);
     case 0xD0: return "channel pressure " + std::to_string(data1);
     default: return "pitch wheel " + std::to_string(data1 | unsigned{data2} << bitsPerDataByte);

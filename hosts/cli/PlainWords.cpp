@@ -5,62 +5,18 @@
 #include <array>
 #include <optional>
 #include <span>
-#include <sstream>
 #include <string_view>
 #include <variant>
 
+#include "hosts/cli/NumberWords.hpp"
+#include "hosts/cli/QuotedName.hpp"
 #include "platform/HexText.hpp"
-#include "rules/MIDIVocabulary.hpp"
 
 namespace quillo {
 
 namespace {
 
 constexpr unsigned greatestDataByte = 127;
-constexpr unsigned greatestChannel = 16;
-
-std::string number(std::int64_t value, bool inRange) {
-    return std::to_string(value) + (inRange ? "" : " (out of range)");
-}
-
-std::string dataByte(unsigned value) {
-    return number(value, value <= greatestDataByte);
-}
-
-std::string noteNumber(std::uint8_t note) {
-    return note <= greatestDataByte ? noteLabel(note) : dataByte(note);
-}
-
-std::string controllerNumber(std::uint8_t controller) {
-    if (controller > greatestDataByte) {
-        return dataByte(controller);
-    }
-    return dataByte(controller) + " (" + std::string(controllerName(controller)) + ")";
-}
-
-std::string channelFrom(unsigned zeroBased) {
-    return "channel " + number(zeroBased + 1, zeroBased < greatestChannel);
-}
-
-/// The name in quotes, with what would break the line or the quotes escaped.
-std::string quoted(std::string_view name) {
-    std::ostringstream text;
-    text << '"' << std::hex;
-    for (const auto character : name) {
-        if (character == '"' || character == '\\') {
-            text << '\\' << character;
-        } else if (character == '\n') {
-            text << "\\n";
-        } else if (static_cast<unsigned char>(character) < 0x20 || character == 0x7F) {
-            text << (static_cast<unsigned>(character) < 0x10 ? "\\u000" : "\\u00")
-                 << static_cast<unsigned>(character);
-        } else {
-            text << character;
-        }
-    }
-    text << '"';
-    return text.str();
-}
 
 std::string policy(PassThroughV2 passThrough) {
     switch (passThrough) {
@@ -74,13 +30,13 @@ std::string policy(PassThroughV2 passThrough) {
 /// "value 60", or "any value".
 std::string compared(const std::string& what, const TriggerValueV2& value) {
     const auto* exact = value.getIf<TriggerValueV2::Value>();
-    return exact == nullptr ? "any " + what : what + " " + dataByte(exact->value);
+    return exact == nullptr ? "any " + what : what + " " + dataByteWords(exact->value);
 }
 
 /// "note-on 60 (C3)", or "any note-on".
 std::string comparedNote(const std::string& what, const TriggerValueV2& note) {
     const auto* exact = note.getIf<TriggerValueV2::Value>();
-    return exact == nullptr ? "any " + what : what + " " + noteNumber(exact->value);
+    return exact == nullptr ? "any " + what : what + " " + noteWords(exact->value);
 }
 
 std::string voice(const VoiceCategoryTriggerVariantsV2& variants) {
@@ -90,7 +46,7 @@ std::string voice(const VoiceCategoryTriggerVariantsV2& variants) {
             [](const Voice::NoteOn& trigger) { return comparedNote("note-on", trigger.note); },
             [](const Voice::NoteOff& trigger) { return comparedNote("note-off", trigger.note); },
             [](const Voice::ControlChange& trigger) {
-                return "controller " + controllerNumber(trigger.controller) + " with " +
+                return "controller " + controllerWords(trigger.controller) + " with " +
                        compared("value", trigger.value);
             },
             [](const Voice::ProgramChange& trigger) { return compared("program", trigger.program); },
@@ -100,7 +56,7 @@ std::string voice(const VoiceCategoryTriggerVariantsV2& variants) {
 
 std::string triggerChannel(const TriggerValueV2& channel) {
     const auto* exact = channel.getIf<TriggerValueV2::Value>();
-    return exact == nullptr ? "any channel" : channelFrom(exact->value);
+    return exact == nullptr ? "any channel" : channelWords(exact->value);
 }
 
 std::string message(const MessageBasedTriggerVariantsV2& variants) {
@@ -169,7 +125,7 @@ public:
     }
 
     [[nodiscard]] std::string operator()(const RuleOutputVariantsV2::ProgramChange& output) const {
-        return "bank " + dataByte(output.bank) + " and " + first("program", output.program) + " on " +
+        return "bank " + dataByteWords(output.bank) + " and " + first("program", output.program) + " on " +
                channel(output.channel);
     }
 
@@ -214,13 +170,13 @@ private:
         const auto* exact = byte.getIf<GenericByteV2::Value>();
         const auto kind = std::string(what) + " ";
         return exact == nullptr ? kind + "for the trigger's " + std::string(names_[0])
-                                : kind + noteNumber(exact->value);
+                                : kind + noteWords(exact->value);
     }
 
     /// "controller 7 (Volume)", or "the trigger's controller".
     [[nodiscard]] std::string controller(const GenericByteV2& byte) const {
         const auto* exact = byte.getIf<GenericByteV2::Value>();
-        return exact == nullptr ? first("controller", byte) : "controller " + controllerNumber(exact->value);
+        return exact == nullptr ? first("controller", byte) : "controller " + controllerWords(exact->value);
     }
 
     [[nodiscard]] std::string first(std::string_view what, const GenericByteV2& byte) const {
@@ -240,7 +196,7 @@ private:
     /// velocity".
     static std::string named(std::string_view what, const GenericByteV2& byte, std::string_view triggerName) {
         if (const auto* exact = byte.getIf<GenericByteV2::Value>()) {
-            return std::string(what) + " " + dataByte(exact->value);
+            return std::string(what) + " " + dataByteWords(exact->value);
         }
         const auto source = "the trigger's " + std::string(triggerName);
         return what == triggerName ? source : std::string(what) + " from " + source;
@@ -248,14 +204,14 @@ private:
 
     static std::string channel(const RuleOutputChannelV2& channel) {
         const auto* exact = channel.getIf<RuleOutputChannelV2::Value>();
-        return exact == nullptr ? "the trigger's channel" : channelFrom(exact->value);
+        return exact == nullptr ? "the trigger's channel" : channelWords(exact->value);
     }
 
     ByteNames names_;
 };
 
 std::string delay(DelayV2 delay) {
-    return delay.ms == 0 ? " at once" : " after " + number(delay.ms, delay.ms > 0) + " ms";
+    return delay.ms == 0 ? " at once" : " after " + numberWords(delay.ms, delay.ms > 0) + " ms";
 }
 
 }  // namespace
@@ -279,7 +235,7 @@ std::string inPlainWords(const RuleOutputV2& output, const RuleTriggerV2& trigge
 }
 
 std::string inPlainWords(const Rule& rule) {
-    return quoted(rule.name) + ": " + inPlainWords(rule.trigger) + ", " +
+    return quotedName(rule.name) + ": " + inPlainWords(rule.trigger) + ", " +
            inPlainWords(rule.output, rule.trigger) + ".";
 }
 

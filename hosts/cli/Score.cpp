@@ -8,7 +8,7 @@
 
 #include "hosts/cli/InStableOrder.hpp"
 #include "hosts/cli/MIDIFileError.hpp"
-#include "hosts/cli/MessageLength.hpp"
+#include "hosts/midi/MessageLength.hpp"
 
 namespace quillo {
 

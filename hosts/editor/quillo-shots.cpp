@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Draws the editor's views to PNG files, without a display.
+// Draws the editor's views, and those of the presets that it is given, to PNG files, without a display.
 #include <exception>
+#include <filesystem>
 #include <iostream>
+#include <span>
 #include <string>
 
 #include <juce_gui_basics/juce_gui_basics.h>
@@ -9,6 +11,8 @@
 #include "editor/Fonts.hpp"
 #include "hosts/editor/DemoRules.hpp"
 #include "hosts/editor/Desk.hpp"
+#include "persistence/PluginData.hpp"
+#include "platform/AtomicFile.hpp"
 #include "rules/MIDIRuleType.hpp"
 
 namespace {
@@ -106,11 +110,30 @@ void showMany(Photographer& photographer) {
     photographer.take(desk.view(), "thousand");
 }
 
+/// The first rules of a preset: `recipe-echo.png` of `echo.json`.
+void showPreset(Photographer& photographer, const std::string& path) {
+    Desk desk(PluginData::read(readWholeFile(path)).rules);
+    desk.view().setSize(640, 480);
+    photographer.take(desk.view(), "recipe-" + juce::File(path).getFileNameWithoutExtension());
+}
+
+void showAll(const juce::File& folder, std::span<char*> presets) {
+    Photographer photographer(folder);
+    showSizes(photographer);
+    showScales(photographer);
+    showOverlays(photographer);
+    showCards(photographer);
+    showMany(photographer);
+    for (const auto* preset : presets) {
+        showPreset(photographer, std::filesystem::absolute(preset));
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::cerr << "Usage: quillo-shots FOLDER\n";
+    if (argc < 2) {
+        std::cerr << "Usage: quillo-shots FOLDER [PRESET.json ...]\n";
         return exitUsage;
     }
     const juce::ScopedJuceInitialiser_GUI juce;
@@ -124,12 +147,7 @@ int main(int argc, char** argv) {
         return exitCannotCreate;
     }
     try {
-        Photographer photographer(folder);
-        showSizes(photographer);
-        showScales(photographer);
-        showOverlays(photographer);
-        showCards(photographer);
-        showMany(photographer);
+        showAll(folder, std::span(argv, static_cast<std::size_t>(argc)).subspan(2));
     } catch (const std::exception& error) {
         std::cerr << error.what() << '\n';
         return exitSoftware;

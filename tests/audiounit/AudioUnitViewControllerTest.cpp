@@ -93,6 +93,23 @@ TEST_F(ControllerTest, TheFactoryHandsBackTheUnitsErrorAndStaysWithoutAUnit) {
     EXPECT_TRUE(controller->needsConnection());
 }
 
+TEST_F(ControllerTest, AUnitThatAHostHasMadeIsConnectedLikeItsOwn) {
+    const auto unit = makeUnit();
+    unit->processor->setRules(oneRule);
+    controller->viewDidLoad();
+    controller->adoptAudioUnit(unit);
+    EXPECT_EQ(controller->audioUnit(), unit);
+    EXPECT_EQ(shownNames(), Names{"one"});
+}
+
+TEST_F(ControllerTest, AUnitAdoptedInTheBackgroundIsConnectedByTheMainQueue) {
+    controller->viewDidLoad();
+    std::thread([this] { controller->adoptAudioUnit(makeUnit()); }).join();
+    EXPECT_TRUE(controller->needsConnection());
+    queue.drain();
+    EXPECT_FALSE(controller->needsConnection());
+}
+
 TEST_F(ControllerTest, ARestoredStateReplacesTheListUnderNewIdentifiers) {
     auto& unit = create();
     unit.processor->setRules(oneRule);

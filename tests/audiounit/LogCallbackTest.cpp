@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace quillo {
 namespace {
 
@@ -42,6 +44,18 @@ TEST(LogCallback, KnowsWhetherAnybodyListens) {
     EXPECT_TRUE(callback);
     callback = LogCallback::Function();
     EXPECT_FALSE(callback);
+}
+
+TEST(LogCallback, AnotherFunctionMayListenBesidesTheFirst) {
+    LogCallback callback;
+    std::string heard;
+    callback.also([&heard](const EventLogEntry&) { heard += 'a'; });
+    callback(entry);
+    callback.also([&heard](const EventLogEntry&) { heard += 'b'; });
+    callback(entry);
+    callback.also([&heard](const EventLogEntry&) { heard += 'c'; });
+    callback(entry);
+    EXPECT_EQ(heard, "aababc");
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 
 #include "editor/PopupMenuOverlay.hpp"
 #include "hosts/editor/Desk.hpp"
+#include "support/FindBelow.hpp"
 #include "support/JuceEvents.hpp"
 #include "support/OffscreenWindow.hpp"
 
@@ -24,20 +25,6 @@ Rule ruleWith(Change change) {
     RuleEntry entry;
     change(entry);
     return ruleFromEntry(entry);
-}
-
-/// The first view of a kind below another one, or null.
-template <class View>
-View* findBelow(juce::Component& view) {
-    for (auto* child : view.getChildren()) {
-        if (auto* found = dynamic_cast<View*>(child)) {
-            return found;
-        }
-        if (auto* found = findBelow<View>(*child)) {
-            return found;
-        }
-    }
-    return nullptr;
 }
 
 /// The whole editor on a unit, in a window without a screen, and hands to use it with.

@@ -121,6 +121,13 @@ TEST_F(PresetFiles, TheAlertGoesAwayByItsButtonReturnSpaceAndEscapeOnly) {
     EXPECT_EQ(stage.editor().alertErrorMessage(), std::nullopt);
 }
 
+TEST_F(PresetFiles, AnEditorThatOpensLaterShowsTheAlertThatWaits) {
+    const auto model = std::make_shared<QuilloModel>();
+    model->alert("The saved rules cannot be restored.");
+    const QuilloView later(model, [](const std::vector<Rule>&) {}, [](const RuleOutputVariantsV2&) {});
+    EXPECT_NE(dynamic_cast<AlertView*>(later.overlay()), nullptr);
+}
+
 TEST_F(PresetFiles, NothingBelowTheAlertTakesClicks) {
     const auto target =
         stage.window.getLocalPoint(&stage.card(0).buttons().deleteButton(), juce::Point(5, 5));
@@ -137,6 +144,17 @@ TEST_F(PresetFiles, ImportTakesTheChosenFile) {
     EXPECT_EQ(stage.view().overlay(), nullptr);
     EXPECT_EQ(stage.names(), Names{"new"});
     EXPECT_EQ(stage.editor().undoName(), "Import new.json");
+}
+
+TEST_F(PresetFiles, PanelsOfThePlatformOpenInThePlaceOfTheBrowser) {
+    int imports = 0;
+    int exports = 0;
+    stage.view().setFilePanels({[&imports] { ++imports; }, [&exports] { ++exports; }});
+    click(stage.view().header().importButton());
+    click(stage.view().header().exportButton());
+    EXPECT_EQ(imports, 1);
+    EXPECT_EQ(exports, 1);
+    EXPECT_EQ(stage.view().overlay(), nullptr);
 }
 
 TEST_F(PresetFiles, NothingIsImportedBeforeAFileIsChosen) {

@@ -134,6 +134,26 @@ TEST_F(PresetExchangeTest, AFailedExportIsToldByTheAlert) {
     EXPECT_NE(desk.editor.alertErrorMessage()->find("preset.json"), std::string::npos);
 }
 
+TEST_F(PresetExchangeTest, APresetMayComeFromAnywhereAndGoAnywhere) {
+    const auto before = desk.names();
+    std::vector<std::uint8_t> kept;
+    exportPreset([&kept](std::span<const std::uint8_t> bytes) { kept.assign(bytes.begin(), bytes.end()); },
+                 desk.editor);
+    desk.addNoteOn();
+    importPreset("elsewhere", [&kept] { return kept; }, desk.editor);
+    EXPECT_EQ(desk.names(), before);
+    EXPECT_EQ(desk.editor.undoName(), "Import elsewhere");
+}
+
+TEST_F(PresetExchangeTest, APlaceThatFailsIsToldByTheAlertInItsWords) {
+    importPreset(
+        "elsewhere", []() -> std::vector<std::uint8_t> { throw FileError("not there"); }, desk.editor);
+    EXPECT_EQ(desk.editor.alertErrorMessage(), "not there");
+    exportPreset([](std::span<const std::uint8_t>) { throw FileError("no room"); }, desk.editor);
+    EXPECT_EQ(desk.editor.alertErrorMessage(), "no room");
+    EXPECT_EQ(desk.names(), Names{"Message #1"});
+}
+
 TEST_F(PresetExchangeTest, RulesThatAreNotShownAreNotExportedAsNone) {
     desk.model->setNotEditable("not shown");
     const auto path = write("old");

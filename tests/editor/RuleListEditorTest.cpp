@@ -247,7 +247,7 @@ TEST_F(RuleListEditorTest, AListThatTheEngineRefusesIsNotKeptAndTheAlertSaysWhy)
     auto entry = before[0].rule;
     entry.output.delay.ms = std::numeric_limits<std::int64_t>::max();
     int alerts = 0;
-    const auto observation = model->observeAlert([&alerts] { ++alerts; });
+    const auto observation = desk.model->observeAlert([&alerts] { ++alerts; });
     editor.edit(desk.idOf(0), entry);
     EXPECT_EQ(editor.rules(), before);
     EXPECT_EQ(editor.undoName(), "Add Message #1");

@@ -60,6 +60,30 @@ TEST_F(RuleProcessorTest, TheSampleRateIs44100UntilItIsSet) {
     EXPECT_EQ(recorder.take(), (Emissions{{44, {{0x90, 1, 1}}}, {0, {{0x90, 60, 1}}}}));
 }
 
+TEST_F(RuleProcessorTest, MessagesWaitFromBeingDelayedOrSentByHandUntilTheyLeave) {
+    EXPECT_FALSE(processor.hasWaitingMessages());
+    processor.send(noteOn(0, 1, 1));
+    EXPECT_TRUE(processor.hasWaitingMessages());
+    EXPECT_EQ(instantFlush(0), noErr);
+    EXPECT_FALSE(processor.hasWaitingMessages());
+    processor.setRules({rule(onNoteOn(), send(noteOn(0, 1, 1), 600))});
+    EXPECT_EQ(midi(0, {0x90, 60, 1}), noErr);
+    EXPECT_TRUE(processor.hasWaitingMessages());
+    EXPECT_EQ(delayedFlush(601), noErr);
+    EXPECT_FALSE(processor.hasWaitingMessages());
+}
+
+TEST_F(RuleProcessorTest, HearsTheHostTransportWhenARuleWaitsForAnyOfItsEvents) {
+    EXPECT_FALSE(processor.hearsHostTransport());
+    processor.setRules({rule(onMIDIStart(), send(noteOn(0, 1, 1))), rule(onLoad(), send(noteOn(0, 1, 1)))});
+    EXPECT_FALSE(processor.hearsHostTransport());
+    for (const auto trigger : {Transport::Start, Transport::Continue, Transport::Stop}) {
+        processor.setRules(
+            {rule(onNoteOn(), send(noteOn(0, 1, 1))), rule(onHost(trigger), send(noteOn(0, 1, 1)))});
+        EXPECT_TRUE(processor.hearsHostTransport());
+    }
+}
+
 TEST_F(RuleProcessorTest, ReturnsTheRulesItWasGiven) {
     const std::vector rules{rule(onLoad(), send(noteOn(0, 1, 1)), "first"),
                             rule(onMIDIStart(), send(systemExclusive({1, 2})), "second")};

@@ -25,6 +25,8 @@ void expectSameMeaning(const RuleTriggerV2& trigger) {
                 const TriggerBytes message{static_cast<std::uint8_t>(status), data1, data2};
                 ASSERT_EQ(pattern.matches(message), matches(variantsOf(trigger), message))
                     << status << " " << int{data1} << " " << int{data2};
+                ASSERT_EQ(pattern.firstFailure(message), firstFailure(variantsOf(trigger), message))
+                    << status << " " << int{data1} << " " << int{data2};
             }
         }
     }
@@ -43,6 +45,23 @@ TEST(TriggerPattern, MeansTheSameAsTheTriggerForEveryKindChannelAndValue) {
     expectSameMeaning(onMIDIStart());
     expectSameMeaning(onMIDIStop());
     expectSameMeaning(onMIDIContinue());
+}
+
+TEST(TriggerPattern, SaysWhichConditionFailsFirst) {
+    const TriggerPattern pattern(variantsOf(onControlChange(64, exactly(127), exactly(2))));
+    EXPECT_EQ(pattern.firstFailure({0x91, 1, 1}), TriggerCondition::kind);
+    EXPECT_EQ(pattern.firstFailure({0xB1, 1, 1}), TriggerCondition::channel);
+    EXPECT_EQ(pattern.firstFailure({0xB2, 1, 1}), TriggerCondition::data1);
+    EXPECT_EQ(pattern.firstFailure({0xB2, 64, 1}), TriggerCondition::data2);
+    EXPECT_EQ(pattern.firstFailure({0xB2, 64, 127}), std::nullopt);
+}
+
+TEST(TriggerPattern, ASystemMessageHasNoChannelToFailBy) {
+    EXPECT_EQ(TriggerPattern(variantsOf(onMIDIStart())).firstFailure({0xFB, 0, 0}), TriggerCondition::kind);
+}
+
+TEST(TriggerPattern, TheOneWithoutATriggerHasNothingToFailBy) {
+    EXPECT_EQ(TriggerPattern().firstFailure({0xF8, 1, 2}), std::nullopt);
 }
 
 TEST(TriggerPattern, ANoteOnOfVelocityZeroIsANoteOn) {

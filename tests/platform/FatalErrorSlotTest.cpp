@@ -31,6 +31,17 @@ TEST(FatalErrorSlot, AnswersTheRenderStepsStatus) {
     EXPECT_TRUE(slot.isSet());
 }
 
+TEST(FatalErrorSlot, TellsItsErrorWithoutGivingItUp) {
+    FatalErrorSlot slot;
+    EXPECT_EQ(slot.text(), std::nullopt);
+    const auto line = std::to_string(__LINE__ + 1);
+    slot.set("time overflow");
+    const auto text = "Fatal error: time overflow (FatalErrorSlotTest.cpp:" + line + ")";
+    EXPECT_EQ(slot.text(), text);
+    EXPECT_EQ(raisedText(slot), text);
+    EXPECT_EQ(slot.text(), std::nullopt);
+}
+
 TEST(FatalErrorSlot, RaisesTheErrorAndWhereItWasSet) {
     FatalErrorSlot slot;
     const auto line = std::to_string(__LINE__ + 1);

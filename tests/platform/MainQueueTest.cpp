@@ -36,6 +36,22 @@ TEST(MainQueue, RunsBlocksInTheOrderOfPosting) {
     EXPECT_THAT(ran, ElementsAre(3, 1, 2));
 }
 
+TEST(MainQueue, KnowsTheThreadThatHasMadeItAsTheMainThread) {
+    const MainQueue queue;
+    EXPECT_TRUE(queue.isMainThread());
+    bool elsewhere = true;
+    std::thread([&] { elsewhere = queue.isMainThread(); }).join();
+    EXPECT_FALSE(elsewhere);
+}
+
+TEST(MainQueue, BelievesThePlatformThatTellsItTheMainThread) {
+    bool isMainThread = false;
+    const MainQueue queue([&isMainThread] { return isMainThread; });
+    EXPECT_FALSE(queue.isMainThread());
+    isMainThread = true;
+    EXPECT_TRUE(queue.isMainThread());
+}
+
 TEST(MainQueue, RunsEachBlockOnce) {
     MainQueue queue;
     int runs = 0;

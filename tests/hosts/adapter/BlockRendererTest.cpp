@@ -132,6 +132,26 @@ TEST_F(BlockRendererTest, ATransportThatFollowsMessagesOfTheLastFrameChangesInTh
     EXPECT_EQ(block(64), (Timed{{0, {0xB0, 7, 9}}}));
 }
 
+TEST_F(BlockRendererTest, ATransportWithoutAPositionGoesOnFromTheOneThatIsKnown) {
+    renderer.begin(64);
+    renderer.tellTransport(0, moving, 1000.0);
+    renderer.tellTransport(40, 0);
+    ASSERT_EQ(renderer.end(), noErr);
+    EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Continue", "[40] AU Host Stop"}));
+    EXPECT_EQ(renderer.transport().position(), 1040.0);
+}
+
+TEST_F(BlockRendererTest, ATransportThatWasLostIsFoundWithoutAJump) {
+    renderer.begin(64);
+    renderer.tellTransport(0, moving, 0.0);
+    ASSERT_EQ(renderer.end(), noErr);
+    renderer.loseTransport();
+    renderer.begin(64);
+    renderer.tellTransport(0, moving, 5000.0);
+    ASSERT_EQ(renderer.end(), noErr);
+    EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Start"}));
+}
+
 TEST_F(BlockRendererTest, StopAndStartInOneBlockAreTwoChanges) {
     renderer.begin(64);
     renderer.tellTransport(0, moving, 0.0);

@@ -80,6 +80,41 @@ TEST(HostTransport, APositionThatAHostRoundsIsNoJump) {
     EXPECT_EQ(transport.flags(), moving | changed);
 }
 
+TEST(HostTransport, WithoutAPositionGoesOnFromTheOneThatIsKnown) {
+    HostTransport transport;
+    transport.tell(moving, 100.0);
+    transport.advance(50);
+    transport.tell(moving | AUHostTransportStateRecording);
+    EXPECT_EQ(transport.flags(), moving | AUHostTransportStateRecording);
+    transport.tell(0);
+    transport.advance(50);
+    EXPECT_EQ(transport.flags(), 0U);
+    EXPECT_EQ(transport.position(), 150.0);
+}
+
+TEST(HostTransport, WithoutAPositionStoppingLeavesNoFlagBehind) {
+    HostTransport transport;
+    transport.tell(moving, 0.0);
+    transport.tell(moving, 500.0);
+    ASSERT_EQ(transport.flags(), moving | changed);
+    transport.tell(0);
+    EXPECT_EQ(transport.flags(), 0U);
+}
+
+TEST(HostTransport, APositionAfterFramesThatNobodyRenderedIsNoJumpButTheNextMayBe) {
+    HostTransport transport;
+    transport.tell(moving, 0.0);
+    transport.advance(100);
+    transport.lose();
+    transport.tell(moving);
+    transport.tell(moving, 9000.0);
+    EXPECT_EQ(transport.flags(), moving);
+    EXPECT_EQ(transport.position(), 9000.0);
+    transport.advance(100);
+    transport.tell(moving, 50.0);
+    EXPECT_EQ(transport.flags(), moving | changed);
+}
+
 TEST(HostTransport, WhereZeroStandsForLessComingFromBeforeTheBeginningIsNoJump) {
     HostTransport transport(0.0, HostTransport::Positions::noneBelowZero);
     transport.tell(moving, 0.0);

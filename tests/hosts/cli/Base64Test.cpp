@@ -51,5 +51,15 @@ TEST(Base64, RefusesBitsBehindTheLastByte) {
     EXPECT_EQ(decodeBase64("Zm9="), std::nullopt);
 }
 
+TEST(Base64, WhatIsEncodedIsDecodedByteForByteWhateverTheLength) {
+    EXPECT_EQ(encodeBase64(bytesOf("foob")), "Zm9vYg==");
+    EXPECT_EQ(encodeBase64(bytesOf("fooba")), "Zm9vYmE=");
+    Data bytes;
+    for (unsigned value = 0; value < 600; ++value) {
+        EXPECT_EQ(decodeBase64(encodeBase64(bytes)), bytes);
+        bytes.push_back(static_cast<std::uint8_t>(value * 37));
+    }
+}
+
 }  // namespace
 }  // namespace quillo

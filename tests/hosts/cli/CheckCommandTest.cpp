@@ -88,6 +88,43 @@ TEST_F(CheckCommandTest, WantsExactlyOnePreset) {
     EXPECT_EQ(run({"check", "a.json", "--write"}).status, exitUsage);
 }
 
+TEST_F(CheckCommandTest, AdvisesBehindTheListing) {
+    const auto path = folder.with(
+        "p.json",
+        presetOf({controllerRule(onAnyNote(PassThroughV2::EatMatching), 7), controllerRule(onAnyNote(), 8)}));
+    const auto listing = run({"check", path}).out;
+    const auto result = run({"check", "--advice", path});
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_EQ(result.out,
+              listing + "\nAdvice:\n"
+                        "2. \"controller 8\" can never fire: rule 1 \"controller 7\" (Consume matching) "
+                        "swallows every event that it waits for.\n"
+                        "   Move it above rule 1.\n");
+    EXPECT_THAT(result.err, IsEmpty());
+}
+
+TEST_F(CheckCommandTest, SaysSoWhenItHasNoAdvice) {
+    const auto path = folder.with("p.json", twoRules());
+    EXPECT_EQ(run({"check", path, "--advice"}).out, run({"check", path}).out + "\nAdvice: none.\n");
+}
+
+TEST_F(CheckCommandTest, AdvisesAndStoresInOneRun) {
+    const auto result =
+        run({"check", folder.with("p.json", twoRules()), "--advice", "--write", folder / "new.json"});
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_THAT(result.out, HasSubstr("Advice: none."));
+    EXPECT_EQ(folder.read("new.json"), twoRules());
+}
+
+TEST_F(CheckCommandTest, CannotAdviseOnRulesThatNoUnitInstalls) {
+    const auto path = folder.with("p.json", presetOf({controllerRule(onLoad(), 7, -5)}));
+    EXPECT_EQ(run({"check", path}).status, exitSuccess);
+    const auto result = run({"check", path, "--advice"});
+    EXPECT_EQ(result.status, exitBadPreset);
+    EXPECT_THAT(result.err,
+                AllOf(StartsWith("midi-quillo: " + path + ": "), HasSubstr("a delay is negative: -5 ms")));
+}
+
 TEST_F(CheckCommandTest, StoresAnOlderPresetInTheCurrentForm) {
     const auto old = folder.with("old.json", "[" + nameless + "]");
     const auto result = run({"check", old, "--write", folder / "new.json"});

@@ -46,7 +46,7 @@ TEST_F(CommandLineTest, ExplainsItselfOnTheOutputStream) {
 }
 
 TEST_F(CommandLineTest, ExplainsEachVerbWithExamples) {
-    for (const std::string verb : {"render", "check", "host"}) {
+    for (const std::string verb : {"render", "check", "explain", "host"}) {
         for (const auto& words :
              {std::vector<std::string>{"help", verb}, {verb, "--help"}, {verb, "a", "--help", "b"}}) {
             const auto result = run(words);

@@ -9,6 +9,7 @@
 #include "hosts/cli/MIDIFileReader.hpp"
 #include "hosts/cli/MIDIFileWriter.hpp"
 #include "hosts/cli/OfflineHost.hpp"
+#include "hosts/cli/RuleAdvice.hpp"
 #include "hosts/cli/Score.hpp"
 #include "persistence/PluginData.hpp"
 #include "presets/DemoSong.hpp"
@@ -21,7 +22,9 @@ using testing::HasSubstr;
 using testing::MatchesRegex;
 
 const std::string presets = QUILLO_PRESETS;
-const std::vector<std::string> examples{"bass-split.json", "demo.json", "echo.json", "pedal-to-strings.json"};
+const std::vector<std::string> examples{
+    "bass-split.json",       "demo.json",           "echo.json", "pedal-to-strings.json",
+    "reset-then-sound.json", "sounds-at-start.json"};
 
 std::string exampleNamed(const std::string& name) {
     return presets + "/" + name;
@@ -70,6 +73,14 @@ TEST_F(DemoTest, PresetsPassTheCheck) {
         const auto result = run({"check", exampleNamed(name)});
         EXPECT_EQ(result.status, exitSuccess) << name;
         EXPECT_THAT(result.out, testing::Not(HasSubstr("out of range"))) << name;
+    }
+}
+
+TEST_F(DemoTest, PresetsHaveNoDeadRulesAndLeaveNoNoteSounding) {
+    for (const auto& name : examples) {
+        for (const auto& advice : adviseOn(PluginData::read(readWholeFile(exampleNamed(name))).rules)) {
+            EXPECT_EQ(advice.kind, Advice::Kind::notInVST3) << name << ", rule " << advice.rule + 1;
+        }
     }
 }
 

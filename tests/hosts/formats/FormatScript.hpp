@@ -39,6 +39,8 @@ struct FormatScript {
     std::vector<ScriptMessage> messages;     ///< in order of their times
     std::vector<ScriptTransport> transport;  ///< in order of their times
     SampleTime end = 0;                      ///< how many frames are played
+
+    friend void PrintTo(const FormatScript& script, std::ostream* out) { *out << script.name; }
 };
 
 inline constexpr std::uint32_t scriptSampleRate = 48000;

@@ -1,0 +1,52 @@
+#!/bin/sh
+# SPDX-License-Identifier: GPL-3.0-or-later
+# make-guide.sh FOLDER VERSION: joins the chapters beside this script to FOLDER/index.html and
+# FOLDER/midi-quillo-guide.7. The pictures are put there by whoever draws them.
+set -eu
+
+chapters=$(dirname "$0")
+folder=$1
+version=$2
+
+joined() {
+    for chapter in "$chapters"/[0-9]*.md; do
+        cat "$chapter"
+        echo
+    done
+}
+
+# The headings of the body as a list of links.
+contents() {
+    echo '<nav><ul>'
+    sed -n 's|^<h[12] id="\([^"]*\)">\(.*\)</h\([12]\)>$|\3 \1 \2|p' "$1" |
+        while read -r level id text; do
+            if [ "$level" = 1 ]; then
+                echo "<li><a href=\"#$id\">$text</a></li>"
+            else
+                echo "<li><ul><li><a href=\"#$id\">$text</a></li></ul></li>"
+            fi
+        done
+    echo '</ul></nav>'
+}
+
+mkdir -p "$folder"
+body=$(mktemp)
+trap 'rm -f "$body"' EXIT
+joined | lowdown -Thtml --out-no-smarty >"$body"
+{
+    cat "$chapters/page-head.html"
+    contents "$body"
+    echo '<main>'
+    cat "$body"
+    echo "<p><small>MIDI Quillo $version</small></p>"
+    echo '</main>'
+    echo '</body>'
+    echo '</html>'
+} >"$folder/index.html"
+{
+    printf '# Name\n\nmidi-quillo-guide - how to work with MIDI Quillo\n\n'
+    joined
+} | sed 's|^!\[.*||' |
+    lowdown -s -Tman --out-no-smarty --nroff-nolinks -M title=midi-quillo-guide -M section=7 -M source="MIDI Quillo $version" \
+        >"$folder/midi-quillo-guide.7"
+cp "$chapters"/*.svg "$folder/"

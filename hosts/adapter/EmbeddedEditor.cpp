@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/adapter/EmbeddedEditor.hpp"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <exception>
+#include <utility>
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include "editor/Fonts.hpp"
+#include "editor/QuilloView.hpp"
+#include "hosts/adapter/HostKeyboard.hpp"
+#include "hosts/adapter/ToolkitEvents.hpp"
+#include "hosts/adapter/XErrorShield.hpp"
+
+namespace quillo {
+
+namespace {
+
+constexpr int leastPoints = 200;
+
+/// What the toolkit needs around every use in a host's process: the thread that the host uses now is its own.
+class Turn {
+public:
+    Turn() { juce::MessageManager::getInstance()->setCurrentThreadAsMessageThread(); }
+
+private:
+    XErrorShield shield_;
+};
+
+std::uint32_t pixels(double points, double scale) {
+    return static_cast<std::uint32_t>(std::lround(points * scale));
+}
+
+/// As many points as it takes to cover the pixels.
+int pointsCovering(std::uint32_t length, double scale) {
+    constexpr double tolerance = 1e-6;
+    return static_cast<int>(std::ceil(length / scale - tolerance));
+}
+
+QuilloView makeView(HostedUnit& hosted) {
+    return {hosted.controller().model(),
+            [&hosted](std::vector<Rule> rules) { hosted.onRulesChanged(std::move(rules)); },
+            [&hosted](const RuleOutputVariantsV2& message) {
+                hosted.controller().onInstantMessageClick(message);
+            }};
+}
+
+/// What fills the host's window: the view, as large as its points are on this screen.
+class Window final : public juce::Component {
+public:
+    Window(HostedUnit& hosted, double scale) : view_(makeView(hosted)), scale_(scale) {
+        setOpaque(true);
+        addAndMakeVisible(view_);
+        view_.addMouseListener(this, true);
+    }
+
+    void attachTo(std::uintptr_t parent) {
+        removeFromDesktop();
+        addToDesktop(juce::ComponentPeer::windowIsResizable, std::bit_cast<void*>(parent));
+        keyboard_.emplace(handle(), parent);
+    }
+
+    [[nodiscard]] std::uintptr_t handle() const {
+        return getPeer() != nullptr ? reinterpret_cast<std::uintptr_t>(getPeer()->getNativeHandle()) : 0;
+    }
+
+    [[nodiscard]] double scale() const { return scale_; }
+    void setScale(double scale) {
+        scale_ = scale;
+        resized();
+    }
+
+    [[nodiscard]] EmbeddedEditor::Size size() const {
+        const auto toolkit = toolkitScale();
+        return {pixels(getWidth(), toolkit), pixels(getHeight(), toolkit)};
+    }
+    void setSize(EmbeddedEditor::Size size) {
+        const auto toolkit = toolkitScale();
+        Component::setSize(pointsCovering(size.width, toolkit), pointsCovering(size.height, toolkit));
+    }
+
+    void noteKeyboard() {
+        if (keyboard_) {
+            keyboard_->noteOwner();
+        }
+    }
+    void settleKeyboard() {
+        if (keyboard_) {
+            keyboard_->settle(view_.hasKeyboardFocus(true));
+        }
+    }
+
+    void resized() override {
+        const auto [width, height] = size();
+        view_.setTransform(juce::AffineTransform::scale(static_cast<float>(scale_ / toolkitScale())));
+        view_.setBounds(0, 0, pointsCovering(width, scale_), pointsCovering(height, scale_));
+    }
+
+    /// A click on what has no use for keys takes them from what lies in it: the toolkit would give them to
+    /// the first button, which a space bar then presses.
+    void mouseDown(const juce::MouseEvent& event) override {
+        if (event.originalComponent->isParentOf(getCurrentlyFocusedComponent())) {
+            unfocusAllComponents();
+        }
+    }
+
+    /// A key that nothing in the view has used. Tab then moves the focus, which is the toolkit's doing.
+    bool keyPressed(const juce::KeyPress& key) override {
+        if (view_.hasKeyboardFocus(true) && key.isKeyCode(juce::KeyPress::tabKey)) {
+            return false;
+        }
+        if (!view_.keyPressed(key) && keyboard_) {
+            keyboard_->handOn(key);
+        }
+        return true;
+    }
+
+private:
+    /// How many pixels the toolkit takes for one unit of length.
+    [[nodiscard]] double toolkitScale() const {
+        return getPeer() != nullptr ? getPeer()->getPlatformScaleFactor() : 1.0;
+    }
+
+    QuilloView view_;
+    double scale_;
+    std::optional<HostKeyboard> keyboard_;
+};
+
+}  // namespace
+
+class EmbeddedEditor::Implementation {
+public:
+    Implementation(HostedUnit& hosted, double scale) : hosted_(hosted), window_(hosted, scale) {}
+
+    [[nodiscard]] HostedUnit& hosted() { return hosted_; }
+    [[nodiscard]] Window& window() { return window_; }
+
+private:
+    juce::ScopedJuceInitialiser_GUI toolkit_;
+    HostedUnit& hosted_;
+    Window window_;
+};
+
+std::optional<std::string> EmbeddedEditor::whyNot() {
+    const juce::ScopedJuceInitialiser_GUI toolkit;
+    const Turn turn;
+    if (juce::Desktop::getInstance().getDisplays().displays.isEmpty()) {
+        return "There is no display to open the editor on.";
+    }
+    if (const auto missing = requireTypefaces(); missing.isNotEmpty()) {
+        return missing.toStdString();
+    }
+    return std::nullopt;
+}
+
+EmbeddedEditor::EmbeddedEditor(HostedUnit& hosted, double scale) {
+    const Turn turn;
+    if (!hosted.controller().isViewLoaded()) {
+        hosted.controller().viewDidLoad();
+    }
+    hosted.drain();
+    implementation_ = std::make_unique<Implementation>(hosted, scale);
+    constexpr int width = AudioUnitViewController::preferredWidth;
+    constexpr int height = AudioUnitViewController::preferredHeight;
+    implementation_->window().setSize({pixels(width, scale), pixels(height, scale)});
+}
+
+EmbeddedEditor::~EmbeddedEditor() {
+    const Turn turn;
+    implementation_.reset();
+}
+
+void EmbeddedEditor::attachTo(std::uintptr_t parentWindow) {
+    const Turn turn;
+    implementation_->window().attachTo(parentWindow);
+}
+
+std::uintptr_t EmbeddedEditor::window() const {
+    return implementation_->window().handle();
+}
+
+void EmbeddedEditor::setVisible(bool visible) {
+    const Turn turn;
+    implementation_->window().setVisible(visible);
+}
+
+void EmbeddedEditor::setScale(double scale) {
+    const Turn turn;
+    auto& window = implementation_->window();
+    const auto [width, height] = window.size();
+    const auto factor = scale / window.scale();
+    window.setScale(scale);
+    window.setSize(nearestTo({pixels(width, factor), pixels(height, factor)}));
+}
+
+EmbeddedEditor::Size EmbeddedEditor::size() const {
+    return implementation_->window().size();
+}
+
+void EmbeddedEditor::setSize(Size size) {
+    const Turn turn;
+    implementation_->window().setSize(size);
+}
+
+EmbeddedEditor::Size EmbeddedEditor::nearestTo(Size size) const {
+    const auto least = pixels(leastPoints, implementation_->window().scale());
+    return {std::max(size.width, least), std::max(size.height, least)};
+}
+
+void EmbeddedEditor::idle() {
+    const Turn turn;
+    auto& hosted = implementation_->hosted();
+    auto& window = implementation_->window();
+    window.noteKeyboard();
+    try {
+        hosted.drain();
+        dispatchToolkitEvents();
+    } catch (const std::exception& error) {
+        hosted.tellUser(error.what());
+    }
+    window.settleKeyboard();
+}
+
+}  // namespace quillo

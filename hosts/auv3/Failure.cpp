@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/auv3/Failure.hpp"
+
+#include <exception>
+
+namespace quillo {
+
+Failure handledFailure() {
+    const NSError error{NSOSStatusErrorDomain, kAudioUnitErr_FailedInitialization};
+    try {
+        throw;
+    } catch (const std::exception& exception) {
+        return {error, exception.what()};
+    } catch (...) {
+        return {error, "an unknown error"};
+    }
+}
+
+}  // namespace quillo

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <utility>
+#include <vector>
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include "editor/PresetExchange.hpp"
+#include "editor/QuilloView.hpp"
+#include "hosts/auv3/Failure.hpp"
+#include "hosts/auv3/MainThread.hpp"
+#include "hosts/auv3/NativeEditor.hpp"
+#include "hosts/auv3/PresetPanels.hpp"
+
+namespace quillo {
+
+namespace {
+
+class QuilloNativeEditor final : public NativeEditor, private juce::Timer {
+public:
+    QuilloNativeEditor(AudioUnitViewController& controller, void* parentView)
+        : view_(
+              controller.model(),
+              [&controller](std::vector<Rule> rules) { controller.onRulesChanged(std::move(rules)); },
+              [&controller](const RuleOutputVariantsV2& message) {
+                  controller.onInstantMessageClick(message);
+              }) {
+        view_.setFilePanels({[this] { importPreset(); }, [this] { exportPreset(); }});
+        view_.addToDesktop(0, parentView);
+        view_.setVisible(true);
+        setSize(AudioUnitViewController::preferredWidth, AudioUnitViewController::preferredHeight);
+        startTimerHz(drainsPerSecond);
+    }
+
+    void setSize(int width, int height) override { view_.setBounds(0, 0, width, height); }
+
+    void showError(const std::string& message) override { view_.editor().alert(message); }
+
+private:
+    static constexpr int drainsPerSecond = 30;
+
+    /// The editor may be gone when the user has chosen.
+    using View = juce::Component::SafePointer<QuilloView>;
+
+    void importPreset() {
+        choosePresetToRead([view = View(&view_)](const std::string& name, const std::function<Data()>& read) {
+            if (view != nullptr) {
+                static_cast<void>(attempt([&] { quillo::importPreset(name, read, view->editor()); }));
+            }
+        });
+    }
+
+    void exportPreset() {
+        const auto name = std::string(defaultPresetName) + presetFileExtension;
+        choosePresetToWrite(name, [view = View(&view_)](const auto& write) {
+            if (view != nullptr) {
+                static_cast<void>(attempt([&] { quillo::exportPreset(write, view->editor()); }));
+            }
+        });
+    }
+
+    void timerCallback() override { drainProcessMainQueue(); }
+
+    juce::ScopedJuceInitialiser_GUI toolkit_;
+    QuilloView view_;
+};
+
+}  // namespace
+
+std::unique_ptr<NativeEditor> makeNativeEditor(AudioUnitViewController& controller, void* parentView) {
+    return std::make_unique<QuilloNativeEditor>(controller, parentView);
+}
+
+}  // namespace quillo

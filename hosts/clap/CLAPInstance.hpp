@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "hosts/adapter/HostedUnit.hpp"
+#include "hosts/clap/CLAPHeaders.hpp"
+#include "hosts/clap/CLAPHost.hpp"
+#include "hosts/clap/CLAPRenderer.hpp"
+
+namespace quillo {
+
+class CLAPEditor;
+
+/// What an instance of the plug-in consists of, from the host's `init` until it is destroyed. [main]
+struct CLAPInstance {
+    /// The thread that makes it is the main thread. Throws what `HostedUnit` throws.
+    explicit CLAPInstance(const clap_host_t& theHost);
+
+    /// Has the host process again when there is something to do that it cannot know of.
+    void wake();
+
+    /// Does what there is to do, now that the host has come round to it.
+    void idle();
+
+    CLAPHost host;
+    HostedUnit hosted;
+    CLAPRenderer renderer;
+
+    /// While the host has a window open for it. Without a toolkit there is never one.
+    std::shared_ptr<CLAPEditor> editor;
+};
+
+}  // namespace quillo

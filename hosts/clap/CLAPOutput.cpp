@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/clap/CLAPOutput.hpp"
+
+#include <algorithm>
+
+namespace quillo {
+
+namespace {
+
+constexpr std::uint8_t systemExclusive = 0xF0;
+constexpr std::uint16_t port = 0;
+
+template <class Event>
+clap_event_header_t headerOf(std::uint32_t offset, std::uint16_t type) QUILLO_REALTIME {
+    return {sizeof(Event), offset, CLAP_CORE_EVENT_SPACE_ID, type, 0};
+}
+
+}  // namespace
+
+void CLAPOutput::begin(const clap_output_events_t* events) QUILLO_REALTIME {
+    events_ = events;
+    const auto messages = waiting_.inTimeOrder();
+    while (isWaiting() && tryPush(messages[next_])) {
+        ++next_;
+    }
+}
+
+void CLAPOutput::send(std::span<const OutgoingMessages::Message> messages) QUILLO_REALTIME {
+    std::size_t sent = 0;
+    while (sent < messages.size() && tryPush(messages[sent])) {
+        ++sent;
+    }
+    if (sent == messages.size()) {
+        return;
+    }
+    waiting_.clear();
+    next_ = 0;
+    kept_ = 0;
+    for (const auto& message : messages.subspan(sent)) {
+        if (waiting_.tryPush(0, message.bytes)) {
+            ++kept_;
+        }
+    }
+}
+
+bool CLAPOutput::tryPush(const OutgoingMessages::Message& message) const QUILLO_REALTIME {
+    const auto bytes = message.bytes;
+    if (bytes.front() == systemExclusive) {
+        const clap_event_midi_sysex_t event{
+            headerOf<clap_event_midi_sysex_t>(message.offset, CLAP_EVENT_MIDI_SYSEX), port, bytes.data(),
+            static_cast<std::uint32_t>(bytes.size())};
+        return tryPush(event.header);
+    }
+    clap_event_midi_t event{headerOf<clap_event_midi_t>(message.offset, CLAP_EVENT_MIDI), port, {}};
+    std::ranges::copy(bytes.first(std::min(bytes.size(), std::size(event.data))), event.data);
+    return tryPush(event.header);
+}
+
+bool CLAPOutput::tryPush(const clap_event_header_t& event) const QUILLO_REALTIME {
+    QUILLO_REALTIME_EXEMPT("the host's own list, made for its audio thread")
+    return events_ != nullptr && events_->try_push != nullptr && events_->try_push(events_, &event);
+    QUILLO_REALTIME_EXEMPT_END
+}
+
+}  // namespace quillo

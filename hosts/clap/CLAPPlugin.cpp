@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/clap/CLAPPlugin.hpp"
+
+#include <array>
+#include <new>
+#include <string_view>
+
+#include "hosts/clap/CLAPNotePorts.hpp"
+#include "hosts/clap/CLAPState.hpp"
+#ifdef QUILLO_HAS_EDITOR
+#include "hosts/clap/CLAPGUI.hpp"
+#endif
+
+namespace quillo {
+
+namespace {
+
+std::array<const char*, 3> features{CLAP_PLUGIN_FEATURE_NOTE_EFFECT, CLAP_PLUGIN_FEATURE_UTILITY, nullptr};
+
+const clap_plugin_descriptor_t descriptor{CLAP_VERSION,
+                                          "midi-quillo.midi-quillo",
+                                          "MIDI Quillo",
+                                          "MIDI Quillo",
+                                          QUILLO_HOMEPAGE,
+                                          "",
+                                          "",
+                                          QUILLO_VERSION,
+                                          "Rewrites MIDI events by an ordered list of rules",
+                                          features.data()};
+
+/// The table of the extension of that name; null when the plug-in has none such.
+const void* tableOf(std::string_view name) {
+    if (name == CLAP_EXT_NOTE_PORTS) {
+        return &clapNotePorts();
+    }
+    if (name == CLAP_EXT_STATE) {
+        return &clapState();
+    }
+#ifdef QUILLO_HAS_EDITOR
+    if (name == CLAP_EXT_GUI) {
+        return &clapGUI();
+    }
+    if (name == CLAP_EXT_TIMER_SUPPORT) {
+        return &clapTimerSupport();
+    }
+#endif
+    return nullptr;
+}
+
+}  // namespace
+
+const clap_plugin_descriptor_t& clapDescriptor() {
+    return descriptor;
+}
+
+const clap_plugin_t* CLAPPlugin::create(const clap_host_t* host) noexcept {
+    if (host == nullptr || !clap_version_is_compatible(host->clap_version)) {
+        return nullptr;
+    }
+    const auto* plugin = new (std::nothrow) CLAPPlugin(*host);
+    return plugin == nullptr ? nullptr : &plugin->table_;
+}
+
+CLAPPlugin::CLAPPlugin(const clap_host_t& host)
+    : table_{&descriptor,     this,   &init,    &destroy,   &activate,    &deactivate, &startProcessing,
+             &stopProcessing, &reset, &process, &extension, &onMainThread},
+      host_(host) {}
+
+CLAPPlugin* CLAPPlugin::of(const clap_plugin_t* plugin) QUILLO_REALTIME {
+    return plugin == nullptr ? nullptr : static_cast<CLAPPlugin*>(plugin->plugin_data);
+}
+
+CLAPInstance* CLAPPlugin::instanceOf(const clap_plugin_t* plugin) QUILLO_REALTIME {
+    const auto* self = of(plugin);
+    return self == nullptr ? nullptr : self->instance_.get();
+}
+
+bool CLAPPlugin::init(const clap_plugin_t* plugin) noexcept try {
+    auto* self = of(plugin);
+    if (self == nullptr || self->instance_ != nullptr) {
+        return false;
+    }
+    self->instance_ = std::make_unique<CLAPInstance>(self->host_);
+    return true;
+} catch (...) {
+    return false;
+}
+
+void CLAPPlugin::destroy(const clap_plugin_t* plugin) noexcept {
+    delete of(plugin);
+}
+
+bool CLAPPlugin::activate(const clap_plugin_t* plugin, double sampleRate, std::uint32_t /*shortestBlock*/,
+                          std::uint32_t longestBlock) noexcept {
+    return with(plugin, false, [&](CLAPInstance& instance) {
+        if (auto reason = instance.hosted.activate(sampleRate, longestBlock)) {
+            instance.hosted.tellUser(*std::move(reason));
+            return false;
+        }
+        instance.renderer.activate(sampleRate);
+        of(plugin)->active_ = true;
+        return true;
+    });
+}
+
+void CLAPPlugin::deactivate(const clap_plugin_t* plugin) noexcept {
+    with(plugin, false, [&](CLAPInstance& instance) {
+        of(plugin)->active_ = false;
+        instance.hosted.deactivate();
+        return true;
+    });
+}
+
+bool CLAPPlugin::startProcessing(const clap_plugin_t* plugin) QUILLO_REALTIME {
+    const auto* self = of(plugin);
+    if (self == nullptr || !self->active_) {
+        return false;
+    }
+    self->instance_->renderer.interrupt();
+    return true;
+}
+
+void CLAPPlugin::stopProcessing(const clap_plugin_t* /*plugin*/) QUILLO_REALTIME {}
+
+void CLAPPlugin::reset(const clap_plugin_t* plugin) QUILLO_REALTIME {
+    if (auto* instance = instanceOf(plugin)) {
+        instance->renderer.interrupt();
+    }
+}
+
+clap_process_status CLAPPlugin::process(const clap_plugin_t* plugin,
+                                        const clap_process_t* process) QUILLO_REALTIME {
+    const auto* self = of(plugin);
+    if (self == nullptr || !self->active_ || process == nullptr) {
+        return CLAP_PROCESS_ERROR;
+    }
+    return self->instance_->renderer.process(*process);
+}
+
+const void* CLAPPlugin::extension(const clap_plugin_t* /*plugin*/, const char* name) noexcept {
+    return name == nullptr ? nullptr : tableOf(name);
+}
+
+void CLAPPlugin::onMainThread(const clap_plugin_t* plugin) noexcept {
+    with(plugin, false, [](CLAPInstance& instance) {
+        instance.idle();
+        return true;
+    });
+}
+
+}  // namespace quillo

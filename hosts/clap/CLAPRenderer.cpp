@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/clap/CLAPRenderer.hpp"
+
+#include <span>
+
+#include "hosts/clap/CLAPTransport.hpp"
+#include "hosts/midi/MessageLength.hpp"
+
+namespace quillo {
+
+namespace {
+
+constexpr std::uint16_t port = 0;
+constexpr std::int16_t anyPort = -1;
+constexpr std::uint8_t systemExclusive = 0xF0;
+
+std::uint32_t sizeOf(const clap_input_events_t* events) QUILLO_REALTIME {
+    QUILLO_REALTIME_EXEMPT("the host's own list, made for its audio thread")
+    return events != nullptr && events->size != nullptr && events->get != nullptr ? events->size(events) : 0;
+    QUILLO_REALTIME_EXEMPT_END
+}
+
+const clap_event_header_t* eventOf(const clap_input_events_t* events, std::uint32_t index) QUILLO_REALTIME {
+    QUILLO_REALTIME_EXEMPT("the host's own list, made for its audio thread")
+    return events->get(events, index);
+    QUILLO_REALTIME_EXEMPT_END
+}
+
+/// The whole event; null when it is too short to be of that kind.
+template <class Event>
+const Event* as(const clap_event_header_t& header) QUILLO_REALTIME {
+    return header.size >= sizeof(Event) ? reinterpret_cast<const Event*>(&header) : nullptr;
+}
+
+bool isOurs(std::int16_t portIndex) QUILLO_REALTIME {
+    return portIndex == port || portIndex == anyPort;
+}
+
+}  // namespace
+
+CLAPRenderer::CLAPRenderer(BlockRenderer& renderer, RuleProcessor& processor)
+    : renderer_(renderer), processor_(processor) {
+    renderer_.setAsk(
+        [this](std::uint32_t, std::span<const std::uint8_t>)
+            QUILLO_REALTIME { return !output_.isWaiting(); });
+}
+
+void CLAPRenderer::activate(double sampleRate) {
+    sampleRate_ = sampleRate;
+    interrupt();
+}
+
+clap_process_status CLAPRenderer::process(const clap_process_t& process) QUILLO_REALTIME {
+    follow(process.steady_time, process.frames_count);
+    output_.begin(process.out_events);
+    renderer_.begin(process.frames_count);
+    if (process.transport != nullptr) {
+        tellTransport(0, *process.transport);
+    }
+    takeAll(process.in_events);
+    const auto status = renderer_.end();
+    output_.send(renderer_.outgoing().inTimeOrder());
+    return status == kQuilloErr_FatalError ? CLAP_PROCESS_ERROR : nextStatus();
+}
+
+/// While the plug-in sleeps the transport may go on, or stand, or jump, and nobody tells. Where the host's steady
+/// time shows that it has not slept, it goes on without a gap.
+void CLAPRenderer::follow(std::int64_t steadyTime, std::uint32_t frames) QUILLO_REALTIME {
+    const bool followsOn = steadyTime >= 0 && steadyTime == nextSteadyTime_;
+    if (maySleep_ && !followsOn) {
+        renderer_.loseTransport();
+    }
+    constexpr std::int64_t last = INT64_MAX - UINT32_MAX;
+    nextSteadyTime_ = steadyTime >= 0 && steadyTime <= last ? steadyTime + frames : -1;
+    maySleep_ = false;
+}
+
+void CLAPRenderer::tellTransport(std::uint32_t offset, const clap_event_transport_t& event) QUILLO_REALTIME {
+    const auto told = CLAPTransport::from(event, sampleRate_);
+    if (!told.position) {
+        renderer_.tellTransport(offset, told.flags);
+        return;
+    }
+    if (!told.speed) {
+        renderer_.loseTransport();
+    }
+    renderer_.tellTransport(offset, told.flags, *told.position, told.speed.value_or(0.0));
+}
+
+void CLAPRenderer::takeAll(const clap_input_events_t* events) QUILLO_REALTIME {
+    const auto count = sizeOf(events);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const auto* event = eventOf(events, i);
+        if (event != nullptr && event->space_id == CLAP_CORE_EVENT_SPACE_ID) {
+            take(*event);
+        }
+    }
+}
+
+void CLAPRenderer::take(const clap_event_header_t& event) QUILLO_REALTIME {
+    switch (event.type) {
+    case CLAP_EVENT_NOTE_ON:
+    case CLAP_EVENT_NOTE_OFF:
+    case CLAP_EVENT_NOTE_CHOKE:
+        if (const auto* note = as<clap_event_note_t>(event)) {
+            takeNote(*note);
+        }
+        break;
+    case CLAP_EVENT_NOTE_EXPRESSION:
+        if (const auto* expression = as<clap_event_note_expression_t>(event)) {
+            takeExpression(*expression);
+        }
+        break;
+    case CLAP_EVENT_MIDI:
+        if (const auto* midi = as<clap_event_midi_t>(event)) {
+            takeMIDI(*midi);
+        }
+        break;
+    case CLAP_EVENT_MIDI_SYSEX:
+        if (const auto* sysEx = as<clap_event_midi_sysex_t>(event)) {
+            takeSystemExclusive(*sysEx);
+        }
+        break;
+    case CLAP_EVENT_TRANSPORT:
+        if (const auto* transport = as<clap_event_transport_t>(event)) {
+            tellTransport(event.time, *transport);
+        }
+        break;
+    default: break;
+    }
+}
+
+void CLAPRenderer::takeNote(const clap_event_note_t& event) QUILLO_REALTIME {
+    if (!isOurs(event.port_index)) {
+        return;
+    }
+    auto receive = [&](std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+        renderer_.receive(event.header.time, bytes);
+    };
+    switch (event.header.type) {
+    case CLAP_EVENT_NOTE_ON: notes_.begin(event, receive); break;
+    case CLAP_EVENT_NOTE_OFF: notes_.end(event, receive); break;
+    default: notes_.choke(event, receive); break;
+    }
+}
+
+void CLAPRenderer::takeExpression(const clap_event_note_expression_t& event) QUILLO_REALTIME {
+    if (!isOurs(event.port_index)) {
+        return;
+    }
+    auto receive = [&](std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+        renderer_.receive(event.header.time, bytes);
+    };
+    notes_.express(event, receive);
+}
+
+void CLAPRenderer::takeMIDI(const clap_event_midi_t& event) QUILLO_REALTIME {
+    const auto bytes = std::span(event.data).first(messageLength(event.data[0]));
+    if (event.port_index == port && isCompleteShortMessage(bytes)) {
+        renderer_.receive(event.header.time, bytes);
+    }
+}
+
+void CLAPRenderer::takeSystemExclusive(const clap_event_midi_sysex_t& event) QUILLO_REALTIME {
+    if (event.port_index == port && event.buffer != nullptr && event.size > 0 &&
+        event.buffer[0] == systemExclusive) {
+        renderer_.receive(event.header.time, {event.buffer, event.size});
+    }
+}
+
+/// The plug-in counts as asleep before it is looked whether it may sleep: what is done on the main thread in
+/// between either is seen here, or finds it asleep and wakes it.
+clap_process_status CLAPRenderer::nextStatus() QUILLO_REALTIME {
+    asleep_ = true;
+    if (output_.isWaiting() || processor_.hasWaitingMessages() || processor_.hearsHostTransport()) {
+        asleep_ = false;
+        return CLAP_PROCESS_CONTINUE;
+    }
+    maySleep_ = true;
+    return CLAP_PROCESS_SLEEP;
+}
+
+bool CLAPRenderer::mustBeWoken() {
+    return asleep_ && (processor_.pendingInstantMessages() > 0 || processor_.hearsHostTransport());
+}
+
+}  // namespace quillo

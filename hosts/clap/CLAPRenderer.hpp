@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "hosts/adapter/BlockRenderer.hpp"
+#include "hosts/clap/CLAPHeaders.hpp"
+#include "hosts/clap/CLAPNotes.hpp"
+#include "hosts/clap/CLAPOutput.hpp"
+#include "platform/RealTime.hpp"
+
+namespace quillo {
+
+/// What the host's audio thread runs: a block of CLAP events through the unit.
+///
+/// An event that is shorter than its kind, of a space or a port that is not ours, or no message, is left out;
+/// one whose time lies behind the block or before its forerunner's is moved to the nearest that does not.
+/// [render] unless an operation says otherwise.
+class CLAPRenderer {
+public:
+    /// [main] Both must outlive it.
+    CLAPRenderer(BlockRenderer& renderer, RuleProcessor& processor);
+
+    /// [main, while nothing renders] Blocks come at this rate from now on.
+    void activate(double sampleRate);
+
+    /// The blocks that follow do not join those before, whatever the host's steady time says.
+    void interrupt() QUILLO_REALTIME {
+        maySleep_ = true;
+        nextSteadyTime_ = -1;
+    }
+
+    /// One block. `CLAP_PROCESS_SLEEP` when nothing is left to do before something happens: nothing waits to be
+    /// sent, and no rule waits for the transport, of which a sleeping plug-in hears nothing.
+    clap_process_status process(const clap_process_t& process) QUILLO_REALTIME;
+
+    /// [main] Whether there is something to do that the host cannot know of: a message was sent by hand, or
+    /// rules were installed that wait for the transport, and the last block said that there is nothing.
+    [[nodiscard]] bool mustBeWoken();
+
+private:
+    void follow(std::int64_t steadyTime, std::uint32_t frames) QUILLO_REALTIME;
+    void tellTransport(std::uint32_t offset, const clap_event_transport_t& event) QUILLO_REALTIME;
+    void takeAll(const clap_input_events_t* events) QUILLO_REALTIME;
+    void take(const clap_event_header_t& event) QUILLO_REALTIME;
+    void takeNote(const clap_event_note_t& event) QUILLO_REALTIME;
+    void takeExpression(const clap_event_note_expression_t& event) QUILLO_REALTIME;
+    void takeMIDI(const clap_event_midi_t& event) QUILLO_REALTIME;
+    void takeSystemExclusive(const clap_event_midi_sysex_t& event) QUILLO_REALTIME;
+    clap_process_status nextStatus() QUILLO_REALTIME;
+
+    BlockRenderer& renderer_;
+    RuleProcessor& processor_;
+    CLAPNotes notes_;
+    CLAPOutput output_;
+    double sampleRate_ = 0.0;
+    bool maySleep_ = true;              ///< frames may pass before the next block
+    std::int64_t nextSteadyTime_ = -1;  ///< of the block that would follow the last one; below 0 when unknown
+    std::atomic<bool> asleep_{false};   ///< the last block said that the host may let the plug-in sleep
+};
+
+}  // namespace quillo

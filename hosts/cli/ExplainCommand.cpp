@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/cli/ExplainCommand.hpp"
+
+#include <array>
+#include <ostream>
+#include <vector>
+
+#include "hosts/cli/Arguments.hpp"
+#include "hosts/cli/AskedEventParser.hpp"
+#include "hosts/cli/CommandFailure.hpp"
+#include "hosts/cli/EngineProbe.hpp"
+#include "hosts/cli/EventExplanation.hpp"
+#include "hosts/cli/ExitStatus.hpp"
+#include "hosts/cli/ExplanationText.hpp"
+#include "hosts/cli/InputFiles.hpp"
+#include "hosts/cli/QuotedName.hpp"
+
+namespace quillo {
+
+namespace {
+
+constexpr std::array<Option, 1> options{{{"--preset", true}}};
+
+std::string forms() {
+    return std::string(askedEventForms.substr(0, askedEventForms.size() - 1));
+}
+
+/// All events, so that nothing is explained when one of them is none.
+std::vector<AskedEvent> readEvents(const std::vector<std::string>& texts) {
+    if (texts.empty()) {
+        throw UsageError("explain needs an event to explain\n" + forms());
+    }
+    std::vector<AskedEvent> events;
+    for (const auto& text : texts) {
+        try {
+            events.push_back(parseAskedEvent(text));
+        } catch (const AskedEventError& error) {
+            throw UsageError("event " + std::to_string(events.size() + 1) + ", " + quotedName(text) + ": " +
+                             error.what() + "\n" + forms());
+        }
+    }
+    return events;
+}
+
+}  // namespace
+
+int runExplainCommand(std::span<const std::string> words, const Console& console) {
+    const Arguments arguments(words, options);
+    const auto preset = arguments.text("--preset");
+    if (!preset) {
+        throw UsageError("explain needs a preset: --preset PRESET.json");
+    }
+    const auto events = readEvents(arguments.operands());
+    EngineProbe probe(readPresetInput(*preset, exitBadData).document.data.rules);
+    const char* separator = "";
+    for (const auto& event : events) {
+        console.out << separator << explanationText(probe.rules(), event, explain(probe, event));
+        separator = "\n";
+    }
+    return exitSuccess;
+}
+
+}  // namespace quillo

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "engine/MIDIMessage.hpp"
+#include "hosts/cli/NoteLedger.hpp"
+#include "hosts/cli/RuleAdvice.hpp"
+#include "hosts/cli/TellingEvents.hpp"
+#include "rules/Rule.hpp"
+
+namespace quillo {
+
+/// Finds rules that never send complete messages only. Watches the trials of all telling events.
+class OutputCheck {
+public:
+    explicit OutputCheck(std::size_t ruleCount) : findings_(ruleCount) {}
+
+    void watch(const Trial& trial);
+
+    /// Something incomplete that the rule sent, if it sends such whenever it fires.
+    [[nodiscard]] std::optional<MIDIMessage> incomplete(std::size_t rule) const;
+
+private:
+    struct Finding {
+        std::optional<MIDIMessage> incomplete;
+        bool completeOnce = false;
+    };
+
+    std::vector<Finding> findings_;
+};
+
+/// On a note that the rule starts and leaves.
+[[nodiscard]] std::vector<Advice> adviseOnNotes(std::size_t rule, const NoteLedger& notes);
+
+/// On system-exclusive bytes, and on messages that are not complete.
+[[nodiscard]] std::vector<Advice> adviseOnOutput(const RuleOutputV2& output, std::size_t rule,
+                                                 const OutputCheck& outputs);
+
+}  // namespace quillo

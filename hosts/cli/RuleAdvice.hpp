@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "rules/Rule.hpp"
+
+namespace quillo {
+
+/// Something about a rule that its user may not have meant.
+struct Advice {
+    enum class Kind : std::uint8_t {
+        neverFires,          ///< proven: no event whatever makes the rule fire
+        impossibleNumber,    ///< it waits for a number above 127
+        swallowsAllMIDI,     ///< a host-transport rule that consumes what it does not match
+        neverEndsNotes,      ///< it starts notes, and no rule ends one of them
+        badSystemExclusive,  ///< bytes that do not belong between F0 and F7
+        incompleteOutput,    ///< what it sends is no complete MIDI message
+        notInVST3,           ///< it waits for what a VST3 host does not deliver, or not for certain
+    };
+
+    std::size_t rule = 0;  ///< its position in the list
+    Kind kind = Kind::neverFires;
+    std::string matter;  ///< goes on from the rule's name: "can never fire: ..."
+    std::string wayOut;  ///< a whole sentence
+};
+
+/// All advice on a rule list, in the order of the rules. What it claims is true: it is found by putting events
+/// to the engine. Throws a `FatalError` for rules that no unit can install.
+[[nodiscard]] std::vector<Advice> adviseOn(const std::vector<Rule>& rules);
+
+/// One piece of advice in two lines:
+///
+///     3. "Echo" can never fire: rule 2 "Eat" (Consume matching) swallows every event that it waits for.
+///        Move it above rule 2.
+[[nodiscard]] std::string adviceText(const std::vector<Rule>& rules, const Advice& advice);
+
+}  // namespace quillo

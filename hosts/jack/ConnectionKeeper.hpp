@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "hosts/jack/PortDescription.hpp"
+
+namespace quillo {
+
+/// Decides which ports a client is connected to: those whose full name or alias holds a match of one of the
+/// patterns, and those that it was connected to when the server went. It is asked whenever a port appears, so
+/// that connections come back with their device; what the user disconnects by hand stays so until then.
+///
+/// Ports of the client itself never match. [main]
+class ConnectionKeeper {
+public:
+    /// POSIX extended regular expressions, as JACK's own tools take them. Throws a `UsageError` that names the
+    /// option and the pattern that is none.
+    ConnectionKeeper(const std::vector<std::string>& connectIn, const std::vector<std::string>& connectOut);
+
+    /// The server went while the client's input and output were connected to these ports. They are connected
+    /// again when they appear, each once.
+    void remember(std::vector<std::string> sources, std::vector<std::string> targets);
+
+    /// Whether a port that has appeared shall be connected: to the client's input if it gives MIDI, to its
+    /// output if it takes MIDI.
+    [[nodiscard]] bool takes(const PortDescription& port);
+
+private:
+    struct Side {
+        std::vector<std::regex> patterns;
+        std::set<std::string> remembered;
+    };
+
+    Side sources_;
+    Side targets_;
+};
+
+}  // namespace quillo

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/jack/JackHelpText.hpp"
+
+namespace quillo {
+
+namespace {
+
+constexpr std::string_view usage = "Usage: midi-quillo-jack [OPTIONS]\n";
+
+constexpr std::string_view help = R"(
+MIDI Quillo on its own: a JACK client with one MIDI input ("in") and one MIDI
+output ("MIDIQuillo"), between which the rules work. JACK's transport is the
+transport that rules wait for. The rules are edited in the program's window.
+
+Rules:
+  --preset PRESET.json   take the rules of this preset; without it, those of the
+                         last session come back
+  --history              list the versions of the session's rules, and end
+  --go-back N            take the rules of N versions ago, 1 to 9
+
+Every change is kept in ~/.local/state/midi-quillo/NAME.json within a second or
+two, and the nine versions before it stay beside it; changes within a minute
+are one version. Each of these files is a preset. A preset file itself is
+never changed: export the rules for that.
+
+Connections:
+  --connect-in PATTERN   connect every port that matches to the input, now and
+                         whenever it appears; may be given several times
+  --connect-out PATTERN  the same for ports that the output is sent to
+  PATTERN is a regular expression that matches anywhere in a port's full name
+  or alias; jack_lsp -A lists these. Rules that wait for being loaded send to
+  the ports connected so, for others come too late.
+
+JACK:
+  --server NAME          the server (that of JACK_DEFAULT_SERVER, or "default")
+  --start-server         start the server if it is not running, as ~/.jackdrc
+                         says
+  --wait                 wait for a server if none is running; with a window the
+                         program always does
+  --name NAME            the client's name, and the session's (midi-quillo)
+
+A server that ends is waited for; rules and connections stay. A second program
+of the same name is told apart by JACK, and has a session of its own.
+
+Other:
+  --no-window            run without a window; no display is needed
+  --log                  print every event that comes in and goes out, with its
+                         time in samples
+  --help, --version      this text; the program's version
+
+SIGHUP reads the preset again, SIGINT and SIGTERM end the program.
+
+Examples:
+  midi-quillo-jack
+  midi-quillo-jack --connect-in 'Stage Piano' --connect-out 'fluidsynth'
+  midi-quillo-jack --no-window --wait --preset stage.json
+  midi-quillo-jack --go-back 1
+  pw-jack midi-quillo-jack
+
+Exit status: 0 all went well; 64 wrong arguments; 65 damaged preset; 66 preset
+cannot be read; 69 no JACK server or no display; 70 fatal error.
+)";
+
+}  // namespace
+
+std::string_view jackUsage() {
+    return usage;
+}
+
+std::string_view jackHelp() {
+    return help.substr(1);
+}
+
+std::string howToGetAServer() {
+    return "\nStart one, for instance with qjackctl or"
+           "\n    jackd -d alsa"
+           "\nor let this program do it, as ~/.jackdrc says:"
+           "\n    midi-quillo-jack --start-server"
+           "\nWhere PipeWire runs, start the program by"
+           "\n    pw-jack midi-quillo-jack\n";
+}
+
+}  // namespace quillo

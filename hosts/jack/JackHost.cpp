@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/jack/JackHost.hpp"
+
+#include <chrono>
+#include <cstdlib>
+#include <exception>
+
+#include "hosts/cli/CommandFailure.hpp"
+#include "hosts/cli/ExitStatus.hpp"
+#include "hosts/cli/InputFiles.hpp"
+#include "hosts/jack/JackHelpText.hpp"
+#include "platform/FatalError.hpp"
+
+namespace quillo {
+
+namespace {
+
+SessionKeeper::Time now() {
+    return std::chrono::steady_clock::now();
+}
+
+/// Puts a preset file's rules into the unit. Throws a `CommandFailure`.
+void usePreset(HostedUnit& hosted, const std::string& file) {
+    const auto preset = readPresetInput(file, exitBadData);
+    if (const auto problem = hosted.restore(preset.bytes)) {
+        throw CommandFailure(exitBadData, file + ": " + *problem);
+    }
+}
+
+}  // namespace
+
+JackHost::JackHost(const JackOptions& options, const Console& console, EventLoop& loop,
+                   SignalDescriptor& signals)
+    : options_(options),
+      loop_(loop),
+      signals_(signals),
+      messages_(console.err, hosted_),
+      session_(stateFolder(std::getenv("XDG_STATE_HOME"), std::getenv("HOME")), options.name, hosted_,
+               messages_),
+      logs_(console.out),
+      link_(hosted_, messages_, {options.server, options.name, options.startServer},
+            ConnectionKeeper(options.connectIn, options.connectOut)) {
+    hosted_.setOnEdit([this] { ruleEdited(); });
+}
+
+JackHost::~JackHost() = default;
+
+void JackHost::loadRules() {
+    if (options_.preset) {
+        usePreset(hosted_, *options_.preset);
+    } else if (options_.goBack > 0) {
+        session_.goBack(options_.goBack);
+    } else {
+        session_.load();
+    }
+}
+
+void JackHost::start() {
+    if (options_.log) {
+        logs_.listenTo(hosted_.unit());
+    }
+    loop_.watch(signals_.number(), [this] { takeSignals(); });
+    loop_.watch(link_.descriptor(), [this] { link_.takeNews(); });
+    loop_.setTick([this] { tick(); });
+    try {
+        link_.connect();
+    } catch (const ServerFailure& failure) {
+        const bool mayWait = failure.noServer() && (options_.window || options_.wait);
+        if (!mayWait) {
+            throw CommandFailure(exitUnavailable, failure.what() + howToGetAServer());
+        }
+        link_.waitForServer(failure.what() + (options_.wait ? std::string("\n") : howToGetAServer()) +
+                            "MIDI Quillo waits, and goes on as soon as a server is there.");
+    }
+}
+
+void JackHost::takeSignals() {
+    while (const auto signal = signals_.take()) {
+        if (*signal == SIGHUP) {
+            reloadPreset();
+        } else {
+            loop_.quit(exitSuccess);
+        }
+    }
+}
+
+void JackHost::reloadPreset() {
+    if (!options_.preset) {
+        messages_.say("there is no preset to read again: the program was started without --preset");
+        return;
+    }
+    try {
+        usePreset(hosted_, *options_.preset);
+        messages_.say(*options_.preset + ": read again");
+    } catch (const std::exception& error) {
+        messages_.warn(std::string(error.what()) + "\nThe rules stay as they are.");
+    }
+}
+
+void JackHost::ruleEdited() {
+    session_.changed(now());
+    if (options_.preset && !editTold_) {
+        editTold_ = true;
+        if (const auto file = session_.file()) {
+            messages_.say("the edited rules are kept in " + file->string() + "; " + *options_.preset +
+                          " stays as it is");
+        }
+    }
+}
+
+void JackHost::tick() {
+    hosted_.drain();
+    link_.tick();
+    session_.keepUp(now());
+    logs_.print();
+    endOnFatalError();
+}
+
+void JackHost::endOnFatalError() {
+    if (const auto text = hosted_.unit().processor->fatalErrors.text()) {
+        messages_.say(*text);
+        loop_.quit(exitFatal);
+    }
+}
+
+void JackHost::finish() {
+    session_.keepNow(now());
+    signals_.release();
+    link_.disconnect();
+    logs_.print();
+}
+
+std::string JackHost::title() const {
+    if (!link_.isConnected()) {
+        return "MIDI Quillo (no JACK server)";
+    }
+    const auto client = link_.clientName();
+    return client == JackOptions().name ? "MIDI Quillo" : "MIDI Quillo (" + client + ")";
+}
+
+}  // namespace quillo

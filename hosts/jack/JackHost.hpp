@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <csignal>
+#include <functional>
+#include <initializer_list>
+#include <string>
+
+#include "hosts/adapter/HostedUnit.hpp"
+#include "hosts/cli/Console.hpp"
+#include "hosts/jack/EventLoop.hpp"
+#include "hosts/jack/JackOptions.hpp"
+#include "hosts/jack/LogPrinter.hpp"
+#include "hosts/jack/ServerLink.hpp"
+#include "hosts/jack/SessionRules.hpp"
+#include "hosts/jack/SignalDescriptor.hpp"
+#include "hosts/jack/UserMessages.hpp"
+
+namespace quillo {
+
+/// The program but for its window: a unit between two MIDI ports of a JACK server, whose rules outlive the
+/// program. Order: make it, `loadRules`, make the view if there is a window, `start`, run the loop, `finish`.
+/// [main]
+class JackHost {
+public:
+    /// `signals` are `ownSignals`. All must outlive it. Throws a `UsageError` for patterns that
+    /// are none.
+    JackHost(const JackOptions& options, const Console& console, EventLoop& loop, SignalDescriptor& signals);
+    ~JackHost();
+    JackHost(const JackHost&) = delete;
+    JackHost& operator=(const JackHost&) = delete;
+
+    /// What the program takes as wishes: to end (SIGINT, SIGTERM), to read the preset again (SIGHUP).
+    static constexpr std::initializer_list<int> ownSignals{SIGINT, SIGTERM, SIGHUP};
+
+    /// Throws a `CommandFailure` for a preset, or a version asked for, that cannot be used.
+    void loadRules();
+
+    /// Makes the link to the server. When there is none, waits for one if there is a window or the user said
+    /// so, else throws a `CommandFailure`.
+    void start();
+
+    /// Reads the preset again; one that cannot be used leaves the rules as they are.
+    void reloadPreset();
+
+    /// Saves the rules and leaves the server. From here on a signal ends the program at once: a server that hangs
+    /// must not keep it.
+    void finish();
+
+    [[nodiscard]] HostedUnit& hosted() { return hosted_; }
+
+    /// What the window's title should be.
+    [[nodiscard]] std::string title() const;
+    /// `callback` runs whenever the title has changed.
+    void setOnTitle(std::function<void()> callback) { link_.setOnChange(std::move(callback)); }
+
+private:
+    void ruleEdited();
+    void tick();
+    void takeSignals();
+    void endOnFatalError();
+
+    const JackOptions options_;
+    EventLoop& loop_;
+    SignalDescriptor& signals_;
+    HostedUnit hosted_;
+    UserMessages messages_;
+    SessionRules session_;
+    LogPrinter logs_;
+    ServerLink link_;
+    bool editTold_ = false;  ///< whether the user knows where edits of a preset are kept
+};
+
+}  // namespace quillo

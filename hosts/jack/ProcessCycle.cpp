@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/jack/ProcessCycle.hpp"
+
+#include <algorithm>
+
+namespace quillo {
+
+ProcessCycle::ProcessCycle(BlockRenderer& renderer) : renderer_(renderer) {
+    renderer_.setAsk([this](std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+        return tryWrite(offset, bytes);
+    });
+}
+
+ProcessCycle::~ProcessCycle() {
+    renderer_.setAsk({});
+}
+
+void ProcessCycle::run(std::uint32_t frames, const ServerTransport& transport, const MIDIInputPort& in,
+                       MIDIOutputPort& out) QUILLO_REALTIME {
+    out.clear();
+    if (isHeld()) {
+        return;
+    }
+    out_ = &out;
+    lastWritten_ = 0;
+    renderer_.begin(frames);
+    renderer_.tellTransport(0, transport.isRolling ? AUHostTransportStateMoving : 0,
+                            static_cast<double>(transport.frame));
+    receive(in);
+    // The status needs no answer of its own: refused messages are counted, and a fatal error waits in its slot.
+    static_cast<void>(renderer_.end());
+    if (!renderer_.outgoing().cameInTimeOrder()) {
+        writeInTimeOrder();
+    }
+    out_ = nullptr;
+}
+
+bool ProcessCycle::isHeld() QUILLO_REALTIME {
+    auto left = cyclesToHold_.load();
+    if (left == 0) {
+        return false;
+    }
+    if (left != forever) {
+        cyclesToHold_.compare_exchange_strong(left, left - 1);
+    }
+    return true;
+}
+
+void ProcessCycle::receive(const MIDIInputPort& in) QUILLO_REALTIME {
+    assembler_.beginCycle();
+    lost_ += in.lost();
+    for (std::uint32_t index = 0; index < in.size(); ++index) {
+        const auto event = in.event(index);
+        auto deliver = [&](std::span<const std::uint8_t> message) QUILLO_REALTIME {
+            renderer_.receive(event.offset, message);
+        };
+        assembler_.take(event.bytes, deliver);
+    }
+}
+
+bool ProcessCycle::tryWrite(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    const auto time = std::max(offset, lastWritten_);
+    if (!out_->tryWrite(time, bytes)) {
+        ++refused_;
+        return false;
+    }
+    lastWritten_ = time;
+    return true;
+}
+
+void ProcessCycle::writeInTimeOrder() QUILLO_REALTIME {
+    out_->clear();
+    for (const auto& message : renderer_.outgoing().inTimeOrder()) {
+        if (!out_->tryWrite(message.offset, message.bytes)) {
+            ++refused_;
+        }
+    }
+}
+
+}  // namespace quillo

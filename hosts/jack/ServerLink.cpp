@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/jack/ServerLink.hpp"
+
+#include <utility>
+
+#include "hosts/jack/EventLoop.hpp"
+
+namespace quillo {
+
+namespace {
+
+constexpr auto gone =
+    "The JACK server has ended, or dropped this program. The rules stay; MIDI goes on as soon as it is back.";
+
+std::string counted(std::uint64_t count, const std::string& what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+std::uint64_t sinceLastTold(std::uint64_t& told, std::uint64_t count) {
+    return count - std::exchange(told, count);
+}
+
+}  // namespace
+
+ServerLink::ServerLink(HostedUnit& hosted, UserMessages& messages, JackClient::Request request,
+                       ConnectionKeeper connections)
+    : hosted_(hosted),
+      messages_(messages),
+      request_(std::move(request)),
+      connections_(std::move(connections)),
+      cycle_(hosted.renderer()) {}
+
+ServerLink::~ServerLink() {
+    disconnect();
+}
+
+void ServerLink::connect() {
+    try {
+        makeClient();
+    } catch (...) {
+        client_.reset();
+        request_.startServer = false;
+        throw;
+    }
+    request_.startServer = false;
+    returns_ = true;
+    messages_.takeBack(alert_);
+    onChange_();
+}
+
+void ServerLink::makeClient() {
+    static_cast<void>(news_.take());
+    client_ = std::make_unique<JackClient>(request_, cycle_, news_);
+    activateUnit();
+    client_->activate();
+    client_->describe();
+    tellOfClient();
+    for (const auto& port : client_->ports()) {
+        connectIfWanted(port);
+    }
+    cycle_.release();
+}
+
+void ServerLink::tellOfClient() {
+    const auto name = client_->name();
+    const auto taken = name == request_.name ? "" : " (\"" + request_.name + "\" is taken)";
+    messages_.say(std::string(returns_ ? "back on" : "on") + " the JACK server \"" +
+                  JackClient::serverName(request_) + "\" as \"" + name + "\"" + taken + ", " +
+                  std::to_string(client_->sampleRate()) + " Hz, " + counted(client_->bufferSize(), "frame") +
+                  " a cycle");
+}
+
+void ServerLink::activateUnit() {
+    if (const auto problem = hosted_.activate(client_->sampleRate(), client_->bufferSize())) {
+        throw ServerFailure(*problem, false);
+    }
+}
+
+void ServerLink::connectIfWanted(const PortDescription& port) {
+    if (connections_.takes(port) && client_->connect(port)) {
+        messages_.say(port.givesMIDI ? "hears " + port.name : "sends to " + port.name);
+    }
+}
+
+void ServerLink::disconnect() {
+    client_.reset();
+    hosted_.deactivate();
+}
+
+void ServerLink::takeNews() {
+    const auto news = news_.take();
+    if (!client_) {
+        return;
+    }
+    if (news.isGone) {
+        serverIsGone();
+        return;
+    }
+    if (news.formatChanged) {
+        formatHasChanged();
+    }
+    for (const auto number : news.newPorts) {
+        if (const auto port = client_->port(number)) {
+            connectIfWanted(*port);
+        }
+    }
+}
+
+void ServerLink::formatHasChanged() {
+    try {
+        activateUnit();
+    } catch (const ServerFailure& failure) {
+        messages_.warn(failure.what());
+    }
+}
+
+void ServerLink::serverIsGone() {
+    connections_.remember(std::move(noted_.sources), std::move(noted_.targets));
+    noted_ = {};
+    seen_ = {};
+    disconnect();
+    waitForServer(gone);
+    onChange_();
+}
+
+void ServerLink::waitForServer(const std::string& reason) {
+    alert_ = reason;
+    messages_.warn(reason);
+}
+
+void ServerLink::tick() {
+    if (++ticks_ % EventLoop::ticksPerSecond != 0) {
+        return;
+    }
+    tellOfLosses();
+    if (client_) {
+        noteConnections();
+    } else {
+        tryToReturn();
+    }
+}
+
+/// What a server takes down while it ends is no wish of the user's: so what counts is how things stood a second ago.
+void ServerLink::noteConnections() {
+    noted_ = std::exchange(seen_, client_->connections());
+}
+
+void ServerLink::tryToReturn() {
+    try {
+        connect();
+        toldFailure_.clear();
+    } catch (const ServerFailure& failure) {
+        if (!failure.noServer() && toldFailure_ != failure.what()) {
+            toldFailure_ = failure.what();
+            messages_.say(toldFailure_);
+        }
+    }
+}
+
+void ServerLink::tellOfLosses() {
+    if (const auto refused = sinceLastTold(toldRefused_, cycle_.refused())) {
+        messages_.say("the output port was full: " + counted(refused, "message") +
+                      " refused, and what stood behind in these cycles left out");
+    }
+    if (const auto lost = sinceLastTold(toldLost_, cycle_.lost())) {
+        messages_.say("the input port was full: " + counted(lost, "message") + " lost");
+    }
+}
+
+}  // namespace quillo

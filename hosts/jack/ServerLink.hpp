@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "hosts/adapter/HostedUnit.hpp"
+#include "hosts/jack/ConnectionKeeper.hpp"
+#include "hosts/jack/JackClient.hpp"
+#include "hosts/jack/ProcessCycle.hpp"
+#include "hosts/jack/ServerNews.hpp"
+#include "hosts/jack/UserMessages.hpp"
+
+namespace quillo {
+
+/// A unit's link to a JACK server that may end and come back: the client while there is one, what the server
+/// tells, and the connections that shall hold. The user is told of each turn. [main]
+class ServerLink {
+public:
+    ServerLink(HostedUnit& hosted, UserMessages& messages, JackClient::Request request,
+               ConnectionKeeper connections);
+    /// Leaves the server.
+    ~ServerLink();
+    ServerLink(const ServerLink&) = delete;
+    ServerLink& operator=(const ServerLink&) = delete;
+
+    /// Makes the link and lets the unit run, with its connections made before its first cycle. Only the first
+    /// time a server is started. Throws a `ServerFailure`.
+    void connect();
+    void disconnect();
+
+    /// The user shall know that, and why, the program waits for a server, for as long as it does.
+    void waitForServer(const std::string& reason);
+
+    [[nodiscard]] bool isConnected() const { return client_ != nullptr; }
+    /// The client's name if there is one.
+    [[nodiscard]] std::string clientName() const { return client_ ? client_->name() : ""; }
+
+    /// Can be read when `takeNews` has something to do.
+    [[nodiscard]] int descriptor() const { return news_.descriptor(); }
+    void takeNews();
+
+    /// To be called `EventLoop::ticksPerSecond` times a second: looks once a second whether a server that went
+    /// is back, tells of messages that were refused or lost, and notes the connections.
+    void tick();
+
+    /// `callback` runs when the link was made or lost.
+    void setOnChange(std::function<void()> callback) { onChange_ = std::move(callback); }
+
+private:
+    void makeClient();
+    void tellOfClient();
+    void activateUnit();
+    void connectIfWanted(const PortDescription& port);
+    void formatHasChanged();
+    void serverIsGone();
+    void tryToReturn();
+    void tellOfLosses();
+    void noteConnections();
+
+    HostedUnit& hosted_;
+    UserMessages& messages_;
+    JackClient::Request request_;
+    ConnectionKeeper connections_;
+    std::function<void()> onChange_ = [] {};
+    ServerNews news_;
+    ProcessCycle cycle_;
+    std::unique_ptr<JackClient> client_;  ///< null while there is no server
+    bool returns_ = false;                ///< whether there was a link before
+    std::string alert_;                   ///< why the program waits
+    std::string toldFailure_;             ///< why a server does not take us back, as far as the user knows
+    JackClient::Connections seen_;        ///< the connections at the last look, once a second
+    JackClient::Connections noted_;       ///< those of the look before
+    std::uint64_t ticks_ = 0;
+    std::uint64_t toldRefused_ = 0;
+    std::uint64_t toldLost_ = 0;
+};
+
+}  // namespace quillo

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/jack/SessionKeeper.hpp"
+
+#include <exception>
+#include <utility>
+
+namespace quillo {
+
+SessionKeeper::SessionKeeper(SessionFiles files, std::function<Data()> read)
+    : files_(std::move(files)), read_(std::move(read)) {}
+
+void SessionKeeper::changed(Time now) {
+    if (!firstUnsaved_) {
+        firstUnsaved_ = now;
+    }
+    lastChange_ = now;
+    failed_ = false;
+}
+
+std::optional<std::string> SessionKeeper::keepUp(Time now) {
+    const bool isDue =
+        firstUnsaved_ && (now - lastChange_ >= restBeforeSaving || now - *firstUnsaved_ >= longestUnsaved);
+    return isDue && !failed_ ? keepNow(now) : std::nullopt;
+}
+
+std::optional<std::string> SessionKeeper::keepNow(Time now) try {
+    if (firstUnsaved_) {
+        save(now);
+        firstUnsaved_.reset();
+    }
+    return std::nullopt;
+} catch (const std::exception& error) {
+    failed_ = true;
+    return std::string("The rules cannot be saved: ") + error.what();
+}
+
+void SessionKeeper::save(Time now) {
+    auto document = read_();
+    if (saved_ == document) {
+        return;
+    }
+    if (versionBegan_ && now - *versionBegan_ < versionSpan) {
+        files_.replaceNewest(document);
+    } else {
+        files_.add(document);
+        versionBegan_ = now;
+    }
+    saved_ = std::move(document);
+}
+
+}  // namespace quillo

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "hosts/jack/SessionFiles.hpp"
+#include "platform/StateDictionary.hpp"
+
+namespace quillo {
+
+/// Saves a session's rules soon after each change. Changes that follow each other within `versionSpan` are one
+/// version, so that the ten versions reach further back than ten turns of a wheel; the first change of a run
+/// always begins a new one. Time is the caller's. [main]
+class SessionKeeper {
+public:
+    using Time = std::chrono::steady_clock::time_point;
+
+    static constexpr std::chrono::milliseconds restBeforeSaving{500};
+    static constexpr std::chrono::seconds longestUnsaved{2};
+    static constexpr std::chrono::minutes versionSpan{1};
+
+    /// `read` gives the rules as they are.
+    SessionKeeper(SessionFiles files, std::function<Data()> read);
+
+    [[nodiscard]] const SessionFiles& files() const { return files_; }
+
+    /// The rules have changed.
+    void changed(Time now);
+
+    /// To be called often: saves when the last change is `restBeforeSaving` old, or the first `longestUnsaved`.
+    /// Says why it could not be done; it is tried again after the next change.
+    [[nodiscard]] std::optional<std::string> keepUp(Time now);
+
+    /// Saves now what is not saved.
+    [[nodiscard]] std::optional<std::string> keepNow(Time now);
+
+private:
+    void save(Time now);
+
+    SessionFiles files_;
+    std::function<Data()> read_;
+    std::optional<Data> saved_;         ///< what the newest version holds, once it is ours
+    std::optional<Time> versionBegan_;  ///< when the newest version was begun, if in this run
+    std::optional<Time> firstUnsaved_;
+    Time lastChange_;
+    bool failed_ = false;
+};
+
+}  // namespace quillo

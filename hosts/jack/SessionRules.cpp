@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/jack/SessionRules.hpp"
+
+#include <array>
+#include <ctime>
+#include <utility>
+
+#include "hosts/cli/CommandFailure.hpp"
+#include "hosts/cli/ExitStatus.hpp"
+#include "platform/AtomicFile.hpp"
+
+namespace quillo {
+
+namespace {
+
+std::string localTime(std::chrono::system_clock::time_point time) {
+    const auto seconds = std::chrono::system_clock::to_time_t(time);
+    std::tm parts{};
+    std::array<char, 32> text{};
+    ::localtime_r(&seconds, &parts);
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M", &parts)};
+}
+
+std::string rulesIn(const SessionFiles::Version& version) {
+    return std::to_string(version.rules) + (version.rules == 1 ? " rule" : " rules");
+}
+
+}  // namespace
+
+SessionRules::SessionRules(std::optional<std::filesystem::path> folder, const std::string& name,
+                           HostedUnit& hosted, UserMessages& messages)
+    : hosted_(hosted), messages_(messages) {
+    if (!folder) {
+        messages_.warn("Neither XDG_STATE_HOME nor HOME is set: changed rules are not kept.");
+        return;
+    }
+    try {
+        claim(*folder, name);
+    } catch (const FileError& error) {
+        messages_.warn(std::string("Changed rules are not kept: ") + error.what());
+    }
+}
+
+void SessionRules::claim(const std::filesystem::path& folder, const std::string& name) {
+    auto session = name;
+    for (int number = 2; !lock_; ++number) {
+        SessionFiles files(folder, session);
+        files.makeFolder();
+        lock_ = SessionLock::tryTake(files.lockFile());
+        if (lock_) {
+            keeper_.emplace(std::move(files), [this] { return hosted_.save(); });
+        } else {
+            session = name + "-" + std::to_string(number);
+        }
+    }
+    if (session != name) {
+        messages_.say("another \"" + name + "\" is running; this one keeps its rules as \"" + session + "\"");
+    }
+}
+
+std::optional<std::filesystem::path> SessionRules::file() const {
+    return keeper_ ? std::optional(keeper_->files().file(0)) : std::nullopt;
+}
+
+void SessionRules::load() {
+    if (!keeper_) {
+        return;
+    }
+    bool damaged = false;
+    for (const auto& version : keeper_->files().versions()) {
+        if (tryToUse(version)) {
+            if (damaged) {
+                messages_.warn("The rules are those of " + localTime(version.saved) + ", from " +
+                               version.file.string() + ".");
+            }
+            return;
+        }
+        damaged = true;
+    }
+    if (damaged) {
+        messages_.warn("No version of the last session's rules can be used: there are no rules now.");
+    }
+}
+
+bool SessionRules::tryToUse(const SessionFiles::Version& version) {
+    auto problem = version.problem;
+    if (problem.empty()) {
+        problem = hosted_.restore(version.document).value_or("");
+    }
+    if (!problem.empty()) {
+        messages_.warn("The last session's rules in " + version.file.string() +
+                       " cannot be used: " + problem);
+    }
+    return problem.empty();
+}
+
+void SessionRules::goBack(std::size_t versions) {
+    if (!keeper_) {
+        throw CommandFailure(exitNoInput, "there is no session to go back in");
+    }
+    for (const auto& version : keeper_->files().versions()) {
+        if (version.age != versions) {
+            continue;
+        }
+        if (!tryToUse(version)) {
+            throw CommandFailure(exitBadData, "--history lists the versions that can be used");
+        }
+        changed(SessionKeeper::Time{});
+        return;
+    }
+    throw CommandFailure(exitNoInput, keeper_->files().file(versions).string() +
+                                          ": there is no such version; --history lists them");
+}
+
+void SessionRules::changed(SessionKeeper::Time now) {
+    if (keeper_) {
+        keeper_->changed(now);
+    }
+}
+
+void SessionRules::keepUp(SessionKeeper::Time now) {
+    if (keeper_) {
+        tell(keeper_->keepUp(now));
+    }
+}
+
+void SessionRules::keepNow(SessionKeeper::Time now) {
+    if (keeper_) {
+        tell(keeper_->keepNow(now));
+    }
+}
+
+void SessionRules::tell(const std::optional<std::string>& problem) {
+    if (problem) {
+        messages_.warn(*problem);
+    }
+}
+
+std::string historyText(const SessionFiles& files) {
+    std::string text;
+    for (const auto& version : files.versions()) {
+        text += (version.age == 0 ? "    newest" : "--go-back " + std::to_string(version.age)) + "   " +
+                localTime(version.saved) + "   " +
+                (version.problem.empty() ? rulesIn(version) : "damaged: " + version.problem) + "   " +
+                version.file.string() + '\n';
+    }
+    return text.empty() ? "No rules have been kept yet.\n" : text;
+}
+
+}  // namespace quillo

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+#include "hosts/adapter/HostedUnit.hpp"
+#include "hosts/jack/SessionKeeper.hpp"
+#include "hosts/jack/SessionLock.hpp"
+#include "hosts/jack/UserMessages.hpp"
+
+namespace quillo {
+
+/// The rules of a unit that outlive the program. A second program of the same name has a session of its own:
+/// "NAME-2". Without a place to keep them the rules still run; the user is told. [main]
+class SessionRules {
+public:
+    /// `folder` is nothing when there is no place.
+    SessionRules(std::optional<std::filesystem::path> folder, const std::string& name, HostedUnit& hosted,
+                 UserMessages& messages);
+
+    /// Puts the last session's rules into the unit; when its newest version cannot be used, the newest that can.
+    /// A first session leaves the unit as it is.
+    void load();
+
+    /// Puts those of this many versions ago into the unit; they become the newest. Throws a `CommandFailure`
+    /// when they are not there or cannot be used.
+    void goBack(std::size_t versions);
+
+    /// The user has edited the rules.
+    void changed(SessionKeeper::Time now);
+    /// To be called often: saves what changed.
+    void keepUp(SessionKeeper::Time now);
+    /// Saves at the end.
+    void keepNow(SessionKeeper::Time now);
+
+    /// Where the rules are kept; nothing when they are not.
+    [[nodiscard]] std::optional<std::filesystem::path> file() const;
+
+private:
+    void claim(const std::filesystem::path& folder, const std::string& name);
+    bool tryToUse(const SessionFiles::Version& version);
+    void tell(const std::optional<std::string>& problem);
+
+    HostedUnit& hosted_;
+    UserMessages& messages_;
+    std::optional<SessionLock> lock_;
+    std::optional<SessionKeeper> keeper_;
+};
+
+/// Every version of a session's rules, a line each: how far back, when it was saved, and what it holds.
+[[nodiscard]] std::string historyText(const SessionFiles& files);
+
+}  // namespace quillo

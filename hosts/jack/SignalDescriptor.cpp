@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/jack/SignalDescriptor.hpp"
+
+#include <pthread.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace quillo {
+
+namespace {
+
+sigset_t maskForChildren;
+
+/// A browser or a server that is started from here must not inherit what is blocked here.
+void unblockInChildren(const sigset_t& mask) {
+    maskForChildren = mask;
+    static const int registered =
+        ::pthread_atfork(nullptr, nullptr, [] { ::pthread_sigmask(SIG_SETMASK, &maskForChildren, nullptr); });
+    static_cast<void>(registered);
+}
+
+}  // namespace
+
+SignalDescriptor::SignalDescriptor(std::initializer_list<int> signals) {
+    sigset_t set;
+    sigemptyset(&set);
+    for (const int signal : signals) {
+        sigaddset(&set, signal);
+    }
+    descriptor_ = Descriptor(::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK));
+    if (!descriptor_.isOpen()) {
+        throw std::system_error(errno, std::generic_category(), "no signal descriptor");
+    }
+    ::pthread_sigmask(SIG_BLOCK, &set, &before_);
+    unblockInChildren(before_);
+}
+
+SignalDescriptor::~SignalDescriptor() {
+    release();
+}
+
+void SignalDescriptor::release() {
+    ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+}
+
+std::optional<int> SignalDescriptor::take() const {
+    signalfd_siginfo info{};
+    if (::read(number(), &info, sizeof info) != static_cast<ssize_t>(sizeof info)) {
+        return std::nullopt;
+    }
+    return static_cast<int>(info.ssi_signo);
+}
+
+}  // namespace quillo

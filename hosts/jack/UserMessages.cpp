@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/jack/UserMessages.hpp"
+
+#include <ostream>
+
+namespace quillo {
+
+void UserMessages::say(const std::string& text) {
+    err_ << "midi-quillo-jack: " << text << std::endl;
+}
+
+void UserMessages::warn(const std::string& text) {
+    say(text);
+    hosted_.tellUser(text);
+}
+
+void UserMessages::takeBack(const std::string& text) {
+    hosted_.mainQueue().async([model = hosted_.controller().model(), text] {
+        if (model->alertErrorMessage() == text) {
+            model->dismissAlert();
+        }
+    });
+}
+
+}  // namespace quillo

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <iosfwd>
+#include <string>
+
+#include "hosts/adapter/HostedUnit.hpp"
+
+namespace quillo {
+
+/// What the program tells its user while it runs. [main]
+class UserMessages {
+public:
+    UserMessages(std::ostream& err, HostedUnit& hosted) : err_(err), hosted_(hosted) {}
+
+    /// A line on the error stream.
+    void say(const std::string& text);
+
+    /// The same, and an alert in the editor: for what must not be overlooked.
+    void warn(const std::string& text);
+
+    /// Takes the alert away if it still is this one: it is true no more.
+    void takeBack(const std::string& text);
+
+private:
+    std::ostream& err_;
+    HostedUnit& hosted_;
+};
+
+}  // namespace quillo

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/lv2/LV2Instance.hpp"
+
+#include <utility>
+
+namespace quillo {
+
+namespace {
+
+/// Hosts need not say how long their blocks get, and nothing depends on it.
+constexpr std::uint32_t longestBlock = 8192;
+
+constexpr std::uint32_t inPort = 0;
+constexpr std::uint32_t outPort = 1;
+constexpr std::uint32_t firstAudioPort = 2;
+
+}  // namespace
+
+LV2Instance::LV2Instance(double sampleRate, LV2_URID_Map& map)
+    : sampleRate_(sampleRate),
+      ids_(map),
+      unit_(HostTransport(LV2Renderer::tolerance)),
+      renderer_(unit_.renderer(), ids_) {
+    hosted = &unit_;
+    unit_.setOnEdit([this] { renderer_.announceEdit(); });
+}
+
+void LV2Instance::connect(std::uint32_t port, void* data) QUILLO_REALTIME {
+    switch (port) {
+    case inPort: in_ = static_cast<const LV2_Atom_Sequence*>(data); break;
+    case outPort: out_ = static_cast<LV2_Atom_Sequence*>(data); break;
+    default: audio_.connect(port - firstAudioPort, static_cast<float*>(data)); break;
+    }
+}
+
+void LV2Instance::activate() {
+    if (auto reason = unit_.activate(sampleRate_, longestBlock)) {
+        unit_.tellUser(*std::move(reason));
+        return;
+    }
+    renderer_.interrupt();
+    active_ = true;
+}
+
+void LV2Instance::deactivate() {
+    active_ = false;
+    unit_.deactivate();
+}
+
+void LV2Instance::run(std::uint32_t frames) QUILLO_REALTIME {
+    if (active_) {
+        renderer_.render(in_, out_, frames);
+    } else {
+        renderer_.renderNothing(out_);
+    }
+    audio_.copy(frames);
+}
+
+}  // namespace quillo

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "hosts/adapter/HostedUnit.hpp"
+#include "hosts/lv2/LV2AudioPorts.hpp"
+#include "hosts/lv2/LV2InstanceAccess.hpp"
+#include "hosts/lv2/LV2Renderer.hpp"
+#include "hosts/lv2/LV2URIDs.hpp"
+#include "platform/RealTime.hpp"
+
+namespace quillo {
+
+/// An instance of the plug-in, from the host's `instantiate` to its `cleanup`. The host's handle points to
+/// the part that the editor's binary knows.
+class LV2Instance : private LV2InstanceAccess {
+public:
+    /// [main] Throws what `HostedUnit` throws.
+    LV2Instance(double sampleRate, LV2_URID_Map& map);
+    LV2Instance(const LV2Instance&) = delete;
+    LV2Instance& operator=(const LV2Instance&) = delete;
+
+    [[nodiscard]] LV2_Handle handle() { return static_cast<LV2InstanceAccess*>(this); }
+
+    /// The instance of a handle; null when the handle is. [any]
+    [[nodiscard]] static LV2Instance* of(LV2_Handle handle) QUILLO_REALTIME {
+        return static_cast<LV2Instance*>(static_cast<LV2InstanceAccess*>(handle));
+    }
+
+    /// [render] Null takes the port away. A port that there is not is left alone.
+    void connect(std::uint32_t port, void* data) QUILLO_REALTIME;
+
+    /// [main] What waits to be sent still does after the plug-in was inactive, and the on-load rules do not
+    /// fire anew.
+    void activate();
+    void deactivate();
+
+    /// [render]
+    void run(std::uint32_t frames) QUILLO_REALTIME;
+
+    [[nodiscard]] HostedUnit& hostedUnit() { return unit_; }
+    [[nodiscard]] const LV2URIDs& ids() const { return ids_; }
+
+private:
+    double sampleRate_;
+    LV2URIDs ids_;
+    HostedUnit unit_;
+    LV2Renderer renderer_;
+    LV2AudioPorts audio_;
+    const LV2_Atom_Sequence* in_ = nullptr;
+    LV2_Atom_Sequence* out_ = nullptr;
+    bool active_ = false;
+};
+
+}  // namespace quillo

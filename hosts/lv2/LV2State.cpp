@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/lv2/LV2State.hpp"
+
+#include <exception>
+#include <optional>
+#include <string>
+
+#include "hosts/lv2/LV2Instance.hpp"
+
+namespace quillo {
+
+namespace {
+
+/// What a host keeps under the state's key.
+struct Kept {
+    const void* value = nullptr;
+    std::size_t size = 0;
+    std::uint32_t type = 0;
+    std::uint32_t flags = 0;
+
+    /// The document; the zero that ends a string is no part of it.
+    [[nodiscard]] std::span<const std::uint8_t> document() const {
+        const auto* bytes = static_cast<const std::uint8_t*>(value);
+        return {bytes, size > 0 && bytes[size - 1] == 0 ? size - 1 : size};
+    }
+};
+
+LV2_State_Status save(LV2Instance& instance, LV2_State_Store_Function store, LV2_State_Handle handle) {
+    auto document = instance.hostedUnit().save();
+    document.push_back(0);
+    return store(handle, instance.ids().stateKey, document.data(), document.size(), instance.ids().atomString,
+                 LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE);
+}
+
+LV2_State_Status save(LV2_Handle handle, LV2_State_Store_Function store, LV2_State_Handle storeHandle,
+                      std::uint32_t /*flags*/, const LV2_Feature* const* /*features*/) noexcept try {
+    auto* instance = LV2Instance::of(handle);
+    if (instance == nullptr || store == nullptr) {
+        return LV2_STATE_ERR_UNKNOWN;
+    }
+    try {
+        return save(*instance, store, storeHandle);
+    } catch (const std::exception& error) {
+        instance->hostedUnit().tellUser(std::string("The rules cannot be saved with the project: ") +
+                                        error.what());
+        return LV2_STATE_ERR_UNKNOWN;
+    }
+} catch (...) {
+    return LV2_STATE_ERR_UNKNOWN;
+}
+
+LV2_State_Status restore(LV2Instance& instance, const Kept& kept) {
+    if (kept.type != instance.ids().atomString) {
+        instance.hostedUnit().tellUser(
+            "The saved rules cannot be restored: the host keeps them as no string.");
+        return LV2_STATE_ERR_BAD_TYPE;
+    }
+    return instance.hostedUnit().restore(kept.document()) ? LV2_STATE_ERR_UNKNOWN : LV2_STATE_SUCCESS;
+}
+
+LV2_State_Status restore(LV2_Handle handle, LV2_State_Retrieve_Function retrieve,
+                         LV2_State_Handle retrieveHandle, std::uint32_t /*flags*/,
+                         const LV2_Feature* const* /*features*/) noexcept try {
+    auto* instance = LV2Instance::of(handle);
+    if (instance == nullptr || retrieve == nullptr) {
+        return LV2_STATE_ERR_UNKNOWN;
+    }
+    Kept kept;
+    kept.value = retrieve(retrieveHandle, instance->ids().stateKey, &kept.size, &kept.type, &kept.flags);
+    return kept.value == nullptr ? LV2_STATE_ERR_NO_PROPERTY : restore(*instance, kept);
+} catch (...) {
+    return LV2_STATE_ERR_UNKNOWN;
+}
+
+constexpr LV2_State_Interface table{&save, &restore};
+
+}  // namespace
+
+const LV2_State_Interface& lv2State() {
+    return table;
+}
+
+}  // namespace quillo

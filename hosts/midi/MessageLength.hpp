@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "platform/RealTime.hpp"
+
+namespace quillo {
+
+/// How many bytes a MIDI message with this status byte has, the status byte included (MIDI 1.0). 0 for what
+/// begins no message of a fixed length: a data byte, either end of system exclusive, an undefined status.
+[[nodiscard]] std::size_t messageLength(std::uint8_t status) QUILLO_REALTIME;
+
+/// Whether the bytes are exactly one message that is not system exclusive: a status byte and as many data
+/// bytes, each below 128, as belong to it.
+[[nodiscard]] bool isCompleteShortMessage(std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
+
+/// Whether the bytes are exactly one channel voice message, the only kind that stands bare in a MIDI file.
+[[nodiscard]] bool isCompleteChannelMessage(std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
+
+}  // namespace quillo

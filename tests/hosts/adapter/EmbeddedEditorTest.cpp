@@ -1,0 +1,403 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The editor in the window of a host on a display of its own, used by the events of that display.
+#include "hosts/adapter/EmbeddedEditor.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <malloc.h>
+
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "editor/NewRuleSelector.hpp"
+#include "editor/PopupMenuOverlay.hpp"
+#include "editor/QuilloView.hpp"
+#include "persistence/PluginData.hpp"
+#include "rules/RuleEntry.hpp"
+#include "support/FindBelow.hpp"
+#include "support/HostWindow.hpp"
+#include "support/OutputRecorder.hpp"
+
+#ifdef __SANITIZE_ADDRESS__
+/// The sanitizer's allocator has taken the place of the one that `mallinfo2` knows. No header of g++ declares it.
+extern "C" std::size_t sanitizerBytes() __asm__("__sanitizer_get_current_allocated_bytes");
+#endif
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr unsigned long spaceKey = 0x20;
+constexpr unsigned long letterZ = 0x7A;
+
+Rule pitchRule() {
+    return ruleFromEntry(defaultEntry(OutputEntryType::PitchWheel, 1));
+}
+
+class EmbeddedEditorTest : public testing::Test {
+protected:
+    void open(double scale = 1.0) {
+        editor = std::make_unique<EmbeddedEditor>(hosted, scale);
+        editor->attachTo(host.handle());
+        editor->setVisible(true);
+        idleUntil([this] { return isPainted(); });
+    }
+
+    template <class Condition>
+    void idleUntil(Condition condition) {
+        do {
+            editor->idle();
+        } while (!condition());
+    }
+
+    /// Whether the editor's colours are where the host's were.
+    bool isPainted() const {
+        const auto [width, height] = editor->size();
+        return host.colourAt(editor->window(), static_cast<int>(width) / 2, static_cast<int>(height) / 2) !=
+               HostWindow::colour;
+    }
+
+    /// Lets the display act, and the editor take what comes of it until it has had its effect.
+    template <class Effect>
+    void act(const std::string& deed, Effect effect) {
+        ASSERT_EQ(std::system(("xdotool " + deed).c_str()), 0);
+        idleUntil(effect);
+    }
+
+    /// The editor's view, as the toolkit knows it.
+    static QuilloView& view() {
+        return *findBelow<QuilloView>(*juce::Desktop::getInstance().getComponent(0));
+    }
+
+    static bool isButtonDown() { return juce::ModifierKeys::currentModifiers.isLeftButtonDown(); }
+
+    static std::string moveTo(const juce::Component& target) {
+        const auto point = target.getScreenBounds().getCentre();
+        return "mousemove " + std::to_string(point.x) + " " + std::to_string(point.y);
+    }
+
+    void addPitchRule() {
+        act(moveTo(findBelow<NewRuleSelector>(view())->button()) + " click 1",
+            [] { return view().overlay() != nullptr; });
+        pickInMenu("pitch");
+    }
+
+    void pickInMenu(const std::string& text) {
+        act("type " + text, [&text] {
+            const auto* menu = dynamic_cast<PopupMenuOverlay*>(view().overlay());
+            return menu != nullptr && menu->typed().toStdString() == text;
+        });
+        act("key Return", [this] { return !installed().empty(); });
+    }
+
+    std::vector<Rule> installed() { return hosted.unit().processor->rules(); }
+
+    HostWindow host{60, 40, 1100, 700};
+    HostedUnit hosted;
+    std::unique_ptr<EmbeddedEditor> editor;
+};
+
+TEST_F(EmbeddedEditorTest, OpensInTheHostsWindowAtItsPreferredSize) {
+    EXPECT_EQ(EmbeddedEditor::whyNot(), std::nullopt);
+    open();
+    EXPECT_THAT(host.children(), ElementsAre(editor->window()));
+    EXPECT_EQ(host.geometryOf(editor->window()), (HostWindow::Geometry{0, 0, 500, 250}));
+    EXPECT_EQ(editor->size(), (EmbeddedEditor::Size{500, 250}));
+}
+
+TEST_F(EmbeddedEditorTest, HasNoWindowBeforeItIsAttached) {
+    editor = std::make_unique<EmbeddedEditor>(hosted);
+    EXPECT_EQ(editor->window(), 0U);
+    EXPECT_EQ(editor->size(), (EmbeddedEditor::Size{500, 250}));
+    editor->setSize({640, 480});
+    editor->attachTo(host.handle());
+    editor->setVisible(true);
+    idleUntil([this] { return isPainted(); });
+    EXPECT_EQ(host.geometryOf(editor->window()), (HostWindow::Geometry{0, 0, 640, 480}));
+}
+
+class EmbeddedEditorAtScale : public EmbeddedEditorTest, public testing::WithParamInterface<double> {};
+
+INSTANTIATE_TEST_SUITE_P(Scales, EmbeddedEditorAtScale, testing::Values(1.0, 1.5, 2.0),
+                         [](const auto& scale) {
+                             return "Percent" + std::to_string(static_cast<int>(scale.param * 100));
+                         });
+
+TEST_P(EmbeddedEditorAtScale, ARuleIsAddedAndUndoneByMouseAndKeyboard) {
+    int edits = 0;
+    hosted.setOnEdit([&edits] { ++edits; });
+    open(GetParam());
+    const auto width = static_cast<unsigned>(500 * GetParam());
+    EXPECT_EQ(host.geometryOf(editor->window()), (HostWindow::Geometry{0, 0, width, width / 2}));
+    EXPECT_EQ(view().getWidth(), 500);
+
+    addPitchRule();
+    EXPECT_EQ(installed(), std::vector{pitchRule()});
+    EXPECT_EQ(edits, 1);
+
+    act("key ctrl+z", [this] { return installed().empty(); });
+    EXPECT_EQ(edits, 2);
+}
+
+TEST_P(EmbeddedEditorAtScale, AnOpenEditorTakesTheScaleWithAllItsPoints) {
+    open();
+    editor->setScale(GetParam());
+    const auto width = static_cast<std::uint32_t>(500 * GetParam());
+    EXPECT_EQ(editor->size(), (EmbeddedEditor::Size{width, width / 2}));
+    EXPECT_EQ(view().getWidth(), 500);
+    idleUntil([&] { return host.geometryOf(editor->window()).width == width; });
+    addPitchRule();
+    EXPECT_EQ(installed(), std::vector{pitchRule()});
+}
+
+TEST_P(EmbeddedEditorAtScale, NoSizeLiesBelowTwoHundredPoints) {
+    editor = std::make_unique<EmbeddedEditor>(hosted, GetParam());
+    const auto least = static_cast<std::uint32_t>(200 * GetParam());
+    EXPECT_EQ(editor->nearestTo({1, 1}), (EmbeddedEditor::Size{least, least}));
+    EXPECT_EQ(editor->nearestTo({3000, 1}), (EmbeddedEditor::Size{3000, least}));
+    EXPECT_EQ(editor->nearestTo({1, 2000}), (EmbeddedEditor::Size{least, 2000}));
+}
+
+TEST_P(EmbeddedEditorAtScale, FillsEverySizeToTheLastPixel) {
+    open(GetParam());
+    for (const auto& [width, height] : {std::pair{701U, 499U}, std::pair{403U, 401U}}) {
+        editor->setSize({width, height});
+        EXPECT_EQ(editor->size(), (EmbeddedEditor::Size{width, height}));
+        idleUntil([&] {
+            return host.geometryOf(editor->window()) == HostWindow::Geometry{0, 0, width, height} &&
+                   isPainted();
+        });
+        const auto points = view().getLocalBounds().toDouble() * GetParam();
+        EXPECT_GE(points.getWidth(), width);
+        EXPECT_GE(points.getHeight(), height);
+        EXPECT_LT(points.getWidth(), width + GetParam());
+        EXPECT_LT(points.getHeight(), height + GetParam());
+    }
+}
+
+TEST_F(EmbeddedEditorTest, FollowsAHostThatResizesItsWindow) {
+    open();
+    host.resize(editor->window(), 777, 333);
+    idleUntil([this] { return editor->size() == EmbeddedEditor::Size{777, 333}; });
+    EXPECT_EQ(view().getWidth(), 777);
+    EXPECT_EQ(view().getHeight(), 333);
+}
+
+TEST_F(EmbeddedEditorTest, AClickBesideTheFieldsLeavesTheKeyboardToTheHost) {
+    open();
+    const auto& header = view().header();
+    act(moveTo(header) + " mousedown 1", isButtonDown);
+    act("mouseup 1", [] { return !isButtonDown(); });
+    EXPECT_EQ(host.keyboardOwner(), host.handle());
+    EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr);
+}
+
+TEST_F(EmbeddedEditorTest, NoButtonHasTheKeyboardWhenTheHostGivesItToTheEditor) {
+    open();
+    host.giveKeyboardTo(editor->window());
+    act(moveTo(view().header()) + " key space", [this] { return !host.takeKeys().empty(); });
+    EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr);
+    EXPECT_EQ(host.keyboardOwner(), editor->window());
+}
+
+TEST_F(EmbeddedEditorTest, KeysThatNothingInTheEditorUsesAreTheHosts) {
+    open();
+    std::vector<unsigned long> keys;
+    const auto keysCome = [&] {
+        const auto taken = host.takeKeys();
+        keys.insert(keys.end(), taken.begin(), taken.end());
+        return !keys.empty();
+    };
+    act(moveTo(view().header()) + " key space", keysCome);
+    EXPECT_THAT(keys, ElementsAre(spaceKey));
+}
+
+TEST_F(EmbeddedEditorTest, KeysThatTheEditorUsesAreItsOwn) {
+    open();
+    addPitchRule();
+    ASSERT_THAT(host.takeKeys(), IsEmpty());
+    act(moveTo(view().header()) + " key ctrl+z", [this] { return installed().empty(); });
+    EXPECT_THAT(host.takeKeys(), testing::Not(Contains(letterZ)));
+}
+
+TEST_F(EmbeddedEditorTest, AMenuOpenedByASlowClickHasTheKeyboard) {
+    open();
+    act(moveTo(findBelow<NewRuleSelector>(view())->button()) + " mousedown 1",
+        [this] { return host.keyboardOwner() == host.handle() && isButtonDown(); });
+    act("mouseup 1", [] { return view().overlay() != nullptr; });
+    idleUntil([this] { return host.keyboardOwner() == editor->window(); });
+    pickInMenu("pitch");
+    EXPECT_THAT(host.takeKeys(), IsEmpty());
+}
+
+TEST_F(EmbeddedEditorTest, AFieldHasTheKeyboardWhileItIsTypedInto) {
+    open();
+    addPitchRule();
+    editor->setSize({800, 500});
+    idleUntil([this] { return host.geometryOf(editor->window()).width == 800 && isPainted(); });
+    auto& name = view().card(view().editor().rules()[0].id)->header();
+    act(moveTo(name) + " click 1", [&] { return name.typist() != nullptr; });
+    EXPECT_EQ(host.keyboardOwner(), editor->window());
+    act("type 'My name'", [&] { return name.typist()->getText() == "My name"; });
+    EXPECT_THAT(host.takeKeys(), IsEmpty());
+    act("key Return", [this] { return installed()[0].name == "My name"; });
+}
+
+TEST_F(EmbeddedEditorTest, AClickBesideTheFieldsTakesWhatWasTypedAndGivesTheKeyboardBack) {
+    open();
+    addPitchRule();
+    editor->setSize({800, 500});
+    idleUntil([this] { return host.geometryOf(editor->window()).width == 800 && isPainted(); });
+    auto& name = view().card(view().editor().rules()[0].id)->header();
+    act(moveTo(name) + " click 1", [&] { return name.typist() != nullptr; });
+    act("type other", [&] { return name.typist()->getText() == "other"; });
+    act(moveTo(view().header()) + " click 1", [this] { return installed()[0].name == "other"; });
+    idleUntil([this] { return host.keyboardOwner() == host.handle(); });
+}
+
+TEST_F(EmbeddedEditorTest, TheHostHearsOfItsOwnErrorsWhileAnEditorIsOpenAndAfterwards) {
+    open();
+    host.offend();
+    EXPECT_EQ(HostWindow::refusals(), 1);
+    editor.reset();
+    host.offend();
+    EXPECT_EQ(HostWindow::refusals(), 2);
+}
+
+TEST_F(EmbeddedEditorTest, OutlivesItsWindowWhenTheHostDestroysTheParent) {
+    open();
+    host.destroy();
+    editor->idle();
+    editor->setSize({600, 400});
+    editor->setVisible(false);
+    editor->setVisible(true);
+    editor->idle();
+    editor.reset();
+    EXPECT_EQ(HostWindow::refusals(), 0);
+}
+
+TEST_F(EmbeddedEditorTest, LivesWithAParentThatIsNoWindow) {
+    editor = std::make_unique<EmbeddedEditor>(hosted);
+    editor->attachTo(1);
+    editor->setVisible(true);
+    editor->idle();
+    editor.reset();
+    EXPECT_EQ(HostWindow::refusals(), 0);
+}
+
+TEST_F(EmbeddedEditorTest, ABrokenConnectionEndsTheEditorAndNotTheHost) {
+    open();
+    host.killOwnerOf(editor->window());
+    editor->idle();
+    editor->setSize({600, 400});
+    editor->idle();
+    editor.reset();
+    open();
+    EXPECT_EQ(editor->size(), (EmbeddedEditor::Size{500, 250}));
+}
+
+TEST_F(EmbeddedEditorTest, SaysWhatIsMissingWhereThereIsNoDisplay) {
+    const std::string display = std::getenv("DISPLAY");
+    ASSERT_EQ(setenv("DISPLAY", ":9999", 1), 0);
+    const auto reason = EmbeddedEditor::whyNot();
+    ASSERT_EQ(setenv("DISPLAY", display.c_str(), 1), 0);
+    EXPECT_EQ(reason, "There is no display to open the editor on.");
+    EXPECT_EQ(EmbeddedEditor::whyNot(), std::nullopt);
+}
+
+TEST_F(EmbeddedEditorTest, AnEditorOpenedLaterShowsTheRulesAndWhatWentWrong) {
+    ASSERT_EQ(hosted.restore(PluginData{{pitchRule()}}.write()), std::nullopt);
+    ASSERT_NE(hosted.restore(Bytes{'x'}), std::nullopt);
+    open();
+    ASSERT_EQ(view().editor().rules().size(), 1U);
+    EXPECT_THAT(view().editor().alertErrorMessage(),
+                testing::Optional(testing::HasSubstr("cannot be restored")));
+    editor.reset();
+    open();
+    EXPECT_EQ(view().editor().rules().size(), 1U);
+}
+
+/// Renders blocks until it is told to stop, each with a note that comes back.
+class Renderer {
+public:
+    explicit Renderer(HostedUnit& hosted)
+        : hosted_(hosted), thread_([this](const std::stop_token& stop) { run(stop); }) {}
+    ~Renderer() {
+        thread_.request_stop();
+        thread_.join();
+    }
+
+    std::atomic<std::uint64_t> blocks{0};
+    std::atomic<std::uint64_t> lost{0};
+
+private:
+    void run(const std::stop_token& stop) {
+        constexpr std::array<std::uint8_t, 3> note{0x90, 60, 100};
+        auto& renderer = hosted_.renderer();
+        while (!stop.stop_requested()) {
+            renderer.begin(64);
+            renderer.receive(7, note);
+            const bool came = renderer.end() == noErr && renderer.outgoing().inTimeOrder().size() == 1;
+            lost += came ? 0 : 1;
+            ++blocks;
+            std::this_thread::yield();
+        }
+    }
+
+    HostedUnit& hosted_;
+    std::jthread thread_;
+};
+
+/// What this process holds of the machine.
+struct Holdings {
+    std::size_t bytes = allocatedBytes();
+    std::ptrdiff_t handles = entries("/proc/self/fd");
+    std::ptrdiff_t threads = entries("/proc/self/task");
+
+    static std::ptrdiff_t entries(const char* folder) {
+        return std::distance(std::filesystem::directory_iterator(folder), {});
+    }
+    static std::size_t allocatedBytes() {
+#ifdef __SANITIZE_ADDRESS__
+        return sanitizerBytes();
+#else
+        return mallinfo2().uordblks;
+#endif
+    }
+};
+
+TEST_F(EmbeddedEditorTest, OpensAndClosesAThousandTimesWhileAnotherThreadRenders) {
+    const auto openAndClose = [this](const Renderer& renderer) {
+        const auto before = renderer.blocks.load();
+        open();
+        idleUntil([&] { return renderer.blocks > before; });
+        editor.reset();
+    };
+    constexpr std::size_t times = 1000;
+    Renderer renderer(hosted);
+    for (std::size_t warmUp = 0; warmUp < times / 10; ++warmUp) {
+        openAndClose(renderer);
+    }
+    const Holdings before;
+    for (std::size_t time = 0; time < times; ++time) {
+        openAndClose(renderer);
+    }
+    const Holdings after;
+    EXPECT_EQ(renderer.lost, 0U);
+    EXPECT_EQ(after.handles, before.handles);
+    EXPECT_EQ(after.threads, before.threads);
+    EXPECT_LT(after.bytes, before.bytes + times);
+}
+
+}  // namespace
+}  // namespace quillo

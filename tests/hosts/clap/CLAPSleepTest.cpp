@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include "hosts/clap/CLAPTestHost.hpp"
+#include "support/TestRules.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+
+class CLAPSleep : public testing::Test {
+protected:
+    CLAPSleep() { host.start(); }
+
+    CLAPTestHost host;
+};
+
+TEST_F(CLAPSleep, IsAllowedWhenNothingWaits) {
+    EXPECT_EQ(host.process(64), CLAP_PROCESS_SLEEP);
+    EXPECT_EQ(host.process(64, Bytes{0x90, 60, 1}), CLAP_PROCESS_SLEEP);
+    EXPECT_EQ(host.process(64), CLAP_PROCESS_SLEEP);
+}
+
+TEST_F(CLAPSleep, IsNotAllowedBeforeADelayedOutputHasLeft) {
+    host.loadRules({rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(0, 61, 5), 2))});
+    EXPECT_EQ(host.process(64, Bytes{0x90, 60, 1}), CLAP_PROCESS_CONTINUE);
+    EXPECT_EQ(host.process(32), CLAP_PROCESS_CONTINUE);
+    EXPECT_EQ(host.process(1), CLAP_PROCESS_SLEEP);
+    EXPECT_EQ(host.take(), (std::vector<ScriptMessage>{{96, {0x90, 61, 5}}}));
+}
+
+TEST_F(CLAPSleep, IsNotAllowedBeforeWhatLoadingSendsHasLeft) {
+    host.loadRules({rule(onLoad(), send(noteOn(0, 61, 5), 1))});
+    EXPECT_EQ(host.process(48), CLAP_PROCESS_CONTINUE);
+    EXPECT_EQ(host.process(1), CLAP_PROCESS_SLEEP);
+}
+
+TEST_F(CLAPSleep, IsNotAllowedWhileARuleWaitsForTheTransport) {
+    host.loadRules({rule(onHost(HostTransportTriggerVariantsV2::Stop), send(noteOn(0, 61, 5)))});
+    EXPECT_EQ(host.process(64), CLAP_PROCESS_CONTINUE);
+    host.loadRules({});
+    EXPECT_EQ(host.process(64), CLAP_PROCESS_SLEEP);
+}
+
+TEST_F(CLAPSleep, EndsWhenRulesAreLoadedThatWaitForTheTransport) {
+    host.process(64);
+    host.loadRules({rule(onNoteOn(), send(noteOn(0, 61, 5)))});
+    EXPECT_EQ(host.processRequests, 0);
+    host.loadRules({rule(onHost(HostTransportTriggerVariantsV2::Start), send(noteOn(0, 61, 5)))});
+    EXPECT_EQ(host.processRequests, 1);
+    host.process(64);
+    host.loadRules({rule(onHost(HostTransportTriggerVariantsV2::Stop), send(noteOn(0, 61, 5)))});
+    EXPECT_EQ(host.processRequests, 1);
+}
+
+TEST_F(CLAPSleep, HasNoPartInTheDelays) {
+    host.loadRules({rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(0, 61, 5), 2))});
+    host.process(64);
+    host.steadyTime += 1000000;
+    host.process(64, Bytes{0x90, 60, 1});
+    host.process(64);
+    EXPECT_EQ(host.take(), (std::vector<ScriptMessage>{{64 + 96, {0x90, 61, 5}}}));
+}
+
+}  // namespace
+}  // namespace quillo

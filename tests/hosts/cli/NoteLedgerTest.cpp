@@ -1,0 +1,273 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/cli/NoteLedger.hpp"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <optional>
+#include <ostream>
+#include <set>
+#include <string>
+#include <utility>
+
+#include "hosts/cli/EngineProbe.hpp"
+#include "support/OutputRecorder.hpp"
+#include "support/RandomRules.hpp"
+#include "support/TestRules.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using testing::ElementsAre;
+using Transport = HostTransportTriggerVariantsV2;
+
+constexpr auto eatMatching = PassThroughV2::EatMatching;
+
+/// What becomes of the notes that a rule starts.
+struct Fate {
+    std::optional<NoteLedger::Note> neverEnded;
+    std::optional<NoteLedger::Note> endedByChance;
+
+    bool operator==(const Fate&) const = default;
+
+    friend void PrintTo(const Fate& fate, std::ostream* out) {
+        for (const auto& note : {fate.neverEnded, fate.endedByChance}) {
+            *out << (note ? std::to_string(note->channel) + ":" + std::to_string(note->number) : "none")
+                 << " ";
+        }
+    }
+};
+
+const Fate ended{};
+
+Fate never(std::uint8_t onChannel, std::uint8_t note) {
+    return {NoteLedger::Note{onChannel, note}, {}};
+}
+
+Fate byChance(std::uint8_t onChannel, std::uint8_t note) {
+    return {{}, NoteLedger::Note{onChannel, note}};
+}
+
+std::vector<Fate> fates(const std::vector<Rule>& rules) {
+    EngineProbe probe(rules);
+    NoteLedger ledger(rules.size());
+    tryTellingEvents(probe, [&](const Trial& trial) { ledger.watch(trial); });
+    std::vector<Fate> fates;
+    for (std::size_t rule = 0; rule < rules.size(); ++rule) {
+        fates.push_back({ledger.neverEnded(rule), ledger.endedByChance(rule)});
+    }
+    return fates;
+}
+
+/// A note, or its end, with the note and velocity of the trigger.
+RuleOutputV2 copied(StatusV2 status, RuleOutputChannelV2 onChannel) {
+    return send(protocol(status, onChannel, triggerByte, triggerByte));
+}
+
+const auto startCopy = copied(StatusV2::noteOn, channel(3));
+const auto endCopy = copied(StatusV2::noteOff, channel(3));
+const auto pedalNote = rule(onControlChange(64, exactly(127)), send(noteOn(0, 36, 100)));
+
+TEST(NoteLedger, FindsTheNoteThatNoRuleEnds) {
+    EXPECT_THAT(fates({pedalNote}), ElementsAre(never(0, 36)));
+    EXPECT_THAT(fates({rule(onLoad(), send(noteOn(4, 36, 100)))}), ElementsAre(never(4, 36)));
+    EXPECT_THAT(fates({rule(onHost(Transport::Start), send(noteOn(0, 0, 1)))}), ElementsAre(never(0, 0)));
+}
+
+TEST(NoteLedger, LooksAtRulesThatStartNotesOnly) {
+    EXPECT_THAT(fates({rule(onNoteOn(), send(controlChange(0, 7, 1))), rule(onNoteOn(), endCopy),
+                       rule(onMIDIStart(), send(noteOn(0, 1, 0))),
+                       rule(onNoteOn(), send(protocol(StatusV2::noteOn, channel(0), byte(60))))}),
+                ElementsAre(ended, ended, ended, ended));
+}
+
+TEST(NoteLedger, ANoteOffOnTheSameChannelEndsTheNote) {
+    const auto fate = [](RuleOutputVariantsV2 output) {
+        return fates({pedalNote, rule(onControlChange(64, exactly(0)), send(std::move(output)))})[0];
+    };
+    EXPECT_EQ(fate(protocol(StatusV2::noteOff, channel(0), byte(36), byte(0))), ended);
+    EXPECT_EQ(fate(protocol(StatusV2::noteOff, channel(1), byte(36), byte(0))), never(0, 36));
+    EXPECT_EQ(fate(protocol(StatusV2::noteOff, channel(0), byte(37), byte(0))), never(0, 36));
+    EXPECT_EQ(fate(protocol(StatusV2::noteOff, triggerChannel, byte(36), byte(0))), ended);
+    EXPECT_EQ(fate(noteOn(0, 36, 0)), ended);
+    EXPECT_EQ(fate(noteOn(0, 36, 1)), never(0, 36));
+}
+
+TEST(NoteLedger, SilencingTheChannelEndsTheNote) {
+    const auto fate = [](std::uint8_t onChannel, std::uint8_t controller) {
+        return fates(
+            {pedalNote, rule(onHost(Transport::Stop), send(controlChange(onChannel, controller, 0)))})[0];
+    };
+    for (const std::uint8_t controller : Bytes{120, 123, 124, 125, 126, 127}) {
+        EXPECT_EQ(fate(0, controller), ended) << int{controller};
+        EXPECT_EQ(fate(1, controller), never(0, 36)) << int{controller};
+    }
+    for (const std::uint8_t controller : Bytes{7, 119, 121, 122}) {
+        EXPECT_EQ(fate(0, controller), never(0, 36)) << int{controller};
+    }
+}
+
+TEST(NoteLedger, CopiedNotesAreEndedByCopiedEnds) {
+    EXPECT_EQ(fates({rule(onNoteOn(), startCopy), rule(onNoteOff(), endCopy)})[0], ended);
+    EXPECT_EQ(fates({rule(onNoteOn(exactly(61)), startCopy), rule(onNoteOff(exactly(61)), endCopy)})[0],
+              ended);
+    EXPECT_EQ(fates({rule(onNoteOn(exactly(61)), startCopy), rule(onNoteOff(exactly(62)), endCopy)})[0],
+              byChance(3, 61));
+}
+
+TEST(NoteLedger, OfCopiedNotesEveryOneMustBeEnded) {
+    EXPECT_EQ(fates({rule(onNoteOn(), startCopy), rule(onNoteOff(exactly(0)), endCopy)})[0], byChance(3, 60));
+    EXPECT_EQ(fates({rule(onNoteOn(), startCopy), rule(onNoteOff(exactly(60)), endCopy)})[0],
+              byChance(3, 61));
+    const auto copyOf = [](StatusV2 status) {
+        return send(protocol(status, triggerChannel, triggerByte, byte(1)));
+    };
+    EXPECT_EQ(fates({rule(onProgramChange(), copyOf(StatusV2::noteOn)),
+                     rule(onNoteOff(any, exactly(0)), copyOf(StatusV2::noteOff))})[0],
+              never(1, 60));
+}
+
+TEST(NoteLedger, AFixedNoteCanBeEndedByOneThatIsCopied) {
+    EXPECT_EQ(fates({pedalNote, rule(onNoteOff(), send(protocol(StatusV2::noteOff, channel(0), triggerByte,
+                                                                byte(0))))})[0],
+              ended);
+    EXPECT_EQ(fates({pedalNote, rule(onProgramChange(),
+                                     send(protocol(StatusV2::CC, channel(0), triggerByte, byte(0))))})[0],
+              ended);
+}
+
+TEST(NoteLedger, ACopiedVelocityOfZeroIsAnEndByChance) {
+    EXPECT_THAT(fates({rule(onNoteOn(), startCopy)}), ElementsAre(byChance(3, 60)));
+    EXPECT_EQ(fates({rule(onNoteOn(), startCopy), rule(onNoteOff(), startCopy)})[0], byChance(3, 60));
+}
+
+TEST(NoteLedger, AVelocityThatIsAlwaysZeroIsNoChance) {
+    const auto silent = send(protocol(StatusV2::noteOn, channel(3), triggerByte, byte(0)));
+    EXPECT_EQ(fates({rule(onNoteOn(), startCopy), rule(onNoteOff(), silent)})[0], ended);
+}
+
+TEST(NoteLedger, AControllersValueOfZeroIsAnEnd) {
+    const auto value = send(protocol(StatusV2::noteOn, channel(0), byte(36), triggerByte));
+    EXPECT_THAT(fates({rule(onControlChange(64), value)}), ElementsAre(ended));
+    EXPECT_THAT(fates({rule(onControlChange(64, exactly(127)), value)}), ElementsAre(never(0, 36)));
+}
+
+TEST(NoteLedger, TheReleaseOfTheKeyEndsItsOwnNoteWhereItIsForwarded) {
+    const auto louder = send(protocol(StatusV2::noteOn, triggerChannel, triggerByte, byte(127)));
+    EXPECT_THAT(fates({rule(onNoteOn(any, any, eatMatching), louder)}), ElementsAre(ended));
+    EXPECT_THAT(fates({rule(onNoteOn(exactly(60), exactly(0)), send(noteOn(0, 60, 127)))}),
+                ElementsAre(ended));
+    EXPECT_EQ(fates({rule(onNoteOn(any, any, eatMatching), louder),
+                     rule(onNoteOff(any, exactly(2), eatMatching), send(systemExclusive({})))})[0],
+              never(2, 60));
+    EXPECT_THAT(fates({rule(onNoteOn(exactly(60)), send(noteOn(3, 60, 127)))}), ElementsAre(never(3, 60)));
+    EXPECT_THAT(fates({rule(onNoteOn(any, exactly(3)), send(noteOn(3, 60, 127)))}),
+                ElementsAre(never(3, 60)));
+}
+
+TEST(NoteLedger, AnEndThatIsNeverSentIsNone) {
+    EXPECT_EQ(fates({pedalNote, rule(onNoteOff(any, any, eatMatching), send(controlChange(0, 7, 1))),
+                     rule(onNoteOff(), send(protocol(StatusV2::noteOff, channel(0), byte(36), byte(0))))})[0],
+              never(0, 36));
+}
+
+using Note = std::pair<unsigned, unsigned>;
+
+/// What happens to notes when the engine is given every status byte with all numbers that random rules know,
+/// and others.
+class Performance {
+public:
+    explicit Performance(const std::vector<Rule>& rules) : probe_(rules), started_(rules.size()) {
+        for (unsigned status = 0x80; status < 0x100; ++status) {
+            for (const std::uint8_t data1 : Bytes{0, 1, 2, 60, 100, 120, 123, 124, 127, 129}) {
+                for (const std::uint8_t data2 : Bytes{0, 1, 2, 60, 127, 129}) {
+                    play({static_cast<std::uint8_t>(status), data1, data2});
+                }
+            }
+        }
+        for (const auto change : {Transport::Start, Transport::Continue, Transport::Stop}) {
+            see(probe_.put(change), {});
+        }
+        see(probe_.putLoading(), {});
+    }
+
+    /// Whether some note that the rule starts is ended by no rule, nor by a release that is forwarded.
+    [[nodiscard]] bool leavesANote(std::size_t rule) const {
+        return std::ranges::any_of(started_[rule], [this](const auto& start) {
+            const auto& [note, isTriggers] = start;
+            return !ended_.contains(note) && !(isTriggers && released_.contains(note));
+        });
+    }
+
+    /// Whether the rule starts this note, and no rule ends it.
+    [[nodiscard]] bool leaves(std::size_t rule, const NoteLedger::Note& note) const {
+        const Note key{note.channel, note.number};
+        return !ended_.contains(key) &&
+               (started_[rule].contains({key, false}) || started_[rule].contains({key, true}));
+    }
+
+private:
+    void play(const Bytes& message) {
+        const auto outcome = probe_.put(message);
+        if (outcome.forwarded && (message[0] & 0xF0U) == 0x80) {
+            released_.insert(noteOf(message));
+        }
+        see(outcome, message);
+    }
+
+    void see(const EngineProbe::Outcome& outcome, const Bytes& trigger) {
+        for (const auto& firing : outcome.firings) {
+            for (const auto& message : firing.messages) {
+                see(firing.rule, message.bytes(), trigger);
+            }
+        }
+    }
+
+    void see(std::size_t rule, std::span<const std::uint8_t> sent, const Bytes& trigger) {
+        if (sent.size() != 3 || sent[1] > 127 || sent[2] > 127) {
+            return;
+        }
+        const unsigned kind = sent[0] & 0xF0U;
+        if (kind == 0x90 && sent[2] > 0) {
+            const bool isTriggers =
+                !trigger.empty() && trigger[2] < 128 && trigger[0] == sent[0] && trigger[1] == sent[1];
+            started_[rule].insert({noteOf(sent), isTriggers});
+        } else if (kind == 0x90 || kind == 0x80) {
+            ended_.insert(noteOf(sent));
+        } else if (kind == 0xB0 && (sent[1] == 120 || sent[1] >= 123)) {
+            for (unsigned note = 0; note < 128; ++note) {
+                ended_.insert({sent[0] & 0x0FU, note});
+            }
+        }
+    }
+
+    static Note noteOf(std::span<const std::uint8_t> message) { return {message[0] & 0x0FU, message[1]}; }
+
+    EngineProbe probe_;
+    std::vector<std::set<std::pair<Note, bool>>> started_;
+    std::set<Note> ended_;
+    std::set<Note> released_;
+};
+
+TEST(NoteLedger, KnowsExactlyWhichRulesOfTheEngineLeaveANote) {
+    std::size_t left = 0;
+    for (unsigned seed = 0; seed < 150; ++seed) {
+        const auto rules = RandomRules(seed).list();
+        const auto found = fates(rules);
+        const Performance performance(rules);
+        for (std::size_t rule = 0; rule < rules.size(); ++rule) {
+            const auto& note = found[rule].neverEnded;
+            ASSERT_EQ(note.has_value(), performance.leavesANote(rule))
+                << "seed " << seed << ", rule " << rule;
+            if (note) {
+                ASSERT_TRUE(performance.leaves(rule, *note)) << "seed " << seed << ", rule " << rule;
+                ++left;
+            }
+        }
+    }
+    EXPECT_GT(left, 20u);
+}
+
+}  // namespace
+}  // namespace quillo

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the programs say of themselves, and what their manual pages say.
+#include "hosts/jack/JackHelpText.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <regex>
+#include <set>
+#include <sstream>
+
+#include "hosts/cli/Arguments.hpp"
+#include "hosts/cli/HelpText.hpp"
+#include "hosts/jack/JackOptions.hpp"
+
+namespace quillo {
+namespace {
+
+std::set<std::string> optionsIn(const std::string& text) {
+    static const std::regex option("--[a-z][a-z-]*");
+    return {std::sregex_token_iterator(text.begin(), text.end(), option), std::sregex_token_iterator()};
+}
+
+/// A manual page as it is read: without the backslashes before hyphens.
+std::string manual(const std::string& name) {
+    std::ifstream file(QUILLO_MANUALS "/" + name);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return std::regex_replace(text.str(), std::regex(R"(\\-)"), "-");
+}
+
+TEST(JackHelpText, NamesEveryOptionAndNoOther) {
+    std::set<std::string> named;
+    for (const auto& option : jackOptions()) {
+        named.emplace(option.name);
+    }
+    EXPECT_EQ(optionsIn(std::string(jackHelp())), named);
+}
+
+TEST(JackHelpText, FitsATerminal) {
+    std::istringstream lines{std::string(jackHelp())};
+    for (std::string line; std::getline(lines, line);) {
+        EXPECT_LE(line.size(), 80U) << line;
+    }
+}
+
+TEST(JackHelpText, TheManualPageNamesEveryOptionAndNoOther) {
+    EXPECT_EQ(optionsIn(manual("midi-quillo-jack.1")), optionsIn(std::string(jackHelp())));
+}
+
+TEST(JackHelpText, TheOtherProgramsManualPageNamesWhatItsHelpNames) {
+    auto help = std::string(generalHelp());
+    for (const auto* verb : {"render", "check", "host"}) {
+        help += *helpFor(verb);
+    }
+    for (const auto& option : optionsIn(help)) {
+        EXPECT_THAT(manual("midi-quillo.1"), testing::HasSubstr(option));
+    }
+}
+
+}  // namespace
+}  // namespace quillo

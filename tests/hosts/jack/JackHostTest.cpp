@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The program's inside without a server and without a window.
+#include "hosts/jack/JackHost.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <sstream>
+
+#include "hosts/cli/CommandFailure.hpp"
+#include "hosts/cli/ExitStatus.hpp"
+#include "hosts/jack/SessionFiles.hpp"
+#include "persistence/PluginData.hpp"
+#include "platform/AtomicFile.hpp"
+#include "support/TemporaryFolder.hpp"
+#include "support/TestRules.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using testing::HasSubstr;
+
+/// A loop that a test turns.
+class HandTurnedLoop final : public EventLoop {
+public:
+    void watch(int descriptor, std::function<void()> callback) override {
+        callbacks[descriptor] = std::move(callback);
+    }
+    void setTick(std::function<void()> function) override { tick = std::move(function); }
+    void quit(int exitStatus) override { status = exitStatus; }
+
+    std::map<int, std::function<void()>> callbacks;
+    std::function<void()> tick;
+    std::optional<int> status;
+};
+
+std::vector<Rule> rulesCalled(const std::string& name) {
+    return {rule(onNoteOn(), send(noteOn(0, 60, 1)), name)};
+}
+
+class JackHostTest : public testing::Test {
+protected:
+    JackHostTest() {
+        ::setenv("XDG_STATE_HOME", folder.path().c_str(), 1);
+        options.server = "quillo-test-nobody";
+        options.window = false;
+        options.wait = true;
+    }
+
+    /// A program that waits for its server.
+    JackHost& start() {
+        host.emplace(options, Console{in, out, err}, loop, signals);
+        host->loadRules();
+        host->start();
+        return *host;
+    }
+
+    std::string ruleName() {
+        const auto rules = host->hosted().unit().processor->rules();
+        return rules.empty() ? "" : rules.front().name;
+    }
+
+    void writePreset(const std::string& name) {
+        writeWholeFile(preset, PluginData{rulesCalled(name)}.write(), Existing::replace);
+    }
+
+    void takeSignal(int signal) {
+        ::kill(::getpid(), signal);
+        loop.callbacks.at(signals.number())();
+    }
+
+    TemporaryFolder folder;
+    const std::filesystem::path preset = folder / "preset.json";
+    SessionFiles files{folder.path() / "midi-quillo", "midi-quillo"};
+    JackOptions options;
+    std::istringstream in;
+    std::ostringstream out;
+    std::ostringstream err;
+    HandTurnedLoop loop;
+    SignalDescriptor signals{JackHost::ownSignals};
+    std::optional<JackHost> host;
+};
+
+TEST_F(JackHostTest, AnEditIsKeptInTheSessionWhenTheProgramEnds) {
+    start().hosted().onRulesChanged(rulesCalled("edited"));
+    host->finish();
+    EXPECT_EQ(readWholeFile(files.file(0)), PluginData{rulesCalled("edited")}.write());
+}
+
+TEST_F(JackHostTest, AnEditOfAPresetIsKeptInTheSessionAndTheUserIsToldOnceThatThePresetStays) {
+    writePreset("preset");
+    options.preset = preset.string();
+    start();
+    EXPECT_EQ(ruleName(), "preset");
+    host->hosted().onRulesChanged(rulesCalled("edited"));
+    host->hosted().onRulesChanged(rulesCalled("edited again"));
+    host->finish();
+    EXPECT_EQ(readWholeFile(files.file(0)), PluginData{rulesCalled("edited again")}.write());
+    EXPECT_EQ(readWholeFile(preset), PluginData{rulesCalled("preset")}.write());
+    const auto told =
+        "the edited rules are kept in " + files.file(0).string() + "; " + preset.string() + " stays as it is";
+    EXPECT_NE(err.str().find(told), std::string::npos) << err.str();
+    EXPECT_EQ(err.str().find(told), err.str().rfind(told));
+}
+
+TEST_F(JackHostTest, APresetThatNobodyEditsLeavesTheSessionAlone) {
+    files.add(PluginData{rulesCalled("last session")}.write());
+    writePreset("preset");
+    options.preset = preset.string();
+    start();
+    loop.tick();
+    host->finish();
+    EXPECT_EQ(files.versions().size(), 1U);
+    EXPECT_EQ(readWholeFile(files.file(0)), PluginData{rulesCalled("last session")}.write());
+}
+
+TEST_F(JackHostTest, HangingUpReadsThePresetAndOtherSignalsQuit) {
+    writePreset("first");
+    options.preset = preset.string();
+    start();
+    writePreset("second");
+    takeSignal(SIGHUP);
+    EXPECT_EQ(ruleName(), "second");
+    EXPECT_EQ(loop.status, std::nullopt);
+    writeWholeFile(preset, Data{'{'}, Existing::replace);
+    takeSignal(SIGHUP);
+    EXPECT_EQ(ruleName(), "second");
+    EXPECT_THAT(err.str(), HasSubstr("The rules stay as they are."));
+    takeSignal(SIGTERM);
+    EXPECT_EQ(loop.status, exitSuccess);
+}
+
+TEST_F(JackHostTest, TheEditorOfAProgramThatWaitsSaysSo) {
+    start().hosted().controller().viewDidLoad();
+    loop.tick();
+    const auto alert = host->hosted().controller().model()->alertErrorMessage().value_or("");
+    EXPECT_THAT(alert, HasSubstr("There is no JACK server \"quillo-test-nobody\""));
+    EXPECT_THAT(alert, HasSubstr("MIDI Quillo waits"));
+    EXPECT_EQ(host->title(), "MIDI Quillo (no JACK server)");
+}
+
+TEST_F(JackHostTest, AProgramThatShallNotWaitFails) {
+    options.wait = false;
+    try {
+        start();
+        FAIL() << "started without a server";
+    } catch (const CommandFailure& failure) {
+        EXPECT_EQ(failure.status(), exitUnavailable);
+    }
+}
+
+TEST_F(JackHostTest, AFatalErrorOfACycleEndsTheProgram) {
+    start();
+    static_cast<void>(host->hosted().unit().processor->fatalErrors.set("no more time"));
+    loop.tick();
+    EXPECT_EQ(loop.status, exitFatal);
+    EXPECT_THAT(err.str(), HasSubstr("Fatal error: no more time"));
+}
+
+TEST_F(JackHostTest, TheLogIsPrintedWhenItIsAskedFor) {
+    options.log = true;
+    start();
+    const EventLogEntry entry{3, EventLogEntryVariants::MIDI{MIDIMessage{0xC0, 5}}};
+    host->hosted().unit().logInput(entry);
+    host->hosted().unit().logOutput(entry);
+    loop.tick();
+    EXPECT_THAT(out.str(), HasSubstr("in  [3] c0 05"));
+    EXPECT_THAT(out.str(), HasSubstr("out [3] c0 05"));
+}
+
+}  // namespace
+}  // namespace quillo

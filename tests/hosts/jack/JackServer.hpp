@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <jack/jack.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "hosts/jack/LibraryMessages.hpp"
+#include "hosts/jack/SessionLock.hpp"
+#include "support/ChildProcess.hpp"
+
+namespace quillo::test {
+
+/// A server's name that no other test has while this lives. The names are few and used again and again: a machine
+/// remembers servers that were killed, eight at most, until one of the same name ends well.
+class ServerName {
+public:
+    ServerName() {
+        for (int number = 0; !lock_; ++number) {
+            text_ = "quillo-test-" + std::to_string(number);
+            lock_ = SessionLock::tryTake(std::filesystem::temp_directory_path() /
+                                         (text_ + "." + std::to_string(::getuid()) + ".lock"));
+        }
+    }
+
+    [[nodiscard]] const std::string& text() const { return text_; }
+
+private:
+    std::string text_;
+    std::optional<SessionLock> lock_;
+};
+
+/// A JACK server of the test's own, without hardware. It waits in every cycle for all its clients, so that none misses
+/// one however slow the machine is.
+class JackServer {
+public:
+    struct Settings {
+        std::uint32_t sampleRate = 48000;
+        std::uint32_t bufferSize = 256;
+    };
+
+    JackServer() : JackServer(Settings{}) {}
+    explicit JackServer(Settings settings) { start(settings); }
+    ~JackServer() { stop(); }
+    JackServer(const JackServer&) = delete;
+    JackServer& operator=(const JackServer&) = delete;
+
+    /// Runs when this returns. Throws `std::runtime_error` when a server cannot run on this machine.
+    void start(Settings settings) {
+        process_.emplace(std::vector<std::string>{"jackd", "-r", "-S", "-t", patience, "-n", name(), "-d",
+                                                  "dummy", "-r", std::to_string(settings.sampleRate), "-p",
+                                                  std::to_string(settings.bufferSize)});
+        LibraryMessages::silenceLibrary();
+        while (!answers()) {
+            if (process_->endsWithin(shortWhile)) {
+                const auto out = process_->out().whole() + process_->err().whole();
+                throw std::runtime_error(
+                    "A JACK server cannot run here, and these tests need one. Is the package "
+                    "jackd2 installed, and /dev/shm writable? It said:\n" +
+                    out);
+            }
+        }
+    }
+
+    [[nodiscard]] const std::string& name() const { return name_.text(); }
+
+    /// Ends it as its user would.
+    void stop() { end(SIGTERM); }
+
+    /// Ends it as a crash would.
+    void kill() { end(SIGKILL); }
+
+private:
+    static constexpr int shortWhile = 10;             ///< between two looks, in milliseconds
+    static constexpr const char* patience = "10000";  ///< with a client, in milliseconds
+
+    void end(int signal) {
+        if (process_) {
+            process_->signal(signal);
+            process_->wait();
+            process_.reset();
+        }
+    }
+
+    [[nodiscard]] bool answers() const {
+        auto* client =
+            ::jack_client_open("probe", static_cast<jack_options_t>(JackNoStartServer | JackServerName),
+                               nullptr, name().c_str());
+        if (client != nullptr) {
+            ::jack_client_close(client);
+        }
+        return client != nullptr;
+    }
+
+    ServerName name_;
+    std::optional<ChildProcess> process_;
+};
+
+}  // namespace quillo::test

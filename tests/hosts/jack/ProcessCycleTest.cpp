@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/jack/ProcessCycle.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "hosts/jack/FakePorts.hpp"
+#include "support/TestHost.hpp"
+#include "support/TestRules.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+
+class ProcessCycleTest : public testing::Test {
+protected:
+    ProcessCycleTest() {
+        unit->processor->sampleRate = 1000;
+        unit->logInput =
+            WithoutDeadline([this](const EventLogEntry& entry) { heard.push_back(text(entry)); });
+    }
+
+    /// Lets the unit run, and the cycles pass that it takes until then.
+    void release() {
+        cycle.release();
+        run({});
+        run({});
+    }
+
+    /// What is in the output port after a cycle with these events.
+    Timed run(Timed events, const ServerTransport& transport = {}) {
+        cycle.run(frames, transport, FakeInput(std::move(events)), out);
+        return out.written;
+    }
+
+    static constexpr std::uint32_t frames = 16;
+    std::shared_ptr<MIDIQuilloAUAudioUnit> unit = makeUnit();
+    BlockRenderer renderer{*unit};
+    ProcessCycle cycle{renderer};
+    FakeOutput out;
+    std::vector<std::string> heard;
+};
+
+TEST_F(ProcessCycleTest, MessagesPassAtTheirFrames) {
+    release();
+    EXPECT_EQ(run({{0, {0x90, 60, 1}}, {15, {0x80, 60, 0}}}),
+              (Timed{{0, {0x90, 60, 1}}, {15, {0x80, 60, 0}}}));
+    EXPECT_EQ(run({}), Timed{});
+}
+
+TEST_F(ProcessCycleTest, ADelayedMessageLeavesInTheCycleThatHoldsItsTime) {
+    unit->processor->setRules(
+        {rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(0, 61, 5), 30))});
+    release();
+    EXPECT_EQ(run({{2, {0x90, 60, 1}}, {15, {0x90, 60, 1}}}), Timed{});
+    EXPECT_EQ(run({}), Timed{});
+    EXPECT_EQ(run({}), (Timed{{0, {0x90, 61, 5}}, {13, {0x90, 61, 5}}}));
+}
+
+TEST_F(ProcessCycleTest, MessagesSentOutOfOrderAreWrittenInTheOrderOfTime) {
+    unit->processor->setRules({rule(onNoteOn(exactly(60)), send(controlChange(0, 7, 1), 8))});
+    release();
+    EXPECT_EQ(run({{2, {0x90, 60, 1}}, {5, {0x90, 61, 1}}, {10, {0x90, 62, 1}}, {11, {0x90, 63, 1}}}),
+              (Timed{{2, {0x90, 60, 1}},
+                     {5, {0x90, 61, 1}},
+                     {10, {0xB0, 7, 1}},
+                     {10, {0x90, 62, 1}},
+                     {11, {0x90, 63, 1}}}));
+}
+
+TEST_F(ProcessCycleTest, AMessageWithoutRoomIsRefusedAndCounted) {
+    release();
+    out.room = 2;
+    EXPECT_EQ(run({{1, {0xC0, 1}}, {2, {0xC0, 2}}, {3, {0xC0, 3}}}), (Timed{{1, {0xC0, 1}}, {2, {0xC0, 2}}}));
+    EXPECT_EQ(cycle.refused(), 1U);
+    EXPECT_EQ(run({{1, {0xC0, 4}}}), (Timed{{1, {0xC0, 4}}}));
+    EXPECT_EQ(cycle.refused(), 1U);
+}
+
+TEST_F(ProcessCycleTest, TheUnitHearsOfARefusalAndDoesNotLogTheMessageAsSent) {
+    unit->logOutput =
+        WithoutDeadline([this](const EventLogEntry& entry) { heard.push_back("out " + text(entry)); });
+    release();
+    out.room = 1;
+    run({{1, {0xC0, 1}}, {2, {0xC0, 2}}});
+    EXPECT_EQ(heard, (std::vector<std::string>{"[1] c0 01", "out [1] c0 01", "[2] c0 02"}));
+}
+
+TEST_F(ProcessCycleTest, AFullPortKeepsWhatFittedWhenItIsPutInOrder) {
+    unit->processor->setRules({rule(onNoteOn(exactly(60)), send(controlChange(0, 7, 1), 8))});
+    release();
+    out.room = 3;
+    EXPECT_EQ(run({{2, {0x90, 60, 1}}, {5, {0x90, 61, 1}}, {6, {0x90, 62, 1}}, {7, {0x90, 63, 1}}}),
+              (Timed{{2, {0x90, 60, 1}}, {5, {0x90, 61, 1}}, {10, {0xB0, 7, 1}}}));
+    EXPECT_EQ(cycle.refused(), 1U);
+}
+
+TEST_F(ProcessCycleTest, ThePortIsClearedOnceWhenNothingIsOutOfOrder) {
+    release();
+    out.clears = 0;
+    run({{1, {0xC0, 1}}, {1, {0xC0, 2}}});
+    EXPECT_EQ(out.clears, 1);
+}
+
+TEST_F(ProcessCycleTest, EventsThatWereLostOnTheirWayInAreCounted) {
+    release();
+    FakeInput in;
+    in.lostEvents = 3;
+    cycle.run(frames, {}, in, out);
+    cycle.run(frames, {}, in, out);
+    EXPECT_EQ(cycle.lost(), 6U);
+}
+
+TEST_F(ProcessCycleTest, TheTransportStartsContinuesAndStops) {
+    release();
+    heard.clear();
+    run({}, {true, 0});
+    run({}, {true, 16});
+    run({}, {false, 32});
+    run({}, {true, 32});
+    EXPECT_EQ(heard,
+              (std::vector<std::string>{"[0] AU Host Start", "[32] AU Host Stop", "[48] AU Host Continue"}));
+}
+
+TEST_F(ProcessCycleTest, ARelocationOfTheRollingTransportIsOneChange) {
+    release();
+    run({}, {true, 0});
+    heard.clear();
+    run({}, {true, 4096});
+    run({}, {true, 4112});
+    run({}, {true, 0});
+    run({}, {true, 16});
+    EXPECT_EQ(heard, (std::vector<std::string>{"[16] AU Host Continue", "[48] AU Host Start"}));
+}
+
+TEST_F(ProcessCycleTest, ARelocationOfTheStandingTransportIsNone) {
+    release();
+    run({}, {false, 4096});
+    run({}, {false, 0});
+    EXPECT_EQ(heard, std::vector<std::string>{});
+}
+
+TEST_F(ProcessCycleTest, SystemExclusiveInPiecesDoesNotDisturbWhatIsAroundIt) {
+    release();
+    EXPECT_EQ(run({{1, {0xC0, 1}}, {2, {0xF0, 1, 2}}, {3, {0xF8}}, {4, {3, 4, 5}}}),
+              (Timed{{1, {0xC0, 1}}, {3, {0xF8}}}));
+    EXPECT_EQ(run({{1, {0x10, 0x20}}, {2, {0x30, 0xF7}}, {3, {0xC0, 2}}}), (Timed{{3, {0xC0, 2}}}));
+    EXPECT_EQ(heard, (std::vector<std::string>{"[1] c0 01", "[3] f8", "[19] c0 02"}));
+}
+
+TEST_F(ProcessCycleTest, NothingGoesInOrOutUntilItIsReleased) {
+    unit->processor->setRules({rule(onLoad(), send(controlChange(0, 7, 5)))});
+    EXPECT_EQ(run({{0, {0xC0, 1}}}, {true, 0}), Timed{});
+    EXPECT_EQ(run({{0, {0xC0, 1}}}, {true, 16}), Timed{});
+    EXPECT_EQ(run({{0, {0xC0, 1}}}, {true, 32}), Timed{});
+    EXPECT_EQ(renderer.now(), 0);
+    EXPECT_EQ(heard, std::vector<std::string>{});
+}
+
+TEST_F(ProcessCycleTest, TheServerHasTwoCyclesToPutConnectionsInForce) {
+    unit->processor->setRules({rule(onLoad(), send(controlChange(0, 7, 5)))});
+    cycle.release();
+    EXPECT_EQ(run({}), Timed{});
+    EXPECT_EQ(run({}), Timed{});
+    EXPECT_EQ(run({}), (Timed{{0, {0xB0, 7, 5}}}));
+    EXPECT_EQ(run({}), Timed{});
+}
+
+TEST_F(ProcessCycleTest, HeldAgainItStandsStillAndGoesOnWhereItWas) {
+    unit->processor->setRules({rule(onNoteOn(), send(controlChange(0, 7, 1), 20))});
+    release();
+    run({{0, {0x90, 60, 1}}});
+    cycle.hold();
+    EXPECT_EQ(run({{0, {0xC0, 1}}}), Timed{});
+    EXPECT_EQ(run({}), Timed{});
+    release();
+    EXPECT_EQ(out.written, Timed{});
+    EXPECT_EQ(run({}), (Timed{{4, {0xB0, 7, 1}}}));
+}
+
+}  // namespace
+}  // namespace quillo

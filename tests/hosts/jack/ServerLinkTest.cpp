@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The link to a real server, with a main thread that the test turns by hand.
+#include "hosts/jack/ServerLink.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <poll.h>
+
+#include <functional>
+#include <sstream>
+
+#include "hosts/jack/EventLoop.hpp"
+#include "hosts/jack/JackPlayer.hpp"
+#include "hosts/jack/JackServer.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using testing::HasSubstr;
+
+class ServerLinkTest : public testing::Test {
+protected:
+    /// Turns the main thread until this is so.
+    void turnUntil(const std::function<bool()>& isSo) {
+        while (!isSo()) {
+            turn();
+        }
+    }
+
+    void turn() {
+        constexpr int shortWhile = 5;
+        pollfd watched{link.descriptor(), POLLIN, 0};
+        if (::poll(&watched, 1, shortWhile) == 1) {
+            link.takeNews();
+        }
+        link.tick();
+        hosted.drain();
+    }
+
+    /// Lets so many seconds pass for the program.
+    void letPass(int seconds) {
+        for (int count = 0; count < seconds * EventLoop::ticksPerSecond; ++count) {
+            link.tick();
+        }
+    }
+
+    [[nodiscard]] bool hasSaid(const std::string& text) const {
+        return err.str().find(text) != std::string::npos;
+    }
+
+    std::ostringstream err;
+    HostedUnit hosted;
+    UserMessages messages{err, hosted};
+    JackServer server;
+    ServerLink link{hosted, messages, {server.name(), "midi-quillo", false}, ConnectionKeeper({}, {})};
+};
+
+TEST_F(ServerLinkTest, ConnectionsMadeByHandComeBackWithTheServer) {
+    link.connect();
+    {
+        JackPlayer player(server.name());
+        player.connectTo("midi-quillo");
+        letPass(2);
+        server.stop();
+        turnUntil([&] { return !link.isConnected(); });
+    }
+    server.start({});
+    turnUntil([&] { return link.isConnected(); });
+    JackPlayer player(server.name());
+    turnUntil([&] { return hasSaid("hears test-sender:out") && hasSaid("sends to test-listener:in"); });
+    player.waitForConnection();
+    EXPECT_EQ(player.play({{5, {0xC0, 1}}}, 256), (std::vector<ScriptMessage>{{5, {0xC0, 1}}}));
+}
+
+TEST_F(ServerLinkTest, AConnectionThatTheUserHadTakenDownDoesNotComeBack) {
+    link.connect();
+    {
+        JackPlayer player(server.name());
+        player.connectTo("midi-quillo");
+        letPass(2);
+        ASSERT_EQ(::jack_disconnect(player.client(), player.outputName().c_str(), "midi-quillo:in"), 0);
+        turnUntil([&] {
+            return ::jack_port_connected(::jack_port_by_name(player.client(), "midi-quillo:in")) == 0;
+        });
+        letPass(2);
+        server.stop();
+        turnUntil([&] { return !link.isConnected(); });
+    }
+    server.start({});
+    turnUntil([&] { return link.isConnected(); });
+    JackPlayer player(server.name());
+    turnUntil([&] { return hasSaid("sends to test-listener:in"); });
+    EXPECT_FALSE(hasSaid("hears test-sender:out"));
+}
+
+TEST_F(ServerLinkTest, TheEditorSaysThatTheServerIsGoneUntilItIsBack) {
+    hosted.controller().viewDidLoad();
+    int changes = 0;
+    link.setOnChange([&] { ++changes; });
+    link.connect();
+    EXPECT_EQ(link.clientName(), "midi-quillo");
+    server.kill();
+    turnUntil([&] { return !link.isConnected(); });
+    hosted.drain();
+    EXPECT_THAT(hosted.controller().model()->alertErrorMessage().value_or(""),
+                HasSubstr("The JACK server has ended"));
+    EXPECT_EQ(link.clientName(), "");
+    server.start({});
+    turnUntil([&] { return link.isConnected(); });
+    hosted.drain();
+    EXPECT_EQ(hosted.controller().model()->alertErrorMessage(), std::nullopt);
+    EXPECT_EQ(changes, 3);
+}
+
+TEST_F(ServerLinkTest, AnotherAlertIsNotTakenAwayWhenTheServerIsBack) {
+    hosted.controller().viewDidLoad();
+    link.connect();
+    server.kill();
+    turnUntil([&] { return !link.isConnected(); });
+    messages.warn("Something else.");
+    server.start({});
+    turnUntil([&] { return link.isConnected(); });
+    hosted.drain();
+    EXPECT_EQ(hosted.controller().model()->alertErrorMessage(), "Something else.");
+}
+
+}  // namespace
+}  // namespace quillo

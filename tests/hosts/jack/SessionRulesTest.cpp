@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/jack/SessionRules.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "hosts/cli/CommandFailure.hpp"
+#include "hosts/cli/ExitStatus.hpp"
+#include "persistence/PluginData.hpp"
+#include "platform/AtomicFile.hpp"
+#include "support/TemporaryFolder.hpp"
+#include "support/TestRules.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+
+std::vector<Rule> rulesCalled(const std::string& name) {
+    return {rule(onNoteOn(), send(noteOn(0, 60, 1)), name)};
+}
+
+Data documentOf(const std::string& name) {
+    return PluginData{rulesCalled(name)}.write();
+}
+
+/// A program that has a session.
+struct Program {
+    explicit Program(const std::filesystem::path& folder) : session(folder, "band", hosted, messages) {}
+
+    /// The name of the rule that it has; empty without rules.
+    std::string ruleName() {
+        const auto rules = hosted.unit().processor->rules();
+        return rules.empty() ? "" : rules.front().name;
+    }
+    void edit(const std::string& name) {
+        hosted.onRulesChanged(rulesCalled(name));
+        session.changed(SessionKeeper::Time());
+    }
+    std::optional<std::string> alert() {
+        hosted.drain();
+        return hosted.controller().model()->alertErrorMessage();
+    }
+
+    std::ostringstream err;
+    HostedUnit hosted;
+    UserMessages messages{err, hosted};
+    SessionRules session;
+};
+
+class SessionRulesTest : public testing::Test {
+protected:
+    void damage(std::size_t age) { writeWholeFile(files.file(age), Data{'{'}, Existing::replace); }
+
+    TemporaryFolder folder;
+    SessionFiles files{folder.path(), "band"};
+};
+
+TEST_F(SessionRulesTest, AFirstSessionHasNoRulesAndNothingToSay) {
+    Program program(folder.path());
+    program.session.load();
+    EXPECT_EQ(program.ruleName(), "");
+    EXPECT_EQ(program.err.str(), "");
+}
+
+TEST_F(SessionRulesTest, TheLastSessionsRulesComeBack) {
+    {
+        Program program(folder.path());
+        program.session.load();
+        program.edit("swap");
+        program.session.keepNow(SessionKeeper::Time());
+    }
+    Program program(folder.path());
+    program.session.load();
+    EXPECT_EQ(program.ruleName(), "swap");
+    EXPECT_EQ(program.err.str(), "");
+}
+
+TEST_F(SessionRulesTest, AnEditIsSavedSoon) {
+    Program program(folder.path());
+    program.edit("swap");
+    program.session.keepUp(SessionKeeper::Time(1s));
+    EXPECT_EQ(readWholeFile(files.file(0)), documentOf("swap"));
+    EXPECT_EQ(program.session.file(), files.file(0));
+}
+
+TEST_F(SessionRulesTest, WhenTheNewestVersionIsDamagedTheOneBeforeIsTakenAndTheUserIsTold) {
+    files.add(documentOf("old"));
+    files.add(documentOf("new"));
+    damage(0);
+    Program program(folder.path());
+    program.session.load();
+    EXPECT_EQ(program.ruleName(), "old");
+    EXPECT_THAT(program.err.str(), HasSubstr(files.file(0).string() + " cannot be used: "));
+    EXPECT_THAT(program.err.str(), HasSubstr("The rules are those of "));
+    EXPECT_THAT(program.alert().value_or(""), HasSubstr(files.file(1).string()));
+    EXPECT_EQ(readWholeFile(files.file(0)), Data{'{'});
+}
+
+TEST_F(SessionRulesTest, RulesThatCannotBeCompiledAreAsGoodAsDamaged) {
+    files.add(documentOf("old"));
+    files.add(PluginData{{rule(onLoad(), send(noteOn(0, 1, 1), -1))}}.write());
+    Program program(folder.path());
+    program.session.load();
+    EXPECT_EQ(program.ruleName(), "old");
+}
+
+TEST_F(SessionRulesTest, WhenNoVersionCanBeUsedThereAreNoRulesAndNothingIsLost) {
+    files.add(documentOf("old"));
+    files.add(documentOf("new"));
+    damage(0);
+    damage(1);
+    Program program(folder.path());
+    program.session.load();
+    EXPECT_EQ(program.ruleName(), "");
+    EXPECT_THAT(program.alert().value_or(""),
+                HasSubstr("No version of the last session's rules can be used"));
+    program.edit("fresh");
+    program.session.keepNow(SessionKeeper::Time());
+    EXPECT_EQ(readWholeFile(files.file(1)), Data{'{'});
+    EXPECT_EQ(readWholeFile(files.file(2)), Data{'{'});
+}
+
+TEST_F(SessionRulesTest, OneGoesBackToAVersionWhichBecomesTheNewest) {
+    for (const auto* name : {"first", "second", "third"}) {
+        files.add(documentOf(name));
+    }
+    Program program(folder.path());
+    program.session.goBack(2);
+    EXPECT_EQ(program.ruleName(), "first");
+    program.session.keepNow(SessionKeeper::Time());
+    EXPECT_EQ(readWholeFile(files.file(0)), documentOf("first"));
+    EXPECT_EQ(readWholeFile(files.file(1)), documentOf("third"));
+    EXPECT_EQ(readWholeFile(files.file(3)), documentOf("first"));
+}
+
+TEST_F(SessionRulesTest, AVersionThatIsNotThereOrDamagedCannotBeGoneBackTo) {
+    files.add(documentOf("first"));
+    files.add(documentOf("second"));
+    damage(1);
+    Program program(folder.path());
+    try {
+        program.session.goBack(5);
+        FAIL();
+    } catch (const CommandFailure& failure) {
+        EXPECT_EQ(failure.status(), exitNoInput);
+        EXPECT_EQ(failure.what(),
+                  files.file(5).string() + ": there is no such version; --history lists them");
+    }
+    try {
+        program.session.goBack(1);
+        FAIL();
+    } catch (const CommandFailure& failure) {
+        EXPECT_EQ(failure.status(), exitBadData);
+    }
+    EXPECT_EQ(program.ruleName(), "");
+}
+
+TEST_F(SessionRulesTest, ASecondProgramHasASessionOfItsOwnAndAThirdOneToo) {
+    files.add(documentOf("swap"));
+    Program first(folder.path());
+    Program second(folder.path());
+    Program third(folder.path());
+    second.session.load();
+    EXPECT_EQ(second.ruleName(), "");
+    second.edit("other");
+    second.session.keepNow(SessionKeeper::Time());
+    EXPECT_EQ(second.session.file(), SessionFiles(folder.path(), "band-2").file(0));
+    EXPECT_EQ(third.session.file(), SessionFiles(folder.path(), "band-3").file(0));
+    EXPECT_EQ(second.err.str(),
+              "midi-quillo-jack: another \"band\" is running; this one keeps its rules as \"band-2\"\n");
+    EXPECT_EQ(readWholeFile(files.file(0)), documentOf("swap"));
+}
+
+TEST_F(SessionRulesTest, ASessionIsFreeAgainWhenItsProgramHasEnded) {
+    {
+        const Program first(folder.path());
+    }
+    const Program second(folder.path());
+    EXPECT_EQ(second.session.file(), files.file(0));
+}
+
+TEST_F(SessionRulesTest, WithoutAPlaceToKeepThemTheRulesStillRunAndTheUserIsTold) {
+    writeWholeFile(folder / "file", Data{1}, Existing::keep);
+    Program program(folder / "file" / "state");
+    program.session.load();
+    program.edit("swap");
+    program.session.keepNow(SessionKeeper::Time());
+    EXPECT_EQ(program.ruleName(), "swap");
+    EXPECT_EQ(program.session.file(), std::nullopt);
+    EXPECT_THAT(program.alert().value_or(""), HasSubstr("Changed rules are not kept: "));
+    EXPECT_THROW(program.session.goBack(1), CommandFailure);
+}
+
+TEST_F(SessionRulesTest, WithoutAHomeTheUserIsTold) {
+    std::ostringstream err;
+    HostedUnit hosted;
+    UserMessages messages(err, hosted);
+    const SessionRules session(std::nullopt, "band", hosted, messages);
+    EXPECT_THAT(err.str(), HasSubstr("Neither XDG_STATE_HOME nor HOME is set"));
+}
+
+TEST_F(SessionRulesTest, TheHistoryNamesEachVersionAndWhatIsInIt) {
+    EXPECT_EQ(historyText(files), "No rules have been kept yet.\n");
+    files.add(documentOf("first"));
+    files.add(documentOf("second"));
+    damage(1);
+    const auto text = historyText(files);
+    EXPECT_THAT(text, testing::MatchesRegex("    newest   [0-9-]+ [0-9:]+   1 rule   .*band\\.json\n"
+                                            "--go-back 1   [0-9-]+ [0-9:]+   damaged: .*band\\.1\\.json\n"));
+}
+
+}  // namespace
+}  // namespace quillo

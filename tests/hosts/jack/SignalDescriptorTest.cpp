@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/jack/SignalDescriptor.hpp"
+
+#include <gtest/gtest.h>
+
+#include <pthread.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <thread>
+
+namespace quillo {
+namespace {
+
+bool isBlocked(int signal) {
+    sigset_t mask;
+    ::pthread_sigmask(SIG_BLOCK, nullptr, &mask);
+    return sigismember(&mask, signal) == 1;
+}
+
+TEST(SignalDescriptor, ASignalIsReadInsteadOfEndingTheProgram) {
+    const SignalDescriptor signals{SIGTERM, SIGHUP};
+    EXPECT_EQ(signals.take(), std::nullopt);
+    ::kill(::getpid(), SIGHUP);
+    EXPECT_EQ(signals.take(), SIGHUP);
+    EXPECT_EQ(signals.take(), std::nullopt);
+    ::kill(::getpid(), SIGTERM);
+    EXPECT_EQ(signals.take(), SIGTERM);
+}
+
+TEST(SignalDescriptor, AThreadThatIsStartedLaterLeavesTheSignalsAlone) {
+    const SignalDescriptor signals{SIGHUP};
+    bool blocked = false;
+    std::jthread([&] { blocked = isBlocked(SIGHUP); }).join();
+    EXPECT_TRUE(blocked);
+}
+
+TEST(SignalDescriptor, ReleasedSignalsDoWhatTheyDidBefore) {
+    SignalDescriptor signals{SIGHUP};
+    EXPECT_TRUE(isBlocked(SIGHUP));
+    signals.release();
+    EXPECT_FALSE(isBlocked(SIGHUP));
+}
+
+TEST(SignalDescriptor, AProgramThatIsStartedFromHereInheritsNothing) {
+    const SignalDescriptor signals{SIGTERM};
+    const auto child = ::fork();
+    if (child == 0) {
+        ::_exit(isBlocked(SIGTERM) ? 1 : 0);
+    }
+    int status = -1;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+}
+
+}  // namespace
+}  // namespace quillo

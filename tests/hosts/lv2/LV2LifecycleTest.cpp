@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+
+#include "hosts/lv2/LV2InstanceAccess.hpp"
+#include "hosts/lv2/LV2TestHost.hpp"
+#include "support/TestRules.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using Messages = std::vector<ScriptMessage>;
+
+const Bytes note{0x90, 60, 100};
+
+TEST(LV2Lifecycle, ABlockBeforeActivationSendsNothing) {
+    LV2TestHost host;
+    host.run(64, note);
+    EXPECT_EQ(host.take(), Messages{});
+    host.activate();
+    host.run(64, note);
+    EXPECT_EQ(host.take(), (Messages{{64, note}}));
+}
+
+TEST(LV2Lifecycle, TheOnLoadRulesFireOnceHoweverOftenItIsActivated) {
+    LV2TestHost host;
+    host.loadRules({rule(onLoad(), send(controlChange(0, 7, 1)))});
+    for (int i = 0; i < 3; ++i) {
+        host.activate();
+        host.run(64);
+        host.deactivate();
+    }
+    EXPECT_EQ(host.take(), (Messages{{0, {0xB0, 7, 1}}}));
+}
+
+TEST(LV2Lifecycle, WhatIsDelayedStillLeavesAfterItWasInactive) {
+    LV2TestHost host;
+    host.loadRules({rule(onNoteOn(), send(noteOn(0, 61, 0), 10))});
+    host.activate();
+    host.run(64, note);
+    host.deactivate();
+    host.activate();
+    host.run(1024);
+    EXPECT_EQ(host.take(), (Messages{{0, note}, {480, {0x90, 61, 0}}}));
+}
+
+TEST(LV2Lifecycle, DelaysAreInMillisecondsAtTheHostsRate) {
+    LV2TestHost host(lv2Plain, 96000.0);
+    host.loadRules({rule(onNoteOn(), send(noteOn(0, 61, 0), 10))});
+    host.activate();
+    host.run(1024, note);
+    EXPECT_EQ(host.take(), (Messages{{0, note}, {960, {0x90, 61, 0}}}));
+}
+
+TEST(LV2Lifecycle, InstancesOfOneProcessKnowNothingOfEachOther) {
+    std::vector<std::unique_ptr<LV2TestHost>> hosts;
+    for (std::uint8_t i = 0; i < 5; ++i) {
+        hosts.push_back(std::make_unique<LV2TestHost>(i % 2 == 0 ? lv2Plain : lv2Stereo));
+        hosts.back()->loadRules({rule(onNoteOn(), send(noteOn(i, 61, 5), i))});
+        hosts.back()->activate();
+    }
+    for (auto& host : hosts) {
+        host->run(512, note);
+    }
+    hosts.erase(hosts.begin() + 1);
+    for (auto& host : hosts) {
+        host->run(512);
+    }
+    for (std::size_t i = 0; i < hosts.size(); ++i) {
+        const auto number = static_cast<std::uint8_t>(i == 0 ? 0 : i + 1);
+        const Messages echo{{number * 48, {static_cast<std::uint8_t>(0x90 | number), 61, 5}}, {0, note}};
+        const auto sent = hosts[i]->take();
+        EXPECT_TRUE(std::ranges::is_permutation(sent, echo)) << testing::PrintToString(sent);
+    }
+}
+
+TEST(LV2Lifecycle, TheHandleOfAnotherPluginIsNotTakenForOurs) {
+    LV2InstanceAccess access;
+    LV2TestHost host;
+    access.hosted = &host.unit();
+    EXPECT_EQ(LV2InstanceAccess::hostedOf(&access), &host.unit());
+    access.layout += 1;
+    EXPECT_EQ(LV2InstanceAccess::hostedOf(&access), nullptr);
+    access.layout -= 1;
+    access.unitSize += 8;
+    EXPECT_EQ(LV2InstanceAccess::hostedOf(&access), nullptr);
+    access.unitSize -= 8;
+    access.magic = 0;
+    EXPECT_EQ(LV2InstanceAccess::hostedOf(&access), nullptr);
+    EXPECT_EQ(LV2InstanceAccess::hostedOf(nullptr), nullptr);
+}
+
+}  // namespace
+}  // namespace quillo

@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The state, by the interface itself and through lilv, as hosts keep it in their projects.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string_view>
+
+#include "hosts/lv2/LV2TestHost.hpp"
+#include "persistence/PluginData.hpp"
+#include "support/TestRules.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using Messages = std::vector<ScriptMessage>;
+
+Bytes bytesOf(std::string_view text) {
+    return {text.begin(), text.end()};
+}
+
+Bytes documentOf(std::vector<Rule> rules) {
+    return PluginData{std::move(rules)}.write();
+}
+
+std::vector<std::filesystem::path> presets() {
+    std::vector<std::filesystem::path> paths;
+    for (const auto& entry : std::filesystem::directory_iterator(QUILLO_PRESETS)) {
+        if (entry.path().extension() == ".json") {
+            paths.push_back(entry.path());
+        }
+    }
+    return paths;
+}
+
+Bytes contentOf(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+/// What a project keeps of the instance: Turtle.
+std::string projectOf(LV2TestHost& host) {
+    auto* state = ::lilv_state_new_from_instance(host.world().plugin(lv2Plain), host.instance(), &lv2Map(),
+                                                 nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                                 LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE, nullptr);
+    auto* text =
+        ::lilv_state_to_string(host.world().get(), &lv2Map(), &lv2Unmap(), state, "urn:test:state", nullptr);
+    std::string project(text);
+    ::lilv_free(text);
+    ::lilv_state_free(state);
+    return project;
+}
+
+void restoreFrom(const std::string& project, LV2TestHost& host) {
+    auto* state = ::lilv_state_new_from_string(host.world().get(), &lv2Map(), project.c_str());
+    ASSERT_NE(state, nullptr);
+    EXPECT_EQ(::lilv_state_get_num_properties(state), 1U);
+    ::lilv_state_restore(state, host.instance(), nullptr, nullptr, 0, nullptr);
+    ::lilv_state_free(state);
+}
+
+class LV2State : public testing::Test {
+protected:
+    [[nodiscard]] std::optional<std::string> alert() {
+        auto& unit = host.unit();
+        unit.drain();
+        return unit.controller().model()->alertErrorMessage();
+    }
+
+    LV2TestHost host;
+    const Bytes swap = documentOf({rule(onNoteOn(any, any, PassThroughV2::EatMatching),
+                                        send(noteOn(0, 61, 5), 10), "swap \"é\" \\ \n")});
+};
+
+TEST_F(LV2State, OfEachPresetIsTheFileByteForByte) {
+    ASSERT_GE(presets().size(), 5U);
+    for (const auto& preset : presets()) {
+        const auto document = contentOf(preset);
+        ASSERT_EQ(host.load(document), LV2_STATE_SUCCESS) << preset;
+        EXPECT_EQ(host.save(), document) << preset;
+    }
+}
+
+TEST_F(LV2State, PassesThroughAProjectByteForByte) {
+    for (const auto& preset : presets()) {
+        ASSERT_EQ(host.load(contentOf(preset)), LV2_STATE_SUCCESS);
+        LV2TestHost other;
+        restoreFrom(projectOf(host), other);
+        EXPECT_EQ(other.save(), host.save()) << preset;
+    }
+    ASSERT_EQ(host.load(swap), LV2_STATE_SUCCESS);
+    LV2TestHost other;
+    restoreFrom(projectOf(host), other);
+    EXPECT_EQ(other.save(), swap);
+}
+
+TEST_F(LV2State, CanBeReadInAProject) {
+    host.loadRules({rule(onMIDIStart(), send(noteOn(0, 61, 5)), "my rule")});
+    EXPECT_NE(projectOf(host).find("my rule"), std::string::npos);
+}
+
+TEST_F(LV2State, OfAFreshPluginIsAnEmptyList) {
+    EXPECT_EQ(host.save(), documentOf({}));
+}
+
+TEST_F(LV2State, WithoutTheZeroAtItsEndIsTakenToo) {
+    EXPECT_EQ(host.restore(swap, lv2Id(LV2_ATOM__String)), LV2_STATE_SUCCESS);
+    EXPECT_EQ(host.save(), swap);
+}
+
+TEST_F(LV2State, OfAMegabyteIsSavedAsItWasLoaded) {
+    const auto document = documentOf(std::vector<Rule>(
+        4, rule(onNoteOn(), send(systemExclusive(Bytes(1U << 17U, 100))), std::string(1000, 'n'))));
+    ASSERT_GT(document.size(), 1U << 20U);
+    ASSERT_EQ(host.load(document), LV2_STATE_SUCCESS);
+    EXPECT_EQ(host.save(), document);
+    LV2TestHost other;
+    restoreFrom(projectOf(host), other);
+    EXPECT_EQ(other.save(), document);
+}
+
+TEST_F(LV2State, ThatIsEmptyOrDamagedIsRefusedAndLeavesTheRules) {
+    ASSERT_EQ(host.load(swap), LV2_STATE_SUCCESS);
+    for (const auto* damaged :
+         {"", " ", "{", "[1]", "null", R"({"rules":[{}]})", R"({"rules":[]} x)", "\xff\xfe"}) {
+        EXPECT_EQ(host.load(bytesOf(damaged)), LV2_STATE_ERR_UNKNOWN) << damaged;
+        EXPECT_EQ(host.save(), swap);
+    }
+    EXPECT_EQ(host.restore({}, lv2Id(LV2_ATOM__String)), LV2_STATE_ERR_UNKNOWN);
+    EXPECT_EQ(host.restore(Bytes(3, 0), lv2Id(LV2_ATOM__String)), LV2_STATE_ERR_UNKNOWN);
+    EXPECT_EQ(host.save(), swap);
+    ASSERT_TRUE(alert());
+    EXPECT_NE(alert()->find("The saved rules cannot be restored"), std::string::npos);
+}
+
+TEST_F(LV2State, OfAMegabyteOfNoiseIsRefused) {
+    ASSERT_EQ(host.load(swap), LV2_STATE_SUCCESS);
+    std::mt19937 generator(1);
+    Bytes noise(1U << 20U);
+    for (auto& byte : noise) {
+        byte = static_cast<std::uint8_t>(generator());
+    }
+    EXPECT_EQ(host.load(noise), LV2_STATE_ERR_UNKNOWN);
+    EXPECT_EQ(host.save(), swap);
+}
+
+TEST_F(LV2State, OfAnotherTypeIsRefusedAndTheUserIsTold) {
+    ASSERT_EQ(host.load(swap), LV2_STATE_SUCCESS);
+    for (const auto* type : {LV2_ATOM__Chunk, LV2_ATOM__Int, LV2_ATOM__Path}) {
+        EXPECT_EQ(host.restore(documentOf({}), lv2Id(type)), LV2_STATE_ERR_BAD_TYPE);
+    }
+    EXPECT_EQ(host.save(), swap);
+    EXPECT_EQ(alert(), "The saved rules cannot be restored: the host keeps them as no string.");
+}
+
+TEST_F(LV2State, OfAHostThatHasNoneLeavesTheRulesInSilence) {
+    ASSERT_EQ(host.load(swap), LV2_STATE_SUCCESS);
+    const auto nothing = [](LV2_State_Handle, std::uint32_t, std::size_t*, std::uint32_t*,
+                            std::uint32_t*) -> const void* { return nullptr; };
+    EXPECT_EQ(host.state().restore(host.handle(), nothing, nullptr, 0, nullptr), LV2_STATE_ERR_NO_PROPERTY);
+    EXPECT_EQ(host.save(), swap);
+    EXPECT_EQ(alert(), std::nullopt);
+}
+
+TEST_F(LV2State, ThatTheHostDoesNotTakeIsNotSaved) {
+    const auto full = [](LV2_State_Handle, std::uint32_t, const void*, std::size_t, std::uint32_t,
+                         std::uint32_t) { return LV2_STATE_ERR_NO_SPACE; };
+    EXPECT_EQ(host.state().save(host.handle(), full, nullptr, 0, nullptr), LV2_STATE_ERR_NO_SPACE);
+    EXPECT_EQ(host.state().save(host.handle(), nullptr, nullptr, 0, nullptr), LV2_STATE_ERR_UNKNOWN);
+    EXPECT_EQ(host.state().restore(host.handle(), nullptr, nullptr, 0, nullptr), LV2_STATE_ERR_UNKNOWN);
+    EXPECT_EQ(host.state().save(nullptr, full, nullptr, 0, nullptr), LV2_STATE_ERR_UNKNOWN);
+}
+
+TEST_F(LV2State, ThatAHostCannotHandOutIsRefused) {
+    const auto throws = [](LV2_State_Handle, std::uint32_t, std::size_t*, std::uint32_t*,
+                           std::uint32_t*) -> const void* { throw std::bad_alloc(); };
+    EXPECT_EQ(host.state().restore(host.handle(), throws, nullptr, 0, nullptr), LV2_STATE_ERR_UNKNOWN);
+}
+
+TEST_F(LV2State, ThatWasRestoredBeforeActivationAndTwiceIsTheSecond) {
+    ASSERT_EQ(host.load(documentOf({rule(onLoad(), send(controlChange(0, 7, 1)))})), LV2_STATE_SUCCESS);
+    ASSERT_EQ(host.load(swap), LV2_STATE_SUCCESS);
+    host.activate();
+    host.run(1024, Bytes{0x90, 60, 1});
+    EXPECT_EQ(host.take(), (Messages{{480, {0x90, 61, 5}}}));
+}
+
+TEST_F(LV2State, ThatIsRestoredWhileItPlaysHoldsFromTheNextBlock) {
+    host.activate();
+    host.run(64, Bytes{0x90, 60, 1});
+    ASSERT_EQ(host.load(swap), LV2_STATE_SUCCESS);
+    host.run(1024, Bytes{0x90, 60, 1});
+    EXPECT_EQ(host.take(), (Messages{{0, {0x90, 60, 1}}, {64 + 480, {0x90, 61, 5}}}));
+}
+
+}  // namespace
+}  // namespace quillo

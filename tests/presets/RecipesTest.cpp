@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The presets of the guide's recipes, each played as the guide says.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "hosts/cli/InStableOrder.hpp"
+#include "hosts/cli/MIDIFileBytes.hpp"
+#include "hosts/cli/OfflineHost.hpp"
+#include "platform/AtomicFile.hpp"
+
+namespace quillo {
+namespace {
+
+using fixture::hex;
+
+/// Milliseconds, and the message in hexadecimal digits.
+using Moment = std::pair<SampleTime, std::string>;
+
+constexpr SampleTime samplesPerMillisecond = 48;
+
+std::vector<TimedMessage> messagesAt(const std::vector<Moment>& moments) {
+    std::vector<TimedMessage> messages;
+    for (const auto& [milliseconds, bytes] : moments) {
+        messages.push_back({milliseconds * samplesPerMillisecond, MIDIMessage::copyOf(hex(bytes))});
+    }
+    return messages;
+}
+
+/// What leaves in the order of time when a recipe's preset is played with `moments`, the transport moving from 0
+/// to `end` milliseconds.
+std::vector<TimedMessage> played(const std::string& preset, const std::vector<Moment>& moments,
+                                 SampleTime end) {
+    OfflineHost host({}, readWholeFile(std::string(QUILLO_PRESETS) + "/" + preset));
+    return inStableOrder(host.play(messagesAt(moments), end * samplesPerMillisecond).outputs,
+                         &TimedMessage::time);
+}
+
+TEST(Recipes, ThePedalSustainsAndSelectsTheStrings) {
+    EXPECT_EQ(played("pedal-to-strings.json", {{10, "b0 40 7f"}, {20, "90 3c 64"}, {30, "b0 40 00"}}, 40),
+              messagesAt({{10, "b0 00 00"},
+                          {10, "c0 30"},
+                          {10, "b0 40 7f"},
+                          {20, "90 3c 64"},
+                          {30, "b0 00 00"},
+                          {30, "c0 00"},
+                          {30, "b0 40 00"}}));
+}
+
+TEST(Recipes, APedalHalfwayDownSelectsNothing) {
+    EXPECT_EQ(played("pedal-to-strings.json", {{10, "b0 40 3f"}}, 20), messagesAt({{10, "b0 40 3f"}}));
+}
+
+TEST(Recipes, TheSoundsComeWithTheTransportAndSilenceWithItsStop) {
+    EXPECT_EQ(played("sounds-at-start.json", {{50, "90 3c 64"}}, 100), messagesAt({{0, "b0 00 00"},
+                                                                                   {0, "c0 00"},
+                                                                                   {0, "b1 00 00"},
+                                                                                   {0, "c1 21"},
+                                                                                   {0, "b2 00 01"},
+                                                                                   {0, "c2 30"},
+                                                                                   {50, "90 3c 64"},
+                                                                                   {100, "b0 7b 00"},
+                                                                                   {100, "b1 7b 00"},
+                                                                                   {100, "b2 7b 00"}}));
+}
+
+TEST(Recipes, TheLeftHandPlaysTheBassOnItsOwnChannelOnly) {
+    EXPECT_EQ(played("bass-split.json",
+                     {{10, "90 24 64"}, {11, "90 3c 65"}, {20, "80 24 40"}, {21, "80 3c 41"}}, 30),
+              messagesAt({{0, "b1 00 00"},
+                          {0, "c1 20"},
+                          {10, "91 24 64"},
+                          {11, "90 3c 65"},
+                          {20, "81 24 40"},
+                          {21, "80 3c 41"}}));
+}
+
+TEST(Recipes, TheSynthesizerIsResetAtLoadAndHasItsSoundASecondAndAHalfLater) {
+    EXPECT_EQ(
+        played("reset-then-sound.json", {}, 10),
+        messagesAt({{0, "f0 7e 7f 09 01 f7"}, {1500, "b0 00 00"}, {1500, "c0 58"}, {1510, "b0 07 64"}}));
+}
+
+TEST(Recipes, EachNoteHasTwoEchoesOfItsOwnLength) {
+    EXPECT_EQ(played("echo.json", {{100, "90 3c 64"}, {150, "80 3c 40"}}, 200),
+              messagesAt({{0, "b1 07 46"},
+                          {0, "b2 07 2d"},
+                          {100, "90 3c 64"},
+                          {150, "80 3c 40"},
+                          {400, "91 3c 64"},
+                          {450, "81 3c 40"},
+                          {700, "92 3c 64"},
+                          {750, "82 3c 40"}}));
+}
+
+}  // namespace
+}  // namespace quillo
