@@ -63,5 +63,5 @@ target_include_directories(quillo-juce-audio SYSTEM PUBLIC
 target_compile_definitions(quillo-juce-audio PUBLIC JUCE_PLUGINHOST_VST3=1)
 # One of the templates in the headers is not valid before it is instantiated, which never happens.
 target_compile_options(quillo-juce-audio
-    PUBLIC $<$<CXX_COMPILER_ID:Clang>:-fdelayed-template-parsing>
+    PUBLIC "$<$<CXX_COMPILER_ID:Clang>:-fdelayed-template-parsing;-Wno-delayed-template-parsing-in-cxx20>"
     PRIVATE -w)

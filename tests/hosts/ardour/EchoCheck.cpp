@@ -40,8 +40,8 @@ int check(std::ptrdiff_t frames, const std::vector<float>& plain, const std::vec
         return 1;
     }
     const auto difference = frameOf(plain, inPlain) - frameOf(plain, onset);
-    std::cout << "The note sounds from frame " << frameOf(plain, onset) << " on, the echo begins " << difference
-              << " frames later.\n";
+    std::cout << "The note sounds from frame " << frameOf(plain, onset) << " on, the echo begins "
+              << difference << " frames later.\n";
     return difference == frames ? 0 : 1;
 }
 
