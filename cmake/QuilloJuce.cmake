@@ -10,18 +10,32 @@ if(QUILLO_SANITIZE MATCHES "thread|realtime")
     return()
 endif()
 find_package(JUCE CONFIG QUIET)
+if(NOT JUCE_FOUND AND APPLE)
+    include(FetchContent)
+    FetchContent_Declare(JUCE
+        GIT_REPOSITORY https://github.com/juce-framework/JUCE.git
+        GIT_TAG 7.0.5
+        GIT_SHALLOW ON)
+    FetchContent_MakeAvailable(JUCE)
+    set(JUCE_FOUND ON)
+endif()
 if(NOT JUCE_FOUND)
     message(STATUS "JUCE is not there: the editor is left out")
     return()
 endif()
-find_package(JPEG REQUIRED)
-find_package(PNG REQUIRED)
+# Debian's JUCE leaves these to the system, others bring their own.
+set(quillo_image_libraries)
+if(NOT APPLE)
+    find_package(JPEG REQUIRED)
+    find_package(PNG REQUIRED)
+    set(quillo_image_libraries JPEG::JPEG PNG::PNG)
+endif()
 
 add_library(quillo-juce STATIC)
 target_link_libraries(quillo-juce
     PRIVATE juce::juce_gui_basics
     PUBLIC juce::juce_recommended_config_flags
-    INTERFACE JPEG::JPEG PNG::PNG)
+    INTERFACE ${quillo_image_libraries})
 target_compile_definitions(quillo-juce PUBLIC
     JUCE_GLOBAL_MODULE_SETTINGS_INCLUDED=1
     JUCE_DISPLAY_SPLASH_SCREEN=0

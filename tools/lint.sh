@@ -3,13 +3,17 @@
 # The checks of `./dev lint`. Sourced by ./dev.
 
 lint() {
-    need build editor hosts lint
+    need build editor jack plugins hosts lint
     local failed=()
     check "every source names its licence" licences_named || true
     check "format" format_kept || true
     check "real-time exemptions" exemptions_stated || true
+    check "the macOS shell, against headers of our own" mac_shell_compiles || true
+    check "broken macOS shells are refused" broken_shells_refused || true
+    check "the project for macOS, read by a CMake that takes this machine for a Mac" mac_project_configures || true
     if check "warnings and function effects (Clang 22)" clang_builds; then
         check "broken real-time promises are refused" broken_promises_refused || true
+        check "the macOS shell, run against doubles of the platform" mac_shell_runs || true
         check "the real-time contract at run time (RealtimeSanitizer)" realtime_watched || true
         check "every header alone" headers_compile_alone || true
         check "clang-tidy" sources_tidy || true
@@ -107,6 +111,51 @@ broken_promises_refused() {
 
 promise_compiles() {
     clang++-22 -std=c++20 -fsyntax-only -I. -Wno-exceptions "${@:2}" "$1"
+}
+
+# Nothing here runs macOS: its compiler's place is taken by Clang, that of its headers by ours, which hold what the
+# shell uses of them.
+mac_shell_compiles() {
+    our_files '*.mm' | grep '^hosts/auv3/' | while read -r source; do
+        mac_compiles "$source" || exit 1
+    done
+}
+
+# These sources must pass as they should be and fail as they are.
+broken_shells_refused() {
+    local source status=0
+    for source in tests/hosts/auv3/must-not-compile/*.mm; do
+        if ! mac_compiles "$source" -DRIGHT; then
+            status=1
+        elif mac_compiles "$source" 2>/dev/null; then
+            echo "$source is wrong, and Clang does not mind"
+            status=1
+        fi
+    done
+    return "$status"
+}
+
+mac_compiles() {
+    clang++-22 -x objective-c++ -std=c++20 -fsyntax-only -fobjc-runtime=macosx-12 -fobjc-arc -fblocks \
+        -I. -IMIDI_Quillo_Extension_macOS -Itests/hosts/auv3/stubs -Werror -Wall -Wextra -Wpedantic -Wshadow \
+        -Wconversion -Wsign-conversion -Woverriding-method-mismatch -Wfunction-effects "${@:2}" "$1"
+}
+
+mac_project_configures() {
+    local tree status=0
+    tree=$(mktemp -d)
+    cmake -S . -B "$tree" -G Ninja --toolchain tests/hosts/auv3/TakenForAMac.cmake --log-level=WARNING \
+        -DCMAKE_OSX_DEPLOYMENT_TARGET=12.0 -DQUILLO_BUILD_TESTS=OFF >/dev/null || status=1
+    if ((status == 0)) && ! ninja -C "$tree" -n MIDIQuilloApp MIDIQuilloExtension >/dev/null; then
+        echo "the app or its extension is not in the project"
+        status=1
+    fi
+    rm -rf "$tree"
+    return "$status"
+}
+
+mac_shell_runs() {
+    build_tree clang auv3-shell-tests && build-clang/tests/hosts/auv3/auv3-shell-tests --gtest_brief=1
 }
 
 realtime_watched() {

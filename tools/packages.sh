@@ -5,14 +5,16 @@
 # The Debian packages of a group of tools.
 packages_of() {
     case $1 in
-        build) echo g++ cmake ninja-build ccache nlohmann-json3-dev libgtest-dev libgmock-dev lv2-dev ;;
+        build) echo g++ cmake ninja-build ccache nlohmann-json3-dev libgtest-dev libgmock-dev ;;
         editor) echo juce-modules-source juce-tools fonts-inter fonts-dejavu-core ;;
-        display) echo xvfb xauth x11-utils xdotool ;;
+        display) echo xvfb xauth x11-utils xdotool imagemagick ;;
+        jack) echo jackd2 libjack-jackd2-dev ;;
+        plugins) echo lv2-dev dpf-source ;;
+        hosts) echo jalv liblilv-dev lilv-utils sordi qtractor ;;
         guide) echo lowdown ;;
         package) echo dpkg-dev file ;;
-        hosts) echo dpf-source qtractor jackd2 jalv liblilv-dev lilv-utils sordi ;;
         bench) echo libbenchmark-dev liblilv-dev x42-plugins ;;
-        lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev ;;
+        lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev libblocksruntime-dev ;;
         fresh) echo debootstrap ;;
     esac
 }
@@ -22,6 +24,7 @@ programs_of() {
     case $1 in
         build) echo g++ cmake ninja ;;
         display) echo xvfb-run xauth xprop xdotool ;;
+        jack) echo jackd ;;
         lint) echo clang++-22 clang-tidy-22 clang-format-22 ;;
         fresh) echo debootstrap ;;
     esac
@@ -145,5 +148,6 @@ refuse_unknown() {
 installed_versions() {
     has_debian_tools || return 0
     # shellcheck disable=SC2046 # one word a package
-    dpkg-query --show $(packages_of build) $(packages_of editor) $(packages_of hosts) $(packages_of bench) $(packages_of lint) 2>/dev/null || true
+    dpkg-query --show $(for group in build editor jack plugins hosts guide bench lint; do packages_of $group; done) \
+        2>/dev/null || true
 }

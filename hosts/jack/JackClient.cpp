@@ -142,12 +142,6 @@ void JackClient::setCallbacks() {
             }
         },
         &news_);
-    ::jack_set_port_connect_callback(
-        client,
-        [](jack_port_id_t, jack_port_id_t, int, void* news) {
-            withoutCancellation([&] { static_cast<ServerNews*>(news)->connectionsHaveChanged(); });
-        },
-        &news_);
 }
 
 void JackClient::activate() {

@@ -69,7 +69,7 @@ void JackHost::start() {
         if (!mayWait) {
             throw CommandFailure(exitUnavailable, failure.what() + howToGetAServer());
         }
-        link_.waitForServer(failure.what() + howToGetAServer() +
+        link_.waitForServer(failure.what() + (options_.wait ? std::string("\n") : howToGetAServer()) +
                             "MIDI Quillo waits, and goes on as soon as a server is there.");
     }
 }

@@ -1,13 +1,31 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "hosts/cli/Console.hpp"
-#include "hosts/jack/JackOptions.hpp"
+#include <functional>
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include "editor/QuilloView.hpp"
+#include "hosts/adapter/HostedUnit.hpp"
 
 namespace quillo {
 
-/// Runs with the editor in a window, until that is closed or a signal ends it. See `RunJack`; what goes wrong
-/// once the window toolkit runs is told on the console's error stream.
-[[nodiscard]] int runWithWindow(const JackOptions& options, const Console& console);
+/// The editor of a hosted unit in a window of its own. [main]
+class JackWindow final : public juce::DocumentWindow {
+public:
+    /// Shows itself at once. `onClose` runs when the user wants to close it; it stays until it is destroyed.
+    JackWindow(HostedUnit& hosted, std::function<void()> onClose);
+    ~JackWindow() override;
+
+    [[nodiscard]] QuilloView& view() { return view_; }
+
+    /// Keys that come while nothing in the editor has the focus.
+    bool keyPressed(const juce::KeyPress& key) override;
+    void closeButtonPressed() override { onClose_(); }
+
+private:
+    QuilloView view_;
+    std::function<void()> onClose_;
+};
 
 }  // namespace quillo

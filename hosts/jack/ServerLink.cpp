@@ -99,9 +99,6 @@ void ServerLink::takeNews() {
     if (news.formatChanged) {
         formatHasChanged();
     }
-    if (news.connectionsChanged) {
-        ticksUntilNote_ = EventLoop::ticksPerSecond;
-    }
     for (const auto number : news.newPorts) {
         if (const auto port = client_->port(number)) {
             connectIfWanted(*port);
@@ -120,7 +117,7 @@ void ServerLink::formatHasChanged() {
 void ServerLink::serverIsGone() {
     connections_.remember(std::move(noted_.sources), std::move(noted_.targets));
     noted_ = {};
-    ticksUntilNote_ = -1;
+    seen_ = {};
     disconnect();
     waitForServer(gone);
     onChange_();
@@ -132,24 +129,20 @@ void ServerLink::waitForServer(const std::string& reason) {
 }
 
 void ServerLink::tick() {
-    constexpr std::uint64_t second = EventLoop::ticksPerSecond;
-    const bool onceASecond = ++ticks_ % second == 0;
-    if (onceASecond) {
-        tellOfLosses();
+    if (++ticks_ % EventLoop::ticksPerSecond != 0) {
+        return;
     }
+    tellOfLosses();
     if (client_) {
         noteConnections();
-    } else if (onceASecond) {
+    } else {
         tryToReturn();
     }
 }
 
-/// What a server takes down while it ends is no wish of the user's, so connections are noted when they have
-/// rested for a while.
+/// What a server takes down while it ends is no wish of the user's: so what counts is how things stood a second ago.
 void ServerLink::noteConnections() {
-    if (ticksUntilNote_ >= 0 && ticksUntilNote_-- == 0) {
-        noted_ = client_->connections();
-    }
+    noted_ = std::exchange(seen_, client_->connections());
 }
 
 void ServerLink::tryToReturn() {

@@ -72,8 +72,8 @@ private:
     bool returns_ = false;                ///< whether there was a link before
     std::string alert_;                   ///< why the program waits
     std::string toldFailure_;             ///< why a server does not take us back, as far as the user knows
-    JackClient::Connections noted_;       ///< the connections when they last rested
-    int ticksUntilNote_ = -1;             ///< below 0 when they are noted
+    JackClient::Connections seen_;        ///< the connections at the last look, once a second
+    JackClient::Connections noted_;       ///< those of the look before
     std::uint64_t ticks_ = 0;
     std::uint64_t toldRefused_ = 0;
     std::uint64_t toldLost_ = 0;

@@ -15,11 +15,6 @@ void ServerNews::formatHasChanged() noexcept {
     wake_.wake();
 }
 
-void ServerNews::connectionsHaveChanged() noexcept {
-    connectionsChanged_ = true;
-    wake_.wake();
-}
-
 void ServerNews::portHasAppeared(std::uint32_t number) {
     {
         const std::lock_guard lock(newPortsMutex_);
@@ -31,8 +26,7 @@ void ServerNews::portHasAppeared(std::uint32_t number) {
 ServerNews::Contents ServerNews::take() {
     wake_.clear();
     const std::lock_guard lock(newPortsMutex_);
-    return {isGone_.exchange(false), formatChanged_.exchange(false), connectionsChanged_.exchange(false),
-            std::exchange(newPorts_, {})};
+    return {isGone_.exchange(false), formatChanged_.exchange(false), std::exchange(newPorts_, {})};
 }
 
 }  // namespace quillo

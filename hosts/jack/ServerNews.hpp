@@ -18,14 +18,12 @@ public:
     struct Contents {
         bool isGone = false;                  ///< the server has ended or dropped this client
         bool formatChanged = false;           ///< sample rate or length of a cycle
-        bool connectionsChanged = false;      ///< some, anybody's
         std::vector<std::uint32_t> newPorts;  ///< by number, in the order in which they appeared
     };
 
     /// [any] The server's notices.
     void serverIsGone() noexcept;
     void formatHasChanged() noexcept;
-    void connectionsHaveChanged() noexcept;
     void portHasAppeared(std::uint32_t number);
 
     /// Can be read when there is news.
@@ -38,7 +36,6 @@ private:
     WakeDescriptor wake_;
     std::atomic<bool> isGone_{false};
     std::atomic<bool> formatChanged_{false};
-    std::atomic<bool> connectionsChanged_{false};
     std::mutex newPortsMutex_;  ///< the render thread never takes it
     std::vector<std::uint32_t> newPorts_;
 };

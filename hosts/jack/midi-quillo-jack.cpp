@@ -7,7 +7,7 @@
 
 #include "hosts/jack/JackProgram.hpp"
 #ifdef QUILLO_WITH_WINDOW
-#include "hosts/jack/JackWindow.hpp"
+#include "hosts/jack/JackApplication.hpp"
 #endif
 
 int main(int argc, char** argv) {

@@ -18,7 +18,6 @@ namespace {
 
 using namespace test;
 using testing::ElementsAre;
-using testing::Lt;
 
 /// One call of the unit.
 struct Call {

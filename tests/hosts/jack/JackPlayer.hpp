@@ -41,6 +41,8 @@ public:
     /// have passed. Meanwhile the server runs as fast as it can and leaves out no cycle, however slow the machine is.
     /// Returns what arrived, in the same count.
     std::vector<ScriptMessage> play(const std::vector<ScriptMessage>& messages, SampleTime length);
+    /// The same at the speed that the server has.
+    std::vector<ScriptMessage> playNow(const std::vector<ScriptMessage>& messages, SampleTime length);
 
     /// What has arrived since it was last forgotten. `play` and the waits for a connection begin by forgetting.
     std::vector<Bytes> arrived();
@@ -69,7 +71,6 @@ private:
     static Client open(const std::string& server, const char* name);
     static int speak(jack_nframes_t frames, void* self);
     static int listen(jack_nframes_t frames, void* self);
-    std::vector<ScriptMessage> playNow(const std::vector<ScriptMessage>& messages, SampleTime length);
     /// [under the mutex] Returns the time from which the messages' times are counted.
     SampleTime schedule(const std::vector<ScriptMessage>& messages);
     void speakCycle(jack_nframes_t frames);

@@ -24,7 +24,7 @@ TEST(ServerNews, EachPieceOfNewsIsTakenOnce) {
     EXPECT_TRUE(canBeRead(news));
     const auto taken = news.take();
     EXPECT_TRUE(taken.isGone);
-    EXPECT_FALSE(taken.formatChanged || taken.connectionsChanged);
+    EXPECT_FALSE(taken.formatChanged);
     EXPECT_EQ(taken.newPorts, (std::vector<std::uint32_t>{7, 5}));
     EXPECT_FALSE(canBeRead(news));
     const auto again = news.take();
@@ -36,12 +36,10 @@ TEST(ServerNews, TellsTheKindsApart) {
     ServerNews news;
     news.formatHasChanged();
     EXPECT_TRUE(canBeRead(news));
-    EXPECT_TRUE(news.take().formatChanged);
-    news.connectionsHaveChanged();
-    EXPECT_TRUE(canBeRead(news));
     const auto taken = news.take();
-    EXPECT_TRUE(taken.connectionsChanged);
-    EXPECT_FALSE(taken.isGone || taken.formatChanged);
+    EXPECT_TRUE(taken.formatChanged);
+    EXPECT_FALSE(taken.isGone);
+    EXPECT_TRUE(taken.newPorts.empty());
 }
 
 TEST(ServerNews, NothingIsLostBetweenThreads) {
@@ -51,7 +49,7 @@ TEST(ServerNews, NothingIsLostBetweenThreads) {
     const auto tell = [&](std::size_t) {
         for (std::uint32_t number = 0; number < count; ++number) {
             news.portHasAppeared(number);
-            news.connectionsHaveChanged();
+            news.formatHasChanged();
         }
     };
     std::size_t heard = 0;

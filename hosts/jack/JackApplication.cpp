@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/jack/JackApplication.hpp"
+
+#include <array>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <utility>
+#include <vector>
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include "editor/Fonts.hpp"
+#include "hosts/cli/CommandFailure.hpp"
+#include "hosts/cli/ExitStatus.hpp"
+#include "hosts/jack/JackHost.hpp"
+#include "hosts/jack/JackWindow.hpp"
+
+namespace quillo {
+
+namespace {
+
+/// The toolkit's own message loop.
+class WindowLoop final : public EventLoop, private juce::Timer {
+public:
+    ~WindowLoop() override {
+        for (const auto descriptor : watched_) {
+            juce::LinuxEventLoop::unregisterFdCallback(descriptor);
+        }
+    }
+
+    void watch(int descriptor, std::function<void()> callback) override {
+        watched_.push_back(descriptor);
+        juce::LinuxEventLoop::registerFdCallback(descriptor,
+                                                 [callback = std::move(callback)](int) { callback(); });
+    }
+
+    void setTick(std::function<void()> tick) override {
+        tick_ = std::move(tick);
+        startTimerHz(ticksPerSecond);
+    }
+
+    void quit(int status) override {
+        auto* application = juce::JUCEApplicationBase::getInstance();
+        application->setApplicationReturnValue(status);
+        application->systemRequestedQuit();
+    }
+
+private:
+    void timerCallback() override { tick_(); }
+
+    std::vector<int> watched_;
+    std::function<void()> tick_;
+};
+
+/// What the application object, which the toolkit makes, is to do.
+struct Order {
+    const JackOptions& options;
+    const Console& console;
+    SignalDescriptor& signals;
+};
+const Order* order = nullptr;
+
+class JackApplication final : public juce::JUCEApplication {
+public:
+    const juce::String getApplicationName() override { return "MIDI Quillo"; }
+    const juce::String getApplicationVersion() override { return QUILLO_VERSION; }
+    bool moreThanOneInstanceAllowed() override { return true; }
+
+    void initialise(const juce::String& /*commandLine*/) override {
+        try {
+            requireDisplay();
+            open();
+        } catch (const CommandFailure& failure) {
+            fail(failure.what(), failure.status());
+        } catch (const std::exception& error) {
+            fail(error.what(), exitFatal);
+        }
+    }
+
+    void shutdown() override {
+        if (host_) {
+            host_->finish();
+        }
+        window_.reset();
+        host_.reset();
+        loop_.reset();
+    }
+
+private:
+    static void requireDisplay() {
+        if (juce::Desktop::getInstance().getDisplays().displays.isEmpty()) {
+            throw CommandFailure(exitUnavailable,
+                                 "there is no display to open a window on; --no-window runs without");
+        }
+        if (const auto problem = requireTypefaces(); problem.isNotEmpty()) {
+            throw CommandFailure(exitUnavailable, problem.toStdString());
+        }
+    }
+
+    void open() {
+        loop_.emplace();
+        host_.emplace(order->options, order->console, *loop_, order->signals);
+        host_->loadRules();
+        window_.emplace(host_->hosted(), [this] { systemRequestedQuit(); });
+        host_->setOnTitle([this] { window_->setName(host_->title()); });
+        host_->start();
+        window_->setName(host_->title());
+    }
+
+    void fail(const std::string& reason, int status) {
+        order->console.err << "midi-quillo-jack: " << reason << '\n';
+        setApplicationReturnValue(status);
+        quit();
+    }
+
+    std::optional<WindowLoop> loop_;
+    std::optional<JackHost> host_;
+    std::optional<JackWindow> window_;
+};
+
+}  // namespace
+
+int runWithWindow(const JackOptions& options, const Console& console) {
+    SignalDescriptor signals(JackHost::ownSignals);
+    const Order given{options, console, signals};
+    order = &given;
+    juce::JUCEApplicationBase::createInstance = []() -> juce::JUCEApplicationBase* {
+        return new JackApplication();
+    };
+    std::array<const char*, 1> words{"midi-quillo-jack"};
+    return juce::JUCEApplicationBase::main(static_cast<int>(words.size()), words.data());
+}
+
+}  // namespace quillo

@@ -1,0 +1,60 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# editor-in-jalv.sh LV2_PATH PICTURE.png: opens the editor in the window of jalv on this display, adds a rule and sends
+# its message by the display's own mouse, and waits for that message at the host's JACK port. Leaves a
+# picture. Every wait is for something to happen; whoever runs this limits how long it may take.
+set -euo pipefail
+export LV2_PATH=$1 NO_AT_BRIDGE=1 XDG_RUNTIME_DIR JACK_DEFAULT_SERVER=editor-in-jalv-$$
+picture=$2
+XDG_RUNTIME_DIR=$(mktemp -d)
+port='MIDI Quillo:out'
+trap 'kill $(jobs -p) 2>/dev/null; wait; rm -rf "$XDG_RUNTIME_DIR"' EXIT
+
+# Without a window manager the window stands in the corner, its menu bar above the editor of 500 x 250.
+add_new=(246 101)
+add_new_area=88x26+202+88
+menu_area=140x100+204+118
+note_on=(236 129)
+undo_area=24x24+144+36
+send=(273 218)
+
+area() {
+    import -silent -window root -crop "$1" rgb:- | cksum
+}
+
+click() {
+    xdotool mousemove "$1" "$2" click 1
+}
+
+# Waits until something is written in the area: a bare window has one colour, text has many.
+shows_text() {
+    until (($(import -silent -window root -crop "$1" -format %k info:) > 4)); do :; done
+}
+
+# changes AREA COMMAND...: does it and waits until the area looks different.
+changes() {
+    local before
+    before=$(area "$1")
+    "${@:2}"
+    until [[ $(area "$1") != "$before" ]]; do :; done
+}
+
+open_jalv() {
+    jalv.gtk3 urn:midi-quillo:lv2 >"$XDG_RUNTIME_DIR/jalv" 2>&1 &
+    until jack_lsp | grep -q "$port"; do kill -0 $!; done
+}
+
+jackd -r -n "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 256 >"$XDG_RUNTIME_DIR/jackd" 2>&1 &
+until jack_lsp >/dev/null 2>&1; do kill -0 $!; done
+open_jalv
+shows_text "$add_new_area"
+click "${add_new[@]}"
+shows_text "$menu_area"
+changes "$undo_area" click "${note_on[@]}"
+
+stdbuf --output=L jack_midi_dump listener >"$XDG_RUNTIME_DIR/heard" 2>&1 &
+until jack_connect "$port" listener:input 2>/dev/null; do kill -0 $!; done
+click "${send[@]}"
+until grep -q '90 3c 40' "$XDG_RUNTIME_DIR/heard"; do :; done
+import -silent -window root "$picture"
+echo "heard: $(grep '90 3c 40' "$XDG_RUNTIME_DIR/heard")"
