@@ -32,11 +32,11 @@ set(CPACK_PACKAGE_CONTACT "the developers of MIDI Quillo <midi-quillo@localhost>
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "MIDI processor that works by rules")
 set(CPACK_PACKAGE_DESCRIPTION
 "MIDI Quillo rewrites a stream of MIDI events by an ordered list of rules. A rule waits for a note, a
- controller, a program change, a MIDI or host transport command, or for being loaded, and sends a message of
- its own, at once or after a delay.
- .
- This package holds the LV2, CLAP and VST3 plug-ins, the stand-alone program for JACK and PipeWire, the
- command-line program for MIDI files, example presets and the guide.")
+controller, a program change, a MIDI or host transport command, or for being loaded, and sends a message of
+its own, at once or after a delay.
+
+This package holds the LV2, CLAP and VST3 plug-ins, the stand-alone program for JACK and PipeWire, the
+command-line program for MIDI files, example presets and the guide.")
 set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
 set(CPACK_GENERATOR DEB TGZ)
 set(CPACK_STRIP_FILES ON)

@@ -10,7 +10,7 @@ packages_of() {
         display) echo xvfb xauth x11-utils xdotool imagemagick ;;
         jack) echo jackd2 libjack-jackd2-dev ;;
         plugins) echo lv2-dev dpf-source ;;
-        hosts) echo jalv liblilv-dev lilv-utils sordi qtractor ;;
+        hosts) echo ardour jalv liblilv-dev lilv-utils sordi qtractor ;;
         guide) echo lowdown ;;
         package) echo dpkg-dev file ;;
         bench) echo libbenchmark-dev liblilv-dev x42-plugins ;;

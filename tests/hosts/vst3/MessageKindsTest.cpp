@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What of each kind of message gets through the format, in both directions: the measured side of
-// docs/formats.md.
+// docs/guide/06-formats.md.
 #include <gtest/gtest.h>
 
 #include "hosts/vst3/VST3Host.hpp"

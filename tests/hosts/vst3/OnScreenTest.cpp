@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The built plug-in's editor in the window of a host, on a real display.
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+#include "editor-main/EditorStage.hpp"
+#include "editor/NewRuleSelector.hpp"
+#include "hosts/vst3/VST3View.hpp"
+#include "persistence/PluginData.hpp"
+#include "support/TestRules.hpp"
+#include "support/Threads.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using Size = std::pair<unsigned, unsigned>;
+
+class VST3OnScreen : public testing::Test {
+protected:
+    ~VST3OnScreen() override { EXPECT_TRUE(loop.isEmpty()); }
+
+    static Size sizeOf(VST3View& view) {
+        const auto size = view.size();
+        return {static_cast<unsigned>(size.getWidth()), static_cast<unsigned>(size.getHeight())};
+    }
+
+    /// Lets the display act, and the plug-in take what comes of it.
+    void act(VST3View& view, const std::string& deed) {
+        juce::ChildProcess hand;
+        ASSERT_TRUE(hand.start("xdotool " + deed));
+        ASSERT_TRUE(hand.waitForProcessToFinish(-1));
+        ASSERT_EQ(hand.getExitCode(), 0U);
+        view.settle();
+    }
+
+    VST3RunLoop loop;
+    VST3Instance plugIn;
+};
+
+TEST_F(VST3OnScreen, TheEditorOpensAtItsPreferredSizeAndIsResizedAndScaledByItsHost) {
+    VST3View view(plugIn, loop);
+    EXPECT_EQ(sizeOf(view), Size(500, 250));
+    EXPECT_EQ(view.sizeOfThePlugInsWindow(), Size(500, 250));
+    EXPECT_EQ(view.view().canResize(), Steinberg::kResultOk);
+    view.resize(820, 640);
+    EXPECT_EQ(view.sizeOfThePlugInsWindow(), Size(820, 640));
+    view.resize(100, 100);
+    EXPECT_EQ(view.sizeOfThePlugInsWindow(), Size(200, 200));
+    view.setScale(2.0F);
+    EXPECT_EQ(sizeOf(view), Size(400, 400));
+    EXPECT_EQ(view.sizeOfThePlugInsWindow(), Size(400, 400));
+}
+
+TEST_F(VST3OnScreen, ARuleThatTheUserAddsIsSavedAndMarksTheProjectChanged) {
+    Desk sameEditor{{}};
+    const auto button = findBelow<NewRuleSelector>(sameEditor.view())->button().getScreenBounds().getCentre();
+    VST3View view(plugIn, loop);
+    act(view, "mousemove " + std::to_string(button.x) + " " + std::to_string(button.y) + " click 1");
+    act(view, "type pitch");
+    act(view, "key Return");
+    while (plugIn.handler().timesMarkedChanged == 0) {
+        loop.turn(10);
+    }
+    const auto expected = PluginData{{ruleFromEntry(defaultEntry(OutputEntryType::PitchWheel, 1))}}.write();
+    const auto chunk = plugIn.state();
+    EXPECT_TRUE(std::equal(expected.begin(), expected.end(), chunk.begin()));
+}
+
+TEST_F(VST3OnScreen, EditorsComeAndGoWhileAnotherThreadProcesses) {
+    ASSERT_EQ(plugIn.setState(PluginData{{rule(onNoteOn(), send(noteOn(0, 61, 5)))}}.write()),
+              Steinberg::kResultOk);
+    plugIn.activate();
+    std::atomic<bool> done{false};
+    std::atomic<std::size_t> blocks{0};
+    const auto process = [&](std::size_t) {
+        VST3Input input;
+        plugIn.give(input, 3, Bytes{0x90, 60, 1});
+        for (; !done; ++blocks) {
+            ASSERT_EQ(plugIn.process(512, input, nullptr), Steinberg::kResultOk);
+            ASSERT_EQ(plugIn.sentEvents().size(), 2U);
+        }
+    };
+    const Threads render(1, process);
+    for (int round = 0; round < 100; ++round) {
+        const auto before = blocks.load();
+        VST3View view(plugIn, loop);
+        EXPECT_EQ(view.sizeOfThePlugInsWindow(), Size(500, 250));
+        while (blocks < before + 100 && !HasFailure()) {
+            loop.turn(1);
+        }
+    }
+    done = true;
+}
+
+TEST_F(VST3OnScreen, EditorsOfSeveralInstancesStandSideBySideAndOneOfThemCloses) {
+    VST3Instance other;
+    VST3View view(plugIn, loop);
+    {
+        VST3View otherView(other, loop, 600, 0);
+        otherView.resize(300, 300);
+        EXPECT_EQ(otherView.sizeOfThePlugInsWindow(), Size(300, 300));
+    }
+    view.resize(400, 400);
+    EXPECT_EQ(view.sizeOfThePlugInsWindow(), Size(400, 400));
+}
+
+}  // namespace
+}  // namespace quillo
