@@ -19,6 +19,9 @@ void addDocumentBenchmarks();
 /// The plug-in as LV2 hosts run it, beside those of other makers.
 void addLV2Benchmarks();
 
+/// The plug-in as CLAP hosts run it.
+void addCLAPBenchmarks();
+
 /// The editor, with few rules and with many: opened, edited and scrolled.
 void addEditorBenchmarks();
 

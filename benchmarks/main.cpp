@@ -19,6 +19,9 @@ int main(int count, char** arguments) {
 #ifdef QUILLO_HAS_LV2
     addLV2Benchmarks();
 #endif
+#ifdef QUILLO_HAS_CLAP
+    addCLAPBenchmarks();
+#endif
 #ifdef QUILLO_HAS_EDITOR
     addEditorBenchmarks();
 #endif

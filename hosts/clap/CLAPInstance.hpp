@@ -11,7 +11,7 @@
 
 namespace quillo {
 
-class CLAPEditor;
+struct CLAPEditor;
 
 /// What an instance of the plug-in consists of, from the host's `init` until it is destroyed. [main]
 struct CLAPInstance {

@@ -50,6 +50,16 @@ Point placeOf(std::vector<Rule> rules, Point size, Find find) {
     return {centre.x, centre.y};
 }
 
+/// Lets the display act.
+void act(const std::string& deed) {
+    ASSERT_EQ(std::system(("xdotool " + deed).c_str()), 0);
+}
+
+/// A click at a place in the host's window.
+void click(Point place) {
+    act("mousemove " + std::to_string(left + place.x) + " " + std::to_string(top + place.y) + " click 1");
+}
+
 /// A host with the editor of its instance in a window.
 class CLAPEditorHost : public CLAPTestHost {
 public:
@@ -107,12 +117,6 @@ public:
 
     [[nodiscard]] Geometry geometry() const { return window.geometryOf(window.children().at(0)); }
 
-    static void act(const std::string& deed) { ASSERT_EQ(std::system(("xdotool " + deed).c_str()), 0); }
-
-    static void click(Point place) {
-        act("mousemove " + std::to_string(left + place.x) + " " + std::to_string(top + place.y) + " click 1");
-    }
-
     [[nodiscard]] std::vector<Rule> rules() { return PluginData::read(save()).rules; }
 };
 
@@ -157,13 +161,13 @@ TEST_F(CLAPEditor, AsksForATimerOfThirtyTimesASecondWhileItIsOpen) {
 
 TEST_F(CLAPEditor, ARuleIsAddedByMouseAndKeyboardAndTheProjectIsDirty) {
     host.open();
-    host.click(placeOf({}, {500, 250}, [](QuilloView& view) -> juce::Component& {
+    click(placeOf({}, {500, 250}, [](QuilloView& view) -> juce::Component& {
         return findBelow<NewRuleSelector>(view)->button();
     }));
     const auto before = host.colour();
     host.idleUntil([&] { return host.colour() != before; });
-    host.act("type pitch");
-    host.act("key Return");
+    act("type pitch");
+    act("key Return");
     host.idleUntil([this] { return !host.rules().empty(); });
     EXPECT_EQ(host.rules(), std::vector{pitchRule()});
     EXPECT_EQ(host.dirtyMarks, 1);
@@ -177,7 +181,7 @@ TEST_F(CLAPEditor, AMessageSentByHandWakesASleepingPlugin) {
     host.open();
     ASSERT_TRUE(host.gui.set_size(host.plugin, 800, 500));
     host.idleUntil([this] { return host.geometry().width == 800; });
-    host.click(placeOf({pitchRule()}, {800, 500}, [](QuilloView& view) -> juce::Component& {
+    click(placeOf({pitchRule()}, {800, 500}, [](QuilloView& view) -> juce::Component& {
         return view.card(view.editor().rules()[0].id)->buttons().sendButton();
     }));
     host.idleUntil([this] { return host.processRequests > 0; });
