@@ -60,7 +60,7 @@ start_the_stand_alone() {
 
 load_the_plug_ins() {
     quietly apt-get install --yes --no-install-recommends lilv-utils jalv
-    expect "Class: *MIDI" lv2info urn:midi-quillo:lv2
+    expect "MIDIQuillo" lv2info urn:midi-quillo:lv2
     show ls /usr/lib/clap /usr/lib/vst3
     jackd --realtime -n newcomer -d dummy -r 48000 -p 256 >/tmp/jackd 2>&1 &
     local server=$!

@@ -141,9 +141,7 @@ void FieldView::paintValue(juce::Graphics& graphics) {
 }
 
 void FieldView::paintText(juce::Graphics& graphics, const juce::String& text, juce::Colour colour) {
-    graphics.setColour(colour);
-    graphics.setFont(textFont(style::valueText));
-    graphics.drawText(text, textArea(), juce::Justification::centredLeft, true);
+    drawLine(graphics, text, textArea(), style::valueText, colour);
 }
 
 void FieldView::mouseEnter(const juce::MouseEvent& /*event*/) {

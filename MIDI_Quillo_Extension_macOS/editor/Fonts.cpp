@@ -33,6 +33,11 @@ const juce::String& monospacedFamily() {
     return family;
 }
 
+juce::Font signFont(float size) {
+    static const auto family = firstInstalled({"DejaVu Sans"}, textFamily());
+    return juce::Font(family, size, juce::Font::plain).withPointHeight(size);
+}
+
 /// Inter has a weight between regular and bold, which suits light text on dark ground.
 const juce::String& boldStyle() {
     static const auto style = [] {
@@ -54,6 +59,24 @@ juce::Font monospacedFont(float size) {
 
 int textWidth(const juce::String& text, float size, bool bold) {
     return static_cast<int>(std::ceil(textFont(size, bold).getStringWidthFloat(text)));
+}
+
+void drawLine(juce::Graphics& graphics, const juce::String& text, juce::Rectangle<int> area, float size,
+              juce::Colour colour) {
+    constexpr juce::juce_wchar sharp = 0x266F;
+    const auto place = text.indexOfChar(sharp);
+    graphics.setColour(colour);
+    graphics.setFont(textFont(size));
+    if (place < 0 || textWidth(text, size) > area.getWidth()) {
+        graphics.drawText(text, area, juce::Justification::centredLeft, true);
+        return;
+    }
+    juce::AttributedString line;
+    line.setJustification(juce::Justification::centredLeft);
+    line.setWordWrap(juce::AttributedString::none);
+    line.append(text, textFont(size), colour);
+    line.setFont({place, place + 1}, signFont(size));
+    line.draw(graphics, area.toFloat());
 }
 
 juce::String requireTypefaces() {

@@ -15,6 +15,11 @@ namespace quillo {
 /// How wide a line of text is, rounded up.
 [[nodiscard]] int textWidth(const juce::String& text, float size, bool bold = false);
 
+/// Draws a line in the graphics' colour, from the left and centred in height; what does not fit is cut, with an
+/// ellipsis. Sharp signs, which Inter lacks, are taken from DejaVu.
+void drawLine(juce::Graphics& graphics, const juce::String& text, juce::Rectangle<int> area, float size,
+              juce::Colour colour);
+
 /// Empty where text can be drawn. On a machine without a typeface nothing would be seen and nothing would fail:
 /// then the text says what to install.
 [[nodiscard]] juce::String requireTypefaces();

@@ -187,20 +187,20 @@ void PopupMenuOverlay::paintListBoxItem(int row, juce::Graphics& graphics, int w
     if (row >= getNumRows()) {
         return;
     }
-    const auto colour = displayColour(environment<MyPrimaryColor>(*this));
+    auto colour = displayColour(environment<MyPrimaryColor>(*this));
     auto area = juce::Rectangle<int>(width, height);
     graphics.setColour(colour);
     if (highlighted) {
         graphics.fillRoundedRectangle(area.toFloat(), style::fieldCorner);
-        graphics.setColour(displayColour(environment<PaletteKey>(*this).background));
+        colour = displayColour(environment<PaletteKey>(*this).background);
+        graphics.setColour(colour);
     }
     area.reduce(style::fieldPadding, 0);
     const auto mark = area.removeFromRight(style::chevronSize).toFloat();
     if (shown_[static_cast<std::size_t>(row)] == contents_.current) {
         graphics.fillEllipse(mark.withSizeKeepingCentre(markSize, markSize));
     }
-    graphics.setFont(textFont(style::valueText));
-    graphics.drawText(label(row), area, juce::Justification::centredLeft, true);
+    drawLine(graphics, label(row), area, style::valueText, colour);
 }
 
 void PopupMenuOverlay::listBoxItemClicked(int row, const juce::MouseEvent& /*event*/) {

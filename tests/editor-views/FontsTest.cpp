@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace quillo {
 namespace {
 
@@ -31,6 +33,24 @@ TEST(Fonts, BoldIsAnotherStyleOfTheSameTypeface) {
 TEST(Fonts, MonospacedLettersAreEquallyWide) {
     EXPECT_FLOAT_EQ(monospacedFont(12).getStringWidthFloat("iiii"),
                     monospacedFont(12).getStringWidthFloat("WWWW"));
+}
+
+/// The sign of a missing letter is a block of bars.
+TEST(Fonts, ASharpSignIsNotDrawnAsTheSignOfAMissingLetter) {
+    const auto picture = [](juce::juce_wchar sign) {
+        juce::Image image(juce::Image::ARGB, 40, 20, true);
+        juce::Graphics graphics(image);
+        drawLine(graphics, juce::String::charToString(sign), image.getBounds(), 12, juce::Colours::white);
+        std::vector<juce::uint32> pixels;
+        for (int i = 0; i < image.getWidth() * image.getHeight(); ++i) {
+            pixels.push_back(image.getPixelAt(i % image.getWidth(), i / image.getWidth()).getARGB());
+        }
+        return pixels;
+    };
+    constexpr juce::juce_wchar sharp = 0x266F;
+    constexpr juce::juce_wchar inNoTypeface = 0xE123;
+    EXPECT_NE(picture(sharp), picture(' '));
+    EXPECT_NE(picture(sharp), picture(inNoTypeface));
 }
 
 TEST(Fonts, WiderTextIsWider) {
