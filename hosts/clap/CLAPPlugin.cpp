@@ -106,6 +106,7 @@ bool CLAPPlugin::activate(const clap_plugin_t* plugin, double sampleRate, std::u
 void CLAPPlugin::deactivate(const clap_plugin_t* plugin) noexcept {
     with(plugin, false, [&](CLAPInstance& instance) {
         of(plugin)->active_ = false;
+        instance.renderer.deactivate();
         instance.hosted.deactivate();
         return true;
     });

@@ -25,6 +25,9 @@ public:
     /// [main, while nothing renders] Blocks come at this rate from now on.
     void activate(double sampleRate);
 
+    /// [main, while nothing renders] No blocks come before the next activation, which is the host's affair.
+    void deactivate() { asleep_ = false; }
+
     /// The blocks that follow do not join those before, whatever the host's steady time says.
     void interrupt() QUILLO_REALTIME {
         maySleep_ = true;

@@ -54,6 +54,15 @@ TEST_F(CLAPSleep, EndsWhenRulesAreLoadedThatWaitForTheTransport) {
     EXPECT_EQ(host.processRequests, 1);
 }
 
+TEST_F(CLAPSleep, IsNotDisturbedWhileThePluginIsNotActive) {
+    host.process(64);
+    host.stop();
+    host.loadRules({rule(onHost(HostTransportTriggerVariantsV2::Start), send(noteOn(0, 61, 5)))});
+    EXPECT_EQ(host.processRequests, 0);
+    host.start();
+    EXPECT_EQ(host.processRequests, 0);
+}
+
 TEST_F(CLAPSleep, HasNoPartInTheDelays) {
     host.loadRules({rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(0, 61, 5), 2))});
     host.process(64);
