@@ -9,6 +9,7 @@ packages_of() {
         editor) echo juce-modules-source juce-tools fonts-inter fonts-dejavu-core ;;
         display) echo xvfb xauth x11-utils xdotool ;;
         jack) echo jackd2 libjack-jackd2-dev ;;
+        pipewire) echo pipewire pipewire-jack ;;
         bench) echo libbenchmark-dev ;;
         lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev ;;
         fresh) echo debootstrap ;;
@@ -21,6 +22,7 @@ programs_of() {
         build) echo g++ cmake ninja ;;
         display) echo xvfb-run xauth xprop xdotool ;;
         jack) echo jackd ;;
+        pipewire) echo pipewire pw-jack ;;
         lint) echo clang++-22 clang-tidy-22 clang-format-22 ;;
         fresh) echo debootstrap ;;
     esac
