@@ -9,6 +9,7 @@ packages_of() {
         editor) echo juce-modules-source juce-tools fonts-inter fonts-dejavu-core ;;
         display) echo xvfb xauth x11-utils xdotool imagemagick ;;
         jack) echo jackd2 libjack-jackd2-dev ;;
+        pipewire) echo pipewire pipewire-jack ;;
         plugins) echo lv2-dev dpf-source ;;
         hosts) echo ardour jalv liblilv-dev lilv-utils sordi qtractor ;;
         guide) echo lowdown ;;
@@ -25,6 +26,7 @@ programs_of() {
         build) echo g++ cmake ninja ;;
         display) echo xvfb-run xauth xprop xdotool ;;
         jack) echo jackd ;;
+        pipewire) echo pipewire pw-jack ;;
         lint) echo clang++-22 clang-tidy-22 clang-format-22 ;;
         fresh) echo debootstrap ;;
     esac

@@ -3,7 +3,7 @@
 # `./dev test`: every tree's tests, whatever happens in the others. Sourced by ./dev.
 
 run_tests() {
-    need build editor jack plugins hosts display guide
+    need build editor jack pipewire plugins hosts display guide
     keep_addresses_plain test
     local preset passed=() failed=()
     for preset in release asan tsan; do

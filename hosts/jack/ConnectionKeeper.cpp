@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <stdexcept>
 #include <utility>
 
 #include "hosts/cli/CommandFailure.hpp"
@@ -11,22 +12,17 @@ namespace quillo {
 
 namespace {
 
-std::vector<std::regex> compile(const char* option, const std::vector<std::string>& patterns) {
-    std::vector<std::regex> compiled;
-    for (const auto& pattern : patterns) {
+std::vector<PortPattern> compile(const char* option, const std::vector<std::string>& texts) {
+    std::vector<PortPattern> patterns;
+    for (const auto& text : texts) {
         try {
-            compiled.emplace_back(pattern, std::regex::extended);
-        } catch (const std::regex_error& error) {
-            throw UsageError(std::string("option ") + option + ": \"" + pattern +
+            patterns.emplace_back(text);
+        } catch (const std::invalid_argument& error) {
+            throw UsageError(std::string("option ") + option + ": \"" + text +
                              "\" is not a regular expression: " + error.what());
         }
     }
-    return compiled;
-}
-
-bool matches(const std::vector<std::regex>& patterns, const std::string& name) {
-    return std::ranges::any_of(patterns,
-                               [&](const std::regex& pattern) { return std::regex_search(name, pattern); });
+    return patterns;
 }
 
 std::set<std::string> asSet(std::vector<std::string> names) {
@@ -50,9 +46,9 @@ bool ConnectionKeeper::takes(const PortDescription& port) {
     }
     auto& side = port.givesMIDI ? sources_ : targets_;
     const bool wasConnected = side.remembered.erase(port.name) > 0;
-    return wasConnected || matches(side.patterns, port.name) ||
-           std::ranges::any_of(port.aliases,
-                               [&](const std::string& alias) { return matches(side.patterns, alias); });
+    return wasConnected || std::ranges::any_of(side.patterns, [&](const PortPattern& pattern) {
+               return pattern.matches(port);
+           });
 }
 
 }  // namespace quillo

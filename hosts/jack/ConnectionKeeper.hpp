@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <regex>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "hosts/jack/PortDescription.hpp"
+#include "hosts/jack/PortPattern.hpp"
 
 namespace quillo {
 
@@ -17,8 +17,7 @@ namespace quillo {
 /// Ports of the client itself never match. [main]
 class ConnectionKeeper {
 public:
-    /// POSIX extended regular expressions, as JACK's own tools take them. Throws a `UsageError` that names the
-    /// option and the pattern that is none.
+    /// Throws a `UsageError` that names the option and the pattern that is none.
     ConnectionKeeper(const std::vector<std::string>& connectIn, const std::vector<std::string>& connectOut);
 
     /// The server went while the client's input and output were connected to these ports. They are connected
@@ -31,7 +30,7 @@ public:
 
 private:
     struct Side {
-        std::vector<std::regex> patterns;
+        std::vector<PortPattern> patterns;
         std::set<std::string> remembered;
     };
 

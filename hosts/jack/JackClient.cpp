@@ -42,7 +42,10 @@ std::vector<std::string> aliasesOf(const jack_port_t* port) {
     const auto count = ::jack_port_get_aliases(port, pointers.data());
     std::vector<std::string> aliases;
     for (int index = 0; index < count; ++index) {
-        aliases.emplace_back(texts[static_cast<std::size_t>(index)].c_str());
+        std::string alias = texts[static_cast<std::size_t>(index)].c_str();
+        if (!alias.empty()) {
+            aliases.push_back(std::move(alias));
+        }
     }
     return aliases;
 }

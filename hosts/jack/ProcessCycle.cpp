@@ -17,6 +17,7 @@ ProcessCycle::~ProcessCycle() {
 
 void ProcessCycle::run(std::uint32_t frames, const ServerTransport& transport, const MIDIInputPort& in,
                        MIDIOutputPort& out) QUILLO_REALTIME {
+    ++cycles_;
     out.clear();
     if (isHeld()) {
         return;

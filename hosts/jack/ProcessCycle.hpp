@@ -44,6 +44,8 @@ public:
     void run(std::uint32_t frames, const ServerTransport& transport, const MIDIInputPort& in,
              MIDIOutputPort& out) QUILLO_REALTIME;
 
+    /// [any] How many cycles have run, held or not, since this was made.
+    [[nodiscard]] std::uint64_t cycles() const { return cycles_; }
     /// [any] How many messages the output port had no room for, since this was made.
     [[nodiscard]] std::uint64_t refused() const { return refused_; }
     /// [any] How many events were lost on their way into the input port.
@@ -63,6 +65,7 @@ private:
     MIDIOutputPort* out_ = nullptr;  ///< during a cycle
     std::uint32_t lastWritten_ = 0;  ///< the offset of the last message in the port
     std::atomic<std::uint32_t> cyclesToHold_{forever};
+    std::atomic<std::uint64_t> cycles_{0};   ///< written by [render]
     std::atomic<std::uint64_t> refused_{0};  ///< written by [render]
     std::atomic<std::uint64_t> lost_{0};     ///< written by [render]
 };

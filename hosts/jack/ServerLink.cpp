@@ -50,6 +50,9 @@ void ServerLink::connect() {
 
 void ServerLink::makeClient() {
     static_cast<void>(news_.take());
+    heardCycles_ = cycle_.cycles();
+    hasHeardCycles_ = false;
+    silentSeconds_ = 0;
     client_ = std::make_unique<JackClient>(request_, cycle_, news_);
     activateUnit();
     client_->activate();
@@ -135,8 +138,22 @@ void ServerLink::tick() {
     tellOfLosses();
     if (client_) {
         noteConnections();
+        listenForCycles();
     } else {
         tryToReturn();
+    }
+}
+
+/// Some servers end without a word: PipeWire for one. But a server that has not begun yet is given all the time that
+/// it wants.
+void ServerLink::listenForCycles() {
+    constexpr int longestSilence = 5;
+    const auto cycles = cycle_.cycles();
+    const bool isSilent = std::exchange(heardCycles_, cycles) == cycles;
+    hasHeardCycles_ = hasHeardCycles_ || !isSilent;
+    silentSeconds_ = isSilent && hasHeardCycles_ ? silentSeconds_ + 1 : 0;
+    if (silentSeconds_ == longestSilence) {
+        serverIsGone();
     }
 }
 

@@ -44,7 +44,8 @@ public:
     void takeNews();
 
     /// To be called `EventLoop::ticksPerSecond` times a second: looks once a second whether a server that went
-    /// is back, tells of messages that were refused or lost, and notes the connections.
+    /// is back, or one that was there has fallen silent, tells of messages that were refused or lost, and notes
+    /// the connections.
     void tick();
 
     /// `callback` runs when the link was made or lost.
@@ -57,6 +58,7 @@ private:
     void connectIfWanted(const PortDescription& port);
     void formatHasChanged();
     void serverIsGone();
+    void listenForCycles();
     void tryToReturn();
     void tellOfLosses();
     void noteConnections();
@@ -74,6 +76,9 @@ private:
     std::string toldFailure_;             ///< why a server does not take us back, as far as the user knows
     JackClient::Connections seen_;        ///< the connections at the last look, once a second
     JackClient::Connections noted_;       ///< those of the look before
+    std::uint64_t heardCycles_ = 0;       ///< how many had run at the last look, once a second
+    bool hasHeardCycles_ = false;         ///< since the link was made
+    int silentSeconds_ = 0;
     std::uint64_t ticks_ = 0;
     std::uint64_t toldRefused_ = 0;
     std::uint64_t toldLost_ = 0;

@@ -5,8 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
-#include <regex>
 #include <set>
 #include <sstream>
 
@@ -18,8 +18,13 @@ namespace quillo {
 namespace {
 
 std::set<std::string> optionsIn(const std::string& text) {
-    static const std::regex option("--[a-z][a-z-]*");
-    return {std::sregex_token_iterator(text.begin(), text.end(), option), std::sregex_token_iterator()};
+    std::set<std::string> options;
+    for (auto start = text.find("--"); start != std::string::npos; start = text.find("--", start)) {
+        const auto end = std::min(text.find_first_not_of("abcdefghijklmnopqrstuvwxyz-", start), text.size());
+        options.insert(text.substr(start, end - start));
+        start = end;
+    }
+    return options;
 }
 
 /// A manual page as it is read: without the backslashes before hyphens.
@@ -27,7 +32,9 @@ std::string manual(const std::string& name) {
     std::ifstream file(QUILLO_MANUALS "/" + name);
     std::ostringstream text;
     text << file.rdbuf();
-    return std::regex_replace(text.str(), std::regex(R"(\\-)"), "-");
+    auto page = text.str();
+    std::erase(page, '\\');
+    return page;
 }
 
 TEST(JackHelpText, NamesEveryOptionAndNoOther) {

@@ -156,6 +156,7 @@ TEST_F(ProcessCycleTest, NothingGoesInOrOutUntilItIsReleased) {
     EXPECT_EQ(run({{0, {0xC0, 1}}}, {true, 16}), Timed{});
     EXPECT_EQ(run({{0, {0xC0, 1}}}, {true, 32}), Timed{});
     EXPECT_EQ(renderer.now(), 0);
+    EXPECT_EQ(cycle.cycles(), 3U);
     EXPECT_EQ(heard, std::vector<std::string>{});
 }
 

@@ -126,5 +126,19 @@ TEST_F(ServerLinkTest, AnotherAlertIsNotTakenAwayWhenTheServerIsBack) {
     EXPECT_EQ(hosted.controller().model()->alertErrorMessage(), "Something else.");
 }
 
+TEST_F(ServerLinkTest, AServerThatFallsSilentCountsAsGoneAndIsTakenUpAgain) {
+    constexpr JackServer::Settings slow{32000, 8192};
+    server.stop();
+    server.start(slow);
+    link.connect();
+    turnUntil([&] {
+        letPass(1);
+        return !link.isConnected();
+    });
+    EXPECT_TRUE(hasSaid("The JACK server has ended, or dropped this program."));
+    turnUntil([&] { return link.isConnected(); });
+    EXPECT_TRUE(hasSaid("back on the JACK server"));
+}
+
 }  // namespace
 }  // namespace quillo
