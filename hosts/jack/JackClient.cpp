@@ -42,7 +42,7 @@ std::vector<std::string> aliasesOf(const jack_port_t* port) {
     const auto count = ::jack_port_get_aliases(port, pointers.data());
     std::vector<std::string> aliases;
     for (int index = 0; index < count; ++index) {
-        std::string alias = texts[static_cast<std::size_t>(index)].c_str();
+        std::string alias = pointers[static_cast<std::size_t>(index)];
         if (!alias.empty()) {
             aliases.push_back(std::move(alias));
         }
@@ -95,7 +95,7 @@ void JackClient::Close::operator()(jack_client_t* client) const {
 JackClient::JackClient(const Request& request, ProcessCycle& cycle, ServerNews& news)
     : cycle_(cycle), news_(news) {
     const LibraryMessages messages;
-    jack_status_t status{};
+    jack_status_t status = JackFailure;
     client_.reset(openClient(request, status));
     if (!client_) {
         throw failureToOpen(request, status, messages);

@@ -16,8 +16,6 @@ public:
         std::span<const std::uint8_t> bytes;  ///< valid until the cycle ends
     };
 
-    virtual ~MIDIInputPort() = default;
-
     [[nodiscard]] virtual std::uint32_t size() const QUILLO_REALTIME = 0;
     [[nodiscard]] virtual Event event(std::uint32_t index) const QUILLO_REALTIME = 0;
     /// How many events found no room on their way into the port.
@@ -25,6 +23,7 @@ public:
 
 protected:
     MIDIInputPort() = default;
+    ~MIDIInputPort() = default;
     MIDIInputPort(const MIDIInputPort&) = default;
     MIDIInputPort& operator=(const MIDIInputPort&) = default;
 };
@@ -32,8 +31,6 @@ protected:
 /// What an output port is given in one cycle. It takes messages by ascending offset only. [render]
 class MIDIOutputPort {
 public:
-    virtual ~MIDIOutputPort() = default;
-
     virtual void clear() QUILLO_REALTIME = 0;
     /// False, and nothing written, when there is no room for all of the message.
     [[nodiscard]] virtual bool tryWrite(std::uint32_t offset,
@@ -41,6 +38,7 @@ public:
 
 protected:
     MIDIOutputPort() = default;
+    ~MIDIOutputPort() = default;
     MIDIOutputPort(const MIDIOutputPort&) = default;
     MIDIOutputPort& operator=(const MIDIOutputPort&) = default;
 };

@@ -46,6 +46,7 @@ int PollLoop::run() {
 void PollLoop::wait() {
     constexpr int noLimit = -1;
     std::vector<pollfd> watched;
+    watched.reserve(callbacks_.size());
     for (const auto& [descriptor, callback] : callbacks_) {
         watched.push_back({descriptor, POLLIN, 0});
     }

@@ -6,7 +6,7 @@
 namespace quillo {
 
 void UserMessages::say(const std::string& text) {
-    err_ << "midi-quillo-jack: " << text << std::endl;
+    err_ << "midi-quillo-jack: " << text << '\n' << std::flush;
 }
 
 void UserMessages::warn(const std::string& text) {

@@ -16,9 +16,7 @@ namespace quillo {
 namespace {
 
 using namespace test;
-using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 using Messages = std::vector<ScriptMessage>;
 

@@ -11,7 +11,6 @@ namespace quillo {
 namespace {
 
 using namespace test;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using Messages = std::vector<ScriptMessage>;
 
