@@ -25,7 +25,8 @@ void ProcessCycle::run(std::uint32_t frames, const ServerTransport& transport, c
     out_ = &out;
     lastWritten_ = 0;
     renderer_.begin(frames);
-    tellTransport(frames, transport);
+    renderer_.tellTransport(0, transport.isRolling ? AUHostTransportStateMoving : 0,
+                            static_cast<double>(transport.frame));
     receive(in);
     // The status needs no answer of its own: refused messages are counted, and a fatal error waits in its slot.
     static_cast<void>(renderer_.end());
@@ -33,16 +34,6 @@ void ProcessCycle::run(std::uint32_t frames, const ServerTransport& transport, c
         writeInTimeOrder();
     }
     out_ = nullptr;
-}
-
-/// Where cycles were missed the transport has gone on without the unit, which is no relocation.
-void ProcessCycle::tellTransport(std::uint32_t frames, const ServerTransport& transport) QUILLO_REALTIME {
-    if (nextClock_ && transport.clock && *nextClock_ != *transport.clock) {
-        renderer_.loseTransport();
-    }
-    nextClock_ = transport.clock ? std::optional(*transport.clock + frames) : std::nullopt;
-    renderer_.tellTransport(0, transport.isRolling ? AUHostTransportStateMoving : 0,
-                            static_cast<double>(transport.frame));
 }
 
 bool ProcessCycle::isHeld() QUILLO_REALTIME {

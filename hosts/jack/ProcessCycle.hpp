@@ -3,7 +3,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <optional>
 
 #include "hosts/adapter/BlockRenderer.hpp"
 #include "hosts/jack/MIDIPorts.hpp"
@@ -16,8 +15,6 @@ namespace quillo {
 struct ServerTransport {
     bool isRolling = false;
     std::uint32_t frame = 0;  ///< at the cycle's first frame
-    /// The server's own count of frames there, which goes on while cycles are missed; absent when not known.
-    std::optional<std::uint32_t> clock = std::nullopt;
 };
 
 /// What a cycle of the server does with the unit: the events of the input port go in at their frames, what the
@@ -59,16 +56,14 @@ private:
     static constexpr std::uint32_t cyclesUntilConnected = 2;
 
     [[nodiscard]] bool isHeld() QUILLO_REALTIME;
-    void tellTransport(std::uint32_t frames, const ServerTransport& transport) QUILLO_REALTIME;
     void receive(const MIDIInputPort& in) QUILLO_REALTIME;
     bool tryWrite(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
     void writeInTimeOrder() QUILLO_REALTIME;
 
     BlockRenderer& renderer_;
     SystemExclusiveAssembler assembler_;
-    MIDIOutputPort* out_ = nullptr;           ///< during a cycle
-    std::optional<std::uint32_t> nextClock_;  ///< if no cycle is missed
-    std::uint32_t lastWritten_ = 0;           ///< the offset of the last message in the port
+    MIDIOutputPort* out_ = nullptr;  ///< during a cycle
+    std::uint32_t lastWritten_ = 0;  ///< the offset of the last message in the port
     std::atomic<std::uint32_t> cyclesToHold_{forever};
     std::atomic<std::uint64_t> cycles_{0};   ///< written by [render]
     std::atomic<std::uint64_t> refused_{0};  ///< written by [render]
