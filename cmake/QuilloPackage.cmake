@@ -13,7 +13,7 @@ if(TARGET quillo-guide)
         COMPONENT documentation
         FILES_MATCHING PATTERN "*.html" PATTERN "*.svg" PATTERN "recipe-*.png" PATTERN "editor-500x600.png")
     install(FILES "${guide}/midi-quillo-guide.7" DESTINATION "${CMAKE_INSTALL_MANDIR}/man7"
-        COMPONENT documentation)
+        COMPONENT documentation OPTIONAL)
 endif()
 
 # Everything that is installed, as far as the machine has what it needs.

@@ -55,7 +55,7 @@ TEST_F(PipeWire, CarriesMIDIAndItsTransportIsTheHosts) {
     const auto program = startProgram();
     program->err().waitFor("on the JACK server \"default\" as \"midi-quillo\"");
     playSong();
-    program->out().waitFor("AU Host Start");
+    program->out().waitFor("AU Host ");
     program->out().waitFor("90 3c 64");
     program->out().waitFor("b0 14 01");
     program->out().waitFor("AU Host Stop");
