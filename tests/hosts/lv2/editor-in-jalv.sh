@@ -4,7 +4,7 @@
 # its message by the display's own mouse, and waits for that message at the host's JACK port. Leaves a
 # picture. Every wait is for something to happen; whoever runs this limits how long it may take.
 set -euo pipefail
-export LV2_PATH=$1 NO_AT_BRIDGE=1 XDG_RUNTIME_DIR JACK_DEFAULT_SERVER=editor-in-jalv-$$
+export LV2_PATH=$1 NO_AT_BRIDGE=1 XDG_RUNTIME_DIR JACK_DEFAULT_SERVER=quillo-editor-in-jalv
 picture=$2
 XDG_RUNTIME_DIR=$(mktemp -d)
 port='MIDI Quillo:out'
