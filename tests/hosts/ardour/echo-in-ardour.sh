@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # echo-in-ardour.sh FORMAT BUNDLE PLUGIN PRESET CHECK...: plays a note in Ardour, without its window, once without
 # and once through the plug-in with the preset's rules, and runs CHECK with the names of the two sound files behind
-# it. FORMAT is vst3; BUNDLE is the plug-in's folder and PLUGIN what Ardour knows it by.
+# it. FORMAT is vst3 or lv2; BUNDLE is the plug-in's folder and PLUGIN what Ardour knows it by.
 set -euo pipefail
 
 format=$1 bundle=$2 plugin=$3 preset=$4
@@ -45,12 +45,29 @@ vst3_make_known() {
     "$here/scan-for-ardour.sh" "$work/.vst3/$(basename "$bundle")" >"$work/scan" 2>&1 || fail "$(<"$work/scan")"
 }
 
-# Puts the preset's rules into the place of those that the session's plug-in was saved with.
+# vst3_install_rules FOLDER: puts the preset's rules into the place of those that the plug-in was saved with.
 vst3_install_rules() {
-    local state
+    local state session=$1/session.ardour
     state=$(vst3_state | base64 --wrap 0)
-    sed -i "s|<chunk>[^<]*</chunk>|<chunk>$state</chunk>|" "$1"
-    grep -q "<chunk>$state</chunk>" "$1" || fail "the session has nothing of the plug-in"
+    sed -i "s|<chunk>[^<]*</chunk>|<chunk>$state</chunk>|" "$session"
+    grep -q "<chunk>$state</chunk>" "$session" || fail "the session has nothing of the plug-in"
+}
+
+# Ardour finds an LV2 plug-in where the environment says.
+lv2_make_known() {
+    ln -s "$bundle" "$LV2_PATH"
+}
+
+# What Ardour saves of an LV2 plug-in is a file of its own, with the document as a text in it.
+lv2_install_rules() {
+    local file key='urn:midi-quillo:lv2#midi-quillo-state'
+    file=$(echo "$1"/plugins/*/state*/state.ttl)
+    grep -qF "<$key> " "$file" || fail "the session has nothing of the plug-in"
+    cat >"$file" <<END
+<> a <http://lv2plug.in/ns/ext/presets#Preset> ;
+    <http://lv2plug.in/ns/lv2core#appliesTo> <$plugin> ;
+    <http://lv2plug.in/ns/ext/state#state> [ <$key> """$(sed 's/\\/&&/g' "$preset")""" ] .
+END
 }
 
 # The note, on the second beat of a MIDI file of 96 ticks a beat, and two beats long.
@@ -104,7 +121,7 @@ render() {
 "${format}_make_known"
 make_session "$work/plain" ""
 make_session "$work/echo" "$plugin"
-"${format}_install_rules" "$work/echo/session.ardour"
+"${format}_install_rules" "$work/echo"
 render "$work/plain"
 render "$work/echo"
 "${@:5}" "$work/plain.wav" "$work/echo.wav"
