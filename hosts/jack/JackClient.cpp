@@ -246,6 +246,7 @@ void JackClient::runCycle(jack_nframes_t frames) QUILLO_REALTIME {
     jack_position_t position;
     transport.isRolling = ::jack_transport_query(client_.get(), &position) == JackTransportRolling;
     transport.frame = position.frame;
+    transport.clock = ::jack_last_frame_time(client_.get());
     in = ::jack_port_get_buffer(in_, frames);
     out = ::jack_port_get_buffer(out_, frames);
     QUILLO_REALTIME_EXEMPT_END

@@ -25,8 +25,7 @@ void ProcessCycle::run(std::uint32_t frames, const ServerTransport& transport, c
     out_ = &out;
     lastWritten_ = 0;
     renderer_.begin(frames);
-    renderer_.tellTransport(0, transport.isRolling ? AUHostTransportStateMoving : 0,
-                            static_cast<double>(transport.frame));
+    tellTransport(transport);
     receive(in);
     // The status needs no answer of its own: refused messages are counted, and a fatal error waits in its slot.
     static_cast<void>(renderer_.end());
@@ -34,6 +33,16 @@ void ProcessCycle::run(std::uint32_t frames, const ServerTransport& transport, c
         writeInTimeOrder();
     }
     out_ = nullptr;
+}
+
+/// A transport that has gone on as far as the server's clock was not relocated, whether cycles were missed or not.
+void ProcessCycle::tellTransport(const ServerTransport& transport) QUILLO_REALTIME {
+    if (transport.frame - last_.frame == transport.clock - last_.clock) {
+        renderer_.loseTransport();
+    }
+    last_ = transport;
+    renderer_.tellTransport(0, transport.isRolling ? AUHostTransportStateMoving : 0,
+                            static_cast<double>(transport.frame));
 }
 
 bool ProcessCycle::isHeld() QUILLO_REALTIME {

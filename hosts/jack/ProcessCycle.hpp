@@ -15,6 +15,8 @@ namespace quillo {
 struct ServerTransport {
     bool isRolling = false;
     std::uint32_t frame = 0;  ///< at the cycle's first frame
+    std::uint32_t clock =
+        0;  ///< the server's own count of frames there, which goes on while cycles are missed
 };
 
 /// What a cycle of the server does with the unit: the events of the input port go in at their frames, what the
@@ -56,12 +58,14 @@ private:
     static constexpr std::uint32_t cyclesUntilConnected = 2;
 
     [[nodiscard]] bool isHeld() QUILLO_REALTIME;
+    void tellTransport(const ServerTransport& transport) QUILLO_REALTIME;
     void receive(const MIDIInputPort& in) QUILLO_REALTIME;
     bool tryWrite(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
     void writeInTimeOrder() QUILLO_REALTIME;
 
     BlockRenderer& renderer_;
     SystemExclusiveAssembler assembler_;
+    ServerTransport last_;           ///< of the cycle before
     MIDIOutputPort* out_ = nullptr;  ///< during a cycle
     std::uint32_t lastWritten_ = 0;  ///< the offset of the last message in the port
     std::atomic<std::uint32_t> cyclesToHold_{forever};

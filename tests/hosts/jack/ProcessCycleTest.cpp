@@ -135,6 +135,29 @@ TEST_F(ProcessCycleTest, ARelocationOfTheRollingTransportIsOneChange) {
     EXPECT_EQ(heard, (std::vector<std::string>{"[16] AU Host Continue", "[48] AU Host Start"}));
 }
 
+TEST_F(ProcessCycleTest, ATransportThatWentOnDuringMissedCyclesWasNotRelocated) {
+    release();
+    run({}, {true, 0, 1000});
+    run({}, {true, 16 + 5 * 16, 1016 + 5 * 16});
+    EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Start"}));
+    run({}, {true, 50, 1032 + 5 * 16});
+    EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Start", "[32] AU Host Continue"}));
+}
+
+TEST_F(ProcessCycleTest, ARelocationThatFollowsMissedCyclesIsAChange) {
+    release();
+    run({}, {true, 0, 1000});
+    run({}, {true, 4096, 1016 + 5 * 16});
+    EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Start", "[16] AU Host Continue"}));
+}
+
+TEST_F(ProcessCycleTest, MissedCyclesAreToldAlsoWhereTheServersClockBeginsAnew) {
+    release();
+    run({}, {true, 0, 0xFFFFFFF8});
+    run({}, {true, 16 + 2 * 16, 8 + 2 * 16});
+    EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Start"}));
+}
+
 TEST_F(ProcessCycleTest, ARelocationOfTheStandingTransportIsNone) {
     release();
     run({}, {false, 4096});
