@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <exception>
 #include <fstream>
 #include <ostream>
 #include <string_view>
@@ -16,7 +15,7 @@
 #include "hosts/cli/HelpText.hpp"
 #include "hosts/cli/HostCommand.hpp"
 #include "hosts/cli/RenderCommand.hpp"
-#include "platform/FatalError.hpp"
+#include "hosts/cli/ToldFailures.hpp"
 
 namespace quillo {
 
@@ -97,26 +96,19 @@ int run(std::span<const std::string> words, const Console& console) {
 }  // namespace
 
 int runCommandLine(std::span<const std::string> words, const Console& console) {
-    const auto tell = [&](const char* what) { console.err << "midi-quillo: " << what << '\n'; };
-    try {
+    const auto command = [&] {
         const auto status = run(words, console);
         if (!console.out.flush()) {
             throw CommandFailure(exitCannotCreate, "standard output cannot be written");
         }
         return status;
-    } catch (const UsageError& error) {
-        tell(error.what());
+    };
+    const auto teach = [&] {
         const auto verb = words.empty() ? std::string_view() : std::string_view(words.front());
         console.err << usageOf(verb) << "Try: midi-quillo help" << (helpFor(verb) ? " " : "")
                     << (helpFor(verb) ? verb : "") << '\n';
-        return exitUsage;
-    } catch (const CommandFailure& failure) {
-        tell(failure.what());
-        return failure.status();
-    } catch (const std::exception& error) {
-        tell(error.what());
-        return exitFatal;
-    }
+    };
+    return runTellingFailures("midi-quillo", console.err, command, teach);
 }
 
 }  // namespace quillo

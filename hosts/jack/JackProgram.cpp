@@ -3,11 +3,11 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <exception>
 #include <ostream>
 
 #include "hosts/cli/CommandFailure.hpp"
 #include "hosts/cli/ExitStatus.hpp"
+#include "hosts/cli/ToldFailures.hpp"
 #include "hosts/jack/JackHelpText.hpp"
 #include "hosts/jack/JackHost.hpp"
 #include "hosts/jack/LibraryMessages.hpp"
@@ -63,22 +63,11 @@ int runWithoutWindow(const JackOptions& options, const Console& console) {
 }
 
 int runJackProgram(std::span<const std::string> words, const Console& console, RunJack runWithWindow) {
-    const auto tell = [&](const char* what) { console.err << programName << ": " << what << '\n'; };
     // Who reads the log may go; the MIDI goes on. Programs that are started from here do not inherit this.
     std::signal(SIGPIPE, [](int) {});
-    try {
-        return run(readJackOptions(words), console, runWithWindow);
-    } catch (const UsageError& error) {
-        tell(error.what());
-        console.err << jackUsage() << "Try: " << programName << " --help\n";
-        return exitUsage;
-    } catch (const CommandFailure& failure) {
-        tell(failure.what());
-        return failure.status();
-    } catch (const std::exception& error) {
-        tell(error.what());
-        return exitFatal;
-    }
+    const auto command = [&] { return run(readJackOptions(words), console, runWithWindow); };
+    const auto teach = [&] { console.err << jackUsage() << "Try: " << programName << " --help\n"; };
+    return runTellingFailures(programName, console.err, command, teach);
 }
 
 }  // namespace quillo

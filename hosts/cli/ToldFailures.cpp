@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/cli/ToldFailures.hpp"
+
+#include <exception>
+#include <ostream>
+
+#include "hosts/cli/CommandFailure.hpp"
+#include "hosts/cli/ExitStatus.hpp"
+
+namespace quillo {
+
+int runTellingFailures(std::string_view program, std::ostream& err, const std::function<int()>& command,
+                       const std::function<void()>& teach) {
+    const auto tell = [&](const std::exception& failure) {
+        err << program << ": " << failure.what() << '\n';
+    };
+    try {
+        return command();
+    } catch (const UsageError& error) {
+        tell(error);
+        teach();
+        return exitUsage;
+    } catch (const CommandFailure& failure) {
+        tell(failure);
+        return failure.status();
+    } catch (const std::exception& error) {
+        tell(error);
+        return exitFatal;
+    }
+}
+
+}  // namespace quillo
