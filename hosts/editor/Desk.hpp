@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <memory>
-#include <string>
-#include <utility>
 #include <vector>
 
-#include "audiounit/AudioUnitViewController.hpp"
 #include "editor/QuilloView.hpp"
-#include "engine/SampleTime.hpp"
-#include "platform/MainQueue.hpp"
+#include "hosts/adapter/HostedUnit.hpp"
 #include "rules/Rule.hpp"
 
 namespace quillo {
@@ -25,23 +22,18 @@ public:
     Desk& operator=(const Desk&) = delete;
 
     [[nodiscard]] QuilloView& view() { return *view_; }
-    [[nodiscard]] MIDIQuilloAUAudioUnit& unit() { return *unit_; }
+    [[nodiscard]] MIDIQuilloAUAudioUnit& unit() { return hosted_.unit(); }
 
-    /// Renders a cycle of this many frames with these messages at its start, after the last one.
+    /// Renders a cycle of this many frames with these messages at its start, after the last one. Throws the
+    /// `FatalError` that the cycle may have ended with.
     void render(std::uint32_t frames, const std::vector<std::vector<std::uint8_t>>& messages = {});
 
     /// Runs what waits for the main thread, the log's entries among it.
-    void drain() { mainQueue_.drain(); }
-
-    [[nodiscard]] SampleTime now() const { return now_; }
+    void drain() { hosted_.drain(); }
 
 private:
-    MainQueue mainQueue_;
-    std::shared_ptr<AudioUnitViewController> controller_;
-    std::shared_ptr<MIDIQuilloAUAudioUnit> unit_;
+    HostedUnit hosted_;
     std::unique_ptr<QuilloView> view_;
-    AUInternalRenderBlock renderBlock_;
-    SampleTime now_ = 0;
 };
 
 }  // namespace quillo
