@@ -8,6 +8,7 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 
 #include "audiounit/QuilloModel.hpp"
+#include "editor/ClickReleasesKeyboard.hpp"
 #include "editor/EditorLookAndFeel.hpp"
 #include "editor/Environment.hpp"
 #include "editor/Header.hpp"
@@ -79,6 +80,7 @@ private:
     Observation rulesObservation_;
     Observation alertObservation_;
     juce::TooltipWindow tooltips_;
+    ClickReleasesKeyboard clickReleasesKeyboard_{*this};
 };
 
 }  // namespace quillo

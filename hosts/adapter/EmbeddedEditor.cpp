@@ -54,7 +54,6 @@ public:
     Window(HostedUnit& hosted, double scale) : view_(makeView(hosted)), scale_(scale) {
         setOpaque(true);
         addAndMakeVisible(view_);
-        view_.addMouseListener(this, true);
     }
 
     void attachTo(std::uintptr_t parent) {
@@ -97,14 +96,6 @@ public:
         const auto [width, height] = size();
         view_.setTransform(juce::AffineTransform::scale(static_cast<float>(scale_ / toolkitScale())));
         view_.setBounds(0, 0, pointsCovering(width, scale_), pointsCovering(height, scale_));
-    }
-
-    /// A click on what has no use for keys takes them from what lies in it: the toolkit would give them to
-    /// the first button, which a space bar then presses.
-    void mouseDown(const juce::MouseEvent& event) override {
-        if (event.originalComponent->isParentOf(getCurrentlyFocusedComponent())) {
-            unfocusAllComponents();
-        }
     }
 
     /// A key that nothing in the view has used. Tab then moves the focus, which is the toolkit's doing.

@@ -22,6 +22,10 @@ protected:
         desk.view().addToDesktop(0);
         desk.view().setTopLeftPosition(40, 40);
         desk.view().setVisible(true);
+        EXPECT_FALSE(juce::Desktop::getInstance().getDisplays().displays.isEmpty());
+        while (!desk.view().isShowing()) {
+            settle();
+        }
     }
     ~OnScreen() override { desk.view().removeFromDesktop(); }
 
@@ -47,11 +51,7 @@ protected:
 };
 
 TEST_F(OnScreen, ARuleIsAddedAndSentByTheEventsOfTheDisplay) {
-    ASSERT_FALSE(juce::Desktop::getInstance().getDisplays().displays.isEmpty());
     auto& view = desk.view();
-    while (!view.isShowing()) {
-        settle();
-    }
     act(clickOn(findBelow<NewRuleSelector>(view)->button()), [&] { return view.overlay() != nullptr; });
     act("type pitch", [&] {
         const auto* menu = dynamic_cast<PopupMenuOverlay*>(view.overlay());
@@ -69,6 +69,20 @@ TEST_F(OnScreen, ARuleIsAddedAndSentByTheEventsOfTheDisplay) {
     desk.drain();
     EXPECT_EQ(sent, (Messages{{0xE0, 0x00, 0x40}}));
     EXPECT_EQ(view.logger().collapsedForm().outText(), "[512] e0 00 40");
+}
+
+TEST_F(OnScreen, AClickOnTheHeaderGivesNoButtonTheKeyboard) {
+    class Witness final : public juce::MouseListener {
+    public:
+        bool clicked = false;
+        void mouseUp(const juce::MouseEvent&) override { clicked = true; }
+    };
+    auto& view = desk.view();
+    Witness witness;
+    view.header().addMouseListener(&witness, false);
+    act(clickOn(view.header()), [&] { return witness.clicked; });
+    view.header().removeMouseListener(&witness);
+    EXPECT_FALSE(view.hasKeyboardFocus(true));
 }
 
 }  // namespace

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+namespace quillo {
+
+/// A click on a part of the editor that has no use for keys takes them from what lies in that part: the toolkit
+/// would give them to its first button, which a space bar then presses. The editor must outlive it. [main] only.
+class ClickReleasesKeyboard final : public juce::MouseListener {
+public:
+    explicit ClickReleasesKeyboard(juce::Component& editor) : editor_(editor) {
+        editor_.addMouseListener(this, true);
+    }
+    ~ClickReleasesKeyboard() override { editor_.removeMouseListener(this); }
+    ClickReleasesKeyboard(const ClickReleasesKeyboard&) = delete;
+    ClickReleasesKeyboard& operator=(const ClickReleasesKeyboard&) = delete;
+
+    void mouseDown(const juce::MouseEvent& event) override {
+        if (event.originalComponent->isParentOf(juce::Component::getCurrentlyFocusedComponent())) {
+            juce::Component::unfocusAllComponents();
+        }
+    }
+
+private:
+    juce::Component& editor_;
+};
+
+}  // namespace quillo
