@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/MainQueue.hpp"
 
+#include <iterator>
 #include <utility>
 
 namespace quillo {
@@ -24,10 +25,30 @@ std::size_t MainQueue::drain() {
         const std::lock_guard lock(mutex_);
         blocks.swap(blocks_);
     }
-    for (const auto& block : blocks) {
-        block();
+    std::size_t ran = 0;
+    try {
+        while (ran < blocks.size()) {
+            blocks[ran++]();
+        }
+    } catch (...) {
+        putBack(std::span(blocks).subspan(ran));
+        throw;
     }
-    return blocks.size();
+    return ran;
+}
+
+/// In front of what has been posted meanwhile.
+void MainQueue::putBack(std::span<std::function<void()>> blocks) {
+    if (blocks.empty()) {
+        return;
+    }
+    {
+        const std::lock_guard lock(mutex_);
+        blocks_.insert(blocks_.begin(), std::move_iterator(blocks.begin()), std::move_iterator(blocks.end()));
+    }
+    if (wake_) {
+        wake_();
+    }
 }
 
 }  // namespace quillo

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <functional>
 #include <mutex>
+#include <span>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -39,10 +40,12 @@ public:
     [[nodiscard]] Observation onDrain(std::function<void()> poll) { return polls_.add(std::move(poll)); }
 
     /// [main] Runs the polls and what was posted before the call; what these blocks post waits for the next one. Returns how
-    /// many blocks ran.
+    /// many blocks ran. What a block throws leaves from here; the blocks behind it wait for the next call.
     std::size_t drain();
 
 private:
+    void putBack(std::span<std::function<void()>> blocks);
+
     std::function<bool()> isMainThread_;
     std::function<void()> wake_;
     Observers polls_;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -104,12 +105,31 @@ TEST(MainQueue, MayBeDrainedFromItsWake) {
     EXPECT_EQ(runs, 1);
 }
 
-TEST(MainQueue, KnowsTheThreadThatMadeIt) {
-    const MainQueue queue;
-    EXPECT_TRUE(queue.isMainThread());
-    bool elsewhere = true;
-    std::jthread([&] { elsewhere = queue.isMainThread(); }).join();
-    EXPECT_FALSE(elsewhere);
+TEST(MainQueue, BlocksBehindOneThatThrowsWaitForTheNextDrainAndAskForIt) {
+    MainQueue queue;
+    int wakes = 0;
+    std::vector<int> ran;
+    queue.setWake([&] { ++wakes; });
+    queue.async([&] { ran.push_back(1); });
+    queue.async([&] {
+        queue.async([&] { ran.push_back(4); });
+        throw std::runtime_error("in a block");
+    });
+    queue.async([&] { ran.push_back(2); });
+    queue.async([&] { ran.push_back(3); });
+    wakes = 0;
+    EXPECT_THROW(queue.drain(), std::runtime_error);
+    EXPECT_THAT(ran, ElementsAre(1));
+    EXPECT_EQ(wakes, 2);
+    EXPECT_EQ(queue.drain(), 3U);
+    EXPECT_THAT(ran, ElementsAre(1, 2, 3, 4));
+}
+
+TEST(MainQueue, ABlockThatThrowsLastLeavesNothingBehind) {
+    MainQueue queue;
+    queue.async([] { throw std::runtime_error("in a block"); });
+    EXPECT_THROW(queue.drain(), std::runtime_error);
+    EXPECT_EQ(queue.drain(), 0U);
 }
 
 TEST(MainQueue, KeepsEachThreadsOrderWhenSeveralPost) {
