@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/auv3/EditorBridge.hpp"
 
-#include <optional>
 #include <string>
 #include <utility>
 
@@ -15,22 +14,6 @@ namespace quillo {
 struct EditorBridge::Window {
     std::shared_ptr<AudioUnitViewController> controller;
     std::unique_ptr<NativeEditor> editor{};
-    std::optional<std::string> untold{};  ///< the last message that came while there was no editor
-
-    void tell(std::string message) {
-        if (editor) {
-            editor->showError(message);
-        } else {
-            untold = std::move(message);
-        }
-    }
-
-    void open(void* view) {
-        editor = makeNativeEditor(*controller, view);
-        if (untold) {
-            tell(*std::exchange(untold, std::nullopt));
-        }
-    }
 };
 
 EditorBridge::EditorBridge()
@@ -45,11 +28,11 @@ EditorBridge::~EditorBridge() {
 
 void EditorBridge::adopt(UnitBridge& unit) noexcept {
     static_cast<void>(attempt([&] {
-        const std::weak_ptr weak = window_;
+        const std::weak_ptr weak = window_->controller->model();
         unit.setTellUser([weak, &queue = mainQueue_](std::string message) {
             queue.async([weak, message = std::move(message)] {
-                if (const auto window = weak.lock()) {
-                    window->tell(message);
+                if (const auto model = weak.lock()) {
+                    model->alert(message);
                 }
             });
         });
@@ -58,7 +41,7 @@ void EditorBridge::adopt(UnitBridge& unit) noexcept {
 }
 
 void EditorBridge::viewDidLoad(void* view) noexcept {
-    static_cast<void>(attempt([&] { window_->open(view); }));
+    static_cast<void>(attempt([&] { window_->editor = makeNativeEditor(*window_->controller, view); }));
     static_cast<void>(attempt([&] { window_->controller->viewDidLoad(); }));
 }
 

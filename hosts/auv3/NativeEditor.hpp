@@ -2,7 +2,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "audiounit/AudioUnitViewController.hpp"
 
@@ -15,9 +14,6 @@ public:
 
     /// In points.
     virtual void setSize(int width, int height) = 0;
-
-    /// Shows an alert titled "Error".
-    virtual void showError(const std::string& message) = 0;
 };
 
 /// [main] Puts the editor over the controller's model into `parentView`, a view of the platform. The controller and

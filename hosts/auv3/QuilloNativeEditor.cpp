@@ -33,8 +33,6 @@ public:
 
     void setSize(int width, int height) override { view_.setBounds(0, 0, width, height); }
 
-    void showError(const std::string& message) override { view_.editor().alert(message); }
-
 private:
     static constexpr int drainsPerSecond = 30;
 

@@ -27,7 +27,6 @@ public:
         editorDouble().width = width;
         editorDouble().height = height;
     }
-    void showError(const std::string& message) override { editorDouble().error = message; }
 };
 
 }  // namespace

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <optional>
 #include <stdexcept>
-#include <string>
 
 #include "hosts/auv3/NativeEditor.hpp"
 
@@ -18,7 +16,6 @@ struct EditorDouble {
     void* parentView = nullptr;
     int width = 0;
     int height = 0;
-    std::optional<std::string> error;
     AudioUnitViewController* controller = nullptr;
 };
 

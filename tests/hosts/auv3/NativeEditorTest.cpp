@@ -82,8 +82,8 @@ TEST_F(NativeEditorTest, TakesTheSizeOfItsView) {
     EXPECT_EQ(view().getLocalBounds(), juce::Rectangle<int>(640, 480));
 }
 
-TEST_F(NativeEditorTest, ShowsAnErrorAsAnAlert) {
-    editor->showError("something");
+TEST_F(NativeEditorTest, ShowsTheModelsAlert) {
+    controller->model()->alert("something");
     EXPECT_NE(dynamic_cast<AlertView*>(view().overlay()), nullptr);
     EXPECT_EQ(alert(), "something");
 }

@@ -121,11 +121,14 @@ protected:
         return [NSData dataWithBytes:text.data() length:text.size()];
     }
 
-    /// What the editor's user has been told.
+    /// What the editor's user has been told since the last time.
     std::string told() {
         static_cast<void>(controller.view);
         runDispatchedBlocks();
-        return editorDouble().error.value_or("nothing");
+        auto& model = *editorDouble().controller->model();
+        const auto text = model.alertErrorMessage().value_or("nothing");
+        model.dismissAlert();
+        return text;
     }
 
     std::size_t before = livingObjects();
@@ -365,7 +368,6 @@ TEST_F(ShellTest, AStateThatIsRefusedLeavesTheRulesAndThePlatformIsNotTold) {
     for (NSDictionary* state : { @{}, @{@"midi-quillo-state" : @"text"} }) {
         unit.fullState = state;
         EXPECT_THAT(told(), HasSubstr("What the host has saved is not taken"));
-        editorDouble().error.reset();
     }
     EXPECT_EQ(processor().rules(), oneRule);
     EXPECT_THAT(platformDouble().calls, IsEmpty());
