@@ -13,6 +13,13 @@ thread_local CallCounts* current = nullptr;
 
 }  // namespace
 
+CallCounts& CallCounts::operator+=(const CallCounts& more) {
+    allocations += more.allocations;
+    frees += more.frees;
+    locks += more.locks;
+    return *this;
+}
+
 CallCounter::Scope::Scope() noexcept : outer_(std::exchange(current, &counts_)) {}
 
 CallCounter::Scope::~Scope() {

@@ -13,6 +13,7 @@ struct CallCounts {
     std::size_t locks = 0;        ///< mutexes and read-write locks, tried ones too, and waits for conditions
 
     bool operator==(const CallCounts&) const = default;
+    CallCounts& operator+=(const CallCounts& more);
     friend void PrintTo(const CallCounts& counts, std::ostream* out);
 };
 

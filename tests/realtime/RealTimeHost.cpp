@@ -37,9 +37,7 @@ OSStatus RealTimeHost::render() QUILLO_REALTIME {
     const auto status = block_({static_cast<double>(now_)}, cycleLength, events_.head());
     events_.clear();
     now_ += cycleLength;
-    calls_.allocations += scope.counts().allocations;
-    calls_.frees += scope.counts().frees;
-    calls_.locks += scope.counts().locks;
+    calls_ += scope.counts();
     return status;
 }
 

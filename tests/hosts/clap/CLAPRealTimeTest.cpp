@@ -48,9 +48,7 @@ protected:
         process.out_events = output.list();
         const CallCounter::Scope scope;
         host.plugin->process(host.plugin, &process);
-        calls.allocations += scope.counts().allocations;
-        calls.frees += scope.counts().frees;
-        calls.locks += scope.counts().locks;
+        calls += scope.counts();
     }
 
     void addEveryMessage() {

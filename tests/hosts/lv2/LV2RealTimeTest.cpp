@@ -27,9 +27,7 @@ protected:
         host.connect(1, &out);
         const CallCounter::Scope scope;
         host.descriptor().run(host.handle(), 512);
-        calls.allocations += scope.counts().allocations;
-        calls.frees += scope.counts().frees;
-        calls.locks += scope.counts().locks;
+        calls += scope.counts();
         written += out.atom.size;
     }
 

@@ -13,7 +13,11 @@ namespace {
 
 using namespace test;
 
-constexpr std::size_t locks = QUILLO_LOCKS_COUNTED;
+#ifdef QUILLO_COUNTS_LOCKS
+constexpr std::size_t locks = 1;
+#else
+constexpr std::size_t locks = 0;
+#endif
 constexpr CallCounts anyBlock{1, 1, locks};
 
 class VST3RealTime : public testing::Test {
