@@ -88,15 +88,8 @@ std::vector<ScriptMessage> playedByThePlugin(const FormatScript& script,
 class CLAPFormatScripts : public testing::TestWithParam<FormatScript> {
 protected:
     static void expectAsTheUnit(const Way& way) {
-        const auto& script = GetParam();
-        const auto expected = playedByTheUnit(script);
-        ASSERT_FALSE(expected.empty());
-        for (std::uint32_t length = 1; length <= 8192; length *= 2) {
-            EXPECT_EQ(playedByThePlugin(script, evenBlocks(script.end, length), way), expected) << length;
-        }
-        for (unsigned seed = 0; seed < 10; ++seed) {
-            EXPECT_EQ(playedByThePlugin(script, randomBlocks(script.end, 2000, seed), way), expected) << seed;
-        }
+        test::expectAsTheUnit(GetParam(),
+                              [&](const auto& blocks) { return playedByThePlugin(GetParam(), blocks, way); });
     }
 };
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/formats/FormatScript.hpp"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <numeric>
@@ -17,6 +19,7 @@ namespace quillo::test {
 namespace {
 
 constexpr SampleTime framesPerMillisecond = scriptSampleRate / 1000;
+constexpr std::uint32_t longestBlock = 8192;
 
 Bytes stateOf(std::vector<Rule> rules) {
     return PluginData{std::move(rules)}.write();
@@ -213,6 +216,20 @@ std::vector<std::uint32_t> randomBlocks(SampleTime end, std::uint32_t longest, u
         blocks.push_back(static_cast<std::uint32_t>(std::min(left, lengths(generator))));
     }
     return blocks;
+}
+
+void expectAsTheUnit(
+    const FormatScript& script,
+    const std::function<std::vector<ScriptMessage>(const std::vector<std::uint32_t>& blocks)>& play) {
+    const auto expected = playedByTheUnit(script);
+    ASSERT_FALSE(expected.empty());
+    for (std::uint32_t length = 1; length <= longestBlock; length *= 2) {
+        EXPECT_EQ(play(evenBlocks(script.end, length)), expected) << "blocks of " << length;
+    }
+    EXPECT_EQ(play(evenBlocks(script.end, 1000)), expected) << "blocks of 1000";
+    for (unsigned seed = 0; seed < 10; ++seed) {
+        EXPECT_EQ(play(randomBlocks(script.end, 2000, seed)), expected) << "seed " << seed;
+    }
 }
 
 }  // namespace quillo::test

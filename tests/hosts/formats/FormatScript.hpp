@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -59,5 +60,11 @@ inline constexpr std::uint32_t scriptSampleRate = 48000;
 
 /// Lengths from 1 to `longest`, always the same ones for a seed.
 [[nodiscard]] std::vector<std::uint32_t> randomBlocks(SampleTime end, std::uint32_t longest, unsigned seed);
+
+/// Has the script played in blocks of every power of two up to 8192 frames, of 1000 frames, and of random lengths:
+/// what `play` answers must be what the unit sends, each time.
+void expectAsTheUnit(
+    const FormatScript& script,
+    const std::function<std::vector<ScriptMessage>(const std::vector<std::uint32_t>& blocks)>& play);
 
 }  // namespace quillo::test
