@@ -67,17 +67,18 @@ TEST(DispatchQueue, RunsSyncBlocksSideBySide) {
     EXPECT_EQ(finished, readers);
 }
 
-TEST(DispatchQueue, ASyncBlockWaitsForTheBarrierAndSeesWhatItWrote) {
-    DispatchQueue queue("");
+/// While a block is inside by the first way, one that comes by the second waits; then it sees what the first wrote.
+template <typename First, typename Second>
+void expectTheSecondToWait(const First& enterFirst, const Second& enterSecond) {
     std::latch coming(1);
     std::atomic<bool> inside = false;
     int written = 0;
     int read = 0;
-    std::jthread reader;
-    queue.barrierSync([&] {
-        reader = std::jthread([&] {
+    std::jthread second;
+    enterFirst([&] {
+        second = std::jthread([&] {
             coming.count_down();
-            queue.sync([&] {
+            enterSecond([&] {
                 inside = true;
                 read = written;
             });
@@ -87,32 +88,20 @@ TEST(DispatchQueue, ASyncBlockWaitsForTheBarrierAndSeesWhatItWrote) {
         EXPECT_FALSE(inside);
         written = 7;
     });
-    reader.join();
+    second.join();
     EXPECT_EQ(read, 7);
+}
+
+TEST(DispatchQueue, ASyncBlockWaitsForTheBarrierAndSeesWhatItWrote) {
+    DispatchQueue queue("");
+    expectTheSecondToWait([&](const auto& block) { queue.barrierSync(block); },
+                          [&](const auto& block) { queue.sync(block); });
 }
 
 TEST(DispatchQueue, ABarrierWaitsForTheSyncBlockAndSeesWhatItWrote) {
     DispatchQueue queue("");
-    std::latch coming(1);
-    std::atomic<bool> inside = false;
-    int written = 0;
-    int read = 0;
-    std::jthread writer;
-    queue.sync([&] {
-        writer = std::jthread([&] {
-            coming.count_down();
-            queue.barrierSync([&] {
-                inside = true;
-                read = written;
-            });
-        });
-        coming.wait();
-        letOthersRun();
-        EXPECT_FALSE(inside);
-        written = 7;
-    });
-    writer.join();
-    EXPECT_EQ(read, 7);
+    expectTheSecondToWait([&](const auto& block) { queue.sync(block); },
+                          [&](const auto& block) { queue.barrierSync(block); });
 }
 
 /// Two counters that only barriers change, always both: no block may ever find them apart.
