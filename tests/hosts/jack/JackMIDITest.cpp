@@ -77,7 +77,7 @@ TEST_F(JackMIDI, AFullPortIsToldWithTheNumberOfMessagesThatWereRefused) {
         EXPECT_EQ(message.bytes.size(), 1002U);
     }
     program->err().waitFor("the output port was full: ");
-    program->err().waitFor("refused, and what stood behind in these cycles left out");
+    program->err().waitFor("refused; what came after in these cycles was left out");
     const auto again = player.play({{0, {0x90, 60, 1}}}, 512);
     EXPECT_EQ(again.size(), 1U);
     EXPECT_EQ(end(*program), 0);
