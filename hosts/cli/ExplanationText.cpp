@@ -32,7 +32,8 @@ std::string padded(const std::string& text, std::size_t width) {
 /// "note-on 60 (C3), velocity 100, channel 1 [90 3c 64]".
 std::string sentWords(const MIDIMessage& message) {
     const auto words = messageWords(message.bytes());
-    return (words.empty() ? "what is no complete MIDI message" : words) + " [" + shownBytes(message) + "]";
+    return (words.empty() ? "an incomplete or damaged MIDI message" : words) + " [" + shownBytes(message) +
+           "]";
 }
 
 /// The width of the widest name.

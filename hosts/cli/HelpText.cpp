@@ -72,8 +72,8 @@ the MIDI message. If the preset is damaged, says what is wrong and where.
 
 Options:
   --advice          say as well which rules can never fire, which swallow all
-                    MIDI, which leave notes sounding, and what else may not be
-                    meant, each with a way out; the exit status stays 0
+                    MIDI, which leave notes sounding, and what else may be a
+                    mistake, each with a way out; the exit status stays 0
   --write OUT.json  store the preset in the current form
   --force           replace OUT.json if it is there
 

@@ -79,7 +79,7 @@ std::optional<Advice> onSystemExclusive(const RuleOutputVariantsV2& output, std:
         return Advice{
             rule, Kind::badSystemExclusive,
             "has " + hexText({&*wrong, 1}, HexCase::lower) +
-                " among its system-exclusive bytes, and those are 00 to 7f",
+                " among its system-exclusive bytes, where MIDI allows 00 to 7f",
             "Give each message a rule of its own, without F0 and F7, and leave out what is above 7f."};
     }
     if (typed.hasStart || typed.hasEnd) {
@@ -123,9 +123,9 @@ std::optional<Advice> onCompleteness(std::size_t rule, const OutputCheck& output
                       "Give it a number from 0 to 127."};
     }
     return Advice{rule, Kind::incompleteOutput,
-                  "sends what is no complete MIDI message (" + shownBytes(*incomplete) +
+                  "sends an incomplete or damaged MIDI message (" + shownBytes(*incomplete) +
                       "): hosts may drop or change it, and in a VST3 host it cannot be sent as it is",
-                  "Make the output anew in the editor, which sends complete messages only."};
+                  "Make the output again in the editor, which sends complete messages only."};
 }
 
 Advice hangingNote(std::size_t rule, const NoteLedger::Note& note, const std::string& exception) {

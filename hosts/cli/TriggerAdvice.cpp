@@ -143,15 +143,16 @@ std::optional<Advice> onSwallowing(const RuleTriggerV2& trigger, std::size_t rul
 std::optional<Advice> onVST3(const RuleTriggerV2& trigger, std::size_t rule) {
     if (const auto name = systemMessage(trigger)) {
         return Advice{rule, Kind::notInVST3, "does not fire in a VST3 host: VST3 has no MIDI " + *name,
-                      "There, let it wait for the host's transport; other plug-in formats deliver MIDI " +
+                      "In VST3, let it wait for the host's transport; other plug-in formats deliver MIDI " +
                           *name + "."};
     }
     const auto* voice = voiceOf(trigger);
     if (voice != nullptr && voice->is<Voice::ProgramChange>()) {
-        return Advice{rule, Kind::notInVST3,
-                      "may not fire in a VST3 host: most VST3 hosts deliver no program changes to a plug-in",
-                      "There, let it wait for a controller or a note; other plug-in formats deliver program "
-                      "changes."};
+        return Advice{
+            rule, Kind::notInVST3,
+            "may not fire in a VST3 host: most VST3 hosts deliver no program changes to a plug-in",
+            "In VST3, let it wait for a controller or a note; other plug-in formats deliver program "
+            "changes."};
     }
     return std::nullopt;
 }

@@ -10,7 +10,7 @@ constexpr std::string_view usage = "Usage: midi-quillo-jack [OPTIONS]\n";
 constexpr std::string_view help = R"(
 MIDI Quillo on its own: a JACK client with one MIDI input ("in") and one MIDI
 output ("MIDIQuillo"), between which the rules work. JACK's transport is the
-transport that rules wait for. The rules are edited in the program's window.
+transport that rules wait for. You edit the rules in the program's window.
 
 Rules:
   --preset PRESET.json   take the rules of this preset; without it, those of the

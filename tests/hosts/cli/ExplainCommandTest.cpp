@@ -154,7 +154,7 @@ TEST_F(ExplainCommandTest, ExplainsAPresetWithoutRules) {
 TEST_F(ExplainCommandTest, ShowsAnOutputThatIsNoCompleteMessage) {
     EXPECT_THAT(
         explained({rule(onMIDIStart(), send(protocol(StatusV2::noteOn, channel(0), byte(60))))}, "fa"),
-        HasSubstr("sends what is no complete MIDI message [90 3c] at once\n"));
+        HasSubstr("sends an incomplete or damaged MIDI message [90 3c] at once\n"));
 }
 
 TEST_F(ExplainCommandTest, AlignsNumbersAndShortensLongNames) {

@@ -231,7 +231,7 @@ TEST(RuleAdvice, FindsTheFrameOfSystemExclusiveTypedIn) {
 
 TEST(RuleAdvice, FindsBytesThatAreNoneOfSystemExclusive) {
     EXPECT_EQ(textOn({rule(onLoad(), send(systemExclusive({0xF0, 1, 0xF7, 0xF0, 2, 0xF7})), "Two")}),
-              "1. \"Two\" has f7 among its system-exclusive bytes, and those are 00 to 7f.\n"
+              "1. \"Two\" has f7 among its system-exclusive bytes, where MIDI allows 00 to 7f.\n"
               "   Give each message a rule of its own, without F0 and F7, and leave out what is above 7f.\n");
     EXPECT_THAT(textOn({rule(onLoad(), send(systemExclusive({1, 0x80})))}), HasSubstr("has 80 among"));
 }
@@ -240,11 +240,12 @@ TEST(RuleAdvice, FindsOutputsThatAreNoCompleteMessage) {
     EXPECT_EQ(
         textOn({rule(onMIDIStart(eatMatching), send(protocol(StatusV2::CC, channel(0), byte(7))), "Half")}),
         "1. \"Half\" does not fire in a VST3 host: VST3 has no MIDI Start.\n"
-        "   There, let it wait for the host's transport; other plug-in formats deliver MIDI Start.\n"
-        "1. \"Half\" sends what is no complete MIDI message (b0 07): hosts may drop or change it, and in a "
+        "   In VST3, let it wait for the host's transport; other plug-in formats deliver MIDI Start.\n"
+        "1. \"Half\" sends an incomplete or damaged MIDI message (b0 07): hosts may drop or change it, and "
+        "in a "
         "VST3 "
         "host it cannot be sent as it is.\n"
-        "   Make the output anew in the editor, which sends complete messages only.\n");
+        "   Make the output again in the editor, which sends complete messages only.\n");
     EXPECT_THAT(
         kindsOn({rule(onLoad(), send(protocol(StatusV2::channelPressure, channel(0), byte(1), byte(2))))}),
         ElementsAre(Kind::incompleteOutput));
@@ -285,7 +286,8 @@ TEST(RuleAdvice, SaysWhatAVST3HostDoesNotDeliver) {
     EXPECT_EQ(
         textOn({rule(onProgramChange(), volume, "Sound")}),
         "1. \"Sound\" may not fire in a VST3 host: most VST3 hosts deliver no program changes to a plug-in.\n"
-        "   There, let it wait for a controller or a note; other plug-in formats deliver program changes.\n");
+        "   In VST3, let it wait for a controller or a note; other plug-in formats deliver program "
+        "changes.\n");
     EXPECT_THAT(adviseOn({rule(onHost(Transport::Start), volume), rule(onNoteOff(), volume),
                           rule(onControlChange(1), volume)}),
                 IsEmpty());
