@@ -336,7 +336,7 @@ private:
             if (byPress) {
                 pressed_[firing.rule].insert({noteOf(sent), noteOf(trigger), firing.delay});
             }
-        } else if ((sent[0] & 0xE0U) == 0x80 && !((sent[0] & 0x10U) != 0 && isChance)) {
+        } else if ((sent[0] & 0xE0U) == 0x80 && ((sent[0] & 0x10U) == 0 || !isChance)) {
             seeEnd(noteOf(sent), byRelease, trigger, firing.delay);
         } else if ((sent[0] & 0xF0U) == 0xB0 && (sent[1] == 120 || sent[1] >= 123)) {
             for (unsigned note = 0; note < 128; ++note) {
