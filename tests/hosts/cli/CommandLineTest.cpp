@@ -17,7 +17,8 @@ TEST_F(CommandLineTest, WithoutAVerbShowsTheUsageOnTheErrorStream) {
     const auto result = run({});
     EXPECT_EQ(result.status, exitUsage);
     EXPECT_THAT(result.out, IsEmpty());
-    EXPECT_THAT(result.err, HasSubstr("Usage: midi-quillo VERB"));
+    EXPECT_THAT(result.err,
+                AllOf(StartsWith("midi-quillo: no verb given\n"), HasSubstr("Usage: midi-quillo VERB")));
 }
 
 TEST_F(CommandLineTest, WithAnUnknownVerbNamesItAndShowsTheUsage) {
