@@ -19,28 +19,31 @@ clap_event_header_t headerOf(std::uint32_t offset, std::uint16_t type) QUILLO_RE
 
 void CLAPOutput::begin(const clap_output_events_t* events) QUILLO_REALTIME {
     events_ = events;
-    const auto messages = waiting_.inTimeOrder();
-    while (isWaiting() && tryPush(messages[next_])) {
-        ++next_;
+    left_ = offer(left_);
+}
+
+void CLAPOutput::send(Messages messages) QUILLO_REALTIME {
+    if (const auto refused = offer(messages); !refused.empty()) {
+        keep(refused);
     }
 }
 
-void CLAPOutput::send(std::span<const OutgoingMessages::Message> messages) QUILLO_REALTIME {
-    std::size_t sent = 0;
-    while (sent < messages.size() && tryPush(messages[sent])) {
-        ++sent;
-    }
-    if (sent == messages.size()) {
-        return;
-    }
+void CLAPOutput::keep(Messages messages) QUILLO_REALTIME {
     waiting_.clear();
-    next_ = 0;
-    kept_ = 0;
-    for (const auto& message : messages.subspan(sent)) {
-        if (waiting_.tryPush(0, message.bytes)) {
-            ++kept_;
+    for (const auto& message : messages) {
+        if (!waiting_.tryPush(0, message.bytes)) {
+            break;
         }
     }
+    left_ = waiting_.inTimeOrder();
+}
+
+/// What the host has not taken of these.
+CLAPOutput::Messages CLAPOutput::offer(Messages messages) const QUILLO_REALTIME {
+    while (!messages.empty() && tryPush(messages.front())) {
+        messages = messages.subspan(1);
+    }
+    return messages;
 }
 
 bool CLAPOutput::tryPush(const OutgoingMessages::Message& message) const QUILLO_REALTIME {

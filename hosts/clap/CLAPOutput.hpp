@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -17,23 +16,26 @@ namespace quillo {
 /// overtakes another and never more wait than left in one block. [render], save for making one.
 class CLAPOutput {
 public:
+    using Messages = std::span<const OutgoingMessages::Message>;
+
     /// A new block, with the host's list for it: null has no room. Offers what waits, due at the block's start.
     void begin(const clap_output_events_t* events) QUILLO_REALTIME;
 
     /// Whether messages wait.
-    [[nodiscard]] bool isWaiting() const QUILLO_REALTIME { return next_ < kept_; }
+    [[nodiscard]] bool isWaiting() const QUILLO_REALTIME { return !left_.empty(); }
 
     /// The messages of the block, in the order of time; none while messages wait.
-    void send(std::span<const OutgoingMessages::Message> messages) QUILLO_REALTIME;
+    void send(Messages messages) QUILLO_REALTIME;
 
 private:
+    void keep(Messages messages) QUILLO_REALTIME;
+    [[nodiscard]] Messages offer(Messages messages) const QUILLO_REALTIME;
     [[nodiscard]] bool tryPush(const OutgoingMessages::Message& message) const QUILLO_REALTIME;
     [[nodiscard]] bool tryPush(const clap_event_header_t& event) const QUILLO_REALTIME;
 
     const clap_output_events_t* events_ = nullptr;
     OutgoingMessages waiting_{BlockRenderer::outgoingCapacity, BlockRenderer::outgoingBytes};
-    std::size_t kept_ = 0;
-    std::size_t next_ = 0;  ///< of those that were kept, the first that the host has not taken
+    Messages left_;  ///< of those that wait, what the host has not taken
 };
 
 }  // namespace quillo
