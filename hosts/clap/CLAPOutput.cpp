@@ -10,6 +10,10 @@ namespace {
 constexpr std::uint8_t systemExclusive = 0xF0;
 constexpr std::uint16_t port = 0;
 
+bool isSystemExclusive(const OutgoingMessages::Message& message) QUILLO_REALTIME {
+    return message.bytes.front() == systemExclusive;
+}
+
 template <class Event>
 clap_event_header_t headerOf(std::uint32_t offset, std::uint16_t type) QUILLO_REALTIME {
     return {sizeof(Event), offset, CLAP_CORE_EVENT_SPACE_ID, type, 0};
@@ -19,7 +23,26 @@ clap_event_header_t headerOf(std::uint32_t offset, std::uint16_t type) QUILLO_RE
 
 void CLAPOutput::begin(const clap_output_events_t* events) QUILLO_REALTIME {
     events_ = events;
-    left_ = offer(left_);
+    if (events_ == nullptr || events_->try_push == nullptr || !isWaiting()) {
+        return;
+    }
+    const auto left = offer(left_);
+    const bool isEmptyYet = left.size() == left_.size();
+    left_ = isEmptyYet ? offerBehindSystemExclusive() : left;
+}
+
+/// With the host's list empty yet, and its first message refused: room is not what that one lacks if the host takes
+/// one behind it. Where nothing but system exclusive waits, no message is there to tell, and new ones must not be
+/// held up.
+CLAPOutput::Messages CLAPOutput::offerBehindSystemExclusive() const QUILLO_REALTIME {
+    auto others = left_;
+    while (!others.empty() && isSystemExclusive(others.front())) {
+        others = others.subspan(1);
+        if (const auto left = offer(others); left.size() < others.size()) {
+            return left;
+        }
+    }
+    return others.empty() ? others : left_;
 }
 
 void CLAPOutput::send(Messages messages) QUILLO_REALTIME {
@@ -48,7 +71,7 @@ CLAPOutput::Messages CLAPOutput::offer(Messages messages) const QUILLO_REALTIME 
 
 bool CLAPOutput::tryPush(const OutgoingMessages::Message& message) const QUILLO_REALTIME {
     const auto bytes = message.bytes;
-    if (bytes.front() == systemExclusive) {
+    if (isSystemExclusive(message)) {
         const clap_event_midi_sysex_t event{
             headerOf<clap_event_midi_sysex_t>(message.offset, CLAP_EVENT_MIDI_SYSEX), port, bytes.data(),
             static_cast<std::uint32_t>(bytes.size())};

@@ -13,7 +13,12 @@ namespace quillo {
 
 /// Hands messages to a host, which may have no room for them: those wait, and are offered first of all in the
 /// blocks that follow, until it has taken them. While any wait there is no room for new ones, so that no message
-/// overtakes another and never more wait than left in one block. [render], save for making one.
+/// overtakes another and never more wait than left in one block.
+///
+/// System exclusive may be what a host never takes, or one of this length. It is lost, so that the rest goes on, when
+/// it is refused first of all in a block and a message behind it is taken; or when none but system exclusive waits.
+///
+/// [render], save for making one.
 class CLAPOutput {
 public:
     using Messages = std::span<const OutgoingMessages::Message>;
@@ -29,6 +34,7 @@ public:
 
 private:
     void keep(Messages messages) QUILLO_REALTIME;
+    [[nodiscard]] Messages offerBehindSystemExclusive() const QUILLO_REALTIME;
     [[nodiscard]] Messages offer(Messages messages) const QUILLO_REALTIME;
     [[nodiscard]] bool tryPush(const OutgoingMessages::Message& message) const QUILLO_REALTIME;
     [[nodiscard]] bool tryPush(const clap_event_header_t& event) const QUILLO_REALTIME;

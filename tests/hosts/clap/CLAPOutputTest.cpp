@@ -106,6 +106,48 @@ TEST_F(CLAPOutput, OfSystemExclusiveWaitsWhole) {
     EXPECT_EQ(host.take(), (Messages{{64, whole}, {64, {0xC0, 1}}}));
 }
 
+TEST_F(CLAPOutput, OfSystemExclusiveIsLostToAHostThatTakesOnlyShortMessages) {
+    host.loadRules({rule(onProgramChange(exactly(1)), send(systemExclusive({1}))),
+                    rule(onProgramChange(exactly(1)), send(systemExclusive({2})))});
+    host.takesSystemExclusive = false;
+    EXPECT_EQ(programs({3, 5}), CLAP_PROCESS_CONTINUE);
+    EXPECT_EQ(host.take(), Messages{});
+    EXPECT_EQ(programs({7}, 3), CLAP_PROCESS_SLEEP);
+    EXPECT_EQ(host.take(), (Messages{{64, {0xC0, 1}}, {64, {0xC0, 2}}, {71, {0xC0, 3}}}));
+}
+
+TEST_F(CLAPOutput, OfSystemExclusiveAloneIsOfferedOnceMoreAndThenLost) {
+    host.loadRules(
+        {rule(onProgramChange(exactly(1), any, PassThroughV2::EatMatching), send(systemExclusive({})))});
+    host.takesSystemExclusive = false;
+    EXPECT_EQ(programs({3}), CLAP_PROCESS_CONTINUE);
+    EXPECT_EQ(programs({7}, 2), CLAP_PROCESS_SLEEP);
+    EXPECT_EQ(host.take(), (Messages{{71, {0xC0, 2}}}));
+}
+
+TEST_F(CLAPOutput, OfSystemExclusiveIsNotLostToAHostThatHasNoRoomForAnything) {
+    host.loadRules({rule(onProgramChange(exactly(1)), send(systemExclusive({})))});
+    host.room = 0;
+    programs({3});
+    programs({});
+    host.room = endless;
+    programs({});
+    EXPECT_EQ(host.take(), (Messages{{128, {0xF0, 0xF7}}, {128, {0xC0, 1}}}));
+}
+
+TEST_F(CLAPOutput, OfSystemExclusiveIsNotLostBehindOtherMessagesOfTheBlock) {
+    host.loadRules({rule(onProgramChange(exactly(2)), send(systemExclusive({})))});
+    host.room = 0;
+    programs({3, 5});
+    host.room = endless;
+    host.takesSystemExclusive = false;
+    programs({});
+    EXPECT_EQ(host.take(), (Messages{{64, {0xC0, 1}}}));
+    host.takesSystemExclusive = true;
+    programs({});
+    EXPECT_EQ(host.take(), (Messages{{128, {0xF0, 0xF7}}, {128, {0xC0, 2}}}));
+}
+
 TEST_F(CLAPOutput, OfSystemExclusiveWithoutABodyIsSystemExclusive) {
     host.loadRules({rule(onProgramChange(any, any, PassThroughV2::EatMatching), send(systemExclusive({})))});
     programs({3});
@@ -135,6 +177,18 @@ TEST_F(CLAPOutput, OfABlockWithoutAnOutputListWaits) {
     EXPECT_EQ(host.plugin->process(host.plugin, &process), CLAP_PROCESS_CONTINUE);
     programs({});
     EXPECT_EQ(host.take(), (Messages{{0, {0xC0, 1}}}));
+}
+
+TEST_F(CLAPOutput, OfSystemExclusiveOutlivesBlocksWithoutAnOutputList) {
+    host.loadRules({rule(onProgramChange(any, any, PassThroughV2::EatMatching), send(systemExclusive({})))});
+    host.room = 0;
+    programs({3});
+    clap_process_t process{};
+    process.frames_count = 64;
+    host.plugin->process(host.plugin, &process);
+    host.room = endless;
+    programs({});
+    EXPECT_EQ(host.take(), (Messages{{64, {0xF0, 0xF7}}}));
 }
 
 TEST_F(CLAPOutput, OfMoreMessagesThanABlockHoldsIsRefusedToTheUnitBeyondThose) {

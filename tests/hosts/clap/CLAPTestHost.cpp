@@ -134,11 +134,11 @@ clap_process_status CLAPTestHost::process(std::uint32_t frames, const Bytes& mes
 }
 
 bool CLAPTestHost::tryPush(const clap_event_header_t& event) {
-    if (room == 0) {
+    check(event);
+    if (room == 0 || (event.type == CLAP_EVENT_MIDI_SYSEX && !takesSystemExclusive)) {
         return false;
     }
     --room;
-    check(event);
     lastOffset_ = event.time;
     if (event.type == CLAP_EVENT_MIDI_SYSEX) {
         const auto& sysEx = reinterpret_cast<const clap_event_midi_sysex_t&>(event);

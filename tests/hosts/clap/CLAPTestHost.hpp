@@ -62,6 +62,9 @@ public:
     /// How many messages there is still room for.
     std::size_t room = std::numeric_limits<std::size_t>::max();
 
+    /// Whether there is room for system exclusive at all.
+    bool takesSystemExclusive = true;
+
     /// Of the next block; without one when below 0.
     std::int64_t steadyTime = 0;
 
