@@ -50,7 +50,7 @@ void BlockRenderer::receive(std::uint32_t offset, std::span<const std::uint8_t> 
     if (tryReceive(lastOffset_, bytes)) {
         return;
     }
-    renderUpTo(std::min(lastOffset_ + 1, frames_));
+    renderThrough(lastOffset_);
     tryReceive(lastOffset_, bytes);
 }
 
@@ -71,9 +71,8 @@ bool BlockRenderer::tryReceive(std::uint32_t offset, std::span<const std::uint8_
 
 void BlockRenderer::tellTransport(std::uint32_t offset, AUHostTransportStateFlags flags, double position,
                                   double speed) QUILLO_REALTIME {
-    const auto late = beginCycleFor(offset);
-    const bool moves = (flags & AUHostTransportStateMoving) != 0;
-    transport_.tell(flags, moves ? position + late * speed : position, speed);
+    beginCycleFor(offset);
+    transport_.tell(flags, position, speed);
 }
 
 void BlockRenderer::tellTransport(std::uint32_t offset, AUHostTransportStateFlags flags) QUILLO_REALTIME {
@@ -82,35 +81,55 @@ void BlockRenderer::tellTransport(std::uint32_t offset, AUHostTransportStateFlag
 }
 
 /// A cycle sees its transport before its messages. Where messages of the same offset have come first, the change
-/// waits for the frame after them: then the answer is 1, otherwise 0.
-std::uint32_t BlockRenderer::beginCycleFor(std::uint32_t offset) QUILLO_REALTIME {
+/// waits for the frame after them; the transport itself stays where it is told.
+void BlockRenderer::beginCycleFor(std::uint32_t offset) QUILLO_REALTIME {
     const auto told = withinBlock(offset);
     const bool behindMessages = incoming_.size() > 0 && lastOffset_ == told;
-    const auto start = behindMessages ? told + 1 : told;
-    if (start > cycleStart_) {
-        renderUpTo(std::min(start, frames_));
-    }
     lastOffset_ = told;
-    return start - told;
+    if (told < cycleStart_) {
+        return;
+    }
+    if (behindMessages) {
+        renderThrough(told);
+    } else {
+        renderUpTo(told);
+    }
 }
 
 OSStatus BlockRenderer::end() QUILLO_REALTIME {
     if (cycleStart_ < frames_ || frames_ == 0 || incoming_.size() > 0) {
-        renderUpTo(frames_);
+        render(frames_, frames_);
     }
     blockStart_ += frames_;
     return status_;
 }
 
+/// Without a cycle when none is due: then the transport goes on without one.
 void BlockRenderer::renderUpTo(std::uint32_t offset) QUILLO_REALTIME {
+    if (offset > cycleStart_) {
+        render(offset, offset);
+    } else {
+        transport_.wait(lag_);
+        lag_ = 0;
+    }
+}
+
+/// Renders the frame at this offset too, and leaves the transport there.
+void BlockRenderer::renderThrough(std::uint32_t offset) QUILLO_REALTIME {
+    render(std::min(offset + 1, frames_), offset);
+}
+
+/// One cycle, after which the transport is where the frame at `next` begins.
+void BlockRenderer::render(std::uint32_t end, std::uint32_t next) QUILLO_REALTIME {
     const AudioTimeStamp start{static_cast<double>(timeOf(cycleStart_))};
-    const auto status = renderBlock_(start, offset - cycleStart_, incoming_.head());
+    const auto status = renderBlock_(start, end - cycleStart_, incoming_.head());
     if (status_ == noErr) {
         status_ = status;
     }
     incoming_.clear();
-    transport_.advance(offset - cycleStart_);
-    cycleStart_ = offset;
+    transport_.advance(next + lag_ - cycleStart_);
+    lag_ = end - next;
+    cycleStart_ = end;
 }
 
 OSStatus BlockRenderer::take(SampleTime time, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {

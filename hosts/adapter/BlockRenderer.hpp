@@ -89,8 +89,10 @@ private:
     [[nodiscard]] std::uint32_t withinBlock(std::uint32_t offset) const QUILLO_REALTIME;
     [[nodiscard]] SampleTime timeOf(std::uint32_t offset) const QUILLO_REALTIME { return blockStart_ + offset; }
     bool tryReceive(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
-    std::uint32_t beginCycleFor(std::uint32_t offset) QUILLO_REALTIME;
+    void beginCycleFor(std::uint32_t offset) QUILLO_REALTIME;
     void renderUpTo(std::uint32_t offset) QUILLO_REALTIME;
+    void renderThrough(std::uint32_t offset) QUILLO_REALTIME;
+    void render(std::uint32_t end, std::uint32_t next) QUILLO_REALTIME;
     OSStatus take(SampleTime time, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
 
     MIDIQuilloAUAudioUnit& unit_;
@@ -103,6 +105,7 @@ private:
     std::uint32_t frames_ = 0;      ///< of the block
     std::uint32_t cycleStart_ = 0;  ///< the offset of the first frame that is not rendered
     std::uint32_t lastOffset_ = 0;  ///< of what the host has told so far
+    std::uint32_t lag_ = 0;         ///< by how many frames the transport is behind the rendering
     OSStatus status_ = noErr;
 };
 

@@ -1,39 +1,76 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/adapter/HostTransport.hpp"
 
-#include <cmath>
-
 namespace quillo {
 
 void HostTransport::tell(AUHostTransportStateFlags flags, double position, double speed) QUILLO_REALTIME {
-    const bool moved = isMoving();
+    const bool followsOn = isMoving() && hasPassed() && !isOff(position, position_);
     tell(flags);
-    if (moved && isMoving() && !lost_ && jumpsTo(position)) {
-        changed_ ^= AUHostTransportStateChanged;
+    if (!followsOn || !isMoving()) {
+        toldPosition_ = position;
     }
+    jumped_ = jumpsTo(position);
     toldZero_ = position == 0.0;
     position_ = position;
     speed_ = speed;
-    lost_ = false;
+    known_ = true;
 }
 
 void HostTransport::tell(AUHostTransportStateFlags flags) QUILLO_REALTIME {
+    toldPosition_ = position();
     flags_ = flags;
-    if (!isMoving()) {
-        changed_ = 0;
+}
+
+void HostTransport::lose() QUILLO_REALTIME {
+    seen_.position.reset();
+    known_ = false;
+}
+
+void HostTransport::wait(std::uint32_t frames) QUILLO_REALTIME {
+    move(frames);
+    if (seen_.moves && seen_.position) {
+        *seen_.position += frames * seen_.speed;
     }
+}
+
+void HostTransport::advance(std::uint32_t frames) QUILLO_REALTIME {
+    const auto nowChanged = changed();
+    move(frames);
+    seen_ = {isMoving(), nowChanged, toldZero_, speed_, known_ ? std::optional(position_) : std::nullopt};
+    toldPosition_.reset();
+    jumped_ = false;
+}
+
+void HostTransport::move(std::uint32_t frames) QUILLO_REALTIME {
+    if (isMoving()) {
+        position_ += frames * speed_;
+    }
+}
+
+/// What is told between two looks of the unit, and taken back before the second, it cannot hear.
+AUHostTransportStateFlags HostTransport::changed() const QUILLO_REALTIME {
+    if (!isMoving()) {
+        return 0;
+    }
+    return seen_.moves && jumped_ ? seen_.changed ^ AUHostTransportStateChanged : seen_.changed;
+}
+
+/// Whether frames have passed since something was told that the unit has not seen.
+bool HostTransport::hasPassed() const QUILLO_REALTIME {
+    return toldPosition_ && *toldPosition_ != position_;
+}
+
+bool HostTransport::isOff(double position, double expected) const QUILLO_REALTIME {
+    return position > expected + tolerance_ || position < expected - tolerance_;
 }
 
 /// Where zero may stand for less, the position may lie as far behind the expected one as it likes.
 bool HostTransport::jumpsTo(double position) const QUILLO_REALTIME {
-    const bool mayBeBehind = positions_ == Positions::noneBelowZero && toldZero_;
-    return position > position_ + tolerance_ || (position < position_ - tolerance_ && !mayBeBehind);
-}
-
-void HostTransport::advance(std::uint32_t frames) QUILLO_REALTIME {
-    if (isMoving()) {
-        position_ += frames * speed_;
+    if (!seen_.position) {
+        return false;
     }
+    const bool mayBeBehind = positions_ == Positions::noneBelowZero && seen_.isZero;
+    return isOff(position, *seen_.position) && !(mayBeBehind && position < *seen_.position);
 }
 
 }  // namespace quillo

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "platform/AUHostTransportState.hpp"
 #include "platform/RealTime.hpp"
@@ -9,7 +10,8 @@
 namespace quillo {
 
 /// A host's transport, from what its format tells now and then to the answer that a unit asks for in every
-/// cycle. Between two tellings the position moves on with the frames.
+/// cycle. Between two tellings the position moves on with the frames. Of what is told between two cycles the last
+/// holds: it is a change, or none, against what the unit saw in the cycle before.
 ///
 /// A jump of the position while the transport moves is a change that the moving, recording and cycling flags
 /// do not show: each jump turns `AUHostTransportStateChanged` over, so that each is one change of the flags.
@@ -32,26 +34,47 @@ public:
     void tell(AUHostTransportStateFlags flags) QUILLO_REALTIME;
 
     /// Frames may have passed that nobody rendered: the next position is no jump, wherever it lies.
-    void lose() QUILLO_REALTIME { lost_ = true; }
+    void lose() QUILLO_REALTIME;
 
-    /// So many frames were rendered.
+    /// So many frames have passed before the next cycle begins, which the unit has not asked in. What was told before
+    /// is shown to it as it was: a start at the beginning stays one.
+    void wait(std::uint32_t frames) QUILLO_REALTIME;
+
+    /// The unit has asked, in a cycle of so many frames.
     void advance(std::uint32_t frames) QUILLO_REALTIME;
 
-    [[nodiscard]] AUHostTransportStateFlags flags() const QUILLO_REALTIME { return flags_ | changed_; }
-    [[nodiscard]] double position() const QUILLO_REALTIME { return position_; }
+    [[nodiscard]] AUHostTransportStateFlags flags() const QUILLO_REALTIME { return flags_ | changed(); }
+    [[nodiscard]] double position() const QUILLO_REALTIME { return toldPosition_.value_or(position_); }
     [[nodiscard]] bool isMoving() const QUILLO_REALTIME { return (flags_ & AUHostTransportStateMoving) != 0; }
 
 private:
+    /// As the unit saw the transport last.
+    struct Seen {
+        bool moves = false;
+        AUHostTransportStateFlags changed = 0;
+        bool isZero = false;  ///< of the position, as it was told
+        double speed = 1.0;
+        std::optional<double> position = 0.0;  ///< where it has got since; none when frames may have passed
+    };
+
+    void move(std::uint32_t frames) QUILLO_REALTIME;
+    [[nodiscard]] AUHostTransportStateFlags changed() const QUILLO_REALTIME;
+    [[nodiscard]] bool hasPassed() const QUILLO_REALTIME;
+    [[nodiscard]] bool isOff(double position, double expected) const QUILLO_REALTIME;
     [[nodiscard]] bool jumpsTo(double position) const QUILLO_REALTIME;
 
     double tolerance_;
     Positions positions_;
-    bool toldZero_ = false;
+    Seen seen_;
+
+    // As it was told.
     AUHostTransportStateFlags flags_ = 0;
-    AUHostTransportStateFlags changed_ = 0;
     double position_ = 0.0;
     double speed_ = 1.0;
-    bool lost_ = false;  ///< the position is not known until it is told
+    bool known_ = true;                   ///< the position was told since it was lost
+    bool toldZero_ = false;               ///< the position, when it was told last
+    bool jumped_ = false;                 ///< the position is not where the unit expects it
+    std::optional<double> toldPosition_;  ///< of what the unit has not seen yet
 };
 
 }  // namespace quillo

@@ -132,6 +132,90 @@ TEST_F(BlockRendererTest, ATransportThatFollowsMessagesOfTheLastFrameChangesInTh
     EXPECT_EQ(block(64), (Timed{{0, {0xB0, 7, 9}}}));
 }
 
+TEST_F(BlockRendererTest, AStartAtTheBeginningThatFollowsMessagesOfItsFrameIsAStart) {
+    renderer.begin(64);
+    renderer.receive(20, Bytes{0xC1, 1});
+    renderer.tellTransport(20, moving, 0.0);
+    renderer.tellTransport(21, moving, 1.0);
+    ASSERT_EQ(renderer.end(), noErr);
+    renderer.begin(64);
+    renderer.tellTransport(0, moving, 44.0);
+    ASSERT_EQ(renderer.end(), noErr);
+    EXPECT_EQ(heard, (std::vector<std::string>{"[20] c1 01", "[21] AU Host Start"}));
+}
+
+TEST_F(BlockRendererTest, AStartWithoutAPositionThatFollowsMessagesOfItsFrameIsAStart) {
+    renderer.begin(64);
+    renderer.receive(20, Bytes{0xC1, 1});
+    renderer.tellTransport(20, moving);
+    ASSERT_EQ(renderer.end(), noErr);
+    EXPECT_EQ(heard, (std::vector<std::string>{"[20] c1 01", "[21] AU Host Start"}));
+    EXPECT_EQ(renderer.transport().position(), 44.0);
+}
+
+TEST_F(BlockRendererTest, AStartAtTheBeginningThatFollowsMessagesOfTheLastFrameIsAStart) {
+    renderer.begin(64);
+    renderer.receive(63, Bytes{0xC1, 1});
+    renderer.tellTransport(63, moving, 0.0);
+    ASSERT_EQ(renderer.end(), noErr);
+    renderer.begin(64);
+    renderer.tellTransport(0, moving, 1.0);
+    ASSERT_EQ(renderer.end(), noErr);
+    EXPECT_EQ(heard, (std::vector<std::string>{"[63] c1 01", "[64] AU Host Start"}));
+    EXPECT_EQ(renderer.transport().position(), 65.0);
+}
+
+TEST_F(BlockRendererTest, AStartAtTheBeginningThatFollowsMessagesOfABlockWithoutFramesIsAStart) {
+    renderer.begin(0);
+    renderer.receive(0, Bytes{0xC1, 1});
+    renderer.tellTransport(0, moving, 0.0);
+    ASSERT_EQ(renderer.end(), noErr);
+    EXPECT_EQ(heard, (std::vector<std::string>{"[0] c1 01", "[0] AU Host Start"}));
+    EXPECT_EQ(renderer.transport().position(), 0.0);
+}
+
+TEST_F(BlockRendererTest, AJumpThatFollowsMessagesOfItsFrameIsHeardOnce) {
+    renderer.begin(64);
+    renderer.tellTransport(0, moving, 1000.0);
+    renderer.receive(20, Bytes{0xC1, 1});
+    renderer.tellTransport(20, moving, 5000.0);
+    renderer.receive(30, Bytes{0xC1, 2});
+    renderer.tellTransport(30, moving, 5010.0);
+    ASSERT_EQ(renderer.end(), noErr);
+    EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Continue", "[20] c1 01", "[21] AU Host Continue",
+                                               "[30] c1 02"}));
+}
+
+TEST_F(BlockRendererTest, JumpsAtOneFrameAreHeardOnce) {
+    renderer.begin(64);
+    renderer.tellTransport(0, moving, 1000.0);
+    renderer.tellTransport(20, moving, 5000.0);
+    renderer.tellTransport(20, moving, 9000.0);
+    ASSERT_EQ(renderer.end(), noErr);
+    EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Continue", "[20] AU Host Continue"}));
+}
+
+TEST_F(BlockRendererTest, ATransportThatStopsAndStartsElsewhereAtOneFrameIsHeardToGoOn) {
+    renderer.begin(64);
+    renderer.tellTransport(0, moving, 1000.0);
+    renderer.tellTransport(20, 0, 1020.0);
+    renderer.tellTransport(20, moving, 50000.0);
+    ASSERT_EQ(renderer.end(), noErr);
+    EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Continue", "[20] AU Host Continue"}));
+}
+
+TEST_F(BlockRendererTest, ATransportBehindMoreEventsOfItsFrameThanACycleHoldsDoesNotJump) {
+    renderer.begin(64);
+    renderer.tellTransport(0, moving, 1000.0);
+    for (std::size_t i = 0; i < BlockRenderer::incomingCapacity + 5; ++i) {
+        renderer.receive(20, Bytes{0xF0, 0xF7});
+    }
+    renderer.tellTransport(20, moving, 1020.0);
+    ASSERT_EQ(renderer.end(), noErr);
+    EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Continue"}));
+    EXPECT_EQ(renderer.transport().position(), 1064.0);
+}
+
 TEST_F(BlockRendererTest, ATransportWithoutAPositionGoesOnFromTheOneThatIsKnown) {
     renderer.begin(64);
     renderer.tellTransport(0, moving, 1000.0);

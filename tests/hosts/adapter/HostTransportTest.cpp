@@ -63,10 +63,82 @@ TEST(HostTransport, AJumpWhileItStandsStillOrAsItStartsIsNone) {
 TEST(HostTransport, StoppingLeavesNoFlagBehind) {
     HostTransport transport;
     transport.tell(moving, 0.0);
+    transport.advance(100);
     transport.tell(moving, 500.0);
     ASSERT_EQ(transport.flags(), moving | changed);
     transport.tell(0, 500.0);
     EXPECT_EQ(transport.flags(), 0U);
+}
+
+TEST(HostTransport, SeveralJumpsBetweenTwoCyclesAreOneChange) {
+    HostTransport transport;
+    transport.tell(moving, 0.0);
+    transport.advance(200);
+    transport.tell(moving, 5000.0);
+    transport.tell(moving, 9000.0);
+    EXPECT_EQ(transport.flags(), moving | changed);
+    EXPECT_EQ(transport.position(), 9000.0);
+    transport.advance(100);
+    transport.tell(moving, 9100.0);
+    EXPECT_EQ(transport.flags(), moving | changed);
+}
+
+TEST(HostTransport, AJumpThatIsTakenBackBeforeTheNextCycleIsNone) {
+    HostTransport transport;
+    transport.tell(moving, 0.0);
+    transport.advance(200);
+    transport.tell(moving, 5000.0);
+    transport.tell(moving, 200.0);
+    EXPECT_EQ(transport.flags(), moving);
+}
+
+TEST(HostTransport, StoppingAndStartingElsewhereBetweenTwoCyclesIsAJump) {
+    HostTransport transport;
+    transport.tell(moving, 1000.0);
+    transport.advance(100);
+    transport.tell(0, 1100.0);
+    transport.tell(moving, 50000.0);
+    EXPECT_EQ(transport.flags(), moving | changed);
+}
+
+TEST(HostTransport, AJumpHoldsWhenFlagsWithoutAPositionFollow) {
+    HostTransport transport;
+    transport.tell(moving, 1000.0);
+    transport.advance(100);
+    transport.tell(0, 50000.0);
+    transport.tell(moving);
+    EXPECT_EQ(transport.flags(), moving | changed);
+    EXPECT_EQ(transport.position(), 50000.0);
+}
+
+TEST(HostTransport, ThatWaitsForTheNextCycleIsShownAsItWasTold) {
+    HostTransport transport;
+    transport.tell(moving, 0.0);
+    transport.wait(1);
+    EXPECT_EQ(transport.position(), 0.0);
+    transport.tell(moving, 1.0);
+    EXPECT_EQ(transport.position(), 0.0);
+    transport.advance(100);
+    EXPECT_EQ(transport.position(), 101.0);
+}
+
+TEST(HostTransport, ThatWaitsForTheNextCycleAndIsToldToBeElsewhereIsShownThere) {
+    HostTransport transport;
+    transport.tell(moving, 0.0);
+    transport.wait(1);
+    transport.tell(moving, 48000.0);
+    EXPECT_EQ(transport.position(), 48000.0);
+    transport.tell(0, 500.0);
+    EXPECT_EQ(transport.position(), 500.0);
+}
+
+TEST(HostTransport, APositionAsExpectedAfterWaitingIsNoChange) {
+    HostTransport transport;
+    transport.tell(moving, 0.0);
+    transport.advance(100);
+    transport.wait(1);
+    transport.tell(moving, 101.0);
+    EXPECT_EQ(transport.flags(), moving);
 }
 
 TEST(HostTransport, APositionThatAHostRoundsIsNoJump) {
@@ -95,6 +167,7 @@ TEST(HostTransport, WithoutAPositionGoesOnFromTheOneThatIsKnown) {
 TEST(HostTransport, WithoutAPositionStoppingLeavesNoFlagBehind) {
     HostTransport transport;
     transport.tell(moving, 0.0);
+    transport.advance(100);
     transport.tell(moving, 500.0);
     ASSERT_EQ(transport.flags(), moving | changed);
     transport.tell(0);
