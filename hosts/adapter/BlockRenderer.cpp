@@ -122,7 +122,7 @@ void BlockRenderer::renderThrough(std::uint32_t offset) QUILLO_REALTIME {
 /// One cycle, after which the transport is where the frame at `next` begins.
 void BlockRenderer::render(std::uint32_t end, std::uint32_t next) QUILLO_REALTIME {
     const AudioTimeStamp start{static_cast<double>(timeOf(cycleStart_))};
-    const auto status = renderBlock_(start, end - cycleStart_, incoming_.head());
+    const auto status = renderBlock_(start, frames_ == 0 ? 1 : end - cycleStart_, incoming_.head());
     if (status_ == noErr) {
         status_ = status;
     }

@@ -56,7 +56,8 @@ public:
     /// by the status `kQuilloErr_OutputFull`. An absent one finds room for everything.
     void setAsk(Ask ask) { ask_ = std::move(ask); }
 
-    /// A block of so many frames, which may be none. What the last one sent is forgotten.
+    /// A block of so many frames, which may be none: then the unit gets a cycle of one frame all the same, so that what
+    /// is due now leaves now, and the next block begins with that frame. What the last one sent is forgotten.
     void begin(std::uint32_t frames) QUILLO_REALTIME;
 
     /// One message from the host, in order of the offsets; an offset that lies behind the block or before an

@@ -84,10 +84,19 @@ TEST_F(BlockRendererTest, SystemExclusiveIsNotSeenByTheRules) {
 
 TEST_F(BlockRendererTest, ABlockWithoutFramesIsNoHarm) {
     unit->processor->setRules({rule(onLoad(), send(controlChange(0, 7, 5)))});
-    EXPECT_EQ(block(0), Timed{});
+    EXPECT_EQ(block(0), (Timed{{0, {0xB0, 7, 5}}}));
     EXPECT_EQ(block(0, {{0, {0xC0, 1}}}), (Timed{{0, {0xC0, 1}}}));
     EXPECT_EQ(renderer.now(), 0);
-    EXPECT_EQ(block(16), (Timed{{0, {0xB0, 7, 5}}}));
+    EXPECT_EQ(block(16), Timed{});
+}
+
+TEST_F(BlockRendererTest, InABlockWithoutFramesWhatARuleSendsLeavesBeforeTheMessageThatItIsFor) {
+    unit->processor->sampleRate = 1000;
+    unit->processor->setRules(
+        {rule(onNoteOn(), send(controlChange(0, 7, 5))), rule(onNoteOn(), send(controlChange(0, 7, 6), 1))});
+    EXPECT_EQ(block(0, {{0, {0x90, 60, 1}}}), (Timed{{0, {0xB0, 7, 5}}, {0, {0x90, 60, 1}}}));
+    EXPECT_EQ(block(0), Timed{});
+    EXPECT_EQ(block(16), (Timed{{1, {0xB0, 7, 6}}}));
 }
 
 TEST_F(BlockRendererTest, OutputsThatTheUnitSendsOutOfOrderLeaveInTheOrderOfTime) {
