@@ -80,6 +80,12 @@ void BlockRenderer::tellTransport(std::uint32_t offset, AUHostTransportStateFlag
     transport_.tell(flags);
 }
 
+void BlockRenderer::followTransport(std::uint32_t offset, AUHostTransportStateFlags flags, double position,
+                                    double speed) QUILLO_REALTIME {
+    beginCycleFor(offset);
+    transport_.follow(flags, position, speed);
+}
+
 /// A cycle sees its transport before its messages. Where messages of the same offset have come first, the change
 /// waits for the frame after them; the transport itself stays where it is told.
 void BlockRenderer::beginCycleFor(std::uint32_t offset) QUILLO_REALTIME {

@@ -71,6 +71,10 @@ public:
                        double speed = 1.0) QUILLO_REALTIME;
     void tellTransport(std::uint32_t offset, AUHostTransportStateFlags flags) QUILLO_REALTIME;
 
+    /// The same as `HostTransport::follow` takes it.
+    void followTransport(std::uint32_t offset, AUHostTransportStateFlags flags, double position,
+                         double speed = 1.0) QUILLO_REALTIME;
+
     /// As `HostTransport::lose`: for hosts that may have let frames pass without a block.
     void loseTransport() QUILLO_REALTIME { transport_.lose(); }
 

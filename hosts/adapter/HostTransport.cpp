@@ -4,12 +4,21 @@
 namespace quillo {
 
 void HostTransport::tell(AUHostTransportStateFlags flags, double position, double speed) QUILLO_REALTIME {
-    const bool followsOn = isMoving() && hasPassed() && !isOff(position, position_);
+    take(flags, position, speed, !isOff(position, position_));
+    jumped_ = jumpsTo(position);
+}
+
+void HostTransport::follow(AUHostTransportStateFlags flags, double position, double speed) QUILLO_REALTIME {
+    take(flags, position, speed, true);
+}
+
+void HostTransport::take(AUHostTransportStateFlags flags, double position, double speed,
+                         bool goesOn) QUILLO_REALTIME {
+    const bool hasBegun = isMoving() && hasPassed();
     tell(flags);
-    if (!followsOn || !isMoving()) {
+    if (!goesOn || !hasBegun || !isMoving()) {
         toldPosition_ = position;
     }
-    jumped_ = jumpsTo(position);
     toldZero_ = position == 0.0;
     position_ = position;
     speed_ = speed;

@@ -30,6 +30,9 @@ public:
     /// below zero before the beginning, and how many frames of it pass in one rendered frame.
     void tell(AUHostTransportStateFlags flags, double position, double speed = 1.0) QUILLO_REALTIME;
 
+    /// The same where the position is known to be the one that was told before, moved on: no jump, wherever it lies.
+    void follow(AUHostTransportStateFlags flags, double position, double speed = 1.0) QUILLO_REALTIME;
+
     /// The same where no position is told: it goes on from the one that is known.
     void tell(AUHostTransportStateFlags flags) QUILLO_REALTIME;
 
@@ -57,6 +60,7 @@ private:
         std::optional<double> position = 0.0;  ///< where it has got since; none when frames may have passed
     };
 
+    void take(AUHostTransportStateFlags flags, double position, double speed, bool goesOn) QUILLO_REALTIME;
     void move(std::uint32_t frames) QUILLO_REALTIME;
     [[nodiscard]] AUHostTransportStateFlags changed() const QUILLO_REALTIME;
     [[nodiscard]] bool hasPassed() const QUILLO_REALTIME;

@@ -3,7 +3,6 @@
 
 #include <span>
 
-#include "hosts/clap/CLAPTransport.hpp"
 #include "hosts/midi/MessageLength.hpp"
 
 namespace quillo {
@@ -39,14 +38,14 @@ bool isOurs(std::int16_t portIndex) QUILLO_REALTIME {
 }  // namespace
 
 CLAPRenderer::CLAPRenderer(BlockRenderer& renderer, RuleProcessor& processor)
-    : renderer_(renderer), processor_(processor) {
+    : renderer_(renderer), processor_(processor), transport_(renderer) {
     renderer_.setAsk(
         [this](std::uint32_t, std::span<const std::uint8_t>)
             QUILLO_REALTIME { return !output_.isWaiting(); });
 }
 
 void CLAPRenderer::activate(double sampleRate) {
-    sampleRate_ = sampleRate;
+    transport_.setSampleRate(sampleRate);
     interrupt();
 }
 
@@ -55,7 +54,7 @@ clap_process_status CLAPRenderer::process(const clap_process_t& process) QUILLO_
     output_.begin(process.out_events);
     renderer_.begin(process.frames_count);
     if (process.transport != nullptr) {
-        tellTransport(0, *process.transport);
+        transport_.tell(0, *process.transport);
     }
     takeAll(process.in_events);
     const auto status = renderer_.end();
@@ -73,18 +72,6 @@ void CLAPRenderer::follow(std::int64_t steadyTime, std::uint32_t frames) QUILLO_
     constexpr std::int64_t last = INT64_MAX - UINT32_MAX;
     nextSteadyTime_ = steadyTime >= 0 && steadyTime <= last ? steadyTime + frames : -1;
     maySleep_ = false;
-}
-
-void CLAPRenderer::tellTransport(std::uint32_t offset, const clap_event_transport_t& event) QUILLO_REALTIME {
-    const auto told = CLAPTransport::from(event, sampleRate_);
-    if (!told.position) {
-        renderer_.tellTransport(offset, told.flags);
-        return;
-    }
-    if (!told.speed) {
-        renderer_.loseTransport();
-    }
-    renderer_.tellTransport(offset, told.flags, *told.position, told.speed.value_or(0.0));
 }
 
 void CLAPRenderer::takeAll(const clap_input_events_t* events) QUILLO_REALTIME {
@@ -123,7 +110,7 @@ void CLAPRenderer::take(const clap_event_header_t& event) QUILLO_REALTIME {
         break;
     case CLAP_EVENT_TRANSPORT:
         if (const auto* transport = as<clap_event_transport_t>(event)) {
-            tellTransport(event.time, *transport);
+            transport_.tell(event.time, *transport);
         }
         break;
     default: break;

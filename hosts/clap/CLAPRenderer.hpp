@@ -8,6 +8,7 @@
 #include "hosts/clap/CLAPHeaders.hpp"
 #include "hosts/clap/CLAPNotes.hpp"
 #include "hosts/clap/CLAPOutput.hpp"
+#include "hosts/clap/CLAPTransport.hpp"
 #include "platform/RealTime.hpp"
 
 namespace quillo {
@@ -44,7 +45,6 @@ public:
 
 private:
     void follow(std::int64_t steadyTime, std::uint32_t frames) QUILLO_REALTIME;
-    void tellTransport(std::uint32_t offset, const clap_event_transport_t& event) QUILLO_REALTIME;
     void takeAll(const clap_input_events_t* events) QUILLO_REALTIME;
     void take(const clap_event_header_t& event) QUILLO_REALTIME;
     void takeNote(const clap_event_note_t& event) QUILLO_REALTIME;
@@ -57,7 +57,7 @@ private:
     RuleProcessor& processor_;
     CLAPNotes notes_;
     CLAPOutput output_;
-    double sampleRate_ = 0.0;
+    CLAPTransport transport_;
     bool maySleep_ = true;              ///< frames may pass before the next block
     std::int64_t nextSteadyTime_ = -1;  ///< of the block that would follow the last one; below 0 when unknown
     std::atomic<bool> asleep_{false};   ///< the last block said that the host may let the plug-in sleep

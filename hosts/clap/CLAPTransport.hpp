@@ -1,29 +1,63 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <optional>
 
+#include "hosts/adapter/BlockRenderer.hpp"
 #include "hosts/clap/CLAPHeaders.hpp"
 #include "platform/AUHostTransportState.hpp"
 #include "platform/RealTime.hpp"
 
 namespace quillo {
 
-/// What a host says of its transport, in the terms of `BlockRenderer::tellTransport`.
+/// What a host says of its transport, in the terms of `BlockRenderer::tellTransport`. [render]
 ///
-/// The position is the one in seconds, in frames, which no change of the tempo makes jump. Hosts that tell only
-/// beats have theirs counted in steps, 64 to a beat: a step is what a position may be off that a host works out
-/// while the tempo changes, and shorter than any jump.
-struct CLAPTransport {
-    /// Off by more than this, a position is a jump: the host rounds seconds to a fraction of a frame.
+/// The position is the one in seconds, counted in steps of 2 ms: hosts round it to whole milliseconds, and two of
+/// those may be off by one. Hosts that tell only beats have theirs counted in steps, 64 to a beat. A step is what a
+/// position may be off, and shorter than any jump.
+///
+/// Hosts work out seconds from beats or beats from seconds, and what is worked out jumps when the tempo changes. Where
+/// both are told, and a tempo, only what both show is a jump.
+class CLAPTransport {
+public:
+    /// Off by more than this, a position is a jump.
     static constexpr double tolerance = 1.0;
 
-    AUHostTransportStateFlags flags = 0;
-    std::optional<double> position;  ///< none when the host tells none
-    std::optional<double> speed;     ///< of the position, a frame; none when it cannot be foretold
+    /// [main] It must outlive this.
+    explicit CLAPTransport(BlockRenderer& renderer) : renderer_(renderer) {}
 
-    [[nodiscard]] static CLAPTransport from(const clap_event_transport_t& event,
-                                            double sampleRate) QUILLO_REALTIME;
+    /// [main, while nothing renders]
+    void setSampleRate(double sampleRate) { sampleRate_ = sampleRate; }
+
+    /// What the host says at this offset of the block.
+    void tell(std::uint32_t offset, const clap_event_transport_t& event) QUILLO_REALTIME;
+
+private:
+    enum class Timeline : std::uint8_t { none, seconds, beats };
+
+    struct Position {
+        double steps = 0.0;
+        std::optional<double> speed;  ///< in steps a frame; none when it cannot be foretold
+    };
+
+    /// One telling.
+    struct Told {
+        SampleTime time = 0;  ///< on the render timeline
+        AUHostTransportStateFlags flags = 0;
+        std::optional<Position> seconds;
+        std::optional<Position> beats;
+    };
+
+    [[nodiscard]] Told read(std::uint32_t offset, const clap_event_transport_t& event) const QUILLO_REALTIME;
+    [[nodiscard]] bool goesOnInBeats(const Told& told) const QUILLO_REALTIME;
+    void tell(std::uint32_t offset, const Told& told, Timeline timeline,
+              const Position& position) QUILLO_REALTIME;
+
+    BlockRenderer& renderer_;
+    double sampleRate_ = 0.0;
+    Told last_;
+    Timeline timeline_ = Timeline::none;  ///< of the position that was told last
 };
 
 }  // namespace quillo

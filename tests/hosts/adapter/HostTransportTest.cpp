@@ -101,6 +101,27 @@ TEST(HostTransport, StoppingAndStartingElsewhereBetweenTwoCyclesIsAJump) {
     EXPECT_EQ(transport.flags(), moving | changed);
 }
 
+TEST(HostTransport, APositionThatFollowsIsNoJumpWhereverItLies) {
+    HostTransport transport;
+    transport.tell(moving, 1000.0);
+    transport.advance(100);
+    transport.follow(moving, 2200.0);
+    EXPECT_EQ(transport.flags(), moving);
+    EXPECT_EQ(transport.position(), 2200.0);
+    transport.advance(100);
+    transport.tell(moving, 2300.0);
+    EXPECT_EQ(transport.flags(), moving);
+}
+
+TEST(HostTransport, APositionThatFollowsAJumpBeforeTheNextCycleLeavesItAJump) {
+    HostTransport transport;
+    transport.tell(moving, 1000.0);
+    transport.advance(100);
+    transport.tell(moving, 5000.0);
+    transport.follow(moving, 5000.0);
+    EXPECT_EQ(transport.flags(), moving | changed);
+}
+
 TEST(HostTransport, AJumpHoldsWhenFlagsWithoutAPositionFollow) {
     HostTransport transport;
     transport.tell(moving, 1000.0);

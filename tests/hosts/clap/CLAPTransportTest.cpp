@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <utility>
 
 #include "hosts/clap/CLAPTestHost.hpp"
@@ -38,6 +39,15 @@ protected:
     void play(const clap_event_transport_t& transport) { host.process(block, &transport); }
     void play(std::uint32_t flags, double position) { play(clapTransport(flags, position)); }
     void playBeats(std::uint32_t flags, double position) { play(clapTransport(flags, position, true)); }
+
+    /// A host whose seconds are what the beats would take at this tempo.
+    static clap_event_transport_t inBoth(double beats, double tempo) {
+        auto transport = clapTransport(playing, beats * 60.0 / tempo * clapSampleRate);
+        transport.flags |= CLAP_TRANSPORT_HAS_BEATS_TIMELINE | CLAP_TRANSPORT_HAS_TEMPO;
+        transport.song_pos_beats = std::llround(beats * static_cast<double>(CLAP_BEATTIME_FACTOR));
+        transport.tempo = tempo;
+        return transport;
+    }
 
     Timed heard() {
         Timed result;
@@ -151,10 +161,58 @@ TEST_F(CLAPTransport, ThatTheHostRoundsToFramesDoesNotJump) {
     EXPECT_EQ(heard(), (Timed{{0, goOn}}));
 }
 
-TEST_F(CLAPTransport, ThatIsTwoFramesOffHasJumped) {
+TEST_F(CLAPTransport, ThatTheHostRoundsToMillisecondsDoesNotJump) {
+    for (int i = 0; i < 480; ++i) {
+        const auto milliseconds = std::floor((1000.0 + static_cast<double>(host.now)) / 48.0);
+        play(playing, milliseconds * 48.0);
+    }
+    EXPECT_EQ(heard(), (Timed{{0, goOn}}));
+}
+
+TEST_F(CLAPTransport, ThatIsMoreThanTwoMillisecondsOffHasJumped) {
     play(playing, 1000.0);
-    play(playing, 1102.0);
-    EXPECT_EQ(heard(), (Timed{{0, goOn}, {100, goOn}}));
+    play(playing, 1100.0 + 97.0);
+    play(playing, 1297.0 - 97.0);
+    EXPECT_EQ(heard(), (Timed{{0, goOn}, {100, goOn}, {200, goOn}}));
+}
+
+TEST_F(CLAPTransport, InSecondsThatFollowFromTheBeatsDoesNotJumpWithTheTempo) {
+    double beats = 8.0;
+    for (const auto tempo : {120.0, 120.0, 60.0, 60.0, 240.0}) {
+        play(inBoth(beats, tempo));
+        beats += block / clapSampleRate * tempo / 60.0;
+    }
+    EXPECT_EQ(heard(), (Timed{{0, goOn}}));
+}
+
+TEST_F(CLAPTransport, InSecondsThatFollowFromTheBeatsDoesNotJumpWhileTheTempoChangesThroughLongBlocks) {
+    double beats = 8.0;
+    double tempo = 120.0;
+    for (int i = 0; i < 10; ++i) {
+        const auto transport = inBoth(beats, tempo);
+        host.process(8192, &transport);
+        beats += 8192 / clapSampleRate * (tempo + 10.0) / 60.0;
+        tempo += 20.0;
+    }
+    EXPECT_EQ(heard(), (Timed{{0, goOn}}));
+}
+
+TEST_F(CLAPTransport, ThatJumpsInSecondsAndInBeatsIsHeard) {
+    play(inBoth(8.0, 120.0));
+    const auto atStart = inBoth(4.0, 120.0);
+    events.addTransport(0, atStart);
+    host.process(block, events, &atStart);
+    play(inBoth(0.0, 60.0));
+    EXPECT_EQ(heard(), (Timed{{0, goOn}, {100, goOn}, {200, start}}));
+}
+
+TEST_F(CLAPTransport, ThatIsToldByAnotherTimelineDoesNotJump) {
+    play(playing, 24000.0);
+    playBeats(playing, 24100.0);
+    playBeats(playing, 24200.0);
+    play(playing, 24300.0);
+    play(playing, 9000.0);
+    EXPECT_EQ(heard(), (Timed{{0, goOn}, {400, goOn}}));
 }
 
 TEST_F(CLAPTransport, InSecondsDoesNotMindTheTempo) {
