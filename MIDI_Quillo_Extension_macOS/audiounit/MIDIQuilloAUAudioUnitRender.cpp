@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 #include "audiounit/MIDIQuilloAUAudioUnit.hpp"
 
@@ -79,10 +80,10 @@ OSStatus MIDIQuilloAUAudioUnit::renderTransport(const OutputFunction& output, Sa
     double position = 0.0;
     transportStateBlock(&flags, &position, nullptr, nullptr);
     // Any bit counts as a change: the trigger follows from the new flags, not from which bit changed.
-    if (flags == previousTransportState_) {
+    const auto previous = std::exchange(previousTransportState_, flags);
+    if (flags == previous.value_or(flags)) {
         return noErr;
     }
-    previousTransportState_ = flags;
     const auto trigger = transportTrigger(flags, position);
     logInput({first, EventLogEntryVariants::Host{trigger}});
     return processor->processHostTransport(output, trigger, first, end);

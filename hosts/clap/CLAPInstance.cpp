@@ -11,7 +11,7 @@ namespace quillo {
 CLAPInstance::CLAPInstance(const clap_host_t& theHost)
     : host(theHost),
       hosted(HostTransport(CLAPTransport::tolerance)),
-      renderer(hosted.renderer(), *hosted.unit().processor) {
+      renderer(hosted.renderer(), hosted.unit()) {
     hosted.setOnEdit([this] {
         host.markDirty();
         wake();

@@ -37,8 +37,8 @@ bool isOurs(std::int16_t portIndex) QUILLO_REALTIME {
 
 }  // namespace
 
-CLAPRenderer::CLAPRenderer(BlockRenderer& renderer, RuleProcessor& processor)
-    : renderer_(renderer), processor_(processor), transport_(renderer) {
+CLAPRenderer::CLAPRenderer(BlockRenderer& renderer, MIDIQuilloAUAudioUnit& unit)
+    : renderer_(renderer), unit_(unit), processor_(*unit.processor), transport_(renderer) {
     renderer_.setAsk(
         [this](std::uint32_t, std::span<const std::uint8_t>)
             QUILLO_REALTIME { return !output_.isWaiting(); });
@@ -62,16 +62,21 @@ clap_process_status CLAPRenderer::process(const clap_process_t& process) QUILLO_
     return status == kQuilloErr_FatalError ? CLAP_PROCESS_ERROR : nextStatus();
 }
 
-/// While the plug-in sleeps the transport may go on, or stand, or jump, and nobody tells. Where the host's steady
-/// time shows that it has not slept, it goes on without a gap.
+/// While the plug-in sleeps the transport may go on, or stand, or jump, and nobody tells. No rule waits for it then,
+/// and one that is installed meanwhile is not meant for what has been. Where the host's steady time shows that the
+/// plug-in has not slept, it goes on without a gap.
 void CLAPRenderer::follow(std::int64_t steadyTime, std::uint32_t frames) QUILLO_REALTIME {
     const bool followsOn = steadyTime >= 0 && steadyTime == nextSteadyTime_;
-    if (maySleep_ && !followsOn) {
+    if ((maySleep_ || interrupted_) && !followsOn) {
         renderer_.loseTransport();
+    }
+    if (maySleep_ && !followsOn) {
+        unit_.forgetTransport();
     }
     constexpr std::int64_t last = INT64_MAX - UINT32_MAX;
     nextSteadyTime_ = steadyTime >= 0 && steadyTime <= last ? steadyTime + frames : -1;
     maySleep_ = false;
+    interrupted_ = false;
 }
 
 void CLAPRenderer::takeAll(const clap_input_events_t* events) QUILLO_REALTIME {

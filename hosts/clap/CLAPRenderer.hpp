@@ -21,7 +21,7 @@ namespace quillo {
 class CLAPRenderer {
 public:
     /// [main] Both must outlive it.
-    CLAPRenderer(BlockRenderer& renderer, RuleProcessor& processor);
+    CLAPRenderer(BlockRenderer& renderer, MIDIQuilloAUAudioUnit& unit);
 
     /// [main, while nothing renders] Blocks come at this rate from now on.
     void activate(double sampleRate);
@@ -31,7 +31,7 @@ public:
 
     /// The blocks that follow do not join those before, whatever the host's steady time says.
     void interrupt() QUILLO_REALTIME {
-        maySleep_ = true;
+        interrupted_ = true;
         nextSteadyTime_ = -1;
     }
 
@@ -54,13 +54,15 @@ private:
     clap_process_status nextStatus() QUILLO_REALTIME;
 
     BlockRenderer& renderer_;
+    MIDIQuilloAUAudioUnit& unit_;
     RuleProcessor& processor_;
     CLAPNotes notes_;
     CLAPOutput output_;
     CLAPTransport transport_;
-    bool maySleep_ = true;              ///< frames may pass before the next block
+    bool maySleep_ = false;             ///< the last block said that the host may let the plug-in sleep
+    bool interrupted_ = true;           ///< frames may pass before the next block
     std::int64_t nextSteadyTime_ = -1;  ///< of the block that would follow the last one; below 0 when unknown
-    std::atomic<bool> asleep_{false};   ///< the last block said that the host may let the plug-in sleep
+    std::atomic<bool> asleep_{false};   ///< as `maySleep_` while the plug-in is active, for the main thread
 };
 
 }  // namespace quillo

@@ -245,6 +245,16 @@ TEST_F(BlockRendererTest, ATransportThatWasLostIsFoundWithoutAJump) {
     EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Start"}));
 }
 
+TEST_F(BlockRendererTest, ATransportThatTheUnitForgotIsTakenAsItIsFound) {
+    unit->forgetTransport();
+    for (const auto flags : {moving, moving, AUHostTransportStateFlags{0}}) {
+        renderer.begin(64);
+        renderer.tellTransport(0, flags);
+        ASSERT_EQ(renderer.end(), noErr);
+    }
+    EXPECT_EQ(heard, (std::vector<std::string>{"[128] AU Host Stop"}));
+}
+
 TEST_F(BlockRendererTest, StopAndStartInOneBlockAreTwoChanges) {
     renderer.begin(64);
     renderer.tellTransport(0, moving, 0.0);

@@ -324,6 +324,40 @@ TEST_F(CLAPTransport, ThatMovedOnWhileThePluginSleptDidNotJump) {
     }
 }
 
+TEST_F(CLAPTransport, ThatStartedOrStoppedWhileThePluginSleptIsNotHeardByRulesThatCameLater) {
+    for (const auto steadyTime : {std::int64_t{5000}, std::int64_t{-1}}) {
+        for (const auto& [before, after] : {std::pair{0U, playing}, {playing, 0U}}) {
+            host.loadRules({});
+            play(before, 1000.0);
+            host.steadyTime = steadyTime;
+            loadRules();
+            play(after, 48000.0);
+            EXPECT_EQ(heard(), Timed{}) << steadyTime;
+        }
+        const auto now = host.now;
+        play(playing, 0.0);
+        EXPECT_EQ(heard(), (Timed{{now, start}})) << steadyTime;
+    }
+}
+
+TEST_F(CLAPTransport, ThatStartedWhileThePluginSleptAndWasDeactivatedIsNotHeardEither) {
+    host.loadRules({});
+    play(0, 0.0);
+    host.stop();
+    loadRules();
+    host.start();
+    play(playing, 48000.0);
+    EXPECT_EQ(heard(), Timed{});
+}
+
+TEST_F(CLAPTransport, ThatStartsInAHostThatNeverSleepsIsHeardByARuleThatHasJustCome) {
+    host.loadRules({});
+    play(0, 0.0);
+    loadRules();
+    play(playing, 0.0);
+    EXPECT_EQ(heard(), (Timed{{100, start}}));
+}
+
 TEST_F(CLAPTransport, ThatJumpsInAHostThatNeverSleepsIsHeard) {
     host.loadRules({});
     play(playing, 1000.0);
