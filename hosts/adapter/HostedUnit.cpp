@@ -29,7 +29,15 @@ HostedUnit::HostedUnit(HostTransport transport)
 
 HostedUnit::~HostedUnit() = default;
 
+bool HostedUnit::isSampleRate(double rate) {
+    constexpr double highest = 1e9;
+    return rate >= 1.0 && rate <= highest;
+}
+
 std::optional<std::string> HostedUnit::activate(double sampleRate, std::uint32_t longestBlock) try {
+    if (!isSampleRate(sampleRate)) {
+        return "MIDI Quillo cannot render at a sample rate of " + std::to_string(sampleRate);
+    }
     const auto before = unit_->processor->sampleRate.load();
     setSampleRate(sampleRate);
     unit_->maximumFramesToRender = longestBlock;

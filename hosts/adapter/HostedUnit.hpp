@@ -29,7 +29,10 @@ public:
     HostedUnit(const HostedUnit&) = delete;
     HostedUnit& operator=(const HostedUnit&) = delete;
 
-    /// Gets ready to render at this rate. Rules that are there already get their delays anew when the rate is
+    /// [any] Whether so many frames a second are a rate that can be rendered at: at least one, at most 10^9.
+    [[nodiscard]] static bool isSampleRate(double rate);
+
+    /// Gets ready to render at this rate; one that is none is refused. Rules that are there already get their delays anew when the rate is
     /// another one than theirs, so that they stay right in milliseconds. Nothing on success.
     [[nodiscard]] std::optional<std::string> activate(double sampleRate, std::uint32_t longestBlock);
     void deactivate();

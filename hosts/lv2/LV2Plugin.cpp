@@ -12,12 +12,6 @@ namespace quillo {
 
 namespace {
 
-/// Frames a second; a rate that is none, or not a number, is no rate.
-bool isRate(double sampleRate) {
-    constexpr double highest = 1e9;
-    return sampleRate >= 1.0 && sampleRate <= highest;
-}
-
 LV2_URID_Map* mapOf(const LV2_Feature* const* features) {
     for (; features != nullptr && *features != nullptr; ++features) {
         if (std::string_view((*features)->URI) == LV2_URID__map) {
@@ -30,7 +24,7 @@ LV2_URID_Map* mapOf(const LV2_Feature* const* features) {
 LV2_Handle instantiate(const LV2_Descriptor* /*descriptor*/, double sampleRate, const char* /*bundle*/,
                        const LV2_Feature* const* features) noexcept try {
     auto* map = mapOf(features);
-    if (map == nullptr || map->map == nullptr || !isRate(sampleRate)) {
+    if (map == nullptr || map->map == nullptr || !HostedUnit::isSampleRate(sampleRate)) {
         return nullptr;
     }
     return std::make_unique<LV2Instance>(sampleRate, *map).release()->handle();

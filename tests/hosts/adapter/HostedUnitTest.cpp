@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string_view>
 
 #include "persistence/PluginData.hpp"
@@ -88,9 +89,14 @@ TEST_F(HostedUnitTest, RulesThatWereRestoredBeforeTheRateWasKnownKeepTheirMillis
 }
 
 TEST_F(HostedUnitTest, ASampleRateThatIsNoneIsRefusedWithAReason) {
-    const auto reason = hosted.activate(-1.0, 512);
-    ASSERT_TRUE(reason.has_value());
-    EXPECT_THAT(*reason, HasSubstr("sample rate"));
+    constexpr auto infinite = std::numeric_limits<double>::infinity();
+    for (const auto rate :
+         {-1.0, 0.0, 0.5, 1e10, infinite, -infinite, std::numeric_limits<double>::quiet_NaN()}) {
+        const auto reason = hosted.activate(rate, 512);
+        ASSERT_TRUE(reason.has_value()) << rate;
+        EXPECT_THAT(*reason, HasSubstr("sample rate")) << rate;
+    }
+    EXPECT_EQ(hosted.activate(1.0, 512), std::nullopt);
 }
 
 TEST_F(HostedUnitTest, ABlockWithoutFramesAsTheLongestIsRefusedWithAReason) {

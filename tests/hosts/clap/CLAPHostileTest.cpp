@@ -186,7 +186,7 @@ TEST_F(CLAPHostile, NothingIsProcessedWithoutABlockOrWithoutActivation) {
 
 TEST_F(CLAPHostile, ARateOrALengthThatIsNoneIsRefusedAndAnotherTakenAfterwards) {
     host.stop();
-    for (const auto rate : {-1.0, std::numeric_limits<double>::quiet_NaN(), 1e30}) {
+    for (const auto rate : {-1.0, 0.0, 0.5, std::numeric_limits<double>::quiet_NaN(), 1e30}) {
         EXPECT_FALSE(host.plugin->activate(host.plugin, rate, 1, 64)) << rate;
     }
     EXPECT_FALSE(host.plugin->activate(host.plugin, 48000.0, 0, 0));
