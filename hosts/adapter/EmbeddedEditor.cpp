@@ -59,7 +59,7 @@ public:
     void attachTo(std::uintptr_t parent) {
         removeFromDesktop();
         addToDesktop(juce::ComponentPeer::windowIsResizable, std::bit_cast<void*>(parent));
-        keyboard_.emplace(handle(), parent);
+        keyboard_.emplace(handle(), parent, [this] { return view_.hasKeyboardFocus(true); });
     }
 
     [[nodiscard]] std::uintptr_t handle() const {
@@ -79,17 +79,6 @@ public:
     void setSize(EmbeddedEditor::Size size) {
         const auto toolkit = toolkitScale();
         Component::setSize(pointsCovering(size.width, toolkit), pointsCovering(size.height, toolkit));
-    }
-
-    void noteKeyboard() {
-        if (keyboard_) {
-            keyboard_->noteOwner();
-        }
-    }
-    void settleKeyboard() {
-        if (keyboard_) {
-            keyboard_->settle(view_.hasKeyboardFocus(true));
-        }
     }
 
     void resized() override {
@@ -204,15 +193,14 @@ EmbeddedEditor::Size EmbeddedEditor::nearestTo(Size size) const {
 void EmbeddedEditor::idle() {
     const Turn turn;
     auto& hosted = implementation_->hosted();
-    auto& window = implementation_->window();
-    window.noteKeyboard();
+    HostKeyboard::noteOwner();
     try {
         hosted.drain();
         dispatchToolkitEvents();
     } catch (const std::exception& error) {
         hosted.tellUser(error.what());
     }
-    window.settleKeyboard();
+    HostKeyboard::settle();
 }
 
 }  // namespace quillo

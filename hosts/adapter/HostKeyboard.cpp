@@ -2,6 +2,10 @@
 #define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1
 #include "hosts/adapter/HostKeyboard.hpp"
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 #include "hosts/adapter/XErrorShield.hpp"
 
 namespace quillo {
@@ -34,30 +38,60 @@ unsigned stateOf(juce::ModifierKeys modifiers) {
            (modifiers.isAltDown() ? Mod1Mask : 0U);
 }
 
-}  // namespace
+/// Those of the windows that are open.
+std::vector<HostKeyboard*> keyboards;
 
-std::uintptr_t HostKeyboard::owner() const {
+/// Whose the keyboard was before the toolkit took its events.
+std::uintptr_t ownerBefore = 0;
+
+/// Whose the keyboard is while one of our windows has it: 0 while none has, or the host itself gave it to one.
+std::uintptr_t borrowedFrom = 0;
+
+std::uintptr_t ownerNow() {
     Window focused = 0;
     int revertTo = 0;
     XGetInputFocus(connection(), &focused, &revertTo);
     return focused;
 }
 
-void HostKeyboard::noteOwner() {
-    ownerBefore_ = owner();
+}  // namespace
+
+HostKeyboard::HostKeyboard(std::uintptr_t window, std::uintptr_t parent,
+                           std::function<bool()> viewAsksForKeys)
+    : window_(window), parent_(parent), viewAsksForKeys_(std::move(viewAsksForKeys)) {
+    keyboards.push_back(this);
 }
 
-void HostKeyboard::settle(bool viewAsksForKeys) {
-    if (owner() != window_) {
+HostKeyboard::~HostKeyboard() {
+    std::erase(keyboards, this);
+}
+
+void HostKeyboard::noteOwner() {
+    if (!keyboards.empty()) {
+        ownerBefore = ownerNow();
+    }
+}
+
+void HostKeyboard::settle() {
+    const auto owner = keyboards.empty() ? 0 : ownerNow();
+    const auto* taker = ofWindow(owner);
+    if (taker == nullptr) {
+        borrowedFrom = 0;
         return;
     }
-    if (ownerBefore_ != window_) {
-        borrowedFrom_ = ownerBefore_;
+    if (ofWindow(ownerBefore) == nullptr) {
+        borrowedFrom = ownerBefore;
     }
-    if (borrowedFrom_ != 0 && !viewAsksForKeys) {
-        XSetInputFocus(connection(), borrowedFrom_, RevertToParent, CurrentTime);
-        borrowedFrom_ = 0;
+    if (borrowedFrom != 0 && !taker->viewAsksForKeys_()) {
+        XSetInputFocus(connection(), borrowedFrom, RevertToParent, CurrentTime);
+        borrowedFrom = 0;
     }
+}
+
+/// Null for a window that is none of ours.
+const HostKeyboard* HostKeyboard::ofWindow(std::uintptr_t window) {
+    const auto found = std::ranges::find(keyboards, window, &HostKeyboard::window_);
+    return found == keyboards.end() ? nullptr : *found;
 }
 
 void HostKeyboard::handOn(const juce::KeyPress& key) const {

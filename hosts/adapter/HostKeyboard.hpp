@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
@@ -14,29 +15,35 @@ namespace quillo {
 /// window under the mouse gets keys even then, in hosts whose own window has the keyboard: those that the
 /// editor has no use for are handed on.
 ///
+/// The toolkit has one connection for all windows of the process, and takes the events of all of them in the turn of
+/// any: so what is done before and after is done for all.
+///
 /// Windows are those of the toolkit's connection; used under an `XErrorShield`. The user-interface thread.
 class HostKeyboard {
 public:
-    /// `window` is the editor's, inside the host's window `parent`.
-    HostKeyboard(std::uintptr_t window, std::uintptr_t parent) : window_(window), parent_(parent) {}
+    /// `window` is the editor's, inside the host's window `parent`. `viewAsksForKeys` is called after the toolkit
+    /// took its events.
+    HostKeyboard(std::uintptr_t window, std::uintptr_t parent, std::function<bool()> viewAsksForKeys);
+    ~HostKeyboard();
+    HostKeyboard(const HostKeyboard&) = delete;
+    HostKeyboard& operator=(const HostKeyboard&) = delete;
 
     /// Before the toolkit takes its events: whose the keyboard is now.
-    void noteOwner();
+    static void noteOwner();
 
-    /// After the toolkit took its events: gives the keyboard back if the toolkit took it, and no view asks for
-    /// keys.
-    void settle(bool viewAsksForKeys);
+    /// After the toolkit took its events: gives the keyboard back if the toolkit took it for a window in which no view
+    /// asks for keys.
+    static void settle();
 
     /// Presses and releases a key in the host's window.
     void handOn(const juce::KeyPress& key) const;
 
 private:
-    [[nodiscard]] std::uintptr_t owner() const;
+    [[nodiscard]] static const HostKeyboard* ofWindow(std::uintptr_t window);
 
     std::uintptr_t window_;
     std::uintptr_t parent_;
-    std::uintptr_t ownerBefore_ = 0;
-    std::uintptr_t borrowedFrom_ = 0;  ///< 0 while the toolkit has not taken the keyboard
+    std::function<bool()> viewAsksForKeys_;
 };
 
 }  // namespace quillo

@@ -9,9 +9,11 @@
 
 #include <array>
 #include <atomic>
+#include <bit>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <thread>
 
@@ -200,6 +202,70 @@ TEST_F(EmbeddedEditorTest, AClickBesideTheFieldsLeavesTheKeyboardToTheHost) {
     act("mouseup 1", [] { return !isButtonDown(); });
     EXPECT_EQ(host.keyboardOwner(), host.handle());
     EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr);
+}
+
+/// A second editor in the process, in the window of a host of its own.
+class TwoEmbeddedEditors : public EmbeddedEditorTest {
+protected:
+    TwoEmbeddedEditors() {
+        open();
+        second.attachTo(secondHost.handle());
+        second.setVisible(true);
+        idleUntil([this] {
+            second.idle();
+            return secondHost.colourAt(second.window(), 250, 125) != HostWindow::colour;
+        });
+    }
+
+    QuilloView& secondView() const {
+        const auto& desktop = juce::Desktop::getInstance();
+        for (int i = 0; i < desktop.getNumComponents(); ++i) {
+            auto& component = *desktop.getComponent(i);
+            if (component.getPeer()->getNativeHandle() == std::bit_cast<void*>(second.window())) {
+                return *findBelow<QuilloView>(component);
+            }
+        }
+        throw std::logic_error("the second editor has no window");
+    }
+
+    /// Both editors' turns come, the first one's first.
+    template <class Effect>
+    void actOnBoth(const std::string& deed, Effect effect) {
+        act(deed, [&] {
+            second.idle();
+            return effect();
+        });
+    }
+
+    HostWindow secondHost{60, 760, 600, 260};
+    HostedUnit secondHosted;
+    EmbeddedEditor second{secondHosted};
+};
+
+TEST_F(TwoEmbeddedEditors, EitherGivesBackTheKeyboardThatWasTakenInTheOthersTurn) {
+    act(moveTo(secondView().header()) + " mousedown 1", isButtonDown);
+    second.idle();
+    EXPECT_EQ(secondHost.keyboardOwner(), secondHost.handle());
+    act("mouseup 1", [] { return !isButtonDown(); });
+    secondHost.giveKeyboardTo(host.handle());
+    ASSERT_EQ(std::system(("xdotool " + moveTo(view().header()) + " mousedown 1").c_str()), 0);
+    do {
+        second.idle();
+    } while (!isButtonDown());
+    editor->idle();
+    EXPECT_EQ(host.keyboardOwner(), host.handle());
+    act("mouseup 1", [] { return !isButtonDown(); });
+}
+
+TEST_F(TwoEmbeddedEditors, AMenuInOneHasTheKeyboardUntilTheOtherIsClicked) {
+    actOnBoth(moveTo(findBelow<NewRuleSelector>(secondView())->button()) + " click 1",
+              [this] { return secondHost.keyboardOwner() == second.window(); });
+    actOnBoth("type pitch", [this] {
+        const auto* menu = dynamic_cast<PopupMenuOverlay*>(secondView().overlay());
+        return menu != nullptr && menu->typed() == "pitch";
+    });
+    actOnBoth(moveTo(view().header()) + " click 1",
+              [this] { return secondHost.keyboardOwner() == secondHost.handle(); });
 }
 
 TEST_F(EmbeddedEditorTest, NoButtonHasTheKeyboardWhenTheHostGivesItToTheEditor) {
