@@ -21,6 +21,9 @@ namespace {
 
 constexpr int leastPoints = 200;
 
+/// In pixels: the window system's lengths have 16 bits, and their sign.
+constexpr std::uint32_t greatestLength = 32767;
+
 /// What the toolkit needs around every use in a host's process: the thread that the host uses now is its own.
 class Turn {
 public:
@@ -31,7 +34,7 @@ private:
 };
 
 std::uint32_t pixels(double points, double scale) {
-    return static_cast<std::uint32_t>(std::lround(points * scale));
+    return static_cast<std::uint32_t>(std::lround(std::min(points * scale, double{greatestLength})));
 }
 
 /// As many points as it takes to cover the pixels.
@@ -187,7 +190,7 @@ void EmbeddedEditor::setSize(Size size) {
 
 EmbeddedEditor::Size EmbeddedEditor::nearestTo(Size size) const {
     const auto least = pixels(leastPoints, implementation_->window().scale());
-    return {std::max(size.width, least), std::max(size.height, least)};
+    return {std::clamp(size.width, least, greatestLength), std::clamp(size.height, least, greatestLength)};
 }
 
 void EmbeddedEditor::idle() {

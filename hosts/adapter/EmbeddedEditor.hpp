@@ -47,7 +47,7 @@ public:
     [[nodiscard]] Size size() const;
     void setSize(Size size);
 
-    /// The nearest size that the editor can have: it has a least one, and no greatest.
+    /// The nearest size that the editor can have: it has a least one, and a greatest, which is the window system's.
     [[nodiscard]] Size nearestTo(Size size) const;
 
     /// Does what there is to do, for the window and for the hosted unit, and returns. Some 30 times a second.

@@ -170,6 +170,17 @@ TEST_P(EmbeddedEditorAtScale, NoSizeLiesBelowTwoHundredPoints) {
     EXPECT_EQ(editor->nearestTo({1, 2000}), (EmbeddedEditor::Size{least, 2000}));
 }
 
+TEST_P(EmbeddedEditorAtScale, NoSizeLiesAboveTheWindowSystemsGreatest) {
+    open(GetParam());
+    constexpr std::uint32_t greatest = 32767;
+    EXPECT_EQ(editor->nearestTo({greatest, 500}), (EmbeddedEditor::Size{greatest, 500}));
+    EXPECT_EQ(editor->nearestTo({32768, 0xFFFFFFFF}), (EmbeddedEditor::Size{greatest, greatest}));
+    editor->setSize(editor->nearestTo({0xFFFFFFFF, 500}));
+    EXPECT_EQ(editor->size(), (EmbeddedEditor::Size{greatest, 500}));
+    editor->setScale(16.0);
+    EXPECT_LE(editor->size().width, greatest);
+}
+
 TEST_P(EmbeddedEditorAtScale, FillsEverySizeToTheLastPixel) {
     open(GetParam());
     for (const auto& [width, height] : {std::pair{701U, 499U}, std::pair{403U, 401U}}) {
