@@ -17,7 +17,7 @@ namespace quillo {
 /// the part that the editor's binary knows.
 class LV2Instance : private LV2InstanceAccess {
 public:
-    /// [main] Throws what `HostedUnit` throws.
+    /// [main] Throws what `HostedUnit` and `LV2URIDs` throw.
     LV2Instance(double sampleRate, LV2_URID_Map& map);
     LV2Instance(const LV2Instance&) = delete;
     LV2Instance& operator=(const LV2Instance&) = delete;

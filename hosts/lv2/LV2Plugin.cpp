@@ -14,8 +14,9 @@ namespace {
 
 LV2_URID_Map* mapOf(const LV2_Feature* const* features) {
     for (; features != nullptr && *features != nullptr; ++features) {
-        if (std::string_view((*features)->URI) == LV2_URID__map) {
-            return static_cast<LV2_URID_Map*>((*features)->data);
+        const auto& [name, data] = **features;
+        if (name != nullptr && std::string_view(name) == LV2_URID__map) {
+            return static_cast<LV2_URID_Map*>(data);
         }
     }
     return nullptr;

@@ -1,12 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/lv2/LV2URIDs.hpp"
 
+#include <string>
+
+#include "platform/FatalError.hpp"
+
 namespace quillo {
 
 namespace {
 
 LV2_URID idOf(LV2_URID_Map& map, const char* name) {
-    return map.map(map.handle, name);
+    const auto id = map.map(map.handle, name);
+    if (id == 0) {
+        fatalError(std::string("the host has no number for ") + name);
+    }
+    return id;
 }
 
 }  // namespace

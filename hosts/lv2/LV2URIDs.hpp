@@ -10,6 +10,7 @@ inline constexpr const char* lv2StateKey = "urn:midi-quillo:lv2#midi-quillo-stat
 
 /// The numbers that a host has for the names of things. Asked for once, while the instance is made.
 struct LV2URIDs {
+    /// Throws a `FatalError` when the host has none for a name: 0 is the number of no name.
     explicit LV2URIDs(LV2_URID_Map& map);
 
     LV2_URID atomBlank;

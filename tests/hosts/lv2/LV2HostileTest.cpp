@@ -218,6 +218,39 @@ TEST_F(LV2Hostile, AMapThatThrowsMakesNoInstance) {
     EXPECT_EQ(table.instantiate(&table, 48000.0, "", features), nullptr);
 }
 
+TEST_F(LV2Hostile, AMapThatKnowsNoNumberForANameMakesNoInstance) {
+    struct Maker {
+        std::uint32_t left;  ///< how many names get a number
+
+        static LV2_URID number(LV2_URID_Map_Handle handle, const char* name) {
+            auto& self = *static_cast<Maker*>(handle);
+            if (self.left == 0) {
+                return 0;
+            }
+            --self.left;
+            return lv2Map().map(lv2Map().handle, name);
+        }
+    };
+    const auto& table = host.descriptor();
+    for (std::uint32_t known = 0; known < 14; ++known) {
+        Maker maker{known};
+        LV2_URID_Map map{&maker, &Maker::number};
+        const LV2_Feature feature{LV2_URID__map, &map};
+        const LV2_Feature* features[]{&feature, nullptr};
+        EXPECT_EQ(table.instantiate(&table, 48000.0, "", features), nullptr) << known;
+    }
+}
+
+TEST_F(LV2Hostile, AFeatureWithoutANameIsPassedOver) {
+    const auto& table = host.descriptor();
+    const LV2_Feature nameless{nullptr, nullptr};
+    const LV2_Feature map{LV2_URID__map, &lv2Map()};
+    const LV2_Feature* features[]{&nameless, &map, nullptr};
+    auto* instance = table.instantiate(&table, 48000.0, "", features);
+    ASSERT_NE(instance, nullptr);
+    table.cleanup(instance);
+}
+
 TEST_F(LV2Hostile, ARateThatIsNoneMakesNoInstance) {
     const auto& table = host.descriptor();
     const LV2_Feature feature{LV2_URID__map, &lv2Map()};
