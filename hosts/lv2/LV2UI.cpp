@@ -60,13 +60,11 @@ int resize(LV2UI_Feature_Handle handle, int width, int height) noexcept {
 const void* extensionData(const char* name) noexcept {
     static constexpr LV2UI_Idle_Interface idleInterface{&idle};
     static constexpr LV2UI_Resize resizeInterface{nullptr, &resize};
-    if (name == std::string_view(LV2_UI__idleInterface)) {
+    const std::string_view asked = name == nullptr ? "" : name;
+    if (asked == LV2_UI__idleInterface) {
         return &idleInterface;
     }
-    if (name == std::string_view(LV2_UI__resize)) {
-        return &resizeInterface;
-    }
-    return nullptr;
+    return asked == LV2_UI__resize ? &resizeInterface : nullptr;
 }
 
 constexpr LV2UI_Descriptor descriptor{"urn:midi-quillo:lv2#ui", &instantiate, &cleanup, &portEvent,

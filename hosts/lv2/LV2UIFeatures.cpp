@@ -19,8 +19,9 @@ namespace {
 template <class Data>
 Data* find(const LV2_Feature* const* features, std::string_view name) {
     for (const auto* const* feature = features; feature != nullptr && *feature != nullptr; ++feature) {
-        if ((*feature)->URI == name) {
-            return static_cast<Data*>((*feature)->data);
+        const auto& [offered, data] = **feature;
+        if (offered != nullptr && offered == name) {
+            return static_cast<Data*>(data);
         }
     }
     return nullptr;
@@ -29,7 +30,7 @@ Data* find(const LV2_Feature* const* features, std::string_view name) {
 /// How many pixels a point shall have, by the host's options; 1 when they do not say, or say nonsense.
 double scaleOf(const LV2_Options_Option* option, const LV2_URID_Map* map) {
     constexpr float greatest = 16.0F;
-    if (map == nullptr) {
+    if (map == nullptr || map->map == nullptr) {
         return 1.0;
     }
     const auto key = map->map(map->handle, LV2_UI__scaleFactor);

@@ -32,7 +32,7 @@ LV2UIInstance::LV2UIInstance(const LV2UIFeatures& features)
     }
     editor_.attachTo(features.parent);
     editor_.setVisible(true);
-    if (features.resize != nullptr) {
+    if (features.resize != nullptr && features.resize->ui_resize != nullptr) {
         const auto size = editor_.size();
         features.resize->ui_resize(features.resize->handle, static_cast<int>(size.width),
                                    static_cast<int>(size.height));
