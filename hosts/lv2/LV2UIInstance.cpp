@@ -24,9 +24,7 @@ void requireWindow(const LV2UIFeatures& features) {
 
 }  // namespace
 
-LV2UIInstance::LV2UIInstance(const LV2UIFeatures& features)
-    : editor_((requireWindow(features), features.hosted != nullptr ? *features.hosted : strandedUnit()),
-              features.scale) {
+LV2UIInstance::LV2UIInstance(const LV2UIFeatures& features) : editor_(unitFor(features), features.scale) {
     if (stranded_) {
         stranded_->controller().model()->setNotEditable(outOfReach);
     }
@@ -37,6 +35,12 @@ LV2UIInstance::LV2UIInstance(const LV2UIFeatures& features)
         features.resize->ui_resize(features.resize->handle, static_cast<int>(size.width),
                                    static_cast<int>(size.height));
     }
+}
+
+/// Throws when no editor can be shown, before a unit is made for it.
+HostedUnit& LV2UIInstance::unitFor(const LV2UIFeatures& features) {
+    requireWindow(features);
+    return features.hosted != nullptr ? *features.hosted : strandedUnit();
 }
 
 /// A preset that is imported into it is not kept either: the editor says why.

@@ -19,6 +19,7 @@ public:
     [[nodiscard]] EmbeddedEditor& editor() { return editor_; }
 
 private:
+    HostedUnit& unitFor(const LV2UIFeatures& features);
     HostedUnit& strandedUnit();
 
     std::optional<HostedUnit> stranded_;  ///< in the place of a plug-in that is out of reach
