@@ -23,7 +23,8 @@ const clap_plugin_t* create(const clap_plugin_factory_t* /*factory*/, const clap
     return id != nullptr && std::string_view(id) == clapDescriptor().id ? CLAPPlugin::create(host) : nullptr;
 }
 
-constexpr clap_plugin_factory_t factory{&count, &describe, &create};
+constexpr clap_plugin_factory_t factory{
+    .get_plugin_count = &count, .get_plugin_descriptor = &describe, .create_plugin = &create};
 
 bool init(const char* /*path*/) noexcept {
     return true;
@@ -41,5 +42,8 @@ const void* getFactory(const char* id) noexcept {
 
 extern "C" {
 
-const clap_plugin_entry_t clap_entry{CLAP_VERSION, &quillo::init, &quillo::deinit, &quillo::getFactory};
+const clap_plugin_entry_t clap_entry{.clap_version = CLAP_VERSION,
+                                     .init = &quillo::init,
+                                     .deinit = &quillo::deinit,
+                                     .get_factory = &quillo::getFactory};
 }

@@ -83,7 +83,11 @@ bool getResizeHints(const clap_plugin_t* /*plugin*/, clap_gui_resize_hints_t* hi
     if (hints == nullptr) {
         return false;
     }
-    *hints = {true, true, false, 0, 0};
+    *hints = {.can_resize_horizontally = true,
+              .can_resize_vertically = true,
+              .preserve_aspect_ratio = false,
+              .aspect_ratio_width = 0,
+              .aspect_ratio_height = 0};
     return true;
 }
 
@@ -146,11 +150,23 @@ void onTimer(const clap_plugin_t* plugin, clap_id timer) noexcept {
     });
 }
 
-constexpr clap_plugin_gui_t gui{&isAPISupported, &getPreferredAPI, &create,         &destroy,    &setScale,
-                                &getSize,        &canResize,       &getResizeHints, &adjustSize, &setSize,
-                                &setParent,      &setTransient,    &suggestTitle,   &show,       &hide};
+constexpr clap_plugin_gui_t gui{.is_api_supported = &isAPISupported,
+                                .get_preferred_api = &getPreferredAPI,
+                                .create = &create,
+                                .destroy = &destroy,
+                                .set_scale = &setScale,
+                                .get_size = &getSize,
+                                .can_resize = &canResize,
+                                .get_resize_hints = &getResizeHints,
+                                .adjust_size = &adjustSize,
+                                .set_size = &setSize,
+                                .set_parent = &setParent,
+                                .set_transient = &setTransient,
+                                .suggest_title = &suggestTitle,
+                                .show = &show,
+                                .hide = &hide};
 
-constexpr clap_plugin_timer_support_t timerSupport{&onTimer};
+constexpr clap_plugin_timer_support_t timerSupport{.on_timer = &onTimer};
 
 }  // namespace
 

@@ -32,7 +32,7 @@ bool get(const clap_plugin_t* /*plugin*/, std::uint32_t index, bool isInput,
     return true;
 }
 
-constexpr clap_plugin_note_ports_t table{&count, &get};
+constexpr clap_plugin_note_ports_t table{.count = &count, .get = &get};
 
 }  // namespace
 

@@ -17,16 +17,16 @@ namespace {
 
 std::array<const char*, 3> features{CLAP_PLUGIN_FEATURE_NOTE_EFFECT, CLAP_PLUGIN_FEATURE_UTILITY, nullptr};
 
-const clap_plugin_descriptor_t descriptor{CLAP_VERSION,
-                                          "midi-quillo.midi-quillo",
-                                          "MIDI Quillo",
-                                          "MIDI Quillo",
-                                          QUILLO_HOMEPAGE,
-                                          "",
-                                          "",
-                                          QUILLO_VERSION,
-                                          "Rewrites MIDI events by an ordered list of rules",
-                                          features.data()};
+const clap_plugin_descriptor_t descriptor{.clap_version = CLAP_VERSION,
+                                          .id = "midi-quillo.midi-quillo",
+                                          .name = "MIDI Quillo",
+                                          .vendor = "MIDI Quillo",
+                                          .url = QUILLO_HOMEPAGE,
+                                          .manual_url = "",
+                                          .support_url = "",
+                                          .version = QUILLO_VERSION,
+                                          .description = "Rewrites MIDI events by an ordered list of rules",
+                                          .features = features.data()};
 
 /// The table of the extension of that name; null when the plug-in has none such.
 const void* tableOf(std::string_view name) {
@@ -62,8 +62,18 @@ const clap_plugin_t* CLAPPlugin::create(const clap_host_t* host) noexcept {
 }
 
 CLAPPlugin::CLAPPlugin(const clap_host_t& host)
-    : table_{&descriptor,     this,   &init,    &destroy,   &activate,    &deactivate, &startProcessing,
-             &stopProcessing, &reset, &process, &extension, &onMainThread},
+    : table_{.desc = &descriptor,
+             .plugin_data = this,
+             .init = &init,
+             .destroy = &destroy,
+             .activate = &activate,
+             .deactivate = &deactivate,
+             .start_processing = &startProcessing,
+             .stop_processing = &stopProcessing,
+             .reset = &reset,
+             .process = &process,
+             .get_extension = &extension,
+             .on_main_thread = &onMainThread},
       host_(host) {}
 
 CLAPPlugin* CLAPPlugin::of(const clap_plugin_t* plugin) QUILLO_REALTIME {

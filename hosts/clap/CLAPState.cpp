@@ -26,7 +26,7 @@ bool load(const clap_plugin_t* plugin, const clap_istream_t* stream) noexcept {
     });
 }
 
-constexpr clap_plugin_state_t table{&save, &load};
+constexpr clap_plugin_state_t table{.save = &save, .load = &load};
 
 }  // namespace
 

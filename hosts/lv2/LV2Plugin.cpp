@@ -64,10 +64,14 @@ const void* extensionData(const char* name) noexcept {
 }
 
 constexpr LV2_Descriptor descriptorFor(const char* uri) {
-    return {uri,          &instantiate,
-            &connectPort, &call<&LV2Instance::activate>,
-            &run,         &call<&LV2Instance::deactivate>,
-            &cleanup,     &extensionData};
+    return {.URI = uri,
+            .instantiate = &instantiate,
+            .connect_port = &connectPort,
+            .activate = &call<&LV2Instance::activate>,
+            .run = &run,
+            .deactivate = &call<&LV2Instance::deactivate>,
+            .cleanup = &cleanup,
+            .extension_data = &extensionData};
 }
 
 constexpr std::array descriptors{descriptorFor("urn:midi-quillo:lv2"),

@@ -72,7 +72,7 @@ LV2_State_Status restore(LV2_Handle handle, LV2_State_Retrieve_Function retrieve
     return LV2_STATE_ERR_UNKNOWN;
 }
 
-constexpr LV2_State_Interface table{&save, &restore};
+constexpr LV2_State_Interface table{.save = &save, .restore = &restore};
 
 }  // namespace
 

@@ -58,8 +58,8 @@ int resize(LV2UI_Feature_Handle handle, int width, int height) noexcept {
 }
 
 const void* extensionData(const char* name) noexcept {
-    static constexpr LV2UI_Idle_Interface idleInterface{&idle};
-    static constexpr LV2UI_Resize resizeInterface{nullptr, &resize};
+    static constexpr LV2UI_Idle_Interface idleInterface{.idle = &idle};
+    static constexpr LV2UI_Resize resizeInterface{.handle = nullptr, .ui_resize = &resize};
     const std::string_view asked = name == nullptr ? "" : name;
     if (asked == LV2_UI__idleInterface) {
         return &idleInterface;
@@ -67,8 +67,11 @@ const void* extensionData(const char* name) noexcept {
     return asked == LV2_UI__resize ? &resizeInterface : nullptr;
 }
 
-constexpr LV2UI_Descriptor descriptor{"urn:midi-quillo:lv2#ui", &instantiate, &cleanup, &portEvent,
-                                      &extensionData};
+constexpr LV2UI_Descriptor descriptor{.URI = "urn:midi-quillo:lv2#ui",
+                                      .instantiate = &instantiate,
+                                      .cleanup = &cleanup,
+                                      .port_event = &portEvent,
+                                      .extension_data = &extensionData};
 
 }  // namespace
 
