@@ -56,6 +56,14 @@ TEST_P(FormatScripts, TheRendererSendsWhatTheUnitSendsWhateverTheLengthsOfTheBlo
     expectAsTheUnit(GetParam(), [](const auto& blocks) { return playedByTheRenderer(GetParam(), blocks); });
 }
 
+TEST_P(FormatScripts, BlocksWithoutFramesChangeNothing) {
+    std::vector<std::uint32_t> blocks;
+    for (const auto frames : randomBlocks(GetParam().end, 200, 1)) {
+        blocks.insert(blocks.end(), {frames, 0});
+    }
+    EXPECT_EQ(playedByTheRenderer(GetParam(), blocks), playedByTheUnit(GetParam()));
+}
+
 TEST(FormatScript, TheTransportFiresOnceForEachStartContinueStopAndJump) {
     const auto script = formatScript("Transport");
     std::vector<ScriptMessage> expected{{100, {0xC0, 1}}, {5000, {0xC0, 2}}};
