@@ -79,7 +79,7 @@ bool HostTransport::jumpsTo(double position) const QUILLO_REALTIME {
         return false;
     }
     const bool mayBeBehind = positions_ == Positions::noneBelowZero && seen_.isZero;
-    return isOff(position, *seen_.position) && !(mayBeBehind && position < *seen_.position);
+    return isOff(position, *seen_.position) && (!mayBeBehind || position > *seen_.position);
 }
 
 }  // namespace quillo
