@@ -4,17 +4,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
 #include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "support/FileSizeLimit.hpp"
 #include "support/TemporaryFolder.hpp"
 
 namespace quillo {
@@ -71,26 +70,6 @@ public:
 
 private:
     mode_t before_;
-};
-
-/// Lets no file grow beyond so many bytes: writing more fails half way.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) : handlerBefore_(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit limit{bytes, before_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handlerBefore_);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    void (*handlerBefore_)(int);
-    rlimit before_{};
 };
 
 TEST_F(AtomicFile, WritesANewFileAndNothingBesideIt) {
