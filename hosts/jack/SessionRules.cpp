@@ -44,11 +44,11 @@ SessionRules::SessionRules(std::optional<std::filesystem::path> folder, const st
 void SessionRules::claim(const std::filesystem::path& folder, const std::string& name) {
     auto session = name;
     for (int number = 2; !lock_; ++number) {
-        SessionFiles files(folder, session);
-        files.makeFolder();
-        lock_ = SessionLock::tryTake(files.lockFile());
+        files_.emplace(folder, session);
+        files_->makeFolder();
+        lock_ = SessionLock::tryTake(files_->lockFile());
         if (lock_) {
-            keeper_.emplace(std::move(files), [this] { return hosted_.save(); });
+            keeper_.emplace(*files_, [this] { return hosted_.save(); });
         } else {
             session = name + "-" + std::to_string(number);
         }
@@ -59,15 +59,15 @@ void SessionRules::claim(const std::filesystem::path& folder, const std::string&
 }
 
 std::optional<std::filesystem::path> SessionRules::file() const {
-    return keeper_ ? std::optional(keeper_->files().file(0)) : std::nullopt;
+    return keeper_ ? std::optional(files_->file(0)) : std::nullopt;
 }
 
 void SessionRules::load() {
-    if (!keeper_) {
+    if (!files_) {
         return;
     }
     bool damaged = false;
-    for (const auto& version : keeper_->files().versions()) {
+    for (const auto& version : files_->versions()) {
         if (tryToUse(version)) {
             if (damaged) {
                 messages_.warn("The rules are those of " + localTime(version.saved) + ", from " +
@@ -95,10 +95,10 @@ bool SessionRules::tryToUse(const SessionFiles::Version& version) {
 }
 
 void SessionRules::goBack(std::size_t versions) {
-    if (!keeper_) {
+    if (!files_) {
         throw CommandFailure(exitNoInput, "there is no session to go back in");
     }
-    for (const auto& version : keeper_->files().versions()) {
+    for (const auto& version : files_->versions()) {
         if (version.age != versions) {
             continue;
         }
@@ -108,7 +108,7 @@ void SessionRules::goBack(std::size_t versions) {
         changed(SessionKeeper::Time{});
         return;
     }
-    throw CommandFailure(exitNoInput, keeper_->files().file(versions).string() +
+    throw CommandFailure(exitNoInput, files_->file(versions).string() +
                                           ": there is no such version; --history lists them");
 }
 

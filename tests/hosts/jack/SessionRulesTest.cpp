@@ -196,6 +196,21 @@ TEST_F(SessionRulesTest, WithoutAPlaceToKeepThemTheRulesStillRunAndTheUserIsTold
     EXPECT_THROW(program.session.goBack(1), CommandFailure);
 }
 
+TEST_F(SessionRulesTest, WhereNothingMayBeWrittenTheRulesAreReadAllTheSame) {
+    files.add(documentOf("first"));
+    files.add(documentOf("second"));
+    std::filesystem::create_directory(files.lockFile());
+    Program program(folder.path());
+    program.session.load();
+    EXPECT_EQ(program.ruleName(), "second");
+    EXPECT_THAT(program.alert().value_or(""), HasSubstr("Changed rules are not kept: "));
+    program.session.goBack(1);
+    EXPECT_EQ(program.ruleName(), "first");
+    program.session.keepNow(SessionKeeper::Time());
+    EXPECT_EQ(program.session.file(), std::nullopt);
+    EXPECT_EQ(readWholeFile(files.file(0)), documentOf("second"));
+}
+
 TEST_F(SessionRulesTest, WithoutAHomeTheUserIsTold) {
     std::ostringstream err;
     HostedUnit hosted;
