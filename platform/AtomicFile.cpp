@@ -35,6 +35,11 @@ private:
     int number_;
 };
 
+bool isThere(const fs::path& path) {
+    std::error_code ignored;
+    return fs::exists(path, ignored);
+}
+
 /// A name beside `path` that this process has not used before.
 std::string nameBeside(const fs::path& path) {
     static std::atomic<unsigned> used{0};
@@ -97,7 +102,7 @@ public:
         if (::link(name_.c_str(), target_.c_str()) == 0) {
             return;
         }
-        if (errno == EEXIST || fs::exists(target_)) {
+        if (errno == EEXIST || isThere(target_)) {
             fail(target_, "not written", EEXIST);
         }
         replaceTarget();
@@ -162,7 +167,7 @@ std::vector<std::uint8_t> readWholeFile(const fs::path& path) {
 
 void writeWholeFile(const fs::path& path, std::span<const std::uint8_t> bytes, Existing existing) {
     const auto target = resolve(path);
-    if (existing == Existing::keep && fs::exists(target)) {
+    if (existing == Existing::keep && isThere(target)) {
         fail(path, "not written", EEXIST);
     }
     TemporaryFile file(target);

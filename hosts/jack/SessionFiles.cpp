@@ -41,7 +41,8 @@ std::string stemOf(const std::string& name) {
 
 void makeFolders(const fs::path& folder) {
     constexpr mode_t forTheUserAlone = 0700;
-    if (folder.empty() || fs::is_directory(folder)) {
+    std::error_code ignored;
+    if (folder.empty() || fs::is_directory(folder, ignored)) {
         return;
     }
     makeFolders(folder.parent_path());

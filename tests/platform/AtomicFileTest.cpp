@@ -99,6 +99,14 @@ TEST_F(AtomicFile, ReplacesAFileWhenTold) {
     EXPECT_THAT(names(), ElementsAre("song.mid"));
 }
 
+TEST_F(AtomicFile, APathThatCannotBeLookedUpFailsAsAnyOther) {
+    const auto path = folder.path() / std::string(300, 'n');
+    for (const auto existing : {Existing::keep, Existing::replace}) {
+        EXPECT_EQ(failureOf([&] { writeWholeFile(path, newBytes, existing); }),
+                  path.string() + ": cannot write in this folder: File name too long");
+    }
+}
+
 TEST_F(AtomicFile, WhoeverReadsTheOldFileGoesOnReadingIt) {
     writeOldFile();
     const auto oldFile = folder / "old.mid";

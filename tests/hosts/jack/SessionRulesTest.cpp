@@ -211,6 +211,18 @@ TEST_F(SessionRulesTest, WhereNothingMayBeWrittenTheRulesAreReadAllTheSame) {
     EXPECT_EQ(readWholeFile(files.file(0)), documentOf("second"));
 }
 
+TEST_F(SessionRulesTest, AFolderThatCannotBeLookedIntoIsNoPlaceToKeepThem) {
+    const auto endless = folder / "endless";
+    std::filesystem::create_symlink(endless, endless);
+    for (const auto& state : {endless, endless / "state", folder.path() / std::string(300, 'n')}) {
+        Program program(state);
+        program.session.load();
+        program.edit("swap");
+        EXPECT_EQ(program.ruleName(), "swap");
+        EXPECT_THAT(program.err.str(), HasSubstr("Changed rules are not kept: " + state.string()));
+    }
+}
+
 TEST_F(SessionRulesTest, WithoutAHomeTheUserIsTold) {
     std::ostringstream err;
     HostedUnit hosted;
