@@ -61,6 +61,7 @@ void ServerLink::makeClient() {
     for (const auto& port : client_->ports()) {
         connectIfWanted(port);
     }
+    noted_ = seen_ = client_->connections();
     cycle_.release();
 }
 

@@ -79,6 +79,15 @@ TEST(ConnectionKeeper, WhatWasConnectedWhenTheServerWentIsTakenOnce) {
     EXPECT_TRUE(keeper.takes(target("always")));
 }
 
+TEST(ConnectionKeeper, WhatStillWaitsWhenTheServerGoesAgainIsNotForgotten) {
+    ConnectionKeeper keeper({}, {});
+    keeper.remember({"keys:out"}, {"synth:in"});
+    keeper.remember({"pads:out"}, {});
+    EXPECT_TRUE(keeper.takes(source("keys:out")));
+    EXPECT_TRUE(keeper.takes(source("pads:out")));
+    EXPECT_TRUE(keeper.takes(target("synth:in")));
+}
+
 TEST(ConnectionKeeper, WhatIsNoRegularExpressionIsAnError) {
     for (const auto* bad : {"(", "[a", "a{2", "*"}) {
         try {

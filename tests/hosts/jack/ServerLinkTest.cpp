@@ -46,6 +46,19 @@ protected:
         }
     }
 
+    void loseTheServer() {
+        server.stop();
+        turnUntil([&] { return !link.isConnected(); });
+    }
+
+    void loseTheServerWithConnectionsMadeByHand() {
+        link.connect();
+        JackPlayer player(server.name());
+        player.connectTo("midi-quillo");
+        letPass(2);
+        loseTheServer();
+    }
+
     [[nodiscard]] bool hasSaid(const std::string& text) const {
         return err.str().find(text) != std::string::npos;
     }
@@ -58,20 +71,37 @@ protected:
 };
 
 TEST_F(ServerLinkTest, ConnectionsMadeByHandComeBackWithTheServer) {
-    link.connect();
-    {
-        JackPlayer player(server.name());
-        player.connectTo("midi-quillo");
-        letPass(2);
-        server.stop();
-        turnUntil([&] { return !link.isConnected(); });
-    }
+    loseTheServerWithConnectionsMadeByHand();
     server.start({});
     turnUntil([&] { return link.isConnected(); });
     JackPlayer player(server.name());
     turnUntil([&] { return hasSaid("hears test-sender:out") && hasSaid("sends to test-listener:in"); });
     player.waitForConnection();
     EXPECT_EQ(player.play({{5, {0xC0, 1}}}, 256), (std::vector<ScriptMessage>{{5, {0xC0, 1}}}));
+}
+
+TEST_F(ServerLinkTest, AServerThatIsBackForAMomentOnlyTakesNoConnectionAway) {
+    loseTheServerWithConnectionsMadeByHand();
+    for (int round = 0; round < 2; ++round) {
+        err.str("");
+        server.start({});
+        const JackPlayer player(server.name());
+        turnUntil([&] { return link.isConnected(); });
+        EXPECT_TRUE(hasSaid("hears test-sender:out") && hasSaid("sends to test-listener:in")) << round;
+        loseTheServer();
+    }
+}
+
+TEST_F(ServerLinkTest, AConnectionThatWaitsForItsPortOutlivesAServerWithoutThatPort) {
+    loseTheServerWithConnectionsMadeByHand();
+    server.start({});
+    turnUntil([&] { return link.isConnected(); });
+    letPass(2);
+    loseTheServer();
+    server.start({});
+    const JackPlayer player(server.name());
+    turnUntil([&] { return link.isConnected(); });
+    EXPECT_TRUE(hasSaid("hears test-sender:out") && hasSaid("sends to test-listener:in"));
 }
 
 TEST_F(ServerLinkTest, AConnectionThatTheUserHadTakenDownDoesNotComeBack) {
@@ -85,8 +115,7 @@ TEST_F(ServerLinkTest, AConnectionThatTheUserHadTakenDownDoesNotComeBack) {
             return ::jack_port_connected(::jack_port_by_name(player.client(), "midi-quillo:in")) == 0;
         });
         letPass(2);
-        server.stop();
-        turnUntil([&] { return !link.isConnected(); });
+        loseTheServer();
     }
     server.start({});
     turnUntil([&] { return link.isConnected(); });
