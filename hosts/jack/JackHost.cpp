@@ -8,6 +8,7 @@
 #include "hosts/cli/CommandFailure.hpp"
 #include "hosts/cli/ExitStatus.hpp"
 #include "hosts/cli/InputFiles.hpp"
+#include "hosts/jack/HangWatch.hpp"
 #include "hosts/jack/JackHelpText.hpp"
 #include "platform/FatalError.hpp"
 
@@ -41,6 +42,7 @@ JackHost::JackHost(const JackOptions& options, const Console& console, EventLoop
       link_(hosted_, messages_, {options.server, options.name, options.startServer},
             ConnectionKeeper(options.connectIn, options.connectOut)) {
     hosted_.setOnEdit([this] { ruleEdited(); });
+    link_.setRunCall([this](const ServerLink::Call& call) { callServer(call); });
 }
 
 JackHost::~JackHost() = default;
@@ -72,6 +74,13 @@ void JackHost::start() {
         link_.waitForServer(failure.what() + (options_.wait ? std::string("\n") : howToGetAServer()) +
                             "MIDI Quillo waits, and goes on as soon as a server is there.");
     }
+}
+
+/// A server that hangs keeps whoever calls it. The user can end the program all the same, and loses nothing.
+void JackHost::callServer(const ServerLink::Call& call) {
+    session_.keepBeforehand(now());
+    const HangWatch watch{SIGINT, SIGTERM};
+    call();
 }
 
 void JackHost::takeSignals() {

@@ -56,6 +56,7 @@ public:
 
 private:
     void ruleEdited();
+    void callServer(const ServerLink::Call& call);
     void tick();
     void takeSignals();
     void endOnFatalError();

@@ -35,13 +35,15 @@ ServerLink::~ServerLink() {
 }
 
 void ServerLink::connect() {
-    try {
-        makeClient();
-    } catch (...) {
-        client_.reset();
-        request_.startServer = false;
-        throw;
-    }
+    runCall_([this] {
+        try {
+            makeClient();
+        } catch (...) {
+            client_.reset();
+            request_.startServer = false;
+            throw;
+        }
+    });
     request_.startServer = false;
     returns_ = true;
     messages_.takeBack(alert_);
@@ -88,6 +90,7 @@ void ServerLink::connectIfWanted(const PortDescription& port) {
 
 void ServerLink::disconnect() {
     client_.reset();
+    gone_.reset();
     hosted_.deactivate();
 }
 
@@ -98,6 +101,7 @@ void ServerLink::takeNews() {
     }
     if (news.isGone) {
         serverIsGone();
+        leaveServer();
         return;
     }
     if (news.formatChanged) {
@@ -122,9 +126,18 @@ void ServerLink::serverIsGone() {
     connections_.remember(std::move(noted_.sources), std::move(noted_.targets));
     noted_ = {};
     seen_ = {};
-    disconnect();
+    gone_ = std::move(client_);
     waitForServer(gone);
     onChange_();
+}
+
+/// A server that hangs keeps whoever leaves it: so one that has only fallen silent is left a second later, when the
+/// user knows and the window is drawn.
+void ServerLink::leaveServer() {
+    if (gone_) {
+        runCall_([this] { gone_.reset(); });
+        hosted_.deactivate();
+    }
 }
 
 void ServerLink::waitForServer(const std::string& reason) {
@@ -141,6 +154,7 @@ void ServerLink::tick() {
         noteConnections();
         listenForCycles();
     } else {
+        leaveServer();
         tryToReturn();
     }
 }

@@ -48,6 +48,10 @@ public:
     /// the connections.
     void tick();
 
+    /// `run` runs the calls that a server which hangs would keep for ever.
+    using Call = std::function<void()>;
+    void setRunCall(std::function<void(const Call&)> run) { runCall_ = std::move(run); }
+
     /// `callback` runs when the link was made or lost.
     void setOnChange(std::function<void()> callback) { onChange_ = std::move(callback); }
 
@@ -58,6 +62,7 @@ private:
     void connectIfWanted(const PortDescription& port);
     void formatHasChanged();
     void serverIsGone();
+    void leaveServer();
     void listenForCycles();
     void tryToReturn();
     void tellOfLosses();
@@ -67,10 +72,12 @@ private:
     UserMessages& messages_;
     JackClient::Request request_;
     ConnectionKeeper connections_;
+    std::function<void(const Call&)> runCall_ = [](const Call& call) { call(); };
     std::function<void()> onChange_ = [] {};
     ServerNews news_;
     ProcessCycle cycle_;
     std::unique_ptr<JackClient> client_;  ///< null while there is no server
+    std::unique_ptr<JackClient> gone_;    ///< of a server that went, until it is left
     bool returns_ = false;                ///< whether there was a link before
     std::string alert_;                   ///< why the program waits
     std::string toldFailure_;             ///< why a server does not take us back, as far as the user knows

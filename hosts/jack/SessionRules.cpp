@@ -124,6 +124,12 @@ void SessionRules::keepUp(SessionKeeper::Time now) {
     }
 }
 
+void SessionRules::keepBeforehand(SessionKeeper::Time now) {
+    if (keeper_) {
+        tell(keeper_->keepBeforehand(now));
+    }
+}
+
 void SessionRules::keepNow(SessionKeeper::Time now) {
     if (keeper_) {
         tell(keeper_->keepNow(now));

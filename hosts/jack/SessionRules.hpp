@@ -33,6 +33,8 @@ public:
     void changed(SessionKeeper::Time now);
     /// To be called often: saves what changed.
     void keepUp(SessionKeeper::Time now);
+    /// Saves before something that may never end.
+    void keepBeforehand(SessionKeeper::Time now);
     /// Saves at the end.
     void keepNow(SessionKeeper::Time now);
 

@@ -89,6 +89,14 @@ TEST_F(JackHostTest, AnEditIsKeptInTheSessionWhenTheProgramEnds) {
     EXPECT_EQ(readWholeFile(files.file(0)), PluginData{rulesCalled("edited")}.write());
 }
 
+TEST_F(JackHostTest, AnEditIsKeptBeforeTheServerIsLookedForWhichMayHang) {
+    start().hosted().onRulesChanged(rulesCalled("edited"));
+    for (int count = 0; count < EventLoop::ticksPerSecond; ++count) {
+        loop.tick();
+    }
+    EXPECT_EQ(readWholeFile(files.file(0)), PluginData{rulesCalled("edited")}.write());
+}
+
 TEST_F(JackHostTest, AnEditOfAPresetIsKeptInTheSessionAndTheUserIsToldOnceThatThePresetStays) {
     writePreset("preset");
     options.preset = preset.string();

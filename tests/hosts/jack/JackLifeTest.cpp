@@ -24,6 +24,8 @@ const Messages note{{7, {0x90, 60, 1}}};
 
 class JackLife : public testing::Test, public JackProgramFixture {
 protected:
+    static constexpr int shortWhile = 100;  ///< in milliseconds
+
     static bool hasPort(const JackPlayer& player, const std::string& name) {
         return ::jack_port_by_name(player.client(), name.c_str()) != nullptr;
     }
@@ -203,6 +205,26 @@ TEST_F(JackLife, ASignalEndsTheProgramWellWhileTheServerIsGone) {
     server.stop();
     program->err().waitFor("The JACK server has ended");
     EXPECT_EQ(end(*program), 0);
+}
+
+TEST_F(JackLife, AServerThatHangsIsToldAndSignalsEndTheProgramAllTheSame) {
+    JackServer server;
+    const auto program = runOn(server.name(), controllerForNote(20));
+    JackPlayer(server.name()).connectTo("midi-quillo");
+    server.hang();
+    program->err().waitFor("The JACK server has ended");
+    do {
+        program->signal(SIGTERM);
+    } while (!program->endsWithin(shortWhile));
+}
+
+TEST_F(JackLife, ASignalEndsTheProgramWellWhileAServerThatHangsKeepsItFromTheBeginning) {
+    session().add(Data{'{'});
+    JackServer server;
+    server.hang();
+    const auto program = run({"--server", server.name()});
+    program->err().waitFor("No version of the last session's rules can be used");
+    EXPECT_EQ(end(*program), exitSuccess);
 }
 
 TEST_F(JackLife, ThePortsAreConnectedAsOftenAsTheirPatternsAppear) {

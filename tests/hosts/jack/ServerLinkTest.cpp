@@ -59,6 +59,20 @@ protected:
         loseTheServer();
     }
 
+    /// Whose cycles are so long that the test's seconds can pass without any.
+    void connectToASlowServer() {
+        server.stop();
+        server.start({32000, 8192});
+        link.connect();
+    }
+
+    void waitForSilence() {
+        turnUntil([&] {
+            letPass(1);
+            return !link.isConnected();
+        });
+    }
+
     [[nodiscard]] bool hasSaid(const std::string& text) const {
         return err.str().find(text) != std::string::npos;
     }
@@ -156,17 +170,27 @@ TEST_F(ServerLinkTest, AnotherAlertIsNotTakenAwayWhenTheServerIsBack) {
 }
 
 TEST_F(ServerLinkTest, AServerThatFallsSilentCountsAsGoneAndIsTakenUpAgain) {
-    constexpr JackServer::Settings slow{32000, 8192};
-    server.stop();
-    server.start(slow);
-    link.connect();
-    turnUntil([&] {
-        letPass(1);
-        return !link.isConnected();
-    });
+    connectToASlowServer();
+    waitForSilence();
     EXPECT_TRUE(hasSaid("The JACK server has ended, or dropped this program."));
     turnUntil([&] { return link.isConnected(); });
     EXPECT_TRUE(hasSaid("back on the JACK server"));
+}
+
+TEST_F(ServerLinkTest, TheEditorShowsThatAServerIsSilentBeforeItIsLeftWhichMayHang) {
+    connectToASlowServer();
+    int calls = 0;
+    link.setRunCall([&](const ServerLink::Call& call) {
+        EXPECT_THAT(hosted.controller().model()->alertErrorMessage().value_or(""),
+                    HasSubstr("The JACK server has ended"));
+        EXPECT_FALSE(link.isConnected());
+        ++calls;
+        call();
+    });
+    waitForSilence();
+    EXPECT_EQ(calls, 0);
+    turnUntil([&] { return link.isConnected(); });
+    EXPECT_EQ(calls, 2);
 }
 
 }  // namespace
