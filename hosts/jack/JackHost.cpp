@@ -98,6 +98,7 @@ void JackHost::reloadPreset() {
         messages_.say("there is no preset to read again: the program was started without --preset");
         return;
     }
+    session_.keepNow(now());
     try {
         usePreset(hosted_, *options_.preset);
         messages_.say(*options_.preset + ": read again");

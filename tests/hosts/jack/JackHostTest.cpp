@@ -140,6 +140,16 @@ TEST_F(JackHostTest, HangingUpReadsThePresetAndOtherSignalsQuit) {
     EXPECT_EQ(loop.status, exitSuccess);
 }
 
+TEST_F(JackHostTest, HangingUpKeepsAnEditOfAMomentAgoBeforeItReadsThePreset) {
+    writePreset("preset");
+    options.preset = preset.string();
+    start().hosted().onRulesChanged(rulesCalled("edited"));
+    takeSignal(SIGHUP);
+    EXPECT_EQ(ruleName(), "preset");
+    host->finish();
+    EXPECT_EQ(readWholeFile(files.file(0)), PluginData{rulesCalled("edited")}.write());
+}
+
 TEST_F(JackHostTest, TheEditorOfAProgramThatWaitsSaysSo) {
     start().hosted().controller().viewDidLoad();
     loop.tick();
