@@ -15,6 +15,10 @@ namespace {
 std::vector<PortPattern> compile(const char* option, const std::vector<std::string>& texts) {
     std::vector<PortPattern> patterns;
     for (const auto& text : texts) {
+        if (text.empty()) {
+            throw UsageError(std::string("option ") + option +
+                             ": the pattern is empty; \".*\" matches every port");
+        }
         try {
             patterns.emplace_back(text);
         } catch (const std::invalid_argument& error) {

@@ -88,6 +88,15 @@ TEST(ConnectionKeeper, WhatStillWaitsWhenTheServerGoesAgainIsNotForgotten) {
     EXPECT_TRUE(keeper.takes(target("synth:in")));
 }
 
+TEST(ConnectionKeeper, AnEmptyPatternWhichWouldMatchEverythingIsAnError) {
+    try {
+        const ConnectionKeeper keeper({""}, {});
+        ADD_FAILURE() << "an empty pattern was taken";
+    } catch (const UsageError& error) {
+        EXPECT_STREQ(error.what(), "option --connect-in: the pattern is empty; \".*\" matches every port");
+    }
+}
+
 TEST(ConnectionKeeper, WhatIsNoRegularExpressionIsAnError) {
     for (const auto* bad : {"(", "[a", "a{2", "*"}) {
         try {
