@@ -66,32 +66,31 @@ void SessionRules::load() {
     if (!files_) {
         return;
     }
-    bool damaged = false;
+    std::string problems;
     for (const auto& version : files_->versions()) {
-        if (tryToUse(version)) {
-            if (damaged) {
-                messages_.warn("The rules are those of " + localTime(version.saved) + ", from " +
-                               version.file.string() + ".");
-            }
-            return;
+        if (const auto problem = tryToUse(version)) {
+            problems += *problem + '\n';
+            continue;
         }
-        damaged = true;
+        if (!problems.empty()) {
+            messages_.warn(problems + "The rules are those of " + localTime(version.saved) + ", from " +
+                           version.file.string() + ".");
+        }
+        return;
     }
-    if (damaged) {
-        messages_.warn("No version of the last session's rules can be used: there are no rules now.");
+    if (!problems.empty()) {
+        messages_.warn(problems +
+                       "No version of the last session's rules can be used: there are no rules now.");
     }
 }
 
-bool SessionRules::tryToUse(const SessionFiles::Version& version) {
-    auto problem = version.problem;
-    if (problem.empty()) {
-        problem = hosted_.restore(version.document).value_or("");
+std::optional<std::string> SessionRules::tryToUse(const SessionFiles::Version& version) {
+    const auto problem =
+        version.problem.empty() ? hosted_.restore(version.document) : std::optional(version.problem);
+    if (!problem) {
+        return std::nullopt;
     }
-    if (!problem.empty()) {
-        messages_.warn("The last session's rules in " + version.file.string() +
-                       " cannot be used: " + problem);
-    }
-    return problem.empty();
+    return "The last session's rules in " + version.file.string() + " cannot be used: " + *problem;
 }
 
 void SessionRules::goBack(std::size_t versions) {
@@ -102,7 +101,8 @@ void SessionRules::goBack(std::size_t versions) {
         if (version.age != versions) {
             continue;
         }
-        if (!tryToUse(version)) {
+        if (const auto problem = tryToUse(version)) {
+            messages_.warn(*problem);
             throw CommandFailure(exitBadData, "--history lists the versions that can be used");
         }
         changed(SessionKeeper::Time{});

@@ -43,7 +43,8 @@ public:
 
 private:
     void claim(const std::filesystem::path& folder, const std::string& name);
-    bool tryToUse(const SessionFiles::Version& version);
+    /// Why it cannot be used; nothing when it is the unit's now.
+    std::optional<std::string> tryToUse(const SessionFiles::Version& version);
     void tell(const std::optional<std::string>& problem);
 
     HostedUnit& hosted_;

@@ -159,6 +159,15 @@ TEST_F(JackHostTest, TheEditorOfAProgramThatWaitsSaysSo) {
     EXPECT_EQ(host->title(), "MIDI Quillo (no JACK server)");
 }
 
+TEST_F(JackHostTest, WhatIsWrongWithTheSessionIsToldBeforeWhatIsWrongWithTheServer) {
+    files.add(Data{'{'});
+    const auto& model = *start().hosted().controller().model();
+    loop.tick();
+    EXPECT_THAT(model.alertErrorMessage().value_or(""), HasSubstr("No version of the last session's rules"));
+    host->hosted().controller().model()->dismissAlert();
+    EXPECT_THAT(model.alertErrorMessage().value_or(""), HasSubstr("There is no JACK server"));
+}
+
 TEST_F(JackHostTest, AProgramThatShallNotWaitFails) {
     options.wait = false;
     try {

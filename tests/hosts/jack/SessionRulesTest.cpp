@@ -97,7 +97,10 @@ TEST_F(SessionRulesTest, WhenTheNewestVersionIsDamagedTheOneBeforeIsTakenAndTheU
     EXPECT_EQ(program.ruleName(), "old");
     EXPECT_THAT(program.err.str(), HasSubstr(files.file(0).string() + " cannot be used: "));
     EXPECT_THAT(program.err.str(), HasSubstr("The rules are those of "));
+    EXPECT_THAT(program.alert().value_or(""), HasSubstr(files.file(0).string()));
     EXPECT_THAT(program.alert().value_or(""), HasSubstr(files.file(1).string()));
+    program.hosted.controller().model()->dismissAlert();
+    EXPECT_EQ(program.alert(), std::nullopt);
     EXPECT_EQ(readWholeFile(files.file(0)), Data{'{'});
 }
 
