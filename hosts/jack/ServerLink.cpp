@@ -82,9 +82,23 @@ void ServerLink::activateUnit() {
     }
 }
 
-void ServerLink::connectIfWanted(const PortDescription& port) {
-    if (connections_.takes(port) && client_->connect(port)) {
+bool ServerLink::connectIfWanted(const PortDescription& port) {
+    const bool isWanted = connections_.takes(port);
+    if (isWanted && client_->connect(port)) {
         messages_.say(port.givesMIDI ? "hears " + port.name : "sends to " + port.name);
+    }
+    return isWanted;
+}
+
+bool ServerLink::connectIfWanted(std::uint32_t number) {
+    const auto port = client_->port(number);
+    return !port || connectIfWanted(*port);
+}
+
+/// Many a port is given its alias when it has appeared already.
+void ServerLink::lookAgainAtNewPorts() {
+    for (const auto number : std::exchange(unwantedBefore_, std::exchange(unwanted_, {}))) {
+        connectIfWanted(number);
     }
 }
 
@@ -108,8 +122,8 @@ void ServerLink::takeNews() {
         formatHasChanged();
     }
     for (const auto number : news.newPorts) {
-        if (const auto port = client_->port(number)) {
-            connectIfWanted(*port);
+        if (!connectIfWanted(number)) {
+            unwanted_.push_back(number);
         }
     }
 }
@@ -126,6 +140,8 @@ void ServerLink::serverIsGone() {
     connections_.remember(std::move(noted_.sources), std::move(noted_.targets));
     noted_ = {};
     seen_ = {};
+    unwanted_ = {};
+    unwantedBefore_ = {};
     gone_ = std::move(client_);
     waitForServer(gone);
     onChange_();
@@ -152,6 +168,7 @@ void ServerLink::tick() {
     tellOfLosses();
     if (client_) {
         noteConnections();
+        lookAgainAtNewPorts();
         listenForCycles();
     } else {
         leaveServer();

@@ -81,7 +81,10 @@ protected:
     HostedUnit hosted;
     UserMessages messages{err, hosted};
     JackServer server;
-    ServerLink link{hosted, messages, {server.name(), "midi-quillo", false}, ConnectionKeeper({}, {})};
+    ServerLink link{hosted,
+                    messages,
+                    {server.name(), "midi-quillo", false},
+                    ConnectionKeeper({}, {"Grand Piano", ":at-once"})};
 };
 
 TEST_F(ServerLinkTest, ConnectionsMadeByHandComeBackWithTheServer) {
@@ -136,6 +139,21 @@ TEST_F(ServerLinkTest, AConnectionThatTheUserHadTakenDownDoesNotComeBack) {
     JackPlayer player(server.name());
     turnUntil([&] { return hasSaid("sends to test-listener:in"); });
     EXPECT_FALSE(hasSaid("hears test-sender:out"));
+}
+
+TEST_F(ServerLinkTest, APortThatIsGivenItsAliasAfterItHasAppearedIsConnected) {
+    link.connect();
+    const JackPlayer player(server.name());
+    const auto makePort = [&](const char* name) {
+        return ::jack_port_register(player.client(), name, JACK_DEFAULT_MIDI_TYPE, JackPortIsInput, 0);
+    };
+    auto* late = makePort("late");
+    makePort("at-once");
+    turnUntil([&] { return hasSaid("sends to test-sender:at-once"); });
+    EXPECT_FALSE(hasSaid("sends to test-sender:late"));
+    ASSERT_EQ(::jack_port_set_alias(late, "studio:Grand Piano"), 0);
+    letPass(2);
+    EXPECT_TRUE(hasSaid("sends to test-sender:late"));
 }
 
 TEST_F(ServerLinkTest, TheEditorSaysThatTheServerIsGoneUntilItIsBack) {
