@@ -77,7 +77,7 @@ std::string howToGetAServer() {
            "\nor let this program do it, as ~/.jackdrc says:"
            "\n    midi-quillo-jack --start-server"
            "\nWhere PipeWire runs, start the program by"
-           "\n    pw-jack midi-quillo-jack\n";
+           "\n    pw-jack midi-quillo-jack";
 }
 
 }  // namespace quillo

@@ -69,11 +69,17 @@ void JackHost::start() {
     } catch (const ServerFailure& failure) {
         const bool mayWait = failure.noServer() && (options_.window || options_.wait);
         if (!mayWait) {
-            throw CommandFailure(exitUnavailable, failure.what() + howToGetAServer());
+            throw CommandFailure(exitUnavailable, failure.what() + adviceAfter(failure));
         }
-        link_.waitForServer(failure.what() + (options_.wait ? std::string("\n") : howToGetAServer()) +
-                            "MIDI Quillo waits, and goes on as soon as a server is there.");
+        link_.waitForServer(failure.what() + adviceAfter(failure) +
+                            "\nMIDI Quillo waits, and goes on as soon as a server is there.");
     }
+}
+
+/// Nothing for those who know: they wait for a server, or have told the program to start it.
+std::string JackHost::adviceAfter(const ServerFailure& failure) const {
+    const bool isNews = failure.noServer() && !options_.startServer && !options_.wait;
+    return isNews ? howToGetAServer() : "";
 }
 
 /// A server that hangs keeps whoever calls it. The user can end the program all the same, and loses nothing.

@@ -56,6 +56,7 @@ public:
 
 private:
     void ruleEdited();
+    [[nodiscard]] std::string adviceAfter(const ServerFailure& failure) const;
     void callServer(const ServerLink::Call& call);
     void tick();
     void takeSignals();

@@ -172,6 +172,7 @@ TEST_F(JackLife, AServerThatCannotBeStartedIsToldInItsOwnWords) {
     const auto program = run({"--start-server", "--server", server.text()});
     EXPECT_EQ(program->wait(), exitUnavailable);
     EXPECT_THAT(program->err().whole(), HasSubstr("cannot be started. JACK says:\n    "));
+    EXPECT_THAT(program->err().whole(), Not(HasSubstr("--start-server")));
 }
 
 /// The parameter is how the server ends.
