@@ -4,8 +4,8 @@
 #include <initializer_list>
 #include <thread>
 
-#include "hosts/jack/Descriptor.hpp"
 #include "hosts/jack/WakeDescriptor.hpp"
+#include "platform/Descriptor.hpp"
 
 namespace quillo {
 

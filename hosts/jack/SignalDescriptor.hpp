@@ -6,7 +6,7 @@
 #include <map>
 #include <optional>
 
-#include "hosts/jack/Descriptor.hpp"
+#include "platform/Descriptor.hpp"
 
 namespace quillo {
 
