@@ -26,6 +26,13 @@ if(QUILLO_SANITIZE)
     target_link_options(quillo-options INTERFACE -fsanitize=${QUILLO_SANITIZE})
 endif()
 
+# What every test program has in common. What is tested is optimised, the tests are not: most of a build is compiling
+# them.
+add_library(quillo-test-options INTERFACE)
+target_link_libraries(quillo-test-options INTERFACE quillo-options)
+target_include_directories(quillo-test-options INTERFACE "${PROJECT_SOURCE_DIR}/tests")
+target_compile_options(quillo-test-options INTERFACE -O0)
+
 # quillo_add_library(NAME FOLDER HEADERS ... SOURCES ... LINK ...): a static library whose headers are
 # included relative to FOLDER and can each be compiled alone.
 function(quillo_add_library name folder)
@@ -61,7 +68,6 @@ function(quillo_add_tests name)
         return()
     endif()
     add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE quillo-options ${ARG_LINK} GTest::gmock GTest::gtest_main)
-    target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+    target_link_libraries(${name} PRIVATE quillo-test-options ${ARG_LINK} GTest::gmock GTest::gtest_main)
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
 endfunction()

@@ -12,7 +12,7 @@ packages_of() {
         pipewire) echo pipewire pipewire-jack ;;
         plugins) echo lv2-dev dpf-source ;;
         hosts) echo ardour jalv liblilv-dev lilv-utils sordi qtractor ;;
-        guide) echo lowdown ;;
+        guide) echo lowdown groff-base ;;
         package) echo dpkg-dev file ;;
         bench) echo libbenchmark-dev liblilv-dev x42-plugins ;;
         lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev libblocksruntime-dev ;;

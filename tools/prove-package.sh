@@ -83,7 +83,9 @@ read_the_manual() {
     local page
     for page in midi-quillo midi-quillo-jack midi-quillo-guide; do
         printf '\n$ man %s | head -n 6\n' $page
-        man $page >/tmp/manual
+        man $page >/tmp/manual 2>/tmp/warnings
+        cat /tmp/warnings
+        [[ ! -s /tmp/warnings ]]
         head -n 6 /tmp/manual
     done
     show test -s /usr/share/doc/midi-quillo/guide/index.html

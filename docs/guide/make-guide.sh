@@ -29,6 +29,11 @@ contents() {
     echo '</ul></nav>'
 }
 
+# The manual page set flush left, and its widest table in columns that fit a screen of 80.
+fit_screen() {
+    sed -e '/^\.TH/a .ad l\n.nh' -e 's/^l l l l\.$/lw(15n) lw(11n) lw(16n) lw(14n)./'
+}
+
 mkdir -p "$folder"
 body=$(mktemp)
 trap 'rm -f "$body"' EXIT
@@ -47,6 +52,6 @@ joined | lowdown -Thtml --out-no-smarty >"$body"
     printf '# Name\n\nmidi-quillo-guide - how to work with MIDI Quillo\n\n'
     joined
 } | sed 's|^!\[.*||' |
-    lowdown -s -Tman --out-no-smarty --nroff-nolinks -M title=midi-quillo-guide -M section=7 -M source="MIDI Quillo $version" \
-        >"$folder/midi-quillo-guide.7"
+    lowdown -s -Tman --out-no-smarty --nroff-nolinks -M title=midi-quillo-guide -M section=7 -M source="MIDI Quillo $version" |
+    fit_screen >"$folder/midi-quillo-guide.7"
 cp "$chapters"/*.svg "$folder/"

@@ -82,11 +82,11 @@ std::string countWords(std::size_t count) {
 void requireShortMessage(const Bytes& bytes) {
     const auto status = bytes.front();
     if (status < firstStatus) {
-        throw AskedEventError(hex(status) + " begins no message: the first byte is 80 to ff");
+        throw AskedEventError(hex(status) + " cannot begin a message: the first byte is 80 to ff");
     }
     const auto length = messageLength(status);
     if (length == 0) {
-        throw AskedEventError(hex(status) + " begins no message that MIDI knows");
+        throw AskedEventError(hex(status) + " does not begin a MIDI message");
     }
     if (length != bytes.size()) {
         throw AskedEventError("a message that begins with " + hex(status) + " has " + countWords(length) +
@@ -95,7 +95,7 @@ void requireShortMessage(const Bytes& bytes) {
     const auto wrong =
         std::find_if(bytes.begin() + 1, bytes.end(), [](std::uint8_t byte) { return byte >= firstStatus; });
     if (wrong != bytes.end()) {
-        throw AskedEventError(hex(*wrong) + " is no data byte: those are 00 to 7f");
+        throw AskedEventError(hex(*wrong) + " is not a data byte: those are 00 to 7f");
     }
 }
 

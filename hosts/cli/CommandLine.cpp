@@ -75,7 +75,7 @@ int help(std::span<const std::string> verb, const Console& console) {
 
 int run(std::span<const std::string> words, const Console& console) {
     if (words.empty()) {
-        throw UsageError("what shall be done?");
+        throw UsageError("no verb given");
     }
     const auto& first = words.front();
     const auto behind = words.subspan(1);

@@ -32,7 +32,8 @@ std::string padded(const std::string& text, std::size_t width) {
 /// "note-on 60 (C3), velocity 100, channel 1 [90 3c 64]".
 std::string sentWords(const MIDIMessage& message) {
     const auto words = messageWords(message.bytes());
-    return (words.empty() ? "what is no complete MIDI message" : words) + " [" + shownBytes(message) + "]";
+    return (words.empty() ? "an incomplete or damaged MIDI message" : words) + " [" + shownBytes(message) +
+           "]";
 }
 
 /// The width of the widest name.
@@ -124,7 +125,7 @@ private:
         const auto& trigger = rules_[rule].trigger;
         const auto policy = policyWords(*policyOf(trigger)) + ": ";
         if (explanation_.rules[rule].verdict == Verdict::fires) {
-            return policy + "it matched";
+            return policy + "the event matched this rule";
         }
         const bool isHostRule = trigger.is<RuleTriggerV2::HostTransport>();
         if (isHostRule && isMessage()) {
@@ -133,7 +134,7 @@ private:
         if (!isHostRule && !isMessage()) {
             return policy + "a rule for MIDI matches no host event, so it stops all of them";
         }
-        return policy + "it did not match";
+        return policy + "the event did not match this rule";
     }
 
     [[nodiscard]] std::string result() const {
@@ -151,7 +152,7 @@ private:
         }
         if (explanation_.forwarded) {
             return std::string("no rule swallowed it: it is forwarded") +
-                   (firesAtOnce() ? ", behind what the rules send at once." : ".");
+                   (firesAtOnce() ? ", after what the rules send at once." : ".");
         }
         return "swallowed by " + consumerWords() + ". " + sent();
     }

@@ -28,7 +28,7 @@ Verbs:
   help     this text; help VERB tells all about a verb
 
 Options:
-  --help     this text; behind a verb, all about that verb
+  --help     this text; after a verb, all about that verb
   --version  the program's version
 
 Example: hear what a preset makes of a song, and see every event on its way.
@@ -58,8 +58,8 @@ Options:
   --block FRAMES        samples per render cycle, 1 to 1048576 (512); the result
                         does not depend on it, except in the order of delayed
                         outputs that are due at the same sample
-  --tail SECONDS        how long delayed outputs are waited for behind the end
-                        of the file, 0 to 86400 (60)
+  --tail SECONDS        how long to wait for delayed outputs after the end of
+                        the file, 0 to 86400 (60)
 
 Examples:
   midi-quillo render song.mid out.mid --preset echo.json
@@ -72,8 +72,8 @@ the MIDI message. If the preset is damaged, says what is wrong and where.
 
 Options:
   --advice          say as well which rules can never fire, which swallow all
-                    MIDI, which leave notes sounding, and what else may not be
-                    meant, each with a way out; the exit status stays 0
+                    MIDI, which leave notes sounding, and what else may be a
+                    mistake, each with a way out; the exit status stays 0
   --write OUT.json  store the preset in the current form
   --force           replace OUT.json if it is there
 
@@ -86,7 +86,7 @@ Examples:
 Says what the rules of PRESET.json make of an event. Each rule is asked in
 order, and its line says whether it fires, what it then sends and when, or the
 first thing about the event that it does not wait for. A rule's policy can stop
-the event there; the rules behind it are then never tried, and a MIDI message
+the event there; the rules after it are then never tried, and a MIDI message
 is swallowed instead of forwarded. That goes for rules of the other kind too: a
 rule for the host's transport matches no MIDI, so that "Consume non-matching"
 makes it swallow all of it.
@@ -118,26 +118,47 @@ The second asks why middle C is silent, and is answered:
 )"},
     VerbText{"host", "Usage: midi-quillo host [SCRIPT]\n", R"(
 Plays a host application from SCRIPT, or from standard input. The script has
-one JSON object a line; its key "do" names the action:
+one JSON object a line. Its key "do" names the action:
   create      drop the unit and make a new one
-  restore     set the saved state: "state" text, "base64" bytes, "dictionary"
+  restore     set the saved state, by one key: "state" has the document as text
+              (null: no state at all), "base64" its bytes; "dictionary" is an
+              object of texts and numbers without a document, a fatal error
   save        read the saved state
-  allocate    get ready to render, with "sampleRate" and numbers of channels
+  allocate    get ready to render: "sampleRate" (44100), "inputChannels" (2),
+              "outputChannels" (2)
   deallocate  the opposite
-  install     install "rules", as the editor does
-  send        send one "output", as the editor does
-  transport   report "flags" and "position" from now on; "present": false
-              reports nothing
-  output      "present": false takes no MIDI; "failAfter" K fails with "status"
-  render      one cycle: "sampleTime", "frames", "events"
+  install     install "rules", a list as in a preset, as the editor does
+  send        send "output", as the editor does: what a rule of a preset has
+              under "message"
+  transport   from now on report "flags", the sum of 2 for moving, 4 for
+              recording and 8 for looping, and "position" in samples;
+              "present": false reports nothing
+  output      "present": false takes no MIDI, true does again; "failAfter" and
+              "status" take so many messages more, then answer this status once
+  render      one cycle: from "sampleTime" on so many "frames", with a list of
+              "events"
   describe    what the unit declares
-  views       which of the view "sizes" the editor takes
+  views       which of the view "sizes" the editor takes; each is a list of
+              width and height
   queue       how many delayed outputs wait
-Each action answers with one JSON object a line, behind the events it caused.
+
+An event has its "time" in samples and its "type": 8 is MIDI and need not be
+said, 9 system exclusive, 1 and 2 are parameters. Both kinds of MIDI have
+"bytes", a list of numbers; of up to three bytes of MIDI "length" can say how
+many count.
+
+Each action answers with one JSON object a line, after the events it caused:
+"in" and "out" are what the logs show, "midi" is what the host was sent, and
+"refused" what it did not take.
 
 Examples:
   midi-quillo host session.jsonl
   echo '{"do":"describe"}' | midi-quillo host
+
+A script that starts the transport and hands over MIDI Start four samples later:
+  {"do":"allocate","sampleRate":48000}
+  {"do":"transport","flags":2,"position":0}
+  {"do":"render","sampleTime":0,"frames":64,"events":[{"time":4,"bytes":[250]}]}
 )"},
 };
 

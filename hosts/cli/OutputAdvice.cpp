@@ -22,6 +22,9 @@ using Bytes = std::span<const std::uint8_t>;
 constexpr std::uint8_t frameStart = 0xF0;
 constexpr std::uint8_t frameEnd = 0xF7;
 constexpr std::uint8_t greatestDataByte = 0x7F;
+constexpr std::size_t frameSize = 2;
+/// What the buffer of events takes that the VST3 plug-in hands to its host.
+constexpr std::size_t longestInVST3 = 65529;
 
 bool isComplete(const MIDIMessage& message) {
     return isSystemExclusive(message) || isCompleteShortMessage(message.bytes());
@@ -76,7 +79,7 @@ std::optional<Advice> onSystemExclusive(const RuleOutputVariantsV2& output, std:
         return Advice{
             rule, Kind::badSystemExclusive,
             "has " + hexText({&*wrong, 1}, HexCase::lower) +
-                " among its system-exclusive bytes, and those are 00 to 7f",
+                " among its system-exclusive bytes, where MIDI allows 00 to 7f",
             "Give each message a rule of its own, without F0 and F7, and leave out what is above 7f."};
     }
     if (typed.hasStart || typed.hasEnd) {
@@ -85,15 +88,44 @@ std::optional<Advice> onSystemExclusive(const RuleOutputVariantsV2& output, std:
     return std::nullopt;
 }
 
+std::optional<Advice> onLength(const RuleOutputVariantsV2& output, std::size_t rule) {
+    const auto* sysEx = output.getIf<RuleOutputVariantsV2::SystemExclusive>();
+    const auto length = sysEx == nullptr ? 0 : sysEx->body.size() + frameSize;
+    if (length <= longestInVST3) {
+        return std::nullopt;
+    }
+    return Advice{rule, Kind::tooLongForVST3,
+                  "sends " + std::to_string(length) + " bytes of system exclusive; a VST3 host can take " +
+                      std::to_string(longestInVST3),
+                  "Split it into several messages, or use another plug-in format."};
+}
+
+/// Of a message that would be complete if it were no greater: the first number above 127.
+std::optional<std::uint8_t> tooGreat(const MIDIMessage& message) {
+    const auto bytes = message.bytes();
+    if (bytes.empty() || messageLength(bytes[0]) != bytes.size()) {
+        return std::nullopt;
+    }
+    const auto data = bytes.subspan(1);
+    const auto found = std::ranges::find_if(data, [](std::uint8_t byte) { return byte > greatestDataByte; });
+    return found == data.end() ? std::nullopt : std::optional(*found);
+}
+
 std::optional<Advice> onCompleteness(std::size_t rule, const OutputCheck& outputs) {
     const auto incomplete = outputs.incomplete(rule);
     if (!incomplete) {
         return std::nullopt;
     }
+    if (const auto number = tooGreat(*incomplete)) {
+        return Advice{rule, Kind::incompleteOutput,
+                      "sends " + std::to_string(*number) + " where MIDI allows 0 to 127 (" +
+                          shownBytes(*incomplete) + ")",
+                      "Give it a number from 0 to 127."};
+    }
     return Advice{rule, Kind::incompleteOutput,
-                  "sends what is no complete MIDI message (" + shownBytes(*incomplete) +
+                  "sends an incomplete or damaged MIDI message (" + shownBytes(*incomplete) +
                       "): hosts may drop or change it, and in a VST3 host it cannot be sent as it is",
-                  "Make the output anew in the editor, which sends complete messages only."};
+                  "Make the output again in the editor, which sends complete messages only."};
 }
 
 Advice hangingNote(std::size_t rule, const NoteLedger::Note& note, const std::string& exception) {
@@ -103,6 +135,42 @@ Advice hangingNote(std::size_t rule, const NoteLedger::Note& note, const std::st
             exception,
         "Let a rule send the note-off on the same channel, or All Notes Off (controller 123). What rings out "
         "by itself, such as a drum, needs none."};
+}
+
+std::string onlyByChance(const NoteLedger::Chance& chance) {
+    return chance.needsNoteOn
+               ? "; only a keyboard that sends key releases as Note On with velocity 0 would end it"
+               : "; only a key release with velocity 0 would end it";
+}
+
+Advice earlyEnd(std::size_t rule, const NoteLedger::EarlyEnd& early) {
+    const auto start = std::to_string(early.start) + " ms";
+    const auto end =
+        early.end == 0 ? std::string("is not late") : "only " + std::to_string(early.end) + " ms";
+    return {rule, Kind::endsNotesTooSoon,
+            "starts a note " + start + " late, but its end " + end +
+                ": a key released sooner leaves it sounding",
+            "Let a rule send the note-off after " + start + " as well."};
+}
+
+Advice swallowedEnd(std::size_t rule, const NoteLedger::Note& note) {
+    return {rule, Kind::swallowsNoteEnds,
+            "swallows the end of notes that pass: " + noteWords(note.number) + " on " +
+                channelWords(note.channel) + " sounds on",
+            "Set it to Pass through, or let a rule above it send the note-off."};
+}
+
+std::optional<Advice> onOwnNotes(std::size_t rule, const NoteLedger& notes) {
+    if (const auto note = notes.neverEnded(rule)) {
+        return hangingNote(rule, *note, "");
+    }
+    if (const auto chance = notes.endedByChance(rule)) {
+        return hangingNote(rule, chance->note, onlyByChance(*chance));
+    }
+    if (const auto early = notes.endedTooSoon(rule)) {
+        return earlyEnd(rule, *early);
+    }
+    return std::nullopt;
 }
 
 }  // namespace
@@ -125,18 +193,20 @@ std::optional<MIDIMessage> OutputCheck::incomplete(std::size_t rule) const {
 }
 
 std::vector<Advice> adviseOnNotes(std::size_t rule, const NoteLedger& notes) {
-    if (const auto note = notes.neverEnded(rule)) {
-        return {hangingNote(rule, *note, "")};
+    std::vector<Advice> advice;
+    if (const auto found = onOwnNotes(rule, notes)) {
+        advice.push_back(*found);
     }
-    if (const auto note = notes.endedByChance(rule)) {
-        return {hangingNote(rule, *note, ", except where a velocity that is copied is 0")};
+    if (const auto note = notes.endSwallowed(rule)) {
+        advice.push_back(swallowedEnd(rule, *note));
     }
-    return {};
+    return advice;
 }
 
 std::vector<Advice> adviseOnOutput(const RuleOutputV2& output, std::size_t rule, const OutputCheck& outputs) {
     std::vector<Advice> advice;
-    for (const auto& found : {onSystemExclusive(output.message, rule), onCompleteness(rule, outputs)}) {
+    for (const auto& found : {onSystemExclusive(output.message, rule), onLength(output.message, rule),
+                              onCompleteness(rule, outputs)}) {
         if (found) {
             advice.push_back(*found);
         }

@@ -32,10 +32,10 @@ private:
     std::vector<Finding> findings_;
 };
 
-/// On a note that the rule starts and leaves.
+/// On a note that the rule starts and leaves, and on one whose end it swallows.
 [[nodiscard]] std::vector<Advice> adviseOnNotes(std::size_t rule, const NoteLedger& notes);
 
-/// On system-exclusive bytes, and on messages that are not complete.
+/// On system-exclusive bytes and how many they are, and on messages that are not complete.
 [[nodiscard]] std::vector<Advice> adviseOnOutput(const RuleOutputV2& output, std::size_t rule,
                                                  const OutputCheck& outputs);
 

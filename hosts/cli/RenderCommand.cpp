@@ -104,8 +104,12 @@ int runRenderCommand(std::span<const std::string> words, const Console& console)
     const auto sent = performance.outputs.size();
     target.write(resultBytes(score, std::move(performance.outputs), request.target));
     if (performance.cutOff > 0) {
-        console.err << performance.cutOff << " delayed outputs are due behind the tail of "
-                    << request.settings.tail << " s and were cut off; --tail makes it longer\n";
+        const bool isOne = performance.cutOff == 1;
+        console.err << performance.cutOff
+                    << (isOne ? " delayed output is due after the tail of "
+                              : " delayed outputs are due after the tail of ")
+                    << request.settings.tail << (isOne ? " s and was" : " s and were")
+                    << " cut off; --tail makes it longer\n";
     }
     console.err << request.target << ": " << score.messages().size() << " events in, " << sent << " out\n";
     return exitSuccess;

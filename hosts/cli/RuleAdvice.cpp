@@ -31,8 +31,10 @@ AdviceList adviseOn(const std::vector<Rule>& rules) {
     OutputCheck outputs(rules.size());
     tryTellingEvents(probe, [&](const Trial& trial) {
         reach.watch(trial);
-        notes.watch(trial);
-        outputs.watch(trial);
+        if (canArrive(trial.event)) {
+            notes.watch(trial);
+            outputs.watch(trial);
+        }
     });
     AdviceList advice;
     for (std::size_t rule = 0; rule < rules.size(); ++rule) {

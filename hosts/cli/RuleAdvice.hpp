@@ -15,10 +15,13 @@ struct Advice {
     enum class Kind : std::uint8_t {
         neverFires,          ///< proven: no event whatever makes the rule fire
         impossibleNumber,    ///< it waits for a number above 127
-        swallowsAllMIDI,     ///< a host-transport rule that consumes what it does not match
+        swallowsAllMIDI,     ///< it consumes all MIDI, or all but MIDI Start, Stop or Continue
         neverEndsNotes,      ///< it starts notes, and no rule ends one of them
+        endsNotesTooSoon,    ///< it starts notes later than the release of the key ends them
+        swallowsNoteEnds,    ///< it swallows the note-off of notes that pass, and nothing else ends them
         badSystemExclusive,  ///< bytes that do not belong between F0 and F7
         incompleteOutput,    ///< what it sends is no complete MIDI message
+        tooLongForVST3,      ///< it sends more system exclusive than a VST3 host can take
         notInVST3,           ///< it waits for what a VST3 host does not deliver, or not for certain
     };
 

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/cli/RuleReach.hpp"
 
+#include <algorithm>
 #include <variant>
+
+#include "hosts/cli/PolicyWords.hpp"
 
 namespace quillo {
 
@@ -22,6 +25,44 @@ std::set<std::size_t> RuleReach::blockers(std::size_t rule) const {
         }
     }
     return blockers;
+}
+
+std::set<std::size_t> RuleReach::inTheWay(std::size_t rule) const {
+    const auto first = *blockers(rule).begin();
+    const auto consumption = std::ranges::find_if(consumptions_, [&](const Consumption& found) {
+        return found.consumer == first && waitsFor(rule, found.event);
+    });
+    std::set<std::size_t> inTheWay;
+    for (std::size_t above = first; above < rule; ++above) {
+        if (consumes(above, consumption->event)) {
+            inTheWay.insert(above);
+        }
+    }
+    return inTheWay;
+}
+
+bool RuleReach::canMove(std::size_t rule, std::size_t place) const {
+    auto order = probe_.rules();
+    if (policyOf(order[rule].trigger) == PassThroughV2::PassThrough) {
+        return true;
+    }
+    const auto at = [&](std::size_t position) {
+        return order.begin() + static_cast<std::ptrdiff_t>(position);
+    };
+    std::rotate(at(place), at(rule), at(rule + 1));
+    EngineProbe probe(order);
+    RuleReach moved(probe);
+    tryTellingEvents(probe, [&](const Trial& trial) { moved.watch(trial); });
+    auto fired = fires_;
+    std::rotate(fired.begin() + static_cast<std::ptrdiff_t>(place),
+                fired.begin() + static_cast<std::ptrdiff_t>(rule),
+                fired.begin() + static_cast<std::ptrdiff_t>(rule + 1));
+    return std::ranges::equal(fired, moved.fires_, [](bool before, bool after) { return after || !before; });
+}
+
+bool RuleReach::consumes(std::size_t rule, const AskedEvent& event) const {
+    const auto policy = policyOf(probe_.rules()[rule].trigger);
+    return policy == (waitsFor(rule, event) ? PassThroughV2::EatMatching : PassThroughV2::EatNonMatching);
 }
 
 bool RuleReach::waitsFor(std::size_t rule, const AskedEvent& event) const {

@@ -26,6 +26,13 @@ public:
     /// when there is no such event. Above the first of them the rule can fire.
     [[nodiscard]] std::set<std::size_t> blockers(std::size_t rule) const;
 
+    /// Of a rule that cannot fire, but has blockers: rules that let it fire once they are set to Pass through, the
+    /// first blocker among them.
+    [[nodiscard]] std::set<std::size_t> inTheWay(std::size_t rule) const;
+
+    /// Whether a rule could be moved to a place further up and every rule that can fire still could.
+    [[nodiscard]] bool canMove(std::size_t rule, std::size_t place) const;
+
 private:
     struct Consumption {
         AskedEvent event;
@@ -33,6 +40,7 @@ private:
     };
 
     [[nodiscard]] bool waitsFor(std::size_t rule, const AskedEvent& event) const;
+    [[nodiscard]] bool consumes(std::size_t rule, const AskedEvent& event) const;
 
     const EngineProbe& probe_;
     std::vector<bool> fires_;

@@ -54,7 +54,7 @@ Score::Score(const MIDIDivision& division, const MIDITrack& track, std::uint32_t
         end_ = std::max(end_, messages_.back().time + 1);
     }
     if (end_ >= TempoMap::latestSampleTime) {
-        throw MIDIFileError("the file lasts too long: it ends behind sample " +
+        throw MIDIFileError("the file lasts too long: it ends after sample " +
                             std::to_string(TempoMap::latestSampleTime));
     }
 }

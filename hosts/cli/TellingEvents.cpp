@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/cli/TellingEvents.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <map>
 #include <set>
+#include <variant>
 
 #include "rules/StatusV2.hpp"
 
@@ -128,6 +130,12 @@ std::vector<MIDIMessage> tellingMessages(const std::vector<Rule>& rules) {
         addMessages(messages, status, numbers.first(), numbers.second(StatusV2::noteOn));
     }
     return messages;
+}
+
+bool canArrive(const AskedEvent& event) {
+    const auto* message = std::get_if<MIDIMessage>(&event);
+    return message == nullptr || std::ranges::none_of(message->bytes().subspan(1),
+                                                      [](unsigned byte) { return byte >= dataByteCount; });
 }
 
 void tryTellingEvents(EngineProbe& probe, const std::function<void(const Trial&)>& watch) {

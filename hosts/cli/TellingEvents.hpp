@@ -18,6 +18,9 @@ namespace quillo {
 /// and two rules that send the same note for some messages do so for two of these.
 [[nodiscard]] std::vector<MIDIMessage> tellingMessages(const std::vector<Rule>& rules);
 
+/// Whether an event is more than a number that a rule names: a channel message with a data byte above 127 is not.
+[[nodiscard]] bool canArrive(const AskedEvent& event);
+
 /// An event, and what the engine made of it.
 struct Trial {
     const AskedEvent& event;

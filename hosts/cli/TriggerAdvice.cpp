@@ -19,21 +19,40 @@ using Kind = Advice::Kind;
 
 constexpr unsigned greatestDataByte = 127;
 
-/// "rules 1, 2 and 5".
+/// "rule 1", "rules 1, 2 and 5"; of very many the first ones and how many more there are.
 std::string rulesWords(const std::set<std::size_t>& positions) {
-    std::string words = "rules ";
+    constexpr std::size_t mostNamed = 16;
+    const bool areMany = positions.size() > mostNamed;
+    std::string words = positions.size() == 1 ? "rule " : "rules ";
+    std::size_t named = 0;
     for (const auto position : positions) {
-        if (position == *positions.rbegin()) {
-            words += " and ";
-        } else if (position != *positions.begin()) {
-            words += ", ";
+        if (areMany && named == mostNamed) {
+            return words + " and " + std::to_string(positions.size() - named) + " more";
+        }
+        if (named > 0) {
+            words += !areMany && position == *positions.rbegin() ? " and " : ", ";
         }
         words += std::to_string(position + 1);
+        ++named;
     }
     return words;
 }
 
-Advice neverFires(const std::vector<Rule>& rules, std::size_t rule, const std::set<std::size_t>& blockers) {
+/// A gate must be opened: wherever other rules stand, only its own kind of event passes.
+std::string wayPast(const std::vector<Rule>& rules, std::size_t rule, const RuleReach& reach,
+                    std::size_t firstBlocker) {
+    const auto inTheWay = reach.inTheWay(rule);
+    const auto opened = "Set " + rulesWords(inTheWay) + " to Pass through";
+    const bool isGate = policyOf(rules[firstBlocker].trigger) == PassThroughV2::EatNonMatching;
+    if (isGate || !reach.canMove(rule, firstBlocker)) {
+        return opened + ".";
+    }
+    return opened + ", or move this rule above " +
+           (inTheWay.size() == 1 ? "it" : rulesWords({firstBlocker})) + ".";
+}
+
+Advice neverFires(const std::vector<Rule>& rules, std::size_t rule, const RuleReach& reach) {
+    const auto blockers = reach.blockers(rule);
     if (blockers.empty()) {
         return {rule, Kind::neverFires, "can never fire: it waits on a channel that no message has",
                 "Give it a channel from 1 to 16, or any."};
@@ -42,7 +61,7 @@ Advice neverFires(const std::vector<Rule>& rules, std::size_t rule, const std::s
     const auto swallowing = blockers.size() == 1 ? ruleAndPolicyWords(rules, first) + " swallows"
                                                  : rulesWords(blockers) + " between them swallow";
     return {rule, Kind::neverFires, "can never fire: " + swallowing + " every event that it waits for",
-            "Move it above rule " + std::to_string(first + 1) + "."};
+            wayPast(rules, rule, reach, first)};
 }
 
 const Voice* voiceOf(const RuleTriggerV2& trigger) {
@@ -86,18 +105,6 @@ std::optional<Advice> onNumbers(const RuleTriggerV2& trigger, std::size_t rule) 
     return std::nullopt;
 }
 
-std::optional<Advice> onSwallowing(const RuleTriggerV2& trigger, std::size_t rule) {
-    const bool isHostRule = trigger.is<RuleTriggerV2::HostTransport>();
-    if (!isHostRule || policyOf(trigger) != PassThroughV2::EatNonMatching) {
-        return std::nullopt;
-    }
-    return Advice{
-        rule, Kind::swallowsAllMIDI,
-        "swallows every MIDI message that comes to it: its policy is Consume non-matching, and a rule "
-        "for the host's transport matches no MIDI",
-        "Set it to Pass through."};
-}
-
 std::optional<std::string> systemMessage(const RuleTriggerV2& trigger) {
     const auto* based = trigger.getIf<RuleTriggerV2::MessageBased>();
     if (based == nullptr) {
@@ -113,19 +120,38 @@ std::optional<std::string> systemMessage(const RuleTriggerV2& trigger) {
                       based->trigger.variants.variant());
 }
 
+std::optional<Advice> onSwallowing(const RuleTriggerV2& trigger, std::size_t rule) {
+    if (policyOf(trigger) != PassThroughV2::EatNonMatching) {
+        return std::nullopt;
+    }
+    const std::string wayOut = "Set it to Pass through.";
+    if (const auto name = systemMessage(trigger)) {
+        return Advice{
+            rule, Kind::swallowsAllMIDI,
+            "swallows every MIDI message but MIDI " + *name + ": its policy is Consume non-matching", wayOut};
+    }
+    if (!trigger.is<RuleTriggerV2::HostTransport>()) {
+        return std::nullopt;
+    }
+    return Advice{
+        rule, Kind::swallowsAllMIDI,
+        "swallows every MIDI message that comes to it: its policy is Consume non-matching, and a rule "
+        "for the host's transport matches no MIDI",
+        wayOut};
+}
+
 std::optional<Advice> onVST3(const RuleTriggerV2& trigger, std::size_t rule) {
     if (const auto name = systemMessage(trigger)) {
         return Advice{rule, Kind::notInVST3, "does not fire in a VST3 host: VST3 has no MIDI " + *name,
-                      "There, let it wait for the host's transport; other plug-in formats deliver MIDI " +
+                      "In VST3, let it wait for the host's transport; other plug-in formats deliver MIDI " +
                           *name + "."};
     }
     const auto* voice = voiceOf(trigger);
     if (voice != nullptr && voice->is<Voice::ProgramChange>()) {
         return Advice{
             rule, Kind::notInVST3,
-            "may not fire in a VST3 host: VST3 has no message for it, and some hosts do not deliver "
-            "it or change its number",
-            "There, let it wait for a controller or a note; other plug-in formats deliver program "
+            "may not fire in a VST3 host: most VST3 hosts deliver no program changes to a plug-in",
+            "In VST3, let it wait for a controller or a note; other plug-in formats deliver program "
             "changes."};
     }
     return std::nullopt;
@@ -143,7 +169,7 @@ std::vector<Advice> adviseOnTrigger(const std::vector<Rule>& rules, std::size_t 
     };
     const bool canFire = reach.canFire(rule);
     if (!canFire) {
-        add(neverFires(rules, rule, reach.blockers(rule)));
+        add(neverFires(rules, rule, reach));
     }
     add(onNumbers(rules[rule].trigger, rule));
     add(onSwallowing(rules[rule].trigger, rule));

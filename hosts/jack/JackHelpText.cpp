@@ -10,7 +10,7 @@ constexpr std::string_view usage = "Usage: midi-quillo-jack [OPTIONS]\n";
 constexpr std::string_view help = R"(
 MIDI Quillo on its own: a JACK client with one MIDI input ("in") and one MIDI
 output ("MIDIQuillo"), between which the rules work. JACK's transport is the
-transport that rules wait for. The rules are edited in the program's window.
+transport that rules wait for. You edit the rules in the program's window.
 
 Rules:
   --preset PRESET.json   take the rules of this preset; without it, those of the
@@ -28,8 +28,8 @@ Connections:
                          whenever it appears; may be given several times
   --connect-out PATTERN  the same for ports that the output is sent to
   PATTERN is a regular expression that matches anywhere in a port's full name
-  or alias; jack_lsp -A lists these. Rules that wait for being loaded send to
-  the ports connected so, for others come too late.
+  or alias; jack_lsp -A lists these. On Load messages reach the ports connected
+  this way; ports connected by hand come too late for them.
 
 JACK:
   --server NAME          the server (that of JACK_DEFAULT_SERVER, or "default")
@@ -39,8 +39,8 @@ JACK:
                          program always does
   --name NAME            the client's name, and the session's (midi-quillo)
 
-A server that ends is waited for; rules and connections stay. A second program
-of the same name is told apart by JACK, and has a session of its own.
+When the server ends, the program waits for it; rules and connections stay. A
+second program gets another name from JACK, and has a session of its own.
 
 Other:
   --no-window            run without a window; no display is needed
@@ -48,7 +48,8 @@ Other:
                          time in samples
   --help, --version      this text; the program's version
 
-SIGHUP reads the preset again, SIGINT and SIGTERM end the program.
+SIGHUP reads the preset again; On Load rules do not fire again. SIGINT and
+SIGTERM end the program.
 
 Examples:
   midi-quillo-jack
@@ -73,10 +74,10 @@ std::string_view jackHelp() {
 
 std::string howToGetAServer() {
     return "\nStart one, for instance with qjackctl or"
-           "\n    jackd -d alsa"
+           "\n    jackd -d alsa -X seq"
            "\nor let this program do it, as ~/.jackdrc says:"
            "\n    midi-quillo-jack --start-server"
-           "\nWhere PipeWire runs, start the program by"
+           "\nWhere PipeWire runs, start the program with"
            "\n    pw-jack midi-quillo-jack";
 }
 

@@ -209,7 +209,7 @@ void ServerLink::tryToReturn() {
 void ServerLink::tellOfLosses() {
     if (const auto refused = sinceLastTold(toldRefused_, cycle_.refused())) {
         messages_.say("the output port was full: " + counted(refused, "message") +
-                      " refused, and what stood behind in these cycles left out");
+                      " refused; what came after in these cycles was left out");
     }
     if (const auto lost = sinceLastTold(toldLost_, cycle_.lost())) {
         messages_.say("the input port was full: " + counted(lost, "message") + " lost");

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# run-commands.sh PROGRAMS PAGE.md...: runs every `sh` block of these pages as a reader would, in a folder that has
-# the files that the pages speak of. PROGRAMS is the folder with the built programs. Blocks of another language are
-# for reading only.
+# run-commands.sh PROGRAMS PAGE.md...: runs every `sh` block of these pages as a reader would, one after the other in one
+# folder that has the files that the pages speak of: what one block has made is there for the next. PROGRAMS is the
+# folder with the built programs. Blocks of another language are for reading only.
 #
 # Two commands are stood in for, because they build, open a window or need a sound server: ./dev must know the verb,
 # and midi-quillo-jack every option, by what they say of themselves.
@@ -55,7 +55,7 @@ block() {
 
 # try PAGE N COMMANDS: runs them; on failure shows them and what they said.
 try() {
-    if (cd "$desk" && rm -f out.mid OUT.mid NEW.json && PATH=$desk/bin:$PATH bash -euo pipefail -c "$3") \
+    if (cd "$desk" && PATH=$desk/bin:$PATH bash -euo pipefail -c "$3") \
         >"$desk/output" 2>&1 </dev/null; then
         return
     fi

@@ -68,13 +68,13 @@ TEST(AskedEventParser, WantsWholeHexadecimalBytes) {
 }
 
 TEST(AskedEventParser, WantsOneCompleteMessage) {
-    EXPECT_EQ(errorOf("3c 64"), "3c begins no message: the first byte is 80 to ff");
-    EXPECT_EQ(errorOf("f4"), "f4 begins no message that MIDI knows");
-    EXPECT_EQ(errorOf("f7"), "f7 begins no message that MIDI knows");
+    EXPECT_EQ(errorOf("3c 64"), "3c cannot begin a message: the first byte is 80 to ff");
+    EXPECT_EQ(errorOf("f4"), "f4 does not begin a MIDI message");
+    EXPECT_EQ(errorOf("f7"), "f7 does not begin a MIDI message");
     EXPECT_EQ(errorOf("90 3c"), "a message that begins with 90 has 3 bytes; here are 2");
     EXPECT_EQ(errorOf("fa 00"), "a message that begins with fa has 1 byte; here are 2");
     EXPECT_EQ(errorOf("90 3c 64 00"), "a message that begins with 90 has 3 bytes; here are 4");
-    EXPECT_EQ(errorOf("90 3c 80"), "80 is no data byte: those are 00 to 7f");
+    EXPECT_EQ(errorOf("90 3c 80"), "80 is not a data byte: those are 00 to 7f");
 }
 
 TEST(AskedEventParser, KnowsWhatAHostsTransportCanDo) {

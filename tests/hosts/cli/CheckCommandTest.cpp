@@ -99,7 +99,7 @@ TEST_F(CheckCommandTest, AdvisesBehindTheListing) {
               listing + "\nAdvice:\n"
                         "2. \"controller 8\" can never fire: rule 1 \"controller 7\" (Consume matching) "
                         "swallows every event that it waits for.\n"
-                        "   Move it above rule 1.\n");
+                        "   Set rule 1 to Pass through, or move this rule above it.\n");
     EXPECT_THAT(result.err, IsEmpty());
 }
 

@@ -17,7 +17,8 @@ TEST_F(CommandLineTest, WithoutAVerbShowsTheUsageOnTheErrorStream) {
     const auto result = run({});
     EXPECT_EQ(result.status, exitUsage);
     EXPECT_THAT(result.out, IsEmpty());
-    EXPECT_THAT(result.err, HasSubstr("Usage: midi-quillo VERB"));
+    EXPECT_THAT(result.err,
+                AllOf(StartsWith("midi-quillo: no verb given\n"), HasSubstr("Usage: midi-quillo VERB")));
 }
 
 TEST_F(CommandLineTest, WithAnUnknownVerbNamesItAndShowsTheUsage) {
@@ -100,6 +101,40 @@ TEST_F(CommandLineTest, FailsWhenItsOutputIsNotTaken) {
     const std::vector<std::string> words{"--version"};
     EXPECT_EQ(runCommandLine(words, Console{in, nowhere, err}), exitCannotCreate);
     EXPECT_EQ(err.str(), "midi-quillo: standard output cannot be written\n");
+}
+
+TEST_F(CommandLineTest, ItsHelpFitsATerminal) {
+    for (const auto* verb : {"", "render", "check", "explain", "host"}) {
+        std::istringstream lines{std::string(*verb == '\0' ? generalHelp() : *helpFor(verb))};
+        for (std::string line; std::getline(lines, line);) {
+            EXPECT_LE(line.size(), 80U) << line;
+        }
+    }
+}
+
+/// The lines of the help for `host` that are a script.
+std::string scriptOfTheHelp() {
+    std::istringstream lines{std::string(*helpFor("host"))};
+    std::string script;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("  {")) {
+            script += line + '\n';
+        }
+    }
+    return script;
+}
+
+TEST_F(CommandLineTest, TheScriptThatItsHelpShowsWorks) {
+    const auto result = run({"host"}, scriptOfTheHelp());
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_EQ(result.out, R"({"allocated":true}
+{"transport":true}
+{"in":"[0] AU Host Start"}
+{"in":"[4] fa"}
+{"midi":{"time":4,"cable":0,"bytes":[250]}}
+{"out":"[4] fa"}
+{"status":0}
+)");
 }
 
 TEST_F(CommandLineTest, NamesItsVersion) {

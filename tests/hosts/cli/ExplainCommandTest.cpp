@@ -54,7 +54,7 @@ TEST_F(ExplainCommandTest, SaysOfEachRuleWhatItDoesOrWhatKeepsItFromIt) {
         "  4  \"Sound\"         fires        sends controller 0 (Bank MSB), value 2, channel 1 [b0 00 02] at "
         "once\n"
         "                                  then program 5, channel 1 [c0 05] at once\n"
-        "Result: no rule swallowed it: it is forwarded, behind what the rules send at once.\n");
+        "Result: no rule swallowed it: it is forwarded, after what the rules send at once.\n");
 }
 
 TEST_F(ExplainCommandTest, SaysWhereAPolicyStoppedTheEventAndWhoWasNeverTried) {
@@ -64,7 +64,7 @@ TEST_F(ExplainCommandTest, SaysWhereAPolicyStoppedTheEventAndWhoWasNeverTried) {
                   "903c64"),
         "90 3c 64: note-on 60 (C3), velocity 100, channel 1\n"
         "  1  \"Eat\"   fires        sends note-on 2 (D-2), velocity 3, channel 2 [91 02 03] after 10 ms\n"
-        "             stops here   Consume matching: it matched\n"
+        "             stops here   Consume matching: the event matched this rule\n"
         "  2  \"Late\"  never tried  rule 1 stopped the event\n"
         "Result: swallowed by rule 1 \"Eat\" (Consume matching). Only what the rules send goes out.\n");
 }
@@ -73,7 +73,7 @@ TEST_F(ExplainCommandTest, SaysThatARuleSwallowsWhatItDoesNotMatch) {
     EXPECT_THAT(
         explained({rule(onNoteOn(any, any, eatNonMatching), send(noteOn(0, 1, 1)), "Only notes")}, "f8"),
         AllOf(HasSubstr("no match     waits for a note-on; this is timing clock\n"),
-              HasSubstr("stops here   Consume non-matching: it did not match\n"),
+              HasSubstr("stops here   Consume non-matching: the event did not match this rule\n"),
               HasSubstr("Result: swallowed by rule 1 \"Only notes\" (Consume non-matching). Nothing goes "
                         "out.\n")));
 }
@@ -95,7 +95,7 @@ TEST_F(ExplainCommandTest, SaysThatAHostRuleStopsTheHostEventsThatItDoesNotMatch
     EXPECT_THAT(explained({rule(onHost(Transport::Stop, eatNonMatching), send(noteOn(0, 1, 1)), "Reset")},
                           "host start"),
                 AllOf(HasSubstr("no match     waits for the host's transport to stop; this is its start\n"),
-                      HasSubstr("stops here   Consume non-matching: it did not match\n")));
+                      HasSubstr("stops here   Consume non-matching: the event did not match this rule\n")));
 }
 
 TEST_F(ExplainCommandTest, DoesNotCountADelayedOutputAmongThoseAtOnce) {
@@ -154,7 +154,7 @@ TEST_F(ExplainCommandTest, ExplainsAPresetWithoutRules) {
 TEST_F(ExplainCommandTest, ShowsAnOutputThatIsNoCompleteMessage) {
     EXPECT_THAT(
         explained({rule(onMIDIStart(), send(protocol(StatusV2::noteOn, channel(0), byte(60))))}, "fa"),
-        HasSubstr("sends what is no complete MIDI message [90 3c] at once\n"));
+        HasSubstr("sends an incomplete or damaged MIDI message [90 3c] at once\n"));
 }
 
 TEST_F(ExplainCommandTest, AlignsNumbersAndShortensLongNames) {

@@ -4,10 +4,13 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <map>
 #include <optional>
 #include <ostream>
+#include <random>
 #include <set>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include "hosts/cli/EngineProbe.hpp"
@@ -28,6 +31,7 @@ constexpr auto eatMatching = PassThroughV2::EatMatching;
 struct Fate {
     std::optional<NoteLedger::Note> neverEnded;
     std::optional<NoteLedger::Note> endedByChance;
+    bool needsNoteOn = true;
 
     bool operator==(const Fate&) const = default;
 
@@ -42,20 +46,31 @@ struct Fate {
 const Fate ended{};
 
 Fate never(std::uint8_t onChannel, std::uint8_t note) {
-    return {NoteLedger::Note{onChannel, note}, {}};
+    return {NoteLedger::Note{onChannel, note}, {}, true};
 }
 
 Fate byChance(std::uint8_t onChannel, std::uint8_t note) {
-    return {{}, NoteLedger::Note{onChannel, note}};
+    return {{}, NoteLedger::Note{onChannel, note}, true};
 }
 
-std::vector<Fate> fates(const std::vector<Rule>& rules) {
+Fate byChanceOfARelease(std::uint8_t onChannel, std::uint8_t note) {
+    return {{}, NoteLedger::Note{onChannel, note}, false};
+}
+
+NoteLedger ledgerOf(const std::vector<Rule>& rules) {
     EngineProbe probe(rules);
     NoteLedger ledger(rules.size());
     tryTellingEvents(probe, [&](const Trial& trial) { ledger.watch(trial); });
+    return ledger;
+}
+
+std::vector<Fate> fates(const std::vector<Rule>& rules) {
+    const auto ledger = ledgerOf(rules);
     std::vector<Fate> fates;
     for (std::size_t rule = 0; rule < rules.size(); ++rule) {
-        fates.push_back({ledger.neverEnded(rule), ledger.endedByChance(rule)});
+        const auto chance = ledger.endedByChance(rule);
+        fates.push_back({ledger.neverEnded(rule), chance ? std::optional(chance->note) : std::nullopt,
+                         !chance || chance->needsNoteOn});
     }
     return fates;
 }
@@ -139,7 +154,8 @@ TEST(NoteLedger, AFixedNoteCanBeEndedByOneThatIsCopied) {
 
 TEST(NoteLedger, ACopiedVelocityOfZeroIsAnEndByChance) {
     EXPECT_THAT(fates({rule(onNoteOn(), startCopy)}), ElementsAre(byChance(3, 60)));
-    EXPECT_EQ(fates({rule(onNoteOn(), startCopy), rule(onNoteOff(), startCopy)})[0], byChance(3, 60));
+    EXPECT_EQ(fates({rule(onNoteOn(), startCopy), rule(onNoteOff(), startCopy)})[0],
+              byChanceOfARelease(3, 60));
 }
 
 TEST(NoteLedger, AVelocityThatIsAlwaysZeroIsNoChance) {
@@ -172,6 +188,74 @@ TEST(NoteLedger, AnEndThatIsNeverSentIsNone) {
               never(0, 36));
 }
 
+RuleOutputV2 after(std::int64_t milliseconds, const RuleOutputV2& output) {
+    return send(output.message, milliseconds);
+}
+
+TEST(NoteLedger, AnEndThatLeavesBeforeItsNoteIsFound) {
+    const auto early = [](const std::vector<Rule>& rules) { return ledgerOf(rules).endedTooSoon(0); };
+    const auto own = copied(StatusV2::noteOn, triggerChannel);
+    using EarlyEnd = NoteLedger::EarlyEnd;
+    EXPECT_EQ(early({rule(onNoteOn(), own)}), std::nullopt);
+    EXPECT_EQ(early({rule(onNoteOn(), after(300, own))}), (EarlyEnd{{0, 60}, 300, 0}));
+    EXPECT_EQ(early({rule(onNoteOn(), after(500, startCopy)), rule(onNoteOff(), endCopy)}),
+              (EarlyEnd{{3, 60}, 500, 0}));
+    EXPECT_EQ(early({rule(onNoteOn(), after(500, startCopy)), rule(onNoteOff(), after(499, endCopy))}),
+              (EarlyEnd{{3, 60}, 500, 499}));
+    EXPECT_EQ(early({rule(onNoteOn(), after(500, startCopy)), rule(onNoteOff(), after(500, endCopy))}),
+              std::nullopt);
+    EXPECT_EQ(early({rule(onNoteOn(), after(500, startCopy)), rule(onNoteOff(), endCopy),
+                     rule(onNoteOff(), after(700, endCopy))}),
+              std::nullopt);
+}
+
+TEST(NoteLedger, ASilenceThatLeavesBeforeTheNoteIsFound) {
+    const auto silence = [](std::int64_t delay) {
+        return ledgerOf({rule(onNoteOn(), after(500, startCopy)),
+                         rule(onNoteOff(), after(delay, send(controlChange(3, 123, 0))))})
+            .endedTooSoon(0);
+    };
+    EXPECT_EQ(silence(20), (NoteLedger::EarlyEnd{{3, 60}, 500, 20}));
+    EXPECT_EQ(silence(500), std::nullopt);
+}
+
+TEST(NoteLedger, OnlyTheReleaseOfTheSameKeyCanComeTooSoon) {
+    const auto early = [](const Rule& end) {
+        return ledgerOf({rule(onNoteOn(exactly(61)), send(noteOn(3, 36, 1), 500)), end}).endedTooSoon(0);
+    };
+    const auto end = send(protocol(StatusV2::noteOff, channel(3), byte(36), byte(0)));
+    EXPECT_EQ(early(rule(onNoteOff(exactly(61)), end)), (NoteLedger::EarlyEnd{{3, 36}, 500, 0}));
+    EXPECT_EQ(early(rule(onNoteOff(exactly(62)), end)), std::nullopt);
+    EXPECT_EQ(early(rule(onNoteOn(exactly(61)), end)), std::nullopt);
+    EXPECT_EQ(early(rule(onHost(Transport::Stop), end)), std::nullopt);
+}
+
+TEST(NoteLedger, AnEndThatIsSwallowedIsFoundWhereItsNotePasses) {
+    const auto swallowed = [](const std::vector<Rule>& rules) {
+        return ledgerOf(rules).endSwallowed(rules.size() - 1);
+    };
+    const auto volume = send(controlChange(0, 7, 1));
+    const auto eatEnds = rule(onNoteOff(any, any, eatMatching), volume);
+    const NoteLedger::Note middleC{0, 60};
+    EXPECT_EQ(swallowed({eatEnds}), middleC);
+    EXPECT_EQ(swallowed({rule(onNoteOn(any, any, PassThroughV2::EatNonMatching), volume)}), middleC);
+    EXPECT_EQ(swallowed({rule(onNoteOff(exactly(60), exactly(2), eatMatching), volume)}),
+              (NoteLedger::Note{2, 60}));
+    EXPECT_EQ(swallowed({rule(onNoteOn(any, any, eatMatching), volume), eatEnds}), std::nullopt);
+    EXPECT_EQ(swallowed({rule(onNoteOff(), volume)}), std::nullopt);
+}
+
+TEST(NoteLedger, AnEndThatARuleSendsInPlaceOfTheOneItSwallowsIsEnough) {
+    const auto swallowed = [](const RuleOutputV2& output) {
+        return ledgerOf({rule(onNoteOff(any, any, eatMatching), output)}).endSwallowed(0);
+    };
+    EXPECT_EQ(swallowed(copied(StatusV2::noteOff, triggerChannel)), std::nullopt);
+    EXPECT_EQ(swallowed(after(20, copied(StatusV2::noteOff, triggerChannel))), std::nullopt);
+    EXPECT_EQ(swallowed(send(protocol(StatusV2::CC, triggerChannel, byte(123), byte(0)))), std::nullopt);
+    EXPECT_EQ(swallowed(endCopy), (NoteLedger::Note{0, 60}));
+    EXPECT_EQ(swallowed(copied(StatusV2::noteOn, triggerChannel)), (NoteLedger::Note{0, 60}));
+}
+
 using Note = std::pair<unsigned, unsigned>;
 
 /// What happens to notes when the engine is given every status byte with all numbers that random rules know,
@@ -200,6 +284,15 @@ public:
         });
     }
 
+    /// Whether the release of a key ends some note that the key's press starts by this rule, but ends it before.
+    [[nodiscard]] bool endsTooSoon(std::size_t rule) const {
+        return std::ranges::any_of(pressed_[rule], [this](const auto& start) {
+            const auto& [note, key, delay] = start;
+            const auto end = releasedAfter_.find({note, key});
+            return !endedOtherwise_.contains(note) && end != releasedAfter_.end() && end->second < delay;
+        });
+    }
+
     /// Whether the rule starts this note, and no rule ends it.
     [[nodiscard]] bool leaves(std::size_t rule, const NoteLedger::Note& note) const {
         const Note key{note.channel, note.number};
@@ -212,6 +305,9 @@ private:
         const auto outcome = probe_.put(message);
         if (outcome.forwarded && (message[0] & 0xF0U) == 0x80) {
             released_.insert(noteOf(message));
+            if (message[1] < 128 && message[2] < 128) {
+                seeEnd(noteOf(message), true, message, 0);
+            }
         }
         see(outcome, message);
     }
@@ -220,8 +316,42 @@ private:
         for (const auto& firing : outcome.firings) {
             for (const auto& message : firing.messages) {
                 see(firing.rule, message.bytes(), trigger);
+                seeTimes(firing, message.bytes(), trigger);
             }
         }
+    }
+
+    /// The same, with the key that is pressed or released and the delay.
+    void seeTimes(const EngineProbe::Firing& firing, std::span<const std::uint8_t> sent,
+                  const Bytes& trigger) {
+        const unsigned kind = trigger.empty() ? 0 : trigger[0] & 0xF0U;
+        const bool byPress = kind == 0x90;
+        const bool byRelease = kind == 0x80;
+        const bool isPossible = trigger.empty() || (trigger[1] < 128 && trigger[2] < 128);
+        if (!isPossible || sent.size() != 3 || sent[1] > 127 || sent[2] > 127) {
+            return;
+        }
+        const bool isChance = (byPress || byRelease) && trigger[2] == 0;
+        if ((sent[0] & 0xF0U) == 0x90 && sent[2] > 0) {
+            if (byPress) {
+                pressed_[firing.rule].insert({noteOf(sent), noteOf(trigger), firing.delay});
+            }
+        } else if ((sent[0] & 0xE0U) == 0x80 && ((sent[0] & 0x10U) == 0 || !isChance)) {
+            seeEnd(noteOf(sent), byRelease, trigger, firing.delay);
+        } else if ((sent[0] & 0xF0U) == 0xB0 && (sent[1] == 120 || sent[1] >= 123)) {
+            for (unsigned note = 0; note < 128; ++note) {
+                seeEnd({sent[0] & 0x0FU, note}, byRelease, trigger, firing.delay);
+            }
+        }
+    }
+
+    void seeEnd(const Note& note, bool byRelease, const Bytes& trigger, SampleTime delay) {
+        if (!byRelease) {
+            endedOtherwise_.insert(note);
+            return;
+        }
+        auto& last = releasedAfter_.try_emplace({note, noteOf(trigger)}, delay).first->second;
+        last = std::max(last, delay);
     }
 
     void see(std::size_t rule, std::span<const std::uint8_t> sent, const Bytes& trigger) {
@@ -248,7 +378,44 @@ private:
     std::vector<std::set<std::pair<Note, bool>>> started_;
     std::set<Note> ended_;
     std::set<Note> released_;
+    std::vector<std::set<std::tuple<Note, Note, SampleTime>>> pressed_ =
+        std::vector<std::set<std::tuple<Note, Note, SampleTime>>>(started_.size());
+    std::set<Note> endedOtherwise_;
+    std::map<std::pair<Note, Note>, SampleTime> releasedAfter_;
 };
+
+/// Rules that wait for two keys on one channel, and start and end two notes with two delays.
+std::vector<Rule> rulesOnFewNotes(std::mt19937& random) {
+    const auto either = [&](auto first, auto second) { return random() % 2 == 0 ? first : second; };
+    std::vector<Rule> rules;
+    for (auto count = random() % 6; count > 0; --count) {
+        const auto key = exactly(either(std::uint8_t{1}, std::uint8_t{2}));
+        const auto policy = either(PassThroughV2::PassThrough, eatMatching);
+        const bool isStart = random() % 2 == 0;
+        const auto sent = send(protocol(isStart ? StatusV2::noteOn : StatusV2::noteOff, channel(0),
+                                        either(triggerByte, byte(1)), either(triggerByte, byte(1))),
+                               either(0, 5));
+        rules.push_back(
+            rule(isStart ? onNoteOn(key, exactly(0), policy) : onNoteOff(key, exactly(0), policy), sent));
+    }
+    return rules;
+}
+
+TEST(NoteLedger, KnowsExactlyWhichRulesOfTheEngineStartANoteLaterThanItEnds) {
+    std::size_t early = 0;
+    std::mt19937 random(1);
+    for (unsigned turn = 0; turn < 100; ++turn) {
+        const auto rules = rulesOnFewNotes(random);
+        const auto ledger = ledgerOf(rules);
+        const Performance performance(rules);
+        for (std::size_t rule = 0; rule < rules.size(); ++rule) {
+            const bool found = ledger.endedTooSoon(rule).has_value();
+            ASSERT_EQ(found, performance.endsTooSoon(rule)) << "turn " << turn << ", rule " << rule;
+            early += found ? 1 : 0;
+        }
+    }
+    EXPECT_GT(early, 20u);
+}
 
 TEST(NoteLedger, KnowsExactlyWhichRulesOfTheEngineLeaveANote) {
     std::size_t left = 0;

@@ -138,8 +138,10 @@ TEST_F(RenderCommandTest, CountsWhatTheTailCutsOff) {
                                   controllerRule(stop, 3, 5000)};
     const auto result = render(oneNote, rules, {"--tail=1"});
     EXPECT_EQ(result.status, exitSuccess);
-    EXPECT_THAT(result.err, StartsWith("2 delayed outputs are due behind the tail of 1 s and were cut off"));
+    EXPECT_THAT(result.err, StartsWith("2 delayed outputs are due after the tail of 1 s and were cut off"));
     EXPECT_THAT(result.err, HasSubstr("2 events in, 3 out"));
+    EXPECT_THAT(render(oneNote, rules, {"--tail=2", "--force"}).err,
+                StartsWith("1 delayed output is due after the tail of 2 s and was cut off"));
 }
 
 TEST_F(RenderCommandTest, NeverReplacesAFileWithoutForce) {

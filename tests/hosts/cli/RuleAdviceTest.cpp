@@ -14,6 +14,7 @@ using namespace test;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 using Transport = HostTransportTriggerVariantsV2;
 using Kind = Advice::Kind;
 
@@ -56,7 +57,42 @@ TEST(RuleAdvice, ProvesThatARuleCanNeverFireAndSaysWhereItWould) {
         textOn({rule(onNoteOn(any, any, eatMatching), volume, "Eat"), rule(onNoteOn(), volume, "Late")}),
         "2. \"Late\" can never fire: rule 1 \"Eat\" (Consume matching) swallows every event that it waits "
         "for.\n"
-        "   Move it above rule 1.\n");
+        "   Set rule 1 to Pass through, or move this rule above it.\n");
+}
+
+TEST(RuleAdvice, OffersNoMoveThatKeepsAnotherRuleFromFiring) {
+    const auto twin = rule(onNoteOn(any, any, eatMatching), volume);
+    EXPECT_THAT(textOn({twin, twin}), HasSubstr("   Set rule 1 to Pass through.\n"));
+    const auto narrow = rule(onNoteOn(exactly(60), any, eatMatching), volume);
+    EXPECT_THAT(textOn({twin, narrow}),
+                HasSubstr("   Set rule 1 to Pass through, or move this rule above it.\n"));
+    EXPECT_THAT(textOn({twin, rule(onNoteOn(exactly(60), any, eatNonMatching), volume)}),
+                HasSubstr("   Set rule 1 to Pass through, or move this rule above it.\n"));
+    EXPECT_THAT(textOn({twin, rule(onControlChange(7), volume),
+                        rule(onNoteOn(exactly(60), any, eatNonMatching), volume)}),
+                HasSubstr("   Set rule 1 to Pass through.\n"));
+}
+
+TEST(RuleAdvice, OffersNoMoveAboveAGate) {
+    EXPECT_THAT(textOn({rule(onNoteOn(any, any, eatNonMatching), volume),
+                        rule(onNoteOff(any, any, eatNonMatching), volume)}),
+                HasSubstr("   Set rule 1 to Pass through.\n"));
+}
+
+TEST(RuleAdvice, NamesEveryRuleThatMustLetTheEventPass) {
+    const auto twin = rule(onNoteOn(any, any, eatMatching), volume);
+    EXPECT_THAT(textOn({twin, twin, rule(onNoteOn(), volume)}),
+                HasSubstr("   Set rules 1 and 2 to Pass through, or move this rule above rule 1.\n"));
+    EXPECT_THAT(textOn({rule(onNoteOn(any, any, eatNonMatching), volume),
+                        rule(onNoteOff(any, any, eatNonMatching), volume), rule(onControlChange(1), volume)}),
+                HasSubstr("   Set rules 1 and 2 to Pass through.\n"));
+}
+
+TEST(RuleAdvice, NamesNoMoreThanSixteenRulesAtOnce) {
+    EXPECT_THAT(
+        textOn(std::vector<Rule>(20, rule(onNoteOn(any, any, eatMatching), volume))),
+        HasSubstr("    Set rules 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16 and 3 more to Pass "
+                  "through.\n"));
 }
 
 TEST(RuleAdvice, NamesAllRulesThatKeepOneFromFiring) {
@@ -69,7 +105,7 @@ TEST(RuleAdvice, NamesAllRulesThatKeepOneFromFiring) {
         textOn(rules),
         HasSubstr("18. \"Late\" can never fire: rules 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16 "
                   "and 17 between them swallow every event that it waits for.\n"
-                  "    Move it above rule 2.\n"));
+                  "    Set rule 2 to Pass through, or move this rule above it.\n"));
 }
 
 TEST(RuleAdvice, KnowsThatThereAreSixteenChannels) {
@@ -101,8 +137,20 @@ TEST(RuleAdvice, WarnsOfAHostRuleThatSwallowsAllMIDI) {
         "   Set it to Pass through.\n"
         "2. \"Echo\" can never fire: rule 1 \"Reset\" (Consume non-matching) swallows every event that it "
         "waits for.\n"
-        "   Move it above rule 1.\n");
+        "   Set rule 1 to Pass through.\n");
     EXPECT_THAT(kindsOn({rule(onHost(Transport::Stop, eatMatching), volume)}), IsEmpty());
+}
+
+TEST(RuleAdvice, WarnsOfASystemMessageThatAloneIsLetThrough) {
+    for (const auto& [trigger, name] : {std::pair{onMIDIStart(eatNonMatching), "Start"},
+                                        {onMIDIStop(eatNonMatching), "Stop"},
+                                        {onMIDIContinue(eatNonMatching), "Continue"}}) {
+        EXPECT_THAT(textOn({rule(trigger, volume, "Go")}),
+                    StartsWith("1. \"Go\" swallows every MIDI message but MIDI " + std::string(name) +
+                               ": its policy is Consume non-matching.\n   Set it to Pass through.\n"));
+    }
+    EXPECT_THAT(kindsOn({rule(onMIDIStart(eatMatching), volume)}), ElementsAre(Kind::notInVST3));
+    EXPECT_THAT(kindsOn({rule(onControlChange(1, any, any, eatNonMatching), volume)}), IsEmpty());
 }
 
 TEST(RuleAdvice, FindsNotesThatHang) {
@@ -113,9 +161,49 @@ TEST(RuleAdvice, FindsNotesThatHang) {
               "1. \"Drone\" starts a note that no rule ends: 60 (C3) on channel 1.\n" + wayOut);
     EXPECT_EQ(textOn({rule(onNoteOn(), send(protocol(StatusV2::noteOn, channel(1), triggerByte, triggerByte)),
                            "Double")}),
-              "1. \"Double\" starts a note that no rule ends: 60 (C3) on channel 2, except where a velocity "
-              "that is copied is 0.\n" +
+              "1. \"Double\" starts a note that no rule ends: 60 (C3) on channel 2; only a keyboard that "
+              "sends key releases as Note On with velocity 0 would end it.\n" +
                   wayOut);
+    const auto copy = send(protocol(StatusV2::noteOn, channel(1), triggerByte, triggerByte));
+    EXPECT_THAT(textOn({rule(onNoteOn(), copy, "Double"), rule(onNoteOff(), copy)}),
+                HasSubstr("on channel 2; only a key release with velocity 0 would end it.\n"));
+}
+
+TEST(RuleAdvice, FindsNotesThatStartLaterThanTheyEnd) {
+    const auto late = rule(
+        onNoteOn(), send(protocol(StatusV2::noteOn, triggerChannel, triggerByte, triggerByte), 300), "Echo");
+    EXPECT_EQ(
+        textOn({late}),
+        "1. \"Echo\" starts a note 300 ms late, but its end is not late: a key released sooner leaves it "
+        "sounding.\n"
+        "   Let a rule send the note-off after 300 ms as well.\n");
+    EXPECT_THAT(
+        textOn({late, rule(onNoteOff(),
+                           send(protocol(StatusV2::noteOff, triggerChannel, triggerByte, byte(0)), 299))}),
+        HasSubstr("starts a note 300 ms late, but its end only 299 ms: a key released sooner"));
+    EXPECT_THAT(
+        adviseOn({late, rule(onNoteOff(),
+                             send(protocol(StatusV2::noteOff, triggerChannel, triggerByte, byte(0)), 300))}),
+        IsEmpty());
+}
+
+TEST(RuleAdvice, FindsRulesThatSwallowTheEndOfNotesThatPass) {
+    EXPECT_EQ(textOn({rule(onNoteOn(any, any, eatNonMatching), volume, "only notes")}),
+              "1. \"only notes\" swallows the end of notes that pass: 60 (C3) on channel 1 sounds on.\n"
+              "   Set it to Pass through, or let a rule above it send the note-off.\n");
+    EXPECT_THAT(kindsOn({rule(onNoteOff(any, any, eatMatching), volume)}),
+                ElementsAre(Kind::swallowsNoteEnds));
+    EXPECT_THAT(kindsOn({rule(onNoteOff(exactly(1), any, eatMatching), volume),
+                         rule(onNoteOff(any, any, eatMatching), volume)}),
+                ElementsAre(Kind::swallowsNoteEnds, Kind::swallowsNoteEnds));
+}
+
+TEST(RuleAdvice, FindsSystemExclusiveThatIsTooLongForVST3) {
+    EXPECT_THAT(adviseOn({rule(onLoad(), send(systemExclusive(std::vector<std::uint8_t>(65527))))}),
+                IsEmpty());
+    EXPECT_EQ(textOn({rule(onLoad(), send(systemExclusive(std::vector<std::uint8_t>(65528))), "Dump")}),
+              "1. \"Dump\" sends 65530 bytes of system exclusive; a VST3 host can take 65529.\n"
+              "   Split it into several messages, or use another plug-in format.\n");
 }
 
 TEST(RuleAdvice, SaysNothingOfTheNotesOfARuleThatNeverFires) {
@@ -143,7 +231,7 @@ TEST(RuleAdvice, FindsTheFrameOfSystemExclusiveTypedIn) {
 
 TEST(RuleAdvice, FindsBytesThatAreNoneOfSystemExclusive) {
     EXPECT_EQ(textOn({rule(onLoad(), send(systemExclusive({0xF0, 1, 0xF7, 0xF0, 2, 0xF7})), "Two")}),
-              "1. \"Two\" has f7 among its system-exclusive bytes, and those are 00 to 7f.\n"
+              "1. \"Two\" has f7 among its system-exclusive bytes, where MIDI allows 00 to 7f.\n"
               "   Give each message a rule of its own, without F0 and F7, and leave out what is above 7f.\n");
     EXPECT_THAT(textOn({rule(onLoad(), send(systemExclusive({1, 0x80})))}), HasSubstr("has 80 among"));
 }
@@ -152,15 +240,34 @@ TEST(RuleAdvice, FindsOutputsThatAreNoCompleteMessage) {
     EXPECT_EQ(
         textOn({rule(onMIDIStart(eatMatching), send(protocol(StatusV2::CC, channel(0), byte(7))), "Half")}),
         "1. \"Half\" does not fire in a VST3 host: VST3 has no MIDI Start.\n"
-        "   There, let it wait for the host's transport; other plug-in formats deliver MIDI Start.\n"
-        "1. \"Half\" sends what is no complete MIDI message (b0 07): hosts may drop or change it, and in a "
+        "   In VST3, let it wait for the host's transport; other plug-in formats deliver MIDI Start.\n"
+        "1. \"Half\" sends an incomplete or damaged MIDI message (b0 07): hosts may drop or change it, and "
+        "in a "
         "VST3 "
         "host it cannot be sent as it is.\n"
-        "   Make the output anew in the editor, which sends complete messages only.\n");
-    for (const auto& output : {controlChange(0, 7, 128), programChange(channel(0), 128, byte(0)),
-                               protocol(StatusV2::channelPressure, channel(0), byte(1), byte(2))}) {
-        EXPECT_THAT(kindsOn({rule(onLoad(), send(output))}), ElementsAre(Kind::incompleteOutput));
-    }
+        "   Make the output again in the editor, which sends complete messages only.\n");
+    EXPECT_THAT(
+        kindsOn({rule(onLoad(), send(protocol(StatusV2::channelPressure, channel(0), byte(1), byte(2))))}),
+        ElementsAre(Kind::incompleteOutput));
+}
+
+TEST(RuleAdvice, FindsNumbersThatMIDIDoesNotAllow) {
+    EXPECT_EQ(textOn({rule(onLoad(), send(controlChange(0, 7, 200)), "Loud")}),
+              "1. \"Loud\" sends 200 where MIDI allows 0 to 127 (b0 07 c8).\n"
+              "   Give it a number from 0 to 127.\n");
+    EXPECT_THAT(textOn({rule(onLoad(), send(programChange(channel(0), 128, byte(0))))}),
+                HasSubstr("sends 128 where MIDI allows 0 to 127 (b0 00 80).\n"));
+}
+
+TEST(RuleAdvice, SaysNothingOfWhatARuleDoesWithAMessageThatThereIsNot) {
+    EXPECT_THAT(kindsOn({rule(onNoteOn(exactly(200)), send(noteOn(0, 60, 100)))}),
+                ElementsAre(Kind::impossibleNumber));
+    EXPECT_THAT(kindsOn({rule(onNoteOn(exactly(200)),
+                              send(protocol(StatusV2::CC, channel(0), triggerByte, byte(0))))}),
+                ElementsAre(Kind::impossibleNumber));
+    EXPECT_THAT(kindsOn({rule(onLoad(), send(noteOn(0, 60, 100))),
+                         rule(onNoteOn(exactly(200)), send(noteOn(0, 60, 0)))}),
+                ElementsAre(Kind::neverEndsNotes, Kind::impossibleNumber));
 }
 
 TEST(RuleAdvice, DoesNotBlameACopyForANumberThatNoMessageCarries) {
@@ -178,18 +285,17 @@ TEST(RuleAdvice, SaysWhatAVST3HostDoesNotDeliver) {
     }
     EXPECT_EQ(
         textOn({rule(onProgramChange(), volume, "Sound")}),
-        "1. \"Sound\" may not fire in a VST3 host: VST3 has no message for it, and some hosts do not deliver "
-        "it "
-        "or change its number.\n"
-        "   There, let it wait for a controller or a note; other plug-in formats deliver program changes.\n");
+        "1. \"Sound\" may not fire in a VST3 host: most VST3 hosts deliver no program changes to a plug-in.\n"
+        "   In VST3, let it wait for a controller or a note; other plug-in formats deliver program "
+        "changes.\n");
     EXPECT_THAT(adviseOn({rule(onHost(Transport::Start), volume), rule(onNoteOff(), volume),
                           rule(onControlChange(1), volume)}),
                 IsEmpty());
 }
 
 TEST(RuleAdvice, DoesNotSayOfADeadRuleThatAVST3HostKeepsItFromFiring) {
-    EXPECT_THAT(kindsOn({rule(onNoteOn(any, any, eatNonMatching), volume), rule(onMIDIStart(), volume),
-                         rule(onProgramChange(), volume)}),
+    EXPECT_THAT(kindsOn({rule(onControlChange(1, any, any, eatNonMatching), volume),
+                         rule(onMIDIStart(), volume), rule(onProgramChange(), volume)}),
                 ElementsAre(Kind::neverFires, Kind::neverFires));
 }
 

@@ -35,6 +35,10 @@ public:
         return firing;
     }
     [[nodiscard]] std::set<std::size_t> blockers(std::size_t rule) const { return reach_.blockers(rule); }
+    [[nodiscard]] std::set<std::size_t> inTheWay(std::size_t rule) const { return reach_.inTheWay(rule); }
+    [[nodiscard]] bool canMove(std::size_t rule, std::size_t place) const {
+        return reach_.canMove(rule, place);
+    }
 
 private:
     EngineProbe probe_;
@@ -105,6 +109,58 @@ TEST(RuleReach, ARuleThatIsMovedAboveTheFirstOfItsBlockersFires) {
             }
         }
     }
+}
+
+RuleTriggerV2 passing(const RuleTriggerV2& trigger) {
+    if (const auto* message = trigger.getIf<RuleTriggerV2::MessageBased>()) {
+        return onMessage(message->trigger.variants, PassThroughV2::PassThrough);
+    }
+    return onHost(trigger.getIf<RuleTriggerV2::HostTransport>()->trigger.variants);
+}
+
+TEST(RuleReach, ARuleFiresWhereThoseInItsWayPassThrough) {
+    std::size_t opened = 0;
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        const auto rules = RandomRules(seed).list();
+        const Reach reach(rules);
+        for (std::size_t rule = 0; rule < rules.size(); ++rule) {
+            if (reach.firing()[rule] || reach.blockers(rule).empty()) {
+                continue;
+            }
+            auto open = rules;
+            for (const auto other : reach.inTheWay(rule)) {
+                open[other].trigger = passing(open[other].trigger);
+            }
+            ASSERT_TRUE(firingInAProcessor(open)[rule]) << "seed " << seed << ", rule " << rule;
+            ++opened;
+        }
+    }
+    EXPECT_GT(opened, 50u);
+}
+
+TEST(RuleReach, ARuleCanMoveWhereEveryRuleStillFiresThatDid) {
+    std::size_t refused = 0;
+    for (unsigned seed = 0; seed < 100; ++seed) {
+        const auto rules = RandomRules(seed).list();
+        const Reach reach(rules);
+        for (std::size_t rule = 1; rule < rules.size(); ++rule) {
+            auto moved = rules;
+            std::rotate(moved.begin(), moved.begin() + static_cast<std::ptrdiff_t>(rule),
+                        moved.begin() + static_cast<std::ptrdiff_t>(rule) + 1);
+            const auto before = reach.firing();
+            const auto after = firingInAProcessor(moved);
+            bool allFire = !before[rule] || after[0];
+            for (std::size_t above = 0; above < rule; ++above) {
+                allFire = allFire && (!before[above] || after[above + 1]);
+            }
+            for (std::size_t below = rule + 1; below < rules.size(); ++below) {
+                allFire = allFire && (!before[below] || after[below]);
+            }
+            ASSERT_EQ(reach.canMove(rule, 0), allFire) << "seed " << seed << ", rule " << rule;
+            refused += allFire ? 0 : 1;
+        }
+    }
+    EXPECT_GT(refused, 20u);
 }
 
 TEST(RuleReach, ARuleBehindOneThatConsumesTheSameIsDead) {

@@ -65,6 +65,7 @@ private:
         for (; told_ != script_.transport.end() && told_->time <= start_; ++told_) {
             transport_ = {told_->moves, static_cast<std::uint32_t>(told_->position)};
         }
+        transport_.clock = static_cast<std::uint32_t>(start_);
         Timed events;
         for (; message_ != script_.messages.end() && message_->time < start_ + frames; ++message_) {
             events.emplace_back(static_cast<std::uint32_t>(message_->time - start_), message_->bytes);

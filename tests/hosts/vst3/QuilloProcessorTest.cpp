@@ -103,6 +103,27 @@ TEST_F(QuilloProcessorTest, TheUnitLearnsThatTheWrapperTakesNoMoreEvents) {
     EXPECT_EQ(sentFor({{5, {0x90, 60, 1}}}).size(), 2U);
 }
 
+TEST_F(QuilloProcessorTest, ABypassedBlockHasTheRoomOfAnyBlock) {
+    install({rule(onNoteOn(), send(controlChange(1, 7, 5), 10))});
+    const std::vector<ScriptMessage> notes(2000, {0, {0x90, 60, 1}});
+    EXPECT_EQ(sentFor(notes, 480).size(), 2000U);
+    juce::AudioBuffer<float> audio(2, 480);
+    buffer.clear();
+    processor.processBlockBypassed(audio, buffer);
+    EXPECT_EQ(buffer.getNumEvents(), 2000);
+}
+
+TEST_F(QuilloProcessorTest, ChannelsWithoutAnInputAreSilent) {
+    using Set = juce::AudioChannelSet;
+    ASSERT_TRUE(processor.setBusesLayout(layout(Set::disabled(), Set::stereo())));
+    juce::AudioBuffer<float> audio(2, 64);
+    for (int channel = 0; channel < 2; ++channel) {
+        juce::FloatVectorOperations::fill(audio.getWritePointer(channel), 0.5F, 64);
+    }
+    processor.processBlock(audio, buffer);
+    EXPECT_EQ(audio.getMagnitude(0, 64), 0.0F);
+}
+
 TEST_F(QuilloProcessorTest, AMessageThatIsLongerThanAnEventCanBeIsRefused) {
     install({rule(onNoteOn(exactly(1)), send(systemExclusive(Bytes(MIDIBufferWriter::longestMessage - 1)))),
              rule(onNoteOn(exactly(2)), send(systemExclusive(Bytes(MIDIBufferWriter::longestMessage - 2))))});
