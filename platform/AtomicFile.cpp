@@ -9,7 +9,8 @@
 #include <atomic>
 #include <cerrno>
 #include <cstring>
-#include <utility>
+
+#include "platform/Descriptor.hpp"
 
 namespace quillo {
 
@@ -21,19 +22,10 @@ namespace fs = std::filesystem;
     throw FileError(path.string() + ": " + what + ": " + std::strerror(error));
 }
 
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number_(number) {}
-    ~Descriptor() { close(); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    [[nodiscard]] int number() const { return number_; }
-    int close() { return number_ < 0 ? 0 : ::close(std::exchange(number_, -1)); }
-
-private:
-    int number_;
-};
+bool isThere(const fs::path& path) {
+    std::error_code ignored;
+    return fs::exists(path, ignored);
+}
 
 /// A name beside `path` that this process has not used before.
 std::string nameBeside(const fs::path& path) {
@@ -46,7 +38,7 @@ class TemporaryFile {
 public:
     explicit TemporaryFile(const fs::path& target)
         : target_(target), descriptor_(createBeside(target, name_)) {
-        if (descriptor_.number() < 0) {
+        if (!descriptor_.isOpen()) {
             fail(target_, "cannot write in this folder");
         }
     }
@@ -80,7 +72,7 @@ public:
     }
 
     void finish() {
-        if (::fsync(descriptor_.number()) != 0 || descriptor_.close() != 0) {
+        if (::fsync(descriptor_.number()) != 0 || !descriptor_.close()) {
             fail(target_, "cannot write");
         }
     }
@@ -97,7 +89,7 @@ public:
         if (::link(name_.c_str(), target_.c_str()) == 0) {
             return;
         }
-        if (errno == EEXIST || fs::exists(target_)) {
+        if (errno == EEXIST || isThere(target_)) {
             fail(target_, "not written", EEXIST);
         }
         replaceTarget();
@@ -140,7 +132,7 @@ fs::path resolve(const fs::path& path) {
 
 std::vector<std::uint8_t> readWholeFile(const fs::path& path) {
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (file.number() < 0) {
+    if (!file.isOpen()) {
         fail(path, "cannot be opened");
     }
     std::vector<std::uint8_t> bytes;
@@ -162,7 +154,7 @@ std::vector<std::uint8_t> readWholeFile(const fs::path& path) {
 
 void writeWholeFile(const fs::path& path, std::span<const std::uint8_t> bytes, Existing existing) {
     const auto target = resolve(path);
-    if (existing == Existing::keep && fs::exists(target)) {
+    if (existing == Existing::keep && isThere(target)) {
         fail(path, "not written", EEXIST);
     }
     TemporaryFile file(target);

@@ -13,7 +13,16 @@ build/guide|${XDG_DATA_HOME:-${HOME}/.local/share}/doc/midi-quillo/guide
 END
 }
 
+# require_home: the places are the user's own.
+require_home() {
+    if [[ ${HOME-} != /* ]]; then
+        say "HOME names no folder: there is no place where hosts of this user look"
+        exit 69
+    fi
+}
+
 install_for_user() {
+    require_home
     need build editor jack plugins guide
     build_tree release quillo-product
     local built place
@@ -32,6 +41,7 @@ install_for_user() {
 }
 
 uninstall_for_user() {
+    require_home
     local place
     while IFS='|' read -r _ place; do
         if [[ -e $place ]]; then

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "audiounit/QuilloModel.hpp"
 
+#include <algorithm>
 #include <utility>
 
 namespace quillo {
@@ -32,13 +33,34 @@ void QuilloModel::setNotEditable(std::string reason) {
 }
 
 void QuilloModel::alert(std::string message) {
+    if (alertErrorMessage_ == message || std::ranges::find(waitingAlerts_, message) != waitingAlerts_.end()) {
+        return;
+    }
+    if (alertErrorMessage_) {
+        waitingAlerts_.push_back(std::move(message));
+        return;
+    }
     alertErrorMessage_ = std::move(message);
     alertObservers_.notify();
 }
 
 void QuilloModel::dismissAlert() {
+    if (!alertErrorMessage_) {
+        return;
+    }
     alertErrorMessage_.reset();
+    if (!waitingAlerts_.empty()) {
+        alertErrorMessage_ = std::move(waitingAlerts_.front());
+        waitingAlerts_.pop_front();
+    }
     alertObservers_.notify();
+}
+
+void QuilloModel::takeBackAlert(const std::string& message) {
+    std::erase(waitingAlerts_, message);
+    if (alertErrorMessage_ == message) {
+        dismissAlert();
+    }
 }
 
 void QuilloModel::appendToInLog(const std::vector<EventLogEntry>& entries) {

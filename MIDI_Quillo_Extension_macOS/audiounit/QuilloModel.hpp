@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <optional>
 #include <string>
@@ -34,8 +35,13 @@ public:
     /// The text of the alert titled "Error", which the editor shows while there is one: also when it is opened
     /// later.
     [[nodiscard]] const std::optional<std::string>& alertErrorMessage() const { return alertErrorMessage_; }
+    /// Shows the alert, or lets it wait until those before it are dismissed. One that is shown or waits already is
+    /// none.
     void alert(std::string message);
+    /// The user has read the alert: the next one is shown.
     void dismissAlert();
+    /// What the alert says is true no more: it goes, whether it is shown or waits.
+    void takeBackAlert(const std::string& message);
 
     [[nodiscard]] const Log& inLog() const { return inLog_; }
     [[nodiscard]] const Log& outLog() const { return outLog_; }
@@ -55,6 +61,7 @@ private:
     std::vector<RuleEntryIdentifiable> rules_;
     std::optional<std::string> whyNotEditable_;
     std::optional<std::string> alertErrorMessage_;
+    std::deque<std::string> waitingAlerts_;  ///< none while none is shown
     Log inLog_{logCapacity};
     Log outLog_{logCapacity};
     Observers rulesObservers_;

@@ -15,6 +15,10 @@ namespace {
 std::vector<PortPattern> compile(const char* option, const std::vector<std::string>& texts) {
     std::vector<PortPattern> patterns;
     for (const auto& text : texts) {
+        if (text.empty()) {
+            throw UsageError(std::string("option ") + option +
+                             ": the pattern is empty; \".*\" matches every port");
+        }
         try {
             patterns.emplace_back(text);
         } catch (const std::invalid_argument& error) {
@@ -25,8 +29,8 @@ std::vector<PortPattern> compile(const char* option, const std::vector<std::stri
     return patterns;
 }
 
-std::set<std::string> asSet(std::vector<std::string> names) {
-    return {std::make_move_iterator(names.begin()), std::make_move_iterator(names.end())};
+void addTo(std::set<std::string>& set, std::vector<std::string> names) {
+    set.insert(std::make_move_iterator(names.begin()), std::make_move_iterator(names.end()));
 }
 
 }  // namespace
@@ -36,8 +40,8 @@ ConnectionKeeper::ConnectionKeeper(const std::vector<std::string>& connectIn,
     : sources_{compile("--connect-in", connectIn), {}}, targets_{compile("--connect-out", connectOut), {}} {}
 
 void ConnectionKeeper::remember(std::vector<std::string> sources, std::vector<std::string> targets) {
-    sources_.remembered = asSet(std::move(sources));
-    targets_.remembered = asSet(std::move(targets));
+    addTo(sources_.remembered, std::move(sources));
+    addTo(targets_.remembered, std::move(targets));
 }
 
 bool ConnectionKeeper::takes(const PortDescription& port) {

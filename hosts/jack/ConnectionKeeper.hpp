@@ -17,11 +17,11 @@ namespace quillo {
 /// Ports of the client itself never match. [main]
 class ConnectionKeeper {
 public:
-    /// Throws a `UsageError` that names the option and the pattern that is none.
+    /// Throws a `UsageError` that names the option and the pattern that is none; an empty one is none.
     ConnectionKeeper(const std::vector<std::string>& connectIn, const std::vector<std::string>& connectOut);
 
     /// The server went while the client's input and output were connected to these ports. They are connected
-    /// again when they appear, each once.
+    /// again when they appear, each once, and so are those that still have not appeared since it went before.
     void remember(std::vector<std::string> sources, std::vector<std::string> targets);
 
     /// Whether a port that has appeared shall be connected: to the client's input if it gives MIDI, to its

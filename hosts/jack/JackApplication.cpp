@@ -80,7 +80,9 @@ public:
         }
     }
 
+    /// A field that is typed into hands over its text when it loses the keyboard.
     void shutdown() override {
+        juce::Component::unfocusAllComponents();
         if (host_) {
             host_->finish();
         }

@@ -64,28 +64,24 @@ jack_client_t* openClient(const JackClient::Request& request, jack_status_t& sta
     return ::jack_client_open(request.name.c_str(), start, &status);
 }
 
-ServerFailure failureToOpen(const JackClient::Request& request, jack_status_t status,
-                            const LibraryMessages& messages) {
-    const auto name = JackClient::serverName(request);
-    const auto server = "\"" + name + "\"";
-    if (request.startServer) {
-        return {"The JACK server " + server + " is not running and cannot be started. JACK says:\n" +
-                    messages.lines("    "),
-                true};
-    }
-    if ((status & JackServerFailed) != 0) {
-        return {"There is no JACK server " + server + " to connect to.", true};
-    }
-    return {"The JACK server " + server + " does not take this program. JACK says:\n" +
-                messages.lines("    "),
-            false};
-}
-
 }  // namespace
 
 std::string JackClient::serverName(const Request& request) {
     const auto* fromEnvironment = std::getenv("JACK_DEFAULT_SERVER");
     return request.server.value_or(fromEnvironment != nullptr ? fromEnvironment : "default");
+}
+
+ServerFailure JackClient::failureToOpen(const Request& request, jack_status_t status,
+                                        std::string_view words) {
+    const auto server = "JACK server \"" + serverName(request) + "\"";
+    const auto said = " JACK says:\n" + std::string(words.substr(0, words.find_last_not_of('\n') + 1));
+    if ((status & JackServerFailed) == 0) {
+        return {"The " + server + " does not take this program." + said, false};
+    }
+    if (request.startServer) {
+        return {"The " + server + " is not running and cannot be started." + said, true};
+    }
+    return {"There is no " + server + " to connect to.", true};
 }
 
 void JackClient::Close::operator()(jack_client_t* client) const {
@@ -98,7 +94,7 @@ JackClient::JackClient(const Request& request, ProcessCycle& cycle, ServerNews& 
     jack_status_t status = JackFailure;
     client_.reset(openClient(request, status));
     if (!client_) {
-        throw failureToOpen(request, status, messages);
+        throw failureToOpen(request, status, messages.lines("    "));
     }
     cycle_.hold();
     in_ = makePort(inputName, JackPortIsInput);

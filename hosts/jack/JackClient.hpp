@@ -8,6 +8,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "hosts/jack/PortDescription.hpp"
@@ -44,6 +45,10 @@ public:
 
     /// The name under which the user knows the server of a request.
     [[nodiscard]] static std::string serverName(const Request& request);
+
+    /// Why a server gave no client, when the library said so and in these words.
+    [[nodiscard]] static ServerFailure failureToOpen(const Request& request, jack_status_t status,
+                                                     std::string_view words);
 
     /// A client with its ports, not yet active. Throws a `ServerFailure`. `cycle` and `news` must outlive it; it
     /// holds the cycle until `activate`.

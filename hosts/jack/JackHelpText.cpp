@@ -78,7 +78,7 @@ std::string howToGetAServer() {
            "\nor let this program do it, as ~/.jackdrc says:"
            "\n    midi-quillo-jack --start-server"
            "\nWhere PipeWire runs, start the program with"
-           "\n    pw-jack midi-quillo-jack\n";
+           "\n    pw-jack midi-quillo-jack";
 }
 
 }  // namespace quillo

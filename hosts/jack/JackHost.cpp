@@ -8,6 +8,7 @@
 #include "hosts/cli/CommandFailure.hpp"
 #include "hosts/cli/ExitStatus.hpp"
 #include "hosts/cli/InputFiles.hpp"
+#include "hosts/jack/HangWatch.hpp"
 #include "hosts/jack/JackHelpText.hpp"
 #include "platform/FatalError.hpp"
 
@@ -41,6 +42,7 @@ JackHost::JackHost(const JackOptions& options, const Console& console, EventLoop
       link_(hosted_, messages_, {options.server, options.name, options.startServer},
             ConnectionKeeper(options.connectIn, options.connectOut)) {
     hosted_.setOnEdit([this] { ruleEdited(); });
+    link_.setRunCall([this](const ServerLink::Call& call) { callServer(call); });
 }
 
 JackHost::~JackHost() = default;
@@ -67,11 +69,24 @@ void JackHost::start() {
     } catch (const ServerFailure& failure) {
         const bool mayWait = failure.noServer() && (options_.window || options_.wait);
         if (!mayWait) {
-            throw CommandFailure(exitUnavailable, failure.what() + howToGetAServer());
+            throw CommandFailure(exitUnavailable, failure.what() + adviceAfter(failure));
         }
-        link_.waitForServer(failure.what() + (options_.wait ? std::string("\n") : howToGetAServer()) +
-                            "MIDI Quillo waits, and goes on as soon as a server is there.");
+        link_.waitForServer(failure.what() + adviceAfter(failure) +
+                            "\nMIDI Quillo waits, and goes on as soon as a server is there.");
     }
+}
+
+/// Nothing for those who know: they wait for a server, or have told the program to start it.
+std::string JackHost::adviceAfter(const ServerFailure& failure) const {
+    const bool isNews = failure.noServer() && !options_.startServer && !options_.wait;
+    return isNews ? howToGetAServer() : "";
+}
+
+/// A server that hangs keeps whoever calls it. The user can end the program all the same, and loses nothing.
+void JackHost::callServer(const ServerLink::Call& call) {
+    session_.keepBeforehand(now());
+    const HangWatch watch{SIGINT, SIGTERM};
+    call();
 }
 
 void JackHost::takeSignals() {
@@ -89,6 +104,7 @@ void JackHost::reloadPreset() {
         messages_.say("there is no preset to read again: the program was started without --preset");
         return;
     }
+    session_.keepNow(now());
     try {
         usePreset(hosted_, *options_.preset);
         messages_.say(*options_.preset + ": read again");

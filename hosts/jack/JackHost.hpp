@@ -40,7 +40,7 @@ public:
     /// so, else throws a `CommandFailure`.
     void start();
 
-    /// Reads the preset again; one that cannot be used leaves the rules as they are.
+    /// Saves the rules and reads the preset again; one that cannot be used leaves the rules as they are.
     void reloadPreset();
 
     /// Saves the rules and leaves the server. From here on a signal ends the program at once: a server that hangs
@@ -56,6 +56,8 @@ public:
 
 private:
     void ruleEdited();
+    [[nodiscard]] std::string adviceAfter(const ServerFailure& failure) const;
+    void callServer(const ServerLink::Call& call);
     void tick();
     void takeSignals();
     void endOnFatalError();

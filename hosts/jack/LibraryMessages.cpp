@@ -7,6 +7,8 @@
 #include <optional>
 #include <vector>
 
+#include "hosts/jack/WithoutCancellation.hpp"
+
 namespace quillo {
 
 namespace {
@@ -24,10 +26,12 @@ Kept& kept() {
 
 void keep(const char* message) {
     constexpr std::size_t mostMessages = 100;
-    const std::lock_guard lock(kept().mutex);
-    if (kept().messages && kept().messages->size() < mostMessages) {
-        kept().messages->emplace_back(message);
-    }
+    withoutCancellation([&] {
+        const std::lock_guard lock(kept().mutex);
+        if (kept().messages && kept().messages->size() < mostMessages) {
+            kept().messages->emplace_back(message);
+        }
+    });
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 #include <map>
 #include <optional>
 
-#include "hosts/jack/Descriptor.hpp"
 #include "hosts/jack/EventLoop.hpp"
+#include "platform/Descriptor.hpp"
 
 namespace quillo {
 

@@ -5,6 +5,16 @@
 
 namespace quillo {
 
+namespace {
+
+/// Whether the transport has gone on as far as the server's clock: then it was not relocated, whether cycles were
+/// missed or not. Both count frames and wrap; so do their differences, which stay right.
+bool wentOnWithTheClock(const ServerTransport& last, const ServerTransport& now) QUILLO_REALTIME {
+    return now.frame - last.frame == now.clock - last.clock;
+}
+
+}  // namespace
+
 ProcessCycle::ProcessCycle(BlockRenderer& renderer) : renderer_(renderer) {
     renderer_.setAsk([this](std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
         return tryWrite(offset, bytes);
@@ -35,9 +45,8 @@ void ProcessCycle::run(std::uint32_t frames, const ServerTransport& transport, c
     out_ = nullptr;
 }
 
-/// A transport that has gone on as far as the server's clock was not relocated, whether cycles were missed or not.
 void ProcessCycle::tellTransport(const ServerTransport& transport) QUILLO_REALTIME {
-    if (transport.frame - last_.frame == transport.clock - last_.clock) {
+    if (wentOnWithTheClock(last_, transport)) {
         renderer_.loseTransport();
     }
     last_ = transport;

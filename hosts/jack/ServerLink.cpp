@@ -35,13 +35,15 @@ ServerLink::~ServerLink() {
 }
 
 void ServerLink::connect() {
-    try {
-        makeClient();
-    } catch (...) {
-        client_.reset();
-        request_.startServer = false;
-        throw;
-    }
+    runCall_([this] {
+        try {
+            makeClient();
+        } catch (...) {
+            client_.reset();
+            request_.startServer = false;
+            throw;
+        }
+    });
     request_.startServer = false;
     returns_ = true;
     messages_.takeBack(alert_);
@@ -61,6 +63,7 @@ void ServerLink::makeClient() {
     for (const auto& port : client_->ports()) {
         connectIfWanted(port);
     }
+    noted_ = seen_ = client_->connections();
     cycle_.release();
 }
 
@@ -79,14 +82,29 @@ void ServerLink::activateUnit() {
     }
 }
 
-void ServerLink::connectIfWanted(const PortDescription& port) {
-    if (connections_.takes(port) && client_->connect(port)) {
+bool ServerLink::connectIfWanted(const PortDescription& port) {
+    const bool isWanted = connections_.takes(port);
+    if (isWanted && client_->connect(port)) {
         messages_.say(port.givesMIDI ? "hears " + port.name : "sends to " + port.name);
+    }
+    return isWanted;
+}
+
+bool ServerLink::connectIfWanted(std::uint32_t number) {
+    const auto port = client_->port(number);
+    return !port || connectIfWanted(*port);
+}
+
+/// Many a port is given its alias when it has appeared already.
+void ServerLink::lookAgainAtNewPorts() {
+    for (const auto number : std::exchange(unwantedBefore_, std::exchange(unwanted_, {}))) {
+        connectIfWanted(number);
     }
 }
 
 void ServerLink::disconnect() {
     client_.reset();
+    gone_.reset();
     hosted_.deactivate();
 }
 
@@ -97,14 +115,15 @@ void ServerLink::takeNews() {
     }
     if (news.isGone) {
         serverIsGone();
+        leaveServer();
         return;
     }
     if (news.formatChanged) {
         formatHasChanged();
     }
     for (const auto number : news.newPorts) {
-        if (const auto port = client_->port(number)) {
-            connectIfWanted(*port);
+        if (!connectIfWanted(number)) {
+            unwanted_.push_back(number);
         }
     }
 }
@@ -121,9 +140,20 @@ void ServerLink::serverIsGone() {
     connections_.remember(std::move(noted_.sources), std::move(noted_.targets));
     noted_ = {};
     seen_ = {};
-    disconnect();
+    unwanted_ = {};
+    unwantedBefore_ = {};
+    gone_ = std::move(client_);
     waitForServer(gone);
     onChange_();
+}
+
+/// A server that hangs keeps whoever leaves it: so one that has only fallen silent is left a second later, when the
+/// user knows and the window is drawn.
+void ServerLink::leaveServer() {
+    if (gone_) {
+        runCall_([this] { gone_.reset(); });
+        hosted_.deactivate();
+    }
 }
 
 void ServerLink::waitForServer(const std::string& reason) {
@@ -138,8 +168,10 @@ void ServerLink::tick() {
     tellOfLosses();
     if (client_) {
         noteConnections();
+        lookAgainAtNewPorts();
         listenForCycles();
     } else {
+        leaveServer();
         tryToReturn();
     }
 }

@@ -44,9 +44,13 @@ public:
     void takeNews();
 
     /// To be called `EventLoop::ticksPerSecond` times a second: looks once a second whether a server that went
-    /// is back, or one that was there has fallen silent, tells of messages that were refused or lost, and notes
-    /// the connections.
+    /// is back, or one that was there has fallen silent, tells of messages that were refused or lost, notes the
+    /// connections, and looks again at ports that have appeared a moment ago.
     void tick();
+
+    /// `run` runs the calls that a server which hangs would keep for ever.
+    using Call = std::function<void()>;
+    void setRunCall(std::function<void(const Call&)> run) { runCall_ = std::move(run); }
 
     /// `callback` runs when the link was made or lost.
     void setOnChange(std::function<void()> callback) { onChange_ = std::move(callback); }
@@ -55,9 +59,13 @@ private:
     void makeClient();
     void tellOfClient();
     void activateUnit();
-    void connectIfWanted(const PortDescription& port);
+    /// Whether the port was wanted, or is none that can be.
+    bool connectIfWanted(const PortDescription& port);
+    bool connectIfWanted(std::uint32_t number);
+    void lookAgainAtNewPorts();
     void formatHasChanged();
     void serverIsGone();
+    void leaveServer();
     void listenForCycles();
     void tryToReturn();
     void tellOfLosses();
@@ -67,17 +75,21 @@ private:
     UserMessages& messages_;
     JackClient::Request request_;
     ConnectionKeeper connections_;
+    std::function<void(const Call&)> runCall_ = [](const Call& call) { call(); };
     std::function<void()> onChange_ = [] {};
     ServerNews news_;
     ProcessCycle cycle_;
-    std::unique_ptr<JackClient> client_;  ///< null while there is no server
-    bool returns_ = false;                ///< whether there was a link before
-    std::string alert_;                   ///< why the program waits
-    std::string toldFailure_;             ///< why a server does not take us back, as far as the user knows
-    JackClient::Connections seen_;        ///< the connections at the last look, once a second
-    JackClient::Connections noted_;       ///< those of the look before
-    std::uint64_t heardCycles_ = 0;       ///< how many had run at the last look, once a second
-    bool hasHeardCycles_ = false;         ///< since the link was made
+    std::unique_ptr<JackClient> client_;   ///< null while there is no server
+    std::unique_ptr<JackClient> gone_;     ///< of a server that went, until it is left
+    bool returns_ = false;                 ///< whether there was a link before
+    std::string alert_;                    ///< why the program waits
+    std::string toldFailure_;              ///< why a server does not take us back, as far as the user knows
+    std::vector<std::uint32_t> unwanted_;  ///< ports that have appeared since the last look, once a second
+    std::vector<std::uint32_t> unwantedBefore_;  ///< in the second before
+    JackClient::Connections seen_;               ///< the connections at the last look, once a second
+    JackClient::Connections noted_;              ///< those of the look before
+    std::uint64_t heardCycles_ = 0;              ///< how many had run at the last look, once a second
+    bool hasHeardCycles_ = false;                ///< since the link was made
     int silentSeconds_ = 0;
     std::uint64_t ticks_ = 0;
     std::uint64_t toldRefused_ = 0;

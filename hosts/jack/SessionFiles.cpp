@@ -41,7 +41,8 @@ std::string stemOf(const std::string& name) {
 
 void makeFolders(const fs::path& folder) {
     constexpr mode_t forTheUserAlone = 0700;
-    if (folder.empty() || fs::is_directory(folder)) {
+    std::error_code ignored;
+    if (folder.empty() || fs::is_directory(folder, ignored)) {
         return;
     }
     makeFolders(folder.parent_path());
@@ -49,6 +50,42 @@ void makeFolders(const fs::path& folder) {
         throw FileError(folder.string() + ": cannot be made: " + std::strerror(errno));
     }
 }
+
+void putInPlace(const fs::path& from, const fs::path& to) {
+    std::error_code error;
+    fs::rename(from, to, error);
+    if (error) {
+        throw FileError(to.string() + ": cannot be written: " + error.message());
+    }
+}
+
+/// By a link where the file system knows such, else by a copy.
+void nameTwice(const fs::path& file, const fs::path& second) {
+    std::error_code error;
+    fs::create_hard_link(file, second, error);
+    if (error) {
+        fs::copy_file(file, second, error);
+    }
+    if (error) {
+        throw FileError(second.string() + ": cannot be written: " + error.message());
+    }
+}
+
+/// A file that is on its way to its place; one that stays behind is taken away, also that of a program that was
+/// interrupted.
+struct Passing {
+    explicit Passing(fs::path path) : file(std::move(path)) { remove(); }
+    ~Passing() { remove(); }
+    Passing(const Passing&) = delete;
+    Passing& operator=(const Passing&) = delete;
+
+    void remove() const {
+        std::error_code ignored;
+        fs::remove(file, ignored);
+    }
+
+    fs::path file;
+};
 
 SessionFiles::Version readVersion(std::size_t age, const fs::path& file) {
     SessionFiles::Version version{age, file, {}, {}, 0, {}};
@@ -103,9 +140,13 @@ std::vector<SessionFiles::Version> SessionFiles::versions() const {
     return found;
 }
 
+/// What takes up room comes first: when there is none, every version still is where it was.
 void SessionFiles::add(std::span<const std::uint8_t> document) {
+    makeFolder();
+    const Passing next(folder_ / (stem_ + ".new.json"));
+    writeWholeFile(next.file, document, Existing::replace);
     keepNewest();
-    replaceNewest(document);
+    putInPlace(next.file, file(0));
 }
 
 void SessionFiles::replaceNewest(std::span<const std::uint8_t> document) {
@@ -115,23 +156,18 @@ void SessionFiles::replaceNewest(std::span<const std::uint8_t> document) {
 
 /// Every version grows older. The newest gets a second name, so that it is never missing under its first.
 void SessionFiles::keepNewest() {
-    std::error_code error;
-    if (!fs::exists(file(0), error)) {
+    std::error_code ignored;
+    if (!fs::exists(file(0), ignored)) {
         return;
     }
+    const Passing second(folder_ / (stem_ + ".old.json"));
+    nameTwice(file(0), second.file);
     for (auto age = keptVersions - 1; age > 1; --age) {
-        if (fs::exists(file(age - 1), error)) {
-            fs::rename(file(age - 1), file(age), error);
+        if (fs::exists(file(age - 1), ignored)) {
+            fs::rename(file(age - 1), file(age), ignored);
         }
     }
-    fs::remove(file(1), error);
-    fs::create_hard_link(file(0), file(1), error);
-    if (error) {
-        fs::copy_file(file(0), file(1), error);
-    }
-    if (error) {
-        throw FileError(file(1).string() + ": cannot be written: " + error.message());
-    }
+    putInPlace(second.file, file(1));
 }
 
 }  // namespace quillo

@@ -20,7 +20,11 @@ void SessionKeeper::changed(Time now) {
 std::optional<std::string> SessionKeeper::keepUp(Time now) {
     const bool isDue =
         firstUnsaved_ && (now - lastChange_ >= restBeforeSaving || now - *firstUnsaved_ >= longestUnsaved);
-    return isDue && !failed_ ? keepNow(now) : std::nullopt;
+    return isDue ? keepBeforehand(now) : std::nullopt;
+}
+
+std::optional<std::string> SessionKeeper::keepBeforehand(Time now) {
+    return failed_ ? std::nullopt : keepNow(now);
 }
 
 std::optional<std::string> SessionKeeper::keepNow(Time now) try {

@@ -34,6 +34,9 @@ public:
     /// Says why it could not be done; it is tried again after the next change.
     [[nodiscard]] std::optional<std::string> keepUp(Time now);
 
+    /// Saves now what is not saved, unless that has failed and nothing has changed since.
+    [[nodiscard]] std::optional<std::string> keepBeforehand(Time now);
+
     /// Saves now what is not saved.
     [[nodiscard]] std::optional<std::string> keepNow(Time now);
 

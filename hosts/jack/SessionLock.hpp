@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <optional>
 
-#include "hosts/jack/Descriptor.hpp"
+#include "platform/Descriptor.hpp"
 
 namespace quillo {
 

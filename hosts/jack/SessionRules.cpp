@@ -13,6 +13,9 @@ namespace quillo {
 
 namespace {
 
+/// A change of then is saved at the next opportunity.
+constexpr SessionKeeper::Time longAgo{};
+
 std::string localTime(std::chrono::system_clock::time_point time) {
     const auto seconds = std::chrono::system_clock::to_time_t(time);
     std::tm parts{};
@@ -44,11 +47,11 @@ SessionRules::SessionRules(std::optional<std::filesystem::path> folder, const st
 void SessionRules::claim(const std::filesystem::path& folder, const std::string& name) {
     auto session = name;
     for (int number = 2; !lock_; ++number) {
-        SessionFiles files(folder, session);
-        files.makeFolder();
-        lock_ = SessionLock::tryTake(files.lockFile());
+        files_.emplace(folder, session);
+        files_->makeFolder();
+        lock_ = SessionLock::tryTake(files_->lockFile());
         if (lock_) {
-            keeper_.emplace(std::move(files), [this] { return hosted_.save(); });
+            keeper_.emplace(*files_, [this] { return hosted_.save(); });
         } else {
             session = name + "-" + std::to_string(number);
         }
@@ -59,56 +62,56 @@ void SessionRules::claim(const std::filesystem::path& folder, const std::string&
 }
 
 std::optional<std::filesystem::path> SessionRules::file() const {
-    return keeper_ ? std::optional(keeper_->files().file(0)) : std::nullopt;
+    return keeper_ ? std::optional(files_->file(0)) : std::nullopt;
 }
 
 void SessionRules::load() {
-    if (!keeper_) {
+    if (!files_) {
         return;
     }
-    bool damaged = false;
-    for (const auto& version : keeper_->files().versions()) {
-        if (tryToUse(version)) {
-            if (damaged) {
-                messages_.warn("The rules are those of " + localTime(version.saved) + ", from " +
-                               version.file.string() + ".");
-            }
-            return;
+    std::string problems;
+    for (const auto& version : files_->versions()) {
+        if (const auto problem = tryToUse(version)) {
+            problems += *problem + '\n';
+            continue;
         }
-        damaged = true;
+        if (!problems.empty()) {
+            messages_.warn(problems + "The rules are those of " + localTime(version.saved) + ", from " +
+                           version.file.string() + ".");
+        }
+        return;
     }
-    if (damaged) {
-        messages_.warn("No version of the last session's rules can be used: there are no rules now.");
+    if (!problems.empty()) {
+        messages_.warn(problems +
+                       "No version of the last session's rules can be used: there are no rules now.");
     }
 }
 
-bool SessionRules::tryToUse(const SessionFiles::Version& version) {
-    auto problem = version.problem;
-    if (problem.empty()) {
-        problem = hosted_.restore(version.document).value_or("");
+std::optional<std::string> SessionRules::tryToUse(const SessionFiles::Version& version) {
+    const auto problem =
+        version.problem.empty() ? hosted_.restore(version.document) : std::optional(version.problem);
+    if (!problem) {
+        return std::nullopt;
     }
-    if (!problem.empty()) {
-        messages_.warn("The last session's rules in " + version.file.string() +
-                       " cannot be used: " + problem);
-    }
-    return problem.empty();
+    return "The last session's rules in " + version.file.string() + " cannot be used: " + *problem;
 }
 
 void SessionRules::goBack(std::size_t versions) {
-    if (!keeper_) {
+    if (!files_) {
         throw CommandFailure(exitNoInput, "there is no session to go back in");
     }
-    for (const auto& version : keeper_->files().versions()) {
+    for (const auto& version : files_->versions()) {
         if (version.age != versions) {
             continue;
         }
-        if (!tryToUse(version)) {
+        if (const auto problem = tryToUse(version)) {
+            messages_.warn(*problem);
             throw CommandFailure(exitBadData, "--history lists the versions that can be used");
         }
-        changed(SessionKeeper::Time{});
+        changed(longAgo);
         return;
     }
-    throw CommandFailure(exitNoInput, keeper_->files().file(versions).string() +
+    throw CommandFailure(exitNoInput, files_->file(versions).string() +
                                           ": there is no such version; --history lists them");
 }
 
@@ -121,6 +124,12 @@ void SessionRules::changed(SessionKeeper::Time now) {
 void SessionRules::keepUp(SessionKeeper::Time now) {
     if (keeper_) {
         tell(keeper_->keepUp(now));
+    }
+}
+
+void SessionRules::keepBeforehand(SessionKeeper::Time now) {
+    if (keeper_) {
+        tell(keeper_->keepBeforehand(now));
     }
 }
 

@@ -13,7 +13,8 @@
 namespace quillo {
 
 /// The rules of a unit that outlive the program. A second program of the same name has a session of its own:
-/// "NAME-2". Without a place to keep them the rules still run; the user is told. [main]
+/// "NAME-2". Where nothing may be written the rules are read all the same, and without any place they still run; the
+/// user is told. [main]
 class SessionRules {
 public:
     /// `folder` is nothing when there is no place.
@@ -32,6 +33,8 @@ public:
     void changed(SessionKeeper::Time now);
     /// To be called often: saves what changed.
     void keepUp(SessionKeeper::Time now);
+    /// Saves before something that may never end.
+    void keepBeforehand(SessionKeeper::Time now);
     /// Saves at the end.
     void keepNow(SessionKeeper::Time now);
 
@@ -40,13 +43,15 @@ public:
 
 private:
     void claim(const std::filesystem::path& folder, const std::string& name);
-    bool tryToUse(const SessionFiles::Version& version);
+    /// Why it cannot be used; nothing when it is the unit's now.
+    std::optional<std::string> tryToUse(const SessionFiles::Version& version);
     void tell(const std::optional<std::string>& problem);
 
     HostedUnit& hosted_;
     UserMessages& messages_;
-    std::optional<SessionLock> lock_;
-    std::optional<SessionKeeper> keeper_;
+    std::optional<SessionFiles> files_;    ///< of this session; nothing when there is no place for any
+    std::optional<SessionLock> lock_;      ///< taken when the session is this program's to write
+    std::optional<SessionKeeper> keeper_;  ///< there with the lock
 };
 
 /// Every version of a session's rules, a line each: how far back, when it was saved, and what it holds.

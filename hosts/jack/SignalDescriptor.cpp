@@ -29,13 +29,14 @@ SignalDescriptor::SignalDescriptor(std::initializer_list<int> signals) {
     sigemptyset(&set);
     for (const int signal : signals) {
         sigaddset(&set, signal);
+        ::sigaction(signal, nullptr, &actionsBefore_[signal]);
     }
     descriptor_ = Descriptor(::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK));
     if (!descriptor_.isOpen()) {
         throw std::system_error(errno, std::generic_category(), "no signal descriptor");
     }
-    ::pthread_sigmask(SIG_BLOCK, &set, &before_);
-    unblockInChildren(before_);
+    ::pthread_sigmask(SIG_BLOCK, &set, &maskBefore_);
+    unblockInChildren(maskBefore_);
 }
 
 SignalDescriptor::~SignalDescriptor() {
@@ -43,7 +44,10 @@ SignalDescriptor::~SignalDescriptor() {
 }
 
 void SignalDescriptor::release() {
-    ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    for (const auto& [signal, action] : actionsBefore_) {
+        ::sigaction(signal, &action, nullptr);
+    }
+    ::pthread_sigmask(SIG_SETMASK, &maskBefore_, nullptr);
 }
 
 std::optional<int> SignalDescriptor::take() const {

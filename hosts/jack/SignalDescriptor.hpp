@@ -3,9 +3,10 @@
 
 #include <csignal>
 #include <initializer_list>
+#include <map>
 #include <optional>
 
-#include "hosts/jack/Descriptor.hpp"
+#include "platform/Descriptor.hpp"
 
 namespace quillo {
 
@@ -26,11 +27,13 @@ public:
     /// A signal that has come, or nothing.
     [[nodiscard]] std::optional<int> take() const;
 
-    /// The signals do again what they did before, as they do when this is gone.
+    /// The signals do again what they did before, as they do when this is gone: whatever a library has told them
+    /// meanwhile.
     void release();
 
 private:
-    sigset_t before_{};
+    std::map<int, struct sigaction> actionsBefore_;
+    sigset_t maskBefore_{};
     Descriptor descriptor_;
 };
 

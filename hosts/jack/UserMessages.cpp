@@ -15,11 +15,7 @@ void UserMessages::warn(const std::string& text) {
 }
 
 void UserMessages::takeBack(const std::string& text) {
-    hosted_.mainQueue().async([model = hosted_.controller().model(), text] {
-        if (model->alertErrorMessage() == text) {
-            model->dismissAlert();
-        }
-    });
+    hosted_.mainQueue().async([model = hosted_.controller().model(), text] { model->takeBackAlert(text); });
 }
 
 }  // namespace quillo

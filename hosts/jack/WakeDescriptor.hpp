@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "hosts/jack/Descriptor.hpp"
+#include "platform/Descriptor.hpp"
 
 namespace quillo {
 

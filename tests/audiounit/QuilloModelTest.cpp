@@ -47,6 +47,58 @@ TEST(QuilloModel, TellsThoseWhoObserveAPartOnceAChange) {
     EXPECT_EQ(out, 1);
 }
 
+class QuilloModelAlerts : public testing::Test {
+protected:
+    QuilloModel model;
+    int tells = 0;
+    const Observation observation = model.observeAlert([this] { ++tells; });
+};
+
+TEST_F(QuilloModelAlerts, AreShownOneAfterTheOther) {
+    EXPECT_EQ(model.alertErrorMessage(), std::nullopt);
+    model.alert("first");
+    model.alert("second");
+    model.alert("third");
+    EXPECT_EQ(model.alertErrorMessage(), "first");
+    EXPECT_EQ(tells, 1);
+    model.dismissAlert();
+    EXPECT_EQ(model.alertErrorMessage(), "second");
+    model.dismissAlert();
+    EXPECT_EQ(model.alertErrorMessage(), "third");
+    model.dismissAlert();
+    EXPECT_EQ(model.alertErrorMessage(), std::nullopt);
+    EXPECT_EQ(tells, 4);
+    model.dismissAlert();
+    EXPECT_EQ(tells, 4);
+}
+
+TEST_F(QuilloModelAlerts, AreShownOnceUntilTheyAreDismissed) {
+    for (const auto* text : {"first", "second", "first", "second"}) {
+        model.alert(text);
+    }
+    model.dismissAlert();
+    EXPECT_EQ(model.alertErrorMessage(), "second");
+    model.alert("first");
+    model.dismissAlert();
+    EXPECT_EQ(model.alertErrorMessage(), "first");
+    model.dismissAlert();
+    EXPECT_EQ(model.alertErrorMessage(), std::nullopt);
+}
+
+TEST_F(QuilloModelAlerts, TakenBackGoWithoutTheOthersWhetherTheyAreShownOrWait) {
+    model.alert("first");
+    model.alert("second");
+    model.alert("third");
+    model.takeBackAlert("second");
+    EXPECT_EQ(tells, 1);
+    model.takeBackAlert("first");
+    EXPECT_EQ(model.alertErrorMessage(), "third");
+    EXPECT_EQ(tells, 2);
+    model.takeBackAlert("first");
+    EXPECT_EQ(model.alertErrorMessage(), "third");
+    EXPECT_EQ(tells, 2);
+}
+
 TEST(QuilloModel, RulesThatCannotBeShownLeaveAnEmptyListAndAReason) {
     QuilloModel model;
     model.setRules(std::vector<RuleEntryIdentifiable>(3));

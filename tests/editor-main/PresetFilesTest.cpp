@@ -121,6 +121,21 @@ TEST_F(PresetFiles, TheAlertGoesAwayByItsButtonReturnSpaceAndEscapeOnly) {
     EXPECT_EQ(stage.editor().alertErrorMessage(), std::nullopt);
 }
 
+TEST_F(PresetFiles, AlertsAreShownOneAfterTheOther) {
+    for (const auto* text : {"First.", "Second.", "Third."}) {
+        stage.editor().alert(text);
+    }
+    EXPECT_EQ(alert()->message(), "First.");
+    click(alert()->okButton());
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->message(), "Second.");
+    EXPECT_TRUE(key(stage.window, juce::KeyPress::returnKey));
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->message(), "Third.");
+    click(alert()->okButton());
+    EXPECT_EQ(stage.view().overlay(), nullptr);
+}
+
 TEST_F(PresetFiles, AnEditorThatOpensLaterShowsTheAlertThatWaits) {
     const auto model = std::make_shared<QuilloModel>();
     model->alert("The saved rules cannot be restored.");

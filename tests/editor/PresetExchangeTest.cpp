@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/PresetExchange.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -49,7 +50,9 @@ protected:
         importPresetFile(path, desk.editor);
         EXPECT_EQ(desk.editor.rules(), before);
         EXPECT_EQ(desk.editor.undoName(), "Add Message #1");
-        return desk.editor.alertErrorMessage().value_or("no alert");
+        const auto alert = desk.editor.alertErrorMessage().value_or("no alert");
+        desk.editor.dismissAlert();
+        return alert;
     }
 
     std::filesystem::path folder =
@@ -93,7 +96,7 @@ TEST_F(PresetExchangeTest, AnImportIsOneStepThatCanBeUndone) {
 TEST_F(PresetExchangeTest, AFileWithOneMalformedRuleImportsNothingAndTheAlertSaysWhere) {
     const auto good = textOf(exportPreset(desk.editor.rules()));
     const auto path = write(good.substr(0, good.size() - 2) + R"(,{"output":3}]})");
-    EXPECT_NE(refusal(path).find("rules[1]"), std::string::npos) << *desk.editor.alertErrorMessage();
+    EXPECT_THAT(refusal(path), testing::HasSubstr("rules[1]"));
 }
 
 TEST_F(PresetExchangeTest, AMissingFileAndAFolderAreRefusedByName) {
@@ -149,6 +152,7 @@ TEST_F(PresetExchangeTest, APlaceThatFailsIsToldByTheAlertInItsWords) {
     importPreset(
         "elsewhere", []() -> std::vector<std::uint8_t> { throw FileError("not there"); }, desk.editor);
     EXPECT_EQ(desk.editor.alertErrorMessage(), "not there");
+    desk.editor.dismissAlert();
     exportPreset([](std::span<const std::uint8_t>) { throw FileError("no room"); }, desk.editor);
     EXPECT_EQ(desk.editor.alertErrorMessage(), "no room");
     EXPECT_EQ(desk.names(), Names{"Message #1"});

@@ -4,17 +4,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
 #include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "support/FileSizeLimit.hpp"
 #include "support/TemporaryFolder.hpp"
 
 namespace quillo {
@@ -73,26 +72,6 @@ private:
     mode_t before_;
 };
 
-/// Lets no file grow beyond so many bytes: writing more fails half way.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) : handlerBefore_(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit limit{bytes, before_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handlerBefore_);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    void (*handlerBefore_)(int);
-    rlimit before_{};
-};
-
 TEST_F(AtomicFile, WritesANewFileAndNothingBesideIt) {
     writeWholeFile(file, newBytes, Existing::keep);
     EXPECT_EQ(readWholeFile(file), newBytes);
@@ -118,6 +97,14 @@ TEST_F(AtomicFile, ReplacesAFileWhenTold) {
     writeWholeFile(file, newBytes, Existing::replace);
     EXPECT_EQ(readWholeFile(file), newBytes);
     EXPECT_THAT(names(), ElementsAre("song.mid"));
+}
+
+TEST_F(AtomicFile, APathThatCannotBeLookedUpFailsAsAnyOther) {
+    const auto path = folder.path() / std::string(300, 'n');
+    for (const auto existing : {Existing::keep, Existing::replace}) {
+        EXPECT_EQ(failureOf([&] { writeWholeFile(path, newBytes, existing); }),
+                  path.string() + ": cannot write in this folder: File name too long");
+    }
 }
 
 TEST_F(AtomicFile, WhoeverReadsTheOldFileGoesOnReadingIt) {

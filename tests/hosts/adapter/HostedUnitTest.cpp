@@ -58,6 +58,7 @@ TEST_F(HostedUnitTest, ADocumentThatCannotBeReadLeavesTheRulesAndTheUserIsTold) 
         EXPECT_THAT(*reason, HasSubstr("The saved rules cannot be restored"));
         hosted.drain();
         EXPECT_EQ(hosted.controller().model()->alertErrorMessage(), reason);
+        hosted.controller().model()->dismissAlert();
         EXPECT_EQ(rules(), swap);
         EXPECT_EQ(hosted.controller().model()->rules().size(), 1U);
     }

@@ -79,6 +79,24 @@ TEST(ConnectionKeeper, WhatWasConnectedWhenTheServerWentIsTakenOnce) {
     EXPECT_TRUE(keeper.takes(target("always")));
 }
 
+TEST(ConnectionKeeper, WhatStillWaitsWhenTheServerGoesAgainIsNotForgotten) {
+    ConnectionKeeper keeper({}, {});
+    keeper.remember({"keys:out"}, {"synth:in"});
+    keeper.remember({"pads:out"}, {});
+    EXPECT_TRUE(keeper.takes(source("keys:out")));
+    EXPECT_TRUE(keeper.takes(source("pads:out")));
+    EXPECT_TRUE(keeper.takes(target("synth:in")));
+}
+
+TEST(ConnectionKeeper, AnEmptyPatternWhichWouldMatchEverythingIsAnError) {
+    try {
+        const ConnectionKeeper keeper({""}, {});
+        ADD_FAILURE() << "an empty pattern was taken";
+    } catch (const UsageError& error) {
+        EXPECT_STREQ(error.what(), "option --connect-in: the pattern is empty; \".*\" matches every port");
+    }
+}
+
 TEST(ConnectionKeeper, WhatIsNoRegularExpressionIsAnError) {
     for (const auto* bad : {"(", "[a", "a{2", "*"}) {
         try {

@@ -89,6 +89,14 @@ TEST_F(JackHostTest, AnEditIsKeptInTheSessionWhenTheProgramEnds) {
     EXPECT_EQ(readWholeFile(files.file(0)), PluginData{rulesCalled("edited")}.write());
 }
 
+TEST_F(JackHostTest, AnEditIsKeptBeforeTheServerIsLookedForWhichMayHang) {
+    start().hosted().onRulesChanged(rulesCalled("edited"));
+    for (int count = 0; count < EventLoop::ticksPerSecond; ++count) {
+        loop.tick();
+    }
+    EXPECT_EQ(readWholeFile(files.file(0)), PluginData{rulesCalled("edited")}.write());
+}
+
 TEST_F(JackHostTest, AnEditOfAPresetIsKeptInTheSessionAndTheUserIsToldOnceThatThePresetStays) {
     writePreset("preset");
     options.preset = preset.string();
@@ -132,6 +140,16 @@ TEST_F(JackHostTest, HangingUpReadsThePresetAndOtherSignalsQuit) {
     EXPECT_EQ(loop.status, exitSuccess);
 }
 
+TEST_F(JackHostTest, HangingUpKeepsAnEditOfAMomentAgoBeforeItReadsThePreset) {
+    writePreset("preset");
+    options.preset = preset.string();
+    start().hosted().onRulesChanged(rulesCalled("edited"));
+    takeSignal(SIGHUP);
+    EXPECT_EQ(ruleName(), "preset");
+    host->finish();
+    EXPECT_EQ(readWholeFile(files.file(0)), PluginData{rulesCalled("edited")}.write());
+}
+
 TEST_F(JackHostTest, TheEditorOfAProgramThatWaitsSaysSo) {
     start().hosted().controller().viewDidLoad();
     loop.tick();
@@ -139,6 +157,15 @@ TEST_F(JackHostTest, TheEditorOfAProgramThatWaitsSaysSo) {
     EXPECT_THAT(alert, HasSubstr("There is no JACK server \"quillo-test-nobody\""));
     EXPECT_THAT(alert, HasSubstr("MIDI Quillo waits"));
     EXPECT_EQ(host->title(), "MIDI Quillo (no JACK server)");
+}
+
+TEST_F(JackHostTest, WhatIsWrongWithTheSessionIsToldBeforeWhatIsWrongWithTheServer) {
+    files.add(Data{'{'});
+    const auto& model = *start().hosted().controller().model();
+    loop.tick();
+    EXPECT_THAT(model.alertErrorMessage().value_or(""), HasSubstr("No version of the last session's rules"));
+    host->hosted().controller().model()->dismissAlert();
+    EXPECT_THAT(model.alertErrorMessage().value_or(""), HasSubstr("There is no JACK server"));
 }
 
 TEST_F(JackHostTest, AProgramThatShallNotWaitFails) {

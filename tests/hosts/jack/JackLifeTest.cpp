@@ -24,6 +24,8 @@ const Messages note{{7, {0x90, 60, 1}}};
 
 class JackLife : public testing::Test, public JackProgramFixture {
 protected:
+    static constexpr int shortWhile = 100;  ///< in milliseconds
+
     static bool hasPort(const JackPlayer& player, const std::string& name) {
         return ::jack_port_by_name(player.client(), name.c_str()) != nullptr;
     }
@@ -170,6 +172,7 @@ TEST_F(JackLife, AServerThatCannotBeStartedIsToldInItsOwnWords) {
     const auto program = run({"--start-server", "--server", server.text()});
     EXPECT_EQ(program->wait(), exitUnavailable);
     EXPECT_THAT(program->err().whole(), HasSubstr("cannot be started. JACK says:\n    "));
+    EXPECT_THAT(program->err().whole(), Not(HasSubstr("--start-server")));
 }
 
 /// The parameter is how the server ends.
@@ -203,6 +206,26 @@ TEST_F(JackLife, ASignalEndsTheProgramWellWhileTheServerIsGone) {
     server.stop();
     program->err().waitFor("The JACK server has ended");
     EXPECT_EQ(end(*program), 0);
+}
+
+TEST_F(JackLife, AServerThatHangsIsToldAndSignalsEndTheProgramAllTheSame) {
+    JackServer server;
+    const auto program = runOn(server.name(), controllerForNote(20));
+    JackPlayer(server.name()).connectTo("midi-quillo");
+    server.hang();
+    program->err().waitFor("The JACK server has ended");
+    do {
+        program->signal(SIGTERM);
+    } while (!program->endsWithin(shortWhile));
+}
+
+TEST_F(JackLife, ASignalEndsTheProgramWellWhileAServerThatHangsKeepsItFromTheBeginning) {
+    session().add(Data{'{'});
+    JackServer server;
+    server.hang();
+    const auto program = run({"--server", server.name()});
+    program->err().waitFor("No version of the last session's rules can be used");
+    EXPECT_EQ(end(*program), exitSuccess);
 }
 
 TEST_F(JackLife, ThePortsAreConnectedAsOftenAsTheirPatternsAppear) {

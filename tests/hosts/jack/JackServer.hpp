@@ -47,7 +47,7 @@ public:
 
     JackServer() : JackServer(Settings{}) {}
     explicit JackServer(Settings settings) { start(settings); }
-    ~JackServer() { stop(); }
+    ~JackServer() { end(hangs_ ? SIGKILL : SIGTERM); }
     JackServer(const JackServer&) = delete;
     JackServer& operator=(const JackServer&) = delete;
 
@@ -76,6 +76,12 @@ public:
     /// Ends it as a crash would.
     void kill() { end(SIGKILL); }
 
+    /// From now on it neither runs cycles nor answers, until it is killed.
+    void hang() {
+        process_->signal(SIGSTOP);
+        hangs_ = true;
+    }
+
 private:
     static constexpr int shortWhile = 10;             ///< between two looks, in milliseconds
     static constexpr const char* patience = "10000";  ///< with a client, in milliseconds
@@ -100,6 +106,7 @@ private:
 
     ServerName name_;
     std::optional<ChildProcess> process_;
+    bool hangs_ = false;
 };
 
 }  // namespace quillo::test

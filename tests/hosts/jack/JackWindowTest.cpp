@@ -4,8 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include "editor/MyTextInputImpl.hpp"
 #include "hosts/cli/ExitStatus.hpp"
 #include "hosts/jack/JackProgramFixture.hpp"
+#include "support/FindBelow.hpp"
 
 namespace quillo {
 namespace {
@@ -16,8 +18,22 @@ class JackWindowTest : public testing::Test, public JackProgramFixture {
 protected:
     /// Waits until the display has a window of this title.
     static void waitForWindow(const std::string& title) {
-        ChildProcess search({"xdotool", "search", "--sync", "--name", "^" + title + "$"});
-        ASSERT_EQ(search.wait(), 0);
+        onTheDisplay({"search", "--sync", "--name", "^" + title + "$"});
+    }
+
+    static void onTheDisplay(Words words) {
+        words.insert(words.begin(), "xdotool");
+        ASSERT_EQ(ChildProcess(words).wait(), 0);
+    }
+
+    /// Where it is in a window with these rules.
+    static juce::Point<int> middleOfTheFirstTextField(const std::vector<Rule>& rules) {
+        HostedUnit hosted;
+        hosted.unit().processor->setRules(rules);
+        JackWindow window(hosted, [] {});
+        auto& view = window.view();
+        const auto* field = findBelow<MyTextInputImpl>(view);
+        return view.getLocalPoint(field, field->getLocalBounds().getCentre());
     }
 };
 
@@ -64,6 +80,24 @@ TEST_F(JackWindowTest, TheTitleSaysWhetherThereIsAServerAndASignalEndsTheProgram
     waitForWindow("MIDI Quillo \\(no JACK server\\)");
     EXPECT_EQ(end(*program), 0);
     EXPECT_FALSE(std::filesystem::exists(session("left").file(0)));
+}
+
+TEST_F(JackWindowTest, WhatIsTypedAndNotConfirmedIsKeptWhenTheProgramEnds) {
+    const auto rules = controllerForNote(20);
+    session().add(PluginData{rules}.write());
+    const auto field = middleOfTheFirstTextField(rules);
+    JackServer server;
+    const auto program = runAsItIs({QUILLO_JACK_PROGRAM, "--server", server.name()}, std::getenv("DISPLAY"));
+    program->err().waitFor("as \"midi-quillo\"");
+    juce::SystemClipboard::copyTextToClipboard("");
+    onTheDisplay({"search", "--sync", "--name", "^MIDI Quillo$", "windowfocus", "--sync", "mousemove",
+                  "--sync", "--window", "%1", std::to_string(field.x), std::to_string(field.y), "click", "1",
+                  "type", "typed"});
+    while (juce::SystemClipboard::getTextFromClipboard() != "typed") {
+        onTheDisplay({"key", "ctrl+a", "ctrl+c"});
+    }
+    EXPECT_EQ(end(*program), 0);
+    EXPECT_EQ(PluginData::read(readWholeFile(session().file(0))).rules.front().name, "typed");
 }
 
 TEST_F(JackWindowTest, APresetThatCannotBeUsedOpensNoWindow) {

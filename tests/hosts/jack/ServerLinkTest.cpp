@@ -46,6 +46,33 @@ protected:
         }
     }
 
+    void loseTheServer() {
+        server.stop();
+        turnUntil([&] { return !link.isConnected(); });
+    }
+
+    void loseTheServerWithConnectionsMadeByHand() {
+        link.connect();
+        JackPlayer player(server.name());
+        player.connectTo("midi-quillo");
+        letPass(2);
+        loseTheServer();
+    }
+
+    /// Whose cycles are so long that the test's seconds can pass without any.
+    void connectToASlowServer() {
+        server.stop();
+        server.start({32000, 8192});
+        link.connect();
+    }
+
+    void waitForSilence() {
+        turnUntil([&] {
+            letPass(1);
+            return !link.isConnected();
+        });
+    }
+
     [[nodiscard]] bool hasSaid(const std::string& text) const {
         return err.str().find(text) != std::string::npos;
     }
@@ -54,24 +81,44 @@ protected:
     HostedUnit hosted;
     UserMessages messages{err, hosted};
     JackServer server;
-    ServerLink link{hosted, messages, {server.name(), "midi-quillo", false}, ConnectionKeeper({}, {})};
+    ServerLink link{hosted,
+                    messages,
+                    {server.name(), "midi-quillo", false},
+                    ConnectionKeeper({}, {"Grand Piano", ":at-once"})};
 };
 
 TEST_F(ServerLinkTest, ConnectionsMadeByHandComeBackWithTheServer) {
-    link.connect();
-    {
-        JackPlayer player(server.name());
-        player.connectTo("midi-quillo");
-        letPass(2);
-        server.stop();
-        turnUntil([&] { return !link.isConnected(); });
-    }
+    loseTheServerWithConnectionsMadeByHand();
     server.start({});
     turnUntil([&] { return link.isConnected(); });
     JackPlayer player(server.name());
     turnUntil([&] { return hasSaid("hears test-sender:out") && hasSaid("sends to test-listener:in"); });
     player.waitForConnection();
     EXPECT_EQ(player.play({{5, {0xC0, 1}}}, 256), (std::vector<ScriptMessage>{{5, {0xC0, 1}}}));
+}
+
+TEST_F(ServerLinkTest, AServerThatIsBackForAMomentOnlyTakesNoConnectionAway) {
+    loseTheServerWithConnectionsMadeByHand();
+    for (int round = 0; round < 2; ++round) {
+        err.str("");
+        server.start({});
+        const JackPlayer player(server.name());
+        turnUntil([&] { return link.isConnected(); });
+        EXPECT_TRUE(hasSaid("hears test-sender:out") && hasSaid("sends to test-listener:in")) << round;
+        loseTheServer();
+    }
+}
+
+TEST_F(ServerLinkTest, AConnectionThatWaitsForItsPortOutlivesAServerWithoutThatPort) {
+    loseTheServerWithConnectionsMadeByHand();
+    server.start({});
+    turnUntil([&] { return link.isConnected(); });
+    letPass(2);
+    loseTheServer();
+    server.start({});
+    const JackPlayer player(server.name());
+    turnUntil([&] { return link.isConnected(); });
+    EXPECT_TRUE(hasSaid("hears test-sender:out") && hasSaid("sends to test-listener:in"));
 }
 
 TEST_F(ServerLinkTest, AConnectionThatTheUserHadTakenDownDoesNotComeBack) {
@@ -85,14 +132,28 @@ TEST_F(ServerLinkTest, AConnectionThatTheUserHadTakenDownDoesNotComeBack) {
             return ::jack_port_connected(::jack_port_by_name(player.client(), "midi-quillo:in")) == 0;
         });
         letPass(2);
-        server.stop();
-        turnUntil([&] { return !link.isConnected(); });
+        loseTheServer();
     }
     server.start({});
     turnUntil([&] { return link.isConnected(); });
     JackPlayer player(server.name());
     turnUntil([&] { return hasSaid("sends to test-listener:in"); });
     EXPECT_FALSE(hasSaid("hears test-sender:out"));
+}
+
+TEST_F(ServerLinkTest, APortThatIsGivenItsAliasAfterItHasAppearedIsConnected) {
+    link.connect();
+    const JackPlayer player(server.name());
+    const auto makePort = [&](const char* name) {
+        return ::jack_port_register(player.client(), name, JACK_DEFAULT_MIDI_TYPE, JackPortIsInput, 0);
+    };
+    auto* late = makePort("late");
+    makePort("at-once");
+    turnUntil([&] { return hasSaid("sends to test-sender:at-once"); });
+    EXPECT_FALSE(hasSaid("sends to test-sender:late"));
+    ASSERT_EQ(::jack_port_set_alias(late, "studio:Grand Piano"), 0);
+    letPass(2);
+    EXPECT_TRUE(hasSaid("sends to test-sender:late"));
 }
 
 TEST_F(ServerLinkTest, TheEditorSaysThatTheServerIsGoneUntilItIsBack) {
@@ -127,17 +188,27 @@ TEST_F(ServerLinkTest, AnotherAlertIsNotTakenAwayWhenTheServerIsBack) {
 }
 
 TEST_F(ServerLinkTest, AServerThatFallsSilentCountsAsGoneAndIsTakenUpAgain) {
-    constexpr JackServer::Settings slow{32000, 8192};
-    server.stop();
-    server.start(slow);
-    link.connect();
-    turnUntil([&] {
-        letPass(1);
-        return !link.isConnected();
-    });
+    connectToASlowServer();
+    waitForSilence();
     EXPECT_TRUE(hasSaid("The JACK server has ended, or dropped this program."));
     turnUntil([&] { return link.isConnected(); });
     EXPECT_TRUE(hasSaid("back on the JACK server"));
+}
+
+TEST_F(ServerLinkTest, TheEditorShowsThatAServerIsSilentBeforeItIsLeftWhichMayHang) {
+    connectToASlowServer();
+    int calls = 0;
+    link.setRunCall([&](const ServerLink::Call& call) {
+        EXPECT_THAT(hosted.controller().model()->alertErrorMessage().value_or(""),
+                    HasSubstr("The JACK server has ended"));
+        EXPECT_FALSE(link.isConnected());
+        ++calls;
+        call();
+    });
+    waitForSilence();
+    EXPECT_EQ(calls, 0);
+    turnUntil([&] { return link.isConnected(); });
+    EXPECT_EQ(calls, 2);
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
+#include "support/FileSizeLimit.hpp"
 #include "support/TemporaryFolder.hpp"
 #include "support/TestRules.hpp"
 
@@ -118,6 +119,19 @@ TEST_F(SessionFilesTest, WhereNothingCanBeWrittenTheReasonIsNamed) {
     } catch (const FileError& error) {
         EXPECT_THAT(error.what(), testing::HasSubstr((folder / "state").string()));
     }
+}
+
+TEST_F(SessionFilesTest, AVersionThatCannotBeWrittenCostsNoOther) {
+    for (std::size_t rules = 1; rules <= 3; ++rules) {
+        files.add(documentOf(rules));
+    }
+    {
+        const FileSizeLimit full(1);
+        EXPECT_THROW(files.add(documentOf(4)), FileError);
+        EXPECT_THROW(files.add(documentOf(5)), FileError);
+    }
+    EXPECT_EQ(ruleCounts(), (std::vector<std::size_t>{3, 2, 1}));
+    EXPECT_EQ(std::distance(fs::directory_iterator(files.file(0).parent_path()), {}), 3);
 }
 
 TEST_F(SessionFilesTest, NoTwoNamesShareAFile) {

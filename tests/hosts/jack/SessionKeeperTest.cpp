@@ -67,6 +67,19 @@ TEST_F(SessionKeeperTest, AtTheEndWhatIsNotSavedIsSavedAtOnce) {
     EXPECT_EQ(kept(), "a ");
 }
 
+TEST_F(SessionKeeperTest, BeforehandWhatIsNotSavedIsSavedAtOnceButWhatFailedIsNotTriedAgain) {
+    change("a", 1000ms);
+    EXPECT_EQ(keeper.keepBeforehand(SessionKeeper::Time(1000ms)), std::nullopt);
+    EXPECT_EQ(kept(), "a ");
+    std::filesystem::remove_all(folder / "state");
+    writeWholeFile(folder / "state", Data{1}, Existing::keep);
+    change("b", 2000ms);
+    EXPECT_TRUE(keeper.keepBeforehand(SessionKeeper::Time(2000ms)).has_value());
+    EXPECT_FALSE(keeper.keepBeforehand(SessionKeeper::Time(3000ms)).has_value());
+    change("c", 4000ms);
+    EXPECT_TRUE(keeper.keepBeforehand(SessionKeeper::Time(4000ms)).has_value());
+}
+
 TEST_F(SessionKeeperTest, ChangesWithinAMinuteAreOneVersion) {
     change("a", 0s);
     keptAt(1s);

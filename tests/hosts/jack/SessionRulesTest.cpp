@@ -97,7 +97,10 @@ TEST_F(SessionRulesTest, WhenTheNewestVersionIsDamagedTheOneBeforeIsTakenAndTheU
     EXPECT_EQ(program.ruleName(), "old");
     EXPECT_THAT(program.err.str(), HasSubstr(files.file(0).string() + " cannot be used: "));
     EXPECT_THAT(program.err.str(), HasSubstr("The rules are those of "));
+    EXPECT_THAT(program.alert().value_or(""), HasSubstr(files.file(0).string()));
     EXPECT_THAT(program.alert().value_or(""), HasSubstr(files.file(1).string()));
+    program.hosted.controller().model()->dismissAlert();
+    EXPECT_EQ(program.alert(), std::nullopt);
     EXPECT_EQ(readWholeFile(files.file(0)), Data{'{'});
 }
 
@@ -194,6 +197,33 @@ TEST_F(SessionRulesTest, WithoutAPlaceToKeepThemTheRulesStillRunAndTheUserIsTold
     EXPECT_EQ(program.session.file(), std::nullopt);
     EXPECT_THAT(program.alert().value_or(""), HasSubstr("Changed rules are not kept: "));
     EXPECT_THROW(program.session.goBack(1), CommandFailure);
+}
+
+TEST_F(SessionRulesTest, WhereNothingMayBeWrittenTheRulesAreReadAllTheSame) {
+    files.add(documentOf("first"));
+    files.add(documentOf("second"));
+    std::filesystem::create_directory(files.lockFile());
+    Program program(folder.path());
+    program.session.load();
+    EXPECT_EQ(program.ruleName(), "second");
+    EXPECT_THAT(program.alert().value_or(""), HasSubstr("Changed rules are not kept: "));
+    program.session.goBack(1);
+    EXPECT_EQ(program.ruleName(), "first");
+    program.session.keepNow(SessionKeeper::Time());
+    EXPECT_EQ(program.session.file(), std::nullopt);
+    EXPECT_EQ(readWholeFile(files.file(0)), documentOf("second"));
+}
+
+TEST_F(SessionRulesTest, AFolderThatCannotBeLookedIntoIsNoPlaceToKeepThem) {
+    const auto endless = folder / "endless";
+    std::filesystem::create_symlink(endless, endless);
+    for (const auto& state : {endless, endless / "state", folder.path() / std::string(300, 'n')}) {
+        Program program(state);
+        program.session.load();
+        program.edit("swap");
+        EXPECT_EQ(program.ruleName(), "swap");
+        EXPECT_THAT(program.err.str(), HasSubstr("Changed rules are not kept: " + state.string()));
+    }
 }
 
 TEST_F(SessionRulesTest, WithoutAHomeTheUserIsTold) {

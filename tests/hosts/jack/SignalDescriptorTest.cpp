@@ -42,6 +42,13 @@ TEST(SignalDescriptor, ReleasedSignalsDoWhatTheyDidBefore) {
     EXPECT_FALSE(isBlocked(SIGHUP));
 }
 
+TEST(SignalDescriptor, AHandlerThatALibraryHasPutInMeanwhileIsNoMoreCalled) {
+    SignalDescriptor signals{SIGHUP};
+    std::signal(SIGHUP, [](int) {});
+    signals.release();
+    EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), SIG_DFL);
+}
+
 TEST(SignalDescriptor, AProgramThatIsStartedFromHereInheritsNothing) {
     const SignalDescriptor signals{SIGTERM};
     const auto child = ::fork();

@@ -20,6 +20,9 @@ public:
     [[nodiscard]] int number() const { return number_; }
     [[nodiscard]] bool isOpen() const { return number_ >= 0; }
 
+    /// Closes it now. False, with the reason in `errno`, when what was written may be lost.
+    bool close();
+
 private:
     int number_ = -1;
 };

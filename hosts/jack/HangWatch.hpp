@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <initializer_list>
+#include <thread>
+
+#include "hosts/jack/WakeDescriptor.hpp"
+#include "platform/Descriptor.hpp"
+
+namespace quillo {
+
+/// Stands by while [main] makes a call that may never return: a server that hangs keeps whoever speaks to it. When
+/// one of the signals comes meanwhile, and the call has not returned a little later, the program ends at once, and
+/// well; so what shall be kept must be kept before. A call that returns in time leaves the signal as it is.
+///
+///     const HangWatch watch{SIGTERM};
+///     callTheServer();
+class HangWatch {
+public:
+    /// The signals are blocked. Throws `std::system_error` when the system has no descriptor or thread left.
+    HangWatch(std::initializer_list<int> signals);
+    /// The call has returned.
+    ~HangWatch();
+    HangWatch(const HangWatch&) = delete;
+    HangWatch& operator=(const HangWatch&) = delete;
+
+private:
+    void watch() const;
+
+    Descriptor signals_;
+    WakeDescriptor returned_;
+    std::jthread thread_;
+};
+
+}  // namespace quillo
