@@ -71,13 +71,17 @@ TEST_F(OnScreen, ARuleIsAddedAndSentByTheEventsOfTheDisplay) {
     EXPECT_EQ(view.logger().collapsedForm().outText(), "[512] e0 00 40");
 }
 
-TEST_F(OnScreen, AClickOnTheHeaderGivesNoButtonTheKeyboard) {
+TEST_F(OnScreen, AClickOnTheHeaderTakesTheKeyboardFromItsButtons) {
     class Witness final : public juce::MouseListener {
     public:
         bool clicked = false;
         void mouseUp(const juce::MouseEvent&) override { clicked = true; }
     };
     auto& view = desk.view();
+    view.grabKeyboardFocus();
+    while (!view.hasKeyboardFocus(true)) {
+        settle();
+    }
     Witness witness;
     view.header().addMouseListener(&witness, false);
     act(clickOn(view.header()), [&] { return witness.clicked; });
