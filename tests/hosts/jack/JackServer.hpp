@@ -6,9 +6,11 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "hosts/jack/LibraryMessages.hpp"
@@ -53,6 +55,7 @@ public:
 
     /// Runs when this returns. Throws `std::runtime_error` when a server cannot run on this machine.
     void start(Settings settings) {
+        forgetProperties();
         process_.emplace(std::vector<std::string>{"jackd", "-r", "-S", "-t", patience, "-n", name(), "-d",
                                                   "dummy", "-r", std::to_string(settings.sampleRate), "-p",
                                                   std::to_string(settings.bufferSize)});
@@ -85,6 +88,28 @@ public:
 private:
     static constexpr int shortWhile = 10;             ///< between two looks, in milliseconds
     static constexpr const char* patience = "10000";  ///< with a client, in milliseconds
+
+    /// What clients tell of themselves is kept by the library in a store that outlives servers and clients, and so
+    /// does a lock in it whose owner was killed: then no client can be opened any more. Where no server runs nobody
+    /// needs the store.
+    static void forgetProperties() {
+        if (!aServerRuns()) {
+            std::error_code failure;
+            std::filesystem::remove_all("/dev/shm/jack_db-" + std::to_string(::getuid()), failure);
+        }
+    }
+
+    static bool aServerRuns() {
+        std::error_code failure;
+        for (const auto& process : std::filesystem::directory_iterator("/proc", failure)) {
+            std::string name;
+            std::getline(std::ifstream(process.path() / "comm"), name);
+            if (name == "jackd" || name == "jackdbus") {
+                return true;
+            }
+        }
+        return false;
+    }
 
     void end(int signal) {
         if (process_) {
