@@ -14,7 +14,8 @@ const std::filesystem::path documentation = "doc/midi-quillo/guide";
 bool isPlainInAddress(unsigned char byte) {
     constexpr std::string_view marks = "/-._~";
     const bool letter = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
-    return letter || (byte >= '0' && byte <= '9') || marks.find(static_cast<char>(byte)) != marks.npos;
+    return letter || (byte >= '0' && byte <= '9') ||
+           marks.find(static_cast<char>(byte)) != std::string_view::npos;
 }
 
 }  // namespace

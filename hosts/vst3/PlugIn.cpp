@@ -4,8 +4,6 @@
 
 #include "hosts/vst3/QuilloProcessor.hpp"
 
-juce::AudioProcessor* JUCE_CALLTYPE createPluginFilter();
-
 juce::AudioProcessor* JUCE_CALLTYPE createPluginFilter() {
     return std::make_unique<quillo::QuilloProcessor>().release();
 }
