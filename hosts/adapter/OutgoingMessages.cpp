@@ -35,7 +35,6 @@ std::span<const OutgoingMessages::Message> OutgoingMessages::inTimeOrder() QUILL
             return first.offset != second.offset ? first.offset < second.offset
                                                  : first.bytes.data() < second.bytes.data();
         });
-        inOrder_ = true;
     }
     return messages;
 }

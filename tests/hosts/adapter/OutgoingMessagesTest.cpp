@@ -44,6 +44,9 @@ TEST(OutgoingMessages, LeaveByTimeAndThoseOfOneTimeInTheOrderInWhichTheyCame) {
                                         {9, {0xB0, 32, 2}},
                                         {9, {0xC0, 3}},
                                         {9, {0x90, 61, 5}}}));
+    EXPECT_FALSE(messages.cameInTimeOrder());
+    messages.clear();
+    EXPECT_TRUE(messages.cameInTimeOrder());
 }
 
 TEST(OutgoingMessages, TakeAMessageWholeOrNotAtAll) {

@@ -118,6 +118,7 @@ TEST_F(SystemExclusiveAssemblerTest, APieceWithoutABeginningIsLeftOut) {
     EXPECT_EQ(take({4, 0xF7}), Messages{});
     EXPECT_EQ(take({5, 0xF8}), (Messages{{0xF8}}));
     EXPECT_EQ(take({0xF0, 6, 0xF7, 7, 8}), (Messages{{0xF0, 6, 0xF7}}));
+    EXPECT_EQ(take({9, 0xF7}), Messages{});
 }
 
 TEST_F(SystemExclusiveAssemblerTest, TheLongestMessageIsDeliveredAndALongerOneIsLeftOut) {
