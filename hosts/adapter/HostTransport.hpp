@@ -22,12 +22,14 @@ public:
     /// the beginning the transport seems to stand there while it moves, which is no jump, and neither is leaving it.
     enum class Positions : std::uint8_t { all, noneBelowZero };
 
-    /// A position that lies within `tolerance` frames of the expected one is no jump: for formats that round.
+    /// A position that lies within `tolerance` of the expected one, in the unit of the positions, is no jump: for
+    /// formats that round.
     explicit HostTransport(double tolerance = 0.0, Positions positions = Positions::all)
         : tolerance_(tolerance), positions_(positions) {}
 
-    /// The transport as it is now: a set of the moving, recording and cycling flags, the position in frames,
-    /// below zero before the beginning, and how many frames of it pass in one rendered frame.
+    /// The transport as it is now: a set of the moving, recording and cycling flags, the position, below zero
+    /// before the beginning, and how much of it passes in one rendered frame. Positions are in frames, unless a
+    /// format counts in another unit; that must then be the same one every time.
     void tell(AUHostTransportStateFlags flags, double position, double speed = 1.0) QUILLO_REALTIME;
 
     /// The same where the position is known to be the one that was told before, moved on: no jump, wherever it lies.

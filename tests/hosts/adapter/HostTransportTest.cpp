@@ -256,5 +256,35 @@ TEST(HostTransport, RecordingAndCyclingArePassedOn) {
     EXPECT_EQ(transport.flags(), moving | AUHostTransportStateRecording | AUHostTransportStateCycling);
 }
 
+TEST(HostTransport, APositionThatWasLostIsNoJumpHoweverLateItIsTold) {
+    HostTransport transport;
+    transport.tell(moving, 0.0);
+    transport.advance(100);
+    transport.lose();
+    transport.tell(moving);
+    transport.advance(100);
+    transport.tell(moving, 9000.0);
+    EXPECT_EQ(transport.flags(), moving);
+}
+
+TEST(HostTransport, OfTwoPositionsAtOneTimeTheLastIsShownEvenWithinTheTolerance) {
+    HostTransport transport(1.0);
+    transport.tell(moving, 0.6);
+    transport.tell(moving, 0.0);
+    EXPECT_EQ(transport.position(), 0.0);
+}
+
+TEST(HostTransport, AStartWithoutAPositionIsShownWhereItWasTold) {
+    HostTransport transport;
+    transport.tell(0, 0.0);
+    transport.advance(100);
+    transport.tell(moving);
+    transport.wait(1);
+    transport.tell(moving);
+    EXPECT_EQ(transport.position(), 0.0);
+    transport.advance(100);
+    EXPECT_EQ(transport.position(), 101.0);
+}
+
 }  // namespace
 }  // namespace quillo

@@ -206,6 +206,12 @@ TEST_F(CLAPTransport, ThatJumpsInSecondsAndInBeatsIsHeard) {
     EXPECT_EQ(heard(), (Timed{{0, goOn}, {100, goOn}, {200, start}}));
 }
 
+TEST_F(CLAPTransport, ThatJumpsForwardInSecondsAndInBeatsIsHeard) {
+    play(inBoth(4.0, 120.0));
+    play(inBoth(8.0, 120.0));
+    EXPECT_EQ(heard(), (Timed{{0, goOn}, {100, goOn}}));
+}
+
 TEST_F(CLAPTransport, ThatIsToldByAnotherTimelineDoesNotJump) {
     play(playing, 24000.0);
     playBeats(playing, 24100.0);
