@@ -2,16 +2,14 @@
 #include "hosts/jack/HangWatch.hpp"
 
 #include <poll.h>
-#include <sys/signalfd.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <csignal>
 #include <span>
-#include <system_error>
 
 #include "hosts/cli/ExitStatus.hpp"
+#include "hosts/jack/SignalSet.hpp"
 
 namespace quillo {
 
@@ -25,18 +23,8 @@ void waitForOneOf(std::span<pollfd> watched, int milliseconds) {
 
 }  // namespace
 
-HangWatch::HangWatch(std::initializer_list<int> signals) {
-    sigset_t set;
-    sigemptyset(&set);
-    for (const int signal : signals) {
-        sigaddset(&set, signal);
-    }
-    signals_ = Descriptor(::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK));
-    if (!signals_.isOpen()) {
-        throw std::system_error(errno, std::generic_category(), "no signal descriptor");
-    }
-    thread_ = std::jthread([this] { watch(); });
-}
+HangWatch::HangWatch(std::initializer_list<int> signals)
+    : signals_(openSignals(signalSet(signals))), thread_([this] { watch(); }) {}
 
 HangWatch::~HangWatch() {
     returned_.wake();

@@ -5,8 +5,7 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <system_error>
+#include "hosts/jack/SignalSet.hpp"
 
 namespace quillo {
 
@@ -25,16 +24,11 @@ void unblockInChildren(const sigset_t& mask) {
 }  // namespace
 
 SignalDescriptor::SignalDescriptor(std::initializer_list<int> signals) {
-    sigset_t set;
-    sigemptyset(&set);
     for (const int signal : signals) {
-        sigaddset(&set, signal);
         ::sigaction(signal, nullptr, &actionsBefore_[signal]);
     }
-    descriptor_ = Descriptor(::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK));
-    if (!descriptor_.isOpen()) {
-        throw std::system_error(errno, std::generic_category(), "no signal descriptor");
-    }
+    const auto set = signalSet(signals);
+    descriptor_ = openSignals(set);
     ::pthread_sigmask(SIG_BLOCK, &set, &maskBefore_);
     unblockInChildren(maskBefore_);
 }
