@@ -473,7 +473,9 @@ TEST_F(EmbeddedEditorTest, OpensAndClosesAThousandTimesWhileAnotherThreadRenders
     EXPECT_EQ(renderer.lost, 0U);
     EXPECT_EQ(after.handles, before.handles);
     EXPECT_EQ(after.threads, before.threads);
-    EXPECT_LT(after.bytes, before.bytes + times);
+    // The logs and the queues hold now more, now less; a block that each opening left behind would be this much.
+    constexpr std::size_t smallestBlock = 16;
+    EXPECT_LT(after.bytes, before.bytes + times * smallestBlock);
 }
 
 }  // namespace
