@@ -105,6 +105,28 @@ std::optional<std::string> whyNoEntry(const Output::Protocol& message) {
     return std::nullopt;
 }
 
+bool isAbove(const GenericByteV2& byte, unsigned greatest) {
+    const auto* fixed = byte.getIf<GenericByteV2::Value>();
+    return fixed != nullptr && fixed->value > greatest;
+}
+
+std::optional<std::string> whatEditingChanges(const Output::Protocol& message) {
+    switch (statusOf(message.status)) {
+    case StatusV2::programChange: return "its program change has no bank, and gets bank 0";
+    case StatusV2::channelPressure:
+        return message.byte2 ? std::optional("its pressure has a second data byte, and loses it")
+                             : std::nullopt;
+    case StatusV2::pitchWheel:
+        return isAbove(message.byte1, dataMask) || isAbove(*message.byte2, dataMask)
+                   ? std::optional("its pitch has data bytes above 127, and gets others")
+                   : std::nullopt;
+    case StatusV2::noteOn:
+    case StatusV2::noteOff:
+    case StatusV2::CC: break;
+    }
+    return std::nullopt;
+}
+
 std::uint8_t fixedValue(const GenericByteV2& byte) {
     return byte.getIf<GenericByteV2::Value>()->value;
 }
@@ -233,6 +255,11 @@ Rule ruleFromEntry(const RuleEntry& entry) {
 std::optional<std::string> whyNoEntry(const Rule& rule) {
     const auto* protocol = rule.output.message.getIf<Output::Protocol>();
     return protocol != nullptr ? whyNoEntry(*protocol) : std::nullopt;
+}
+
+std::optional<std::string> whatEditingChanges(const Rule& rule) {
+    const auto* protocol = rule.output.message.getIf<Output::Protocol>();
+    return protocol != nullptr && !whyNoEntry(rule) ? whatEditingChanges(*protocol) : std::nullopt;
 }
 
 RuleEntry entryFromRule(const Rule& rule) {

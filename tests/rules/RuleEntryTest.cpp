@@ -167,6 +167,44 @@ TEST(RuleEntry, AStatusWithoutChannelIsTheFirstChannel) {
     EXPECT_EQ(entry.output.controller, byte(7));
 }
 
+TEST(RuleEntry, EditingChangesNothingElseInAnyMessageOfTheEditorsOwn) {
+    for (const auto& entry : everyEntry()) {
+        ASSERT_EQ(whatEditingChanges(ruleFromEntry(entry)), std::nullopt);
+    }
+}
+
+TEST(RuleEntry, AStatusWithoutChannelSendsTheSameAfterEditing) {
+    const Output message = Output::Protocol{StatusByteV2::JustStatus{StatusV2::CC}, byte(7), byte(8)};
+    EXPECT_EQ(whatEditingChanges(rule(onLoad(), send(message))), std::nullopt);
+}
+
+TEST(RuleEntry, ARuleThatIsNoEntryIsNotEdited) {
+    const auto message = protocol(StatusV2::channelPressure, channel(0), triggerByte, byte(1));
+    EXPECT_EQ(whatEditingChanges(rule(onNoteOn(), send(message))), std::nullopt);
+}
+
+class MessageThatEditingChanges : public testing::TestWithParam<std::pair<Output, std::string>> {};
+
+TEST_P(MessageThatEditingChanges, SaysWhatBecomesOfIt) {
+    const auto& [message, change] = GetParam();
+    const auto loaded = rule(onNoteOn(), send(message), "old");
+    EXPECT_EQ(whatEditingChanges(loaded), change);
+    EXPECT_NE(ruleFromEntry(entryFromRule(loaded)), loaded);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Every, MessageThatEditingChanges,
+    testing::Values(std::pair{protocol(StatusV2::programChange, channel(3), byte(9)),
+                              std::string("its program change has no bank, and gets bank 0")},
+                    std::pair{protocol(StatusV2::programChange, triggerChannel, triggerByte),
+                              std::string("its program change has no bank, and gets bank 0")},
+                    std::pair{protocol(StatusV2::channelPressure, channel(0), byte(9), byte(1)),
+                              std::string("its pressure has a second data byte, and loses it")},
+                    std::pair{protocol(StatusV2::pitchWheel, channel(0), byte(128), byte(1)),
+                              std::string("its pitch has data bytes above 127, and gets others")},
+                    std::pair{protocol(StatusV2::pitchWheel, channel(0), byte(127), byte(255)),
+                              std::string("its pitch has data bytes above 127, and gets others")}));
+
 class RuleTheEditorCannotHold : public testing::TestWithParam<std::pair<Output, std::string>> {};
 
 TEST_P(RuleTheEditorCannotHold, HasAReasonAndIsFatalToConvert) {
