@@ -11,6 +11,7 @@
 #include <cstring>
 
 #include "platform/Descriptor.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -19,7 +20,11 @@ namespace {
 namespace fs = std::filesystem;
 
 [[noreturn]] void fail(const fs::path& path, const std::string& what, int error = errno) {
-    throw FileError(path.string() + ": " + what + ": " + std::strerror(error));
+    throw FileError(escaped(path.string()) + ": " + what + ": " + std::strerror(error));
+}
+
+[[noreturn]] void refuse(const fs::path& path, const std::string& why) {
+    throw FileError(escaped(path.string()) + ": " + why);
 }
 
 bool isThere(const fs::path& path) {
@@ -50,13 +55,16 @@ public:
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    /// A file that replaces another gets the other's mode, before it holds anything; a new one keeps the
-    /// process's default.
-    void takeModeOfTarget() {
+    /// A file that replaces another gets the other's owner and group, as far as the process may give them away,
+    /// and its mode, before it holds anything; a new one keeps the process's defaults.
+    void takeOwnerAndModeOfTarget() {
         constexpr mode_t modeBits = 07777;
         struct stat replaced{};
-        if (::stat(target_.c_str(), &replaced) == 0 &&
-            ::fchmod(descriptor_.number(), replaced.st_mode & modeBits) != 0) {
+        if (::stat(target_.c_str(), &replaced) != 0) {
+            return;
+        }
+        takeOwner(replaced);
+        if (::fchmod(descriptor_.number(), replaced.st_mode & modeBits) != 0) {
             fail(target_, "cannot write");
         }
     }
@@ -96,6 +104,14 @@ public:
     }
 
 private:
+    /// The group alone is within the reach of its members.
+    void takeOwner(const struct stat& replaced) {
+        constexpr auto same = static_cast<uid_t>(-1);
+        if (::fchown(descriptor_.number(), replaced.st_uid, replaced.st_gid) != 0) {
+            static_cast<void>(!::fchown(descriptor_.number(), same, replaced.st_gid));
+        }
+    }
+
     /// Steps around what an interrupted process of the same number may have left.
     static int createBeside(const fs::path& target, std::string& name) {
         constexpr mode_t beforeMask = 0666;
@@ -118,24 +134,56 @@ fs::path resolve(const fs::path& path) {
     const auto status = fs::status(path, error);
     if (!fs::exists(status)) {
         if (fs::is_symlink(fs::symlink_status(path, error))) {
-            throw FileError(path.string() + ": not written: it is a link that leads nowhere");
+            refuse(path, "not written: it is a link that leads nowhere");
         }
         return path;
     }
     if (!fs::is_regular_file(status)) {
-        throw FileError(path.string() + ": not written: it is not a regular file");
+        refuse(path, "not written: it is not a regular file");
     }
     return fs::canonical(path);
 }
 
-}  // namespace
-
-std::vector<std::uint8_t> readWholeFile(const fs::path& path) {
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+Descriptor openForReading(const fs::path& path, int flags) {
+    Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | flags));
     if (!file.isOpen()) {
         fail(path, "cannot be opened");
     }
+    return file;
+}
+
+struct stat statusOf(const Descriptor& file, const fs::path& path) {
+    struct stat status{};
+    if (::fstat(file.number(), &status) != 0) {
+        fail(path, "cannot be read");
+    }
+    return status;
+}
+
+/// `64 MiB`, or bytes where the size is no whole number of those.
+std::string sizeText(std::uint64_t bytes) {
+    constexpr std::uint64_t mebibyte = 1024UL * 1024;
+    constexpr std::uint64_t gibibyte = 1024 * mebibyte;
+    if (bytes % gibibyte == 0) {
+        return std::to_string(bytes / gibibyte) + " GiB";
+    }
+    return bytes % mebibyte == 0 ? std::to_string(bytes / mebibyte) + " MiB"
+                                 : std::to_string(bytes) + " bytes";
+}
+
+void requireWithin(std::uint64_t most, std::uint64_t size, const fs::path& path) {
+    if (size > most) {
+        throw FileTooLarge(escaped(path.string()) + ": cannot be read: it is larger than " + sizeText(most));
+    }
+}
+
+/// Nothing is read of a regular file that is too large; of anything else, no more than `most` and a chunk.
+std::vector<std::uint8_t> readAll(const Descriptor& file, const fs::path& path, std::uint64_t most) {
     std::vector<std::uint8_t> bytes;
+    if (const auto status = statusOf(file, path); S_ISREG(status.st_mode)) {
+        requireWithin(most, static_cast<std::uint64_t>(status.st_size), path);
+        bytes.reserve(static_cast<std::size_t>(status.st_size));
+    }
     std::array<std::uint8_t, 65536> chunk{};
     for (;;) {
         const auto count = ::read(file.number(), chunk.data(), chunk.size());
@@ -148,8 +196,23 @@ std::vector<std::uint8_t> readWholeFile(const fs::path& path) {
         if (count == 0) {
             return bytes;
         }
+        requireWithin(most, bytes.size() + static_cast<std::size_t>(count), path);
         bytes.insert(bytes.end(), chunk.begin(), chunk.begin() + count);
     }
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> readWholeFile(const fs::path& path, std::uint64_t most) {
+    return readAll(openForReading(path, 0), path, most);
+}
+
+std::vector<std::uint8_t> readRegularFile(const fs::path& path, std::uint64_t most) {
+    const auto file = openForReading(path, O_NONBLOCK);
+    if (!S_ISREG(statusOf(file, path).st_mode)) {
+        refuse(path, "cannot be read: it is not a regular file");
+    }
+    return readAll(file, path, most);
 }
 
 void writeWholeFile(const fs::path& path, std::span<const std::uint8_t> bytes, Existing existing) {
@@ -158,13 +221,21 @@ void writeWholeFile(const fs::path& path, std::span<const std::uint8_t> bytes, E
         fail(path, "not written", EEXIST);
     }
     TemporaryFile file(target);
-    file.takeModeOfTarget();
+    file.takeOwnerAndModeOfTarget();
     file.write(bytes);
     file.finish();
     if (existing == Existing::keep) {
         file.becomeTarget();
     } else {
         file.replaceTarget();
+    }
+    makeNamesDurable(target.parent_path());
+}
+
+void makeNamesDurable(const fs::path& folder) {
+    const Descriptor opened(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC));
+    if (opened.isOpen()) {
+        static_cast<void>(!::fsync(opened.number()));
     }
 }
 

@@ -16,17 +16,38 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// A file that holds more bytes than its reader takes.
+class FileTooLarge : public FileError {
+public:
+    using FileError::FileError;
+};
+
 /// What to do when the file is there already.
 enum class Existing { keep, replace };
 
-/// The whole file. Throws `FileError`.
-[[nodiscard]] std::vector<std::uint8_t> readWholeFile(const std::filesystem::path& path);
+/// As many bytes as are read of a file unless its reader says otherwise: far more than any preset has.
+inline constexpr std::uint64_t usualSizeLimit = 64UL * 1024 * 1024;
+
+/// The whole file, which may be a pipe or a device as well: then this waits for whoever writes, until the end.
+/// Throws `FileError`, and `FileTooLarge` as soon as there are more than `most` bytes.
+[[nodiscard]] std::vector<std::uint8_t> readWholeFile(const std::filesystem::path& path,
+                                                      std::uint64_t most = usualSizeLimit);
+
+/// The same of a regular file only. Never waits: whatever else stands at `path` is a `FileError`. For a program
+/// with a window, or inside a host.
+[[nodiscard]] std::vector<std::uint8_t> readRegularFile(const std::filesystem::path& path,
+                                                        std::uint64_t most = usualSizeLimit);
 
 /// Writes the file whole or not at all: whoever looks finds what was there before or all of `bytes`, and a
-/// failure leaves no trace. A link is followed and stays a link; a file that is replaced keeps its mode. Throws
+/// failure leaves no trace. What is written outlasts a loss of power. A link is followed and stays a link; a
+/// file that is replaced keeps its mode and, where the process may give them away, its owner and group. Throws
 /// `FileError`, also when the file is there and shall be kept, and when `path` names something other than a
 /// regular file or leads nowhere.
 void writeWholeFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
                     Existing existing);
+
+/// Waits until the disk knows the names in a folder, after a file there got or changed its own. A file system
+/// without such a promise is let be.
+void makeNamesDurable(const std::filesystem::path& folder);
 
 }  // namespace quillo

@@ -13,7 +13,7 @@
 #include "hosts/cli/ExitStatus.hpp"
 #include "hosts/cli/ExplanationText.hpp"
 #include "hosts/cli/InputFiles.hpp"
-#include "hosts/cli/QuotedName.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -35,7 +35,7 @@ std::vector<AskedEvent> readEvents(const std::vector<std::string>& texts) {
         try {
             events.push_back(parseAskedEvent(text));
         } catch (const AskedEventError& error) {
-            throw UsageError("event " + std::to_string(events.size() + 1) + ", " + quotedName(text) + ": " +
+            throw UsageError("event " + std::to_string(events.size() + 1) + ", " + quoted(text) + ": " +
                              error.what() + "\n" + forms());
         }
     }

@@ -9,8 +9,8 @@
 #include <variant>
 
 #include "hosts/cli/NumberWords.hpp"
-#include "hosts/cli/QuotedName.hpp"
 #include "platform/HexText.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -235,7 +235,7 @@ std::string inPlainWords(const RuleOutputV2& output, const RuleTriggerV2& trigge
 }
 
 std::string inPlainWords(const Rule& rule) {
-    return quotedName(rule.name) + ": " + inPlainWords(rule.trigger) + ", " +
+    return quoted(rule.name) + ": " + inPlainWords(rule.trigger) + ", " +
            inPlainWords(rule.output, rule.trigger) + ".";
 }
 

@@ -7,10 +7,10 @@
 #include "hosts/cli/EngineProbe.hpp"
 #include "hosts/cli/NoteLedger.hpp"
 #include "hosts/cli/OutputAdvice.hpp"
-#include "hosts/cli/QuotedName.hpp"
 #include "hosts/cli/RuleReach.hpp"
 #include "hosts/cli/TellingEvents.hpp"
 #include "hosts/cli/TriggerAdvice.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -48,7 +48,7 @@ AdviceList adviseOn(const std::vector<Rule>& rules) {
 std::string adviceText(const std::vector<Rule>& rules, const Advice& advice) {
     constexpr std::size_t longestName = 60;
     const auto number = std::to_string(advice.rule + 1) + ". ";
-    return number + quotedName(rules[advice.rule].name, longestName) + " " + advice.matter + ".\n" +
+    return number + quoted(rules[advice.rule].name, longestName) + " " + advice.matter + ".\n" +
            std::string(number.size(), ' ') + advice.wayOut + "\n";
 }
 

@@ -4,22 +4,42 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <fstream>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
 #include "support/FileSizeLimit.hpp"
 #include "support/TemporaryFolder.hpp"
 
+namespace {
+
+/// The folders that were made durable, by their inodes.
+std::vector<ino_t> durableFolders;
+
+}  // namespace
+
+/// In the place of the system's, which it calls.
+extern "C" int fsync(int descriptor) {
+    struct stat status{};
+    if (::fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode)) {
+        durableFolders.push_back(status.st_ino);
+    }
+    return static_cast<int>(::syscall(SYS_fsync, descriptor));
+}
+
 namespace quillo {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
@@ -58,6 +78,23 @@ std::string failureOf(Action&& action) {
 
 fs::perms modeOf(const fs::path& path) {
     return fs::status(path).permissions();
+}
+
+struct stat statusOf(const fs::path& path) {
+    struct stat status{};
+    EXPECT_EQ(::stat(path.c_str(), &status), 0) << path;
+    return status;
+}
+
+/// A group that this process may give a file to, other than its own where there is one.
+gid_t anotherGroup() {
+    if (::geteuid() == 0) {
+        return ::getegid() + 1;
+    }
+    std::vector<gid_t> groups(static_cast<std::size_t>(::getgroups(0, nullptr)));
+    EXPECT_EQ(::getgroups(static_cast<int>(groups.size()), groups.data()), static_cast<int>(groups.size()));
+    const auto other = std::ranges::find_if(groups, [](gid_t group) { return group != ::getegid(); });
+    return other != groups.end() ? *other : ::getegid();
 }
 
 /// Runs with a file-creation mask of its own.
@@ -145,6 +182,44 @@ TEST_F(AtomicFile, AReplacedFileKeepsItsModeWhateverTheMask) {
     }
 }
 
+TEST_F(AtomicFile, AReplacedFileKeepsItsOwnerAndItsGroup) {
+    writeOldFile();
+    const auto owner = ::geteuid() == 0 ? ::geteuid() + 1 : ::geteuid();
+    ASSERT_EQ(::chown(file.c_str(), owner, anotherGroup()), 0);
+    fs::permissions(file, fs::perms{02750});
+    writeWholeFile(file, newBytes, Existing::replace);
+    EXPECT_EQ(statusOf(file).st_uid, owner);
+    EXPECT_EQ(statusOf(file).st_gid, anotherGroup());
+    EXPECT_EQ(modeOf(file), fs::perms{02750});
+}
+
+TEST_F(AtomicFile, TheFoldersNewNameOutlastsALossOfPower) {
+    for (const auto existing : {Existing::keep, Existing::replace}) {
+        durableFolders.clear();
+        writeWholeFile(folder / (existing == Existing::keep ? "new.mid" : "song.mid"), newBytes, existing);
+        EXPECT_THAT(durableFolders, ElementsAre(statusOf(folder.path()).st_ino));
+    }
+}
+
+TEST_F(AtomicFile, TheFolderBehindALinkIsTheOneMadeDurable) {
+    const TemporaryFolder other;
+    writeOldFile();
+    fs::create_symlink(file, other / "link.mid");
+    durableFolders.clear();
+    writeWholeFile(other / "link.mid", newBytes, Existing::replace);
+    EXPECT_THAT(durableFolders, Contains(statusOf(folder.path()).st_ino));
+}
+
+TEST_F(AtomicFile, WritesAFileThatIsNamedWithoutItsFolder) {
+    const auto before = fs::current_path();
+    fs::current_path(folder.path());
+    durableFolders.clear();
+    writeWholeFile("song.mid", newBytes, Existing::keep);
+    fs::current_path(before);
+    EXPECT_EQ(readWholeFile(file), newBytes);
+    EXPECT_THAT(durableFolders, ElementsAre(statusOf(folder.path()).st_ino));
+}
+
 TEST_F(AtomicFile, FollowsALinkAndLeavesItALink) {
     writeOldFile();
     const auto link = folder / "link.mid";
@@ -230,11 +305,84 @@ TEST_F(AtomicFile, AWriteThatFailsHalfWayLeavesTheOldFileAndNoTrace) {
     EXPECT_THAT(names(), ElementsAre("song.mid"));
 }
 
+/// Reads a file whole, and as a regular file only.
+const auto bothReaders = {&readWholeFile, &readRegularFile};
+
 TEST_F(AtomicFile, SaysWhatCannotBeRead) {
-    EXPECT_EQ(failureOf([&] { (void)readWholeFile(file); }),
-              file.string() + ": cannot be opened: No such file or directory");
+    for (const auto read : bothReaders) {
+        EXPECT_EQ(failureOf([&] { (void)read(file, usualSizeLimit); }),
+                  file.string() + ": cannot be opened: No such file or directory");
+    }
     EXPECT_EQ(failureOf([&] { (void)readWholeFile(folder.path()); }),
               folder.path().string() + ": cannot be read: Is a directory");
+}
+
+TEST_F(AtomicFile, NamesAFileWithoutItsControlCharacters) {
+    EXPECT_EQ(failureOf([&] { (void)readWholeFile("/missing/\x1b[2J\n.mid"); }),
+              "/missing/\\u001b[2J\\n.mid: cannot be opened: No such file or directory");
+    EXPECT_EQ(failureOf([&] { writeWholeFile("/missing/\x1b[2J\n.mid", newBytes, Existing::keep); }),
+              "/missing/\\u001b[2J\\n.mid: cannot write in this folder: No such file or directory");
+}
+
+TEST_F(AtomicFile, ReadsAsManyBytesAsItMayAndNotOneMore) {
+    const Bytes many(100'000, 7);
+    writeWholeFile(file, many, Existing::keep);
+    for (const auto read : bothReaders) {
+        EXPECT_EQ(read(file, 100'000), many);
+        EXPECT_EQ(failureOf([&] { (void)read(file, 99'999); }),
+                  file.string() + ": cannot be read: it is larger than 99999 bytes");
+    }
+}
+
+TEST_F(AtomicFile, AFileThatIsTooLargeIsAFailureOfItsOwnKind) {
+    writeOldFile();
+    for (const auto read : bothReaders) {
+        EXPECT_THROW((void)read(file, oldBytes.size() - 1), FileTooLarge);
+    }
+}
+
+/// The most that this process has ever held in memory, in kilobytes.
+long mostMemory() {
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+TEST_F(AtomicFile, ReadsNothingOfAFileThatIsFarTooLarge) {
+    std::ofstream(file).close();
+    fs::resize_file(file, std::uintmax_t{6} << 30U);
+    const auto memoryBefore = mostMemory();
+    for (const auto read : bothReaders) {
+        EXPECT_EQ(failureOf([&] { (void)read(file, usualSizeLimit); }),
+                  file.string() + ": cannot be read: it is larger than 64 MiB");
+        EXPECT_EQ(failureOf([&] { (void)read(file, std::uint64_t{1} << 30U); }),
+                  file.string() + ": cannot be read: it is larger than 1 GiB");
+    }
+    EXPECT_LT(mostMemory(), memoryBefore + 100'000);
+}
+
+TEST_F(AtomicFile, ADeviceWithoutAnEndIsReadToTheLimit) {
+    EXPECT_EQ(failureOf([] { (void)readWholeFile("/dev/zero"); }),
+              "/dev/zero: cannot be read: it is larger than 64 MiB");
+}
+
+TEST_F(AtomicFile, ReadsAPipeToItsEnd) {
+    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+    const Bytes many(200'000, 7);
+    std::thread writer([&] {
+        std::ofstream(file, std::ios::binary)
+            .write(reinterpret_cast<const char*>(many.data()), static_cast<std::streamsize>(many.size()));
+    });
+    EXPECT_EQ(readWholeFile(file), many);
+    writer.join();
+}
+
+TEST_F(AtomicFile, ARegularFileIsAskedForAndNoPipeDeviceOrFolderWaitedFor) {
+    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+    for (const auto& path : {file, fs::path("/dev/zero"), folder.path()}) {
+        EXPECT_EQ(failureOf([&] { (void)readRegularFile(path); }),
+                  path.string() + ": cannot be read: it is not a regular file");
+    }
 }
 
 }  // namespace
