@@ -18,17 +18,22 @@ struct Kept {
     std::uint32_t type = 0;
     std::uint32_t flags = 0;
 
-    /// The document; the zero that ends a string is no part of it.
-    [[nodiscard]] std::span<const std::uint8_t> document() const {
-        const auto* bytes = static_cast<const std::uint8_t*>(value);
-        return {bytes, size > 0 && bytes[size - 1] == 0 ? size - 1 : size};
+    /// The document; nothing when this is of no type that one is kept as.
+    [[nodiscard]] std::optional<std::span<const std::uint8_t>> document(const LV2URIDs& ids) const {
+        const std::span bytes(static_cast<const std::uint8_t*>(value), size);
+        if (type == ids.atomChunk) {
+            return bytes;
+        }
+        if (type == ids.atomString) {
+            return !bytes.empty() && bytes.back() == 0 ? bytes.first(size - 1) : bytes;
+        }
+        return std::nullopt;
     }
 };
 
 LV2_State_Status save(LV2Instance& instance, LV2_State_Store_Function store, LV2_State_Handle handle) {
-    auto document = instance.hostedUnit().save();
-    document.push_back(0);
-    return store(handle, instance.ids().stateKey, document.data(), document.size(), instance.ids().atomString,
+    const auto document = instance.hostedUnit().save();
+    return store(handle, instance.ids().stateKey, document.data(), document.size(), instance.ids().atomChunk,
                  LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE);
 }
 
@@ -50,12 +55,13 @@ LV2_State_Status save(LV2_Handle handle, LV2_State_Store_Function store, LV2_Sta
 }
 
 LV2_State_Status restore(LV2Instance& instance, const Kept& kept) {
-    if (kept.type != instance.ids().atomString) {
-        instance.hostedUnit().tellUser(
-            "The saved rules cannot be restored: the host keeps them as no string.");
+    const auto document = kept.document(instance.ids());
+    if (!document) {
+        instance.hostedUnit().tellUser("The saved rules cannot be restored: the host hands them out in "
+                                       "another form than they were saved in.");
         return LV2_STATE_ERR_BAD_TYPE;
     }
-    return instance.hostedUnit().restore(kept.document()) ? LV2_STATE_ERR_UNKNOWN : LV2_STATE_SUCCESS;
+    return instance.hostedUnit().restore(*document) ? LV2_STATE_ERR_UNKNOWN : LV2_STATE_SUCCESS;
 }
 
 LV2_State_Status restore(LV2_Handle handle, LV2_State_Retrieve_Function retrieve,

@@ -21,6 +21,7 @@ LV2_URID idOf(LV2_URID_Map& map, const char* name) {
 
 LV2URIDs::LV2URIDs(LV2_URID_Map& map)
     : atomBlank(idOf(map, LV2_ATOM__Blank)),
+      atomChunk(idOf(map, LV2_ATOM__Chunk)),
       atomDouble(idOf(map, LV2_ATOM__Double)),
       atomFloat(idOf(map, LV2_ATOM__Float)),
       atomInt(idOf(map, LV2_ATOM__Int)),

@@ -14,6 +14,7 @@ struct LV2URIDs {
     explicit LV2URIDs(LV2_URID_Map& map);
 
     LV2_URID atomBlank;
+    LV2_URID atomChunk;
     LV2_URID atomDouble;
     LV2_URID atomFloat;
     LV2_URID atomInt;

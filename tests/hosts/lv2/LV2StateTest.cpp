@@ -10,6 +10,7 @@
 
 #include "hosts/lv2/LV2TestHost.hpp"
 #include "persistence/PluginData.hpp"
+#include "support/TemporaryFolder.hpp"
 #include "support/TestRules.hpp"
 
 namespace quillo {
@@ -41,25 +42,75 @@ Bytes contentOf(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/// What a project keeps of the instance: Turtle.
+/// What hosts keep of an instance in a project.
+using State = std::unique_ptr<LilvState, decltype([](LilvState* state) { ::lilv_state_free(state); })>;
+
+State stateOf(LV2TestHost& host) {
+    return State(::lilv_state_new_from_instance(host.world().plugin(lv2Plain), host.instance(), &lv2Map(),
+                                                nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                                LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE, nullptr));
+}
+
+/// As Turtle in a string.
 std::string projectOf(LV2TestHost& host) {
-    auto* state = ::lilv_state_new_from_instance(host.world().plugin(lv2Plain), host.instance(), &lv2Map(),
-                                                 nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                                 LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE, nullptr);
-    auto* text =
-        ::lilv_state_to_string(host.world().get(), &lv2Map(), &lv2Unmap(), state, "urn:test:state", nullptr);
+    auto* text = ::lilv_state_to_string(host.world().get(), &lv2Map(), &lv2Unmap(), stateOf(host).get(),
+                                        "urn:test:state", nullptr);
     std::string project(text);
     ::lilv_free(text);
-    ::lilv_state_free(state);
     return project;
 }
 
-void restoreFrom(const std::string& project, LV2TestHost& host) {
-    auto* state = ::lilv_state_new_from_string(host.world().get(), &lv2Map(), project.c_str());
+void restoreFrom(const State& state, LV2TestHost& host) {
     ASSERT_NE(state, nullptr);
-    EXPECT_EQ(::lilv_state_get_num_properties(state), 1U);
-    ::lilv_state_restore(state, host.instance(), nullptr, nullptr, 0, nullptr);
-    ::lilv_state_free(state);
+    EXPECT_EQ(::lilv_state_get_num_properties(state.get()), 1U);
+    ::lilv_state_restore(state.get(), host.instance(), nullptr, nullptr, 0, nullptr);
+}
+
+void restoreFrom(const std::string& project, LV2TestHost& host) {
+    restoreFrom(State(::lilv_state_new_from_string(host.world().get(), &lv2Map(), project.c_str())), host);
+}
+
+/// Through a file, as hosts write and read it.
+void restoreThroughAFile(LV2TestHost& from, LV2TestHost& to) {
+    const TemporaryFolder folder;
+    ASSERT_EQ(::lilv_state_save(from.world().get(), &lv2Map(), &lv2Unmap(), stateOf(from).get(), nullptr,
+                                folder.path().c_str(), "state.ttl"),
+              0);
+    restoreFrom(State(::lilv_state_new_from_file(to.world().get(), &lv2Map(), nullptr,
+                                                 (folder / "state.ttl").c_str())),
+                to);
+}
+
+/// Every character of ASCII and what else a reader of Turtle might stumble over, at a name's start, in its middle,
+/// at its end, alone, and between the characters that Turtle escapes.
+std::vector<std::string> awkwardNames() {
+    std::vector<std::string> awkward{R"(""")",
+                                     "'''",
+                                     "^^<urn:x>",
+                                     "@en",
+                                     R"(\u0041)",
+                                     "\r\n",
+                                     "\u00a0",
+                                     "\u0085",
+                                     "\u2028",
+                                     "\ufeff",
+                                     "\u202e",
+                                     "\ufffd",
+                                     "\u00e9",
+                                     "\u266f\u266d",
+                                     "\u65e5\u672c",
+                                     "\U0001f3b9",
+                                     std::string(500, '"'),
+                                     std::string(500, '\\')};
+    for (int character = 0; character < 128; ++character) {
+        awkward.emplace_back(1, static_cast<char>(character));
+    }
+    std::vector<std::string> names{""};
+    for (const auto& text : awkward) {
+        names.insert(names.end(), {text, text + "end", "in " + text + " it", "start" + text, '"' + text + '/',
+                                   '/' + text + '"', '\\' + text + '\\'});
+    }
+    return names;
 }
 
 class LV2State : public testing::Test {
@@ -97,17 +148,55 @@ TEST_F(LV2State, PassesThroughAProjectByteForByte) {
     EXPECT_EQ(other.save(), swap);
 }
 
-TEST_F(LV2State, CanBeReadInAProject) {
-    host.loadRules({rule(onMIDIStart(), send(noteOn(0, 61, 5)), "my rule")});
-    EXPECT_NE(projectOf(host).find("my rule"), std::string::npos);
+TEST_F(LV2State, SurvivesAProjectWhateverARuleIsCalled) {
+    LV2TestHost other;
+    for (const auto& name : awkwardNames()) {
+        const auto document = documentOf({rule(onMIDIStart(), send(noteOn(0, 61, 5)), name)});
+        ASSERT_EQ(host.load(document), LV2_STATE_SUCCESS);
+        restoreThroughAFile(host, other);
+        ASSERT_EQ(other.save(), document) << "the name " << testing::PrintToString(name);
+    }
+}
+
+TEST_F(LV2State, OfRulesOfAllThoseNamesSurvivesAProject) {
+    std::vector<Rule> rules;
+    for (const auto& name : awkwardNames()) {
+        rules.push_back(rule(onMIDIStart(), send(noteOn(0, 61, 5)), name));
+    }
+    const auto document = documentOf(std::move(rules));
+    ASSERT_EQ(host.load(document), LV2_STATE_SUCCESS);
+    LV2TestHost other;
+    restoreThroughAFile(host, other);
+    EXPECT_EQ(other.save(), document);
+}
+
+/// As the plug-in saved it before it saved chunks.
+TEST_F(LV2State, OfAnOlderProjectIsAString) {
+    ASSERT_EQ(host.load(swap), LV2_STATE_SUCCESS);
+    restoreFrom(R"(
+        @prefix lv2: <http://lv2plug.in/ns/lv2core#> .
+        @prefix pset: <http://lv2plug.in/ns/ext/presets#> .
+        @prefix state: <http://lv2plug.in/ns/ext/state#> .
+        <urn:test:state> a pset:Preset ; lv2:appliesTo <urn:midi-quillo:lv2> ;
+            state:state [ <urn:midi-quillo:lv2#midi-quillo-state> """{"rules":[]}""" ] .)",
+                host);
+    EXPECT_EQ(host.save(), documentOf({}));
+    EXPECT_EQ(alert(), std::nullopt);
 }
 
 TEST_F(LV2State, OfAFreshPluginIsAnEmptyList) {
     EXPECT_EQ(host.save(), documentOf({}));
 }
 
-TEST_F(LV2State, WithoutTheZeroAtItsEndIsTakenToo) {
+TEST_F(LV2State, OfAStringWithoutAZeroIsRestoredToo) {
     EXPECT_EQ(host.restore(swap, lv2Id(LV2_ATOM__String)), LV2_STATE_SUCCESS);
+    EXPECT_EQ(host.save(), swap);
+}
+
+TEST_F(LV2State, OfAStringEndsBeforeItsZero) {
+    auto string = swap;
+    string.push_back(0);
+    EXPECT_EQ(host.restore(string, lv2Id(LV2_ATOM__String)), LV2_STATE_SUCCESS);
     EXPECT_EQ(host.save(), swap);
 }
 
@@ -129,8 +218,10 @@ TEST_F(LV2State, ThatIsEmptyOrDamagedIsRefusedAndLeavesTheRules) {
         EXPECT_EQ(host.load(bytesOf(damaged)), LV2_STATE_ERR_UNKNOWN) << damaged;
         EXPECT_EQ(host.save(), swap);
     }
-    EXPECT_EQ(host.restore({}, lv2Id(LV2_ATOM__String)), LV2_STATE_ERR_UNKNOWN);
-    EXPECT_EQ(host.restore(Bytes(3, 0), lv2Id(LV2_ATOM__String)), LV2_STATE_ERR_UNKNOWN);
+    for (const auto* type : {LV2_ATOM__Chunk, LV2_ATOM__String}) {
+        EXPECT_EQ(host.restore({}, lv2Id(type)), LV2_STATE_ERR_UNKNOWN);
+        EXPECT_EQ(host.restore(Bytes(3, 0), lv2Id(type)), LV2_STATE_ERR_UNKNOWN);
+    }
     EXPECT_EQ(host.save(), swap);
     ASSERT_TRUE(alert());
     EXPECT_NE(alert()->find("The saved rules cannot be restored"), std::string::npos);
@@ -149,11 +240,12 @@ TEST_F(LV2State, OfAMegabyteOfNoiseIsRefused) {
 
 TEST_F(LV2State, OfAnotherTypeIsRefusedAndTheUserIsTold) {
     ASSERT_EQ(host.load(swap), LV2_STATE_SUCCESS);
-    for (const auto* type : {LV2_ATOM__Chunk, LV2_ATOM__Int, LV2_ATOM__Path}) {
+    for (const auto* type : {LV2_ATOM__Bool, LV2_ATOM__Int, LV2_ATOM__Path}) {
         EXPECT_EQ(host.restore(documentOf({}), lv2Id(type)), LV2_STATE_ERR_BAD_TYPE);
     }
     EXPECT_EQ(host.save(), swap);
-    EXPECT_EQ(alert(), "The saved rules cannot be restored: the host keeps them as no string.");
+    EXPECT_EQ(alert(), "The saved rules cannot be restored: the host hands them out in another form than "
+                       "they were saved in.");
 }
 
 TEST_F(LV2State, OfAHostThatHasNoneLeavesTheRulesInSilence) {

@@ -42,9 +42,9 @@ public:
     /// Restores these rules; it must succeed.
     void loadRules(std::vector<Rule> rules);
     [[nodiscard]] LV2_State_Status load(const Bytes& document);
-    /// What a host keeps, with the zero at its end or without, or of another type.
+    /// What a host keeps, of any type.
     [[nodiscard]] LV2_State_Status restore(const Bytes& value, LV2_URID type);
-    /// The document; it must have been stored as a string that a host may copy anywhere.
+    /// The document; it must have been stored as a chunk that a host may copy anywhere.
     [[nodiscard]] Bytes save();
 
     [[nodiscard]] const LV2_Descriptor& descriptor() const {
