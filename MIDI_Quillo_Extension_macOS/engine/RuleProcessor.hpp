@@ -72,7 +72,7 @@ public:
     OSStatus flushInstantMessages(const OutputFunction& output, SampleTime start) QUILLO_REALTIME;
 
     /// [render] Step 3: sends the delayed outputs that are due before `end`, earliest first, each with its own
-    /// time; outputs due at the same time leave in any order.
+    /// time; outputs due at the same time leave in the order in which they were queued.
     OSStatus flushDelayedMessages(const OutputFunction& output, SampleTime end) QUILLO_REALTIME;
 
     /// [render] Step 4, in cycles in which the host's transport changed: runs the event through the rules.

@@ -37,7 +37,7 @@ namespace quillo {
 class BlockRenderer {
 public:
     /// How many MIDI events a cycle can hold; a block with more is rendered in several cycles, which changes
-    /// nothing but the order of delayed outputs that are due at one sample.
+    /// nothing.
     static constexpr std::size_t incomingCapacity = 8192;
     /// How many messages can leave in a block, and how many bytes in all: more is refused.
     static constexpr std::size_t outgoingCapacity = 16384;

@@ -17,7 +17,7 @@ namespace quillo {
 class RenderCycle {
 public:
     /// How many MIDI messages are handed over at once. In a cycle with more the unit is called several times at
-    /// the same sample time, which changes nothing but the order of delayed outputs that are due at one sample.
+    /// the same sample time, which changes nothing.
     static constexpr std::size_t capacity = 4096;
 
     explicit RenderCycle(AUInternalRenderBlock renderUnit) : renderUnit_(std::move(renderUnit)) {}

@@ -56,8 +56,7 @@ Options:
   --sample-rate RATE    samples per second that times are counted in,
                         1000 to 768000 (48000)
   --block FRAMES        samples per render cycle, 1 to 1048576 (512); the result
-                        does not depend on it, except in the order of delayed
-                        outputs that are due at the same sample
+                        does not depend on it
   --tail SECONDS        how long to wait for delayed outputs after the end of
                         the file, 0 to 86400 (60)
 

@@ -17,8 +17,7 @@
 namespace quillo {
 
 /// Plays messages through a unit of its own as fast as it can, in cycles that follow one another from sample
-/// 0 on. What comes out does not depend on the cycles' length, except for the order of delayed outputs that
-/// are due at the same sample.
+/// 0 on. What comes out, in order of time, does not depend on the cycles' length.
 class OfflineHost {
 public:
     struct Settings {

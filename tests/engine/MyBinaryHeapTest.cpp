@@ -3,9 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <memory>
 #include <random>
-#include <set>
-#include <string>
 #include <vector>
 
 #include "engine/DelayedMessage.hpp"
@@ -60,15 +60,39 @@ TEST(MyBinaryHeap, AFullOneLosesItsEarliestElementToTheNewOne) {
     EXPECT_EQ(times.back(), 10000);
 }
 
-TEST(MyBinaryHeap, ElementsOfEqualTimeAreAllReturned) {
-    MyBinaryHeap<DelayedMessage> heap(10);
-    const DelayedMessage one{7, MessageList(MIDIMessage{0x90, 1, 1})};
-    const DelayedMessage other{7, MessageList(MIDIMessage{0x90, 2, 2})};
-    heap.push(one);
-    heap.push(other);
-    const auto first = heap.pop();
-    const auto second = heap.pop();
-    EXPECT_TRUE((first == one && second == other) || (first == other && second == one));
+/// An element whose place can be told from its equals.
+struct Labelled {
+    SampleTime time = 0;
+    int label = 0;
+
+    bool operator==(const Labelled&) const = default;
+};
+
+TEST(MyBinaryHeap, ElementsOfOneTimeLeaveInTheOrderInWhichTheyWerePushed) {
+    MyBinaryHeap<Labelled> heap(20);
+    heap.push({8, -1});
+    for (int label = 0; label < 10; ++label) {
+        heap.push({7, label});
+    }
+    for (int label = 0; label < 10; ++label) {
+        EXPECT_EQ(heap.pop(), (Labelled{7, label}));
+        heap.push({8, label});
+    }
+    EXPECT_EQ(heap.pop(), (Labelled{8, -1}));
+    for (int label = 0; label < 10; ++label) {
+        EXPECT_EQ(heap.pop(), (Labelled{8, label}));
+    }
+}
+
+TEST(MyBinaryHeap, WhatTookTheRootsPlaceComesAfterItsEquals) {
+    MyBinaryHeap<Labelled> heap(3);
+    heap.push({1, 0});
+    heap.push({2, 1});
+    heap.push({2, 2});
+    heap.push({2, 3});
+    EXPECT_EQ(heap.pop(), (Labelled{2, 1}));
+    EXPECT_EQ(heap.pop(), (Labelled{2, 2}));
+    EXPECT_EQ(heap.pop(), (Labelled{2, 3}));
 }
 
 TEST(MyBinaryHeap, OneWithoutSlotsTakesNothing) {
@@ -78,41 +102,45 @@ TEST(MyBinaryHeap, OneWithoutSlotsTakesNothing) {
     EXPECT_EQ(heap.peek(), nullptr);
 }
 
-TEST(MyBinaryHeap, MixedPushesAndPopsAlwaysYieldTheEarliest) {
+TEST(MyBinaryHeap, MixedPushesAndPopsAlwaysYieldTheEarliestThatCameFirst) {
+    constexpr std::size_t capacity = 200;
     std::mt19937 random(1);
-    MyBinaryHeap<DelayedMessage> heap(200);
-    std::multiset<SampleTime> expected;
+    MyBinaryHeap<Labelled> heap(capacity);
+    std::multimap<SampleTime, int> expected;
     for (int step = 0; step < 20000; ++step) {
-        if (expected.size() < 200 && (expected.empty() || random() % 2 == 0)) {
+        if (expected.empty() || random() % 2 == 0) {
+            if (expected.size() == capacity) {
+                expected.erase(expected.begin());
+            }
             const auto time = static_cast<SampleTime>(random() % 100) - 50;
-            heap.push(dueAt(time));
-            expected.insert(time);
+            heap.push({time, step});
+            expected.insert({time, step});
         } else {
-            ASSERT_EQ(heap.pop()->time, *expected.begin());
-            expected.erase(expected.begin());
+            const auto earliest = expected.begin();
+            ASSERT_EQ(*heap.peek(), (Labelled{earliest->first, earliest->second}));
+            ASSERT_EQ(heap.pop(), (Labelled{earliest->first, earliest->second}));
+            expected.erase(earliest);
         }
         ASSERT_EQ(heap.size(), expected.size());
     }
 }
 
-/// An element whose place can be told from its equals.
-struct Labelled {
-    int key;
-    char label;
-
-    friend auto operator<=>(const Labelled& a, const Labelled& b) { return a.key <=> b.key; }
-};
-
-TEST(MyBinaryHeap, SiftsEqualsTheSameWayOnEveryMachine) {
-    MyBinaryHeap<Labelled> heap(8);
-    for (const char label : {'a', 'b', 'c', 'd'}) {
-        heap.push({1, label});
+TEST(MyBinaryHeap, LetsGoOfWhatItHoldsWhenItGoes) {
+    struct Shared {
+        SampleTime time = 0;
+        std::shared_ptr<int> held;
+    };
+    const auto held = std::make_shared<int>(1);
+    {
+        MyBinaryHeap<Shared> heap(3);
+        for (SampleTime time = 0; time < 5; ++time) {
+            heap.push({time, held});
+        }
+        EXPECT_EQ(held.use_count(), 4);
+        EXPECT_EQ(heap.pop()->held, held);
+        EXPECT_EQ(held.use_count(), 3);
     }
-    std::string order;
-    while (const auto element = heap.pop()) {
-        order += element->label;
-    }
-    EXPECT_EQ(order, "adcb");
+    EXPECT_EQ(held.use_count(), 1);
 }
 
 }  // namespace

@@ -96,5 +96,28 @@ TEST(Recipes, EachNoteHasTwoEchoesOfItsOwnLength) {
                           {750, "82 3c 40"}}));
 }
 
+/// A line in which each note is struck again, or followed by its neighbour, on the tick of its release, as
+/// sequencers write it: release first.
+TEST(Recipes, TheEchoesOfAReleaseAndANewStrokeOnOneTickKeepTheirOrder) {
+    std::vector<Moment> line{{0, "90 3c 64"}, {0, "90 40 64"}};
+    std::vector<Moment> echoed;
+    for (SampleTime time = 25; time < 250; time += 25) {
+        for (const auto* bytes : {"80 3c 40", "80 40 40", "90 3c 64", "90 40 64"}) {
+            line.emplace_back(time, bytes);
+            echoed.emplace_back(time, bytes);
+        }
+    }
+    std::vector<TimedMessage> echoes;
+    for (const auto& output : played("echo.json", line, 300)) {
+        const auto bytes = output.message.bytes();
+        const auto heard = output.time - 600 * samplesPerMillisecond;
+        if (heard > 0 && ((bytes[0] & 0x0F) == 2)) {
+            echoes.push_back(
+                {heard, MIDIMessage{static_cast<std::uint8_t>(bytes[0] & 0xF0), bytes[1], bytes[2]}});
+        }
+    }
+    EXPECT_EQ(echoes, messagesAt(echoed));
+}
+
 }  // namespace
 }  // namespace quillo

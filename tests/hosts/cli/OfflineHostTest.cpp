@@ -9,6 +9,7 @@
 #include <random>
 #include <utility>
 
+#include "hosts/cli/InStableOrder.hpp"
 #include "hosts/cli/MIDIFileBytes.hpp"
 #include "hosts/cli/Presets.hpp"
 #include "platform/FatalError.hpp"
@@ -156,18 +157,6 @@ std::vector<TimedMessage> randomMessages(std::mt19937& random) {
     return messages;
 }
 
-/// Outputs by time and then bytes: outputs that are due at the same sample may come in any order.
-std::vector<std::pair<SampleTime, std::vector<std::uint8_t>>> sorted(
-    const std::vector<TimedMessage>& outputs) {
-    std::vector<std::pair<SampleTime, std::vector<std::uint8_t>>> all;
-    for (const auto& output : outputs) {
-        const auto bytes = output.message.bytes();
-        all.emplace_back(output.time, std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
-    }
-    std::ranges::sort(all);
-    return all;
-}
-
 TEST(OfflineHost, SendsTheSameWhateverTheBlock) {
     const std::vector<Rule> rules{controllerRule(onLoad(), 1, 3),
                                   controllerRule(onTransport(Host::Start), 2, 100),
@@ -179,9 +168,13 @@ TEST(OfflineHost, SendsTheSameWhateverTheBlock) {
     std::mt19937 random(7);
     for (int round = 0; round < 20; ++round) {
         const auto messages = randomMessages(random);
-        const auto expected = sorted(outputsOf(rules, messages, 100321, {44100, 1, 60}));
+        const auto expected =
+            inStableOrder(outputsOf(rules, messages, 100321, {44100, 1, 60}), &TimedMessage::time);
         for (const std::uint32_t block : {2u, 63u, 64u, 512u, 4096u, 1048576u}) {
-            ASSERT_EQ(sorted(outputsOf(rules, messages, 100321, {44100, block, 60})), expected) << block;
+            ASSERT_EQ(
+                inStableOrder(outputsOf(rules, messages, 100321, {44100, block, 60}), &TimedMessage::time),
+                expected)
+                << block;
         }
     }
 }
