@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "engine/MIDIRuleInternal.hpp"
-#include "engine/RuleIndex.hpp"
+#include "engine/RuleTable.hpp"
 #include "rules/Rule.hpp"
 
 namespace quillo {
@@ -15,7 +15,7 @@ struct CompiledRules {
     std::vector<Rule> rules;                          ///< the list as it was given
     std::vector<MIDIOnLoadRuleInternal> rulesOnLoad;  ///< the on-load rules, in order
     std::vector<MIDIRuleInternal> rulesInternal;      ///< all other rules, in order
-    RuleIndex index;                                  ///< over `rulesInternal`
+    RuleTable table;                                  ///< what `rulesInternal` make of every event
 };
 
 }  // namespace quillo

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <span>
-
 #include "engine/CompiledRules.hpp"
 #include "engine/Generator.hpp"
 #include "platform/RealTime.hpp"
@@ -21,32 +19,33 @@ namespace quillo {
 class RuleChain {
 public:
     RuleChain(const CompiledRules& rules, const TriggerBytes& message) QUILLO_REALTIME
-        : RuleChain(rules, rules.index.matching(message)) {}
+        : RuleChain(rules, rules.table.outcome(message)) {}
     RuleChain(const CompiledRules& rules, HostTransportTriggerVariantsV2 trigger) QUILLO_REALTIME
-        : RuleChain(rules, rules.index.matching(trigger)) {}
+        : RuleChain(rules, rules.table.outcome(trigger)) {}
 
     /// The next rule that the event fires, or null when there is none any more.
-    [[nodiscard]] const MIDIRuleInternal* next() QUILLO_REALTIME;
-
-    /// Once `next` has returned null: whether a rule consumed the event.
-    [[nodiscard]] bool consumed() const QUILLO_REALTIME { return consumed_; }
+    [[nodiscard]] const MIDIRuleInternal* next() QUILLO_REALTIME {
+        while (next_ == run_->end) {
+            if (run_->isLast) {
+                return nullptr;
+            }
+            next_ = (++run_)->begin;
+        }
+        return &rules_.rulesInternal[rules_.table.ordinals()[next_++]];
+    }
 
     /// Once `next` has returned null: the rule that consumed the event, `noRule` when none did. Rules behind it
-    /// were not tried. `last` is the rule that `next` handed out last, or null: who only renders need not know
-    /// the consumer, and so the chain does not keep it.
-    [[nodiscard]] RuleOrdinal consumer(const MIDIRuleInternal* last) const;
+    /// were not tried.
+    [[nodiscard]] RuleOrdinal consumer() const QUILLO_REALTIME { return run_->consumer; }
+    [[nodiscard]] bool consumed() const QUILLO_REALTIME { return consumer() != noRule; }
 
 private:
-    RuleChain(const CompiledRules& rules, RuleIndex::Matches matches) QUILLO_REALTIME
-        : rules_(rules.rulesInternal), matches_(matches), eatNonMatching_(rules.index.eatNonMatching()) {}
+    RuleChain(const CompiledRules& rules, const RuleTable::Run& first) QUILLO_REALTIME
+        : rules_(rules), run_(&first), next_(first.begin) {}
 
-    std::span<const MIDIRuleInternal> rules_;
-    RuleIndex::Matches matches_;
-    /// The first rule not yet passed that consumes what it does not match; points at `noRule` at the end.
-    const RuleOrdinal* eatNonMatching_;
-    /// Whether the rule handed out last consumes the event.
-    bool lastOneEats_ = false;
-    bool consumed_ = false;
+    const CompiledRules& rules_;
+    const RuleTable::Run* run_;
+    std::uint32_t next_;
 };
 
 }  // namespace quillo

@@ -60,8 +60,8 @@ CompiledRules compileRules(std::vector<Rule> rules, std::uint64_t sampleRate) {
                 {compileFixed(rule.output.message, "the on-load rule \"" + rule.name + "\""), delay});
         }
     }
-    RuleIndex index(chain);
-    return {std::move(rules), std::move(onLoad), std::move(chain), std::move(index)};
+    RuleTable table(chain);
+    return {std::move(rules), std::move(onLoad), std::move(chain), std::move(table)};
 }
 
 }  // namespace quillo

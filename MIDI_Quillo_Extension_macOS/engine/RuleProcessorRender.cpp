@@ -53,7 +53,7 @@ bool RuleProcessor::hasWaitingMessages() QUILLO_REALTIME {
 bool RuleProcessor::hearsHostTransport() QUILLO_REALTIME {
     using Trigger = HostTransportTriggerVariantsV2;
     const auto isHeard = [this](Trigger trigger) QUILLO_REALTIME {
-        return compiled_->index.matching(trigger).next() != noRule;
+        return RuleChain(*compiled_, trigger).next() != nullptr;
     };
     return dispatchQueue.sync(
         [&] { return isHeard(Trigger::Start) || isHeard(Trigger::Continue) || isHeard(Trigger::Stop); });

@@ -17,9 +17,6 @@ constexpr std::uint32_t midiStart = 0xFA;
 constexpr std::uint32_t midiContinue = 0xFB;
 constexpr std::uint32_t midiStop = 0xFC;
 
-/// A bit that no message word has: a pattern that requires it matches nothing.
-constexpr std::uint32_t impossibleBit = 0x8000'0000;
-
 constexpr unsigned data1 = 1;
 constexpr unsigned data2 = 2;
 
@@ -50,6 +47,14 @@ std::optional<TriggerCondition> TriggerPattern::firstFailure(const TriggerBytes&
         return TriggerCondition::channel;
     }
     return (different & data1Mask) != 0 ? TriggerCondition::data1 : TriggerCondition::data2;
+}
+
+std::optional<std::uint8_t> TriggerPattern::byte(unsigned position) const {
+    constexpr std::uint32_t wholeByte = 0xFF;
+    if ((mask_ >> (8 * position) & wholeByte) != wholeByte) {
+        return std::nullopt;
+    }
+    return static_cast<std::uint8_t>(value_ >> (8 * position));
 }
 
 void TriggerPattern::require(std::uint32_t value, std::uint32_t mask) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 
@@ -29,6 +30,15 @@ public:
     /// The first condition that the message does not meet; none when the pattern matches it.
     [[nodiscard]] std::optional<TriggerCondition> firstFailure(const TriggerBytes& message) const;
 
+    /// The byte that it asks for at a position, 0 that of the status; nothing where more than one will do.
+    [[nodiscard]] std::optional<std::uint8_t> byte(unsigned position) const;
+
+    /// The upper four bits of the status that it asks for.
+    [[nodiscard]] std::size_t kind() const { return (value_ >> 4U) & 0x0FU; }
+
+    /// Whether it asks for a channel that no message has.
+    [[nodiscard]] bool matchesNothing() const { return (mask_ & impossibleBit) != 0; }
+
     bool operator==(const TriggerPattern&) const = default;
 
 private:
@@ -40,6 +50,9 @@ private:
     [[nodiscard]] std::uint32_t difference(const TriggerBytes& message) const QUILLO_REALTIME {
         return (word(message) ^ value_) & mask_;
     }
+
+    /// A bit that no message word has: a pattern that requires it matches nothing.
+    static constexpr std::uint32_t impossibleBit = 0x8000'0000;
 
     void require(std::uint32_t value, std::uint32_t mask);
     void requireByte(const TriggerValueV2& value, unsigned position);

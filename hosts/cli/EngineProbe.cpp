@@ -94,17 +94,15 @@ EngineProbe::Outcome EngineProbe::putLoading() const {
 EngineProbe::Outcome EngineProbe::outcome(RuleChain chain, Emissions emissions) const {
     Outcome outcome;
     auto emission = emissions.begin();
-    const MIDIRuleInternal* last = nullptr;
     while (const auto* rule = chain.next()) {
         const auto ordinal = static_cast<std::size_t>(rule - compiled_.rulesInternal.data());
         outcome.firings.push_back(
             {positions_[ordinal], emission->time - start, std::move(emission->messages)});
         ++emission;
-        last = rule;
     }
     outcome.forwarded = emission != emissions.end();
     if (chain.consumed()) {
-        outcome.consumer = positions_[chain.consumer(last)];
+        outcome.consumer = positions_[chain.consumer()];
     }
     return outcome;
 }

@@ -25,9 +25,10 @@ public:
     /// The data bytes that rules and messages have.
     static constexpr std::array<std::uint8_t, 4> dataBytes{0, 1, 2, 129};
 
-    std::vector<Rule> list() {
+    /// A list of fewer rules than `limit`.
+    std::vector<Rule> list(std::size_t limit = 12) {
         std::vector<Rule> rules;
-        for (auto count = below(12); count > 0; --count) {
+        for (auto count = below(limit); count > 0; --count) {
             rules.push_back(ruleWaitingFor(trigger()));
         }
         return rules;
