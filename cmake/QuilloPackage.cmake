@@ -27,8 +27,8 @@ endforeach()
 
 set(CPACK_PACKAGE_NAME midi-quillo)
 set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
-set(CPACK_PACKAGE_VENDOR "the developers of MIDI Quillo")
-set(CPACK_PACKAGE_CONTACT "the developers of MIDI Quillo <midi-quillo@localhost>")
+set(CPACK_PACKAGE_VENDOR "${QUILLO_AUTHOR}")
+set(CPACK_PACKAGE_CONTACT "${QUILLO_AUTHOR} <${QUILLO_CONTACT}>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "MIDI processor that works by rules")
 set(CPACK_PACKAGE_DESCRIPTION
 "MIDI Quillo rewrites a stream of MIDI events by an ordered list of rules. A rule waits for a note, a

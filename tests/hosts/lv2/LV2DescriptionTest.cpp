@@ -13,6 +13,11 @@ namespace quillo {
 namespace {
 
 using namespace test;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::Not;
+using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
 std::vector<std::string> texts(LilvNodes* nodes) {
@@ -70,6 +75,28 @@ TEST_P(LV2Description, SaysWhatTheEventPortsTake) {
         EXPECT_THAT(ofPort(symbol, LV2_CORE__designation), UnorderedElementsAre(LV2_CORE__control));
     }
     EXPECT_THAT(ofPort("out", LV2_CORE__name), UnorderedElementsAre("MIDIQuillo"));
+}
+
+TEST_P(LV2Description, NamesItsAuthorsWithAnAddressAndAPage) {
+    const LV2World::Node name(::lilv_plugin_get_author_name(plugin));
+    const LV2World::Node address(::lilv_plugin_get_author_email(plugin));
+    const LV2World::Node page(::lilv_plugin_get_author_homepage(plugin));
+    EXPECT_STREQ(::lilv_node_as_string(name.get()), "the developers of MIDI Quillo");
+    ASSERT_TRUE(::lilv_node_is_uri(address.get()));
+    EXPECT_THAT(::lilv_node_as_uri(address.get()), StartsWith("mailto:"));
+    ASSERT_TRUE(::lilv_node_is_uri(page.get()));
+    EXPECT_THAT(::lilv_node_as_uri(page.get()), MatchesRegex("(https?|file)://.+"));
+}
+
+TEST_P(LV2Description, SaysInShortAndAtLengthWhatThePluginAndItsPortsAreFor) {
+    EXPECT_THAT(of(LILV_NS_DOAP "shortdesc"), ElementsAre(StartsWith("Rewrites MIDI events")));
+    EXPECT_THAT(of(LILV_NS_RDFS "comment"), ElementsAre(StartsWith("A rule waits for")));
+    for (std::uint32_t port = 0; port < ::lilv_plugin_get_num_ports(plugin); ++port) {
+        const auto* described = ::lilv_plugin_get_port_by_index(plugin, port);
+        EXPECT_THAT(texts(::lilv_port_get_value(plugin, described, world.uri(LILV_NS_RDFS "comment").get())),
+                    ElementsAre(Not(IsEmpty())))
+            << port;
+    }
 }
 
 /// Lilv may read them as numbers that hosts compare: even, and not both 0.
