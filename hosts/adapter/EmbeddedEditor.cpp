@@ -43,20 +43,19 @@ int pointsCovering(std::uint32_t length, double scale) {
     return static_cast<int>(std::ceil(length / scale - tolerance));
 }
 
-QuilloView makeView(HostedUnit& hosted) {
-    return {hosted.controller().model(),
-            [&hosted](std::vector<Rule> rules) { hosted.onRulesChanged(std::move(rules)); },
-            [&hosted](const RuleOutputVariantsV2& message) {
-                hosted.controller().onInstantMessageClick(message);
-            }};
+QuilloView makeView(EditorUnit& unit) {
+    return {unit.model(), [&unit](std::vector<Rule> rules) { unit.onRulesChanged(std::move(rules)); },
+            [&unit](const RuleOutputVariantsV2& message) { unit.onInstantMessageClick(message); }};
 }
 
 /// What fills the host's window: the view, as large as its points are on this screen.
 class Window final : public juce::Component {
 public:
-    Window(HostedUnit& hosted, double scale) : view_(makeView(hosted)), scale_(scale) {
+    Window(EditorUnit& unit, double scale) : view_(makeView(unit)), scale_(scale) {
         setOpaque(true);
         addAndMakeVisible(view_);
+        // A view is made in the size that it should open with.
+        setSize({pixels(view_.getWidth(), scale), pixels(view_.getHeight(), scale)});
     }
 
     void attachTo(std::uintptr_t parent) {
@@ -116,14 +115,14 @@ private:
 
 class EmbeddedEditor::Implementation {
 public:
-    Implementation(HostedUnit& hosted, double scale) : hosted_(hosted), window_(hosted, scale) {}
+    Implementation(EditorUnit& unit, double scale) : unit_(unit), window_(unit, scale) {}
 
-    [[nodiscard]] HostedUnit& hosted() { return hosted_; }
+    [[nodiscard]] EditorUnit& unit() { return unit_; }
     [[nodiscard]] Window& window() { return window_; }
 
 private:
     juce::ScopedJuceInitialiser_GUI toolkit_;
-    HostedUnit& hosted_;
+    EditorUnit& unit_;
     Window window_;
 };
 
@@ -139,16 +138,11 @@ std::optional<std::string> EmbeddedEditor::whyNot() {
     return std::nullopt;
 }
 
-EmbeddedEditor::EmbeddedEditor(HostedUnit& hosted, double scale) {
+EmbeddedEditor::EmbeddedEditor(EditorUnit& unit, double scale) {
     const Turn turn;
-    if (!hosted.controller().isViewLoaded()) {
-        hosted.controller().viewDidLoad();
-    }
-    hosted.drain();
-    implementation_ = std::make_unique<Implementation>(hosted, scale);
-    constexpr int width = AudioUnitViewController::preferredWidth;
-    constexpr int height = AudioUnitViewController::preferredHeight;
-    implementation_->window().setSize({pixels(width, scale), pixels(height, scale)});
+    unit.viewDidLoad();
+    unit.drain();
+    implementation_ = std::make_unique<Implementation>(unit, scale);
 }
 
 EmbeddedEditor::~EmbeddedEditor() {
@@ -195,13 +189,13 @@ EmbeddedEditor::Size EmbeddedEditor::nearestTo(Size size) const {
 
 void EmbeddedEditor::idle() {
     const Turn turn;
-    auto& hosted = implementation_->hosted();
+    auto& unit = implementation_->unit();
     HostKeyboard::noteOwner();
     try {
-        hosted.drain();
+        unit.drain();
         dispatchToolkitEvents();
     } catch (const std::exception& error) {
-        hosted.tellUser(error.what());
+        unit.tellUser(error.what());
     }
     HostKeyboard::settle();
 }

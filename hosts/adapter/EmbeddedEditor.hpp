@@ -6,12 +6,12 @@
 #include <optional>
 #include <string>
 
-#include "hosts/adapter/HostedUnit.hpp"
+#include "hosts/adapter/EditorUnit.hpp"
 
 namespace quillo {
 
 /// The editor in a window that a host gives, for formats whose host runs the event loop: X11. Editors come and
-/// go over one hosted unit, one at a time; the model, with its logs and alerts, stays with the unit. All
+/// go over one unit, one at a time; the model, with its logs and alerts, stays with the unit. All
 /// operations belong to the host's user-interface thread, and none of them waits for the user.
 ///
 /// Lengths are in the pixels of the window system; a point is `scale` pixels.
@@ -28,7 +28,7 @@ public:
     [[nodiscard]] static std::optional<std::string> whyNot();
 
     /// Makes the editor, out of sight, at its preferred size.
-    explicit EmbeddedEditor(HostedUnit& hosted, double scale = 1.0);
+    explicit EmbeddedEditor(EditorUnit& unit, double scale = 1.0);
     ~EmbeddedEditor();
     EmbeddedEditor(const EmbeddedEditor&) = delete;
     EmbeddedEditor& operator=(const EmbeddedEditor&) = delete;
@@ -50,7 +50,7 @@ public:
     /// The nearest size that the editor can have: it has a least one, and a greatest, which is the window system's.
     [[nodiscard]] Size nearestTo(Size size) const;
 
-    /// Does what there is to do, for the window and for the hosted unit, and returns. Some 30 times a second.
+    /// Does what there is to do, for the window and for the unit, and returns. Some 30 times a second.
     void idle();
 
 private:

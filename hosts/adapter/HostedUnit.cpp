@@ -85,13 +85,21 @@ std::optional<std::string> HostedUnit::restore(std::span<const std::uint8_t> doc
     return reason;
 }
 
+void HostedUnit::viewDidLoad() {
+    controller_->viewDidLoad();
+}
+
 void HostedUnit::onRulesChanged(std::vector<Rule> rules) {
     controller_->onRulesChanged(std::move(rules));
     onEdit_();
 }
 
+void HostedUnit::onInstantMessageClick(const RuleOutputVariantsV2& message) {
+    controller_->onInstantMessageClick(message);
+}
+
 void HostedUnit::tellUser(std::string message) {
-    mainQueue_.async([model = controller_->model(), message = std::move(message)] { model->alert(message); });
+    mainQueue_.async([model = model(), message = std::move(message)] { model->alert(message); });
 }
 
 void HostedUnit::drain() {

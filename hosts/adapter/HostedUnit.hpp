@@ -11,23 +11,22 @@
 
 #include "audiounit/AudioUnitViewController.hpp"
 #include "hosts/adapter/BlockRenderer.hpp"
+#include "hosts/adapter/EditorUnit.hpp"
 #include "platform/MainQueue.hpp"
 #include "platform/StateDictionary.hpp"
 
 namespace quillo {
 
 /// A unit with everything around it that a host's adapter needs, but for the window: the controller with the
-/// editor's model, the renderer, and state that is taken whole or not at all. Editors come and go over the one
-/// model: whoever makes the first calls the controller's `viewDidLoad`, and from then on the logs are kept.
+/// editor's model, the renderer, and state that is taken whole or not at all. Editors reach it as an `EditorUnit`;
+/// while none is open nobody needs to drain it.
 ///
 /// An operation that fails says why, in words for a musician, and changes nothing. The constructor throws what
 /// cannot be helped: no memory. [main] unless an operation says otherwise.
-class HostedUnit {
+class HostedUnit final : public EditorUnit {
 public:
     explicit HostedUnit(HostTransport transport = HostTransport());
     ~HostedUnit();
-    HostedUnit(const HostedUnit&) = delete;
-    HostedUnit& operator=(const HostedUnit&) = delete;
 
     /// [any] Whether so many frames a second are a rate that can be rendered at: at least one, at most 10^9.
     [[nodiscard]] static bool isSampleRate(double rate);
@@ -45,19 +44,16 @@ public:
     /// cannot be read or compiled leaves the rules that were there, and the editor's user is told why.
     [[nodiscard]] std::optional<std::string> restore(std::span<const std::uint8_t> document);
 
-    /// An edited list, from the editor. Throws the `FatalError` of rules that cannot be compiled.
-    void onRulesChanged(std::vector<Rule> rules);
+    // For the editor.
+    [[nodiscard]] const std::shared_ptr<QuilloModel>& model() const override { return controller_->model(); }
+    void viewDidLoad() override;
+    void onRulesChanged(std::vector<Rule> rules) override;
+    void onInstantMessageClick(const RuleOutputVariantsV2& message) override;
+    void tellUser(std::string message) override;
+    void drain() override;
 
     /// `callback` runs after each edit: the host's project has changed.
     void setOnEdit(std::function<void()> callback) { onEdit_ = std::move(callback); }
-
-    /// [any but render] Tells the editor's user, at once or when the editor is opened.
-    void tellUser(std::string message);
-
-    /// What there is to do on the main thread: new log entries, changed rules, a fatal error that a cycle has
-    /// left behind. Whoever has a window calls it some 30 times a second; while none is open it need not be
-    /// called.
-    void drain();
 
     [[nodiscard]] MIDIQuilloAUAudioUnit& unit() { return *unit_; }
     [[nodiscard]] BlockRenderer& renderer() QUILLO_REALTIME { return renderer_; }

@@ -21,7 +21,7 @@ LV2Instance::LV2Instance(double sampleRate, LV2_URID_Map& map)
       ids_(map),
       unit_(HostTransport(LV2Renderer::tolerance)),
       renderer_(unit_.renderer(), ids_) {
-    hosted = &unit_;
+    unit = &unit_;
     unit_.setOnEdit([this] { renderer_.announceEdit(); });
 }
 

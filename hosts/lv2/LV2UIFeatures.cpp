@@ -9,8 +9,6 @@
 #include <lv2/options/options.h>
 #include <lv2/urid/urid.h>
 
-#include "hosts/lv2/LV2InstanceAccess.hpp"
-
 namespace quillo {
 
 namespace {
@@ -47,7 +45,7 @@ double scaleOf(const LV2_Options_Option* option, const LV2_URID_Map* map) {
 }  // namespace
 
 LV2UIFeatures::LV2UIFeatures(const LV2_Feature* const* features)
-    : hosted(LV2InstanceAccess::hostedOf(find<const void>(features, LV2_INSTANCE_ACCESS_URI))),
+    : instance(LV2InstanceAccess::of(find<const void>(features, LV2_INSTANCE_ACCESS_URI))),
       parent(std::bit_cast<std::uintptr_t>(find<void>(features, LV2_UI__parent))),
       resize(find<const LV2UI_Resize>(features, LV2_UI__resize)),
       scale(scaleOf(find<const LV2_Options_Option>(features, LV2_OPTIONS__options),

@@ -6,7 +6,7 @@
 #include <lv2/core/lv2.h>
 #include <lv2/ui/ui.h>
 
-#include "hosts/adapter/HostedUnit.hpp"
+#include "hosts/lv2/LV2InstanceAccess.hpp"
 
 namespace quillo {
 
@@ -15,9 +15,9 @@ struct LV2UIFeatures {
     /// Reads the host's list, which a null pointer ends.
     explicit LV2UIFeatures(const LV2_Feature* const* features);
 
-    /// The instance's unit; null when the host grants no instance access, or to something else than an instance of
-    /// this build.
-    HostedUnit* hosted = nullptr;
+    /// The instance, which may be of another version; null when the host grants no instance access, or to something
+    /// else than an instance of ours.
+    const LV2InstanceAccess* instance = nullptr;
 
     std::uintptr_t parent = 0;             ///< the X11 window that the editor is for
     const LV2UI_Resize* resize = nullptr;  ///< how the host learns of the editor's size

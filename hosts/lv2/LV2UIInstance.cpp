@@ -7,10 +7,16 @@ namespace quillo {
 
 namespace {
 
-constexpr const char* outOfReach = "This host does not let the editor reach the plug-in (it grants no LV2 "
-                                   "instance access). The project's rules run "
-                                   "all the same. To edit them here, load MIDI Quillo as a CLAP or VST3 "
-                                   "plug-in; or edit them in another host.";
+constexpr const char* noAccess = "This host does not let the editor reach the plug-in (it grants no LV2 "
+                                 "instance access). The project's rules run "
+                                 "all the same. To edit them here, load MIDI Quillo as a CLAP or VST3 "
+                                 "plug-in; or edit them in another host.";
+
+constexpr const char* otherVersion =
+    "MIDI Quillo was upgraded while this host was running: the editor and the plug-in that is at work are of "
+    "different versions. The project's rules run all the same. To edit them, save the project, close the "
+    "host "
+    "and start it again.";
 
 /// Why no editor can be shown, if that is so.
 void requireWindow(const LV2UIFeatures& features) {
@@ -24,10 +30,8 @@ void requireWindow(const LV2UIFeatures& features) {
 
 }  // namespace
 
-LV2UIInstance::LV2UIInstance(const LV2UIFeatures& features) : editor_(unitFor(features), features.scale) {
-    if (stranded_) {
-        stranded_->controller().model()->setNotEditable(outOfReach);
-    }
+LV2UIInstance::LV2UIInstance(const LV2UIFeatures& features)
+    : unit_(unitFor(features)), editor_(unit_, features.scale) {
     editor_.attachTo(features.parent);
     editor_.setVisible(true);
     if (features.resize != nullptr && features.resize->ui_resize != nullptr) {
@@ -37,17 +41,13 @@ LV2UIInstance::LV2UIInstance(const LV2UIFeatures& features) : editor_(unitFor(fe
     }
 }
 
-/// Throws when no editor can be shown, before a unit is made for it.
-HostedUnit& LV2UIInstance::unitFor(const LV2UIFeatures& features) {
+/// Throws when no editor can be shown.
+EditorUnit& LV2UIInstance::unitFor(const LV2UIFeatures& features) {
     requireWindow(features);
-    return features.hosted != nullptr ? *features.hosted : strandedUnit();
-}
-
-/// A preset that is imported into it is not kept either: the editor says why.
-HostedUnit& LV2UIInstance::strandedUnit() {
-    stranded_.emplace();
-    stranded_->setOnEdit([] { fatalError(outOfReach); });
-    return *stranded_;
+    if (features.instance != nullptr && features.instance->isOfThisVersion()) {
+        return *features.instance->unit;
+    }
+    return outOfReach_.emplace(features.instance == nullptr ? noAccess : otherVersion);
 }
 
 }  // namespace quillo

@@ -3,26 +3,30 @@
 
 #include <optional>
 
+#include "hosts/adapter/EditorUnit.hpp"
 #include "hosts/adapter/EmbeddedEditor.hpp"
-#include "hosts/adapter/HostedUnit.hpp"
 #include "hosts/lv2/LV2UIFeatures.hpp"
+#include "hosts/lv2/UnitOutOfReach.hpp"
 
 namespace quillo {
 
-/// An editor in an LV2 host's window. Where the host does not let it reach the plug-in, it shows why, and what to do
-/// about it, in the place of the rules; nothing can be edited then. [main]
+/// An editor in an LV2 host's window. Where it cannot reach the plug-in, because the host does not grant that or
+/// because the plug-in is of another version, it shows why, and what to do about it, in the place of the rules;
+/// nothing can be edited then. [main]
 class LV2UIInstance {
 public:
     /// Throws a `FatalError` when no editor can be shown here, or the host gives no window for it.
     explicit LV2UIInstance(const LV2UIFeatures& features);
 
+    /// What the editor shows and edits.
+    [[nodiscard]] EditorUnit& unit() { return unit_; }
     [[nodiscard]] EmbeddedEditor& editor() { return editor_; }
 
 private:
-    HostedUnit& unitFor(const LV2UIFeatures& features);
-    HostedUnit& strandedUnit();
+    EditorUnit& unitFor(const LV2UIFeatures& features);
 
-    std::optional<HostedUnit> stranded_;  ///< in the place of a plug-in that is out of reach
+    std::optional<UnitOutOfReach> outOfReach_;
+    EditorUnit& unit_;
     EmbeddedEditor editor_;
 };
 

@@ -20,6 +20,7 @@
 #include "editor/NewRuleSelector.hpp"
 #include "editor/PopupMenuOverlay.hpp"
 #include "editor/QuilloView.hpp"
+#include "hosts/adapter/HostedUnit.hpp"
 #include "persistence/PluginData.hpp"
 #include "rules/RuleEntry.hpp"
 #include "support/FindBelow.hpp"

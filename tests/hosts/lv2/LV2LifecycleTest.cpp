@@ -2,10 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 
 #include "hosts/lv2/LV2InstanceAccess.hpp"
 #include "hosts/lv2/LV2TestHost.hpp"
+#include "platform/FatalError.hpp"
 #include "support/TestRules.hpp"
 
 namespace quillo {
@@ -77,20 +79,25 @@ TEST(LV2Lifecycle, InstancesOfOneProcessKnowNothingOfEachOther) {
     }
 }
 
-TEST(LV2Lifecycle, TheHandleOfAnotherPluginIsNotTakenForOurs) {
-    LV2InstanceAccess access;
+TEST(LV2Lifecycle, TheHandleOfAnotherPluginOrVersionIsKnown) {
     LV2TestHost host;
-    access.hosted = &host.unit();
-    EXPECT_EQ(LV2InstanceAccess::hostedOf(&access), &host.unit());
-    access.layout += 1;
-    EXPECT_EQ(LV2InstanceAccess::hostedOf(&access), nullptr);
-    access.layout -= 1;
-    access.unitSize += 8;
-    EXPECT_EQ(LV2InstanceAccess::hostedOf(&access), nullptr);
-    access.unitSize -= 8;
-    access.magic = 0;
-    EXPECT_EQ(LV2InstanceAccess::hostedOf(&access), nullptr);
-    EXPECT_EQ(LV2InstanceAccess::hostedOf(nullptr), nullptr);
+    const auto* ours = LV2InstanceAccess::of(host.handle());
+    ASSERT_NE(ours, nullptr);
+    EXPECT_TRUE(ours->isOfThisVersion());
+    auto other = LV2InstanceAccess{*ours};
+    other.number += 1;
+    EXPECT_EQ(LV2InstanceAccess::of(&other), &other);
+    EXPECT_FALSE(other.isOfThisVersion());
+    other.magic += 1;
+    EXPECT_EQ(LV2InstanceAccess::of(&other), nullptr);
+    EXPECT_EQ(LV2InstanceAccess::of(nullptr), nullptr);
+}
+
+/// The editor is in another binary than the rules' compiler, and shows why rules are refused.
+TEST(LV2Lifecycle, RulesThatAreRefusedThrowIntoTheEditorsBinary) {
+    LV2TestHost host;
+    const auto endless = rule(onNoteOn(), send(noteOn(0, 61, 5), std::numeric_limits<std::int64_t>::max()));
+    EXPECT_THROW(host.unit().onRulesChanged({endless}), FatalError);
 }
 
 }  // namespace

@@ -130,12 +130,12 @@ const LV2_State_Interface& LV2TestHost::state() const {
     return *static_cast<const LV2_State_Interface*>(descriptor().extension_data(LV2_STATE__interface));
 }
 
-HostedUnit& LV2TestHost::unit() const {
-    auto* unit = LV2InstanceAccess::hostedOf(handle());
-    if (unit == nullptr) {
-        throw std::runtime_error("the handle is none of this build");
+EditorUnit& LV2TestHost::unit() const {
+    const auto* instance = LV2InstanceAccess::of(handle());
+    if (instance == nullptr || !instance->isOfThisVersion()) {
+        throw std::runtime_error("the handle is no instance of this version");
     }
-    return *unit;
+    return *instance->unit;
 }
 
 void LV2TestHost::loadRules(std::vector<Rule> rules) {

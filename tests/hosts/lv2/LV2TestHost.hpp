@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "hosts/adapter/HostedUnit.hpp"
+#include "hosts/adapter/EditorUnit.hpp"
 #include "hosts/formats/FormatScript.hpp"
 #include "hosts/lv2/LV2Sequence.hpp"
 #include "hosts/lv2/LV2World.hpp"
@@ -56,7 +56,7 @@ public:
     [[nodiscard]] const LV2_State_Interface& state() const;
 
     /// The unit behind the handle, as the editor reaches it.
-    [[nodiscard]] HostedUnit& unit() const;
+    [[nodiscard]] EditorUnit& unit() const;
 
     /// The size of the output's buffer in the blocks to come.
     std::uint32_t capacity = 65536;

@@ -2,20 +2,26 @@
 // The editor's table as a host has it, in the window of a host on a display of its own.
 #include "hosts/lv2/LV2UI.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <bit>
 #include <vector>
 
+#include <lv2/instance-access/instance-access.h>
 #include <lv2/options/options.h>
 #include <lv2/urid/urid.h>
 
+#include "hosts/lv2/LV2UIInstance.hpp"
+#include "platform/FatalError.hpp"
 #include "support/HostWindow.hpp"
 
 namespace quillo {
 namespace {
 
 using namespace test;
+using testing::HasSubstr;
+using testing::StartsWith;
 
 class LV2UI : public testing::Test {
 protected:
@@ -78,6 +84,30 @@ TEST_F(LV2UI, PassesOverWhatAHostOffersWithoutANameOrAFunction) {
                                   {LV2_OPTIONS__options, &options}});
     ASSERT_NE(instance, nullptr);
     EXPECT_EQ(window.children(), std::vector{std::bit_cast<HostWindow::Handle>(widget)});
+    table.cleanup(instance);
+}
+
+/// As after an upgrade under a running host: nothing of that plug-in but its number can be touched.
+TEST_F(LV2UI, OfAnotherVersionThanThePluginSaysSoAndTouchesNothing) {
+    LV2InstanceAccess access;
+    access.number += 1;
+    access.unit = std::bit_cast<EditorUnit*>(std::uintptr_t{1});
+    auto* instance = static_cast<LV2UIInstance*>(instantiate({{LV2_INSTANCE_ACCESS_URI, &access}}));
+    ASSERT_NE(instance, nullptr);
+    const auto& model = *instance->unit().model();
+    ASSERT_TRUE(model.whyNotEditable());
+    EXPECT_THAT(*model.whyNotEditable(), StartsWith("MIDI Quillo was upgraded while this host was running"));
+    EXPECT_THROW(instance->unit().onRulesChanged({}), FatalError);
+    const auto* idle = static_cast<const LV2UI_Idle_Interface*>(table.extension_data(LV2_UI__idleInterface));
+    EXPECT_EQ(idle->idle(instance), 0);
+    table.cleanup(instance);
+}
+
+TEST_F(LV2UI, OfAHostThatGrantsNoAccessSaysSo) {
+    auto* instance = static_cast<LV2UIInstance*>(instantiate({}));
+    ASSERT_NE(instance, nullptr);
+    ASSERT_TRUE(instance->unit().model()->whyNotEditable());
+    EXPECT_THAT(*instance->unit().model()->whyNotEditable(), HasSubstr("no LV2 instance access"));
     table.cleanup(instance);
 }
 
