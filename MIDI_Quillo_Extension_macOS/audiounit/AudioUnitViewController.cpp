@@ -23,7 +23,7 @@ std::vector<RuleEntryIdentifiable> editableList(const std::vector<Rule>& rules) 
     std::vector<RuleEntryIdentifiable> list;
     list.reserve(rules.size());
     for (const auto& rule : rules) {
-        list.push_back({UUID(), entryFromRule(rule)});
+        list.push_back(elementFromRule(rule));
     }
     return list;
 }
@@ -123,11 +123,14 @@ void AudioUnitViewController::loadRulesFromAudioUnit() {
     if (!unit) {
         return;
     }
-    const auto rules = unit->processor->rules();
+    auto rules = unit->processor->rules();
     if (auto reason = whyNotEditable(rules)) {
-        model_->setNotEditable(*std::move(reason));
-    } else {
-        model_->setRules(editableList(rules));
+        model_->setNotEditable(*std::move(reason), std::move(rules));
+        return;
+    }
+    model_->setRules(editableList(rules));
+    if (auto notice = noticeBeforeEditing(rules)) {
+        model_->alert(*std::move(notice));
     }
 }
 

@@ -23,12 +23,14 @@ void append(QuilloModel::Log& log, const std::vector<EventLogEntry>& entries, Ob
 void QuilloModel::setRules(std::vector<RuleEntryIdentifiable> rules) {
     rules_ = std::move(rules);
     whyNotEditable_.reset();
+    rulesNotShown_.reset();
     rulesObservers_.notify();
 }
 
-void QuilloModel::setNotEditable(std::string reason) {
+void QuilloModel::setNotEditable(std::string reason, std::optional<std::vector<Rule>> rules) {
     rules_.clear();
     whyNotEditable_ = std::move(reason);
+    rulesNotShown_ = std::move(rules);
     rulesObservers_.notify();
 }
 

@@ -30,7 +30,9 @@ public:
     /// Why the unit runs rules that the editor cannot show; nothing when it shows all that run. While there is
     /// a reason, `rules` is empty and must not be handed to the unit.
     [[nodiscard]] const std::optional<std::string>& whyNotEditable() const { return whyNotEditable_; }
-    void setNotEditable(std::string reason);
+    /// The rules that run and are not shown; nothing while all are, and where nobody knows them.
+    [[nodiscard]] const std::optional<std::vector<Rule>>& rulesNotShown() const { return rulesNotShown_; }
+    void setNotEditable(std::string reason, std::optional<std::vector<Rule>> rules = std::nullopt);
 
     /// The text of the alert titled "Error", which the editor shows while there is one: also when it is opened
     /// later.
@@ -60,6 +62,7 @@ public:
 private:
     std::vector<RuleEntryIdentifiable> rules_;
     std::optional<std::string> whyNotEditable_;
+    std::optional<std::vector<Rule>> rulesNotShown_;
     std::optional<std::string> alertErrorMessage_;
     std::deque<std::string> waitingAlerts_;  ///< none while none is shown
     Log inLog_{logCapacity};

@@ -103,8 +103,8 @@ struct RuleEntry {
 /// from the trigger, nor a note, control change or pitch wheel without its second data byte.
 [[nodiscard]] std::optional<std::string> whyNoEntry(const Rule& rule);
 
-/// What becomes of a rule's message, beyond what the user does, when the editor changes it: an entry cannot hold all
-/// that such a message sends. Nothing when it can, and for a rule that is no entry.
+/// What becomes of a rule's message, beyond what the user does, when the editor changes it: an entry cannot hold
+/// all that such a message sends. Nothing when it can, and for a rule that is no entry.
 [[nodiscard]] std::optional<std::string> whatEditingChanges(const Rule& rule);
 
 /// The entry that stands for a rule; fields that the rule does not carry have their defaults. A rule that the

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "platform/UUID.hpp"
 #include "rules/RuleEntry.hpp"
 
@@ -11,8 +15,24 @@ namespace quillo {
 struct RuleEntryIdentifiable {
     UUID id;
     RuleEntry rule;
+    /// The message as it was loaded, where the entry cannot hold it exactly: it stays until it is edited.
+    std::optional<RuleOutputVariantsV2> loadedMessage = std::nullopt;
 
     bool operator==(const RuleEntryIdentifiable&) const = default;
 };
+
+/// The element that stands for a rule, under a fresh identity. A rule that the editor cannot hold is a fatal
+/// error: ask `whyNoEntry` first.
+[[nodiscard]] RuleEntryIdentifiable elementFromRule(const Rule& rule);
+
+/// The rule that an element stands for.
+[[nodiscard]] Rule ruleFromElement(const RuleEntryIdentifiable& element);
+
+/// Puts an entry into an element. A message that is changed thereby is the entry's from then on.
+void editElement(RuleEntryIdentifiable& element, RuleEntry entry);
+
+/// What a user must know before editing these rules: which of them, by name, hold a message that the editor
+/// cannot hold exactly. Nothing when none does.
+[[nodiscard]] std::optional<std::string> noticeBeforeEditing(const std::vector<Rule>& rules);
 
 }  // namespace quillo

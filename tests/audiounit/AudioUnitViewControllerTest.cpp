@@ -226,7 +226,19 @@ TEST_F(ControllerTest, RulesThatTheEditorCannotShowRunAndStayUntouched) {
     EXPECT_EQ(controller->model()->whyNotEditable(),
               "The rule \"odd\" cannot be edited: its pressure is copied from the trigger. The rules run as "
               "they are and stay untouched.");
+    EXPECT_EQ(controller->model()->rulesNotShown(), rules);
     EXPECT_EQ(unit.processor->rules(), rules);
+}
+
+TEST_F(ControllerTest, AMessageThatTheEditorCannotHoldIsToldWhenItIsLoadedAndStaysAsItIs) {
+    auto& unit = create();
+    const std::vector rules{
+        rule(onLoad(), send(protocol(StatusV2::programChange, channel(3), byte(9))), "old")};
+    unit.processor->setRules(rules);
+    controller->viewDidLoad();
+    EXPECT_EQ(controller->model()->alertErrorMessage(), noticeBeforeEditing(rules));
+    ASSERT_EQ(controller->model()->rules().size(), 1U);
+    EXPECT_EQ(ruleFromElement(controller->model()->rules()[0]), rules[0]);
 }
 
 TEST_F(ControllerTest, AReloadThatIsStillPostedOutlivesTheControllersOwner) {

@@ -105,8 +105,12 @@ TEST(QuilloModel, RulesThatCannotBeShownLeaveAnEmptyListAndAReason) {
     model.setNotEditable("because");
     EXPECT_TRUE(model.rules().empty());
     EXPECT_EQ(model.whyNotEditable(), "because");
+    EXPECT_EQ(model.rulesNotShown(), std::nullopt) << "Nobody knows them.";
+    model.setNotEditable("because", std::vector<Rule>{});
+    EXPECT_EQ(model.rulesNotShown(), std::vector<Rule>{});
     model.setRules({});
     EXPECT_EQ(model.whyNotEditable(), std::nullopt);
+    EXPECT_EQ(model.rulesNotShown(), std::nullopt);
 }
 
 }  // namespace

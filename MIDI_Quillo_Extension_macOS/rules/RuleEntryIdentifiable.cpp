@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "rules/RuleEntryIdentifiable.hpp"
+
+#include <cstddef>
+#include <utility>
+
+namespace quillo {
+
+RuleEntryIdentifiable elementFromRule(const Rule& rule) {
+    RuleEntryIdentifiable element;
+    element.rule = entryFromRule(rule);
+    if (!(ruleFromEntry(element.rule).output.message == rule.output.message)) {
+        element.loadedMessage = rule.output.message;
+    }
+    return element;
+}
+
+Rule ruleFromElement(const RuleEntryIdentifiable& element) {
+    auto rule = ruleFromEntry(element.rule);
+    if (element.loadedMessage) {
+        rule.output.message = *element.loadedMessage;
+    }
+    return rule;
+}
+
+void editElement(RuleEntryIdentifiable& element, RuleEntry entry) {
+    const auto message = ruleFromEntry(entry).output.message;
+    if (!(message == ruleFromEntry(element.rule).output.message)) {
+        element.loadedMessage.reset();
+    }
+    element.rule = std::move(entry);
+}
+
+std::optional<std::string> noticeBeforeEditing(const std::vector<Rule>& rules) {
+    constexpr std::size_t greatestCount = 5;
+    std::string notice;
+    std::size_t count = 0;
+    for (const auto& rule : rules) {
+        const auto change = whatEditingChanges(rule);
+        if (change && ++count <= greatestCount) {
+            notice += "The rule \"" + rule.name +
+                      "\" runs as it was loaded. Editing its message changes more than " +
+                      "you see: " + *change + ".\n";
+        }
+    }
+    if (count > greatestCount) {
+        notice += "The same holds for " + std::to_string(count - greatestCount) + " more.\n";
+    }
+    return count > 0 ? std::optional(notice.substr(0, notice.size() - 1)) : std::nullopt;
+}
+
+}  // namespace quillo
