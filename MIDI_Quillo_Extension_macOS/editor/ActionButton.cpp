@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "editor/Environment.hpp"
+#include "editor/MyDragAndDropForEach.hpp"
+#include "editor/MyTextInputImpl.hpp"
 #include "editor/Style.hpp"
 
 namespace quillo {
@@ -21,12 +23,15 @@ bool ActionButton::keyPressed(const juce::KeyPress& key) {
     if (!acts || !isEnabled()) {
         return false;
     }
-    clicked();
+    if (!MyDragAndDropForEach::bringIntoSight(*this)) {
+        clicked();
+    }
     return true;
 }
 
 void ActionButton::clicked() {
     const auto action = action_;
+    MyTextInputImpl::finishTypingElsewhere();
     if (action) {
         action();
     }

@@ -3,10 +3,14 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include "editor/MyTextInputImpl.hpp"
+
 namespace quillo {
 
-/// A click on a part of the editor that has no use for keys takes them from what lies in that part: the toolkit
-/// would give them to its first button, which a space bar then presses. The editor must outlive it. [main] only.
+/// A click on a part of the editor that has no use for keys takes them from what lies in that part: JUCE
+/// would give them to its first button, which a space bar then presses. A click anywhere but in the field
+/// that is typed into finishes typing, after what was clicked has acted. The editor must outlive it. [main]
+/// only.
 class ClickReleasesKeyboard final : public juce::MouseListener {
 public:
     explicit ClickReleasesKeyboard(juce::Component& editor) : editor_(editor) {
@@ -20,6 +24,10 @@ public:
         if (event.originalComponent->isParentOf(juce::Component::getCurrentlyFocusedComponent())) {
             juce::Component::unfocusAllComponents();
         }
+    }
+
+    void mouseUp(const juce::MouseEvent& event) override {
+        MyTextInputImpl::finishTypingElsewhere(event.originalComponent);
     }
 
 private:

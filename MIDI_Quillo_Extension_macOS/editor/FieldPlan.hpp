@@ -81,12 +81,14 @@ FieldPlan inputPlan(const juce::String& caption, const ColorPair& colors,
 /// A field of an entry, read and written through the binding of the whole entry.
 template <class Entry, class Value>
 Binding<Value> fieldBinding(const Binding<Entry>& entry, Value Entry::* field) {
+    const auto changed = [entry, field](Value value) {
+        auto whole = entry.get();
+        whole.*field = std::move(value);
+        return whole;
+    };
     return {[entry, field] { return entry.get().*field; },
-            [entry, field](Value value) {
-                auto changed = entry.get();
-                changed.*field = std::move(value);
-                entry.set(std::move(changed));
-            }};
+            [entry, changed](Value value) { entry.set(changed(std::move(value))); },
+            [entry, changed](Value value) { entry.step(changed(std::move(value))); }};
 }
 
 }  // namespace quillo

@@ -227,6 +227,24 @@ void MyDragAndDropForEach::scrollTo(const UUID& item) {
     }
 }
 
+void MyDragAndDropForEach::scrollToSee(const juce::Component& view) {
+    const auto area = content_.getLocalArea(&view, view.getLocalBounds());
+    scrollToSee(area.getY(), area.getBottom());
+}
+
+bool MyDragAndDropForEach::bringIntoSight(juce::Component& view) {
+    auto* list = view.findParentComponentOfClass<MyDragAndDropForEach>();
+    if (list == nullptr) {
+        return false;
+    }
+    const auto centre = list->getLocalPoint(&view, view.getLocalBounds().getCentre());
+    if (list->getLocalBounds().contains(centre)) {
+        return false;
+    }
+    list->scrollToSee(view);
+    return true;
+}
+
 void MyDragAndDropForEach::setFooter(std::unique_ptr<juce::Component> footer,
                                      std::function<int(int)> height) {
     footer_ = std::move(footer);
@@ -265,8 +283,7 @@ void MyDragAndDropForEach::scrollBarMoved(juce::ScrollBar* /*bar*/, double start
 
 void MyDragAndDropForEach::globalFocusChanged(juce::Component* focused) {
     if (focused != nullptr && content_.isParentOf(focused) && !isDragging()) {
-        const auto area = content_.getLocalArea(focused, focused->getLocalBounds());
-        scrollToSee(area.getY(), area.getBottom());
+        scrollToSee(*focused);
     }
 }
 

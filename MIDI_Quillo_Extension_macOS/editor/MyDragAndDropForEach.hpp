@@ -55,6 +55,9 @@ public:
 
     /// Scrolls just as far as it takes to see the whole row.
     void scrollTo(const UUID& item);
+    /// Scrolls the list in which a view lies, if there is one, as far as it takes to see the view. False when
+    /// nothing had to be done: the view's centre is in sight.
+    static bool bringIntoSight(juce::Component& view);
     void setScrollPosition(int position);
     [[nodiscard]] int scrollPosition() const { return scroll_; }
 
@@ -115,6 +118,7 @@ private:
     void paintLiftedRow(juce::Graphics& graphics);
     void paintInsertionLine(juce::Graphics& graphics);
     void scrollToSee(int top, int bottom);
+    void scrollToSee(const juce::Component& view);
     [[nodiscard]] std::optional<std::size_t> positionOf(const UUID& item) const;
     [[nodiscard]] int contentHeight() const;
     [[nodiscard]] int greatestScroll() const;

@@ -93,7 +93,9 @@ bool MyDragAndDropForEachDragHandle::keyPressed(const juce::KeyPress& key) {
     if (!moves || !(key.isKeyCode(juce::KeyPress::upKey) || key.isKeyCode(juce::KeyPress::downKey))) {
         return false;
     }
-    moveBy(key.isKeyCode(juce::KeyPress::upKey) ? -1 : 1);
+    if (!MyDragAndDropForEach::bringIntoSight(*this)) {
+        moveBy(key.isKeyCode(juce::KeyPress::upKey) ? -1 : 1);
+    }
     return true;
 }
 

@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "editor/FieldAccessibility.hpp"
+#include "editor/MyDragAndDropForEach.hpp"
+#include "editor/MyTextInputImpl.hpp"
 #include "editor/PopupMenuOverlay.hpp"
 
 namespace quillo {
@@ -14,6 +16,7 @@ void MyPickerImpl::openMenu() {
     if (!isEnabled()) {
         return;
     }
+    MyTextInputImpl::finishTypingElsewhere();
     PopupMenuOverlay::open(*this, boxArea(), {getTitle(), rowLabels(), currentRow()},
                            [picker = SafePointer(this)](std::size_t row) {
                                if (picker != nullptr) {
@@ -34,11 +37,13 @@ void MyPickerImpl::mouseUp(const juce::MouseEvent& event) {
 bool MyPickerImpl::keyPressed(const juce::KeyPress& key) {
     const bool opens = key == juce::KeyPress::spaceKey || key == juce::KeyPress::returnKey ||
                        key == juce::KeyPress::upKey || key == juce::KeyPress::downKey;
-    if (opens && isEnabled()) {
-        openMenu();
-        return true;
+    if (!opens || !isEnabled()) {
+        return false;
     }
-    return false;
+    if (!MyDragAndDropForEach::bringIntoSight(*this)) {
+        openMenu();
+    }
+    return true;
 }
 
 std::unique_ptr<juce::AccessibilityHandler> MyPickerImpl::createAccessibilityHandler() {

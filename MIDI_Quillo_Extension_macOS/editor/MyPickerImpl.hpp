@@ -9,8 +9,9 @@
 
 namespace quillo {
 
-/// The body of a picker, whatever the type of its values: a field that opens a menu when it is clicked, and by
-/// Space, Return, Up and Down while it has the keyboard focus. [main] only.
+/// The body of a picker, whatever the type of its values: a field that opens a menu when it is clicked, and
+/// by Space, Return, Up and Down while it has the keyboard focus and is in sight; out of sight they bring it
+/// there. [main] only.
 class MyPickerImpl : public FieldView {
 public:
     explicit MyPickerImpl(juce::String label);

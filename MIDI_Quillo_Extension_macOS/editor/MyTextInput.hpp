@@ -2,9 +2,12 @@
 #pragma once
 
 #include <algorithm>
+#include <concepts>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "editor/Binding.hpp"
 #include "editor/MyFormatter.hpp"
@@ -42,16 +45,26 @@ public:
     [[nodiscard]] bool hasChevron() const override { return !options_.empty(); }
 
 protected:
-    void takeText(const juce::String& text) override { write(format_.parse(text.toStdString())); }
+    [[nodiscard]] Typed typed() const override {
+        if constexpr (Steppable<Value>) {
+            return Typed::number;
+        } else if constexpr (std::same_as<Value, std::vector<std::uint8_t>>) {
+            return Typed::bytes;
+        } else {
+            return Typed::text;
+        }
+    }
+
+    void takeText(const juce::String& text) override { set(format_.parse(text.toStdString())); }
 
     bool takeSteps(int steps) override {
         if (step_) {
-            write(format_.parse(format_.format(step_(value_.get(), steps))));
+            step(format_.parse(format_.format(step_(value_.get(), steps))));
             return true;
         }
         if constexpr (Steppable<Value>) {
             if (const auto value = stepped(format_, value_.get(), steps)) {
-                write(*value);
+                step(*value);
                 return true;
             }
         }
@@ -74,16 +87,22 @@ protected:
                                        : std::nullopt;
     }
 
-    void pickOption(std::size_t option) override { write(Value(options_[option].value)); }
+    void pickOption(std::size_t option) override { set(Value(options_[option].value)); }
 
 private:
     [[nodiscard]] static juce::String text(const std::string& utf8) {
         return juce::String::fromUTF8(utf8.data(), static_cast<int>(utf8.size()));
     }
 
-    void write(Value value) {
+    void set(Value value) {
         if (!(value == value_.get())) {
             value_.set(std::move(value));
+        }
+    }
+
+    void step(Value value) {
+        if (!(value == value_.get())) {
+            value_.step(std::move(value));
         }
     }
 

@@ -8,6 +8,7 @@
 #include "editor/Environment.hpp"
 #include "editor/FieldAccessibility.hpp"
 #include "editor/Fonts.hpp"
+#include "editor/MyDragAndDropForEach.hpp"
 #include "editor/PopupMenuOverlay.hpp"
 #include "editor/Style.hpp"
 
@@ -19,6 +20,28 @@ constexpr int pageSteps = 10;
 constexpr float turnOfStep = 0.1F;
 /// What is typed begins this far in, and so in the place of the value that it replaces.
 constexpr int caretRoom = 1;
+constexpr const char* decimalDigits = "0123456789";
+constexpr const char* hexadecimalDigits = "0123456789ABCDEFabcdef";
+
+/// By how much a key steps a number; 0 for every other key.
+int stepsOf(const juce::KeyPress& key) {
+    if (key == juce::KeyPress::upKey || key == juce::KeyPress::downKey) {
+        return key == juce::KeyPress::upKey ? 1 : -1;
+    }
+    if (key == juce::KeyPress::pageUpKey || key == juce::KeyPress::pageDownKey) {
+        return key == juce::KeyPress::pageUpKey ? pageSteps : -pageSteps;
+    }
+    return 0;
+}
+
+/// The character that a key types, or 0. Some systems tell one for the delete key, too.
+juce::juce_wchar characterOf(const juce::KeyPress& key) {
+    constexpr juce::juce_wchar deleteCharacter = 0x7F;
+    const auto character = key.getTextCharacter();
+    const bool types =
+        character >= ' ' && character != deleteCharacter && !key.getModifiers().isCommandDown();
+    return types ? character : 0;
+}
 
 }  // namespace
 
@@ -55,7 +78,7 @@ public:
     }
 
     bool keyPressed(const juce::KeyPress& key) override {
-        return field_.typed(key) || juce::TextEditor::keyPressed(key);
+        return !field_.isUnneeded(key) && (field_.takeKey(key) || juce::TextEditor::keyPressed(key));
     }
 
     void focusLost(FocusChangeType cause) override {
@@ -122,6 +145,14 @@ void MyTextInputImpl::stopTyping() {
 }
 
 void MyTextInputImpl::finishTyping() {
+    if (editable_ && holdsNothing(typist_->getText())) {
+        cancelTyping();
+    } else {
+        confirmTyping();
+    }
+}
+
+void MyTextInputImpl::confirmTyping() {
     if (!editable_) {
         return;
     }
@@ -139,6 +170,37 @@ void MyTextInputImpl::finishTyping() {
 void MyTextInputImpl::cancelTyping() {
     if (editable_) {
         stopTyping();
+    }
+}
+
+void MyTextInputImpl::finishTypingElsewhere(const juce::Component* except) {
+    auto* focused = juce::Component::getCurrentlyFocusedComponent();
+    const SafePointer field(focused != nullptr ? focused->findParentComponentOfClass<MyTextInputImpl>()
+                                               : nullptr);
+    if (field == nullptr || !field->editable_ || field == except || field->isParentOf(except)) {
+        return;
+    }
+    field->finishTyping();
+    if (field != nullptr) {
+        field->letGo();
+    }
+}
+
+/// What taking the text may have opened keeps the keyboard.
+void MyTextInputImpl::letGo() {
+    if (hasKeyboardFocus(true)) {
+        juce::Component::unfocusAllComponents();
+    }
+}
+
+void MyTextInputImpl::goOn(bool forward) {
+    if (!hasKeyboardFocus(true)) {
+        return;
+    }
+    moveKeyboardFocusToSibling(forward);
+    auto* next = dynamic_cast<MyTextInputImpl*>(juce::Component::getCurrentlyFocusedComponent());
+    if (next != nullptr && next != this) {
+        next->startTyping();
     }
 }
 
@@ -173,13 +235,13 @@ void MyTextInputImpl::mouseUp(const juce::MouseEvent& event) {
     }
     if (chevronArea().contains(event.getPosition())) {
         openOptions();
-    } else if (boxArea().contains(event.getPosition()) && clicksOf(event) >= clicks_) {
+    } else if (typingArea().contains(event.getPosition()) && clicksOf(event) >= clicks_) {
         startTyping();
     }
 }
 
 void MyTextInputImpl::openOptions() {
-    finishTyping();
+    finishTypingElsewhere();
     PopupMenuOverlay::open(*this, boxArea(), {getTitle(), optionLabels(), currentOption()},
                            [field = SafePointer(this)](std::size_t option) {
                                if (field != nullptr) {
@@ -192,7 +254,7 @@ void MyTextInputImpl::openOptions() {
 }
 
 void MyTextInputImpl::mouseWheelMove(const juce::MouseEvent& event, const juce::MouseWheelDetails& wheel) {
-    if (!hasKeyboardFocus(true)) {
+    if (!isEnabled() || !(editable_ || event.mods.isCtrlDown())) {
         juce::Component::mouseWheelMove(event, wheel);
         return;
     }
@@ -205,54 +267,84 @@ void MyTextInputImpl::mouseWheelMove(const juce::MouseEvent& event, const juce::
     }
 }
 
-bool MyTextInputImpl::keyPressed(const juce::KeyPress& key) {
-    if (!isEnabled()) {
-        return false;
-    }
-    if (key == juce::KeyPress::returnKey) {
-        startTyping();
-        return true;
-    }
-    if (hasChevron() && key == juce::KeyPress(juce::KeyPress::downKey, juce::ModifierKeys::altModifier, 0)) {
-        openOptions();
-        return true;
-    }
-    return stepByKey(key);
+bool MyTextInputImpl::opensOptions(const juce::KeyPress& key) const {
+    return hasChevron() && key == juce::KeyPress(juce::KeyPress::downKey, juce::ModifierKeys::altModifier, 0);
 }
 
-bool MyTextInputImpl::typed(const juce::KeyPress& key) {
-    if (key == juce::KeyPress::returnKey) {
-        finishTyping();
+bool MyTextInputImpl::beginsTyping(const juce::KeyPress& key) const {
+    const auto character = characterOf(key);
+    return typed() == Typed::number && character != 0 && juce::String(decimalDigits).containsChar(character);
+}
+
+bool MyTextInputImpl::keyPressed(const juce::KeyPress& key) {
+    const bool opens = key == juce::KeyPress::returnKey || key == juce::KeyPress::F2Key;
+    const bool steps = stepsOf(key) != 0 && takeSteps(0);
+    if (!isEnabled() || editable_ || !(opens || steps || opensOptions(key) || beginsTyping(key))) {
+        return false;
+    }
+    if (MyDragAndDropForEach::bringIntoSight(*this)) {
+        return true;
+    }
+    if (opensOptions(key)) {
+        openOptions();
+    } else if (steps) {
+        step(stepsOf(key));
+    } else {
+        startTyping();
+        if (beginsTyping(key)) {
+            typist_->insertTextAtCaret(juce::String::charToString(characterOf(key)));
+        }
+    }
+    return true;
+}
+
+bool MyTextInputImpl::isUnneeded(const juce::KeyPress& key) const {
+    const auto character = characterOf(key);
+    if (character == 0) {
+        return false;
+    }
+    if (character == ' ' && typist_->getHighlightedRegion().getStart() == 0) {
+        return true;
+    }
+    const auto digits = juce::String(typed() == Typed::number ? decimalDigits : hexadecimalDigits);
+    const bool isBlankBetweenBytes = typed() == Typed::bytes && character == ' ';
+    return typed() != Typed::text && !digits.containsChar(character) && !isBlankBetweenBytes;
+}
+
+bool MyTextInputImpl::holdsNothing(const juce::String& text) const {
+    switch (typed()) {
+    case Typed::number: return !text.containsAnyOf(decimalDigits);
+    case Typed::bytes: return !text.containsAnyOf(hexadecimalDigits);
+    case Typed::text: break;
+    }
+    return text.trim().isEmpty();
+}
+
+/// A key while the field is typed into; true when the text has no more to do with it.
+bool MyTextInputImpl::takeKey(const juce::KeyPress& key) {
+    const SafePointer<MyTextInputImpl> field(this);
+    const bool isTab = key.isKeyCode(juce::KeyPress::tabKey);
+    if (MyDragAndDropForEach::bringIntoSight(*this)) {
         return true;
     }
     if (key == juce::KeyPress::escapeKey) {
         cancelTyping();
-        return true;
-    }
-    if (key.isKeyCode(juce::KeyPress::tabKey)) {
-        const SafePointer<MyTextInputImpl> field(this);
-        finishTyping();
+    } else if (opensOptions(key)) {
+        openOptions();
+    } else if (isTab || key == juce::KeyPress::returnKey) {
+        confirmTyping();
         if (field != nullptr) {
-            moveKeyboardFocusToSibling(!key.getModifiers().isShiftDown());
+            isTab ? goOn(!key.getModifiers().isShiftDown()) : letGo();
         }
-        return true;
+    } else {
+        return stepsOf(key) != 0 && step(stepsOf(key));
     }
-    return stepByKey(key);
-}
-
-bool MyTextInputImpl::stepByKey(const juce::KeyPress& key) {
-    if (key == juce::KeyPress::upKey || key == juce::KeyPress::downKey) {
-        return step(key == juce::KeyPress::upKey ? 1 : -1);
-    }
-    if (key == juce::KeyPress::pageUpKey || key == juce::KeyPress::pageDownKey) {
-        return step(key == juce::KeyPress::pageUpKey ? pageSteps : -pageSteps);
-    }
-    return false;
+    return true;
 }
 
 bool MyTextInputImpl::step(int steps) {
     const SafePointer<MyTextInputImpl> field(this);
-    if (editable_ && typist_->getText() != textBefore_) {
+    if (editable_ && typist_->getText() != textBefore_ && !holdsNothing(typist_->getText())) {
         takeText(typist_->getText());
     }
     if (field == nullptr) {

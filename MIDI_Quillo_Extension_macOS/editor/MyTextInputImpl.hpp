@@ -12,13 +12,18 @@ namespace quillo {
 
 /// The body of a text input, whatever its formatter.
 ///
-/// A click on the text starts typing with all of it selected, as does Return while the field has the keyboard
-/// focus; where there are options, a click on the chevron opens their menu, as does Alt with Down. Return, Tab
-/// and losing the focus take what was typed; Escape leaves the value as it was, and so does text that was not
-/// changed. Where the value is a number, Up and Down step it by one and Page Up and Page Down by ten while the
-/// field has the focus, typed into or not, and the wheel steps it too; without the focus the wheel scrolls what
-/// lies around the field. Every other key goes on to the parents, unless the field is being typed into.
-/// [main] only.
+/// A click on the text starts typing with all of it selected, as do Return and F2 while the field has the
+/// keyboard focus, and a digit where the value is a number; where there are options, a click on the chevron
+/// opens their menu, as does Alt with Down. Return takes what was typed and lets the keyboard go; Tab takes
+/// it and goes on, into the next field if that can be typed into. A click elsewhere takes it too, unless it
+/// holds nothing, such as a number without a digit. Escape leaves the value as it was, and so does text that
+/// was not changed.
+///
+/// Where the value is a number, Up and Down step it by one and Page Up and Page Down by ten while the field
+/// has the focus, typed into or not. The wheel steps it while it is typed into or Ctrl is held; else it
+/// scrolls what lies around the field. A key for a field that is scrolled out of sight brings it into sight
+/// and does no more. Keys that the field has no use for go on to the parents, also while it is typed into: no
+/// number needs a letter, and nothing begins with a blank. [main] only.
 class MyTextInputImpl : public FieldView {
 public:
     MyTextInputImpl(juce::String label, juce::String prompt);
@@ -29,10 +34,14 @@ public:
 
     [[nodiscard]] bool isEditable() const { return editable_; }
     void startTyping();
-    /// Ends typing and takes the text.
+    /// Ends typing and takes the text, unless it holds nothing.
     void finishTyping();
     /// Ends typing and forgets the text.
     void cancelTyping();
+
+    /// Finishes typing in whichever field is typed into, which loses the keyboard focus, but for one around
+    /// `except`. For what acts on values by a click: a click leaves the focus where it is.
+    static void finishTypingElsewhere(const juce::Component* except = nullptr);
 
     /// What is being typed into, or null before anything was.
     [[nodiscard]] juce::TextEditor* typist() const;
@@ -48,9 +57,15 @@ protected:
     void paintValue(juce::Graphics& graphics) override;
     [[nodiscard]] bool isActive() const override;
 
+    /// What a text consists of: the digits of a number, pairs of hexadecimal digits, or anything.
+    enum class Typed { number, bytes, text };
+    [[nodiscard]] virtual Typed typed() const = 0;
+    /// Where a click starts typing.
+    [[nodiscard]] virtual juce::Rectangle<int> typingArea() const { return boxArea(); }
+
     /// Takes typed text through the formatter.
     virtual void takeText(const juce::String& text) = 0;
-    /// Steps the value; false when it is nothing that can be stepped.
+    /// Steps the value, by 0 to ask; false when it is nothing that can be stepped.
     virtual bool takeSteps(int steps) = 0;
     [[nodiscard]] virtual std::vector<juce::String> optionLabels() const = 0;
     [[nodiscard]] virtual std::optional<std::size_t> currentOption() const = 0;
@@ -61,9 +76,15 @@ private:
 
     void openOptions();
     void stopTyping();
+    void confirmTyping();
+    void letGo();
+    void goOn(bool forward);
     bool step(int steps);
-    bool stepByKey(const juce::KeyPress& key);
-    bool typed(const juce::KeyPress& key);
+    [[nodiscard]] bool opensOptions(const juce::KeyPress& key) const;
+    [[nodiscard]] bool beginsTyping(const juce::KeyPress& key) const;
+    [[nodiscard]] bool isUnneeded(const juce::KeyPress& key) const;
+    [[nodiscard]] bool holdsNothing(const juce::String& text) const;
+    bool takeKey(const juce::KeyPress& key);
     void makeTypist();
     [[nodiscard]] int clicksOf(const juce::MouseEvent& event) const;
 

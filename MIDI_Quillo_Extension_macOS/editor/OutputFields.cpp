@@ -131,10 +131,11 @@ public:
 
     [[nodiscard]] FieldPlan pitchValueView() const {
         const auto pitch = fieldBinding(data_, &RuleOutputEntry::pitch);
-        return inputPlan<PitchValueFormatter>(
-            "Pitch", byte2Colors(),
-            {[pitch] { return pitch.get().value; }, [pitch](std::uint16_t value) { pitch.set({value}); }},
-            "0 - 16383");
+        return inputPlan<PitchValueFormatter>("Pitch", byte2Colors(),
+                                              {[pitch] { return pitch.get().value; },
+                                               [pitch](std::uint16_t value) { pitch.set({value}); },
+                                               [pitch](std::uint16_t value) { pitch.step({value}); }},
+                                              "0 - 16383");
     }
 
     [[nodiscard]] FieldPlan sysExInput() const {
@@ -149,7 +150,9 @@ public:
         const auto delay = fieldBinding(data_, &RuleOutputEntry::delay);
         return inputPlan<DelayValueFormatter>(
             juceText(delayCaption), {palette_.delayInput, palette_.delayInputSecondaryColor},
-            {[delay] { return delay.get().ms; }, [delay](std::int64_t ms) { delay.set({ms}); }}, "0");
+            {[delay] { return delay.get().ms; }, [delay](std::int64_t ms) { delay.set({ms}); },
+             [delay](std::int64_t ms) { delay.step({ms}); }},
+            "0");
     }
 
 private:

@@ -35,7 +35,7 @@ RuleList importPreset(std::span<const std::uint8_t> bytes) {
         if (const auto reason = whyNoEntry(rule)) {
             throw ImportError("The rule \"" + rule.name + "\" cannot be edited: " + *reason + ".");
         }
-        list.push_back({UUID(), entryFromRule(rule)});
+        list.push_back(elementFromRule(rule));
     }
     return list;
 }
@@ -53,12 +53,13 @@ void importPreset(const std::string& name, const std::function<std::vector<std::
 
 void exportPreset(const std::function<void(std::span<const std::uint8_t> bytes)>& write,
                   RuleListEditor& editor) {
-    if (editor.whyNotEditable()) {
-        editor.alert(*editor.whyNotEditable());
+    auto rules = editor.runningRules();
+    if (!rules) {
+        editor.alert(editor.whyNotEditable().value_or(""));
         return;
     }
     try {
-        write(exportPreset(editor.rules()));
+        write(PluginData{*std::move(rules)}.write());
     } catch (const FileError& error) {
         editor.alert(error.what());
     } catch (const EncodingError& error) {

@@ -38,8 +38,9 @@ public:
 void importPreset(const std::string& name, const std::function<std::vector<std::uint8_t>()>& read,
                   RuleListEditor& editor);
 
-/// Hands the preset of the editor's rules to `write`, which throws a `FileError` when it cannot keep it. Whatever
-/// goes wrong, the editor's alert says it; so it does when the editor does not show the rules that run.
+/// Hands the preset of the rules that run, shown or not, to `write`, which throws a `FileError` when it
+/// cannot keep it. Whatever goes wrong, the editor's alert says it; so it does when nobody knows the rules
+/// that run.
 void exportPreset(const std::function<void(std::span<const std::uint8_t> bytes)>& write,
                   RuleListEditor& editor);
 

@@ -11,7 +11,6 @@
 #include "editor/FileOverlay.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/GuideLocation.hpp"
-#include "editor/NewRuleSelector.hpp"
 #include "editor/PresetExchange.hpp"
 #include "editor/Style.hpp"
 
@@ -64,8 +63,11 @@ QuilloView::QuilloView(std::shared_ptr<QuilloModel> model, RuleListEditor::OnRul
         return rule != nullptr ? RuleView::heightFor(*rule, width) : 0;
     };
     list_.onMove = [this](const UUID& id, std::size_t position) { editor_.move(id, position); };
-    list_.setFooter(std::make_unique<NewRuleSelector>([this](const MIDIRuleType& type) { addRule(type); }),
-                    [](int /*width*/) { return NewRuleSelector::preferredHeight(); });
+    auto selector = std::make_unique<NewRuleSelector>([this](const MIDIRuleType& type) { addRule(type); });
+    newRuleSelector_ = selector.get();
+    list_.setFooter(std::move(selector), [](int /*width*/) { return NewRuleSelector::preferredHeight(); });
+    editor_.setOnWalk([this](const UUID& id) { list_.scrollTo(id); });
+    juce::Desktop::getInstance().addFocusChangeListener(this);
     addAndMakeVisible(header_);
     addAndMakeVisible(list_);
     addAndMakeVisible(logger_);
@@ -77,6 +79,7 @@ QuilloView::QuilloView(std::shared_ptr<QuilloModel> model, RuleListEditor::OnRul
 }
 
 QuilloView::~QuilloView() {
+    juce::Desktop::getInstance().removeFocusChangeListener(this);
     closeOverlay();
     setLookAndFeel(nullptr);
 }
@@ -96,16 +99,12 @@ std::unique_ptr<RuleView> QuilloView::makeCard(const UUID& id) {
             const auto* rule = entry(id);
             return rule != nullptr ? *rule : RuleEntry();
         },
-        [this, id](RuleEntry rule) {
-            if (const auto* before = entry(id)) {
-                const auto field = changedField(*before, rule);
-                editor_.edit(id, std::move(rule), field);
-            }
-        });
+        [this, id](RuleEntry rule) { editor_.edit(id, std::move(rule)); },
+        [this, id](RuleEntry rule) { editor_.step(id, std::move(rule)); });
     return std::make_unique<RuleView>(
         data, RuleViewActions{[this, id](TriggerEntryType type) { editor_.changeTriggerType(id, type); },
                               [this, id](const MIDIRuleType& type) { changeOutputType(id, type); },
-                              [this, id] { editor_.duplicate(id); }, [this, id] { editor_.remove(id); },
+                              [this, id] { editor_.duplicate(id); }, [this, id] { removeRule(id); },
                               [this, id] { editor_.send(id); }});
 }
 
@@ -132,6 +131,32 @@ void QuilloView::addRule(const MIDIRuleType& type) {
     if (!editor_.rules().empty()) {
         list_.scrollTo(editor_.rules().back().id);
     }
+}
+
+/// Deleted by keys, the neighbour has the keyboard; else nothing that goes has it.
+void QuilloView::removeRule(const UUID& id) {
+    auto* removed = card(id);
+    const bool byKeys = removed != nullptr && removed->buttons().deleteButton().hasKeyboardFocus(false);
+    if (removed != nullptr && !byKeys && removed->hasKeyboardFocus(true)) {
+        unfocusAllComponents();
+    }
+    const auto element = std::ranges::find(editor_.rules(), id, &RuleEntryIdentifiable::id);
+    const auto position = static_cast<std::size_t>(element - editor_.rules().begin());
+    editor_.remove(id);
+    if (byKeys && entry(id) == nullptr) {
+        focusDeleteButton(position);
+    }
+}
+
+/// That of the rule at the position, or of the last one. Without rules there is only the way to add one.
+void QuilloView::focusDeleteButton(std::size_t position) {
+    if (shown_.empty()) {
+        newRuleSelector_->button().grabKeyboardFocus();
+        return;
+    }
+    const auto& id = shown_[std::min(position, shown_.size() - 1)].id;
+    list_.scrollTo(id);
+    card(id)->buttons().deleteButton().grabKeyboardFocus();
 }
 
 /// Cards stay with their rules; only those whose rule is another one than before are refreshed.
@@ -245,7 +270,36 @@ bool QuilloView::keyPressed(const juce::KeyPress& key) {
         editor_.redo();
         return true;
     }
+    const bool isTab =
+        is(juce::KeyPress::tabKey, 0) || is(juce::KeyPress::tabKey, juce::ModifierKeys::shiftModifier);
+    if (isTab && !hasKeyboardFocus(true)) {
+        enterByKeyboard(!key.getModifiers().isShiftDown());
+        return true;
+    }
     return false;
+}
+
+void QuilloView::enterByKeyboard(bool forward) {
+    if (overlay() != nullptr) {
+        overlay()->grabKeyboardFocus();
+        return;
+    }
+    if (lastFocus_ != nullptr && lastFocus_->isShowing()) {
+        lastFocus_->moveKeyboardFocusToSibling(forward);
+        return;
+    }
+    const auto views = createKeyboardFocusTraverser()->getAllComponents(this);
+    (forward ? views.front() : views.back())->grabKeyboardFocus();
+}
+
+/// A field is typed into by a view of its own, which comes and goes.
+void QuilloView::globalFocusChanged(juce::Component* focused) {
+    if (focused == nullptr || !isParentOf(focused) ||
+        (overlay() != nullptr && overlay()->isParentOf(focused))) {
+        return;
+    }
+    auto* field = focused->findParentComponentOfClass<MyTextInputImpl>();
+    lastFocus_ = field != nullptr ? field : focused;
 }
 
 bool QuilloView::isInterestedInFileDrag(const juce::StringArray& files) {

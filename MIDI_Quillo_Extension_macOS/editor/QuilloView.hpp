@@ -14,6 +14,7 @@
 #include "editor/Header.hpp"
 #include "editor/InOutLogger.hpp"
 #include "editor/MyDragAndDropForEach.hpp"
+#include "editor/NewRuleSelector.hpp"
 #include "editor/OverlayHost.hpp"
 #include "editor/RuleListEditor.hpp"
 #include "editor/RuleView.hpp"
@@ -26,14 +27,17 @@ struct FilePanels {
     std::function<void()> onExport;
 };
 
-/// The editor: a header, the list of rule cards with the way to add rules, and the logs. It observes the model,
-/// hands every change of the list to `onRulesChanged` as rules, and "Send" to `onInstantMessageClick`. Menus, the
-/// alert and the file browser open inside it. Ctrl+Z and Ctrl+Shift+Z or Ctrl+Y undo and redo. A preset file
-/// dropped on it is imported. Whoever owns the window drains the main queue. [main] only.
+/// The editor: a header, the list of rule cards with the way to add rules, and the logs. It observes the
+/// model, hands every change of the list to `onRulesChanged` as rules, and "Send" to `onInstantMessageClick`.
+/// Menus, the alert and the file browser open inside it. Ctrl+Z and Ctrl+Shift+Z or Ctrl+Y undo and redo, and
+/// scroll to the rule that they change. Tab enters while nothing in it has the keyboard focus, beside what
+/// had it last. A preset file dropped on it is imported. Whoever owns the window hands it the keys that
+/// nothing in it has used, and drains the main queue. [main] only.
 class QuilloView final : public juce::Component,
                          public EnvironmentScope,
                          public OverlayHost,
-                         public juce::FileDragAndDropTarget {
+                         public juce::FileDragAndDropTarget,
+                         private juce::FocusChangeListener {
 public:
     QuilloView(std::shared_ptr<QuilloModel> model, RuleListEditor::OnRulesChanged onRulesChanged,
                RuleListEditor::OnInstantMessageClick onInstantMessageClick);
@@ -65,8 +69,12 @@ private:
     [[nodiscard]] const RuleEntry* entry(const UUID& id) const;
     void changeOutputType(const UUID& id, const MIDIRuleType& type);
     void addRule(const MIDIRuleType& type);
+    void removeRule(const UUID& id);
+    void focusDeleteButton(std::size_t position);
     void rulesChanged();
     void showAlert();
+    void enterByKeyboard(bool forward);
+    void globalFocusChanged(juce::Component* focused) override;
 
     EditorLookAndFeel lookAndFeel_;
     std::shared_ptr<QuilloModel> model_;
@@ -75,8 +83,10 @@ private:
     MyDragAndDropForEach list_;
     InOutLogger logger_;
     FilePanels filePanels_;
-    RuleList shown_;         ///< the list as the cards show it
-    juce::File lastPreset_;  ///< where the file browser starts
+    NewRuleSelector* newRuleSelector_ = nullptr;  ///< below the list, which owns it
+    SafePointer<juce::Component> lastFocus_;      ///< what in the editor had the keyboard focus last
+    RuleList shown_;                              ///< the list as the cards show it
+    juce::File lastPreset_;                       ///< where the file browser starts
     Observation rulesObservation_;
     Observation alertObservation_;
     juce::TooltipWindow tooltips_;

@@ -20,6 +20,7 @@ constexpr int captionGap = 8;
 RuleHeaderView::RuleHeaderView(Binding<std::string> name)
     : MyTextInputImpl("", juceText(nameCaption)), name_(std::move(name)) {
     setTitle(juceText(nameCaption));
+    setClicks(2);
 }
 
 juce::String RuleHeaderView::shownText() const {
@@ -29,6 +30,25 @@ juce::String RuleHeaderView::shownText() const {
 juce::String RuleHeaderView::getTooltip() {
     return textWidth(shownText(), style::titleText, true) > textArea().getWidth() ? shownText()
                                                                                   : juce::String();
+}
+
+juce::MouseCursor RuleHeaderView::getMouseCursor() {
+    const bool onText = isEditable() || typingArea().contains(getMouseXYRelative());
+    return onText ? juce::MouseCursor::IBeamCursor : juce::MouseCursor::NormalCursor;
+}
+
+int RuleHeaderView::nameWidth() const {
+    return std::min(textArea().getWidth(), textWidth(shownText(), style::titleText, true));
+}
+
+int RuleHeaderView::captionWidth() const {
+    return textWidth(juceText(nameCaption), style::captionText);
+}
+
+/// An empty name has its caption in its place.
+juce::Rectangle<int> RuleHeaderView::typingArea() const {
+    const auto width = shownText().isEmpty() ? captionWidth() : nameWidth();
+    return boxArea().withLeft(textArea().getX()).withWidth(width);
 }
 
 void RuleHeaderView::takeText(const juce::String& text) {
@@ -57,16 +77,14 @@ void RuleHeaderView::paintValue(juce::Graphics& graphics) {
     const auto palette = environment<PaletteKey>(*this);
     const auto name = shownText();
     auto area = textArea();
-    const auto nameWidth = std::min(area.getWidth(), textWidth(name, style::titleText, true));
     graphics.setColour(displayColour(palette.primaryText));
     graphics.setFont(textFont(style::titleText, true));
-    graphics.drawText(name, area.removeFromLeft(nameWidth), juce::Justification::centredLeft, true);
-    const auto caption = juceText(nameCaption);
+    graphics.drawText(name, area.removeFromLeft(nameWidth()), juce::Justification::centredLeft, true);
     area.removeFromLeft(name.isEmpty() ? 0 : captionGap);
-    if (area.getWidth() >= textWidth(caption, style::captionText)) {
+    if (area.getWidth() >= captionWidth()) {
         graphics.setColour(displayColour(palette.secondaryText));
         graphics.setFont(textFont(style::captionText));
-        graphics.drawText(caption, area, juce::Justification::centredLeft, false);
+        graphics.drawText(juceText(nameCaption), area, juce::Justification::centredLeft, false);
     }
 }
 

@@ -7,7 +7,8 @@
 
 namespace quillo {
 
-/// The name of a rule, as the title of its card. It is typed into like any other field. [main] only.
+/// The name of a rule, as the title of its card. A double click on the text starts typing, else it is like
+/// any other field. [main] only.
 class RuleHeaderView final : public MyTextInputImpl {
 public:
     explicit RuleHeaderView(Binding<std::string> name);
@@ -15,11 +16,14 @@ public:
     [[nodiscard]] juce::String shownText() const override;
     [[nodiscard]] bool hasChevron() const override { return false; }
     juce::String getTooltip() override;
+    juce::MouseCursor getMouseCursor() override;
 
     void paint(juce::Graphics& graphics) override;
 
 protected:
     void paintValue(juce::Graphics& graphics) override;
+    [[nodiscard]] Typed typed() const override { return Typed::text; }
+    [[nodiscard]] juce::Rectangle<int> typingArea() const override;
     void takeText(const juce::String& text) override;
     bool takeSteps(int steps) override;
     [[nodiscard]] std::vector<juce::String> optionLabels() const override { return {}; }
@@ -27,6 +31,9 @@ protected:
     void pickOption(std::size_t /*option*/) override {}
 
 private:
+    [[nodiscard]] int nameWidth() const;
+    [[nodiscard]] int captionWidth() const;
+
     Binding<std::string> name_;
     NameFormatter format_;
 };

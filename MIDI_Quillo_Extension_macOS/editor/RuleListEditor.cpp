@@ -71,11 +71,24 @@ std::string changedField(const RuleEntry& before, const RuleEntry& after) {
     return changes == 1 ? field : "";
 }
 
+std::optional<UUID> changedRule(const RuleList& before, const RuleList& after) {
+    if (after.empty()) {
+        return std::nullopt;
+    }
+    const auto [old, now] = std::ranges::mismatch(before, after);
+    if (now == after.end()) {
+        return after.back().id;
+    }
+    const bool gone = old != before.end() && std::next(old) != before.end() && *std::next(old) == *now;
+    const bool movedDown =
+        gone && std::ranges::find(after, old->id, &RuleEntryIdentifiable::id) != after.end();
+    return movedDown ? old->id : now->id;
+}
+
 std::vector<Rule> rulesOf(const RuleList& list) {
     std::vector<Rule> rules;
     rules.reserve(list.size());
-    std::ranges::transform(list, std::back_inserter(rules),
-                           [](const auto& element) { return ruleFromEntry(element.rule); });
+    std::ranges::transform(list, std::back_inserter(rules), ruleFromElement);
     return rules;
 }
 
@@ -87,8 +100,13 @@ RuleListEditor::RuleListEditor(std::shared_ptr<QuilloModel> model, OnRulesChange
       rulesObservation_(model_->observeRules([this] {
           if (!changing_) {
               history_.clear();
+              start_.reset();
           }
       })) {}
+
+std::optional<std::vector<Rule>> RuleListEditor::runningRules() const {
+    return whyNotEditable() ? model_->rulesNotShown() : rulesOf(rules());
+}
 
 std::optional<std::size_t> RuleListEditor::find(const UUID& id) const {
     const auto found = std::ranges::find(rules(), id, &RuleEntryIdentifiable::id);
@@ -98,10 +116,15 @@ std::optional<std::size_t> RuleListEditor::find(const UUID& id) const {
     return static_cast<std::size_t>(std::distance(rules().begin(), found));
 }
 
-/// Hands the list to the engine; when that refuses it, the alert says why.
-bool RuleListEditor::isTakenByEngine(const RuleList& list) {
+const RuleEntry* RuleListEditor::entryOf(const UUID& id) const {
+    const auto position = find(id);
+    return position ? &rules()[*position].rule : nullptr;
+}
+
+/// Hands the rules to the engine; when that refuses them, the alert says why.
+bool RuleListEditor::isTakenByEngine(std::vector<Rule> rules) {
     try {
-        onRulesChanged_(rulesOf(list));
+        onRulesChanged_(std::move(rules));
     } catch (const FatalError& error) {
         alert(error.what());
         return false;
@@ -115,12 +138,27 @@ void RuleListEditor::show(RuleList list) {
     changing_ = false;
 }
 
-/// The step is noted before the list is shown: whoever sees the new list can undo it.
-void RuleListEditor::apply(RuleList after, const std::string& stepName, const std::string& joinKey) {
-    if (isTakenByEngine(after)) {
-        history_.note(stepName, rules(), after, joinKey);
-        show(std::move(after));
+/// Nothing is changed while rules are not shown but by what replaces them all: that is the history's first
+/// step.
+void RuleListEditor::noteStart() {
+    if (model_->rulesNotShown()) {
+        start_ = RulesNotShown{*whyNotEditable(), *model_->rulesNotShown()};
     }
+}
+
+/// The step is noted before the list is shown: whoever sees the new list can undo it.
+bool RuleListEditor::apply(RuleList after, const std::string& stepName, const std::string& joinKey) {
+    if (!isTakenByEngine(rulesOf(after))) {
+        return false;
+    }
+    if (whyNotEditable()) {
+        noteStart();
+        history_.noteReplacement(stepName, after);
+    } else {
+        history_.note(stepName, rules(), after, joinKey);
+    }
+    show(std::move(after));
+    return true;
 }
 
 void RuleListEditor::add(const MIDIRuleType& type) {
@@ -144,9 +182,11 @@ void RuleListEditor::duplicate(const UUID& id) {
         return;
     }
     auto list = rules();
-    const auto entry = list[*position].rule;
-    list.insert(list.begin() + static_cast<Offset>(*position) + 1, {UUID(), entry});
-    apply(std::move(list), "Duplicate " + entry.name);
+    auto copy = list[*position];
+    copy.id = UUID();
+    const auto name = copy.rule.name;
+    list.insert(list.begin() + static_cast<Offset>(*position) + 1, std::move(copy));
+    apply(std::move(list), "Duplicate " + name);
 }
 
 void RuleListEditor::remove(const UUID& id) {
@@ -177,44 +217,65 @@ void RuleListEditor::move(const UUID& id, std::size_t position) {
     apply(std::move(list), "Move " + name);
 }
 
-void RuleListEditor::editWith(const UUID& id, const std::function<void(RuleEntry&)>& change,
-                              const std::string& field) {
+void RuleListEditor::editWith(const UUID& id, RuleEntry entry, const std::string& joinKey) {
     const auto position = find(id);
     if (!position) {
         return;
     }
     auto list = rules();
-    const auto name = list[*position].rule.name;
-    change(list[*position].rule);
-    apply(std::move(list), "Edit " + name, field.empty() ? "" : id.text() + field);
+    auto& element = list[*position];
+    const auto loaded = ruleFromElement(element);
+    const bool wasLoaded = element.loadedMessage.has_value();
+    editElement(element, std::move(entry));
+    const bool isLoaded = element.loadedMessage.has_value();
+    const bool applied = apply(std::move(list), "Edit " + loaded.name, joinKey);
+    if (const auto change = whatEditingChanges(loaded); change && applied && wasLoaded && !isLoaded) {
+        alert("Editing the rule \"" + loaded.name + "\" has changed more than you see: " + *change +
+              ". Undo brings it back.");
+    }
 }
 
-void RuleListEditor::edit(const UUID& id, RuleEntry entry, const std::string& field) {
-    editWith(id, [&entry](RuleEntry& rule) { rule = std::move(entry); }, field);
+void RuleListEditor::edit(const UUID& id, RuleEntry entry) {
+    editWith(id, std::move(entry));
+}
+
+void RuleListEditor::step(const UUID& id, RuleEntry entry) {
+    if (const auto* before = entryOf(id)) {
+        const auto joinKey = joinKeyOfStep(id, *before, entry);
+        editWith(id, std::move(entry), joinKey);
+    }
+}
+
+std::string RuleListEditor::joinKeyOfStep(const UUID& id, const RuleEntry& before, const RuleEntry& after) {
+    const auto now = now_();
+    if (now - std::exchange(lastStep_, now) > joinTime) {
+        history_.endStep();
+    }
+    const auto field = changedField(before, after);
+    return field.empty() ? "" : id.text() + field;
 }
 
 void RuleListEditor::changeTriggerType(const UUID& id, TriggerEntryType type) {
-    editWith(
-        id,
-        [type](RuleEntry& rule) {
-            rule = withUsableChoices(type, rule);
-            rule.trigger.type = type;
-        },
-        "");
+    if (const auto* before = entryOf(id)) {
+        auto entry = withUsableChoices(type, *before);
+        entry.trigger.type = type;
+        editWith(id, std::move(entry));
+    }
 }
 
 void RuleListEditor::changeOutputType(const UUID& id, OutputEntryType type) {
-    editWith(
-        id,
-        [type](RuleEntry& rule) {
-            rule.output.type = type;
-            rule = withUsableChoices(rule.trigger.type, rule);
-        },
-        "");
+    if (const auto* before = entryOf(id)) {
+        auto entry = *before;
+        entry.output.type = type;
+        editWith(id, withUsableChoices(entry.trigger.type, entry));
+    }
 }
 
 void RuleListEditor::replaceAll(RuleList list, const std::string& stepName) {
-    apply(std::move(list), stepName);
+    const auto notice = noticeBeforeEditing(rulesOf(list));
+    if (apply(std::move(list), stepName) && notice) {
+        alert(*notice);
+    }
 }
 
 void RuleListEditor::send(const UUID& id) {
@@ -222,7 +283,7 @@ void RuleListEditor::send(const UUID& id) {
     if (!position || !isFixed(rules()[*position].rule.output)) {
         return;
     }
-    onInstantMessageClick_(ruleFromEntry(rules()[*position].rule).output.message);
+    onInstantMessageClick_(ruleFromElement(rules()[*position]).output.message);
 }
 
 void RuleListEditor::undo() {
@@ -237,13 +298,32 @@ void RuleListEditor::redo() {
     }
 }
 
-void RuleListEditor::walk(RuleList (RuleListHistory::*step)(RuleList)) {
+void RuleListEditor::walk(RuleList (RuleListHistory::*go)(RuleList)) {
     auto history = history_;
-    auto list = (history.*step)(rules());
-    if (isTakenByEngine(list)) {
-        history_ = std::move(history);
-        show(std::move(list));
+    auto list = (history.*go)(rules());
+    if (!isTakenByEngine(isBackAtRulesNotShown(history) ? start_->rules : rulesOf(list))) {
+        return;
     }
+    history_ = std::move(history);
+    if (isBackAtRulesNotShown(history_)) {
+        bringBackRulesNotShown();
+        return;
+    }
+    const auto changed = changedRule(rules(), list);
+    show(std::move(list));
+    if (changed && onWalk_) {
+        onWalk_(*changed);
+    }
+}
+
+bool RuleListEditor::isBackAtRulesNotShown(const RuleListHistory& history) const {
+    return start_ && history.isWhole() && !history.undoName();
+}
+
+void RuleListEditor::bringBackRulesNotShown() {
+    changing_ = true;
+    model_->setNotEditable(start_->reason, start_->rules);
+    changing_ = false;
 }
 
 }  // namespace quillo

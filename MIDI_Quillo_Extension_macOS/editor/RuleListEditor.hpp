@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -25,23 +26,39 @@ namespace quillo {
 /// The name of the only field in which two entries differ; empty when they differ in several or in none.
 [[nodiscard]] std::string changedField(const RuleEntry& before, const RuleEntry& after);
 
+/// The rule by which two lists differ, or the one that stands in its place after it went; nothing when no
+/// rule is left.
+[[nodiscard]] std::optional<UUID> changedRule(const RuleList& before, const RuleList& after);
+
 /// The rules that a list stands for, in order.
 [[nodiscard]] std::vector<Rule> rulesOf(const RuleList& list);
 
 /// All that a user can do to the list of rules. Each change hands the whole converted list to the engine and
-/// can be undone; a list that the engine refuses (a delay too long to count) is not kept, and `alert` says why.
-/// A list that the unit brings in forgets what could be undone. [main] only.
+/// can be undone; a list that the engine refuses (a delay too long to count) is not kept, and `alert` says
+/// why. A list that the unit brings in forgets what could be undone; rules that it runs and that cannot be
+/// shown come back when what replaced them is undone. [main] only.
 class RuleListEditor {
 public:
     /// Takes the converted list; throws `FatalError` for one that cannot be installed.
     using OnRulesChanged = std::function<void(std::vector<Rule> rules)>;
     /// Sends one message; throws `FatalError` for one that takes something from a trigger.
     using OnInstantMessageClick = std::function<void(const RuleOutputVariantsV2& message)>;
+    using Clock = std::chrono::steady_clock;
+
+    /// Steps that come this soon after another one are undone together with it.
+    static constexpr std::chrono::seconds joinTime{1};
 
     RuleListEditor(std::shared_ptr<QuilloModel> model, OnRulesChanged onRulesChanged,
                    OnInstantMessageClick onInstantMessageClick);
 
+    /// Called with the rule that a step which was undone or redone has changed.
+    void setOnWalk(std::function<void(const UUID& id)> onWalk) { onWalk_ = std::move(onWalk); }
+    /// Asked for the time in the place of the system's clock.
+    void setNow(std::function<Clock::time_point()> now) { now_ = std::move(now); }
+
     [[nodiscard]] const RuleList& rules() const { return model_->rules(); }
+    /// The rules that run, also those that the list does not show; nothing when nobody knows them.
+    [[nodiscard]] std::optional<std::vector<Rule>> runningRules() const;
 
     /// Why the list does not show what the unit runs; nothing when it does. Until a whole list takes its place,
     /// nothing can be added to it.
@@ -56,14 +73,18 @@ public:
     void remove(const UUID& id);
     /// Moves the rule to a position in the list, or to the last one.
     void move(const UUID& id, std::size_t position);
-    /// Puts `entry` in the rule's place. Edits of the same rule under the same non-empty `field` that follow
-    /// each other are one step, as when a wheel is turned.
-    void edit(const UUID& id, RuleEntry entry, const std::string& field = "");
+    /// Puts `entry` in the rule's place. Where that changes more of a loaded message than the entry shows,
+    /// the alert says it.
+    void edit(const UUID& id, RuleEntry entry);
+    /// Edits by one of several small steps, as when a wheel is turned: those of one field that follow each
+    /// other within `joinTime` are undone together.
+    void step(const UUID& id, RuleEntry entry);
     /// Changes the rule's trigger; what the new one cannot feed falls back to its default.
     void changeTriggerType(const UUID& id, TriggerEntryType type);
     /// Changes what the rule sends. Fields keep what they hold, but for choices that the trigger cannot feed.
     void changeOutputType(const UUID& id, OutputEntryType type);
-    /// Puts another list in the place of the whole one, in one step under this name.
+    /// Puts another list in the place of the whole one, in one step under this name. The alert says what must
+    /// be known before it is edited.
     void replaceAll(RuleList rules, const std::string& stepName);
 
     /// Sends the rule's message by hand; nothing happens for one that takes something from its trigger.
@@ -83,18 +104,33 @@ public:
     void dismissAlert() { model_->dismissAlert(); }
 
 private:
+    struct RulesNotShown {
+        std::string reason;
+        std::vector<Rule> rules;
+    };
+
     [[nodiscard]] std::optional<std::size_t> find(const UUID& id) const;
-    [[nodiscard]] bool isTakenByEngine(const RuleList& list);
+    [[nodiscard]] const RuleEntry* entryOf(const UUID& id) const;
+    [[nodiscard]] bool isTakenByEngine(std::vector<Rule> rules);
+    void noteStart();
     void show(RuleList list);
-    void apply(RuleList after, const std::string& stepName, const std::string& joinKey = "");
+    bool apply(RuleList after, const std::string& stepName, const std::string& joinKey = "");
     /// Goes one step back or forth.
-    void walk(RuleList (RuleListHistory::*step)(RuleList));
-    void editWith(const UUID& id, const std::function<void(RuleEntry&)>& change, const std::string& field);
+    void walk(RuleList (RuleListHistory::*go)(RuleList));
+    [[nodiscard]] bool isBackAtRulesNotShown(const RuleListHistory& history) const;
+    void bringBackRulesNotShown();
+    [[nodiscard]] std::string joinKeyOfStep(const UUID& id, const RuleEntry& before, const RuleEntry& after);
+    void editWith(const UUID& id, RuleEntry entry, const std::string& joinKey = "");
 
     std::shared_ptr<QuilloModel> model_;
     OnRulesChanged onRulesChanged_;
     OnInstantMessageClick onInstantMessageClick_;
+    std::function<void(const UUID&)> onWalk_;
+    std::function<Clock::time_point()> now_ = Clock::now;
+    Clock::time_point lastStep_;
     RuleListHistory history_;
+    /// What the history began with, where that was rules that cannot be shown.
+    std::optional<RulesNotShown> start_;
     bool changing_ = false;  ///< whether a change of the model's rules is our own
     Observation rulesObservation_;
 };

@@ -33,9 +33,25 @@ void RuleListHistory::note(std::string name, const RuleList& before, const RuleL
         }
         return;
     }
-    done_.push_back({std::move(name), std::move(joinKey), {std::move(change)}});
+    push({std::move(name), std::move(joinKey), {std::move(change)}});
+}
+
+void RuleListHistory::noteReplacement(std::string name, const RuleList& after) {
+    undone_.clear();
+    push({std::move(name), "", {{0, {}, after}}});
+}
+
+void RuleListHistory::push(Step step) {
+    done_.push_back(std::move(step));
     if (done_.size() > capacity_) {
         done_.pop_front();
+        whole_ = false;
+    }
+}
+
+void RuleListHistory::endStep() {
+    if (!done_.empty()) {
+        done_.back().joinKey.clear();
     }
 }
 
@@ -77,6 +93,7 @@ RuleList RuleListHistory::redo(RuleList list) {
 void RuleListHistory::clear() {
     done_.clear();
     undone_.clear();
+    whole_ = true;
 }
 
 RuleListHistory::Change RuleListHistory::difference(const RuleList& before, const RuleList& after) {

@@ -27,6 +27,15 @@ public:
     /// when both have the same non-empty `joinKey`. A change that changes nothing is not noted.
     void note(std::string name, const RuleList& before, const RuleList& after, std::string joinKey = "");
 
+    /// Notes that `after` took the place of something that is no list: undoing that leaves an empty one.
+    void noteReplacement(std::string name, const RuleList& after);
+
+    /// The next change begins a step, whatever its `joinKey`.
+    void endStep();
+
+    /// Whether no step was forgotten since the history was clear.
+    [[nodiscard]] bool isWhole() const { return whole_; }
+
     /// The name of the step that `undo` would take back; nothing when there is none.
     [[nodiscard]] std::optional<std::string> undoName() const;
     /// The name of the step that `redo` would make again; nothing when there is none.
@@ -55,9 +64,11 @@ private:
     };
 
     [[nodiscard]] static Change difference(const RuleList& before, const RuleList& after);
+    void push(Step step);
     static void replace(RuleList& list, std::size_t position, const RuleList& out, const RuleList& in);
 
     std::size_t capacity_;
+    bool whole_ = true;
     std::deque<Step> done_;
     std::vector<Step> undone_;
 };

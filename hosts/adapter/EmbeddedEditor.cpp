@@ -89,12 +89,16 @@ public:
         view_.setBounds(0, 0, pointsCovering(width, scale_), pointsCovering(height, scale_));
     }
 
-    /// A key that nothing in the view has used. Tab then moves the focus, which is the toolkit's doing.
+    /// A key that nothing in the view has used. Tab then moves the focus, which is JUCE's doing; while
+    /// nothing has the focus it enters the view, if the key is this window's own and not one for the host
+    /// that came by the mouse's place.
     bool keyPressed(const juce::KeyPress& key) override {
-        if (view_.hasKeyboardFocus(true) && key.isKeyCode(juce::KeyPress::tabKey)) {
+        const bool isTab = key.isKeyCode(juce::KeyPress::tabKey);
+        if (isTab && view_.hasKeyboardFocus(true)) {
             return false;
         }
-        if (!view_.keyPressed(key) && keyboard_) {
+        const bool isOurs = !isTab || getPeer()->isFocused();
+        if (!(isOurs && view_.keyPressed(key)) && keyboard_) {
             keyboard_->handOn(key);
         }
         return true;

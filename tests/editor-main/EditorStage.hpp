@@ -12,6 +12,7 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 
 #include "editor/PopupMenuOverlay.hpp"
+#include "editor/RuleHeaderView.hpp"
 #include "hosts/editor/Desk.hpp"
 #include "support/FindBelow.hpp"
 #include "support/JuceEvents.hpp"
@@ -99,11 +100,33 @@ public:
         pickInMenu(label);
     }
 
+    /// Types over what a field holds, and leaves it so.
+    void beginTyping(FieldView& field, const juce::String& text) {
+        const bool isName = dynamic_cast<RuleHeaderView*>(&field) != nullptr;
+        const auto box = field.textArea();
+        click(field, isName ? box.getTopLeft() + juce::Point(4, box.getHeight() / 2) : box.getCentre(),
+              isName ? 2 : 1);
+        type(window, text);
+    }
+
     /// Puts a text in the place of what a field holds.
     void typeInto(FieldView& field, const juce::String& text) {
-        click(field, field.textArea().getCentre());
-        type(window, text);
+        beginTyping(field, text);
         key(window, juce::KeyPress::returnKey);
+    }
+
+    /// Presses a key. One that nothing with the keyboard focus uses is handed to the view, as the owner of its
+    /// window does.
+    bool press(int code, juce::ModifierKeys modifiers = {}) {
+        const auto character = code < 0x80 ? static_cast<juce::juce_wchar>(code) : 0;
+        const juce::KeyPress pressed(code, modifiers, character);
+        return key(window, pressed) || view().keyPressed(pressed);
+    }
+
+    /// What the focused part of the editor is called; nothing while none is.
+    [[nodiscard]] static std::string focus() {
+        const auto* focused = juce::Component::getCurrentlyFocusedComponent();
+        return focused != nullptr ? focused->getTitle().toStdString() : "";
     }
 
     /// Whether a field has a menu that holds this very row.

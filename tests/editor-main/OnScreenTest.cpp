@@ -71,6 +71,21 @@ TEST_F(OnScreen, ARuleIsAddedAndSentByTheEventsOfTheDisplay) {
     EXPECT_EQ(view.logger().collapsedForm().outText(), "[512] e0 00 40");
 }
 
+TEST_F(OnScreen, TheKeyboardGetsInWithoutAClick) {
+    auto& view = desk.view();
+    const auto place = view.header().getScreenBounds().getPosition();
+    act("mousemove " + std::to_string(place.x + 4) + " " + std::to_string(place.y + 4) + " key Tab",
+        [&] { return view.header().importButton().hasKeyboardFocus(false); });
+    act("key shift+Tab", [&] { return view.logger().hasKeyboardFocus(true); });
+    act("key shift+Tab", [&] { return view.list().hasKeyboardFocus(true); });
+    act("key Return", [&] { return view.overlay() != nullptr; });
+    act("type pitch", [&] {
+        const auto* menu = dynamic_cast<PopupMenuOverlay*>(view.overlay());
+        return menu != nullptr && menu->typed() == "pitch";
+    });
+    act("key Return", [&] { return !view.editor().rules().empty(); });
+}
+
 TEST_F(OnScreen, AClickOnTheHeaderTakesTheKeyboardFromItsButtons) {
     class Witness final : public juce::MouseListener {
     public:

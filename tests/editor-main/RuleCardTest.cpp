@@ -107,7 +107,7 @@ TEST_F(RuleCard, FieldsOfAControlChangeReachTheEngine) {
     expectInstalled([](RuleEntry& entry) { entry.output.controller = byte(1); });
     stage->pick(output("Value"), "From Trigger");
     expectInstalled([](RuleEntry& entry) { entry.output.controllerValue = triggerByte; });
-    stage->typeInto(output("Value"), "nonsense");
+    stage->typeInto(output("Value"), "300");
     expectInstalled([](RuleEntry& entry) { entry.output.controllerValue = byte(64); });
 }
 
@@ -265,29 +265,89 @@ TEST_F(RuleCard, AChangeOfTypesFromOutsideShowsOtherFieldsOnTheSameCard) {
 TEST_F(RuleCard, UndoAndRedoAreShownAndReachTheEngine) {
     open(TriggerEntryType::OnLoad, OutputEntryType::NoteOn);
     stage->typeInto(output("Velocity"), "5");
-    EXPECT_TRUE(key(stage->window, {'z', juce::ModifierKeys(ctrl), 0}));
+    EXPECT_TRUE(stage->press('z', juce::ModifierKeys(ctrl)));
     EXPECT_EQ(output("Velocity").shownText(), "64");
     expectInstalled([](RuleEntry&) {});
-    EXPECT_TRUE(key(stage->window, {'y', juce::ModifierKeys(ctrl), 0}));
+    EXPECT_TRUE(stage->press('y', juce::ModifierKeys(ctrl)));
     EXPECT_EQ(output("Velocity").shownText(), "5");
     expectInstalled([](RuleEntry& entry) { entry.output.velocity = byte(5); });
 }
 
-TEST_F(RuleCard, AFieldWithTheFocusIsSteppedByKeysAndTheStepsAreUndoneTogether) {
-    open(TriggerEntryType::OnLoad, OutputEntryType::PitchWheel);
-    output("Pitch").grabKeyboardFocus();
-    EXPECT_TRUE(key(stage->window, juce::KeyPress::upKey));
-    EXPECT_TRUE(key(stage->window, juce::KeyPress::pageUpKey));
-    wheel(output("Pitch"), 1);
-    expectInstalled([](RuleEntry& entry) { entry.output.pitch.value = 8204; });
-    stage->editor().undo();
-    expectInstalled([](RuleEntry& entry) { entry.output.pitch.value = 8192; });
+TEST_F(RuleCard, StepsByKeysAndWheelAreUndoneTogether) {
+    for (const auto* caption : {"Pitch", "Delay (ms)"}) {
+        open(TriggerEntryType::OnLoad, OutputEntryType::PitchWheel);
+        stage->editor().setNow([] { return RuleListEditor::Clock::time_point{}; });
+        const auto before = output(caption).shownText().getIntValue();
+        click(output(caption), output(caption).textArea().getCentre());
+        EXPECT_TRUE(key(stage->window, juce::KeyPress::upKey));
+        EXPECT_TRUE(key(stage->window, juce::KeyPress::pageUpKey));
+        wheel(output(caption), 1);
+        EXPECT_EQ(output(caption).shownText().getIntValue(), before + 12);
+        stage->editor().undo();
+        expectInstalled([](RuleEntry&) {});
+    }
 }
 
-TEST_F(RuleCard, AFieldWithoutTheFocusLeavesTheWheelToTheList) {
+TEST_F(RuleCard, NumbersThatAreTypedOneAfterTheOtherAreUndoneOneAfterTheOther) {
+    open(TriggerEntryType::OnLoad, OutputEntryType::NoteOn);
+    stage->editor().setNow([] { return RuleListEditor::Clock::time_point{}; });
+    for (const auto* typed : {"10", "20", "30"}) {
+        stage->typeInto(output("Delay (ms)"), typed);
+    }
+    for (const auto* shown : {"20", "10", "0"}) {
+        stage->editor().undo();
+        EXPECT_EQ(output("Delay (ms)").shownText(), shown);
+    }
+}
+
+TEST_F(RuleCard, AFieldThatIsNotTypedIntoLeavesTheWheelToTheList) {
     open(TriggerEntryType::OnLoad, OutputEntryType::PitchWheel);
     wheel(output("Pitch"), 1);
+    stage->typeInto(output("Pitch"), "100");
+    wheel(output("Pitch"), 1);
+    expectInstalled([](RuleEntry& entry) { entry.output.pitch.value = 100; });
+}
+
+TEST_F(RuleCard, SteppingATriggersValueEndsAt127AndMoreCanBeTyped) {
+    open(TriggerEntryType::ControlChange, OutputEntryType::NoteOn);
+    stage->typeInto(trigger("Value"), "120");
+    trigger("Value").grabKeyboardFocus();
+    stage->press(juce::KeyPress::pageUpKey);
+    expectInstalled([](RuleEntry& entry) { entry.trigger.controllerValue = exactly(127); });
+    EXPECT_TRUE(stage->press(juce::KeyPress::upKey));
     expectInstalled([](RuleEntry&) {});
+    stage->typeInto(trigger("Value"), "200");
+    expectInstalled([](RuleEntry& entry) { entry.trigger.controllerValue = exactly(200); });
+}
+
+TEST_F(RuleCard, TheSpaceBarLeavesWhatWasClickedAlone) {
+    open(TriggerEntryType::OnLoad, OutputEntryType::NoteOn);
+    stage->typeInto(output("Delay (ms)"), "250");
+    stage->beginTyping(output("Delay (ms)"), " ");
+    click(stage->view().header());
+    expectInstalled([](RuleEntry& entry) { entry.output.delay.ms = 250; });
+    EXPECT_EQ(stage->window.unusedKeys().size(), 1U) << "It is the host's.";
+}
+
+TEST_F(RuleCard, TheNameOpensByADoubleClickOnItsText) {
+    open(TriggerEntryType::OnLoad, OutputEntryType::NoteOn);
+    stage->typeInto(stage->card().header(), "Intro");
+    auto& name = stage->card().header();
+    const auto onText = name.textArea().getTopLeft() + juce::Point(4, 8);
+    click(name, onText);
+    EXPECT_FALSE(name.isEditable());
+    click(name, name.textArea().getCentre(), 2);
+    EXPECT_FALSE(name.isEditable()) << "Beside the text";
+    click(name, onText, 2);
+    EXPECT_TRUE(name.isEditable());
+}
+
+TEST_F(RuleCard, AnEmptyNameOpensByADoubleClickOnItsCaption) {
+    open(TriggerEntryType::OnLoad, OutputEntryType::NoteOn);
+    auto& name = stage->card().header();
+    ASSERT_EQ(name.shownText(), "");
+    stage->typeInto(name, "Intro");
+    expectInstalled([](RuleEntry& entry) { entry.name = "Intro"; });
 }
 
 }  // namespace

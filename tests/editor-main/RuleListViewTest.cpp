@@ -130,9 +130,7 @@ TEST_F(RuleListView, DeleteWorksByKeysWhileItsButtonHasTheFocus) {
 
 TEST_F(RuleListView, DeletingTheRuleThatIsTypedIntoLeavesTheOthersAlone) {
     open({"a", "b"});
-    auto& header = stage->card(0).header();
-    click(header, header.textArea().getCentre());
-    type(stage->window, "typed");
+    stage->beginTyping(stage->card(0).header(), "typed");
     stage->editor().remove(stage->id(0));
     expectNames({"b"});
 }
@@ -189,6 +187,7 @@ TEST_F(RuleListView, AltAndArrowsMoveTheRuleWhoseHandleHasTheFocus) {
 TEST_F(RuleListView, KeysUndoAndRedoWhileAnythingInTheEditorHasTheFocus) {
     open({"a"});
     stage->typeInto(stage->card(0).header(), "b");
+    stage->card(0).header().grabKeyboardFocus();
     EXPECT_TRUE(key(stage->window, undoKey));
     expectNames({"a"});
     EXPECT_TRUE(key(stage->window, redoKey));
@@ -271,6 +270,21 @@ TEST_F(RuleListView, RulesThatCannotBeEditedAreNotTouchedByUndoAndRedo) {
     EXPECT_TRUE(stage->editor().whyNotEditable().has_value());
 }
 
+TEST_F(RuleListView, RulesThatCannotBeEditedComeBackWhenTheImportThatReplacedThemIsUndone) {
+    const std::vector rules{named("a"), uneditable()};
+    stage = std::make_unique<EditorStage>(rules);
+    const auto reason = stage->editor().whyNotEditable();
+    stage->editor().replaceAll({elementFromRule(named("imported"))}, "Import");
+    EXPECT_TRUE(stage->view().list().isVisible());
+    click(stage->view().header().undoButton());
+    EXPECT_FALSE(stage->view().list().isVisible());
+    EXPECT_EQ(stage->editor().whyNotEditable(), reason);
+    EXPECT_EQ(stage->installed(), rules);
+    EXPECT_FALSE(stage->view().header().undoButton().isEnabled());
+    click(stage->view().header().redoButton());
+    expectNames({"imported"});
+}
+
 TEST_F(RuleListView, RulesThatCanBeEditedAgainComeBack) {
     open({"a"});
     const auto state = stage->desk.unit().fullState();
@@ -308,6 +322,147 @@ TEST_F(RuleListView, ClicksOnButtonsLeaveTheKeyboardWithTheHost) {
     click(stage->view().logger().collapsedForm().arrow());
     EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr);
     EXPECT_FALSE(key(stage->window, juce::KeyPress::spaceKey));
+}
+
+/// A card whose bank is being typed: 77 in the place of 0.
+class WhileABankIsTyped : public RuleListView {
+protected:
+    WhileABankIsTyped() {
+        stage = std::make_unique<EditorStage>(std::vector{ruleWith([](RuleEntry& entry) {
+            entry.name = "a";
+            entry.output.type = OutputEntryType::ProgramChange;
+        })});
+        stage->render();
+        stage->sent.clear();
+        stage->beginTyping(field(stage->card(0).output(), "Bank"), "77");
+    }
+
+    void expectTaken() {
+        EXPECT_EQ(stage->entry(0).output.bank, 77);
+        EXPECT_EQ(stage->editor().undoName(), "Edit a");
+        EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr)
+            << "The host has the keyboard again.";
+    }
+};
+
+TEST_F(WhileABankIsTyped, SendSendsWhatIsSeen) {
+    click(stage->card(0).buttons().sendButton());
+    expectTaken();
+    stage->render();
+    EXPECT_EQ(stage->sent, (Messages{{0xB0, 0, 77}, {0xC0, 0}}));
+}
+
+TEST_F(WhileABankIsTyped, DuplicateCopiesWhatIsSeen) {
+    click(stage->card(0).buttons().duplicateButton());
+    EXPECT_EQ(stage->entry(1).output.bank, 77);
+}
+
+TEST_F(WhileABankIsTyped, UndoTakesBackWhatIsSeen) {
+    click(stage->view().header().undoButton());
+    expectTaken();
+    click(stage->view().header().undoButton());
+    EXPECT_EQ(stage->entry(0).output.bank, 0);
+}
+
+TEST_F(WhileABankIsTyped, AClickOnAnyOtherPartTakesIt) {
+    key(stage->window, juce::KeyPress::escapeKey);
+    for (juce::Component* part : std::initializer_list<juce::Component*>{
+             &stage->view().header(), &stage->view().logger().collapsedForm().arrow(), &stage->view().list(),
+             &stage->card(0), &field(stage->card(0).trigger(), "Type")}) {
+        stage->beginTyping(field(stage->card(0).output(), "Bank"), "77");
+        click(*part, {4, part->getHeight() - 4});
+        EXPECT_EQ(stage->entry(0).output.bank, 77);
+        stage->view().closeOverlay();
+        stage->editor().undo();
+        EXPECT_EQ(stage->entry(0).output.bank, 0);
+    }
+}
+
+TEST_F(WhileABankIsTyped, AClickIntoTheSameFieldGoesOnTyping) {
+    auto& bank = field(stage->card(0).output(), "Bank");
+    click(bank, bank.textArea().getCentre());
+    EXPECT_EQ(stage->entry(0).output.bank, 0);
+    EXPECT_NE(juce::Component::getCurrentlyFocusedComponent(), nullptr);
+}
+
+TEST_F(RuleListView, AKeyForAFieldOutOfSightBringsItIntoSightAndDoesNoMore) {
+    open({"a", "b", "c", "d"}, {500, 250});
+    auto& list = stage->view().list();
+    auto& velocity = field(stage->card(0).output(), "Velocity");
+    velocity.grabKeyboardFocus();
+    settle();
+    for (const auto code :
+         {juce::KeyPress::upKey, juce::KeyPress::pageDownKey, juce::KeyPress::returnKey, int{'5'}}) {
+        list.setScrollPosition(100'000);
+        EXPECT_TRUE(key(stage->window, code));
+        EXPECT_TRUE(list.getLocalBounds().contains(list.getLocalArea(&velocity, velocity.getLocalBounds())));
+        EXPECT_EQ(velocity.shownText(), "100");
+        EXPECT_TRUE(velocity.hasKeyboardFocus(false)) << "It is not typed into.";
+    }
+    EXPECT_TRUE(key(stage->window, juce::KeyPress::upKey));
+    EXPECT_EQ(velocity.shownText(), "101");
+    list.setScrollPosition(100'000);
+    EXPECT_FALSE(key(stage->window, juce::KeyPress::spaceKey))
+        << "A key that it has no use for is the host's.";
+    EXPECT_GT(list.scrollPosition(), 0);
+}
+
+TEST_F(RuleListView, AKeyForAFieldThatIsTypedIntoOutOfSightBringsItIntoSightAndDoesNoMore) {
+    open({"a", "b", "c", "d"}, {500, 250});
+    auto& list = stage->view().list();
+    auto& delay = field(stage->card(0).output(), "Delay (ms)");
+    list.scrollTo(stage->id(0));
+    delay.grabKeyboardFocus();
+    settle();
+    stage->beginTyping(delay, "4");
+    for (const auto code : {juce::KeyPress::upKey, juce::KeyPress::returnKey, int{'5'}}) {
+        list.setScrollPosition(100'000);
+        EXPECT_TRUE(key(stage->window, code));
+        EXPECT_LT(list.scrollPosition(), 200);
+        EXPECT_EQ(stage->entry(0).output.delay.ms, 0);
+    }
+    key(stage->window, '2');
+    key(stage->window, juce::KeyPress::returnKey);
+    EXPECT_EQ(stage->entry(0).output.delay.ms, 42);
+}
+
+TEST_F(RuleListView, AKeyForAButtonOrAMenuOutOfSightDoesNoMoreThanToBringItIntoSight) {
+    open({"a", "b", "c", "d"}, {500, 250});
+    auto& list = stage->view().list();
+    for (juce::Component* part : std::initializer_list<juce::Component*>{
+             &stage->card(0).buttons().deleteButton(), &field(stage->card(0).trigger(), "Type"),
+             &handleOf(stage->card(0))}) {
+        part->grabKeyboardFocus();
+        settle();
+        list.setScrollPosition(100'000);
+        EXPECT_TRUE(key(stage->window, juce::KeyPress::downKey, juce::ModifierKeys::altModifier) ||
+                    key(stage->window, juce::KeyPress::returnKey));
+        EXPECT_LT(list.scrollPosition(), 200);
+        EXPECT_EQ(stage->view().overlay(), nullptr);
+        expectNames({"a", "b", "c", "d"});
+    }
+}
+
+TEST_F(RuleListView, UndoAndRedoScrollToTheRuleThatTheyChange) {
+    Names names(30, "x");
+    open(names, {500, 250});
+    auto& list = stage->view().list();
+    const auto inSight = [&](std::size_t position) {
+        auto* card = stage->view().card(stage->id(position));
+        return card != nullptr &&
+               list.getLocalBounds().intersects(list.getLocalArea(card, card->getLocalBounds()));
+    };
+    stage->typeInto(field(stage->card(20).output(), "Velocity"), "5");
+    list.setScrollPosition(0);
+    stage->editor().undo();
+    EXPECT_TRUE(inSight(20));
+    list.setScrollPosition(0);
+    stage->editor().redo();
+    EXPECT_TRUE(inSight(20));
+    stage->editor().remove(stage->id(12));
+    list.setScrollPosition(0);
+    stage->editor().undo();
+    EXPECT_TRUE(inSight(12));
 }
 
 TEST_F(RuleListView, AFieldThatIsHalfInSightStaysUnderThePointerWhileItIsClicked) {

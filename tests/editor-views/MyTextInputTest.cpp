@@ -79,21 +79,72 @@ TEST(MyTextInput, AClickOnTheTextStartsTypingOverIt) {
     EXPECT_FALSE(desk.input.isEditable());
     EXPECT_EQ(desk.value, byte(42));
     EXPECT_EQ(desk.writes, 1);
-    EXPECT_TRUE(desk.input.hasKeyboardFocus(false));
+    EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr) << "Return lets the field go.";
 }
 
 TEST(MyTextInput, TypedTextGoesThroughTheFormatter) {
-    for (const auto& [text, taken] : {std::pair{"200", 127}, {"abc", 64}, {"-5", 64}}) {
-        VelocityDesk desk;
-        desk.retype(text);
-        desk.press(juce::KeyPress::returnKey);
-        EXPECT_EQ(desk.value, byte(static_cast<std::uint8_t>(taken))) << text;
-    }
     VelocityDesk desk;
+    desk.retype("200");
+    desk.press(juce::KeyPress::returnKey);
+    EXPECT_EQ(desk.value, byte(127));
     desk.clickText();
     desk.press(juce::KeyPress::backspaceKey);
     desk.press(juce::KeyPress::returnKey);
-    EXPECT_EQ(desk.value, byte(64)) << "An emptied field";
+    EXPECT_EQ(desk.value, byte(64)) << "An emptied field that is confirmed";
+}
+
+TEST(MyTextInput, KeysThatANumberNeverNeedsLeaveItAloneAndGoOn) {
+    VelocityDesk desk;
+    desk.clickText();
+    for (const auto code : {int{' '}, int{'x'}, int{'-'}, int{'.'}}) {
+        EXPECT_FALSE(key(desk.window, code)) << code;
+    }
+    EXPECT_FALSE(key(desk.window, juce::KeyPress::F5Key));
+    EXPECT_EQ(desk.window.unusedKeys().size(), 5U);
+    EXPECT_EQ(desk.input.typist()->getHighlightedText(), "100");
+    desk.next.grabKeyboardFocus();
+    EXPECT_EQ(desk.value, byte(100));
+    EXPECT_EQ(desk.writes, 0);
+}
+
+TEST(MyTextInput, ANumberWithoutADigitThatIsLeftIsTheOldOne) {
+    VelocityDesk desk;
+    desk.clickText();
+    desk.press(juce::KeyPress::backspaceKey);
+    desk.next.grabKeyboardFocus();
+    EXPECT_EQ(desk.value, byte(100));
+    EXPECT_EQ(desk.writes, 0);
+    desk.clickText();
+    desk.input.typist()->setText("abc");
+    desk.next.grabKeyboardFocus();
+    EXPECT_EQ(desk.value, byte(100)) << "Such as one that was pasted.";
+}
+
+TEST(MyTextInput, BytesAreTypedWithHexadecimalDigitsAndBlanksBetweenThem) {
+    InputDesk<SystemExclusiveFormatter> desk({0x7E});
+    desk.clickText();
+    EXPECT_FALSE(key(desk.window, ' ')) << "It would erase what is selected.";
+    EXPECT_FALSE(key(desk.window, 'g'));
+    type(desk.window, "7f 0A");
+    desk.press(juce::KeyPress::returnKey);
+    EXPECT_EQ(desk.value, (std::vector<std::uint8_t>{0x7F, 0x0A}));
+    desk.clickText();
+    desk.press(juce::KeyPress::backspaceKey);
+    desk.next.grabKeyboardFocus();
+    EXPECT_EQ(desk.value.size(), 2U);
+}
+
+TEST(MyTextInput, ANameNeitherBeginsWithABlankNorIsLeftWithoutACharacter) {
+    InputDesk<NameFormatter> desk("Intro");
+    desk.clickText();
+    EXPECT_FALSE(key(desk.window, ' '));
+    type(desk.window, "My song");
+    desk.press(juce::KeyPress::returnKey);
+    EXPECT_EQ(desk.value, "My song");
+    desk.clickText();
+    desk.press(juce::KeyPress::backspaceKey);
+    desk.next.grabKeyboardFocus();
+    EXPECT_EQ(desk.value, "My song");
 }
 
 TEST(MyTextInput, EscapeLeavesTheValueAsItWas) {
@@ -132,6 +183,22 @@ TEST(MyTextInput, TabTakesTheTextAndGoesOn) {
     EXPECT_TRUE(desk.input.hasKeyboardFocus(false));
 }
 
+TEST(MyTextInput, TabFromAFieldThatIsTypedIntoOpensTheNextOneForTyping) {
+    VelocityDesk desk;
+    GenericByteV2 other = byte(7);
+    MyTextInput<VelocityFormatter> second(
+        "Second", {[&] { return other; }, [&](GenericByteV2 value) { other = value; }}, "prompt");
+    desk.window.show(second, {20, 60, 120, second.preferredHeight()});
+    desk.retype("42");
+    desk.press(juce::KeyPress::tabKey);
+    EXPECT_EQ(desk.value, byte(42));
+    ASSERT_TRUE(second.isEditable());
+    type(desk.window, "8");
+    key(desk.window, juce::KeyPress(juce::KeyPress::tabKey, juce::ModifierKeys::shiftModifier, 0));
+    EXPECT_EQ(other, byte(8));
+    EXPECT_TRUE(desk.input.isEditable());
+}
+
 TEST(MyTextInput, TabFromAFieldThatIsNotTypedIntoGoesOn) {
     VelocityDesk desk;
     desk.input.grabKeyboardFocus();
@@ -139,16 +206,31 @@ TEST(MyTextInput, TabFromAFieldThatIsNotTypedIntoGoesOn) {
     EXPECT_TRUE(desk.next.hasKeyboardFocus(false));
 }
 
-TEST(MyTextInput, TakesCharactersOnlyWhileItIsTypedInto) {
+TEST(MyTextInput, ADigitReturnOrF2BeginsTypingInAFocusedNumberAndNoOtherCharacterDoes) {
     VelocityDesk desk;
     desk.input.grabKeyboardFocus();
     EXPECT_FALSE(key(desk.window, juce::KeyPress::spaceKey));
+    EXPECT_FALSE(key(desk.window, 'a'));
+    EXPECT_FALSE(key(desk.window, {'1', juce::ModifierKeys(juce::ModifierKeys::ctrlModifier), '1'}));
+    EXPECT_EQ(desk.window.unusedKeys().size(), 3U);
+    EXPECT_FALSE(desk.input.isEditable());
+    EXPECT_TRUE(key(desk.window, '4'));
+    EXPECT_TRUE(key(desk.window, '2'));
+    EXPECT_EQ(desk.input.typist()->getText(), "42");
+    desk.press(juce::KeyPress::escapeKey);
+    EXPECT_EQ(desk.value, byte(100));
+    for (const auto code : {juce::KeyPress::returnKey, juce::KeyPress::F2Key}) {
+        desk.press(code);
+        EXPECT_EQ(desk.input.typist()->getHighlightedText(), "100");
+        desk.press(juce::KeyPress::escapeKey);
+    }
+}
+
+TEST(MyTextInput, NoCharacterBeginsTypingInAFocusedName) {
+    InputDesk<NameFormatter> desk("Intro");
+    desk.input.grabKeyboardFocus();
     EXPECT_FALSE(key(desk.window, '1'));
-    EXPECT_EQ(desk.window.unusedKeys().size(), 2U);
-    desk.press(juce::KeyPress::returnKey);
-    ASSERT_TRUE(desk.input.isEditable());
-    EXPECT_TRUE(key(desk.window, '1'));
-    EXPECT_EQ(desk.input.typist()->getText(), "1");
+    EXPECT_FALSE(desk.input.isEditable());
 }
 
 TEST(MyTextInput, AClickOnTheChevronOpensTheOptions) {
@@ -207,19 +289,56 @@ TEST(MyTextInput, StepsWhatIsBeingTyped) {
     EXPECT_EQ(desk.value, byte(43));
 }
 
-TEST(MyTextInput, TheWheelStepsOnlyWithTheFocus) {
+TEST(MyTextInput, TheWheelStepsOnlyWhatIsTypedInto) {
     VelocityDesk desk;
     wheel(desk.input, 0.4F);
-    EXPECT_EQ(desk.value, byte(100));
     desk.input.grabKeyboardFocus();
+    wheel(desk.input, 0.4F);
+    EXPECT_EQ(desk.value, byte(100)) << "The focus alone is not enough.";
+    desk.clickText();
     wheel(desk.input, 0.4F);
     EXPECT_EQ(desk.value, byte(101));
     wheel(desk.input, -0.4F);
     wheel(desk.input, -0.4F);
     EXPECT_EQ(desk.value, byte(99));
-    desk.clickText();
+    desk.press(juce::KeyPress::returnKey);
     wheel(desk.input, 0.4F);
-    EXPECT_EQ(desk.value, byte(100));
+    EXPECT_EQ(desk.value, byte(99));
+}
+
+TEST(MyTextInput, TheWheelStepsAnyNumberWhileCtrlIsHeld) {
+    VelocityDesk desk;
+    juce::ModifierKeys::currentModifiers = juce::ModifierKeys(juce::ModifierKeys::ctrlModifier);
+    wheel(desk.input, 0.4F);
+    EXPECT_EQ(desk.value, byte(101));
+    desk.input.setEnabled(false);
+    wheel(desk.input, 0.4F);
+    juce::ModifierKeys::currentModifiers = {};
+    EXPECT_EQ(desk.value, byte(101));
+}
+
+TEST(MyTextInput, StepsAndConfirmationsReachTheBindingAsSuch) {
+    OffscreenWindow window(300, 200);
+    std::vector<std::string> changes;
+    std::int64_t delay = 5;
+    MyTextInput<DelayValueFormatter> input("Delay",
+                                           {[&] { return delay; },
+                                            [&](std::int64_t value) {
+                                                delay = value;
+                                                changes.push_back("set " + std::to_string(value));
+                                            },
+                                            [&](std::int64_t value) {
+                                                delay = value;
+                                                changes.push_back("step " + std::to_string(value));
+                                            }},
+                                           "prompt");
+    window.show(input, {20, 20, 120, input.preferredHeight()});
+    click(input, input.textArea().getCentre());
+    type(window, "40");
+    key(window, juce::KeyPress::upKey);
+    type(window, "7");
+    key(window, juce::KeyPress::returnKey);
+    EXPECT_EQ(changes, (std::vector<std::string>{"set 40", "step 41", "set 7"}));
 }
 
 TEST(MyTextInput, WhatIsNoNumberIsNotStepped) {

@@ -28,9 +28,18 @@ TEST(NumberStep, StaysWithinWhatTheFormatterTakes) {
     EXPECT_EQ(stepped(DelayValueFormatter{}, std::int64_t{0}, -1), std::int64_t{0});
 }
 
+TEST(NumberStep, OfWhatATriggerWaitsForEndsAtTheGreatestDataByte) {
+    const auto exactly = [](std::uint8_t value) { return TriggerValueV2(TriggerValueV2::Value{value}); };
+    EXPECT_EQ(stepped(TriggerValueFormatter{}, exactly(126), 1), exactly(127));
+    EXPECT_EQ(stepped(TriggerValueFormatter{}, exactly(127), 1), exactly(127));
+    EXPECT_EQ(stepped(TriggerValueFormatter{}, exactly(120), 10), exactly(127));
+    EXPECT_EQ(stepped(TriggerValueFormatter{}, exactly(0), -1), exactly(0));
+    EXPECT_EQ(stepped(TriggerValueFormatter{}, exactly(200), 1), exactly(200)) << "It was typed.";
+    EXPECT_EQ(stepped(TriggerValueFormatter{}, exactly(255), 10), exactly(255));
+    EXPECT_EQ(stepped(TriggerValueFormatter{}, exactly(200), -1), exactly(199));
+}
+
 TEST(NumberStep, NeverJumpsBackOrBecomesSomethingElse) {
-    const TriggerValueV2 greatest = TriggerValueV2::Value{255};
-    EXPECT_EQ(stepped(TriggerValueFormatter{}, greatest, 1), std::nullopt);
     EXPECT_EQ(stepped(VelocityFormatter{}, byte(200), 1), std::nullopt);
     EXPECT_EQ(stepped(VelocityFormatter{}, byte(200), -1), byte(127));
 }

@@ -7,6 +7,7 @@
 
 #include <fstream>
 
+#include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
 #include "support/EditorDesk.hpp"
 #include "support/TestRules.hpp"
@@ -164,6 +165,26 @@ TEST_F(PresetExchangeTest, RulesThatAreNotShownAreNotExportedAsNone) {
     exportPresetFile(path, desk.editor);
     EXPECT_EQ(textOf(readWholeFile(path)), "old");
     EXPECT_EQ(desk.editor.alertErrorMessage(), "not shown");
+}
+
+TEST_F(PresetExchangeTest, RulesThatRunAndAreNotShownAreExported) {
+    const std::vector rules{
+        rule(onNoteOn(), send(protocol(StatusV2::channelPressure, channel(0), triggerByte)), "odd")};
+    desk.model->setNotEditable("not shown", rules);
+    const auto path = write("old");
+    exportPresetFile(path, desk.editor);
+    EXPECT_EQ(PluginData::read(readWholeFile(path)).rules, rules);
+    EXPECT_EQ(desk.editor.alertErrorMessage(), std::nullopt);
+}
+
+TEST_F(PresetExchangeTest, AMessageThatTheEditorCannotHoldIsExportedAsItWasImported) {
+    const std::vector rules{
+        rule(onLoad(), send(protocol(StatusV2::programChange, channel(3), byte(9))), "old")};
+    const auto path = write(textOf(PluginData{rules}.write()));
+    importPresetFile(path, desk.editor);
+    EXPECT_EQ(desk.installed, rules);
+    exportPresetFile(path, desk.editor);
+    EXPECT_EQ(PluginData::read(readWholeFile(path)).rules, rules);
 }
 
 }  // namespace

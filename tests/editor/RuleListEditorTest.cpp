@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <limits>
 
 #include "platform/FatalError.hpp"
@@ -111,16 +112,108 @@ TEST_F(RuleListEditorTest, AnEditReachesTheEngineAtOnce) {
     EXPECT_EQ(editor.undoName(), "Edit Message #1");
 }
 
-TEST_F(RuleListEditorTest, EditsOfOneFieldInARowAreOneStep) {
-    desk.addNoteOn();
-    for (std::int64_t delay = 1; delay <= 3; ++delay) {
-        auto entry = editor.rules()[0].rule;
-        entry.output.delay.ms = delay;
-        editor.edit(desk.idOf(0), entry, "delay");
+/// Changes the delay of the first rule and says what it is after one undo.
+class DelayEdits : public RuleListEditorTest {
+protected:
+    using Milliseconds = std::chrono::milliseconds;
+
+    DelayEdits() {
+        editor.setNow([this] { return now; });
+        desk.addNoteOn();
     }
-    editor.undo();
-    EXPECT_EQ(editor.rules()[0].rule.output.delay.ms, 0);
+
+    [[nodiscard]] RuleEntry withDelay(std::int64_t ms) const {
+        auto entry = desk.editor.rules()[0].rule;
+        entry.output.delay.ms = ms;
+        return entry;
+    }
+    void edit(std::int64_t ms) { editor.edit(desk.idOf(0), withDelay(ms)); }
+    void step(std::int64_t ms) { editor.step(desk.idOf(0), withDelay(ms)); }
+
+    std::int64_t delayAfterUndo() {
+        editor.undo();
+        return editor.rules()[0].rule.output.delay.ms;
+    }
+
+    RuleListEditor::Clock::time_point now{};
+};
+
+TEST_F(DelayEdits, EachConfirmationIsAStepOfItsOwn) {
+    edit(10);
+    edit(20);
+    edit(30);
+    EXPECT_EQ(delayAfterUndo(), 20);
+    EXPECT_EQ(delayAfterUndo(), 10);
+    EXPECT_EQ(delayAfterUndo(), 0);
     EXPECT_EQ(editor.undoName(), "Add Message #1");
+}
+
+TEST_F(DelayEdits, StepsThatFollowEachOtherWithinASecondAreUndoneTogether) {
+    for (std::int64_t ms = 1; ms <= 5; ++ms) {
+        step(ms);
+        now += Milliseconds(1000);
+    }
+    EXPECT_EQ(delayAfterUndo(), 0);
+    EXPECT_EQ(editor.undoName(), "Add Message #1");
+}
+
+TEST_F(DelayEdits, AStepThatComesLaterIsUndoneByItself) {
+    step(1);
+    now += Milliseconds(1001);
+    step(2);
+    EXPECT_EQ(delayAfterUndo(), 1);
+}
+
+TEST_F(DelayEdits, AStepDoesNotJoinTheConfirmationBeforeIt) {
+    edit(10);
+    step(11);
+    edit(20);
+    EXPECT_EQ(delayAfterUndo(), 11);
+    EXPECT_EQ(delayAfterUndo(), 10);
+}
+
+TEST_F(DelayEdits, StepsOfOtherFieldsAreUndoneByThemselves) {
+    step(1);
+    auto entry = editor.rules()[0].rule;
+    entry.output.velocity = byte(1);
+    editor.step(desk.idOf(0), entry);
+    EXPECT_EQ(delayAfterUndo(), 1);
+    EXPECT_EQ(editor.rules()[0].rule.output.velocity, byte(64));
+}
+
+TEST(ChangedRule, IsTheOneThatWasEditedAddedOrMovedAndElseTheNeighbourOfTheOneThatWent) {
+    const auto list = named({"a", "b", "c", "d"});
+    const auto only = [&list](std::initializer_list<std::size_t> positions) {
+        RuleList part;
+        for (const auto position : positions) {
+            part.push_back(list[position]);
+        }
+        return part;
+    };
+    auto edited = list;
+    edited[2].rule.name = "x";
+    EXPECT_EQ(changedRule(list, edited), list[2].id);
+    EXPECT_EQ(changedRule(only({0, 2, 3}), list), list[1].id);
+    EXPECT_EQ(changedRule(list, only({0, 2, 3})), list[2].id);
+    EXPECT_EQ(changedRule(list, only({0, 1, 2})), list[2].id);
+    EXPECT_EQ(changedRule(list, only({1, 2, 0, 3})), list[0].id);
+    EXPECT_EQ(changedRule(list, only({0, 3, 1, 2})), list[3].id);
+    EXPECT_EQ(changedRule(list, only({3, 0, 1, 2})), list[3].id);
+    EXPECT_EQ(changedRule({}, list), list[0].id);
+    EXPECT_EQ(changedRule(list, {}), std::nullopt);
+}
+
+TEST_F(RuleListEditorTest, UndoAndRedoTellWhichRuleTheyChanged) {
+    std::vector<UUID> told;
+    editor.setOnWalk([&told](const UUID& id) { told.push_back(id); });
+    desk.addNoteOns(3);
+    const auto middle = desk.idOf(1);
+    const auto last = desk.idOf(2);
+    editor.remove(middle);
+    EXPECT_TRUE(told.empty());
+    editor.undo();
+    editor.redo();
+    EXPECT_EQ(told, (std::vector{middle, last}));
 }
 
 TEST_F(RuleListEditorTest, ANewTriggerClearsWhatItCannotFeed) {
@@ -263,6 +356,123 @@ TEST_F(RuleListEditorTest, WithoutANumberLeftForItsNameARuleIsNotAdded) {
     desk.addNoteOn();
     EXPECT_EQ(editor.rules().size(), 1U);
     EXPECT_TRUE(editor.alertErrorMessage().has_value());
+}
+
+/// Rules from outside that no card can show: a pressure is copied from the trigger.
+std::vector<Rule> rulesNotShown() {
+    return {rule(onLoad(), send(noteOn(0, 60, 64)), "a"),
+            rule(onNoteOn(), send(protocol(StatusV2::channelPressure, channel(0), triggerByte)), "odd")};
+}
+
+class RulesNotShown : public RuleListEditorTest {
+protected:
+    RulesNotShown() { desk.model->setNotEditable("The rule \"odd\" cannot be edited.", rulesNotShown()); }
+
+    void expectBack() {
+        EXPECT_EQ(desk.installed, rulesNotShown());
+        EXPECT_EQ(editor.whyNotEditable(), "The rule \"odd\" cannot be edited.");
+        EXPECT_EQ(editor.runningRules(), rulesNotShown());
+        EXPECT_EQ(editor.undoName(), std::nullopt);
+    }
+};
+
+TEST_F(RulesNotShown, ComeBackWithTheirNoticeWhenTheImportThatReplacedThemIsUndone) {
+    for (const auto& imported : {named({"x", "y"}), RuleList{}}) {
+        editor.replaceAll(imported, "Import");
+        EXPECT_EQ(editor.whyNotEditable(), std::nullopt);
+        editor.undo();
+        expectBack();
+    }
+}
+
+TEST_F(RulesNotShown, ComeBackWhenEverythingIsUndoneAndGoAgainWhenItIsRedone) {
+    editor.replaceAll(named({"x"}), "Import");
+    desk.addNoteOn();
+    const auto after = editor.rules();
+    editor.undo();
+    EXPECT_EQ(desk.names(), Names{"x"});
+    editor.undo();
+    expectBack();
+    editor.redo();
+    editor.redo();
+    EXPECT_EQ(editor.rules(), after);
+    EXPECT_EQ(editor.whyNotEditable(), std::nullopt);
+    expectInstalled();
+}
+
+TEST_F(RulesNotShown, DoNotComeBackIntoAListThatTheUnitBroughtInLater) {
+    editor.replaceAll(named({"x"}), "Import");
+    desk.model->setRules(named({"restored"}));
+    desk.addNoteOn();
+    editor.undo();
+    EXPECT_EQ(desk.names(), Names{"restored"});
+    EXPECT_EQ(desk.installed, rulesOf(named({"restored"})));
+}
+
+TEST_F(RulesNotShown, DoNotComeBackOnceTheirStepIsForgotten) {
+    editor.replaceAll(named({"x"}), "Import");
+    for (std::size_t step = 0; step < RuleListHistory::defaultCapacity; ++step) {
+        editor.duplicate(desk.idOf(0));
+    }
+    while (editor.undoName()) {
+        editor.undo();
+    }
+    EXPECT_EQ(desk.names(), Names{"x"});
+    EXPECT_EQ(editor.whyNotEditable(), std::nullopt);
+}
+
+/// A rule of a first-generation document.
+Rule oldProgramChange(const std::string& name) {
+    return rule(onLoad(), send(protocol(StatusV2::programChange, channel(3), byte(9))), name);
+}
+
+class LoadedMessage : public RuleListEditorTest {
+protected:
+    LoadedMessage() {
+        desk.model->setRules({elementFromRule(oldProgramChange("old")),
+                              elementFromRule(rule(onLoad(), send(noteOn(0, 60, 64)), "other"))});
+    }
+
+    void setProgram(std::uint8_t program) {
+        auto entry = editor.rules()[0].rule;
+        entry.output.program = byte(program);
+        editor.edit(desk.idOf(0), entry);
+    }
+};
+
+TEST_F(LoadedMessage, StaysAsItIsWhenAnotherRuleIsEdited) {
+    auto entry = editor.rules()[1].rule;
+    entry.output.delay.ms = 5;
+    editor.edit(desk.idOf(1), entry);
+    EXPECT_EQ(desk.installed[0], oldProgramChange("old"));
+    EXPECT_EQ(editor.alertErrorMessage(), std::nullopt);
+}
+
+TEST_F(LoadedMessage, IsSentAndDuplicatedAsItIs) {
+    editor.send(desk.idOf(0));
+    EXPECT_EQ(desk.sent, std::vector{oldProgramChange("old").output.message});
+    editor.duplicate(desk.idOf(0));
+    EXPECT_EQ(desk.installed[1], oldProgramChange("old"));
+}
+
+TEST_F(LoadedMessage, ThatIsEditedGetsWhatTheCardShowsAndTheAlertSaysSo) {
+    setProgram(10);
+    EXPECT_EQ(desk.installed[0].output.message, programChange(channel(3), 0, byte(10)));
+    EXPECT_EQ(editor.alertErrorMessage(),
+              "Editing the rule \"old\" has changed more than you see: its program "
+              "change has no bank, and gets bank 0. Undo brings it back.");
+    editor.dismissAlert();
+    setProgram(11);
+    EXPECT_EQ(editor.alertErrorMessage(), std::nullopt) << "It is said once.";
+    editor.undo();
+    editor.undo();
+    EXPECT_EQ(desk.installed[0], oldProgramChange("old"));
+}
+
+TEST_F(LoadedMessage, OfAnImportIsTold) {
+    editor.replaceAll({elementFromRule(oldProgramChange("imported"))}, "Import");
+    EXPECT_EQ(editor.alertErrorMessage(), noticeBeforeEditing({oldProgramChange("imported")}));
+    EXPECT_EQ(desk.installed, std::vector{oldProgramChange("imported")});
 }
 
 TEST_F(RuleListEditorTest, WhileTheUnitRunsRulesThatCannotBeShownNothingIsAdded) {

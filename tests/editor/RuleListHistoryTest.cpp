@@ -101,6 +101,40 @@ TEST(RuleListHistory, ChangesUnderOtherKeysOrNoneAreStepsOfTheirOwn) {
     }
 }
 
+TEST(RuleListHistory, AStepThatWasEndedIsNotJoined) {
+    RuleListHistory history;
+    const RuleList before{element("a")};
+    auto middle = before;
+    middle[0].rule.output.delay.ms = 1;
+    auto after = middle;
+    after[0].rule.output.delay.ms = 2;
+    history.endStep();
+    history.note("1", before, middle, "key");
+    history.endStep();
+    history.note("2", middle, after, "key");
+    EXPECT_EQ(history.undo(after), middle);
+}
+
+TEST(RuleListHistory, AListThatReplacesWhatIsNoListIsAStepEvenIfItIsEmpty) {
+    for (const auto& after : {RuleList{}, RuleList{element("a")}}) {
+        RuleListHistory history;
+        history.noteReplacement("Import", after);
+        EXPECT_EQ(history.undoName(), "Import");
+        EXPECT_EQ(history.undo(after), RuleList{});
+        EXPECT_EQ(history.redo({}), after);
+    }
+}
+
+TEST(RuleListHistory, IsWholeUntilAStepIsForgotten) {
+    RuleListHistory history(1);
+    history.note("1", {}, {element("a")});
+    EXPECT_TRUE(history.isWhole());
+    history.note("2", {element("a")}, {});
+    EXPECT_FALSE(history.isWhole());
+    history.clear();
+    EXPECT_TRUE(history.isWhole());
+}
+
 TEST(RuleListHistory, AStepThatWasRedoneIsNotJoined) {
     RuleListHistory history;
     const RuleList before{element("a")};

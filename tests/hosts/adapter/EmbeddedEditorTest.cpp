@@ -42,6 +42,7 @@ using testing::IsEmpty;
 
 constexpr unsigned long spaceKey = 0x20;
 constexpr unsigned long letterZ = 0x7A;
+constexpr unsigned long tabKey = 0xFF09;
 
 Rule pitchRule() {
     return ruleFromEntry(defaultEntry(OutputEntryType::PitchWheel, 1));
@@ -87,6 +88,12 @@ protected:
     static std::string moveTo(const juce::Component& target) {
         const auto point = target.getScreenBounds().getCentre();
         return "mousemove " + std::to_string(point.x) + " " + std::to_string(point.y);
+    }
+
+    /// To the beginning of what a field shows.
+    static std::string moveToText(const FieldView& field) {
+        const auto text = field.localAreaToGlobal(field.textArea());
+        return "mousemove " + std::to_string(text.getX() + 4) + " " + std::to_string(text.getCentreY());
     }
 
     void addPitchRule() {
@@ -300,6 +307,39 @@ TEST_F(EmbeddedEditorTest, KeysThatNothingInTheEditorUsesAreTheHosts) {
     EXPECT_THAT(keys, ElementsAre(spaceKey));
 }
 
+TEST_F(EmbeddedEditorTest, TabEntersOnlyOnceTheEditorsWindowHasTheKeyboard) {
+    open();
+    std::vector<unsigned long> keys;
+    act(moveTo(view().header()) + " key Tab", [&] {
+        keys = host.takeKeys();
+        return !keys.empty();
+    });
+    EXPECT_THAT(keys, ElementsAre(tabKey)) << "The host has the keyboard.";
+    EXPECT_FALSE(view().hasKeyboardFocus(true));
+    host.giveKeyboardTo(editor->window());
+    act("key Tab", [] { return view().hasKeyboardFocus(true); });
+    EXPECT_EQ(host.keyboardOwner(), editor->window());
+    EXPECT_THAT(host.takeKeys(), IsEmpty());
+}
+
+TEST_F(EmbeddedEditorTest, TheSpaceBarIsTheHostsWhileANumberIsTypedInto) {
+    open();
+    addPitchRule();
+    editor->setSize({800, 500});
+    idleUntil([this] { return host.geometryOf(editor->window()).width == 800 && isPainted(); });
+    auto* pitch = dynamic_cast<MyTextInputImpl*>(
+        &view().card(view().editor().rules()[0].id)->output().fields()[2]->field());
+    act(moveToText(*pitch) + " click 1", [&] { return pitch->isEditable(); });
+    std::vector<unsigned long> keys;
+    act("key space", [&] {
+        keys = host.takeKeys();
+        return !keys.empty();
+    });
+    EXPECT_THAT(keys, ElementsAre(spaceKey));
+    act(moveTo(view().header()) + " click 1", [&] { return !pitch->isEditable(); });
+    EXPECT_EQ(installed(), std::vector{pitchRule()});
+}
+
 TEST_F(EmbeddedEditorTest, KeysThatTheEditorUsesAreItsOwn) {
     open();
     addPitchRule();
@@ -324,7 +364,7 @@ TEST_F(EmbeddedEditorTest, AFieldHasTheKeyboardWhileItIsTypedInto) {
     editor->setSize({800, 500});
     idleUntil([this] { return host.geometryOf(editor->window()).width == 800 && isPainted(); });
     auto& name = view().card(view().editor().rules()[0].id)->header();
-    act(moveTo(name) + " click 1", [&] { return name.typist() != nullptr; });
+    act(moveToText(name) + " click --repeat 2 --delay 60 1", [&] { return name.typist() != nullptr; });
     EXPECT_EQ(host.keyboardOwner(), editor->window());
     act("type 'My name'", [&] { return name.typist()->getText() == "My name"; });
     EXPECT_THAT(host.takeKeys(), IsEmpty());
@@ -337,7 +377,7 @@ TEST_F(EmbeddedEditorTest, AClickBesideTheFieldsTakesWhatWasTypedAndGivesTheKeyb
     editor->setSize({800, 500});
     idleUntil([this] { return host.geometryOf(editor->window()).width == 800 && isPainted(); });
     auto& name = view().card(view().editor().rules()[0].id)->header();
-    act(moveTo(name) + " click 1", [&] { return name.typist() != nullptr; });
+    act(moveToText(name) + " click --repeat 2 --delay 60 1", [&] { return name.typist() != nullptr; });
     act("type other", [&] { return name.typist()->getText() == "other"; });
     act(moveTo(view().header()) + " click 1", [this] { return installed()[0].name == "other"; });
     idleUntil([this] { return host.keyboardOwner() == host.handle(); });

@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The editor used without a mouse, from a window that was just opened.
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "editor-main/EditorStage.hpp"
+#include "support/TestRules.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using Names = std::vector<std::string>;
+
+constexpr int shift = juce::ModifierKeys::shiftModifier;
+
+class KeyboardOnly : public testing::Test {
+protected:
+    void open(const Names& names = {}) {
+        std::vector<Rule> rules;
+        for (const auto& name : names) {
+            rules.push_back(rule(onLoad(), send(noteOn(0, 60, 100)), name));
+        }
+        stage = std::make_unique<EditorStage>(std::move(rules));
+    }
+
+    void press(int code, int modifiers = 0) {
+        stage->press(code, juce::ModifierKeys(modifiers));
+        settle();
+    }
+
+    /// Presses Tab until a part of this name has the focus.
+    void tabTo(const std::string& title, int modifiers = 0) {
+        do {
+            press(tab, modifiers);
+            ASSERT_NE(EditorStage::focus(), "");
+        } while (EditorStage::focus() != title);
+    }
+
+    const int tab = juce::KeyPress::tabKey;
+    const int enter = juce::KeyPress::returnKey;
+    std::unique_ptr<EditorStage> stage;
+};
+
+TEST_F(KeyboardOnly, TabEntersFromNothingAtEitherEnd) {
+    open({"a"});
+    press(tab);
+    EXPECT_EQ(EditorStage::focus(), "Import");
+    juce::Component::unfocusAllComponents();
+    open({"a"});
+    press(tab, shift);
+    EXPECT_TRUE(stage->view().logger().hasKeyboardFocus(true));
+}
+
+TEST_F(KeyboardOnly, EverythingOfAnEmptyEditorIsReached) {
+    open();
+    Names reached;
+    for (press(tab); reached.empty() || EditorStage::focus() != reached.front(); press(tab)) {
+        reached.push_back(EditorStage::focus());
+        ASSERT_LT(reached.size(), 20U);
+    }
+    EXPECT_EQ(reached, (Names{"Import", "Export", "Docs / Donate", "Add new", "Open the logs"}));
+}
+
+TEST_F(KeyboardOnly, TheFirstRuleIsMade) {
+    open();
+    tabTo("Add new");
+    press(enter);
+    stage->pickInMenu("CC");
+    tabTo("Delay (ms)", shift);
+    press('2');
+    type(stage->window, "50");
+    press(tab, shift);
+    type(stage->window, "99");
+    press(enter);
+    EXPECT_EQ(stage->installed(),
+              std::vector{rule(onLoad(), send(controlChange(0, 0, 99), 250), "Message #1")});
+}
+
+TEST_F(KeyboardOnly, ARuleIsRenamedAndDeleted) {
+    open({"a", "b"});
+    tabTo("Message name");
+    press(juce::KeyPress::F2Key);
+    type(stage->window, "My name");
+    press(enter);
+    EXPECT_EQ(stage->names(), (Names{"My name", "b"}));
+    tabTo("Delete");
+    press(enter);
+    EXPECT_EQ(stage->names(), (Names{"b"}));
+}
+
+TEST_F(KeyboardOnly, AfterAFieldWasLetGoTabGoesOnBesideIt) {
+    open({"a"});
+    tabTo("Velocity");
+    press('5');
+    press(enter);
+    EXPECT_EQ(EditorStage::focus(), "");
+    press(tab);
+    EXPECT_EQ(EditorStage::focus(), "Delay (ms)");
+    press(enter);
+    press(enter);
+    press(tab, shift);
+    EXPECT_EQ(EditorStage::focus(), "Velocity");
+}
+
+TEST_F(KeyboardOnly, AfterDeleteTheNeighbourHasTheFocusAndAfterTheLastRuleTheWayToAddOne) {
+    open({"a", "b", "c"});
+    tabTo("Delete");
+    press(enter);
+    EXPECT_TRUE(stage->card(0).buttons().deleteButton().hasKeyboardFocus(false));
+    EXPECT_EQ(stage->names(), (Names{"b", "c"}));
+    stage->card(1).buttons().deleteButton().grabKeyboardFocus();
+    press(enter);
+    EXPECT_TRUE(stage->card(0).buttons().deleteButton().hasKeyboardFocus(false));
+    press(enter);
+    EXPECT_TRUE(stage->names().empty());
+    EXPECT_EQ(EditorStage::focus(), "Add new");
+}
+
+TEST_F(KeyboardOnly, DeletedByAClickARuleLeavesTheKeyboardToTheHost) {
+    open({"a", "b"});
+    tabTo("Velocity");
+    click(stage->card(0).buttons().deleteButton());
+    EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr);
+}
+
+TEST_F(KeyboardOnly, TabInAMenuThatLostTheFocusGivesItBack) {
+    open();
+    tabTo("Add new");
+    press(enter);
+    juce::Component::unfocusAllComponents();
+    press(tab);
+    EXPECT_TRUE(stage->menu().hasKeyboardFocus(true));
+}
+
+}  // namespace
+}  // namespace quillo
