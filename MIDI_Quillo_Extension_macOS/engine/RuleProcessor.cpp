@@ -56,4 +56,11 @@ std::size_t RuleProcessor::pendingDelayedMessages() {
     return dispatchQueue.barrierSync([this] { return delayedMessages_.size(); });
 }
 
+std::optional<SampleTime> RuleProcessor::nextDelayedMessage() {
+    return dispatchQueue.barrierSync([this] {
+        const auto* earliest = delayedMessages_.peek();
+        return earliest != nullptr ? std::optional(earliest->time) : std::nullopt;
+    });
+}
+
 }  // namespace quillo

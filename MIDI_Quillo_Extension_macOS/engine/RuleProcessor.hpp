@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "engine/CompiledRules.hpp"
@@ -62,6 +63,9 @@ public:
 
     /// [any but render] How many delayed outputs wait.
     [[nodiscard]] std::size_t pendingDelayedMessages();
+
+    /// [any but render] When the first of them is due; nothing when none waits.
+    [[nodiscard]] std::optional<SampleTime> nextDelayedMessage();
 
     /// [render] Step 1: fires the on-load rules in the processor's first cycle, and never again, whatever
     /// becomes of it.

@@ -84,9 +84,7 @@ void OfflineHost::playMoving(std::span<const TimedMessage> messages, SampleTime 
     isMoving_ = true;
     while (position_ < end) {
         messages = renderCycle(messages, std::min(position_ + settings_.block, end));
-        if (delayedOutputs() == 0) {
-            skipCyclesBefore(messages.empty() ? end : messages.front().time);
-        }
+        skipCyclesBefore(messages.empty() ? end : messages.front().time);
         progress_(static_cast<double>(position_) / static_cast<double>(end));
     }
 }
@@ -96,6 +94,7 @@ void OfflineHost::playTail(SampleTime end) {
     isMoving_ = false;
     do {
         renderCycle({}, std::min(position_ + settings_.block, limit));
+        skipCyclesBefore(limit);
     } while (delayedOutputs() > 0 && position_ < limit);
 }
 
@@ -119,7 +118,8 @@ std::span<const TimedMessage> OfflineHost::renderCycle(std::span<const TimedMess
 }
 
 void OfflineHost::skipCyclesBefore(SampleTime time) {
-    position_ = std::max(position_, time / settings_.block * settings_.block);
+    const auto next = std::min(time, unit_->processor->nextDelayedMessage().value_or(time));
+    position_ = std::max(position_, next / settings_.block * settings_.block);
 }
 
 std::size_t OfflineHost::delayedOutputs() const {

@@ -54,8 +54,8 @@ private:
     /// Renders the cycle from where the host is up to `end`. Returns the messages that lie behind it.
     std::span<const TimedMessage> renderCycle(std::span<const TimedMessage> messages, SampleTime end);
 
-    /// Goes to the beginning of the cycle that holds `time`. The cycles before it have no events and nothing
-    /// is delayed: running them would change nothing.
+    /// Goes to the beginning of the cycle that holds `time`, or the first delayed output when that is due
+    /// earlier. The cycles before it have no events and nothing to send: running them would change nothing.
     void skipCyclesBefore(SampleTime time);
 
     [[nodiscard]] std::size_t delayedOutputs() const;

@@ -227,6 +227,18 @@ TEST_F(RuleProcessorTest, DelayedOutputsLeaveInTheOrderOfTheirTimes) {
     EXPECT_EQ(recorder.take(), (Emissions{{1030, {{0x90, 3, 3}}}}));
 }
 
+TEST_F(RuleProcessorTest, TellsWhenTheFirstDelayedOutputIsDue) {
+    processor.setRules({rule(onNoteOn(), send(noteOn(0, 2, 2), 1020)),
+                        rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(0, 1, 1), 1010))});
+    EXPECT_EQ(processor.nextDelayedMessage(), std::nullopt);
+    EXPECT_EQ(midi(5, {0x90, 60, 100}), noErr);
+    EXPECT_EQ(processor.nextDelayedMessage(), 1015);
+    EXPECT_EQ(delayedFlush(1016), noErr);
+    EXPECT_EQ(processor.nextDelayedMessage(), 1025);
+    EXPECT_EQ(delayedFlush(1026), noErr);
+    EXPECT_EQ(processor.nextDelayedMessage(), std::nullopt);
+}
+
 TEST_F(RuleProcessorTest, AnOutputThatWasQueuedLateKeepsItsTime) {
     processor.setRules({rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(0, 1, 1), 600))});
     EXPECT_EQ(midi(0, {0x90, 60, 100}, 512), noErr);

@@ -95,17 +95,29 @@ TEST(OfflineHost, SkipsYearsInWhichNothingHappens) {
     EXPECT_EQ(outputsOf({}, messages, 100 * year, {48000, 1, 60}), messages);
 }
 
+TEST(OfflineHost, SkipsYearsInWhichADelayedOutputWaits) {
+    constexpr SampleTime hour = 48000LL * 3600;
+    constexpr SampleTime year = hour * 24 * 365;
+    const std::vector<Rule> rules{controllerRule(onAnyNote(), 5, 50LL * 365 * 24 * 3600 * 1000),
+                                  controllerRule(onTransport(Host::Stop), 6, 24LL * 3600 * 1000)};
+    const auto performance =
+        play(rules, {at(year, "90 3c 64"), at(90 * year + 1, "90 3d 64")}, 100 * year, {48000, 1, 24 * 3600});
+    EXPECT_THAT(performance.outputs,
+                ElementsAre(at(year, "90 3c 64"), at(51 * year, "b0 05 01"), at(90 * year + 1, "90 3d 64"),
+                            at(100 * year + 24 * hour, "b0 06 01")));
+    EXPECT_EQ(performance.cutOff, 1u);
+}
+
 TEST(OfflineHost, SkipsNoCycleInWhichADelayedOutputIsDue) {
     OfflineHost host({48000, 64, 60}, presetOf({controllerRule(onAnyNote(), 5, 2000)}));
     std::vector<std::string> steps;
     host.setLogs([](const EventLogEntry&) {},
                  [&](const EventLogEntry& entry) { steps.push_back(text(entry)); });
-    host.setProgress([&](double done) { steps.push_back(std::to_string(done)); });
-    const auto outputs =
-        host.play(std::vector<TimedMessage>{at(10, "90 3c 64"), at(500000, "f8")}, 640000).outputs;
-    EXPECT_THAT(outputs, ElementsAre(at(10, "90 3c 64"), at(96010, "b0 05 01"), at(500000, "f8")));
-    const auto delayed = std::ranges::find(steps, "[96010] b0 05 01");
-    EXPECT_EQ(*std::prev(delayed), std::to_string(96000 / 640000.0));
+    host.setProgress([&](double done) { steps.push_back(std::to_string(done * 640000)); });
+    static_cast<void>(host.play(std::vector<TimedMessage>{at(10, "90 3c 64"), at(500000, "f8")}, 640000));
+    EXPECT_THAT(steps,
+                ElementsAre("[10] 90 3c 64", std::to_string(96000.0), "[96010] b0 05 01",
+                            std::to_string(500000.0 - 500000 % 64), "[500000] f8", std::to_string(640000.0)));
 }
 
 TEST(OfflineHost, TakesAnyNumberOfMessagesInOneCycle) {
