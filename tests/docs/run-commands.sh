@@ -1,11 +1,15 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# run-commands.sh PROGRAMS PAGE.md...: runs every `sh` block of these pages as a reader would, one after the other in one
-# folder that has the files that the pages speak of: what one block has made is there for the next. PROGRAMS is the
-# folder with the built programs. Blocks of another language are for reading only.
+# run-commands.sh PROGRAMS PAGE.md...: runs every `sh` block of these pages as a reader would, one after the other: what
+# one block has made is there for the next. PROGRAMS is the folder with the built programs. Blocks of another language
+# are for reading only.
 #
-# Two commands are stood in for, because they build, open a window or need a sound server: ./dev must know the verb,
-# and midi-quillo-jack every option, by what they say of themselves.
+# A README.md is read in a fresh clone, where nothing is built or installed: its commands find the presets and ./dev,
+# and what ./dev has built. The other pages are read where the programs are installed, in a folder that has the files
+# that they speak of.
+#
+# Two commands are stood in for, because they build, open a window or need a sound server: ./dev must know the verb
+# and find the files, and midi-quillo-jack must know every option, by what they say of themselves.
 set -euo pipefail
 
 programs=$(realpath "$1")
@@ -14,37 +18,45 @@ source=$(realpath "$(dirname "$0")/../..")
 desk=$(mktemp -d)
 trap 'rm -rf "$desk"' EXIT
 
-lay_out_desk() {
-    mkdir "$desk/bin" "$desk/build"
-    cp -r "$source/presets" "$desk/presets"
-    cp "$source/presets/demo.mid" "$desk/song.mid"
-    cp "$source/presets/demo.mid" "$desk/IN.mid"
-    cp "$source/presets/demo.json" "$desk/mypreset.json"
-    cp "$source/presets/demo.json" "$desk/P.json"
-    echo '{"do":"allocate","sampleRate":48000}' >"$desk/SCRIPT"
-    ln -s "$programs/midi-quillo" "$desk/bin/midi-quillo"
-    ln -s "$programs/midi-quillo" "$desk/build/midi-quillo"
-    stand_in_for_dev
+lay_out_clone() {
+    mkdir "$desk/clone" "$desk/stand-ins"
+    cp -r "$source/presets" "$desk/clone/presets"
     stand_in_for_jack
+    stand_in_for_dev
+}
+
+lay_out_installed() {
+    mkdir "$desk/bin" "$desk/installed"
+    cp -r "$source/presets" "$desk/clone/dev" "$desk/installed"
+    cp "$source/presets/demo.mid" "$desk/installed/song.mid"
+    cp "$source/presets/demo.json" "$desk/installed/mypreset.json"
+    ln -s "$programs/midi-quillo" "$desk/stand-ins/midi-quillo-jack" "$desk/bin"
 }
 
 stand_in_for_dev() {
-    cat >"$desk/dev" <<END
+    cat >"$desk/clone/dev" <<END
 #!/usr/bin/env bash
-[[ \$# == 0 ]] || "$source/dev" help | grep -q "^  \$1\\b" || { echo "./dev has no verb \$1" >&2; exit 64; }
+fail() { echo "./dev: \$*" >&2; exit 64; }
+[[ \$# == 0 ]] || "$source/dev" help | grep -q "^  \$1\\b" || fail "there is no verb \$1"
+mkdir -p build
+case \${1-} in
+    run) for file in "\${@:2}"; do [[ \$file == --* || -r \$file ]] || fail "cannot read \$file"; done ;;
+    build) ln -sf "$programs/midi-quillo" build ;;
+    jack) ln -sf "$desk/stand-ins/midi-quillo-jack" build; build/midi-quillo-jack "\${@:2}" ;;
+esac
 END
-    chmod +x "$desk/dev"
+    chmod +x "$desk/clone/dev"
 }
 
 stand_in_for_jack() {
-    cat >"$desk/bin/midi-quillo-jack" <<END
+    cat >"$desk/stand-ins/midi-quillo-jack" <<END
 #!/usr/bin/env bash
 for word in "\$@"; do
     [[ \$word != --* ]] || "$programs/midi-quillo-jack" --help | grep -q -e "\$word" ||
         { echo "midi-quillo-jack has no option \$word" >&2; exit 64; }
 done
 END
-    chmod +x "$desk/bin/midi-quillo-jack"
+    chmod +x "$desk/stand-ins/midi-quillo-jack"
 }
 
 # block PAGE N: the page's Nth `sh` block; nothing when it has fewer.
@@ -55,7 +67,11 @@ block() {
 
 # try PAGE N COMMANDS: runs them; on failure shows them and what they said.
 try() {
-    if (cd "$desk" && PATH=$desk/bin:$PATH bash -euo pipefail -c "$3") \
+    local folder=$desk/installed path=$desk/bin:$PATH
+    if [[ $(basename "$1") == README.md ]]; then
+        folder=$desk/clone path=$PATH
+    fi
+    if (cd "$folder" && PATH=$path bash -euo pipefail -c "$3") \
         >"$desk/output" 2>&1 </dev/null; then
         return
     fi
@@ -64,7 +80,8 @@ try() {
     return 1
 }
 
-lay_out_desk
+lay_out_clone
+lay_out_installed
 failed=0
 ran=0
 for page in "$@"; do
