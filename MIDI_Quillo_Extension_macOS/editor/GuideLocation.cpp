@@ -2,6 +2,7 @@
 #include "editor/GuideLocation.hpp"
 
 #include <algorithm>
+#include <sstream>
 #include <string_view>
 
 namespace quillo {
@@ -18,19 +19,36 @@ bool isPlainInAddress(unsigned char byte) {
            marks.find(static_cast<char>(byte)) != std::string_view::npos;
 }
 
+/// A variable that is empty counts as not set.
+std::string valueOr(const char* variable, const std::string& otherwise) {
+    return variable != nullptr && *variable != '\0' ? variable : otherwise;
+}
+
 }  // namespace
 
+std::vector<std::filesystem::path> dataFolders(const char* xdgDataHome, const char* home,
+                                               const char* xdgDataDirs) {
+    std::istringstream list(valueOr(xdgDataHome, valueOr(home, ".") + "/.local/share") + ":" +
+                            valueOr(xdgDataDirs, "/usr/local/share:/usr/share") + ":" + QUILLO_DATA_FOLDER);
+    std::vector<std::filesystem::path> folders;
+    for (std::string folder; std::getline(list, folder, ':');) {
+        if (std::filesystem::path(folder).is_absolute()) {
+            folders.emplace_back(folder);
+        }
+    }
+    return folders;
+}
+
 std::vector<std::filesystem::path> guidePlaces(const std::filesystem::path& binary,
-                                               const std::filesystem::path& userData) {
-    std::vector<std::filesystem::path> places;
-    for (auto folder = binary.parent_path(); folder.has_relative_path(); folder = folder.parent_path()) {
-        places.push_back(folder / "share" / documentation / page);
-        places.push_back(folder / "guide" / page);
+                                               const std::vector<std::filesystem::path>& dataFolders) {
+    const auto folder = binary.parent_path();
+    std::vector<std::filesystem::path> places{folder / "guide" / page};
+    if (folder.filename() == "bin") {
+        places.push_back(folder.parent_path() / "share" / documentation / page);
     }
-    if (!userData.empty()) {
-        places.push_back(userData / documentation / page);
+    for (const auto& data : dataFolders) {
+        places.push_back(data / documentation / page);
     }
-    places.push_back(std::filesystem::path(QUILLO_DATA_FOLDER) / documentation / page);
     return places;
 }
 

@@ -10,7 +10,6 @@
 #include "editor/FieldPlan.hpp"
 #include "editor/FileOverlay.hpp"
 #include "editor/Fonts.hpp"
-#include "editor/GuideLocation.hpp"
 #include "editor/PresetExchange.hpp"
 #include "editor/Style.hpp"
 
@@ -22,20 +21,6 @@ constexpr int noticeMargin = 24;
 
 std::filesystem::path pathOf(const juce::File& file) {
     return {file.getFullPathName().toStdString()};
-}
-
-/// Where a user keeps the data of programs, by the convention of free desktops.
-std::filesystem::path userData() {
-    const auto home = juce::File::getSpecialLocation(juce::File::userHomeDirectory);
-    const auto folder = juce::SystemStats::getEnvironmentVariable("XDG_DATA_HOME", {});
-    return pathOf(folder.isNotEmpty() ? juce::File(folder) : home.getChildFile(".local/share"));
-}
-
-/// The address of the guide, or of the makers' page where no guide is installed; empty when there is neither.
-juce::String pageToOpen() {
-    const auto binary = juce::File::getSpecialLocation(juce::File::currentExecutableFile);
-    const auto guide = firstThere(guidePlaces(pathOf(binary), userData()));
-    return guide ? juceText(fileAddress(*guide)) : juce::String(QUILLO_HOMEPAGE);
 }
 
 }  // namespace
@@ -197,12 +182,7 @@ void QuilloView::showAlert() {
 }
 
 void QuilloView::showGuide() {
-    const auto page = pageToOpen();
-    if (page.isEmpty()) {
-        editor_.alert("The guide is not installed. It comes with the package, and `./dev guide` builds it.");
-    } else if (!juce::URL::createWithoutParsing(page).launchInDefaultBrowser()) {
-        editor_.alert("No browser opens " + page.toStdString());
-    }
+    guide_.open();
 }
 
 void QuilloView::showImporter() {

@@ -11,6 +11,7 @@
 #include "editor/ClickReleasesKeyboard.hpp"
 #include "editor/EditorLookAndFeel.hpp"
 #include "editor/Environment.hpp"
+#include "editor/GuideOpener.hpp"
 #include "editor/Header.hpp"
 #include "editor/InOutLogger.hpp"
 #include "editor/MyDragAndDropForEach.hpp"
@@ -86,7 +87,8 @@ private:
     NewRuleSelector* newRuleSelector_ = nullptr;  ///< below the list, which owns it
     SafePointer<juce::Component> lastFocus_;      ///< what in the editor had the keyboard focus last
     RuleList shown_;                              ///< the list as the cards show it
-    juce::File lastPreset_;                       ///< where the file browser starts
+    GuideOpener guide_{[this](const std::string& problem) { editor_.alert(problem); }};
+    juce::File lastPreset_;  ///< where the file browser starts
     Observation rulesObservation_;
     Observation alertObservation_;
     juce::TooltipWindow tooltips_;

@@ -10,26 +10,38 @@
 namespace quillo {
 namespace {
 
-using testing::Contains;
+using testing::ElementsAre;
 
-TEST(GuideLocation, AnInstalledProgramFindsThePageInItsOwnTree) {
-    EXPECT_THAT(guidePlaces("/opt/quillo/bin/midi-quillo-jack", ""),
-                Contains("/opt/quillo/share/doc/midi-quillo/guide/index.html"));
+TEST(GuideLocation, LooksBesideTheBinaryAndInTheDataFoldersOnly) {
+    EXPECT_THAT(guidePlaces("/home/me/midi-quillo/build/midi-quillo-editor", {"/home/me/data", "/usr/share"}),
+                ElementsAre("/home/me/midi-quillo/build/guide/index.html",
+                            "/home/me/data/doc/midi-quillo/guide/index.html",
+                            "/usr/share/doc/midi-quillo/guide/index.html"));
 }
 
-TEST(GuideLocation, APlugInDeepInItsBundleFindsItToo) {
-    EXPECT_THAT(guidePlaces("/usr/lib/vst3/MIDI Quillo.vst3/Contents/x86_64-linux/MIDI Quillo.so", ""),
-                Contains("/usr/share/doc/midi-quillo/guide/index.html"));
+TEST(GuideLocation, AProgramThatWasUnpackedSomewhereFindsThePageInItsOwnTree) {
+    EXPECT_THAT(guidePlaces("/opt/quillo/bin/midi-quillo-jack", {}),
+                ElementsAre("/opt/quillo/bin/guide/index.html",
+                            "/opt/quillo/share/doc/midi-quillo/guide/index.html"));
 }
 
-TEST(GuideLocation, AProgramThatWasOnlyBuiltFindsTheBuiltPage) {
-    EXPECT_THAT(guidePlaces("/home/me/midi-quillo/build/midi-quillo-editor", ""),
-                Contains("/home/me/midi-quillo/build/guide/index.html"));
+TEST(GuideLocation, KnowsTheDataFoldersOfTheUserAndTheSystem) {
+    EXPECT_THAT(dataFolders("/home/me/data", "/home/me", "/opt/share:/usr/share"),
+                ElementsAre("/home/me/data", "/opt/share", "/usr/share", QUILLO_DATA_FOLDER));
 }
 
-TEST(GuideLocation, APlugInInTheUsersFoldersFindsItInTheUsersData) {
-    EXPECT_THAT(guidePlaces("/home/me/.lv2/midi-quillo.lv2/ui.so", "/home/me/.local/share"),
-                Contains("/home/me/.local/share/doc/midi-quillo/guide/index.html"));
+TEST(GuideLocation, KnowsTheUsualDataFoldersWhereNothingIsSaid) {
+    for (const char* unset : {static_cast<const char*>(nullptr), ""}) {
+        EXPECT_THAT(
+            dataFolders(unset, "/home/me", unset),
+            ElementsAre("/home/me/.local/share", "/usr/local/share", "/usr/share", QUILLO_DATA_FOLDER));
+    }
+}
+
+TEST(GuideLocation, IgnoresADataFolderThatDependsOnTheWorkingFolder) {
+    EXPECT_THAT(dataFolders("data", nullptr, ".:share:/usr/share"),
+                ElementsAre("/usr/share", QUILLO_DATA_FOLDER));
+    EXPECT_THAT(dataFolders(nullptr, nullptr, "/usr/share"), ElementsAre("/usr/share", QUILLO_DATA_FOLDER));
 }
 
 TEST(GuideLocation, TheFirstPlaceWithAFileIsTaken) {
