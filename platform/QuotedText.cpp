@@ -119,12 +119,21 @@ std::string escaped(std::string_view text) {
     return escapedWith(text, {});
 }
 
-std::string quoted(std::string_view text) {
+std::string escapedLines(std::string_view text) {
+    std::string result;
+    for (auto end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+        result += escaped(text.substr(0, end)) + '\n';
+        text.remove_prefix(end + 1);
+    }
+    return result + escaped(text);
+}
+
+std::string inQuotes(std::string_view text) {
     return '"' + escapedWith(text, "\"\\") + '"';
 }
 
-std::string quoted(std::string_view text, std::size_t most) {
-    const auto whole = quoted(text);
+std::string inQuotes(std::string_view text, std::size_t most) {
+    const auto whole = inQuotes(text);
     return characterCount(whole) <= most ? whole : beginning(whole, most - 2) + "…\"";
 }
 

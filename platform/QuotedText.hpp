@@ -13,14 +13,17 @@ namespace quillo {
 /// `\xff`. Any other text stays as it is, and so does one that is escaped already:
 ///
 ///     escaped("a\x1b[2Jb")    a\u001b[2Jb
-///     quoted("say \"hi\"")    "say \"hi\""
+///     inQuotes("say \"hi\"")    "say \"hi\""
 [[nodiscard]] std::string escaped(std::string_view text);
 
-/// The same in quotes: a quote and a backslash in the text are escaped, too, so that it can be read back.
-[[nodiscard]] std::string quoted(std::string_view text);
+/// The same for a text of several lines, whose ends stay.
+[[nodiscard]] std::string escapedLines(std::string_view text);
+
+/// The same as `escaped` in quotes: a quote and a backslash in the text are escaped, too, so that it can be read back.
+[[nodiscard]] std::string inQuotes(std::string_view text);
 
 /// The same for a column of at most `most` characters: what is too long for it ends in an ellipsis.
-[[nodiscard]] std::string quoted(std::string_view text, std::size_t most);
+[[nodiscard]] std::string inQuotes(std::string_view text, std::size_t most);
 
 /// How many characters a UTF-8 text has.
 [[nodiscard]] std::size_t characterCount(std::string_view text);

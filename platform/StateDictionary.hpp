@@ -12,7 +12,8 @@ namespace quillo {
 /// A buffer of bytes, as opposed to text.
 using Data = std::vector<std::uint8_t>;
 
-using StateValue = std::variant<Data, std::string, double>;
+/// Data, a string, a number, or, last, a value of any other kind, of which nobody asks more.
+using StateValue = std::variant<Data, std::string, double, std::monostate>;
 
 /// What a host saves with its project: values by key.
 using StateDictionary = std::map<std::string, StateValue>;

@@ -6,6 +6,7 @@
 
 #include "hosts/cli/MIDIFileWriter.hpp"
 #include "platform/AtomicFile.hpp"
+#include "platform/QuotedText.hpp"
 #include "presets/DemoSong.hpp"
 
 int main(int argc, char** argv) {
@@ -17,7 +18,7 @@ int main(int argc, char** argv) {
         quillo::writeWholeFile(argv[1], quillo::writeMIDIFile(quillo::demoSong()), quillo::Existing::replace);
         return EXIT_SUCCESS;
     } catch (const std::exception& error) {
-        std::cerr << error.what() << '\n';
+        std::cerr << quillo::escapedLines(error.what()) << '\n';
         return EXIT_FAILURE;
     }
 }

@@ -8,6 +8,7 @@
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
 #include "platform/FatalError.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -33,7 +34,7 @@ RuleList importPreset(std::span<const std::uint8_t> bytes) {
     RuleList list;
     for (const auto& rule : readRules(bytes)) {
         if (const auto reason = whyNoEntry(rule)) {
-            throw ImportError("The rule \"" + rule.name + "\" cannot be edited: " + *reason + ".");
+            throw ImportError("The rule " + inQuotes(rule.name) + " cannot be edited: " + *reason + ".");
         }
         list.push_back(elementFromRule(rule));
     }
@@ -68,7 +69,7 @@ void exportPreset(const std::function<void(std::span<const std::uint8_t> bytes)>
 }
 
 void importPresetFile(const std::filesystem::path& path, RuleListEditor& editor) {
-    importPreset(path.filename().string(), [&path] { return readWholeFile(path); }, editor);
+    importPreset(path.filename().string(), [&path] { return readRegularFile(path); }, editor);
 }
 
 void exportPresetFile(const std::filesystem::path& path, RuleListEditor& editor) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/FatalError.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -19,7 +20,7 @@ MIDIRuleInternal compileMessageBased(const Rule& rule, const MessageBasedTrigger
 MIDIRuleInternal compileHostTransport(const Rule& rule, const HostTransportTriggerV2& trigger,
                                       SampleTime delay) {
     using Part = RuleInternalPartVariants::WithHostBasedTrigger;
-    auto output = compileFixed(rule.output.message, "the host-transport rule \"" + rule.name + "\"");
+    auto output = compileFixed(rule.output.message, "the host-transport rule " + inQuotes(rule.name));
     return {Part{{std::move(output), trigger.variants}}, trigger.passThrough, delay};
 }
 
@@ -57,7 +58,7 @@ CompiledRules compileRules(std::vector<Rule> rules, std::uint64_t sampleRate) {
             chain.push_back(compileHostTransport(rule, host->trigger, delay));
         } else {
             onLoad.push_back(
-                {compileFixed(rule.output.message, "the on-load rule \"" + rule.name + "\""), delay});
+                {compileFixed(rule.output.message, "the on-load rule " + inQuotes(rule.name)), delay});
         }
     }
     RuleTable table(chain);

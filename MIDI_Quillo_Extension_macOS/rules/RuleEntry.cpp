@@ -4,6 +4,7 @@
 #include <variant>
 
 #include "platform/FatalError.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -264,7 +265,7 @@ std::optional<std::string> whatEditingChanges(const Rule& rule) {
 
 RuleEntry entryFromRule(const Rule& rule) {
     if (const auto reason = whyNoEntry(rule)) {
-        fatalError("the editor cannot hold the rule \"" + rule.name + "\": " + *reason);
+        fatalError("the editor cannot hold the rule " + inQuotes(rule.name) + ": " + *reason);
     }
     RuleEntry entry;
     fill(entry.output, rule.output.message);

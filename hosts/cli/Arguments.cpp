@@ -8,6 +8,7 @@
 #include <type_traits>
 
 #include "hosts/cli/CommandFailure.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -22,7 +23,7 @@ bool looksLikeOption(std::string_view word) {
 const Option& find(std::string_view name, std::span<const Option> known) {
     const auto found = std::ranges::find(known, name, &Option::name);
     if (found == known.end()) {
-        throw UsageError("unknown option " + std::string(name));
+        throw UsageError("unknown option " + escaped(name));
     }
     return *found;
 }
@@ -35,7 +36,7 @@ Number parsed(std::string_view option, const std::string& text, Number least, Nu
     const auto [stop, error] = std::from_chars(text.data(), end, number);
     if (error != std::errc{} || stop != end || !(number >= least && number <= greatest)) {
         std::ostringstream message;
-        message << "option " << option << ": \"" << text << "\" is not a "
+        message << "option " << option << ": " << inQuotes(text) << " is not a "
                 << (std::is_integral_v<Number> ? "whole number" : "number") << " from " << least << " to "
                 << greatest;
         throw UsageError(message.str());

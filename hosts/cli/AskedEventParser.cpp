@@ -62,10 +62,10 @@ Bytes parseBytes(std::span<const std::string> words) {
     Bytes bytes;
     for (const auto& word : words) {
         if (!isHexadecimal(word)) {
-            throw AskedEventError(quoted(word) + " is not hexadecimal");
+            throw AskedEventError(inQuotes(word) + " is not hexadecimal");
         }
         if (word.size() % 2 != 0) {
-            throw AskedEventError(quoted(word) + " has an odd number of digits; two make a byte");
+            throw AskedEventError(inQuotes(word) + " has an odd number of digits; two make a byte");
         }
         for (std::size_t i = 0; i < word.size(); i += 2) {
             std::from_chars(word.data() + i, word.data() + i + 2, bytes.emplace_back(), hexadecimal);

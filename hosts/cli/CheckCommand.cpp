@@ -12,19 +12,22 @@
 #include "hosts/cli/PlainWords.hpp"
 #include "hosts/cli/RuleAdvice.hpp"
 #include "platform/FatalError.hpp"
+#include "platform/QuotedText.hpp"
+#include "rules/RuleEntry.hpp"
 
 namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 3> options{{{"--write", true}, {"--force", false}, {"--advice", false}}};
+constexpr std::array<Option, 4> options{
+    {{"--write", true}, {"--force", false}, {"--advice", false}, forceSizeOption}};
 
 /// A preset whose reading is a fatal error to a host is to the checker only a bad preset.
-ReadDocument readForChecking(const std::string& path) {
+ReadDocument readForChecking(const std::string& path, InputReading reading) {
     try {
-        return readPresetInput(path, exitBadPreset).document;
+        return readPresetInput(path, exitBadPreset, reading).document;
     } catch (const FatalError& error) {
-        throw CommandFailure(exitBadPreset, path + ": " + error.what());
+        throw CommandFailure(exitBadPreset, escaped(path) + ": " + error.what());
     }
 }
 
@@ -46,7 +49,24 @@ std::vector<Advice> adviceFor(const std::vector<Rule>& rules, const std::string&
     try {
         return adviseOn(rules);
     } catch (const FatalError& error) {
-        throw CommandFailure(exitBadPreset, path + ": " + error.what());
+        throw CommandFailure(exitBadPreset, escaped(path) + ": " + error.what());
+    }
+}
+
+/// What the editor cannot hold as the preset has it, in a line of its own under the rule.
+void writeLimitsOfTheEditor(const Rule& rule, std::ostream& out) {
+    if (const auto reason = whyNoEntry(rule)) {
+        out << "   The editor cannot show " << inQuotes(rule.name) << ": " << *reason << ".\n";
+    } else if (const auto change = whatEditingChanges(rule)) {
+        out << "   An edit of any rule changes " << inQuotes(rule.name) << " too: " << *change << ".\n";
+    }
+}
+
+void writeRules(const std::vector<Rule>& rules, std::ostream& out) {
+    std::size_t number = 0;
+    for (const auto& rule : rules) {
+        out << ++number << ". " << inPlainWords(rule) << '\n';
+        writeLimitsOfTheEditor(rule, out);
     }
 }
 
@@ -61,7 +81,7 @@ void writeAdvice(const std::vector<Rule>& rules, const std::string& path, std::o
 void writeCurrentForm(const PluginData& data, const OutputFile& file, const std::string& path,
                       const Console& console) {
     file.write(data.write());
-    console.err << path << ": written in the current form\n";
+    console.err << escaped(path) << ": written in the current form\n";
 }
 
 }  // namespace
@@ -78,12 +98,9 @@ int runCheckCommand(std::span<const std::string> words, const Console& console) 
     }
     const auto target = arguments.text("--write");
     const auto& path = arguments.operands().front();
-    const auto document = readForChecking(path);
-    console.out << path << ": " << describe(document) << '\n';
-    std::size_t number = 0;
-    for (const auto& rule : document.data.rules) {
-        console.out << ++number << ". " << inPlainWords(rule) << '\n';
-    }
+    const auto document = readForChecking(path, inputReading(arguments));
+    console.out << escaped(path) << ": " << describe(document) << '\n';
+    writeRules(document.data.rules, console.out);
     if (arguments.has("--advice")) {
         writeAdvice(document.data.rules, path, console.out);
     }

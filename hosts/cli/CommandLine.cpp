@@ -16,6 +16,7 @@
 #include "hosts/cli/HostCommand.hpp"
 #include "hosts/cli/RenderCommand.hpp"
 #include "hosts/cli/ToldFailures.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -40,7 +41,7 @@ int runHostVerb(std::span<const std::string> words, const Console& console) {
     }
     std::ifstream script(operands.front(), std::ios::binary);
     if (!script) {
-        throw CommandFailure(exitNoInput, operands.front() + ": cannot be opened");
+        throw CommandFailure(exitNoInput, escaped(operands.front()) + ": cannot be opened");
     }
     return runHostCommand(script, console.out, console.err);
 }
@@ -55,7 +56,7 @@ constexpr std::array verbs{
 const Verb& find(const std::string& name) {
     const auto* found = std::ranges::find(verbs, name, &Verb::name);
     if (found == verbs.end()) {
-        throw UsageError("there is no verb \"" + name + "\"");
+        throw UsageError("there is no verb " + inQuotes(name));
     }
     return *found;
 }
@@ -67,7 +68,7 @@ int help(std::span<const std::string> verb, const Console& console) {
     }
     const auto text = helpFor(verb.front());
     if (!text) {
-        throw UsageError("there is no verb \"" + verb.front() + "\"");
+        throw UsageError("there is no verb " + inQuotes(verb.front()));
     }
     console.out << usageOf(verb.front()) << '\n' << *text;
     return exitSuccess;

@@ -19,7 +19,7 @@ namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 1> options{{{"--preset", true}}};
+constexpr std::array<Option, 2> options{{{"--preset", true}, forceSizeOption}};
 
 std::string forms() {
     return std::string(askedEventForms.substr(0, askedEventForms.size() - 1));
@@ -35,7 +35,7 @@ std::vector<AskedEvent> readEvents(const std::vector<std::string>& texts) {
         try {
             events.push_back(parseAskedEvent(text));
         } catch (const AskedEventError& error) {
-            throw UsageError("event " + std::to_string(events.size() + 1) + ", " + quoted(text) + ": " +
+            throw UsageError("event " + std::to_string(events.size() + 1) + ", " + inQuotes(text) + ": " +
                              error.what() + "\n" + forms());
         }
     }
@@ -51,7 +51,7 @@ int runExplainCommand(std::span<const std::string> words, const Console& console
         throw UsageError("explain needs a preset: --preset PRESET.json");
     }
     const auto events = readEvents(arguments.operands());
-    EngineProbe probe(readPresetInput(*preset, exitBadData).document.data.rules);
+    EngineProbe probe(readPresetInput(*preset, exitBadData, inputReading(arguments)).document.data.rules);
     const char* separator = "";
     for (const auto& event : events) {
         console.out << separator << explanationText(probe.rules(), event, explain(probe, event));

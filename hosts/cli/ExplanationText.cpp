@@ -40,7 +40,7 @@ std::string sentWords(const MIDIMessage& message) {
 std::size_t nameColumn(const std::vector<Rule>& rules) {
     std::size_t width = 0;
     for (const auto& rule : rules) {
-        width = std::max(width, characterCount(quoted(rule.name, widestName)));
+        width = std::max(width, characterCount(inQuotes(rule.name, widestName)));
     }
     return width;
 }
@@ -88,7 +88,7 @@ private:
     [[nodiscard]] std::string ruleText(std::size_t rule) const {
         const auto number = std::to_string(rule + 1);
         auto beginning = "  " + std::string(numberWidth_ - number.size(), ' ') + number + "  " +
-                         padded(quoted(rules_[rule].name, widestName), nameWidth_) + "  ";
+                         padded(inQuotes(rules_[rule].name, widestName), nameWidth_) + "  ";
         const auto width = characterCount(beginning);
         std::string text;
         for (const auto& line : lines(rule)) {

@@ -59,6 +59,7 @@ Options:
                         does not depend on it
   --tail SECONDS        how long to wait for delayed outputs after the end of
                         the file, 0 to 86400 (60)
+  --force-size          read IN.mid above 1 GiB, PRESET.json above 64 MiB
 
 Examples:
   midi-quillo render song.mid out.mid --preset echo.json
@@ -75,6 +76,7 @@ Options:
                     mistake, each with a way out; the exit status stays 0
   --write OUT.json  store the preset in the current form
   --force           replace OUT.json if it is there
+  --force-size      read PRESET.json above 64 MiB, too
 
 Examples:
   midi-quillo check old.json
@@ -99,6 +101,7 @@ Each event is explained by itself, as if none had come before it.
 
 Options:
   --preset PRESET.json  the rules
+  --force-size          read PRESET.json above 64 MiB, too
 
 Examples:
   midi-quillo explain --preset echo.json "b0 40 7f" fa "host start" load
@@ -121,7 +124,7 @@ one JSON object a line. Its key "do" names the action:
   create      drop the unit and make a new one
   restore     set the saved state, by one key: "state" has the document as text
               (null: no state at all), "base64" its bytes; "dictionary" is an
-              object of texts and numbers without a document, a fatal error
+              object of any values without a document, a fatal error
   save        read the saved state
   allocate    get ready to render: "sampleRate" (44100), "inputChannels" (2),
               "outputChannels" (2)

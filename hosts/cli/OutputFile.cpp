@@ -8,13 +8,14 @@
 #include "hosts/cli/CommandFailure.hpp"
 #include "hosts/cli/ExitStatus.hpp"
 #include "platform/AtomicFile.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
 OutputFile::OutputFile(std::string path, bool force) : path_(std::move(path)), force_(force) {
     std::error_code error;
     if (!force_ && std::filesystem::exists(path_, error)) {
-        throw CommandFailure(exitCannotCreate, path_ + ": is there already; --force replaces it");
+        throw CommandFailure(exitCannotCreate, escaped(path_) + ": is there already; --force replaces it");
     }
 }
 

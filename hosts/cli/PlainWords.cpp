@@ -235,7 +235,7 @@ std::string inPlainWords(const RuleOutputV2& output, const RuleTriggerV2& trigge
 }
 
 std::string inPlainWords(const Rule& rule) {
-    return quoted(rule.name) + ": " + inPlainWords(rule.trigger) + ", " +
+    return inQuotes(rule.name) + ": " + inPlainWords(rule.trigger) + ", " +
            inPlainWords(rule.output, rule.trigger) + ".";
 }
 

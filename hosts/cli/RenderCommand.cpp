@@ -17,17 +17,19 @@
 #include "hosts/cli/ProgressLine.hpp"
 #include "hosts/cli/Score.hpp"
 #include "log/EventLogEntry.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 6> options{{{"--preset", true},
+constexpr std::array<Option, 7> options{{{"--preset", true},
                                          {"--sample-rate", true},
                                          {"--block", true},
                                          {"--tail", true},
                                          {"--trace", false},
-                                         {"--force", false}}};
+                                         {"--force", false},
+                                         forceSizeOption}};
 
 /// What the user asked for.
 struct Request {
@@ -37,6 +39,7 @@ struct Request {
     OfflineHost::Settings settings;
     bool trace;
     bool force;
+    InputReading reading;
 };
 
 Request readRequest(std::span<const std::string> words) {
@@ -57,15 +60,16 @@ Request readRequest(std::span<const std::string> words) {
              arguments.wholeNumber("--block", 1, 1'048'576, defaults.block),
              arguments.number("--tail", 0, 86'400, defaults.tail)},
             arguments.has("--trace"),
-            arguments.has("--force")};
+            arguments.has("--force"),
+            inputReading(arguments)};
 }
 
 Score readScore(const Request& request) {
-    const auto file = readMIDIInput(request.source);
+    const auto file = readMIDIInput(request.source, request.reading);
     try {
         return {file, request.settings.sampleRate};
     } catch (const MIDIFileError& error) {
-        throw CommandFailure(exitBadData, request.source + ": " + error.what());
+        throw CommandFailure(exitBadData, escaped(request.source) + ": " + error.what());
     }
 }
 
@@ -79,7 +83,7 @@ OfflineHost::Performance play(const Score& score, const Data& preset, const Requ
     if (request.trace) {
         host.setLogs(traceTo(console.out, "in  "), traceTo(console.out, "out "));
     }
-    ProgressLine progress(console.err, console.errIsTerminal, "rendering " + request.source);
+    ProgressLine progress(console.err, console.errIsTerminal, "rendering " + escaped(request.source));
     host.setProgress([&](double done) { progress.update(done); });
     return host.play(score.messages(), score.end());
 }
@@ -89,7 +93,7 @@ std::vector<std::uint8_t> resultBytes(const Score& score, std::vector<TimedMessa
     try {
         return writeMIDIFile(score.fileWith(std::move(outputs)));
     } catch (const MIDIFileError& error) {
-        throw CommandFailure(exitCannotCreate, target + ": not written: " + error.what());
+        throw CommandFailure(exitCannotCreate, escaped(target) + ": not written: " + error.what());
     }
 }
 
@@ -98,7 +102,7 @@ std::vector<std::uint8_t> resultBytes(const Score& score, std::vector<TimedMessa
 int runRenderCommand(std::span<const std::string> words, const Console& console) {
     const auto request = readRequest(words);
     const auto score = readScore(request);
-    const auto preset = readPresetInput(request.preset, exitBadData).bytes;
+    const auto preset = readPresetInput(request.preset, exitBadData, request.reading).bytes;
     const OutputFile target(request.target, request.force);
     auto performance = play(score, preset, request, console);
     const auto sent = performance.outputs.size();
@@ -111,7 +115,8 @@ int runRenderCommand(std::span<const std::string> words, const Console& console)
                     << request.settings.tail << (isOne ? " s and was" : " s and were")
                     << " cut off; --tail makes it longer\n";
     }
-    console.err << request.target << ": " << score.messages().size() << " events in, " << sent << " out\n";
+    console.err << escaped(request.target) << ": " << score.messages().size() << " events in, " << sent
+                << " out\n";
     return exitSuccess;
 }
 

@@ -48,7 +48,7 @@ AdviceList adviseOn(const std::vector<Rule>& rules) {
 std::string adviceText(const std::vector<Rule>& rules, const Advice& advice) {
     constexpr std::size_t longestName = 60;
     const auto number = std::to_string(advice.rule + 1) + ". ";
-    return number + quoted(rules[advice.rule].name, longestName) + " " + advice.matter + ".\n" +
+    return number + inQuotes(rules[advice.rule].name, longestName) + " " + advice.matter + ".\n" +
            std::string(number.size(), ' ') + advice.wayOut + "\n";
 }
 

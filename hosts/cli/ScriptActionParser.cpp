@@ -10,6 +10,7 @@
 #include "audiounit/MIDIQuilloAUAudioUnit.hpp"
 #include "hosts/cli/Base64.hpp"
 #include "hosts/cli/ScriptKeys.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -39,14 +40,11 @@ script::Restore parseStateBytes(const ScriptKeys& keys) {
     return {stateOf(*std::move(bytes))};
 }
 
-StateValue parseStateValue(const JSON& value, const JSONPath& path) {
+StateValue stateValueOf(const JSON& value) {
     if (value.is_string()) {
         return value.get<std::string>();
     }
-    if (value.is_number()) {
-        return value.get<double>();
-    }
-    JSONReader().failExpecting("a string or a number", value, path);
+    return value.is_number() ? StateValue(value.get<double>()) : StateValue(std::monostate());
 }
 
 script::Restore parseStateDictionary(const ScriptKeys& keys) {
@@ -55,7 +53,7 @@ script::Restore parseStateDictionary(const ScriptKeys& keys) {
     JSONReader().requireObject(dictionary, path);
     StateDictionary state;
     for (const auto& [key, value] : dictionary.items()) {
-        state.emplace(key, parseStateValue(value, JSONPath(path, key)));
+        state.emplace(key, stateValueOf(value));
     }
     return {std::move(state)};
 }
@@ -213,10 +211,10 @@ ScriptAction parseScriptAction(std::string_view line) {
     const auto object = parseJSON({reinterpret_cast<const std::uint8_t*>(line.data()), line.size()});
     const JSONPath root;
     const ScriptKeys keys(object, root);
-    const auto& name = keys.at("do");
-    const auto verb = std::ranges::find(verbs, keys.require<std::string>("do"), &Verb::name);
+    const auto name = keys.require<std::string>("do");
+    const auto verb = std::ranges::find(verbs, name, &Verb::name);
     if (verb == verbs.end()) {
-        JSONReader().fail(keys.pathOf("do"), "there is no action " + name.dump());
+        JSONReader().fail(keys.pathOf("do"), "there is no action " + inQuotes(name));
     }
     return verb->parse(keys);
 }

@@ -10,6 +10,7 @@
 
 #include "log/EventLogEntry.hpp"
 #include "platform/FatalError.hpp"
+#include "platform/QuotedText.hpp"
 #include "platform/RealTimeFunction.hpp"
 #include "platform/RenderEventList.hpp"
 
@@ -20,8 +21,9 @@ namespace {
 /// Keys stay in the order in which they are written down.
 using Answer = nlohmann::ordered_json;
 
+/// What is escaped for a terminal's sake is so as JSON knows it.
 void write(std::ostream& out, const Answer& answer) {
-    out << answer.dump() << '\n';
+    out << escaped(answer.dump()) << '\n';
 }
 
 /// An integer where the number is one that 64 bits hold.

@@ -2,17 +2,19 @@
 #include "hosts/cli/ToldFailures.hpp"
 
 #include <exception>
+#include <new>
 #include <ostream>
 
 #include "hosts/cli/CommandFailure.hpp"
 #include "hosts/cli/ExitStatus.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
 int runTellingFailures(std::string_view program, std::ostream& err, const std::function<int()>& command,
                        const std::function<void()>& teach) {
     const auto tell = [&](const std::exception& failure) {
-        err << program << ": " << failure.what() << '\n';
+        err << program << ": " << escapedLines(failure.what()) << '\n';
     };
     try {
         return command();
@@ -23,6 +25,9 @@ int runTellingFailures(std::string_view program, std::ostream& err, const std::f
     } catch (const CommandFailure& failure) {
         tell(failure);
         return failure.status();
+    } catch (const std::bad_alloc&) {
+        err << program << ": there is not enough memory\n";
+        return exitFatal;
     } catch (const std::exception& error) {
         tell(error);
         return exitFatal;

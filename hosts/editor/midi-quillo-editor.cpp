@@ -10,6 +10,7 @@
 #include "editor/Fonts.hpp"
 #include "hosts/editor/DemoRules.hpp"
 #include "hosts/editor/Desk.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace {
 
@@ -88,7 +89,7 @@ private:
     }
 
     void fail(const std::string& reason) {
-        std::cerr << "midi-quillo-editor: " << reason << '\n';
+        std::cerr << "midi-quillo-editor: " << escapedLines(reason) << '\n';
         setApplicationReturnValue(exitSoftware);
         quit();
     }

@@ -13,6 +13,7 @@
 #include "hosts/editor/Desk.hpp"
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
+#include "platform/QuotedText.hpp"
 #include "rules/MIDIRuleType.hpp"
 
 namespace {
@@ -149,7 +150,7 @@ int main(int argc, char** argv) {
     try {
         showAll(folder, std::span(argv, static_cast<std::size_t>(argc)).subspan(2));
     } catch (const std::exception& error) {
-        std::cerr << error.what() << '\n';
+        std::cerr << escapedLines(error.what()) << '\n';
         return exitSoftware;
     }
     return 0;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "hosts/cli/CommandFailure.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -22,8 +23,8 @@ std::vector<PortPattern> compile(const char* option, const std::vector<std::stri
         try {
             patterns.emplace_back(text);
         } catch (const std::invalid_argument& error) {
-            throw UsageError(std::string("option ") + option + ": \"" + text +
-                             "\" is not a regular expression: " + error.what());
+            throw UsageError(std::string("option ") + option + ": " + inQuotes(text) +
+                             " is not a regular expression: " + error.what());
         }
     }
     return patterns;

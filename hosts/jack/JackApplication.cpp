@@ -17,6 +17,7 @@
 #include "hosts/cli/ExitStatus.hpp"
 #include "hosts/jack/JackHost.hpp"
 #include "hosts/jack/JackWindow.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -113,7 +114,7 @@ private:
     }
 
     void fail(const std::string& reason, int status) {
-        order->console.err << "midi-quillo-jack: " << reason << '\n';
+        order->console.err << "midi-quillo-jack: " << escapedLines(reason) << '\n';
         setApplicationReturnValue(status);
         quit();
     }

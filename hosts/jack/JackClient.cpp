@@ -14,6 +14,7 @@
 #include "hosts/jack/JackMIDIPorts.hpp"
 #include "hosts/jack/LibraryMessages.hpp"
 #include "hosts/jack/WithoutCancellation.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -73,7 +74,7 @@ std::string JackClient::serverName(const Request& request) {
 
 ServerFailure JackClient::failureToOpen(const Request& request, jack_status_t status,
                                         std::string_view words) {
-    const auto server = "JACK server \"" + serverName(request) + "\"";
+    const auto server = "JACK server " + inQuotes(serverName(request));
     const auto said = " JACK says:\n" + std::string(words.substr(0, words.find_last_not_of('\n') + 1));
     if ((status & JackServerFailed) == 0) {
         return {"The " + server + " does not take this program." + said, false};
@@ -112,7 +113,8 @@ JackClient::~JackClient() {
 jack_port_t* JackClient::makePort(const char* name, unsigned long flags) {
     auto* port = ::jack_port_register(client_.get(), name, JACK_DEFAULT_MIDI_TYPE, flags, 0);
     if (port == nullptr) {
-        throw ServerFailure(std::string("The JACK server has no room for the port \"") + name + "\".", false);
+        throw ServerFailure(std::string("The JACK server has no room for the port ") + inQuotes(name) + ".",
+                            false);
     }
     return port;
 }

@@ -11,6 +11,7 @@
 #include "hosts/jack/HangWatch.hpp"
 #include "hosts/jack/JackHelpText.hpp"
 #include "platform/FatalError.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -22,9 +23,9 @@ SessionKeeper::Time now() {
 
 /// Puts a preset file's rules into the unit. Throws a `CommandFailure`.
 void usePreset(HostedUnit& hosted, const std::string& file) {
-    const auto preset = readPresetInput(file, exitBadData);
+    const auto preset = readPresetInput(file, exitBadData, InputReading::prompt);
     if (const auto problem = hosted.restore(preset.bytes)) {
-        throw CommandFailure(exitBadData, file + ": " + *problem);
+        throw CommandFailure(exitBadData, escaped(file) + ": " + *problem);
     }
 }
 
@@ -107,7 +108,7 @@ void JackHost::reloadPreset() {
     session_.keepNow(now());
     try {
         usePreset(hosted_, *options_.preset);
-        messages_.say(*options_.preset + ": read again");
+        messages_.say(escaped(*options_.preset) + ": read again");
     } catch (const std::exception& error) {
         messages_.warn(std::string(error.what()) + "\nThe rules stay as they are.");
     }
@@ -118,8 +119,8 @@ void JackHost::ruleEdited() {
     if (options_.preset && !editTold_) {
         editTold_ = true;
         if (const auto file = session_.file()) {
-            messages_.say("the edited rules are kept in " + file->string() + "; " + *options_.preset +
-                          " stays as it is");
+            messages_.say("the edited rules are kept in " + escaped(file->string()) + "; " +
+                          escaped(*options_.preset) + " stays as it is");
         }
     }
 }

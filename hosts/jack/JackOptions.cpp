@@ -6,6 +6,7 @@
 
 #include "hosts/cli/CommandFailure.hpp"
 #include "hosts/jack/SessionFiles.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -32,7 +33,8 @@ void requireName(const std::string& option, const std::string& name) {
                          std::to_string(JackOptions::longestName) + " bytes");
     }
     if (std::ranges::any_of(name, [](char c) { return c == ':' || static_cast<unsigned char>(c) < ' '; })) {
-        throw UsageError("option " + option + ": \"" + name + "\" holds a colon or a control character");
+        throw UsageError("option " + option + ": " + inQuotes(name) +
+                         " holds a colon or a control character");
     }
 }
 
@@ -56,8 +58,8 @@ std::span<const Option> jackOptions() {
 JackOptions readJackOptions(std::span<const std::string> words) {
     const Arguments arguments(words, known);
     if (!arguments.operands().empty()) {
-        throw UsageError("what is \"" + arguments.operands().front() +
-                         "\"? A preset is given as --preset PRESET.json");
+        throw UsageError("what is " + inQuotes(arguments.operands().front()) +
+                         "? A preset is given as --preset PRESET.json");
     }
     JackOptions options;
     options.preset = arguments.text("--preset");

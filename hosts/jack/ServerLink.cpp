@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "hosts/jack/EventLoop.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -69,9 +70,9 @@ void ServerLink::makeClient() {
 
 void ServerLink::tellOfClient() {
     const auto name = client_->name();
-    const auto taken = name == request_.name ? "" : " (\"" + request_.name + "\" is taken)";
-    messages_.say(std::string(returns_ ? "back on" : "on") + " the JACK server \"" +
-                  JackClient::serverName(request_) + "\" as \"" + name + "\"" + taken + ", " +
+    const auto taken = name == request_.name ? "" : " (" + inQuotes(request_.name) + " is taken)";
+    messages_.say(std::string(returns_ ? "back on" : "on") + " the JACK server " +
+                  inQuotes(JackClient::serverName(request_)) + " as " + inQuotes(name) + taken + ", " +
                   std::to_string(client_->sampleRate()) + " Hz, " + counted(client_->bufferSize(), "frame") +
                   " a cycle");
 }
@@ -85,7 +86,7 @@ void ServerLink::activateUnit() {
 bool ServerLink::connectIfWanted(const PortDescription& port) {
     const bool isWanted = connections_.takes(port);
     if (isWanted && client_->connect(port)) {
-        messages_.say(port.givesMIDI ? "hears " + port.name : "sends to " + port.name);
+        messages_.say((port.givesMIDI ? "hears " : "sends to ") + escaped(port.name));
     }
     return isWanted;
 }

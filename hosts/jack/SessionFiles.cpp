@@ -12,6 +12,7 @@
 
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -47,7 +48,7 @@ void makeFolders(const fs::path& folder) {
     }
     makeFolders(folder.parent_path());
     if (::mkdir(folder.c_str(), forTheUserAlone) != 0 && errno != EEXIST) {
-        throw FileError(folder.string() + ": cannot be made: " + std::strerror(errno));
+        throw FileError(escaped(folder.string()) + ": cannot be made: " + std::strerror(errno));
     }
 }
 
@@ -55,8 +56,9 @@ void putInPlace(const fs::path& from, const fs::path& to) {
     std::error_code error;
     fs::rename(from, to, error);
     if (error) {
-        throw FileError(to.string() + ": cannot be written: " + error.message());
+        throw FileError(escaped(to.string()) + ": cannot be written: " + error.message());
     }
+    makeNamesDurable(to.parent_path());
 }
 
 /// By a link where the file system knows such, else by a copy.
@@ -67,7 +69,7 @@ void nameTwice(const fs::path& file, const fs::path& second) {
         fs::copy_file(file, second, error);
     }
     if (error) {
-        throw FileError(second.string() + ": cannot be written: " + error.message());
+        throw FileError(escaped(second.string()) + ": cannot be written: " + error.message());
     }
 }
 
@@ -94,7 +96,7 @@ SessionFiles::Version readVersion(std::size_t age, const fs::path& file) {
         version.saved = std::chrono::system_clock::from_time_t(status.st_mtime);
     }
     try {
-        version.document = readWholeFile(file);
+        version.document = readRegularFile(file);
         version.rules = PluginData::read(version.document).rules.size();
     } catch (const std::exception& error) {
         version.problem = error.what();

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/AtomicFile.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -16,7 +17,7 @@ std::optional<SessionLock> SessionLock::tryTake(const std::filesystem::path& fil
     constexpr mode_t forTheUserAlone = 0600;
     Descriptor opened(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, forTheUserAlone));
     if (!opened.isOpen()) {
-        throw FileError(file.string() + ": cannot be made: " + std::strerror(errno));
+        throw FileError(escaped(file.string()) + ": cannot be made: " + std::strerror(errno));
     }
     if (::flock(opened.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
         return std::nullopt;

@@ -8,6 +8,7 @@
 #include "hosts/cli/CommandFailure.hpp"
 #include "hosts/cli/ExitStatus.hpp"
 #include "platform/AtomicFile.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -57,7 +58,8 @@ void SessionRules::claim(const std::filesystem::path& folder, const std::string&
         }
     }
     if (session != name) {
-        messages_.say("another \"" + name + "\" is running; this one keeps its rules as \"" + session + "\"");
+        messages_.say("another " + inQuotes(name) + " is running; this one keeps its rules as " +
+                      inQuotes(session));
     }
 }
 
@@ -77,7 +79,7 @@ void SessionRules::load() {
         }
         if (!problems.empty()) {
             messages_.warn(problems + "The rules are those of " + localTime(version.saved) + ", from " +
-                           version.file.string() + ".");
+                           escaped(version.file.string()) + ".");
         }
         return;
     }
@@ -93,7 +95,7 @@ std::optional<std::string> SessionRules::tryToUse(const SessionFiles::Version& v
     if (!problem) {
         return std::nullopt;
     }
-    return "The last session's rules in " + version.file.string() + " cannot be used: " + *problem;
+    return "The last session's rules in " + escaped(version.file.string()) + " cannot be used: " + *problem;
 }
 
 void SessionRules::goBack(std::size_t versions) {
@@ -111,7 +113,7 @@ void SessionRules::goBack(std::size_t versions) {
         changed(longAgo);
         return;
     }
-    throw CommandFailure(exitNoInput, files_->file(versions).string() +
+    throw CommandFailure(exitNoInput, escaped(files_->file(versions).string()) +
                                           ": there is no such version; --history lists them");
 }
 
@@ -150,8 +152,8 @@ std::string historyText(const SessionFiles& files) {
     for (const auto& version : files.versions()) {
         text += (version.age == 0 ? "    newest" : "--go-back " + std::to_string(version.age)) + "   " +
                 localTime(version.saved) + "   " +
-                (version.problem.empty() ? rulesIn(version) : "damaged: " + version.problem) + "   " +
-                version.file.string() + '\n';
+                (version.problem.empty() ? rulesIn(version) : "damaged: " + escaped(version.problem)) +
+                "   " + escaped(version.file.string()) + '\n';
     }
     return text.empty() ? "No rules have been kept yet.\n" : text;
 }

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/jack/UserMessages.hpp"
+#include "platform/QuotedText.hpp"
 
 #include <ostream>
 
 namespace quillo {
 
 void UserMessages::say(const std::string& text) {
-    err_ << "midi-quillo-jack: " << text << '\n' << std::flush;
+    err_ << "midi-quillo-jack: " << escapedLines(text) << '\n' << std::flush;
 }
 
 void UserMessages::warn(const std::string& text) {

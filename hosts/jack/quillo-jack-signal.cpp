@@ -21,6 +21,7 @@
 #include "hosts/jack/LibraryMessages.hpp"
 #include "hosts/jack/WakeDescriptor.hpp"
 #include "hosts/jack/WithoutCancellation.hpp"
+#include "platform/QuotedText.hpp"
 #include "platform/RealTime.hpp"
 
 namespace {
@@ -141,7 +142,7 @@ int main(int argc, char** argv) {
         Signal(argv[1]).play(argv[3], argv[2]);
         return 0;
     } catch (const std::exception& error) {
-        std::cerr << "quillo-jack-signal: " << error.what() << '\n';
+        std::cerr << "quillo-jack-signal: " << escapedLines(error.what()) << '\n';
         return exitUnavailable;
     }
 }

@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -103,6 +105,20 @@ TEST_F(PresetExchangeTest, AFileWithOneMalformedRuleImportsNothingAndTheAlertSay
 TEST_F(PresetExchangeTest, AMissingFileAndAFolderAreRefusedByName) {
     EXPECT_NE(refusal(folder / "none.json").find("none.json"), std::string::npos);
     EXPECT_NE(refusal(folder).find(folder.string()), std::string::npos);
+}
+
+TEST_F(PresetExchangeTest, APipeAndADeviceAreRefusedAndNotWaitedFor) {
+    const auto pipe = folder / "pipe.json";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    for (const auto& path : {pipe, std::filesystem::path("/dev/zero")}) {
+        EXPECT_EQ(refusal(path), path.string() + ": cannot be read: it is not a regular file");
+    }
+}
+
+TEST_F(PresetExchangeTest, AFileThatIsFarTooLargeIsRefused) {
+    const auto path = write("");
+    std::filesystem::resize_file(path, std::uintmax_t{6} << 30U);
+    EXPECT_EQ(refusal(path), path.string() + ": cannot be read: it is larger than 64 MiB");
 }
 
 TEST_F(PresetExchangeTest, APitchThatTheOldestFormCannotHoldIsRefused) {

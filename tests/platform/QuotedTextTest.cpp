@@ -11,20 +11,20 @@ namespace {
 using namespace std::string_literals;
 
 TEST(QuotedText, StaysOnOneLineAndInItsQuotes) {
-    EXPECT_EQ(quoted("Split"), "\"Split\"");
-    EXPECT_EQ(quoted(""), "\"\"");
-    EXPECT_EQ(quoted("a\"b\\c\nd\te"), "\"a\\\"b\\\\c\\nd\\u0009e\"");
+    EXPECT_EQ(inQuotes("Split"), "\"Split\"");
+    EXPECT_EQ(inQuotes(""), "\"\"");
+    EXPECT_EQ(inQuotes("a\"b\\c\nd\te"), "\"a\\\"b\\\\c\\nd\\u0009e\"");
 }
 
 TEST(QuotedText, FillsAColumnWholeWhereItFits) {
-    EXPECT_EQ(quoted("Split", 7), "\"Split\"");
-    EXPECT_EQ(quoted("Fl♯öte", 8), "\"Fl♯öte\"");
+    EXPECT_EQ(inQuotes("Split", 7), "\"Split\"");
+    EXPECT_EQ(inQuotes("Fl♯öte", 8), "\"Fl♯öte\"");
 }
 
 TEST(QuotedText, EndsInAnEllipsisWhereTheColumnIsTooNarrow) {
-    EXPECT_EQ(quoted("Split", 6), "\"Spl…\"");
-    EXPECT_EQ(quoted("♯♯♯♯♯", 6), "\"♯♯♯…\"");
-    EXPECT_EQ(characterCount(quoted(std::string(100'000, 'n'), 30)), 30u);
+    EXPECT_EQ(inQuotes("Split", 6), "\"Spl…\"");
+    EXPECT_EQ(inQuotes("♯♯♯♯♯", 6), "\"♯♯♯…\"");
+    EXPECT_EQ(characterCount(inQuotes(std::string(100'000, 'n'), 30)), 30u);
 }
 
 TEST(EscapedText, LeavesWhatIsHarmlessAsItIs) {
@@ -62,7 +62,12 @@ TEST(EscapedText, ShowsEveryByteThatIsNotUTF8) {
 TEST(EscapedText, IsNotEscapedTwice) {
     const auto once = escaped("\x1b\u009b\xff\n");
     EXPECT_EQ(escaped(once), once);
-    EXPECT_EQ(escaped(quoted("\x1b\"\\")), quoted("\x1b\"\\"));
+    EXPECT_EQ(escaped(inQuotes("\x1b\"\\")), inQuotes("\x1b\"\\"));
+}
+
+TEST(EscapedLines, KeepsTheLinesOfAText) {
+    EXPECT_EQ(escapedLines("one\x1b\n\ntwo\r\n"), "one\\u001b\n\ntwo\\u000d\n");
+    EXPECT_EQ(escapedLines(""), "");
 }
 
 TEST(CharacterCount, CountsWhatIsSeenAndNotBytes) {

@@ -9,6 +9,7 @@ namespace {
 
 using namespace fixture;
 using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
@@ -54,6 +55,35 @@ TEST(PresetDescription, CountsTheRulesOfTheOldestGeneration) {
     EXPECT_EQ(described(ReadDocument::Form::bareArray, 1),
               "generations 1 and 2 mixed (1 of the oldest), 2 rules");
     EXPECT_EQ(described(ReadDocument::Form::bareArray, 2), "generation 1 (the oldest), 2 rules");
+}
+
+/// A rule called "odd" whose message has a status of its own and these data bytes.
+Rule oddRule(StatusV2 status, GenericByteV2 byte1) {
+    auto odd =
+        loadRule(RuleOutputVariantsV2::Protocol{StatusByteV2::JustStatus{status}, byte1, std::nullopt});
+    odd.trigger = onAnyNote();
+    odd.name = "odd";
+    return odd;
+}
+
+TEST_F(CheckCommandTest, NamesARuleThatTheEditorWouldChange) {
+    const auto path =
+        folder.with("p.json", presetOf({controllerRule(onLoad(), 7),
+                                        oddRule(StatusV2::programChange, GenericByteV2::Value{5}),
+                                        controllerRule(onLoad(), 8)}));
+    const auto result = run({"check", path});
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_THAT(result.out,
+                HasSubstr("\n   An edit of any rule changes \"odd\" too: its program change has no "
+                          "bank, and gets bank 0.\n3. "));
+}
+
+TEST_F(CheckCommandTest, NamesARuleThatTheEditorCannotShow) {
+    const auto rule = oddRule(StatusV2::channelPressure, GenericByteV2::RespectiveTriggerByte{});
+    const auto result = run({"check", folder.with("p.json", presetOf({rule}))});
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_THAT(result.out,
+                EndsWith("\n   The editor cannot show \"odd\": its pressure is copied from the trigger.\n"));
 }
 
 TEST_F(CheckCommandTest, ShowsAnEmptyPreset) {

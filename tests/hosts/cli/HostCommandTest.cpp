@@ -154,7 +154,9 @@ TEST(HostCommand, RestoringNoDictionaryKeepsTheRules) {
 
 TEST(HostCommand, ADictionaryWithoutTheStateIsFatal) {
     for (const auto* dictionary :
-         {"{}", R"({"other":"[]"})", R"({"midi-quillo-state":"[]"})", R"({"midi-quillo-state":5})"}) {
+         {"{}", R"({"other":"[]"})", R"({"midi-quillo-state":"[]"})", R"({"midi-quillo-state":5})",
+          R"({"midi-quillo-state":null})", R"({"midi-quillo-state":true})", R"({"midi-quillo-state":{}})",
+          R"({"midi-quillo-state":["[]"]})"}) {
         const auto played =
             play({R"({"do":"queue"})", R"({"do":"restore","dictionary":)" + std::string(dictionary) + "}",
                   R"({"do":"queue"})"});

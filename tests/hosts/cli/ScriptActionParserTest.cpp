@@ -79,8 +79,14 @@ TEST(ScriptActionParser, ReadsADictionaryWithoutDataValues) {
             .state,
         (StateDictionary{{"midi-quillo-state", std::string("[]")}, {"a", 1.0}, {"b", 0.5}, {"c", -3.0}}));
     EXPECT_EQ(parse<script::Restore>(R"({"do":"restore","dictionary":{}})").state, StateDictionary());
-    EXPECT_EQ(errorOf(R"({"do":"restore","dictionary":{"a":true}})"),
-              "dictionary.a: expected a string or a number, found true");
+    EXPECT_EQ(parse<script::Restore>(
+                  R"({"do":"restore","dictionary":{"a":null,"b":true,"c":false,"d":{"e":1},"f":["g"]}})")
+                  .state,
+              (StateDictionary{{"a", std::monostate()},
+                               {"b", std::monostate()},
+                               {"c", std::monostate()},
+                               {"d", std::monostate()},
+                               {"f", std::monostate()}}));
     EXPECT_EQ(errorOf(R"({"do":"restore","dictionary":null})"), "dictionary: expected an object, found null");
 }
 

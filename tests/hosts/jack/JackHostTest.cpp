@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <cstdlib>
 #include <sstream>
 
@@ -111,6 +113,18 @@ TEST_F(JackHostTest, AnEditOfAPresetIsKeptInTheSessionAndTheUserIsToldOnceThatTh
         "the edited rules are kept in " + files.file(0).string() + "; " + preset.string() + " stays as it is";
     EXPECT_NE(err.str().find(told), std::string::npos) << err.str();
     EXPECT_EQ(err.str().find(told), err.str().rfind(told));
+}
+
+TEST_F(JackHostTest, APresetThatHasBecomeAPipeIsNotWaitedFor) {
+    writePreset("preset");
+    options.preset = preset.string();
+    start();
+    std::filesystem::remove(preset);
+    ASSERT_EQ(::mkfifo(preset.c_str(), 0600), 0);
+    takeSignal(SIGHUP);
+    EXPECT_EQ(ruleName(), "preset");
+    EXPECT_NE(err.str().find(preset.string() + ": cannot be read: it is not a regular file"),
+              std::string::npos);
 }
 
 TEST_F(JackHostTest, APresetThatNobodyEditsLeavesTheSessionAlone) {

@@ -52,11 +52,13 @@ TEST(JackOptions, ANameFitsIntoAPortsName) {
     EXPECT_EQ(errorOf({"--name", std::string(61, 'n')}), "option --name: a name has 1 to 60 bytes");
     EXPECT_EQ(errorOf({"--name="}), "option --name: a name has 1 to 60 bytes");
     EXPECT_EQ(errorOf({"--name", "a:b"}), "option --name: \"a:b\" holds a colon or a control character");
-    EXPECT_EQ(errorOf({"--name", "a\nb"}), "option --name: \"a\nb\" holds a colon or a control character");
+    EXPECT_EQ(errorOf({"--name", "a\n\x1b"}),
+              "option --name: \"a\\n\\u001b\" holds a colon or a control character");
 }
 
 TEST(JackOptions, WhatIsWrongIsNamed) {
     EXPECT_EQ(errorOf({"p.json"}), "what is \"p.json\"? A preset is given as --preset PRESET.json");
+    EXPECT_EQ(errorOf({"\x1b[2J"}), "what is \"\\u001b[2J\"? A preset is given as --preset PRESET.json");
     EXPECT_EQ(errorOf({"--presets", "p.json"}), "unknown option --presets");
     EXPECT_EQ(errorOf({"--preset"}), "option --preset needs a value");
     EXPECT_EQ(errorOf({"--preset", "a", "--preset", "b"}), "option --preset is given twice");

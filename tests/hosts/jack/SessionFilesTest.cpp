@@ -95,6 +95,14 @@ TEST_F(SessionFilesTest, ADamagedVersionIsListedWithItsProblemAndKept) {
     EXPECT_EQ(readWholeFile(files.file(1)), Data(damaged.begin(), damaged.end()));
 }
 
+TEST_F(SessionFilesTest, NoVersionIsWaitedFor) {
+    files.add(documentOf(1));
+    fs::remove(files.file(0));
+    ASSERT_EQ(::mkfifo(files.file(0).c_str(), 0600), 0);
+    ASSERT_EQ(files.versions().size(), 1U);
+    EXPECT_THAT(files.versions()[0].problem, testing::HasSubstr("it is not a regular file"));
+}
+
 TEST_F(SessionFilesTest, AVersionKeepsTheTimeAtWhichItWasSaved) {
     files.add(documentOf(1));
     constexpr timespec longAgo{1'000'000'000, 0};
