@@ -68,7 +68,8 @@ Examples:
     VerbText{"check", "Usage: midi-quillo check PRESET.json [--advice] [--write OUT.json [--force]]\n", R"(
 Says what PRESET.json is, a preset of any generation, and what its rules do,
 one rule a line. Channels are counted from 1; everything else is the number in
-the MIDI message. If the preset is damaged, says what is wrong and where.
+the MIDI message. Under a rule that the editor cannot show, or would change,
+it says so. If the preset is damaged, says what is wrong and where.
 
 Options:
   --advice          say as well which rules can never fire, which swallow all
