@@ -58,7 +58,8 @@ void writeLimitsOfTheEditor(const Rule& rule, std::ostream& out) {
     if (const auto reason = whyNoEntry(rule)) {
         out << "   The editor cannot show " << inQuotes(rule.name) << ": " << *reason << ".\n";
     } else if (const auto change = whatEditingChanges(rule)) {
-        out << "   An edit of any rule changes " << inQuotes(rule.name) << " too: " << *change << ".\n";
+        out << "   Editing the message of " << inQuotes(rule.name)
+            << " changes more than the editor shows: " << *change << ".\n";
     }
 }
 

@@ -68,7 +68,7 @@ Examples:
     VerbText{"check", "Usage: midi-quillo check PRESET.json [--advice] [--write OUT.json [--force]]\n", R"(
 Says what PRESET.json is, a preset of any generation, and what its rules do,
 one rule a line. Channels are counted from 1; everything else is the number in
-the MIDI message. Under a rule that the editor cannot show, or would change,
+the MIDI message. Under a rule that the editor cannot show, or not as it is,
 it says so. If the preset is damaged, says what is wrong and where.
 
 Options:

@@ -66,7 +66,7 @@ Rule oddRule(StatusV2 status, GenericByteV2 byte1) {
     return odd;
 }
 
-TEST_F(CheckCommandTest, NamesARuleThatTheEditorWouldChange) {
+TEST_F(CheckCommandTest, NamesARuleThatTheEditorCannotHoldAsItIs) {
     const auto path =
         folder.with("p.json", presetOf({controllerRule(onLoad(), 7),
                                         oddRule(StatusV2::programChange, GenericByteV2::Value{5}),
@@ -74,8 +74,8 @@ TEST_F(CheckCommandTest, NamesARuleThatTheEditorWouldChange) {
     const auto result = run({"check", path});
     EXPECT_EQ(result.status, exitSuccess);
     EXPECT_THAT(result.out,
-                HasSubstr("\n   An edit of any rule changes \"odd\" too: its program change has no "
-                          "bank, and gets bank 0.\n3. "));
+                HasSubstr("\n   Editing the message of \"odd\" changes more than the editor shows: "
+                          "its program change has no bank, and gets bank 0.\n3. "));
 }
 
 TEST_F(CheckCommandTest, NamesARuleThatTheEditorCannotShow) {
