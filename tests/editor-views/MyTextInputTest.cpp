@@ -215,6 +215,7 @@ TEST(MyTextInput, ADigitReturnOrF2BeginsTypingInAFocusedNumberAndNoOtherCharacte
     EXPECT_EQ(desk.window.unusedKeys().size(), 3U);
     EXPECT_FALSE(desk.input.isEditable());
     EXPECT_TRUE(key(desk.window, '4'));
+    ASSERT_TRUE(desk.input.isEditable());
     EXPECT_TRUE(key(desk.window, '2'));
     EXPECT_EQ(desk.input.typist()->getText(), "42");
     desk.press(juce::KeyPress::escapeKey);
