@@ -242,7 +242,9 @@ void JackClient::runCycle(jack_nframes_t frames) QUILLO_REALTIME {
     void* out = nullptr;
     QUILLO_REALTIME_EXEMPT("the server's library made these calls for the process thread")
     jack_position_t position;
-    transport.isRolling = ::jack_transport_query(client_.get(), &position) == JackTransportRolling;
+    const auto state = ::jack_transport_query(client_.get(), &position);
+    transport.isRolling = state == JackTransportRolling;
+    transport.isStarting = state == JackTransportStarting;
     transport.frame = position.frame;
     transport.clock = ::jack_last_frame_time(client_.get());
     in = ::jack_port_get_buffer(in_, frames);

@@ -45,11 +45,16 @@ void ProcessCycle::run(std::uint32_t frames, const ServerTransport& transport, c
     out_ = nullptr;
 }
 
+/// A server that relocates its rolling transport lets it start anew from there. That is no stop: nothing changes until
+/// it rolls again, and then it has jumped.
 void ProcessCycle::tellTransport(const ServerTransport& transport) QUILLO_REALTIME {
     if (wentOnWithTheClock(last_, transport)) {
         renderer_.loseTransport();
     }
     last_ = transport;
+    if (transport.isStarting && renderer_.transport().isMoving()) {
+        return;
+    }
     renderer_.tellTransport(0, transport.isRolling ? AUHostTransportStateMoving : 0,
                             static_cast<double>(transport.frame));
 }

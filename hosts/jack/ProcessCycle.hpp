@@ -15,8 +15,10 @@ namespace quillo {
 struct ServerTransport {
     bool isRolling = false;
     std::uint32_t frame = 0;  ///< at the cycle's first frame
-    std::uint32_t clock =
-        0;  ///< the server's own count of frames there, which goes on while cycles are missed
+    /// The server's own count of frames there, which goes on while cycles are missed.
+    std::uint32_t clock = 0;
+    /// It is about to roll from here, and waits for its clients, at least for this cycle.
+    bool isStarting = false;
 };
 
 /// What a cycle of the server does with the unit: the events of the input port go in at their frames, what the

@@ -135,6 +135,40 @@ TEST_F(ProcessCycleTest, ARelocationOfTheRollingTransportIsOneChange) {
     EXPECT_EQ(heard, (std::vector<std::string>{"[16] AU Host Continue", "[48] AU Host Start"}));
 }
 
+/// The server's word for that is that it starts from there, for one cycle or for as long as a client takes to follow.
+TEST_F(ProcessCycleTest, ARollingTransportThatIsRelocatedDoesNotStopInBetween) {
+    release();
+    run({}, {true, 0});
+    heard.clear();
+    run({}, {false, 4096, 16, true});
+    run({}, {true, 4096, 32});
+    run({}, {true, 4112, 48});
+    EXPECT_EQ(heard, (std::vector<std::string>{"[32] AU Host Continue"}));
+    for (std::uint32_t clock = 64; clock < 64 + 10 * 16; clock += 16) {
+        run({}, {false, 0, clock, true});
+    }
+    run({}, {true, 0, 64 + 10 * 16});
+    EXPECT_EQ(heard, (std::vector<std::string>{"[32] AU Host Continue", "[224] AU Host Start"}));
+}
+
+TEST_F(ProcessCycleTest, ARelocationThatEndsInAStopIsAStop) {
+    release();
+    run({}, {true, 0});
+    heard.clear();
+    run({}, {false, 4096, 16, true});
+    run({}, {false, 4096, 32});
+    EXPECT_EQ(heard, (std::vector<std::string>{"[32] AU Host Stop"}));
+}
+
+TEST_F(ProcessCycleTest, AStandingTransportThatIsAboutToStartStandsUntilItRolls) {
+    release();
+    run({}, {false, 0, 0, true});
+    run({}, {false, 0, 16, true});
+    EXPECT_EQ(heard, std::vector<std::string>{});
+    run({}, {true, 0, 32});
+    EXPECT_EQ(heard, (std::vector<std::string>{"[32] AU Host Start"}));
+}
+
 TEST_F(ProcessCycleTest, ATransportThatWentOnDuringMissedCyclesWasNotRelocated) {
     release();
     run({}, {true, 0, 1000});
