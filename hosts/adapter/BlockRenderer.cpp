@@ -3,13 +3,16 @@
 
 #include <algorithm>
 
+#include "hosts/midi/MessageLength.hpp"
+
 namespace quillo {
 
 namespace {
 
-constexpr std::uint8_t lowestStatus = 0x80;
-constexpr std::uint8_t systemExclusive = 0xF0;
-constexpr std::size_t longestShortMessage = 3;
+bool isSystemExclusive(std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    constexpr std::uint8_t status = 0xF0;
+    return !bytes.empty() && bytes.front() == status;
+}
 
 }  // namespace
 
@@ -56,17 +59,14 @@ void BlockRenderer::receive(std::uint32_t offset, std::span<const std::uint8_t> 
 
 /// False when the cycle is full: then the message is still to be received.
 bool BlockRenderer::tryReceive(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
-    if (bytes.empty() || bytes.front() < lowestStatus) {
-        return true;
-    }
-    if (bytes.front() == systemExclusive) {
+    if (isSystemExclusive(bytes)) {
         AUMIDISysExEvent event;
         event.eventType = AURenderEventType::midiSysEx;
         event.eventSampleTime = timeOf(offset);
         event.data = bytes;
         return incoming_.tryPush(event);
     }
-    return bytes.size() > longestShortMessage || incoming_.tryPushMIDI(timeOf(offset), bytes);
+    return !isCompleteShortMessage(bytes) || incoming_.tryPushMIDI(timeOf(offset), bytes);
 }
 
 void BlockRenderer::tellTransport(std::uint32_t offset, AUHostTransportStateFlags flags, double position,
@@ -141,10 +141,23 @@ void BlockRenderer::render(std::uint32_t end, std::uint32_t next) QUILLO_REALTIM
 OSStatus BlockRenderer::take(SampleTime time, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
     const auto last = timeOf(frames_ == 0 ? 0 : frames_ - 1);
     const auto offset = static_cast<std::uint32_t>(std::clamp(time, blockStart_, last) - blockStart_);
-    if (!outgoing_.hasRoomFor(bytes.size()) || (ask_ && !ask_(offset, bytes))) {
-        return kQuilloErr_OutputFull;
+    const auto room = roomFor(offset, bytes);
+    if (room == Room::enough) {
+        return outgoing_.tryPush(offset, bytes) ? noErr : kQuilloErr_OutputFull;
     }
-    return outgoing_.tryPush(offset, bytes) ? noErr : kQuilloErr_OutputFull;
+    const bool isLeftOut = room == Room::never && isSystemExclusive(bytes);
+    refused_.add(bytes, isLeftOut);
+    return isLeftOut ? noErr : kQuilloErr_OutputFull;
+}
+
+BlockRenderer::Room BlockRenderer::roomFor(std::uint32_t offset, std::span<const std::uint8_t> bytes) const QUILLO_REALTIME {
+    if (bytes.size() > outgoingBytes) {
+        return Room::never;
+    }
+    if (!outgoing_.hasRoomFor(bytes.size())) {
+        return Room::full;
+    }
+    return ask_ ? ask_(offset, bytes) : Room::enough;
 }
 
 }  // namespace quillo

@@ -11,6 +11,7 @@
 #include "engine/SampleTime.hpp"
 #include "hosts/adapter/HostTransport.hpp"
 #include "hosts/adapter/OutgoingMessages.hpp"
+#include "hosts/adapter/RefusedMessages.hpp"
 #include "platform/OSStatus.hpp"
 #include "platform/RealTime.hpp"
 #include "platform/RealTimeFunction.hpp"
@@ -48,12 +49,22 @@ public:
     BlockRenderer(const BlockRenderer&) = delete;
     BlockRenderer& operator=(const BlockRenderer&) = delete;
 
-    /// Whether the host has room for one more message of these bytes, due at this offset. Asked for each
+    /// What room a host has for one more message.
+    enum class Room : std::uint8_t {
+        enough,
+        full,  ///< not in this block
+        never  ///< not even in a block of its own
+    };
+
+    /// The host's room for one more message of these bytes, due at this offset. Asked for each
     /// message in the order in which the unit sends them; the offsets may go back and forth.
-    using Ask = RealTimeFunction<bool(std::uint32_t offset, std::span<const std::uint8_t> bytes)>;
+    using Ask = RealTimeFunction<Room(std::uint32_t offset, std::span<const std::uint8_t> bytes)>;
 
     /// [main, while nothing renders] A message for which `ask` has no room is refused, and the unit learns of it
     /// by the status `kQuilloErr_OutputFull`. An absent one finds room for everything.
+    ///
+    /// System exclusive that never has room is left out instead, and the unit goes on as if it had been sent: it would be
+    /// refused again each time, and take the rest of its block with it, the ends of notes among it.
     void setAsk(Ask ask) { ask_ = std::move(ask); }
 
     /// A block of so many frames, which may be none: then the unit gets a cycle of one frame all the same, so that what
@@ -61,9 +72,9 @@ public:
     void begin(std::uint32_t frames) QUILLO_REALTIME;
 
     /// One message from the host, in order of the offsets; an offset that lies behind the block or before an
-    /// earlier one's is moved to the nearest that does not. Those of system exclusive stay valid until `end`. What
-    /// is no complete message of one to three bytes nor system exclusive is left out, and so is system exclusive in the end:
-    /// the unit takes it and looks away.
+    /// earlier one's is moved to the nearest that does not. The bytes of system exclusive stay valid until `end`. What
+    /// is neither exactly one message nor system exclusive is left out, and so is system exclusive in the end: the unit
+    /// takes it and looks away.
     void receive(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
 
     /// What the host says of its transport, as `HostTransport::tell` takes it, from this offset on.
@@ -84,6 +95,9 @@ public:
     /// What the unit has sent since `begin`.
     [[nodiscard]] OutgoingMessages& outgoing() QUILLO_REALTIME { return outgoing_; }
 
+    /// [render, main] The messages that the host had no room for.
+    [[nodiscard]] RefusedMessages& refused() QUILLO_REALTIME { return refused_; }
+
     /// The transport as it is where the rendering stands.
     [[nodiscard]] const HostTransport& transport() const QUILLO_REALTIME { return transport_; }
 
@@ -99,6 +113,7 @@ private:
     void renderThrough(std::uint32_t offset) QUILLO_REALTIME;
     void render(std::uint32_t end, std::uint32_t next) QUILLO_REALTIME;
     OSStatus take(SampleTime time, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
+    [[nodiscard]] Room roomFor(std::uint32_t offset, std::span<const std::uint8_t> bytes) const QUILLO_REALTIME;
 
     MIDIQuilloAUAudioUnit& unit_;
     AUInternalRenderBlock renderBlock_;
@@ -106,6 +121,7 @@ private:
     Ask ask_;
     RenderEventList incoming_{incomingCapacity};
     OutgoingMessages outgoing_{outgoingCapacity, outgoingBytes};
+    RefusedMessages refused_;
     SampleTime blockStart_ = 0;
     std::uint32_t frames_ = 0;      ///< of the block
     std::uint32_t cycleStart_ = 0;  ///< the offset of the first frame that is not rendered

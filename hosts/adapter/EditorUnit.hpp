@@ -32,7 +32,7 @@ public:
     /// Sends a message by hand. Throws the `FatalError` of one that takes something from a triggering message.
     virtual void onInstantMessageClick(const RuleOutputVariantsV2& message) = 0;
 
-    /// [any but render] Shows the user an alert, at once or when an editor is opened.
+    /// [any but render] Shows the user an alert: when those before it have been dismissed, or when an editor is opened.
     virtual void tellUser(std::string message) = 0;
 
     /// Brings the model up to date, with new log entries, rules that the host has restored, and alerts. Some 30 times a

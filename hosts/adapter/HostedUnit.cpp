@@ -48,7 +48,7 @@ std::optional<std::string> HostedUnit::activate(double sampleRate, std::uint32_t
         unit_->processor->setRules(unit_->processor->rules());
     }
     return std::nullopt;
-} catch (const FatalError& error) {
+} catch (const std::exception& error) {
     return error.what();
 }
 
@@ -98,13 +98,37 @@ void HostedUnit::onInstantMessageClick(const RuleOutputVariantsV2& message) {
     controller_->onInstantMessageClick(message);
 }
 
-void HostedUnit::tellUser(std::string message) {
-    mainQueue_.async([model = model(), message = std::move(message)] { model->alert(message); });
+void HostedUnit::takeBack(const std::string& message) {
+    alerts_.remove(message);
+    mainQueue_.async([model = model(), message] { model->takeBackAlert(message); });
 }
 
 void HostedUnit::drain() {
     tellFatalError();
+    tellRefusals();
     mainQueue_.drain();
+    showNextAlert();
+}
+
+/// The next one waits here, where it takes little room, and not in the model.
+void HostedUnit::showNextAlert() {
+    auto& model = *controller_->model();
+    if (model.alertErrorMessage()) {
+        return;
+    }
+    if (auto alert = alerts_.takeNext()) {
+        model.alert(*std::move(alert));
+    }
+}
+
+/// A message that the host has no room for today it has no room for tomorrow.
+void HostedUnit::tellRefusals() {
+    while (const auto message = renderer_.refused().takeNext()) {
+        auto text = refusalText(*message, unit_->processor->rules());
+        if (refusalsTold_.insert(text).second) {
+            tellUser(text);
+        }
+    }
 }
 
 /// A cycle that failed for good would fail again and again: its error is told once.

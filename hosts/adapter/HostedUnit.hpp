@@ -5,13 +5,16 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "audiounit/AudioUnitViewController.hpp"
 #include "hosts/adapter/BlockRenderer.hpp"
 #include "hosts/adapter/EditorUnit.hpp"
+#include "hosts/adapter/PendingAlerts.hpp"
 #include "platform/MainQueue.hpp"
 #include "platform/StateDictionary.hpp"
 
@@ -49,11 +52,14 @@ public:
     void viewDidLoad() override;
     void onRulesChanged(std::vector<Rule> rules) override;
     void onInstantMessageClick(const RuleOutputVariantsV2& message) override;
-    void tellUser(std::string message) override;
+    void tellUser(std::string message) override { alerts_.add(message); }
     void drain() override;
 
     /// `callback` runs after each edit: the host's project has changed.
     void setOnEdit(std::function<void()> callback) { onEdit_ = std::move(callback); }
+
+    /// [any but render] What the user was told, or is to be told, is true no more.
+    void takeBack(const std::string& message);
 
     [[nodiscard]] MIDIQuilloAUAudioUnit& unit() { return *unit_; }
     [[nodiscard]] BlockRenderer& renderer() QUILLO_REALTIME { return renderer_; }
@@ -63,13 +69,17 @@ public:
 private:
     void setSampleRate(double sampleRate);
     void tellFatalError();
+    void tellRefusals();
+    void showNextAlert();
 
     MainQueue mainQueue_;
     std::shared_ptr<AudioUnitViewController> controller_;
     std::shared_ptr<MIDIQuilloAUAudioUnit> unit_;
     BlockRenderer renderer_;
     std::function<void()> onEdit_ = [] {};
+    PendingAlerts alerts_;
     bool fatalErrorTold_ = false;
+    std::set<std::string> refusalsTold_;
 };
 
 }  // namespace quillo

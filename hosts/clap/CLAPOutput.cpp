@@ -34,15 +34,26 @@ void CLAPOutput::begin(const clap_output_events_t* events) QUILLO_REALTIME {
 /// With the host's list empty yet, and its first message refused: room is not what that one lacks if the host takes
 /// one behind it. Where nothing but system exclusive waits, no message is there to tell, and new ones must not be
 /// held up.
-CLAPOutput::Messages CLAPOutput::offerBehindSystemExclusive() const QUILLO_REALTIME {
+CLAPOutput::Messages CLAPOutput::offerBehindSystemExclusive() QUILLO_REALTIME {
     auto others = left_;
     while (!others.empty() && isSystemExclusive(others.front())) {
         others = others.subspan(1);
         if (const auto left = offer(others); left.size() < others.size()) {
+            lose(left_.first(left_.size() - others.size()));
             return left;
         }
     }
-    return others.empty() ? others : left_;
+    if (!others.empty()) {
+        return left_;
+    }
+    lose(left_);
+    return others;
+}
+
+void CLAPOutput::lose(Messages messages) QUILLO_REALTIME {
+    for (const auto& message : messages) {
+        lost_.add(message.bytes, true);
+    }
 }
 
 void CLAPOutput::send(Messages messages) QUILLO_REALTIME {

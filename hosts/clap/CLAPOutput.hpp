@@ -23,6 +23,9 @@ class CLAPOutput {
 public:
     using Messages = std::span<const OutgoingMessages::Message>;
 
+    /// What is lost goes there.
+    explicit CLAPOutput(RefusedMessages& lost) : lost_(lost) {}
+
     /// A new block, with the host's list for it: null has no room. Offers what waits, due at the block's start.
     void begin(const clap_output_events_t* events) QUILLO_REALTIME;
 
@@ -34,11 +37,13 @@ public:
 
 private:
     void keep(Messages messages) QUILLO_REALTIME;
-    [[nodiscard]] Messages offerBehindSystemExclusive() const QUILLO_REALTIME;
+    [[nodiscard]] Messages offerBehindSystemExclusive() QUILLO_REALTIME;
+    void lose(Messages messages) QUILLO_REALTIME;
     [[nodiscard]] Messages offer(Messages messages) const QUILLO_REALTIME;
     [[nodiscard]] bool tryPush(const OutgoingMessages::Message& message) const QUILLO_REALTIME;
     [[nodiscard]] bool tryPush(const clap_event_header_t& event) const QUILLO_REALTIME;
 
+    RefusedMessages& lost_;
     const clap_output_events_t* events_ = nullptr;
     OutgoingMessages waiting_{BlockRenderer::outgoingCapacity, BlockRenderer::outgoingBytes};
     Messages left_;  ///< of those that wait, what the host has not taken

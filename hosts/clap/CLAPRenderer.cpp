@@ -38,10 +38,15 @@ bool isOurs(std::int16_t portIndex) QUILLO_REALTIME {
 }  // namespace
 
 CLAPRenderer::CLAPRenderer(BlockRenderer& renderer, MIDIQuilloAUAudioUnit& unit)
-    : renderer_(renderer), unit_(unit), processor_(*unit.processor), transport_(renderer) {
-    renderer_.setAsk(
-        [this](std::uint32_t, std::span<const std::uint8_t>)
-            QUILLO_REALTIME { return !output_.isWaiting(); });
+    : renderer_(renderer),
+      unit_(unit),
+      processor_(*unit.processor),
+      output_(renderer.refused()),
+      transport_(renderer) {
+    using Room = BlockRenderer::Room;
+    renderer_.setAsk([this](std::uint32_t, std::span<const std::uint8_t>) QUILLO_REALTIME {
+        return output_.isWaiting() ? Room::full : Room::enough;
+    });
 }
 
 void CLAPRenderer::activate(double sampleRate) {

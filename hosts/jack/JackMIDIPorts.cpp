@@ -33,6 +33,12 @@ void JackMIDIOutputPort::clear() QUILLO_REALTIME {
     QUILLO_REALTIME_EXEMPT_END
 }
 
+std::size_t JackMIDIOutputPort::room() const QUILLO_REALTIME {
+    QUILLO_REALTIME_EXEMPT("the server's library made this call for the process thread")
+    return ::jack_midi_max_event_size(buffer_);
+    QUILLO_REALTIME_EXEMPT_END
+}
+
 bool JackMIDIOutputPort::tryWrite(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
     QUILLO_REALTIME_EXEMPT("the server's library made this call for the process thread")
     return ::jack_midi_event_write(buffer_, offset, bytes.data(), bytes.size()) == 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -28,6 +29,7 @@ public:
     explicit JackMIDIOutputPort(void* buffer) QUILLO_REALTIME : buffer_(buffer) {}
 
     void clear() QUILLO_REALTIME override;
+    [[nodiscard]] std::size_t room() const QUILLO_REALTIME override;
     [[nodiscard]] bool tryWrite(std::uint32_t offset,
                                 std::span<const std::uint8_t> bytes) QUILLO_REALTIME override;
 

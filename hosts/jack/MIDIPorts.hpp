@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -32,6 +33,8 @@ protected:
 class MIDIOutputPort {
 public:
     virtual void clear() QUILLO_REALTIME = 0;
+    /// The longest message that there is room for now, in bytes.
+    [[nodiscard]] virtual std::size_t room() const QUILLO_REALTIME = 0;
     /// False, and nothing written, when there is no room for all of the message.
     [[nodiscard]] virtual bool tryWrite(std::uint32_t offset,
                                         std::span<const std::uint8_t> bytes) QUILLO_REALTIME = 0;

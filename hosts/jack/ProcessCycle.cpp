@@ -17,7 +17,7 @@ bool wentOnWithTheClock(const ServerTransport& last, const ServerTransport& now)
 
 ProcessCycle::ProcessCycle(BlockRenderer& renderer) : renderer_(renderer) {
     renderer_.setAsk([this](std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
-        return tryWrite(offset, bytes);
+        return write(offset, bytes);
     });
 }
 
@@ -33,6 +33,7 @@ void ProcessCycle::run(std::uint32_t frames, const ServerTransport& transport, c
         return;
     }
     out_ = &out;
+    longest_ = out.room();
     lastWritten_ = 0;
     renderer_.begin(frames);
     tellTransport(transport);
@@ -82,14 +83,17 @@ void ProcessCycle::receive(const MIDIInputPort& in) QUILLO_REALTIME {
     }
 }
 
-bool ProcessCycle::tryWrite(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+BlockRenderer::Room ProcessCycle::write(std::uint32_t offset,
+                                        std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    using Room = BlockRenderer::Room;
     const auto time = std::max(offset, lastWritten_);
-    if (!out_->tryWrite(time, bytes)) {
-        ++refused_;
-        return false;
+    if (out_->tryWrite(time, bytes)) {
+        lastWritten_ = time;
+        return Room::enough;
     }
-    lastWritten_ = time;
-    return true;
+    const auto room = bytes.size() > longest_ ? Room::never : Room::full;
+    ++(room == Room::never ? tooLong_ : refused_);
+    return room;
 }
 
 void ProcessCycle::writeInTimeOrder() QUILLO_REALTIME {

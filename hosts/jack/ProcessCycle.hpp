@@ -52,6 +52,8 @@ public:
     [[nodiscard]] std::uint64_t cycles() const { return cycles_; }
     /// [any] How many messages the output port had no room for, since this was made.
     [[nodiscard]] std::uint64_t refused() const { return refused_; }
+    /// [any] How many messages were longer than the output port has room for when it is empty.
+    [[nodiscard]] std::uint64_t tooLong() const { return tooLong_; }
     /// [any] How many events were lost on their way into the input port.
     [[nodiscard]] std::uint64_t lost() const { return lost_; }
 
@@ -62,17 +64,19 @@ private:
     [[nodiscard]] bool isHeld() QUILLO_REALTIME;
     void tellTransport(const ServerTransport& transport) QUILLO_REALTIME;
     void receive(const MIDIInputPort& in) QUILLO_REALTIME;
-    bool tryWrite(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
+    BlockRenderer::Room write(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
     void writeInTimeOrder() QUILLO_REALTIME;
 
     BlockRenderer& renderer_;
     SystemExclusiveAssembler assembler_;
     ServerTransport last_;           ///< of the cycle before
     MIDIOutputPort* out_ = nullptr;  ///< during a cycle
+    std::size_t longest_ = 0;        ///< the longest message for the port when it is empty
     std::uint32_t lastWritten_ = 0;  ///< the offset of the last message in the port
     std::atomic<std::uint32_t> cyclesToHold_{forever};
     std::atomic<std::uint64_t> cycles_{0};   ///< written by [render]
     std::atomic<std::uint64_t> refused_{0};  ///< written by [render]
+    std::atomic<std::uint64_t> tooLong_{0};  ///< written by [render]
     std::atomic<std::uint64_t> lost_{0};     ///< written by [render]
 };
 

@@ -212,6 +212,9 @@ void ServerLink::tellOfLosses() {
         messages_.say("the output port was full: " + counted(refused, "message") +
                       " refused; what came after in these cycles was left out");
     }
+    if (const auto tooLong = sinceLastTold(toldTooLong_, cycle_.tooLong())) {
+        messages_.say(counted(tooLong, "message") + " left out: longer than the output port takes");
+    }
     if (const auto lost = sinceLastTold(toldLost_, cycle_.lost())) {
         messages_.say("the input port was full: " + counted(lost, "message") + " lost");
     }

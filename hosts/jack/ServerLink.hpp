@@ -93,6 +93,7 @@ private:
     int silentSeconds_ = 0;
     std::uint64_t ticks_ = 0;
     std::uint64_t toldRefused_ = 0;
+    std::uint64_t toldTooLong_ = 0;
     std::uint64_t toldLost_ = 0;
 };
 

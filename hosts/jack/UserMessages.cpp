@@ -16,7 +16,7 @@ void UserMessages::warn(const std::string& text) {
 }
 
 void UserMessages::takeBack(const std::string& text) {
-    hosted_.mainQueue().async([model = hosted_.controller().model(), text] { model->takeBackAlert(text); });
+    hosted_.takeBack(text);
 }
 
 }  // namespace quillo

@@ -27,6 +27,10 @@ bool LV2Output::tryReserve(std::size_t bytes) QUILLO_REALTIME {
     return tryTake(bytes);
 }
 
+bool LV2Output::couldHold(std::size_t bytes) const QUILLO_REALTIME {
+    return sizeof(LV2_Atom_Sequence) + sizeof(LV2_Atom_Event) + lv2Padded(bytes) <= capacity_;
+}
+
 bool LV2Output::tryReserveStateChanged() QUILLO_REALTIME {
     stateChanged_ = tryTake(sizeof(LV2_Atom_Object_Body));
     return stateChanged_;

@@ -27,6 +27,9 @@ public:
     /// Sets room aside for one message of so many bytes. False when there is not enough.
     [[nodiscard]] bool tryReserve(std::size_t bytes) QUILLO_REALTIME;
 
+    /// Whether a message of so many bytes would have room in this buffer if it were empty.
+    [[nodiscard]] bool couldHold(std::size_t bytes) const QUILLO_REALTIME;
+
     /// Sets room aside for one notice that the state has changed, which leaves first of all in the block.
     [[nodiscard]] bool tryReserveStateChanged() QUILLO_REALTIME;
 

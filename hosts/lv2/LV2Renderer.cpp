@@ -5,13 +5,10 @@
 #include <limits>
 
 #include "hosts/lv2/LV2Position.hpp"
-#include "hosts/midi/MessageLength.hpp"
 
 namespace quillo {
 
 namespace {
-
-constexpr std::uint8_t systemExclusive = 0xF0;
 
 std::uint32_t offsetOf(std::int64_t time) QUILLO_REALTIME {
     constexpr std::int64_t last = std::numeric_limits<std::uint32_t>::max();
@@ -23,7 +20,10 @@ std::uint32_t offsetOf(std::int64_t time) QUILLO_REALTIME {
 LV2Renderer::LV2Renderer(BlockRenderer& renderer, const LV2URIDs& ids)
     : renderer_(renderer), ids_(ids), output_(ids) {
     renderer_.setAsk([this](std::uint32_t, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
-        return output_.tryReserve(bytes.size());
+        if (output_.tryReserve(bytes.size())) {
+            return BlockRenderer::Room::enough;
+        }
+        return output_.couldHold(bytes.size()) ? BlockRenderer::Room::full : BlockRenderer::Room::never;
     });
 }
 
@@ -49,16 +49,9 @@ void LV2Renderer::renderNothing(LV2_Atom_Sequence* out) QUILLO_REALTIME {
 
 void LV2Renderer::take(const LV2Event& event) QUILLO_REALTIME {
     if (event.type == ids_.midiEvent) {
-        takeMIDI(offsetOf(event.time), event.body);
+        renderer_.receive(offsetOf(event.time), event.body);
     } else if (event.type == ids_.atomObject || event.type == ids_.atomBlank) {
         takePosition(offsetOf(event.time), event.body);
-    }
-}
-
-void LV2Renderer::takeMIDI(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
-    const bool isSystemExclusive = !bytes.empty() && bytes.front() == systemExclusive;
-    if (isSystemExclusive || isCompleteShortMessage(bytes)) {
-        renderer_.receive(offset, bytes);
     }
 }
 

@@ -41,7 +41,6 @@ public:
 
 private:
     void take(const LV2Event& event) QUILLO_REALTIME;
-    void takeMIDI(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
     void takePosition(std::uint32_t offset, std::span<const std::uint8_t> body) QUILLO_REALTIME;
 
     BlockRenderer& renderer_;

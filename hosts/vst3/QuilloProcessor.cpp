@@ -39,7 +39,7 @@ QuilloProcessor::QuilloProcessor()
       hosted_(transportOfTheToolkit()) {
     hosted_.setOnEdit([this] { updateHostDisplay(ChangeDetails().withNonParameterStateChanged(true)); });
     hosted_.renderer().setAsk([this](std::uint32_t, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
-        return hasRoomFor(bytes);
+        return roomFor(bytes);
     });
 }
 
@@ -115,8 +115,12 @@ void QuilloProcessor::send(juce::MidiBuffer& messages) {
     }
 }
 
-bool QuilloProcessor::hasRoomFor(std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
-    return bytes.size() <= MIDIBufferWriter::longestMessage && eventsInBlock_++ < mostEvents;
+BlockRenderer::Room QuilloProcessor::roomFor(std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    using Room = BlockRenderer::Room;
+    if (bytes.size() > MIDIBufferWriter::longestMessage) {
+        return Room::never;
+    }
+    return eventsInBlock_++ < mostEvents ? Room::enough : Room::full;
 }
 
 /// The toolkit's buffer comes with the input in its first channels, and goes out as it is.

@@ -67,7 +67,7 @@ public:
 private:
     void passOn(const juce::MidiBuffer& messages);
     void send(juce::MidiBuffer& messages);
-    [[nodiscard]] bool hasRoomFor(std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
+    [[nodiscard]] BlockRenderer::Room roomFor(std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
     void keepAudio(juce::AudioBuffer<float>& audio) const;
 
     HostedUnit hosted_;

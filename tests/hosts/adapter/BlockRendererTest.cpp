@@ -14,6 +14,7 @@ namespace {
 
 using namespace test;
 using Timed = std::vector<std::pair<std::uint32_t, Bytes>>;
+using Room = BlockRenderer::Room;
 
 constexpr auto moving = AUHostTransportStateMoving;
 
@@ -72,9 +73,17 @@ TEST_F(BlockRendererTest, MessagesThatGoBackInTimeKeepTheirOrder) {
 }
 
 TEST_F(BlockRendererTest, WhatIsNoCompleteMessageIsLeftOut) {
-    EXPECT_EQ(block(16, {{1, {}}, {2, {60, 100}}, {3, {0x90, 60, 1, 0x90}}, {4, {0xFA}}}),
-              (Timed{{4, {0xFA}}}));
-    EXPECT_EQ(heard, (std::vector<std::string>{"[4] fa"}));
+    const Timed incomplete{{1, {}},
+                           {1, {60, 100}},
+                           {2, {0x90, 60}},
+                           {2, {0xC0}},
+                           {2, {0x90, 60, 0x90}},
+                           {3, {0x90, 60, 1, 0x90}},
+                           {3, {0xC0, 1, 2}},
+                           {3, {0xF4}}};
+    EXPECT_EQ(block(16, incomplete), Timed());
+    EXPECT_EQ(heard, std::vector<std::string>());
+    EXPECT_EQ(block(16, {{4, {0xFA}}, {4, {0xC0, 1}}}), (Timed{{4, {0xFA}}, {4, {0xC0, 1}}}));
 }
 
 TEST_F(BlockRendererTest, SystemExclusiveIsNotSeenByTheRules) {
@@ -271,7 +280,7 @@ TEST_F(BlockRendererTest, AMessageWithoutRoomIsRefusedAndEndsTheCycle) {
     std::vector<std::uint32_t> asked;
     renderer.setAsk(WithoutDeadline([&](std::uint32_t offset, std::span<const std::uint8_t>) {
         asked.push_back(offset);
-        return asked.size() < 2;
+        return asked.size() < 2 ? Room::enough : Room::full;
     }));
     renderer.begin(64);
     for (const auto offset : {1U, 2U, 3U}) {
@@ -283,13 +292,42 @@ TEST_F(BlockRendererTest, AMessageWithoutRoomIsRefusedAndEndsTheCycle) {
 }
 
 TEST_F(BlockRendererTest, AfterARefusalTheNextBlockIsRenderedAsEver) {
-    renderer.setAsk([](std::uint32_t, std::span<const std::uint8_t>) { return false; });
+    renderer.setAsk([](std::uint32_t, std::span<const std::uint8_t>) { return Room::full; });
     renderer.begin(64);
     renderer.receive(1, Bytes{0xC0, 1});
     EXPECT_EQ(renderer.end(), kQuilloErr_OutputFull);
     renderer.setAsk({});
     EXPECT_EQ(block(64, {{2, {0xC0, 2}}}), (Timed{{2, {0xC0, 2}}}));
     EXPECT_EQ(renderer.now(), 128);
+}
+
+/// Else the note would sound on, each time.
+TEST_F(BlockRendererTest, SystemExclusiveThatNeverHasRoomIsLeftOutAndTakesNothingWithIt) {
+    unit->processor->setRules({rule(onNoteOff(), send(systemExclusive({1, 2, 3})), "dump")});
+    renderer.setAsk([](std::uint32_t, std::span<const std::uint8_t> bytes) {
+        return bytes.size() > 4 ? Room::never : Room::enough;
+    });
+    EXPECT_EQ(block(16, {{1, {0x80, 60, 0}}, {2, {0x90, 61, 1}}}),
+              (Timed{{1, {0x80, 60, 0}}, {2, {0x90, 61, 1}}}));
+    EXPECT_EQ(renderer.refused().count(), 1U);
+    const auto refused = renderer.refused().takeNext();
+    ASSERT_TRUE(refused.has_value());
+    EXPECT_TRUE(refused->fitsNever);
+    EXPECT_TRUE(refused->matches(Bytes{0xF0, 1, 2, 3, 0xF7}));
+}
+
+TEST_F(BlockRendererTest, SystemExclusiveThatIsLongerThanABlockNeverHasRoom) {
+    unit->processor->setRules({rule(onNoteOn(), send(systemExclusive(Bytes(BlockRenderer::outgoingBytes))))});
+    EXPECT_EQ(block(16, {{1, {0x90, 60, 1}}}), (Timed{{1, {0x90, 60, 1}}}));
+    EXPECT_EQ(renderer.refused().count(), 1U);
+}
+
+TEST_F(BlockRendererTest, AShortMessageThatNeverHasRoomIsRefusedAsAnyOther) {
+    renderer.setAsk([](std::uint32_t, std::span<const std::uint8_t>) { return Room::never; });
+    renderer.begin(64);
+    renderer.receive(1, Bytes{0xC0, 1});
+    EXPECT_EQ(renderer.end(), kQuilloErr_OutputFull);
+    EXPECT_EQ(renderer.refused().count(), 1U);
 }
 
 TEST_F(BlockRendererTest, MoreEventsThanACycleHoldsAllArriveAtTheirTimes) {

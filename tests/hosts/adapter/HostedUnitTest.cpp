@@ -125,6 +125,64 @@ TEST_F(HostedUnitTest, ACycleThatFailsForGoodIsToldOnce) {
     EXPECT_EQ(model.alertErrorMessage(), std::nullopt);
 }
 
+/// Half an hour of a host that tries again and again, and no editor to say so in.
+TEST_F(HostedUnitTest, FailuresThatPileUpBeforeAnEditorIsOpenAreOneAlertWithTheirNumber) {
+    for (int i = 0; i < 20000; ++i) {
+        ASSERT_TRUE(hosted.restore(bytesOf("{")).has_value());
+    }
+    hosted.tellUser("No.");
+    hosted.controller().viewDidLoad();
+    hosted.drain();
+    auto& model = *hosted.controller().model();
+    EXPECT_THAT(model.alertErrorMessage().value(), testing::EndsWith("(20000 times)"));
+    hosted.drain();
+    model.dismissAlert();
+    hosted.drain();
+    EXPECT_EQ(model.alertErrorMessage(), "No.");
+    model.dismissAlert();
+    hosted.drain();
+    EXPECT_EQ(model.alertErrorMessage(), std::nullopt);
+}
+
+TEST_F(HostedUnitTest, WhatIsTakenBackIsNotShownAnyMoreWhetherItWaitsOrIsShown) {
+    auto& model = *hosted.controller().model();
+    hosted.tellUser("No server.");
+    hosted.takeBack("No server.");
+    hosted.drain();
+    EXPECT_EQ(model.alertErrorMessage(), std::nullopt);
+    hosted.tellUser("No server.");
+    hosted.drain();
+    EXPECT_EQ(model.alertErrorMessage(), "No server.");
+    hosted.takeBack("No server.");
+    hosted.drain();
+    EXPECT_EQ(model.alertErrorMessage(), std::nullopt);
+}
+
+TEST_F(HostedUnitTest, WhatTheHostHasNoRoomForIsToldOnceForEachRule) {
+    using Room = BlockRenderer::Room;
+    hosted.onRulesChanged({rule(onNoteOn(exactly(1)), send(systemExclusive(Bytes(50, 1))), "patch"),
+                           rule(onNoteOn(any), send(systemExclusive(Bytes(60, 2))), "dump")});
+    hosted.renderer().setAsk([](std::uint32_t, std::span<const std::uint8_t> bytes) {
+        return bytes.size() > 10 ? Room::never : Room::enough;
+    });
+    auto& model = *hosted.controller().model();
+    std::vector<std::string> told;
+    for (std::uint8_t note = 2; note > 0; --note) {
+        for (int block = 0; block < 10; ++block) {
+            hosted.renderer().begin(16);
+            hosted.renderer().receive(0, Bytes{0x90, note, 1});
+            EXPECT_EQ(hosted.renderer().end(), noErr);
+            EXPECT_EQ(hosted.renderer().outgoing().inTimeOrder().size(), 1U);
+            for (hosted.drain(); model.alertErrorMessage(); hosted.drain()) {
+                told.push_back(*model.alertErrorMessage());
+                model.dismissAlert();
+            }
+        }
+    }
+    EXPECT_THAT(told, testing::ElementsAre(HasSubstr("rule 2, \"dump\""), HasSubstr("rule 1, \"patch\"")));
+    EXPECT_EQ(hosted.renderer().refused().count(), 30U);
+}
+
 TEST_F(HostedUnitTest, ManyRestoredStatesAreShownOnce) {
     hosted.controller().viewDidLoad();
     hosted.drain();

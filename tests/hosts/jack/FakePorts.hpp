@@ -45,10 +45,12 @@ public:
         ++clears;
         QUILLO_REALTIME_EXEMPT_END
     }
+    [[nodiscard]] std::size_t room() const QUILLO_REALTIME override { return longest; }
     [[nodiscard]] bool tryWrite(std::uint32_t offset,
                                 std::span<const std::uint8_t> bytes) QUILLO_REALTIME override {
         QUILLO_REALTIME_EXEMPT("a test has no deadline")
-        if (written.size() == room || (!written.empty() && written.back().first > offset)) {
+        if (written.size() == mostMessages || bytes.size() > longest ||
+            (!written.empty() && written.back().first > offset)) {
             return false;
         }
         written.emplace_back(offset, copyOf(bytes));
@@ -57,7 +59,8 @@ public:
     }
 
     Timed written;
-    std::size_t room = std::numeric_limits<std::size_t>::max();
+    std::size_t mostMessages = std::numeric_limits<std::size_t>::max();
+    std::size_t longest = std::numeric_limits<std::size_t>::max();
     int clears = 0;
 };
 

@@ -83,6 +83,17 @@ TEST_F(JackMIDI, AFullPortIsToldWithTheNumberOfMessagesThatWereRefused) {
     EXPECT_EQ(end(*program), 0);
 }
 
+TEST_F(JackMIDI, AMessageThatIsTooLongForThePortIsReportedAndTakesNothingWithIt) {
+    const JackServer server;
+    const auto program = runOn(server.name(), {rule(onNoteOff(), send(systemExclusive(Bytes(100000, 1))))});
+    JackPlayer player(server.name());
+    player.connectTo("midi-quillo");
+    const Messages notes{{0, {0x80, 60, 0}}, {9, {0x80, 61, 0}}};
+    EXPECT_EQ(player.play(notes, 512), notes);
+    program->err().waitFor("left out: longer than the output port takes");
+    EXPECT_EQ(end(*program), 0);
+}
+
 TEST_F(JackMIDI, TheLogPrintsWhatComesAndWhatGoes) {
     const JackServer server;
     const auto program = runOn(server.name(), controllerForNote(20), {"--log"});

@@ -72,18 +72,34 @@ TEST_F(ProcessCycleTest, MessagesSentOutOfOrderAreWrittenInTheOrderOfTime) {
 
 TEST_F(ProcessCycleTest, AMessageWithoutRoomIsRefusedAndCounted) {
     release();
-    out.room = 2;
+    out.mostMessages = 2;
     EXPECT_EQ(run({{1, {0xC0, 1}}, {2, {0xC0, 2}}, {3, {0xC0, 3}}}), (Timed{{1, {0xC0, 1}}, {2, {0xC0, 2}}}));
     EXPECT_EQ(cycle.refused(), 1U);
     EXPECT_EQ(run({{1, {0xC0, 4}}}), (Timed{{1, {0xC0, 4}}}));
     EXPECT_EQ(cycle.refused(), 1U);
 }
 
+TEST_F(ProcessCycleTest, SystemExclusiveThatIsTooLongForThePortIsLeftOutAndTheRestOfTheCycleLeaves) {
+    unit->processor->setRules({rule(onNoteOff(), send(systemExclusive({1, 2, 3})))});
+    release();
+    out.longest = 4;
+    EXPECT_EQ(run({{1, {0x80, 60, 0}}, {2, {0x80, 61, 0}}}), (Timed{{1, {0x80, 60, 0}}, {2, {0x80, 61, 0}}}));
+    EXPECT_EQ(cycle.tooLong(), 2U);
+    EXPECT_EQ(cycle.refused(), 0U);
+}
+
+TEST_F(ProcessCycleTest, AnIncompleteMessageIsLeftOut) {
+    unit->processor->setRules({rule(onNoteOn(), send(controlChange(0, 7, 1)))});
+    release();
+    EXPECT_EQ(run({{1, {0x90, 60}}, {2, {0xC0}}, {3, {0xC0, 1}}}), (Timed{{3, {0xC0, 1}}}));
+    EXPECT_EQ(heard, (std::vector<std::string>{"[3] c0 01"}));
+}
+
 TEST_F(ProcessCycleTest, TheUnitHearsOfARefusalAndDoesNotLogTheMessageAsSent) {
     unit->logOutput =
         WithoutDeadline([this](const EventLogEntry& entry) { heard.push_back("out " + text(entry)); });
     release();
-    out.room = 1;
+    out.mostMessages = 1;
     run({{1, {0xC0, 1}}, {2, {0xC0, 2}}});
     EXPECT_EQ(heard, (std::vector<std::string>{"[1] c0 01", "out [1] c0 01", "[2] c0 02"}));
 }
@@ -91,7 +107,7 @@ TEST_F(ProcessCycleTest, TheUnitHearsOfARefusalAndDoesNotLogTheMessageAsSent) {
 TEST_F(ProcessCycleTest, AFullPortKeepsWhatFittedWhenItIsPutInOrder) {
     unit->processor->setRules({rule(onNoteOn(exactly(60)), send(controlChange(0, 7, 1), 8))});
     release();
-    out.room = 3;
+    out.mostMessages = 3;
     EXPECT_EQ(run({{2, {0x90, 60, 1}}, {5, {0x90, 61, 1}}, {6, {0x90, 62, 1}}, {7, {0x90, 63, 1}}}),
               (Timed{{2, {0x90, 60, 1}}, {5, {0x90, 61, 1}}, {10, {0xB0, 7, 1}}}));
     EXPECT_EQ(cycle.refused(), 1U);

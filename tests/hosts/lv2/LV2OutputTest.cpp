@@ -72,6 +72,30 @@ TEST_F(LV2Output, HoldsALongMessageToTheLastByteOrNotAtAll) {
     EXPECT_EQ(host.bytesWritten, exact);
 }
 
+TEST_F(LV2Output, LeavesOutWhatTheBufferWouldNotHoldIfItWereEmptyAndSendsTheRest) {
+    host.loadRules({rule(onNoteOff(), send(systemExclusive(Bytes(999, 5))), "dump")});
+    host.capacity = head + sizeof(LV2_Atom_Event) + 1007;
+    LV2Sequence events;
+    events.addMIDI(3, {0x80, 60, 0});
+    events.addMIDI(4, {0x80, 61, 0});
+    host.run(64, events);
+    EXPECT_EQ(host.take(), (Messages{{3, {0x80, 60, 0}}, {4, {0x80, 61, 0}}}));
+    host.unit().drain();
+    EXPECT_NE(host.unit().controller().model()->alertErrorMessage().value_or("").find("rule 1, \"dump\""),
+              std::string::npos);
+}
+
+TEST_F(LV2Output, RefusesWhatHasNoRoomBehindOthersAndTheRestOfTheBlock) {
+    host.loadRules({rule(onNoteOff(), send(systemExclusive(Bytes(999, 5))))});
+    host.capacity = head + sizeof(LV2_Atom_Event) + 1008;
+    LV2Sequence events;
+    events.addMIDI(3, {0xC0, 1});
+    events.addMIDI(4, {0x80, 61, 0});
+    host.run(64, events);
+    EXPECT_EQ(host.take(), (Messages{{3, {0xC0, 1}}}));
+    EXPECT_EQ(host.unit().renderer().refused().count(), 1U);
+}
+
 TEST_F(LV2Output, HasRoomAgainInTheNextBlock) {
     host.capacity = head;
     host.run(64, notes(3));

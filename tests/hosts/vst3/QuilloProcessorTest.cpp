@@ -124,10 +124,12 @@ TEST_F(QuilloProcessorTest, ChannelsWithoutAnInputAreSilent) {
     EXPECT_EQ(audio.getMagnitude(0, 64), 0.0F);
 }
 
-TEST_F(QuilloProcessorTest, AMessageThatIsLongerThanAnEventCanBeIsRefused) {
+TEST_F(QuilloProcessorTest, AMessageThatIsLongerThanAnEventCanBeIsLeftOutAndReported) {
     install({rule(onNoteOn(exactly(1)), send(systemExclusive(Bytes(MIDIBufferWriter::longestMessage - 1)))),
              rule(onNoteOn(exactly(2)), send(systemExclusive(Bytes(MIDIBufferWriter::longestMessage - 2))))});
-    EXPECT_EQ(sentFor({{0, {0x90, 1, 1}}}).size(), 0U);
+    EXPECT_EQ(sentFor({{0, {0x90, 1, 1}}}), (std::vector<ScriptMessage>{{0, {0x90, 1, 1}}}));
+    ASSERT_TRUE(alert().has_value());
+    EXPECT_THAT(*alert(), HasSubstr("The SysEx of rule 1,"));
     const auto sent = sentFor({{0, {0x90, 2, 1}}});
     ASSERT_EQ(sent.size(), 2U);
     EXPECT_EQ(sent[0].bytes.size(), MIDIBufferWriter::longestMessage);

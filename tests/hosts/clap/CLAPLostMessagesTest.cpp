@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a host never takes is counted among what it refused.
+#include <gtest/gtest.h>
+
+#include "hosts/clap/CLAPOutput.hpp"
+#include "support/OutputRecorder.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+
+class CLAPLostMessages : public testing::Test {
+protected:
+    /// A block of a host that takes short messages only, and what the plug-in sends in it.
+    void block(const std::vector<Bytes>& messages) {
+        output.begin(&events);
+        OutgoingMessages sent(16, 4096);
+        for (const auto& bytes : messages) {
+            ASSERT_TRUE(sent.tryPush(0, bytes));
+        }
+        output.send(sent.inTimeOrder());
+    }
+
+    RefusedMessages lost;
+    CLAPOutput output{lost};
+    const clap_output_events_t events{nullptr,
+                                      [](const clap_output_events_t*, const clap_event_header_t* event) {
+                                          return event->type == CLAP_EVENT_MIDI;
+                                      }};
+};
+
+TEST_F(CLAPLostMessages, SystemExclusiveThatTheHostRefusesBeforeAMessageThatItTakes) {
+    block({{0xF0, 1, 0xF7}, {0xF0, 2, 0xF7}, {0xC0, 1}, {0xF0, 3, 0xF7}});
+    EXPECT_EQ(lost.count(), 0U);
+    block({});
+    EXPECT_EQ(lost.count(), 2U);
+    for (const std::uint8_t body : {1, 2}) {
+        const auto message = lost.takeNext();
+        ASSERT_TRUE(message.has_value());
+        EXPECT_TRUE(message->matches(Bytes{0xF0, body, 0xF7}));
+        EXPECT_TRUE(message->fitsNever);
+    }
+}
+
+TEST_F(CLAPLostMessages, SystemExclusiveAloneThatTheHostRefusesTwice) {
+    block({{0xF0, 1, 0xF7}});
+    block({});
+    EXPECT_EQ(lost.count(), 1U);
+    EXPECT_FALSE(output.isWaiting());
+}
+
+TEST_F(CLAPLostMessages, NothingThatTheHostTakes) {
+    block({{0xC0, 1}});
+    block({});
+    EXPECT_EQ(lost.count(), 0U);
+}
+
+}  // namespace
+}  // namespace quillo
