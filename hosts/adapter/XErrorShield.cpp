@@ -49,9 +49,15 @@ XErrorShield::~XErrorShield() {
     if (auto* display = static_cast<Display*>(toolkitConnection())) {
         XSync(display, False);
     }
-    if (--shields == 0) {
-        XSetErrorHandler(hostErrorHandler);
-        XSetIOErrorHandler(hostBrokenConnectionHandler);
+    if (--shields > 0) {
+        return;
+    }
+    if (const auto current = XSetErrorHandler(hostErrorHandler); current != passOver) {
+        XSetErrorHandler(current);
+    }
+    if (const auto current = XSetIOErrorHandler(hostBrokenConnectionHandler);
+        current != passOverBrokenConnection) {
+        XSetIOErrorHandler(current);
     }
 }
 

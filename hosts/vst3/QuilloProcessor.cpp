@@ -2,8 +2,10 @@
 #include "hosts/vst3/QuilloProcessor.hpp"
 
 #include <algorithm>
+#include <cstring>
 #include <exception>
 #include <limits>
+#include <string>
 
 #include "editor/Fonts.hpp"
 #include "hosts/vst3/MIDIBufferWriter.hpp"
@@ -15,9 +17,11 @@ namespace quillo {
 namespace {
 
 constexpr int mostChannels = 8;
+constexpr std::uint8_t systemExclusive = 0xF0;
+constexpr std::uint8_t endOfExclusive = 0xF7;
 
-/// Hosts count in frames but may round; and the toolkit tells no position below zero.
-HostTransport transportOfTheToolkit() {
+/// Hosts count in frames but may round; and JUCE reports no position below zero.
+HostTransport transportOfTheWrapper() {
     constexpr double tolerance = 1.0;
     return HostTransport(tolerance, HostTransport::Positions::noneBelowZero);
 }
@@ -30,17 +34,24 @@ std::span<const std::uint8_t> bytesOf(const juce::MidiMessageMetadata& message) 
     return {message.data, static_cast<std::size_t>(message.numBytes)};
 }
 
+/// The wrapper puts both ends around what the host gives, and the buffer then ends the message at the first end. So of
+/// what had its ends before, only the first is there twice.
+bool lacksItsSecondEnd(std::span<const std::uint8_t> bytes) {
+    return bytes.size() > 2 && bytes.size() < MIDIBufferWriter::longestMessage &&
+           bytes[0] == systemExclusive && bytes[1] == systemExclusive;
+}
+
 }  // namespace
 
 QuilloProcessor::QuilloProcessor()
     : AudioProcessor(BusesProperties()
                          .withInput("Input", juce::AudioChannelSet::stereo())
                          .withOutput("Output", juce::AudioChannelSet::stereo())),
-      hosted_(transportOfTheToolkit()) {
+      hosted_(transportOfTheWrapper()) {
     hosted_.setOnEdit([this] { updateHostDisplay(ChangeDetails().withNonParameterStateChanged(true)); });
-    hosted_.renderer().setAsk([this](std::uint32_t, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
-        return roomFor(bytes);
-    });
+    hosted_.renderer().setAsk(
+        [this](std::uint32_t, std::span<const std::uint8_t> bytes)
+            QUILLO_REALTIME { return roomFor(bytes); });
 }
 
 QuilloProcessor::~QuilloProcessor() = default;
@@ -49,13 +60,29 @@ const juce::String QuilloProcessor::getName() const {
     return "MIDI Quillo";
 }
 
+std::int32_t QuilloProcessor::queryIAudioProcessor(const Steinberg::TUID id, void** object) {
+    constexpr std::int32_t found = 0;
+    const bool isMeant = std::memcmp(id, interfaceId, sizeof interfaceId) == 0;
+    *object = isMeant ? this : nullptr;
+    return isMeant ? found : VST3ClientExtensions::queryIAudioProcessor(id, object);
+}
+
 void QuilloProcessor::prepareToPlay(double sampleRate, int longestBlock) {
-    if (auto reason = hosted_.activate(sampleRate, static_cast<std::uint32_t>(std::max(longestBlock, 0)))) {
-        hosted_.tellUser(*std::move(reason));
+    const auto problem = whyNotReady(sampleRate, longestBlock);
+    canRender_ = !problem;
+    if (problem) {
+        hosted_.tellUser(*problem);
     }
+}
+
+std::optional<std::string> QuilloProcessor::whyNotReady(double sampleRate, int longestBlock) try {
     roomyBuffer_.ensureSize(
         MIDIBufferWriter::storageFor(BlockRenderer::outgoingCapacity, BlockRenderer::outgoingBytes));
     bufferIsToBeSwapped_ = true;
+    bothEndsTwice_.reserve(MIDIBufferWriter::longestMessage);
+    return hosted_.activate(sampleRate, static_cast<std::uint32_t>(std::max(longestBlock, 0)));
+} catch (const std::exception& error) {
+    return std::string("MIDI Quillo cannot get ready to render: ") + error.what();
 }
 
 void QuilloProcessor::releaseResources() {
@@ -70,6 +97,11 @@ bool QuilloProcessor::isBusesLayoutSupported(const BusesLayout& layout) const {
 }
 
 void QuilloProcessor::processBlock(juce::AudioBuffer<float>& audio, juce::MidiBuffer& messages) {
+    keepAudio(audio);
+    if (!canRender_) {
+        messages.clear();
+        return;
+    }
     auto& renderer = hosted_.renderer();
     renderer.begin(static_cast<std::uint32_t>(audio.getNumSamples()));
     eventsInBlock_ = 0;
@@ -81,26 +113,32 @@ void QuilloProcessor::processBlock(juce::AudioBuffer<float>& audio, juce::MidiBu
     }
     renderer.end();
     send(messages);
-    keepAudio(audio);
 }
 
 /// Before the first block that is not bypassed nothing is due, and the rules have not been loaded either.
 void QuilloProcessor::processBlockBypassed(juce::AudioBuffer<float>& audio, juce::MidiBuffer& messages) {
-    auto& renderer = hosted_.renderer();
-    if (renderer.now() > 0) {
-        renderer.begin(static_cast<std::uint32_t>(audio.getNumSamples()));
-        eventsInBlock_ = 0;
-        renderer.end();
-        passOn(messages);
-        send(messages);
-    }
     keepAudio(audio);
+    auto& renderer = hosted_.renderer();
+    const bool isRunning = canRender_ && renderer.now() > 0;
+    renderer.begin(static_cast<std::uint32_t>(audio.getNumSamples()));
+    eventsInBlock_ = 0;
+    if (isRunning) {
+        renderer.end();
+    }
+    passOn(messages);
+    send(messages);
 }
 
 /// Behind what is due at the same time; what finds no more room stays away, as it would from the host.
 void QuilloProcessor::passOn(const juce::MidiBuffer& messages) {
     for (const auto message : messages) {
-        static_cast<void>(hosted_.renderer().outgoing().tryPush(offsetOf(message), bytesOf(message)));
+        auto bytes = bytesOf(message);
+        if (lacksItsSecondEnd(bytes)) {
+            bothEndsTwice_.assign(bytes.begin(), bytes.end());
+            bothEndsTwice_.push_back(endOfExclusive);
+            bytes = bothEndsTwice_;
+        }
+        static_cast<void>(hosted_.renderer().outgoing().tryPush(offsetOf(message), bytes));
     }
 }
 
@@ -123,7 +161,7 @@ BlockRenderer::Room QuilloProcessor::roomFor(std::span<const std::uint8_t> bytes
     return eventsInBlock_++ < mostEvents ? Room::enough : Room::full;
 }
 
-/// The toolkit's buffer comes with the input in its first channels, and goes out as it is.
+/// JUCE's buffer comes with the input in its first channels, and goes out as it is.
 void QuilloProcessor::keepAudio(juce::AudioBuffer<float>& audio) const {
     for (int channel = getTotalNumInputChannels(); channel < audio.getNumChannels(); ++channel) {
         audio.clear(channel, 0, audio.getNumSamples());
@@ -138,22 +176,35 @@ bool QuilloProcessor::hasEditor() const {
     return requireTypefaces().isEmpty();
 }
 
-juce::AudioProcessorEditor* QuilloProcessor::createEditor() {
+juce::AudioProcessorEditor* QuilloProcessor::createEditor() try {
+    if (!shield_) {
+        shield_.emplace();
+    }
     return std::make_unique<QuilloProcessorEditor>(*this).release();
+} catch (const std::exception& error) {
+    hosted_.tellUser(std::string("The editor cannot be opened: ") + error.what());
+    return nullptr;
 }
 
-void QuilloProcessor::getStateInformation(juce::MemoryBlock& destination) {
-    try {
-        const auto document = hosted_.save();
-        destination.replaceAll(document.data(), document.size());
-    } catch (const std::exception& error) {
-        hosted_.tellUser(std::string("The rules cannot be saved with the project: ") + error.what());
-    }
+void QuilloProcessor::getStateInformation(juce::MemoryBlock& destination) try {
+    saved_ = false;
+    const auto document = hosted_.save();
+    destination.replaceAll(document.data(), document.size());
+    saved_ = true;
+} catch (const std::exception& error) {
+    hosted_.tellUser(std::string("The rules cannot be saved with the project: ") + error.what());
 }
 
 void QuilloProcessor::setStateInformation(const void* data, int size) {
     const auto* bytes = static_cast<const std::uint8_t*>(data);
-    static_cast<void>(hosted_.restore({bytes, static_cast<std::size_t>(size)}));
+    restored_ = !hosted_.restore({bytes, static_cast<std::size_t>(size)});
+}
+
+bool QuilloProcessor::endRestoring() {
+    if (!restored_) {
+        hosted_.tellUser("The saved rules cannot be restored: the project's data are damaged.");
+    }
+    return restored_.value_or(false);
 }
 
 }  // namespace quillo

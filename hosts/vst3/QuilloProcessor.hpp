@@ -3,21 +3,31 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <vector>
 
 #include <juce_audio_processors/juce_audio_processors.h>
 
 #include "hosts/adapter/HostedUnit.hpp"
+#include "hosts/adapter/XErrorShield.hpp"
 
 namespace quillo {
 
-/// The unit as the toolkit's audio processor, out of which the toolkit's wrapper makes the VST3 plug-in. MIDI
+/// The unit as JUCE's audio processor, out of which JUCE's wrapper makes the VST3 plug-in. MIDI
 /// goes through the rules. Audio comes out as it went in, so that the plug-in is silent by itself and mutes
 /// nothing where a host puts it into a track with sound.
 ///
+/// The wrapper lets exceptions through to the host, and JUCE's errors of the X server end the host's process: no
+/// operation throws, and from the first editor on an `XErrorShield` is up.
+///
 /// Threads: `processBlock` and `processBlockBypassed` [render], the state [any but render], everything else [main].
-class QuilloProcessor final : public juce::AudioProcessor {
+class QuilloProcessor final : public juce::AudioProcessor, public juce::VST3ClientExtensions {
 public:
+    /// What the wrapper's component answers to this identifier is its `QuilloProcessor`.
+    static constexpr Steinberg::TUID interfaceId{'Q', 'u', 'i', 'l', 'l', 'o', 'P', 'r',
+                                                 'o', 'c', 'e', 's', 's', 'o', 'r', 0};
+
     /// The wrapper hands no more events than this to the host in a block. The unit learns that the rest is
     /// refused, as it does of messages that are longer than an event can be.
     static constexpr std::size_t mostEvents = 2048;
@@ -27,8 +37,13 @@ public:
 
     [[nodiscard]] HostedUnit& hosted() { return hosted_; }
 
+    [[nodiscard]] std::int32_t queryIAudioProcessor(const Steinberg::TUID id, void** object) override;
+
+    /// A rate that is rejected is reported to the user. Until there is another one nothing is rendered: no message
+    /// leaves, unless the plug-in is bypassed, and audio passes.
     void prepareToPlay(double sampleRate, int longestBlock) override;
     void releaseResources() override;
+    [[nodiscard]] bool canRender() const { return canRender_; }
 
     /// As many channels in as out, or none on one side; up to 8, as the unit's busses.
     [[nodiscard]] bool isBusesLayoutSupported(const BusesLayout& layout) const override;
@@ -36,7 +51,8 @@ public:
     void processBlock(juce::AudioBuffer<float>& audio, juce::MidiBuffer& messages) override;
     using AudioProcessor::processBlock;
 
-    /// Messages pass as they came, and no rule sees them. What rules have sent before with a delay leaves at its
+    /// Messages pass as they came, and no rule sees them. A host that hands system exclusive over with both of its
+    /// ends gets both back. What rules have sent before with a delay leaves at its
     /// time, so that no note hangs.
     void processBlockBypassed(juce::AudioBuffer<float>& audio, juce::MidiBuffer& messages) override;
     using AudioProcessor::processBlockBypassed;
@@ -50,13 +66,14 @@ public:
 
     /// False on a machine without typefaces, where nothing could be read.
     [[nodiscard]] bool hasEditor() const override;
+    /// Null when it cannot be made.
     [[nodiscard]] juce::AudioProcessorEditor* createEditor() override;
 
-    /// One nameless program: a preset file is the only preset.
+    /// One program, because hosts want one, and a name for it, because validators do: a preset file is the only preset.
     [[nodiscard]] int getNumPrograms() override { return 1; }
     [[nodiscard]] int getCurrentProgram() override { return 0; }
     void setCurrentProgram(int /*index*/) override {}
-    [[nodiscard]] const juce::String getProgramName(int /*index*/) override { return {}; }
+    [[nodiscard]] const juce::String getProgramName(int /*index*/) override { return "Rules"; }
     void changeProgramName(int /*index*/, const juce::String& /*name*/) override {}
 
     /// The bytes of the state document and nothing else. What cannot be saved or restored, the editor's user is
@@ -64,7 +81,16 @@ public:
     void getStateInformation(juce::MemoryBlock& destination) override;
     void setStateInformation(const void* data, int size) override;
 
+    /// Around a call that hands the wrapper a project's chunk: the second says whether rules were restored from it. The
+    /// user is told when there were none.
+    void beginRestoring() { restored_.reset(); }
+    [[nodiscard]] bool endRestoring();
+
+    /// Whether the last state that was asked for could be written.
+    [[nodiscard]] bool hasSaved() const { return saved_; }
+
 private:
+    [[nodiscard]] std::optional<std::string> whyNotReady(double sampleRate, int longestBlock);
     void passOn(const juce::MidiBuffer& messages);
     void send(juce::MidiBuffer& messages);
     [[nodiscard]] BlockRenderer::Room roomFor(std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
@@ -76,6 +102,12 @@ private:
     /// small, and would grow on the render thread.
     juce::MidiBuffer roomyBuffer_;
     bool bufferIsToBeSwapped_ = false;
+
+    bool canRender_ = false;
+    bool saved_ = true;
+    std::optional<bool> restored_;        ///< whether the state of the last call was; none without a call
+    std::optional<XErrorShield> shield_;  ///< from the first editor on
+    std::vector<std::uint8_t> bothEndsTwice_;  ///< [render] room for one message
 
     std::size_t eventsInBlock_ = 0;  ///< [render]
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/vst3/QuilloProcessorEditor.hpp"
 
+#include <exception>
 #include <utility>
 #include <vector>
 
@@ -22,7 +23,7 @@ QuilloProcessorEditor::QuilloProcessorEditor(QuilloProcessor& quillo)
     setResizeLimits(leastWidth, leastHeight, greatest, greatest);
     setSize(AudioUnitViewController::preferredWidth, AudioUnitViewController::preferredHeight);
     hosted_.controller().viewDidLoad();
-    hosted_.drain();
+    timerCallback();
     startTimerHz(drainsPerSecond);
 }
 
@@ -33,7 +34,11 @@ void QuilloProcessorEditor::resized() {
 }
 
 void QuilloProcessorEditor::timerCallback() {
-    hosted_.drain();
+    try {
+        hosted_.drain();
+    } catch (const std::exception& error) {
+        hosted_.tellUser(error.what());
+    }
 }
 
 }  // namespace quillo

@@ -8,7 +8,7 @@
 
 namespace quillo {
 
-/// The editor as the toolkit's wrapper puts it into the host's window: the view, and the clock that does what waits
+/// The editor as JUCE's wrapper puts it into the host's window: the view, and the clock that does what waits
 /// for the main thread. The host scales it. [main]
 class QuilloProcessorEditor final : public juce::AudioProcessorEditor, private juce::Timer {
 public:
@@ -23,6 +23,7 @@ public:
     void resized() override;
 
 private:
+    /// Lets no exception out: behind it is the host's event loop.
     void timerCallback() override;
 
     HostedUnit& hosted_;

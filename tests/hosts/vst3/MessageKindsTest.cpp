@@ -85,6 +85,19 @@ TEST_F(VST3MessageKinds, EveryPolyPressureArrivesAndLeavesAsItIs) {
     }
 }
 
+/// Hosts made with the SDK look for no other.
+TEST_F(VST3MessageKinds, PolyPressureLeavesAsTheEventThatTheFormatHasForIt) {
+    sentFor({{7, {0xA3, 60, 100}}});
+    ASSERT_EQ(plugIn.sentEvents().size(), 1U);
+    const auto& event = plugIn.sentEvents().front();
+    EXPECT_EQ(event.type, vst::Event::kPolyPressureEvent);
+    EXPECT_EQ(event.sampleOffset, 7);
+    EXPECT_EQ(event.polyPressure.channel, 3);
+    EXPECT_EQ(event.polyPressure.pitch, 60);
+    EXPECT_FLOAT_EQ(event.polyPressure.pressure, 100.0F / 127.0F);
+    EXPECT_EQ(event.polyPressure.noteId, -1);
+}
+
 TEST_F(VST3MessageKinds, EveryValueOfEveryControllerArrivesAndLeavesAsItIs) {
     for (int controller = 0; controller < 128; ++controller) {
         std::vector<ScriptMessage> messages;
@@ -140,6 +153,18 @@ TEST_F(VST3MessageKinds, SystemExclusiveLeavesAsItIsAndIsNotPassedOn) {
         message.push_back(0xF7);
         EXPECT_EQ(outputOf(systemExclusive(Bytes(message.begin() + 1, message.end() - 1))), message);
         EXPECT_EQ(sentFor({{3, message}}), std::vector<ScriptMessage>()) << length;
+    }
+}
+
+/// At some lengths JUCE's buffer would not be read to its end.
+TEST_F(VST3MessageKinds, SystemExclusiveOfAnyLengthArrivesAndIsNotPassedOn) {
+    for (std::size_t length = 65520; length < 65540; ++length) {
+        Bytes message(length, 0x55);
+        message.front() = 0xF0;
+        message.back() = 0xF7;
+        EXPECT_EQ(sentFor({{3, message}, {4, {0x90, 60, 1}}}),
+                  (std::vector<ScriptMessage>{{4, {0x90, 60, 1}}}))
+            << length;
     }
 }
 

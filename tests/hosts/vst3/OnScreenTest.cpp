@@ -11,6 +11,9 @@
 #include "support/TestRules.hpp"
 #include "support/Threads.hpp"
 
+// Behind JUCE, whose names it takes.
+#include <X11/Xlib.h>
+
 namespace quillo {
 namespace {
 
@@ -104,6 +107,58 @@ TEST_F(VST3OnScreen, EditorsOfSeveralInstancesStandSideBySideAndOneOfThemCloses)
     }
     view.resize(400, 400);
     EXPECT_EQ(view.sizeOfThePlugInsWindow(), Size(400, 400));
+}
+
+/// What the X server then says of windows that are gone would end the process.
+TEST_F(VST3OnScreen, AHostMayDestroyItsWindowBeforeTheEditorInIt) {
+    for (int round = 0; round < 3; ++round) {
+        VST3View view(plugIn, loop);
+        view.destroyWindow();
+        if (round > 0) {
+            Steinberg::ViewRect size(0, 0, 400, 300);
+            EXPECT_EQ(view.view().onSize(&size), Steinberg::kResultOk);
+        }
+        for (int turn = 0; turn < 5 * round; ++turn) {
+            loop.turn(20);
+        }
+    }
+    VST3View view(plugIn, loop);
+    EXPECT_EQ(view.sizeOfThePlugInsWindow(), Size(500, 250));
+}
+
+/// For the time after the editor too: a host's own errors are the host's own affair.
+TEST_F(VST3OnScreen, TheHostsErrorsReachTheHostsHandler) {
+    static int errors = 0;
+    const auto before = XSetErrorHandler([](Display*, XErrorEvent*) { return ++errors, 0; });
+    auto* const display = XOpenDisplay(nullptr);
+    ASSERT_NE(display, nullptr);
+    {
+        VST3Instance other;
+        for (int opened = 0; opened < 2; ++opened) {
+            const VST3View view(other, loop);
+            XMapWindow(display, 1);
+            XSync(display, False);
+        }
+        XMapWindow(display, 1);
+        XSync(display, False);
+    }
+    EXPECT_EQ(errors, 3);
+    XMapWindow(display, 1);
+    XSync(display, False);
+    EXPECT_EQ(errors, 4);
+    XCloseDisplay(display);
+    XSetErrorHandler(before);
+}
+
+TEST_F(VST3OnScreen, AHandlerThatTheHostSetsWhileAnEditorIsOpenStays) {
+    const auto before = XSetErrorHandler(nullptr);
+    const auto hosts = [](Display*, XErrorEvent*) { return 0; };
+    {
+        VST3Instance other;
+        const VST3View view(other, loop);
+        XSetErrorHandler(hosts);
+    }
+    EXPECT_EQ(XSetErrorHandler(before), static_cast<XErrorHandler>(hosts));
 }
 
 }  // namespace

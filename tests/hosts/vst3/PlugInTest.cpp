@@ -2,7 +2,12 @@
 // The built plug-in as a host meets it: its class, its busses, its transport, its bypass.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <limits>
+#include <set>
+
+#include <pluginterfaces/vst/ivstunits.h>
 
 #include "hosts/vst3/VST3Host.hpp"
 #include "persistence/PluginData.hpp"
@@ -192,6 +197,24 @@ TEST_F(VST3PlugIn, BypassedItPassesEverythingAndSendsWhatIsStillDue) {
     EXPECT_EQ(sentFor({{5, {0x90, 60, 1}}}), std::vector<ScriptMessage>());
 }
 
+/// Some hosts hand system exclusive over with its ends, some without.
+TEST_F(VST3PlugIn, BypassedItGivesSystemExclusiveBackAsItCame) {
+    install({});
+    bypass(true);
+    for (const auto& body : {Bytes{0xF0, 0x7E, 1, 2, 0xF7}, Bytes{0x7E, 1, 2}, Bytes{0xF0, 0xF7}, Bytes{5}}) {
+        input.clear();
+        Event event{};
+        event.sampleOffset = 9;
+        event.type = Event::kDataEvent;
+        event.data = {static_cast<uint32>(body.size()), DataEvent::kMidiSysEx, body.data()};
+        input.events.addEvent(event);
+        ASSERT_EQ(plugIn.process(blockLength, input, nullptr), kResultOk);
+        ASSERT_EQ(plugIn.sentEvents().size(), 1U);
+        const auto& sent = plugIn.sentEvents().front().data;
+        EXPECT_EQ(Bytes(sent.bytes, sent.bytes + sent.size), body);
+    }
+}
+
 TEST_F(VST3PlugIn, BypassedFromTheStartItLoadsItsRulesWhenItIsBypassedNoMore) {
     install({rule(onLoad(), send(controlChange(0, 7, 1)))});
     bypass(true);
@@ -225,12 +248,69 @@ TEST_F(VST3PlugIn, ActivatedAtAnotherRateItKeepsItsMilliseconds) {
     EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}), (std::vector<ScriptMessage>{{96, {0x91, 61, 5}}}));
 }
 
+TEST_F(VST3PlugIn, AtARejectedSampleRateItIsNotActivatedAndRendersNothing) {
+    install({rule(onLoad(), send(controlChange(0, 7, 1)))});
+    plugIn.deactivate();
+    for (const auto rate : {-1.0, 1e10, std::numeric_limits<double>::quiet_NaN()}) {
+        ProcessSetup setup{kRealtime, kSample32, 512, rate};
+        static_cast<void>(plugIn.processor().setupProcessing(setup));
+        EXPECT_EQ(plugIn.component().setActive(1), kResultFalse) << rate;
+        plugIn.audio[0].assign(blockLength, 0.25F);
+        EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}), std::vector<ScriptMessage>()) << rate;
+        EXPECT_EQ(plugIn.audio[0], std::vector<float>(blockLength, 0.25F));
+    }
+    plugIn.activate();
+    EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{0, {0xB0, 7, 1}}}));
+}
+
 TEST_F(VST3PlugIn, WhatIsDueOutlivesADeactivation) {
     install({rule(onNoteOn(any, any, eating), send(noteOn(1, 61, 5), 20))});
     EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}), std::vector<ScriptMessage>());
     plugIn.deactivate();
     plugIn.activate();
     EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{448, {0x91, 61, 5}}}));
+}
+
+/// What Steinberg's validator asks of units and of lists of programs.
+TEST_F(VST3PlugIn, UnitsAndProgramsAreNamedAndReferToOneAnother) {
+    void* found = nullptr;
+    ASSERT_EQ(plugIn.controller().queryInterface(IUnitInfo::iid, &found), kResultOk);
+    const auto units = owned(static_cast<IUnitInfo*>(found));
+    std::set<ProgramListID> lists{kNoProgramListId};
+    for (int32 index = 0; index < units->getProgramListCount(); ++index) {
+        ProgramListInfo list{};
+        ASSERT_EQ(units->getProgramListInfo(index, list), kResultOk);
+        EXPECT_NE(list.name[0], 0);
+        EXPECT_GT(list.programCount, 0);
+        EXPECT_TRUE(lists.insert(list.id).second);
+        for (int32 program = 0; program < list.programCount; ++program) {
+            String128 name{};
+            EXPECT_EQ(units->getProgramName(list.id, program, name), kResultOk);
+            EXPECT_NE(name[0], 0) << "list " << index << ", program " << program;
+        }
+    }
+    std::set<UnitID> ids;
+    for (int32 index = 0; index < units->getUnitCount(); ++index) {
+        UnitInfo unit{};
+        ASSERT_EQ(units->getUnitInfo(index, unit), kResultOk);
+        EXPECT_NE(unit.name[0], 0);
+        EXPECT_TRUE(ids.insert(unit.id).second);
+        EXPECT_TRUE(lists.contains(unit.programListId));
+        EXPECT_TRUE(unit.parentUnitId == kNoParentUnitId || ids.contains(unit.parentUnitId));
+    }
+    EXPECT_TRUE(ids.contains(kRootUnitId));
+}
+
+/// Whatever a host asks first: the component is one object.
+TEST_F(VST3PlugIn, TheComponentIsTheSameWhateverItIsAskedThrough) {
+    for (const auto& id : {IComponent::iid, IPluginBase::iid, FUnknown::iid}) {
+        void* found = nullptr;
+        ASSERT_EQ(plugIn.processor().queryInterface(id, &found), kResultOk);
+        EXPECT_EQ(found, &plugIn.component());
+        plugIn.component().release();
+    }
+    void* unknown = nullptr;
+    EXPECT_NE(plugIn.component().queryInterface(IPlugView::iid, &unknown), kResultOk);
 }
 
 /// Each has rules, rates and blocks of its own.

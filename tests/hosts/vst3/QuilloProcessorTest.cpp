@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <stdexcept>
 
 #include "editor/AlertView.hpp"
 #include "hosts/formats/FormatScript.hpp"
@@ -170,15 +171,31 @@ TEST_F(QuilloProcessorTest, RulesThatCannotBeSavedAreToldOfAndKept) {
     juce::MemoryBlock saved;
     processor.getStateInformation(saved);
     EXPECT_TRUE(saved.isEmpty());
+    EXPECT_FALSE(processor.hasSaved());
     ASSERT_TRUE(alert().has_value());
     EXPECT_THAT(*alert(), HasSubstr("The rules cannot be saved with the project"));
     EXPECT_EQ(processor.hosted().unit().processor->rules(), unwritable);
 }
 
-TEST_F(QuilloProcessorTest, ASampleRateThatIsNoneIsToldOf) {
+TEST_F(QuilloProcessorTest, ARejectedSampleRateIsReportedAndNothingIsRendered) {
+    install(answer);
     processor.prepareToPlay(-1.0, 512);
     ASSERT_TRUE(alert().has_value());
     EXPECT_THAT(*alert(), HasSubstr("sample rate"));
+    EXPECT_FALSE(processor.canRender());
+    EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}), std::vector<ScriptMessage>());
+    EXPECT_EQ(processor.hosted().renderer().now(), 0);
+    processor.prepareToPlay(scriptSampleRate, 512);
+    EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}).size(), 2U);
+}
+
+TEST_F(QuilloProcessorTest, BeforeARateIsKnownNothingIsRendered) {
+    QuilloProcessor unprepared;
+    juce::AudioBuffer<float> audio(2, 64);
+    buffer.addEvent(juce::MidiMessage::noteOn(1, 60, 0.5F), 7);
+    unprepared.processBlock(audio, buffer);
+    EXPECT_TRUE(buffer.isEmpty());
+    EXPECT_EQ(unprepared.hosted().renderer().now(), 0);
 }
 
 class QuilloProcessorEditorTest : public QuilloProcessorTest {
@@ -247,6 +264,18 @@ TEST_F(QuilloProcessorEditorTest, WhatWentWrongBeforeItOpenedIsShown) {
     processor.setStateInformation("{", 1);
     const auto editor = open();
     EXPECT_NE(dynamic_cast<AlertView*>(editor->view().overlay()), nullptr);
+}
+
+/// The host's event loop is behind the clock.
+TEST_F(QuilloProcessorEditorTest, WhatGoesWrongOnTheMainThreadIsShownAndDoesNotReachTheHost) {
+    const auto fail = [] { throw std::runtime_error("no room for the log"); };
+    processor.hosted().mainQueue().async(fail);
+    const auto editor = open();
+    processor.hosted().mainQueue().async(fail);
+    while (dynamic_cast<AlertView*>(editor->view().overlay()) == nullptr) {
+        juce::MessageManager::getInstance()->runDispatchLoopUntil(10);
+    }
+    EXPECT_EQ(alert(), "no room for the log\n\n(2 times)");
 }
 
 TEST_F(QuilloProcessorEditorTest, LogsAreKeptFromTheFirstEditorToTheNext) {

@@ -17,6 +17,7 @@ namespace quillo {
 namespace {
 
 using namespace test;
+using Steinberg::kResultFalse;
 using Steinberg::kResultOk;
 
 constexpr std::uint32_t blockLength = 64;
@@ -97,21 +98,42 @@ TEST_F(VST3State, AnEmptyOneIsRefusedAndTheRulesStay) {
     EXPECT_EQ(answers(), Bytes{61});
 }
 
-TEST_F(VST3State, ADamagedOneLeavesTheRules) {
+TEST_F(VST3State, ADamagedOneIsReportedAsNotRestoredAndLeavesTheRules) {
     const auto document = answerWith(61);
     ASSERT_EQ(plugIn.setState(document), kResultOk);
     const auto chunk = plugIn.state();
     const auto other = answerWith(62);
     for (std::size_t length = 1; length < other.size(); ++length) {
-        static_cast<void>(plugIn.setState(std::span(other).first(length)));
+        EXPECT_EQ(plugIn.setState(std::span(other).first(length)), kResultFalse) << length;
     }
     std::mt19937 generator(1);
     Bytes noise(1U << 20U);
     std::ranges::generate(noise, [&generator] { return static_cast<std::uint8_t>(generator()); });
-    static_cast<void>(plugIn.setState(noise));
+    for (const auto& damaged : {noise, Bytes{0}, Bytes{'{', '}'}, Bytes(1000)}) {
+        EXPECT_EQ(plugIn.setState(damaged), kResultFalse) << damaged.size();
+    }
     EXPECT_EQ(plugIn.state(), chunk);
     plugIn.activate();
     EXPECT_EQ(answers(), Bytes{61});
+}
+
+/// What JUCE's wrapper writes behind the document says how long it is.
+TEST_F(VST3State, AChunkThatIsDamagedBehindTheDocumentIsReportedAsNotRestored) {
+    ASSERT_EQ(plugIn.setState(answerWith(61)), kResultOk);
+    const auto chunk = plugIn.state();
+    constexpr std::size_t markSize = 15;
+    for (const std::uint8_t byte : {0x7F, 0xFF}) {
+        for (std::size_t place = 1; place <= 8; ++place) {
+            auto damaged = chunk;
+            damaged[chunk.size() - markSize - place] = byte;
+            EXPECT_EQ(plugIn.setState(damaged), kResultFalse) << place;
+        }
+    }
+    const auto behind = std::span(chunk).subspan(answerWith(61).size());
+    EXPECT_EQ(plugIn.setState(behind), kResultFalse) << "without a document";
+    EXPECT_EQ(plugIn.setState(behind.subspan(8)), kResultFalse);
+    EXPECT_EQ(plugIn.state(), chunk);
+    EXPECT_EQ(plugIn.setState(chunk), kResultOk);
 }
 
 TEST_F(VST3State, MayBeReplacedAndSavedWhileAnotherThreadProcesses) {

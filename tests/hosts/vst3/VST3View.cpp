@@ -133,6 +133,11 @@ void VST3View::setScale(float scale) {
     settle();
 }
 
+void VST3View::destroyWindow() {
+    XDestroyWindow(window_->display, window_->window);
+    XSync(window_->display, False);
+}
+
 std::pair<unsigned, unsigned> VST3View::sizeOfThePlugInsWindow() const {
     ::Window root = 0;
     ::Window parent = 0;

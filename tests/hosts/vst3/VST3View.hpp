@@ -51,6 +51,9 @@ public:
     /// What the host says of its screen.
     void setScale(float scale);
 
+    /// The host destroys its window, and the plug-in's in it, before it has the view removed.
+    void destroyWindow();
+
     /// The size of the plug-in's own window inside the host's.
     [[nodiscard]] std::pair<unsigned, unsigned> sizeOfThePlugInsWindow() const;
 

@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/vst3/PlugInComponent.hpp"
+
+#include <array>
+#include <exception>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "hosts/vst3/EventLists.hpp"
+#include "hosts/vst3/StateChunk.hpp"
+
+namespace quillo {
+
+using namespace Steinberg;
+using namespace Steinberg::Vst;
+
+namespace {
+
+template <class Interface>
+IPtr<Interface> asked(FUnknown& object) {
+    void* found = nullptr;
+    const bool answers = object.queryInterface(Interface::iid, &found) == kResultOk;
+    return answers ? owned(static_cast<Interface*>(found)) : nullptr;
+}
+
+/// All that the host has kept; nothing when it cannot be read.
+std::optional<std::vector<std::uint8_t>> readAll(IBStream& stream) {
+    std::vector<std::uint8_t> bytes;
+    std::array<std::uint8_t, 4096> piece{};
+    if (stream.seek(0, IBStream::kIBSeekSet, nullptr) != kResultOk) {
+        return std::nullopt;
+    }
+    for (int32 length = 0;
+         stream.read(piece.data(), int32{piece.size()}, &length) == kResultOk && length > 0;) {
+        bytes.insert(bytes.end(), piece.begin(), piece.begin() + length);
+    }
+    return bytes;
+}
+
+}  // namespace
+
+IPtr<PlugInComponent> PlugInComponent::around(FUnknown& made) {
+    auto component = asked<IComponent>(made);
+    auto processor = asked<IAudioProcessor>(made);
+    void* quillo = nullptr;
+    if (!component || !processor || made.queryInterface(QuilloProcessor::interfaceId, &quillo) != kResultOk) {
+        return nullptr;
+    }
+    return owned(new PlugInComponent(std::move(component), std::move(processor),
+                                     *static_cast<QuilloProcessor*>(quillo)));
+}
+
+PlugInComponent::PlugInComponent(IPtr<IComponent> component, IPtr<IAudioProcessor> processor,
+                                 QuilloProcessor& quillo)
+    : component_(std::move(component)), processor_(std::move(processor)), quillo_(quillo) {}
+
+tresult PlugInComponent::queryInterface(const TUID id, void** object) {
+    const auto is = [id](const FUID& own) { return FUnknownPrivate::iidEqual(id, own); };
+    if (is(IComponent::iid) || is(IPluginBase::iid) || is(FUnknown::iid)) {
+        *object = static_cast<IComponent*>(this);
+    } else if (is(IAudioProcessor::iid)) {
+        *object = static_cast<IAudioProcessor*>(this);
+    } else {
+        return component_->queryInterface(id, object);
+    }
+    addRef();
+    return kResultOk;
+}
+
+uint32 PlugInComponent::addRef() {
+    return ++references_;
+}
+
+uint32 PlugInComponent::release() {
+    const auto left = --references_;
+    if (left == 0) {
+        delete this;
+    }
+    return left;
+}
+
+tresult PlugInComponent::setState(IBStream* state) try {
+    if (state == nullptr) {
+        return kInvalidArgument;
+    }
+    const auto chunk = readAll(*state);
+    quillo_.beginRestoring();
+    if (chunk && isStateChunk(*chunk)) {
+        static_cast<void>(component_->setState(state));
+    }
+    return quillo_.endRestoring() ? kResultOk : kResultFalse;
+} catch (const std::exception&) {
+    return kResultFalse;
+}
+
+tresult PlugInComponent::getState(IBStream* state) try {
+    const auto result = component_->getState(state);
+    return quillo_.hasSaved() ? result : kResultFalse;
+} catch (const std::exception&) {
+    return kResultFalse;
+}
+
+tresult PlugInComponent::setActive(TBool state) try {
+    const auto result = component_->setActive(state);
+    if (state != 0 && !quillo_.canRender()) {
+        static_cast<void>(component_->setActive(0));
+        return kResultFalse;
+    }
+    return result;
+} catch (const std::exception&) {
+    return kResultFalse;
+}
+
+tresult PlugInComponent::process(ProcessData& data) {
+    IncomingEvents incoming(data.inputEvents);
+    OutgoingEvents outgoing(data.outputEvents);
+    auto block = data;
+    block.inputEvents = data.inputEvents != nullptr ? &incoming : nullptr;
+    block.outputEvents = data.outputEvents != nullptr ? &outgoing : nullptr;
+    return processor_->process(block);
+}
+
+tresult PlugInComponent::initialize(FUnknown* context) {
+    return component_->initialize(context);
+}
+
+tresult PlugInComponent::terminate() {
+    return component_->terminate();
+}
+
+tresult PlugInComponent::getControllerClassId(TUID classId) {
+    return component_->getControllerClassId(classId);
+}
+
+tresult PlugInComponent::setIoMode(IoMode mode) {
+    return component_->setIoMode(mode);
+}
+
+int32 PlugInComponent::getBusCount(MediaType type, BusDirection direction) {
+    return component_->getBusCount(type, direction);
+}
+
+tresult PlugInComponent::getBusInfo(MediaType type, BusDirection direction, int32 index, BusInfo& bus) {
+    return component_->getBusInfo(type, direction, index, bus);
+}
+
+tresult PlugInComponent::getRoutingInfo(RoutingInfo& in, RoutingInfo& out) {
+    return component_->getRoutingInfo(in, out);
+}
+
+tresult PlugInComponent::activateBus(MediaType type, BusDirection direction, int32 index, TBool state) {
+    return component_->activateBus(type, direction, index, state);
+}
+
+tresult PlugInComponent::setBusArrangements(SpeakerArrangement* inputs, int32 inputCount,
+                                            SpeakerArrangement* outputs, int32 outputCount) {
+    return processor_->setBusArrangements(inputs, inputCount, outputs, outputCount);
+}
+
+tresult PlugInComponent::getBusArrangement(BusDirection direction, int32 index,
+                                           SpeakerArrangement& arrangement) {
+    return processor_->getBusArrangement(direction, index, arrangement);
+}
+
+tresult PlugInComponent::canProcessSampleSize(int32 sampleSize) {
+    return processor_->canProcessSampleSize(sampleSize);
+}
+
+uint32 PlugInComponent::getLatencySamples() {
+    return processor_->getLatencySamples();
+}
+
+tresult PlugInComponent::setupProcessing(ProcessSetup& setup) {
+    return processor_->setupProcessing(setup);
+}
+
+tresult PlugInComponent::setProcessing(TBool state) {
+    return processor_->setProcessing(state);
+}
+
+uint32 PlugInComponent::getTailSamples() {
+    return processor_->getTailSamples();
+}
+
+}  // namespace quillo

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <atomic>
+
+#include <pluginterfaces/base/ibstream.h>
+#include <pluginterfaces/base/smartpointer.h>
+#include <pluginterfaces/vst/ivstaudioprocessor.h>
+#include <pluginterfaces/vst/ivstcomponent.h>
+
+#include "hosts/vst3/QuilloProcessor.hpp"
+
+namespace quillo {
+
+/// The component and audio processor of JUCE's wrapper as a host sees them, with what the wrapper cannot say for
+/// itself: that a state was not restored or not saved, and that a sample rate is rejected. The events of a block go
+/// through `IncomingEvents` and `OutgoingEvents`. Every other interface is the wrapper's own.
+///
+/// Counts its references, and begins with one.
+class PlugInComponent final : public Steinberg::Vst::IComponent, public Steinberg::Vst::IAudioProcessor {
+public:
+    /// Nothing for an object that is no component of ours.
+    [[nodiscard]] static Steinberg::IPtr<PlugInComponent> around(Steinberg::FUnknown& made);
+
+    Steinberg::tresult PLUGIN_API queryInterface(const Steinberg::TUID id, void** object) override;
+    Steinberg::uint32 PLUGIN_API addRef() override;
+    Steinberg::uint32 PLUGIN_API release() override;
+
+    /// `kResultFalse` when no rules were restored: those that were there stay, and the user is told.
+    Steinberg::tresult PLUGIN_API setState(Steinberg::IBStream* state) override;
+    /// `kResultFalse` when the rules could not be written.
+    Steinberg::tresult PLUGIN_API getState(Steinberg::IBStream* state) override;
+    /// `kResultFalse` when nothing can be rendered at the sample rate that was set up.
+    Steinberg::tresult PLUGIN_API setActive(Steinberg::TBool state) override;
+    /// [render]
+    Steinberg::tresult PLUGIN_API process(Steinberg::Vst::ProcessData& data) override;
+
+    Steinberg::tresult PLUGIN_API initialize(Steinberg::FUnknown* context) override;
+    Steinberg::tresult PLUGIN_API terminate() override;
+    Steinberg::tresult PLUGIN_API getControllerClassId(Steinberg::TUID classId) override;
+    Steinberg::tresult PLUGIN_API setIoMode(Steinberg::Vst::IoMode mode) override;
+    Steinberg::int32 PLUGIN_API getBusCount(Steinberg::Vst::MediaType type,
+                                            Steinberg::Vst::BusDirection direction) override;
+    Steinberg::tresult PLUGIN_API getBusInfo(Steinberg::Vst::MediaType type,
+                                             Steinberg::Vst::BusDirection direction, Steinberg::int32 index,
+                                             Steinberg::Vst::BusInfo& bus) override;
+    Steinberg::tresult PLUGIN_API getRoutingInfo(Steinberg::Vst::RoutingInfo& in,
+                                                 Steinberg::Vst::RoutingInfo& out) override;
+    Steinberg::tresult PLUGIN_API activateBus(Steinberg::Vst::MediaType type,
+                                              Steinberg::Vst::BusDirection direction, Steinberg::int32 index,
+                                              Steinberg::TBool state) override;
+    Steinberg::tresult PLUGIN_API setBusArrangements(Steinberg::Vst::SpeakerArrangement* inputs,
+                                                     Steinberg::int32 inputCount,
+                                                     Steinberg::Vst::SpeakerArrangement* outputs,
+                                                     Steinberg::int32 outputCount) override;
+    Steinberg::tresult PLUGIN_API getBusArrangement(Steinberg::Vst::BusDirection direction,
+                                                    Steinberg::int32 index,
+                                                    Steinberg::Vst::SpeakerArrangement& arrangement) override;
+    Steinberg::tresult PLUGIN_API canProcessSampleSize(Steinberg::int32 sampleSize) override;
+    Steinberg::uint32 PLUGIN_API getLatencySamples() override;
+    Steinberg::tresult PLUGIN_API setupProcessing(Steinberg::Vst::ProcessSetup& setup) override;
+    Steinberg::tresult PLUGIN_API setProcessing(Steinberg::TBool state) override;
+    Steinberg::uint32 PLUGIN_API getTailSamples() override;
+
+private:
+    PlugInComponent(Steinberg::IPtr<Steinberg::Vst::IComponent> component,
+                    Steinberg::IPtr<Steinberg::Vst::IAudioProcessor> processor, QuilloProcessor& quillo);
+    virtual ~PlugInComponent() = default;
+
+    Steinberg::IPtr<Steinberg::Vst::IComponent> component_;
+    Steinberg::IPtr<Steinberg::Vst::IAudioProcessor> processor_;
+    QuilloProcessor& quillo_;  ///< of the component, which keeps it
+    std::atomic<Steinberg::uint32> references_{1};
+};
+
+}  // namespace quillo
