@@ -85,6 +85,9 @@ tresult PlugInComponent::setState(IBStream* state) try {
         return kInvalidArgument;
     }
     const auto chunk = readAll(*state);
+    if (chunk && chunk->empty()) {
+        return kResultFalse;
+    }
     quillo_.beginRestoring();
     if (chunk && isStateChunk(*chunk)) {
         static_cast<void>(component_->setState(state));

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include "hosts/adapter/RefusedMessages.hpp"
+#include "support/OutputRecorder.hpp"
+#include "support/Threads.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+
+TEST(RefusedMessagesThreads, WhatIsTakenWhileAnotherThreadAddsIsWholeAndInItsOrder) {
+    constexpr int most = 20000;
+    RefusedMessages refused;
+    const auto add = [&](std::size_t) {
+        for (int number = 0; number < most; ++number) {
+            const auto byte = static_cast<std::uint8_t>(number % 251);
+            refused.add(Bytes(static_cast<std::size_t>(number) + 1, byte), number % 2 == 0);
+        }
+    };
+    std::size_t last = 0;
+    const auto takeAll = [&] {
+        while (const auto message = refused.takeNext()) {
+            EXPECT_GT(message->size, last);
+            last = message->size;
+            EXPECT_TRUE(message->matches(Bytes(last, static_cast<std::uint8_t>((last - 1) % 251))));
+            EXPECT_EQ(message->fitsNever, (last - 1) % 2 == 0);
+        }
+    };
+    {
+        const Threads render(1, add);
+        while (refused.count() < most) {
+            takeAll();
+        }
+    }
+    takeAll();
+    EXPECT_GT(last, 0U);
+    EXPECT_EQ(refused.count(), static_cast<std::uint64_t>(most));
+}
+
+}  // namespace
+}  // namespace quillo
