@@ -35,7 +35,7 @@ TEST_F(CLAPLostMessages, SystemExclusiveThatTheHostRefusesBeforeAMessageThatItTa
     EXPECT_EQ(lost.count(), 0U);
     block({});
     EXPECT_EQ(lost.count(), 2U);
-    for (const std::uint8_t body : {1, 2}) {
+    for (const auto body : Bytes{1, 2}) {
         const auto message = lost.takeNext();
         ASSERT_TRUE(message.has_value());
         EXPECT_TRUE(message->matches(Bytes{0xF0, body, 0xF7}));

@@ -237,7 +237,7 @@ TEST_F(LV2State, OfAnotherTypeIsRefusedAndTheUserIsTold) {
     }
     EXPECT_EQ(host.save(), swap);
     EXPECT_EQ(alert(), "The saved rules cannot be restored: the host hands them out in another form than "
-                       "they were saved in.");
+                       "they were saved in.\n\n(3 times)");
 }
 
 TEST_F(LV2State, OfAHostThatHasNoneLeavesTheRulesInSilence) {

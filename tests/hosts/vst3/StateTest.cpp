@@ -122,7 +122,7 @@ TEST_F(VST3State, AChunkThatIsDamagedBehindTheDocumentIsReportedAsNotRestored) {
     ASSERT_EQ(plugIn.setState(answerWith(61)), kResultOk);
     const auto chunk = plugIn.state();
     constexpr std::size_t markSize = 15;
-    for (const std::uint8_t byte : {0x7F, 0xFF}) {
+    for (const auto byte : Bytes{0x7F, 0xFF}) {
         for (std::size_t place = 1; place <= 8; ++place) {
             auto damaged = chunk;
             damaged[chunk.size() - markSize - place] = byte;
