@@ -1,15 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/UUID.hpp"
 
-#include <random>
+#ifdef __APPLE__
+#include <sys/random.h>
+#else
+#include <unistd.h>
+#endif
+
 #include <string_view>
+
+#include "platform/FatalError.hpp"
 
 namespace quillo {
 
 UUID::UUID() {
-    thread_local std::random_device random;
-    for (auto& byte : bytes_) {
-        byte = static_cast<std::uint8_t>(random());
+    if (getentropy(bytes_.data(), bytes_.size()) != 0) {
+        fatalError("the system gives no random numbers");
     }
     bytes_[6] = static_cast<std::uint8_t>((bytes_[6] & 0x0FU) | 0x40U);  // version 4
     bytes_[8] = static_cast<std::uint8_t>((bytes_[8] & 0x3FU) | 0x80U);  // the variant of RFC 4122

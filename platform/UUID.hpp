@@ -11,7 +11,8 @@ namespace quillo {
 /// A universally unique identifier. Each one that is made differs from all others.
 class UUID {
 public:
-    /// A fresh random identifier (version 4).
+    /// A fresh random identifier (version 4), of one request to the system's own generator: the processor's, which
+    /// is slow on many machines, is not asked. A fatal error where there is no generator.
     UUID();
 
     /// As text: 8-4-4-4-12 upper-case hexadecimal digits.

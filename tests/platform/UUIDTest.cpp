@@ -3,12 +3,53 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cctype>
+#include <cstddef>
+#include <cstdint>
+#include <random>
 #include <set>
+#include <span>
 #include <string>
+#include <vector>
+
+#include "platform/FatalError.hpp"
+
+namespace {
+
+/// What the system's generator of random numbers was asked for, and whether it answers.
+int requests = 0;
+std::size_t requestedBytes = 0;
+bool answers = true;
+
+}  // namespace
+
+/// In the place of the C library's.
+extern "C" int getentropy(void* buffer, std::size_t size) {
+    static std::mt19937_64 generator(std::random_device{}());
+    ++requests;
+    requestedBytes += size;
+    std::ranges::generate(std::span(static_cast<std::uint8_t*>(buffer), size),
+                          [] { return static_cast<std::uint8_t>(generator()); });
+    return answers ? 0 : -1;
+}
 
 namespace quillo {
 namespace {
+
+TEST(UUID, AThousandAskTheSystemOnceEachForTheirBytesAndNobodyElse) {
+    requests = 0;
+    requestedBytes = 0;
+    const std::vector<UUID> made(1000);
+    EXPECT_EQ(requests, 1000);
+    EXPECT_EQ(requestedBytes, 16'000U);
+}
+
+TEST(UUID, IsNotMadeWhereTheSystemGivesNoRandomNumbers) {
+    answers = false;
+    EXPECT_THROW(UUID(), FatalError);
+    answers = true;
+}
 
 TEST(UUID, EachOneDiffersFromTheOthers) {
     std::set<UUID> made;
