@@ -6,8 +6,8 @@
 packages_of() {
     case $1 in
         build) echo g++ cmake ninja-build ccache nlohmann-json3-dev libgtest-dev libgmock-dev ;;
-        editor) echo juce-modules-source juce-tools fonts-inter fonts-dejavu-core ;;
-        display) echo xvfb xauth x11-utils xdotool imagemagick ;;
+        editor) echo juce-modules-source juce-tools libfontconfig-dev fonts-inter fonts-dejavu-core ;;
+        display) echo xvfb xauth x11-utils xdotool imagemagick fonts-motoya-l-cedar ;;
         jack) echo jackd2 libjack-jackd2-dev ;;
         pipewire) echo pipewire pipewire-jack ;;
         plugins) echo lv2-dev dpf-source ;;

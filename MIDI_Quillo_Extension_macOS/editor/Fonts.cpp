@@ -4,6 +4,10 @@
 #include <cmath>
 #include <initializer_list>
 
+#ifdef QUILLO_FONTCONFIG
+#include "editor/CompleteTypeface.hpp"
+#endif
+
 namespace quillo {
 namespace {
 
@@ -33,11 +37,6 @@ const juce::String& monospacedFamily() {
     return family;
 }
 
-juce::Font signFont(float size) {
-    static const auto family = firstInstalled({"DejaVu Sans"}, textFamily());
-    return juce::Font(family, size, juce::Font::plain).withPointHeight(size);
-}
-
 /// Inter has a weight between regular and bold, which suits light text on dark ground.
 const juce::String& boldStyle() {
     static const auto style = [] {
@@ -47,10 +46,34 @@ const juce::String& boldStyle() {
     return style;
 }
 
+/// The typefaces of all text, for as long as JUCE is in use.
+class TextTypefaces final : private juce::DeletedAtShutdown {
+public:
+    ~TextTypefaces() override { clearSingletonInstance(); }
+
+    [[nodiscard]] juce::Typeface::Ptr typeface(bool bold) const { return bold ? bold_ : regular_; }
+
+    JUCE_DECLARE_SINGLETON_SINGLETHREADED_MINIMAL(TextTypefaces)
+
+private:
+    static juce::Typeface::Ptr make(const juce::String& style) {
+        const juce::Font font(textFamily(), style, 1.0F);
+#ifdef QUILLO_FONTCONFIG
+        return new CompleteTypeface(font);
+#else
+        return font.getTypefacePtr();
+#endif
+    }
+
+    juce::Typeface::Ptr regular_ = make("Regular");
+    juce::Typeface::Ptr bold_ = make(boldStyle());
+};
+JUCE_IMPLEMENT_SINGLETON(TextTypefaces)
+
 }  // namespace
 
 juce::Font textFont(float size, bool bold) {
-    return juce::Font(textFamily(), bold ? boldStyle() : juce::String("Regular"), size).withPointHeight(size);
+    return juce::Font(TextTypefaces::getInstance()->typeface(bold)).withPointHeight(size);
 }
 
 juce::Font monospacedFont(float size) {
@@ -63,20 +86,15 @@ int textWidth(const juce::String& text, float size, bool bold) {
 
 void drawLine(juce::Graphics& graphics, const juce::String& text, juce::Rectangle<int> area, float size,
               juce::Colour colour) {
-    constexpr juce::juce_wchar sharp = 0x266F;
-    const auto place = text.indexOfChar(sharp);
     graphics.setColour(colour);
     graphics.setFont(textFont(size));
-    if (place < 0 || textWidth(text, size) > area.getWidth()) {
-        graphics.drawText(text, area, juce::Justification::centredLeft, true);
-        return;
-    }
-    juce::AttributedString line;
-    line.setJustification(juce::Justification::centredLeft);
-    line.setWordWrap(juce::AttributedString::none);
-    line.append(text, textFont(size), colour);
-    line.setFont({place, place + 1}, signFont(size));
-    line.draw(graphics, area.toFloat());
+    graphics.drawText(text, area, juce::Justification::centredLeft, true);
+}
+
+juce::Rectangle<float> onBaseline(juce::Rectangle<int> area, const juce::Font& font,
+                                  const juce::Font& beside) {
+    const auto belowCentre = [](const juce::Font& of) { return of.getAscent() - of.getHeight() / 2; };
+    return area.toFloat().translated(0, belowCentre(beside) - belowCentre(font));
 }
 
 juce::String requireTypefaces() {

@@ -32,6 +32,20 @@ inline int pixelsLike(const juce::Image& image, MyRGB colour, juce::Rectangle<in
     return count;
 }
 
+/// The smallest rectangle around these pixels; empty without any.
+inline juce::Rectangle<int> boundsOfPixelsLike(const juce::Image& image, MyRGB colour,
+                                               juce::Rectangle<int> area) {
+    juce::RectangleList<int> pixels;
+    for (int y = area.getY(); y < area.getBottom(); ++y) {
+        for (int x = area.getX(); x < area.getRight(); ++x) {
+            if (pixelsLike(image, colour, {x, y, 1, 1}) > 0) {
+                pixels.addWithoutMerging({x, y, 1, 1});
+            }
+        }
+    }
+    return pixels.getBounds();
+}
+
 inline int pixelsLike(const juce::Image& image, MyRGB colour) {
     return pixelsLike(image, colour, image.getBounds());
 }
