@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "editor/Environment.hpp"
+#include "editor/FocusRing.hpp"
 #include "editor/MyDragAndDropForEach.hpp"
 #include "editor/MyTextInputImpl.hpp"
-#include "editor/Style.hpp"
 
 namespace quillo {
 
@@ -29,6 +29,30 @@ bool ActionButton::keyPressed(const juce::KeyPress& key) {
     return true;
 }
 
+void ActionButton::mouseDown(const juce::MouseEvent& event) {
+    meant_ = meant_ || event.getNumberOfClicks() == 1;
+    if (meant_) {
+        juce::Button::mouseDown(event);
+    }
+}
+
+void ActionButton::mouseDrag(const juce::MouseEvent& event) {
+    if (meant_) {
+        juce::Button::mouseDrag(event);
+    }
+}
+
+void ActionButton::mouseUp(const juce::MouseEvent& event) {
+    if (meant_) {
+        juce::Button::mouseUp(event);
+    }
+}
+
+void ActionButton::mouseExit(const juce::MouseEvent& event) {
+    meant_ = false;
+    juce::Button::mouseExit(event);
+}
+
 void ActionButton::clicked() {
     const auto action = action_;
     MyTextInputImpl::finishTypingElsewhere();
@@ -39,9 +63,7 @@ void ActionButton::clicked() {
 
 void ActionButton::paintFocusRing(juce::Graphics& graphics, float corner) {
     if (hasKeyboardFocus(false)) {
-        graphics.setColour(displayColour(environment<MyPrimaryColor>(*this)));
-        graphics.drawRoundedRectangle(getLocalBounds().toFloat().reduced(style::focusRing / 2), corner,
-                                      style::focusRing);
+        drawFocusRing(graphics, getLocalBounds(), corner, displayColour(environment<MyPrimaryColor>(*this)));
     }
 }
 

@@ -28,6 +28,8 @@ AlertView::AlertView(juce::String message, std::function<void()> onOK)
     text_.setScrollbarsShown(true);
     text_.setWantsKeyboardFocus(false);
     text_.setFont(textFont(style::valueText));
+    text_.setBorder({});
+    text_.setIndents(0, 0);
     for (const auto colour : {juce::TextEditor::backgroundColourId, juce::TextEditor::outlineColourId,
                               juce::TextEditor::focusedOutlineColourId, juce::TextEditor::shadowColourId}) {
         text_.setColour(colour, juce::Colours::transparentBlack);
@@ -69,7 +71,7 @@ void AlertView::paint(juce::Graphics& graphics) {
     const auto area = panel().toFloat();
     graphics.setColour(displayColour(environment<MyBackground>(*this)));
     graphics.fillRoundedRectangle(area, style::cardCorner);
-    graphics.setColour(displayColour(palette.borders));
+    graphics.setColour(displayColour(style::edge(palette)));
     graphics.drawRoundedRectangle(area.reduced(0.5F), style::cardCorner, 1);
     graphics.setColour(displayColour(palette.primaryText));
     graphics.setFont(textFont(style::titleText, true));

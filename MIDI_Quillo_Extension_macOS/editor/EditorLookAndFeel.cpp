@@ -29,7 +29,7 @@ juce::LookAndFeel_V4::ColourScheme colourScheme() {
     const auto surface = displayColour(style::lifted(palette.background, style::boxLift));
     const auto text = displayColour(palette.primaryText);
     const auto highlight = displayColour(style::lifted(palette.background, style::separatorLift));
-    return {background, surface,   surface, displayColour(palette.borders), text, highlight,
+    return {background, surface,   surface, displayColour(style::edge(palette)), text, highlight,
             text,       highlight, text};
 }
 
@@ -39,7 +39,7 @@ EditorLookAndFeel::EditorLookAndFeel() : LookAndFeel_V4(colourScheme()) {
     const Palette palette;
     const auto surface = displayColour(style::lifted(palette.background, style::boxLift));
     const auto text = displayColour(palette.primaryText);
-    setColour(juce::ScrollBar::thumbColourId, displayColour(palette.borders));
+    setColour(juce::ScrollBar::thumbColourId, displayColour(style::edge(palette)));
     using Browser = juce::FileBrowserComponent;
     setColour(Browser::currentPathBoxBackgroundColourId, surface);
     setColour(Browser::currentPathBoxTextColourId, text);
@@ -80,7 +80,7 @@ void EditorLookAndFeel::drawTooltip(juce::Graphics& graphics, const juce::String
     const auto area = juce::Rectangle<int>(width, height).toFloat();
     graphics.setColour(displayColour(style::lifted(Palette().background, style::menuLift)));
     graphics.fillRect(area);
-    graphics.setColour(displayColour(Palette().borders));
+    graphics.setColour(displayColour(style::edge(Palette())));
     graphics.drawRect(area, 1);
     tooltipLayout(text, width - 2 * tooltipPadding + 2).draw(graphics, area.reduced(tooltipPadding));
 }

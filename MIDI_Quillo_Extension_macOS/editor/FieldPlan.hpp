@@ -67,11 +67,10 @@ template <class Formatter>
 FieldPlan inputPlan(const juce::String& caption, const ColorPair& colors,
                     Binding<typename Formatter::Value> value, const juce::String& prompt,
                     Menu<typename Formatter::Value> options = {}) {
-    const auto text = juceText(Formatter().format(value.get()));
     return {caption,
-            text.isEmpty() ? prompt : text,
+            juceText(Formatter().format(value.get())),
             !options.empty(),
-            0,
+            FieldView::preferredWidth({}, prompt, !options.empty()),
             colors,
             [caption, prompt, value = std::move(value), options = std::move(options)] {
                 return std::make_unique<MyTextInput<Formatter>>(caption, value, prompt, options);

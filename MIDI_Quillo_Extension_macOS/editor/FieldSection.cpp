@@ -70,9 +70,10 @@ void FieldSection::resized() {
 void FieldSection::paint(juce::Graphics& graphics) {
     const auto narrow = isNarrow(getWidth());
     const auto area = narrow ? getLocalBounds().removeFromTop(style::sectionLabelHeight)
-                             : getLocalBounds()
-                                   .removeFromTop(style::captionHeight + style::boxHeight)
-                                   .removeFromLeft(style::sectionLabelWidth);
+                             : FieldView::valueArea(getLocalBounds()
+                                                        .removeFromTop(FieldView::preferredHeight(true))
+                                                        .withTrimmedTop(style::captionHeight)
+                                                        .removeFromLeft(style::sectionLabelWidth));
     graphics.setColour(displayColour(environment<PaletteKey>(*this).secondaryText));
     graphics.setFont(textFont(style::valueText));
     graphics.drawText(label_, area, narrow ? juce::Justification::topLeft : juce::Justification::centredLeft,

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "editor/Environment.hpp"
+#include "editor/FocusRing.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/Icons.hpp"
 #include "editor/Style.hpp"
@@ -69,11 +70,12 @@ juce::Rectangle<int> FieldView::boxArea() const {
     return caption_.isEmpty() ? getLocalBounds() : getLocalBounds().withTrimmedTop(style::captionHeight);
 }
 
+juce::Rectangle<int> FieldView::valueArea(juce::Rectangle<int> box) {
+    return box.withTrimmedBottom(static_cast<int>(style::underline) / 2);
+}
+
 juce::Rectangle<int> FieldView::textArea() const {
-    return boxArea()
-        .reduced(style::fieldPadding, 0)
-        .withTrimmedRight(chevronRoom(hasChevron()))
-        .withTrimmedBottom(static_cast<int>(style::underline) / 2);
+    return valueArea(boxArea()).reduced(style::fieldPadding, 0).withTrimmedRight(chevronRoom(hasChevron()));
 }
 
 juce::Rectangle<int> FieldView::chevronArea() const {
@@ -89,7 +91,8 @@ void FieldView::paint(juce::Graphics& graphics) {
     if (!isEnabled()) {
         graphics.beginTransparencyLayer(style::disabledAlpha);
     }
-    graphics.setColour(displayColour(environment<MySecondaryColor>(*this)));
+    graphics.setColour(displayColour(
+        style::caption(environment<MyPrimaryColor>(*this), environment<MySecondaryColor>(*this))));
     graphics.setFont(textFont(style::captionText));
     graphics.drawText(caption_,
                       getLocalBounds().removeFromTop(style::captionHeight).withTrimmedLeft(captionIndent),
@@ -111,16 +114,16 @@ void FieldView::paint(juce::Graphics& graphics) {
 void FieldView::paintBox(juce::Graphics& graphics) {
     const auto ground = environment<MyBackground>(*this);
     const auto box = boxArea().toFloat();
-    const auto borderLift = isEnabled() && isActive() ? style::boxHoverBorderLift : style::boxBorderLift;
+    const auto palette = environment<PaletteKey>(*this);
+    const bool lit = isEnabled() && isActive();
     graphics.setColour(displayColour(style::lifted(ground, style::boxLift)));
     graphics.fillRoundedRectangle(box, style::fieldCorner);
-    graphics.setColour(displayColour(style::lifted(ground, borderLift)));
+    graphics.setColour(displayColour(lit ? style::litEdge(palette) : style::edge(palette)));
     graphics.drawRoundedRectangle(box.reduced(0.5F), style::fieldCorner, 1);
     paintUnderline(graphics);
     if (hasKeyboardFocus(true)) {
-        graphics.setColour(displayColour(environment<MyPrimaryColor>(*this)));
-        graphics.drawRoundedRectangle(box.reduced(style::focusRing / 2), style::fieldCorner,
-                                      style::focusRing);
+        drawFocusRing(graphics, boxArea(), style::fieldCorner,
+                      displayColour(environment<MyPrimaryColor>(*this)));
     }
 }
 

@@ -47,6 +47,9 @@ public:
     void focusLost(FocusChangeType cause) override;
     void enablementChanged() override;
 
+    /// The height of a box in which its value stands, for what is written beside it.
+    [[nodiscard]] static juce::Rectangle<int> valueArea(juce::Rectangle<int> box);
+
     /// The parts of the field.
     [[nodiscard]] juce::Rectangle<int> boxArea() const;
     [[nodiscard]] juce::Rectangle<int> textArea() const;

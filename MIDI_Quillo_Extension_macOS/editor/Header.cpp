@@ -17,6 +17,9 @@ constexpr int logoWidth = 50;
 constexpr int logoHeight = 30;
 constexpr int gap = 8;
 
+/// The rows of the menu that a narrow editor has.
+enum MoreRow : std::size_t { undoRow, redoRow, docsRow, versionRow };
+
 juce::String version() {
     return "v" QUILLO_VERSION;
 }
@@ -54,13 +57,20 @@ void Header::openMore() {
     const std::vector<juce::String> labels{stepTitle("Undo", editor_.undoName()),
                                            stepTitle("Redo", editor_.redoName()), docs_.getButtonText(),
                                            version()};
-    PopupMenuOverlay::open(*this, more_.getBounds(), {"More", labels, {}},
+    std::set<std::size_t> disabled{versionRow};
+    if (!editor_.undoName()) {
+        disabled.insert(undoRow);
+    }
+    if (!editor_.redoName()) {
+        disabled.insert(redoRow);
+    }
+    PopupMenuOverlay::open(*this, more_.getBounds(), {"More", labels, {}, disabled},
                            [this, onOpenURL = actions_.onOpenURL](std::size_t row) {
-                               if (row == 0) {
+                               if (row == undoRow) {
                                    editor_.undo();
-                               } else if (row == 1) {
+                               } else if (row == redoRow) {
                                    editor_.redo();
-                               } else if (row == 2) {
+                               } else if (row == docsRow) {
                                    onOpenURL();
                                }
                            });
@@ -109,9 +119,11 @@ void Header::paint(juce::Graphics& graphics) {
     if (docs_.isVisible()) {
         graphics.setColour(displayColour(palette.secondaryText));
         graphics.setFont(textFont(style::valueText));
-        graphics.drawText(version(), versionArea(), juce::Justification::centredRight, false);
+        graphics.drawText(version(),
+                          onBaseline(versionArea(), graphics.getCurrentFont(), textFont(style::buttonText)),
+                          juce::Justification::centredRight, false);
     }
-    graphics.setColour(displayColour(palette.borders));
+    graphics.setColour(displayColour(style::edge(palette)));
     graphics.fillRect(getLocalBounds().removeFromBottom(1));
 }
 

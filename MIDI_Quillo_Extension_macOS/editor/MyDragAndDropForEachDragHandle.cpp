@@ -2,6 +2,7 @@
 #include "editor/MyDragAndDropForEachDragHandle.hpp"
 
 #include "editor/Environment.hpp"
+#include "editor/FocusRing.hpp"
 #include "editor/Icons.hpp"
 #include "editor/MyDragAndDropForEach.hpp"
 #include "editor/MyDragAndDropForEachItem.hpp"
@@ -26,8 +27,7 @@ void MyDragAndDropForEachDragHandle::paint(juce::Graphics& graphics) {
     drawIcon(graphics, IconName::dragHandle, area.withSizeKeepingCentre(style::iconSize, style::iconSize),
              displayColour(dragged_ || isMouseOver() ? palette.primaryText : palette.secondaryText));
     if (hasKeyboardFocus(false) && !dragged_) {
-        graphics.setColour(displayColour(palette.primaryText));
-        graphics.drawRoundedRectangle(area.reduced(2), style::fieldCorner, style::focusRing);
+        drawFocusRing(graphics, getLocalBounds(), style::cardCorner, displayColour(palette.primaryText));
     }
 }
 

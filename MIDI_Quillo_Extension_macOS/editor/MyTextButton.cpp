@@ -38,7 +38,7 @@ juce::Colour MyTextButton::borderColour(bool hover) const {
                                    : environment<MySecondaryColor>(*this));
     }
     const auto palette = environment<PaletteKey>(*this);
-    return displayColour(hover ? palette.secondaryText : palette.borders);
+    return displayColour(hover ? style::litEdge(palette) : style::edge(palette));
 }
 
 void MyTextButton::paintButton(juce::Graphics& graphics, bool hover, bool down) {

@@ -20,6 +20,8 @@ constexpr int pageSteps = 10;
 constexpr float turnOfStep = 0.1F;
 /// What is typed begins this far in, and so in the place of the value that it replaces.
 constexpr int caretRoom = 1;
+/// The prompt stands behind the caret.
+constexpr int promptGap = 2;
 constexpr const char* decimalDigits = "0123456789";
 constexpr const char* hexadecimalDigits = "0123456789ABCDEFabcdef";
 
@@ -86,6 +88,13 @@ public:
         field_.finishTyping();
     }
 
+    /// The prompt in the place of a text that was taken away: JUCE's own is not drawn while it is typed into.
+    void paintOverChildren(juce::Graphics& graphics) override {
+        if (isEmpty()) {
+            field_.paintPrompt(graphics, getLocalBounds().withTrimmedLeft(caretRoom + promptGap));
+        }
+    }
+
     void mouseWheelMove(const juce::MouseEvent& event, const juce::MouseWheelDetails& wheel) override {
         field_.mouseWheelMove(event.getEventRelativeTo(&field_), wheel);
     }
@@ -111,8 +120,8 @@ juce::TextEditor* MyTextInputImpl::typist() const {
 }
 
 int MyTextInputImpl::preferredWidth() const {
-    const auto text = shownText();
-    return FieldView::preferredWidth(caption(), text.isEmpty() ? prompt_ : text, hasChevron());
+    return std::max(FieldView::preferredWidth(caption(), shownText(), hasChevron()),
+                    FieldView::preferredWidth({}, prompt_, hasChevron()));
 }
 
 void MyTextInputImpl::makeTypist() {
@@ -219,10 +228,15 @@ void MyTextInputImpl::paintValue(juce::Graphics& graphics) {
         return;
     }
     if (shownText().isEmpty()) {
-        paintText(graphics, prompt_, displayColour(environment<PaletteKey>(*this).secondaryText));
+        paintPrompt(graphics, textArea());
     } else {
         FieldView::paintValue(graphics);
     }
+}
+
+void MyTextInputImpl::paintPrompt(juce::Graphics& graphics, juce::Rectangle<int> area) {
+    drawLine(graphics, prompt_, area, style::valueText,
+             displayColour(environment<PaletteKey>(*this).secondaryText));
 }
 
 int MyTextInputImpl::clicksOf(const juce::MouseEvent& event) const {

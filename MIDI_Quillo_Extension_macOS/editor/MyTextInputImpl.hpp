@@ -23,7 +23,9 @@ namespace quillo {
 /// has the focus, typed into or not. The wheel steps it while it is typed into or Ctrl is held; else it
 /// scrolls what lies around the field. A key for a field that is scrolled out of sight brings it into sight
 /// and does no more. Keys that the field has no use for go on to the parents, also while it is typed into: no
-/// number needs a letter, and nothing begins with a blank. [main] only.
+/// number needs a letter, and nothing begins with a blank.
+///
+/// While nothing is in the field, a prompt says what may be. [main] only.
 class MyTextInputImpl : public FieldView {
 public:
     MyTextInputImpl(juce::String label, juce::String prompt);
@@ -79,6 +81,7 @@ private:
     void confirmTyping();
     void letGo();
     void goOn(bool forward);
+    void paintPrompt(juce::Graphics& graphics, juce::Rectangle<int> area);
     bool step(int steps);
     [[nodiscard]] bool opensOptions(const juce::KeyPress& key) const;
     [[nodiscard]] bool beginsTyping(const juce::KeyPress& key) const;

@@ -16,6 +16,8 @@ namespace {
 constexpr int panelPadding = 4;
 /// The dot at the end of the current row.
 constexpr float markSize = 5;
+/// How strongly the highlighted row is marked where it cannot be picked.
+constexpr float disabledHighlight = 0.12F;
 
 /// Sharps are typed with the key that is on the keyboard.
 juce::String searchable(const juce::String& text) {
@@ -134,7 +136,7 @@ void PopupMenuOverlay::paint(juce::Graphics& graphics) {
     juce::DropShadow(juce::Colours::black.withAlpha(0.6F), 12, {0, 3}).drawForRectangle(graphics, panel_);
     graphics.setColour(displayColour(style::lifted(palette.background, style::menuLift)));
     graphics.fillRoundedRectangle(panel, style::buttonCorner);
-    graphics.setColour(displayColour(palette.borders));
+    graphics.setColour(displayColour(style::edge(palette)));
     graphics.drawRoundedRectangle(panel.reduced(0.5F), style::buttonCorner, 1);
     if (typed_.isNotEmpty()) {
         graphics.setColour(displayColour(shown_.empty() ? palette.secondaryText : palette.primaryText));
@@ -182,17 +184,25 @@ const juce::String& PopupMenuOverlay::label(int row) const {
     return contents_.labels[shown_[static_cast<std::size_t>(row)]];
 }
 
+bool PopupMenuOverlay::canPick(int row) const {
+    return row >= 0 && row < static_cast<int>(shown_.size()) &&
+           !contents_.disabled.contains(shown_[static_cast<std::size_t>(row)]);
+}
+
 void PopupMenuOverlay::paintListBoxItem(int row, juce::Graphics& graphics, int width, int height,
                                         bool highlighted) {
     if (row >= getNumRows()) {
         return;
     }
-    auto colour = displayColour(environment<MyPrimaryColor>(*this));
+    const bool enabled = canPick(row);
+    auto colour = displayColour(environment<MyPrimaryColor>(*this))
+                      .withMultipliedAlpha(enabled ? 1.0F : style::disabledAlpha);
     auto area = juce::Rectangle<int>(width, height);
     graphics.setColour(colour);
     if (highlighted) {
+        graphics.setOpacity(enabled ? 1.0F : disabledHighlight);
         graphics.fillRoundedRectangle(area.toFloat(), style::fieldCorner);
-        colour = displayColour(environment<PaletteKey>(*this).background);
+        colour = enabled ? displayColour(environment<PaletteKey>(*this).background) : colour;
         graphics.setColour(colour);
     }
     area.reduce(style::fieldPadding, 0);
@@ -248,7 +258,11 @@ std::optional<std::size_t> PopupMenuOverlay::bestMatch() const {
 }
 
 void PopupMenuOverlay::highlight(std::optional<std::size_t> row) {
-    const auto found = row ? std::find(shown_.begin(), shown_.end(), *row) : shown_.end();
+    auto found = row ? std::find(shown_.begin(), shown_.end(), *row) : shown_.end();
+    if (!row) {
+        found =
+            std::ranges::find_if(shown_, [this](auto shown) { return !contents_.disabled.contains(shown); });
+    }
     if (shown_.empty()) {
         list_.deselectAllRows();
         return;
@@ -260,7 +274,7 @@ void PopupMenuOverlay::highlight(std::optional<std::size_t> row) {
 }
 
 void PopupMenuOverlay::pick(int row) {
-    if (row < 0 || row >= getNumRows()) {
+    if (!canPick(row)) {
         return;
     }
     const auto onPick = std::move(onPick_);

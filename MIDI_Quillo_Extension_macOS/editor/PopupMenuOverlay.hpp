@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <set>
 #include <vector>
 
 #include <juce_gui_basics/juce_gui_basics.h>
@@ -18,6 +19,8 @@ struct MenuContents {
     std::vector<juce::String> labels;
     /// The row that is chosen now, if any is.
     std::optional<std::size_t> current;
+    /// The rows that cannot be picked now. They are drawn grey.
+    std::set<std::size_t> disabled{};
 };
 
 /// A menu inside the editor's window, under or over the field that opened it, as large as there is room for. It
@@ -66,6 +69,7 @@ private:
     juce::String getTooltipForRow(int row) override;
 
     [[nodiscard]] const juce::String& label(int row) const;
+    [[nodiscard]] bool canPick(int row) const;
     [[nodiscard]] int wantedWidth() const;
     /// The height of a panel around so many rows and the line with what is typed.
     [[nodiscard]] int heightFor(std::size_t rows) const;

@@ -84,7 +84,9 @@ void RuleHeaderView::paintValue(juce::Graphics& graphics) {
     if (area.getWidth() >= captionWidth()) {
         graphics.setColour(displayColour(palette.secondaryText));
         graphics.setFont(textFont(style::captionText));
-        graphics.drawText(juceText(nameCaption), area, juce::Justification::centredLeft, false);
+        graphics.drawText(juceText(nameCaption),
+                          onBaseline(area, graphics.getCurrentFont(), textFont(style::titleText, true)),
+                          juce::Justification::centredLeft, false);
     }
 }
 

@@ -111,7 +111,7 @@ void RuleView::paint(juce::Graphics& graphics) {
     graphics.fillRoundedRectangle(card, style::cardCorner);
     graphics.setColour(displayColour(style::lifted(palette.background, style::separatorLift)));
     graphics.fillRect(style::dragHandleWidth, 1, 1, getHeight() - 2);
-    graphics.setColour(displayColour(palette.borders));
+    graphics.setColour(displayColour(style::edge(palette)));
     graphics.drawRoundedRectangle(card, style::cardCorner, 1);
 }
 

@@ -15,6 +15,7 @@ inline constexpr float captionText = 10;
 inline constexpr float valueText = 11.5F;
 inline constexpr float buttonText = 11;
 inline constexpr float titleText = 12.5F;
+inline constexpr float logText = 10.5F;
 
 /// Roundings.
 inline constexpr float fieldCorner = 5;
@@ -57,14 +58,13 @@ inline constexpr int narrowCard = 330;
 /// The bars above and below the list.
 inline constexpr int headerHeight = 45;
 inline constexpr int logBarHeight = 30;
-inline constexpr int openedLogHeight = 112;
 inline constexpr int barPadding = 12;
 
 /// Menus.
 inline constexpr int menuRowHeight = 22;
 inline constexpr int menuMargin = 4;
 
-inline constexpr float focusRing = 1.5F;
+inline constexpr float focusRing = 2;
 /// How much is left of a control that cannot be used.
 inline constexpr float disabledAlpha = 0.4F;
 
@@ -76,14 +76,34 @@ inline constexpr float disabledAlpha = 0.4F;
     return {lift(colour.r), lift(colour.g), lift(colour.b)};
 }
 
+/// `colour` on its way to another one, so many percent of it.
+[[nodiscard]] constexpr MyRGB mixed(MyRGB colour, MyRGB other, int percent) {
+    const auto mix = [percent](std::uint8_t from, std::uint8_t to) {
+        return static_cast<std::uint8_t>(from + (to - from) * percent / 100);
+    };
+    return {mix(colour.r, other.r), mix(colour.g, other.g), mix(colour.b, other.b)};
+}
+
+/// What names a value: a little darker than the value itself. The secondary colours are too dark for small text.
+[[nodiscard]] constexpr MyRGB caption(MyRGB primary, MyRGB secondary) {
+    return mixed(secondary, primary, 80);
+}
+
+/// The line around a card, a box, a button or a panel, and the thumb of a scroll bar: the palette's borders,
+/// lifted until they are seen on every surface; and the same under the pointer.
+[[nodiscard]] constexpr MyRGB edge(const Palette& palette) {
+    return lifted(palette.borders, 44);
+}
+[[nodiscard]] constexpr MyRGB litEdge(const Palette& palette) {
+    return lifted(palette.borders, 100);
+}
+
 /// A card on the editor's background.
 inline constexpr int cardLift = 5;
 /// The line that parts a card's handle from its content.
 inline constexpr int separatorLift = 16;
-/// A field's box on its card, its border, and its border under the pointer.
+/// A field's box on its card.
 inline constexpr int boxLift = 8;
-inline constexpr int boxBorderLift = 23;
-inline constexpr int boxHoverBorderLift = 70;
 /// A button under the pointer: no more, as text must stay readable in every colour.
 inline constexpr int buttonHoverLift = 9;
 /// A menu.

@@ -2,7 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "editor-main/EditorStage.hpp"
+#include "editor/FieldSection.hpp"
+#include "editor/Style.hpp"
 #include "support/EveryEntry.hpp"
+#include "support/Pictures.hpp"
 
 namespace quillo {
 namespace {
@@ -110,6 +113,7 @@ TEST_P(EachSize, NothingOverlapsAndNothingIsOutside) {
     for (const bool opened : {false, true}) {
         if (opened) {
             click(stage.view().logger().collapsedForm().arrow());
+            stage.view().logger().advance(InOutLogger::movement);
         }
         SCOPED_TRACE(opened ? "with the logs opened" : "with the logs collapsed");
         expectTidy(stage.view().header());
@@ -154,6 +158,16 @@ TEST(CardLayout, ANarrowEditorMovesItsCommandsIntoAMenuThatWorks) {
     EditorStage stage({}, {200, 200});
     EXPECT_FALSE(stage.view().header().undoButton().isVisible());
     EXPECT_FALSE(stage.view().header().docsButton().isVisible());
+    click(stage.view().header().moreButton());
+    EXPECT_EQ(stage.menu().highlightedRow(), 2U)
+        << "Nothing can be undone or redone, so the guide comes first.";
+    for (const auto* step : {"Undo", "Redo", "v"}) {
+        stage.pickInMenu(step);
+        ASSERT_NE(stage.view().overlay(), nullptr) << step;
+        key(stage.window, juce::KeyPress::escapeKey);
+        click(stage.view().header().moreButton());
+    }
+    key(stage.window, juce::KeyPress::escapeKey);
     stage.editor().add(MIDIRuleType::OutputType{OutputEntryType::NoteOn});
     click(stage.view().header().moreButton());
     stage.pickInMenu("Undo");
@@ -161,6 +175,36 @@ TEST(CardLayout, ANarrowEditorMovesItsCommandsIntoAMenuThatWorks) {
     click(stage.view().header().moreButton());
     stage.pickInMenu("Redo");
     EXPECT_EQ(stage.names(), std::vector<std::string>{"Message #1"});
+}
+
+TEST(CardLayout, ALabelStandsOnTheBaselineOfTheValuesBesideIt) {
+    constexpr float scale = 4;
+    const Palette palette;
+    OffscreenWindow window(400, 100);
+    FieldSection section("EEE");
+    section.setFields({pickerPlan<int>("Type", {palette.delayInput, palette.background}, {{1, "EEE"}},
+                                       {[] { return 1; }, [](int) {}})});
+    window.show(section, {0, 0, 400, 40});
+    const auto& field = section.fields()[0]->field();
+    const auto image = picture(section, scale);
+    const auto value = section.getLocalArea(&field, field.textArea()) * scale;
+    const auto label = juce::Rectangle<int>(style::sectionLabelWidth, 40) * scale;
+    EXPECT_EQ(boundsOfPixelsLike(image, palette.secondaryText, label).getBottom(),
+              boundsOfPixelsLike(image, palette.delayInput, value).getBottom());
+}
+
+TEST(CardLayout, TheTextOfAnAlertBeginsWhereItsTitleDoes) {
+    EditorStage stage({}, {500, 300});
+    stage.editor().alert("E");
+    auto& alert = *stage.view().overlay();
+    const auto image = picture(alert, 2);
+    const auto found = boundsOfPixelsLike(image, Palette().primaryText, image.getBounds());
+    const auto half = found.withHeight(found.getHeight() / 4);
+    const auto title = boundsOfPixelsLike(image, Palette().primaryText, half);
+    const auto* text = findBelow<juce::TextEditor>(alert);
+    const auto message = boundsOfPixelsLike(image, Palette().primaryText,
+                                            alert.getLocalArea(text, text->getLocalBounds()) * 2);
+    EXPECT_NEAR(message.getX(), title.getX(), 2);
 }
 
 TEST(CardLayout, AWideEditorHasNoMoreMenu) {

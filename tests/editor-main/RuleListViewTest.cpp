@@ -85,6 +85,22 @@ TEST_F(RuleListView, AddNewCountsOnFromTheGreatestNumber) {
     EXPECT_EQ(stage->installed().back(), rule(onLoad(), send(controlChange(0, 123, 0)), "Message #8"));
 }
 
+TEST_F(RuleListView, ADoubleClickOnDeleteRemovesOneRuleAndASecondClickLaterTheNext) {
+    open({"a", "b", "c", "d"});
+    auto& view = stage->view();
+    const auto place = view.getLocalPoint(&stage->card().buttons().deleteButton(), juce::Point(5, 5));
+    click(view, place, 2);
+    expectNames({"b", "c", "d"});
+    click(view, place);
+    expectNames({"c", "d"});
+}
+
+TEST_F(RuleListView, EachOfSeveralQuickClicksOnDuplicateMakesACopy) {
+    open({"a"});
+    click(stage->card().buttons().duplicateButton(), {5, 5}, 6);
+    EXPECT_EQ(stage->names().size(), 7U);
+}
+
 TEST_F(RuleListView, AMenuThatIsLeftAddsNothing) {
     open({});
     click(findBelow<NewRuleSelector>(stage->view())->button());

@@ -1,7 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <utility>
+
+#include "editor/EditorLookAndFeel.hpp"
+#include "editor/MyDragAndDropForEachDragHandle.hpp"
+#include "editor/MyPicker.hpp"
+#include "editor/MyTextButton.hpp"
 #include "editor/Style.hpp"
+#include "support/OffscreenWindow.hpp"
 #include "support/Pictures.hpp"
 
 namespace quillo {
@@ -10,6 +17,11 @@ namespace {
 using namespace test;
 
 constexpr double readable = 4.5;
+constexpr double visible = 3;
+
+MyRGB rgb(juce::Colour colour) {
+    return {colour.getRed(), colour.getGreen(), colour.getBlue()};
+}
 
 TEST(Contrast, OfKnownPairs) {
     EXPECT_NEAR(contrast({0, 0, 0}, {255, 255, 255}), 21, 0.01);
@@ -34,13 +46,96 @@ TEST(Contrast, EveryValueCanBeReadOnEveryGround) {
     }
 }
 
-TEST(Contrast, SecondaryTextCanBeReadOnTheEditorAndOnCards) {
+TEST(Contrast, SecondaryTextCanBeReadOnEverySurface) {
     const Palette palette;
-    EXPECT_GE(contrast(palette.secondaryText, palette.background), readable);
-    EXPECT_GE(contrast(palette.secondaryText, style::lifted(palette.background, style::cardLift)), readable);
-    EXPECT_GE(
-        contrast(palette.secondaryText, style::lifted(palette.background, style::cardLift + style::boxLift)),
-        readable);
+    for (const auto lift : {0, style::cardLift, style::cardLift + style::boxLift, style::menuLift}) {
+        EXPECT_GE(contrast(palette.secondaryText, style::lifted(palette.background, lift)), readable) << lift;
+    }
+}
+
+TEST(Contrast, EveryCaptionCanBeReadOnItsCard) {
+    const Palette palette;
+    const auto card = style::lifted(palette.background, style::cardLift);
+    const std::pair<MyRGB, MyRGB> colours[] = {
+        {palette.typeInput, palette.typeInputSecondaryColor},
+        {palette.channelInput, palette.channelInputSecondaryColor},
+        {palette.midi2dByteInput, palette.midi2dByteInputSecondaryColor},
+        {palette.midi3dByteInput, palette.midi3dByteInputSecondaryColor},
+        {palette.triggerInput, palette.triggerInputSecondaryColor},
+        {palette.delayInput, palette.delayInputSecondaryColor}};
+    for (const auto& [primary, secondary] : colours) {
+        EXPECT_GE(contrast(style::caption(primary, secondary), card), readable) << int{primary.r};
+        EXPECT_GE(contrast(secondary, card), visible) << "the line under the box, " << int{secondary.r};
+    }
+}
+
+TEST(Contrast, EdgesAndThumbsAreSeenOnWhatTheyLieOn) {
+    const Palette palette;
+    for (const auto lift : {-5, 0, style::cardLift}) {
+        const auto ground = style::lifted(palette.background, lift);
+        EXPECT_GE(contrast(style::edge(palette), ground), visible) << lift;
+        EXPECT_GE(contrast(style::litEdge(palette), ground), visible) << lift;
+    }
+    EXPECT_GE(contrast(style::litEdge(palette), style::edge(palette)), 1.5);
+    const EditorLookAndFeel look;
+    EXPECT_EQ(look.findColour(juce::ScrollBar::thumbColourId), displayColour(style::edge(palette)));
+}
+
+TEST(Contrast, WhatJUCEDrawsItselfCanBeRead) {
+    const EditorLookAndFeel look;
+    const std::pair<int, int> colours[] = {
+        {juce::FileBrowserComponent::currentPathBoxTextColourId,
+         juce::FileBrowserComponent::currentPathBoxBackgroundColourId},
+        {juce::FileBrowserComponent::filenameBoxTextColourId,
+         juce::FileBrowserComponent::filenameBoxBackgroundColourId},
+        {juce::DirectoryContentsDisplayComponent::textColourId, juce::ListBox::backgroundColourId},
+        {juce::DirectoryContentsDisplayComponent::highlightedTextColourId,
+         juce::DirectoryContentsDisplayComponent::highlightColourId},
+        {juce::TextEditor::textColourId, juce::TextEditor::backgroundColourId},
+        {juce::ComboBox::textColourId, juce::ComboBox::backgroundColourId},
+        {juce::TextButton::textColourOffId, juce::TextButton::buttonColourId},
+        {juce::PopupMenu::textColourId, juce::PopupMenu::backgroundColourId}};
+    for (const auto& [text, ground] : colours) {
+        EXPECT_GE(contrast(rgb(look.findColour(text)), rgb(look.findColour(ground))), readable) << text;
+    }
+}
+
+/// How many pixels change by a contrast that is seen when a view gets the keyboard focus.
+int pixelsOfTheFocus(juce::Component& view) {
+    const auto before = picture(view);
+    view.grabKeyboardFocus();
+    const auto after = picture(view);
+    int count = 0;
+    for (int i = 0; i < after.getWidth() * after.getHeight(); ++i) {
+        const auto x = i % after.getWidth();
+        const auto y = i / after.getWidth();
+        count += contrast(rgb(before.getPixelAt(x, y)), rgb(after.getPixelAt(x, y))) >= visible;
+    }
+    return count;
+}
+
+int aLineAround(const juce::Component& view) {
+    return 2 * (view.getWidth() + view.getHeight() - 16);
+}
+
+TEST(Contrast, TheFocusIsSeenAroundAButtonAGripAndAField) {
+    OffscreenWindow window(300, 200);
+    const Palette palette;
+    MyTextButton plain("Duplicate", {});
+    MyTextButton send("Send", {});
+    MyPicker<int> picker("Type", {{1, "CC"}}, {[] { return 1; }, [](int) {}});
+    MyDragAndDropForEachDragHandle grip;
+    send.setAccented(true);
+    window.set<MyPrimaryColor>(palette.delayInput);
+    window.set<MySecondaryColor>(palette.delayInputSecondaryColor);
+    window.show(plain, {10, 10, 80, 21});
+    window.show(send, {100, 10, 80, 21});
+    window.show(picker, {10, 50, 80, 38});
+    window.show(grip, {200, 10, 22, 120});
+    for (auto* view : std::initializer_list<juce::Component*>{&plain, &send, &grip}) {
+        EXPECT_GE(pixelsOfTheFocus(*view), aLineAround(*view)) << view->getTitle();
+    }
+    EXPECT_GE(pixelsOfTheFocus(picker), 2 * (80 + 24 - 16));
 }
 
 }  // namespace

@@ -372,6 +372,23 @@ TEST(MyTextInput, ShowsThePromptInPlaceOfNothing) {
     EXPECT_EQ(pixelsLike(picture(desk.input, 3), palette.secondaryText), 0);
 }
 
+TEST(MyTextInput, ShowsThePromptWholeInAFieldThatWasEmptied) {
+    VelocityDesk desk;
+    const Palette palette;
+    desk.window.set<MyPrimaryColor>(palette.delayInput);
+    desk.window.set<MySecondaryColor>(palette.delayInputSecondaryColor);
+    const auto promptPixels = [&] {
+        return pixelsLike(picture(desk.input, 3), palette.secondaryText, desk.input.textArea() * 3);
+    };
+    desk.clickText();
+    EXPECT_EQ(promptPixels(), 0);
+    desk.press(juce::KeyPress::deleteKey);
+    EXPECT_GT(promptPixels(), 20);
+    type(desk.window, "7");
+    EXPECT_EQ(promptPixels(), 0);
+    EXPECT_GE(desk.input.preferredWidth(), FieldView::preferredWidth({}, "prompt", true));
+}
+
 TEST(MyTextInput, ADifferentNumberOfClicksMayStartTyping) {
     VelocityDesk desk;
     desk.input.setClicks(2);

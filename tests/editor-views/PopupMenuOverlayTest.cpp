@@ -48,6 +48,23 @@ TEST(PopupMenuOverlay, OpensAtTheCurrentRowAndShowsIt) {
     }
 }
 
+TEST(PopupMenuOverlay, ADisabledRowIsGreyAndCannotBePicked) {
+    MenuDesk desk({"More", {"Undo", "Redo", "Docs"}, {}, {0}});
+    EXPECT_EQ(desk.menu().highlightedRow(), 1U) << "The first one that can be picked.";
+    const auto picked = [&desk] {
+        return pixelsLike(picture(desk.menu(), 2), Palette().primaryText, desk.menu().rowArea(0) * 2);
+    };
+    EXPECT_EQ(picked(), 0);
+    click(desk.menu(), desk.menu().rowArea(0).getCentre());
+    desk.press(juce::KeyPress::homeKey);
+    EXPECT_EQ(picked(), 0);
+    desk.press(juce::KeyPress::returnKey);
+    EXPECT_TRUE(desk.isOpen());
+    EXPECT_EQ(desk.picked, std::nullopt);
+    click(desk.menu(), desk.menu().rowArea(2).getCentre());
+    EXPECT_EQ(desk.picked, 2U);
+}
+
 TEST(PopupMenuOverlay, WalksWithTheKeys) {
     MenuDesk desk(noteContents(64));
     desk.press(juce::KeyPress::downKey);
