@@ -5,6 +5,7 @@
 
 #include "editor/Environment.hpp"
 #include "editor/FieldPlan.hpp"
+#include "editor/FocusRing.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/Style.hpp"
 
@@ -14,43 +15,128 @@ namespace {
 
 constexpr int rowHeight = 15;
 constexpr int indent = 6;
+/// Keeps the rows off the border and the focus ring.
+constexpr int margin = 3;
 constexpr int groundLift = -5;
+
+juce::Font entryFont() {
+    return monospacedFont(style::logText);
+}
 
 }  // namespace
 
-EntryList::EntryList(const juce::String& title, Log entries) : entries_(std::move(entries)) {
+EntryList::EntryList(const juce::String& title, Log entries, std::function<void()> onHold)
+    : entries_(std::move(entries)), onHold_(std::move(onHold)) {
     list_.setTitle(title);
     list_.setModel(this);
     list_.setRowHeight(rowHeight);
+    list_.setMultipleSelectionEnabled(true);
+    list_.getViewport()->setScrollBarThickness(style::scrollBarWidth);
     list_.setColour(juce::ListBox::backgroundColourId, juce::Colours::transparentBlack);
+    list_.addKeyListener(this);
     addAndMakeVisible(list_);
     refresh();
 }
 
 EntryList::~EntryList() {
+    list_.removeKeyListener(this);
     list_.setModel(nullptr);
 }
 
 void EntryList::refresh() {
-    const auto& bar = list_.getVerticalScrollBar();
-    const bool atEnd = bar.getCurrentRange().getEnd() >= bar.getMaximumRangeLimit() - rowHeight;
-    shownRows_ = static_cast<int>(entries_().size());
-    list_.updateContent();
-    if (atEnd && shownRows_ > 0) {
-        list_.scrollToEnsureRowIsOnscreen(shownRows_ - 1);
+    if (!held_ || entries_().empty()) {
+        showNewest();
+    }
+}
+
+void EntryList::showNewest() {
+    {
+        const juce::ScopedValueSetter<bool> updating(updating_, true);
+        shown_.assign(entries_().begin(), entries_().end());
+        list_.deselectAllRows();
+        list_.updateContent();
+        if (rows() > 0) {
+            list_.scrollToEnsureRowIsOnscreen(rows() - 1);
+        }
     }
     list_.repaint();
+    hold();
+}
+
+bool EntryList::showsEnd() const {
+    const auto& bar = list_.getVerticalScrollBar();
+    return bar.getCurrentRange().getEnd() >= bar.getMaximumRangeLimit() - rowHeight;
+}
+
+/// Holds the list if it is being read, and lets it go on otherwise.
+void EntryList::hold() {
+    const bool held = !showsEnd() || list_.getNumSelectedRows() > 0;
+    if (!updating_ && std::exchange(held_, held) != held) {
+        refresh();
+        onHold_();
+    }
 }
 
 juce::String EntryList::text(int row) const {
-    const auto& log = entries_();
-    return row >= 0 && row < static_cast<int>(log.size())
-               ? juceText(quillo::text(log[static_cast<std::size_t>(row)]))
-               : juce::String();
+    return row >= 0 && row < rows() ? juceText(quillo::text(shown_[static_cast<std::size_t>(row)]))
+                                    : juce::String();
+}
+
+juce::String EntryList::tooltip(int row) const {
+    const auto room = list_.getVisibleRowWidth() - 2 * indent;
+    return entryFont().getStringWidth(text(row)) > room ? text(row) : juce::String();
+}
+
+juce::String EntryList::textToCopy() const {
+    juce::StringArray lines;
+    for (int row = 0; row < rows(); ++row) {
+        if (list_.getNumSelectedRows() == 0 || list_.isRowSelected(row)) {
+            lines.add(text(row));
+        }
+    }
+    return lines.joinIntoString("\n");
+}
+
+juce::Rectangle<int> EntryList::rowArea(int row) const {
+    return list_.getRowPosition(row, true) + list_.getPosition();
+}
+
+void EntryList::backgroundClicked(const juce::MouseEvent& /*event*/) {
+    list_.deselectAllRows();
+}
+
+void EntryList::selectedRowsChanged(int /*last*/) {
+    hold();
+}
+
+void EntryList::listWasScrolled() {
+    hold();
+}
+
+bool EntryList::keyPressed(const juce::KeyPress& key, juce::Component* /*origin*/) {
+    const bool selected = list_.getNumSelectedRows() > 0;
+    if (key == juce::KeyPress('c', juce::ModifierKeys::commandModifier, 0)) {
+        juce::SystemClipboard::copyTextToClipboard(textToCopy());
+    } else if (key == juce::KeyPress::endKey || (key == juce::KeyPress::escapeKey && selected)) {
+        showNewest();
+    } else if (key == juce::KeyPress::upKey && !selected && rows() > 0) {
+        list_.selectRow(rows() - 1);
+    } else {
+        return false;
+    }
+    return true;
 }
 
 void EntryList::resized() {
-    list_.setBounds(getLocalBounds().reduced(2));
+    {
+        const juce::ScopedValueSetter<bool> updating(updating_, true);
+        list_.setBounds(getLocalBounds().reduced(margin));
+    }
+    refresh();
+}
+
+void EntryList::focusOfChildComponentChanged(FocusChangeType /*cause*/) {
+    repaint();
 }
 
 void EntryList::paint(juce::Graphics& graphics) {
@@ -58,14 +144,25 @@ void EntryList::paint(juce::Graphics& graphics) {
     const auto area = getLocalBounds().toFloat().reduced(0.5F);
     graphics.setColour(displayColour(style::lifted(palette.background, groundLift)));
     graphics.fillRoundedRectangle(area, style::fieldCorner);
-    graphics.setColour(displayColour(palette.borders));
+    graphics.setColour(displayColour(style::edge(palette)));
     graphics.drawRoundedRectangle(area, style::fieldCorner, 1);
 }
 
-void EntryList::paintListBoxItem(int row, juce::Graphics& graphics, int width, int height,
-                                 bool /*selected*/) {
-    graphics.setColour(displayColour(environment<PaletteKey>(*this).primaryText));
-    graphics.setFont(monospacedFont(style::valueText - 1));
+void EntryList::paintOverChildren(juce::Graphics& graphics) {
+    if (hasKeyboardFocus(true)) {
+        drawFocusRing(graphics, getLocalBounds(), style::fieldCorner,
+                      displayColour(environment<PaletteKey>(*this).primaryText));
+    }
+}
+
+void EntryList::paintListBoxItem(int row, juce::Graphics& graphics, int width, int height, bool selected) {
+    const auto palette = environment<PaletteKey>(*this);
+    graphics.setColour(displayColour(palette.primaryText));
+    if (selected) {
+        graphics.fillRect(0, 0, width, height);
+        graphics.setColour(displayColour(palette.background));
+    }
+    graphics.setFont(entryFont());
     graphics.drawText(text(row), indent, 0, width - 2 * indent, height, juce::Justification::centredLeft,
                       true);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/InOutLogger.hpp"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "editor/Environment.hpp"
@@ -17,6 +19,20 @@ constexpr int outLabelWidth = 32;
 constexpr int titleHeight = 18;
 constexpr int gap = 8;
 
+/// In a narrower editor the opened lists stand one above the other.
+constexpr int besideFrom = 400;
+/// How much of the room the opened logs take before the user has chosen.
+constexpr double shareBeside = 0.3;
+constexpr double shareStacked = 0.5;
+/// What the opened logs and the list of cards keep at least, where there is room for both.
+constexpr int leastBeside = 78;
+constexpr int leastStacked = 140;
+constexpr int leastList = 60;
+
+constexpr int edgeHeight = 7;
+constexpr int edgeStep = 16;
+constexpr int movementsPerSecond = 60;
+
 juce::String newest(const QuilloModel::Log& log) {
     return log.empty() ? juce::String() : juceText(text(log[log.size() - 1]));
 }
@@ -25,23 +41,29 @@ void paintLabel(juce::Graphics& graphics, const Palette& palette, const juce::St
                 juce::Rectangle<int> area) {
     graphics.setColour(displayColour(palette.secondaryText));
     graphics.setFont(textFont(style::valueText));
-    graphics.drawText(label, area, juce::Justification::centredLeft, false);
+    graphics.drawText(label, area, juce::Justification::centredLeft, true);
 }
 
 juce::Font entryFont() {
-    return monospacedFont(style::valueText - 1);
+    return monospacedFont(style::logText);
 }
 
 void paintEntry(juce::Graphics& graphics, const Palette& palette, const juce::String& entry,
                 juce::Rectangle<int> area) {
     graphics.setColour(displayColour(palette.primaryText));
     graphics.setFont(entryFont());
-    graphics.drawText(entry, area, juce::Justification::centredLeft, true);
+    graphics.drawText(entry, onBaseline(area, entryFont(), textFont(style::valueText)),
+                      juce::Justification::centredLeft, true);
 }
 
 juce::Rectangle<int> arrowArea(juce::Rectangle<int> bar) {
     return bar.removeFromLeft(style::barPadding + style::iconButtonSize)
         .withTrimmedLeft(style::barPadding / 3);
+}
+
+/// Slow at both ends.
+double eased(double part) {
+    return part * part * (3 - 2 * part);
 }
 
 }  // namespace
@@ -97,8 +119,9 @@ OpenedLogger::OpenedLogger(QuilloModel& model, std::function<void()> toggle)
                  model.clearInLog();
                  model.clearOutLog();
              }),
-      in_("In:", [&model]() -> const QuilloModel::Log& { return model.inLog(); }),
-      out_("Out:", [&model]() -> const QuilloModel::Log& { return model.outLog(); }) {
+      in_(
+          "In:", [&model]() -> const QuilloModel::Log& { return model.inLog(); }, [this] { repaint(); }),
+      out_("Out:", [&model]() -> const QuilloModel::Log& { return model.outLog(); }, [this] { repaint(); }) {
     for (auto* part : std::initializer_list<juce::Component*>{&arrow_, &in_, &out_, &clear_}) {
         addAndMakeVisible(*part);
     }
@@ -109,63 +132,210 @@ void OpenedLogger::refresh() {
     out_.refresh();
 }
 
+void OpenedLogger::showNewest() {
+    in_.showNewest();
+    out_.showNewest();
+}
+
+bool OpenedLogger::isStacked(int width) {
+    return width < besideFrom;
+}
+
 void OpenedLogger::resized() {
-    auto area = getLocalBounds();
+    const auto area = getLocalBounds();
     arrow_.setBounds(arrowArea(area).removeFromTop(style::iconButtonSize));
-    area.removeFromLeft(arrow_.getRight());
-    clear_.setBounds(area.removeFromRight(style::iconButtonSize + gap / 2)
-                         .removeFromTop(style::iconButtonSize)
-                         .withWidth(style::iconButtonSize));
+    clear_.setBounds(area.withTrimmedRight(gap / 2)
+                         .removeFromRight(style::iconButtonSize)
+                         .removeFromTop(style::iconButtonSize));
+    if (isStacked(getWidth())) {
+        layOutStacked(area);
+    } else {
+        layOutBeside(area);
+    }
+}
+
+void OpenedLogger::layOutBeside(juce::Rectangle<int> area) {
+    area.setLeft(arrow_.getRight());
+    area.setRight(clear_.getX());
     area.removeFromTop(titleHeight);
     area.removeFromBottom(gap / 2);
     in_.setBounds(area.removeFromLeft((area.getWidth() - gap) / 2));
     out_.setBounds(area.withTrimmedLeft(gap));
 }
 
-void OpenedLogger::paint(juce::Graphics& graphics) {
-    const auto palette = environment<PaletteKey>(*this);
-    paintLabel(graphics, palette, "In:", in_.getBounds().withTop(0).withHeight(titleHeight));
-    paintLabel(graphics, palette, "Out:", out_.getBounds().withTop(0).withHeight(titleHeight));
+void OpenedLogger::layOutStacked(juce::Rectangle<int> area) {
+    area.removeFromTop(style::iconButtonSize);
+    area.removeFromBottom(gap / 2);
+    area.reduce(gap / 2, 0);
+    in_.setBounds(area.removeFromTop((area.getHeight() - titleHeight) / 2));
+    out_.setBounds(area.withTrimmedTop(titleHeight));
 }
 
-InOutLogger::InOutLogger(std::shared_ptr<QuilloModel> model, std::function<void()> onToggle)
+void OpenedLogger::paint(juce::Graphics& graphics) {
+    paintTitle(graphics, "In:", in_);
+    paintTitle(graphics, "Out:", out_);
+}
+
+/// Above the list, and beside the arrow where that stands above the list too.
+void OpenedLogger::paintTitle(juce::Graphics& graphics, const juce::String& title,
+                              const EntryList& list) const {
+    const bool besideButtons =
+        list.getY() >= arrow_.getBottom() && list.getY() < arrow_.getBottom() + titleHeight;
+    auto area = list.getBounds().withHeight(titleHeight).withBottomY(list.getY());
+    if (besideButtons) {
+        area = arrow_.getBounds().withLeft(arrow_.getRight()).withRight(clear_.getX());
+    }
+    const auto* const hint = " held while you read; End shows the newest";
+    paintLabel(graphics, environment<PaletteKey>(*this), list.isHeld() ? title + hint : title, area);
+}
+
+/// The edge by which the opened logs are made higher and lower.
+class InOutLogger::UpperEdge final : public juce::Component {
+public:
+    explicit UpperEdge(InOutLogger& logger) : logger_(logger) {
+        setTitle("Height of the logs");
+        setMouseCursor(juce::MouseCursor::UpDownResizeCursor);
+        setWantsKeyboardFocus(true);
+        setMouseClickGrabsKeyboardFocus(false);
+        setRepaintsOnMouseActivity(true);
+    }
+
+    void mouseDown(const juce::MouseEvent& event) override { grip_ = event.y; }
+
+    void mouseDrag(const juce::MouseEvent& event) override {
+        logger_.setOpenedHeight(logger_.getHeight() + grip_ - event.y);
+    }
+
+    bool keyPressed(const juce::KeyPress& key) override {
+        const bool up = key == juce::KeyPress::upKey;
+        if (!up && key != juce::KeyPress::downKey) {
+            return false;
+        }
+        logger_.setOpenedHeight(logger_.getHeight() + (up ? edgeStep : -edgeStep));
+        return true;
+    }
+
+    void focusGained(FocusChangeType /*cause*/) override { repaint(); }
+    void focusLost(FocusChangeType /*cause*/) override { repaint(); }
+
+    void paint(juce::Graphics& graphics) override {
+        constexpr int width = 36;
+        constexpr int thickness = 3;
+        const auto palette = environment<PaletteKey>(*this);
+        const bool lit = isMouseOverOrDragging() || hasKeyboardFocus(false);
+        const auto bar = getLocalBounds().withSizeKeepingCentre(width, thickness).toFloat();
+        graphics.setColour(displayColour(lit ? palette.primaryText : style::edge(palette)));
+        graphics.fillRoundedRectangle(bar, thickness / 2.0F);
+        if (hasKeyboardFocus(false)) {
+            graphics.drawRect(getLocalBounds(), 1);
+        }
+    }
+
+private:
+    InOutLogger& logger_;
+    int grip_ = 0;  ///< where in its height the edge was taken
+};
+
+InOutLogger::InOutLogger(std::shared_ptr<QuilloModel> model, std::function<void()> onHeight)
     : model_(std::move(model)),
-      onToggle_(std::move(onToggle)),
+      onHeight_(std::move(onHeight)),
       collapsedForm_(*model_, [this] { toggle(); }),
       openedForm_(*model_, [this] { toggle(); }),
+      upperEdge_(std::make_unique<UpperEdge>(*this)),
       inObservation_(model_->observeInLog([this] { refresh(); })),
       outObservation_(model_->observeOutLog([this] { refresh(); })) {
     addAndMakeVisible(collapsedForm_);
     addChildComponent(openedForm_);
+    addChildComponent(*upperEdge_);
+}
+
+InOutLogger::~InOutLogger() = default;
+
+juce::Component& InOutLogger::upperEdge() {
+    return *upperEdge_;
 }
 
 void InOutLogger::toggle() {
     collapsed_ = !collapsed_;
-    collapsedForm_.setVisible(collapsed_);
-    openedForm_.setVisible(!collapsed_);
-    refresh();
-    onToggle_();
+    lastTick_ = juce::Time::getMillisecondCounterHiRes();
+    startTimerHz(movementsPerSecond);
+    advance(isShowing() ? 0 : movement);
 }
 
-int InOutLogger::preferredHeight() const {
-    return collapsed_ ? style::logBarHeight : style::openedLogHeight;
+void InOutLogger::timerCallback() {
+    const auto now = juce::Time::getMillisecondCounterHiRes();
+    advance((now - std::exchange(lastTick_, now)) / 1000);
 }
 
-void InOutLogger::refresh() {
-    if (collapsed_) {
-        collapsedForm_.repaint();
-    } else {
-        openedForm_.refresh();
+void InOutLogger::advance(double seconds) {
+    const auto way = seconds / movement;
+    openness_ = std::clamp(openness_ + (collapsed_ ? -way : way), 0.0, 1.0);
+    if (openness_ == (collapsed_ ? 0 : 1)) {
+        stopTimer();
+    }
+    showForm();
+    onHeight_();
+}
+
+/// The opened form is the one that is seen until it is wholly collapsed. The keyboard goes where it was: to the
+/// arrow.
+void InOutLogger::showForm() {
+    const bool hasKeyboard = hasKeyboardFocus(true);
+    const bool opened = !collapsed_ || openness_ > 0;
+    if (opened == openedForm_.isVisible()) {
+        return;
+    }
+    openedForm_.setVisible(opened);
+    upperEdge_->setVisible(opened);
+    collapsedForm_.setVisible(!opened);
+    openedForm_.showNewest();
+    if (hasKeyboard) {
+        (opened ? openedForm_.arrow() : collapsedForm_.arrow()).grabKeyboardFocus();
     }
 }
 
+/// The nearest height that leaves something of both the logs and the list of cards.
+int InOutLogger::withinRoom(int height) const {
+    const auto most = std::max(room_.getHeight() - leastList, room_.getHeight() / 2);
+    const auto least = OpenedLogger::isStacked(room_.getWidth()) ? leastStacked : leastBeside;
+    return std::clamp(height, std::min(least, most), most);
+}
+
+int InOutLogger::openedHeight() const {
+    const auto share = OpenedLogger::isStacked(room_.getWidth()) ? shareStacked : shareBeside;
+    return withinRoom(static_cast<int>(std::lround(share_.value_or(share) * room_.getHeight())));
+}
+
+void InOutLogger::setOpenedHeight(int height) {
+    share_ = static_cast<double>(withinRoom(height)) / std::max(1, room_.getHeight());
+    onHeight_();
+}
+
+int InOutLogger::preferredHeight() const {
+    const auto opened = std::max(style::logBarHeight, openedHeight());
+    const auto more = (opened - style::logBarHeight) * eased(openness_);
+    return style::logBarHeight + static_cast<int>(std::lround(more));
+}
+
+void InOutLogger::refresh() {
+    if (openedForm_.isVisible()) {
+        openedForm_.refresh();
+    } else {
+        collapsedForm_.repaint();
+    }
+}
+
+/// While it opens and collapses, the opened form comes from below the editor's edge as it will be.
 void InOutLogger::resized() {
-    collapsedForm_.setBounds(getLocalBounds().withTrimmedTop(1));
-    openedForm_.setBounds(getLocalBounds().withTrimmedTop(1));
+    auto area = getLocalBounds();
+    collapsedForm_.setBounds(area.withTrimmedTop(1));
+    area.setHeight(std::max(area.getHeight(), openedHeight()));
+    upperEdge_->setBounds(area.removeFromTop(edgeHeight));
+    openedForm_.setBounds(area);
 }
 
 void InOutLogger::paint(juce::Graphics& graphics) {
-    graphics.setColour(displayColour(environment<PaletteKey>(*this).borders));
+    graphics.setColour(displayColour(style::edge(environment<PaletteKey>(*this))));
     graphics.fillRect(getLocalBounds().removeFromTop(1));
 }
 

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
@@ -38,12 +39,17 @@ private:
     MyIconButton arrow_;
 };
 
-/// The opened form: all kept entries of both logs, and a button that empties them. [main] only.
+/// The opened form: all kept entries of both logs, beside each other or, where there is little width, one above
+/// the other, and a button that empties them. [main] only.
 class OpenedLogger final : public juce::Component {
 public:
     OpenedLogger(QuilloModel& model, std::function<void()> toggle);
 
     void refresh();
+    void showNewest();
+
+    /// Whether the lists stand one above the other in this width.
+    [[nodiscard]] static bool isStacked(int width);
 
     [[nodiscard]] EntryList& inList() { return in_; }
     [[nodiscard]] EntryList& outList() { return out_; }
@@ -54,36 +60,67 @@ public:
     void paint(juce::Graphics& graphics) override;
 
 private:
+    void layOutBeside(juce::Rectangle<int> area);
+    void layOutStacked(juce::Rectangle<int> area);
+    void paintTitle(juce::Graphics& graphics, const juce::String& title, const EntryList& list) const;
+
     MyIconButton arrow_;
     MyIconButton clear_;
     EntryList in_;
     EntryList out_;
 };
 
-/// Both logs at the bottom of the editor, collapsed at first. [main] only.
-class InOutLogger final : public juce::Component {
+/// Both logs at the bottom of the editor, collapsed at first. They open and collapse in a short movement. Opened
+/// they take a share of the editor's height, which is changed by dragging their upper edge, or by Up and Down
+/// while that has the keyboard focus. [main] only.
+class InOutLogger final : public juce::Component, private juce::Timer {
 public:
-    /// `onToggle` runs when the form, and with it the height, has changed.
-    InOutLogger(std::shared_ptr<QuilloModel> model, std::function<void()> onToggle);
+    /// How long opening and collapsing take, in seconds.
+    static constexpr double movement = 0.25;
+
+    /// `onHeight` runs whenever the height that they want has changed.
+    InOutLogger(std::shared_ptr<QuilloModel> model, std::function<void()> onHeight);
+    ~InOutLogger() override;
 
     [[nodiscard]] bool collapsed() const { return collapsed_; }
+    /// Begins to open or to collapse; without a window around it, it is done at once.
     void toggle();
+    /// Lets so many seconds of a movement pass. The clock of the window does so by itself.
+    void advance(double seconds);
 
+    /// How much there is for them and the list of cards together.
+    void setRoom(juce::Rectangle<int> room) { room_ = room; }
+    /// The height that they want of that room.
     [[nodiscard]] int preferredHeight() const;
+
     [[nodiscard]] CollapesedLogger& collapsedForm() { return collapsedForm_; }
     [[nodiscard]] OpenedLogger& openedForm() { return openedForm_; }
+    /// What the opened logs are resized by.
+    [[nodiscard]] juce::Component& upperEdge();
 
     void resized() override;
     void paint(juce::Graphics& graphics) override;
 
 private:
+    class UpperEdge;
+
+    void timerCallback() override;
     void refresh();
+    void showForm();
+    [[nodiscard]] int withinRoom(int height) const;
+    [[nodiscard]] int openedHeight() const;
+    void setOpenedHeight(int height);
 
     std::shared_ptr<QuilloModel> model_;
-    std::function<void()> onToggle_;
+    std::function<void()> onHeight_;
     bool collapsed_ = true;
+    juce::Rectangle<int> room_;
+    std::optional<double> share_;  ///< of the room's height, once the user has chosen one
+    double openness_ = 0;          ///< from 0, collapsed, to 1, opened
+    double lastTick_ = 0;          ///< in milliseconds
     CollapesedLogger collapsedForm_;
     OpenedLogger openedForm_;
+    std::unique_ptr<UpperEdge> upperEdge_;
     Observation inObservation_;
     Observation outObservation_;
 };

@@ -220,9 +220,8 @@ void QuilloView::resized() {
     auto area = getLocalBounds();
     header_.setBounds(area.removeFromTop(style::headerHeight));
     header_.resized();
-    const auto logHeight =
-        std::min(logger_.preferredHeight(), std::max(style::logBarHeight, area.getHeight() / 2));
-    logger_.setBounds(area.removeFromBottom(logHeight));
+    logger_.setRoom(area);
+    logger_.setBounds(area.removeFromBottom(logger_.preferredHeight()));
     list_.setBounds(area);
 }
 

@@ -62,8 +62,9 @@ void showSizes(Photographer& photographer) {
     photographer.take(desk.view(), "editor-200x200");
     desk.view().setSize(320, 480);
     photographer.take(desk.view(), "editor-320x480");
-    desk.view().setSize(820, 640);
     desk.view().logger().toggle();
+    photographer.take(desk.view(), "editor-320x480-logs");
+    desk.view().setSize(820, 640);
     photographer.take(desk.view(), "editor-820x640-logs");
 }
 

@@ -86,6 +86,20 @@ TEST_F(OnScreen, TheKeyboardGetsInWithoutAClick) {
     act("key Return", [&] { return !view.editor().rules().empty(); });
 }
 
+TEST_F(OnScreen, TheRowsOfALogAreCopied) {
+    auto& view = desk.view();
+    view.logger().toggle();
+    view.logger().advance(InOutLogger::movement);
+    desk.render(512, {{0x90, 60, 100}, {0x80, 60, 0}});
+    desk.drain();
+    auto& log = view.logger().openedForm().inList();
+    const auto row = log.localAreaToGlobal(log.rowArea(1)).getCentre();
+    act("mousemove " + std::to_string(row.x) + " " + std::to_string(row.y) + " click 1",
+        [&] { return log.isHeld(); });
+    act("key ctrl+c", [&] { return juce::SystemClipboard::getTextFromClipboard() == log.text(1); });
+    EXPECT_EQ(log.textToCopy(), "[0] 80 3c 00");
+}
+
 TEST_F(OnScreen, AClickOnTheHeaderTakesTheKeyboardFromItsButtons) {
     class Witness final : public juce::MouseListener {
     public:
