@@ -3,11 +3,17 @@
 #include <exception>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
 #include "editor/Fonts.hpp"
+#include "hosts/adapter/WindowScale.hpp"
+#include "hosts/cli/Arguments.hpp"
+#include "hosts/cli/CommandFailure.hpp"
+#include "hosts/cli/ExitStatus.hpp"
 #include "hosts/editor/DemoRules.hpp"
 #include "hosts/editor/Desk.hpp"
 #include "platform/QuotedText.hpp"
@@ -15,8 +21,6 @@
 namespace {
 
 using namespace quillo;
-
-constexpr int exitSoftware = 70;
 
 /// The window, and the clock that runs the unit in real time: 30 cycles a second.
 class EditorWindow final : public juce::DocumentWindow, private juce::Timer {
@@ -64,14 +68,17 @@ public:
 
     void initialise(const juce::String& /*commandLine*/) override {
         if (const auto problem = whyNotToStart(); problem.isNotEmpty()) {
-            fail(problem.toStdString());
+            fail(problem.toStdString(), exitUnavailable);
             return;
         }
         try {
+            useWindowScale(askedScale());
             desk_ = std::make_unique<Desk>(demoRules());
             window_ = std::make_unique<EditorWindow>(*desk_);
+        } catch (const UsageError& error) {
+            fail(std::string(error.what()) + "\nUsage: midi-quillo-editor [--scale N]", exitUsage);
         } catch (const std::exception& error) {
-            fail(error.what());
+            fail(error.what(), exitFatal);
         }
     }
 
@@ -88,9 +95,21 @@ private:
         return requireTypefaces();
     }
 
-    void fail(const std::string& reason) {
+    /// `--scale N` draws the window N times as large.
+    static std::optional<double> askedScale() {
+        std::vector<std::string> words;
+        for (const auto& word : getCommandLineParameterArray()) {
+            words.push_back(word.toStdString());
+        }
+        const std::vector<Option> known{{"--scale", true}};
+        const Arguments arguments(words, known);
+        return arguments.has("--scale") ? std::optional(arguments.number("--scale", 0.5, 4, 1))
+                                        : std::nullopt;
+    }
+
+    void fail(const std::string& reason, int status) {
         std::cerr << "midi-quillo-editor: " << escapedLines(reason) << '\n';
-        setApplicationReturnValue(exitSoftware);
+        setApplicationReturnValue(status);
         quit();
     }
 

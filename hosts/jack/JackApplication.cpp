@@ -13,6 +13,7 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 
 #include "editor/Fonts.hpp"
+#include "hosts/adapter/WindowScale.hpp"
 #include "hosts/cli/CommandFailure.hpp"
 #include "hosts/cli/ExitStatus.hpp"
 #include "hosts/jack/JackHost.hpp"
@@ -73,6 +74,7 @@ public:
     void initialise(const juce::String& /*commandLine*/) override {
         try {
             requireDisplay();
+            useWindowScale(order->options.scale);
             open();
         } catch (const CommandFailure& failure) {
             fail(failure.what(), failure.status());

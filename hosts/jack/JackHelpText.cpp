@@ -44,6 +44,8 @@ second program gets another name from JACK, and has a session of its own.
 
 Other:
   --no-window            run without a window; no display is needed
+  --scale N              draw the window N times as large, 0.5 to 4; without it,
+                         as GDK_SCALE, Xft.dpi or the screen's resolution says
   --log                  print every event that comes in and goes out, with its
                          time in samples
   --help, --version      this text; the program's version

@@ -12,7 +12,7 @@ namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 13> known{{{"--preset", true},
+constexpr std::array<Option, 14> known{{{"--preset", true},
                                         {"--connect-in", true, true},
                                         {"--connect-out", true, true},
                                         {"--server", true},
@@ -20,6 +20,7 @@ constexpr std::array<Option, 13> known{{{"--preset", true},
                                         {"--wait", false},
                                         {"--name", true},
                                         {"--no-window", false},
+                                        {"--scale", true},
                                         {"--log", false},
                                         {"--go-back", true},
                                         {"--history", false},
@@ -70,6 +71,9 @@ JackOptions readJackOptions(std::span<const std::string> words) {
     options.wait = arguments.has("--wait");
     options.name = arguments.text("--name").value_or(options.name);
     options.window = !arguments.has("--no-window");
+    if (arguments.has("--scale")) {
+        options.scale = arguments.number("--scale", JackOptions::leastScale, JackOptions::greatestScale, 1);
+    }
     options.log = arguments.has("--log");
     options.goBack = arguments.wholeNumber("--go-back", 1, SessionFiles::keptVersions - 1, 0);
     options.history = arguments.has("--history");

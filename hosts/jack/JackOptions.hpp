@@ -15,6 +15,9 @@ namespace quillo {
 struct JackOptions {
     /// How long a client's name may be in bytes, with room for the number that makes it unique.
     static constexpr std::size_t longestName = 60;
+    /// How large the window may be drawn.
+    static constexpr double leastScale = 0.5;
+    static constexpr double greatestScale = 4;
 
     std::optional<std::string> preset;    ///< the rules; those of the last session without it
     std::optional<std::string> server;    ///< the server's name; the default one without it
@@ -22,6 +25,7 @@ struct JackOptions {
     std::vector<std::string> connectIn;   ///< patterns of ports that the input is connected to
     std::vector<std::string> connectOut;  ///< patterns of ports that the output is connected to
     bool window = true;
+    std::optional<double> scale;  ///< of the window; that of the display without it
     bool startServer = false;
     bool wait = false;         ///< for a server that is not there
     bool log = false;          ///< print both event logs

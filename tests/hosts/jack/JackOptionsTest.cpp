@@ -42,6 +42,8 @@ TEST(JackOptions, EveryWordIsTaken) {
     EXPECT_FALSE(options.window);
     EXPECT_EQ(options.name, "left hand");
     EXPECT_EQ(readJackOptions(Words{"--go-back", "9"}).goBack, 9U);
+    EXPECT_EQ(readJackOptions(Words{"--scale", "1.5"}).scale, 1.5);
+    EXPECT_EQ(readJackOptions({}).scale, std::nullopt);
     EXPECT_TRUE(readJackOptions(Words{"--history"}).history);
     EXPECT_TRUE(readJackOptions(Words{"--help"}).help);
     EXPECT_TRUE(readJackOptions(Words{"--version"}).version);
@@ -64,6 +66,7 @@ TEST(JackOptions, WhatIsWrongIsNamed) {
     EXPECT_EQ(errorOf({"--preset", "a", "--preset", "b"}), "option --preset is given twice");
     EXPECT_EQ(errorOf({"--log=yes"}), "option --log takes no value");
     EXPECT_EQ(errorOf({"--server="}), "option --server: the name is empty");
+    EXPECT_EQ(errorOf({"--scale", "5"}), "option --scale: \"5\" is not a number from 0.5 to 4");
     EXPECT_EQ(errorOf({"--go-back", "0"}), "option --go-back: \"0\" is not a whole number from 1 to 9");
     EXPECT_EQ(errorOf({"--go-back", "10"}), "option --go-back: \"10\" is not a whole number from 1 to 9");
     EXPECT_EQ(errorOf({"--go-back", "1", "--preset", "p.json"}),

@@ -82,6 +82,18 @@ TEST_F(JackWindowTest, TheTitleSaysWhetherThereIsAServerAndASignalEndsTheProgram
     EXPECT_FALSE(std::filesystem::exists(session("left").file(0)));
 }
 
+TEST_F(JackWindowTest, TheWindowIsDrawnAtTheScaleThatIsAsked) {
+    JackServer server;
+    server.stop();
+    const auto program =
+        runAsItIs({QUILLO_JACK_PROGRAM, "--server", server.name(), "--scale", "1.5"}, std::getenv("DISPLAY"));
+    program->err().waitFor("MIDI Quillo waits");
+    waitForWindow("MIDI Quillo \\(no JACK server\\)");
+    ChildProcess look({"xdotool", "search", "--name", "^MIDI Quillo", "getwindowgeometry", "--shell"});
+    EXPECT_THAT(look.out().whole(), testing::HasSubstr("WIDTH=750\nHEIGHT=375\n"));
+    EXPECT_EQ(end(*program), 0);
+}
+
 TEST_F(JackWindowTest, WhatIsTypedAndNotConfirmedIsKeptWhenTheProgramEnds) {
     const auto rules = controllerForNote(20);
     session().add(PluginData{rules}.write());
