@@ -6,6 +6,7 @@
 #include "benchmarks/Sections.hpp"
 #include "benchmarks/Sinks.hpp"
 #include "benchmarks/Table.hpp"
+#include "engine/Cycle.hpp"
 #include "engine/RuleProcessor.hpp"
 #include "support/TestRules.hpp"
 
@@ -34,12 +35,10 @@ public:
     }
 
     void renderCycle() {
-        const OutputFunction output(sink_);
         const auto end = start_ + cycleLength;
-        processor_.flushDelayedMessages(output, end);
-        events_.forEach([&](AUMIDIEvent event) {
-            event.eventSampleTime += start_;
-            processor_.processMIDIEvent(output, event, end);
+        Cycle cycle(processor_, OutputFunction(sink_), start_, end);
+        events_.forEach([&](const AUMIDIEvent& event) {
+            cycle.midi(start_ + event.eventSampleTime, event.data, event.length);
         });
         start_ = end;
     }

@@ -10,6 +10,7 @@
 #include "benchmarks/Sections.hpp"
 #include "benchmarks/Sinks.hpp"
 #include "benchmarks/Table.hpp"
+#include "engine/Cycle.hpp"
 #include "engine/RuleProcessor.hpp"
 #include "support/TestHost.hpp"
 
@@ -25,9 +26,10 @@ public:
     }
 
     void process() {
-        const OutputFunction output(sink_);
-        events_.forEach(
-            [&](const AUMIDIEvent& event) { processor_.processMIDIEvent(output, event, cycleLength); });
+        Cycle cycle(processor_, OutputFunction(sink_), 0, cycleLength);
+        events_.forEach([&](const AUMIDIEvent& event) QUILLO_REALTIME {
+            cycle.midi(event.eventSampleTime, event.data, event.length);
+        });
     }
 
     /// What is left of `process` when nobody asks for rules.

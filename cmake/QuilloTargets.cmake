@@ -33,15 +33,19 @@ target_link_libraries(quillo-test-options INTERFACE quillo-options)
 target_include_directories(quillo-test-options INTERFACE "${PROJECT_SOURCE_DIR}/tests")
 target_compile_options(quillo-test-options INTERFACE -O0)
 
-# quillo_add_library(NAME FOLDER HEADERS ... SOURCES ... LINK ...): a static library whose headers are
-# included relative to FOLDER and can each be compiled alone.
+# quillo_add_library(NAME FOLDER [RENDERS] HEADERS ... SOURCES ... LINK ...): a static library whose headers are
+# included relative to FOLDER and can each be compiled alone. RENDERS is for what the render thread runs.
 function(quillo_add_library name folder)
-    cmake_parse_arguments(ARG "" "" "HEADERS;SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(ARG "RENDERS" "" "HEADERS;SOURCES;LINK" ${ARGN})
     add_library(${name} STATIC)
     target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS "${folder}")
     quillo_add_sources(${name} HEADERS ${ARG_HEADERS} SOURCES ${ARG_SOURCES})
     target_link_libraries(${name} PUBLIC quillo-options ${ARG_LINK})
     set_target_properties(${name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
+    if(ARG_RENDERS)
+        # Nobody replaces our functions at run time: without this, GCC calls even what stands in the same file.
+        target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
+    endif()
     # The function effects are checked where the code is ours; tests and programs may call what they like.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 20)
         target_compile_options(${name} PRIVATE -Wfunction-effects)

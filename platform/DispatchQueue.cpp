@@ -4,6 +4,7 @@
 namespace quillo {
 
 DispatchQueue::Barrier::Barrier(DispatchQueue& queue) : queue_(queue) {
+    queue_.readers_.lock();
     queue_.barrierMutex_.lock();
     queue_.gate_.close();
 }
@@ -11,6 +12,7 @@ DispatchQueue::Barrier::Barrier(DispatchQueue& queue) : queue_(queue) {
 DispatchQueue::Barrier::~Barrier() {
     queue_.gate_.open();
     queue_.barrierMutex_.unlock();
+    queue_.readers_.unlock();
 }
 
 void DispatchQueue::enterBehindBarrier() QUILLO_REALTIME {

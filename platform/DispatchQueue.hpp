@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <mutex>
+#include <shared_mutex>
 #include <string>
 #include <utility>
 
@@ -12,9 +14,13 @@ namespace quillo {
 
 /// A concurrent queue whose blocks run on the caller's thread before the call returns.
 ///
-/// `sync` blocks run side by side; a `barrierSync` block runs alone. Made for many short `sync` blocks, the
-/// render thread's among them, and rare barriers: a `sync` block costs two atomic additions unless a barrier
-/// is at work; then it waits for the barrier and lends it its priority.
+/// `sync` blocks run side by side, and so does what the render thread does while it has entered; a `barrierSync`
+/// block runs alone. Made for a render thread that enters all the time and for rare barriers: entering costs no
+/// locked instruction where the system allows that (see `ReaderGate`), unless a barrier is at work; then the
+/// render thread waits for it and lends it its priority.
+///
+/// Other readers never keep the render thread waiting, however seldom they run: a barrier waits for them first, and
+/// only then shuts out the render thread.
 ///
 /// Keep blocks short, and never enter a queue from inside one of its own blocks.
 class DispatchQueue {
@@ -23,10 +29,10 @@ public:
 
     [[nodiscard]] const std::string& label() const { return label_; }
 
-    /// [any, render] Runs `block` alongside other `sync` blocks and returns what it returns.
+    /// [any but render] Runs `block` alongside other `sync` blocks and returns what it returns.
     template <class Block>
     auto sync(Block&& block) {
-        const Entry entry(*this);
+        const std::shared_lock reader(readers_);
         return std::forward<Block>(block)();
     }
 
@@ -37,18 +43,19 @@ public:
         return std::forward<Block>(block)();
     }
 
-private:
-    class Entry {
+    /// [render, one thread at a time] A block that is as long as this object lives; it may hold others.
+    class RenderEntry {
     public:
-        explicit Entry(DispatchQueue& queue) QUILLO_REALTIME : queue_(queue) { queue_.enter(); }
-        ~Entry() QUILLO_REALTIME { queue_.gate_.leave(); }
-        Entry(const Entry&) = delete;
-        Entry& operator=(const Entry&) = delete;
+        explicit RenderEntry(DispatchQueue& queue) QUILLO_REALTIME : queue_(queue) { queue_.enter(); }
+        ~RenderEntry() QUILLO_REALTIME { queue_.gate_.leave(); }
+        RenderEntry(const RenderEntry&) = delete;
+        RenderEntry& operator=(const RenderEntry&) = delete;
 
     private:
         DispatchQueue& queue_;
     };
 
+private:
     class Barrier {
     public:
         explicit Barrier(DispatchQueue& queue);
@@ -68,8 +75,9 @@ private:
     void enterBehindBarrier() QUILLO_REALTIME;
 
     std::string label_;
-    ReaderGate gate_;
-    PriorityInheritanceMutex barrierMutex_;
+    std::shared_mutex readers_;
+    PriorityInheritanceMutex barrierMutex_;  ///< of whoever shuts out the render thread
+    ReaderGate gate_;                        ///< of the render thread
 };
 
 }  // namespace quillo

@@ -3,6 +3,7 @@
 
 #ifdef __linux__
 #include <linux/futex.h>
+#include <linux/membarrier.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 #endif
@@ -25,6 +26,27 @@ void waitWhile(const Word& word, std::uint32_t value) {
 void wakeOne(Word& word) {
     ::syscall(SYS_futex, &word, FUTEX_WAKE_PRIVATE, 1, nullptr, nullptr, 0);
 }
+
+bool tellMembarrier(int command) {
+    return ::syscall(SYS_membarrier, command, 0, 0) == 0;
+}
+
+/// ThreadSanitizer cannot see what a system call does.
+bool canFenceOthers() {
+#ifdef __SANITIZE_THREAD__
+    return false;
+#else
+    static const bool can = tellMembarrier(MEMBARRIER_CMD_REGISTER_PRIVATE_EXPEDITED);
+    return can;
+#endif
+}
+
+/// A child that was forked off may have to register again.
+void fenceOthers() {
+    while (!tellMembarrier(MEMBARRIER_CMD_PRIVATE_EXPEDITED)) {
+        tellMembarrier(MEMBARRIER_CMD_REGISTER_PRIVATE_EXPEDITED);
+    }
+}
 #else
 void waitWhile(const Word& word, std::uint32_t value) {
     word.wait(value, std::memory_order_relaxed);
@@ -33,26 +55,36 @@ void waitWhile(const Word& word, std::uint32_t value) {
 void wakeOne(Word& word) {
     word.notify_one();
 }
+
+bool canFenceOthers() {
+    return false;
+}
+
+void fenceOthers() {}
 #endif
 
 }  // namespace
 
+ReaderGate::ReaderGate() : closerFences_(canFenceOthers()) {}
+
 void ReaderGate::wakeCloser() QUILLO_REALTIME {
     QUILLO_REALTIME_EXEMPT("wakes the thread that closes the gate; waking does not wait")
-    wakeOne(state_);
+    wakeOne(inside_);
     QUILLO_REALTIME_EXEMPT_END
 }
 
 void ReaderGate::close() {
-    auto state = state_.fetch_or(closedBit, std::memory_order_acq_rel) | closedBit;
-    while (state != closedBit) {
-        waitWhile(state_, state);
-        state = state_.load(std::memory_order_acquire);
+    closed_.store(true);
+    if (closerFences_) {
+        fenceOthers();
+    }
+    for (auto inside = inside_.load(); inside != 0; inside = inside_.load()) {
+        waitWhile(inside_, inside);
     }
 }
 
 void ReaderGate::open() {
-    state_.fetch_and(~closedBit, std::memory_order_release);
+    closed_.store(false);
 }
 
 }  // namespace quillo

@@ -8,30 +8,36 @@
 
 namespace quillo {
 
-/// A gate that many threads pass for a short while and that one thread at a time can close, waiting until
-/// everybody inside has left. Passing costs one atomic addition each way and never waits.
+/// A gate that one thread passes all the time and others close now and then, waiting until it has left. Passing
+/// never waits, and where the system can fence off other threads (Linux) the closer pays for both: then it
+/// costs no locked instruction.
 ///
-/// Memory order: what the closer wrote before `open()` is seen by whoever enters after it; what a thread did
-/// inside is seen by the closer once `close()` returns.
+/// Memory order: what the closer wrote before `open()` is seen by the reader that enters after it; what the reader
+/// did inside is seen by the closer once `close()` returns.
 class ReaderGate {
 public:
-    /// [any] Enters unless the gate is closed. After `true`, `leave()` must follow.
+    ReaderGate();
+
+    /// [one thread at a time] Enters unless the gate is closed. After `true`, `leave()` must follow. Who is inside may
+    /// enter again, and is refused while somebody waits to close.
     [[nodiscard]] bool tryEnter() QUILLO_REALTIME {
-        if ((state_.fetch_add(1, std::memory_order_acquire) & closedBit) == 0) {
+        setInside(inside_.load(std::memory_order_relaxed) + 1);
+        if (!closed_.load()) {
             return true;
         }
         leave();
         return false;
     }
 
-    /// [any] Leaves; the last one out wakes a closer that waits.
+    /// [the thread that entered] Leaves, and wakes a closer that waits.
     void leave() QUILLO_REALTIME {
-        if (state_.fetch_sub(1, std::memory_order_acq_rel) == (closedBit | 1U)) {
+        setInside(inside_.load(std::memory_order_relaxed) - 1);
+        if (closed_.load()) {
             wakeCloser();
         }
     }
 
-    /// [not render] Lets nobody in any more and returns once the last one has left. Closers must exclude each
+    /// [not render] Lets nobody in any more and returns once the reader has left. Closers must exclude each
     /// other.
     void close();
 
@@ -39,12 +45,22 @@ public:
     void open();
 
 private:
-    static constexpr std::uint32_t closedBit = 0x8000'0000U;
+    /// The reader writes `inside_` and then reads `closed_`, the closer the other way round: one of them sees the
+    /// other when neither processor puts the reading first.
+    void setInside(std::uint32_t inside) QUILLO_REALTIME {
+        if (closerFences_) {
+            inside_.store(inside, std::memory_order_release);
+            std::atomic_signal_fence(std::memory_order_seq_cst);
+        } else {
+            inside_.store(inside);
+        }
+    }
 
     void wakeCloser() QUILLO_REALTIME;
 
-    /// The closed bit and the number of threads inside.
-    std::atomic<std::uint32_t> state_{0};
+    const bool closerFences_;
+    std::atomic<bool> closed_{false};
+    std::atomic<std::uint32_t> inside_{0};  ///< how many times the reader has entered
 };
 
 }  // namespace quillo

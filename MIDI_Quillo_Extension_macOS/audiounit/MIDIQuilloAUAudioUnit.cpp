@@ -66,10 +66,6 @@ std::variant<std::shared_ptr<MIDIQuilloAUAudioUnit>, NSError> MIDIQuilloAUAudioU
     return unit;
 }
 
-MIDIQuilloAUAudioUnit::~MIDIQuilloAUAudioUnit() {
-    renderLink_->gate.close();
-}
-
 AUAudioUnitBus& MIDIQuilloAUAudioUnit::inputBus() {
     if (!inputBus_) {
         inputBus_ = makeBus();

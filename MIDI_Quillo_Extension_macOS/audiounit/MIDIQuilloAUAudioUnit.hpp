@@ -12,7 +12,6 @@
 #include "audiounit/LogCallback.hpp"
 #include "engine/RuleProcessor.hpp"
 #include "platform/AUAudioUnit.hpp"
-#include "platform/ReaderGate.hpp"
 #include "platform/RealTime.hpp"
 
 namespace quillo {
@@ -29,14 +28,12 @@ inline constexpr const char* stateKey = "midi-quillo-state";
 ///
 /// Threads: [main], except the render block [render] and the state [any]. The bodies of what the render thread
 /// runs stand in MIDIQuilloAUAudioUnitRender.cpp.
-class MIDIQuilloAUAudioUnit final : public AUAudioUnit {
+class MIDIQuilloAUAudioUnit final : public AUAudioUnit,
+                                    public std::enable_shared_from_this<MIDIQuilloAUAudioUnit> {
 public:
     /// Makes a unit, or hands back the platform's error.
     [[nodiscard]] static std::variant<std::shared_ptr<MIDIQuilloAUAudioUnit>, NSError> create(
         const AudioComponentDescription& description, AudioComponentInstantiationOptions options = 0);
-
-    /// Waits for a cycle that is under way. Render blocks that are left over return `noErr` from now on.
-    ~MIDIQuilloAUAudioUnit() override;
 
     [[nodiscard]] AUAudioUnitBusArray& inputBusses() override;
     [[nodiscard]] AUAudioUnitBusArray& outputBusses() override;
@@ -50,7 +47,8 @@ public:
     /// does not fit an unsigned 64-bit integer is a fatal error.
     [[nodiscard]] std::optional<NSError> allocateRenderResources() override;
 
-    /// Holds the unit weakly: it may outlive it. One cycle, in this order: on-load rules, messages sent by
+    /// Holds the unit weakly: it may outlive it, and then returns `noErr`. During a cycle the unit stays, whoever lets
+    /// go of it; it goes with the cycle when nobody else holds it. One cycle, in this order: on-load rules, messages sent by
     /// hand, delayed messages, a change of the transport, the MIDI events in list order. Other events, system
     /// exclusive among them, are not seen. A time that does not fit 64 bits is a fatal error, left in the
     /// processor's `fatalErrors`.
@@ -79,14 +77,6 @@ public:
     LogCallback logOutput;  ///< every message that the host has taken
 
 private:
-    /// What render blocks hold in place of the unit: closed when the unit goes.
-    struct RenderLink {
-        explicit RenderLink(MIDIQuilloAUAudioUnit& owner) : unit(owner) {}
-
-        ReaderGate gate;
-        MIDIQuilloAUAudioUnit& unit;
-    };
-
     MIDIQuilloAUAudioUnit() = default;
 
     AUAudioUnitBus& inputBus();
@@ -105,7 +95,6 @@ private:
     std::shared_ptr<AUAudioUnitBus> outputBus_;
     std::unique_ptr<AUAudioUnitBusArray> outputBusses_;
     std::shared_ptr<AUParameterTree> parameterTree_ = AUParameterTree::createTree({});
-    std::shared_ptr<RenderLink> renderLink_ = std::make_shared<RenderLink>(*this);
 
     /// [render] The flags at the last change of the transport; none when they are forgotten.
     std::optional<AUHostTransportStateFlags> previousTransportState_ = 0;

@@ -2,10 +2,12 @@
 // What the host's render thread runs.
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <optional>
 #include <utility>
 
 #include "audiounit/MIDIQuilloAUAudioUnit.hpp"
+#include "engine/Cycle.hpp"
 
 namespace quillo {
 
@@ -28,16 +30,41 @@ HostTransportTriggerVariantsV2 transportTrigger(AUHostTransportStateFlags flags,
     return position > 0.0 ? HostTransportTriggerVariantsV2::Continue : HostTransportTriggerVariantsV2::Start;
 }
 
+/// What a render block holds in place of the unit, and in a cycle the unit too.
+class RenderLink {
+public:
+    explicit RenderLink(std::weak_ptr<MIDIQuilloAUAudioUnit> unit) : unit_(std::move(unit)) {}
+
+    /// The unit, until `letGo`; null when it is gone.
+    MIDIQuilloAUAudioUnit* hold() QUILLO_REALTIME {
+        QUILLO_REALTIME_EXEMPT("counts a reference: neither locks nor allocates")
+        held_ = unit_.lock();
+        QUILLO_REALTIME_EXEMPT_END
+        return held_.get();
+    }
+
+    void letGo() QUILLO_REALTIME {
+        QUILLO_REALTIME_EXEMPT(
+            "whose last reference goes in its own cycle takes the unit with it, on this thread")
+        held_.reset();
+        QUILLO_REALTIME_EXEMPT_END
+    }
+
+private:
+    std::weak_ptr<MIDIQuilloAUAudioUnit> unit_;
+    std::shared_ptr<MIDIQuilloAUAudioUnit> held_;
+};
+
 }  // namespace
 
 AUInternalRenderBlock MIDIQuilloAUAudioUnit::internalRenderBlock() {
-    return [link = renderLink_](const AudioTimeStamp& timestamp, AUAudioFrameCount frameCount,
-                                const AURenderEvent* events) QUILLO_REALTIME {
-        if (!link->gate.tryEnter()) {
-            return noErr;
-        }
-        const auto status = link->unit.render(timestamp, frameCount, events);
-        link->gate.leave();
+    return [link = std::make_shared<RenderLink>(weak_from_this())](const AudioTimeStamp& timestamp,
+                                                                   AUAudioFrameCount frameCount,
+                                                                   const AURenderEvent* events)
+               QUILLO_REALTIME {
+        auto* unit = link->hold();
+        const auto status = unit != nullptr ? unit->render(timestamp, frameCount, events) : noErr;
+        link->letGo();
         return status;
     };
 }
@@ -56,13 +83,7 @@ OSStatus MIDIQuilloAUAudioUnit::render(const AudioTimeStamp& timestamp, AUAudioF
                     QUILLO_REALTIME { return sendMessages(time, cable, messages); };
     const OutputFunction output(send);
 
-    if (const auto status = processor->onLoad(output, *first, end); status != noErr) {
-        return status;
-    }
-    if (const auto status = processor->flushInstantMessages(output, *first); status != noErr) {
-        return status;
-    }
-    if (const auto status = processor->flushDelayedMessages(output, end); status != noErr) {
+    if (const auto status = Cycle(*processor, output, *first, end).status(); status != noErr) {
         return status;
     }
     if (const auto status = renderTransport(output, *first, end); status != noErr) {

@@ -46,11 +46,10 @@ Generator::Generator(const RuleOutputVariantsV2::ProgramChange& output) noexcept
 MessageList Generator::operator()(const TriggerBytes& trigger) const QUILLO_REALTIME {
     const auto channel = channel_.choose(trigger.status & channelMask);
     const auto byte1 = byte1_.choose(trigger.data1);
-    switch (shape_) {
-    case Shape::twoBytes: return MessageList({combined(status_, channel), byte1});
-    case Shape::threeBytes:
-        return MessageList({combined(status_, channel), byte1, byte2_.choose(trigger.data2)});
-    case Shape::bankAndProgram: break;
+    if (shape_ != Shape::bankAndProgram) {
+        const auto byte2 = byte2_.choose(trigger.data2);
+        const std::size_t length = shape_ == Shape::twoBytes ? 2 : 3;
+        return MessageList(MIDIMessage({combined(status_, channel), byte1, byte2}, length));
     }
     return MessageList({combined(statusNibble(StatusV2::CC), channel), bankSelectController, bank_},
                        {combined(statusNibble(StatusV2::programChange), channel), byte1});

@@ -36,6 +36,11 @@ public:
     /// A message of at most `maximumInlineSize` bytes; what lies beyond is left out.
     [[nodiscard]] static MIDIMessage inlineCopyOf(std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
 
+    /// The first `length` of these bytes, or all three.
+    MIDIMessage(const std::array<std::uint8_t, 3>& bytes, std::size_t length) QUILLO_REALTIME
+        : inlineSize_(static_cast<std::uint8_t>(std::min(length, bytes.size()))),
+          inline_{bytes[0], bytes[1], bytes[2]} {}
+
     MIDIMessage(const MIDIMessage& other) QUILLO_REALTIME;
     MIDIMessage(MIDIMessage&& other) QUILLO_REALTIME;
     MIDIMessage& operator=(const MIDIMessage& other) QUILLO_REALTIME;

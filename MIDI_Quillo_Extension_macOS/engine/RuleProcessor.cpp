@@ -2,10 +2,23 @@
 #include "engine/RuleProcessor.hpp"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <utility>
 
+#include "engine/RuleChain.hpp"
+
 namespace quillo {
+
+namespace {
+
+bool hasRuleForHostTransport(const CompiledRules& rules) {
+    using Trigger = HostTransportTriggerVariantsV2;
+    return std::ranges::any_of(std::array{Trigger::Start, Trigger::Continue, Trigger::Stop},
+                               [&](Trigger trigger) { return RuleChain(rules, trigger).next() != nullptr; });
+}
+
+}  // namespace
 
 RuleProcessor::RuleProcessor()
     : dispatchQueue("rule-processore-queue"),
@@ -19,7 +32,11 @@ std::vector<Rule> RuleProcessor::rules() {
 void RuleProcessor::setRules(std::vector<Rule> rules) {
     std::shared_ptr<const CompiledRules> next =
         std::make_shared<const CompiledRules>(compileRules(std::move(rules), sampleRate.load()));
-    dispatchQueue.barrierSync([&] { compiled_.swap(next); });
+    const bool hearsHostTransport = hasRuleForHostTransport(*next);
+    dispatchQueue.barrierSync([&] {
+        compiled_.swap(next);
+        hearsHostTransport_ = hearsHostTransport;
+    });
 }
 
 void RuleProcessor::send(const RuleOutputVariantsV2& output) {

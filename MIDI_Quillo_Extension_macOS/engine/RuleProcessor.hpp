@@ -24,13 +24,13 @@ namespace quillo {
 
 /// The engine: tries every event against the rules, in order, and emits what they send at exact sample times.
 ///
-/// The editor and the host's state calls install rules; the render thread runs the five steps of a cycle, in
-/// the order in which they stand below, and gives up the cycle at the first status other than `noErr`. A cycle
-/// covers the sample times from `start` up to, and not including, `end`. All messages leave through the
-/// caller's output function, on cable 0.
+/// The editor and the host's state calls install rules; the render thread runs whole cycles (see `Cycle`), or the
+/// five steps of one, in the order in which they stand below, and gives up the cycle at the first status other
+/// than `noErr`. A cycle covers the sample times from `start` up to, and not including, `end`. All messages leave
+/// through the caller's output function, on cable 0.
 ///
 /// Every operation enters `dispatchQueue` by itself: steps and reads as ordinary blocks, changes as barriers.
-/// The bodies of the steps stand in RuleProcessorRender.cpp, those of the rest in RuleProcessor.cpp.
+/// The bodies of the steps stand in Cycle.cpp, those of the rest in RuleProcessor.cpp.
 class RuleProcessor {
 public:
     /// How many delayed outputs can wait.
@@ -44,7 +44,7 @@ public:
     /// "rule-processore-queue": all state of the processor is touched in its blocks only.
     DispatchQueue dispatchQueue;
 
-    /// Where a render step leaves a fatal error: times beyond 64 bits, a damaged delay queue.
+    /// Where a render step leaves a fatal error: times beyond 64 bits.
     FatalErrorSlot fatalErrors;
 
     /// [any but render] The list that was installed last.
@@ -91,28 +91,17 @@ public:
     /// [render] Whether a cycle without events would have something to send, now or later.
     [[nodiscard]] bool hasWaitingMessages() QUILLO_REALTIME;
 
-    /// [any, render] Whether a rule waits for the host's transport: then a cycle without events matters too.
-    [[nodiscard]] bool hearsHostTransport() QUILLO_REALTIME;
+    /// [any] Whether a rule waits for the host's transport: then a cycle without events matters too.
+    [[nodiscard]] bool hearsHostTransport() const QUILLO_REALTIME { return hearsHostTransport_; }
 
 private:
-    /// What an output is due to: a sample time that it waits from, and the end of the cycle.
-    struct Moment {
-        SampleTime base;
-        SampleTime end;
-    };
+    friend class Cycle;
 
     bool tryAppendInstantMessages(std::span<const MIDIMessage> messages, std::vector<MIDIMessage>& room);
 
-    OSStatus schedule(const OutputFunction& output, Moment moment, SampleTime delay,
-                      const MessageList& messages) QUILLO_REALTIME;
-    OSStatus fire(const OutputFunction& output, Moment moment, const MIDIRuleInternal& rule,
-                  const TriggerBytes& trigger) QUILLO_REALTIME;
-    OSStatus runOnLoadRules(const OutputFunction& output, Moment moment) QUILLO_REALTIME;
-    OSStatus runChain(const OutputFunction& output, const AUMIDIEvent& event, SampleTime end) QUILLO_REALTIME;
-    OSStatus popDueMessages(const OutputFunction& output, SampleTime end) QUILLO_REALTIME;
-
     bool loaded_ = false;
     std::shared_ptr<const CompiledRules> compiled_;
+    std::atomic<bool> hearsHostTransport_{false};
     MyBinaryHeap<DelayedMessage> delayedMessages_{delayCapacity};
     std::vector<MIDIMessage> instantMessages_;
 };

@@ -242,6 +242,27 @@ TEST_F(RenderTest, ABlockThatOutlivesItsUnitDoesNothing) {
     EXPECT_EQ(calls, 1);
 }
 
+TEST_F(RenderTest, AUnitThatIsLetGoOfInItsOwnCycleStaysUntilTheCycleEnds) {
+    auto unitOfItsOwn = makeUnit();
+    const std::weak_ptr<MIDIQuilloAUAudioUnit> weak = unitOfItsOwn;
+    std::vector<Bytes> received;
+    unitOfItsOwn->MIDIOutputEventBlock =
+        WithoutDeadline([&](AUEventSampleTime, std::uint8_t, std::span<const std::uint8_t> bytes) {
+            unitOfItsOwn.reset();
+            EXPECT_FALSE(weak.expired());
+            received.push_back(copyOf(bytes));
+            return noErr;
+        });
+    const auto block = unitOfItsOwn->internalRenderBlock();
+    RenderEventList events(2);
+    ASSERT_TRUE(events.tryPushMIDI(0, Bytes{0xF8}));
+    ASSERT_TRUE(events.tryPushMIDI(1, Bytes{0xFA}));
+    EXPECT_EQ(block(AudioTimeStamp{0}, 512, events.head()), noErr);
+    EXPECT_EQ(received, (std::vector<Bytes>{{0xF8}, {0xFA}}));
+    EXPECT_TRUE(weak.expired());
+    EXPECT_EQ(block(AudioTimeStamp{512}, 512, events.head()), noErr);
+}
+
 TEST_F(RenderTest, TheSystemExclusiveOutputOfARuleIsSentAndLoggedWhole) {
     install({rule(onLoad(), send(systemExclusive({0x7E, 0x7F, 0x09, 0x01, 2, 3, 4, 5})))});
     EXPECT_EQ(host.render(0, 512), noErr);

@@ -104,6 +104,45 @@ TEST(DispatchQueue, ABarrierWaitsForTheSyncBlockAndSeesWhatItWrote) {
                           [&](const auto& block) { queue.barrierSync(block); });
 }
 
+/// Runs a block as the render thread does.
+template <class Block>
+void syncAsRenderThread(DispatchQueue& queue, const Block& block) {
+    const DispatchQueue::RenderEntry entry(queue);
+    block();
+}
+
+TEST(DispatchQueue, TheRenderThreadWaitsForTheBarrierAndSeesWhatItWrote) {
+    DispatchQueue queue("");
+    expectTheSecondToWait([&](const auto& block) { queue.barrierSync(block); },
+                          [&](const auto& block) { syncAsRenderThread(queue, block); });
+}
+
+TEST(DispatchQueue, ABarrierWaitsForTheRenderThreadAndSeesWhatItWrote) {
+    DispatchQueue queue("");
+    expectTheSecondToWait([&](const auto& block) { syncAsRenderThread(queue, block); },
+                          [&](const auto& block) { queue.barrierSync(block); });
+}
+
+/// The reader stays inside until the render thread has been: this ends only when that does not wait for the barrier
+/// that waits for the reader.
+TEST(DispatchQueue, ABarrierThatWaitsForReadersDoesNotKeepTheRenderThreadWaiting) {
+    DispatchQueue queue("");
+    std::jthread installer;
+    std::latch coming(1);
+    bool barrierRan = false;
+    queue.sync([&] {
+        installer = std::jthread([&] {
+            coming.count_down();
+            queue.barrierSync([&] { barrierRan = true; });
+        });
+        coming.wait();
+        letOthersRun();
+        std::jthread([&] { syncAsRenderThread(queue, [&] { EXPECT_FALSE(barrierRan); }); }).join();
+    });
+    installer.join();
+    EXPECT_TRUE(barrierRan);
+}
+
 /// Two counters that only barriers change, always both: no block may ever find them apart.
 TEST(DispatchQueue, BarriersExcludeEverybodyElse) {
     constexpr int threads = 2;
@@ -125,9 +164,21 @@ TEST(DispatchQueue, BarriersExcludeEverybodyElse) {
             queue.sync([&] { foundApart += first == second ? 0 : 1; });
         }
     };
+    std::atomic<bool> stop = false;
+    const auto render = [&] {
+        while (!stop) {
+            int apart = 0;
+            syncAsRenderThread(queue, [&] { apart = first == second ? 0 : 1; });
+            foundApart += apart;
+        }
+    };
     {
-        const Threads writers(threads, write);
-        const Threads readers(threads, read);
+        const std::jthread renderThread(render);
+        {
+            const Threads writers(threads, write);
+            const Threads readers(threads, read);
+        }
+        stop = true;
     }
     EXPECT_EQ(foundApart, 0);
     EXPECT_EQ(first, threads * rounds);

@@ -31,7 +31,7 @@ void otherBinaryLeavesClosingGate(quillo::ReaderGate& gate, std::atomic<int>& en
 
 void otherBinaryEnters(quillo::DispatchQueue& queue, std::uint64_t times) {
     for (; times > 0; --times) {
-        queue.sync([] {});
+        const quillo::DispatchQueue::RenderEntry entry(queue);
     }
 }
 

@@ -14,7 +14,7 @@ extern "C" {
 /// Enters the gate in each round, counts the entry in `entered`, and leaves only when somebody closes the gate.
 void otherBinaryLeavesClosingGate(quillo::ReaderGate& gate, std::atomic<int>& entered, int rounds);
 
-/// Enters the queue so many times.
+/// Enters the queue so many times, as a render thread.
 void otherBinaryEnters(quillo::DispatchQueue& queue, std::uint64_t times);
 
 /// Closes the queue again and again, until `done`.

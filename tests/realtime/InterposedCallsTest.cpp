@@ -88,11 +88,12 @@ TEST(InterposedCalls, CountsAWaitWithALimit) {
     EXPECT_EQ(locksOf([&] { condition.wait_for(lock, std::chrono::microseconds(1)); }), 1U);
 }
 
-TEST(InterposedCalls, FindsNoLockInAQueueEntryWithoutABarrier) {
+TEST(InterposedCalls, FindsNoLockInTheRenderThreadsEntryWithoutABarrier) {
     DispatchQueue queue("");
     queue.barrierSync([] {});
-    EXPECT_EQ(locksOf([&] { queue.sync([] {}); }), 0U);
-    EXPECT_EQ(locksOf([&] { queue.barrierSync([] {}); }), 1U);
+    EXPECT_EQ(locksOf([&] { const DispatchQueue::RenderEntry entry(queue); }), 0U);
+    EXPECT_EQ(locksOf([&] { queue.sync([] {}); }), 1U);
+    EXPECT_EQ(locksOf([&] { queue.barrierSync([] {}); }), 2U);
 }
 
 }  // namespace

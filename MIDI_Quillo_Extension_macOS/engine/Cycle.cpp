@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/Cycle.hpp"
+
+#include <algorithm>
+
+#include "engine/RuleProcessor.hpp"
+
+namespace quillo {
+
+namespace {
+
+constexpr std::uint8_t cable = 0;
+
+}  // namespace
+
+Cycle::Cycle(RuleProcessor& processor, OutputFunction output, SampleTime end) QUILLO_REALTIME
+    : entry_(processor.dispatchQueue),
+      processor_(processor),
+      rules_(*processor.compiled_),
+      output_(output),
+      end_(end) {}
+
+Cycle::Cycle(RuleProcessor& processor, OutputFunction output, SampleTime start, SampleTime end)
+    QUILLO_REALTIME
+    : Cycle(processor, output, end) {
+    if (status_ = onLoad(start); status_ != noErr) {
+        return;
+    }
+    if (status_ = flushInstantMessages(start); status_ != noErr) {
+        return;
+    }
+    status_ = flushDelayedMessages();
+}
+
+OSStatus Cycle::onLoad(SampleTime start) QUILLO_REALTIME {
+    if (processor_.loaded_) {
+        return noErr;
+    }
+    processor_.loaded_ = true;
+    for (const auto& rule : rules_.rulesOnLoad) {
+        if (const auto status = schedule(start, rule.delay, rule.output); status != noErr) {
+            return status;
+        }
+    }
+    return noErr;
+}
+
+OSStatus Cycle::flushInstantMessages(SampleTime start) QUILLO_REALTIME {
+    auto& messages = processor_.instantMessages_;
+    const auto status = output_(start, cable, messages);
+    messages.clear();
+    return status;
+}
+
+OSStatus Cycle::flushDelayedMessages() QUILLO_REALTIME {
+    auto& delayed = processor_.delayedMessages_;
+    for (const auto* earliest = delayed.peek(); earliest != nullptr && earliest->time < end_;
+         earliest = delayed.peek()) {
+        const auto due = delayed.pop();
+        if (const auto status = output_(due->time, cable, due->message.messages()); status != noErr) {
+            return status;
+        }
+    }
+    return noErr;
+}
+
+OSStatus Cycle::transport(SampleTime at, HostTransportTriggerVariantsV2 trigger) QUILLO_REALTIME {
+    if (status_ == noErr) {
+        RuleChain chain(rules_, trigger);
+        status_ = fireAll(chain, at, TriggerBytes{});
+    }
+    return status_;
+}
+
+OSStatus Cycle::midi(SampleTime at, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    std::array<std::uint8_t, 3> data{};
+    const auto length = std::min(bytes.size(), data.size());
+    std::copy_n(bytes.begin(), length, data.begin());
+    return midi(at, data, length);
+}
+
+OSStatus Cycle::midi(SampleTime at, const std::array<std::uint8_t, 3>& data,
+                     std::size_t length) QUILLO_REALTIME {
+    if (status_ != noErr) {
+        return status_;
+    }
+    const TriggerBytes trigger{data[0], data[1], data[2]};
+    RuleChain chain(rules_, trigger);
+    status_ = fireAll(chain, at, trigger);
+    if (status_ == noErr && !chain.consumed()) {
+        const MIDIMessage incoming(data, length);
+        status_ = output_(at, cable, {&incoming, 1});
+    }
+    return status_;
+}
+
+/// Every rule that fires passes here.
+OSStatus Cycle::fireAll(RuleChain& chain, SampleTime at, const TriggerBytes& trigger) QUILLO_REALTIME {
+    while (const auto* rule = chain.next()) {
+        if (const auto status = fire(*rule, at, trigger); status != noErr) {
+            return status;
+        }
+    }
+    return noErr;
+}
+
+OSStatus Cycle::fire(const MIDIRuleInternal& rule, SampleTime at, const TriggerBytes& trigger)
+    QUILLO_REALTIME {
+    using Part = RuleInternalPartVariants;
+    if (const auto* host = rule.variants.getIf<Part::WithHostBasedTrigger>()) {
+        return schedule(at, rule.delay, host->part.output);
+    }
+    const auto& content = rule.variants.getIf<Part::WithMessageBasedTrigger>()->part.output;
+    if (const auto* bytes = content.getIf<MessageContent::Bytes>()) {
+        return schedule(at, rule.delay, bytes->messages);
+    }
+    return schedule(at, rule.delay, content.getIf<MessageContent::Generator>()->generate(trigger));
+}
+
+OSStatus Cycle::schedule(SampleTime at, SampleTime delay, const MessageList& messages) QUILLO_REALTIME {
+    SampleTime due = 0;
+    if (!tryAdd(at, delay, due)) {
+        return processor_.fatalErrors.set("a delay ends beyond the render timeline");
+    }
+    if (due < end_) {
+        return output_(due, cable, messages.messages());
+    }
+    queue(due, messages);
+    return noErr;
+}
+
+void Cycle::queue(SampleTime due, const MessageList& messages) QUILLO_REALTIME {
+    processor_.delayedMessages_.push({due, messages});
+}
+
+// The processor's operations: a step each.
+
+OSStatus RuleProcessor::onLoad(const OutputFunction& output, SampleTime start, SampleTime end)
+    QUILLO_REALTIME {
+    return Cycle(*this, output, end).onLoad(start);
+}
+
+OSStatus RuleProcessor::flushInstantMessages(const OutputFunction& output, SampleTime start) QUILLO_REALTIME {
+    return Cycle(*this, output, start).flushInstantMessages(start);
+}
+
+OSStatus RuleProcessor::flushDelayedMessages(const OutputFunction& output, SampleTime end) QUILLO_REALTIME {
+    return Cycle(*this, output, end).flushDelayedMessages();
+}
+
+OSStatus RuleProcessor::processHostTransport(const OutputFunction& output,
+                                             HostTransportTriggerVariantsV2 trigger, SampleTime start,
+                                             SampleTime end) QUILLO_REALTIME {
+    return Cycle(*this, output, end).transport(start, trigger);
+}
+
+OSStatus RuleProcessor::processMIDIEvent(const OutputFunction& output, const AUMIDIEvent& event,
+                                         SampleTime end) QUILLO_REALTIME {
+    return Cycle(*this, output, end).midi(event.eventSampleTime, event.data, event.length);
+}
+
+bool RuleProcessor::hasWaitingMessages() QUILLO_REALTIME {
+    const DispatchQueue::RenderEntry entry(dispatchQueue);
+    return delayedMessages_.size() > 0 || !instantMessages_.empty();
+}
+
+}  // namespace quillo
