@@ -13,13 +13,42 @@ std::string describe(const std::string& message, const std::source_location& whe
     return "Fatal error: " + message + " (" + file + ":" + std::to_string(where.line()) + ")";
 }
 
+/// The text with its first letter in upper case.
+std::string sentence(std::string text) {
+    if (!text.empty() && text.front() >= 'a' && text.front() <= 'z') {
+        text.front() = static_cast<char>(text.front() - 'a' + 'A');
+    }
+    return text + (text.ends_with('.') ? "" : ".");
+}
+
 }  // namespace
 
-FatalError::FatalError(const std::string& message, const std::source_location& where)
-    : std::runtime_error(describe(message, where)) {}
+FatalError::FatalError(const std::string& message, const std::source_location& where,
+                       const std::string& remedy)
+    : std::runtime_error(describe(message, where)), message_(message), remedy_(remedy) {}
+
+std::string FatalError::inWords() const {
+    const auto words = sentence(subject_.empty() ? message_ : subject_ + ": " + message_);
+    return remedy_.empty() ? words : words + " " + remedy_;
+}
+
+FatalError FatalError::about(const std::string& subject) const {
+    auto error = *this;
+    error.subject_ = subject;
+    return error;
+}
 
 void fatalError(const std::string& message, const std::source_location& where) {
     throw FatalError(message, where);
+}
+
+void fatalError(const std::string& message, const std::string& remedy, const std::source_location& where) {
+    throw FatalError(message, where, remedy);
+}
+
+std::string wordsOf(const std::exception& error) {
+    const auto* fatal = dynamic_cast<const FatalError*>(&error);
+    return fatal != nullptr ? fatal->inWords() : error.what();
 }
 
 }  // namespace quillo

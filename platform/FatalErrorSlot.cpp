@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/FatalErrorSlot.hpp"
 
-#include "platform/FatalError.hpp"
-
 namespace quillo {
 
 OSStatus FatalErrorSlot::set(const char* message, std::source_location where) QUILLO_REALTIME {
@@ -18,11 +16,11 @@ bool FatalErrorSlot::isSet() const QUILLO_REALTIME {
     return set_.load(std::memory_order_acquire);
 }
 
-std::optional<std::string> FatalErrorSlot::text() const {
+std::optional<FatalError> FatalErrorSlot::error() const {
     if (!isSet()) {
         return std::nullopt;
     }
-    return FatalError(message_, where_).what();
+    return FatalError(message_, where_);
 }
 
 void FatalErrorSlot::raise() {

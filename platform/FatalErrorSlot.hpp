@@ -4,8 +4,8 @@
 #include <atomic>
 #include <optional>
 #include <source_location>
-#include <string>
 
+#include "platform/FatalError.hpp"
 #include "platform/OSStatus.hpp"
 #include "platform/RealTime.hpp"
 
@@ -24,8 +24,8 @@ public:
     /// [any] Whether an error waits.
     [[nodiscard]] bool isSet() const QUILLO_REALTIME;
 
-    /// [any but render] The text of the error that waits; nothing when none does.
-    [[nodiscard]] std::optional<std::string> text() const;
+    /// [any but render] The error that waits; nothing when none does.
+    [[nodiscard]] std::optional<FatalError> error() const;
 
     /// [any, while no cycle runs] Empties the slot and throws the `FatalError` that waited in it; does nothing
     /// when none waits.

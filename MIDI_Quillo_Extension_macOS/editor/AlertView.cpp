@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "editor/FieldPlan.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/Style.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -16,10 +18,19 @@ constexpr int margin = 14;
 constexpr int titleHeight = 26;
 constexpr int lineHeight = 16;
 
+/// Texts from outside, such as names, get into alerts: nothing in a line is left that cannot be seen.
+juce::String visible(const juce::String& message) {
+    auto lines = juce::StringArray::fromTokens(message, "\n", {});
+    for (auto& line : lines) {
+        line = juceText(escaped(line.toStdString()));
+    }
+    return lines.joinIntoString("\n");
+}
+
 }  // namespace
 
-AlertView::AlertView(juce::String message, std::function<void()> onOK)
-    : message_(std::move(message)), onOK_(std::move(onOK)), ok_("OK", [this] { onOK_(); }) {
+AlertView::AlertView(const juce::String& message, std::function<void()> onOK)
+    : message_(visible(message)), onOK_(std::move(onOK)), ok_("OK", [this] { onOK_(); }) {
     setTitle("Error");
     setWantsKeyboardFocus(true);
     text_.setMultiLine(true);

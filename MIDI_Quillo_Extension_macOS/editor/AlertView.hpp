@@ -14,7 +14,7 @@ namespace quillo {
 /// only: clicked, or by Return, Space or Escape. [main] only.
 class AlertView final : public juce::Component, public EnvironmentScope {
 public:
-    AlertView(juce::String message, std::function<void()> onOK);
+    AlertView(const juce::String& message, std::function<void()> onOK);
 
     [[nodiscard]] const juce::String& message() const { return message_; }
     [[nodiscard]] MyTextButton& okButton() { return ok_; }

@@ -126,7 +126,7 @@ bool RuleListEditor::isTakenByEngine(std::vector<Rule> rules) {
     try {
         onRulesChanged_(std::move(rules));
     } catch (const FatalError& error) {
-        alert(error.what());
+        alert(error.inWords());
         return false;
     }
     return true;
@@ -172,7 +172,7 @@ void RuleListEditor::add(const MIDIRuleType& type) {
         const auto name = "Add " + list.back().rule.name;
         apply(std::move(list), name);
     } catch (const FatalError& error) {
-        alert(error.what());
+        alert(error.inWords());
     }
 }
 

@@ -6,6 +6,7 @@
 
 #include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
+#include "rules/RuleLabel.hpp"
 
 namespace quillo {
 
@@ -29,11 +30,11 @@ MIDIRuleInternal compileHostTransport(const Rule& rule, const HostTransportTrigg
 SampleTime delayInSamples(DelayV2 delay, std::uint64_t sampleRate) {
     constexpr std::uint64_t millisecondsPerSecond = 1000;
     if (delay.ms < 0) {
-        fatalError("a delay is negative: " + std::to_string(delay.ms) + " ms");
+        fatalError("a delay is negative: " + std::to_string(delay.ms) + " ms", "Choose 0 or more.");
     }
     std::uint64_t product = 0;
     if (__builtin_mul_overflow(static_cast<std::uint64_t>(delay.ms), sampleRate, &product)) {
-        fatalError("a delay is too long: " + std::to_string(delay.ms) + " ms");
+        fatalError("a delay is too long: " + std::to_string(delay.ms) + " ms", "Choose a shorter one.");
     }
     return static_cast<SampleTime>(product / millisecondsPerSecond);
 }
@@ -42,23 +43,37 @@ MessageList compileFixed(const RuleOutputVariantsV2& output, const std::string& 
     const auto content = compile(output);
     const auto* bytes = content.getIf<MessageContent::Bytes>();
     if (bytes == nullptr) {
-        fatalError(purpose + " copies from a triggering message, and there is none");
+        fatalError(purpose + " copies from a triggering message, and there is none",
+                   "Choose values of its own for what it sends.");
     }
     return bytes->messages;
 }
 
+namespace {
+
+void compileInto(std::vector<MIDIOnLoadRuleInternal>& onLoad, std::vector<MIDIRuleInternal>& chain,
+                 const Rule& rule, std::uint64_t sampleRate) {
+    const auto delay = delayInSamples(rule.output.delay, sampleRate);
+    if (const auto* message = rule.trigger.getIf<RuleTriggerV2::MessageBased>()) {
+        chain.push_back(compileMessageBased(rule, message->trigger, delay));
+    } else if (const auto* host = rule.trigger.getIf<RuleTriggerV2::HostTransport>()) {
+        chain.push_back(compileHostTransport(rule, host->trigger, delay));
+    } else {
+        onLoad.push_back(
+            {compileFixed(rule.output.message, "the on-load rule " + inQuotes(rule.name)), delay});
+    }
+}
+
+}  // namespace
+
 CompiledRules compileRules(std::vector<Rule> rules, std::uint64_t sampleRate) {
     std::vector<MIDIOnLoadRuleInternal> onLoad;
     std::vector<MIDIRuleInternal> chain;
-    for (const auto& rule : rules) {
-        const auto delay = delayInSamples(rule.output.delay, sampleRate);
-        if (const auto* message = rule.trigger.getIf<RuleTriggerV2::MessageBased>()) {
-            chain.push_back(compileMessageBased(rule, message->trigger, delay));
-        } else if (const auto* host = rule.trigger.getIf<RuleTriggerV2::HostTransport>()) {
-            chain.push_back(compileHostTransport(rule, host->trigger, delay));
-        } else {
-            onLoad.push_back(
-                {compileFixed(rule.output.message, "the on-load rule " + inQuotes(rule.name)), delay});
+    for (std::size_t position = 0; position < rules.size(); ++position) {
+        try {
+            compileInto(onLoad, chain, rules[position], sampleRate);
+        } catch (const FatalError& error) {
+            throw error.about(ruleLabel(position, rules[position].name));
         }
     }
     RuleTable table(chain);

@@ -19,7 +19,7 @@ inline constexpr std::uint64_t defaultSampleRate = 44100;
 [[nodiscard]] SampleTime delayInSamples(DelayV2 delay, std::uint64_t sampleRate);
 
 /// [any but render] Compiles a rule list. Fatal errors: those of `delayInSamples`, and an on-load or
-/// host-transport rule whose output takes something from a triggering message.
+/// host-transport rule whose output takes something from a triggering message; in words they name the rule.
 [[nodiscard]] CompiledRules compileRules(std::vector<Rule> rules, std::uint64_t sampleRate);
 
 /// The messages of an output that must not depend on a trigger; otherwise a fatal error that names

@@ -2,6 +2,7 @@
 #include "persistence/DecodingError.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace quillo {
 
@@ -18,7 +19,13 @@ std::string joined(std::string_view deciding, std::string_view otherForm, std::s
 }  // namespace
 
 DecodingError::DecodingError(const std::string& text, std::size_t valuesRead)
-    : std::runtime_error(text), mostUseful_(text), valuesRead_(valuesRead) {}
+    : DecodingError(text, {}, text, valuesRead) {}
+
+DecodingError::DecodingError(const std::string& text, std::string path, std::string problem,
+                             std::size_t valuesRead)
+    : std::runtime_error(text),
+      mostUseful_{text, std::move(path), std::move(problem)},
+      valuesRead_(valuesRead) {}
 
 DecodingError DecodingError::ofBothReadings(const DecodingError& deciding, std::string_view otherForm,
                                             const DecodingError& other) {

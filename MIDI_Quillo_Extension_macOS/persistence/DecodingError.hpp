@@ -19,6 +19,9 @@ public:
     /// `valuesRead` is how far the reading came, in values begun.
     explicit DecodingError(const std::string& text, std::size_t valuesRead = 0);
 
+    /// With a text about a part of the document: what is wrong, behind `path` where that is not empty.
+    DecodingError(const std::string& text, std::string path, std::string problem, std::size_t valuesRead);
+
     /// Both readings failed: `deciding` by the rules of the document, and `other`, which was tried as
     /// `otherForm` ("a current document"). The reading that came further is the most useful one, `other` when
     /// both came equally far.
@@ -26,12 +29,23 @@ public:
                                                       std::string_view otherForm, const DecodingError& other);
 
     /// One line without any other reading's error.
-    [[nodiscard]] const std::string& mostUseful() const { return mostUseful_; }
+    [[nodiscard]] const std::string& mostUseful() const { return mostUseful_.text; }
+
+    /// Where the most useful one lies, such as `rules[3].trigger`; empty for the whole document.
+    [[nodiscard]] const std::string& path() const { return mostUseful_.path; }
+    /// What the most useful one says of that place.
+    [[nodiscard]] const std::string& problem() const { return mostUseful_.problem; }
 
     [[nodiscard]] std::size_t valuesRead() const { return valuesRead_; }
 
 private:
-    std::string mostUseful_;
+    struct Finding {
+        std::string text;
+        std::string path;
+        std::string problem;
+    };
+
+    Finding mostUseful_;
     std::size_t valuesRead_;
 };
 

@@ -106,7 +106,7 @@ std::string JSONReader::oneOf(std::span<const std::uint8_t> numbers) {
 }
 
 void JSONReader::fail(const JSONPath& path, const std::string& what) {
-    throw DecodingError(located(path, what), valuesRead_);
+    throw DecodingError(located(path, what), path.text(), what, valuesRead_);
 }
 
 void JSONReader::failExpecting(const std::string& expected, const JSON& found, const JSONPath& path) {
@@ -119,7 +119,8 @@ void JSONReader::failForCases(std::span<const std::string_view> names, const JSO
     std::ranges::copy_if(names, std::back_inserter(found), [&](auto name) { return object.contains(name); });
     const auto detail =
         found.empty() ? "expected " + listed(names, " or ") : "found " + listed(found, " and ");
-    throw DecodingError(std::string(notOneCase) + " " + located(path, detail), valuesRead_);
+    const auto message = std::string(notOneCase) + " ";
+    throw DecodingError(message + located(path, detail), path.text(), message + detail, valuesRead_);
 }
 
 }  // namespace quillo

@@ -141,7 +141,7 @@ Union JSONReader::readUnion(const JSON& value, const JSONPath& path) {
 /// The only element of a payload is spoken of under the name of its case; several have their own keys.
 template <class Union, std::size_t Index>
 Union JSONReader::readCase(const JSON& payload, const JSONPath& path) {
-    constexpr auto described = std::get<Index>(Description<Union>::cases);
+    static constexpr auto described = std::get<Index>(Description<Union>::cases);
     constexpr bool onlyOne = std::tuple_size_v<decltype(described.payload)> == 1;
     const auto readElement = [&]<class F>(const F& each) {
         return readMember<typename F::Value>(payload, each.key, path,

@@ -12,6 +12,8 @@
 #include "persistence/RuleV1Descriptions.hpp"
 #include "persistence/RuleV1Migration.hpp"
 #include "persistence/RuleV2.hpp"
+#include "platform/FatalError.hpp"
+#include "rules/RuleLabel.hpp"
 
 namespace quillo {
 
@@ -37,8 +39,8 @@ public:
     [[nodiscard]] std::size_t migratedRules() const { return migratedRules_; }
 
 private:
-    RuleV2 readElement(const JSON& element, const JSONPath& path);
-    RuleV2 readOldest(const JSON& element, const JSONPath& path, const DecodingError& newerFormError);
+    RuleV2 readElement(const JSON& element, std::size_t position);
+    RuleV2 readOldest(const JSON& element, std::size_t position, const DecodingError& newerFormError);
 
     std::size_t migratedRules_ = 0;
 };
@@ -49,29 +51,33 @@ std::vector<Rule> BareArrayReader::read(const JSON& document) {
     std::vector<Rule> rules;
     rules.reserve(document.size());
     for (const auto& element : document) {
-        auto rule = readElement(element, JSONPath(root, rules.size()));
+        auto rule = readElement(element, rules.size());
         auto name = "Message #" + std::to_string(rules.size() + 1);
         rules.push_back({std::move(rule.output), rule.trigger, std::move(name)});
     }
     return rules;
 }
 
-RuleV2 BareArrayReader::readElement(const JSON& element, const JSONPath& path) {
-    auto newer = attempt<RuleV2Helper>(element, path);
+RuleV2 BareArrayReader::readElement(const JSON& element, std::size_t position) {
+    auto newer = attempt<RuleV2Helper>(element, JSONPath(JSONPath(), position));
     if (auto* rule = std::get_if<RuleV2Helper>(&newer)) {
         return {std::move(rule->output), rule->trigger};
     }
-    return readOldest(element, path, std::get<DecodingError>(newer));
+    return readOldest(element, position, std::get<DecodingError>(newer));
 }
 
-RuleV2 BareArrayReader::readOldest(const JSON& element, const JSONPath& path,
+RuleV2 BareArrayReader::readOldest(const JSON& element, std::size_t position,
                                    const DecodingError& newerFormError) {
-    const auto oldest = attempt<RuleV1>(element, path);
+    const auto oldest = attempt<RuleV1>(element, JSONPath(JSONPath(), position));
     if (const auto* error = std::get_if<DecodingError>(&oldest)) {
         throw DecodingError::ofBothReadings(*error, "a V2 rule", newerFormError);
     }
     ++migratedRules_;
-    return migrated(std::get<RuleV1>(oldest));
+    try {
+        return migrated(std::get<RuleV1>(oldest));
+    } catch (const FatalError& error) {
+        throw error.about(ruleLabel(position));
+    }
 }
 
 ReadDocument readBareArray(const JSON& document) {

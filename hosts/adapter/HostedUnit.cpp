@@ -6,6 +6,7 @@
 #include <variant>
 
 #include "persistence/PluginData.hpp"
+#include "persistence/ProblemInWords.hpp"
 #include "platform/FatalError.hpp"
 
 namespace quillo {
@@ -49,7 +50,7 @@ std::optional<std::string> HostedUnit::activate(double sampleRate, std::uint32_t
     }
     return std::nullopt;
 } catch (const std::exception& error) {
-    return error.what();
+    return wordsOf(error);
 }
 
 void HostedUnit::setSampleRate(double sampleRate) {
@@ -73,13 +74,16 @@ std::vector<std::uint8_t> HostedUnit::save() const {
 
 /// The unit itself takes a document that it cannot read for an empty list; so it is read here first.
 std::optional<std::string> HostedUnit::restore(std::span<const std::uint8_t> document) {
+    constexpr auto what = "The saved rules cannot be restored: ";
     std::string reason;
     try {
         static_cast<void>(PluginData::read(document));
         unit_->setFullState(StateDictionary{{stateKey, Data(document.begin(), document.end())}});
         return std::nullopt;
+    } catch (const DecodingError& error) {
+        reason = what + problemInWords(error, document);
     } catch (const std::exception& error) {
-        reason = std::string("The saved rules cannot be restored: ") + error.what();
+        reason = what + wordsOf(error);
     }
     tellUser(reason);
     return reason;
@@ -136,9 +140,9 @@ void HostedUnit::tellFatalError() {
     if (fatalErrorTold_) {
         return;
     }
-    if (auto text = unit_->processor->fatalErrors.text()) {
+    if (const auto error = unit_->processor->fatalErrors.error()) {
         fatalErrorTold_ = true;
-        tellUser(*std::move(text));
+        tellUser("MIDI Quillo cannot go on. " + error->inWords());
     }
 }
 

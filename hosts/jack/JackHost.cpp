@@ -134,8 +134,8 @@ void JackHost::tick() {
 }
 
 void JackHost::endOnFatalError() {
-    if (const auto text = hosted_.unit().processor->fatalErrors.text()) {
-        messages_.say(*text);
+    if (const auto error = hosted_.unit().processor->fatalErrors.error()) {
+        messages_.say(error->what());
         loop_.quit(exitFatal);
     }
 }

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "hosts/lv2/LV2Instance.hpp"
+#include "platform/FatalError.hpp"
 
 namespace quillo {
 
@@ -46,8 +47,7 @@ LV2_State_Status save(LV2_Handle handle, LV2_State_Store_Function store, LV2_Sta
     try {
         return save(*instance, store, storeHandle);
     } catch (const std::exception& error) {
-        instance->hostedUnit().tellUser(std::string("The rules cannot be saved with the project: ") +
-                                        error.what());
+        instance->hostedUnit().tellUser("The rules cannot be saved with the project: " + wordsOf(error));
         return LV2_STATE_ERR_UNKNOWN;
     }
 } catch (...) {

@@ -11,6 +11,7 @@
 #include "hosts/vst3/MIDIBufferWriter.hpp"
 #include "hosts/vst3/PlayHead.hpp"
 #include "hosts/vst3/QuilloProcessorEditor.hpp"
+#include "platform/FatalError.hpp"
 
 namespace quillo {
 
@@ -192,7 +193,7 @@ void QuilloProcessor::getStateInformation(juce::MemoryBlock& destination) try {
     destination.replaceAll(document.data(), document.size());
     saved_ = true;
 } catch (const std::exception& error) {
-    hosted_.tellUser(std::string("The rules cannot be saved with the project: ") + error.what());
+    hosted_.tellUser("The rules cannot be saved with the project: " + wordsOf(error));
 }
 
 void QuilloProcessor::setStateInformation(const void* data, int size) {

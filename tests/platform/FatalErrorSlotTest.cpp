@@ -33,13 +33,15 @@ TEST(FatalErrorSlot, AnswersTheRenderStepsStatus) {
 
 TEST(FatalErrorSlot, TellsItsErrorWithoutGivingItUp) {
     FatalErrorSlot slot;
-    EXPECT_EQ(slot.text(), std::nullopt);
+    EXPECT_FALSE(slot.error().has_value());
     const auto line = std::to_string(__LINE__ + 1);
     slot.set("time overflow");
     const auto text = "Fatal error: time overflow (FatalErrorSlotTest.cpp:" + line + ")";
-    EXPECT_EQ(slot.text(), text);
+    ASSERT_TRUE(slot.error().has_value());
+    EXPECT_EQ(slot.error()->what(), text);
+    EXPECT_EQ(slot.error()->inWords(), "Time overflow.");
     EXPECT_EQ(raisedText(slot), text);
-    EXPECT_EQ(slot.text(), std::nullopt);
+    EXPECT_FALSE(slot.error().has_value());
 }
 
 TEST(FatalErrorSlot, RaisesTheErrorAndWhereItWasSet) {

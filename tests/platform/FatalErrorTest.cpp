@@ -35,6 +35,22 @@ TEST(FatalError, KeepsAnEmptyMessageReadable) {
     EXPECT_TRUE(textOf([] { fatalError(""); }).starts_with("Fatal error:  (FatalErrorTest.cpp:"));
 }
 
+TEST(FatalError, TellsAMusicianNoSourceFileButWhatItIsAboutAndWhatToDo) {
+    const FatalError plain("a delay is negative: -1 ms", std::source_location::current());
+    EXPECT_EQ(plain.inWords(), "A delay is negative: -1 ms.");
+    const FatalError helpful("a delay is negative: -1 ms", std::source_location::current(),
+                             "Type 0 or more.");
+    EXPECT_EQ(helpful.inWords(), "A delay is negative: -1 ms. Type 0 or more.");
+    EXPECT_EQ(helpful.about("Rule 2 \"Echo\"").inWords(),
+              "Rule 2 \"Echo\": a delay is negative: -1 ms. Type 0 or more.");
+    EXPECT_STREQ(helpful.about("Rule 2").what(), helpful.what());
+}
+
+TEST(FatalError, IsAmongTheExceptionsThatHaveWords) {
+    EXPECT_EQ(wordsOf(FatalError("no bus", std::source_location::current())), "No bus.");
+    EXPECT_EQ(wordsOf(std::runtime_error("no room")), "no room");
+}
+
 TEST(FatalError, IsCaughtAsARuntimeError) {
     EXPECT_THROW(fatalError("any"), std::runtime_error);
 }

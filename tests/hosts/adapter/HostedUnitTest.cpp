@@ -119,7 +119,7 @@ TEST_F(HostedUnitTest, ACycleThatFailsForGoodIsToldOnce) {
     hosted.drain();
     const auto& model = *hosted.controller().model();
     ASSERT_TRUE(model.alertErrorMessage().has_value());
-    EXPECT_THAT(*model.alertErrorMessage(), HasSubstr("Fatal error: the timeline has ended"));
+    EXPECT_THAT(*model.alertErrorMessage(), "MIDI Quillo cannot go on. The timeline has ended.");
     hosted.controller().model()->dismissAlert();
     hosted.drain();
     EXPECT_EQ(model.alertErrorMessage(), std::nullopt);

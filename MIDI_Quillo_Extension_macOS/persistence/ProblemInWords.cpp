@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "persistence/ProblemInWords.hpp"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <optional>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+#include "persistence/JSONParser.hpp"
+#include "platform/QuotedText.hpp"
+#include "rules/RuleLabel.hpp"
+
+namespace quillo {
+
+namespace {
+
+/// Where a problem lies: in which rule, from 0, and where in it.
+struct Place {
+    std::size_t rule;
+    std::string_view inRule;
+};
+
+/// Of `rules[3].trigger` or, in older documents, `[3].trigger`. Nothing for a place outside of any rule.
+std::optional<Place> placeOf(std::string_view path) {
+    constexpr std::string_view list = "rules";
+    path.remove_prefix(path.starts_with(list) ? list.size() : 0);
+    if (!path.starts_with('[')) {
+        return std::nullopt;
+    }
+    Place place{};
+    const auto [end, error] = std::from_chars(path.data() + 1, path.data() + path.size(), place.rule);
+    const auto digits = static_cast<std::size_t>(end - path.data());
+    if (error != std::errc() || digits >= path.size()) {
+        return std::nullopt;
+    }
+    place.inRule = path.substr(digits + 1);
+    place.inRule.remove_prefix(place.inRule.starts_with('.') ? 1 : 0);
+    return place;
+}
+
+/// The editor's name for what lies at a place in a rule: that of the first row whose part of the rule it lies
+/// in and whose key it holds.
+std::string_view fieldAt(std::string_view path) {
+    struct Field {
+        std::string_view part;
+        std::string_view key;
+        std::string_view caption;
+    };
+    constexpr std::array fields{
+        Field{"name", "", "Name"},
+        Field{"output.delay", "", "Delay (ms)"},
+        Field{"output", "WithChannel._1", "Ch of the message"},
+        Field{"output", "Protocol._0", "Type of the message"},
+        Field{"output", "Protocol._1", "first value of the message"},
+        Field{"output", "Protocol._2", "second value of the message"},
+        Field{"output", "SystemExclusive", "Bytes (hex)"},
+        Field{"output", "ProgramChange._0", "Ch of the message"},
+        Field{"output", "Prime.ProgramChange._1", "Program of the message"},
+        Field{"output", "ProgramChange._1", "Bank"},
+        Field{"output", "ProgramChange._2", "Program of the message"},
+        Field{"output", "", "message"},
+        Field{"trigger", "passT", "Incoming"},
+        Field{"trigger", "channel", "Ch of the trigger"},
+        Field{"trigger", "ControlChange._1", "Value of the trigger"},
+        Field{"trigger", "ControlChange", "Controller of the trigger"},
+        Field{"trigger", "ProgramChange", "Program of the trigger"},
+        Field{"trigger", "Note", "Note of the trigger"},
+        Field{"trigger", "", "trigger"},
+    };
+    const auto* found = std::ranges::find_if(fields, [path](const Field& field) {
+        return path.starts_with(field.part) && path.find(field.key) != std::string_view::npos;
+    });
+    return found != fields.end() ? found->caption : std::string_view();
+}
+
+/// A key that is missing belongs to the place.
+std::string withMissingKey(std::string_view path, std::string_view problem) {
+    constexpr std::string_view missing = "missing key \"";
+    if (!problem.starts_with(missing)) {
+        return std::string(path);
+    }
+    const auto key = problem.substr(missing.size(), problem.size() - missing.size() - 1);
+    return (path.empty() ? "" : std::string(path) + ".") + std::string(key);
+}
+
+std::string nameOf(std::size_t rule, std::span<const std::uint8_t> document) {
+    const auto json = parseJSON(document);
+    const auto& rules = json.is_object() ? json.at("rules") : json;
+    const auto& element = rules.at(rule);
+    const auto name = element.is_object() ? element.find("name") : element.end();
+    return name != element.end() && name->is_string() ? name->get<std::string>() : "";
+}
+
+}  // namespace
+
+std::string problemInWords(const DecodingError& error, std::span<const std::uint8_t> document) {
+    const auto problem = escaped(error.problem());
+    const auto place = placeOf(error.path());
+    if (!place) {
+        return "This is not a preset of MIDI Quillo (" + problem + ").";
+    }
+    auto words = ruleLabel(place->rule, nameOf(place->rule, document));
+    if (const auto field = fieldAt(withMissingKey(place->inRule, error.problem())); !field.empty()) {
+        words.append(", ").append(field);
+    }
+    return words + ": " + problem + (problem.ends_with('.') ? "" : ".");
+}
+
+}  // namespace quillo

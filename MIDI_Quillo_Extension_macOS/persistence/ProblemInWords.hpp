@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "persistence/DecodingError.hpp"
+
+namespace quillo {
+
+/// Why a document could not be read, in sentences for a musician: the number and the name of the rule, the field
+/// as the editor calls it, and what is wrong with it.
+///
+///     Rule 4 "Echo", Incoming: missing key "passTrough".
+///
+/// Of a document that is no list of rules at all they say just this. `document` is what was read; the name is
+/// looked up in it. Nothing in the sentences can break a line or reach the terminal as a command.
+[[nodiscard]] std::string problemInWords(const DecodingError& error, std::span<const std::uint8_t> document);
+
+}  // namespace quillo
