@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash
-# `./dev install` and `./dev uninstall`: the plug-ins where hosts of this user look for them, and the guide where the
-# editor does. Sourced by ./dev.
+# `./dev install` and `./dev uninstall`: the plug-ins where hosts of this user look for them, and the guide and the
+# example presets where the editor does. Sourced by ./dev.
 
 # placements: what is built, and where it belongs, one a line with a bar between.
 placements() {
@@ -10,6 +10,7 @@ build/midi-quillo.lv2|${HOME}/.lv2/midi-quillo.lv2
 build/midi-quillo.clap|${HOME}/.clap/midi-quillo.clap
 build/MIDI Quillo.vst3|${HOME}/.vst3/MIDI Quillo.vst3
 build/guide|${XDG_DATA_HOME:-${HOME}/.local/share}/doc/midi-quillo/guide
+build/share/midi-quillo/presets|${XDG_DATA_HOME:-${HOME}/.local/share}/midi-quillo/presets
 END
 }
 

@@ -37,15 +37,7 @@ juce::LookAndFeel_V4::ColourScheme colourScheme() {
 
 EditorLookAndFeel::EditorLookAndFeel() : LookAndFeel_V4(colourScheme()) {
     const Palette palette;
-    const auto surface = displayColour(style::lifted(palette.background, style::boxLift));
-    const auto text = displayColour(palette.primaryText);
     setColour(juce::ScrollBar::thumbColourId, displayColour(style::edge(palette)));
-    using Browser = juce::FileBrowserComponent;
-    setColour(Browser::currentPathBoxBackgroundColourId, surface);
-    setColour(Browser::currentPathBoxTextColourId, text);
-    setColour(Browser::currentPathBoxArrowColourId, surface);
-    setColour(Browser::filenameBoxBackgroundColourId, surface);
-    setColour(Browser::filenameBoxTextColourId, text);
 }
 
 void EditorLookAndFeel::drawScrollbar(juce::Graphics& graphics, juce::ScrollBar& bar, int x, int y, int width,

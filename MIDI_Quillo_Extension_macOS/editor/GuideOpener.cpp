@@ -27,7 +27,7 @@ std::string pageToOpen() {
 void GuideOpener::open() {
     page_ = pageToOpen();
     if (page_.empty()) {
-        onProblem_("The guide is not installed. It comes with the package, and `./dev guide` builds it.");
+        onProblem_("The guide is not installed. It comes with the package of MIDI Quillo.");
         return;
     }
 #if JUCE_MAC

@@ -27,6 +27,8 @@ Asset asset(IconName icon) {
     case IconName::more: return {iconmore_svg, iconmore_svgSize};
     case IconName::exportFile: return {iconexport_svg, iconexport_svgSize};
     case IconName::importFile: return {iconimport_svg, iconimport_svgSize};
+    case IconName::folder: return {iconfolder_svg, iconfolder_svgSize};
+    case IconName::preset: return {iconpreset_svg, iconpreset_svgSize};
     case IconName::undo: return {iconundo_svg, iconundo_svgSize};
     case IconName::redo: return {iconredo_svg, iconredo_svgSize};
     case IconName::logo: return {logo_svg, logo_svgSize};

@@ -15,6 +15,8 @@ enum class IconName {
     more,
     exportFile,
     importFile,
+    folder,
+    preset,
     undo,
     redo,
     logo

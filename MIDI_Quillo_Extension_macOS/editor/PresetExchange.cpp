@@ -6,21 +6,26 @@
 #include "persistence/DecodingError.hpp"
 #include "persistence/EncodingError.hpp"
 #include "persistence/PluginData.hpp"
+#include "persistence/ProblemInWords.hpp"
 #include "platform/AtomicFile.hpp"
 #include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
+#include "rules/RuleLabel.hpp"
 
 namespace quillo {
 
 namespace {
 
+constexpr auto nothingImported =
+    "The rules are as they were. Choose another file, or export this one again where its rules work.";
+
 std::vector<Rule> readRules(std::span<const std::uint8_t> bytes) {
     try {
         return PluginData::read(bytes).rules;
     } catch (const DecodingError& error) {
-        throw ImportError(error.mostUseful());
+        throw ImportError(problemInWords(error, bytes));
     } catch (const FatalError& error) {
-        throw ImportError(error.what());
+        throw ImportError(error.inWords());
     }
 }
 
@@ -34,7 +39,7 @@ RuleList importPreset(std::span<const std::uint8_t> bytes) {
     RuleList list;
     for (const auto& rule : readRules(bytes)) {
         if (const auto reason = whyNoEntry(rule)) {
-            throw ImportError("The rule " + inQuotes(rule.name) + " cannot be edited: " + *reason + ".");
+            throw ImportError(ruleLabel(list.size(), rule.name) + " cannot be edited: " + *reason + ".");
         }
         list.push_back(elementFromRule(rule));
     }
@@ -48,7 +53,7 @@ void importPreset(const std::string& name, const std::function<std::vector<std::
     } catch (const FileError& error) {
         editor.alert(error.what());
     } catch (const ImportError& error) {
-        editor.alert(error.what());
+        editor.alert(inQuotes(name) + " cannot be imported. " + error.what() + "\n" + nothingImported);
     }
 }
 
@@ -66,6 +71,21 @@ void exportPreset(const std::function<void(std::span<const std::uint8_t> bytes)>
     } catch (const EncodingError& error) {
         editor.alert(error.what());
     }
+}
+
+DropEffect effectOfDropping(const std::vector<std::filesystem::path>& files) {
+    if (files.size() != 1) {
+        return {false,
+                std::to_string(files.size()) +
+                    " files cannot be imported at once, because a preset takes the place of all rules. "
+                    "Drop one preset file."};
+    }
+    const auto name = inQuotes(files.front().filename().string());
+    std::error_code ignored;
+    if (std::filesystem::is_directory(files.front(), ignored)) {
+        return {false, name + " is a folder. Drop one preset file."};
+    }
+    return {true, "Import " + name + " in the place of all rules"};
 }
 
 void importPresetFile(const std::filesystem::path& path, RuleListEditor& editor) {

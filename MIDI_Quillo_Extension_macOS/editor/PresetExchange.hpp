@@ -44,6 +44,15 @@ void importPreset(const std::string& name, const std::function<std::vector<std::
 void exportPreset(const std::function<void(std::span<const std::uint8_t> bytes)>& write,
                   RuleListEditor& editor);
 
+/// What dropping files on the editor does, in words for the user.
+struct DropEffect {
+    bool works = false;  ///< otherwise nothing happens, and the words say why
+    std::string words;
+};
+
+/// A single file is imported; folders, and several files at once, are refused.
+[[nodiscard]] DropEffect effectOfDropping(const std::vector<std::filesystem::path>& files);
+
 /// Imports a file, as above.
 void importPresetFile(const std::filesystem::path& path, RuleListEditor& editor);
 

@@ -2,14 +2,17 @@
 #include "editor/QuilloView.hpp"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <utility>
 
 #include "editor/AlertView.hpp"
+#include "editor/ExamplePresets.hpp"
 #include "editor/FieldPlan.hpp"
-#include "editor/FileOverlay.hpp"
 #include "editor/Fonts.hpp"
+#include "editor/GuideLocation.hpp"
+#include "editor/PresetBrowserView.hpp"
 #include "editor/PresetExchange.hpp"
 #include "editor/Style.hpp"
 
@@ -23,6 +26,37 @@ std::filesystem::path pathOf(const juce::File& file) {
     return {file.getFullPathName().toStdString()};
 }
 
+std::vector<std::filesystem::path> pathsOf(const juce::StringArray& files) {
+    std::vector<std::filesystem::path> paths;
+    for (const auto& file : files) {
+        paths.emplace_back(file.toStdString());
+    }
+    return paths;
+}
+
+std::optional<std::filesystem::path> examplePresets() {
+    return firstFolder(examplePlaces(
+        pathOf(juce::File::getSpecialLocation(juce::File::currentExecutableFile)),
+        dataFolders(std::getenv("XDG_DATA_HOME"), std::getenv("HOME"), std::getenv("XDG_DATA_DIRS"))));
+}
+
+/// The folders for the browser, as they are now.
+PresetFolders presetFolders() {
+    PresetFolders folders{.home = pathOf(juce::File::getSpecialLocation(juce::File::userHomeDirectory))};
+    folders.examples = examplePresets();
+    if (!lastPresetFolder().empty()) {
+        folders.last = lastPresetFolder();
+    }
+    return folders;
+}
+
+/// Nobody means to keep presets among the examples.
+void rememberFolderOf(const std::filesystem::path& preset) {
+    if (preset.parent_path() != presetFolders().examples) {
+        lastPresetFolder() = preset.parent_path();
+    }
+}
+
 }  // namespace
 
 QuilloView::QuilloView(std::shared_ptr<QuilloModel> model, RuleListEditor::OnRulesChanged onRulesChanged,
@@ -32,8 +66,6 @@ QuilloView::QuilloView(std::shared_ptr<QuilloModel> model, RuleListEditor::OnRul
       editor_(model_, std::move(onRulesChanged), std::move(onInstantMessageClick)),
       header_(editor_, {[this] { showImporter(); }, [this] { showExporter(); }, [this] { showGuide(); }}),
       logger_(model_, [this] { resized(); }),
-      lastPreset_(juce::File::getSpecialLocation(juce::File::userHomeDirectory)
-                      .getChildFile(juce::String(defaultPresetName) + presetFileExtension)),
       rulesObservation_(model_->observeRules([this] { rulesChanged(); })),
       alertObservation_(model_->observeAlert([this] { showAlert(); })),
       tooltips_(this) {
@@ -56,6 +88,7 @@ QuilloView::QuilloView(std::shared_ptr<QuilloModel> model, RuleListEditor::OnRul
     addAndMakeVisible(header_);
     addAndMakeVisible(list_);
     addAndMakeVisible(logger_);
+    addChildComponent(dropHint_);
     setSize(500, 250);
     rulesChanged();
     if (editor_.alertErrorMessage()) {
@@ -190,14 +223,8 @@ void QuilloView::showImporter() {
         filePanels_.onImport();
         return;
     }
-    showOverlay(std::make_unique<FileOverlay>(
-        FileOverlay::Mode::open, lastPreset_.getParentDirectory(),
-        [this](const juce::File& file) {
-            lastPreset_ = file;
-            closeOverlay();
-            importPresetFile(pathOf(file), editor_);
-        },
-        [this] { closeOverlay(); }));
+    browse(PresetBrowser::Mode::open,
+           [this](const std::filesystem::path& file) { importPresetFile(file, editor_); });
 }
 
 void QuilloView::showExporter() {
@@ -205,12 +232,19 @@ void QuilloView::showExporter() {
         filePanels_.onExport();
         return;
     }
-    showOverlay(std::make_unique<FileOverlay>(
-        FileOverlay::Mode::save, lastPreset_,
-        [this](const juce::File& file) {
-            lastPreset_ = file;
+    browse(PresetBrowser::Mode::save,
+           [this](const std::filesystem::path& file) { exportPresetFile(file, editor_); });
+}
+
+void QuilloView::browse(PresetBrowser::Mode mode,
+                        std::function<void(const std::filesystem::path& file)> onChosen) {
+    showOverlay(std::make_unique<PresetBrowserView>(
+        PresetBrowser(mode, presetFolders()),
+        [this, onChosen = std::move(onChosen)](const std::filesystem::path& file) {
+            const auto use = onChosen;
+            rememberFolderOf(file);
             closeOverlay();
-            exportPresetFile(pathOf(file), editor_);
+            use(file);
         },
         [this] { closeOverlay(); }));
 }
@@ -223,6 +257,7 @@ void QuilloView::resized() {
     logger_.setRoom(area);
     logger_.setBounds(area.removeFromBottom(logger_.preferredHeight()));
     list_.setBounds(area);
+    dropHint_.setBounds(area);
 }
 
 void QuilloView::paint(juce::Graphics& graphics) {
@@ -282,13 +317,27 @@ void QuilloView::globalFocusChanged(juce::Component* focused) {
 }
 
 bool QuilloView::isInterestedInFileDrag(const juce::StringArray& files) {
-    return files.size() == 1;
+    return !files.isEmpty();
+}
+
+void QuilloView::fileDragEnter(const juce::StringArray& files, int /*x*/, int /*y*/) {
+    dropHint_.show(effectOfDropping(pathsOf(files)));
+}
+
+void QuilloView::fileDragExit(const juce::StringArray& /*files*/) {
+    dropHint_.setVisible(false);
 }
 
 void QuilloView::filesDropped(const juce::StringArray& files, int /*x*/, int /*y*/) {
-    const juce::File file(files[0]);
-    lastPreset_ = file;
-    importPresetFile(pathOf(file), editor_);
+    dropHint_.setVisible(false);
+    const auto paths = pathsOf(files);
+    if (const auto drop = effectOfDropping(paths); !drop.works) {
+        editor_.alert(drop.words);
+        return;
+    }
+    closeOverlay();
+    rememberFolderOf(paths.front());
+    importPresetFile(paths.front(), editor_);
 }
 
 }  // namespace quillo

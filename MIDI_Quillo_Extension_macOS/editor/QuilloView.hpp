@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -11,12 +12,14 @@
 #include "editor/ClickReleasesKeyboard.hpp"
 #include "editor/EditorLookAndFeel.hpp"
 #include "editor/Environment.hpp"
+#include "editor/FileDropHint.hpp"
 #include "editor/GuideOpener.hpp"
 #include "editor/Header.hpp"
 #include "editor/InOutLogger.hpp"
 #include "editor/MyDragAndDropForEach.hpp"
 #include "editor/NewRuleSelector.hpp"
 #include "editor/OverlayHost.hpp"
+#include "editor/PresetBrowser.hpp"
 #include "editor/RuleListEditor.hpp"
 #include "editor/RuleView.hpp"
 
@@ -32,7 +35,8 @@ struct FilePanels {
 /// model, hands every change of the list to `onRulesChanged` as rules, and "Send" to `onInstantMessageClick`.
 /// Menus, the alert and the file browser open inside it. Ctrl+Z and Ctrl+Shift+Z or Ctrl+Y undo and redo, and
 /// scroll to the rule that they change. Tab enters while nothing in it has the keyboard focus, beside what
-/// had it last. A preset file dropped on it is imported. Whoever owns the window hands it the keys that
+/// had it last. A preset file dropped on it is imported; while it is
+/// dragged over the editor, a hint says so. Whoever owns the window hands it the keys that
 /// nothing in it has used, and drains the main queue. [main] only.
 class QuilloView final : public juce::Component,
                          public EnvironmentScope,
@@ -48,6 +52,7 @@ public:
     [[nodiscard]] Header& header() { return header_; }
     [[nodiscard]] MyDragAndDropForEach& list() { return list_; }
     [[nodiscard]] InOutLogger& logger() { return logger_; }
+    [[nodiscard]] FileDropHint& dropHint() { return dropHint_; }
     /// The card of a rule, or null while it is out of sight.
     [[nodiscard]] RuleView* card(const UUID& id) const;
 
@@ -63,6 +68,8 @@ public:
     void paint(juce::Graphics& graphics) override;
     bool keyPressed(const juce::KeyPress& key) override;
     bool isInterestedInFileDrag(const juce::StringArray& files) override;
+    void fileDragEnter(const juce::StringArray& files, int x, int y) override;
+    void fileDragExit(const juce::StringArray& files) override;
     void filesDropped(const juce::StringArray& files, int x, int y) override;
 
 private:
@@ -76,6 +83,7 @@ private:
     void showAlert();
     void enterByKeyboard(bool forward);
     void globalFocusChanged(juce::Component* focused) override;
+    void browse(PresetBrowser::Mode mode, std::function<void(const std::filesystem::path& file)> onChosen);
 
     EditorLookAndFeel lookAndFeel_;
     std::shared_ptr<QuilloModel> model_;
@@ -83,12 +91,12 @@ private:
     Header header_;
     MyDragAndDropForEach list_;
     InOutLogger logger_;
+    FileDropHint dropHint_;
     FilePanels filePanels_;
     NewRuleSelector* newRuleSelector_ = nullptr;  ///< below the list, which owns it
     SafePointer<juce::Component> lastFocus_;      ///< what in the editor had the keyboard focus last
     RuleList shown_;                              ///< the list as the cards show it
     GuideOpener guide_{[this](const std::string& problem) { editor_.alert(problem); }};
-    juce::File lastPreset_;  ///< where the file browser starts
     Observation rulesObservation_;
     Observation alertObservation_;
     juce::TooltipWindow tooltips_;

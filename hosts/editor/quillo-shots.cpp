@@ -8,7 +8,9 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include "editor/ExamplePresets.hpp"
 #include "editor/Fonts.hpp"
+#include "editor/PresetBrowserView.hpp"
 #include "hosts/editor/DemoRules.hpp"
 #include "hosts/editor/Desk.hpp"
 #include "persistence/PluginData.hpp"
@@ -79,15 +81,54 @@ void showScales(Photographer& photographer) {
 void showOverlays(Photographer& photographer) {
     Desk desk(demoRules());
     desk.view().setSize(500, 400);
-    desk.view().editor().alert("P.json: rules[3].trigger.MessageBased: missing key \"passTrough\"");
+    desk.view().editor().alert(
+        "\"song.json\" cannot be imported. Rule 4 \"Echo\", Incoming: missing key \"passTrough\".\nThe rules "
+        "are "
+        "as they were. Choose another file, or export this one again where its rules work.");
     photographer.take(desk.view(), "alert");
     desk.view().editor().dismissAlert();
     auto* card = desk.view().card(desk.view().editor().rules()[0].id);
     dynamic_cast<MyPickerImpl&>(card->trigger().fields()[2]->field()).openMenu();
     photographer.take(desk.view(), "picker");
     desk.view().closeOverlay();
+}
+
+/// The browser among the example presets: as it opens, after a part of a name was typed, and with a file in
+/// the way of an export; and what a dragged file sees.
+void showBrowser(Photographer& photographer) {
+    const auto program = juce::File::getSpecialLocation(juce::File::currentExecutableFile).getFullPathName();
+    const auto presets = firstFolder(examplePlaces(program.toStdString(), {}));
+    if (!presets) {
+        throw std::runtime_error("the example presets are not where a build puts them");
+    }
+    Desk desk(demoRules());
+    lastPresetFolder() = *presets;
+    const auto take = [&](const juce::String& name) {
+        for (const auto& [width, height] : {std::pair(500, 250), std::pair(820, 640), std::pair(200, 200)}) {
+            desk.view().setSize(width, height);
+            photographer.take(desk.view(), name + "-" + juce::String(width) + "x" + juce::String(height));
+        }
+        desk.view().closeOverlay();
+    };
+    const auto type = [&desk](const char* name) {
+        dynamic_cast<PresetBrowserView&>(*desk.view().overlay()).nameField().setText(name);
+        juce::MessageManager::getInstance()->runDispatchLoopUntil(1);
+    };
+    desk.view().showImporter();
+    take("import");
+    desk.view().showImporter();
+    type("so");
+    take("import-typed");
     desk.view().showExporter();
-    photographer.take(desk.view(), "export");
+    take("export");
+    desk.view().showExporter();
+    type("echo");
+    dynamic_cast<PresetBrowserView&>(*desk.view().overlay())
+        .confirmButton()
+        .keyPressed(juce::KeyPress(juce::KeyPress::returnKey));
+    take("export-replace");
+    desk.view().fileDragEnter({juce::String((*presets / "echo.json").string())}, 1, 1);
+    take("drop");
 }
 
 void showCards(Photographer& photographer) {
@@ -124,6 +165,7 @@ void showAll(const juce::File& folder, std::span<char*> presets) {
     showSizes(photographer);
     showScales(photographer);
     showOverlays(photographer);
+    showBrowser(photographer);
     showCards(photographer);
     showMany(photographer);
     for (const auto* preset : presets) {

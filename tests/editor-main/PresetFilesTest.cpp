@@ -5,7 +5,7 @@
 
 #include "editor-main/EditorStage.hpp"
 #include "editor/AlertView.hpp"
-#include "editor/FileOverlay.hpp"
+#include "editor/PresetBrowserView.hpp"
 #include "editor/PresetExchange.hpp"
 #include "platform/AtomicFile.hpp"
 #include "support/TemporaryFolder.hpp"
@@ -28,7 +28,11 @@ juce::File juceFile(const std::filesystem::path& path) {
 /// An editor with the rule "old", a folder, and a preset in it with the rule "new".
 class PresetFiles : public testing::Test {
 protected:
-    PresetFiles() { write("new.json", textOf(exportPreset({{UUID(), newEntry()}}))); }
+    PresetFiles() {
+        lastPresetFolder() = folder.path();
+        write("new.json", textOf(exportPreset({{UUID(), newEntry()}})));
+    }
+    ~PresetFiles() override { lastPresetFolder().clear(); }
 
     static RuleEntry newEntry() {
         RuleEntry entry;
@@ -47,33 +51,38 @@ protected:
         stage.view().filesDropped({juceFile(folder / name).getFullPathName()}, 1, 1);
     }
 
-    FileOverlay& overlay() { return dynamic_cast<FileOverlay&>(*stage.view().overlay()); }
+    PresetBrowserView& browser() { return dynamic_cast<PresetBrowserView&>(*stage.view().overlay()); }
     AlertView* alert() { return dynamic_cast<AlertView*>(stage.view().overlay()); }
 
-    /// Opens the import in the folder and clicks the only file there, once the toolkit's thread has found it.
-    void openImport() {
-        click(stage.view().header().importButton());
-        overlay().browser().setRoot(juceFile(folder.path()));
-        auto& files = *findBelow<juce::FileListComponent>(overlay().browser());
-        while (files.getViewport()->getViewedComponent()->getHeight() == 0) {
-            settle();
-        }
-        click(files, files.getRowPosition(0, true).getCentre());
+    void press(int code, juce::ModifierKeys modifiers = {}) {
+        EXPECT_TRUE(key(stage.window, code, modifiers)) << code;
     }
 
+    /// Opens the import, which begins in the folder, and clicks the only file there.
+    void openImport() {
+        click(stage.view().header().importButton());
+        clickRow(0);
+    }
+
+    void clickRow(int row, int times = 1) {
+        auto& list = browser().list();
+        const auto area = list.getRowPosition(row, true);
+        click(list, area.getCentre(), times);
+    }
+
+    /// Opens the export and types a name in the place of the one that is offered.
     void openExport(const char* name) {
         click(stage.view().header().exportButton());
-        overlay().browser().setRoot(juceFile(folder.path()));
-        overlay().browser().setFileName(name);
+        type(stage.window, name);
     }
+
+    [[nodiscard]] bool isThere(const char* name) const { return std::filesystem::exists(folder / name); }
 
     TemporaryFolder folder;
     EditorStage stage{{rule(onLoad(), send(noteOn(0, 60, 100)), "old")}};
 };
 
 TEST_F(PresetFiles, ADroppedPresetReplacesTheListAndCanBeUndone) {
-    EXPECT_TRUE(stage.view().isInterestedInFileDrag({"a.json"}));
-    EXPECT_FALSE(stage.view().isInterestedInFileDrag({"a.json", "b.json"}));
     drop("new.json");
     EXPECT_EQ(stage.installed(), std::vector{ruleFromEntry(newEntry())});
     EXPECT_EQ(stage.card(0).header().shownText(), "new");
@@ -143,6 +152,11 @@ TEST_F(PresetFiles, AnEditorThatOpensLaterShowsTheAlertThatWaits) {
     EXPECT_NE(dynamic_cast<AlertView*>(later.overlay()), nullptr);
 }
 
+TEST_F(PresetFiles, WhatCannotBeSeenIsEscapedInAlerts) {
+    stage.editor().alert("One \x1B[31m\u202E\nline and two.");
+    EXPECT_EQ(alert()->message(), "One \\u001b[31m\\u202e\nline and two.");
+}
+
 TEST_F(PresetFiles, NothingBelowTheAlertTakesClicks) {
     const auto target =
         stage.window.getLocalPoint(&stage.card(0).buttons().deleteButton(), juce::Point(5, 5));
@@ -153,9 +167,9 @@ TEST_F(PresetFiles, NothingBelowTheAlertTakesClicks) {
 
 TEST_F(PresetFiles, ImportTakesTheChosenFile) {
     openImport();
-    EXPECT_EQ(overlay().confirmButton().getButtonText(), "Import");
-    EXPECT_TRUE(overlay().confirmButton().isEnabled());
-    click(overlay().confirmButton());
+    EXPECT_EQ(browser().confirmButton().getButtonText(), "Import");
+    EXPECT_TRUE(browser().confirmButton().isEnabled());
+    click(browser().confirmButton());
     EXPECT_EQ(stage.view().overlay(), nullptr);
     EXPECT_EQ(stage.names(), Names{"new"});
     EXPECT_EQ(stage.editor().undoName(), "Import new.json");
@@ -174,10 +188,114 @@ TEST_F(PresetFiles, PanelsOfThePlatformOpenInThePlaceOfTheBrowser) {
 
 TEST_F(PresetFiles, NothingIsImportedBeforeAFileIsChosen) {
     click(stage.view().header().importButton());
-    EXPECT_FALSE(overlay().confirmButton().isEnabled());
-    click(overlay().confirmButton());
-    EXPECT_NE(stage.view().overlay(), nullptr);
+    click(browser().confirmButton());
+    EXPECT_EQ(browser().browser().message(), "Choose a preset, or type its name.");
     EXPECT_EQ(stage.names(), Names{"old"});
+}
+
+TEST_F(PresetFiles, ADoubleClickImports) {
+    click(stage.view().header().importButton());
+    clickRow(0, 2);
+    EXPECT_EQ(stage.view().overlay(), nullptr);
+    EXPECT_EQ(stage.names(), Names{"new"});
+}
+
+TEST_F(PresetFiles, ImportIsDoneByKeyboardAlone) {
+    stage.view().showImporter();
+    EXPECT_TRUE(browser().nameField().hasKeyboardFocus(false));
+    press(juce::KeyPress::downKey);
+    EXPECT_EQ(browser().nameField().getText(), "new.json");
+    press(juce::KeyPress::returnKey);
+    EXPECT_EQ(stage.view().overlay(), nullptr);
+    EXPECT_EQ(stage.names(), Names{"new"});
+}
+
+TEST_F(PresetFiles, APathIsTypedIntoTheImport) {
+    lastPresetFolder() = "/";
+    stage.view().showImporter();
+    type(stage.window, (folder / "new").string());
+    press(juce::KeyPress::returnKey);
+    EXPECT_EQ(stage.names(), Names{"new"});
+    EXPECT_EQ(lastPresetFolder(), folder.path());
+}
+
+TEST_F(PresetFiles, TypingNarrowsTheListOfTheImport) {
+    write("bass.json", "[]");
+    stage.view().showImporter();
+    EXPECT_EQ(browser().browser().entries().size(), 2U);
+    type(stage.window, "ne");
+    settle();
+    EXPECT_EQ(browser().browser().entries().size(), 1U);
+    EXPECT_EQ(browser().list().getSelectedRow(), 0);
+    press(juce::KeyPress::returnKey);
+    EXPECT_EQ(stage.names(), Names{"new"});
+}
+
+TEST_F(PresetFiles, TabGoesRoundInTheBrowserAndNowhereElse) {
+    stage.view().showExporter();
+    std::vector<juce::Component*> visited;
+    do {
+        press(juce::KeyPress::tabKey);
+        visited.push_back(juce::Component::getCurrentlyFocusedComponent());
+    } while (visited.back() != &browser().nameField() && visited.size() < 20);
+    EXPECT_EQ(visited, (std::vector<juce::Component*>{&browser().cancelButton(), &browser().confirmButton(),
+                                                      &browser().placeButton(0), &browser().placeButton(1),
+                                                      &browser().leaveButton(), &browser().list(),
+                                                      &browser().nameField()}));
+    press(juce::KeyPress::tabKey, juce::ModifierKeys(juce::ModifierKeys::shiftModifier));
+    EXPECT_TRUE(browser().list().hasKeyboardFocus(false));
+}
+
+TEST_F(PresetFiles, TheListIsUsedByKeyboardToo) {
+    std::filesystem::create_directory(folder / "inside");
+    write("inside/deep.json", textOf(exportPreset({})));
+    stage.view().showImporter();
+    browser().list().grabKeyboardFocus();
+    press(juce::KeyPress::downKey);
+    press(juce::KeyPress::returnKey);
+    EXPECT_EQ(browser().browser().folder(), folder / "inside");
+    EXPECT_TRUE(browser().nameField().hasKeyboardFocus(false));
+    browser().list().grabKeyboardFocus();
+    press(juce::KeyPress::backspaceKey);
+    EXPECT_EQ(browser().browser().folder(), folder.path());
+    EXPECT_EQ(browser().list().getSelectedRow(), 0);
+    browser().list().grabKeyboardFocus();
+    type(stage.window, "new");
+    EXPECT_EQ(browser().nameField().getText(), "new");
+    press(juce::KeyPress::returnKey);
+    EXPECT_EQ(stage.names(), Names{"new"});
+}
+
+TEST_F(PresetFiles, TheFolderAroundIsAKeyAndAClickAway) {
+    stage.view().showImporter();
+    press(juce::KeyPress::upKey, juce::ModifierKeys(juce::ModifierKeys::altModifier));
+    EXPECT_EQ(browser().browser().folder(), folder.path().parent_path());
+    EXPECT_EQ(browser().nameField().getText(), juce::String(folder.path().filename().string()));
+    press(juce::KeyPress::returnKey);
+    EXPECT_EQ(browser().browser().folder(), folder.path());
+    click(browser().leaveButton());
+    EXPECT_EQ(browser().browser().folder(), folder.path().parent_path());
+}
+
+TEST_F(PresetFiles, PlacesAreAClickAwayAndThenTheArrowsChoose) {
+    stage.view().showImporter();
+    EXPECT_EQ(browser().placeButton(0).getButtonText(), "Home");
+    EXPECT_EQ(browser().placeButton(1).getButtonText(), "Last used");
+    click(browser().placeButton(0));
+    EXPECT_NE(browser().browser().folder(), folder.path());
+    click(browser().placeButton(1));
+    EXPECT_EQ(browser().browser().folder(), folder.path());
+    EXPECT_TRUE(browser().nameField().hasKeyboardFocus(false));
+    press(juce::KeyPress::downKey);
+    press(juce::KeyPress::returnKey);
+    EXPECT_EQ(stage.names(), Names{"new"});
+}
+
+TEST_F(PresetFiles, AClickBesideThePartsLeavesTheKeyboardInTheField) {
+    stage.view().showExporter();
+    click(browser(), {2, 2});
+    type(stage.window, "x");
+    EXPECT_TRUE(browser().nameField().getText().contains("x"));
 }
 
 TEST_F(PresetFiles, EscapeAndCancelImportNothing) {
@@ -185,15 +303,15 @@ TEST_F(PresetFiles, EscapeAndCancelImportNothing) {
     EXPECT_TRUE(key(stage.window, juce::KeyPress::escapeKey));
     EXPECT_EQ(stage.view().overlay(), nullptr);
     openImport();
-    click(overlay().cancelButton());
+    click(browser().cancelButton());
     EXPECT_EQ(stage.view().overlay(), nullptr);
     EXPECT_EQ(stage.names(), Names{"old"});
 }
 
 TEST_F(PresetFiles, ExportWritesExactlyTheStateDocument) {
     openExport("out.json");
-    EXPECT_EQ(overlay().confirmButton().getButtonText(), "Export");
-    click(overlay().confirmButton());
+    EXPECT_EQ(browser().confirmButton().getButtonText(), "Export");
+    click(browser().confirmButton());
     EXPECT_EQ(stage.view().overlay(), nullptr);
     EXPECT_EQ(textOf(readWholeFile(folder / "out.json")),
               R"({"rules":[{"output":{"message":{"Protocol":{"_0":{"WithChannel":{"_0":144,"_1":{"Value":)"
@@ -201,49 +319,136 @@ TEST_F(PresetFiles, ExportWritesExactlyTheStateDocument) {
               R"("trigger":{"OnLoad":{}},"name":"old"}]})");
 }
 
-TEST_F(PresetFiles, ExportAddsTheExtensionToANameWithoutOne) {
-    openExport("plain");
-    click(overlay().confirmButton());
-    EXPECT_TRUE(std::filesystem::exists(folder / "plain.json"));
-    EXPECT_FALSE(std::filesystem::exists(folder / "plain"));
+TEST_F(PresetFiles, EveryExportOffersTheSameName) {
+    openImport();
+    click(browser().confirmButton());
+    for (int time = 0; time < 2; ++time) {
+        click(stage.view().header().exportButton());
+        EXPECT_TRUE(browser().nameField().hasKeyboardFocus(false));
+        EXPECT_EQ(browser().nameField().getText(), "midi-quillo-preset");
+        EXPECT_EQ(browser().nameField().getHighlightedText(), "midi-quillo-preset");
+        type(stage.window, "another");
+        press(juce::KeyPress::returnKey);
+        std::filesystem::remove(folder / "another.json");
+    }
+    drop("new.json");
+    stage.view().showExporter();
+    press(juce::KeyPress::returnKey);
+    EXPECT_TRUE(isThere("midi-quillo-preset.json"));
 }
 
-TEST_F(PresetFiles, ExportOverAFileAsksOnceMore) {
+TEST_F(PresetFiles, ExportAddsTheEndingToEveryNameThatDoesNotEndSo) {
+    openExport("song v1.2");
+    press(juce::KeyPress::returnKey);
+    EXPECT_EQ(stage.view().overlay(), nullptr);
+    EXPECT_TRUE(isThere("song v1.2.json"));
+    EXPECT_FALSE(isThere("song v1.2"));
+}
+
+TEST_F(PresetFiles, ExportNamesTheFileInTheWayAndReplacesItByTheButtonAlone) {
     write("there.json", "precious");
-    openExport("there.json");
-    click(overlay().confirmButton());
-    EXPECT_EQ(overlay().confirmButton().getButtonText(), "Replace");
+    openExport("there");
+    press(juce::KeyPress::returnKey);
+    EXPECT_EQ(browser().confirmButton().getButtonText(), "Replace");
+    EXPECT_EQ(browser().browser().message(),
+              "\"there.json\" is there already. Replace it, or type another name.");
+    press(juce::KeyPress::returnKey);
     EXPECT_EQ(textOf(readWholeFile(folder / "there.json")), "precious");
-    click(overlay().confirmButton());
+    press(juce::KeyPress::tabKey);
+    press(juce::KeyPress::tabKey);
+    EXPECT_TRUE(browser().confirmButton().hasKeyboardFocus(false));
+    press(juce::KeyPress::returnKey);
     EXPECT_EQ(stage.view().overlay(), nullptr);
     EXPECT_EQ(readWholeFile(folder / "there.json"), exportPreset(stage.editor().rules()));
+}
+
+TEST_F(PresetFiles, AnotherNameTakesTheQuestionBack) {
+    write("there.json", "precious");
+    openExport("there");
+    click(browser().confirmButton());
+    type(stage.window, "2");
+    settle();
+    EXPECT_EQ(browser().confirmButton().getButtonText(), "Export");
+    EXPECT_EQ(browser().browser().message(), "");
+    click(browser().confirmButton());
+    EXPECT_TRUE(isThere("there2.json"));
+    EXPECT_EQ(textOf(readWholeFile(folder / "there.json")), "precious");
 }
 
 TEST_F(PresetFiles, EscapeExportsNothing) {
     write("there.json", "precious");
     openExport("there.json");
-    click(overlay().confirmButton());
-    EXPECT_TRUE(key(stage.window, juce::KeyPress::escapeKey));
+    click(browser().confirmButton());
+    press(juce::KeyPress::escapeKey);
     EXPECT_EQ(stage.view().overlay(), nullptr);
     EXPECT_EQ(textOf(readWholeFile(folder / "there.json")), "precious");
+    openExport("there.json");
+    press(juce::KeyPress::tabKey);
+    press(juce::KeyPress::escapeKey);
+    EXPECT_EQ(stage.view().overlay(), nullptr);
 }
 
 TEST_F(PresetFiles, AnExportThatCannotBeWrittenShowsTheAlert) {
-    openExport("missing-folder/out.json");
-    click(overlay().confirmButton());
+    openExport("new");
+    std::filesystem::remove_all(folder.path());
+    click(browser().confirmButton());
+    EXPECT_EQ(browser().browser().message(), "There is no folder \"" + folder.path().string() + "\".");
+    lastPresetFolder() = "/proc";
+    stage.view().showExporter();
+    press(juce::KeyPress::returnKey);
     ASSERT_NE(alert(), nullptr);
-    EXPECT_TRUE(alert()->message().contains("missing-folder"));
+    EXPECT_TRUE(alert()->message().contains("/proc/midi-quillo-preset.json"));
+}
+
+TEST_F(PresetFiles, WhatIsDraggedOverSaysWhereItWouldGo) {
+    auto& hint = stage.view().dropHint();
+    const auto path = [this](const char* name) { return juceFile(folder / name).getFullPathName(); };
+    EXPECT_TRUE(stage.view().isInterestedInFileDrag({path("new.json")}));
+    stage.view().fileDragEnter({path("new.json")}, 1, 1);
+    EXPECT_TRUE(hint.isVisible());
+    EXPECT_EQ(hint.getBounds(), stage.view().list().getBounds());
+    EXPECT_EQ(hint.words(), "Import \"new.json\" in the place of all rules");
+    stage.view().fileDragExit({path("new.json")});
+    EXPECT_FALSE(hint.isVisible());
+    stage.view().fileDragEnter({path("new.json")}, 1, 1);
+    drop("new.json");
+    EXPECT_FALSE(hint.isVisible());
+    EXPECT_EQ(stage.names(), Names{"new"});
+}
+
+TEST_F(PresetFiles, TwoFilesAtOnceAndFoldersAreRefusedInWords) {
+    const auto path = [](const std::filesystem::path& file) { return juceFile(file).getFullPathName(); };
+    const juce::StringArray two{path(folder / "new.json"), path(folder / "other.json")};
+    const juce::StringArray aFolder{path(folder.path())};
+    for (const auto& files : {two, aFolder}) {
+        EXPECT_TRUE(stage.view().isInterestedInFileDrag(files));
+        stage.view().fileDragEnter(files, 1, 1);
+        EXPECT_TRUE(stage.view().dropHint().words().endsWith("Drop one preset file."));
+        stage.view().filesDropped(files, 1, 1);
+        ASSERT_NE(alert(), nullptr);
+        EXPECT_EQ(alert()->message(), stage.view().dropHint().words());
+        EXPECT_EQ(stage.names(), Names{"old"});
+        click(alert()->okButton());
+    }
+    EXPECT_FALSE(stage.view().isInterestedInFileDrag({}));
+}
+
+TEST_F(PresetFiles, AFileDroppedOnTheBrowserClosesIt) {
+    stage.view().showExporter();
+    drop("new.json");
+    EXPECT_EQ(stage.view().overlay(), nullptr);
+    EXPECT_EQ(stage.names(), Names{"new"});
 }
 
 TEST_F(PresetFiles, WhatWasExportedIsImportedAsItWas) {
     const auto before = stage.installed();
     openExport("new.json");
-    click(overlay().confirmButton());
-    click(overlay().confirmButton());
+    click(browser().confirmButton());
+    click(browser().confirmButton());
     click(stage.card(0).buttons().deleteButton());
     EXPECT_TRUE(stage.installed().empty());
     openImport();
-    click(overlay().confirmButton());
+    click(browser().confirmButton());
     EXPECT_EQ(stage.installed(), before);
 }
 

@@ -84,13 +84,6 @@ TEST(Contrast, EdgesAndThumbsAreSeenOnWhatTheyLieOn) {
 TEST(Contrast, WhatJUCEDrawsItselfCanBeRead) {
     const EditorLookAndFeel look;
     const std::pair<int, int> colours[] = {
-        {juce::FileBrowserComponent::currentPathBoxTextColourId,
-         juce::FileBrowserComponent::currentPathBoxBackgroundColourId},
-        {juce::FileBrowserComponent::filenameBoxTextColourId,
-         juce::FileBrowserComponent::filenameBoxBackgroundColourId},
-        {juce::DirectoryContentsDisplayComponent::textColourId, juce::ListBox::backgroundColourId},
-        {juce::DirectoryContentsDisplayComponent::highlightedTextColourId,
-         juce::DirectoryContentsDisplayComponent::highlightColourId},
         {juce::TextEditor::textColourId, juce::TextEditor::backgroundColourId},
         {juce::ComboBox::textColourId, juce::ComboBox::backgroundColourId},
         {juce::TextButton::textColourOffId, juce::TextButton::buttonColourId},
@@ -136,6 +129,12 @@ TEST(Contrast, TheFocusIsSeenAroundAButtonAGripAndAField) {
         EXPECT_GE(pixelsOfTheFocus(*view), aLineAround(*view)) << view->getTitle();
     }
     EXPECT_GE(pixelsOfTheFocus(picker), 2 * (80 + 24 - 16));
+}
+
+TEST(Contrast, NamesDatesAndPromptsOfTheBrowserCanBeRead) {
+    const Palette palette;
+    EXPECT_GE(contrast(palette.secondaryText, style::lifted(palette.background, style::boxLift)), readable);
+    EXPECT_GE(contrast(palette.background, palette.delayInput), readable);
 }
 
 }  // namespace

@@ -96,10 +96,23 @@ TEST_F(PresetExchangeTest, AnImportIsOneStepThatCanBeUndone) {
     EXPECT_EQ(desk.installed, rulesOf(before));
 }
 
-TEST_F(PresetExchangeTest, AFileWithOneMalformedRuleImportsNothingAndTheAlertSaysWhere) {
+TEST_F(PresetExchangeTest, AFileWithOneMalformedRuleImportsNothingAndTheAlertSaysWhichAndWhy) {
     const auto good = textOf(exportPreset(desk.editor.rules()));
-    const auto path = write(good.substr(0, good.size() - 2) + R"(,{"output":3}]})");
-    EXPECT_THAT(refusal(path), testing::HasSubstr("rules[1]"));
+    const auto path = write(good.substr(0, good.size() - 2) + R"(,{"name":"Echo","output":3}]})");
+    EXPECT_EQ(
+        refusal(path),
+        "\"preset.json\" cannot be imported. Rule 2 \"Echo\", message: expected an object, found 3.\n"
+        "The rules are as they were. Choose another file, or export this one again where its rules work.");
+}
+
+TEST_F(PresetExchangeTest, AFileThatIsNoPresetIsSaidToBeNone) {
+    EXPECT_THAT(
+        refusal(write("MThd")),
+        testing::StartsWith(
+            "\"preset.json\" cannot be imported. This is not a preset of MIDI Quillo (not JSON: column 1: "));
+    EXPECT_THAT(refusal(write(R"({"songs":[]})")),
+                testing::StartsWith("\"preset.json\" cannot be imported. This is not a preset of MIDI Quillo "
+                                    "(missing key \"rules\")."));
 }
 
 TEST_F(PresetExchangeTest, AMissingFileAndAFolderAreRefusedByName) {
@@ -122,23 +135,22 @@ TEST_F(PresetExchangeTest, AFileThatIsFarTooLargeIsRefused) {
 }
 
 TEST_F(PresetExchangeTest, APitchThatTheOldestFormCannotHoldIsRefused) {
-    EXPECT_NE(refusal(write(R"([{"output":{"message":{"Prime":{"_0":{"PitchWheel":{"_0":{"value":0},)"
-                            R"("_1":{"value":256}}}}},"delay":{"ms":0}},"trigger":{"OnLoad":{}}}])"))
-                  .find("Fatal error"),
-              std::string::npos);
+    EXPECT_THAT(refusal(write(R"([{"output":{"message":{"Prime":{"_0":{"PitchWheel":{"_0":{"value":0},)"
+                              R"("_1":{"value":256}}}}},"delay":{"ms":0}},"trigger":{"OnLoad":{}}}])")),
+                testing::HasSubstr("Rule 1: pitch 256 of a V1 rule is above 255."));
 }
 
 TEST_F(PresetExchangeTest, ARuleThatTheEditorCannotHoldIsRefused) {
-    EXPECT_EQ(refusal(write(copiedPressure)),
-              "The rule \"Odd\" cannot be edited: its pressure is copied from the trigger.");
+    EXPECT_THAT(
+        refusal(write(copiedPressure)),
+        testing::HasSubstr("Rule 1 \"Odd\" cannot be edited: its pressure is copied from the trigger."));
 }
 
 TEST_F(PresetExchangeTest, RulesThatTheEngineRefusesAreNotImported) {
-    EXPECT_NE(
+    EXPECT_EQ(
         refusal(write(R"({"rules":[{"output":{"message":{"SystemExclusive":{"_0":[]}},"delay":{"ms":-1}},)"
-                      R"("trigger":{"OnLoad":{}},"name":"late"}]})"))
-            .find("a delay is negative"),
-        std::string::npos);
+                      R"("trigger":{"OnLoad":{}},"name":"late\u001b"}]})")),
+        R"(Rule 1 "late\u001b": a delay is negative: -1 ms. Choose 0 or more.)");
 }
 
 TEST_F(PresetExchangeTest, AnExportReplacesTheFileThatIsThere) {
@@ -201,6 +213,20 @@ TEST_F(PresetExchangeTest, AMessageThatTheEditorCannotHoldIsExportedAsItWasImpor
     EXPECT_EQ(desk.installed, rules);
     exportPresetFile(path, desk.editor);
     EXPECT_EQ(PluginData::read(readWholeFile(path)).rules, rules);
+}
+
+TEST_F(PresetExchangeTest, DroppingSaysWhatItDoes) {
+    const auto one = effectOfDropping({folder / "a\nb.json"});
+    EXPECT_TRUE(one.works);
+    EXPECT_EQ(one.words, R"(Import "a\nb.json" in the place of all rules)");
+    const auto two = effectOfDropping({folder / "a.json", folder / "b.json"});
+    EXPECT_FALSE(two.works);
+    EXPECT_EQ(two.words,
+              "2 files cannot be imported at once, because a preset takes the place of all rules. Drop one "
+              "preset file.");
+    const auto aFolder = effectOfDropping({folder});
+    EXPECT_FALSE(aFolder.works);
+    EXPECT_EQ(aFolder.words, '"' + folder.filename().string() + "\" is a folder. Drop one preset file.");
 }
 
 }  // namespace
