@@ -10,7 +10,9 @@
 #include "hosts/cli/InStableOrder.hpp"
 #include "hosts/cli/MIDIFileBytes.hpp"
 #include "hosts/cli/OfflineHost.hpp"
+#include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
+#include "rules/RuleEntry.hpp"
 
 namespace quillo {
 namespace {
@@ -117,6 +119,16 @@ TEST(Recipes, TheEchoesOfAReleaseAndANewStrokeOnOneTickKeepTheirOrder) {
         }
     }
     EXPECT_EQ(echoes, messagesAt(echoed));
+}
+
+TEST(Recipes, CanBeMadeInTheEditorAsTheyAre) {
+    for (const auto* preset : {"demo.json", "pedal-to-strings.json", "sounds-at-start.json",
+                               "bass-split.json", "reset-then-sound.json", "echo.json"}) {
+        const auto document = PluginData::read(readWholeFile(std::string(QUILLO_PRESETS) + "/" + preset));
+        for (const auto& rule : document.rules) {
+            EXPECT_EQ(ruleFromEntry(entryFromRule(rule)), rule) << preset << ", " << rule.name;
+        }
+    }
 }
 
 }  // namespace
