@@ -76,6 +76,27 @@ std::vector<Rule> rulesOfOneController(std::size_t count) {
     return rules;
 }
 
+std::vector<Rule> wildcardAndSingleRules(std::size_t wildcards, std::size_t singles) {
+    auto rules = wildcardRules(wildcards, PassThroughV2::PassThrough);
+    for (std::size_t number = 0; number < singles; ++number) {
+        const auto position = static_cast<std::ptrdiff_t>(number * wildcards / singles);
+        rules.insert(rules.begin() + position, ruleForNote(wrapped(number / 128, 16), wrapped(number, 128)));
+    }
+    return rules;
+}
+
+std::vector<Rule> rulesOfEveryController(std::size_t count) {
+    std::vector<Rule> rules;
+    rules.reserve(count);
+    for (std::size_t number = 0; number < count; ++number) {
+        const auto trigger =
+            test::onControlChange(wrapped(number, 128), test::exactly(wrapped(number / 2048, 128)),
+                                  test::exactly(wrapped(number / 128, 16)));
+        rules.push_back(test::rule(trigger, test::send(test::controlChange(0, 7, 100))));
+    }
+    return rules;
+}
+
 std::vector<Rule> mixedRules(std::size_t count) {
     std::vector<Rule> rules;
     rules.reserve(count);

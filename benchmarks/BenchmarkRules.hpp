@@ -31,6 +31,12 @@ inline constexpr std::uint8_t middleNote = 60;
 inline constexpr std::uint8_t sharedController = 1;
 inline constexpr std::uint8_t otherValue = 127;
 
+/// Rules for every note-on, and rules for single notes of single channels spread among them.
+[[nodiscard]] std::vector<Rule> wildcardAndSingleRules(std::size_t wildcards, std::size_t singles);
+
+/// Rules for single values of every controller of every channel.
+[[nodiscard]] std::vector<Rule> rulesOfEveryController(std::size_t count);
+
 /// Rules of all kinds, with names and delays, as a musician may have them.
 [[nodiscard]] std::vector<Rule> mixedRules(std::size_t count);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "benchmarks/BenchmarkRules.hpp"
 #include "benchmarks/Sections.hpp"
@@ -24,6 +25,15 @@ void addInstallBenchmarks() {
             };
         });
     }
+    const auto addWorst = [&](const std::string& row, const std::vector<Rule>& rules) {
+        section.addRow(row, rules.size(), [rules] {
+            return [rules, processor = std::make_shared<RuleProcessor>()] { processor->setRules(rules); };
+        });
+    };
+    addWorst("the same, 10000 rules for any note", wildcardRules(10000, PassThroughV2::PassThrough));
+    addWorst("the same, 10000 rules for any note and 1000 for single ones",
+             wildcardAndSingleRules(10000, 1000));
+    addWorst("the same, 10000 values of every controller of every channel", rulesOfEveryController(10000));
 }
 
 }  // namespace quillo::bench

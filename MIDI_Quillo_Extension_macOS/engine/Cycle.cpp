@@ -57,6 +57,9 @@ OSStatus Cycle::flushDelayedMessages() QUILLO_REALTIME {
     for (const auto* earliest = delayed.peek(); earliest != nullptr && earliest->time < end_;
          earliest = delayed.peek()) {
         const auto due = delayed.pop();
+        if (!due) {
+            return processor_.fatalErrors.set("the delay queue lost a message that it held");
+        }
         if (const auto status = output_(due->time, cable, due->message.messages()); status != noErr) {
             return status;
         }

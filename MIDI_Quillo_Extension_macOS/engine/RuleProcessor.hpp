@@ -44,7 +44,7 @@ public:
     /// "rule-processore-queue": all state of the processor is touched in its blocks only.
     DispatchQueue dispatchQueue;
 
-    /// Where a render step leaves a fatal error: times beyond 64 bits.
+    /// Where a render step leaves a fatal error: times beyond 64 bits, a damaged delay queue.
     FatalErrorSlot fatalErrors;
 
     /// [any but render] The list that was installed last.
