@@ -90,15 +90,13 @@ public:
     }
 
     /// A key that nothing in the view has used. Tab then moves the focus, which is JUCE's doing; while
-    /// nothing has the focus it enters the view, if the key is this window's own and not one for the host
-    /// that came by the mouse's place.
+    /// nothing has the focus it enters the view.
     bool keyPressed(const juce::KeyPress& key) override {
-        const bool isTab = key.isKeyCode(juce::KeyPress::tabKey);
-        if (isTab && view_.hasKeyboardFocus(true)) {
+        if (key.isKeyCode(juce::KeyPress::tabKey) && view_.hasKeyboardFocus(true)) {
             return false;
         }
-        const bool isOurs = !isTab || getPeer()->isFocused();
-        if (!(isOurs && view_.keyPressed(key)) && keyboard_) {
+        const bool isUsed = HostKeyboard::mayUse(*getPeer(), key) && view_.keyPressed(key);
+        if (!isUsed && keyboard_) {
             keyboard_->handOn(key);
         }
         return true;

@@ -66,6 +66,10 @@ HostKeyboard::~HostKeyboard() {
     std::erase(keyboards, this);
 }
 
+bool HostKeyboard::mayUse(const juce::ComponentPeer& window, const juce::KeyPress& key) {
+    return !key.isKeyCode(juce::KeyPress::tabKey) || window.isFocused();
+}
+
 void HostKeyboard::noteOwner() {
     if (!keyboards.empty()) {
         ownerBefore = ownerNow();

@@ -28,6 +28,10 @@ public:
     HostKeyboard(const HostKeyboard&) = delete;
     HostKeyboard& operator=(const HostKeyboard&) = delete;
 
+    /// Whether the editor may use a key that came to its window and that nothing in it has used. Not Tab, which
+    /// would let the keyboard in, while it came by the mouse's place only.
+    [[nodiscard]] static bool mayUse(const juce::ComponentPeer& window, const juce::KeyPress& key);
+
     /// Before the toolkit takes its events: whose the keyboard is now.
     static void noteOwner();
 

@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "hosts/adapter/HostKeyboard.hpp"
+
 namespace quillo {
 
 QuilloProcessorEditor::QuilloProcessorEditor(QuilloProcessor& quillo)
@@ -27,10 +29,26 @@ QuilloProcessorEditor::QuilloProcessorEditor(QuilloProcessor& quillo)
     startTimerHz(drainsPerSecond);
 }
 
-QuilloProcessorEditor::~QuilloProcessorEditor() = default;
+QuilloProcessorEditor::~QuilloProcessorEditor() {
+    if (window_ != nullptr) {
+        window_->removeKeyListener(this);
+    }
+}
 
 void QuilloProcessorEditor::resized() {
     view_.setBounds(getLocalBounds());
+}
+
+void QuilloProcessorEditor::parentHierarchyChanged() {
+    if (window_ != nullptr) {
+        window_->removeKeyListener(this);
+    }
+    window_ = getTopLevelComponent();
+    window_->addKeyListener(this);
+}
+
+bool QuilloProcessorEditor::keyPressed(const juce::KeyPress& key, juce::Component* window) {
+    return HostKeyboard::mayUse(*window->getPeer(), key) && view_.keyPressed(key);
 }
 
 void QuilloProcessorEditor::timerCallback() {

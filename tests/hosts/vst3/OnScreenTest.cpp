@@ -38,6 +38,30 @@ protected:
         view.settle();
     }
 
+    /// The middle of the button that adds rules, while there is none.
+    static std::string placeOfNewRule() {
+        Desk sameEditor{{}};
+        const auto place =
+            findBelow<NewRuleSelector>(sameEditor.view())->button().getScreenBounds().getCentre();
+        return std::to_string(place.x) + " " + std::to_string(place.y);
+    }
+
+    /// Whether the plug-in comes to mark the project changed that often.
+    bool isMarkedChanged(int times) {
+        for (int turn = 0; turn < 1000 && plugIn.handler().timesMarkedChanged < times; ++turn) {
+            loop.turn(10);
+        }
+        return plugIn.handler().timesMarkedChanged == times;
+    }
+
+    /// Whether a project saved now has these rules.
+    bool saves(const std::vector<Rule>& rules) {
+        const auto expected = PluginData{rules}.write();
+        const auto chunk = plugIn.state();
+        return chunk.size() >= expected.size() && std::equal(expected.begin(), expected.end(), chunk.begin());
+    }
+
+    const Rule pitchRule = ruleFromEntry(defaultEntry(OutputEntryType::PitchWheel, 1));
     VST3RunLoop loop;
     VST3Instance plugIn;
 };
@@ -57,18 +81,35 @@ TEST_F(VST3OnScreen, TheEditorOpensAtItsPreferredSizeAndIsResizedAndScaledByItsH
 }
 
 TEST_F(VST3OnScreen, ARuleThatTheUserAddsIsSavedAndMarksTheProjectChanged) {
-    Desk sameEditor{{}};
-    const auto button = findBelow<NewRuleSelector>(sameEditor.view())->button().getScreenBounds().getCentre();
     VST3View view(plugIn, loop);
-    act(view, "mousemove " + std::to_string(button.x) + " " + std::to_string(button.y) + " click 1");
+    act(view, "mousemove " + placeOfNewRule() + " click 1");
     act(view, "type pitch");
     act(view, "key Return");
-    while (plugIn.handler().timesMarkedChanged == 0) {
-        loop.turn(10);
-    }
-    const auto expected = PluginData{{ruleFromEntry(defaultEntry(OutputEntryType::PitchWheel, 1))}}.write();
-    const auto chunk = plugIn.state();
-    EXPECT_TRUE(std::equal(expected.begin(), expected.end(), chunk.begin()));
+    EXPECT_TRUE(isMarkedChanged(1));
+    EXPECT_TRUE(saves({pitchRule}));
+}
+
+TEST_F(VST3OnScreen, TabEntersOnceTheEditorsWindowHasTheKeyboard) {
+    VST3View view(plugIn, loop);
+    view.giveKeyboardToTheEditor();
+    act(view, "key Tab Tab Tab Tab");
+    act(view, "key Return");
+    act(view, "type pitch");
+    act(view, "key Return");
+    EXPECT_TRUE(isMarkedChanged(1));
+    EXPECT_TRUE(saves({pitchRule}));
+}
+
+TEST_F(VST3OnScreen, UndoNeedsNoFocus) {
+    VST3View view(plugIn, loop);
+    act(view, "mousemove " + placeOfNewRule() + " click 1");
+    act(view, "type pitch");
+    act(view, "key Return");
+    EXPECT_TRUE(isMarkedChanged(1));
+    act(view, "mousemove 4 4 click 1");
+    act(view, "key ctrl+z");
+    EXPECT_TRUE(isMarkedChanged(2));
+    EXPECT_TRUE(saves({}));
 }
 
 TEST_F(VST3OnScreen, EditorsComeAndGoWhileAnotherThreadProcesses) {

@@ -138,7 +138,7 @@ void VST3View::destroyWindow() {
     XSync(window_->display, False);
 }
 
-std::pair<unsigned, unsigned> VST3View::sizeOfThePlugInsWindow() const {
+unsigned long VST3View::thePlugInsWindow() const {
     ::Window root = 0;
     ::Window parent = 0;
     ::Window* children = nullptr;
@@ -147,14 +147,26 @@ std::pair<unsigned, unsigned> VST3View::sizeOfThePlugInsWindow() const {
     if (count != 1) {
         throw std::runtime_error("the plug-in has " + std::to_string(count) + " windows");
     }
+    const auto window = children[0];
+    XFree(children);
+    return window;
+}
+
+std::pair<unsigned, unsigned> VST3View::sizeOfThePlugInsWindow() const {
+    ::Window root = 0;
     int x = 0;
     int y = 0;
     unsigned border = 0;
     unsigned depth = 0;
     std::pair<unsigned, unsigned> size;
-    XGetGeometry(window_->display, children[0], &root, &x, &y, &size.first, &size.second, &border, &depth);
-    XFree(children);
+    XGetGeometry(window_->display, thePlugInsWindow(), &root, &x, &y, &size.first, &size.second, &border,
+                 &depth);
     return size;
+}
+
+void VST3View::giveKeyboardToTheEditor() {
+    XSetInputFocus(window_->display, thePlugInsWindow(), RevertToParent, CurrentTime);
+    settle();
 }
 
 void VST3View::settle() {

@@ -57,11 +57,16 @@ public:
     /// The size of the plug-in's own window inside the host's.
     [[nodiscard]] std::pair<unsigned, unsigned> sizeOfThePlugInsWindow() const;
 
+    /// The host gives the keyboard to the plug-in's own window.
+    void giveKeyboardToTheEditor();
+
     /// Lets everything happen that has been asked for.
     void settle();
 
 private:
     struct Window;
+
+    [[nodiscard]] unsigned long thePlugInsWindow() const;
 
     VST3RunLoop& loop_;
     std::unique_ptr<Window> window_;
