@@ -27,13 +27,13 @@ protected:
     }
 
     /// Where it is in a window with these rules.
-    static juce::Point<int> middleOfTheFirstTextField(const std::vector<Rule>& rules) {
+    static juce::Point<int> textOfTheFirstTextField(const std::vector<Rule>& rules) {
         HostedUnit hosted;
         hosted.unit().processor->setRules(rules);
         JackWindow window(hosted, [] {});
         auto& view = window.view();
         const auto* field = findBelow<MyTextInputImpl>(view);
-        return view.getLocalPoint(field, field->getLocalBounds().getCentre());
+        return view.getLocalPoint(field, juce::Point(field->getHeight() / 2, field->getHeight() / 2));
     }
 };
 
@@ -97,14 +97,14 @@ TEST_F(JackWindowTest, TheWindowIsDrawnAtTheScaleThatIsAsked) {
 TEST_F(JackWindowTest, WhatIsTypedAndNotConfirmedIsKeptWhenTheProgramEnds) {
     const auto rules = controllerForNote(20);
     session().add(PluginData{rules}.write());
-    const auto field = middleOfTheFirstTextField(rules);
+    const auto field = textOfTheFirstTextField(rules);
     JackServer server;
     const auto program = runAsItIs({QUILLO_JACK_PROGRAM, "--server", server.name()}, std::getenv("DISPLAY"));
     program->err().waitFor("as \"midi-quillo\"");
     juce::SystemClipboard::copyTextToClipboard("");
     onTheDisplay({"search", "--sync", "--name", "^MIDI Quillo$", "windowfocus", "--sync", "mousemove",
-                  "--sync", "--window", "%1", std::to_string(field.x), std::to_string(field.y), "click", "1",
-                  "type", "typed"});
+                  "--sync", "--window", "%1", std::to_string(field.x), std::to_string(field.y), "click",
+                  "--repeat", "2", "1", "type", "typed"});
     while (juce::SystemClipboard::getTextFromClipboard() != "typed") {
         onTheDisplay({"key", "ctrl+a", "ctrl+c"});
     }
