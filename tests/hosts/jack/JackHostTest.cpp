@@ -179,6 +179,7 @@ TEST_F(JackHostTest, WhatIsWrongWithTheSessionIsToldBeforeWhatIsWrongWithTheServ
     loop.tick();
     EXPECT_THAT(model.alertErrorMessage().value_or(""), HasSubstr("No version of the last session's rules"));
     host->hosted().controller().model()->dismissAlert();
+    loop.tick();
     EXPECT_THAT(model.alertErrorMessage().value_or(""), HasSubstr("There is no JACK server"));
 }
 
