@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -17,9 +18,8 @@ namespace quillo {
 /// A binary heap of elements that have a `time`: no element is due before its parent, so the root is one that is
 /// due first. Elements of one time leave in the order in which they were pushed.
 ///
-/// What is sifted are light nodes; the elements lie still in a pool of slots. All storage is made once and none
-/// of it is touched before it is needed: neither pushing nor popping allocates, and a heap that never held many
-/// elements takes little memory.
+/// What is sifted are light nodes; the elements lie still in a pool of slots. All storage is made and written once,
+/// at construction: neither pushing nor popping allocates, or is the first to touch a page of memory.
 ///
 /// No locking of its own.
 template <class Element>
@@ -31,8 +31,8 @@ public:
     /// [any but render] Makes `capacity` empty slots, at most `mostSlots`.
     explicit MyBinaryHeap(std::size_t capacity)
         : capacity_(std::min(capacity, mostSlots)),
-          nodes_(std::make_unique_for_overwrite<Node[]>(capacity_)),
-          pool_(std::make_unique_for_overwrite<Slot[]>(capacity_)) {}
+          nodes_(std::make_unique<Node[]>(capacity_)),
+          pool_(std::make_unique<Slot[]>(capacity_)) {}
 
     MyBinaryHeap(const MyBinaryHeap&) = delete;
     MyBinaryHeap& operator=(const MyBinaryHeap&) = delete;
@@ -47,7 +47,7 @@ public:
     /// lost. A heap without slots takes nothing.
     void push(Element added) QUILLO_REALTIME {
         if (size_ < capacity_) {
-            const auto slot = size_ < slotsTouched_ ? nodes_[size_].slot() : slotsTouched_++;
+            const auto slot = size_ < slotsUsed_ ? nodes_[size_].slot() : slotsUsed_++;
             const auto* held = std::construct_at(&pool_[slot].element, std::move(added));
             siftUp(size_++, node(held->time, slot));
         } else if (size_ > 0) {
@@ -94,10 +94,11 @@ private:
         }
     };
 
-    /// Room for an element that is made when it is pushed.
+    /// Room for an element that is made when it is pushed; written before, for the system to provide its memory.
     union Slot {
-        Slot() {}
+        Slot() : empty{} {}
         ~Slot() {}
+        std::array<std::byte, sizeof(Element)> empty;
         Element element;
     };
 
@@ -142,7 +143,7 @@ private:
 
     std::size_t capacity_;
     std::size_t size_ = 0;
-    std::size_t slotsTouched_ = 0;  ///< slots below it have been in use
+    std::size_t slotsUsed_ = 0;  ///< slots below it have been in use
     std::uint64_t pushed_ = 0;
     std::unique_ptr<Node[]> nodes_;  ///< those at `size_` and behind it keep the slots that are free again
     std::unique_ptr<Slot[]> pool_;

@@ -2,6 +2,7 @@
 #include "engine/MyBinaryHeap.hpp"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <map>
 #include <memory>
@@ -123,6 +124,25 @@ TEST(MyBinaryHeap, MixedPushesAndPopsAlwaysYieldTheEarliestThatCameFirst) {
         }
         ASSERT_EQ(heap.size(), expected.size());
     }
+}
+
+/// How often this process has touched memory that the system had yet to provide.
+long pageFaults() {
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_minflt + usage.ru_majflt;
+}
+
+TEST(MyBinaryHeap, FillingItTouchesNoNewMemory) {
+    constexpr std::size_t capacity = 10000;
+    constexpr long fewerThanItsPages = 10;  // of some 150; a program faults for code and stack, too
+    const auto element = dueAt(1);
+    MyBinaryHeap<DelayedMessage> heap(capacity);
+    const auto before = pageFaults();
+    while (heap.size() < capacity) {
+        heap.push(element);
+    }
+    EXPECT_LT(pageFaults() - before, fewerThanItsPages);
 }
 
 TEST(MyBinaryHeap, LetsGoOfWhatItHoldsWhenItGoes) {
