@@ -22,7 +22,8 @@ namespace quillo {
 /// Other readers never keep the render thread waiting, however seldom they run: a barrier waits for them first, and
 /// only then shuts out the render thread.
 ///
-/// Keep blocks short, and never enter a queue from inside one of its own blocks.
+/// Keep blocks short, and never enter a queue from inside one of its own blocks: a barrier that waits for the outer
+/// one keeps the inner one waiting for ever.
 class DispatchQueue {
 public:
     explicit DispatchQueue(std::string label) : label_(std::move(label)) {}
@@ -43,7 +44,7 @@ public:
         return std::forward<Block>(block)();
     }
 
-    /// [render, one thread at a time] A block that is as long as this object lives; it may hold others.
+    /// [render, one thread at a time] A block that is as long as this object lives.
     class RenderEntry {
     public:
         explicit RenderEntry(DispatchQueue& queue) QUILLO_REALTIME : queue_(queue) { queue_.enter(); }

@@ -18,8 +18,9 @@ class ReaderGate {
 public:
     ReaderGate();
 
-    /// [one thread at a time] Enters unless the gate is closed. After `true`, `leave()` must follow. Who is inside may
-    /// enter again, and is refused while somebody waits to close.
+    /// [one thread at a time] Enters unless the gate is closed. After `true`, `leave()` must follow. Entries
+    /// can be nested. But a thread that is refused while inside must leave: the closer waits for it, and until then
+    /// refuses it.
     [[nodiscard]] bool tryEnter() QUILLO_REALTIME {
         setInside(inside_.load(std::memory_order_relaxed) + 1);
         if (!closed_.load()) {
