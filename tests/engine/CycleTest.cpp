@@ -5,15 +5,14 @@
 
 #include <atomic>
 #include <functional>
-#include <latch>
 #include <optional>
-#include <thread>
 #include <variant>
 
 #include "engine/RuleProcessor.hpp"
 #include "support/OutputRecorder.hpp"
 #include "support/RandomRules.hpp"
 #include "support/TestRules.hpp"
+#include "support/WatchedThread.hpp"
 
 namespace quillo {
 namespace {
@@ -98,25 +97,20 @@ TEST_F(CycleTest, IsEndedByTheFirstStatusOfItsOwnSteps) {
 }
 
 TEST_F(CycleTest, KeepsItsRulesUntilItEnds) {
-    std::latch installing(1);
     std::atomic<bool> installed = false;
-    std::jthread installer;
+    std::optional<WatchedThread> installer;
     {
         Cycle cycle(processor, output, 0, 100);
-        installer = std::jthread([&] {
-            installing.count_down();
+        installer.emplace([&] {
             processor.setRules({rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(1, 1, 1)))});
             installed = true;
         });
-        installing.wait();
-        for (int turn = 0; turn < 200; ++turn) {
-            std::this_thread::yield();
-        }
+        installer->awaitSleepOrEnd();
         EXPECT_FALSE(installed);
         EXPECT_EQ(cycle.midi(7, Bytes{0x90, 60, 100}), noErr);
         EXPECT_EQ(recorder.take(), (Emissions{{7, {{0x90, 60, 100}}}}));
     }
-    installer.join();
+    installer->join();
     EXPECT_EQ(Cycle(processor, output, 100, 200).midi(107, Bytes{0x90, 60, 100}), noErr);
     EXPECT_EQ(recorder.take(), (Emissions{{107, {{0x91, 1, 1}}}}));
 }

@@ -5,24 +5,20 @@
 
 #include <atomic>
 #include <barrier>
-#include <latch>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "support/Threads.hpp"
+#include "support/WatchedThread.hpp"
 
 namespace quillo {
 namespace {
 
-/// Gives other threads every chance to do what they must not.
-void letOthersRun() {
-    for (int i = 0; i < 200; ++i) {
-        std::this_thread::yield();
-    }
-}
+using test::WatchedThread;
 
 TEST(DispatchQueue, HasItsLabel) {
     EXPECT_EQ(DispatchQueue("a queue").label(), "a queue");
@@ -70,25 +66,22 @@ TEST(DispatchQueue, RunsSyncBlocksSideBySide) {
 /// While a block is inside by the first way, one that comes by the second waits; then it sees what the first wrote.
 template <typename First, typename Second>
 void expectTheSecondToWait(const First& enterFirst, const Second& enterSecond) {
-    std::latch coming(1);
     std::atomic<bool> inside = false;
     int written = 0;
     int read = 0;
-    std::jthread second;
+    std::optional<WatchedThread> second;
     enterFirst([&] {
-        second = std::jthread([&] {
-            coming.count_down();
+        second.emplace([&] {
             enterSecond([&] {
                 inside = true;
                 read = written;
             });
         });
-        coming.wait();
-        letOthersRun();
+        second->awaitSleepOrEnd();
         EXPECT_FALSE(inside);
         written = 7;
     });
-    second.join();
+    second->join();
     EXPECT_EQ(read, 7);
 }
 
@@ -127,19 +120,14 @@ TEST(DispatchQueue, ABarrierWaitsForTheRenderThreadAndSeesWhatItWrote) {
 /// that waits for the reader.
 TEST(DispatchQueue, ABarrierThatWaitsForReadersDoesNotKeepTheRenderThreadWaiting) {
     DispatchQueue queue("");
-    std::jthread installer;
-    std::latch coming(1);
+    std::optional<WatchedThread> installer;
     bool barrierRan = false;
     queue.sync([&] {
-        installer = std::jthread([&] {
-            coming.count_down();
-            queue.barrierSync([&] { barrierRan = true; });
-        });
-        coming.wait();
-        letOthersRun();
+        installer.emplace([&] { queue.barrierSync([&] { barrierRan = true; }); });
+        installer->awaitSleepOrEnd();
         std::jthread([&] { syncAsRenderThread(queue, [&] { EXPECT_FALSE(barrierRan); }); }).join();
     });
-    installer.join();
+    installer->join();
     EXPECT_TRUE(barrierRan);
 }
 

@@ -3,27 +3,27 @@
 
 #include <thread>
 
+#include "support/WatchedThread.hpp"
+
 namespace {
 
-/// Whoever closes the gate has time to fall asleep before the caller goes on.
-void awaitClosing(quillo::ReaderGate& gate) {
-    constexpr int turns = 100;
+/// Returns once `closer` has begun to close the gate and sleeps.
+void awaitClosing(quillo::ReaderGate& gate, pid_t closer) {
     while (gate.tryEnter()) {
         gate.leave();
         std::this_thread::yield();
     }
-    for (int turn = 0; turn < turns; ++turn) {
-        std::this_thread::yield();
-    }
+    quillo::test::awaitSleepOrEnd(closer);
 }
 
 }  // namespace
 
-void otherBinaryLeavesClosingGate(quillo::ReaderGate& gate, std::atomic<int>& entered, int rounds) {
+void otherBinaryLeavesClosingGate(quillo::ReaderGate& gate, std::atomic<int>& entered, int rounds,
+                                  pid_t closer) {
     while (entered < rounds) {
         if (gate.tryEnter()) {
             ++entered;
-            awaitClosing(gate);
+            awaitClosing(gate, closer);
             gate.leave();
         }
     }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <sys/types.h>
+
 #include <atomic>
 #include <cstdint>
 
@@ -11,8 +13,10 @@
 // the C++ library's templates among it.
 extern "C" {
 
-/// Enters the gate in each round, counts the entry in `entered`, and leaves only when somebody closes the gate.
-void otherBinaryLeavesClosingGate(quillo::ReaderGate& gate, std::atomic<int>& entered, int rounds);
+/// Enters the gate in each round, counts the entry in `entered`, and leaves only when the thread `closer` closes the
+/// gate and sleeps.
+void otherBinaryLeavesClosingGate(quillo::ReaderGate& gate, std::atomic<int>& entered, int rounds,
+                                  pid_t closer);
 
 /// Enters the queue so many times, as a render thread.
 void otherBinaryEnters(quillo::DispatchQueue& queue, std::uint64_t times);

@@ -2,6 +2,7 @@
 // A gate and a queue in the hands of two shared objects, as a plug-in's are in those of its host or its editor. A
 // wait that only one of them knows of never ends, and this test neither.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <thread>
@@ -19,7 +20,8 @@ TEST(TwoBinaries, TheLastOneOutOfAGateWakesTheOneThatClosesIt) {
     constexpr int rounds = 1000;
     ReaderGate gate;
     std::atomic<int> entered{0};
-    const std::jthread visitor([&] { otherBinaryLeavesClosingGate(gate, entered, rounds); });
+    const auto closer = ::gettid();
+    const std::jthread visitor([&] { otherBinaryLeavesClosingGate(gate, entered, rounds, closer); });
     for (int round = 1; round <= rounds; ++round) {
         while (entered < round) {
             std::this_thread::yield();
