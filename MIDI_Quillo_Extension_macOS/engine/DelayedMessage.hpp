@@ -9,14 +9,15 @@
 
 namespace quillo {
 
-/// An output that waits for its time. The order is reversed on purpose, so that the greatest one is the
-/// earliest; the messages take no part in it. Two are equal when both times and messages are.
+/// An output that waits for its time. Two are equal when both times and messages are.
 struct DelayedMessage {
     SampleTime time = 0;  ///< when it is due
     MessageList message;
 
     bool operator==(const DelayedMessage&) const = default;
 
+    /// Reversed on purpose: the earliest is the greatest, as queues of the greatest first need it. The messages take
+    /// no part. `MyBinaryHeap` does not need it: it compares times alone.
     friend std::weak_ordering operator<=>(const DelayedMessage& a, const DelayedMessage& b) QUILLO_REALTIME {
         return b.time <=> a.time;
     }

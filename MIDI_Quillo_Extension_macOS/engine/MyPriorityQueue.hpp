@@ -8,7 +8,7 @@
 
 namespace quillo {
 
-/// A queue that hands out a greatest element first.
+/// A queue that hands out first an element that is due first.
 template <class Queue, class Element>
 concept MyPriorityQueue = requires(Queue queue, const Queue constQueue, Element element) {
     queue.push(std::move(element));

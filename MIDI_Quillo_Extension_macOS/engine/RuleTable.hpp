@@ -29,7 +29,7 @@ inline constexpr RuleOrdinal noRule = std::numeric_limits<RuleOrdinal>::max();
 /// with rules for single values, a further row, of one outcome for each second data byte. Status bytes that the
 /// same rules wait for share their row. The rules that any byte fires are listed once in a row, however
 /// many bytes have rules of their own: those come in between as runs. So the table grows with the rules; its
-/// rows take at most 4.2 MB, when each controller of each channel has a rule for a single value.
+/// rows take at most 4.3 MB, when each controller of each channel has a rule for a single value.
 class RuleTable {
 public:
     /// Rules that fire one after the other; an outcome is one run or several that lie side by side.
