@@ -117,7 +117,7 @@ std::string PresetBrowser::action() const {
     if (asksToReplace()) {
         return "Replace";
     }
-    if (pickedByHand_ && shown_[*picked_].isFolder) {
+    if (picked_ && shown_[*picked_].isFolder) {
         return "Open";
     }
     return mode_ == Mode::open ? "Import" : "Export";
@@ -145,8 +145,9 @@ void PresetBrowser::type(std::string name) {
     forget();
     name_ = std::move(name);
     if (mode_ == Mode::open) {
-        const bool isPath = name_.find_first_of("/~") != std::string::npos;
-        filter(isPath ? std::string_view() : trimmed(name_));
+        const auto typed = trimmed(name_);
+        const bool isPath = typed.find('/') != std::string_view::npos || isWrittenAsFolder(typed);
+        filter(isPath ? std::string_view() : typed);
     }
 }
 
@@ -156,8 +157,18 @@ void PresetBrowser::filter(std::string_view part) {
     std::ranges::copy_if(all_, std::back_inserter(shown_),
                          [&wanted](const auto& entry) { return holds(entry, wanted); });
     if (!wanted.empty() && !shown_.empty()) {
-        picked_ = 0;
+        picked_ = meantBy(part);
     }
+}
+
+/// The entry that has the typed name, with or without its ending; else the first file; else the first folder.
+std::size_t PresetBrowser::meantBy(std::string_view typed) const {
+    const auto file = presetFileName(std::string(typed));
+    const auto rank = [typed, &file](const PresetBrowserEntry& entry) {
+        const auto name = entry.path.filename().string();
+        return name == typed ? 0 : name == file ? 1 : entry.isFolder ? 3 : 2;
+    };
+    return static_cast<std::size_t>(std::ranges::min_element(shown_, {}, rank) - shown_.begin());
 }
 
 /// A file's name goes into the field. That of a folder does so only where no name has been given to a file.
@@ -212,6 +223,9 @@ void PresetBrowser::enter(const fs::path& folder) {
 void PresetBrowser::leave() {
     const auto left = folder_;
     enter(left.parent_path());
+    if (mode_ == Mode::save) {
+        return;
+    }
     const auto row = std::ranges::find(shown_, left, &PresetBrowserEntry::path);
     if (row != shown_.end()) {
         pick(static_cast<std::size_t>(row - shown_.begin()));
@@ -252,6 +266,9 @@ std::optional<fs::path> PresetBrowser::open(const std::string& typed) {
     if (typed.empty()) {
         return refuse("Choose a preset, or type its name.");
     }
+    if (picked_) {
+        return take(shown_[*picked_]);
+    }
     const auto path = resolved(typed);
     if (isFolder(path)) {
         enter(path);
@@ -262,7 +279,7 @@ std::optional<fs::path> PresetBrowser::open(const std::string& typed) {
             return file;
         }
     }
-    return picked_ ? take(shown_[*picked_]) : refuse("There is no preset " + inQuotes(typed) + ".");
+    return refuse("There is no preset " + inQuotes(typed) + ".");
 }
 
 std::optional<fs::path> PresetBrowser::save(const std::string& typed) {

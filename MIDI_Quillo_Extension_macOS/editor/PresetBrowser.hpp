@@ -41,8 +41,9 @@ struct PresetFolders {
 /// without regard to large and small letters; hidden ones are left out.
 ///
 /// To open a file, the user picks an entry, or types: a part of a name, which leaves the entries that hold it and
-/// picks the first of them, or a whole name or path, absolute, from the shown folder, or from home behind "~". To
-/// save one, the user types a name or such a path. [main] only.
+/// picks the one that has this name as a whole, else the first file, or a path, absolute, from the shown folder, or
+/// from home behind "~". What is picked is what is opened. To save one, the user types a name or such a path.
+/// [main] only.
 ///
 ///     PresetBrowser browser(PresetBrowser::Mode::open, {.home = "/home/me"});
 ///     browser.type("echo");
@@ -82,7 +83,8 @@ public:
     void step(int rows);
     /// Shows another folder. One that cannot be read is named by the message, and nothing changes.
     void enter(const std::filesystem::path& folder);
-    /// Shows the folder around this one, in which this one is picked.
+    /// Shows the folder around this one. To open a file, this one is picked there; to save one, confirming saves
+    /// there.
     void leave();
 
     /// The file that the user has chosen. Nothing when there is none yet: the message then says why, or a folder
@@ -95,6 +97,7 @@ private:
     [[nodiscard]] std::filesystem::path resolved(std::string_view typed) const;
     [[nodiscard]] bool show(const std::filesystem::path& folder);
     void filter(std::string_view part);
+    [[nodiscard]] std::size_t meantBy(std::string_view typed) const;
     void forget();
     std::optional<std::filesystem::path> refuse(std::string message);
     std::optional<std::filesystem::path> take(const PresetBrowserEntry& entry);

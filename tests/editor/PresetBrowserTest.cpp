@@ -151,10 +151,12 @@ TEST_F(PresetBrowserTest, NothingIsOpenedBeforeAnythingWasChosen) {
     EXPECT_EQ(open.message(), "");
 }
 
-TEST_F(PresetBrowserTest, ATypedPartOfANameLeavesTheEntriesThatHoldItAndPicksTheFirst) {
+TEST_F(PresetBrowserTest, ATypedPartOfANameLeavesTheEntriesThatHoldItAndPicksTheFirstFile) {
     auto open = browser(Mode::open);
     open.type("S");
     EXPECT_EQ(names(open), (Names{"takes", "bass.json", "song v1.2.json"}));
+    EXPECT_EQ(pickedName(open), "bass.json");
+    EXPECT_EQ(open.action(), "Import");
     open.type("so");
     EXPECT_EQ(names(open), Names{"song v1.2.json"});
     open.type("ecH");
@@ -164,6 +166,48 @@ TEST_F(PresetBrowserTest, ATypedPartOfANameLeavesTheEntriesThatHoldItAndPicksThe
     open.type("");
     EXPECT_EQ(names(open).size(), 4U);
     EXPECT_EQ(open.picked(), std::nullopt);
+}
+
+TEST_F(PresetBrowserTest, AFolderIsPickedByAPartOfItsNameWhereNoFileHoldsItAndByItsWholeName) {
+    make("old takes.json");
+    fs::create_directory(home / "tapes");
+    auto open = browser(Mode::open);
+    open.type("tape");
+    EXPECT_EQ(pickedName(open), "tapes");
+    EXPECT_EQ(open.action(), "Open");
+    open.type("takes");
+    EXPECT_EQ(pickedName(open), "takes");
+    EXPECT_EQ(open.action(), "Open");
+    EXPECT_EQ(open.confirm(), std::nullopt);
+    EXPECT_EQ(open.folder(), home / "takes");
+}
+
+TEST_F(PresetBrowserTest, WhatIsPickedWhileTypingIsWhatIsOpened) {
+    make("anew.json");
+    make("new.json");
+    make("new");
+    for (const auto* name : {"new", " new.json "}) {
+        auto open = browser(Mode::open);
+        open.type(name);
+        EXPECT_EQ(pickedName(open), "new.json");
+        EXPECT_EQ(open.confirm(), home / "new.json");
+    }
+    EXPECT_EQ(typed(Mode::open, "ne"), home / "anew.json");
+}
+
+TEST_F(PresetBrowserTest, ATildeInANameIsALetterLikeAnyOther) {
+    make("take~2.json");
+    make("~draft.json");
+    auto open = browser(Mode::open);
+    open.type("e~2");
+    EXPECT_EQ(names(open), Names{"take~2.json"});
+    open.type("~d");
+    EXPECT_EQ(names(open), Names{"~draft.json"});
+    for (const auto* path : {"~", "~/take", " ~/"}) {
+        open.type(path);
+        EXPECT_EQ(names(open).size(), 6U) << path;
+        EXPECT_EQ(open.picked(), std::nullopt) << path;
+    }
 }
 
 TEST_F(PresetBrowserTest, ArrowsGoOnAmongTheEntriesThatTypingHasLeft) {
@@ -225,6 +269,15 @@ TEST_F(PresetBrowserTest, AFolderIsEnteredAndLeftAndThenItIsPicked) {
     open.enter("/");
     open.leave();
     EXPECT_EQ(open.folder(), "/");
+}
+
+TEST_F(PresetBrowserTest, WhereAFolderWasLeftToSaveAroundItConfirmingSavesThere) {
+    PresetBrowser save(Mode::save, {.home = home / "takes"});
+    save.type("mine");
+    save.leave();
+    EXPECT_EQ(save.picked(), std::nullopt);
+    EXPECT_EQ(save.action(), "Export");
+    EXPECT_EQ(save.confirm(), home / "mine.json");
 }
 
 TEST_F(PresetBrowserTest, AFolderThatCannotBeReadIsNamedAndNothingChanges) {
