@@ -20,11 +20,11 @@ namespace {
 namespace fs = std::filesystem;
 
 [[noreturn]] void fail(const fs::path& path, const std::string& what, int error = errno) {
-    throw FileError(escaped(path.string()) + ": " + what + ": " + std::strerror(error));
+    throw FileError(path, what + ": " + std::strerror(error));
 }
 
 [[noreturn]] void refuse(const fs::path& path, const std::string& why) {
-    throw FileError(escaped(path.string()) + ": " + why);
+    throw FileError(path, why);
 }
 
 bool isThere(const fs::path& path) {
@@ -173,7 +173,7 @@ std::string sizeText(std::uint64_t bytes) {
 
 void requireWithin(std::uint64_t most, std::uint64_t size, const fs::path& path) {
     if (size > most) {
-        throw FileTooLarge(escaped(path.string()) + ": cannot be read: it is larger than " + sizeText(most));
+        throw FileTooLarge(path, "cannot be read: it is larger than " + sizeText(most));
     }
 }
 
@@ -202,6 +202,9 @@ std::vector<std::uint8_t> readAll(const Descriptor& file, const fs::path& path, 
 }
 
 }  // namespace
+
+FileError::FileError(const fs::path& path, const std::string& reason)
+    : runtime_error(escaped(path.string()) + ": " + reason), reason_(reason) {}
 
 std::vector<std::uint8_t> readWholeFile(const fs::path& path, std::uint64_t most) {
     return readAll(openForReading(path, 0), path, most);

@@ -14,6 +14,14 @@ namespace quillo {
 class FileError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
+    FileError(const std::filesystem::path& path, const std::string& reason);
+
+    /// The rest of a sentence that begins with the file: `cannot be read: it is larger than 64 MiB`. Empty where
+    /// the file and the reason were not given apart.
+    [[nodiscard]] const std::string& reason() const { return reason_; }
+
+private:
+    std::string reason_;
 };
 
 /// A file that holds more bytes than its reader takes.

@@ -164,7 +164,7 @@ void PresetBrowserView::confirm() {
     takeName();
     const auto folder = browser_.folder();
     if (const auto file = browser_.confirm()) {
-        choose(*file);
+        choose(*file, Existing::keep);
     } else if (browser_.folder() != folder) {
         folderChanged();
     } else {
@@ -175,15 +175,15 @@ void PresetBrowserView::confirm() {
 void PresetBrowserView::confirmOrReplace() {
     takeName();
     if (const auto file = browser_.replace()) {
-        choose(*file);
+        choose(*file, Existing::replace);
     } else {
         confirm();
     }
 }
 
-void PresetBrowserView::choose(const std::filesystem::path& file) {
+void PresetBrowserView::choose(const std::filesystem::path& file, Existing existing) {
     const auto onChosen = onChosen_;
-    onChosen(file);
+    onChosen(file, existing);
 }
 
 void PresetBrowserView::cancel() {
@@ -268,12 +268,17 @@ int PresetBrowserView::getNumRows() {
     return static_cast<int>(browser_.entries().size());
 }
 
+/// JUCE may still ask for a row of the list before the last change.
+bool PresetBrowserView::isRow(int row) {
+    return row >= 0 && row < getNumRows();
+}
+
 juce::String PresetBrowserView::getNameForRow(int row) {
-    return juceText(browser_.entries()[static_cast<std::size_t>(row)].name);
+    return isRow(row) ? juceText(browser_.entries()[static_cast<std::size_t>(row)].name) : juce::String();
 }
 
 juce::String PresetBrowserView::getTooltipForRow(int row) {
-    return row >= 0 && row < getNumRows() ? getNameForRow(row) : juce::String();
+    return getNameForRow(row);
 }
 
 void PresetBrowserView::selectedRowsChanged(int lastRow) {
@@ -284,13 +289,15 @@ void PresetBrowserView::selectedRowsChanged(int lastRow) {
 }
 
 void PresetBrowserView::listBoxItemDoubleClicked(int row, const juce::MouseEvent& /*event*/) {
-    browser_.pick(static_cast<std::size_t>(row));
-    confirm();
+    if (isRow(row)) {
+        browser_.pick(static_cast<std::size_t>(row));
+        confirm();
+    }
 }
 
 void PresetBrowserView::paintListBoxItem(int row, juce::Graphics& graphics, int width, int height,
                                          bool selected) {
-    if (row >= getNumRows()) {
+    if (!isRow(row)) {
         return;
     }
     const auto palette = environment<PaletteKey>(*this);
@@ -315,14 +322,29 @@ void PresetBrowserView::paintListBoxItem(int row, juce::Graphics& graphics, int 
     drawLine(graphics, juceText(entry.name), area, style::valueText, text);
 }
 
+int PresetBrowserView::widthOfTop() const {
+    int width = textWidth(title(browser_.mode()), style::titleText, true);
+    for (const auto& place : places_) {
+        width += gap + place->preferredWidth();
+    }
+    return width;
+}
+
+/// The title has a line of its own where it has no room beside the places.
 void PresetBrowserView::layOutTop(juce::Rectangle<int>& area) {
+    const bool beside = widthOfTop() <= area.getWidth();
+    if (!beside) {
+        titleArea_ = area.removeFromTop(lineHeight);
+    }
     auto places = area.removeFromTop(style::buttonHeight);
     for (auto place = places_.rbegin(); place != places_.rend(); ++place) {
         const auto share = places.getWidth() / static_cast<int>(places_.rend() - place);
         (*place)->setBounds(places.removeFromRight(std::min((*place)->preferredWidth(), share)));
         places.removeFromRight(std::min(gap, places.getWidth()));
     }
-    titleArea_ = places;
+    if (beside) {
+        titleArea_ = places;
+    }
     folderArea_ = area.removeFromTop(style::menuRowHeight);
     leave_.setBounds(folderArea_.removeFromLeft(style::menuRowHeight));
     folderArea_.removeFromLeft(gap);

@@ -12,6 +12,7 @@
 #include "editor/MyIconButton.hpp"
 #include "editor/MyTextButton.hpp"
 #include "editor/PresetBrowser.hpp"
+#include "platform/AtomicFile.hpp"
 
 namespace quillo {
 
@@ -25,7 +26,8 @@ class PresetBrowserView final : public juce::Component,
                                 private juce::ListBoxModel,
                                 private juce::KeyListener {
 public:
-    using OnChosen = std::function<void(const std::filesystem::path& file)>;
+    /// A file that appears after it was chosen is replaced only where the user has answered so.
+    using OnChosen = std::function<void(const std::filesystem::path& file, Existing existing)>;
 
     /// One of both is called once at most, and may delete this.
     PresetBrowserView(PresetBrowser browser, OnChosen onChosen, std::function<void()> onCancel);
@@ -52,6 +54,7 @@ public:
 
 private:
     int getNumRows() override;
+    bool isRow(int row);
     void paintListBoxItem(int row, juce::Graphics& graphics, int width, int height, bool selected) override;
     void selectedRowsChanged(int lastRow) override;
     void listBoxItemDoubleClicked(int row, const juce::MouseEvent& event) override;
@@ -66,12 +69,13 @@ private:
     void folderChanged();
     void confirm();
     void confirmOrReplace();
-    void choose(const std::filesystem::path& file);
+    void choose(const std::filesystem::path& file, Existing existing);
     void cancel();
     bool stepBy(const juce::KeyPress& key);
     bool typeFromList(const juce::KeyPress& key);
     /// Shows what the browser has become.
     void refresh();
+    [[nodiscard]] int widthOfTop() const;
     void layOutTop(juce::Rectangle<int>& area);
     void layOutBottom(juce::Rectangle<int>& area);
 

@@ -16,17 +16,27 @@ namespace quillo {
 
 namespace {
 
-constexpr auto nothingImported =
+constexpr auto exportAgain =
     "The rules are as they were. Choose another file, or export this one again where its rules work.";
+constexpr auto cannotBeImported = " cannot be imported. ";
+constexpr auto chooseAnother = "The rules are as they were. Choose another file.";
 
 std::vector<Rule> readRules(std::span<const std::uint8_t> bytes) {
     try {
         return PluginData::read(bytes).rules;
     } catch (const DecodingError& error) {
+        if (!isAboutRule(error)) {
+            throw NoPreset("It is not a preset of MIDI Quillo, or it is damaged.");
+        }
         throw ImportError(problemInWords(error, bytes));
     } catch (const FatalError& error) {
         throw ImportError(error.inWords());
     }
+}
+
+/// In the words of the platform's panels where they read.
+std::string whyNotRead(const std::string& name, const FileError& error) {
+    return error.reason().empty() ? error.what() : inQuotes(name) + " " + error.reason() + ".";
 }
 
 }  // namespace
@@ -46,31 +56,36 @@ RuleList importPreset(std::span<const std::uint8_t> bytes) {
     return list;
 }
 
-void importPreset(const std::string& name, const std::function<std::vector<std::uint8_t>()>& read,
+bool importPreset(const std::string& name, const std::function<std::vector<std::uint8_t>()>& read,
                   RuleListEditor& editor) {
     try {
-        editor.replaceAll(importPreset(read()), "Import " + name);
+        return editor.replaceAll(importPreset(read()), "Import " + name);
     } catch (const FileError& error) {
-        editor.alert(error.what());
+        editor.alert(whyNotRead(name, error) + "\n" + chooseAnother);
+    } catch (const NoPreset& error) {
+        editor.alert(inQuotes(name) + cannotBeImported + error.what() + "\n" + chooseAnother);
     } catch (const ImportError& error) {
-        editor.alert(inQuotes(name) + " cannot be imported. " + error.what() + "\n" + nothingImported);
+        editor.alert(inQuotes(name) + cannotBeImported + error.what() + "\n" + exportAgain);
     }
+    return false;
 }
 
-void exportPreset(const std::function<void(std::span<const std::uint8_t> bytes)>& write,
+bool exportPreset(const std::function<void(std::span<const std::uint8_t> bytes)>& write,
                   RuleListEditor& editor) {
     auto rules = editor.runningRules();
     if (!rules) {
         editor.alert(editor.whyNotEditable().value_or(""));
-        return;
+        return false;
     }
     try {
         write(PluginData{*std::move(rules)}.write());
+        return true;
     } catch (const FileError& error) {
         editor.alert(error.what());
     } catch (const EncodingError& error) {
         editor.alert(error.what());
     }
+    return false;
 }
 
 DropEffect effectOfDropping(const std::vector<std::filesystem::path>& files) {
@@ -88,14 +103,13 @@ DropEffect effectOfDropping(const std::vector<std::filesystem::path>& files) {
     return {true, "Import " + name + " in the place of all rules"};
 }
 
-void importPresetFile(const std::filesystem::path& path, RuleListEditor& editor) {
-    importPreset(path.filename().string(), [&path] { return readRegularFile(path); }, editor);
+bool importPresetFile(const std::filesystem::path& path, RuleListEditor& editor) {
+    return importPreset(path.filename().string(), [&path] { return readRegularFile(path); }, editor);
 }
 
-void exportPresetFile(const std::filesystem::path& path, RuleListEditor& editor) {
-    exportPreset(
-        [&path](std::span<const std::uint8_t> bytes) { writeWholeFile(path, bytes, Existing::replace); },
-        editor);
+bool exportPresetFile(const std::filesystem::path& path, Existing existing, RuleListEditor& editor) {
+    return exportPreset([&](std::span<const std::uint8_t> bytes) { writeWholeFile(path, bytes, existing); },
+                        editor);
 }
 
 }  // namespace quillo

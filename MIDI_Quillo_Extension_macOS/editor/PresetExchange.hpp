@@ -11,6 +11,7 @@
 
 #include "editor/RuleListEditor.hpp"
 #include "editor/RuleListHistory.hpp"
+#include "platform/AtomicFile.hpp"
 
 /// Import and export of the rule list as a preset file: the bytes of a state document. [main] only.
 namespace quillo {
@@ -25,6 +26,12 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// What was to be imported is no list of rules.
+class NoPreset : public ImportError {
+public:
+    using ImportError::ImportError;
+};
+
 /// The preset file of a list.
 [[nodiscard]] std::vector<std::uint8_t> exportPreset(const RuleList& rules);
 
@@ -33,15 +40,15 @@ public:
 [[nodiscard]] RuleList importPreset(std::span<const std::uint8_t> bytes);
 
 /// Puts the rules of a preset in the place of the editor's, in a step that can be undone and bears the preset's
-/// name. `read` brings its bytes or throws a `FileError`. Whatever goes wrong, the editor's alert says it and its
-/// rules stay.
-void importPreset(const std::string& name, const std::function<std::vector<std::uint8_t>()>& read,
+/// name, and returns whether it did. `read` brings its bytes or throws a `FileError`. Whatever goes wrong, the
+/// editor's alert says it and its rules stay.
+bool importPreset(const std::string& name, const std::function<std::vector<std::uint8_t>()>& read,
                   RuleListEditor& editor);
 
 /// Hands the preset of the rules that run, shown or not, to `write`, which throws a `FileError` when it
-/// cannot keep it. Whatever goes wrong, the editor's alert says it; so it does when nobody knows the rules
-/// that run.
-void exportPreset(const std::function<void(std::span<const std::uint8_t> bytes)>& write,
+/// cannot keep it, and returns whether it did. Whatever goes wrong, the editor's alert says it; so it does when
+/// nobody knows the rules that run.
+bool exportPreset(const std::function<void(std::span<const std::uint8_t> bytes)>& write,
                   RuleListEditor& editor);
 
 /// What dropping files on the editor does, in words for the user.
@@ -54,9 +61,10 @@ struct DropEffect {
 [[nodiscard]] DropEffect effectOfDropping(const std::vector<std::filesystem::path>& files);
 
 /// Imports a file, as above.
-void importPresetFile(const std::filesystem::path& path, RuleListEditor& editor);
+bool importPresetFile(const std::filesystem::path& path, RuleListEditor& editor);
 
-/// Exports to a file, as above: whole or not at all, in the place of one that is there.
-void exportPresetFile(const std::filesystem::path& path, RuleListEditor& editor);
+/// Exports to a file, as above: whole or not at all, and in the place of one that is there only if it may be
+/// replaced.
+bool exportPresetFile(const std::filesystem::path& path, Existing existing, RuleListEditor& editor);
 
 }  // namespace quillo

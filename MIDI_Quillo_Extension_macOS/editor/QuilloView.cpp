@@ -12,7 +12,6 @@
 #include "editor/FieldPlan.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/GuideLocation.hpp"
-#include "editor/PresetBrowserView.hpp"
 #include "editor/PresetExchange.hpp"
 #include "editor/Style.hpp"
 
@@ -224,7 +223,7 @@ void QuilloView::showImporter() {
         return;
     }
     browse(PresetBrowser::Mode::open,
-           [this](const std::filesystem::path& file) { importPresetFile(file, editor_); });
+           [this](const std::filesystem::path& file, Existing /*existing*/) { importFile(file); });
 }
 
 void QuilloView::showExporter() {
@@ -232,19 +231,26 @@ void QuilloView::showExporter() {
         filePanels_.onExport();
         return;
     }
-    browse(PresetBrowser::Mode::save,
-           [this](const std::filesystem::path& file) { exportPresetFile(file, editor_); });
+    browse(PresetBrowser::Mode::save, [this](const std::filesystem::path& file, Existing existing) {
+        if (exportPresetFile(file, existing, editor_)) {
+            rememberFolderOf(file);
+        }
+    });
 }
 
-void QuilloView::browse(PresetBrowser::Mode mode,
-                        std::function<void(const std::filesystem::path& file)> onChosen) {
+void QuilloView::importFile(const std::filesystem::path& file) {
+    if (importPresetFile(file, editor_)) {
+        rememberFolderOf(file);
+    }
+}
+
+void QuilloView::browse(PresetBrowser::Mode mode, PresetBrowserView::OnChosen onChosen) {
     showOverlay(std::make_unique<PresetBrowserView>(
         PresetBrowser(mode, presetFolders()),
-        [this, onChosen = std::move(onChosen)](const std::filesystem::path& file) {
+        [this, onChosen = std::move(onChosen)](const std::filesystem::path& file, Existing existing) {
             const auto use = onChosen;
-            rememberFolderOf(file);
             closeOverlay();
-            use(file);
+            use(file, existing);
         },
         [this] { closeOverlay(); }));
 }
@@ -336,8 +342,7 @@ void QuilloView::filesDropped(const juce::StringArray& files, int /*x*/, int /*y
         return;
     }
     closeOverlay();
-    rememberFolderOf(paths.front());
-    importPresetFile(paths.front(), editor_);
+    importFile(paths.front());
 }
 
 }  // namespace quillo

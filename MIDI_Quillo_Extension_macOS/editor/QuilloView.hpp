@@ -19,7 +19,7 @@
 #include "editor/MyDragAndDropForEach.hpp"
 #include "editor/NewRuleSelector.hpp"
 #include "editor/OverlayHost.hpp"
-#include "editor/PresetBrowser.hpp"
+#include "editor/PresetBrowserView.hpp"
 #include "editor/RuleListEditor.hpp"
 #include "editor/RuleView.hpp"
 
@@ -83,7 +83,8 @@ private:
     void showAlert();
     void enterByKeyboard(bool forward);
     void globalFocusChanged(juce::Component* focused) override;
-    void browse(PresetBrowser::Mode mode, std::function<void(const std::filesystem::path& file)> onChosen);
+    void browse(PresetBrowser::Mode mode, PresetBrowserView::OnChosen onChosen);
+    void importFile(const std::filesystem::path& file);
 
     EditorLookAndFeel lookAndFeel_;
     std::shared_ptr<QuilloModel> model_;

@@ -271,11 +271,15 @@ void RuleListEditor::changeOutputType(const UUID& id, OutputEntryType type) {
     }
 }
 
-void RuleListEditor::replaceAll(RuleList list, const std::string& stepName) {
+bool RuleListEditor::replaceAll(RuleList list, const std::string& stepName) {
     const auto notice = noticeBeforeEditing(rulesOf(list));
-    if (apply(std::move(list), stepName) && notice) {
+    if (!apply(std::move(list), stepName)) {
+        return false;
+    }
+    if (notice) {
         alert(*notice);
     }
+    return true;
 }
 
 void RuleListEditor::send(const UUID& id) {

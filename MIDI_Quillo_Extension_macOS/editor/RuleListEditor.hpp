@@ -85,7 +85,7 @@ public:
     void changeOutputType(const UUID& id, OutputEntryType type);
     /// Puts another list in the place of the whole one, in one step under this name. The alert says what must
     /// be known before it is edited.
-    void replaceAll(RuleList rules, const std::string& stepName);
+    bool replaceAll(RuleList rules, const std::string& stepName);
 
     /// Sends the rule's message by hand; nothing happens for one that takes something from its trigger.
     void send(const UUID& id);

@@ -109,4 +109,8 @@ std::string problemInWords(const DecodingError& error, std::span<const std::uint
     return words + ": " + problem + (problem.ends_with('.') ? "" : ".");
 }
 
+bool isAboutRule(const DecodingError& error) {
+    return placeOf(error.path()).has_value();
+}
+
 }  // namespace quillo

@@ -18,4 +18,7 @@ namespace quillo {
 /// looked up in it. Nothing in the sentences can break a line or reach the terminal as a command.
 [[nodiscard]] std::string problemInWords(const DecodingError& error, std::span<const std::uint8_t> document);
 
+/// Whether a document is a list of rules, of which one could not be read.
+[[nodiscard]] bool isAboutRule(const DecodingError& error);
+
 }  // namespace quillo

@@ -8,6 +8,7 @@
 #include "editor/PresetBrowserView.hpp"
 #include "editor/PresetExchange.hpp"
 #include "platform/AtomicFile.hpp"
+#include "support/Pictures.hpp"
 #include "support/TemporaryFolder.hpp"
 #include "support/TestRules.hpp"
 
@@ -168,11 +169,70 @@ TEST_F(PresetFiles, NothingBelowTheAlertTakesClicks) {
 TEST_F(PresetFiles, ImportTakesTheChosenFile) {
     openImport();
     EXPECT_EQ(browser().confirmButton().getButtonText(), "Import");
-    EXPECT_TRUE(browser().confirmButton().isEnabled());
+    EXPECT_EQ(browser().nameField().getText(), "new.json");
     click(browser().confirmButton());
     EXPECT_EQ(stage.view().overlay(), nullptr);
     EXPECT_EQ(stage.names(), Names{"new"});
     EXPECT_EQ(stage.editor().undoName(), "Import new.json");
+}
+
+TEST_F(PresetFiles, TheTitleIsSeenInEveryEditorHoweverNarrow) {
+    const auto title = Palette().primaryText;
+    for (const int width : {200, 260, 320, 500, 820}) {
+        stage.view().setSize(width, 200);
+        for (const bool import : {true, false}) {
+            import ? stage.view().showImporter() : stage.view().showExporter();
+            const auto above = browser().leaveButton().getY();
+            const auto left = browser().placeButton(0).getX();
+            const auto top = browser().placeButton(0).getY();
+            const juce::Rectangle<int> beside(0, 0, left, above);
+            const juce::Rectangle<int> over(0, 0, width, top);
+            const auto image = picture(browser());
+            EXPECT_GE(std::max(pixelsLike(image, title, beside), pixelsLike(image, title, over)), 40)
+                << width << (import ? " import" : " export");
+            press(juce::KeyPress::escapeKey);
+        }
+    }
+}
+
+TEST_F(PresetFiles, OnlyTheButtonReplaceAllowsToReplaceAFile) {
+    std::vector<Existing> chosen;
+    const auto onChosen = [&chosen](const std::filesystem::path&, Existing existing) {
+        chosen.push_back(existing);
+    };
+    const PresetFolders folders{.home = folder.path()};
+    PresetBrowserView view({PresetBrowser::Mode::save, folders}, onChosen, [] {});
+    OffscreenWindow window(500, 250);
+    window.show(view, window.getLocalBounds());
+    click(view.confirmButton());
+    view.nameField().setText("new");
+    click(view.confirmButton());
+    click(view.confirmButton());
+    EXPECT_EQ(chosen, (std::vector{Existing::keep, Existing::replace}));
+}
+
+TEST_F(PresetFiles, AFolderFromWhichNothingCameIsNotTheLastUsed) {
+    std::filesystem::create_directory(folder / "other");
+    write("other/damaged.json", "damaged");
+    for (const auto& file : {folder / "other/damaged.json", folder / "other/missing.json"}) {
+        stage.view().filesDropped({juceFile(file).getFullPathName()}, 1, 1);
+        EXPECT_EQ(lastPresetFolder(), folder.path());
+        click(alert()->okButton());
+    }
+    stage.view().showImporter();
+    type(stage.window, "other/damaged");
+    press(juce::KeyPress::returnKey);
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(lastPresetFolder(), folder.path());
+    click(alert()->okButton());
+    openExport("/proc/new");
+    press(juce::KeyPress::returnKey);
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(lastPresetFolder(), folder.path());
+    click(alert()->okButton());
+    openExport("other/new");
+    press(juce::KeyPress::returnKey);
+    EXPECT_EQ(lastPresetFolder(), folder / "other");
 }
 
 TEST_F(PresetFiles, PanelsOfThePlatformOpenInThePlaceOfTheBrowser) {

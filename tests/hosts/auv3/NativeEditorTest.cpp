@@ -114,7 +114,7 @@ TEST_F(NativeEditorTest, AFileThatCannotBeReadIsToldAndTheRulesStay) {
     controller->onRulesChanged(oneRule);
     view().showImporter();
     toRead("mine.json", []() -> Data { throw FileError("it is not there"); });
-    EXPECT_EQ(alert(), "it is not there");
+    EXPECT_EQ(alert(), "it is not there\nThe rules are as they were. Choose another file.");
     EXPECT_EQ(installed(), oneRule);
 }
 
