@@ -32,9 +32,11 @@ void PendingAlerts::add(std::string_view text) noexcept try {
 } catch (...) {
 }
 
-void PendingAlerts::remove(std::string_view text) {
+std::optional<std::string> PendingAlerts::remove(std::string_view text) {
     const std::lock_guard lock(mutex_);
-    std::erase_if(alerts_, [kept = shortened(text)](const Alert& alert) { return alert.text == kept; });
+    const auto kept = shortened(text);
+    std::erase_if(alerts_, [kept](const Alert& alert) { return alert.text == kept; });
+    return lastText_ == kept ? std::optional(lastTaken_) : std::nullopt;
 }
 
 std::optional<std::string> PendingAlerts::takeNext() {
@@ -42,10 +44,14 @@ std::optional<std::string> PendingAlerts::takeNext() {
     if (!alerts_.empty()) {
         auto [text, times] = std::move(alerts_.front());
         alerts_.erase(alerts_.begin());
-        return times == 1 ? std::move(text) : text + "\n\n(" + std::to_string(times) + " times)";
+        lastText_ = std::move(text);
+        lastTaken_ = times == 1 ? lastText_ : lastText_ + "\n\n(" + std::to_string(times) + " times)";
+        return lastTaken_;
     }
     if (leftOut_ > 0) {
-        return "There were " + std::to_string(std::exchange(leftOut_, 0)) + " more alerts.";
+        const auto count = std::exchange(leftOut_, 0);
+        return count == 1 ? "There was 1 more alert."
+                          : "There were " + std::to_string(count) + " more alerts.";
     }
     return std::nullopt;
 }

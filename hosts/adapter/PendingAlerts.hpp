@@ -22,8 +22,9 @@ public:
     /// Never throws: where there is no memory for an alert, there is none for showing it.
     void add(std::string_view text) noexcept;
 
-    /// What the alert says is true no more.
-    void remove(std::string_view text);
+    /// What the alert says is true no more. When it was the last that `takeNext` gave, the words in which it did:
+    /// shortened, or with a count.
+    std::optional<std::string> remove(std::string_view text);
 
     /// The next alert to show; nothing when there is none.
     [[nodiscard]] std::optional<std::string> takeNext();
@@ -37,6 +38,8 @@ private:
     std::mutex mutex_;
     std::vector<Alert> alerts_;  ///< the oldest first
     std::size_t leftOut_ = 0;
+    std::string lastText_;   ///< of the alert taken last, without its count
+    std::string lastTaken_;  ///< the same as it was taken
 };
 
 }  // namespace quillo

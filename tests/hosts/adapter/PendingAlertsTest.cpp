@@ -39,6 +39,17 @@ TEST(PendingAlerts, OfVeryManyOnlyTheNumberIsKept) {
     EXPECT_EQ(alerts.takeNext(), std::nullopt);
 }
 
+TEST(PendingAlerts, OneThatIsLeftOutIsOneAlert) {
+    PendingAlerts alerts;
+    for (std::size_t i = 0; i <= PendingAlerts::most; ++i) {
+        alerts.add(std::to_string(i));
+    }
+    for (std::size_t i = 0; i < PendingAlerts::most; ++i) {
+        static_cast<void>(alerts.takeNext());
+    }
+    EXPECT_EQ(alerts.takeNext(), "There was 1 more alert.");
+}
+
 TEST(PendingAlerts, OfALongOneTheBeginningIsKeptInWholeCharacters) {
     PendingAlerts alerts;
     const std::string even(PendingAlerts::longest, 'a');
@@ -54,8 +65,8 @@ TEST(PendingAlerts, WhatIsTrueNoMoreIsTakenBack) {
     alerts.add("first");
     alerts.add("second");
     alerts.add("first");
-    alerts.remove("first");
-    alerts.remove("third");
+    EXPECT_EQ(alerts.remove("first"), std::nullopt);
+    EXPECT_EQ(alerts.remove("third"), std::nullopt);
     EXPECT_EQ(alerts.takeNext(), "second");
     EXPECT_EQ(alerts.takeNext(), std::nullopt);
 }
