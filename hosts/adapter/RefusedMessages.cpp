@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "platform/QuotedText.hpp"
+
 namespace quillo {
 
 namespace {
@@ -26,9 +28,12 @@ std::vector<std::uint8_t> systemExclusiveOf(const Rule& rule) {
 std::string senderOf(const RefusedMessages::Message& message, const std::vector<Rule>& rules) {
     const auto found = std::ranges::find_if(
         rules, [&](const Rule& rule) { return message.matches(systemExclusiveOf(rule)); });
-    return found == rules.end()
-               ? ""
-               : " of rule " + std::to_string(found - rules.begin() + 1) + ", \"" + found->name + "\",";
+    if (found == rules.end()) {
+        return "";
+    }
+    constexpr std::size_t longestName = 40;
+    return " of rule " + std::to_string(found - rules.begin() + 1) + ", " +
+           inQuotes(found->name, longestName) + ",";
 }
 
 }  // namespace
@@ -45,9 +50,13 @@ void RefusedMessages::add(std::span<const std::uint8_t> bytes, bool fitsNever) Q
         return;
     }
     auto& message = messages_[written % room];
-    message.size = bytes.size();
+    message = {};
     message.fitsNever = fitsNever;
-    std::copy_n(bytes.begin(), std::min(bytes.size(), message.beginning.size()), message.beginning.begin());
+    if (!bytes.empty() && bytes.front() == systemExclusive) {
+        message.size = bytes.size();
+        std::ranges::copy(bytes.first(std::min(bytes.size(), message.beginning.size())),
+                          message.beginning.begin());
+    }
     written_.store(written + 1, std::memory_order_release);
 }
 
@@ -64,17 +73,15 @@ std::optional<RefusedMessages::Message> RefusedMessages::takeNext() {
 std::string refusalText(const RefusedMessages::Message& message, const std::vector<Rule>& rules) {
     if (message.fitsNever) {
         return "The SysEx" + senderOf(message, rules) + " is " + std::to_string(message.size) +
-               " bytes long. The host takes no message of this length: it is left out each time, and "
-               "everything "
-               "else is sent. Send it in shorter messages, by several rules.";
+               " bytes long. The host takes no message of this length: it is left out each time, "
+               "and everything else is sent. Send it in shorter messages, by several rules.";
     }
-    if (message.beginning[0] == systemExclusive) {
+    if (message.size > 0) {
         return "The host had no room left in a block for the SysEx" + senderOf(message, rules) +
                " and for what was to follow it. Give it a delay, so that less is sent at one time.";
     }
-    return "The host had no room left in a block: messages were lost. Fewer rules for one event, or delays, "
-           "let less "
-           "be sent at one time.";
+    return "The host had no room left in a block: messages were lost. "
+           "Fewer rules for one event, or delays, let less be sent at one time.";
 }
 
 }  // namespace quillo

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <atomic>
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -19,14 +20,20 @@ namespace quillo {
 /// the first few enough to find the rule that sent them.
 class RefusedMessages {
 public:
+    /// A system exclusive message; of all others only that there were some, without size and bytes.
     struct Message {
         std::array<std::uint8_t, 32> beginning{};
         std::size_t size = 0;
         bool fitsNever = false;  ///< not even in a block of its own
 
+        auto operator<=>(const Message&) const = default;
+
         /// Whether all that is kept of the message is the same as of these bytes.
         [[nodiscard]] bool matches(std::span<const std::uint8_t> bytes) const;
     };
+
+    /// How many messages are kept until they are taken.
+    static constexpr std::uint64_t room = 16;
 
     /// [render] Counts a message, and keeps it if there is room.
     void add(std::span<const std::uint8_t> bytes, bool fitsNever) QUILLO_REALTIME;
@@ -38,8 +45,6 @@ public:
     [[nodiscard]] std::optional<Message> takeNext();
 
 private:
-    static constexpr std::uint64_t room = 16;
-
     std::array<Message, room> messages_;
     std::atomic<std::uint64_t> count_{0};    ///< written by [render]
     std::atomic<std::uint64_t> written_{0};  ///< written by [render]

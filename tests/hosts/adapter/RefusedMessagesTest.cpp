@@ -37,9 +37,9 @@ protected:
 };
 
 TEST_F(RefusedMessagesTest, AreCountedAndTakenInTheirOrder) {
-    refused.add(Bytes{0xC0, 1}, false);
+    refused.add(exclusive(3, 1), false);
     refused.add(exclusive(100, 7), true);
-    EXPECT_TRUE(refused.takeNext()->matches(Bytes{0xC0, 1}));
+    EXPECT_TRUE(refused.takeNext()->matches(exclusive(3, 1)));
     EXPECT_TRUE(refused.takeNext()->matches(exclusive(100, 7)));
     EXPECT_FALSE(refused.takeNext().has_value());
     EXPECT_EQ(refused.count(), 2U);
@@ -53,13 +53,31 @@ TEST_F(RefusedMessagesTest, AreKnownByTheirLengthAndTheirBeginning) {
     EXPECT_FALSE(message->matches(Bytes{}));
 }
 
+TEST_F(RefusedMessagesTest, AreTheSameWhateverWasKeptInTheirPlaceBefore) {
+    for (std::uint64_t i = 0; i < RefusedMessages::room; ++i) {
+        refused.add(exclusive(100, 7), true);
+        static_cast<void>(refused.takeNext());
+    }
+    refused.add(exclusive(3, 7), true);
+    EXPECT_EQ(refused.takeNext(), (RefusedMessages::Message{{0xF0, 7, 7, 7, 0xF7}, 5, true}));
+}
+
+TEST_F(RefusedMessagesTest, AreAllTheSameWithoutSystemExclusive) {
+    refused.add(Bytes{0xC0, 1}, false);
+    refused.add(Bytes{0x90, 60, 1}, false);
+    refused.add({}, false);
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(refused.takeNext(), RefusedMessages::Message());
+    }
+}
+
 TEST_F(RefusedMessagesTest, OfVeryManyTheFirstAreKeptAndAllAreCounted) {
     for (int round = 1; round <= 3; ++round) {
         for (std::uint8_t i = 0; i < 100; ++i) {
-            refused.add(Bytes{0xC0, i}, false);
+            refused.add(exclusive(3, i), false);
         }
-        for (std::uint8_t i = 0; i < 16; ++i) {
-            EXPECT_TRUE(refused.takeNext()->matches(Bytes{0xC0, i}));
+        for (std::uint8_t i = 0; i < RefusedMessages::room; ++i) {
+            EXPECT_TRUE(refused.takeNext()->matches(exclusive(3, i)));
         }
         EXPECT_FALSE(refused.takeNext().has_value());
         EXPECT_EQ(refused.count(), 100U * static_cast<unsigned>(round));
@@ -69,6 +87,15 @@ TEST_F(RefusedMessagesTest, OfVeryManyTheFirstAreKeptAndAllAreCounted) {
 TEST_F(RefusedMessagesTest, TheTextNamesTheRuleWhoseMessageNeverFits) {
     EXPECT_THAT(textFor(exclusive(70000, 2), true),
                 AllOf(HasSubstr("rule 3, \"dump\""), HasSubstr("70002 bytes"), HasSubstr("left out")));
+}
+
+TEST_F(RefusedMessagesTest, NoNameOfARuleBreaksTheTextOrFillsIt) {
+    const std::vector<Rule> odd{
+        rule(onNoteOn(), send(systemExclusive(Bytes(5, 1))), "a\n" + std::string(5000, 'b'))};
+    refused.add(exclusive(5, 1), true);
+    const auto text = refusalText(refused.takeNext().value(), odd);
+    EXPECT_THAT(text, AllOf(HasSubstr("rule 1, \"a\\nbbb"), Not(HasSubstr("\n"))));
+    EXPECT_LT(text.size(), 300U);
 }
 
 TEST_F(RefusedMessagesTest, TheTextNamesTheRuleWhoseMessageHadNoRoomThisTime) {
