@@ -35,22 +35,25 @@ bool HostedUnit::isSampleRate(double rate) {
     return rate >= 1.0 && rate <= highest;
 }
 
-std::optional<std::string> HostedUnit::activate(double sampleRate, std::uint32_t longestBlock) try {
+std::optional<std::string> HostedUnit::activate(double sampleRate, std::uint32_t longestBlock) {
     if (!isSampleRate(sampleRate)) {
         return "MIDI Quillo cannot render at a sample rate of " + std::to_string(sampleRate);
     }
     const auto before = unit_->processor->sampleRate.load();
-    setSampleRate(sampleRate);
-    unit_->maximumFramesToRender = longestBlock;
-    if (const auto error = unit_->allocateRenderResources()) {
-        return "MIDI Quillo cannot get ready to render: status " + std::to_string(error->code);
+    try {
+        setSampleRate(sampleRate);
+        unit_->maximumFramesToRender = longestBlock;
+        if (const auto error = unit_->allocateRenderResources()) {
+            return "MIDI Quillo cannot get ready to render: status " + std::to_string(error->code);
+        }
+        if (unit_->processor->sampleRate != before) {
+            unit_->processor->setRules(unit_->processor->rules());
+        }
+        return std::nullopt;
+    } catch (const std::exception& error) {
+        unit_->processor->sampleRate = before;
+        return wordsOf(error);
     }
-    if (unit_->processor->sampleRate != before) {
-        unit_->processor->setRules(unit_->processor->rules());
-    }
-    return std::nullopt;
-} catch (const std::exception& error) {
-    return wordsOf(error);
 }
 
 void HostedUnit::setSampleRate(double sampleRate) {
@@ -72,21 +75,30 @@ std::vector<std::uint8_t> HostedUnit::save() const {
     return std::get<Data>(state.value().at(stateKey));
 }
 
-/// The unit itself takes a document that it cannot read for an empty list; so it is read here first.
 std::optional<std::string> HostedUnit::restore(std::span<const std::uint8_t> document) {
-    constexpr auto what = "The saved rules cannot be restored: ";
-    std::string reason;
+    auto reason = whyNotInstalled(document);
+    if (reason) {
+        reason->insert(0, "The saved rules cannot be restored: ");
+        tellUser(*reason);
+    }
+    return reason;
+}
+
+std::optional<std::string> HostedUnit::whyNotInstalled(std::span<const std::uint8_t> document) try {
     try {
-        static_cast<void>(PluginData::read(document));
-        unit_->setFullState(StateDictionary{{stateKey, Data(document.begin(), document.end())}});
+        install(document);
         return std::nullopt;
     } catch (const DecodingError& error) {
-        reason = what + problemInWords(error, document);
-    } catch (const std::exception& error) {
-        reason = what + wordsOf(error);
+        return problemInWords(error, document);
     }
-    tellUser(reason);
-    return reason;
+} catch (const std::exception& error) {
+    return wordsOf(error);
+}
+
+/// The unit itself takes a document that it cannot read for an empty list; so it is read here first.
+void HostedUnit::install(std::span<const std::uint8_t> document) {
+    static_cast<void>(PluginData::read(document));
+    unit_->setFullState(StateDictionary{{stateKey, Data(document.begin(), document.end())}});
 }
 
 void HostedUnit::viewDidLoad() {
@@ -103,8 +115,9 @@ void HostedUnit::onInstantMessageClick(const RuleOutputVariantsV2& message) {
 }
 
 void HostedUnit::takeBack(const std::string& message) {
-    alerts_.remove(message);
-    mainQueue_.async([model = model(), message] { model->takeBackAlert(message); });
+    if (auto shown = alerts_.remove(message)) {
+        mainQueue_.async([model = model(), text = *std::move(shown)] { model->takeBackAlert(text); });
+    }
 }
 
 void HostedUnit::drain() {
@@ -125,12 +138,24 @@ void HostedUnit::showNextAlert() {
     }
 }
 
-/// A message that the host has no room for today it has no room for tomorrow.
+/// A message that the host has no room for today it has no room for tomorrow. However many more are refused
+/// meanwhile, a drain ends.
 void HostedUnit::tellRefusals() {
-    while (const auto message = renderer_.refused().takeNext()) {
-        auto text = refusalText(*message, unit_->processor->rules());
+    std::optional<std::vector<Rule>> rules;
+    for (auto left = RefusedMessages::room; left > 0; --left) {
+        const auto message = renderer_.refused().takeNext();
+        if (!message) {
+            return;
+        }
+        if (refusals_.size() == mostRefusals || !refusals_.insert(*message).second) {
+            continue;
+        }
+        if (!rules) {
+            rules = unit_->processor->rules();
+        }
+        auto text = refusalText(*message, *rules);
         if (refusalsTold_.insert(text).second) {
-            tellUser(text);
+            tellUser(std::move(text));
         }
     }
 }

@@ -21,8 +21,8 @@
 namespace quillo {
 
 /// A unit with everything around it that a host's adapter needs, but for the window: the controller with the
-/// editor's model, the renderer, and state that is taken whole or not at all. Editors reach it as an `EditorUnit`;
-/// while none is open nobody needs to drain it.
+/// editor's model, the renderer, and state that is taken whole or not at all. Editors reach it as an
+/// `EditorUnit`; while no editor is open it need not be drained.
 ///
 /// An operation that fails says why, in words for a musician, and changes nothing. The constructor throws what
 /// cannot be helped: no memory. [main] unless an operation says otherwise.
@@ -34,8 +34,9 @@ public:
     /// [any] Whether so many frames a second are a rate that can be rendered at: at least one, at most 10^9.
     [[nodiscard]] static bool isSampleRate(double rate);
 
-    /// Gets ready to render at this rate; one that is none is refused. Rules that are there already get their delays anew when the rate is
-    /// another one than theirs, so that they stay right in milliseconds. Nothing on success.
+    /// Gets ready to render at this rate; an invalid rate is rejected. Rules that are there already get their
+    /// delays anew when the rate is another one than theirs, so that they stay right in milliseconds. Nothing on
+    /// success.
     [[nodiscard]] std::optional<std::string> activate(double sampleRate, std::uint32_t longestBlock);
     void deactivate();
 
@@ -67,7 +68,12 @@ public:
     [[nodiscard]] MainQueue& mainQueue() { return mainQueue_; }
 
 private:
+    /// Different refusals that the user is told of: more say nothing new.
+    static constexpr std::size_t mostRefusals = 100;
+
     void setSampleRate(double sampleRate);
+    void install(std::span<const std::uint8_t> document);
+    [[nodiscard]] std::optional<std::string> whyNotInstalled(std::span<const std::uint8_t> document);
     void tellFatalError();
     void tellRefusals();
     void showNextAlert();
@@ -79,7 +85,8 @@ private:
     std::function<void()> onEdit_ = [] {};
     PendingAlerts alerts_;
     bool fatalErrorTold_ = false;
-    std::set<std::string> refusalsTold_;
+    std::set<RefusedMessages::Message> refusals_;  ///< the different ones so far
+    std::set<std::string> refusalsTold_;           ///< the texts: different messages can have the same
 };
 
 }  // namespace quillo

@@ -89,6 +89,17 @@ TEST_F(HostedUnitTest, RulesThatWereRestoredBeforeTheRateWasKnownKeepTheirMillis
     EXPECT_EQ(delayOfTheOutput(), 480);
 }
 
+TEST_F(HostedUnitTest, ARateAtWhichTheRulesCannotBeCompiledIsRejectedEachTime) {
+    constexpr std::int64_t endless = 100'000'000'000'000;
+    hosted.onRulesChanged({rule(onLoad(), send(noteOn(0, 61, 5), endless))});
+    for (int i = 0; i < 2; ++i) {
+        const auto reason = hosted.activate(1e9, 512);
+        ASSERT_TRUE(reason.has_value());
+        EXPECT_THAT(*reason, HasSubstr("delay"));
+    }
+    EXPECT_EQ(hosted.activate(48000.0, 512), std::nullopt);
+}
+
 TEST_F(HostedUnitTest, ASampleRateThatIsNoneIsRefusedWithAReason) {
     constexpr auto infinite = std::numeric_limits<double>::infinity();
     for (const auto rate :
@@ -158,6 +169,20 @@ TEST_F(HostedUnitTest, WhatIsTakenBackIsNotShownAnyMoreWhetherItWaitsOrIsShown) 
     EXPECT_EQ(model.alertErrorMessage(), std::nullopt);
 }
 
+TEST_F(HostedUnitTest, WhatIsTakenBackIsKnownAlsoWhereItWasCountedOrShortened) {
+    auto& model = *hosted.controller().model();
+    const std::string lengthy(2 * PendingAlerts::longest, 'a');
+    for (const auto* message : {"No server.", lengthy.c_str()}) {
+        hosted.tellUser(message);
+        hosted.tellUser(message);
+        hosted.drain();
+        ASSERT_THAT(model.alertErrorMessage().value(), testing::EndsWith("(2 times)"));
+        hosted.takeBack(message);
+        hosted.drain();
+        EXPECT_EQ(model.alertErrorMessage(), std::nullopt);
+    }
+}
+
 TEST_F(HostedUnitTest, WhatTheHostHasNoRoomForIsToldOnceForEachRule) {
     using Room = BlockRenderer::Room;
     hosted.onRulesChanged({rule(onNoteOn(exactly(1)), send(systemExclusive(Bytes(50, 1))), "patch"),
@@ -181,6 +206,33 @@ TEST_F(HostedUnitTest, WhatTheHostHasNoRoomForIsToldOnceForEachRule) {
     }
     EXPECT_THAT(told, testing::ElementsAre(HasSubstr("rule 2, \"dump\""), HasSubstr("rule 1, \"patch\"")));
     EXPECT_EQ(hosted.renderer().refused().count(), 30U);
+}
+
+TEST_F(HostedUnitTest, WhatWasToldOnceOfAMessageIsNotToldAgainInOtherWords) {
+    hosted.onRulesChanged({rule(onNoteOn(), send(systemExclusive({1, 2, 3})), "patch")});
+    auto& model = *hosted.controller().model();
+    const Bytes patch{0xF0, 1, 2, 3, 0xF7};
+    hosted.renderer().refused().add(patch, true);
+    hosted.drain();
+    EXPECT_THAT(model.alertErrorMessage().value(), HasSubstr("\"patch\""));
+    model.dismissAlert();
+    hosted.onRulesChanged({rule(onNoteOn(), send(systemExclusive({1, 2, 3})), "patch again")});
+    hosted.renderer().refused().add(patch, true);
+    hosted.drain();
+    EXPECT_EQ(model.alertErrorMessage(), std::nullopt);
+}
+
+TEST_F(HostedUnitTest, RefusalsWithoutEndAreToldOfNoMoreAtLast) {
+    auto& model = *hosted.controller().model();
+    std::size_t told = 0;
+    for (std::size_t size = 1; size <= 1000; ++size) {
+        hosted.renderer().refused().add(Bytes(size, 0xF0), true);
+        for (hosted.drain(); model.alertErrorMessage(); hosted.drain()) {
+            ++told;
+            model.dismissAlert();
+        }
+    }
+    EXPECT_EQ(told, 100U);
 }
 
 TEST_F(HostedUnitTest, ManyRestoredStatesAreShownOnce) {
