@@ -244,7 +244,7 @@ void JackClient::runCycle(jack_nframes_t frames) QUILLO_REALTIME {
     jack_position_t position;
     const auto state = ::jack_transport_query(client_.get(), &position);
     transport.isRolling = state == JackTransportRolling;
-    transport.isStarting = state == JackTransportStarting;
+    transport.isStarting = isStarting(state);
     transport.frame = position.frame;
     transport.clock = ::jack_last_frame_time(client_.get());
     in = ::jack_port_get_buffer(in_, frames);

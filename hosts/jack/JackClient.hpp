@@ -50,6 +50,11 @@ public:
     [[nodiscard]] static ServerFailure failureToOpen(const Request& request, jack_status_t status,
                                                      std::string_view words);
 
+    /// Whether a transport in this state is about to roll, here or on every server of a network.
+    [[nodiscard]] static bool isStarting(jack_transport_state_t state) QUILLO_REALTIME {
+        return state == JackTransportStarting || state == JackTransportNetStarting;
+    }
+
     /// A client with its ports, not yet active. Throws a `ServerFailure`. `cycle` and `news` must outlive it; it
     /// holds the cycle until `activate`.
     JackClient(const Request& request, ProcessCycle& cycle, ServerNews& news);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the user is told when a server does not take the program.
+// What the user is told when a server does not take the program, and what its transport says.
 #include "hosts/jack/JackClient.hpp"
 
 #include <gtest/gtest.h>
@@ -34,6 +34,13 @@ TEST(JackClient, AServerThatRefusesIsOneWhetherItShouldHaveBeenStartedOrNot) {
             refusal.what(),
             "The JACK server \"stage\" does not take this program. JACK says:\n    why\n    and why");
     }
+}
+
+TEST(JackClient, ATransportThatWaitsForTheNetworkIsStartingToo) {
+    EXPECT_TRUE(JackClient::isStarting(JackTransportStarting));
+    EXPECT_TRUE(JackClient::isStarting(JackTransportNetStarting));
+    EXPECT_FALSE(JackClient::isStarting(JackTransportStopped));
+    EXPECT_FALSE(JackClient::isStarting(JackTransportRolling));
 }
 
 }  // namespace
