@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "platform/FatalError.hpp"
-#include "platform/QuotedText.hpp"
 #include "rules/RuleLabel.hpp"
 
 namespace quillo {
@@ -21,7 +20,7 @@ MIDIRuleInternal compileMessageBased(const Rule& rule, const MessageBasedTrigger
 MIDIRuleInternal compileHostTransport(const Rule& rule, const HostTransportTriggerV2& trigger,
                                       SampleTime delay) {
     using Part = RuleInternalPartVariants::WithHostBasedTrigger;
-    auto output = compileFixed(rule.output.message, "the host-transport rule " + inQuotes(rule.name));
+    auto output = compileFixed(rule.output.message, "a host-transport rule");
     return {Part{{std::move(output), trigger.variants}}, trigger.passThrough, delay};
 }
 
@@ -59,8 +58,7 @@ void compileInto(std::vector<MIDIOnLoadRuleInternal>& onLoad, std::vector<MIDIRu
     } else if (const auto* host = rule.trigger.getIf<RuleTriggerV2::HostTransport>()) {
         chain.push_back(compileHostTransport(rule, host->trigger, delay));
     } else {
-        onLoad.push_back(
-            {compileFixed(rule.output.message, "the on-load rule " + inQuotes(rule.name)), delay});
+        onLoad.push_back({compileFixed(rule.output.message, "an on-load rule"), delay});
     }
 }
 

@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <utility>
 
 #include "platform/FatalError.hpp"
+#include "rules/RuleLabel.hpp"
 #include "support/OutputRecorder.hpp"
 #include "support/TestRules.hpp"
 
@@ -91,6 +93,22 @@ TEST_P(TriggerReferringOutput, IsFatalOnLoad) {
 TEST_P(TriggerReferringOutput, IsFatalAtAHostTransportEvent) {
     const auto trigger = onHost(HostTransportTriggerVariantsV2::Start);
     EXPECT_THROW(static_cast<void>(compileRules({rule(trigger, send(GetParam()))}, 44100)), FatalError);
+}
+
+TEST_P(TriggerReferringOutput, IsToldWithTheNameOnce) {
+    const std::string lengthy(1000, 'a');
+    for (const auto& [trigger, kind] :
+         {std::pair{onLoad(), "an on-load rule"},
+          std::pair{onHost(HostTransportTriggerVariantsV2::Start), "a host-transport rule"}}) {
+        try {
+            static_cast<void>(compileRules({rule(trigger, send(GetParam()), lengthy)}, 44100));
+            FAIL() << kind;
+        } catch (const FatalError& error) {
+            EXPECT_EQ(error.inWords(), ruleLabel(0, lengthy) + ": " + kind +
+                                           " copies from a triggering message, and there is none. "
+                                           "Choose values of its own for what it sends.");
+        }
+    }
 }
 
 TEST_P(TriggerReferringOutput, IsFineAtAMessage) {
