@@ -11,7 +11,7 @@ namespace quillo {
 /// A state that the system must never reach. Its text begins with "Fatal error" and names the source file
 /// and line: `Fatal error: negative delay (RuleCompiler.cpp:31)`.
 ///
-/// Each host decides what it means: a program of our own prints it and exits with status 70; inside somebody
+/// Each host decides what it means: a program of our own says it in words and exits with status 70; inside somebody
 /// else's process the adapter reports the operation as failed and goes on with what the user had.
 class FatalError : public std::runtime_error {
 public:

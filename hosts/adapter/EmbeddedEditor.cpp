@@ -14,6 +14,7 @@
 #include "hosts/adapter/HostKeyboard.hpp"
 #include "hosts/adapter/ToolkitEvents.hpp"
 #include "hosts/adapter/XErrorShield.hpp"
+#include "platform/FatalError.hpp"
 
 namespace quillo {
 
@@ -197,7 +198,7 @@ void EmbeddedEditor::idle() {
         unit.drain();
         dispatchToolkitEvents();
     } catch (const std::exception& error) {
-        unit.tellUser(error.what());
+        unit.tellUser(wordsOf(error));
     }
     HostKeyboard::settle();
 }

@@ -3,6 +3,8 @@
 
 #include <exception>
 
+#include "platform/FatalError.hpp"
+
 namespace quillo {
 
 Failure handledFailure() {
@@ -10,7 +12,7 @@ Failure handledFailure() {
     try {
         throw;
     } catch (const std::exception& exception) {
-        return {error, exception.what()};
+        return {error, wordsOf(exception)};
     } catch (...) {
         return {error, "an unknown error"};
     }

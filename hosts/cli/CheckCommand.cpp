@@ -27,7 +27,7 @@ ReadDocument readForChecking(const std::string& path, InputReading reading) {
     try {
         return readPresetInput(path, exitBadPreset, reading).document;
     } catch (const FatalError& error) {
-        throw CommandFailure(exitBadPreset, escaped(path) + ": " + error.what());
+        throw CommandFailure(exitBadPreset, escaped(path) + ": " + wordsOf(error));
     }
 }
 
@@ -49,7 +49,7 @@ std::vector<Advice> adviceFor(const std::vector<Rule>& rules, const std::string&
     try {
         return adviseOn(rules);
     } catch (const FatalError& error) {
-        throw CommandFailure(exitBadPreset, escaped(path) + ": " + error.what());
+        throw CommandFailure(exitBadPreset, escaped(path) + ": " + wordsOf(error));
     }
 }
 

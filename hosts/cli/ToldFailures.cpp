@@ -7,6 +7,7 @@
 
 #include "hosts/cli/CommandFailure.hpp"
 #include "hosts/cli/ExitStatus.hpp"
+#include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {
@@ -14,7 +15,7 @@ namespace quillo {
 int runTellingFailures(std::string_view program, std::ostream& err, const std::function<int()>& command,
                        const std::function<void()>& teach) {
     const auto tell = [&](const std::exception& failure) {
-        err << program << ": " << escapedLines(failure.what()) << '\n';
+        err << program << ": " << escapedLines(wordsOf(failure)) << '\n';
     };
     try {
         return command();

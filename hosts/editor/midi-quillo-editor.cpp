@@ -16,6 +16,7 @@
 #include "hosts/cli/ExitStatus.hpp"
 #include "hosts/editor/DemoRules.hpp"
 #include "hosts/editor/Desk.hpp"
+#include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace {
@@ -58,7 +59,7 @@ private:
     int cycle_ = 0;
 };
 
-/// An application object of the toolkit's kind, for what comes with it: it lives with X servers that refuse
+/// A JUCE application object, for what comes with it: it lives with X servers that refuse
 /// a request, as they do where no window manager runs.
 class EditorApplication final : public juce::JUCEApplication {
 public:
@@ -78,7 +79,7 @@ public:
         } catch (const UsageError& error) {
             fail(std::string(error.what()) + "\nUsage: midi-quillo-editor [--scale N]", exitUsage);
         } catch (const std::exception& error) {
-            fail(error.what(), exitFatal);
+            fail(wordsOf(error), exitFatal);
         }
     }
 

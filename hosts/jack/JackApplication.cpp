@@ -18,13 +18,14 @@
 #include "hosts/cli/ExitStatus.hpp"
 #include "hosts/jack/JackHost.hpp"
 #include "hosts/jack/JackWindow.hpp"
+#include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {
 
 namespace {
 
-/// The toolkit's own message loop.
+/// JUCE's own message loop.
 class WindowLoop final : public EventLoop, private juce::Timer {
 public:
     ~WindowLoop() override {
@@ -57,7 +58,7 @@ private:
     std::function<void()> tick_;
 };
 
-/// What the application object, which the toolkit makes, is to do.
+/// What the application object, which JUCE makes, is to do.
 struct Order {
     const JackOptions& options;
     const Console& console;
@@ -79,7 +80,7 @@ public:
         } catch (const CommandFailure& failure) {
             fail(failure.what(), failure.status());
         } catch (const std::exception& error) {
-            fail(error.what(), exitFatal);
+            fail(wordsOf(error), exitFatal);
         }
     }
 

@@ -110,7 +110,7 @@ void JackHost::reloadPreset() {
         usePreset(hosted_, *options_.preset);
         messages_.say(escaped(*options_.preset) + ": read again");
     } catch (const std::exception& error) {
-        messages_.warn(std::string(error.what()) + "\nThe rules stay as they are.");
+        messages_.warn(wordsOf(error) + "\nThe rules stay as they are.");
     }
 }
 
@@ -135,7 +135,7 @@ void JackHost::tick() {
 
 void JackHost::endOnFatalError() {
     if (const auto error = hosted_.unit().processor->fatalErrors.error()) {
-        messages_.say(error->what());
+        messages_.say(error->inWords());
         loop_.quit(exitFatal);
     }
 }

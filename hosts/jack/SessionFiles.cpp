@@ -12,6 +12,7 @@
 
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
+#include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {
@@ -99,7 +100,7 @@ SessionFiles::Version readVersion(std::size_t age, const fs::path& file) {
         version.document = readRegularFile(file);
         version.rules = PluginData::read(version.document).rules.size();
     } catch (const std::exception& error) {
-        version.problem = error.what();
+        version.problem = wordsOf(error);
     }
     return version;
 }

@@ -4,6 +4,8 @@
 #include <exception>
 #include <utility>
 
+#include "platform/FatalError.hpp"
+
 namespace quillo {
 
 SessionKeeper::SessionKeeper(SessionFiles files, std::function<Data()> read)
@@ -35,7 +37,7 @@ std::optional<std::string> SessionKeeper::keepNow(Time now) try {
     return std::nullopt;
 } catch (const std::exception& error) {
     failed_ = true;
-    return std::string("The rules cannot be saved: ") + error.what();
+    return "The rules cannot be saved: " + wordsOf(error);
 }
 
 void SessionKeeper::save(Time now) {

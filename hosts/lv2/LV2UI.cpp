@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "hosts/lv2/LV2UIInstance.hpp"
+#include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {
@@ -27,7 +28,7 @@ LV2UI_Handle instantiate(const LV2UI_Descriptor* /*descriptor*/, const char* /*p
         *widget = std::bit_cast<LV2UI_Widget>(instance->editor().window());
         return instance.release();
     } catch (const std::exception& error) {
-        std::cerr << "MIDI Quillo: the editor cannot be opened: " << escapedLines(error.what()) << '\n';
+        std::cerr << "MIDI Quillo: the editor cannot be opened: " << escapedLines(wordsOf(error)) << '\n';
         return nullptr;
     }
 }

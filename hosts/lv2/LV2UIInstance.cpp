@@ -7,16 +7,15 @@ namespace quillo {
 
 namespace {
 
-constexpr const char* noAccess = "This host does not let the editor reach the plug-in (it grants no LV2 "
-                                 "instance access). The project's rules run "
-                                 "all the same. To edit them here, load MIDI Quillo as a CLAP or VST3 "
-                                 "plug-in; or edit them in another host.";
+constexpr const char* noAccess =
+    "This host does not let the editor reach the plug-in (it grants no LV2 instance access). "
+    "The project's rules run all the same. "
+    "To edit them here, load MIDI Quillo as a CLAP or VST3 plug-in; or edit them in another host.";
 
 constexpr const char* otherVersion =
     "MIDI Quillo was upgraded while this host was running: the editor and the plug-in that is at work are of "
-    "different versions. The project's rules run all the same. To edit them, save the project, close the "
-    "host "
-    "and start it again.";
+    "different versions. The project's rules run all the same. To edit them, save the project, "
+    "close the host and start it again.";
 
 /// Why no editor can be shown, if that is so.
 void requireWindow(const LV2UIFeatures& features) {

@@ -231,7 +231,7 @@ TEST_F(ShellTest, ASampleRateThatIsNoneIsAnErrorAndTheUserIsTold) {
     EXPECT_FALSE(allocate(&error));
     EXPECT_EQ(error.code, -10875);
     EXPECT_THAT(error.localizedDescription.UTF8String, HasSubstr("the sample rate is not"));
-    EXPECT_THAT(told(), HasSubstr("Fatal error: the sample rate is not"));
+    EXPECT_THAT(told(), HasSubstr("The sample rate is not"));
 }
 
 TEST_F(ShellTest, MIDIOfBothFormsIsRenderedAndHandedToTheHost) {

@@ -10,6 +10,7 @@ namespace {
 
 using namespace fixture;
 using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
@@ -198,7 +199,7 @@ TEST_F(RenderCommandTest, CannotReadWhatIsNotThere) {
 TEST_F(RenderCommandTest, EndsWithTheUnitsFatalError) {
     const auto result = render(oneNote, {controllerRule(onLoad(), 7, -1)});
     EXPECT_EQ(result.status, exitFatal);
-    EXPECT_THAT(result.err, HasSubstr("Fatal error"));
+    EXPECT_THAT(result.err, EndsWith("a delay is negative: -1 ms. Choose 0 or more.\n"));
     EXPECT_FALSE(folder.has("out.mid"));
 }
 
