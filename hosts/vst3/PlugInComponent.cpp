@@ -7,8 +7,11 @@
 #include <utility>
 #include <vector>
 
+#include <public.sdk/source/common/memorystream.h>
+
 #include "hosts/vst3/EventLists.hpp"
 #include "hosts/vst3/StateChunk.hpp"
+#include "platform/AtomicFile.hpp"
 
 namespace quillo {
 
@@ -24,7 +27,7 @@ IPtr<Interface> asked(FUnknown& object) {
     return answers ? owned(static_cast<Interface*>(found)) : nullptr;
 }
 
-/// All that the host has kept; nothing when it cannot be read.
+/// All that the host has kept; nothing when it cannot be read or is longer than any preset may be.
 std::optional<std::vector<std::uint8_t>> readAll(IBStream& stream) {
     std::vector<std::uint8_t> bytes;
     std::array<std::uint8_t, 4096> piece{};
@@ -34,6 +37,9 @@ std::optional<std::vector<std::uint8_t>> readAll(IBStream& stream) {
     for (int32 length = 0;
          stream.read(piece.data(), int32{piece.size()}, &length) == kResultOk && length > 0;) {
         bytes.insert(bytes.end(), piece.begin(), piece.begin() + length);
+        if (bytes.size() > usualSizeLimit) {
+            return std::nullopt;
+        }
     }
     return bytes;
 }
@@ -80,17 +86,20 @@ uint32 PlugInComponent::release() {
     return left;
 }
 
+/// The wrapper reads the chunk anew, and believes what a stream says of its length: so it is given a stream of exactly
+/// what was checked.
 tresult PlugInComponent::setState(IBStream* state) try {
     if (state == nullptr) {
         return kInvalidArgument;
     }
-    const auto chunk = readAll(*state);
+    auto chunk = readAll(*state);
     if (chunk && chunk->empty()) {
         return kResultFalse;
     }
     quillo_.beginRestoring();
     if (chunk && isStateChunk(*chunk)) {
-        static_cast<void>(component_->setState(state));
+        MemoryStream checked(chunk->data(), static_cast<TSize>(chunk->size()));
+        static_cast<void>(component_->setState(&checked));
     }
     return quillo_.endRestoring() ? kResultOk : kResultFalse;
 } catch (const std::exception&) {

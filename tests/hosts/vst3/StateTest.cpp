@@ -4,9 +4,13 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstring>
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
+
+#include <public.sdk/source/common/memorystream.h>
 
 #include "hosts/vst3/VST3Host.hpp"
 #include "persistence/PluginData.hpp"
@@ -134,6 +138,62 @@ TEST_F(VST3State, AChunkThatIsDamagedBehindTheDocumentIsReportedAsNotRestored) {
     EXPECT_EQ(plugIn.setState(behind.subspan(8)), kResultFalse);
     EXPECT_EQ(plugIn.state(), chunk);
     EXPECT_EQ(plugIn.setState(chunk), kResultOk);
+}
+
+/// A stream of zeros without an end, until the plug-in has had enough.
+class EndlessStream final : public Steinberg::MemoryStream {
+public:
+    Steinberg::tresult PLUGIN_API read(void* buffer, Steinberg::int32 bytes,
+                                       Steinberg::int32* count) override {
+        std::memset(buffer, 0, static_cast<std::size_t>(bytes));
+        *count = given < most ? bytes : 0;
+        given += static_cast<std::size_t>(*count);
+        return kResultOk;
+    }
+
+    static constexpr std::size_t most = 256UL * 1024 * 1024;
+    std::size_t given = 0;
+};
+
+TEST_F(VST3State, IsReadNoFurtherThanAnyPresetIs) {
+    EndlessStream stream;
+    EXPECT_EQ(plugIn.setState(stream), kResultFalse);
+    EXPECT_LE(stream.given, 65UL * 1024 * 1024);
+}
+
+/// A host's stream whose second reading gives something else than the first.
+class ChangingStream final : public Steinberg::MemoryStream {
+public:
+    ChangingStream(Bytes first, Bytes then) : first_(std::move(first)), then_(std::move(then)) {
+        setSize(static_cast<Steinberg::TSize>(first_.size()));
+    }
+
+    Steinberg::tresult PLUGIN_API read(void* buffer, Steinberg::int32 bytes,
+                                       Steinberg::int32* count) override {
+        const auto& document = isRead_ ? then_ : first_;
+        const auto piece = std::min(document.size() - at_, static_cast<std::size_t>(bytes));
+        std::memcpy(buffer, document.data() + at_, piece);
+        at_ += piece;
+        *count = static_cast<Steinberg::int32>(piece);
+        if (piece == 0) {
+            isRead_ = true;
+            at_ = 0;
+        }
+        return kResultOk;
+    }
+
+private:
+    Bytes first_;
+    Bytes then_;
+    std::size_t at_ = 0;
+    bool isRead_ = false;
+};
+
+TEST_F(VST3State, IsWhatWasCheckedAndNothingElse) {
+    ChangingStream stream(answerWith(61), answerWith(62));
+    ASSERT_EQ(plugIn.setState(stream), kResultOk);
+    plugIn.activate();
+    EXPECT_EQ(answers(), Bytes{61});
 }
 
 TEST_F(VST3State, MayBeReplacedAndSavedWhileAnotherThreadProcesses) {

@@ -131,6 +131,9 @@ public:
     void deactivate();
 
     [[nodiscard]] Steinberg::tresult setState(std::span<const std::uint8_t> bytes);
+    [[nodiscard]] Steinberg::tresult setState(Steinberg::IBStream& stream) {
+        return component_->setState(&stream);
+    }
     [[nodiscard]] Bytes state();
 
     /// Gives a message, as the format has it: notes, poly pressure and system exclusive as events, controllers,
