@@ -83,7 +83,7 @@ std::optional<std::string> QuilloProcessor::whyNotReady(double sampleRate, int l
     bothEndsTwice_.reserve(MIDIBufferWriter::longestMessage);
     return hosted_.activate(sampleRate, static_cast<std::uint32_t>(std::max(longestBlock, 0)));
 } catch (const std::exception& error) {
-    return std::string("MIDI Quillo cannot get ready to render: ") + error.what();
+    return "MIDI Quillo cannot get ready to render: " + wordsOf(error);
 }
 
 void QuilloProcessor::releaseResources() {
@@ -177,13 +177,15 @@ bool QuilloProcessor::hasEditor() const {
     return requireTypefaces().isEmpty();
 }
 
+/// JUCE connects to the X server with its desktop: that comes first, so that the shield covers the connection.
 juce::AudioProcessorEditor* QuilloProcessor::createEditor() try {
     if (!shield_) {
+        juce::Desktop::getInstance();
         shield_.emplace();
     }
     return std::make_unique<QuilloProcessorEditor>(*this).release();
 } catch (const std::exception& error) {
-    hosted_.tellUser(std::string("The editor cannot be opened: ") + error.what());
+    hosted_.tellUser("The editor cannot be opened: " + wordsOf(error));
     return nullptr;
 }
 

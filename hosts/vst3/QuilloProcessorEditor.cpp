@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "hosts/adapter/HostKeyboard.hpp"
+#include "platform/FatalError.hpp"
 
 namespace quillo {
 
@@ -55,7 +56,7 @@ void QuilloProcessorEditor::timerCallback() {
     try {
         hosted_.drain();
     } catch (const std::exception& error) {
-        hosted_.tellUser(error.what());
+        hosted_.tellUser(wordsOf(error));
     }
 }
 
