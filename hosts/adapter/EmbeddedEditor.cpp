@@ -25,7 +25,7 @@ constexpr int leastPoints = 200;
 /// In pixels: the window system's lengths have 16 bits, and their sign.
 constexpr std::uint32_t greatestLength = 32767;
 
-/// What the toolkit needs around every use in a host's process: the thread that the host uses now is its own.
+/// What JUCE needs around every use in a host's process: the thread that the host uses now is its own.
 class Turn {
 public:
     Turn() { juce::MessageManager::getInstance()->setCurrentThreadAsMessageThread(); }
@@ -104,7 +104,7 @@ public:
     }
 
 private:
-    /// How many pixels the toolkit takes for one unit of length.
+    /// How many pixels JUCE takes for one unit of length.
     [[nodiscard]] double toolkitScale() const {
         return getPeer() != nullptr ? getPeer()->getPlatformScaleFactor() : 1.0;
     }

@@ -12,10 +12,10 @@ namespace quillo {
 
 namespace {
 
-/// The type of the event; the toolkit takes X's name for it away.
+/// The type of the event; JUCE takes X's name for it away.
 constexpr int keyPressEvent = 2;
 
-/// The key symbol of one of the toolkit's key codes: a character, or the low byte of another key's symbol.
+/// The key symbol of one of JUCE's key codes: a character, or the low byte of another key's symbol.
 KeySym symbolOf(int keyCode) {
     constexpr int otherKey = 0x10000000;
     constexpr int firstCharacter = 0x20;
@@ -41,7 +41,7 @@ unsigned stateOf(juce::ModifierKeys modifiers) {
 /// Those of the windows that are open.
 std::vector<HostKeyboard*> keyboards;
 
-/// Whose the keyboard was before the toolkit took its events.
+/// Whose the keyboard was before JUCE took its events.
 std::uintptr_t ownerBefore = 0;
 
 /// Whose the keyboard is while one of our windows has it: 0 while none has, or the host itself gave it to one.

@@ -11,17 +11,17 @@ namespace quillo {
 /// The keyboard of a host in whose window the editor lives. The editor has it only while one of its views asks
 /// for keys; everything else that is typed is the host's, such as the space bar that starts its transport.
 ///
-/// The toolkit takes the keyboard at every click, and cannot be told not to: so it is given back afterwards. A
+/// JUCE takes the keyboard at every click, and cannot be told not to: so it is given back afterwards. A
 /// window under the mouse gets keys even then, in hosts whose own window has the keyboard: those that the
 /// editor has no use for are handed on.
 ///
-/// The toolkit has one connection for all windows of the process, and takes the events of all of them in the turn of
+/// JUCE has one connection for all windows of the process, and takes the events of all of them in the turn of
 /// any: so what is done before and after is done for all.
 ///
-/// Windows are those of the toolkit's connection; used under an `XErrorShield`. The user-interface thread.
+/// Windows are those of JUCE's connection; used under an `XErrorShield`. The user-interface thread.
 class HostKeyboard {
 public:
-    /// `window` is the editor's, inside the host's window `parent`. `viewAsksForKeys` is called after the toolkit
+    /// `window` is the editor's, inside the host's window `parent`. `viewAsksForKeys` is called after JUCE
     /// took its events.
     HostKeyboard(std::uintptr_t window, std::uintptr_t parent, std::function<bool()> viewAsksForKeys);
     ~HostKeyboard();
@@ -32,10 +32,10 @@ public:
     /// would let the keyboard in, while it came by the mouse's place only.
     [[nodiscard]] static bool mayUse(const juce::ComponentPeer& window, const juce::KeyPress& key);
 
-    /// Before the toolkit takes its events: whose the keyboard is now.
+    /// Before JUCE takes its events: whose the keyboard is now.
     static void noteOwner();
 
-    /// After the toolkit took its events: gives the keyboard back if the toolkit took it for a window in which no view
+    /// After JUCE took its events: gives the keyboard back if JUCE took it for a window in which no view
     /// asks for keys.
     static void settle();
 

@@ -9,17 +9,17 @@
 
 namespace quillo {
 
-/// A host's transport, from what its format tells now and then to the answer that a unit asks for in every
-/// cycle. Between two tellings the position moves on with the frames. Of what is told between two cycles the last
-/// holds: it is a change, or none, against what the unit saw in the cycle before.
+/// A host's transport, from what its format reports now and then to the answer that a unit asks for in
+/// every cycle. Between two reports the position moves on with the frames. Of the reports between two cycles the
+/// last holds: it is a change, or none, against what the unit saw in the cycle before.
 ///
 /// A jump of the position while the transport moves is a change that the moving, recording and cycling flags
 /// do not show: each jump turns `AUHostTransportStateChanged` over, so that each is one change of the flags.
 /// The flag is clear while the transport stands still. [render], save for making one.
 class HostTransport {
 public:
-    /// Which positions a format can tell. One that has none below zero tells zero in their place: on the way to
-    /// the beginning the transport seems to stand there while it moves, which is no jump, and neither is leaving it.
+    /// Which positions a format can report. One that has none below zero reports zero in their place: before the
+    /// beginning the transport seems to stand there while it moves, which is no jump, and neither is leaving it.
     enum class Positions : std::uint8_t { all, noneBelowZero };
 
     /// A position that lies within `tolerance` of the expected one, in the unit of the positions, is no jump: for
@@ -32,16 +32,16 @@ public:
     /// format counts in another unit; that must then be the same one every time.
     void tell(AUHostTransportStateFlags flags, double position, double speed = 1.0) QUILLO_REALTIME;
 
-    /// The same where the position is known to be the one that was told before, moved on: no jump, wherever it lies.
+    /// The same where the position is known to be the one reported before, moved on: no jump, wherever it lies.
     void follow(AUHostTransportStateFlags flags, double position, double speed = 1.0) QUILLO_REALTIME;
 
-    /// The same where no position is told: it goes on from the one that is known.
+    /// The same where no position is reported: it goes on from the one that is known.
     void tell(AUHostTransportStateFlags flags) QUILLO_REALTIME;
 
     /// Frames may have passed that nobody rendered: the next position is no jump, wherever it lies.
     void lose() QUILLO_REALTIME;
 
-    /// So many frames have passed before the next cycle begins, which the unit has not asked in. What was told before
+    /// So many frames have passed before the next cycle begins, which the unit has not asked in. An earlier report
     /// is shown to it as it was: a start at the beginning stays one.
     void wait(std::uint32_t frames) QUILLO_REALTIME;
 
@@ -57,7 +57,7 @@ private:
     struct Seen {
         bool moves = false;
         AUHostTransportStateFlags changed = 0;
-        bool isZero = false;  ///< of the position, as it was told
+        bool isZero = false;  ///< of the position, as it was reported
         double speed = 1.0;
         std::optional<double> position = 0.0;  ///< where it has got since; none when frames may have passed
     };
@@ -73,12 +73,12 @@ private:
     Positions positions_;
     Seen seen_;
 
-    // As it was told.
+    // As it was reported.
     AUHostTransportStateFlags flags_ = 0;
     double position_ = 0.0;
     double speed_ = 1.0;
-    bool known_ = true;                   ///< the position was told since it was lost
-    bool toldZero_ = false;               ///< the position, when it was told last
+    bool known_ = true;                   ///< the position was reported since it was lost
+    bool toldZero_ = false;               ///< the position, when it was reported last
     bool jumped_ = false;                 ///< the position is not where the unit expects it
     std::optional<double> toldPosition_;  ///< of what the unit has not seen yet
 };

@@ -9,7 +9,7 @@
 #include "hosts/adapter/XErrorShield.hpp"
 
 namespace juce {
-/// Of the toolkit's own hosts, for whose use it declares it: does what waits, once. False when nothing did.
+/// Of JUCE's own hosts, for whose use it declares it: does what waits, once. False when nothing did.
 bool dispatchNextMessageOnSystemQueue(bool returnIfNoPendingMessages);
 }  // namespace juce
 
@@ -19,8 +19,8 @@ namespace {
 
 constexpr int mostRounds = 100;
 
-/// The toolkit looks for events where the connection arrives. Whoever waits for an answer of the server takes
-/// events from there too, and keeps them: the toolkit would not see these until the next one comes.
+/// JUCE looks for events where the connection arrives. Whoever waits for an answer of the server takes
+/// events from there too, and keeps them: JUCE would not see these until the next one comes.
 bool dispatchEventsThatWereTaken() {
     auto* display = static_cast<Display*>(XErrorShield::toolkitConnection());
     if (display == nullptr || XEventsQueued(display, QueuedAlready) == 0) {

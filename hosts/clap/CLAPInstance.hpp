@@ -28,7 +28,7 @@ struct CLAPInstance {
     HostedUnit hosted;
     CLAPRenderer renderer;
 
-    /// While the host has a window open for it. Without a toolkit there is never one.
+    /// While the host has a window open for it. Without JUCE there is never one.
     std::shared_ptr<CLAPEditor> editor;
 };
 

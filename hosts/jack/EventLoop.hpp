@@ -5,7 +5,7 @@
 
 namespace quillo {
 
-/// The main thread's loop, as the program needs it: with a window it is the window toolkit's. [main]
+/// The main thread's loop, as the program needs it: with a window it is JUCE's. [main]
 class EventLoop {
 public:
     /// How often `tick` runs in a second.

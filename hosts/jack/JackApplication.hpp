@@ -7,7 +7,7 @@
 namespace quillo {
 
 /// Runs with the editor in a window, until that is closed or a signal ends it. See `RunJack`; what goes wrong
-/// once the window toolkit runs is told on the console's error stream.
+/// once JUCE runs is told on the console's error stream.
 [[nodiscard]] int runWithWindow(const JackOptions& options, const Console& console);
 
 }  // namespace quillo

@@ -12,7 +12,7 @@
 
 namespace quillo {
 
-/// Fills the toolkit's buffer of MIDI events with messages in ascending order of their offsets. The buffer's own
+/// Fills JUCE's buffer of MIDI events with messages in ascending order of their offsets. The buffer's own
 /// `addEvent` looks for each event's place from the beginning, so that twice the messages take four times as long;
 /// this writes behind the last one.
 ///

@@ -9,7 +9,7 @@
 
 namespace quillo {
 
-/// The host's transport at the start of a block, as the toolkit's play head tells it.
+/// The host's transport at the start of a block, as JUCE's play head reports it.
 struct ToldTransport {
     AUHostTransportStateFlags flags = 0;
     double position = 0.0;  ///< in frames
@@ -17,7 +17,7 @@ struct ToldTransport {
     bool operator==(const ToldTransport&) const = default;
 };
 
-/// Nothing when there is no play head, or when it has heard nothing of the host: then it stands still at a position in
+/// Nothing when there is no play head, or when the host has reported nothing to it: then it stands still at a position in
 /// seconds that is no number. [render]
 [[nodiscard]] std::optional<ToldTransport> toldTransport(const juce::AudioPlayHead* playHead) noexcept;
 
