@@ -64,7 +64,7 @@ void ServerLink::makeClient() {
     for (const auto& port : client_->ports()) {
         connectIfWanted(port);
     }
-    noted_ = seen_ = client_->connections();
+    seen_ = noted_;
     cycle_.release();
 }
 
@@ -83,8 +83,12 @@ void ServerLink::activateUnit() {
     }
 }
 
+/// Notes it at once: a server shows a connection a cycle after it was made, and may end before.
 bool ServerLink::connectIfWanted(const PortDescription& port) {
     const bool isWanted = connections_.takes(port);
+    if (isWanted) {
+        (port.givesMIDI ? noted_.sources : noted_.targets).push_back(port.name);
+    }
     if (isWanted && client_->connect(port)) {
         messages_.say((port.givesMIDI ? "hears " : "sends to ") + escaped(port.name));
     }
@@ -116,7 +120,7 @@ void ServerLink::takeNews() {
     }
     if (news.isGone) {
         serverIsGone();
-        leaveServer();
+        ticks_ = 0;
         return;
     }
     if (news.formatChanged) {
@@ -148,8 +152,9 @@ void ServerLink::serverIsGone() {
     onChange_();
 }
 
-/// A server that hangs keeps whoever leaves it: so one that has only fallen silent is left a second later, when the
-/// user knows and the window is drawn.
+/// A second after the server has gone. One that has only fallen silent may hang, and keep whoever leaves it: by then
+/// the user knows and the window is drawn. Of one that has ended, JACK's library may still be putting other clients out
+/// of its books: leaving cancels its thread, which then holds for ever the lock that leaving waits for.
 void ServerLink::leaveServer() {
     if (gone_) {
         runCall_([this] { gone_.reset(); });

@@ -87,7 +87,7 @@ private:
     std::vector<std::uint32_t> unwanted_;  ///< ports that have appeared since the last look, once a second
     std::vector<std::uint32_t> unwantedBefore_;  ///< in the second before
     JackClient::Connections seen_;               ///< the connections at the last look, once a second
-    JackClient::Connections noted_;              ///< those of the look before
+    JackClient::Connections noted_;              ///< those of the look before, and what was connected since
     std::uint64_t heardCycles_ = 0;              ///< how many had run at the last look, once a second
     bool hasHeardCycles_ = false;                ///< since the link was made
     int silentSeconds_ = 0;
