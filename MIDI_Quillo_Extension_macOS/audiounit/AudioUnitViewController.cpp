@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "audiounit/AudioUnitViewController.hpp"
 
+#include <cstddef>
 #include <set>
 #include <utility>
+
+#include "rules/RuleLabel.hpp"
 
 namespace quillo {
 
@@ -10,9 +13,9 @@ namespace {
 
 /// Why one of the rules cannot be edited; nothing when all can.
 std::optional<std::string> whyNotEditable(const std::vector<Rule>& rules) {
-    for (const auto& rule : rules) {
-        if (const auto reason = whyNoEntry(rule)) {
-            return "The rule \"" + rule.name + "\" cannot be edited: " + *reason +
+    for (std::size_t position = 0; position < rules.size(); ++position) {
+        if (const auto reason = whyNoEntry(rules[position])) {
+            return ruleLabel(position, rules[position].name) + " cannot be edited: " + *reason +
                    ". The rules run as they are and stay untouched.";
         }
     }

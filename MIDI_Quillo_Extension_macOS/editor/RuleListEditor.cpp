@@ -9,6 +9,7 @@
 
 #include "editor/DecimalText.hpp"
 #include "platform/FatalError.hpp"
+#include "rules/RuleLabel.hpp"
 #include "rules/TriggerChoices.hpp"
 
 namespace quillo {
@@ -230,8 +231,8 @@ void RuleListEditor::editWith(const UUID& id, RuleEntry entry, const std::string
     const bool isLoaded = element.loadedMessage.has_value();
     const bool applied = apply(std::move(list), "Edit " + loaded.name, joinKey);
     if (const auto change = whatEditingChanges(loaded); change && applied && wasLoaded && !isLoaded) {
-        alert("Editing the rule \"" + loaded.name + "\" has changed more than you see: " + *change +
-              ". Undo brings it back.");
+        alert(ruleLabel(*position, loaded.name) +
+              " was edited, which has changed more than you see: " + *change + ". Undo brings it back.");
     }
 }
 

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "rules/RuleLabel.hpp"
+
 namespace quillo {
 
 RuleEntryIdentifiable elementFromRule(const Rule& rule) {
@@ -35,12 +37,12 @@ std::optional<std::string> noticeBeforeEditing(const std::vector<Rule>& rules) {
     constexpr std::size_t greatestCount = 5;
     std::string notice;
     std::size_t count = 0;
-    for (const auto& rule : rules) {
-        const auto change = whatEditingChanges(rule);
+    for (std::size_t position = 0; position < rules.size(); ++position) {
+        const auto change = whatEditingChanges(rules[position]);
         if (change && ++count <= greatestCount) {
-            notice += "The rule \"" + rule.name +
-                      "\" runs as it was loaded. Editing its message changes more than " +
-                      "you see: " + *change + ".\n";
+            notice += ruleLabel(position, rules[position].name) +
+                      " runs as it was loaded. Editing its message changes more than you see: " + *change +
+                      ".\n";
         }
     }
     if (count > greatestCount) {

@@ -224,7 +224,7 @@ TEST_F(ControllerTest, RulesThatTheEditorCannotShowRunAndStayUntouched) {
     controller->viewDidLoad();
     EXPECT_TRUE(controller->model()->rules().empty());
     EXPECT_EQ(controller->model()->whyNotEditable(),
-              "The rule \"odd\" cannot be edited: its pressure is copied from the trigger. The rules run as "
+              "Rule 2 \"odd\" cannot be edited: its pressure is copied from the trigger. The rules run as "
               "they are and stay untouched.");
     EXPECT_EQ(controller->model()->rulesNotShown(), rules);
     EXPECT_EQ(unit.processor->rules(), rules);

@@ -366,11 +366,11 @@ std::vector<Rule> rulesNotShown() {
 
 class RulesNotShown : public RuleListEditorTest {
 protected:
-    RulesNotShown() { desk.model->setNotEditable("The rule \"odd\" cannot be edited.", rulesNotShown()); }
+    RulesNotShown() { desk.model->setNotEditable("Rule 1 \"odd\" cannot be edited.", rulesNotShown()); }
 
     void expectBack() {
         EXPECT_EQ(desk.installed, rulesNotShown());
-        EXPECT_EQ(editor.whyNotEditable(), "The rule \"odd\" cannot be edited.");
+        EXPECT_EQ(editor.whyNotEditable(), "Rule 1 \"odd\" cannot be edited.");
         EXPECT_EQ(editor.runningRules(), rulesNotShown());
         EXPECT_EQ(editor.undoName(), std::nullopt);
     }
@@ -459,7 +459,7 @@ TEST_F(LoadedMessage, ThatIsEditedGetsWhatTheCardShowsAndTheAlertSaysSo) {
     setProgram(10);
     EXPECT_EQ(desk.installed[0].output.message, programChange(channel(3), 0, byte(10)));
     EXPECT_EQ(editor.alertErrorMessage(),
-              "Editing the rule \"old\" has changed more than you see: its program "
+              "Rule 1 \"old\" was edited, which has changed more than you see: its program "
               "change has no bank, and gets bank 0. Undo brings it back.");
     editor.dismissAlert();
     setProgram(11);
@@ -476,10 +476,10 @@ TEST_F(LoadedMessage, OfAnImportIsTold) {
 }
 
 TEST_F(RuleListEditorTest, WhileTheUnitRunsRulesThatCannotBeShownNothingIsAdded) {
-    desk.model->setNotEditable("The rule \"x\" cannot be edited.");
+    desk.model->setNotEditable("Rule 1 \"x\" cannot be edited.");
     desk.addNoteOn();
     EXPECT_EQ(desk.installs, 0U);
-    EXPECT_EQ(editor.alertErrorMessage(), "The rule \"x\" cannot be edited.");
+    EXPECT_EQ(editor.alertErrorMessage(), "Rule 1 \"x\" cannot be edited.");
     editor.replaceAll(named({"a"}), "Import");
     EXPECT_EQ(desk.installs, 1U);
     EXPECT_EQ(editor.whyNotEditable(), std::nullopt);

@@ -67,10 +67,16 @@ TEST(NoticeBeforeEditing, NamesEachRuleWhoseMessageTheEditorCannotHold) {
     EXPECT_EQ(
         noticeBeforeEditing(
             {oldProgramChange("a"), rule(onLoad(), send(noteOn(0, 60, 64)), "plain"), oldProgramChange("b")}),
-        "The rule \"a\" runs as it was loaded. Editing its message changes more than you see: its program "
+        "Rule 1 \"a\" runs as it was loaded. Editing its message changes more than you see: its program "
         "change has no bank, and gets bank 0.\n"
-        "The rule \"b\" runs as it was loaded. Editing its message changes more than you see: its program "
+        "Rule 3 \"b\" runs as it was loaded. Editing its message changes more than you see: its program "
         "change has no bank, and gets bank 0.");
+}
+
+TEST(NoticeBeforeEditing, CutsAndEscapesNames) {
+    const auto notice = noticeBeforeEditing({oldProgramChange("a\n\"" + std::string(100, 'x'))});
+    ASSERT_TRUE(notice.has_value());
+    EXPECT_TRUE(notice->starts_with("Rule 1 \"a\\n\\\"" + std::string(32, 'x') + "…\" runs")) << *notice;
 }
 
 TEST(NoticeBeforeEditing, NamesFiveRulesAndCountsTheOthers) {
