@@ -268,7 +268,7 @@ void MyTextInputImpl::openOptions() {
 }
 
 void MyTextInputImpl::mouseWheelMove(const juce::MouseEvent& event, const juce::MouseWheelDetails& wheel) {
-    if (!isEnabled() || !(editable_ || event.mods.isCtrlDown())) {
+    if (wheel.deltaY == 0 || !isEnabled() || !(editable_ || event.mods.isCtrlDown())) {
         juce::Component::mouseWheelMove(event, wheel);
         return;
     }
@@ -357,6 +357,9 @@ bool MyTextInputImpl::takeKey(const juce::KeyPress& key) {
 }
 
 bool MyTextInputImpl::step(int steps) {
+    if (typed() != Typed::number) {
+        return false;
+    }
     const SafePointer<MyTextInputImpl> field(this);
     if (editable_ && typist_->getText() != textBefore_ && !holdsNothing(typist_->getText())) {
         takeText(typist_->getText());

@@ -349,6 +349,27 @@ TEST(MyTextInput, WhatIsNoNumberIsNotStepped) {
     EXPECT_EQ(desk.value, "5");
 }
 
+TEST(MyTextInput, TheKeysThatStepNumbersLeaveANameThatIsBeingTypedToEscape) {
+    InputDesk<NameFormatter> desk("Intro");
+    desk.retype("Other");
+    for (const auto code : {juce::KeyPress::upKey, juce::KeyPress::downKey, juce::KeyPress::pageUpKey,
+                            juce::KeyPress::pageDownKey}) {
+        desk.press(code);
+    }
+    wheel(desk.input, 0.4F);
+    EXPECT_EQ(desk.value, "Intro");
+    desk.press(juce::KeyPress::escapeKey);
+    EXPECT_EQ(desk.value, "Intro");
+    EXPECT_EQ(desk.writes, 0);
+}
+
+TEST(MyTextInput, AWheelThatTurnsSidewaysStepsNothing) {
+    VelocityDesk desk;
+    desk.clickText();
+    wheel(desk.input, 0);
+    EXPECT_EQ(desk.value, byte(100));
+}
+
 TEST(MyTextInput, StepsInItsOwnWayWhereOneIsGiven) {
     InputDesk<DelayValueFormatter> desk(100);
     desk.input.setStep([](const std::int64_t& value, int steps) { return value + 25 * steps; });
