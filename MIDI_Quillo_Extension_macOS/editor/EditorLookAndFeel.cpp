@@ -22,22 +22,10 @@ juce::TextLayout tooltipLayout(const juce::String& text, int width) {
     return layout;
 }
 
-/// The toolkit's own controls in the colours of the editor's.
-juce::LookAndFeel_V4::ColourScheme colourScheme() {
-    const Palette palette;
-    const auto background = displayColour(palette.background);
-    const auto surface = displayColour(style::lifted(palette.background, style::boxLift));
-    const auto text = displayColour(palette.primaryText);
-    const auto highlight = displayColour(style::lifted(palette.background, style::separatorLift));
-    return {background, surface,   surface, displayColour(style::edge(palette)), text, highlight,
-            text,       highlight, text};
-}
-
 }  // namespace
 
-EditorLookAndFeel::EditorLookAndFeel() : LookAndFeel_V4(colourScheme()) {
-    const Palette palette;
-    setColour(juce::ScrollBar::thumbColourId, displayColour(style::edge(palette)));
+EditorLookAndFeel::EditorLookAndFeel() {
+    setColour(juce::ScrollBar::thumbColourId, displayColour(style::edge(Palette())));
 }
 
 void EditorLookAndFeel::drawScrollbar(juce::Graphics& graphics, juce::ScrollBar& bar, int x, int y, int width,

@@ -81,18 +81,6 @@ TEST(Contrast, EdgesAndThumbsAreSeenOnWhatTheyLieOn) {
     EXPECT_EQ(look.findColour(juce::ScrollBar::thumbColourId), displayColour(style::edge(palette)));
 }
 
-TEST(Contrast, WhatJUCEDrawsItselfCanBeRead) {
-    const EditorLookAndFeel look;
-    const std::pair<int, int> colours[] = {
-        {juce::TextEditor::textColourId, juce::TextEditor::backgroundColourId},
-        {juce::ComboBox::textColourId, juce::ComboBox::backgroundColourId},
-        {juce::TextButton::textColourOffId, juce::TextButton::buttonColourId},
-        {juce::PopupMenu::textColourId, juce::PopupMenu::backgroundColourId}};
-    for (const auto& [text, ground] : colours) {
-        EXPECT_GE(contrast(rgb(look.findColour(text)), rgb(look.findColour(ground))), readable) << text;
-    }
-}
-
 /// How many pixels change by a contrast that is seen when a view gets the keyboard focus.
 int pixelsOfTheFocus(juce::Component& view) {
     const auto before = picture(view);
