@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "editor/Environment.hpp"
-#include "editor/FieldPlan.hpp"
 #include "editor/FocusRing.hpp"
 #include "editor/Fonts.hpp"
+#include "editor/JuceText.hpp"
 #include "editor/Style.hpp"
 
 namespace quillo {
@@ -19,11 +19,11 @@ constexpr int indent = 6;
 constexpr int margin = 3;
 constexpr int groundLift = -5;
 
+}  // namespace
+
 juce::Font entryFont() {
     return monospacedFont(style::logText);
 }
-
-}  // namespace
 
 EntryList::EntryList(const juce::String& title, Log entries, std::function<void()> onHold)
     : entries_(std::move(entries)), onHold_(std::move(onHold)) {
@@ -131,6 +131,9 @@ void EntryList::resized() {
     {
         const juce::ScopedValueSetter<bool> updating(updating_, true);
         list_.setBounds(getLocalBounds().reduced(margin));
+        if (list_.getLastRowSelected() >= 0) {
+            list_.scrollToEnsureRowIsOnscreen(list_.getLastRowSelected());
+        }
     }
     refresh();
 }

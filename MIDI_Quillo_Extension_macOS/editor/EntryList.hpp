@@ -10,6 +10,9 @@
 
 namespace quillo {
 
+/// What the entries of the logs are drawn with.
+[[nodiscard]] juce::Font entryFont();
+
 /// All kept entries of one log, the oldest at the top, a row each. Only the rows in sight are drawn. While the
 /// newest is in sight, it stays in sight.
 ///
@@ -53,6 +56,7 @@ private:
     void backgroundClicked(const juce::MouseEvent& event) override;
     void selectedRowsChanged(int last) override;
     void listWasScrolled() override;
+    using juce::Component::keyPressed;
     bool keyPressed(const juce::KeyPress& key, juce::Component* origin) override;
 
     [[nodiscard]] bool showsEnd() const;

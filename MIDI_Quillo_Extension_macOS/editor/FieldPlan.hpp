@@ -11,6 +11,7 @@
 
 #include "editor/Binding.hpp"
 #include "editor/ColoredField.hpp"
+#include "editor/JuceText.hpp"
 #include "editor/MyPicker.hpp"
 #include "editor/MyTextInput.hpp"
 #include "rules/MIDIVocabulary.hpp"
@@ -34,10 +35,6 @@ struct FieldPlan {
 };
 
 using FieldPlans = std::vector<FieldPlan>;
-
-[[nodiscard]] inline juce::String juceText(std::string_view utf8) {
-    return juce::String::fromUTF8(utf8.data(), static_cast<int>(utf8.size()));
-}
 
 /// A picker over `menu`; a value that is not in it is shown as `other` says.
 template <class Value>

@@ -2,8 +2,8 @@
 #include "editor/FileDropHint.hpp"
 
 #include "editor/Environment.hpp"
-#include "editor/FieldPlan.hpp"
 #include "editor/Fonts.hpp"
+#include "editor/JuceText.hpp"
 #include "editor/Style.hpp"
 
 namespace quillo {

@@ -4,10 +4,11 @@
 #include <utility>
 #include <vector>
 
-#include "editor/FieldPlan.hpp"
 #include "editor/Fonts.hpp"
+#include "editor/JuceText.hpp"
 #include "editor/PopupMenuOverlay.hpp"
 #include "editor/Style.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -25,7 +26,7 @@ juce::String version() {
 }
 
 juce::String stepTitle(const juce::String& verb, const std::optional<std::string>& step) {
-    return step ? verb + ": " + juceText(*step) : verb;
+    return step ? verb + ": " + juceText(escaped(*step)) : verb;
 }
 
 }  // namespace

@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "editor/Environment.hpp"
-#include "editor/FieldPlan.hpp"
 #include "editor/Fonts.hpp"
+#include "editor/JuceText.hpp"
 #include "editor/Style.hpp"
 
 namespace quillo {
@@ -44,10 +44,6 @@ void paintLabel(juce::Graphics& graphics, const Palette& palette, const juce::St
     graphics.drawText(label, area, juce::Justification::centredLeft, true);
 }
 
-juce::Font entryFont() {
-    return monospacedFont(style::logText);
-}
-
 void paintEntry(juce::Graphics& graphics, const Palette& palette, const juce::String& entry,
                 juce::Rectangle<int> area) {
     graphics.setColour(displayColour(palette.primaryText));
@@ -74,11 +70,16 @@ CollapesedLogger::CollapesedLogger(const QuilloModel& model, std::function<void(
 }
 
 juce::String CollapesedLogger::inText() const {
-    return newest(model_.inLog());
+    return shortened(newest(model_.inLog()));
 }
 
 juce::String CollapesedLogger::outText() const {
-    return newest(model_.outLog());
+    return shortened(newest(model_.outLog()));
+}
+
+/// Where there is little width, the time would leave no room for the bytes.
+juce::String CollapesedLogger::shortened(const juce::String& entry) const {
+    return OpenedLogger::isStacked(getWidth()) ? entry.fromFirstOccurrenceOf("] ", false, false) : entry;
 }
 
 void CollapesedLogger::resized() {
@@ -97,9 +98,10 @@ juce::Rectangle<int> CollapesedLogger::outArea() const {
 
 juce::String CollapesedLogger::tooltipAt(juce::Point<int> point) const {
     const bool in = point.x < inArea().getRight();
-    const auto entry = in ? inText() : outText();
+    const auto shown = in ? inText() : outText();
+    const auto entry = newest(in ? model_.inLog() : model_.outLog());
     const auto room = (in ? inArea() : outArea()).getWidth();
-    return entryFont().getStringWidth(entry) > room ? entry : juce::String();
+    return shown != entry || entryFont().getStringWidth(shown) > room ? entry : juce::String();
 }
 
 void CollapesedLogger::paint(juce::Graphics& graphics) {

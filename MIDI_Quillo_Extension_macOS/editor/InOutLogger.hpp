@@ -14,17 +14,18 @@
 
 namespace quillo {
 
-/// The collapsed form of the logs: the newest entry of each, in one line. An entry that is too long for its half
-/// ends with an ellipsis and is shown whole as a tooltip. [main] only.
+/// The collapsed form of the logs: the newest entry of each, in one line; without its time where there is little
+/// width. An entry that is too long for its half ends with an ellipsis. One that is not shown whole is its
+/// half's tooltip. [main] only.
 class CollapesedLogger final : public juce::Component, public juce::TooltipClient {
 public:
     CollapesedLogger(const QuilloModel& model, std::function<void()> toggle);
 
-    /// The newest entries' texts; empty for an empty log.
+    /// What is shown of the newest entries; empty for an empty log.
     [[nodiscard]] juce::String inText() const;
     [[nodiscard]] juce::String outText() const;
     [[nodiscard]] MyIconButton& arrow() { return arrow_; }
-    /// The whole of the entry under this point, if it was cut.
+    /// The whole of the entry under this point, if not all of it is shown.
     [[nodiscard]] juce::String tooltipAt(juce::Point<int> point) const;
 
     void resized() override;
@@ -34,6 +35,7 @@ public:
 private:
     [[nodiscard]] juce::Rectangle<int> inArea() const;
     [[nodiscard]] juce::Rectangle<int> outArea() const;
+    [[nodiscard]] juce::String shortened(const juce::String& entry) const;
 
     const QuilloModel& model_;
     MyIconButton arrow_;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "editor/Binding.hpp"
+#include "editor/JuceText.hpp"
 #include "editor/MyFormatter.hpp"
 #include "editor/MyTextInputImpl.hpp"
 #include "editor/NumberStep.hpp"
@@ -41,7 +42,7 @@ public:
     /// Steps the value in its own way. Without this, a number is stepped by ones.
     void setStep(Step step) { step_ = std::move(step); }
 
-    [[nodiscard]] juce::String shownText() const override { return text(format_.format(value_.get())); }
+    [[nodiscard]] juce::String shownText() const override { return juceText(format_.format(value_.get())); }
     [[nodiscard]] bool hasChevron() const override { return !options_.empty(); }
 
 protected:
@@ -74,7 +75,7 @@ protected:
     [[nodiscard]] std::vector<juce::String> optionLabels() const override {
         std::vector<juce::String> labels;
         for (const auto& option : options_) {
-            labels.push_back(text(option.label));
+            labels.push_back(juceText(option.label));
         }
         return labels;
     }
@@ -90,10 +91,6 @@ protected:
     void pickOption(std::size_t option) override { set(Value(options_[option].value)); }
 
 private:
-    [[nodiscard]] static juce::String text(const std::string& utf8) {
-        return juce::String::fromUTF8(utf8.data(), static_cast<int>(utf8.size()));
-    }
-
     void set(Value value) {
         if (!(value == value_.get())) {
             value_.set(std::move(value));

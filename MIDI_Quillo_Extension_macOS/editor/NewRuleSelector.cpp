@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "editor/FieldPlan.hpp"
+#include "editor/JuceText.hpp"
 #include "editor/PopupMenuOverlay.hpp"
 #include "editor/Style.hpp"
 #include "rules/MIDIVocabulary.hpp"

@@ -77,6 +77,30 @@ TEST_F(LogViews, AnEntryThatIsTooLongForTheCollapsedFormIsItsTooltip) {
     EXPECT_EQ(form.tooltipAt({190, 15}), "[0] b0 01 02");
 }
 
+TEST_F(LogViews, InANarrowWindowTheCollapsedFormShowsTheBytesWithoutTheTime) {
+    auto& form = logger().collapsedForm();
+    stage.desk.render(1'000'000'000);
+    stage.render({{0xB0, 1, 2}});
+    stage.view().setSize(320, 480);
+    EXPECT_EQ(form.inText(), "b0 01 02");
+    EXPECT_EQ(form.outText(), "b0 01 02");
+    EXPECT_EQ(form.tooltipAt({100, 15}), "[1000000000] b0 01 02");
+    stage.view().setSize(200, 200);
+    EXPECT_LE(entryFont().getStringWidth("b0 01 02"), 64) << "There is room for it in the narrowest.";
+    stage.view().setSize(820, 640);
+    EXPECT_EQ(form.inText(), "[1000000000] b0 01 02");
+}
+
+TEST_F(LogViews, ASelectedRowStaysInSightWhenTheListIsMadeLower) {
+    open();
+    play(100);
+    pressIn(in(), juce::KeyPress::upKey);
+    const auto height = in().getHeight();
+    in().setSize(in().getWidth(), height / 2);
+    EXPECT_TRUE(in().getLocalBounds().contains(in().rowArea(99)));
+    EXPECT_EQ(in().textToCopy(), in().text(99));
+}
+
 TEST_F(LogViews, TheArrowOpensAndCollapsesThem) {
     const auto collapsed = logger().getHeight();
     open();
