@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "editor/FieldPlan.hpp"
 #include "editor/Fonts.hpp"
+#include "editor/JuceText.hpp"
 #include "editor/Style.hpp"
 #include "platform/QuotedText.hpp"
 
@@ -101,6 +101,10 @@ bool AlertView::keyPressed(const juce::KeyPress& key) {
 
 std::unique_ptr<juce::AccessibilityHandler> AlertView::createAccessibilityHandler() {
     return std::make_unique<juce::AccessibilityHandler>(*this, juce::AccessibilityRole::dialogWindow);
+}
+
+bool showsAlert(const OverlayHost& host) {
+    return dynamic_cast<const AlertView*>(host.overlay()) != nullptr;
 }
 
 }  // namespace quillo

@@ -7,6 +7,7 @@
 
 #include "editor/Environment.hpp"
 #include "editor/MyTextButton.hpp"
+#include "editor/OverlayHost.hpp"
 
 namespace quillo {
 
@@ -33,5 +34,8 @@ private:
     MyTextButton ok_;
     juce::TextEditor text_;
 };
+
+/// Whether an alert is open there. Nothing else opens before it is dismissed.
+[[nodiscard]] bool showsAlert(const OverlayHost& host);
 
 }  // namespace quillo

@@ -14,7 +14,7 @@ OverlayHost::~OverlayHost() {
 }
 
 void OverlayHost::showOverlay(std::unique_ptr<juce::Component> overlay) {
-    closeOverlay();
+    removeOverlay();
     focusBefore_ = juce::Component::getCurrentlyFocusedComponent();
     overlay_ = std::move(overlay);
     overlay_->setAlwaysOnTop(true);
@@ -24,6 +24,16 @@ void OverlayHost::showOverlay(std::unique_ptr<juce::Component> overlay) {
 }
 
 void OverlayHost::closeOverlay() {
+    if (overlay_ == nullptr) {
+        return;
+    }
+    removeOverlay();
+    if (onOverlayClosed) {
+        onOverlayClosed();
+    }
+}
+
+void OverlayHost::removeOverlay() {
     if (const auto closing = std::move(overlay_)) {
         const bool hadFocus = closing->hasKeyboardFocus(true);
         view_.removeChildComponent(closing.get());

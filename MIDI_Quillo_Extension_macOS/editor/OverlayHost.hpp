@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include <juce_gui_basics/juce_gui_basics.h>
@@ -25,6 +26,9 @@ public:
     /// Deletes what is open. An overlay may close itself, and touches nothing of its own afterwards.
     void closeOverlay();
 
+    /// Called after an overlay was closed and no other one has taken its place.
+    std::function<void()> onOverlayClosed;
+
     /// What is open, or null.
     [[nodiscard]] juce::Component* overlay() const { return overlay_.get(); }
 
@@ -36,6 +40,7 @@ public:
 private:
     void componentMovedOrResized(juce::Component& view, bool moved, bool resized) override;
     void componentBeingDeleted(juce::Component& view) override;
+    void removeOverlay();
     void giveFocusBack();
 
     juce::Component& view_;

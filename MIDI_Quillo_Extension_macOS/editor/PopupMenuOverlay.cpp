@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "editor/AlertView.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/Icons.hpp"
 #include "editor/OverlayHost.hpp"
@@ -39,7 +40,7 @@ int rank(const juce::String& label, const juce::String& typed) {
 void PopupMenuOverlay::open(juce::Component& field, juce::Rectangle<int> box, MenuContents contents,
                             OnPick onPick) {
     auto* host = OverlayHost::find(field);
-    if (host == nullptr) {
+    if (host == nullptr || showsAlert(*host)) {
         return;
     }
     const auto anchor = host->overlayView().getLocalArea(&field, box);

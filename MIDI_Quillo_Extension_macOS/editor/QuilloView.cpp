@@ -90,13 +90,13 @@ QuilloView::QuilloView(std::shared_ptr<QuilloModel> model, RuleListEditor::OnRul
     addChildComponent(dropHint_);
     setSize(500, 250);
     rulesChanged();
-    if (editor_.alertErrorMessage()) {
-        showAlert();
-    }
+    onOverlayClosed = [this] { showAlert(); };
+    showAlert();
 }
 
 QuilloView::~QuilloView() {
     juce::Desktop::getInstance().removeFocusChangeListener(this);
+    onOverlayClosed = nullptr;
     closeOverlay();
     setLookAndFeel(nullptr);
 }
@@ -144,8 +144,9 @@ void QuilloView::changeOutputType(const UUID& id, const MIDIRuleType& type) {
 }
 
 void QuilloView::addRule(const MIDIRuleType& type) {
+    const auto count = editor_.rules().size();
     editor_.add(type);
-    if (!editor_.rules().empty()) {
+    if (editor_.rules().size() > count) {
         list_.scrollTo(editor_.rules().back().id);
     }
 }
@@ -205,7 +206,11 @@ void QuilloView::rulesChanged() {
     repaint();
 }
 
+/// An alert waits until the menu or the file browser that is open is closed.
 void QuilloView::showAlert() {
+    if (overlay() != nullptr && !showsAlert(*this)) {
+        return;
+    }
     if (const auto& message = editor_.alertErrorMessage()) {
         showOverlay(std::make_unique<AlertView>(juceText(*message), [this] { editor_.dismissAlert(); }));
     } else {
@@ -245,6 +250,9 @@ void QuilloView::importFile(const std::filesystem::path& file) {
 }
 
 void QuilloView::browse(PresetBrowser::Mode mode, PresetBrowserView::OnChosen onChosen) {
+    if (showsAlert(*this)) {
+        return;
+    }
     showOverlay(std::make_unique<PresetBrowserView>(
         PresetBrowser(mode, presetFolders()),
         [this, onChosen = std::move(onChosen)](const std::filesystem::path& file, Existing existing) {
@@ -336,12 +344,14 @@ void QuilloView::fileDragExit(const juce::StringArray& /*files*/) {
 
 void QuilloView::filesDropped(const juce::StringArray& files, int /*x*/, int /*y*/) {
     dropHint_.setVisible(false);
+    if (!showsAlert(*this)) {
+        closeOverlay();
+    }
     const auto paths = pathsOf(files);
     if (const auto drop = effectOfDropping(paths); !drop.works) {
         editor_.alert(drop.words);
         return;
     }
-    closeOverlay();
     importFile(paths.front());
 }
 

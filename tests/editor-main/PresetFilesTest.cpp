@@ -146,6 +146,68 @@ TEST_F(PresetFiles, AlertsAreShownOneAfterTheOther) {
     EXPECT_EQ(stage.view().overlay(), nullptr);
 }
 
+TEST_F(PresetFiles, AMenuOrTheBrowserDoesNotTakeThePlaceOfAnAlert) {
+    const auto tooLong = [this] {
+        stage.beginTyping(field(stage.card(0).output(), "Delay (ms)"), "9223372036854775807");
+    };
+    const auto expectTheAlertAndDismissIt = [this] {
+        ASSERT_NE(alert(), nullptr);
+        click(alert()->okButton());
+        EXPECT_EQ(stage.view().overlay(), nullptr);
+        EXPECT_EQ(stage.editor().alertErrorMessage(), std::nullopt);
+    };
+    for (auto* button : {&stage.view().header().importButton(), &stage.view().header().exportButton()}) {
+        tooLong();
+        click(*button);
+        expectTheAlertAndDismissIt();
+    }
+    tooLong();
+    EditorStage::openMenu(field(stage.card(0).output(), "Note"));
+    expectTheAlertAndDismissIt();
+    tooLong();
+    EditorStage::openMenu(field(stage.card(0).output(), "Type"));
+    expectTheAlertAndDismissIt();
+}
+
+TEST_F(PresetFiles, AnAlertLetsTheBrowserStayAndIsShownOnceThatIsClosed) {
+    openExport("my name");
+    stage.editor().alert("Something went wrong.");
+    EXPECT_EQ(alert(), nullptr);
+    EXPECT_EQ(browser().nameField().getText(), "my name");
+    press(juce::KeyPress::escapeKey);
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->message(), "Something went wrong.");
+    EXPECT_TRUE(alert()->hasKeyboardFocus(true));
+}
+
+TEST_F(PresetFiles, AnAlertLetsAMenuStayAndIsShownOnceARowIsPicked) {
+    EditorStage::openMenu(field(stage.card(0).output(), "Type"));
+    stage.editor().alert("Something went wrong.");
+    stage.pickInMenu("CC");
+    EXPECT_EQ(stage.entry(0).output.type, OutputEntryType::ControlChange);
+    EXPECT_NE(alert(), nullptr);
+}
+
+TEST_F(PresetFiles, AnAlertThatIsTakenBackWhileItWaitsIsNotShown) {
+    EditorStage::openMenu(field(stage.card(0).output(), "Type"));
+    stage.editor().alert("Something went wrong.");
+    stage.editor().dismissAlert();
+    EXPECT_NO_THROW(static_cast<void>(stage.menu()));
+    press(juce::KeyPress::escapeKey);
+    EXPECT_EQ(stage.view().overlay(), nullptr);
+}
+
+TEST_F(PresetFiles, AFileDroppedOnAnAlertLeavesItOpen) {
+    stage.editor().alert("First.");
+    drop("new.json");
+    EXPECT_EQ(stage.names(), Names{"new"});
+    ASSERT_NE(alert(), nullptr);
+    click(alert()->okButton());
+    stage.editor().alert("Second.");
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->message(), "Second.");
+}
+
 TEST_F(PresetFiles, AnEditorThatOpensLaterShowsTheAlertThatWaits) {
     const auto model = std::make_shared<QuilloModel>();
     model->alert("The saved rules cannot be restored.");

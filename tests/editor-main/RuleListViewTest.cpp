@@ -110,6 +110,16 @@ TEST_F(RuleListView, AMenuThatIsLeftAddsNothing) {
     EXPECT_TRUE(stage->installed().empty());
 }
 
+TEST_F(RuleListView, ARuleThatIsNotTakenScrollsNothing) {
+    open({"Message #9223372036854775807", "b", "c", "d", "e", "f", "g", "h", "i"});
+    stage->view().list().setScrollPosition(100'000);
+    click(findBelow<NewRuleSelector>(stage->view())->button());
+    stage->view().list().scrollTo(stage->id(0));
+    stage->pickInMenu("CC");
+    EXPECT_EQ(stage->names().size(), 9U);
+    EXPECT_NE(stage->view().card(stage->id(0)), nullptr);
+}
+
 TEST_F(RuleListView, ANewRuleIsScrolledIntoSight) {
     open({"a", "b", "c", "d"}, {500, 250});
     stage->view().list().setScrollPosition(100'000);
@@ -224,6 +234,12 @@ TEST_F(RuleListView, ButtonsUndoAndRedoAndSayWhat) {
     EXPECT_EQ(header.redoButton().getTooltip(), "Redo: Duplicate a");
     click(header.redoButton());
     expectNames({"a", "a"});
+}
+
+TEST_F(RuleListView, WhatCannotBeSeenInANameIsEscapedWhereItCanBeUndone) {
+    open({"a\n\u202E"});
+    click(stage->card(0).buttons().deleteButton());
+    EXPECT_EQ(stage->view().header().undoButton().getTooltip(), "Undo: Delete a\\n\\u202e");
 }
 
 TEST_F(RuleListView, AStateRestoredByTheHostReplacesTheCards) {

@@ -34,6 +34,22 @@ TEST(OverlayHost, ShowsOneAtATime) {
     EXPECT_NE(window.overlay(), nullptr);
 }
 
+TEST(OverlayHost, TellsThatNoneIsOpenAnyMore) {
+    OffscreenWindow window(300, 200);
+    int times = 0;
+    window.onOverlayClosed = [&] {
+        EXPECT_EQ(window.overlay(), nullptr);
+        ++times;
+    };
+    window.closeOverlay();
+    window.showOverlay(focusableView());
+    window.showOverlay(focusableView());
+    EXPECT_EQ(times, 0);
+    window.closeOverlay();
+    EXPECT_EQ(times, 1);
+    window.onOverlayClosed = nullptr;
+}
+
 TEST(OverlayHost, GivesTheFocusBack) {
     OffscreenWindow window(300, 200);
     const auto field = focusableView();
