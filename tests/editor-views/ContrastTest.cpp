@@ -1,15 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <utility>
+#include <vector>
 
 #include "editor/EditorLookAndFeel.hpp"
 #include "editor/MyDragAndDropForEachDragHandle.hpp"
 #include "editor/MyPicker.hpp"
 #include "editor/MyTextButton.hpp"
+#include "editor/PresetBrowserView.hpp"
 #include "editor/Style.hpp"
 #include "support/OffscreenWindow.hpp"
 #include "support/Pictures.hpp"
+#include "support/TemporaryFolder.hpp"
 
 namespace quillo {
 namespace {
@@ -119,10 +124,43 @@ TEST(Contrast, TheFocusIsSeenAroundAButtonAGripAndAField) {
     EXPECT_GE(pixelsOfTheFocus(picker), 2 * (80 + 24 - 16));
 }
 
-TEST(Contrast, NamesDatesAndPromptsOfTheBrowserCanBeRead) {
-    const Palette palette;
-    EXPECT_GE(contrast(palette.secondaryText, style::lifted(palette.background, style::boxLift)), readable);
-    EXPECT_GE(contrast(palette.background, palette.delayInput), readable);
+/// The strongest contrast of what is drawn in this part of a view, with what lies under most of it.
+double contrastDrawn(juce::Component& view, juce::Rectangle<int> area) {
+    constexpr int scale = 3;
+    const auto image = picture(view, scale);
+    const auto ground = rgb(image.getPixelAt(area.getRight() * scale - 2, area.getY() * scale + 2));
+    double strongest = 1;
+    for (int y = area.getY() * scale; y < area.getBottom() * scale; ++y) {
+        for (int x = area.getX() * scale; x < area.getRight() * scale; ++x) {
+            strongest = std::max(strongest, contrast(rgb(image.getPixelAt(x, y)), ground));
+        }
+    }
+    return strongest;
+}
+
+TEST(Contrast, NamesDatesFolderAndPromptOfTheBrowserCanBeRead) {
+    const TemporaryFolder folder;
+    for (const auto* name : {"one.json", "two.json"}) {
+        writeWholeFile(folder / name, std::vector<std::uint8_t>{'{', '}'}, Existing::keep);
+    }
+    OffscreenWindow window(500, 250);
+    PresetBrowserView view(PresetBrowser(PresetBrowser::Mode::open, {.home = folder.path()}), {}, {});
+    window.show(view, {0, 0, 500, 250});
+    view.list().selectRow(0);
+    const auto list = view.list().getBounds();
+    const auto row = [&](int number) {
+        return list.withHeight(style::menuRowHeight)
+            .translated(0, number * style::menuRowHeight)
+            .reduced(4, 2);
+    };
+    for (const auto number : {0, 1}) {
+        EXPECT_GE(contrastDrawn(view, row(number).removeFromLeft(120).withTrimmedLeft(30)), readable)
+            << number;
+        EXPECT_GE(contrastDrawn(view, row(number).removeFromRight(110)), readable) << number;
+    }
+    const auto above = view.leaveButton().getBounds();
+    EXPECT_GE(contrastDrawn(view, above.withX(above.getRight() + 4).withWidth(120)), readable) << "folder";
+    EXPECT_GE(contrastDrawn(view, view.nameField().getBounds().reduced(40, 3)), readable) << "prompt";
 }
 
 }  // namespace
