@@ -55,8 +55,8 @@ public:
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    /// A file that replaces another gets the other's owner and group, as far as the process may give them away,
-    /// and its mode, before it holds anything; a new one keeps the process's defaults.
+    /// A file that replaces another gets the other's owner and group, as far as the process may give them
+    /// away, and its mode, before it holds anything; a new one keeps the process's defaults.
     void takeOwnerAndModeOfTarget() {
         constexpr mode_t modeBits = 07777;
         struct stat replaced{};

@@ -16,8 +16,8 @@ public:
     using std::runtime_error::runtime_error;
     FileError(const std::filesystem::path& path, const std::string& reason);
 
-    /// The rest of a sentence that begins with the file: `cannot be read: it is larger than 64 MiB`. Empty where
-    /// the file and the reason were not given apart.
+    /// The rest of a sentence that begins with the file: `cannot be read: it is larger than 64 MiB`. Empty
+    /// where the file and the reason were not given apart.
     [[nodiscard]] const std::string& reason() const { return reason_; }
 
 private:
@@ -36,21 +36,21 @@ enum class Existing { keep, replace };
 /// As many bytes as are read of a file unless its reader says otherwise: far more than any preset has.
 inline constexpr std::uint64_t usualSizeLimit = 64UL * 1024 * 1024;
 
-/// The whole file, which may be a pipe or a device as well: then this waits for whoever writes, until the end.
-/// Throws `FileError`, and `FileTooLarge` as soon as there are more than `most` bytes.
+/// The whole file, which may be a pipe or a device as well: then this waits for the writer, until the
+/// end. Throws `FileError`, and `FileTooLarge` as soon as there are more than `most` bytes.
 [[nodiscard]] std::vector<std::uint8_t> readWholeFile(const std::filesystem::path& path,
                                                       std::uint64_t most = usualSizeLimit);
 
-/// The same of a regular file only. Never waits: whatever else stands at `path` is a `FileError`. For a program
-/// with a window, or inside a host.
+/// The same of a regular file only. Never waits: whatever else stands at `path` is a `FileError`. For a
+/// program with a window, or inside a host.
 [[nodiscard]] std::vector<std::uint8_t> readRegularFile(const std::filesystem::path& path,
                                                         std::uint64_t most = usualSizeLimit);
 
 /// Writes the file whole or not at all: whoever looks finds what was there before or all of `bytes`, and a
 /// failure leaves no trace. What is written outlasts a loss of power. A link is followed and stays a link; a
-/// file that is replaced keeps its mode and, where the process may give them away, its owner and group. Throws
-/// `FileError`, also when the file is there and shall be kept, and when `path` names something other than a
-/// regular file or leads nowhere.
+/// file that is replaced keeps its mode and, where the process may give them away, its owner and group.
+/// Throws `FileError`, also when the file is there and shall be kept, and when `path` names something other
+/// than a regular file or leads nowhere.
 void writeWholeFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
                     Existing existing);
 

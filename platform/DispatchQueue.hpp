@@ -14,16 +14,16 @@ namespace quillo {
 
 /// A concurrent queue whose blocks run on the caller's thread before the call returns.
 ///
-/// `sync` blocks run side by side, and so does what the render thread does while it has entered; a `barrierSync`
-/// block runs alone. Made for a render thread that enters all the time and for rare barriers: entering costs no
-/// locked instruction where the system allows that (see `ReaderGate`), unless a barrier is at work; then the
-/// render thread waits for it and lends it its priority.
+/// `sync` blocks run side by side, and so does what the render thread does while it has entered; a
+/// `barrierSync` block runs alone. Made for a render thread that enters all the time and for rare barriers:
+/// entering costs no locked instruction where the system allows that (see `ReaderGate`), unless a barrier is
+/// at work; then the render thread waits for it and lends it its priority.
 ///
-/// Other readers never keep the render thread waiting, however seldom they run: a barrier waits for them first, and
-/// only then shuts out the render thread.
+/// Other readers never keep the render thread waiting, however seldom they run: a barrier waits for them
+/// first, and only then shuts out the render thread.
 ///
-/// Keep blocks short, and never enter a queue from inside one of its own blocks: a barrier that waits for the outer
-/// one keeps the inner one waiting for ever.
+/// Keep blocks short, and never enter a queue from inside one of its own blocks: a barrier that waits for the
+/// outer one keeps the inner one waiting for ever.
 class DispatchQueue {
 public:
     explicit DispatchQueue(std::string label) : label_(std::move(label)) {}
@@ -77,7 +77,7 @@ private:
 
     std::string label_;
     std::shared_mutex readers_;
-    PriorityInheritanceMutex barrierMutex_;  ///< of whoever shuts out the render thread
+    PriorityInheritanceMutex barrierMutex_;  ///< of a thread that shuts out the render thread
     ReaderGate gate_;                        ///< of the render thread
 };
 

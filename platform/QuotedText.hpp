@@ -10,7 +10,8 @@ namespace quillo {
 /// How names, paths and every other text from outside are written to a terminal or a log. What would act on a
 /// terminal, break the line or turn its direction is escaped, as in JSON: control characters of both kinds,
 /// bidirectional overrides and isolates, line and paragraph separators. A byte that is not UTF-8 stands as
-/// `\xff`. Any other text stays as it is, and so does what this has escaped already: escaping twice does no harm.
+/// `\xff`. Any other text stays as it is, and so does what this has escaped already: escaping twice does no
+/// harm.
 ///
 ///     escaped("a\x1b[2Jb")    a\u001b[2Jb
 [[nodiscard]] std::string escaped(std::string_view text);
@@ -18,7 +19,8 @@ namespace quillo {
 /// The same for a text of several lines, whose ends stay.
 [[nodiscard]] std::string escapedLines(std::string_view text);
 
-/// The same as `escaped` in quotes: a quote and a backslash in the text are escaped, too, so that it can be read back.
+/// The same as `escaped` in quotes: a quote and a backslash in the text are escaped, too, so that it can be
+/// read back.
 ///
 ///     inQuotes("say \"hi\"")    "say \"hi\""
 [[nodiscard]] std::string inQuotes(std::string_view text);

@@ -17,10 +17,10 @@ namespace {
 
 using Word = std::atomic<std::uint32_t>;
 
-/// A gate may be closed by the code of one shared object and left by that of another, a plug-in's and its editor's.
-/// libstdc++ counts its waiters in a table of which each shared object can have a copy of its own, and wakes
-/// nobody whom its own copy does not count: so the system is asked itself. Elsewhere the table is in the C++
-/// library, of which a process has one.
+/// A gate may be closed by the code of one shared object and left by that of another, a plug-in's and its
+/// editor's. libstdc++ counts its waiters in a table of which each shared object can have a copy of its own,
+/// and wakes nobody whom its own copy does not count: so the system is asked itself. Elsewhere the table is
+/// in the C++ library, of which a process has one.
 #ifdef __linux__
 void waitWhile(const Word& word, std::uint32_t value) {
     ::syscall(SYS_futex, &word, FUTEX_WAIT_PRIVATE, value, nullptr, nullptr, 0);
@@ -44,8 +44,8 @@ bool canFenceOthers() {
 #endif
 }
 
-/// A child that was forked off may have to register again. A host that has since forbidden the call, in a sandbox,
-/// leaves only time: a processor holds back what it writes for well under a microsecond.
+/// A child that was forked off may have to register again. A host that has since forbidden the call, in a
+/// sandbox, leaves only time: a processor holds back what it writes for well under a microsecond.
 void fenceOthers() {
     constexpr std::chrono::microseconds longEnough(100);
     if (membarrier(MEMBARRIER_CMD_PRIVATE_EXPEDITED) ||

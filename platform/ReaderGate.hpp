@@ -8,19 +8,19 @@
 
 namespace quillo {
 
-/// A gate that one thread passes all the time and others close now and then, waiting until it has left. Passing
-/// never waits, and where the system can fence off other threads (Linux) the closer pays for both: then it
-/// costs no locked instruction.
+/// A gate that one thread passes all the time and others close now and then, waiting until it has left.
+/// Passing never waits, and where the system can fence off other threads (Linux) the closer pays for both:
+/// then it costs no locked instruction.
 ///
-/// Memory order: what the closer wrote before `open()` is seen by the reader that enters after it; what the reader
-/// did inside is seen by the closer once `close()` returns.
+/// Memory order: what the closer wrote before `open()` is seen by the reader that enters after it; what the
+/// reader did inside is seen by the closer once `close()` returns.
 class ReaderGate {
 public:
     ReaderGate();
 
     /// [one thread at a time] Enters unless the gate is closed. After `true`, `leave()` must follow. Entries
-    /// can be nested. But a thread that is refused while inside must leave: the closer waits for it, and until then
-    /// refuses it.
+    /// can be nested. But a thread that is refused while inside must leave: the closer waits for it, and
+    /// until then refuses it.
     [[nodiscard]] bool tryEnter() QUILLO_REALTIME {
         setInside(inside_.load(std::memory_order_relaxed) + 1);
         if (!closed_.load()) {
@@ -46,8 +46,8 @@ public:
     void open();
 
 private:
-    /// The reader writes `inside_` and then reads `closed_`, the closer the other way round: one of them sees the
-    /// other when neither processor puts the reading first.
+    /// The reader writes `inside_` and then reads `closed_`, the closer the other way round: one of them sees
+    /// the other when neither processor puts the reading first.
     void setInside(std::uint32_t inside) QUILLO_REALTIME {
         if (closerFences_) {
             inside_.store(inside, std::memory_order_release);

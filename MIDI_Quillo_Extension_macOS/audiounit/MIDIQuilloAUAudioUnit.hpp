@@ -22,12 +22,13 @@ inline constexpr AudioComponentDescription midiQuilloComponent{0x61756D69, 0x517
 /// The key of the state document among what the host saves: its value is the document's bytes.
 inline constexpr const char* stateKey = "midi-quillo-state";
 
-/// The plug-in object that a host talks to: a MIDI processor with one audio bus each way that it never touches,
-/// one MIDI output named "MIDIQuillo" and no parameters. It shows the processor every incoming event and the
-/// host's transport changes, hands the processor's messages to the host, and saves and restores the rules.
+/// The plug-in object that a host talks to: a MIDI processor with one audio bus each way that it never
+/// touches, one MIDI output named "MIDIQuillo" and no parameters. It shows the processor every incoming event
+/// and the host's transport changes, hands the processor's messages to the host, and saves and restores the
+/// rules.
 ///
-/// Threads: [main], except the render block [render] and the state [any]. The bodies of what the render thread
-/// runs stand in MIDIQuilloAUAudioUnitRender.cpp.
+/// Threads: [main], except the render block [render] and the state [any]. The bodies of what the render
+/// thread runs stand in MIDIQuilloAUAudioUnitRender.cpp.
 class MIDIQuilloAUAudioUnit final : public AUAudioUnit,
                                     public std::enable_shared_from_this<MIDIQuilloAUAudioUnit> {
 public:
@@ -42,28 +43,28 @@ public:
     /// One name: "MIDIQuillo".
     [[nodiscard]] std::vector<std::string> MIDIOutputNames() const override;
 
-    /// Fails with `kAudioUnitErr_FailedInitialization` when the busses differ in channels. Then hands the output
-    /// bus's sample rate, truncated, to the processor, for rules that are installed from now on; a rate that
-    /// does not fit an unsigned 64-bit integer is a fatal error.
+    /// Fails with `kAudioUnitErr_FailedInitialization` when the busses differ in channels. Then hands the
+    /// output bus's sample rate, truncated, to the processor, for rules that are installed from now on; a
+    /// rate that does not fit an unsigned 64-bit integer is a fatal error.
     [[nodiscard]] std::optional<NSError> allocateRenderResources() override;
 
-    /// Holds the unit weakly: it may outlive it, and then returns `noErr`. During a cycle the unit stays, whoever lets
-    /// go of it; it goes with the cycle when nobody else holds it. One cycle, in this order: on-load rules, messages sent by
-    /// hand, delayed messages, a change of the transport, the MIDI events in list order. Other events, system
-    /// exclusive among them, are not seen. A time that does not fit 64 bits is a fatal error, left in the
-    /// processor's `fatalErrors`.
+    /// Holds the unit weakly: it may outlive it, and then returns `noErr`. During a cycle the unit stays even
+    /// if its last owner lets go of it; it goes with the cycle when nobody else holds it. One cycle, in this
+    /// order: on-load rules, messages sent by hand, delayed messages, a change of the transport, the MIDI
+    /// events in list order. Other events, system exclusive among them, are not seen. A time that does not
+    /// fit 64 bits is a fatal error, left in the processor's `fatalErrors`.
     [[nodiscard]] AUInternalRenderBlock internalRenderBlock() override;
 
-    /// [render] Cycles may have been left out, and changes of the transport with them: as it is in the next cycle, it
-    /// has been.
+    /// [render] Cycles may have been left out, and changes of the transport with them: as it is in the next
+    /// cycle, it has been.
     void forgetTransport() QUILLO_REALTIME { previousTransportState_.reset(); }
 
     /// The base's state with the rules as a state document under `stateKey`.
     [[nodiscard]] std::optional<StateDictionary> fullState() const override;
 
-    /// Installs the rules of the state; a document that cannot be read leaves no rules at all. A state without
-    /// `stateKey`, or with something else than data under it, is a fatal error, as are rules that cannot be
-    /// compiled; nothing changes then.
+    /// Installs the rules of the state; a document that cannot be read leaves no rules at all. A state
+    /// without `stateKey`, or with something else than data under it, is a fatal error, as are rules that
+    /// cannot be compiled; nothing changes then.
     void setFullState(const std::optional<StateDictionary>& state) override;
 
     /// Sizes of at least 200 × 200 points, and 0 × 0.

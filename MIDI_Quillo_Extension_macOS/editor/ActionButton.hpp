@@ -14,8 +14,8 @@ namespace quillo {
 /// keyboard stays where it was; but what is being typed into a field is taken first, and the field let go. A
 /// key for a button that is scrolled out of sight brings it into sight and does no more.
 ///
-/// The later clicks of a double click act only where the first one fell: after *Delete* the button of the next
-/// card lies under the pointer, and is not meant. [main] only.
+/// The later clicks of a double click act only where the first one fell: after *Delete* the button of the
+/// next card lies under the pointer, and is not meant. [main] only.
 class ActionButton : public juce::Button, public PreferredSize {
 public:
     /// `title` is what the button is called for those who do not see it.

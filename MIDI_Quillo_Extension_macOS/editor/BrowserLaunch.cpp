@@ -16,7 +16,8 @@ namespace {
 
 constexpr int answerNumber = 3;
 
-/// The shell ends at once and leaves its work to a process of nobody's. No opener holds the answer's end open.
+/// The shell ends at once and leaves its work to a process of nobody's. No opener holds the answer's end
+/// open.
 constexpr const char* script = R"(
 {
     exec </dev/null >/dev/null 2>&1

@@ -7,9 +7,9 @@
 
 namespace quillo {
 
-/// Opens a page in the user's browser, by what the desktop has for that: xdg-open, or x-www-browser. The browser
-/// is no child of this process, which may be a host: nothing of it is left to be waited for, and it outlives the
-/// editor. On Linux only.
+/// Opens a page in the user's browser, by what the desktop has for that: xdg-open, or x-www-browser. The
+/// browser is no child of this process, which may be a host: nothing of it is left to be waited for, and it
+/// outlives the editor. On Linux only.
 ///
 /// How it went is known later, as an opener may wait for its browser:
 ///

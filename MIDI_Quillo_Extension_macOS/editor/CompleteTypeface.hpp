@@ -8,8 +8,8 @@
 namespace quillo {
 
 /// A typeface with every letter that the machine has: those that it lacks come from the typefaces that
-/// fontconfig offers in its place, in the user's language and drawn at the same size. JUCE itself would draw a box
-/// for them. A font that is made of it has it in all that JUCE draws: lines, text fields, tooltips.
+/// fontconfig offers in its place, in the user's language and drawn at the same size. JUCE itself would draw
+/// a box for them. A font that is made of it has it in all that JUCE draws: lines, text fields, tooltips.
 ///
 ///     const juce::Font font(new CompleteTypeface(juce::Font("Inter", "Regular", 12)));
 ///

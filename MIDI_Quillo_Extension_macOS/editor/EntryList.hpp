@@ -13,13 +13,13 @@ namespace quillo {
 /// What the entries of the logs are drawn with.
 [[nodiscard]] juce::Font entryFont();
 
-/// All kept entries of one log, the oldest at the top, a row each. Only the rows in sight are drawn. While the
-/// newest is in sight, it stays in sight.
+/// All kept entries of one log, the oldest at the top, a row each. Only the rows in sight are drawn. While
+/// the newest is in sight, it stays in sight.
 ///
 /// For those who scroll up to read, or select rows, the list is held: its rows stay as they are while the log
-/// goes on. End, or scrolling down to the end with nothing selected, shows the newest again, and so does Escape
-/// where rows are selected; an emptied log is shown at once. Ctrl+C copies the selected rows, all without a
-/// selection. [main] only.
+/// goes on. End, or scrolling down to the end with nothing selected, shows the newest again, and so does
+/// Escape where rows are selected; an emptied log is shown at once. Ctrl+C copies the selected rows, all
+/// without a selection. [main] only.
 class EntryList final : public juce::Component, private juce::ListBoxModel, private juce::KeyListener {
 public:
     using Log = std::function<const QuilloModel::Log&()>;

@@ -7,9 +7,10 @@
 
 namespace quillo {
 
-/// Where the presets that come with a program or plug-in may stand that was loaded from `binary`, the likeliest place
-/// first: beside the binary and beside the bundle that holds it, as in the tree that it was built in; in the tree
-/// that it was installed in, around the `bin` or `lib` that it lies in; and in the data folders.
+/// Where the presets that come with a program or plug-in may stand that was loaded from `binary`, the
+/// likeliest place first: beside the binary and beside the bundle that holds it, as in the tree that it was
+/// built in; in the tree that it was installed in, around the `bin` or `lib` that it lies in; and in the data
+/// folders.
 [[nodiscard]] std::vector<std::filesystem::path> examplePlaces(
     const std::filesystem::path& binary, const std::vector<std::filesystem::path>& dataFolders);
 

@@ -7,9 +7,9 @@
 
 namespace quillo {
 
-/// Lies over the list of rules while files are dragged over the editor, and says what dropping them does: in a
-/// frame in colour where they can be dropped, in a grey one where they cannot. Clicks and drags pass through it.
-/// [main] only.
+/// Lies over the list of rules while files are dragged over the editor, and says what dropping them does: in
+/// a frame in colour where they can be dropped, in a grey one where they cannot. Clicks and drags pass
+/// through it. [main] only.
 class FileDropHint final : public juce::Component {
 public:
     FileDropHint();

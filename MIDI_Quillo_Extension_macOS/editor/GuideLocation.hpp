@@ -8,14 +8,14 @@
 
 namespace quillo {
 
-/// The folders of data of this user and of the system, the user's first, from the environment's values (null when
-/// not set) as free desktops agree upon, and at last where the build was configured to install.
+/// The folders of data of this user and of the system, the user's first, from the environment's values (null
+/// when not set) as free desktops agree upon, and at last where the build was configured to install.
 [[nodiscard]] std::vector<std::filesystem::path> dataFolders(const char* xdgDataHome, const char* home,
                                                              const char* xdgDataDirs);
 
 /// Where the guide's page may stand, the likeliest place first, for a program or plug-in that was loaded from
-/// `binary`: beside it, where it was built or unpacked, and in the data folders. Nowhere else: a page in a folder
-/// above may be anybody's.
+/// `binary`: beside it, where it was built or unpacked, and in the data folders. Nowhere else: a page in a
+/// folder above may be anybody's.
 [[nodiscard]] std::vector<std::filesystem::path> guidePlaces(
     const std::filesystem::path& binary, const std::vector<std::filesystem::path>& dataFolders);
 

@@ -12,8 +12,8 @@
 
 namespace quillo {
 
-/// Opens the guide in the user's browser, or the makers' page where no guide is installed. What keeps it from that
-/// is handed to `onProblem`, as a sentence for the user, at once or some moments later. [main]
+/// Opens the guide in the user's browser, or the makers' page where no guide is installed. What keeps it from
+/// that is handed to `onProblem`, as a sentence for the user, at once or some moments later. [main]
 class GuideOpener : private juce::Timer {
 public:
     using OnProblem = std::function<void(const std::string& problem)>;

@@ -279,8 +279,8 @@ void InOutLogger::advance(double seconds) {
     onHeight_();
 }
 
-/// The opened form is the one that is seen until it is wholly collapsed. The keyboard goes where it was: to the
-/// arrow.
+/// The opened form is the one that is seen until it is wholly collapsed. The keyboard goes where it was: to
+/// the arrow.
 void InOutLogger::showForm() {
     const bool hasKeyboard = hasKeyboardFocus(true);
     const bool opened = !collapsed_ || openness_ > 0;

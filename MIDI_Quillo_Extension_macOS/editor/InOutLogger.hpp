@@ -14,9 +14,9 @@
 
 namespace quillo {
 
-/// The collapsed form of the logs: the newest entry of each, in one line; without its time where there is little
-/// width. An entry that is too long for its half ends with an ellipsis. One that is not shown whole is its
-/// half's tooltip. [main] only.
+/// The collapsed form of the logs: the newest entry of each, in one line; without its time where there is
+/// little width. An entry that is too long for its half ends with an ellipsis. One that is not shown whole is
+/// its half's tooltip. [main] only.
 class CollapesedLogger final : public juce::Component, public juce::TooltipClient {
 public:
     CollapesedLogger(const QuilloModel& model, std::function<void()> toggle);
@@ -41,8 +41,8 @@ private:
     MyIconButton arrow_;
 };
 
-/// The opened form: all kept entries of both logs, beside each other or, where there is little width, one above
-/// the other, and a button that empties them. [main] only.
+/// The opened form: all kept entries of both logs, beside each other or, where there is little width, one
+/// above the other, and a button that empties them. [main] only.
 class OpenedLogger final : public juce::Component {
 public:
     OpenedLogger(QuilloModel& model, std::function<void()> toggle);
@@ -72,9 +72,9 @@ private:
     EntryList out_;
 };
 
-/// Both logs at the bottom of the editor, collapsed at first. They open and collapse in a short movement. Opened
-/// they take a share of the editor's height, which is changed by dragging their upper edge, or by Up and Down
-/// while that has the keyboard focus. [main] only.
+/// Both logs at the bottom of the editor, collapsed at first. They open and collapse in a short movement.
+/// Opened they take a share of the editor's height, which is changed by dragging their upper edge, or by Up
+/// and Down while that has the keyboard focus. [main] only.
 class InOutLogger final : public juce::Component, private juce::Timer {
 public:
     /// How long opening and collapsing take, in seconds.

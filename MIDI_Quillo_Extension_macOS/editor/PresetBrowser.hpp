@@ -11,12 +11,12 @@
 
 namespace quillo {
 
-/// What a preset is saved as under a typed name: ".json" is added to every name that does not end so already, in
-/// large or small letters.
+/// What a preset is saved as under a typed name: ".json" is added to every name that does not end so already,
+/// in large or small letters.
 [[nodiscard]] std::string presetFileName(std::string name);
 
-/// The folder that a preset was last read from or written to since the process began; empty before. Every editor
-/// of the process knows the same. [main] only.
+/// The folder that a preset was last read from or written to since the process began; empty before. Every
+/// editor of the process knows the same. [main] only.
 [[nodiscard]] std::filesystem::path& lastPresetFolder();
 
 /// A folder, or a preset file, in the list of the browser.
@@ -36,14 +36,14 @@ struct PresetFolders {
     std::optional<std::filesystem::path> examples{};  ///< the presets that come with the program
 };
 
-/// Decides everything about choosing a preset file; the view around it draws and passes on keys and clicks. It
-/// shows one folder: its folders first, then its files whose names end in ".json", each in alphabetical order
-/// without regard to large and small letters; hidden ones are left out.
+/// Decides everything about choosing a preset file; the view around it draws and passes on keys and clicks.
+/// It shows one folder: its folders first, then its files whose names end in ".json", each in alphabetical
+/// order without regard to large and small letters; hidden ones are left out.
 ///
-/// To open a file, the user picks an entry, or types: a part of a name, which leaves the entries that hold it and
-/// picks the one that has this name as a whole, else the first file, or a path, absolute, from the shown folder, or
-/// from home behind "~". What is picked is what is opened. To save one, the user types a name or such a path.
-/// [main] only.
+/// To open a file, the user picks an entry, or types: a part of a name, which leaves the entries that hold it
+/// and picks the one that has this name as a whole, else the first file, or a path, absolute, from the shown
+/// folder, or from home behind "~". What is picked is what is opened. To save one, the user types a name or
+/// such a path. [main] only.
 ///
 ///     PresetBrowser browser(PresetBrowser::Mode::open, {.home = "/home/me"});
 ///     browser.type("echo");
@@ -83,12 +83,12 @@ public:
     void step(int rows);
     /// Shows another folder. One that cannot be read is named by the message, and nothing changes.
     void enter(const std::filesystem::path& folder);
-    /// Shows the folder around this one. To open a file, this one is picked there; to save one, confirming saves
-    /// there.
+    /// Shows the folder around this one. To open a file, this one is picked there; to save one, confirming
+    /// saves there.
     void leave();
 
-    /// The file that the user has chosen. Nothing when there is none yet: the message then says why, or a folder
-    /// was entered. A file that would be replaced is not chosen; `asksToReplace` is true from then on.
+    /// The file that the user has chosen. Nothing when there is none yet: the message then says why, or a
+    /// folder was entered. A file that would be replaced is not chosen; `asksToReplace` is true from then on.
     [[nodiscard]] std::optional<std::filesystem::path> confirm();
     /// The file that is in the way: the user wants it to be replaced.
     [[nodiscard]] std::optional<std::filesystem::path> replace() const;

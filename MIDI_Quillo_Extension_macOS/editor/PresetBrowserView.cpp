@@ -400,7 +400,8 @@ void PresetBrowserView::paint(juce::Graphics& graphics) {
     }
 }
 
-/// The frame around the list, which is a ring while the list has the keyboard; and what the empty field is for.
+/// The frame around the list, which is a ring while the list has the keyboard; and what the empty field is
+/// for.
 void PresetBrowserView::paintOverChildren(juce::Graphics& graphics) {
     const auto palette = environment<PaletteKey>(*this);
     const bool focused = list_.hasKeyboardFocus(true);

@@ -16,11 +16,11 @@
 
 namespace quillo {
 
-/// Lets the user choose a preset file inside the editor's window, as `PresetBrowser` decides. The field for the
-/// name has the keyboard when it opens and whenever the folder has changed; the arrows pick entries from there as
-/// well as in the list, Return confirms, Alt+Up and, in the list, Backspace lead to the folder around, Tab goes
-/// round, Escape gives up. A file in the way is replaced by the button "Replace" alone, and not by a second
-/// Return. [main] only.
+/// Lets the user choose a preset file inside the editor's window, as `PresetBrowser` decides. The field for
+/// the name has the keyboard when it opens and whenever the folder has changed; the arrows pick entries from
+/// there as well as in the list, Return confirms, Alt+Up and, in the list, Backspace lead to the folder
+/// around, Tab goes round, Escape gives up. A file in the way is replaced by the button "Replace" alone, and
+/// not by a second Return. [main] only.
 class PresetBrowserView final : public juce::Component,
                                 public EnvironmentScope,
                                 private juce::ListBoxModel,

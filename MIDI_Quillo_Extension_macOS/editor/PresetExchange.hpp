@@ -35,19 +35,19 @@ public:
 /// The preset file of a list.
 [[nodiscard]] std::vector<std::uint8_t> exportPreset(const RuleList& rules);
 
-/// The list in a preset file of any form, each rule under a fresh identifier: all of it, or an `ImportError` for
-/// bytes that are no preset and for rules that the editor cannot hold.
+/// The list in a preset file of any form, each rule under a fresh identifier: all of it, or an `ImportError`
+/// for bytes that are no preset and for rules that the editor cannot hold.
 [[nodiscard]] RuleList importPreset(std::span<const std::uint8_t> bytes);
 
-/// Puts the rules of a preset in the place of the editor's, in a step that can be undone and bears the preset's
-/// name, and returns whether it did. `read` brings its bytes or throws a `FileError`. Whatever goes wrong, the
-/// editor's alert says it and its rules stay.
+/// Puts the rules of a preset in the place of the editor's, in a step that can be undone and bears the
+/// preset's name, and returns whether it did. `read` brings its bytes or throws a `FileError`. Whatever goes
+/// wrong, the editor's alert says it and its rules stay.
 bool importPreset(const std::string& name, const std::function<std::vector<std::uint8_t>()>& read,
                   RuleListEditor& editor);
 
 /// Hands the preset of the rules that run, shown or not, to `write`, which throws a `FileError` when it
-/// cannot keep it, and returns whether it did. Whatever goes wrong, the editor's alert says it; so it does when
-/// nobody knows the rules that run.
+/// cannot keep it, and returns whether it did. Whatever goes wrong, the editor's alert says it; so it does
+/// when nobody knows the rules that run.
 bool exportPreset(const std::function<void(std::span<const std::uint8_t> bytes)>& write,
                   RuleListEditor& editor);
 

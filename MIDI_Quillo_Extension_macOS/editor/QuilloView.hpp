@@ -33,12 +33,12 @@ struct FilePanels {
 
 /// The editor: a header, the list of rule cards with the way to add rules, and the logs. It observes the
 /// model, hands every change of the list to `onRulesChanged` as rules, and "Send" to `onInstantMessageClick`.
-/// Menus, the alert and the file browser open inside it; nothing opens over an alert, and an alert waits until
-/// the menu or the file browser that is open is closed. Ctrl+Z and Ctrl+Shift+Z or Ctrl+Y undo and redo, and
-/// scroll to the rule that they change. Tab enters while nothing in it has the keyboard focus, beside what had
-/// it last. A preset file dropped on it is imported; while it is dragged over the editor, a hint says so.
-/// The owner of the window hands it the keys that nothing in it has used, and drains the main queue. [main]
-/// only.
+/// Menus, the alert and the file browser open inside it; nothing opens over an alert, and an alert waits
+/// until the menu or the file browser that is open is closed. Ctrl+Z and Ctrl+Shift+Z or Ctrl+Y undo and
+/// redo, and scroll to the rule that they change. Tab enters while nothing in it has the keyboard focus,
+/// beside what had it last. A preset file dropped on it is imported; while it is dragged over the editor, a
+/// hint says so. The owner of the window hands it the keys that nothing in it has used, and drains the main
+/// queue. [main] only.
 class QuilloView final : public juce::Component,
                          public EnvironmentScope,
                          public OverlayHost,

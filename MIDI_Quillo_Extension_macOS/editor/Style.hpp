@@ -84,7 +84,8 @@ inline constexpr float disabledAlpha = 0.4F;
     return {mix(colour.r, other.r), mix(colour.g, other.g), mix(colour.b, other.b)};
 }
 
-/// What names a value: a little darker than the value itself. The secondary colours are too dark for small text.
+/// What names a value: a little darker than the value itself. The secondary colours are too dark for small
+/// text.
 [[nodiscard]] constexpr MyRGB caption(MyRGB primary, MyRGB secondary) {
     return mixed(secondary, primary, 80);
 }

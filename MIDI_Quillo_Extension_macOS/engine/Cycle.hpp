@@ -20,9 +20,9 @@ namespace quillo {
 class RuleProcessor;
 
 /// One render cycle, from its first sample time up to, and not including, its end. Making one enters the
-/// processor's queue, once and until the cycle goes, and sends what is due by itself: the on-load rules' outputs in
-/// the processor's first cycle, what was sent by hand, and the delayed outputs. Then it takes events, in order of
-/// time:
+/// processor's queue, once and until the cycle goes, and sends what is due by itself: the on-load rules'
+/// outputs in the processor's first cycle, what was sent by hand, and the delayed outputs. Then it takes
+/// events, in order of time:
 ///
 ///     Cycle cycle(processor, output, start, start + frames);
 ///     cycle.transport(start, HostTransportTriggerVariantsV2::Start);
@@ -31,7 +31,8 @@ class RuleProcessor;
 ///
 /// The first status other than `noErr` ends it: what comes after is ignored, and returns this status.
 ///
-/// [render], one cycle of a processor at a time, inside of which none of the processor's operations may be called.
+/// [render], one cycle of a processor at a time, inside of which none of the processor's operations may be
+/// called.
 class Cycle {
 public:
     Cycle(RuleProcessor& processor, OutputFunction output, SampleTime start, SampleTime end) QUILLO_REALTIME;
@@ -39,8 +40,8 @@ public:
     /// Fires the rules that wait for this change of the host's transport.
     OSStatus transport(SampleTime at, HostTransportTriggerVariantsV2 trigger) QUILLO_REALTIME;
 
-    /// Runs a message through the rules and forwards it, after their immediate outputs, unless one consumes it. Only
-    /// `length` bytes are forwarded, at most three; rules see what lies behind them too.
+    /// Runs a message through the rules and forwards it, after their immediate outputs, unless one consumes
+    /// it. Only `length` bytes are forwarded, at most three; rules see what lies behind them too.
     OSStatus midi(SampleTime at, const std::array<std::uint8_t, 3>& data, std::size_t length) QUILLO_REALTIME;
 
     /// The same with a message of at most three bytes; rules see zeros behind a shorter one.

@@ -16,8 +16,8 @@ struct DelayedMessage {
 
     bool operator==(const DelayedMessage&) const = default;
 
-    /// Reversed on purpose: the earliest is the greatest, as queues of the greatest first need it. The messages take
-    /// no part. `MyBinaryHeap` does not need it: it compares times alone.
+    /// Reversed on purpose: the earliest is the greatest, as queues of the greatest first need it. The
+    /// messages take no part. `MyBinaryHeap` does not need it: it compares times alone.
     friend std::weak_ordering operator<=>(const DelayedMessage& a, const DelayedMessage& b) QUILLO_REALTIME {
         return b.time <=> a.time;
     }

@@ -15,11 +15,11 @@
 
 namespace quillo {
 
-/// A binary heap of elements that have a `time`: no element is due before its parent, so the root is one that is
-/// due first. Elements of one time leave in the order in which they were pushed.
+/// A binary heap of elements that have a `time`: no element is due before its parent, so the root is one that
+/// is due first. Elements of one time leave in the order in which they were pushed.
 ///
-/// What is sifted are light nodes; the elements lie still in a pool of slots. All storage is made and written once,
-/// at construction: neither pushing nor popping allocates, or is the first to touch a page of memory.
+/// What is sifted are light nodes; the elements lie still in a pool of slots. All storage is made and written
+/// once, at construction: neither pushing nor popping allocates, or is the first to touch a page of memory.
 ///
 /// No locking of its own.
 template <class Element>
@@ -43,8 +43,8 @@ public:
         }
     }
 
-    /// Inserts an element. When all slots are in use it takes the root's place: the element that is due first is
-    /// lost. A heap without slots takes nothing.
+    /// Inserts an element. When all slots are in use it takes the root's place: the element that is due first
+    /// is lost. A heap without slots takes nothing.
     void push(Element added) QUILLO_REALTIME {
         if (size_ < capacity_) {
             const auto slot = size_ < slotsUsed_ ? nodes_[size_].slot() : slotsUsed_++;
@@ -94,7 +94,8 @@ private:
         }
     };
 
-    /// Room for an element that is made when it is pushed; written before, for the system to provide its memory.
+    /// Room for an element that is made when it is pushed; written before, for the system to provide its
+    /// memory.
     union Slot {
         Slot() : empty{} {}
         ~Slot() {}
@@ -123,8 +124,8 @@ private:
         nodes_[hole] = moved;
     }
 
-    /// Moves the hole from the root down to a leaf, and up from there: what comes in its place was a leaf itself
-    /// and seldom belongs much higher.
+    /// Moves the hole from the root down to a leaf, and up from there: what comes in its place was a leaf
+    /// itself and seldom belongs much higher.
     void siftDown(Node moved) QUILLO_REALTIME {
         std::size_t hole = 0;
         for (auto child = earlierChild(hole); child < size_; child = earlierChild(hole)) {

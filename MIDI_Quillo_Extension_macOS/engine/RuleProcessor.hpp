@@ -24,10 +24,10 @@ namespace quillo {
 
 /// The engine: tries every event against the rules, in order, and emits what they send at exact sample times.
 ///
-/// The editor and the host's state calls install rules; the render thread runs whole cycles (see `Cycle`), or the
-/// five steps of one, in the order in which they stand below, and gives up the cycle at the first status other
-/// than `noErr`. A cycle covers the sample times from `start` up to, and not including, `end`. All messages leave
-/// through the caller's output function, on cable 0.
+/// The editor and the host's state calls install rules; the render thread runs whole cycles (see `Cycle`), or
+/// the five steps of one, in the order in which they stand below, and gives up the cycle at the first status
+/// other than `noErr`. A cycle covers the sample times from `start` up to, and not including, `end`. All
+/// messages leave through the caller's output function, on cable 0.
 ///
 /// Every operation enters `dispatchQueue` by itself: steps and reads as ordinary blocks, changes as barriers.
 /// The bodies of the steps stand in Cycle.cpp, those of the rest in RuleProcessor.cpp.
@@ -54,8 +54,8 @@ public:
     /// `compileRules`) the installed rules stay. What is waiting to be sent still is.
     void setRules(std::vector<Rule> rules);
 
-    /// [any but render] Sends one output by hand, at the start of the next cycle. An output that takes something
-    /// from a triggering message is a fatal error.
+    /// [any but render] Sends one output by hand, at the start of the next cycle. An output that takes
+    /// something from a triggering message is a fatal error.
     void send(const RuleOutputVariantsV2& output);
 
     /// [any but render] How many messages sent by hand wait for the next cycle.
@@ -71,12 +71,12 @@ public:
     /// becomes of it.
     OSStatus onLoad(const OutputFunction& output, SampleTime start, SampleTime end) QUILLO_REALTIME;
 
-    /// [render] Step 2: sends all that was sent by hand, in one call (also when there is nothing), and forgets
-    /// it, whatever the call returns.
+    /// [render] Step 2: sends all that was sent by hand, in one call (also when there is nothing), and
+    /// forgets it, whatever the call returns.
     OSStatus flushInstantMessages(const OutputFunction& output, SampleTime start) QUILLO_REALTIME;
 
-    /// [render] Step 3: sends the delayed outputs that are due before `end`, earliest first, each with its own
-    /// time; outputs due at the same time leave in the order in which they were queued.
+    /// [render] Step 3: sends the delayed outputs that are due before `end`, earliest first, each with its
+    /// own time; outputs due at the same time leave in the order in which they were queued.
     OSStatus flushDelayedMessages(const OutputFunction& output, SampleTime end) QUILLO_REALTIME;
 
     /// [render] Step 4, in cycles in which the host's transport changed: runs the event through the rules.

@@ -154,8 +154,8 @@ void RuleTableBuilder::addHostEvents() {
     }
 }
 
-/// The index of the first cell. Rules that ask for a second byte all ask for a first one: so a row of second bytes
-/// takes over nothing from the row that leads to it.
+/// The index of the first cell. Rules that ask for a second byte all ask for a first one: so a row of second
+/// bytes takes over nothing from the row that leads to it.
 RuleTable::Cell RuleTableBuilder::addRow(const Entries& entries, unsigned position) {
     const EntriesByByte byByte(entries, position);
     const auto common = addCommon(ordinalsOf(byByte.any), entries.size());
@@ -195,7 +195,8 @@ RuleTableBuilder::Common RuleTableBuilder::addCommon(const Ordinals& ordinals, s
     return {begin, lengthOf(table_.ordinals_), firstEater(ordinals), std::move(others)};
 }
 
-/// Adds the rules that fire, up to the consumer: the row's in common, with `own` in their places between them.
+/// Adds the rules that fire, up to the consumer: the row's in common, with `own` in their places between
+/// them.
 RuleTable::Cell RuleTableBuilder::addOutcome(const Common& common, const Ordinals& own) {
     auto& ordinals = table_.ordinals_;
     auto& runs = table_.runs_;

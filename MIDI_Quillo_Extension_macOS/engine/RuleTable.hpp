@@ -22,14 +22,15 @@ using RuleOrdinal = std::uint32_t;
 /// Comes after every rule.
 inline constexpr RuleOrdinal noRule = std::numeric_limits<RuleOrdinal>::max();
 
-/// What becomes of every event, worked out when rules are installed: which rules fire, in which order, and which
-/// one consumes it. An event looks it up, whatever the number of rules.
+/// What becomes of every event, worked out when rules are installed: which rules fire, in which order, and
+/// which one consumes it. An event looks it up, whatever the number of rules.
 ///
-/// Each status byte has a row of 256 cells, one for each first data byte. A cell is an outcome; or, for a controller
-/// with rules for single values, a further row, of one outcome for each second data byte. Status bytes that the
-/// same rules wait for share their row. The rules that any byte fires are listed once in a row, however
-/// many bytes have rules of their own: those come in between as runs. So the table grows with the rules; its
-/// rows take at most 4.3 MB, when each controller of each channel has a rule for a single value.
+/// Each status byte has a row of 256 cells, one for each first data byte. A cell is an outcome; or, for a
+/// controller with rules for single values, a further row, of one outcome for each second data byte. Status
+/// bytes that the same rules wait for share their row. The rules that any byte fires are listed once in a
+/// row, however many bytes have rules of their own: those come in between as runs. So the table grows with
+/// the rules; its rows take at most 4.3 MB, when each controller of each channel has a rule for a single
+/// value.
 class RuleTable {
 public:
     /// Rules that fire one after the other; an outcome is one run or several that lie side by side.

@@ -9,8 +9,8 @@
 
 namespace quillo {
 
-/// Why a document could not be read, in sentences for a musician: the number and the name of the rule, the field
-/// as the editor calls it, and what is wrong with it.
+/// Why a document could not be read, in sentences for a musician: the number and the name of the rule, the
+/// field as the editor calls it, and what is wrong with it.
 ///
 ///     Rule 4 "Echo", Incoming: missing key "passTrough".
 ///

@@ -50,9 +50,9 @@ struct Pitch {
     bool operator==(const Pitch&) const = default;
 };
 
-/// The output of a rule as the editor holds it: every field of every kind of message at once, so that changing
-/// the kind loses nothing that was typed. The values here are the defaults of all new rules, and what a field
-/// falls back to when its trigger cannot feed it any more.
+/// The output of a rule as the editor holds it: every field of every kind of message at once, so that
+/// changing the kind loses nothing that was typed. The values here are the defaults of all new rules, and
+/// what a field falls back to when its trigger cannot feed it any more.
 struct RuleOutputEntry {
     OutputEntryType type = OutputEntryType::NoteOn;
     RuleOutputChannelV2 channel = RuleOutputChannelV2::Value{0};  ///< zero-based
@@ -99,12 +99,12 @@ struct RuleEntry {
 /// The rule that an entry stands for. Fields that its types do not use are left out.
 [[nodiscard]] Rule ruleFromEntry(const RuleEntry& entry);
 
-/// Why the editor cannot hold a rule; nothing when it can. It cannot hold a pressure or a pitch that is copied
-/// from the trigger, nor a note, control change or pitch wheel without its second data byte.
+/// Why the editor cannot hold a rule; nothing when it can. It cannot hold a pressure or a pitch that is
+/// copied from the trigger, nor a note, control change or pitch wheel without its second data byte.
 [[nodiscard]] std::optional<std::string> whyNoEntry(const Rule& rule);
 
-/// What becomes of a rule's message, beyond what the user does, when the editor changes it: an entry cannot hold
-/// all that such a message sends. Nothing when it can, and for a rule that is no entry.
+/// What becomes of a rule's message, beyond what the user does, when the editor changes it: an entry cannot
+/// hold all that such a message sends. Nothing when it can, and for a rule that is no entry.
 [[nodiscard]] std::optional<std::string> whatEditingChanges(const Rule& rule);
 
 /// The entry that stands for a rule; fields that the rule does not carry have their defaults. A rule that the

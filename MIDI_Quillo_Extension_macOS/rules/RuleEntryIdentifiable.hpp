@@ -31,8 +31,8 @@ struct RuleEntryIdentifiable {
 /// Puts an entry into an element. A message that is changed thereby is the entry's from then on.
 void editElement(RuleEntryIdentifiable& element, RuleEntry entry);
 
-/// What a user must know before editing these rules: which of them, by number and name, hold a message that the editor
-/// cannot hold exactly. Nothing when none does.
+/// What a user must know before editing these rules: which of them, by number and name, hold a message that
+/// the editor cannot hold exactly. Nothing when none does.
 [[nodiscard]] std::optional<std::string> noticeBeforeEditing(const std::vector<Rule>& rules);
 
 }  // namespace quillo

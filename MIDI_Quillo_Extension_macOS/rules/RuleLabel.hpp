@@ -8,7 +8,8 @@
 namespace quillo {
 
 /// What a rule is called before its user, at the beginning of a sentence: `Rule 4 "Echo"` for the rule at the
-/// position 3. Without a name it is the number alone. A long name is cut, and nothing in it can break the line.
+/// position 3. Without a name it is the number alone. A long name is cut, and nothing in it can break the
+/// line.
 [[nodiscard]] std::string ruleLabel(std::size_t position, std::string_view name = {});
 
 }  // namespace quillo

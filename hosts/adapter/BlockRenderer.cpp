@@ -86,8 +86,8 @@ void BlockRenderer::followTransport(std::uint32_t offset, AUHostTransportStateFl
     transport_.follow(flags, position, speed);
 }
 
-/// A cycle sees its transport before its messages. Where messages of the same offset have come first, the change
-/// waits for the frame after them; the transport itself stays where it is told.
+/// A cycle sees its transport before its messages. Where messages of the same offset have come first, the
+/// change waits for the frame after them; the transport itself stays where it is told.
 void BlockRenderer::beginCycleFor(std::uint32_t offset) QUILLO_REALTIME {
     const auto told = withinBlock(offset);
     const bool behindMessages = incoming_.size() > 0 && lastOffset_ == told;

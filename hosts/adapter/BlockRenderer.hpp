@@ -33,8 +33,8 @@ namespace quillo {
 /// another begins, because a unit asks for the transport once a cycle. What is sent for a time before the
 /// block leaves at its start.
 ///
-/// [render], save for making one and `setAsk`. It takes the unit's transport and output blocks for itself; the
-/// unit must not render after the renderer is gone.
+/// [render], save for making one and `setAsk`. It takes the unit's transport and output blocks for itself;
+/// the unit must not render after the renderer is gone.
 class BlockRenderer {
 public:
     /// How many MIDI events a cycle can hold; a block with more is rendered in several cycles, which changes
@@ -60,21 +60,23 @@ public:
     /// message in the order in which the unit sends them; the offsets may go back and forth.
     using Ask = RealTimeFunction<Room(std::uint32_t offset, std::span<const std::uint8_t> bytes)>;
 
-    /// [main, while nothing renders] A message for which `ask` has no room is refused, and the unit learns of it
-    /// by the status `kQuilloErr_OutputFull`. An absent one finds room for everything.
+    /// [main, while nothing renders] A message for which `ask` has no room is refused, and the unit learns of
+    /// it by the status `kQuilloErr_OutputFull`. An absent one finds room for everything.
     ///
-    /// System exclusive that never has room is left out instead, and the unit goes on as if it had been sent: it would be
-    /// refused again each time, and take the rest of its block with it, the ends of notes among it.
+    /// System exclusive that never has room is left out instead, and the unit goes on as if it had been sent:
+    /// it would be refused again each time, and take the rest of its block with it, the ends of notes among
+    /// it.
     void setAsk(Ask ask) { ask_ = std::move(ask); }
 
-    /// A block of so many frames, which may be none: then the unit gets a cycle of one frame all the same, so that what
-    /// is due now leaves now, and the next block begins with that frame. What the last one sent is forgotten.
+    /// A block of so many frames, which may be none: then the unit gets a cycle of one frame all the same, so
+    /// that what is due now leaves now, and the next block begins with that frame. What the last one sent is
+    /// forgotten.
     void begin(std::uint32_t frames) QUILLO_REALTIME;
 
     /// One message from the host, in order of the offsets; an offset that lies behind the block or before an
-    /// earlier one's is moved to the nearest that does not. The bytes of system exclusive stay valid until `end`. What
-    /// is neither exactly one message nor system exclusive is left out, and so is system exclusive in the end: the unit
-    /// takes it and looks away.
+    /// earlier one's is moved to the nearest that does not. The bytes of system exclusive stay valid until
+    /// `end`. What is neither exactly one message nor system exclusive is left out, and so is system
+    /// exclusive in the end: the unit takes it and looks away.
     void receive(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
 
     /// What the host says of its transport, as `HostTransport::tell` takes it, from this offset on.

@@ -11,8 +11,8 @@
 namespace quillo {
 
 /// A unit as an editor sees it: all that an editor can ask of one. Its functions are those of the binary that
-/// renders, so that an editor in a binary of its own brings no engine along. Editors come and go, the unit with its
-/// model stays. [main]
+/// renders, so that an editor in a binary of its own brings no engine along. Editors come and go, the unit
+/// with its model stays. [main]
 class EditorUnit {
 public:
     EditorUnit() = default;
@@ -22,21 +22,24 @@ public:
     /// What editors show: rules, logs and alerts. Never null, and always the same.
     [[nodiscard]] virtual const std::shared_ptr<QuilloModel>& model() const = 0;
 
-    /// An editor has been made. From the first time on, the model follows the unit's rules and keeps its logs.
+    /// An editor has been made. From the first time on, the model follows the unit's rules and keeps its
+    /// logs.
     virtual void viewDidLoad() = 0;
 
     /// Installs an edited list. Throws the `FatalError` of rules that cannot be compiled; those that were
     /// installed stay.
     virtual void onRulesChanged(std::vector<Rule> rules) = 0;
 
-    /// Sends a message by hand. Throws the `FatalError` of one that takes something from a triggering message.
+    /// Sends a message by hand. Throws the `FatalError` of one that takes something from a triggering
+    /// message.
     virtual void onInstantMessageClick(const RuleOutputVariantsV2& message) = 0;
 
-    /// [any but render] Shows the user an alert: when those before it have been dismissed, or when an editor is opened.
+    /// [any but render] Shows the user an alert: when those before it have been dismissed, or when an editor
+    /// is opened.
     virtual void tellUser(std::string message) = 0;
 
-    /// Brings the model up to date, with new log entries, rules that the host has restored, and alerts. Some 30 times a
-    /// second while an editor is open.
+    /// Brings the model up to date, with new log entries, rules that the host has restored, and alerts. Some
+    /// 30 times a second while an editor is open.
     virtual void drain() = 0;
 
 protected:

@@ -8,8 +8,9 @@
 
 namespace quillo {
 
-/// The keyboard of a host in whose window the editor lives. The editor has it only while one of its views asks
-/// for keys; everything else that is typed is the host's, such as the space bar that starts its transport.
+/// The keyboard of a host in whose window the editor lives. The editor has it only while one of its views
+/// asks for keys; everything else that is typed is the host's, such as the space bar that starts its
+/// transport.
 ///
 /// JUCE takes the keyboard at every click, and cannot be told not to: so it is given back afterwards. A
 /// window under the mouse gets keys even then, in hosts whose own window has the keyboard: those that the
@@ -28,8 +29,8 @@ public:
     HostKeyboard(const HostKeyboard&) = delete;
     HostKeyboard& operator=(const HostKeyboard&) = delete;
 
-    /// Whether the editor may use a key that came to its window and that nothing in it has used. Not Tab, which
-    /// would let the keyboard in, while it came by the mouse's place only.
+    /// Whether the editor may use a key that came to its window and that nothing in it has used. Not Tab,
+    /// which would let the keyboard in, while it came by the mouse's place only.
     [[nodiscard]] static bool mayUse(const juce::ComponentPeer& window, const juce::KeyPress& key);
 
     /// Before JUCE takes its events: whose the keyboard is now.

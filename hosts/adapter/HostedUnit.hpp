@@ -24,8 +24,8 @@ namespace quillo {
 /// editor's model, the renderer, and state that is taken whole or not at all. Editors reach it as an
 /// `EditorUnit`; while no editor is open it need not be drained.
 ///
-/// An operation that fails says why, in words for a musician, and changes nothing. The constructor throws what
-/// cannot be helped: no memory. [main] unless an operation says otherwise.
+/// An operation that fails says why, in words for a musician, and changes nothing. The constructor throws
+/// what cannot be helped: no memory. [main] unless an operation says otherwise.
 class HostedUnit final : public EditorUnit {
 public:
     explicit HostedUnit(HostTransport transport = HostTransport());
@@ -35,8 +35,8 @@ public:
     [[nodiscard]] static bool isSampleRate(double rate);
 
     /// Gets ready to render at this rate; an invalid rate is rejected. Rules that are there already get their
-    /// delays anew when the rate is another one than theirs, so that they stay right in milliseconds. Nothing on
-    /// success.
+    /// delays anew when the rate is another one than theirs, so that they stay right in milliseconds. Nothing
+    /// on success.
     [[nodiscard]] std::optional<std::string> activate(double sampleRate, std::uint32_t longestBlock);
     void deactivate();
 

@@ -10,8 +10,9 @@
 
 namespace quillo {
 
-/// What the user is to be told, until the editor can show it: one alert after the other, and the same words once, with
-/// how often they came. However much there is to tell while no editor is open, it takes little memory. [any but render]
+/// What the user is to be told, until the editor can show it: one alert after the other, and the same words
+/// once, with how often they came. However much there is to tell while no editor is open, it takes little
+/// memory. [any but render]
 class PendingAlerts {
 public:
     /// Alerts with different words; of more, only the number is kept.
@@ -22,8 +23,8 @@ public:
     /// Never throws: where there is no memory for an alert, there is none for showing it.
     void add(std::string_view text) noexcept;
 
-    /// What the alert says is true no more. When it was the last that `takeNext` gave, the words in which it did:
-    /// shortened, or with a count.
+    /// What the alert says is true no more. When it was the last that `takeNext` gave, the words in which it
+    /// did: shortened, or with a count.
     std::optional<std::string> remove(std::string_view text);
 
     /// The next alert to show; nothing when there is none.

@@ -16,8 +16,8 @@
 
 namespace quillo {
 
-/// What a host had no room for, from the render thread to the main thread without a lock: how many messages, and of
-/// the first few enough to find the rule that sent them.
+/// What a host had no room for, from the render thread to the main thread without a lock: how many messages,
+/// and of the first few enough to find the rule that sent them.
 class RefusedMessages {
 public:
     /// A system exclusive message; of all others only that there were some, without size and bytes.
@@ -51,8 +51,8 @@ private:
     std::atomic<std::uint64_t> taken_{0};    ///< written by [main]
 };
 
-/// [main] What the user is to know of a refused message, with the number and name of the rule whose system exclusive
-/// it is.
+/// [main] What the user is to know of a refused message, with the number and name of the rule whose system
+/// exclusive it is.
 [[nodiscard]] std::string refusalText(const RefusedMessages::Message& message,
                                       const std::vector<Rule>& rules);
 

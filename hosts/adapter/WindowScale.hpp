@@ -15,8 +15,8 @@ struct ScaleSettings {
 };
 
 /// The first that there is of: what was asked, GDK_SCALE, Xft.dpi in steps of a quarter, the screen's own
-/// resolution in steps of a half, as a common screen is a little finer than 96 dpi; 1 without any. What is not
-/// asked for is from 1 to 4.
+/// resolution in steps of a half, as a common screen is a little finer than 96 dpi; 1 without any. What is
+/// not asked for is from 1 to 4.
 [[nodiscard]] double windowScale(const ScaleSettings& settings);
 
 /// Draws all windows of this program at the scale that its display wants, or at that which was asked. To be

@@ -7,8 +7,8 @@ namespace quillo {
 
 namespace {
 
-/// Whether the transport has gone on as far as the server's clock: then it was not relocated, whether cycles were
-/// missed or not. Both count frames and wrap; so do their differences, which stay right.
+/// Whether the transport has gone on as far as the server's clock: then it was not relocated, whether cycles
+/// were missed or not. Both count frames and wrap; so do their differences, which stay right.
 bool wentOnWithTheClock(const ServerTransport& last, const ServerTransport& now) QUILLO_REALTIME {
     return now.frame - last.frame == now.clock - last.clock;
 }
@@ -38,7 +38,8 @@ void ProcessCycle::run(std::uint32_t frames, const ServerTransport& transport, c
     renderer_.begin(frames);
     tellTransport(transport);
     receive(in);
-    // The status needs no answer of its own: refused messages are counted, and a fatal error waits in its slot.
+    // The status needs no answer of its own: refused messages are counted, and a fatal error waits in its
+    // slot.
     static_cast<void>(renderer_.end());
     if (!renderer_.outgoing().cameInTimeOrder()) {
         writeInTimeOrder();
@@ -46,8 +47,8 @@ void ProcessCycle::run(std::uint32_t frames, const ServerTransport& transport, c
     out_ = nullptr;
 }
 
-/// A server that relocates its rolling transport lets it start anew from there. That is no stop: nothing changes until
-/// it rolls again, and then it has jumped.
+/// A server that relocates its rolling transport lets it start anew from there. That is no stop: nothing
+/// changes until it rolls again, and then it has jumped.
 void ProcessCycle::tellTransport(const ServerTransport& transport) QUILLO_REALTIME {
     if (wentOnWithTheClock(last_, transport)) {
         renderer_.loseTransport();

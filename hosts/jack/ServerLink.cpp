@@ -152,9 +152,10 @@ void ServerLink::serverIsGone() {
     onChange_();
 }
 
-/// A second after the server has gone. One that has only fallen silent may hang, and keep whoever leaves it: by then
-/// the user knows and the window is drawn. Of one that has ended, JACK's library may still be putting other clients out
-/// of its books: leaving cancels its thread, which then holds for ever the lock that leaving waits for.
+/// A second after the server has gone. One that has only fallen silent may hang, and keep the thread that
+/// leaves it: by then the user knows and the window is drawn. Of one that has ended, JACK's library may still
+/// be putting other clients out of its books: leaving cancels its thread, which then holds for ever the lock
+/// that leaving waits for.
 void ServerLink::leaveServer() {
     if (gone_) {
         runCall_([this] { gone_.reset(); });
@@ -182,8 +183,8 @@ void ServerLink::tick() {
     }
 }
 
-/// Some servers end without a word: PipeWire for one. But a server that has not begun yet is given all the time that
-/// it wants.
+/// Some servers end without a word: PipeWire for one. But a server that has not begun yet is given all the
+/// time that it wants.
 void ServerLink::listenForCycles() {
     constexpr int longestSilence = 5;
     const auto cycles = cycle_.cycles();
@@ -195,7 +196,8 @@ void ServerLink::listenForCycles() {
     }
 }
 
-/// What a server takes down while it ends is no wish of the user's: so what counts is how things stood a second ago.
+/// What a server takes down while it ends is no wish of the user's: so what counts is how things stood a
+/// second ago.
 void ServerLink::noteConnections() {
     noted_ = std::exchange(seen_, client_->connections());
 }

@@ -15,8 +15,8 @@ struct LV2UIFeatures {
     /// Reads the host's list, which a null pointer ends.
     explicit LV2UIFeatures(const LV2_Feature* const* features);
 
-    /// The instance, which may be of another version; null when the host grants no instance access, or to something
-    /// else than an instance of ours.
+    /// The instance, which may be of another version; null when the host grants no instance access, or to
+    /// something else than an instance of ours.
     const LV2InstanceAccess* instance = nullptr;
 
     std::uintptr_t parent = 0;             ///< the X11 window that the editor is for

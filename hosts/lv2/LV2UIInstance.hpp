@@ -10,9 +10,9 @@
 
 namespace quillo {
 
-/// An editor in an LV2 host's window. Where it cannot reach the plug-in, because the host does not grant that or
-/// because the plug-in is of another version, it shows why, and what to do about it, in the place of the rules;
-/// nothing can be edited then. [main]
+/// An editor in an LV2 host's window. Where it cannot reach the plug-in, because the host does not grant that
+/// or because the plug-in is of another version, it shows why, and what to do about it, in the place of the
+/// rules; nothing can be edited then. [main]
 class LV2UIInstance {
 public:
     /// Throws a `FatalError` when no editor can be shown here, or the host gives no window for it.

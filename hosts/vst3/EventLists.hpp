@@ -22,8 +22,8 @@ private:
     Steinberg::Vst::IEventList* hosts_;
 };
 
-/// What the host gives, without system exclusive that is too long for JUCE's buffer: that counts in 16 bits, and would
-/// be read without end.
+/// What the host gives, without system exclusive that is too long for JUCE's buffer: that counts in 16 bits,
+/// and would be read without end.
 class IncomingEvents final : public EventListBefore {
 public:
     using EventListBefore::EventListBefore;
@@ -31,8 +31,8 @@ public:
     Steinberg::tresult PLUGIN_API getEvent(Steinberg::int32 index, Steinberg::Vst::Event& event) override;
 };
 
-/// What goes to the host, with poly pressure as the event that the format has for it. JUCE's wrapper sends it as a
-/// controller, which hosts do not look for.
+/// What goes to the host, with poly pressure as the event that the format has for it. JUCE's wrapper sends it
+/// as a controller, which hosts do not look for.
 class OutgoingEvents final : public EventListBefore {
 public:
     using EventListBefore::EventListBefore;

@@ -17,8 +17,8 @@ struct ToldTransport {
     bool operator==(const ToldTransport&) const = default;
 };
 
-/// Nothing when there is no play head, or when the host has reported nothing to it: then it stands still at a position in
-/// seconds that is no number. [render]
+/// Nothing when there is no play head, or when the host has reported nothing to it: then it stands still at a
+/// position in seconds that is no number. [render]
 [[nodiscard]] std::optional<ToldTransport> toldTransport(const juce::AudioPlayHead* playHead) noexcept;
 
 }  // namespace quillo

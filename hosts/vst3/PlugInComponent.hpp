@@ -12,9 +12,9 @@
 
 namespace quillo {
 
-/// The component and audio processor of JUCE's wrapper as a host sees them, with what the wrapper cannot say for
-/// itself: that a state was not restored or not saved, and that a sample rate is rejected. The events of a block go
-/// through `IncomingEvents` and `OutgoingEvents`. Every other interface is the wrapper's own.
+/// The component and audio processor of JUCE's wrapper as a host sees them, with what the wrapper cannot say
+/// for itself: that a state was not restored or not saved, and that a sample rate is rejected. The events of
+/// a block go through `IncomingEvents` and `OutgoingEvents`. Every other interface is the wrapper's own.
 ///
 /// Counts its references, and begins with one.
 class PlugInComponent final : public Steinberg::Vst::IComponent, public Steinberg::Vst::IAudioProcessor {
@@ -26,8 +26,8 @@ public:
     Steinberg::uint32 PLUGIN_API addRef() override;
     Steinberg::uint32 PLUGIN_API release() override;
 
-    /// `kResultFalse` when no rules were restored: those that were there stay, and the user is told, unless the host has
-    /// kept nothing at all.
+    /// `kResultFalse` when no rules were restored: those that were there stay, and the user is told, unless
+    /// the host has kept nothing at all.
     Steinberg::tresult PLUGIN_API setState(Steinberg::IBStream* state) override;
     /// `kResultFalse` when the rules could not be written.
     Steinberg::tresult PLUGIN_API getState(Steinberg::IBStream* state) override;

@@ -8,8 +8,9 @@
 
 namespace quillo {
 
-/// What a host finds in the binary: the factory of JUCE's wrapper, but for two things. A component leaves it as a
-/// `PlugInComponent`, and an instance that cannot be made is an error code: no exception reaches the host.
+/// What a host finds in the binary: the factory of JUCE's wrapper, but for two things. A component leaves it
+/// as a `PlugInComponent`, and an instance that cannot be made is an error code: no exception reaches the
+/// host.
 ///
 /// The host's main thread. Counts its references, and begins with one.
 class PlugInFactory final : public Steinberg::IPluginFactory3 {

@@ -35,8 +35,8 @@ std::span<const std::uint8_t> bytesOf(const juce::MidiMessageMetadata& message) 
     return {message.data, static_cast<std::size_t>(message.numBytes)};
 }
 
-/// The wrapper puts both ends around what the host gives, and the buffer then ends the message at the first end. So of
-/// what had its ends before, only the first is there twice.
+/// The wrapper puts both ends around what the host gives, and the buffer then ends the message at the first
+/// end. So of what had its ends before, only the first is there twice.
 bool lacksItsSecondEnd(std::span<const std::uint8_t> bytes) {
     return bytes.size() > 2 && bytes.size() < MIDIBufferWriter::longestMessage &&
            bytes[0] == systemExclusive && bytes[1] == systemExclusive;
@@ -177,7 +177,8 @@ bool QuilloProcessor::hasEditor() const {
     return requireTypefaces().isEmpty();
 }
 
-/// JUCE connects to the X server with its desktop: that comes first, so that the shield covers the connection.
+/// JUCE connects to the X server with its desktop: that comes first, so that the shield covers the
+/// connection.
 juce::AudioProcessorEditor* QuilloProcessor::createEditor() try {
     if (!shield_) {
         juce::Desktop::getInstance();

@@ -18,10 +18,11 @@ namespace quillo {
 /// goes through the rules. Audio comes out as it went in, so that the plug-in is silent by itself and mutes
 /// nothing where a host puts it into a track with sound.
 ///
-/// The wrapper lets exceptions through to the host, and JUCE's errors of the X server end the host's process: no
-/// operation throws, and from the first editor on an `XErrorShield` is up.
+/// The wrapper lets exceptions through to the host, and JUCE's errors of the X server end the host's process:
+/// no operation throws, and from the first editor on an `XErrorShield` is up.
 ///
-/// Threads: `processBlock` and `processBlockBypassed` [render], the state [any but render], everything else [main].
+/// Threads: `processBlock` and `processBlockBypassed` [render], the state [any but render], everything else
+/// [main].
 class QuilloProcessor final : public juce::AudioProcessor, public juce::VST3ClientExtensions {
 public:
     /// What the wrapper's component answers to this identifier is its `QuilloProcessor`.
@@ -39,8 +40,8 @@ public:
 
     [[nodiscard]] std::int32_t queryIAudioProcessor(const Steinberg::TUID id, void** object) override;
 
-    /// A rate that is rejected is reported to the user. Until there is another one nothing is rendered: no message
-    /// leaves, unless the plug-in is bypassed, and audio passes.
+    /// A rate that is rejected is reported to the user. Until there is another one nothing is rendered: no
+    /// message leaves, unless the plug-in is bypassed, and audio passes.
     void prepareToPlay(double sampleRate, int longestBlock) override;
     void releaseResources() override;
     [[nodiscard]] bool canRender() const { return canRender_; }
@@ -51,9 +52,9 @@ public:
     void processBlock(juce::AudioBuffer<float>& audio, juce::MidiBuffer& messages) override;
     using AudioProcessor::processBlock;
 
-    /// Messages pass as they came, and no rule sees them. A host that hands system exclusive over with both of its
-    /// ends gets both back. What rules have sent before with a delay leaves at its
-    /// time, so that no note hangs.
+    /// Messages pass as they came, and no rule sees them. A host that hands system exclusive over with both
+    /// of its ends gets both back. What rules have sent before with a delay leaves at its time, so that no
+    /// note hangs.
     void processBlockBypassed(juce::AudioBuffer<float>& audio, juce::MidiBuffer& messages) override;
     using AudioProcessor::processBlockBypassed;
 
@@ -69,20 +70,21 @@ public:
     /// Null when it cannot be made.
     [[nodiscard]] juce::AudioProcessorEditor* createEditor() override;
 
-    /// One program, because hosts want one, and a name for it, because validators do: a preset file is the only preset.
+    /// One program, because hosts want one, and a name for it, because validators do: a preset file is the
+    /// only preset.
     [[nodiscard]] int getNumPrograms() override { return 1; }
     [[nodiscard]] int getCurrentProgram() override { return 0; }
     void setCurrentProgram(int /*index*/) override {}
     [[nodiscard]] const juce::String getProgramName(int /*index*/) override { return "Rules"; }
     void changeProgramName(int /*index*/, const juce::String& /*name*/) override {}
 
-    /// The bytes of the state document and nothing else. What cannot be saved or restored, the editor's user is
-    /// told of; the rules stay then.
+    /// The bytes of the state document and nothing else. What cannot be saved or restored, the editor's user
+    /// is told of; the rules stay then.
     void getStateInformation(juce::MemoryBlock& destination) override;
     void setStateInformation(const void* data, int size) override;
 
-    /// Around a call that hands the wrapper a project's chunk: the second says whether rules were restored from it. The
-    /// user is told when there were none.
+    /// Around a call that hands the wrapper a project's chunk: the second says whether rules were restored
+    /// from it. The user is told when there were none.
     void beginRestoring() { restored_.reset(); }
     [[nodiscard]] bool endRestoring();
 

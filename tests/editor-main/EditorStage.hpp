@@ -115,8 +115,8 @@ public:
         key(window, juce::KeyPress::returnKey);
     }
 
-    /// Presses a key. One that nothing with the keyboard focus uses is handed to the view, as the owner of its
-    /// window does.
+    /// Presses a key. One that nothing with the keyboard focus uses is handed to the view, as the owner of
+    /// its window does.
     bool press(int code, juce::ModifierKeys modifiers = {}) {
         const auto character = code < 0x80 ? static_cast<juce::juce_wchar>(code) : 0;
         const juce::KeyPress pressed(code, modifiers, character);

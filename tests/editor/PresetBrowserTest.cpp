@@ -17,7 +17,8 @@ using Mode = PresetBrowser::Mode;
 using Names = std::vector<std::string>;
 using testing::ElementsAre;
 
-/// A home with the presets "Echo.json", "bass.json" and "song v1.2.json", and the folder "takes" with "one.json".
+/// A home with the presets "Echo.json", "bass.json" and "song v1.2.json", and the folder "takes" with
+/// "one.json".
 class PresetBrowserTest : public testing::Test {
 protected:
     PresetBrowserTest() {

@@ -63,7 +63,8 @@ TEST(DispatchQueue, RunsSyncBlocksSideBySide) {
     EXPECT_EQ(finished, readers);
 }
 
-/// While a block is inside by the first way, one that comes by the second waits; then it sees what the first wrote.
+/// While a block is inside by the first way, one that comes by the second waits; then it sees what the first
+/// wrote.
 template <typename First, typename Second>
 void expectTheSecondToWait(const First& enterFirst, const Second& enterSecond) {
     std::atomic<bool> inside = false;
@@ -116,8 +117,8 @@ TEST(DispatchQueue, ABarrierWaitsForTheRenderThreadAndSeesWhatItWrote) {
                           [&](const auto& block) { queue.barrierSync(block); });
 }
 
-/// The reader stays inside until the render thread has been: this ends only when that does not wait for the barrier
-/// that waits for the reader.
+/// The reader stays inside until the render thread has been: this ends only when that does not wait for the
+/// barrier that waits for the reader.
 TEST(DispatchQueue, ABarrierThatWaitsForReadersDoesNotKeepTheRenderThreadWaiting) {
     DispatchQueue queue("");
     std::optional<WatchedThread> installer;

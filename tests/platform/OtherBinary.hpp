@@ -9,12 +9,12 @@
 #include "platform/DispatchQueue.hpp"
 #include "platform/ReaderGate.hpp"
 
-// Functions of a shared object that has, as a plug-in does, a copy of its own of everything that it is linked from,
-// the C++ library's templates among it.
+// Functions of a shared object that has, as a plug-in does, a copy of its own of everything that it is linked
+// from, the C++ library's templates among it.
 extern "C" {
 
-/// Enters the gate in each round, counts the entry in `entered`, and leaves only when the thread `closer` closes the
-/// gate and sleeps.
+/// Enters the gate in each round, counts the entry in `entered`, and leaves only when the thread `closer`
+/// closes the gate and sleeps.
 void otherBinaryLeavesClosingGate(quillo::ReaderGate& gate, std::atomic<int>& entered, int rounds,
                                   pid_t closer);
 

@@ -91,8 +91,8 @@ TEST(ReaderGate, ClosesOnceTheLastOneHasLeft) {
     EXPECT_EQ(leftWhenClosed, 2);
 }
 
-/// A reader that bounces off a closed gate counts as inside for a moment: it must neither keep the closer asleep nor
-/// let it go on too early.
+/// A reader that bounces off a closed gate counts as inside for a moment: it must neither keep the closer
+/// asleep nor let it go on too early.
 TEST(ReaderGate, AlwaysWakesTheCloserWhileTheReaderBouncesOff) {
     constexpr int rounds = 20000;
     ReaderGate gate;
@@ -128,7 +128,8 @@ TEST(ReaderGate, AlwaysWakesTheCloserWhileTheReaderBouncesOff) {
     EXPECT_EQ(intruders, 0);
 }
 
-/// Cache lines that two processors write by turns: what is written behind them waits until all have come over.
+/// Cache lines that two processors write by turns: what is written behind them waits until all have come
+/// over.
 class SlowStores {
 public:
     void write() {
@@ -144,9 +145,10 @@ private:
     std::array<Line, 8> lines_;
 };
 
-/// How often the reader saw a change while it was inside. It stays for as long as a closer needs to close the gate and
-/// change something, and its entry is slow to be seen: a closer that overlooks it, because neither side fences, is
-/// found out sooner or later. A reader that seldom gets in is given a hundred times the rounds.
+/// How often the reader saw a change while it was inside. It stays for as long as a closer needs to close the
+/// gate and change something, and its entry is slow to be seen: a closer that overlooks it, because neither
+/// side fences, is found out sooner or later. A reader that seldom gets in is given a hundred times the
+/// rounds.
 int changesSeenInside(ReaderGate& gate, int rounds) {
     const int leastVisits = rounds / 200;
     constexpr int looks = 100;

@@ -100,7 +100,7 @@ TEST_F(HarmlessOutput, ActionsOfAScript) {
                 AllOf(StartsWith("line 1: "), HasSubstr("\"" + shown + "\"")));
 }
 
-/// The escapes are those of JSON: whoever reads an answer reads what was sent.
+/// The escapes are those of JSON: a reader of the answer gets what was sent.
 TEST_F(HarmlessOutput, AnswersOfAScript) {
     const auto document = PluginData{{harmlessRule()}}.write();
     const auto text = std::string(document.begin(), document.end());

@@ -151,7 +151,8 @@ TEST_F(ProcessCycleTest, ARelocationOfTheRollingTransportIsOneChange) {
     EXPECT_EQ(heard, (std::vector<std::string>{"[16] AU Host Continue", "[48] AU Host Start"}));
 }
 
-/// The server's word for that is that it starts from there, for one cycle or for as long as a client takes to follow.
+/// The server's word for that is that it starts from there, for one cycle or for as long as a client takes to
+/// follow.
 TEST_F(ProcessCycleTest, ARollingTransportThatIsRelocatedDoesNotStopInBetween) {
     release();
     run({}, {true, 0});

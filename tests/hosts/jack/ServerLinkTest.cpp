@@ -58,8 +58,8 @@ protected:
         }
     }
 
-    /// The link leaves the server that went before it looks for another: the library frees whatever clients of a dead
-    /// server are left in the process when the next one is opened.
+    /// The link leaves the server that went before it looks for another: the library frees whatever clients
+    /// of a dead server are left in the process when the next one is opened.
     void loseTheServer() {
         endTheServer();
         letPass(1);

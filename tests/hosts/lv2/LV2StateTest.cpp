@@ -107,7 +107,8 @@ std::vector<std::string> awkwardTexts() {
     return texts;
 }
 
-/// Rules with the text as their name, at its start, in its middle, at its end, and between what Turtle escapes.
+/// Rules with the text as their name, at its start, in its middle, at its end, and between what Turtle
+/// escapes.
 std::vector<Rule> rulesCalled(const std::string& text) {
     std::vector<Rule> rules;
     for (const auto& name : {text, text + "end", "in " + text + " it", "start" + text, '"' + text + '/',
