@@ -19,7 +19,7 @@ namespace {
 
 constexpr int mostRounds = 100;
 
-/// JUCE looks for events where the connection arrives. Whoever waits for an answer of the server takes
+/// JUCE looks for events where the connection arrives. A thread that waits for an answer of the server takes
 /// events from there too, and keeps them: JUCE would not see these until the next one comes.
 bool dispatchEventsThatWereTaken() {
     auto* display = static_cast<Display*>(XErrorShield::toolkitConnection());
