@@ -176,7 +176,7 @@ no_header_left_out() {
             echo "$header is in no library's HEADERS"
             status=1
         fi
-    done < <(our_files '*.hpp' | grep -E '^(MIDI_Quillo_Extension_macOS|platform|hosts)/')
+    done < <(our_files '*.hpp' | grep -E '^(MIDI_Quillo_Extension_macOS|platform|session|hosts)/')
     return "$status"
 }
 

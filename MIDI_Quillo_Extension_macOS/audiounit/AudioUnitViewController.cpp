@@ -1,37 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "audiounit/AudioUnitViewController.hpp"
 
-#include <cstddef>
 #include <set>
 #include <utility>
 
-#include "rules/RuleLabel.hpp"
+#include "session/EditorLogs.hpp"
 
 namespace quillo {
-
-namespace {
-
-/// Why one of the rules cannot be edited; nothing when all can.
-std::optional<std::string> whyNotEditable(const std::vector<Rule>& rules) {
-    for (std::size_t position = 0; position < rules.size(); ++position) {
-        if (const auto reason = whyNoEntry(rules[position])) {
-            return ruleLabel(position, rules[position].name) + " cannot be edited: " + *reason +
-                   ". The rules run as they are and stay untouched.";
-        }
-    }
-    return std::nullopt;
-}
-
-std::vector<RuleEntryIdentifiable> editableList(const std::vector<Rule>& rules) {
-    std::vector<RuleEntryIdentifiable> list;
-    list.reserve(rules.size());
-    for (const auto& rule : rules) {
-        list.push_back(elementFromRule(rule));
-    }
-    return list;
-}
-
-}  // namespace
 
 std::variant<std::shared_ptr<MIDIQuilloAUAudioUnit>, NSError> AudioUnitViewController::createAudioUnit(
     const AudioComponentDescription& description) {
@@ -84,7 +59,8 @@ void AudioUnitViewController::connectAudioUnit() {
         }
     };
     observer_ = unit->observeAllParameterValues(reload);
-    connectLogs(*unit);
+    logPoll_ = mainQueue_.onDrain(
+        [model = model_, logs = EditorLogs(unit->logInput, unit->logOutput)] { logs.moveTo(*model); });
     std::set<AUParameterAddress> addresses;
     for (const auto& parameter : tree->allParameters()) {
         addresses.insert(parameter.address);
@@ -99,18 +75,6 @@ void AudioUnitViewController::connectAudioUnit() {
     loadRulesFromAudioUnit();
 }
 
-/// The callbacks hold the mailboxes and not the controller: they may be called for as long as the unit lives.
-void AudioUnitViewController::connectLogs(MIDIQuilloAUAudioUnit& unit) {
-    const auto input = std::make_shared<EventMailbox>();
-    const auto output = std::make_shared<EventMailbox>();
-    unit.logInput = [input](const EventLogEntry& entry) { input->post(entry); };
-    unit.logOutput = [output](const EventLogEntry& entry) { output->post(entry); };
-    logPoll_ = mainQueue_.onDrain([model = model_, input, output] {
-        model->appendToInLog(input->takeAll());
-        model->appendToOutLog(output->takeAll());
-    });
-}
-
 void AudioUnitViewController::loadRulesLater() {
     if (loadingRules_.exchange(true)) {
         return;
@@ -122,18 +86,8 @@ void AudioUnitViewController::loadRulesLater() {
 }
 
 void AudioUnitViewController::loadRulesFromAudioUnit() {
-    const auto unit = audioUnit();
-    if (!unit) {
-        return;
-    }
-    auto rules = unit->processor->rules();
-    if (auto reason = whyNotEditable(rules)) {
-        model_->setNotEditable(*std::move(reason), std::move(rules));
-        return;
-    }
-    model_->setRules(editableList(rules));
-    if (auto notice = noticeBeforeEditing(rules)) {
-        model_->alert(*std::move(notice));
+    if (const auto unit = audioUnit()) {
+        model_->showRules(unit->processor->rules());
     }
 }
 

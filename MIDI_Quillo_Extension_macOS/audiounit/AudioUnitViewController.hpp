@@ -8,11 +8,10 @@
 #include <vector>
 
 #include "audiounit/MIDIQuilloAUAudioUnit.hpp"
-#include "audiounit/QuilloModel.hpp"
-#include "log/EventMailbox.hpp"
 #include "platform/AUParameterTree.hpp"
 #include "platform/MainQueue.hpp"
 #include "rules/Rule.hpp"
+#include "session/QuilloModel.hpp"
 
 namespace quillo {
 
@@ -63,7 +62,6 @@ public:
 
 private:
     void connectAudioUnit();
-    void connectLogs(MIDIQuilloAUAudioUnit& unit);
     void loadRulesFromAudioUnit();
     void loadRulesLater();
 

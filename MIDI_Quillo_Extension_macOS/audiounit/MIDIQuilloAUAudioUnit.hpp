@@ -9,8 +9,8 @@
 #include <variant>
 #include <vector>
 
-#include "audiounit/LogCallback.hpp"
 #include "engine/RuleProcessor.hpp"
+#include "log/LogCallback.hpp"
 #include "platform/AUAudioUnit.hpp"
 #include "platform/RealTime.hpp"
 

@@ -6,7 +6,7 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
-#include "audiounit/QuilloModel.hpp"
+#include "session/QuilloModel.hpp"
 
 namespace quillo {
 

@@ -7,10 +7,10 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
-#include "audiounit/QuilloModel.hpp"
 #include "editor/EntryList.hpp"
 #include "editor/MyIconButton.hpp"
 #include "platform/Observers.hpp"
+#include "session/QuilloModel.hpp"
 
 namespace quillo {
 

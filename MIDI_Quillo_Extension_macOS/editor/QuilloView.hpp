@@ -8,7 +8,6 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
-#include "audiounit/QuilloModel.hpp"
 #include "editor/ClickReleasesKeyboard.hpp"
 #include "editor/EditorLookAndFeel.hpp"
 #include "editor/Environment.hpp"
@@ -22,6 +21,7 @@
 #include "editor/PresetBrowserView.hpp"
 #include "editor/RuleListEditor.hpp"
 #include "editor/RuleView.hpp"
+#include "session/QuilloModel.hpp"
 
 namespace quillo {
 

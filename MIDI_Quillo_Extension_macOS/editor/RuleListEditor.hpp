@@ -10,12 +10,12 @@
 #include <string>
 #include <vector>
 
-#include "audiounit/QuilloModel.hpp"
 #include "editor/RuleListHistory.hpp"
 #include "platform/Observers.hpp"
 #include "rules/MIDIRuleType.hpp"
 #include "rules/Rule.hpp"
 #include "rules/RuleEntryIdentifiable.hpp"
+#include "session/QuilloModel.hpp"
 
 namespace quillo {
 

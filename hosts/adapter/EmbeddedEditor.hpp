@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "hosts/adapter/EditorUnit.hpp"
+#include "session/EditorUnit.hpp"
 
 namespace quillo {
 

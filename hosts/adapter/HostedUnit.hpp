@@ -13,10 +13,10 @@
 
 #include "audiounit/AudioUnitViewController.hpp"
 #include "hosts/adapter/BlockRenderer.hpp"
-#include "hosts/adapter/EditorUnit.hpp"
 #include "hosts/adapter/PendingAlerts.hpp"
 #include "platform/MainQueue.hpp"
 #include "platform/StateDictionary.hpp"
+#include "session/EditorUnit.hpp"
 
 namespace quillo {
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "hosts/adapter/EditorUnit.hpp"
+#include "session/EditorUnit.hpp"
 
 namespace quillo {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "hosts/adapter/EditorUnit.hpp"
+#include "session/EditorUnit.hpp"
 
 namespace quillo {
 

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "audiounit/QuilloModel.hpp"
 #include "editor/RuleListEditor.hpp"
 #include "engine/RuleCompiler.hpp"
+#include "session/QuilloModel.hpp"
 
 namespace quillo::test {
 

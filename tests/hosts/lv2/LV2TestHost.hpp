@@ -7,11 +7,11 @@
 #include <utility>
 #include <vector>
 
-#include "hosts/adapter/EditorUnit.hpp"
 #include "hosts/formats/FormatScript.hpp"
 #include "hosts/lv2/LV2Sequence.hpp"
 #include "hosts/lv2/LV2World.hpp"
 #include "rules/Rule.hpp"
+#include "session/EditorUnit.hpp"
 
 namespace quillo::test {
 

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "audiounit/QuilloModel.hpp"
+#include "session/QuilloModel.hpp"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
+
+#include "rules/RuleLabel.hpp"
 
 namespace quillo {
 
@@ -18,6 +21,17 @@ void append(QuilloModel::Log& log, const std::vector<EventLogEntry>& entries, Ob
     observers.notify();
 }
 
+/// Why one of the rules cannot be edited; nothing when all can.
+std::optional<std::string> whyNotInEditor(const std::vector<Rule>& rules) {
+    for (std::size_t position = 0; position < rules.size(); ++position) {
+        if (const auto reason = whyNoEntry(rules[position])) {
+            return ruleLabel(position, rules[position].name) + " cannot be edited: " + *reason +
+                   ". The rules run as they are and stay untouched.";
+        }
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 void QuilloModel::setRules(std::vector<RuleEntryIdentifiable> rules) {
@@ -25,6 +39,20 @@ void QuilloModel::setRules(std::vector<RuleEntryIdentifiable> rules) {
     whyNotEditable_.reset();
     rulesNotShown_.reset();
     rulesObservers_.notify();
+}
+
+void QuilloModel::showRules(std::vector<Rule> rules) {
+    if (auto reason = whyNotInEditor(rules)) {
+        setNotEditable(*std::move(reason), std::move(rules));
+        return;
+    }
+    std::vector<RuleEntryIdentifiable> list;
+    list.reserve(rules.size());
+    std::ranges::transform(rules, std::back_inserter(list), elementFromRule);
+    setRules(std::move(list));
+    if (auto notice = noticeBeforeEditing(rules)) {
+        alert(*std::move(notice));
+    }
 }
 
 void QuilloModel::setNotEditable(std::string reason, std::optional<std::vector<Rule>> rules) {

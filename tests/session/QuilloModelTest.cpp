@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "audiounit/QuilloModel.hpp"
+#include "session/QuilloModel.hpp"
 
 #include <gtest/gtest.h>
 
+#include "support/TestRules.hpp"
+
 namespace quillo {
 namespace {
+
+using namespace test;
 
 EventLogEntry entryAt(SampleTime time) {
     return {time, EventLogEntryVariants::MIDI{{0xF8}}};
@@ -45,6 +49,42 @@ TEST(QuilloModel, TellsThoseWhoObserveAPartOnceAChange) {
     EXPECT_EQ(rules, 1);
     EXPECT_EQ(in, 2);
     EXPECT_EQ(out, 1);
+}
+
+const Rule shown = rule(onNoteOn(), send(noteOn(1, 2, 3)), "shown");
+const Rule odd = rule(onNoteOn(), send(protocol(StatusV2::channelPressure, channel(0), triggerByte)), "odd");
+
+TEST(QuilloModel, ShowsRulesAsAListUnderNewIdentifiers) {
+    QuilloModel model;
+    model.showRules({shown, shown});
+    ASSERT_EQ(model.rules().size(), 2U);
+    EXPECT_EQ(ruleFromElement(model.rules()[1]), shown);
+    const auto before = model.rules();
+    model.showRules({shown});
+    EXPECT_NE(model.rules()[0].id, before[0].id);
+    EXPECT_EQ(model.alertErrorMessage(), std::nullopt);
+}
+
+TEST(QuilloModel, KeepsRulesThatCannotBeEditedOutOfTheListAndSaysWhichOne) {
+    QuilloModel model;
+    model.showRules({shown, odd});
+    EXPECT_TRUE(model.rules().empty());
+    EXPECT_EQ(model.rulesNotShown(), (std::vector{shown, odd}));
+    EXPECT_EQ(model.whyNotEditable(),
+              "Rule 2 \"odd\" cannot be edited: its pressure is copied from the trigger. The rules run as "
+              "they are and stay untouched.");
+    model.showRules({shown});
+    EXPECT_EQ(model.whyNotEditable(), std::nullopt);
+}
+
+TEST(QuilloModel, SaysWhatMustBeKnownBeforeRulesAreEdited) {
+    const std::vector rules{
+        rule(onLoad(), send(protocol(StatusV2::programChange, channel(3), byte(9))), "old")};
+    QuilloModel model;
+    model.showRules(rules);
+    EXPECT_EQ(model.rules().size(), 1U);
+    ASSERT_TRUE(noticeBeforeEditing(rules));
+    EXPECT_EQ(model.alertErrorMessage(), noticeBeforeEditing(rules));
 }
 
 class QuilloModelAlerts : public testing::Test {

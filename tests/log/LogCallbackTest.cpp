@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "audiounit/LogCallback.hpp"
+#include "log/LogCallback.hpp"
 
 #include <gtest/gtest.h>
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "audiounit/QuilloModel.hpp"
 #include "rules/Rule.hpp"
+#include "session/QuilloModel.hpp"
 
 namespace quillo {
 
