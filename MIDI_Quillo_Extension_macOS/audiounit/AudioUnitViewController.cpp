@@ -103,4 +103,12 @@ void AudioUnitViewController::onInstantMessageClick(const RuleOutputVariantsV2& 
     }
 }
 
+void AudioUnitViewController::tellUser(std::string message) {
+    mainQueue_.async([weak = std::weak_ptr(model_), message = std::move(message)] {
+        if (const auto model = weak.lock()) {
+            model->alert(message);
+        }
+    });
+}
+
 }  // namespace quillo

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <variant>
 #include <vector>
 
@@ -11,7 +12,7 @@
 #include "platform/AUParameterTree.hpp"
 #include "platform/MainQueue.hpp"
 #include "rules/Rule.hpp"
-#include "session/QuilloModel.hpp"
+#include "session/EditorUnit.hpp"
 
 namespace quillo {
 
@@ -20,10 +21,9 @@ namespace quillo {
 /// when they connect and whenever the unit's state is replaced, and the unit's log callbacks into the model's
 /// logs.
 ///
-/// Whoever builds the window makes the view over `model`, with `onRulesChanged` and `onInstantMessageClick`
-/// behind it, and says so by `viewDidLoad`. Make controllers by `std::make_shared`. [main] unless an operation
-/// says otherwise.
-class AudioUnitViewController : public std::enable_shared_from_this<AudioUnitViewController> {
+/// Make controllers by `std::make_shared`. [main] unless an operation says otherwise.
+class AudioUnitViewController final : public EditorUnit,
+                                      public std::enable_shared_from_this<AudioUnitViewController> {
 public:
     /// The size that the view opens with, in points.
     static constexpr int preferredWidth = 500;
@@ -41,18 +41,23 @@ public:
     void adoptAudioUnit(std::shared_ptr<MIDIQuilloAUAudioUnit> unit);
 
     /// The view has been made.
-    void viewDidLoad();
+    void viewDidLoad() override;
     [[nodiscard]] bool isViewLoaded() const { return viewLoaded_; }
 
     /// Installs an edited list in the unit; dropped without a unit. Throws the `FatalError` of rules that
     /// cannot be compiled; those that were installed stay.
-    void onRulesChanged(std::vector<Rule> rules);
+    void onRulesChanged(std::vector<Rule> rules) override;
 
     /// Sends a message by hand; dropped without a unit. Throws the `FatalError` of one that takes something
     /// from a triggering message.
-    void onInstantMessageClick(const RuleOutputVariantsV2& message);
+    void onInstantMessageClick(const RuleOutputVariantsV2& message) override;
 
-    [[nodiscard]] const std::shared_ptr<QuilloModel>& model() const { return model_; }
+    void tellUser(std::string message) override;
+
+    /// Drains the main queue.
+    void drain() override { mainQueue_.drain(); }
+
+    [[nodiscard]] const std::shared_ptr<QuilloModel>& model() const override { return model_; }
 
     /// [any] The unit, null until the factory has made it.
     [[nodiscard]] std::shared_ptr<MIDIQuilloAUAudioUnit> audioUnit() const;

@@ -4,23 +4,19 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <exception>
 #include <utility>
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include "editor/EditorShell.hpp"
 #include "editor/Fonts.hpp"
-#include "editor/QuilloView.hpp"
 #include "hosts/adapter/HostKeyboard.hpp"
 #include "hosts/adapter/ToolkitEvents.hpp"
 #include "hosts/adapter/XErrorShield.hpp"
-#include "platform/FatalError.hpp"
 
 namespace quillo {
 
 namespace {
-
-constexpr int leastPoints = 200;
 
 /// In pixels: the window system's lengths have 16 bits, and their sign.
 constexpr std::uint32_t greatestLength = 32767;
@@ -44,15 +40,10 @@ int pointsCovering(std::uint32_t length, double scale) {
     return static_cast<int>(std::ceil(length / scale - tolerance));
 }
 
-QuilloView makeView(EditorUnit& unit) {
-    return {unit.model(), [&unit](std::vector<Rule> rules) { unit.onRulesChanged(std::move(rules)); },
-            [&unit](const RuleOutputVariantsV2& message) { unit.onInstantMessageClick(message); }};
-}
-
 /// What fills the host's window: the view, as large as its points are on this screen.
 class Window final : public juce::Component {
 public:
-    Window(EditorUnit& unit, double scale) : view_(makeView(unit)), scale_(scale) {
+    Window(EditorUnit& unit, double scale) : shell_(unit), scale_(scale) {
         setOpaque(true);
         addAndMakeVisible(view_);
         // A view is made in the size that it should open with.
@@ -64,6 +55,8 @@ public:
         addToDesktop(juce::ComponentPeer::windowIsResizable, std::bit_cast<void*>(parent));
         keyboard_.emplace(handle(), parent, [this] { return view_.hasKeyboardFocus(true); });
     }
+
+    [[nodiscard]] EditorShell& shell() { return shell_; }
 
     [[nodiscard]] std::uintptr_t handle() const {
         return getPeer() != nullptr ? reinterpret_cast<std::uintptr_t>(getPeer()->getNativeHandle()) : 0;
@@ -109,7 +102,8 @@ private:
         return getPeer() != nullptr ? getPeer()->getPlatformScaleFactor() : 1.0;
     }
 
-    QuilloView view_;
+    EditorShell shell_;
+    QuilloView& view_ = shell_.view();
     double scale_;
     std::optional<HostKeyboard> keyboard_;
 };
@@ -118,14 +112,12 @@ private:
 
 class EmbeddedEditor::Implementation {
 public:
-    Implementation(EditorUnit& unit, double scale) : unit_(unit), window_(unit, scale) {}
+    Implementation(EditorUnit& unit, double scale) : window_(unit, scale) {}
 
-    [[nodiscard]] EditorUnit& unit() { return unit_; }
     [[nodiscard]] Window& window() { return window_; }
 
 private:
     juce::ScopedJuceInitialiser_GUI toolkit_;
-    EditorUnit& unit_;
     Window window_;
 };
 
@@ -143,8 +135,6 @@ std::optional<std::string> EmbeddedEditor::whyNot() {
 
 EmbeddedEditor::EmbeddedEditor(EditorUnit& unit, double scale) {
     const Turn turn;
-    unit.viewDidLoad();
-    unit.drain();
     implementation_ = std::make_unique<Implementation>(unit, scale);
 }
 
@@ -186,20 +176,14 @@ void EmbeddedEditor::setSize(Size size) {
 }
 
 EmbeddedEditor::Size EmbeddedEditor::nearestTo(Size size) const {
-    const auto least = pixels(leastPoints, implementation_->window().scale());
+    const auto least = pixels(EditorShell::leastLength, implementation_->window().scale());
     return {std::clamp(size.width, least, greatestLength), std::clamp(size.height, least, greatestLength)};
 }
 
 void EmbeddedEditor::idle() {
     const Turn turn;
-    auto& unit = implementation_->unit();
     HostKeyboard::noteOwner();
-    try {
-        unit.drain();
-        dispatchToolkitEvents();
-    } catch (const std::exception& error) {
-        unit.tellUser(wordsOf(error));
-    }
+    implementation_->window().shell().attempt(dispatchToolkitEvents);
     HostKeyboard::settle();
 }
 

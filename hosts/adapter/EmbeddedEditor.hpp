@@ -50,7 +50,7 @@ public:
     /// The nearest size that the editor can have: it has a least one, and a greatest, which is the window system's.
     [[nodiscard]] Size nearestTo(Size size) const;
 
-    /// Does what there is to do, for the window and for the unit, and returns. Some 30 times a second.
+    /// Does what there is to do, for the window and for the unit, and returns. At least 30 times a second.
     void idle();
 
 private:

@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <utility>
-#include <vector>
-
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include "editor/EditorShell.hpp"
 #include "editor/PresetExchange.hpp"
-#include "editor/QuilloView.hpp"
 #include "hosts/auv3/Failure.hpp"
-#include "hosts/auv3/MainThread.hpp"
 #include "hosts/auv3/NativeEditor.hpp"
 #include "hosts/auv3/PresetPanels.hpp"
 
@@ -15,27 +11,17 @@ namespace quillo {
 
 namespace {
 
-class QuilloNativeEditor final : public NativeEditor, private juce::Timer {
+class QuilloNativeEditor final : public NativeEditor {
 public:
-    QuilloNativeEditor(AudioUnitViewController& controller, void* parentView)
-        : view_(
-              controller.model(),
-              [&controller](std::vector<Rule> rules) { controller.onRulesChanged(std::move(rules)); },
-              [&controller](const RuleOutputVariantsV2& message) {
-                  controller.onInstantMessageClick(message);
-              }) {
+    QuilloNativeEditor(AudioUnitViewController& controller, void* parentView) : shell_(controller) {
         view_.setFilePanels({[this] { importPreset(); }, [this] { exportPreset(); }});
         view_.addToDesktop(0, parentView);
         view_.setVisible(true);
-        setSize(AudioUnitViewController::preferredWidth, AudioUnitViewController::preferredHeight);
-        startTimerHz(drainsPerSecond);
     }
 
     void setSize(int width, int height) override { view_.setBounds(0, 0, width, height); }
 
 private:
-    static constexpr int drainsPerSecond = 30;
-
     /// The editor may be gone when the user has chosen.
     using View = juce::Component::SafePointer<QuilloView>;
 
@@ -56,10 +42,9 @@ private:
         });
     }
 
-    void timerCallback() override { drainProcessMainQueue(); }
-
     juce::ScopedJuceInitialiser_GUI toolkit_;
-    QuilloView view_;
+    EditorShell shell_;
+    QuilloView& view_ = shell_.view();
 };
 
 }  // namespace

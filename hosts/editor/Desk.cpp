@@ -5,16 +5,16 @@
 
 namespace quillo {
 
-Desk::Desk(std::vector<Rule> rules) {
-    auto& controller = hosted_.controller();
-    hosted_.unit().processor->setRules(std::move(rules));
-    view_ = std::make_unique<QuilloView>(
-        controller.model(), [this](std::vector<Rule> changed) { hosted_.onRulesChanged(std::move(changed)); },
-        [&controller](const RuleOutputVariantsV2& message) { controller.onInstantMessageClick(message); });
-    controller.viewDidLoad();
+namespace {
+
+EditorUnit& withRules(EditorUnit& unit, std::vector<Rule> rules) {
+    unit.onRulesChanged(std::move(rules));
+    return unit;
 }
 
-Desk::~Desk() = default;
+}  // namespace
+
+Desk::Desk(std::vector<Rule> rules) : shell_(withRules(hosted_, std::move(rules))) {}
 
 void Desk::render(std::uint32_t frames, const std::vector<std::vector<std::uint8_t>>& messages) {
     auto& renderer = hosted_.renderer();

@@ -2,10 +2,9 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <vector>
 
-#include "editor/QuilloView.hpp"
+#include "editor/EditorShell.hpp"
 #include "hosts/adapter/HostedUnit.hpp"
 #include "rules/Rule.hpp"
 
@@ -17,11 +16,8 @@ class Desk {
 public:
     /// Throws a `FatalError` for rules that cannot be installed.
     explicit Desk(std::vector<Rule> rules);
-    ~Desk();
-    Desk(const Desk&) = delete;
-    Desk& operator=(const Desk&) = delete;
 
-    [[nodiscard]] QuilloView& view() { return *view_; }
+    [[nodiscard]] QuilloView& view() { return shell_.view(); }
     [[nodiscard]] MIDIQuilloAUAudioUnit& unit() { return hosted_.unit(); }
 
     /// Renders a cycle of this many frames with these messages at its start, after the last one. Throws the
@@ -29,11 +25,11 @@ public:
     void render(std::uint32_t frames, const std::vector<std::vector<std::uint8_t>>& messages = {});
 
     /// Runs what waits for the main thread, the log's entries among it.
-    void drain() { hosted_.drain(); }
+    void drain() { shell_.drain(); }
 
 private:
     HostedUnit hosted_;
-    std::unique_ptr<QuilloView> view_;
+    EditorShell shell_;
 };
 
 }  // namespace quillo

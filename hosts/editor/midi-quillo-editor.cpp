@@ -2,13 +2,13 @@
 // The editor in a window, on a unit that renders by itself.
 #include <exception>
 #include <iostream>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include "editor/EditorWindow.hpp"
 #include "editor/Fonts.hpp"
 #include "hosts/adapter/WindowScale.hpp"
 #include "hosts/cli/Arguments.hpp"
@@ -23,26 +23,10 @@ namespace {
 
 using namespace quillo;
 
-/// The window, and the clock that runs the unit in real time: 30 cycles a second.
-class EditorWindow final : public juce::DocumentWindow, private juce::Timer {
+/// The clock that runs the unit in real time: 30 cycles a second.
+class Clock final : private juce::Timer {
 public:
-    explicit EditorWindow(Desk& desk)
-        : DocumentWindow("MIDI Quillo", juce::Colours::black, DocumentWindow::allButtons), desk_(desk) {
-        setUsingNativeTitleBar(true);
-        setContentNonOwned(&desk_.view(), true);
-        setResizable(true, false);
-        setResizeLimits(200, 200, 10000, 10000);
-        centreWithSize(AudioUnitViewController::preferredWidth, AudioUnitViewController::preferredHeight);
-        setVisible(true);
-        startTimerHz(cyclesPerSecond);
-    }
-
-    /// Keys that come while nothing in the editor has the focus.
-    bool keyPressed(const juce::KeyPress& key) override {
-        return desk_.view().keyPressed(key) || DocumentWindow::keyPressed(key);
-    }
-
-    void closeButtonPressed() override { juce::JUCEApplication::getInstance()->systemRequestedQuit(); }
+    explicit Clock(Desk& desk) : desk_(desk) { startTimerHz(cyclesPerSecond); }
 
 private:
     static constexpr int cyclesPerSecond = 30;
@@ -52,7 +36,6 @@ private:
         desk_.render(static_cast<std::uint32_t>(defaultSampleRate) / cyclesPerSecond,
                      beat ? std::vector<std::vector<std::uint8_t>>{{0x92, 60, 100}, {0xB0, 1, 64}}
                           : std::vector<std::vector<std::uint8_t>>{});
-        desk_.drain();
     }
 
     Desk& desk_;
@@ -74,8 +57,9 @@ public:
         }
         try {
             useWindowScale(askedScale());
-            desk_ = std::make_unique<Desk>(demoRules());
-            window_ = std::make_unique<EditorWindow>(*desk_);
+            desk_.emplace(demoRules());
+            window_.emplace(desk_->view(), [this] { systemRequestedQuit(); });
+            clock_.emplace(*desk_);
         } catch (const UsageError& error) {
             fail(std::string(error.what()) + "\nUsage: midi-quillo-editor [--scale N]", exitUsage);
         } catch (const std::exception& error) {
@@ -84,6 +68,7 @@ public:
     }
 
     void shutdown() override {
+        clock_.reset();
         window_.reset();
         desk_.reset();
     }
@@ -114,8 +99,9 @@ private:
         quit();
     }
 
-    std::unique_ptr<Desk> desk_;
-    std::unique_ptr<EditorWindow> window_;
+    std::optional<Desk> desk_;
+    std::optional<EditorWindow> window_;
+    std::optional<Clock> clock_;
 };
 
 }  // namespace

@@ -12,12 +12,14 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include "editor/EditorShell.hpp"
+#include "editor/EditorWindow.hpp"
 #include "editor/Fonts.hpp"
 #include "hosts/adapter/WindowScale.hpp"
 #include "hosts/cli/CommandFailure.hpp"
 #include "hosts/cli/ExitStatus.hpp"
+#include "hosts/jack/Icon.hpp"
 #include "hosts/jack/JackHost.hpp"
-#include "hosts/jack/JackWindow.hpp"
 #include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
 
@@ -91,6 +93,7 @@ public:
             host_->finish();
         }
         window_.reset();
+        shell_.reset();
         host_.reset();
         loop_.reset();
     }
@@ -110,7 +113,10 @@ private:
         loop_.emplace();
         host_.emplace(order->options, order->console, *loop_, order->signals);
         host_->loadRules();
-        window_.emplace(host_->hosted(), [this] { systemRequestedQuit(); });
+        shell_.emplace(host_->hosted());
+        window_.emplace(shell_->view(), [this] { systemRequestedQuit(); });
+        const auto icon = largeIcon();
+        window_->getPeer()->setIcon(juce::ImageFileFormat::loadFrom(icon.data(), icon.size()));
         host_->setOnTitle([this] { window_->setName(host_->title()); });
         host_->start();
         window_->setName(host_->title());
@@ -124,7 +130,8 @@ private:
 
     std::optional<WindowLoop> loop_;
     std::optional<JackHost> host_;
-    std::optional<JackWindow> window_;
+    std::optional<EditorShell> shell_;
+    std::optional<EditorWindow> window_;
 };
 
 }  // namespace

@@ -126,7 +126,6 @@ void JackHost::ruleEdited() {
 }
 
 void JackHost::tick() {
-    hosted_.drain();
     link_.tick();
     session_.keepUp(now());
     logs_.print();

@@ -3,24 +3,18 @@
 
 #include <juce_audio_processors/juce_audio_processors.h>
 
-#include "editor/QuilloView.hpp"
+#include "editor/EditorShell.hpp"
 #include "hosts/vst3/QuilloProcessor.hpp"
 
 namespace quillo {
 
-/// The editor as JUCE's wrapper puts it into the host's window: the view, and the clock that does what waits
-/// for the main thread. The host scales it. [main]
-class QuilloProcessorEditor final : public juce::AudioProcessorEditor,
-                                    private juce::KeyListener,
-                                    private juce::Timer {
+/// The editor as JUCE's wrapper puts it into the host's window: The host scales it. [main]
+class QuilloProcessorEditor final : public juce::AudioProcessorEditor, private juce::KeyListener {
 public:
-    static constexpr int leastWidth = 200;
-    static constexpr int leastHeight = 200;
-
     explicit QuilloProcessorEditor(QuilloProcessor& processor);
     ~QuilloProcessorEditor() override;
 
-    [[nodiscard]] QuilloView& view() { return view_; }
+    [[nodiscard]] QuilloView& view() { return shell_.view(); }
 
     using juce::AudioProcessorEditor::keyPressed;
 
@@ -30,11 +24,8 @@ public:
 private:
     /// A key that came to the window around the editor and that nothing in it has used.
     bool keyPressed(const juce::KeyPress& key, juce::Component* window) override;
-    /// Lets no exception out: behind it is the host's event loop.
-    void timerCallback() override;
 
-    HostedUnit& hosted_;
-    QuilloView view_;
+    EditorShell shell_;
     SafePointer<juce::Component> window_;  ///< whose keys are listened to
 };
 

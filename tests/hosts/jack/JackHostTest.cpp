@@ -165,8 +165,7 @@ TEST_F(JackHostTest, HangingUpKeepsAnEditOfAMomentAgoBeforeItReadsThePreset) {
 }
 
 TEST_F(JackHostTest, TheEditorOfAProgramThatWaitsSaysSo) {
-    start().hosted().controller().viewDidLoad();
-    loop.tick();
+    start().hosted().drain();
     const auto alert = host->hosted().controller().model()->alertErrorMessage().value_or("");
     EXPECT_THAT(alert, HasSubstr("There is no JACK server \"quillo-test-nobody\""));
     EXPECT_THAT(alert, HasSubstr("MIDI Quillo waits"));
@@ -176,10 +175,10 @@ TEST_F(JackHostTest, TheEditorOfAProgramThatWaitsSaysSo) {
 TEST_F(JackHostTest, WhatIsWrongWithTheSessionIsToldBeforeWhatIsWrongWithTheServer) {
     files.add(Data{'{'});
     const auto& model = *start().hosted().controller().model();
-    loop.tick();
+    host->hosted().drain();
     EXPECT_THAT(model.alertErrorMessage().value_or(""), HasSubstr("No version of the last session's rules"));
     host->hosted().controller().model()->dismissAlert();
-    loop.tick();
+    host->hosted().drain();
     EXPECT_THAT(model.alertErrorMessage().value_or(""), HasSubstr("There is no JACK server"));
 }
 

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The program's window, on a display of its own.
-#include "hosts/jack/JackWindow.hpp"
-
 #include <gtest/gtest.h>
 
+#include "editor/EditorShell.hpp"
+#include "editor/EditorWindow.hpp"
 #include "editor/MyTextInputImpl.hpp"
+#include "hosts/adapter/HostedUnit.hpp"
 #include "hosts/cli/ExitStatus.hpp"
 #include "hosts/jack/JackProgramFixture.hpp"
 #include "support/FindBelow.hpp"
@@ -29,42 +30,14 @@ protected:
     /// Where it is in a window with these rules.
     static juce::Point<int> textOfTheFirstTextField(const std::vector<Rule>& rules) {
         HostedUnit hosted;
-        hosted.unit().processor->setRules(rules);
-        JackWindow window(hosted, [] {});
-        auto& view = window.view();
+        hosted.onRulesChanged(rules);
+        EditorShell shell(hosted);
+        auto& view = shell.view();
+        const EditorWindow window(view, [] {});
         const auto* field = findBelow<MyTextInputImpl>(view);
         return view.getLocalPoint(field, juce::Point(field->getHeight() / 2, field->getHeight() / 2));
     }
 };
-
-TEST_F(JackWindowTest, WhatIsEditedInTheWindowReachesTheUnitAndTheHostHearsOfIt) {
-    HostedUnit hosted;
-    int edits = 0;
-    hosted.setOnEdit([&] { ++edits; });
-    JackWindow window(hosted, [] {});
-    EXPECT_TRUE(window.isShowing());
-    window.view().editor().add(MIDIRuleType::OutputType{OutputEntryType::NoteOn});
-    EXPECT_EQ(edits, 1);
-    EXPECT_EQ(hosted.unit().processor->rules().size(), 1U);
-    window.view().editor().send(window.view().editor().rules()[0].id);
-    EXPECT_EQ(hosted.unit().processor->pendingInstantMessages(), 1U);
-}
-
-TEST_F(JackWindowTest, TheUnitsRulesAreThereWhenTheWindowOpens) {
-    HostedUnit hosted;
-    hosted.unit().processor->setRules(controllerForNote(20));
-    JackWindow window(hosted, [] {});
-    EXPECT_EQ(window.view().editor().rules().size(), 1U);
-}
-
-TEST_F(JackWindowTest, ClosingIsTheHostsToDo) {
-    HostedUnit hosted;
-    int closed = 0;
-    JackWindow window(hosted, [&] { ++closed; });
-    window.userTriedToCloseWindow();
-    EXPECT_EQ(closed, 1);
-    EXPECT_TRUE(window.isVisible());
-}
 
 TEST_F(JackWindowTest, TheTitleSaysWhetherThereIsAServerAndASignalEndsTheProgram) {
     JackServer server;
