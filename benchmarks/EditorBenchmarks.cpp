@@ -6,8 +6,8 @@
 
 #include "benchmarks/Sections.hpp"
 #include "benchmarks/Table.hpp"
-#include "hosts/editor/DemoRules.hpp"
-#include "hosts/editor/Desk.hpp"
+#include "programs/editor/DemoRules.hpp"
+#include "programs/editor/Desk.hpp"
 
 namespace quillo::bench {
 

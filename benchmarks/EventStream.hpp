@@ -5,9 +5,9 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "audiounit/platform/AURenderEvent.hpp"
+#include "audiounit/platform/RenderEventList.hpp"
 #include "benchmarks/BenchmarkRules.hpp"
-#include "platform/AURenderEvent.hpp"
-#include "platform/RenderEventList.hpp"
 
 namespace quillo::bench {
 

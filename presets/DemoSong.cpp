@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "hosts/cli/InStableOrder.hpp"
-#include "hosts/cli/MetaType.hpp"
+#include "midifile/InStableOrder.hpp"
+#include "midifile/MetaType.hpp"
 
 namespace quillo {
 

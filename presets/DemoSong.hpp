@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "hosts/cli/MIDIFile.hpp"
+#include "midifile/MIDIFile.hpp"
 
 namespace quillo {
 

@@ -4,7 +4,7 @@
 #include <exception>
 #include <iostream>
 
-#include "hosts/cli/MIDIFileWriter.hpp"
+#include "midifile/MIDIFileWriter.hpp"
 #include "platform/AtomicFile.hpp"
 #include "platform/QuotedText.hpp"
 #include "presets/DemoSong.hpp"

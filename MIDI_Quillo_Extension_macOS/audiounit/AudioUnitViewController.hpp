@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "audiounit/MIDIQuilloAUAudioUnit.hpp"
-#include "platform/AUParameterTree.hpp"
+#include "audiounit/platform/AUParameterTree.hpp"
 #include "platform/MainQueue.hpp"
 #include "rules/Rule.hpp"
 #include "session/EditorUnit.hpp"

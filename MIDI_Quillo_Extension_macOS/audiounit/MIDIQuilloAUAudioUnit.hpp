@@ -9,9 +9,9 @@
 #include <variant>
 #include <vector>
 
+#include "audiounit/platform/AUAudioUnit.hpp"
 #include "engine/RuleProcessor.hpp"
 #include "log/LogCallback.hpp"
-#include "platform/AUAudioUnit.hpp"
 #include "platform/RealTime.hpp"
 
 namespace quillo {

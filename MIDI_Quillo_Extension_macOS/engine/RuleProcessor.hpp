@@ -8,13 +8,13 @@
 #include <optional>
 #include <vector>
 
+#include "audiounit/platform/AURenderEvent.hpp"
 #include "engine/CompiledRules.hpp"
 #include "engine/DelayedMessage.hpp"
 #include "engine/MyBinaryHeap.hpp"
 #include "engine/OutputFunction.hpp"
 #include "engine/RuleCompiler.hpp"
 #include "engine/SampleTime.hpp"
-#include "platform/AURenderEvent.hpp"
 #include "platform/DispatchQueue.hpp"
 #include "platform/FatalErrorSlot.hpp"
 #include "platform/RealTime.hpp"

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "platform/AURenderEvent.hpp"
+#include "audiounit/platform/AURenderEvent.hpp"
 #include "platform/RealTime.hpp"
 
 namespace quillo {

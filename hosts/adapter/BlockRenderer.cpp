@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "hosts/midi/MessageLength.hpp"
+#include "midi/MessageLength.hpp"
 
 namespace quillo {
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "audiounit/MIDIQuilloAUAudioUnit.hpp"
+#include "audiounit/platform/RenderEventList.hpp"
 #include "engine/SampleTime.hpp"
 #include "hosts/adapter/HostTransport.hpp"
 #include "hosts/adapter/OutgoingMessages.hpp"
@@ -15,7 +16,6 @@
 #include "platform/OSStatus.hpp"
 #include "platform/RealTime.hpp"
 #include "platform/RealTimeFunction.hpp"
-#include "platform/RenderEventList.hpp"
 
 namespace quillo {
 

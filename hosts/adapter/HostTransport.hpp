@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "platform/AUHostTransportState.hpp"
+#include "audiounit/platform/AUHostTransportState.hpp"
 #include "platform/RealTime.hpp"
 
 namespace quillo {

@@ -12,10 +12,10 @@
 #include <vector>
 
 #include "audiounit/AudioUnitViewController.hpp"
+#include "audiounit/platform/StateDictionary.hpp"
 #include "hosts/adapter/BlockRenderer.hpp"
 #include "hosts/adapter/PendingAlerts.hpp"
 #include "platform/MainQueue.hpp"
-#include "platform/StateDictionary.hpp"
 #include "session/EditorUnit.hpp"
 
 namespace quillo {

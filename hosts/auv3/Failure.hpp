@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/NSError.hpp"
+#include "audiounit/platform/NSError.hpp"
 
 namespace quillo {
 

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <span>
 
-#include "platform/AUHostTransportState.hpp"
-#include "platform/AURenderEvent.hpp"
+#include "audiounit/platform/AUHostTransportState.hpp"
+#include "audiounit/platform/AURenderEvent.hpp"
 #include "platform/RealTime.hpp"
 
 namespace quillo {

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <span>
 
+#include "audiounit/platform/AURenderEvent.hpp"
 #include "hosts/auv3/UniversalPackets.hpp"
-#include "platform/AURenderEvent.hpp"
 #include "platform/RealTime.hpp"
 
 /// The platform's list of render events, read without knowing the platform: `HostEvent` is its union of all kinds

@@ -6,7 +6,7 @@
 #include <span>
 #include <string>
 
-#include "platform/StateDictionary.hpp"
+#include "platform/Data.hpp"
 
 /// The platform's panels for files, which alone give a program in a sandbox the user's files. Each runs later, and
 /// calls `chosen` on the main thread unless the user chooses nothing; `chosen` must not throw. [main]

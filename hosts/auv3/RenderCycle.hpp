@@ -4,11 +4,11 @@
 #include <cstddef>
 #include <utility>
 
+#include "audiounit/platform/AURenderEvent.hpp"
+#include "audiounit/platform/RenderEventList.hpp"
 #include "hosts/auv3/HostEvents.hpp"
-#include "platform/AURenderEvent.hpp"
 #include "platform/OSStatus.hpp"
 #include "platform/RealTime.hpp"
-#include "platform/RenderEventList.hpp"
 
 namespace quillo {
 

@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "audiounit/MIDIQuilloAUAudioUnit.hpp"
+#include "audiounit/platform/AVAudioFormat.hpp"
+#include "audiounit/platform/StateDictionary.hpp"
 #include "hosts/auv3/Failure.hpp"
 #include "hosts/auv3/HostBlocks.hpp"
 #include "hosts/auv3/RenderCycle.hpp"
-#include "platform/AVAudioFormat.hpp"
-#include "platform/StateDictionary.hpp"
 
 namespace quillo {
 

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <optional>
 
+#include "audiounit/platform/AUHostTransportState.hpp"
 #include "hosts/adapter/BlockRenderer.hpp"
 #include "hosts/clap/CLAPHeaders.hpp"
-#include "platform/AUHostTransportState.hpp"
 #include "platform/RealTime.hpp"
 
 namespace quillo {

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "hosts/cli/CommandFailure.hpp"
+#include "commandline/CommandFailure.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {

@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <span>
 
-#include "hosts/cli/ExitStatus.hpp"
+#include "commandline/ExitStatus.hpp"
 #include "hosts/jack/SignalSet.hpp"
 
 namespace quillo {

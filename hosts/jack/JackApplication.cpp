@@ -12,12 +12,12 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include "commandline/CommandFailure.hpp"
+#include "commandline/ExitStatus.hpp"
 #include "editor/EditorShell.hpp"
 #include "editor/EditorWindow.hpp"
 #include "editor/Fonts.hpp"
 #include "hosts/adapter/WindowScale.hpp"
-#include "hosts/cli/CommandFailure.hpp"
-#include "hosts/cli/ExitStatus.hpp"
 #include "hosts/jack/Icon.hpp"
 #include "hosts/jack/JackHost.hpp"
 #include "platform/FatalError.hpp"

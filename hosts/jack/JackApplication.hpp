@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "hosts/cli/Console.hpp"
+#include "commandline/Console.hpp"
 #include "hosts/jack/JackOptions.hpp"
 
 namespace quillo {

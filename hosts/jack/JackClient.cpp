@@ -9,11 +9,11 @@
 #include <cstdlib>
 #include <utility>
 
-#include "hosts/cli/Base64.hpp"
 #include "hosts/jack/Icon.hpp"
 #include "hosts/jack/JackMIDIPorts.hpp"
 #include "hosts/jack/LibraryMessages.hpp"
 #include "hosts/jack/WithoutCancellation.hpp"
+#include "platform/Base64.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {

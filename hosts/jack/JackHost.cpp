@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <exception>
 
-#include "hosts/cli/CommandFailure.hpp"
-#include "hosts/cli/ExitStatus.hpp"
-#include "hosts/cli/InputFiles.hpp"
+#include "commandline/CommandFailure.hpp"
+#include "commandline/ExitStatus.hpp"
+#include "commandline/InputFiles.hpp"
 #include "hosts/jack/HangWatch.hpp"
 #include "hosts/jack/JackHelpText.hpp"
 #include "platform/FatalError.hpp"

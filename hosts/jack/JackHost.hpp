@@ -6,8 +6,8 @@
 #include <initializer_list>
 #include <string>
 
+#include "commandline/Console.hpp"
 #include "hosts/adapter/HostedUnit.hpp"
-#include "hosts/cli/Console.hpp"
 #include "hosts/jack/EventLoop.hpp"
 #include "hosts/jack/JackOptions.hpp"
 #include "hosts/jack/LogPrinter.hpp"

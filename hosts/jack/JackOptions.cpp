@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <array>
 
-#include "hosts/cli/CommandFailure.hpp"
+#include "commandline/CommandFailure.hpp"
 #include "hosts/jack/SessionFiles.hpp"
 #include "platform/QuotedText.hpp"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "hosts/cli/Arguments.hpp"
+#include "commandline/Arguments.hpp"
 
 namespace quillo {
 

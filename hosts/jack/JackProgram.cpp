@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <ostream>
 
-#include "hosts/cli/CommandFailure.hpp"
-#include "hosts/cli/ExitStatus.hpp"
-#include "hosts/cli/ToldFailures.hpp"
+#include "commandline/CommandFailure.hpp"
+#include "commandline/ExitStatus.hpp"
+#include "commandline/ToldFailures.hpp"
 #include "hosts/jack/JackHelpText.hpp"
 #include "hosts/jack/JackHost.hpp"
 #include "hosts/jack/LibraryMessages.hpp"

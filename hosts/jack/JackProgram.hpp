@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-#include "hosts/cli/Console.hpp"
+#include "commandline/Console.hpp"
 #include "hosts/jack/JackOptions.hpp"
 
 namespace quillo {

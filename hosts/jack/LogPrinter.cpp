@@ -3,7 +3,7 @@
 
 #include <ostream>
 
-#include "hosts/cli/MessageWords.hpp"
+#include "words/MessageWords.hpp"
 
 namespace quillo {
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/StateDictionary.hpp"
+#include "platform/Data.hpp"
 
 namespace quillo {
 

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "hosts/jack/SessionFiles.hpp"
-#include "platform/StateDictionary.hpp"
+#include "platform/Data.hpp"
 
 namespace quillo {
 

@@ -5,8 +5,8 @@
 #include <ctime>
 #include <utility>
 
-#include "hosts/cli/CommandFailure.hpp"
-#include "hosts/cli/ExitStatus.hpp"
+#include "commandline/CommandFailure.hpp"
+#include "commandline/ExitStatus.hpp"
 #include "platform/AtomicFile.hpp"
 #include "platform/QuotedText.hpp"
 

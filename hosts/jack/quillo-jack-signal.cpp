@@ -16,11 +16,11 @@
 #include <thread>
 #include <vector>
 
-#include "hosts/cli/InputFiles.hpp"
-#include "hosts/cli/Score.hpp"
+#include "commandline/InputFiles.hpp"
 #include "hosts/jack/LibraryMessages.hpp"
 #include "hosts/jack/WakeDescriptor.hpp"
 #include "hosts/jack/WithoutCancellation.hpp"
+#include "offline/Score.hpp"
 #include "platform/QuotedText.hpp"
 #include "platform/RealTime.hpp"
 

@@ -5,7 +5,7 @@
 
 #include <juce_audio_processors/juce_audio_processors.h>
 
-#include "platform/AUHostTransportState.hpp"
+#include "audiounit/platform/AUHostTransportState.hpp"
 
 namespace quillo {
 

@@ -5,8 +5,8 @@
 
 #include <thread>
 
+#include "audiounit/platform/RenderEventList.hpp"
 #include "platform/FatalError.hpp"
-#include "platform/RenderEventList.hpp"
 #include "support/OutputRecorder.hpp"
 #include "support/TestHost.hpp"
 #include "support/TestRules.hpp"

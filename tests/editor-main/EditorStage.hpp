@@ -13,7 +13,7 @@
 
 #include "editor/PopupMenuOverlay.hpp"
 #include "editor/RuleHeaderView.hpp"
-#include "hosts/editor/Desk.hpp"
+#include "programs/editor/Desk.hpp"
 #include "support/FindBelow.hpp"
 #include "support/JuceEvents.hpp"
 #include "support/OffscreenWindow.hpp"

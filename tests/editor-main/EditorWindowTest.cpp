@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "hosts/editor/Desk.hpp"
+#include "programs/editor/Desk.hpp"
 
 namespace quillo {
 namespace {

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "editor-main/EditorStage.hpp"
-#include "hosts/editor/DemoRules.hpp"
+#include "programs/editor/DemoRules.hpp"
 
 namespace quillo {
 namespace {

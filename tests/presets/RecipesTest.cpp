@@ -7,12 +7,12 @@
 #include <utility>
 #include <vector>
 
-#include "hosts/cli/InStableOrder.hpp"
-#include "hosts/cli/MIDIFileBytes.hpp"
-#include "hosts/cli/OfflineHost.hpp"
+#include "midifile/InStableOrder.hpp"
+#include "offline/OfflineHost.hpp"
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
 #include "rules/RuleEntry.hpp"
+#include "support/MIDIFileBytes.hpp"
 
 namespace quillo {
 namespace {

@@ -8,7 +8,7 @@
 #include <span>
 
 #include "audiounit/MIDIQuilloAUAudioUnit.hpp"
-#include "platform/RenderEventList.hpp"
+#include "audiounit/platform/RenderEventList.hpp"
 #include "realtime/CallCounter.hpp"
 
 namespace quillo::test {

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "audiounit/MIDIQuilloAUAudioUnit.hpp"
-#include "platform/RenderEventList.hpp"
+#include "audiounit/platform/RenderEventList.hpp"
 #include "support/OutputRecorder.hpp"
 
 namespace quillo::test {

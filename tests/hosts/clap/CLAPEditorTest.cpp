@@ -13,8 +13,8 @@
 
 #include "editor/NewRuleSelector.hpp"
 #include "hosts/clap/CLAPTestHost.hpp"
-#include "hosts/editor/Desk.hpp"
 #include "persistence/PluginData.hpp"
+#include "programs/editor/Desk.hpp"
 #include "rules/RuleEntry.hpp"
 #include "support/FindBelow.hpp"
 #include "support/HostWindow.hpp"

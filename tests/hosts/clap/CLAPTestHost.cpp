@@ -7,7 +7,7 @@
 #include <span>
 #include <utility>
 
-#include "hosts/midi/MessageLength.hpp"
+#include "midi/MessageLength.hpp"
 #include "persistence/PluginData.hpp"
 
 namespace quillo::test {

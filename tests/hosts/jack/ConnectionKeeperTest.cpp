@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "hosts/cli/CommandFailure.hpp"
+#include "commandline/CommandFailure.hpp"
 
 namespace quillo {
 namespace {

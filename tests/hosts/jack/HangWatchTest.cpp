@@ -5,7 +5,7 @@
 
 #include <unistd.h>
 
-#include "hosts/cli/ExitStatus.hpp"
+#include "commandline/ExitStatus.hpp"
 #include "hosts/jack/SignalDescriptor.hpp"
 
 namespace quillo {

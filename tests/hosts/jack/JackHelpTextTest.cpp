@@ -10,9 +10,9 @@
 #include <set>
 #include <sstream>
 
-#include "hosts/cli/Arguments.hpp"
-#include "hosts/cli/HelpText.hpp"
+#include "commandline/Arguments.hpp"
 #include "hosts/jack/JackOptions.hpp"
+#include "programs/HelpText.hpp"
 
 namespace quillo {
 namespace {

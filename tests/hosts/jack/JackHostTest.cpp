@@ -10,8 +10,8 @@
 #include <cstdlib>
 #include <sstream>
 
-#include "hosts/cli/CommandFailure.hpp"
-#include "hosts/cli/ExitStatus.hpp"
+#include "commandline/CommandFailure.hpp"
+#include "commandline/ExitStatus.hpp"
 #include "hosts/jack/SessionFiles.hpp"
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"

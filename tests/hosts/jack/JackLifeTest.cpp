@@ -9,7 +9,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "hosts/cli/ExitStatus.hpp"
+#include "commandline/ExitStatus.hpp"
 #include "hosts/jack/JackProgramFixture.hpp"
 
 namespace quillo {

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "hosts/cli/CommandFailure.hpp"
+#include "commandline/CommandFailure.hpp"
 
 namespace quillo {
 namespace {

@@ -2,11 +2,11 @@
 // The program's window, on a display of its own.
 #include <gtest/gtest.h>
 
+#include "commandline/ExitStatus.hpp"
 #include "editor/EditorShell.hpp"
 #include "editor/EditorWindow.hpp"
 #include "editor/MyTextInputImpl.hpp"
 #include "hosts/adapter/HostedUnit.hpp"
-#include "hosts/cli/ExitStatus.hpp"
 #include "hosts/jack/JackProgramFixture.hpp"
 #include "support/FindBelow.hpp"
 

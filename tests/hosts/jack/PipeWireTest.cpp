@@ -2,8 +2,8 @@
 // The program on the other server of this kind.
 #include <gtest/gtest.h>
 
-#include "hosts/cli/MIDIFileWriter.hpp"
 #include "hosts/jack/JackProgramFixture.hpp"
+#include "midifile/MIDIFileWriter.hpp"
 
 namespace quillo {
 namespace {

@@ -6,8 +6,8 @@
 
 #include <sstream>
 
-#include "hosts/cli/CommandFailure.hpp"
-#include "hosts/cli/ExitStatus.hpp"
+#include "commandline/CommandFailure.hpp"
+#include "commandline/ExitStatus.hpp"
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
 #include "support/TemporaryFolder.hpp"

@@ -10,7 +10,7 @@
 #include <string>
 
 #include "hosts/clap/qtractor/QtractorSession.hpp"
-#include "hosts/midi/MessageLength.hpp"
+#include "midi/MessageLength.hpp"
 #include "support/TestRules.hpp"
 
 namespace quillo {

@@ -5,9 +5,9 @@
 #include <stdexcept>
 #include <string>
 
-#include "hosts/cli/Base64.hpp"
-#include "hosts/cli/MIDIFileWriter.hpp"
+#include "midifile/MIDIFileWriter.hpp"
 #include "persistence/PluginData.hpp"
+#include "platform/Base64.hpp"
 #include "support/TestRules.hpp"
 
 namespace quillo::test {

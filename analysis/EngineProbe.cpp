@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "analysis/EngineProbe.hpp"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "audiounit/platform/AURenderEvent.hpp"
+#include "engine/RuleCompiler.hpp"
+#include "platform/RealTimeFunction.hpp"
+
+namespace quillo {
+
+namespace {
+
+/// Delays are milliseconds, and sample times are too.
+constexpr std::uint64_t oneSampleAMillisecond = 1000;
+
+constexpr SampleTime start = 0;
+/// Later than any delay that can be compiled.
+constexpr SampleTime end = std::numeric_limits<SampleTime>::max();
+
+AUMIDIEvent eventOf(std::span<const std::uint8_t> message) {
+    AUMIDIEvent event;
+    event.eventSampleTime = start;
+    event.length = static_cast<std::uint16_t>(std::min(message.size(), event.data.size()));
+    std::ranges::copy(message.first(event.length), event.data.begin());
+    return event;
+}
+
+TriggerBytes triggerBytes(const AUMIDIEvent& event) {
+    return {event.data[0], event.data[1], event.data[2]};
+}
+
+void install(RuleProcessor& processor, const std::vector<Rule>& rules) {
+    processor.sampleRate = oneSampleAMillisecond;
+    processor.setRules(rules);
+}
+
+/// Runs one step of a processor and returns the calls of its output function.
+template <class Emissions, class Step>
+Emissions emissionsOf(Step step) {
+    Emissions emissions;
+    WithoutDeadline keep([&](SampleTime time, std::uint8_t, std::span<const MIDIMessage> messages) {
+        emissions.push_back({time, {messages.begin(), messages.end()}});
+        return noErr;
+    });
+    step(OutputFunction(keep));
+    return emissions;
+}
+
+}  // namespace
+
+EngineProbe::EngineProbe(const std::vector<Rule>& rules)
+    : compiled_(compileRules(rules, oneSampleAMillisecond)) {
+    install(processor_, rules);
+    for (std::size_t position = 0; position < rules.size(); ++position) {
+        const auto& trigger = rules[position].trigger;
+        const bool isOnLoad = trigger.is<RuleTriggerV2::OnLoad>();
+        (isOnLoad ? onLoadPositions_ : positions_).push_back(position);
+        const auto* message = trigger.getIf<RuleTriggerV2::MessageBased>();
+        patterns_.push_back(message == nullptr ? std::nullopt
+                                               : std::optional(TriggerPattern(message->trigger.variants)));
+    }
+}
+
+EngineProbe::Outcome EngineProbe::put(std::span<const std::uint8_t> message) {
+    const auto event = eventOf(message);
+    auto emissions = emissionsOf<Emissions>(
+        [&](const OutputFunction& output) { processor_.processMIDIEvent(output, event, end); });
+    return outcome({compiled_, triggerBytes(event)}, std::move(emissions));
+}
+
+EngineProbe::Outcome EngineProbe::put(HostTransportTriggerVariantsV2 change) {
+    auto emissions = emissionsOf<Emissions>(
+        [&](const OutputFunction& output) { processor_.processHostTransport(output, change, start, end); });
+    return outcome({compiled_, change}, std::move(emissions));
+}
+
+EngineProbe::Outcome EngineProbe::putLoading() const {
+    RuleProcessor fresh;
+    install(fresh, compiled_.rules);
+    auto emissions =
+        emissionsOf<Emissions>([&](const OutputFunction& output) { fresh.onLoad(output, start, end); });
+    Outcome outcome;
+    for (std::size_t i = 0; i < emissions.size(); ++i) {
+        outcome.firings.push_back(
+            {onLoadPositions_[i], emissions[i].time - start, std::move(emissions[i].messages)});
+    }
+    return outcome;
+}
+
+/// Each rule that fires calls the output function once, in order; a call behind theirs forwards the event.
+EngineProbe::Outcome EngineProbe::outcome(RuleChain chain, Emissions emissions) const {
+    Outcome outcome;
+    auto emission = emissions.begin();
+    while (const auto* rule = chain.next()) {
+        const auto ordinal = static_cast<std::size_t>(rule - compiled_.rulesInternal.data());
+        outcome.firings.push_back(
+            {positions_[ordinal], emission->time - start, std::move(emission->messages)});
+        ++emission;
+    }
+    outcome.forwarded = emission != emissions.end();
+    if (chain.consumed()) {
+        outcome.consumer = positions_[chain.consumer()];
+    }
+    return outcome;
+}
+
+std::optional<TriggerCondition> EngineProbe::firstFailure(std::size_t rule,
+                                                          std::span<const std::uint8_t> message) const {
+    const auto& pattern = patterns_[rule];
+    return pattern ? pattern->firstFailure(triggerBytes(eventOf(message))) : std::nullopt;
+}
+
+bool EngineProbe::waitsFor(std::size_t rule, std::span<const std::uint8_t> message) const {
+    const auto& pattern = patterns_[rule];
+    return pattern && pattern->matches(triggerBytes(eventOf(message)));
+}
+
+bool EngineProbe::waitsFor(std::size_t rule, HostTransportTriggerVariantsV2 change) const {
+    const auto* host = rules()[rule].trigger.getIf<RuleTriggerV2::HostTransport>();
+    return host != nullptr && host->trigger.variants == change;
+}
+
+}  // namespace quillo

@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "analysis/ExplanationText.hpp"
+
+#include <algorithm>
+#include <variant>
+
+#include "analysis/FailureWords.hpp"
+#include "platform/QuotedText.hpp"
+#include "words/MessageWords.hpp"
+#include "words/PolicyWords.hpp"
+
+namespace quillo {
+
+namespace {
+
+using Verdict = RuleAccount::Verdict;
+
+constexpr std::size_t widestName = 30;
+constexpr std::size_t verdictWidth = 13;
+
+/// The lines of one rule: a verdict and its reason each.
+struct Line {
+    std::string verdict;
+    std::string reason;
+};
+using Lines = std::vector<Line>;
+
+std::string padded(const std::string& text, std::size_t width) {
+    return text + std::string(width - std::min(width, characterCount(text)), ' ');
+}
+
+/// "note-on 60 (C3), velocity 100, channel 1 [90 3c 64]".
+std::string sentWords(const MIDIMessage& message) {
+    const auto words = messageWords(message.bytes());
+    return (words.empty() ? "an incomplete or damaged MIDI message" : words) + " [" + shownBytes(message) +
+           "]";
+}
+
+/// The width of the widest name.
+std::size_t nameColumn(const std::vector<Rule>& rules) {
+    std::size_t width = 0;
+    for (const auto& rule : rules) {
+        width = std::max(width, characterCount(inQuotes(rule.name, widestName)));
+    }
+    return width;
+}
+
+std::string delayWords(SampleTime milliseconds) {
+    return milliseconds == 0 ? " at once" : " after " + std::to_string(milliseconds) + " ms";
+}
+
+Lines firingLines(const RuleAccount& account) {
+    Lines lines;
+    for (const auto& message : account.messages) {
+        lines.push_back({lines.empty() ? "fires" : "", (lines.empty() ? "sends " : "then ") +
+                                                           sentWords(message) + delayWords(account.delay)});
+    }
+    return lines;
+}
+
+/// Explains one event, rule by rule.
+class Page {
+public:
+    Page(const std::vector<Rule>& rules, const AskedEvent& event, const EventExplanation& explanation)
+        : rules_(rules),
+          event_(event),
+          explanation_(explanation),
+          numberWidth_(std::to_string(rules.size()).size()),
+          nameWidth_(nameColumn(rules)) {}
+
+    [[nodiscard]] std::string text() const {
+        auto page = eventWords(event_) + '\n';
+        if (!isDropped()) {
+            page += rulesText();
+        }
+        return page + "Result: " + result() + '\n';
+    }
+
+private:
+    [[nodiscard]] std::string rulesText() const {
+        std::string text;
+        for (std::size_t rule = 0; rule < rules_.size(); ++rule) {
+            text += ruleText(rule);
+        }
+        return rules_.empty() ? "  There are no rules.\n" : text;
+    }
+
+    [[nodiscard]] std::string ruleText(std::size_t rule) const {
+        const auto number = std::to_string(rule + 1);
+        auto beginning = "  " + std::string(numberWidth_ - number.size(), ' ') + number + "  " +
+                         padded(inQuotes(rules_[rule].name, widestName), nameWidth_) + "  ";
+        const auto width = characterCount(beginning);
+        std::string text;
+        for (const auto& line : lines(rule)) {
+            text += padded(beginning, width) + padded(line.verdict, verdictWidth) + line.reason + '\n';
+            beginning.clear();
+        }
+        return text;
+    }
+
+    [[nodiscard]] Lines lines(std::size_t rule) const {
+        auto lines = verdictLines(rule);
+        if (explanation_.consumer == rule) {
+            lines.push_back({"stops here", stopReason(rule)});
+        }
+        return lines;
+    }
+
+    [[nodiscard]] Lines verdictLines(std::size_t rule) const {
+        const auto& account = explanation_.rules[rule];
+        const auto& trigger = rules_[rule].trigger;
+        switch (account.verdict) {
+        case Verdict::fires: return firingLines(account);
+        case Verdict::fails: return {{"no match", failureWords(trigger, account.failure, event_)}};
+        case Verdict::standsAside: return {{"not asked", asideWords(trigger)}};
+        case Verdict::neverTried:
+            return {
+                {"never tried", "rule " + std::to_string(*explanation_.consumer + 1) + " stopped the event"}};
+        }
+        return {};
+    }
+
+    /// What a policy did, with a word more where the rule could not have matched in any case.
+    [[nodiscard]] std::string stopReason(std::size_t rule) const {
+        const auto& trigger = rules_[rule].trigger;
+        const auto policy = policyWords(*policyOf(trigger)) + ": ";
+        if (explanation_.rules[rule].verdict == Verdict::fires) {
+            return policy + "the event matched this rule";
+        }
+        const bool isHostRule = trigger.is<RuleTriggerV2::HostTransport>();
+        if (isHostRule && isMessage()) {
+            return policy + "a rule for the host's transport matches no MIDI, so it swallows all of it";
+        }
+        if (!isHostRule && !isMessage()) {
+            return policy + "a rule for MIDI matches no host event, so it stops all of them";
+        }
+        return policy + "the event did not match this rule";
+    }
+
+    [[nodiscard]] std::string result() const {
+        return std::visit(Overloaded{
+                              [this](const MIDIMessage&) { return messageResult(); },
+                              [this](HostTransportTriggerVariantsV2) { return transportResult(); },
+                              [this](PluginLoad) { return loadingResult(); },
+                          },
+                          event_);
+    }
+
+    [[nodiscard]] std::string messageResult() const {
+        if (isDropped()) {
+            return "dropped: incoming system exclusive is never shown to the rules and never forwarded.";
+        }
+        if (explanation_.forwarded) {
+            return std::string("no rule swallowed it: it is forwarded") +
+                   (firesAtOnce() ? ", after what the rules send at once." : ".");
+        }
+        return "swallowed by " + consumerWords() + ". " + sent();
+    }
+
+    [[nodiscard]] std::string transportResult() const {
+        const auto way = explanation_.consumer ? "stopped by " + consumerWords() : "it passed every rule";
+        return way + ". " + sent();
+    }
+
+    [[nodiscard]] std::string loadingResult() const {
+        return fires() ? "each rule that waits for loading fires once."
+                       : "no rule waits for loading. " + sent();
+    }
+
+    [[nodiscard]] std::string sent() const {
+        return fires() ? "Only what the rules send goes out." : "Nothing goes out.";
+    }
+
+    [[nodiscard]] bool fires() const {
+        return std::ranges::any_of(
+            explanation_.rules, [](const RuleAccount& account) { return account.verdict == Verdict::fires; });
+    }
+
+    [[nodiscard]] bool firesAtOnce() const {
+        return std::ranges::any_of(explanation_.rules, [](const RuleAccount& account) {
+            return account.verdict == Verdict::fires && account.delay == 0;
+        });
+    }
+
+    /// Whether the unit keeps the event from the rules.
+    [[nodiscard]] bool isDropped() const {
+        const auto* message = std::get_if<MIDIMessage>(&event_);
+        return message != nullptr && isSystemExclusive(*message);
+    }
+
+    [[nodiscard]] bool isMessage() const { return std::holds_alternative<MIDIMessage>(event_); }
+
+    [[nodiscard]] std::string consumerWords() const {
+        return ruleAndPolicyWords(rules_, *explanation_.consumer);
+    }
+
+    const std::vector<Rule>& rules_;
+    const AskedEvent& event_;
+    const EventExplanation& explanation_;
+    std::size_t numberWidth_;
+    std::size_t nameWidth_;
+};
+
+}  // namespace
+
+std::string explanationText(const std::vector<Rule>& rules, const AskedEvent& event,
+                            const EventExplanation& explanation) {
+    return Page(rules, event, explanation).text();
+}
+
+}  // namespace quillo

@@ -1,0 +1,217 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "analysis/OutputAdvice.hpp"
+
+#include <algorithm>
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "analysis/AskedEvent.hpp"
+#include "engine/MessageContent.hpp"
+#include "midi/MessageLength.hpp"
+#include "platform/HexText.hpp"
+#include "words/NumberWords.hpp"
+
+namespace quillo {
+
+namespace {
+
+using Kind = Advice::Kind;
+using Bytes = std::span<const std::uint8_t>;
+
+constexpr std::uint8_t frameStart = 0xF0;
+constexpr std::uint8_t frameEnd = 0xF7;
+constexpr std::uint8_t greatestDataByte = 0x7F;
+constexpr std::size_t frameSize = 2;
+/// What the buffer of events takes that the VST3 plug-in hands to its host.
+constexpr std::size_t longestInVST3 = 65529;
+
+bool isComplete(const MIDIMessage& message) {
+    return isSystemExclusive(message) || isCompleteShortMessage(message.bytes());
+}
+
+/// A system-exclusive body, as it was typed in.
+struct TypedBody {
+    explicit TypedBody(Bytes body)
+        : hasStart(!body.empty() && body.front() == frameStart),
+          hasEnd(!body.empty() && body.back() == frameEnd),
+          inner(body.subspan(hasStart ? 1 : 0)) {
+        inner = inner.first(inner.size() - (hasEnd ? 1 : 0));
+    }
+
+    bool hasStart;
+    bool hasEnd;
+    Bytes inner;  ///< without the frame
+};
+
+std::string frameWords(const TypedBody& typed) {
+    if (typed.hasStart && typed.hasEnd) {
+        return "F0 and F7";
+    }
+    return typed.hasStart ? "F0" : "F7";
+}
+
+/// What goes out.
+std::string sentBytes(const RuleOutputVariantsV2& output) {
+    const auto content = compile(output);
+    return shownBytes(content.getIf<MessageContent::Bytes>()->messages.messages().front());
+}
+
+Advice typedFrame(std::size_t rule, const TypedBody& typed, const RuleOutputVariantsV2& output) {
+    const auto inner = MIDIMessage::copyOf(typed.inner);
+    return {rule, Kind::badSystemExclusive,
+            "sends " + frameWords(typed) +
+                " twice: the frame of system exclusive is added to what is typed in (" + sentBytes(output) +
+                ")",
+            typed.inner.empty() ? "Leave " + frameWords(typed) + " out."
+                                : "Type only what stands between them: " + shownBytes(inner) + "."};
+}
+
+std::optional<Advice> onSystemExclusive(const RuleOutputVariantsV2& output, std::size_t rule) {
+    const auto* sysEx = output.getIf<RuleOutputVariantsV2::SystemExclusive>();
+    if (sysEx == nullptr) {
+        return std::nullopt;
+    }
+    const TypedBody typed(sysEx->body);
+    const auto wrong =
+        std::ranges::find_if(typed.inner, [](std::uint8_t byte) { return byte > greatestDataByte; });
+    if (wrong != typed.inner.end()) {
+        return Advice{
+            rule, Kind::badSystemExclusive,
+            "has " + hexText({&*wrong, 1}, HexCase::lower) +
+                " among its system-exclusive bytes, where MIDI allows 00 to 7f",
+            "Give each message a rule of its own, without F0 and F7, and leave out what is above 7f."};
+    }
+    if (typed.hasStart || typed.hasEnd) {
+        return typedFrame(rule, typed, output);
+    }
+    return std::nullopt;
+}
+
+std::optional<Advice> onLength(const RuleOutputVariantsV2& output, std::size_t rule) {
+    const auto* sysEx = output.getIf<RuleOutputVariantsV2::SystemExclusive>();
+    const auto length = sysEx == nullptr ? 0 : sysEx->body.size() + frameSize;
+    if (length <= longestInVST3) {
+        return std::nullopt;
+    }
+    return Advice{rule, Kind::tooLongForVST3,
+                  "sends " + std::to_string(length) + " bytes of system exclusive; a VST3 host can take " +
+                      std::to_string(longestInVST3),
+                  "Split it into several messages, or use another plug-in format."};
+}
+
+/// Of a message that would be complete if it were no greater: the first number above 127.
+std::optional<std::uint8_t> tooGreat(const MIDIMessage& message) {
+    const auto bytes = message.bytes();
+    if (bytes.empty() || messageLength(bytes[0]) != bytes.size()) {
+        return std::nullopt;
+    }
+    const auto data = bytes.subspan(1);
+    const auto found = std::ranges::find_if(data, [](std::uint8_t byte) { return byte > greatestDataByte; });
+    return found == data.end() ? std::nullopt : std::optional(*found);
+}
+
+std::optional<Advice> onCompleteness(std::size_t rule, const OutputCheck& outputs) {
+    const auto incomplete = outputs.incomplete(rule);
+    if (!incomplete) {
+        return std::nullopt;
+    }
+    if (const auto number = tooGreat(*incomplete)) {
+        return Advice{rule, Kind::incompleteOutput,
+                      "sends " + std::to_string(*number) + " where MIDI allows 0 to 127 (" +
+                          shownBytes(*incomplete) + ")",
+                      "Give it a number from 0 to 127."};
+    }
+    return Advice{rule, Kind::incompleteOutput,
+                  "sends an incomplete or damaged MIDI message (" + shownBytes(*incomplete) +
+                      "): hosts may drop or change it, and in a VST3 host it cannot be sent as it is",
+                  "Make the output again in the editor, which sends complete messages only."};
+}
+
+Advice hangingNote(std::size_t rule, const NoteLedger::Note& note, const std::string& exception) {
+    return {
+        rule, Kind::neverEndsNotes,
+        "starts a note that no rule ends: " + noteWords(note.number) + " on " + channelWords(note.channel) +
+            exception,
+        "Let a rule send the note-off on the same channel, or All Notes Off (controller 123). What rings out "
+        "by itself, such as a drum, needs none."};
+}
+
+std::string onlyByChance(const NoteLedger::Chance& chance) {
+    return chance.needsNoteOn
+               ? "; only a keyboard that sends key releases as Note On with velocity 0 would end it"
+               : "; only a key release with velocity 0 would end it";
+}
+
+Advice earlyEnd(std::size_t rule, const NoteLedger::EarlyEnd& early) {
+    const auto start = std::to_string(early.start) + " ms";
+    const auto end =
+        early.end == 0 ? std::string("is not late") : "only " + std::to_string(early.end) + " ms";
+    return {rule, Kind::endsNotesTooSoon,
+            "starts a note " + start + " late, but its end " + end +
+                ": a key released sooner leaves it sounding",
+            "Let a rule send the note-off after " + start + " as well."};
+}
+
+Advice swallowedEnd(std::size_t rule, const NoteLedger::Note& note) {
+    return {rule, Kind::swallowsNoteEnds,
+            "swallows the end of notes that pass: " + noteWords(note.number) + " on " +
+                channelWords(note.channel) + " sounds on",
+            "Set it to Pass through, or let a rule above it send the note-off."};
+}
+
+std::optional<Advice> onOwnNotes(std::size_t rule, const NoteLedger& notes) {
+    if (const auto note = notes.neverEnded(rule)) {
+        return hangingNote(rule, *note, "");
+    }
+    if (const auto chance = notes.endedByChance(rule)) {
+        return hangingNote(rule, chance->note, onlyByChance(*chance));
+    }
+    if (const auto early = notes.endedTooSoon(rule)) {
+        return earlyEnd(rule, *early);
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+void OutputCheck::watch(const Trial& trial) {
+    for (const auto& firing : trial.outcome.firings) {
+        auto& finding = findings_[firing.rule];
+        const auto wrong = std::ranges::find_if_not(firing.messages, isComplete);
+        if (wrong == firing.messages.end()) {
+            finding.completeOnce = true;
+        } else {
+            finding.incomplete = *wrong;
+        }
+    }
+}
+
+std::optional<MIDIMessage> OutputCheck::incomplete(std::size_t rule) const {
+    const auto& finding = findings_[rule];
+    return finding.completeOnce ? std::nullopt : finding.incomplete;
+}
+
+std::vector<Advice> adviseOnNotes(std::size_t rule, const NoteLedger& notes) {
+    std::vector<Advice> advice;
+    if (const auto found = onOwnNotes(rule, notes)) {
+        advice.push_back(*found);
+    }
+    if (const auto note = notes.endSwallowed(rule)) {
+        advice.push_back(swallowedEnd(rule, *note));
+    }
+    return advice;
+}
+
+std::vector<Advice> adviseOnOutput(const RuleOutputV2& output, std::size_t rule, const OutputCheck& outputs) {
+    std::vector<Advice> advice;
+    for (const auto& found : {onSystemExclusive(output.message, rule), onLength(output.message, rule),
+                              onCompleteness(rule, outputs)}) {
+        if (found) {
+            advice.push_back(*found);
+        }
+    }
+    return advice;
+}
+
+}  // namespace quillo

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "commandline/Arguments.hpp"
+#include "midifile/MIDIFile.hpp"
+#include "persistence/PluginData.hpp"
+
+namespace quillo {
+
+/// The files that a verb is given. What is wrong with one throws a `CommandFailure` whose text begins with
+/// the file's name; its status is `exitNoInput` for a file that cannot be read or is too large.
+
+/// How a file is read: up to 64 MiB of preset and 1 GiB of MIDI, which may come through a pipe; whatever its
+/// size, as the user asks with `forceSizeOption`; or without ever waiting, which only a regular file allows.
+enum class InputReading { bounded, unbounded, prompt };
+
+inline constexpr Option forceSizeOption{"--force-size", false};
+[[nodiscard]] InputReading inputReading(const Arguments& arguments);
+
+/// A damaged file fails with `exitBadData` and the byte position.
+[[nodiscard]] MIDIFile readMIDIInput(const std::string& path, InputReading reading = InputReading::bounded);
+
+/// A preset as it stands in its file, and read. A damaged one fails with `badPreset` and what is wrong where.
+struct PresetInput {
+    std::vector<std::uint8_t> bytes;
+    ReadDocument document;
+};
+[[nodiscard]] PresetInput readPresetInput(const std::string& path, int badPreset, InputReading reading);
+
+}  // namespace quillo

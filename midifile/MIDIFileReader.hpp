@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "midifile/MIDIFile.hpp"
+
+namespace quillo {
+
+/// Reads a Standard MIDI File of format 0 or 1, in the order and with the bytes that it has.
+///
+/// What is damaged throws a `MIDIFileError` with the byte position. Tolerated, because files like these exist
+/// and can mean only one thing: chunks of unknown types, a header longer than needed, a track without End of
+/// Track (it ends with its chunk), bytes after End of Track or after the last track, and running status that
+/// goes on behind a meta or system-exclusive event.
+[[nodiscard]] MIDIFile readMIDIFile(std::span<const std::uint8_t> bytes);
+
+}  // namespace quillo

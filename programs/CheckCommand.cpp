@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "programs/CheckCommand.hpp"
+
+#include <array>
+#include <ostream>
+
+#include "analysis/RuleAdvice.hpp"
+#include "commandline/Arguments.hpp"
+#include "commandline/CommandFailure.hpp"
+#include "commandline/ExitStatus.hpp"
+#include "commandline/InputFiles.hpp"
+#include "commandline/OutputFile.hpp"
+#include "platform/FatalError.hpp"
+#include "platform/QuotedText.hpp"
+#include "rules/RuleEntry.hpp"
+#include "words/PlainWords.hpp"
+
+namespace quillo {
+
+namespace {
+
+constexpr std::array<Option, 4> options{
+    {{"--write", true}, {"--force", false}, {"--advice", false}, forceSizeOption}};
+
+/// A preset whose reading is a fatal error to a host is to the checker only a bad preset.
+ReadDocument readForChecking(const std::string& path, InputReading reading) {
+    try {
+        return readPresetInput(path, exitBadPreset, reading).document;
+    } catch (const FatalError& error) {
+        throw CommandFailure(exitBadPreset, escaped(path) + ": " + wordsOf(error));
+    }
+}
+
+std::string generation(const ReadDocument& document) {
+    if (document.form == ReadDocument::Form::current) {
+        return "generation 3 (current)";
+    }
+    if (document.migratedRules == 0) {
+        return "generation 2 (rules without names)";
+    }
+    if (document.migratedRules == document.data.rules.size()) {
+        return "generation 1 (the oldest)";
+    }
+    return "generations 1 and 2 mixed (" + std::to_string(document.migratedRules) + " of the oldest)";
+}
+
+/// To rules that no unit can install nothing can be advised: they are as bad as a damaged preset.
+std::vector<Advice> adviceFor(const std::vector<Rule>& rules, const std::string& path) {
+    try {
+        return adviseOn(rules);
+    } catch (const FatalError& error) {
+        throw CommandFailure(exitBadPreset, escaped(path) + ": " + wordsOf(error));
+    }
+}
+
+/// What the editor cannot hold as the preset has it, in a line of its own under the rule.
+void writeLimitsOfTheEditor(const Rule& rule, std::ostream& out) {
+    if (const auto reason = whyNoEntry(rule)) {
+        out << "   The editor cannot show " << inQuotes(rule.name) << ": " << *reason << ".\n";
+    } else if (const auto change = whatEditingChanges(rule)) {
+        out << "   Editing the message of " << inQuotes(rule.name)
+            << " changes more than the editor shows: " << *change << ".\n";
+    }
+}
+
+void writeRules(const std::vector<Rule>& rules, std::ostream& out) {
+    std::size_t number = 0;
+    for (const auto& rule : rules) {
+        out << ++number << ". " << inPlainWords(rule) << '\n';
+        writeLimitsOfTheEditor(rule, out);
+    }
+}
+
+void writeAdvice(const std::vector<Rule>& rules, const std::string& path, std::ostream& out) {
+    const auto advice = adviceFor(rules, path);
+    out << (advice.empty() ? "\nAdvice: none.\n" : "\nAdvice:\n");
+    for (const auto& piece : advice) {
+        out << adviceText(rules, piece);
+    }
+}
+
+void writeCurrentForm(const PluginData& data, const OutputFile& file, const std::string& path,
+                      const Console& console) {
+    file.write(data.write());
+    console.err << escaped(path) << ": written in the current form\n";
+}
+
+}  // namespace
+
+std::string describe(const ReadDocument& document) {
+    const auto count = document.data.rules.size();
+    return generation(document) + ", " + std::to_string(count) + (count == 1 ? " rule" : " rules");
+}
+
+int runCheckCommand(std::span<const std::string> words, const Console& console) {
+    const Arguments arguments(words, options);
+    if (arguments.operands().size() != 1) {
+        throw UsageError("check takes one preset");
+    }
+    const auto target = arguments.text("--write");
+    const auto& path = arguments.operands().front();
+    const auto document = readForChecking(path, inputReading(arguments));
+    console.out << escaped(path) << ": " << describe(document) << '\n';
+    writeRules(document.data.rules, console.out);
+    if (arguments.has("--advice")) {
+        writeAdvice(document.data.rules, path, console.out);
+    }
+    if (target) {
+        writeCurrentForm(document.data, OutputFile(*target, arguments.has("--force")), *target, console);
+    }
+    return exitSuccess;
+}
+
+}  // namespace quillo

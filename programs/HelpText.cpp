@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "programs/HelpText.hpp"
+
+#include <algorithm>
+#include <array>
+
+namespace quillo {
+
+namespace {
+
+struct VerbText {
+    std::string_view verb;
+    std::string_view usage;
+    std::string_view help;
+};
+
+constexpr std::string_view programUsage = "Usage: midi-quillo VERB [ARGUMENTS]\n";
+
+constexpr std::string_view programHelp = R"(
+MIDI Quillo rewrites a stream of MIDI events by an ordered list of rules. The
+rules come from a preset: a JSON file that the editor exports.
+
+Verbs:
+  render   send a MIDI file through a preset, into another MIDI file
+  check    say in plain words what a preset does, or what is wrong with it
+  explain  say why an event fired a rule or did not, and what became of it
+  host     play a host application from a script, to see what a project did
+  help     this text; help VERB tells all about a verb
+
+Options:
+  --help     this text; after a verb, all about that verb
+  --version  the program's version
+
+Example: hear what a preset makes of a song, and see every event on its way.
+  midi-quillo render song.mid out.mid --preset echo.json --trace
+
+Exit status: 0 all went well; 1 check found a damaged preset; 64 wrong
+arguments; 65 damaged input; 66 input cannot be read; 70 fatal error;
+73 output cannot be written or is there already.
+)";
+
+constexpr std::array verbTexts{
+    VerbText{"render", "Usage: midi-quillo render IN.mid OUT.mid --preset PRESET.json [OPTIONS]\n", R"(
+Plays the MIDI file IN.mid through the rules of PRESET.json and writes what
+comes out to OUT.mid, as one track. Tempo, metre, key, names and markers stay
+where they are, so that the result lines up with the original in a sequencer.
+The host's transport runs from the file's beginning to its end and then stops;
+rules that wait for it fire. System-exclusive events of IN.mid are left out:
+rules never see them.
+
+Options:
+  --preset PRESET.json  the rules
+  --force               replace OUT.mid if it is there
+  --trace               print every event that comes in and goes out, with its
+                        time in samples
+  --sample-rate RATE    samples per second that times are counted in,
+                        1000 to 768000 (48000)
+  --block FRAMES        samples per render cycle, 1 to 1048576 (512); the result
+                        does not depend on it
+  --tail SECONDS        how long to wait for delayed outputs after the end of
+                        the file, 0 to 86400 (60)
+  --force-size          read IN.mid above 1 GiB, PRESET.json above 64 MiB
+
+Examples:
+  midi-quillo render song.mid out.mid --preset echo.json
+  midi-quillo render song.mid out.mid --preset=echo.json --force --tail=2.5
+)"},
+    VerbText{"check", "Usage: midi-quillo check PRESET.json [--advice] [--write OUT.json [--force]]\n", R"(
+Says what PRESET.json is, a preset of any generation, and what its rules do,
+one rule a line. Channels are counted from 1; everything else is the number in
+the MIDI message. Under a rule that the editor cannot show, or not as it is,
+it says so. If the preset is damaged, says what is wrong and where.
+
+Options:
+  --advice          say as well which rules can never fire, which swallow all
+                    MIDI, which leave notes sounding, and what else may be a
+                    mistake, each with a way out; the exit status stays 0
+  --write OUT.json  store the preset in the current form
+  --force           replace OUT.json if it is there
+  --force-size      read PRESET.json above 64 MiB, too
+
+Examples:
+  midi-quillo check old.json
+  midi-quillo check --advice stage.json
+  midi-quillo check old.json --write new.json
+)"},
+    VerbText{"explain", "Usage: midi-quillo explain --preset PRESET.json EVENT...\n", R"(
+Says what the rules of PRESET.json make of an event. Each rule is asked in
+order, and its line says whether it fires, what it then sends and when, or the
+first thing about the event that it does not wait for. A rule's policy can stop
+the event there; the rules after it are then never tried, and a MIDI message
+is swallowed instead of forwarded. That goes for rules of the other kind too: a
+rule for the host's transport matches no MIDI, so that "Consume non-matching"
+makes it swallow all of it.
+
+An EVENT is one of:
+  "90 3c 64"  a MIDI message, its bytes in hexadecimal; 903c64 will do, too
+  "host start", "host continue", "host stop"
+              a change of the host's transport
+  load        the plug-in is loaded
+Each event is explained by itself, as if none had come before it.
+
+Options:
+  --preset PRESET.json  the rules
+  --force-size          read PRESET.json above 64 MiB, too
+
+Examples:
+  midi-quillo explain --preset echo.json "b0 40 7f" fa "host start" load
+  midi-quillo explain --preset stage.json "90 3c 64"
+
+The second asks why middle C is silent, and is answered:
+  90 3c 64: note-on 60 (C3), velocity 100, channel 1
+    1  "Reset"  no match     waits for the host's transport to stop, not for
+                             MIDI
+                stops here   Consume non-matching: a rule for the host's
+                             transport matches no MIDI, so it swallows all of
+                             it
+    2  "Echo"   never tried  rule 1 stopped the event
+  Result: swallowed by rule 1 "Reset" (Consume non-matching). Nothing goes
+  out.
+)"},
+    VerbText{"host", "Usage: midi-quillo host [SCRIPT]\n", R"(
+Plays a host application from SCRIPT, or from standard input. The script has
+one JSON object a line. Its key "do" names the action:
+  create      drop the unit and make a new one
+  restore     set the saved state, by one key: "state" has the document as text
+              (null: no state at all), "base64" its bytes; "dictionary" is an
+              object of any values without a document, a fatal error
+  save        read the saved state
+  allocate    get ready to render: "sampleRate" (44100), "inputChannels" (2),
+              "outputChannels" (2)
+  deallocate  the opposite
+  install     install "rules", a list as in a preset, as the editor does
+  send        send "output", as the editor does: what a rule of a preset has
+              under "message"
+  transport   from now on report "flags", the sum of 2 for moving, 4 for
+              recording and 8 for looping, and "position" in samples;
+              "present": false reports nothing
+  output      "present": false takes no MIDI, true does again; "failAfter" and
+              "status" take so many messages more, then answer this status once
+  render      one cycle: from "sampleTime" on so many "frames", with a list of
+              "events"
+  describe    what the unit declares
+  views       which of the view "sizes" the editor takes; each is a list of
+              width and height
+  queue       how many delayed outputs wait
+
+An event has its "time" in samples and its "type": 8 is MIDI and need not be
+said, 9 system exclusive, 1 and 2 are parameters. Both kinds of MIDI have
+"bytes", a list of numbers; of up to three bytes of MIDI "length" can say how
+many count.
+
+Each action answers with one JSON object a line, after the events it caused:
+"in" and "out" are what the logs show, "midi" is what the host was sent, and
+"refused" what it did not take.
+
+Examples:
+  midi-quillo host session.jsonl
+  echo '{"do":"describe"}' | midi-quillo host
+
+A script that starts the transport and hands over MIDI Start four samples later:
+  {"do":"allocate","sampleRate":48000}
+  {"do":"transport","flags":2,"position":0}
+  {"do":"render","sampleTime":0,"frames":64,"events":[{"time":4,"bytes":[250]}]}
+)"},
+};
+
+const VerbText* find(std::string_view verb) {
+    const auto* found = std::ranges::find(verbTexts, verb, &VerbText::verb);
+    return found == verbTexts.end() ? nullptr : found;
+}
+
+}  // namespace
+
+std::string_view generalHelp() {
+    return programHelp.substr(1);
+}
+
+std::string_view usageOf(std::string_view verb) {
+    const auto* text = find(verb);
+    return text == nullptr ? programUsage : text->usage;
+}
+
+std::optional<std::string_view> helpFor(std::string_view verb) {
+    const auto* text = find(verb);
+    return text == nullptr ? std::nullopt : std::optional(text->help.substr(1));
+}
+
+}  // namespace quillo

@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Draws the editor's views, and those of the presets that it is given, to PNG files, without a display.
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <span>
+#include <string>
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include "editor/ExamplePresets.hpp"
+#include "editor/Fonts.hpp"
+#include "editor/PresetBrowserView.hpp"
+#include "persistence/PluginData.hpp"
+#include "platform/AtomicFile.hpp"
+#include "platform/QuotedText.hpp"
+#include "programs/editor/DemoRules.hpp"
+#include "programs/editor/Desk.hpp"
+#include "rules/MIDIRuleType.hpp"
+
+namespace {
+
+using namespace quillo;
+
+constexpr int exitUsage = 64;
+constexpr int exitSoftware = 70;
+constexpr int exitCannotCreate = 73;
+
+/// Writes pictures into a folder and says so.
+class Photographer {
+public:
+    explicit Photographer(const juce::File& folder) : folder_(folder) {}
+
+    void take(juce::Component& view, const juce::String& name, float scale = 2) {
+        const auto image = view.createComponentSnapshot(view.getLocalBounds(), true, scale);
+        const auto file = folder_.getChildFile(name + ".png");
+        juce::FileOutputStream stream(file);
+        stream.setPosition(0);
+        stream.truncate();
+        if (!stream.openedOk() || !juce::PNGImageFormat().writeImageToStream(image, stream)) {
+            throw std::runtime_error("cannot write " + file.getFullPathName().toStdString());
+        }
+        std::cout << file.getFullPathName() << '\n';
+    }
+
+private:
+    juce::File folder_;
+};
+
+void play(Desk& desk) {
+    desk.render(512, {{0x90, 60, 100}, {0x80, 60, 0}});
+    desk.render(512, {{0xB0, 1, 64}, {0xF8}});
+    desk.drain();
+}
+
+void showSizes(Photographer& photographer) {
+    Desk desk(demoRules());
+    play(desk);
+    desk.view().setSize(500, 250);
+    photographer.take(desk.view(), "editor-500x250");
+    desk.view().setSize(500, 600);
+    photographer.take(desk.view(), "editor-500x600");
+    desk.view().setSize(200, 200);
+    photographer.take(desk.view(), "editor-200x200");
+    desk.view().setSize(320, 480);
+    photographer.take(desk.view(), "editor-320x480");
+    desk.view().logger().toggle();
+    photographer.take(desk.view(), "editor-320x480-logs");
+    desk.view().setSize(820, 640);
+    photographer.take(desk.view(), "editor-820x640-logs");
+}
+
+void showScales(Photographer& photographer) {
+    Desk desk(demoRules());
+    play(desk);
+    for (const auto scale : {1.0F, 1.25F, 1.5F, 3.0F}) {
+        photographer.take(desk.view(), "editor-scale-" + juce::String(scale), scale);
+    }
+}
+
+void showOverlays(Photographer& photographer) {
+    Desk desk(demoRules());
+    desk.view().setSize(500, 400);
+    desk.view().editor().alert(
+        "\"song.json\" cannot be imported. Rule 4 \"Echo\", Incoming: missing key \"passTrough\".\nThe rules "
+        "are "
+        "as they were. Choose another file, or export this one again where its rules work.");
+    photographer.take(desk.view(), "alert");
+    desk.view().editor().dismissAlert();
+    auto* card = desk.view().card(desk.view().editor().rules()[0].id);
+    dynamic_cast<MyPickerImpl&>(card->trigger().fields()[2]->field()).openMenu();
+    photographer.take(desk.view(), "picker");
+    desk.view().closeOverlay();
+}
+
+/// The browser among the example presets: as it opens, after a part of a name was typed, and with a file in
+/// the way of an export; and what a dragged file sees.
+void showBrowser(Photographer& photographer) {
+    const auto program = juce::File::getSpecialLocation(juce::File::currentExecutableFile).getFullPathName();
+    const auto presets = firstFolder(examplePlaces(program.toStdString(), {}));
+    if (!presets) {
+        throw std::runtime_error("the example presets are not where a build puts them");
+    }
+    Desk desk(demoRules());
+    lastPresetFolder() = *presets;
+    const auto take = [&](const juce::String& name) {
+        for (const auto& [width, height] : {std::pair(500, 250), std::pair(820, 640), std::pair(200, 200)}) {
+            desk.view().setSize(width, height);
+            photographer.take(desk.view(), name + "-" + juce::String(width) + "x" + juce::String(height));
+        }
+        desk.view().closeOverlay();
+    };
+    const auto type = [&desk](const char* name) {
+        dynamic_cast<PresetBrowserView&>(*desk.view().overlay()).nameField().setText(name);
+        juce::MessageManager::getInstance()->runDispatchLoopUntil(1);
+    };
+    desk.view().showImporter();
+    take("import");
+    desk.view().showImporter();
+    type("so");
+    take("import-typed");
+    desk.view().showExporter();
+    take("export");
+    desk.view().showExporter();
+    type("echo");
+    dynamic_cast<PresetBrowserView&>(*desk.view().overlay())
+        .confirmButton()
+        .keyPressed(juce::KeyPress(juce::KeyPress::returnKey));
+    take("export-replace");
+    desk.view().fileDragEnter({juce::String((*presets / "echo.json").string())}, 1, 1);
+    take("drop");
+}
+
+void showCards(Photographer& photographer) {
+    std::vector<Rule> rules;
+    for (const auto& item : outputTypeMenu()) {
+        rules.push_back(ruleFromEntry(defaultEntry(item.value, static_cast<std::int64_t>(rules.size()) + 1)));
+    }
+    for (const auto& item : triggerTypeMenu()) {
+        auto entry = defaultEntry(OutputEntryType::NoteOn, static_cast<std::int64_t>(rules.size()) + 1);
+        entry.trigger.type = item.value;
+        rules.push_back(ruleFromEntry(entry));
+    }
+    Desk desk(rules);
+    desk.view().setSize(640, 3200);
+    photographer.take(desk.view(), "cards", 1);
+}
+
+void showMany(Photographer& photographer) {
+    Desk desk(manyRules(1000));
+    desk.view().setSize(500, 600);
+    desk.view().list().scrollTo(desk.view().editor().rules()[500].id);
+    photographer.take(desk.view(), "thousand");
+}
+
+/// The first rules of a preset: `recipe-echo.png` of `echo.json`.
+void showPreset(Photographer& photographer, const std::string& path) {
+    Desk desk(PluginData::read(readWholeFile(path)).rules);
+    desk.view().setSize(640, 480);
+    photographer.take(desk.view(), "recipe-" + juce::File(path).getFileNameWithoutExtension());
+}
+
+void showAll(const juce::File& folder, std::span<char*> presets) {
+    Photographer photographer(folder);
+    showSizes(photographer);
+    showScales(photographer);
+    showOverlays(photographer);
+    showBrowser(photographer);
+    showCards(photographer);
+    showMany(photographer);
+    for (const auto* preset : presets) {
+        showPreset(photographer, std::filesystem::absolute(preset));
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        std::cerr << "Usage: quillo-shots FOLDER [PRESET.json ...]\n";
+        return exitUsage;
+    }
+    const juce::ScopedJuceInitialiser_GUI juce;
+    if (const auto problem = requireTypefaces(); problem.isNotEmpty()) {
+        std::cerr << problem << '\n';
+        return exitSoftware;
+    }
+    const auto folder = juce::File::getCurrentWorkingDirectory().getChildFile(argv[1]);
+    if (!folder.createDirectory()) {
+        std::cerr << "cannot make the folder " << folder.getFullPathName() << '\n';
+        return exitCannotCreate;
+    }
+    try {
+        showAll(folder, std::span(argv, static_cast<std::size_t>(argc)).subspan(2));
+    } catch (const std::exception& error) {
+        std::cerr << escapedLines(error.what()) << '\n';
+        return exitSoftware;
+    }
+    return 0;
+}

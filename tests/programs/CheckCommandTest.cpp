@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "programs/CheckCommand.hpp"
+
+#include "programs/CommandLineFixture.hpp"
+#include "support/Presets.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace fixture;
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+using CheckCommandTest = CommandLineTest;
+
+const std::string nameless =
+    R"({"output":{"message":{"SystemExclusive":{"_0":[]}},"delay":{"ms":0}},"trigger":{"OnLoad":{}}})";
+
+Data twoRules() {
+    return presetOf({controllerRule(onLoad(), 7), controllerRule(onAnyNote(), 8, 250)});
+}
+
+TEST_F(CheckCommandTest, SaysWhatThePresetIsAndOneRuleALine) {
+    const auto path = folder.with("p.json", twoRules());
+    const auto result = run({"check", path});
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_EQ(
+        result.out,
+        path + ": generation 3 (current), 2 rules\n"
+               "1. \"controller 7\": when the plug-in is loaded, send controller 7 (Volume) with value 1 on "
+               "channel 1 "
+               "at once.\n"
+               "2. \"controller 8\": when any note-on arrives on any channel (pass through), send controller "
+               "8 (Balance) with value 1 on channel 1 after 250 ms.\n");
+    EXPECT_THAT(result.err, IsEmpty());
+}
+
+TEST_F(CheckCommandTest, NamesOlderGenerations) {
+    const auto result = run({"check", folder.with("p.json", "[" + nameless + "]")});
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_THAT(result.out, AllOf(HasSubstr(": generation 2 (rules without names), 1 rule\n"),
+                                  HasSubstr("1. \"Message #1\": when the plug-in is loaded")));
+}
+
+TEST(PresetDescription, CountsTheRulesOfTheOldestGeneration) {
+    const std::vector<Rule> rules{controllerRule(onLoad(), 1), controllerRule(onLoad(), 2)};
+    const auto described = [&](ReadDocument::Form form, std::size_t migrated) {
+        return describe({{rules}, form, migrated});
+    };
+    EXPECT_EQ(described(ReadDocument::Form::current, 0), "generation 3 (current), 2 rules");
+    EXPECT_EQ(described(ReadDocument::Form::bareArray, 0), "generation 2 (rules without names), 2 rules");
+    EXPECT_EQ(described(ReadDocument::Form::bareArray, 1),
+              "generations 1 and 2 mixed (1 of the oldest), 2 rules");
+    EXPECT_EQ(described(ReadDocument::Form::bareArray, 2), "generation 1 (the oldest), 2 rules");
+}
+
+/// A rule called "odd" whose message has a status of its own and these data bytes.
+Rule oddRule(StatusV2 status, GenericByteV2 byte1) {
+    auto odd =
+        loadRule(RuleOutputVariantsV2::Protocol{StatusByteV2::JustStatus{status}, byte1, std::nullopt});
+    odd.trigger = onAnyNote();
+    odd.name = "odd";
+    return odd;
+}
+
+TEST_F(CheckCommandTest, NamesARuleThatTheEditorCannotHoldAsItIs) {
+    const auto path =
+        folder.with("p.json", presetOf({controllerRule(onLoad(), 7),
+                                        oddRule(StatusV2::programChange, GenericByteV2::Value{5}),
+                                        controllerRule(onLoad(), 8)}));
+    const auto result = run({"check", path});
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_THAT(result.out,
+                HasSubstr("\n   Editing the message of \"odd\" changes more than the editor shows: "
+                          "its program change has no bank, and gets bank 0.\n3. "));
+}
+
+TEST_F(CheckCommandTest, NamesARuleThatTheEditorCannotShow) {
+    const auto rule = oddRule(StatusV2::channelPressure, GenericByteV2::RespectiveTriggerByte{});
+    const auto result = run({"check", folder.with("p.json", presetOf({rule}))});
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_THAT(result.out,
+                EndsWith("\n   The editor cannot show \"odd\": its pressure is copied from the trigger.\n"));
+}
+
+TEST_F(CheckCommandTest, ShowsAnEmptyPreset) {
+    const auto path = folder.with("p.json", std::string(R"({"rules":[]})"));
+    EXPECT_EQ(run({"check", path}).out, path + ": generation 3 (current), 0 rules\n");
+}
+
+TEST_F(CheckCommandTest, SaysWhatIsWrongWhereInABadPreset) {
+    const auto path = folder.with("p.json", R"({"rules":[)" + nameless + "]}");
+    const auto result = run({"check", path});
+    EXPECT_EQ(result.status, exitBadPreset);
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_THAT(result.err, AllOf(StartsWith("midi-quillo: " + path + ": "), HasSubstr("rules[0]"),
+                                  HasSubstr("\"name\"")));
+}
+
+TEST_F(CheckCommandTest, FindsTextThatIsNoJSONBad) {
+    EXPECT_EQ(run({"check", folder.with("p.json", std::string("MThd"))}).status, exitBadPreset);
+    EXPECT_EQ(run({"check", folder.with("p.json", std::string())}).status, exitBadPreset);
+    EXPECT_EQ(run({"check", folder.with("p.json", std::string(100000, '['))}).status, exitBadPreset);
+}
+
+TEST_F(CheckCommandTest, CannotReadWhatIsNotThere) {
+    const auto result = run({"check", folder / "none.json"});
+    EXPECT_EQ(result.status, exitNoInput);
+    EXPECT_THAT(result.err, HasSubstr(folder / "none.json"));
+}
+
+TEST_F(CheckCommandTest, WantsExactlyOnePreset) {
+    EXPECT_EQ(run({"check"}).status, exitUsage);
+    EXPECT_EQ(run({"check", "a.json", "b.json"}).status, exitUsage);
+    EXPECT_EQ(run({"check", "a.json", "--write"}).status, exitUsage);
+}
+
+TEST_F(CheckCommandTest, AdvisesBehindTheListing) {
+    const auto path = folder.with(
+        "p.json",
+        presetOf({controllerRule(onAnyNote(PassThroughV2::EatMatching), 7), controllerRule(onAnyNote(), 8)}));
+    const auto listing = run({"check", path}).out;
+    const auto result = run({"check", "--advice", path});
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_EQ(result.out,
+              listing + "\nAdvice:\n"
+                        "2. \"controller 8\" can never fire: rule 1 \"controller 7\" (Consume matching) "
+                        "swallows every event that it waits for.\n"
+                        "   Set rule 1 to Pass through, or move this rule above it.\n");
+    EXPECT_THAT(result.err, IsEmpty());
+}
+
+TEST_F(CheckCommandTest, SaysSoWhenItHasNoAdvice) {
+    const auto path = folder.with("p.json", twoRules());
+    EXPECT_EQ(run({"check", path, "--advice"}).out, run({"check", path}).out + "\nAdvice: none.\n");
+}
+
+TEST_F(CheckCommandTest, AdvisesAndStoresInOneRun) {
+    const auto result =
+        run({"check", folder.with("p.json", twoRules()), "--advice", "--write", folder / "new.json"});
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_THAT(result.out, HasSubstr("Advice: none."));
+    EXPECT_EQ(folder.read("new.json"), twoRules());
+}
+
+TEST_F(CheckCommandTest, CannotAdviseOnRulesThatNoUnitInstalls) {
+    const auto path = folder.with("p.json", presetOf({controllerRule(onLoad(), 7, -5)}));
+    EXPECT_EQ(run({"check", path}).status, exitSuccess);
+    const auto result = run({"check", path, "--advice"});
+    EXPECT_EQ(result.status, exitBadPreset);
+    EXPECT_THAT(result.err, AllOf(StartsWith("midi-quillo: " + path + ": "),
+                                  EndsWith("a delay is negative: -5 ms. Choose 0 or more.\n")));
+}
+
+TEST_F(CheckCommandTest, StoresAnOlderPresetInTheCurrentForm) {
+    const auto old = folder.with("old.json", "[" + nameless + "]");
+    const auto result = run({"check", old, "--write", folder / "new.json"});
+    EXPECT_EQ(result.status, exitSuccess);
+    const auto written = folder.read("new.json");
+    EXPECT_EQ(std::string(written.begin(), written.end()),
+              R"({"rules":[)" + nameless.substr(0, nameless.size() - 1) + R"(,"name":"Message #1"}]})");
+    EXPECT_THAT(result.err, HasSubstr("new.json: written in the current form"));
+}
+
+TEST_F(CheckCommandTest, ReplacesAFileOnlyByForce) {
+    const auto preset = folder.with("p.json", twoRules());
+    const auto target = folder.with("there.json", std::string("mine"));
+    EXPECT_EQ(run({"check", preset, "--write", target}).status, exitCannotCreate);
+    EXPECT_EQ(folder.read("there.json").size(), 4u);
+    EXPECT_EQ(run({"check", preset, "--write", target, "--force"}).status, exitSuccess);
+    EXPECT_EQ(folder.read("there.json"), twoRules());
+}
+
+TEST_F(CheckCommandTest, WritesNothingOfABadPreset) {
+    const auto bad = folder.with("p.json", std::string("{"));
+    EXPECT_EQ(run({"check", bad, "--write", folder / "new.json"}).status, exitBadPreset);
+    EXPECT_EQ(folder.fileCount(), 1u);
+}
+
+}  // namespace
+}  // namespace quillo

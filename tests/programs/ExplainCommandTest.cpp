@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "programs/ExplainCommand.hpp"
+
+#include "analysis/AskedEventParser.hpp"
+#include "persistence/PluginData.hpp"
+#include "programs/CommandLineFixture.hpp"
+#include "programs/HelpText.hpp"
+#include "support/TestRules.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using fixture::CommandLineTest;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+using Transport = HostTransportTriggerVariantsV2;
+
+constexpr auto eatMatching = PassThroughV2::EatMatching;
+constexpr auto eatNonMatching = PassThroughV2::EatNonMatching;
+
+class ExplainCommandTest : public CommandLineTest {
+protected:
+    /// Explains events to a preset of these rules.
+    Run explain(std::vector<Rule> rules, std::vector<std::string> events) {
+        events.insert(events.begin(),
+                      {"explain", "--preset", folder.with("p.json", PluginData{std::move(rules)}.write())});
+        return run(events);
+    }
+
+    std::string explained(std::vector<Rule> rules, const std::string& event) {
+        const auto result = explain(std::move(rules), {event});
+        EXPECT_EQ(result.status, exitSuccess);
+        EXPECT_THAT(result.err, IsEmpty());
+        return result.out;
+    }
+};
+
+TEST_F(ExplainCommandTest, SaysOfEachRuleWhatItDoesOrWhatKeepsItFromIt) {
+    EXPECT_EQ(
+        explained({rule(onLoad(), send(noteOn(0, 1, 1)), "Reset"),
+                   rule(onNoteOn(exactly(61)), send(noteOn(0, 1, 1)), "C sharp only"),
+                   rule(onNoteOn(), send(protocol(StatusV2::noteOn, channel(1), triggerByte, byte(9)), 300),
+                        "Echo"),
+                   rule(onNoteOn(), send(programChange(triggerChannel, 2, byte(5))), "Sound")},
+                  "90 3c 64"),
+        "90 3c 64: note-on 60 (C3), velocity 100, channel 1\n"
+        "  1  \"Reset\"         not asked    fires only when the plug-in is loaded\n"
+        "  2  \"C sharp only\"  no match     waits for note 61 (C♯3); this is note 60 (C3)\n"
+        "  3  \"Echo\"          fires        sends note-on 60 (C3), velocity 9, channel 2 [91 3c 09] after "
+        "300 ms\n"
+        "  4  \"Sound\"         fires        sends controller 0 (Bank MSB), value 2, channel 1 [b0 00 02] at "
+        "once\n"
+        "                                  then program 5, channel 1 [c0 05] at once\n"
+        "Result: no rule swallowed it: it is forwarded, after what the rules send at once.\n");
+}
+
+TEST_F(ExplainCommandTest, SaysWhereAPolicyStoppedTheEventAndWhoWasNeverTried) {
+    EXPECT_EQ(
+        explained({rule(onNoteOn(any, any, eatMatching), send(noteOn(1, 2, 3), 10), "Eat"),
+                   rule(onNoteOn(), send(noteOn(0, 1, 1)), "Late")},
+                  "903c64"),
+        "90 3c 64: note-on 60 (C3), velocity 100, channel 1\n"
+        "  1  \"Eat\"   fires        sends note-on 2 (D-2), velocity 3, channel 2 [91 02 03] after 10 ms\n"
+        "             stops here   Consume matching: the event matched this rule\n"
+        "  2  \"Late\"  never tried  rule 1 stopped the event\n"
+        "Result: swallowed by rule 1 \"Eat\" (Consume matching). Only what the rules send goes out.\n");
+}
+
+TEST_F(ExplainCommandTest, SaysThatARuleSwallowsWhatItDoesNotMatch) {
+    EXPECT_THAT(
+        explained({rule(onNoteOn(any, any, eatNonMatching), send(noteOn(0, 1, 1)), "Only notes")}, "f8"),
+        AllOf(HasSubstr("no match     waits for a note-on; this is timing clock\n"),
+              HasSubstr("stops here   Consume non-matching: the event did not match this rule\n"),
+              HasSubstr("Result: swallowed by rule 1 \"Only notes\" (Consume non-matching). Nothing goes "
+                        "out.\n")));
+}
+
+TEST_F(ExplainCommandTest, SaysThatAHostRuleCanSwallowAllMIDI) {
+    EXPECT_THAT(
+        explained({rule(onHost(Transport::Stop, eatNonMatching), send(noteOn(0, 1, 1)), "Reset"),
+                   rule(onNoteOn(), send(noteOn(0, 1, 1)), "Echo")},
+                  "90 3c 64"),
+        AllOf(HasSubstr("no match     waits for the host's transport to stop, not for MIDI\n"),
+              HasSubstr("stops here   Consume non-matching: a rule for the host's transport matches no "
+                        "MIDI, so it swallows all of it\n"),
+              HasSubstr("never tried  rule 1 stopped the event\n"),
+              HasSubstr("Result: swallowed by rule 1 \"Reset\" (Consume non-matching). Nothing goes "
+                        "out.\n")));
+}
+
+TEST_F(ExplainCommandTest, SaysThatAHostRuleStopsTheHostEventsThatItDoesNotMatch) {
+    EXPECT_THAT(explained({rule(onHost(Transport::Stop, eatNonMatching), send(noteOn(0, 1, 1)), "Reset")},
+                          "host start"),
+                AllOf(HasSubstr("no match     waits for the host's transport to stop; this is its start\n"),
+                      HasSubstr("stops here   Consume non-matching: the event did not match this rule\n")));
+}
+
+TEST_F(ExplainCommandTest, DoesNotCountADelayedOutputAmongThoseAtOnce) {
+    EXPECT_THAT(explained({rule(onMIDIStart(), send(noteOn(0, 1, 1), 5))}, "fa"),
+                HasSubstr(" after 5 ms\nResult: no rule swallowed it: it is forwarded.\n"));
+}
+
+TEST_F(ExplainCommandTest, SaysThatAMIDIRuleCanStopAllHostEvents) {
+    EXPECT_THAT(
+        explained({rule(onNoteOn(any, any, eatNonMatching), send(noteOn(0, 1, 1)), "Only notes"),
+                   rule(onHost(Transport::Stop), send(noteOn(0, 1, 1)), "Reset")},
+                  "host stop"),
+        AllOf(HasSubstr("no match     waits for a note-on, not for the host's transport\n"),
+              HasSubstr("stops here   Consume non-matching: a rule for MIDI matches no host event, so it "
+                        "stops all of them\n"),
+              HasSubstr("never tried  rule 1 stopped the event\n"),
+              HasSubstr("Result: stopped by rule 1 \"Only notes\" (Consume non-matching). Nothing goes "
+                        "out.\n")));
+}
+
+TEST_F(ExplainCommandTest, ExplainsHostEventsThatPassEveryRule) {
+    const std::vector<Rule> rules{rule(onHost(Transport::Start), send(noteOn(0, 1, 1)), "Go")};
+    EXPECT_THAT(explained(rules, "host start"),
+                AllOf(StartsWith("host start: the host's transport starts\n"), HasSubstr("fires "),
+                      HasSubstr("Result: it passed every rule. Only what the rules send goes out.\n")));
+    EXPECT_THAT(
+        explained(rules, "host stop"),
+        AllOf(HasSubstr("no match "), HasSubstr("Result: it passed every rule. Nothing goes out.\n")));
+}
+
+TEST_F(ExplainCommandTest, ExplainsLoading) {
+    const std::vector<Rule> rules{rule(onLoad(), send(systemExclusive({0x7E})), "Reset"),
+                                  rule(onNoteOn(any, any, eatNonMatching), send(noteOn(0, 1, 1)), "Echo")};
+    EXPECT_EQ(explained(rules, "load"),
+              "load: the plug-in is loaded\n"
+              "  1  \"Reset\"  fires        sends system exclusive [f0 7e f7] at once\n"
+              "  2  \"Echo\"   not asked    waits for MIDI, not for loading\n"
+              "Result: each rule that waits for loading fires once.\n");
+    EXPECT_THAT(explained({rules[1]}, "load"),
+                HasSubstr("Result: no rule waits for loading. Nothing goes out.\n"));
+}
+
+TEST_F(ExplainCommandTest, ExplainsThatSystemExclusiveNeverComesToTheRules) {
+    EXPECT_EQ(
+        explained({rule(onNoteOn(), send(noteOn(0, 1, 1)))}, "f0 7e f7"),
+        "f0 7e f7: system exclusive\n"
+        "Result: dropped: incoming system exclusive is never shown to the rules and never forwarded.\n");
+}
+
+TEST_F(ExplainCommandTest, ExplainsAPresetWithoutRules) {
+    EXPECT_EQ(explained({}, "fa"), "fa: MIDI Start\n"
+                                   "  There are no rules.\n"
+                                   "Result: no rule swallowed it: it is forwarded.\n");
+}
+
+TEST_F(ExplainCommandTest, ShowsAnOutputThatIsNoCompleteMessage) {
+    EXPECT_THAT(
+        explained({rule(onMIDIStart(), send(protocol(StatusV2::noteOn, channel(0), byte(60))))}, "fa"),
+        HasSubstr("sends an incomplete or damaged MIDI message [90 3c] at once\n"));
+}
+
+TEST_F(ExplainCommandTest, AlignsNumbersAndShortensLongNames) {
+    std::vector<Rule> rules(10, rule(onMIDIStart(), send(noteOn(0, 1, 1)), "♯"));
+    rules[9].name = std::string(1000, 'n');
+    const auto out = explained(rules, "f8");
+    EXPECT_THAT(out, HasSubstr("\n   1  \"♯\"" + std::string(29, ' ') + "no match     waits"));
+    EXPECT_THAT(out, HasSubstr("\n  10  \"" + std::string(27, 'n') + "…\"  no match     waits"));
+}
+
+TEST_F(ExplainCommandTest, ExplainsEventsInTheOrderGivenAndParted) {
+    const auto result = explain({}, {"fa", "host stop", "load"});
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_EQ(
+        result.out,
+        "fa: MIDI Start\n  There are no rules.\nResult: no rule swallowed it: it is forwarded.\n\n"
+        "host stop: the host's transport stops\n  There are no rules.\nResult: it passed every rule. "
+        "Nothing goes out.\n\n"
+        "load: the plug-in is loaded\n  There are no rules.\nResult: no rule waits for loading. Nothing "
+        "goes out.\n");
+}
+
+TEST_F(ExplainCommandTest, RefusesABadEventByItsNumberShowsTheFormsAndExplainsNothing) {
+    const auto result = explain({}, {"fa", "90 3c"});
+    EXPECT_EQ(result.status, exitUsage);
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_THAT(
+        result.err,
+        AllOf(StartsWith("midi-quillo: event 2, \"90 3c\": a message that begins with 90 has 3 bytes; "
+                         "here are 2\n"),
+              HasSubstr(std::string(askedEventForms)), HasSubstr(std::string(usageOf("explain")))));
+}
+
+TEST_F(ExplainCommandTest, WantsAPresetAndAnEvent) {
+    EXPECT_EQ(run({"explain", "fa"}).status, exitUsage);
+    const auto result = explain({}, {});
+    EXPECT_EQ(result.status, exitUsage);
+    EXPECT_THAT(result.err, HasSubstr(std::string(askedEventForms)));
+}
+
+TEST_F(ExplainCommandTest, FailsAsTheOtherVerbsDo) {
+    EXPECT_EQ(run({"explain", "--preset", folder / "none.json", "fa"}).status, exitNoInput);
+    EXPECT_EQ(run({"explain", "--preset", folder.with("bad.json", std::string("{")), "fa"}).status,
+              exitBadData);
+    EXPECT_EQ(explain({rule(onLoad(), send(noteOn(0, 1, 1), -5))}, {"fa"}).status, exitFatal);
+}
+
+/// The words of a text, each parted by one blank from the next.
+std::string unwrapped(const std::string& text) {
+    std::istringstream in(text);
+    std::string words;
+    for (std::string word; in >> word;) {
+        words += word + " ";
+    }
+    return words;
+}
+
+TEST_F(ExplainCommandTest, AnswersAsItsHelpSays) {
+    const auto answer =
+        explained({rule(onHost(Transport::Stop, eatNonMatching), send(noteOn(0, 1, 1)), "Reset"),
+                   rule(onNoteOn(), send(noteOn(0, 1, 1)), "Echo")},
+                  "90 3c 64");
+    EXPECT_THAT(unwrapped(run({"explain", "--help"}).out), HasSubstr(unwrapped(answer)));
+}
+
+}  // namespace
+}  // namespace quillo
