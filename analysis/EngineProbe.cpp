@@ -2,10 +2,10 @@
 #include "analysis/EngineProbe.hpp"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <utility>
 
-#include "audiounit/platform/AURenderEvent.hpp"
 #include "engine/RuleCompiler.hpp"
 #include "platform/RealTimeFunction.hpp"
 
@@ -20,16 +20,18 @@ constexpr SampleTime start = 0;
 /// Later than any delay that can be compiled.
 constexpr SampleTime end = std::numeric_limits<SampleTime>::max();
 
-AUMIDIEvent eventOf(std::span<const std::uint8_t> message) {
-    AUMIDIEvent event;
-    event.eventSampleTime = start;
-    event.length = static_cast<std::uint16_t>(std::min(message.size(), event.data.size()));
-    std::ranges::copy(message.first(event.length), event.data.begin());
-    return event;
+using EventBytes = std::array<std::uint8_t, 3>;
+
+/// The first three bytes, as a host hands them over: zeros behind a shorter message.
+EventBytes eventBytes(std::span<const std::uint8_t> message) {
+    EventBytes bytes{};
+    std::ranges::copy(message.first(std::min(message.size(), bytes.size())), bytes.begin());
+    return bytes;
 }
 
-TriggerBytes triggerBytes(const AUMIDIEvent& event) {
-    return {event.data[0], event.data[1], event.data[2]};
+TriggerBytes triggerBytes(std::span<const std::uint8_t> message) {
+    const auto bytes = eventBytes(message);
+    return {bytes[0], bytes[1], bytes[2]};
 }
 
 void install(RuleProcessor& processor, const std::vector<Rule>& rules) {
@@ -65,10 +67,10 @@ EngineProbe::EngineProbe(const std::vector<Rule>& rules)
 }
 
 EngineProbe::Outcome EngineProbe::put(std::span<const std::uint8_t> message) {
-    const auto event = eventOf(message);
-    auto emissions = emissionsOf<Emissions>(
-        [&](const OutputFunction& output) { processor_.processMIDIEvent(output, event, end); });
-    return outcome({compiled_, triggerBytes(event)}, std::move(emissions));
+    auto emissions = emissionsOf<Emissions>([&](const OutputFunction& output) {
+        processor_.processMIDIEvent(output, start, eventBytes(message), message.size(), end);
+    });
+    return outcome({compiled_, triggerBytes(message)}, std::move(emissions));
 }
 
 EngineProbe::Outcome EngineProbe::put(HostTransportTriggerVariantsV2 change) {
@@ -110,12 +112,12 @@ EngineProbe::Outcome EngineProbe::outcome(RuleChain chain, Emissions emissions) 
 std::optional<TriggerCondition> EngineProbe::firstFailure(std::size_t rule,
                                                           std::span<const std::uint8_t> message) const {
     const auto& pattern = patterns_[rule];
-    return pattern ? pattern->firstFailure(triggerBytes(eventOf(message))) : std::nullopt;
+    return pattern ? pattern->firstFailure(triggerBytes(message)) : std::nullopt;
 }
 
 bool EngineProbe::waitsFor(std::size_t rule, std::span<const std::uint8_t> message) const {
     const auto& pattern = patterns_[rule];
-    return pattern && pattern->matches(triggerBytes(eventOf(message)));
+    return pattern && pattern->matches(triggerBytes(message));
 }
 
 bool EngineProbe::waitsFor(std::size_t rule, HostTransportTriggerVariantsV2 change) const {

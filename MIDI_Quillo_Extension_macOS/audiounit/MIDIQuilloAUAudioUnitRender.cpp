@@ -122,7 +122,9 @@ OSStatus MIDIQuilloAUAudioUnit::renderEvents(const OutputFunction& output, const
             const auto message = MIDIMessage::inlineCopyOf({midi.data.data(), length});
             logInput({midi.eventSampleTime, EventLogEntryVariants::MIDI{message}});
         }
-        if (const auto status = processor->processMIDIEvent(output, midi, end); status != noErr) {
+        const auto status =
+            processor->processMIDIEvent(output, midi.eventSampleTime, midi.data, midi.length, end);
+        if (status != noErr) {
             return status;
         }
     }

@@ -157,9 +157,10 @@ OSStatus RuleProcessor::processHostTransport(const OutputFunction& output,
     return Cycle(*this, output, end).transport(start, trigger);
 }
 
-OSStatus RuleProcessor::processMIDIEvent(const OutputFunction& output, const AUMIDIEvent& event,
+OSStatus RuleProcessor::processMIDIEvent(const OutputFunction& output, SampleTime at,
+                                         const std::array<std::uint8_t, 3>& data, std::size_t length,
                                          SampleTime end) QUILLO_REALTIME {
-    return Cycle(*this, output, end).midi(event.eventSampleTime, event.data, event.length);
+    return Cycle(*this, output, end).midi(at, data, length);
 }
 
 bool RuleProcessor::hasWaitingMessages() QUILLO_REALTIME {

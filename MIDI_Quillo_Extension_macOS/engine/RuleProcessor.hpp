@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -8,7 +9,6 @@
 #include <optional>
 #include <vector>
 
-#include "audiounit/platform/AURenderEvent.hpp"
 #include "engine/CompiledRules.hpp"
 #include "engine/DelayedMessage.hpp"
 #include "engine/MyBinaryHeap.hpp"
@@ -83,9 +83,11 @@ public:
     OSStatus processHostTransport(const OutputFunction& output, HostTransportTriggerVariantsV2 trigger,
                                   SampleTime start, SampleTime end) QUILLO_REALTIME;
 
-    /// [render] Step 5, for each MIDI event of the cycle: runs it through the rules and forwards it, after
-    /// their immediate outputs, unless a rule consumed it.
-    OSStatus processMIDIEvent(const OutputFunction& output, const AUMIDIEvent& event,
+    /// [render] Step 5, for each MIDI event of the cycle, with its sample time, bytes and length: runs it
+    /// through the rules and forwards it, after their immediate outputs, unless a rule consumed it (see
+    /// `Cycle::midi`).
+    OSStatus processMIDIEvent(const OutputFunction& output, SampleTime at,
+                              const std::array<std::uint8_t, 3>& data, std::size_t length,
                               SampleTime end) QUILLO_REALTIME;
 
     /// [render] Whether a cycle without events would have something to send, now or later.

@@ -3,13 +3,12 @@
 
 #include <cstdint>
 
-#include "audiounit/platform/AURenderEvent.hpp"
 #include "platform/RealTime.hpp"
 
 namespace quillo {
 
 /// An absolute sample position on the host's render timeline, or a distance between two, in samples.
-using SampleTime = AUEventSampleTime;
+using SampleTime = std::int64_t;
 
 /// Stores `time + distance` in `sum`. False, and `sum` meaningless, when it is beyond 64 bits.
 [[nodiscard]] inline bool tryAdd(SampleTime time, SampleTime distance, SampleTime& sum) QUILLO_REALTIME {

@@ -36,7 +36,7 @@ class CycleTest : public testing::Test, protected Engine {};
 TEST_F(CycleTest, SendsWhatIsDueByItselfInTheOrderOfTheSteps) {
     processor.setRules({rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(0, 4, 4), 100)),
                         rule(onLoad(), send(noteOn(0, 1, 1), 5))});
-    EXPECT_EQ(processor.processMIDIEvent(output, {{}, 3, 0, {0x90, 1, 1}}, 50), noErr);
+    EXPECT_EQ(processor.processMIDIEvent(output, 0, {0x90, 1, 1}, 3, 50), noErr);
     processor.send(noteOn(0, 2, 2));
     EXPECT_EQ(Cycle(processor, output, 50, 101).status(), noErr);
     EXPECT_EQ(recorder.take(),
@@ -128,11 +128,8 @@ void renderInSteps(Engine& engine, const std::vector<Event>& events, SampleTime 
             continue;
         }
         const auto& bytes = std::get<TriggerBytes>(event);
-        AUMIDIEvent midi;
-        midi.eventSampleTime = start + 1;
-        midi.length = 3;
-        midi.data = {bytes.status, bytes.data1, bytes.data2};
-        ASSERT_EQ(engine.processor.processMIDIEvent(engine.output, midi, end), noErr);
+        const std::array data{bytes.status, bytes.data1, bytes.data2};
+        ASSERT_EQ(engine.processor.processMIDIEvent(engine.output, start + 1, data, data.size(), end), noErr);
     }
 }
 

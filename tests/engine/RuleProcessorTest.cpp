@@ -24,14 +24,6 @@ class RuleProcessorTest : public testing::Test {
 protected:
     RuleProcessorTest() { processor.sampleRate = 1000; }
 
-    static AUMIDIEvent event(SampleTime time, const Bytes& bytes) {
-        AUMIDIEvent event;
-        event.eventSampleTime = time;
-        event.length = static_cast<std::uint16_t>(bytes.size());
-        std::copy(bytes.begin(), bytes.end(), event.data.begin());
-        return event;
-    }
-
     OSStatus onLoadPass(SampleTime start, SampleTime end) { return processor.onLoad(output, start, end); }
     OSStatus instantFlush(SampleTime start) { return processor.flushInstantMessages(output, start); }
     OSStatus delayedFlush(SampleTime end) { return processor.flushDelayedMessages(output, end); }
@@ -39,7 +31,9 @@ protected:
         return processor.processHostTransport(output, trigger, start, end);
     }
     OSStatus midi(SampleTime time, const Bytes& bytes, SampleTime end = 512) {
-        return processor.processMIDIEvent(output, event(time, bytes), end);
+        std::array<std::uint8_t, 3> data{};
+        std::ranges::copy(bytes, data.begin());
+        return processor.processMIDIEvent(output, time, data, bytes.size(), end);
     }
 
     RuleProcessor processor;
@@ -56,7 +50,7 @@ TEST_F(RuleProcessorTest, TheSampleRateIs44100UntilItIsSet) {
     RuleProcessor fresh;
     EXPECT_EQ(fresh.sampleRate, 44100U);
     fresh.setRules({rule(onNoteOn(), send(noteOn(0, 1, 1), 1))});
-    EXPECT_EQ(fresh.processMIDIEvent(output, event(0, {0x90, 60, 1}), 512), noErr);
+    EXPECT_EQ(fresh.processMIDIEvent(output, 0, {0x90, 60, 1}, 3, 512), noErr);
     EXPECT_EQ(recorder.take(), (Emissions{{44, {{0x90, 1, 1}}}, {0, {{0x90, 60, 1}}}}));
 }
 
@@ -118,18 +112,14 @@ TEST_F(RuleProcessorTest, AnEventWithoutBytesIsForwardedAsOne) {
 }
 
 TEST_F(RuleProcessorTest, ALengthAboveThreeForwardsThreeBytes) {
-    auto long_ = event(0, {0x90, 60, 100});
-    long_.length = 200;
-    EXPECT_EQ(processor.processMIDIEvent(output, long_, 512), noErr);
+    EXPECT_EQ(processor.processMIDIEvent(output, 0, {0x90, 60, 100}, 200, 512), noErr);
     EXPECT_EQ(recorder.take(), (Emissions{{0, {{0x90, 60, 100}}}}));
 }
 
 TEST_F(RuleProcessorTest, BytesBeyondTheLengthTakePartInMatching) {
     processor.setRules(
         {rule(onProgramChange(), send(protocol(StatusV2::CC, triggerChannel, triggerByte, triggerByte)))});
-    auto program = event(0, {0xC2, 5});
-    program.data[2] = 99;
-    EXPECT_EQ(processor.processMIDIEvent(output, program, 512), noErr);
+    EXPECT_EQ(processor.processMIDIEvent(output, 0, {0xC2, 5, 99}, 2, 512), noErr);
     EXPECT_EQ(recorder.take(), (Emissions{{0, {{0xB2, 5, 99}}}, {0, {{0xC2, 5}}}}));
 }
 

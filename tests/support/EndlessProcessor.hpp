@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <limits>
@@ -24,10 +25,9 @@ public:
     }
 
     std::vector<Emission> run(const MIDIMessage& message) {
-        AUMIDIEvent event;
-        event.length = static_cast<std::uint16_t>(message.size());
-        std::ranges::copy(message.bytes(), event.data.begin());
-        processor_.processMIDIEvent(OutputFunction(target_), event, end);
+        std::array<std::uint8_t, 3> data{};
+        std::ranges::copy(message.bytes(), data.begin());
+        processor_.processMIDIEvent(OutputFunction(target_), 0, data, message.size(), end);
         return recorder_.take();
     }
 
