@@ -55,6 +55,18 @@ TEST_F(JackWindowTest, TheTitleSaysWhetherThereIsAServerAndASignalEndsTheProgram
     EXPECT_FALSE(std::filesystem::exists(session("left").file(0)));
 }
 
+TEST_F(JackWindowTest, TheWindowSystemHasTheIcon) {
+    JackServer server;
+    server.stop();
+    const auto program = runAsItIs({QUILLO_JACK_PROGRAM, "--server", server.name()}, std::getenv("DISPLAY"));
+    program->err().waitFor("MIDI Quillo waits");
+    waitForWindow("MIDI Quillo \\(no JACK server\\)");
+    ChildProcess find({"xdotool", "search", "--name", "^MIDI Quillo"});
+    ChildProcess look({"xprop", "-id", std::to_string(std::stoul(find.out().whole())), "_NET_WM_ICON"});
+    EXPECT_THAT(look.out().whole(), testing::HasSubstr("Icon (128 x 128)"));
+    EXPECT_EQ(end(*program), 0);
+}
+
 TEST_F(JackWindowTest, TheWindowIsDrawnAtTheScaleThatIsAsked) {
     JackServer server;
     server.stop();
