@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -74,6 +75,12 @@ FieldPlan inputPlan(const juce::String& caption, const ColorPair& colors,
             }};
 }
 
+template <class Entry, class Value>
+FieldPlace placeOf(const Entry& entry, Value Entry::* field) {
+    const auto* begin = reinterpret_cast<const std::byte*>(&entry);
+    return static_cast<FieldPlace>(reinterpret_cast<const std::byte*>(&(entry.*field)) - begin);
+}
+
 /// A field of an entry, read and written through the binding of the whole entry.
 template <class Entry, class Value>
 Binding<Value> fieldBinding(const Binding<Entry>& entry, Value Entry::* field) {
@@ -84,7 +91,11 @@ Binding<Value> fieldBinding(const Binding<Entry>& entry, Value Entry::* field) {
     };
     return {[entry, field] { return entry.get().*field; },
             [entry, changed](Value value) { entry.set(changed(std::move(value))); },
-            [entry, changed](Value value) { entry.step(changed(std::move(value))); }};
+            [entry, changed, field](Value value, FieldPlace within) {
+                auto whole = changed(std::move(value));
+                const auto place = placeOf(whole, field);
+                entry.step(std::move(whole), place + within);
+            }};
 }
 
 }  // namespace quillo

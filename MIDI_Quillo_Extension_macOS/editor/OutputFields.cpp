@@ -131,10 +131,7 @@ public:
 
     [[nodiscard]] FieldPlan pitchValueView() const {
         const auto pitch = fieldBinding(data_, &RuleOutputEntry::pitch);
-        return inputPlan<PitchValueFormatter>("Pitch", byte2Colors(),
-                                              {[pitch] { return pitch.get().value; },
-                                               [pitch](std::uint16_t value) { pitch.set({value}); },
-                                               [pitch](std::uint16_t value) { pitch.step({value}); }},
+        return inputPlan<PitchValueFormatter>("Pitch", byte2Colors(), fieldBinding(pitch, &Pitch::value),
                                               "0 - 16383");
     }
 
@@ -148,11 +145,9 @@ public:
 
     [[nodiscard]] FieldPlan delayView() const {
         const auto delay = fieldBinding(data_, &RuleOutputEntry::delay);
-        return inputPlan<DelayValueFormatter>(
-            juceText(delayCaption), {palette_.delayInput, palette_.delayInputSecondaryColor},
-            {[delay] { return delay.get().ms; }, [delay](std::int64_t ms) { delay.set({ms}); },
-             [delay](std::int64_t ms) { delay.step({ms}); }},
-            "0");
+        return inputPlan<DelayValueFormatter>(juceText(delayCaption),
+                                              {palette_.delayInput, palette_.delayInputSecondaryColor},
+                                              fieldBinding(delay, &DelayV2::ms), "0");
     }
 
 private:

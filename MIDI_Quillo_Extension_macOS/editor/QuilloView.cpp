@@ -117,7 +117,7 @@ std::unique_ptr<RuleView> QuilloView::makeCard(const UUID& id) {
             return rule != nullptr ? *rule : RuleEntry();
         },
         [this, id](RuleEntry rule) { editor_.edit(id, std::move(rule)); },
-        [this, id](RuleEntry rule) { editor_.step(id, std::move(rule)); });
+        [this, id](RuleEntry rule, FieldPlace field) { editor_.step(id, std::move(rule), field); });
     return std::make_unique<RuleView>(
         data, RuleViewActions{[this, id](TriggerEntryType type) { editor_.changeTriggerType(id, type); },
                               [this, id](const MIDIRuleType& type) { changeOutputType(id, type); },

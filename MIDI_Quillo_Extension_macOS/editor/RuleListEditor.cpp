@@ -40,38 +40,6 @@ std::int64_t nextIndex(const RuleList& rules) {
     return greatest + 1;
 }
 
-std::string changedField(const RuleEntry& before, const RuleEntry& after) {
-    std::string field;
-    int changes = 0;
-    const auto compare = [&](const char* name, const auto& one, const auto& other) {
-        if (!(one == other)) {
-            field = name;
-            ++changes;
-        }
-    };
-    compare("name", before.name, after.name);
-    compare("trigger type", before.trigger.type, after.trigger.type);
-    compare("trigger channel", before.trigger.channel, after.trigger.channel);
-    compare("trigger note", before.trigger.note, after.trigger.note);
-    compare("trigger controller", before.trigger.controller, after.trigger.controller);
-    compare("trigger value", before.trigger.controllerValue, after.trigger.controllerValue);
-    compare("trigger program", before.trigger.program, after.trigger.program);
-    compare("policy", before.trigger.passThrough, after.trigger.passThrough);
-    compare("type", before.output.type, after.output.type);
-    compare("channel", before.output.channel, after.output.channel);
-    compare("note", before.output.note, after.output.note);
-    compare("velocity", before.output.velocity, after.output.velocity);
-    compare("pitch", before.output.pitch, after.output.pitch);
-    compare("bank", before.output.bank, after.output.bank);
-    compare("program", before.output.program, after.output.program);
-    compare("pressure", before.output.pressure, after.output.pressure);
-    compare("controller", before.output.controller, after.output.controller);
-    compare("value", before.output.controllerValue, after.output.controllerValue);
-    compare("bytes", before.output.systemExclusive, after.output.systemExclusive);
-    compare("delay", before.output.delay, after.output.delay);
-    return changes == 1 ? field : "";
-}
-
 std::optional<UUID> changedRule(const RuleList& before, const RuleList& after) {
     if (after.empty()) {
         return std::nullopt;
@@ -240,20 +208,12 @@ void RuleListEditor::edit(const UUID& id, RuleEntry entry) {
     editWith(id, std::move(entry));
 }
 
-void RuleListEditor::step(const UUID& id, RuleEntry entry) {
-    if (const auto* before = entryOf(id)) {
-        const auto joinKey = joinKeyOfStep(id, *before, entry);
-        editWith(id, std::move(entry), joinKey);
-    }
-}
-
-std::string RuleListEditor::joinKeyOfStep(const UUID& id, const RuleEntry& before, const RuleEntry& after) {
+void RuleListEditor::step(const UUID& id, RuleEntry entry, FieldPlace field) {
     const auto now = now_();
     if (now - std::exchange(lastStep_, now) > joinTime) {
         history_.endStep();
     }
-    const auto field = changedField(before, after);
-    return field.empty() ? "" : id.text() + field;
+    editWith(id, std::move(entry), id.text() + std::to_string(field));
 }
 
 void RuleListEditor::changeTriggerType(const UUID& id, TriggerEntryType type) {

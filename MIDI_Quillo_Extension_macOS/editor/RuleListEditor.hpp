@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "editor/Binding.hpp"
 #include "editor/RuleListHistory.hpp"
 #include "platform/Observers.hpp"
 #include "rules/MIDIRuleType.hpp"
@@ -22,9 +23,6 @@ namespace quillo {
 /// The number that the next new rule is named after: one more than the greatest of the list's names that read
 /// "Message #" and a decimal integer, or 1. A name with the greatest 64-bit integer is a fatal error.
 [[nodiscard]] std::int64_t nextIndex(const RuleList& rules);
-
-/// The name of the only field in which two entries differ; empty when they differ in several or in none.
-[[nodiscard]] std::string changedField(const RuleEntry& before, const RuleEntry& after);
 
 /// The rule by which two lists differ, or the one that stands in its place after it went; nothing when no
 /// rule is left.
@@ -78,7 +76,7 @@ public:
     void edit(const UUID& id, RuleEntry entry);
     /// Edits by one of several small steps, as when a wheel is turned: those of one field that follow each
     /// other within `joinTime` are undone together.
-    void step(const UUID& id, RuleEntry entry);
+    void step(const UUID& id, RuleEntry entry, FieldPlace field);
     /// Changes the rule's trigger; what the new one cannot feed falls back to its default.
     void changeTriggerType(const UUID& id, TriggerEntryType type);
     /// Changes what the rule sends. Fields keep what they hold, but for choices that the trigger cannot feed.
@@ -119,7 +117,6 @@ private:
     void walk(RuleList (RuleListHistory::*go)(RuleList));
     [[nodiscard]] bool isBackAtRulesNotShown(const RuleListHistory& history) const;
     void bringBackRulesNotShown();
-    [[nodiscard]] std::string joinKeyOfStep(const UUID& id, const RuleEntry& before, const RuleEntry& after);
     void editWith(const UUID& id, RuleEntry entry, const std::string& joinKey = "");
 
     std::shared_ptr<QuilloModel> model_;

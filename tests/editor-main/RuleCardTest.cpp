@@ -288,6 +288,18 @@ TEST_F(RuleCard, StepsByKeysAndWheelAreUndoneTogether) {
     }
 }
 
+TEST_F(RuleCard, StepsOfFieldsWithOneNameAreUndoneOneAfterTheOther) {
+    open(TriggerEntryType::ControlChange, OutputEntryType::ControlChange);
+    stage->editor().setNow([] { return RuleListEditor::Clock::time_point{}; });
+    stage->typeInto(trigger("Value"), "20");
+    for (auto* value : {&trigger("Value"), &output("Value")}) {
+        click(*value, value->textArea().getCentre());
+        EXPECT_TRUE(key(stage->window, juce::KeyPress::upKey));
+    }
+    stage->editor().undo();
+    expectInstalled([](RuleEntry& entry) { entry.trigger.controllerValue = exactly(21); });
+}
+
 TEST_F(RuleCard, NumbersThatAreTypedOneAfterTheOtherAreUndoneOneAfterTheOther) {
     open(TriggerEntryType::OnLoad, OutputEntryType::NoteOn);
     stage->editor().setNow([] { return RuleListEditor::Clock::time_point{}; });

@@ -328,7 +328,7 @@ TEST(MyTextInput, StepsAndConfirmationsReachTheBindingAsSuch) {
                                                 delay = value;
                                                 changes.push_back("set " + std::to_string(value));
                                             },
-                                            [&](std::int64_t value) {
+                                            [&](std::int64_t value, FieldPlace) {
                                                 delay = value;
                                                 changes.push_back("step " + std::to_string(value));
                                             }},

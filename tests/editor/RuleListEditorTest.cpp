@@ -128,13 +128,14 @@ protected:
         return entry;
     }
     void edit(std::int64_t ms) { editor.edit(desk.idOf(0), withDelay(ms)); }
-    void step(std::int64_t ms) { editor.step(desk.idOf(0), withDelay(ms)); }
+    void step(std::int64_t ms) { editor.step(desk.idOf(0), withDelay(ms), delayPlace); }
 
     std::int64_t delayAfterUndo() {
         editor.undo();
         return editor.rules()[0].rule.output.delay.ms;
     }
 
+    static constexpr FieldPlace delayPlace = 8;
     RuleListEditor::Clock::time_point now{};
 };
 
@@ -176,7 +177,7 @@ TEST_F(DelayEdits, StepsOfOtherFieldsAreUndoneByThemselves) {
     step(1);
     auto entry = editor.rules()[0].rule;
     entry.output.velocity = byte(1);
-    editor.step(desk.idOf(0), entry);
+    editor.step(desk.idOf(0), entry, delayPlace + 1);
     EXPECT_EQ(delayAfterUndo(), 1);
     EXPECT_EQ(editor.rules()[0].rule.output.velocity, byte(64));
 }
