@@ -6,13 +6,15 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <stdexcept>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
+#include "persistence/DecodingError.hpp"
 #include "persistence/PluginData.hpp"
+#include "persistence/ProblemInWords.hpp"
 #include "platform/AtomicFile.hpp"
-#include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {
@@ -90,19 +92,10 @@ struct Passing {
     fs::path file;
 };
 
-SessionFiles::Version readVersion(std::size_t age, const fs::path& file) {
-    SessionFiles::Version version{age, file, {}, {}, 0, {}};
+std::chrono::system_clock::time_point timeOf(const fs::path& file) {
     struct stat status{};
-    if (::stat(file.c_str(), &status) == 0) {
-        version.saved = std::chrono::system_clock::from_time_t(status.st_mtime);
-    }
-    try {
-        version.document = readRegularFile(file);
-        version.rules = PluginData::read(version.document).rules.size();
-    } catch (const std::exception& error) {
-        version.problem = wordsOf(error);
-    }
-    return version;
+    return ::stat(file.c_str(), &status) == 0 ? std::chrono::system_clock::from_time_t(status.st_mtime)
+                                              : std::chrono::system_clock::time_point();
 }
 
 }  // namespace
@@ -132,12 +125,21 @@ void SessionFiles::makeFolder() const {
     makeFolders(folder_);
 }
 
+std::vector<Rule> SessionFiles::Version::read() const {
+    const auto document = readRegularFile(file);
+    try {
+        return PluginData::read(document).rules;
+    } catch (const DecodingError& error) {
+        throw std::runtime_error(problemInWords(error, document));
+    }
+}
+
 std::vector<SessionFiles::Version> SessionFiles::versions() const {
     std::vector<Version> found;
     for (std::size_t age = 0; age < keptVersions; ++age) {
         std::error_code ignored;
         if (fs::exists(file(age), ignored)) {
-            found.push_back(readVersion(age, file(age)));
+            found.push_back({age, file(age), timeOf(file(age))});
         }
     }
     return found;

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Data.hpp"
+#include "rules/Rule.hpp"
 
 namespace quillo {
 
@@ -33,9 +33,9 @@ public:
         std::size_t age = 0;  ///< 0 for the newest
         std::filesystem::path file;
         std::chrono::system_clock::time_point saved;
-        Data document;
-        std::size_t rules = 0;  ///< how many there are
-        std::string problem;    ///< why it cannot be used; empty when it can
+
+        /// The rules. Throws what makes the file unusable, in words for a musician.
+        [[nodiscard]] std::vector<Rule> read() const;
     };
 
     /// All that are there, newest first.

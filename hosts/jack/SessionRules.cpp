@@ -3,11 +3,13 @@
 
 #include <array>
 #include <ctime>
+#include <exception>
 #include <utility>
 
 #include "commandline/CommandFailure.hpp"
 #include "commandline/ExitStatus.hpp"
 #include "platform/AtomicFile.hpp"
+#include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {
@@ -25,8 +27,11 @@ std::string localTime(std::chrono::system_clock::time_point time) {
     return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M", &parts)};
 }
 
-std::string rulesIn(const SessionFiles::Version& version) {
-    return std::to_string(version.rules) + (version.rules == 1 ? " rule" : " rules");
+std::string contentsOf(const SessionFiles::Version& version) try {
+    const auto rules = version.read().size();
+    return std::to_string(rules) + (rules == 1 ? " rule" : " rules");
+} catch (const std::exception& error) {
+    return "damaged: " + escaped(wordsOf(error));
 }
 
 }  // namespace
@@ -89,13 +94,13 @@ void SessionRules::load() {
     }
 }
 
-std::optional<std::string> SessionRules::tryToUse(const SessionFiles::Version& version) {
-    const auto problem =
-        version.problem.empty() ? hosted_.restore(version.document) : std::optional(version.problem);
-    if (!problem) {
-        return std::nullopt;
-    }
-    return "The last session's rules in " + escaped(version.file.string()) + " cannot be used: " + *problem;
+/// No editor is open yet: the first one shows them.
+std::optional<std::string> SessionRules::tryToUse(const SessionFiles::Version& version) try {
+    hosted_.unit().processor->setRules(version.read());
+    return std::nullopt;
+} catch (const std::exception& error) {
+    return "The last session's rules in " + escaped(version.file.string()) +
+           " cannot be used: " + wordsOf(error);
 }
 
 void SessionRules::goBack(std::size_t versions) {
@@ -151,9 +156,8 @@ std::string historyText(const SessionFiles& files) {
     std::string text;
     for (const auto& version : files.versions()) {
         text += (version.age == 0 ? "    newest" : "--go-back " + std::to_string(version.age)) + "   " +
-                localTime(version.saved) + "   " +
-                (version.problem.empty() ? rulesIn(version) : "damaged: " + escaped(version.problem)) +
-                "   " + escaped(version.file.string()) + '\n';
+                localTime(version.saved) + "   " + contentsOf(version) + "   " +
+                escaped(version.file.string()) + '\n';
     }
     return text.empty() ? "No rules have been kept yet.\n" : text;
 }

@@ -30,7 +30,8 @@ protected:
     std::string kept() {
         std::string text;
         for (const auto& version : keeper.files().versions()) {
-            text += std::string(version.document.begin(), version.document.end()) + " ";
+            const auto document = readWholeFile(version.file);
+            text += std::string(document.begin(), document.end()) + " ";
         }
         return text;
     }
