@@ -44,7 +44,7 @@ public:
     explicit TemporaryFile(const fs::path& target)
         : target_(target), descriptor_(createBeside(target, name_)) {
         if (!descriptor_.isOpen()) {
-            fail(target_, "cannot write in this folder");
+            fail(target_, "cannot be written in this folder");
         }
     }
     ~TemporaryFile() {
@@ -65,7 +65,7 @@ public:
         }
         takeOwner(replaced);
         if (::fchmod(descriptor_.number(), replaced.st_mode & modeBits) != 0) {
-            fail(target_, "cannot write");
+            fail(target_, "cannot be written");
         }
     }
 
@@ -73,7 +73,7 @@ public:
         while (!bytes.empty()) {
             const auto written = ::write(descriptor_.number(), bytes.data(), bytes.size());
             if (written < 0 && errno != EINTR) {
-                fail(target_, "cannot write");
+                fail(target_, "cannot be written");
             }
             bytes = bytes.subspan(static_cast<std::size_t>(written < 0 ? 0 : written));
         }
@@ -81,13 +81,13 @@ public:
 
     void finish() {
         if (::fsync(descriptor_.number()) != 0 || !descriptor_.close()) {
-            fail(target_, "cannot write");
+            fail(target_, "cannot be written");
         }
     }
 
     void replaceTarget() {
         if (::rename(name_.c_str(), target_.c_str()) != 0) {
-            fail(target_, "cannot put the new file in place");
+            fail(target_, "cannot be put in place");
         }
         name_.clear();
     }
@@ -98,7 +98,7 @@ public:
             return;
         }
         if (errno == EEXIST || isThere(target_)) {
-            fail(target_, "not written", EEXIST);
+            fail(target_, "cannot be written", EEXIST);
         }
         replaceTarget();
     }
@@ -134,12 +134,12 @@ fs::path resolve(const fs::path& path) {
     const auto status = fs::status(path, error);
     if (!fs::exists(status)) {
         if (fs::is_symlink(fs::symlink_status(path, error))) {
-            refuse(path, "not written: it is a link that leads nowhere");
+            refuse(path, "cannot be written: it is a link that leads nowhere");
         }
         return path;
     }
     if (!fs::is_regular_file(status)) {
-        refuse(path, "not written: it is not a regular file");
+        refuse(path, "cannot be written: it is not a regular file");
     }
     return fs::canonical(path);
 }
@@ -221,7 +221,7 @@ std::vector<std::uint8_t> readRegularFile(const fs::path& path, std::uint64_t mo
 void writeWholeFile(const fs::path& path, std::span<const std::uint8_t> bytes, Existing existing) {
     const auto target = resolve(path);
     if (existing == Existing::keep && isThere(target)) {
-        fail(path, "not written", EEXIST);
+        fail(path, "cannot be written", EEXIST);
     }
     TemporaryFile file(target);
     file.takeOwnerAndModeOfTarget();

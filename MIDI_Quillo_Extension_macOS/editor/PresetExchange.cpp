@@ -25,18 +25,24 @@ std::vector<Rule> readRules(std::span<const std::uint8_t> bytes) {
     try {
         return PluginData::read(bytes).rules;
     } catch (const DecodingError& error) {
+        const auto problem = problemInWords(error, bytes);
         if (!isAboutRule(error)) {
-            throw NoPreset("It is not a preset of MIDI Quillo, or it is damaged.");
+            throw NoPreset(problem);
         }
-        throw ImportError(problemInWords(error, bytes));
+        throw ImportError(problem);
     } catch (const FatalError& error) {
         throw ImportError(error.inWords());
     }
 }
 
-/// In the words of the platform's panels where they read.
-std::string whyNotRead(const std::string& name, const FileError& error) {
-    return error.reason().empty() ? error.what() : inQuotes(name) + " " + error.reason() + ".";
+/// What the operation does or throws; the error names the file, and not its whole path.
+template <class Operation>
+auto underShortName(const std::filesystem::path& path, Operation operation) {
+    try {
+        return operation();
+    } catch (const FileError& error) {
+        throw FileError(inQuotes(path.filename().string()) + " " + error.reason() + ".");
+    }
 }
 
 }  // namespace
@@ -61,7 +67,7 @@ bool importPreset(const std::string& name, const std::function<std::vector<std::
     try {
         return editor.replaceAll(importPreset(read()), "Import " + name);
     } catch (const FileError& error) {
-        editor.alert(whyNotRead(name, error) + "\n" + chooseAnother);
+        editor.alert(std::string(error.what()) + "\n" + chooseAnother);
     } catch (const NoPreset& error) {
         editor.alert(inQuotes(name) + cannotBeImported + error.what() + "\n" + chooseAnother);
     } catch (const ImportError& error) {
@@ -104,12 +110,17 @@ DropEffect effectOfDropping(const std::vector<std::filesystem::path>& files) {
 }
 
 bool importPresetFile(const std::filesystem::path& path, RuleListEditor& editor) {
-    return importPreset(path.filename().string(), [&path] { return readRegularFile(path); }, editor);
+    return importPreset(
+        path.filename().string(), [&] { return underShortName(path, [&] { return readRegularFile(path); }); },
+        editor);
 }
 
 bool exportPresetFile(const std::filesystem::path& path, Existing existing, RuleListEditor& editor) {
-    return exportPreset([&](std::span<const std::uint8_t> bytes) { writeWholeFile(path, bytes, existing); },
-                        editor);
+    return exportPreset(
+        [&](std::span<const std::uint8_t> bytes) {
+            underShortName(path, [&] { writeWholeFile(path, bytes, existing); });
+        },
+        editor);
 }
 
 }  // namespace quillo

@@ -97,11 +97,11 @@ std::string nameOf(std::size_t rule, std::span<const std::uint8_t> document) {
 }  // namespace
 
 std::string problemInWords(const DecodingError& error, std::span<const std::uint8_t> document) {
-    const auto problem = escaped(error.problem());
     const auto place = placeOf(error.path());
     if (!place) {
-        return "This is not a preset of MIDI Quillo (" + problem + ").";
+        return "This is not a preset of MIDI Quillo, or it is damaged.";
     }
+    const auto problem = escaped(error.problem());
     auto words = ruleLabel(place->rule, nameOf(place->rule, document));
     if (const auto field = fieldAt(withMissingKey(place->inRule, error.problem())); !field.empty()) {
         words.append(", ").append(field);

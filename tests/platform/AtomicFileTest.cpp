@@ -124,7 +124,7 @@ TEST_F(AtomicFile, WritesANewFileWhenReplacingIsAllowed) {
 TEST_F(AtomicFile, KeepsAFileThatIsThere) {
     writeOldFile();
     const auto failure = failureOf([&] { writeWholeFile(file, newBytes, Existing::keep); });
-    EXPECT_EQ(failure, file.string() + ": not written: File exists");
+    EXPECT_EQ(failure, file.string() + ": cannot be written: File exists");
     EXPECT_EQ(readWholeFile(file), oldBytes);
     EXPECT_THAT(names(), ElementsAre("song.mid"));
 }
@@ -140,7 +140,7 @@ TEST_F(AtomicFile, APathThatCannotBeLookedUpFailsAsAnyOther) {
     const auto path = folder.path() / std::string(300, 'n');
     for (const auto existing : {Existing::keep, Existing::replace}) {
         EXPECT_EQ(failureOf([&] { writeWholeFile(path, newBytes, existing); }),
-                  path.string() + ": cannot write in this folder: File name too long");
+                  path.string() + ": cannot be written in this folder: File name too long");
     }
 }
 
@@ -253,7 +253,7 @@ TEST_F(AtomicFile, RefusesALinkThatLeadsNowhere) {
     fs::create_symlink("gone.mid", link);
     for (const auto existing : {Existing::keep, Existing::replace}) {
         const auto failure = failureOf([&] { writeWholeFile(link, newBytes, existing); });
-        EXPECT_EQ(failure, link.string() + ": not written: it is a link that leads nowhere");
+        EXPECT_EQ(failure, link.string() + ": cannot be written: it is a link that leads nowhere");
     }
     EXPECT_TRUE(fs::is_symlink(link));
     EXPECT_THAT(names(), ElementsAre("link.mid"));
@@ -262,7 +262,7 @@ TEST_F(AtomicFile, RefusesALinkThatLeadsNowhere) {
 TEST_F(AtomicFile, RefusesAFolderAndADevice) {
     for (const auto& path : {folder.path(), fs::path("/dev/null")}) {
         const auto failure = failureOf([&] { writeWholeFile(path, newBytes, Existing::replace); });
-        EXPECT_EQ(failure, path.string() + ": not written: it is not a regular file");
+        EXPECT_EQ(failure, path.string() + ": cannot be written: it is not a regular file");
     }
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
     EXPECT_THAT(names(), IsEmpty());
@@ -281,14 +281,14 @@ TEST_F(AtomicFile, StepsAroundWhatAnInterruptedProcessOfTheSameNumberLeft) {
 TEST_F(AtomicFile, SaysWhenTheFolderIsMissing) {
     const auto lost = folder / "missing/song.mid";
     const auto failure = failureOf([&] { writeWholeFile(lost, newBytes, Existing::keep); });
-    EXPECT_EQ(failure, lost.string() + ": cannot write in this folder: No such file or directory");
+    EXPECT_EQ(failure, lost.string() + ": cannot be written in this folder: No such file or directory");
 }
 
 TEST_F(AtomicFile, SaysWhenTheFolderIsAFile) {
     writeOldFile();
     const auto lost = folder / "song.mid/song.mid";
     const auto failure = failureOf([&] { writeWholeFile(lost, newBytes, Existing::replace); });
-    EXPECT_EQ(failure, lost.string() + ": cannot write in this folder: Not a directory");
+    EXPECT_EQ(failure, lost.string() + ": cannot be written in this folder: Not a directory");
     EXPECT_EQ(readWholeFile(file), oldBytes);
 }
 
@@ -299,7 +299,7 @@ TEST_F(AtomicFile, AWriteThatFailsHalfWayLeavesTheOldFileAndNoTrace) {
     for (const auto& [path, existing] :
          {std::pair(file, Existing::replace), std::pair(folder / "new.mid", Existing::keep)}) {
         const auto failure = failureOf([&] { writeWholeFile(path, tooMany, existing); });
-        EXPECT_EQ(failure, path.string() + ": cannot write: File too large");
+        EXPECT_EQ(failure, path.string() + ": cannot be written: File too large");
     }
     EXPECT_EQ(readWholeFile(file), oldBytes);
     EXPECT_THAT(names(), ElementsAre("song.mid"));
@@ -321,7 +321,7 @@ TEST_F(AtomicFile, NamesAFileWithoutItsControlCharacters) {
     EXPECT_EQ(failureOf([&] { (void)readWholeFile("/missing/\x1b[2J\n.mid"); }),
               "/missing/\\u001b[2J\\n.mid: cannot be opened: No such file or directory");
     EXPECT_EQ(failureOf([&] { writeWholeFile("/missing/\x1b[2J\n.mid", newBytes, Existing::keep); }),
-              "/missing/\\u001b[2J\\n.mid: cannot write in this folder: No such file or directory");
+              "/missing/\\u001b[2J\\n.mid: cannot be written in this folder: No such file or directory");
 }
 
 TEST_F(AtomicFile, ReadsAsManyBytesAsItMayAndNotOneMore) {
