@@ -25,6 +25,9 @@ juce::TextLayout tooltipLayout(const juce::String& text, int width) {
 }  // namespace
 
 EditorLookAndFeel::EditorLookAndFeel() {
+    const auto text = displayColour(Palette().primaryText);
+    setColour(juce::TextEditor::highlightColourId, text.withAlpha(0.3F));
+    setColour(juce::TextEditor::highlightedTextColourId, text);
     setColour(juce::ScrollBar::thumbColourId, displayColour(style::edge(Palette())));
 }
 

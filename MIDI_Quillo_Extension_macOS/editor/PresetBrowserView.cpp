@@ -104,8 +104,6 @@ void PresetBrowserView::dressName() {
                     displayColour(style::lifted(palette.background, style::boxLift)));
     name_.setColour(juce::TextEditor::outlineColourId, displayColour(style::edge(palette)));
     name_.setColour(juce::TextEditor::focusedOutlineColourId, displayColour(palette.delayInput));
-    name_.setColour(juce::TextEditor::highlightColourId, text.withAlpha(0.3F));
-    name_.setColour(juce::TextEditor::highlightedTextColourId, text);
     name_.setColour(juce::CaretComponent::caretColourId, text);
 }
 

@@ -22,6 +22,8 @@ public:
 
 protected:
     void paintValue(juce::Graphics& graphics) override;
+    /// A click does nothing, so the pointer does not light it up.
+    [[nodiscard]] bool isActive() const override { return isEditable(); }
     [[nodiscard]] Typed typed() const override { return Typed::text; }
     [[nodiscard]] juce::Rectangle<int> typingArea() const override;
     void takeText(const juce::String& text) override;

@@ -3,6 +3,7 @@
 
 #include "editor-main/EditorStage.hpp"
 #include "editor/NewRuleSelector.hpp"
+#include "support/Pictures.hpp"
 
 namespace quillo {
 namespace {
@@ -41,10 +42,12 @@ protected:
         }
     }
 
-    static std::string clickOn(const juce::Component& view) {
+    static std::string moveTo(const juce::Component& view) {
         const auto point = view.getScreenBounds().getCentre();
-        return "mousemove " + std::to_string(point.x) + " " + std::to_string(point.y) + " click 1";
+        return "mousemove " + std::to_string(point.x) + " " + std::to_string(point.y);
     }
+
+    static std::string clickOn(const juce::Component& view) { return moveTo(view) + " click 1"; }
 
     Messages sent;
     Desk desk{{}};
@@ -84,6 +87,21 @@ TEST_F(OnScreen, TheKeyboardGetsInWithoutAClick) {
         return menu != nullptr && menu->typed() == "pitch";
     });
     act("key Return", [&] { return !view.editor().rules().empty(); });
+}
+
+TEST_F(OnScreen, ThePointerLightsUpAFieldAndNotTheNameThatAClickDoesNotOpen) {
+    auto& view = desk.view();
+    view.setSize(500, 600);
+    view.editor().add(MIDIRuleType::OutputType{OutputEntryType::PitchWheel});
+    auto& card = *view.card(view.editor().rules()[0].id);
+    FieldView& name = card.header();
+    FieldView& type = card.output().fields()[0]->field();
+    const auto nameBefore = picture(name);
+    const auto typeBefore = picture(type);
+    act(moveTo(type), [&] { return type.isMouseOver(); });
+    EXPECT_FALSE(sameSight(picture(type), typeBefore));
+    act(moveTo(name), [&] { return name.isMouseOver(); });
+    EXPECT_TRUE(sameSight(picture(name), nameBefore));
 }
 
 TEST_F(OnScreen, TheRowsOfALogAreCopied) {

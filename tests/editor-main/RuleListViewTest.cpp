@@ -337,6 +337,15 @@ TEST_F(RuleListView, AListThatTheEngineRefusesIsNotKept) {
     EXPECT_EQ(field(stage->card(0).output(), "Delay (ms)").shownText(), "0");
 }
 
+TEST_F(RuleListView, WhatIsSelectedInAnAlertIsMarkedInTheEditorsColours) {
+    open({"a"});
+    stage->editor().alert("something");
+    const auto* text = findBelow<juce::TextEditor>(*stage->view().overlay());
+    const auto primary = displayColour(Palette().primaryText);
+    EXPECT_EQ(text->findColour(juce::TextEditor::highlightColourId), primary.withAlpha(0.3F));
+    EXPECT_EQ(text->findColour(juce::TextEditor::highlightedTextColourId), primary);
+}
+
 TEST_F(RuleListView, KeysThatNobodyWantsGoOnToTheHost) {
     open({"a"});
     EXPECT_FALSE(key(stage->window, juce::KeyPress::spaceKey));
