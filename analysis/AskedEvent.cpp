@@ -27,11 +27,6 @@ std::string words(PluginLoad) {
 
 }  // namespace
 
-bool isSystemExclusive(const MIDIMessage& message) {
-    constexpr std::uint8_t systemExclusive = 0xF0;
-    return message.size() > 0 && message.bytes()[0] == systemExclusive;
-}
-
 std::string eventWords(const AskedEvent& event) {
     return std::visit([](const auto& asked) { return words(asked); }, event);
 }

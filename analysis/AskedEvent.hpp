@@ -18,9 +18,6 @@ struct PluginLoad {
 /// host's transport, or loading.
 using AskedEvent = std::variant<MIDIMessage, HostTransportTriggerVariantsV2, PluginLoad>;
 
-/// Whether a message is system exclusive, which the unit never shows to its rules.
-[[nodiscard]] bool isSystemExclusive(const MIDIMessage& message);
-
 /// "90 3c 64: note-on 60 (C3), velocity 100, channel 1", "host start: the host's transport starts".
 [[nodiscard]] std::string eventWords(const AskedEvent& event);
 

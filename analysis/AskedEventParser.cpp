@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "midi/MessageLength.hpp"
+#include "midi/Status.hpp"
 #include "platform/HexText.hpp"
 #include "platform/QuotedText.hpp"
 
@@ -20,7 +21,6 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr int hexadecimal = 16;
-constexpr std::uint8_t firstStatus = 0x80;
 
 std::string hex(std::uint8_t byte) {
     return hexText({&byte, 1}, HexCase::lower);
@@ -81,7 +81,7 @@ std::string countWords(std::size_t count) {
 /// What keeps the bytes from being one MIDI message.
 void requireShortMessage(const Bytes& bytes) {
     const auto status = bytes.front();
-    if (status < firstStatus) {
+    if (midi::isData(status)) {
         throw AskedEventError(hex(status) + " cannot begin a message: the first byte is 80 to ff");
     }
     const auto length = messageLength(status);
@@ -92,8 +92,7 @@ void requireShortMessage(const Bytes& bytes) {
         throw AskedEventError("a message that begins with " + hex(status) + " has " + countWords(length) +
                               "; here are " + std::to_string(bytes.size()));
     }
-    const auto wrong =
-        std::find_if(bytes.begin() + 1, bytes.end(), [](std::uint8_t byte) { return byte >= firstStatus; });
+    const auto wrong = std::find_if_not(bytes.begin() + 1, bytes.end(), midi::isData);
     if (wrong != bytes.end()) {
         throw AskedEventError(hex(*wrong) + " is not a data byte: those are 00 to 7f");
     }
@@ -101,11 +100,10 @@ void requireShortMessage(const Bytes& bytes) {
 
 AskedEvent parseMessage(std::span<const std::string> words) {
     const auto bytes = parseBytes(words);
-    auto message = MIDIMessage::copyOf(bytes);
-    if (!isSystemExclusive(message)) {
+    if (!midi::isSystemExclusive(bytes)) {
         requireShortMessage(bytes);
     }
-    return message;
+    return MIDIMessage::copyOf(bytes);
 }
 
 }  // namespace

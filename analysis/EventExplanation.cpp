@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "midi/Status.hpp"
 #include "rules/TaggedUnion.hpp"
 
 namespace quillo {
@@ -40,7 +41,7 @@ EventExplanation accountOfChain(const EngineProbe& probe, EngineProbe::Outcome o
 }
 
 EventExplanation explainMessage(EngineProbe& probe, const MIDIMessage& message) {
-    if (isSystemExclusive(message)) {
+    if (midi::isSystemExclusive(message.bytes())) {
         return accountOfFirings(probe.rules().size(), {});
     }
     return accountOfChain(probe, probe.put(message.bytes()), [&](std::size_t rule) {

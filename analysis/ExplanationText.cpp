@@ -5,6 +5,7 @@
 #include <variant>
 
 #include "analysis/FailureWords.hpp"
+#include "midi/Status.hpp"
 #include "platform/QuotedText.hpp"
 #include "words/MessageWords.hpp"
 #include "words/PolicyWords.hpp"
@@ -185,7 +186,7 @@ private:
     /// Whether the unit keeps the event from the rules.
     [[nodiscard]] bool isDropped() const {
         const auto* message = std::get_if<MIDIMessage>(&event_);
-        return message != nullptr && isSystemExclusive(*message);
+        return message != nullptr && midi::isSystemExclusive(message->bytes());
     }
 
     [[nodiscard]] bool isMessage() const { return std::holds_alternative<MIDIMessage>(event_); }

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "rules/StatusV2.hpp"
+#include "midi/Status.hpp"
 #include "words/MessageWords.hpp"
 #include "words/NumberWords.hpp"
 
@@ -49,16 +49,14 @@ std::string kindWanted(HostTransportTriggerVariantsV2 change) {
 }
 
 std::string kindGiven(const MIDIMessage& message) {
-    constexpr unsigned kindMask = 0xF0;
-    constexpr unsigned notePressure = 0xA0;
-    switch (message.bytes()[0] & kindMask) {
-    case statusNibble(StatusV2::noteOff): return "a note-off";
-    case statusNibble(StatusV2::noteOn): return "a note-on";
-    case notePressure: return "pressure on a note";
-    case statusNibble(StatusV2::CC): return "a controller";
-    case statusNibble(StatusV2::programChange): return "a program change";
-    case statusNibble(StatusV2::channelPressure): return "channel pressure";
-    case statusNibble(StatusV2::pitchWheel): return "the pitch wheel";
+    switch (message.bytes()[0] & midi::kindMask) {
+    case midi::noteOff: return "a note-off";
+    case midi::noteOn: return "a note-on";
+    case midi::notePressure: return "pressure on a note";
+    case midi::controlChange: return "a controller";
+    case midi::programChange: return "a program change";
+    case midi::channelPressure: return "channel pressure";
+    case midi::pitchWheel: return "the pitch wheel";
     default: return messageWords(message.bytes());
     }
 }
@@ -111,7 +109,8 @@ std::string valueFailure(const Voice& voice, const MIDIMessage& message) {
 
 std::string channelFailure(const VoiceCategoryTriggerV2& voice, const MIDIMessage& message) {
     const auto wanted = voice.channel.getIf<TriggerValueV2::Value>()->value;
-    return difference("on " + channelWords(wanted), "on " + channelWords(message.bytes()[0] & 0x0FU));
+    return difference("on " + channelWords(wanted),
+                      "on " + channelWords(message.bytes()[0] & midi::channelMask));
 }
 
 std::string messageFailure(const Message& trigger, TriggerCondition failure, const MIDIMessage& message) {

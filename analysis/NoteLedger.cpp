@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "midi/MessageLength.hpp"
+#include "midi/Status.hpp"
 #include "rules/StatusV2.hpp"
 
 namespace quillo {
@@ -15,11 +16,8 @@ namespace {
 
 using Bytes = std::span<const std::uint8_t>;
 
-constexpr unsigned kindMask = 0xF0;
-constexpr unsigned channelMask = 0x0F;
-
 bool is(Bytes message, StatusV2 kind) {
-    return isCompleteChannelMessage(message) && (message[0] & kindMask) == statusNibble(kind);
+    return isCompleteChannelMessage(message) && (message[0] & midi::kindMask) == statusNibble(kind);
 }
 
 bool isNote(Bytes message) {
@@ -97,7 +95,7 @@ NoteLedger::Note NoteLedger::noteAt(std::size_t index) {
 
 /// Of a complete note: its channel and number.
 NoteLedger::Index NoteLedger::indexOf(Bytes message) {
-    return static_cast<Index>((message[0] & channelMask) * noteCount + message[1]);
+    return static_cast<Index>((message[0] & midi::channelMask) * noteCount + message[1]);
 }
 
 /// A note or a channel, and a key.
@@ -165,7 +163,7 @@ void NoteLedger::recordSilence(Bytes sent, Bytes trigger, SampleTime delay) {
     if (sent[1] != allSoundOff && sent[1] < allNotesOff) {
         return;
     }
-    const std::size_t channel = sent[0] & channelMask;
+    const std::size_t channel = sent[0] & midi::channelMask;
     const bool isRelease = is(trigger, StatusV2::noteOff);
     for (std::size_t note = 0; note < noteCount; ++note) {
         (isRelease ? endedByReleases_ : ended_).set(channel * noteCount + note);

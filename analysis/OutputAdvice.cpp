@@ -9,6 +9,7 @@
 #include "analysis/AskedEvent.hpp"
 #include "engine/MessageContent.hpp"
 #include "midi/MessageLength.hpp"
+#include "midi/Status.hpp"
 #include "platform/HexText.hpp"
 #include "words/NumberWords.hpp"
 
@@ -19,22 +20,19 @@ namespace {
 using Kind = Advice::Kind;
 using Bytes = std::span<const std::uint8_t>;
 
-constexpr std::uint8_t frameStart = 0xF0;
-constexpr std::uint8_t frameEnd = 0xF7;
-constexpr std::uint8_t greatestDataByte = 0x7F;
 constexpr std::size_t frameSize = 2;
 /// What the buffer of events takes that the VST3 plug-in hands to its host.
 constexpr std::size_t longestInVST3 = 65529;
 
 bool isComplete(const MIDIMessage& message) {
-    return isSystemExclusive(message) || isCompleteShortMessage(message.bytes());
+    return midi::isSystemExclusive(message.bytes()) || isCompleteShortMessage(message.bytes());
 }
 
 /// A system-exclusive body, as it was typed in.
 struct TypedBody {
     explicit TypedBody(Bytes body)
-        : hasStart(!body.empty() && body.front() == frameStart),
-          hasEnd(!body.empty() && body.back() == frameEnd),
+        : hasStart(midi::isSystemExclusive(body)),
+          hasEnd(!body.empty() && body.back() == midi::endOfExclusive),
           inner(body.subspan(hasStart ? 1 : 0)) {
         inner = inner.first(inner.size() - (hasEnd ? 1 : 0));
     }
@@ -73,8 +71,7 @@ std::optional<Advice> onSystemExclusive(const RuleOutputVariantsV2& output, std:
         return std::nullopt;
     }
     const TypedBody typed(sysEx->body);
-    const auto wrong =
-        std::ranges::find_if(typed.inner, [](std::uint8_t byte) { return byte > greatestDataByte; });
+    const auto wrong = std::ranges::find_if_not(typed.inner, midi::isData);
     if (wrong != typed.inner.end()) {
         return Advice{
             rule, Kind::badSystemExclusive,
@@ -107,7 +104,7 @@ std::optional<std::uint8_t> tooGreat(const MIDIMessage& message) {
         return std::nullopt;
     }
     const auto data = bytes.subspan(1);
-    const auto found = std::ranges::find_if(data, [](std::uint8_t byte) { return byte > greatestDataByte; });
+    const auto found = std::ranges::find_if_not(data, midi::isData);
     return found == data.end() ? std::nullopt : std::optional(*found);
 }
 

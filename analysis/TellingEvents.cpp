@@ -8,6 +8,7 @@
 #include <set>
 #include <variant>
 
+#include "midi/Status.hpp"
 #include "rules/StatusV2.hpp"
 
 namespace quillo {
@@ -20,7 +21,7 @@ using Transport = HostTransportTriggerVariantsV2;
 
 /// The kinds of channel messages that rules can wait for.
 constexpr std::array kinds{StatusV2::noteOff, StatusV2::noteOn, StatusV2::CC, StatusV2::programChange};
-constexpr std::array<std::uint8_t, 3> systemMessages{0xFA, 0xFB, 0xFC};
+constexpr std::array systemMessages{midi::startCommand, midi::continueCommand, midi::stopCommand};
 constexpr unsigned channelCount = 16;
 constexpr unsigned byteCount = 256;
 constexpr unsigned dataByteCount = 128;

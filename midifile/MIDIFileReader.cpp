@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "midi/MessageLength.hpp"
+#include "midi/Status.hpp"
 #include "midifile/ByteCursor.hpp"
 #include "midifile/MIDIFileError.hpp"
 #include "midifile/MetaType.hpp"
@@ -84,9 +85,9 @@ public:
 private:
     void readEvent() {
         switch (cursor_.peek("an event")) {
-        case 0xFF: readMeta(); break;
-        case 0xF0: readSystemExclusive(Kind::systemExclusive); break;
-        case 0xF7: readSystemExclusive(Kind::escape); break;
+        case metaStatus: readMeta(); break;
+        case midi::systemExclusive: readSystemExclusive(Kind::systemExclusive); break;
+        case midi::endOfExclusive: readSystemExclusive(Kind::escape); break;
         default: readChannelMessage(); break;
         }
     }
@@ -120,11 +121,11 @@ private:
     void readChannelMessage() {
         const auto start = cursor_.position();
         const auto first = cursor_.peek("an event");
-        if (first >= 0xF0) {
+        if (midi::isSystem(first)) {
             throw MIDIFileError(start, "status byte " + std::to_string(first) +
                                            ", which stands in a MIDI file only inside an escape");
         }
-        if (first >= 0x80) {
+        if (!midi::isData(first)) {
             runningStatus_ = cursor_.byte("a message");
         } else if (runningStatus_ == 0) {
             throw MIDIFileError(start, "a data byte where the track's first status byte should stand");
@@ -139,7 +140,7 @@ private:
     std::uint8_t dataByte() {
         const auto position = cursor_.position();
         const auto byte = cursor_.byte("a message");
-        if (byte >= 0x80) {
+        if (!midi::isData(byte)) {
             throw MIDIFileError(position,
                                 "status byte " + std::to_string(byte) + " in the middle of a message");
         }

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "midi/Status.hpp"
 #include "midifile/MIDIFileError.hpp"
 #include "midifile/MetaType.hpp"
 
@@ -58,16 +59,16 @@ void appendEvent(Bytes& out, Kind kind, std::span<const std::uint8_t> bytes) {
     switch (kind) {
     case Kind::channel: append(out, bytes); break;
     case Kind::meta:
-        out.push_back(0xFF);
+        out.push_back(metaStatus);
         out.push_back(bytes.front());
         appendCounted(out, bytes.subspan(1));
         break;
     case Kind::systemExclusive:
-        out.push_back(0xF0);
+        out.push_back(midi::systemExclusive);
         appendCounted(out, bytes);
         break;
     case Kind::escape:
-        out.push_back(0xF7);
+        out.push_back(midi::endOfExclusive);
         appendCounted(out, bytes);
         break;
     }

@@ -5,6 +5,9 @@
 
 namespace quillo {
 
+/// What a meta event begins with in a file. On a wire the same byte resets the system.
+inline constexpr std::uint8_t metaStatus = 0xFF;
+
 /// The meta events that the program knows by their type; all others it keeps as they are.
 inline constexpr std::uint8_t metaTrackName = 0x03;
 inline constexpr std::uint8_t metaMarker = 0x06;

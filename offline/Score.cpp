@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "midi/MessageLength.hpp"
+#include "midi/Status.hpp"
 #include "midifile/InStableOrder.hpp"
 #include "midifile/MIDIFileError.hpp"
 
@@ -23,11 +24,10 @@ bool isPlayed(const MIDIFileEvent& event) {
 /// The message in the form in which a file holds it. What is no message by the book, because a rule was made
 /// so, stands in an escape: that takes any bytes.
 MIDIFileEvent eventOf(Tick tick, std::span<const std::uint8_t> message) {
-    constexpr std::uint8_t systemExclusive = 0xF0;
     if (isCompleteChannelMessage(message)) {
         return {tick, Kind::channel, {message.begin(), message.end()}};
     }
-    if (!message.empty() && message.front() == systemExclusive) {
+    if (midi::isSystemExclusive(message)) {
         return {tick, Kind::systemExclusive, {message.begin() + 1, message.end()}};
     }
     return {tick, Kind::escape, {message.begin(), message.end()}};

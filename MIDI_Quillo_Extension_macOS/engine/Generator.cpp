@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/Generator.hpp"
 
+#include "midi/Status.hpp"
+
 namespace quillo {
 
 namespace {
 
-constexpr std::uint8_t channelMask = 0x0F;
 constexpr std::uint8_t bankSelectController = 0;
 
 std::uint8_t combined(std::uint8_t nibble, std::uint8_t channel) QUILLO_REALTIME {
@@ -44,7 +45,7 @@ Generator::Generator(const RuleOutputVariantsV2::ProgramChange& output) noexcept
       byte1_(source(output.program)) {}
 
 MessageList Generator::operator()(const TriggerBytes& trigger) const QUILLO_REALTIME {
-    const auto channel = channel_.choose(trigger.status & channelMask);
+    const auto channel = channel_.choose(trigger.status & midi::channelMask);
     const auto byte1 = byte1_.choose(trigger.data1);
     if (shape_ != Shape::bankAndProgram) {
         const auto byte2 = byte2_.choose(trigger.data2);

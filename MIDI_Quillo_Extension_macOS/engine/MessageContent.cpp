@@ -4,12 +4,11 @@
 #include <variant>
 #include <vector>
 
+#include "midi/Status.hpp"
+
 namespace quillo {
 
 namespace {
-
-constexpr std::uint8_t systemExclusiveStart = 0xF0;
-constexpr std::uint8_t systemExclusiveEnd = 0xF7;
 
 bool needsTrigger(const GenericByteV2& byte) {
     return byte.is<GenericByteV2::RespectiveTriggerByte>();
@@ -42,9 +41,9 @@ MessageContent compileWithTrigger(const Output& output) {
 MessageContent compileSystemExclusive(const std::vector<std::uint8_t>& body) {
     std::vector<std::uint8_t> framed;
     framed.reserve(body.size() + 2);
-    framed.push_back(systemExclusiveStart);
+    framed.push_back(midi::systemExclusive);
     framed.insert(framed.end(), body.begin(), body.end());
-    framed.push_back(systemExclusiveEnd);
+    framed.push_back(midi::endOfExclusive);
     return MessageContent::Bytes{MessageList(MIDIMessage::copyOf(framed))};
 }
 

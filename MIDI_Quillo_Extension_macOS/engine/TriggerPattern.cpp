@@ -3,20 +3,15 @@
 
 #include <variant>
 
+#include "midi/Status.hpp"
 #include "rules/StatusV2.hpp"
 
 namespace quillo {
 
 namespace {
 
-constexpr std::uint32_t kindMask = 0xF0;
-constexpr std::uint32_t channelMask = 0x0F;
 constexpr std::uint32_t statusMask = 0xFF;
 constexpr std::uint32_t data1Mask = 0xFF00;
-constexpr std::uint32_t midiStart = 0xFA;
-constexpr std::uint32_t midiContinue = 0xFB;
-constexpr std::uint32_t midiStop = 0xFC;
-
 constexpr unsigned data1 = 1;
 constexpr unsigned data2 = 2;
 
@@ -26,9 +21,9 @@ TriggerPattern::TriggerPattern(const MessageBasedTriggerVariantsV2& trigger) {
     using Trigger = MessageBasedTriggerVariantsV2;
     std::visit(Overloaded{
                    [this](const Trigger::VoiceCategory& voice) { requireVoice(voice.voice); },
-                   [this](Trigger::Start) { require(midiStart, statusMask); },
-                   [this](Trigger::Stop) { require(midiStop, statusMask); },
-                   [this](Trigger::Continue) { require(midiContinue, statusMask); },
+                   [this](Trigger::Start) { require(midi::startCommand, statusMask); },
+                   [this](Trigger::Stop) { require(midi::stopCommand, statusMask); },
+                   [this](Trigger::Continue) { require(midi::continueCommand, statusMask); },
                },
                trigger.variant());
 }
@@ -36,14 +31,14 @@ TriggerPattern::TriggerPattern(const MessageBasedTriggerVariantsV2& trigger) {
 std::optional<TriggerCondition> TriggerPattern::firstFailure(const TriggerBytes& message) const {
     const auto different = difference(message);
     // All eight bits of a system message's status say what it is: it has no channel.
-    const auto kindBits = (value_ & kindMask) == kindMask ? statusMask : kindMask;
+    const auto kindBits = (value_ & midi::kindMask) == midi::kindMask ? statusMask : midi::kindMask;
     if (different == 0) {
         return std::nullopt;
     }
     if ((different & kindBits) != 0) {
         return TriggerCondition::kind;
     }
-    if ((different & (channelMask | impossibleBit)) != 0) {
+    if ((different & (midi::channelMask | impossibleBit)) != 0) {
         return TriggerCondition::channel;
     }
     return (different & data1Mask) != 0 ? TriggerCondition::data1 : TriggerCondition::data2;
@@ -73,16 +68,16 @@ void TriggerPattern::requireChannel(const TriggerValueV2& channel) {
     if (exact == nullptr) {
         return;
     }
-    if (exact->value > channelMask) {
+    if (exact->value > midi::channelMask) {
         require(impossibleBit, impossibleBit);
     } else {
-        require(exact->value, channelMask);
+        require(exact->value, midi::channelMask);
     }
 }
 
 void TriggerPattern::requireVoice(const VoiceCategoryTriggerV2& voice) {
     using Kind = VoiceCategoryTriggerVariantsV2;
-    const auto requireKind = [this](StatusV2 status) { require(statusNibble(status), kindMask); };
+    const auto requireKind = [this](StatusV2 status) { require(statusNibble(status), midi::kindMask); };
     requireChannel(voice.channel);
     std::visit(Overloaded{
                    [&](const Kind::NoteOn& noteOn) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/auv3/UniversalPackets.hpp"
 
+#include "midi/MessageLength.hpp"
+
 namespace quillo {
 
 namespace {
@@ -11,13 +13,6 @@ constexpr std::uint32_t channelMessage = 2;
 /// By message type, the first word's highest four bits.
 constexpr std::array<std::size_t, 16> packetLengths{1, 1, 1, 2, 2, 4, 1, 1, 2, 2, 2, 3, 3, 4, 4, 4};
 
-/// By the status bytes' high nibbles 8 to E.
-constexpr std::array<std::size_t, 7> channelLengths{3, 3, 3, 3, 2, 2, 3};
-
-/// By the status bytes F0 to FF; 0 for system exclusive, which travels in packets of another type, and for what
-/// MIDI leaves undefined.
-constexpr std::array<std::size_t, 16> systemLengths{0, 2, 3, 2, 0, 0, 1, 0, 1, 0, 1, 1, 1, 0, 1, 1};
-
 std::uint32_t messageType(std::uint32_t firstWord) QUILLO_REALTIME {
     return firstWord >> 28U;
 }
@@ -26,14 +21,9 @@ std::uint8_t byteAt(std::uint32_t word, unsigned position) QUILLO_REALTIME {
     return static_cast<std::uint8_t>(word >> (24U - 8U * position));
 }
 
-std::size_t messageLength(std::uint32_t type, std::uint8_t status) QUILLO_REALTIME {
-    if (type == systemMessage && status >= 0xF0U) {
-        return systemLengths[status - 0xF0U];
-    }
-    if (type == channelMessage && status >= 0x80U && status < 0xF0U) {
-        return channelLengths[(status >> 4U) - 8U];
-    }
-    return 0;
+/// System exclusive travels in packets of another type.
+std::size_t lengthIn(std::uint32_t type, std::uint8_t status) QUILLO_REALTIME {
+    return type == (midi::isSystem(status) ? systemMessage : channelMessage) ? messageLength(status) : 0;
 }
 
 }  // namespace
@@ -43,7 +33,7 @@ std::size_t packetLength(std::uint32_t firstWord) QUILLO_REALTIME {
 }
 
 std::optional<ShortMessage> shortMessage(std::uint32_t firstWord) QUILLO_REALTIME {
-    const auto length = messageLength(messageType(firstWord), byteAt(firstWord, 1));
+    const auto length = lengthIn(messageType(firstWord), byteAt(firstWord, 1));
     if (length == 0) {
         return std::nullopt;
     }

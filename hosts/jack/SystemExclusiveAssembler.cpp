@@ -3,30 +3,22 @@
 
 #include <algorithm>
 
+#include "midi/Status.hpp"
+
 namespace quillo {
 
 namespace {
 
-constexpr std::uint8_t lowestStatus = 0x80;
-constexpr std::uint8_t systemExclusive = 0xF0;
-constexpr std::uint8_t endOfExclusive = 0xF7;
-constexpr std::uint8_t lowestRealTime = 0xF8;
-
-bool isData(std::uint8_t byte) QUILLO_REALTIME {
-    return byte < lowestStatus;
-}
-
 /// Whether the event has to be looked at byte by byte.
 bool isPiece(std::span<const std::uint8_t> event) QUILLO_REALTIME {
     const auto first = event.front();
-    return isData(first) || first == systemExclusive || first == endOfExclusive ||
-           (first >= lowestRealTime && event.size() > 1);
+    return midi::isData(first) || first == midi::systemExclusive || first == midi::endOfExclusive ||
+           (midi::isRealTime(first) && event.size() > 1);
 }
 
 bool isWhole(std::span<const std::uint8_t> event) QUILLO_REALTIME {
-    return event.size() > 1 && event.front() == systemExclusive && event.back() == endOfExclusive &&
-           std::ranges::all_of(event.subspan(1, event.size() - 2),
-                               [](std::uint8_t byte) QUILLO_REALTIME { return isData(byte); });
+    return event.size() > 1 && midi::isSystemExclusive(event) && event.back() == midi::endOfExclusive &&
+           std::ranges::all_of(event.subspan(1, event.size() - 2), midi::isData);
 }
 
 }  // namespace
@@ -50,7 +42,7 @@ void SystemExclusiveAssembler::take(std::span<const std::uint8_t> event, Deliver
         takePiece(event, deliver);
         return;
     }
-    if (event.front() < lowestRealTime) {
+    if (!midi::isRealTime(event.front())) {
         abandon();
     }
     deliver(event);
@@ -60,13 +52,13 @@ void SystemExclusiveAssembler::takePiece(std::span<const std::uint8_t> piece, De
     QUILLO_REALTIME {
     for (std::size_t index = 0; index < piece.size(); ++index) {
         const auto byte = piece[index];
-        if (isData(byte)) {
+        if (midi::isData(byte)) {
             append(byte);
-        } else if (byte == systemExclusive) {
+        } else if (byte == midi::systemExclusive) {
             open();
-        } else if (byte == endOfExclusive) {
+        } else if (byte == midi::endOfExclusive) {
             close(deliver);
-        } else if (byte >= lowestRealTime) {
+        } else if (midi::isRealTime(byte)) {
             deliver(piece.subspan(index, 1));
         } else {
             abandon();
@@ -79,7 +71,7 @@ void SystemExclusiveAssembler::takePiece(std::span<const std::uint8_t> piece, De
 void SystemExclusiveAssembler::open() QUILLO_REALTIME {
     abandon();
     isOpen_ = true;
-    append(systemExclusive);
+    append(midi::systemExclusive);
 }
 
 void SystemExclusiveAssembler::append(std::uint8_t byte) QUILLO_REALTIME {
@@ -94,7 +86,7 @@ void SystemExclusiveAssembler::append(std::uint8_t byte) QUILLO_REALTIME {
 }
 
 void SystemExclusiveAssembler::close(Deliver deliver) QUILLO_REALTIME {
-    append(endOfExclusive);
+    append(midi::endOfExclusive);
     if (!isOpen_) {
         return;
     }
