@@ -47,15 +47,14 @@ TEST(OfflineHost, LoadsThePresetBeforeTheFirstCycle) {
 }
 
 TEST(OfflineHost, MovesTheTransportFromSampleZero) {
-    EXPECT_THAT(outputsOf({controllerRule(onTransport(Host::Start), 1),
-                           controllerRule(onTransport(Host::Continue), 2)},
+    EXPECT_THAT(outputsOf({controllerRule(onHost(Host::Start), 1), controllerRule(onHost(Host::Continue), 2)},
                           {}, 10000),
                 ElementsAre(at(0, "b0 01 01")));
 }
 
 TEST(OfflineHost, StopsTheTransportAtExactlyTheEndWhateverTheBlock) {
     for (const std::uint32_t block : {1u, 7u, 512u, 1000u, 4096u}) {
-        EXPECT_THAT(outputsOf({controllerRule(onTransport(Host::Stop), 3)}, {}, 1000, {48000, block, 60}),
+        EXPECT_THAT(outputsOf({controllerRule(onHost(Host::Stop), 3)}, {}, 1000, {48000, block, 60}),
                     ElementsAre(at(1000, "b0 03 01")))
             << block;
     }
@@ -69,9 +68,9 @@ TEST(OfflineHost, DelaysByItsOwnSampleRate) {
 }
 
 TEST(OfflineHost, WaitsForWhatIsDueAtTheEndOfTheTailAndNoLonger) {
-    const std::vector<Rule> rules{controllerRule(onTransport(Host::Stop), 1, 500),
-                                  controllerRule(onTransport(Host::Stop), 2, 501),
-                                  controllerRule(onTransport(Host::Stop), 3, 9000)};
+    const std::vector<Rule> rules{controllerRule(onHost(Host::Stop), 1, 500),
+                                  controllerRule(onHost(Host::Stop), 2, 501),
+                                  controllerRule(onHost(Host::Stop), 3, 9000)};
     const auto performance = play(rules, {}, 100, {48000, 512, 0.5});
     EXPECT_THAT(performance.outputs, ElementsAre(at(24100, "b0 01 01")));
     EXPECT_EQ(performance.cutOff, 2u);
@@ -79,14 +78,14 @@ TEST(OfflineHost, WaitsForWhatIsDueAtTheEndOfTheTailAndNoLonger) {
 
 TEST(OfflineHost, StillStopsTheTransportWithoutATail) {
     const auto performance =
-        play({controllerRule(onTransport(Host::Stop), 3), controllerRule(onTransport(Host::Stop), 4, 1)}, {},
-             100, {48000, 512, 0});
+        play({controllerRule(onHost(Host::Stop), 3), controllerRule(onHost(Host::Stop), 4, 1)}, {}, 100,
+             {48000, 512, 0});
     EXPECT_THAT(performance.outputs, ElementsAre(at(100, "b0 03 01")));
     EXPECT_EQ(performance.cutOff, 1u);
 }
 
 TEST(OfflineHost, CutsNothingOffWhenTheTailIsLongEnough) {
-    EXPECT_EQ(play({controllerRule(onTransport(Host::Stop), 1, 60000)}, {}, 100).cutOff, 0u);
+    EXPECT_EQ(play({controllerRule(onHost(Host::Stop), 1, 60000)}, {}, 100).cutOff, 0u);
 }
 
 TEST(OfflineHost, SkipsYearsInWhichNothingHappens) {
@@ -99,7 +98,7 @@ TEST(OfflineHost, SkipsYearsInWhichADelayedOutputWaits) {
     constexpr SampleTime hour = 48000LL * 3600;
     constexpr SampleTime year = hour * 24 * 365;
     const std::vector<Rule> rules{controllerRule(onAnyNote(), 5, 50LL * 365 * 24 * 3600 * 1000),
-                                  controllerRule(onTransport(Host::Stop), 6, 24LL * 3600 * 1000)};
+                                  controllerRule(onHost(Host::Stop), 6, 24LL * 3600 * 1000)};
     const auto performance =
         play(rules, {at(year, "90 3c 64"), at(90 * year + 1, "90 3d 64")}, 100 * year, {48000, 1, 24 * 3600});
     EXPECT_THAT(performance.outputs,
@@ -171,12 +170,12 @@ std::vector<TimedMessage> randomMessages(std::mt19937& random) {
 
 TEST(OfflineHost, SendsTheSameWhateverTheBlock) {
     const std::vector<Rule> rules{controllerRule(onLoad(), 1, 3),
-                                  controllerRule(onTransport(Host::Start), 2, 100),
+                                  controllerRule(onHost(Host::Start), 2, 100),
                                   controllerRule(onAnyNote(), 3, 7),
                                   controllerRule(onAnyNote(), 4, 333),
                                   controllerRule(onAnyNote(PassThroughV2::EatMatching), 5),
                                   controllerRule(onMIDIStart(PassThroughV2::EatMatching), 6, 1),
-                                  controllerRule(onTransport(Host::Stop), 7, 1234)};
+                                  controllerRule(onHost(Host::Stop), 7, 1234)};
     std::mt19937 random(7);
     for (int round = 0; round < 20; ++round) {
         const auto messages = randomMessages(random);

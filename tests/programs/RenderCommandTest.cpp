@@ -79,7 +79,7 @@ TEST_F(RenderCommandTest, FollowsTheTempoForDelayedOutputs) {
 
 TEST_F(RenderCommandTest, LengthensTheFileForOutputsBehindItsEnd) {
     EXPECT_EQ(rendered(oneTrackFile("83 60 ff 2f 00"),
-                       {controllerRule(onTransport(HostTransportTriggerVariantsV2::Stop), 7, 250)}),
+                       {controllerRule(onHost(HostTransportTriggerVariantsV2::Stop), 7, 250)}),
               oneTrackFile("85 50 b0 07 01 00 ff 2f 00"));
 }
 
@@ -134,7 +134,7 @@ TEST_F(RenderCommandTest, PrintsNothingButOneLineOnTheErrorStreamWithoutTrace) {
 }
 
 TEST_F(RenderCommandTest, CountsWhatTheTailCutsOff) {
-    const auto stop = onTransport(HostTransportTriggerVariantsV2::Stop);
+    const auto stop = onHost(HostTransportTriggerVariantsV2::Stop);
     const std::vector<Rule> rules{controllerRule(stop, 1, 1000), controllerRule(stop, 2, 1001),
                                   controllerRule(stop, 3, 5000)};
     const auto result = render(oneNote, rules, {"--tail=1"});
