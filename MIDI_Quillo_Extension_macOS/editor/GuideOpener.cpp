@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/GuideOpener.hpp"
 
-#include <cstdlib>
-#include <filesystem>
-
-#include "editor/GuideLocation.hpp"
+#include "editor/InstalledFiles.hpp"
 
 namespace quillo {
 
@@ -16,9 +13,7 @@ constexpr int longestOpening = 10;  // seconds
 /// Empty when there is neither a guide nor a page of the makers'.
 std::string pageToOpen() {
     const auto binary = juce::File::getSpecialLocation(juce::File::currentExecutableFile);
-    const auto folders =
-        dataFolders(std::getenv("XDG_DATA_HOME"), std::getenv("HOME"), std::getenv("XDG_DATA_DIRS"));
-    const auto guide = firstThere(guidePlaces(binary.getFullPathName().toStdString(), folders));
+    const auto guide = firstFile(guidePlaces(binary.getFullPathName().toStdString(), dataFolders()));
     return guide ? fileAddress(*guide) : QUILLO_HOMEPAGE;
 }
 

@@ -2,16 +2,14 @@
 #include "editor/QuilloView.hpp"
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <utility>
 
 #include "editor/AlertView.hpp"
-#include "editor/ExamplePresets.hpp"
 #include "editor/FieldPlan.hpp"
 #include "editor/Fonts.hpp"
-#include "editor/GuideLocation.hpp"
+#include "editor/InstalledFiles.hpp"
 #include "editor/PresetExchange.hpp"
 #include "editor/Style.hpp"
 
@@ -34,9 +32,8 @@ std::vector<std::filesystem::path> pathsOf(const juce::StringArray& files) {
 }
 
 std::optional<std::filesystem::path> examplePresets() {
-    return firstFolder(examplePlaces(
-        pathOf(juce::File::getSpecialLocation(juce::File::currentExecutableFile)),
-        dataFolders(std::getenv("XDG_DATA_HOME"), std::getenv("HOME"), std::getenv("XDG_DATA_DIRS"))));
+    const auto binary = pathOf(juce::File::getSpecialLocation(juce::File::currentExecutableFile));
+    return firstFolder(examplePlaces(binary, dataFolders()));
 }
 
 /// The folders for the browser, as they are now.

@@ -8,8 +8,8 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
-#include "editor/ExamplePresets.hpp"
 #include "editor/Fonts.hpp"
+#include "editor/InstalledFiles.hpp"
 #include "editor/PresetBrowserView.hpp"
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
