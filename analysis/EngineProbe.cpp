@@ -117,7 +117,7 @@ std::optional<TriggerCondition> EngineProbe::firstFailure(std::size_t rule,
 
 bool EngineProbe::waitsFor(std::size_t rule, std::span<const std::uint8_t> message) const {
     const auto& pattern = patterns_[rule];
-    return pattern && pattern->matches(triggerBytes(message));
+    return pattern && !pattern->firstFailure(triggerBytes(message));
 }
 
 bool EngineProbe::waitsFor(std::size_t rule, HostTransportTriggerVariantsV2 change) const {

@@ -29,12 +29,13 @@ TriggerPattern::TriggerPattern(const MessageBasedTriggerVariantsV2& trigger) {
 }
 
 std::optional<TriggerCondition> TriggerPattern::firstFailure(const TriggerBytes& message) const {
-    const auto different = difference(message);
-    // All eight bits of a system message's status say what it is: it has no channel.
-    const auto kindBits = (value_ & midi::kindMask) == midi::kindMask ? statusMask : midi::kindMask;
+    const auto word = message.status | std::uint32_t{message.data1} << 8 | std::uint32_t{message.data2} << 16;
+    const auto different = (word ^ value_) & mask_;
     if (different == 0) {
         return std::nullopt;
     }
+    // All eight bits of a system message's status say what it is: it has no channel.
+    const auto kindBits = (value_ & midi::kindMask) == midi::kindMask ? statusMask : midi::kindMask;
     if ((different & kindBits) != 0) {
         return TriggerCondition::kind;
     }

@@ -6,7 +6,6 @@
 #include <optional>
 
 #include "engine/Generator.hpp"
-#include "platform/RealTime.hpp"
 #include "rules/RuleTriggerV2.hpp"
 
 namespace quillo {
@@ -23,10 +22,6 @@ public:
 
     explicit TriggerPattern(const MessageBasedTriggerVariantsV2& trigger);
 
-    [[nodiscard]] bool matches(const TriggerBytes& message) const QUILLO_REALTIME {
-        return difference(message) == 0;
-    }
-
     /// The first condition that the message does not meet; none when the pattern matches it.
     [[nodiscard]] std::optional<TriggerCondition> firstFailure(const TriggerBytes& message) const;
 
@@ -42,15 +37,6 @@ public:
     bool operator==(const TriggerPattern&) const = default;
 
 private:
-    [[nodiscard]] static std::uint32_t word(const TriggerBytes& message) QUILLO_REALTIME {
-        return message.status | (std::uint32_t{message.data1} << 8U) | (std::uint32_t{message.data2} << 16U);
-    }
-
-    /// The bits in which the message is not what the trigger asks for.
-    [[nodiscard]] std::uint32_t difference(const TriggerBytes& message) const QUILLO_REALTIME {
-        return (word(message) ^ value_) & mask_;
-    }
-
     /// A bit that no message word has: a pattern that requires it matches nothing.
     static constexpr std::uint32_t impossibleBit = 0x8000'0000;
 
