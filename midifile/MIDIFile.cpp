@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "midifile/InStableOrder.hpp"
-#include "midifile/MetaType.hpp"
 
 namespace quillo {
 

@@ -10,7 +10,6 @@
 #include "midi/Status.hpp"
 #include "midifile/ByteCursor.hpp"
 #include "midifile/MIDIFileError.hpp"
-#include "midifile/MetaType.hpp"
 
 namespace quillo {
 

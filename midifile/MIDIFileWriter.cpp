@@ -7,7 +7,6 @@
 
 #include "midi/Status.hpp"
 #include "midifile/MIDIFileError.hpp"
-#include "midifile/MetaType.hpp"
 
 namespace quillo {
 

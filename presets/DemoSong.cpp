@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "midi/Status.hpp"
 #include "midifile/InStableOrder.hpp"
-#include "midifile/MetaType.hpp"
 
 namespace quillo {
 
@@ -41,8 +41,8 @@ public:
     }
 
     Part& note(Tick start, Tick length, std::uint8_t number, std::uint8_t velocity) {
-        message(start, 0x90, {number, velocity});
-        return message(start + length, 0x80, {number, 64});
+        message(start, midi::noteOn, {number, velocity});
+        return message(start + length, midi::noteOff, {number, 64});
     }
 
     Part& chord(Tick start, Tick length, std::initializer_list<std::uint8_t> numbers, std::uint8_t velocity) {
@@ -52,16 +52,16 @@ public:
         return *this;
     }
 
-    Part& program(Tick tick, std::uint8_t number) { return message(tick, 0xC0, {number}); }
+    Part& program(Tick tick, std::uint8_t number) { return message(tick, midi::programChange, {number}); }
 
     Part& controller(Tick tick, std::uint8_t number, std::uint8_t value) {
-        return message(tick, 0xB0, {number, value});
+        return message(tick, midi::controlChange, {number, value});
     }
 
     /// `position` from 0 to 16383, at rest 8192.
     Part& pitchBend(Tick tick, unsigned position) {
         return message(
-            tick, 0xE0,
+            tick, midi::pitchWheel,
             {static_cast<std::uint8_t>(position & 0x7F), static_cast<std::uint8_t>(position >> 7)});
     }
 
@@ -92,7 +92,7 @@ MIDITrack conductor() {
     part.meta(0, metaTimeSignature, {4, 2, 24, 8}).meta(0, metaKeySignature, {1, 0});
     part.meta(0, metaTempo, {0x09, 0x89, 0x68}).marker(0, "Verse");
     part.meta(refrain, metaTempo, {0x07, 0xA1, 0x20}).marker(refrain, "Refrain");
-    part.system(refrain, 0xFA);
+    part.system(refrain, midi::startCommand);
     return part.track();
 }
 
