@@ -103,12 +103,14 @@ void AudioUnitViewController::onInstantMessageClick(const RuleOutputVariantsV2& 
     }
 }
 
-void AudioUnitViewController::tellUser(std::string message) {
-    mainQueue_.async([weak = std::weak_ptr(model_), message = std::move(message)] {
-        if (const auto model = weak.lock()) {
-            model->alert(message);
-        }
-    });
+std::function<void(std::string message)> AudioUnitViewController::userTeller() const {
+    return [weak = std::weak_ptr(model_), &queue = mainQueue_](std::string message) {
+        queue.async([weak, message = std::move(message)] {
+            if (const auto model = weak.lock()) {
+                model->alert(message);
+            }
+        });
+    };
 }
 
 }  // namespace quillo

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -19,9 +21,7 @@ namespace quillo {
 /// Makes the unit for the host, owns the editor's model, and connects the two once both the unit and the view
 /// are there, whichever comes second: edits flow into the unit's processor, the unit's rules into the model
 /// when they connect and whenever the unit's state is replaced, and the unit's log callbacks into the model's
-/// logs.
-///
-/// Make controllers by `std::make_shared`. [main] unless an operation says otherwise.
+/// logs. Make controllers by `std::make_shared`. [main] unless an operation says otherwise.
 class AudioUnitViewController final : public EditorUnit,
                                       public std::enable_shared_from_this<AudioUnitViewController> {
 public:
@@ -52,7 +52,10 @@ public:
     /// from a triggering message.
     void onInstantMessageClick(const RuleOutputVariantsV2& message) override;
 
-    void tellUser(std::string message) override;
+    void tellUser(std::string message) override { userTeller()(std::move(message)); }
+
+    /// [any] `tellUser` for whoever may outlive the controller: then nobody is told.
+    [[nodiscard]] std::function<void(std::string message)> userTeller() const;
 
     /// Drains the main queue.
     void drain() override { mainQueue_.drain(); }

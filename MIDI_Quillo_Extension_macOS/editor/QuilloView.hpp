@@ -37,8 +37,7 @@ struct FilePanels {
 /// until the menu or the file browser that is open is closed. Ctrl+Z and Ctrl+Shift+Z or Ctrl+Y undo and
 /// redo, and scroll to the rule that they change. Tab enters while nothing in it has the keyboard focus,
 /// beside what had it last. A preset file dropped on it is imported; while it is dragged over the editor, a
-/// hint says so. The owner of the window hands it the keys that nothing in it has used, and drains the main
-/// queue. [main] only.
+/// hint says so. The owner of the window hands it the keys that nothing in it has used. [main] only.
 class QuilloView final : public juce::Component,
                          public EnvironmentScope,
                          public OverlayHost,

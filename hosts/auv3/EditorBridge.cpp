@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/auv3/EditorBridge.hpp"
 
-#include <string>
 #include <utility>
 
 #include "hosts/auv3/Failure.hpp"
@@ -28,14 +27,7 @@ EditorBridge::~EditorBridge() {
 
 void EditorBridge::adopt(UnitBridge& unit) noexcept {
     static_cast<void>(attempt([&] {
-        const std::weak_ptr weak = window_->controller->model();
-        unit.setTellUser([weak, &queue = mainQueue_](std::string message) {
-            queue.async([weak, message = std::move(message)] {
-                if (const auto model = weak.lock()) {
-                    model->alert(message);
-                }
-            });
-        });
+        unit.setTellUser(window_->controller->userTeller());
         window_->controller->adoptAudioUnit(unit.unit());
     }));
 }

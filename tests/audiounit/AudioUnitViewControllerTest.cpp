@@ -192,6 +192,22 @@ TEST_F(ControllerTest, BothLogsReachTheModelInOrderWhenTheMainQueueIsDrained) {
     EXPECT_EQ(controller->model()->outLog().size(), 2U);
 }
 
+TEST_F(ControllerTest, WhatTheUserIsToldIsAnAlertOnTheMainThread) {
+    std::thread([this] { controller->tellUser("lost"); }).join();
+    EXPECT_EQ(controller->model()->alertErrorMessage(), std::nullopt);
+    controller->drain();
+    EXPECT_EQ(controller->model()->alertErrorMessage(), "lost");
+}
+
+TEST_F(ControllerTest, ATellerThatOutlivesTheControllerTellsNobody) {
+    const auto tell = controller->userTeller();
+    const std::weak_ptr model = controller->model();
+    tell("lost");
+    controller.reset();
+    queue.drain();
+    EXPECT_TRUE(model.expired());
+}
+
 TEST_F(ControllerTest, AMainThreadThatSleptThroughAFloodShowsTheNewest100) {
     create();
     controller->viewDidLoad();
