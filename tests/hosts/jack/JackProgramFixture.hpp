@@ -14,6 +14,7 @@
 #include "hosts/jack/SessionFiles.hpp"
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
+#include "platform/Data.hpp"
 #include "support/ChildProcess.hpp"
 #include "support/TemporaryFolder.hpp"
 #include "support/TestRules.hpp"
