@@ -4,17 +4,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "midi/Status.hpp"
+
 namespace quillo {
 
 namespace {
 
 constexpr std::int32_t open = -1;
-
-/// The statuses of channel 0.
-constexpr std::uint8_t noteOff = 0x80;
-constexpr std::uint8_t noteOn = 0x90;
-constexpr std::uint8_t polyphonicPressure = 0xA0;
-constexpr std::uint8_t channelPressure = 0xD0;
 
 /// From 0 to 127 for 0 to 1; no number is 0.
 std::uint8_t dataByte(double value) QUILLO_REALTIME {
@@ -73,7 +69,7 @@ void CLAPNotes::begin(const clap_event_note_t& event, Send send) QUILLO_REALTIME
     }
     forEach({channel, event.key, open}, [&](std::size_t on, std::uint8_t key) QUILLO_REALTIME {
         held_[on][key] = std::max(event.note_id, open);
-        send(std::array{status(noteOn, on), key, std::max(dataByte(event.velocity), std::uint8_t{1})});
+        send(std::array{status(midi::noteOn, on), key, std::max(dataByte(event.velocity), std::uint8_t{1})});
     });
 }
 
@@ -88,7 +84,7 @@ void CLAPNotes::choke(const clap_event_note_t& event, Send send) QUILLO_REALTIME
 void CLAPNotes::end(const Address& address, double velocity, Send send) QUILLO_REALTIME {
     forEach(address, [&](std::size_t channel, std::uint8_t key) QUILLO_REALTIME {
         held_[channel][key] = notHeld;
-        send(std::array{status(noteOff, channel), key, dataByte(velocity)});
+        send(std::array{status(midi::noteOff, channel), key, dataByte(velocity)});
     });
 }
 
@@ -103,7 +99,7 @@ void CLAPNotes::express(const clap_event_note_expression_t& event, Send send) QU
     }
     forEach({event.channel, event.key, event.note_id},
             [&](std::size_t channel, std::uint8_t key) QUILLO_REALTIME {
-                send(std::array{status(polyphonicPressure, channel), key, pressure});
+                send(std::array{status(midi::notePressure, channel), key, pressure});
             });
 }
 
@@ -111,7 +107,7 @@ void CLAPNotes::pressChannels(std::int16_t channel, std::uint8_t pressure, Send 
     const auto range = rangeOf(channel, channels);
     for (auto i = range.first; i < range.end; ++i) {
         if (channel != open || holdsAny(i)) {
-            send(std::array{status(channelPressure, i), pressure});
+            send(std::array{status(midi::channelPressure, i), pressure});
         }
     }
 }
