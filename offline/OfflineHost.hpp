@@ -4,20 +4,21 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
-#include "audiounit/MIDIQuilloAUAudioUnit.hpp"
-#include "audiounit/platform/RenderEventList.hpp"
+#include "engine/RuleProcessor.hpp"
 #include "engine/SampleTime.hpp"
+#include "log/EventLogEntry.hpp"
 #include "offline/TimedMessage.hpp"
-#include "platform/Data.hpp"
+#include "platform/OSStatus.hpp"
+#include "rules/Rule.hpp"
 
 namespace quillo {
 
-/// Plays messages through a unit of its own as fast as it can, in cycles that follow one another from sample
-/// 0 on. What comes out, in order of time, does not depend on the cycles' length.
+/// Plays messages through rules as fast as it can, in cycles that follow one another from sample 0 on. What
+/// comes out, in order of time, does not depend on the cycles' length.
 class OfflineHost {
 public:
     struct Settings {
@@ -26,25 +27,24 @@ public:
         double tail = 60;                  ///< how long delayed outputs are waited for at the end, in seconds
     };
 
-    /// Makes the unit and loads it with the state document `preset`. Throws a `FatalError` where the unit
-    /// would end a host.
-    OfflineHost(const Settings& settings, const Data& preset);
+    /// Throws the `FatalError` of rules that cannot be compiled.
+    OfflineHost(const Settings& settings, std::vector<Rule> rules);
 
-    /// Calls these with each entry of the unit's logs, as it happens.
+    /// Calls these with each event that comes in, before the rules see it, and each message that leaves.
     using Log = std::function<void(const EventLogEntry&)>;
-    void setLogs(const Log& input, const Log& output);
+    void setLogs(Log input, Log output);
 
     /// Calls this after each cycle until the transport stops, with how much of the way is done: at last 1.
     void setProgress(std::function<void(double)> progress) { progress_ = std::move(progress); }
 
     struct Performance {
-        std::vector<TimedMessage> outputs;  ///< in the order in which the unit sent them
+        std::vector<TimedMessage> outputs;  ///< in the order in which they were sent
         std::size_t cutOff = 0;             ///< delayed outputs that were due behind the tail
     };
 
     /// Plays `messages`, which are in order of their times and before `end`. The transport moves from sample
     /// 0 to `end` and then stands still until nothing is delayed any more: what is due no later than the tail
-    /// after `end` is waited for. Once only. Throws a `FatalError` like the constructor.
+    /// after `end` is waited for. Once only. Throws the `FatalError` that a cycle has ended with.
     [[nodiscard]] Performance play(std::span<const TimedMessage> messages, SampleTime end);
 
 private:
@@ -58,16 +58,17 @@ private:
     /// earlier. The cycles before it have no events and nothing to send: running them would change nothing.
     void skipCyclesBefore(SampleTime time);
 
-    [[nodiscard]] std::size_t delayedOutputs() const;
+    OSStatus keep(SampleTime time, std::span<const MIDIMessage> sent);
+    [[nodiscard]] std::size_t delayedOutputs();
 
     Settings settings_;
-    std::shared_ptr<MIDIQuilloAUAudioUnit> unit_;
-    AUInternalRenderBlock renderBlock_;
-    RenderEventList events_;
+    RuleProcessor processor_;
+    Log logInput_ = [](const EventLogEntry&) {};
+    Log logOutput_ = [](const EventLogEntry&) {};
     std::function<void(double)> progress_ = [](double) {};
     std::vector<TimedMessage> outputs_;
     SampleTime position_ = 0;
-    bool isMoving_ = false;
+    std::optional<HostTransportTriggerVariantsV2> change_;  ///< of the transport, for the next cycle
 };
 
 }  // namespace quillo

@@ -77,9 +77,9 @@ OfflineHost::Log traceTo(std::ostream& out, const char* direction) {
     return [&out, direction](const EventLogEntry& entry) { out << direction << traceLine(entry) << '\n'; };
 }
 
-OfflineHost::Performance play(const Score& score, const Data& preset, const Request& request,
+OfflineHost::Performance play(const Score& score, std::vector<Rule> rules, const Request& request,
                               const Console& console) {
-    OfflineHost host(request.settings, preset);
+    OfflineHost host(request.settings, std::move(rules));
     if (request.trace) {
         host.setLogs(traceTo(console.out, "in  "), traceTo(console.out, "out "));
     }
@@ -102,9 +102,9 @@ std::vector<std::uint8_t> resultBytes(const Score& score, std::vector<TimedMessa
 int runRenderCommand(std::span<const std::string> words, const Console& console) {
     const auto request = readRequest(words);
     const auto score = readScore(request);
-    const auto preset = readPresetInput(request.preset, exitBadData, request.reading).bytes;
+    auto rules = readPresetInput(request.preset, exitBadData, request.reading).document.data.rules;
     const OutputFile target(request.target, request.force);
-    auto performance = play(score, preset, request, console);
+    auto performance = play(score, std::move(rules), request, console);
     const auto sent = performance.outputs.size();
     target.write(resultBytes(score, std::move(performance.outputs), request.target));
     if (performance.cutOff > 0) {

@@ -9,10 +9,8 @@
 namespace quillo {
 
 CLAPInstance::CLAPInstance(const clap_host_t& theHost)
-    : host(theHost),
-      hosted(HostTransport(CLAPTransport::tolerance)),
-      renderer(hosted.renderer(), hosted.unit()) {
-    hosted.setOnEdit([this] {
+    : host(theHost), session(HostTransport(CLAPTransport::tolerance)), renderer(session) {
+    session.setOnEdit([this] {
         host.markDirty();
         wake();
     });

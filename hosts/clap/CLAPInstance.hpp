@@ -4,10 +4,10 @@
 #include <functional>
 #include <memory>
 
-#include "hosts/adapter/HostedUnit.hpp"
 #include "hosts/clap/CLAPHeaders.hpp"
 #include "hosts/clap/CLAPHost.hpp"
 #include "hosts/clap/CLAPRenderer.hpp"
+#include "session/Session.hpp"
 
 namespace quillo {
 
@@ -15,7 +15,7 @@ struct CLAPEditor;
 
 /// What an instance of the plug-in consists of, from the host's `init` until it is destroyed. [main]
 struct CLAPInstance {
-    /// The thread that makes it is the main thread. Throws what `HostedUnit` throws.
+    /// The thread that makes it is the main thread. Throws what `Session` throws.
     explicit CLAPInstance(const clap_host_t& theHost);
 
     /// Has the host process again when there is something to do that it cannot know of.
@@ -25,7 +25,7 @@ struct CLAPInstance {
     void idle();
 
     CLAPHost host;
-    HostedUnit hosted;
+    Session session;
     CLAPRenderer renderer;
 
     /// While the host has a window open for it. Without JUCE there is never one.

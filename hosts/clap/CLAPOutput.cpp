@@ -10,8 +10,8 @@ namespace {
 constexpr std::uint8_t systemExclusive = 0xF0;
 constexpr std::uint16_t port = 0;
 
-bool isSystemExclusive(const OutgoingMessages::Message& message) QUILLO_REALTIME {
-    return message.bytes.front() == systemExclusive;
+bool isSystemExclusive(std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    return bytes.front() == systemExclusive;
 }
 
 template <class Event>
@@ -23,72 +23,71 @@ clap_event_header_t headerOf(std::uint32_t offset, std::uint16_t type) QUILLO_RE
 
 void CLAPOutput::begin(const clap_output_events_t* events) QUILLO_REALTIME {
     events_ = events;
-    if (events_ == nullptr || events_->try_push == nullptr || !isWaiting()) {
-        return;
+    if (events_ != nullptr && events_->try_push != nullptr && isWaiting()) {
+        const auto left = offerFrom(next_);
+        if (left == next_) {
+            offerBehindSystemExclusive();
+        } else {
+            next_ = left;
+        }
     }
-    const auto left = offer(left_);
-    const bool isEmptyYet = left.size() == left_.size();
-    left_ = isEmptyYet ? offerBehindSystemExclusive() : left;
+    isHeldUp_ = isWaiting();
+    if (!isHeldUp_) {
+        waiting_.clear();
+        next_ = 0;
+    }
 }
 
 /// With the host's list empty yet, and its first message refused: room is not what that one lacks if the host takes
 /// one behind it. Where nothing but system exclusive waits, no message is there to tell, and new ones must not be
 /// held up.
-CLAPOutput::Messages CLAPOutput::offerBehindSystemExclusive() QUILLO_REALTIME {
-    auto others = left_;
-    while (!others.empty() && isSystemExclusive(others.front())) {
-        others = others.subspan(1);
-        if (const auto left = offer(others); left.size() < others.size()) {
-            lose(left_.first(left_.size() - others.size()));
-            return left;
+void CLAPOutput::offerBehindSystemExclusive() QUILLO_REALTIME {
+    auto others = next_;
+    while (others < waiting_.size() && isSystemExclusive(waiting_[others])) {
+        ++others;
+        if (const auto left = offerFrom(others); left > others) {
+            loseUntil(others);
+            next_ = left;
+            return;
         }
     }
-    if (!others.empty()) {
-        return left_;
-    }
-    lose(left_);
-    return others;
-}
-
-void CLAPOutput::lose(Messages messages) QUILLO_REALTIME {
-    for (const auto& message : messages) {
-        lost_.add(message.bytes, true);
+    if (others == waiting_.size()) {
+        loseUntil(others);
     }
 }
 
-void CLAPOutput::send(Messages messages) QUILLO_REALTIME {
-    if (const auto refused = offer(messages); !refused.empty()) {
-        keep(refused);
+void CLAPOutput::loseUntil(std::size_t index) QUILLO_REALTIME {
+    for (; next_ < index; ++next_) {
+        lost_.add(waiting_[next_], true);
     }
 }
 
-void CLAPOutput::keep(Messages messages) QUILLO_REALTIME {
-    waiting_.clear();
-    for (const auto& message : messages) {
-        if (!waiting_.tryPush(0, message.bytes)) {
-            break;
-        }
-    }
-    left_ = waiting_.inTimeOrder();
+CLAPOutput::Room CLAPOutput::roomFor(std::span<const std::uint8_t> bytes, const Waiting& waiting) const QUILLO_REALTIME {
+    const bool couldWait = waiting_.hasRoomFor(waiting.messages + 1, waiting.bytes + bytes.size());
+    return !isHeldUp_ && couldWait ? Room::enough : Room::full;
 }
 
-/// What the host has not taken of these.
-CLAPOutput::Messages CLAPOutput::offer(Messages messages) const QUILLO_REALTIME {
-    while (!messages.empty() && tryPush(messages.front())) {
-        messages = messages.subspan(1);
+void CLAPOutput::write(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    if (isWaiting() || !tryPush(offset, bytes)) {
+        static_cast<void>(waiting_.tryPush(bytes));
     }
-    return messages;
 }
 
-bool CLAPOutput::tryPush(const OutgoingMessages::Message& message) const QUILLO_REALTIME {
-    const auto bytes = message.bytes;
-    if (isSystemExclusive(message)) {
-        const clap_event_midi_sysex_t event{
-            headerOf<clap_event_midi_sysex_t>(message.offset, CLAP_EVENT_MIDI_SYSEX), port, bytes.data(),
-            static_cast<std::uint32_t>(bytes.size())};
+/// Offers the messages that wait, from number `index` on. The first that the host has not taken.
+std::size_t CLAPOutput::offerFrom(std::size_t index) const QUILLO_REALTIME {
+    while (index < waiting_.size() && tryPush(0, waiting_[index])) {
+        ++index;
+    }
+    return index;
+}
+
+bool CLAPOutput::tryPush(std::uint32_t offset, std::span<const std::uint8_t> bytes) const QUILLO_REALTIME {
+    if (isSystemExclusive(bytes)) {
+        const clap_event_midi_sysex_t event{headerOf<clap_event_midi_sysex_t>(offset, CLAP_EVENT_MIDI_SYSEX),
+                                            port, bytes.data(), static_cast<std::uint32_t>(bytes.size())};
         return tryPush(event.header);
     }
-    clap_event_midi_t event{headerOf<clap_event_midi_t>(message.offset, CLAP_EVENT_MIDI), port, {}};
+    clap_event_midi_t event{headerOf<clap_event_midi_t>(offset, CLAP_EVENT_MIDI), port, {}};
     std::ranges::copy(bytes.first(std::min(bytes.size(), std::size(event.data))), event.data);
     return tryPush(event.header);
 }

@@ -101,10 +101,10 @@ void CLAPPlugin::destroy(const clap_plugin_t* plugin) noexcept {
 }
 
 bool CLAPPlugin::activate(const clap_plugin_t* plugin, double sampleRate, std::uint32_t /*shortestBlock*/,
-                          std::uint32_t longestBlock) noexcept {
+                          std::uint32_t /*longestBlock*/) noexcept {
     return with(plugin, false, [&](CLAPInstance& instance) {
-        if (auto reason = instance.hosted.activate(sampleRate, longestBlock)) {
-            instance.hosted.tellUser(*std::move(reason));
+        if (auto reason = instance.session.setSampleRate(sampleRate)) {
+            instance.session.tellUser(*std::move(reason));
             return false;
         }
         instance.renderer.activate(sampleRate);
@@ -117,7 +117,6 @@ void CLAPPlugin::deactivate(const clap_plugin_t* plugin) noexcept {
     with(plugin, false, [&](CLAPInstance& instance) {
         of(plugin)->active_ = false;
         instance.renderer.deactivate();
-        instance.hosted.deactivate();
         return true;
     });
 }

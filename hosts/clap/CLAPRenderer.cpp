@@ -37,17 +37,11 @@ bool isOurs(std::int16_t portIndex) QUILLO_REALTIME {
 
 }  // namespace
 
-CLAPRenderer::CLAPRenderer(BlockRenderer& renderer, MIDIQuilloAUAudioUnit& unit)
-    : renderer_(renderer),
-      unit_(unit),
-      processor_(*unit.processor),
-      output_(renderer.refused()),
-      transport_(renderer) {
-    using Room = BlockRenderer::Room;
-    renderer_.setAsk([this](std::uint32_t, std::span<const std::uint8_t>) QUILLO_REALTIME {
-        return output_.isWaiting() ? Room::full : Room::enough;
-    });
-}
+CLAPRenderer::CLAPRenderer(Session& session)
+    : renderer_(session.renderer()),
+      processor_(session.processor()),
+      output_(renderer_.refused()),
+      transport_(renderer_) {}
 
 void CLAPRenderer::activate(double sampleRate) {
     transport_.setSampleRate(sampleRate);
@@ -57,26 +51,25 @@ void CLAPRenderer::activate(double sampleRate) {
 clap_process_status CLAPRenderer::process(const clap_process_t& process) QUILLO_REALTIME {
     follow(process.steady_time, process.frames_count);
     output_.begin(process.out_events);
-    renderer_.begin(process.frames_count);
+    renderer_.begin(process.frames_count, output_);
     if (process.transport != nullptr) {
-        transport_.tell(0, *process.transport);
+        transport_.report(0, *process.transport);
     }
     takeAll(process.in_events);
     const auto status = renderer_.end();
-    output_.send(renderer_.outgoing().inTimeOrder());
     return status == kQuilloErr_FatalError ? CLAP_PROCESS_ERROR : nextStatus();
 }
 
-/// While the plug-in sleeps the transport may go on, or stand, or jump, and nobody tells. No rule waits for it then,
+/// While the plug-in sleeps the transport may go on, or stand, or jump, and nobody reports it. No rule waits for it then,
 /// and one that is installed meanwhile is not meant for what has been. Where the host's steady time shows that the
 /// plug-in has not slept, it goes on without a gap.
 void CLAPRenderer::follow(std::int64_t steadyTime, std::uint32_t frames) QUILLO_REALTIME {
     const bool followsOn = steadyTime >= 0 && steadyTime == nextSteadyTime_;
     if ((maySleep_ || interrupted_) && !followsOn) {
-        renderer_.loseTransport();
+        renderer_.losePosition();
     }
     if (maySleep_ && !followsOn) {
-        unit_.forgetTransport();
+        renderer_.forgetTransport();
     }
     constexpr std::int64_t last = INT64_MAX - UINT32_MAX;
     nextSteadyTime_ = steadyTime >= 0 && steadyTime <= last ? steadyTime + frames : -1;
@@ -120,7 +113,7 @@ void CLAPRenderer::take(const clap_event_header_t& event) QUILLO_REALTIME {
         break;
     case CLAP_EVENT_TRANSPORT:
         if (const auto* transport = as<clap_event_transport_t>(event)) {
-            transport_.tell(event.time, *transport);
+            transport_.report(event.time, *transport);
         }
         break;
     default: break;

@@ -4,24 +4,24 @@
 #include <atomic>
 #include <cstdint>
 
-#include "hosts/adapter/BlockRenderer.hpp"
 #include "hosts/clap/CLAPHeaders.hpp"
 #include "hosts/clap/CLAPNotes.hpp"
 #include "hosts/clap/CLAPOutput.hpp"
 #include "hosts/clap/CLAPTransport.hpp"
 #include "platform/RealTime.hpp"
+#include "session/Session.hpp"
 
 namespace quillo {
 
-/// What the host's audio thread runs: a block of CLAP events through the unit.
+/// What the host's audio thread runs: a block of CLAP events through the rules.
 ///
 /// An event that is shorter than its kind, of a space or a port that is not ours, or no message, is left out;
 /// one whose time lies behind the block or before its forerunner's is moved to the nearest that does not.
 /// [render] unless an operation says otherwise.
 class CLAPRenderer {
 public:
-    /// [main] Both must outlive it.
-    CLAPRenderer(BlockRenderer& renderer, MIDIQuilloAUAudioUnit& unit);
+    /// [main] The session must outlive it.
+    explicit CLAPRenderer(Session& session);
 
     /// [main, while nothing renders] Blocks come at this rate from now on.
     void activate(double sampleRate);
@@ -54,7 +54,6 @@ private:
     clap_process_status nextStatus() QUILLO_REALTIME;
 
     BlockRenderer& renderer_;
-    MIDIQuilloAUAudioUnit& unit_;
     RuleProcessor& processor_;
     CLAPNotes notes_;
     CLAPOutput output_;

@@ -9,18 +9,18 @@ namespace quillo {
 namespace {
 
 bool save(const clap_plugin_t* plugin, const clap_ostream_t* stream) noexcept {
-    return CLAPPlugin::with(plugin, false,
-                            [&](CLAPInstance& instance) { return writeAll(stream, instance.hosted.save()); });
+    return CLAPPlugin::with(
+        plugin, false, [&](CLAPInstance& instance) { return writeAll(stream, instance.session.save()); });
 }
 
 bool load(const clap_plugin_t* plugin, const clap_istream_t* stream) noexcept {
     return CLAPPlugin::with(plugin, false, [&](CLAPInstance& instance) {
         const auto document = readAll(stream);
         if (!document) {
-            instance.hosted.tellUser("The saved rules cannot be restored: the host cannot read them.");
+            instance.session.tellUser("The saved rules cannot be restored: the host cannot read them.");
             return false;
         }
-        const bool restored = !instance.hosted.restore(*document);
+        const bool restored = !instance.session.restore(*document);
         instance.wake();
         return restored;
     });

@@ -4,21 +4,20 @@
 #include <cstdint>
 #include <optional>
 
-#include "audiounit/platform/AUHostTransportState.hpp"
-#include "hosts/adapter/BlockRenderer.hpp"
 #include "hosts/clap/CLAPHeaders.hpp"
 #include "platform/RealTime.hpp"
+#include "session/BlockRenderer.hpp"
 
 namespace quillo {
 
-/// What a host says of its transport, in the terms of `BlockRenderer::tellTransport`. [render]
+/// What a host says of its transport, in the terms of `BlockRenderer::reportTransport`. [render]
 ///
 /// The position is the one in seconds, counted in steps of 2 ms: hosts round it to whole milliseconds, and two of
-/// those may be off by one. Hosts that tell only beats have theirs counted in steps, 64 to a beat. A step is what a
+/// those may be off by one. Hosts that report only beats have theirs counted in steps, 64 to a beat. A step is what a
 /// position may be off, and shorter than any jump.
 ///
 /// Hosts work out seconds from beats or beats from seconds, and what is worked out jumps when the tempo changes. Where
-/// both are told, and a tempo, only what both show is a jump.
+/// both are reported, and a tempo, only what both show is a jump.
 class CLAPTransport {
 public:
     /// Off by more than this, a position is a jump.
@@ -31,7 +30,7 @@ public:
     void setSampleRate(double sampleRate) { sampleRate_ = sampleRate; }
 
     /// What the host says at this offset of the block.
-    void tell(std::uint32_t offset, const clap_event_transport_t& event) QUILLO_REALTIME;
+    void report(std::uint32_t offset, const clap_event_transport_t& event) QUILLO_REALTIME;
 
 private:
     enum class Timeline : std::uint8_t { none, seconds, beats };
@@ -41,23 +40,22 @@ private:
         std::optional<double> speed;  ///< in steps a frame; none when it cannot be foretold
     };
 
-    /// One telling.
-    struct Told {
+    struct Report {
         SampleTime time = 0;  ///< on the render timeline
-        AUHostTransportStateFlags flags = 0;
+        HostTransport::State state;
         std::optional<Position> seconds;
         std::optional<Position> beats;
     };
 
-    [[nodiscard]] Told read(std::uint32_t offset, const clap_event_transport_t& event) const QUILLO_REALTIME;
-    [[nodiscard]] bool goesOnInBeats(const Told& told) const QUILLO_REALTIME;
-    void tell(std::uint32_t offset, const Told& told, Timeline timeline,
-              const Position& position) QUILLO_REALTIME;
+    [[nodiscard]] Report read(std::uint32_t offset, const clap_event_transport_t& event) const QUILLO_REALTIME;
+    [[nodiscard]] bool goesOnInBeats(const Report& reported) const QUILLO_REALTIME;
+    void report(std::uint32_t offset, const Report& reported, Timeline timeline,
+                const Position& position) QUILLO_REALTIME;
 
     BlockRenderer& renderer_;
     double sampleRate_ = 0.0;
-    Told last_;
-    Timeline timeline_ = Timeline::none;  ///< of the position that was told last
+    Report last_;
+    Timeline timeline_ = Timeline::none;  ///< of the position that was reported last
 };
 
 }  // namespace quillo

@@ -17,11 +17,11 @@
 #include "editor/EditorShell.hpp"
 #include "editor/EditorWindow.hpp"
 #include "editor/Fonts.hpp"
-#include "hosts/adapter/WindowScale.hpp"
 #include "hosts/jack/Icon.hpp"
 #include "hosts/jack/JackHost.hpp"
 #include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
+#include "window/WindowScale.hpp"
 
 namespace quillo {
 
@@ -113,7 +113,7 @@ private:
         loop_.emplace();
         host_.emplace(order->options, order->console, *loop_, order->signals);
         host_->loadRules();
-        shell_.emplace(host_->hosted());
+        shell_.emplace(host_->session());
         window_.emplace(shell_->view(), [this] { systemRequestedQuit(); });
         const auto icon = largeIcon();
         window_->getPeer()->setIcon(juce::ImageFileFormat::loadFrom(icon.data(), icon.size()));

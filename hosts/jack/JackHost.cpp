@@ -22,9 +22,9 @@ SessionKeeper::Time now() {
 }
 
 /// Puts a preset file's rules into the unit. Throws a `CommandFailure`.
-void usePreset(HostedUnit& hosted, const std::string& file) {
+void usePreset(Session& session, const std::string& file) {
     const auto preset = readPresetInput(file, exitBadData, InputReading::prompt);
-    if (const auto problem = hosted.restore(preset.bytes)) {
+    if (const auto problem = session.restore(preset.bytes)) {
         throw CommandFailure(exitBadData, escaped(file) + ": " + *problem);
     }
 }
@@ -36,13 +36,13 @@ JackHost::JackHost(const JackOptions& options, const Console& console, EventLoop
     : options_(options),
       loop_(loop),
       signals_(signals),
-      messages_(console.err, hosted_),
-      session_(stateFolder(std::getenv("XDG_STATE_HOME"), std::getenv("HOME")), options.name, hosted_,
-               messages_),
+      messages_(console.err, session_),
+      rules_(stateFolder(std::getenv("XDG_STATE_HOME"), std::getenv("HOME")), options.name, session_,
+             messages_),
       logs_(console.out),
-      link_(hosted_, messages_, {options.server, options.name, options.startServer},
+      link_(session_, messages_, {options.server, options.name, options.startServer},
             ConnectionKeeper(options.connectIn, options.connectOut)) {
-    hosted_.setOnEdit([this] { ruleEdited(); });
+    session_.setOnEdit([this] { ruleEdited(); });
     link_.setRunCall([this](const ServerLink::Call& call) { callServer(call); });
 }
 
@@ -50,17 +50,17 @@ JackHost::~JackHost() = default;
 
 void JackHost::loadRules() {
     if (options_.preset) {
-        usePreset(hosted_, *options_.preset);
+        usePreset(session_, *options_.preset);
     } else if (options_.goBack > 0) {
-        session_.goBack(options_.goBack);
+        rules_.goBack(options_.goBack);
     } else {
-        session_.load();
+        rules_.load();
     }
 }
 
 void JackHost::start() {
     if (options_.log) {
-        logs_.listenTo(hosted_.unit());
+        logs_.listenTo(session_.logInput, session_.logOutput);
     }
     loop_.watch(signals_.number(), [this] { takeSignals(); });
     loop_.watch(link_.descriptor(), [this] { link_.takeNews(); });
@@ -85,7 +85,7 @@ std::string JackHost::adviceAfter(const ServerFailure& failure) const {
 
 /// A server that hangs keeps whoever calls it. The user can end the program all the same, and loses nothing.
 void JackHost::callServer(const ServerLink::Call& call) {
-    session_.keepBeforehand(now());
+    rules_.keepBeforehand(now());
     const HangWatch watch{SIGINT, SIGTERM};
     call();
 }
@@ -105,9 +105,9 @@ void JackHost::reloadPreset() {
         messages_.say("there is no preset to read again: the program was started without --preset");
         return;
     }
-    session_.keepNow(now());
+    rules_.keepNow(now());
     try {
-        usePreset(hosted_, *options_.preset);
+        usePreset(session_, *options_.preset);
         messages_.say(escaped(*options_.preset) + ": read again");
     } catch (const std::exception& error) {
         messages_.warn(wordsOf(error) + "\nThe rules stay as they are.");
@@ -115,10 +115,10 @@ void JackHost::reloadPreset() {
 }
 
 void JackHost::ruleEdited() {
-    session_.changed(now());
+    rules_.changed(now());
     if (options_.preset && !editTold_) {
         editTold_ = true;
-        if (const auto file = session_.file()) {
+        if (const auto file = rules_.file()) {
             messages_.say("the edited rules are kept in " + escaped(file->string()) + "; " +
                           escaped(*options_.preset) + " stays as it is");
         }
@@ -127,20 +127,20 @@ void JackHost::ruleEdited() {
 
 void JackHost::tick() {
     link_.tick();
-    session_.keepUp(now());
+    rules_.keepUp(now());
     logs_.print();
     endOnFatalError();
 }
 
 void JackHost::endOnFatalError() {
-    if (const auto error = hosted_.unit().processor->fatalErrors.error()) {
+    if (const auto error = session_.processor().fatalErrors.error()) {
         messages_.say(error->inWords());
         loop_.quit(exitFatal);
     }
 }
 
 void JackHost::finish() {
-    session_.keepNow(now());
+    rules_.keepNow(now());
     signals_.release();
     link_.disconnect();
     logs_.print();

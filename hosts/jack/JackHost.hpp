@@ -7,7 +7,6 @@
 #include <string>
 
 #include "commandline/Console.hpp"
-#include "hosts/adapter/HostedUnit.hpp"
 #include "hosts/jack/EventLoop.hpp"
 #include "hosts/jack/JackOptions.hpp"
 #include "hosts/jack/LogPrinter.hpp"
@@ -15,6 +14,7 @@
 #include "hosts/jack/SessionRules.hpp"
 #include "hosts/jack/SignalDescriptor.hpp"
 #include "hosts/jack/UserMessages.hpp"
+#include "session/Session.hpp"
 
 namespace quillo {
 
@@ -47,7 +47,7 @@ public:
     /// must not keep it.
     void finish();
 
-    [[nodiscard]] HostedUnit& hosted() { return hosted_; }
+    [[nodiscard]] Session& session() { return session_; }
 
     /// What the window's title should be.
     [[nodiscard]] std::string title() const;
@@ -65,9 +65,9 @@ private:
     const JackOptions options_;
     EventLoop& loop_;
     SignalDescriptor& signals_;
-    HostedUnit hosted_;
+    Session session_;
     UserMessages messages_;
-    SessionRules session_;
+    SessionRules rules_;
     LogPrinter logs_;
     ServerLink link_;
     bool editTold_ = false;  ///< whether the user knows where edits of a preset are kept

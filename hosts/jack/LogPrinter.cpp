@@ -17,9 +17,9 @@ LogCallback::Function recordOn(LogTape& tape, Direction direction) {
 
 }  // namespace
 
-void LogPrinter::listenTo(MIDIQuilloAUAudioUnit& unit) {
-    unit.logInput.also(recordOn(tape_, Direction::in));
-    unit.logOutput.also(recordOn(tape_, Direction::out));
+void LogPrinter::listenTo(LogCallback& input, LogCallback& output) {
+    input.also(recordOn(tape_, Direction::in));
+    output.also(recordOn(tape_, Direction::out));
 }
 
 void LogPrinter::print() {

@@ -3,19 +3,18 @@
 
 #include <iosfwd>
 
-#include "audiounit/MIDIQuilloAUAudioUnit.hpp"
 #include "hosts/jack/LogTape.hpp"
+#include "log/LogCallback.hpp"
 
 namespace quillo {
 
-/// Prints both logs of a unit, an entry a line, as they come: "in  [480] 90 3c 64    note-on 60 (C3), ...". [main]
+/// Prints both logs, an entry a line, as they come: "in  [480] 90 3c 64    note-on 60 (C3), ...". [main]
 class LogPrinter {
 public:
     explicit LogPrinter(std::ostream& out) : out_(out) {}
 
-    /// Listens to the unit from now on, besides whoever does already. The unit must not render after the printer
-    /// is gone.
-    void listenTo(MIDIQuilloAUAudioUnit& unit);
+    /// Listens from now on, besides those who do already. Nothing must be rendered after the printer is gone.
+    void listenTo(LogCallback& input, LogCallback& output);
 
     /// Prints what has come since the last call. Nothing more is printed once the stream has failed.
     void print();

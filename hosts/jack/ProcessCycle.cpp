@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/jack/ProcessCycle.hpp"
 
-#include <algorithm>
-
 namespace quillo {
 
 namespace {
@@ -13,17 +11,31 @@ bool wentOnWithTheClock(const ServerTransport& last, const ServerTransport& now)
     return now.frame - last.frame == now.clock - last.clock;
 }
 
+/// An output port as the renderer fills it. What waits may take some bytes more in the port than those of the
+/// messages.
+class PortOutput final : public HostOutput {
+public:
+    explicit PortOutput(MIDIOutputPort& port) QUILLO_REALTIME : port_(port), longest_(port.room()) {}
+
+    [[nodiscard]] Room roomFor(std::span<const std::uint8_t> bytes, const Waiting& waiting) const QUILLO_REALTIME override {
+        constexpr std::size_t perMessage = 16;
+        if (bytes.size() > longest_) {
+            return Room::never;
+        }
+        const auto taken = waiting.messages * perMessage + waiting.bytes;
+        return bytes.size() + taken <= port_.room() ? Room::enough : Room::full;
+    }
+
+    void write(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME override {
+        static_cast<void>(port_.tryWrite(offset, bytes));
+    }
+
+private:
+    MIDIOutputPort& port_;
+    std::size_t longest_;  ///< message when the port is empty, in bytes
+};
+
 }  // namespace
-
-ProcessCycle::ProcessCycle(BlockRenderer& renderer) : renderer_(renderer) {
-    renderer_.setAsk([this](std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
-        return write(offset, bytes);
-    });
-}
-
-ProcessCycle::~ProcessCycle() {
-    renderer_.setAsk({});
-}
 
 void ProcessCycle::run(std::uint32_t frames, const ServerTransport& transport, const MIDIInputPort& in,
                        MIDIOutputPort& out) QUILLO_REALTIME {
@@ -32,33 +44,26 @@ void ProcessCycle::run(std::uint32_t frames, const ServerTransport& transport, c
     if (isHeld()) {
         return;
     }
-    out_ = &out;
-    longest_ = out.room();
-    lastWritten_ = 0;
-    renderer_.begin(frames);
-    tellTransport(transport);
+    PortOutput output(out);
+    renderer_.begin(frames, output);
+    reportTransport(transport);
     receive(in);
     // The status needs no answer of its own: refused messages are counted, and a fatal error waits in its
     // slot.
     static_cast<void>(renderer_.end());
-    if (!renderer_.outgoing().cameInTimeOrder()) {
-        writeInTimeOrder();
-    }
-    out_ = nullptr;
 }
 
 /// A server that relocates its rolling transport lets it start anew from there. That is no stop: nothing
 /// changes until it rolls again, and then it has jumped.
-void ProcessCycle::tellTransport(const ServerTransport& transport) QUILLO_REALTIME {
+void ProcessCycle::reportTransport(const ServerTransport& transport) QUILLO_REALTIME {
     if (wentOnWithTheClock(last_, transport)) {
-        renderer_.loseTransport();
+        renderer_.losePosition();
     }
     last_ = transport;
     if (transport.isStarting && renderer_.transport().isMoving()) {
         return;
     }
-    renderer_.tellTransport(0, transport.isRolling ? AUHostTransportStateMoving : 0,
-                            static_cast<double>(transport.frame));
+    renderer_.reportTransport(0, {.isMoving = transport.isRolling}, static_cast<double>(transport.frame));
 }
 
 bool ProcessCycle::isHeld() QUILLO_REALTIME {
@@ -81,28 +86,6 @@ void ProcessCycle::receive(const MIDIInputPort& in) QUILLO_REALTIME {
             renderer_.receive(event.offset, message);
         };
         assembler_.take(event.bytes, deliver);
-    }
-}
-
-BlockRenderer::Room ProcessCycle::write(std::uint32_t offset,
-                                        std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
-    using Room = BlockRenderer::Room;
-    const auto time = std::max(offset, lastWritten_);
-    if (out_->tryWrite(time, bytes)) {
-        lastWritten_ = time;
-        return Room::enough;
-    }
-    const auto room = bytes.size() > longest_ ? Room::never : Room::full;
-    ++(room == Room::never ? tooLong_ : refused_);
-    return room;
-}
-
-void ProcessCycle::writeInTimeOrder() QUILLO_REALTIME {
-    out_->clear();
-    for (const auto& message : renderer_.outgoing().inTimeOrder()) {
-        if (!out_->tryWrite(message.offset, message.bytes)) {
-            ++refused_;
-        }
     }
 }
 

@@ -23,13 +23,13 @@ std::uint64_t sinceLastTold(std::uint64_t& told, std::uint64_t count) {
 
 }  // namespace
 
-ServerLink::ServerLink(HostedUnit& hosted, UserMessages& messages, JackClient::Request request,
+ServerLink::ServerLink(Session& session, UserMessages& messages, JackClient::Request request,
                        ConnectionKeeper connections)
-    : hosted_(hosted),
+    : session_(session),
       messages_(messages),
       request_(std::move(request)),
       connections_(std::move(connections)),
-      cycle_(hosted.renderer()) {}
+      cycle_(session.renderer()) {}
 
 ServerLink::~ServerLink() {
     disconnect();
@@ -57,7 +57,7 @@ void ServerLink::makeClient() {
     hasHeardCycles_ = false;
     silentSeconds_ = 0;
     client_ = std::make_unique<JackClient>(request_, cycle_, news_);
-    activateUnit();
+    takeSampleRate();
     client_->activate();
     client_->describe();
     tellOfClient();
@@ -77,8 +77,8 @@ void ServerLink::tellOfClient() {
                   " a cycle");
 }
 
-void ServerLink::activateUnit() {
-    if (const auto problem = hosted_.activate(client_->sampleRate(), client_->bufferSize())) {
+void ServerLink::takeSampleRate() {
+    if (const auto problem = session_.setSampleRate(client_->sampleRate())) {
         throw ServerFailure(*problem, false);
     }
 }
@@ -110,7 +110,6 @@ void ServerLink::lookAgainAtNewPorts() {
 void ServerLink::disconnect() {
     client_.reset();
     gone_.reset();
-    hosted_.deactivate();
 }
 
 void ServerLink::takeNews() {
@@ -135,7 +134,7 @@ void ServerLink::takeNews() {
 
 void ServerLink::formatHasChanged() {
     try {
-        activateUnit();
+        takeSampleRate();
     } catch (const ServerFailure& failure) {
         messages_.warn(failure.what());
     }
@@ -159,7 +158,6 @@ void ServerLink::serverIsGone() {
 void ServerLink::leaveServer() {
     if (gone_) {
         runCall_([this] { gone_.reset(); });
-        hosted_.deactivate();
     }
 }
 
@@ -215,11 +213,11 @@ void ServerLink::tryToReturn() {
 }
 
 void ServerLink::tellOfLosses() {
-    if (const auto refused = sinceLastTold(toldRefused_, cycle_.refused())) {
+    if (const auto refused = sinceLastTold(toldRefused_, session_.renderer().refused().refused())) {
         messages_.say("the output port was full: " + counted(refused, "message") +
                       " refused; what came after in these cycles was left out");
     }
-    if (const auto tooLong = sinceLastTold(toldTooLong_, cycle_.tooLong())) {
+    if (const auto tooLong = sinceLastTold(toldTooLong_, session_.renderer().refused().leftOut())) {
         messages_.say(counted(tooLong, "message") + " left out: longer than the output port takes");
     }
     if (const auto lost = sinceLastTold(toldLost_, cycle_.lost())) {

@@ -7,20 +7,20 @@
 #include <string>
 #include <vector>
 
-#include "hosts/adapter/HostedUnit.hpp"
 #include "hosts/jack/ConnectionKeeper.hpp"
 #include "hosts/jack/JackClient.hpp"
 #include "hosts/jack/ProcessCycle.hpp"
 #include "hosts/jack/ServerNews.hpp"
 #include "hosts/jack/UserMessages.hpp"
+#include "session/Session.hpp"
 
 namespace quillo {
 
-/// A unit's link to a JACK server that may end and come back: the client while there is one, what the server
+/// A session's link to a JACK server that may end and come back: the client while there is one, what the server
 /// tells, and the connections that shall hold. The user is told of each turn. [main]
 class ServerLink {
 public:
-    ServerLink(HostedUnit& hosted, UserMessages& messages, JackClient::Request request,
+    ServerLink(Session& session, UserMessages& messages, JackClient::Request request,
                ConnectionKeeper connections);
     /// Leaves the server.
     ~ServerLink();
@@ -58,7 +58,7 @@ public:
 private:
     void makeClient();
     void tellOfClient();
-    void activateUnit();
+    void takeSampleRate();
     /// Whether the port was wanted, or is none that can be.
     bool connectIfWanted(const PortDescription& port);
     bool connectIfWanted(std::uint32_t number);
@@ -71,7 +71,7 @@ private:
     void tellOfLosses();
     void noteConnections();
 
-    HostedUnit& hosted_;
+    Session& session_;
     UserMessages& messages_;
     JackClient::Request request_;
     ConnectionKeeper connections_;

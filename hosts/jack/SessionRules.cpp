@@ -37,8 +37,8 @@ std::string contentsOf(const SessionFiles::Version& version) try {
 }  // namespace
 
 SessionRules::SessionRules(std::optional<std::filesystem::path> folder, const std::string& name,
-                           HostedUnit& hosted, UserMessages& messages)
-    : hosted_(hosted), messages_(messages) {
+                           Session& session, UserMessages& messages)
+    : session_(session), messages_(messages) {
     if (!folder) {
         messages_.warn("Neither XDG_STATE_HOME nor HOME is set: changed rules are not kept.");
         return;
@@ -57,7 +57,7 @@ void SessionRules::claim(const std::filesystem::path& folder, const std::string&
         files_->makeFolder();
         lock_ = SessionLock::tryTake(files_->lockFile());
         if (lock_) {
-            keeper_.emplace(*files_, [this] { return hosted_.save(); });
+            keeper_.emplace(*files_, [this] { return session_.save(); });
         } else {
             session = name + "-" + std::to_string(number);
         }
@@ -96,7 +96,7 @@ void SessionRules::load() {
 
 /// No editor is open yet: the first one shows them.
 std::optional<std::string> SessionRules::tryToUse(const SessionFiles::Version& version) try {
-    hosted_.unit().processor->setRules(version.read());
+    session_.processor().setRules(version.read());
     return std::nullopt;
 } catch (const std::exception& error) {
     return "The last session's rules in " + escaped(version.file.string()) +

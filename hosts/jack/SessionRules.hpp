@@ -5,10 +5,10 @@
 #include <optional>
 #include <string>
 
-#include "hosts/adapter/HostedUnit.hpp"
 #include "hosts/jack/SessionKeeper.hpp"
 #include "hosts/jack/SessionLock.hpp"
 #include "hosts/jack/UserMessages.hpp"
+#include "session/Session.hpp"
 
 namespace quillo {
 
@@ -18,7 +18,7 @@ namespace quillo {
 class SessionRules {
 public:
     /// `folder` is nothing when there is no place.
-    SessionRules(std::optional<std::filesystem::path> folder, const std::string& name, HostedUnit& hosted,
+    SessionRules(std::optional<std::filesystem::path> folder, const std::string& name, Session& session,
                  UserMessages& messages);
 
     /// Puts the last session's rules into the unit; when its newest version cannot be used, the newest that can.
@@ -47,7 +47,7 @@ private:
     std::optional<std::string> tryToUse(const SessionFiles::Version& version);
     void tell(const std::optional<std::string>& problem);
 
-    HostedUnit& hosted_;
+    Session& session_;
     UserMessages& messages_;
     std::optional<SessionFiles> files_;    ///< of this session; nothing when there is no place for any
     std::optional<SessionLock> lock_;      ///< taken when the session is this program's to write

@@ -12,11 +12,11 @@ void UserMessages::say(const std::string& text) {
 
 void UserMessages::warn(const std::string& text) {
     say(text);
-    hosted_.tellUser(text);
+    session_.tellUser(text);
 }
 
 void UserMessages::takeBack(const std::string& text) {
-    hosted_.takeBack(text);
+    session_.takeBack(text);
 }
 
 }  // namespace quillo

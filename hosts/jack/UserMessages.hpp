@@ -4,14 +4,14 @@
 #include <iosfwd>
 #include <string>
 
-#include "hosts/adapter/HostedUnit.hpp"
+#include "session/Session.hpp"
 
 namespace quillo {
 
 /// What the program tells its user while it runs. [main]
 class UserMessages {
 public:
-    UserMessages(std::ostream& err, HostedUnit& hosted) : err_(err), hosted_(hosted) {}
+    UserMessages(std::ostream& err, Session& session) : err_(err), session_(session) {}
 
     /// A line on the error stream.
     void say(const std::string& text);
@@ -24,7 +24,7 @@ public:
 
 private:
     std::ostream& err_;
-    HostedUnit& hosted_;
+    Session& session_;
 };
 
 }  // namespace quillo

@@ -7,9 +7,6 @@ namespace quillo {
 
 namespace {
 
-/// Hosts need not say how long their blocks get, and nothing depends on it.
-constexpr std::uint32_t longestBlock = 8192;
-
 constexpr std::uint32_t inPort = 0;
 constexpr std::uint32_t outPort = 1;
 constexpr std::uint32_t firstAudioPort = 2;
@@ -19,10 +16,10 @@ constexpr std::uint32_t firstAudioPort = 2;
 LV2Instance::LV2Instance(double sampleRate, LV2_URID_Map& map)
     : sampleRate_(sampleRate),
       ids_(map),
-      unit_(HostTransport(LV2Renderer::tolerance)),
-      renderer_(unit_.renderer(), ids_) {
-    unit = &unit_;
-    unit_.setOnEdit([this] { renderer_.announceEdit(); });
+      session_(HostTransport(LV2Renderer::tolerance)),
+      renderer_(session_.renderer(), ids_) {
+    unit = &session_;
+    session_.setOnEdit([this] { renderer_.announceEdit(); });
 }
 
 void LV2Instance::connect(std::uint32_t port, void* data) QUILLO_REALTIME {
@@ -34,8 +31,8 @@ void LV2Instance::connect(std::uint32_t port, void* data) QUILLO_REALTIME {
 }
 
 void LV2Instance::activate() {
-    if (auto reason = unit_.activate(sampleRate_, longestBlock)) {
-        unit_.tellUser(*std::move(reason));
+    if (auto reason = session_.setSampleRate(sampleRate_)) {
+        session_.tellUser(*std::move(reason));
         return;
     }
     renderer_.interrupt();
@@ -44,7 +41,6 @@ void LV2Instance::activate() {
 
 void LV2Instance::deactivate() {
     active_ = false;
-    unit_.deactivate();
 }
 
 void LV2Instance::run(std::uint32_t frames) QUILLO_REALTIME {

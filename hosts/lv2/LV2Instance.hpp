@@ -4,12 +4,12 @@
 #include <array>
 #include <cstdint>
 
-#include "hosts/adapter/HostedUnit.hpp"
 #include "hosts/lv2/LV2AudioPorts.hpp"
 #include "hosts/lv2/LV2InstanceAccess.hpp"
 #include "hosts/lv2/LV2Renderer.hpp"
 #include "hosts/lv2/LV2URIDs.hpp"
 #include "platform/RealTime.hpp"
+#include "session/Session.hpp"
 
 namespace quillo {
 
@@ -17,7 +17,7 @@ namespace quillo {
 /// the part that the editor's binary knows.
 class LV2Instance : private LV2InstanceAccess {
 public:
-    /// [main] Throws what `HostedUnit` and `LV2URIDs` throw.
+    /// [main] Throws what `Session` and `LV2URIDs` throw.
     LV2Instance(double sampleRate, LV2_URID_Map& map);
     LV2Instance(const LV2Instance&) = delete;
     LV2Instance& operator=(const LV2Instance&) = delete;
@@ -40,13 +40,13 @@ public:
     /// [render]
     void run(std::uint32_t frames) QUILLO_REALTIME;
 
-    [[nodiscard]] HostedUnit& hostedUnit() { return unit_; }
+    [[nodiscard]] Session& session() { return session_; }
     [[nodiscard]] const LV2URIDs& ids() const { return ids_; }
 
 private:
     double sampleRate_;
     LV2URIDs ids_;
-    HostedUnit unit_;
+    Session session_;
     LV2Renderer renderer_;
     LV2AudioPorts audio_;
     const LV2_Atom_Sequence* in_ = nullptr;

@@ -25,7 +25,7 @@ LV2_URID_Map* mapOf(const LV2_Feature* const* features) {
 LV2_Handle instantiate(const LV2_Descriptor* /*descriptor*/, double sampleRate, const char* /*bundle*/,
                        const LV2_Feature* const* features) noexcept try {
     auto* map = mapOf(features);
-    if (map == nullptr || map->map == nullptr || !HostedUnit::isSampleRate(sampleRate)) {
+    if (map == nullptr || map->map == nullptr || !Session::isSampleRate(sampleRate)) {
         return nullptr;
     }
     return std::make_unique<LV2Instance>(sampleRate, *map).release()->handle();

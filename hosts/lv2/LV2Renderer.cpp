@@ -18,33 +18,27 @@ std::uint32_t offsetOf(std::int64_t time) QUILLO_REALTIME {
 }  // namespace
 
 LV2Renderer::LV2Renderer(BlockRenderer& renderer, const LV2URIDs& ids)
-    : renderer_(renderer), ids_(ids), output_(ids) {
-    renderer_.setAsk([this](std::uint32_t, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
-        if (output_.tryReserve(bytes.size())) {
-            return BlockRenderer::Room::enough;
-        }
-        return output_.couldHold(bytes.size()) ? BlockRenderer::Room::full : BlockRenderer::Room::never;
-    });
-}
+    : renderer_(renderer), ids_(ids), output_(ids) {}
 
 void LV2Renderer::render(const LV2_Atom_Sequence* in, LV2_Atom_Sequence* out,
                          std::uint32_t frames) QUILLO_REALTIME {
+    using Delivery = BlockRenderer::Delivery;
     output_.begin(out);
-    if (edited_ && output_.tryReserveStateChanged()) {
-        edited_ = false;
-    }
-    renderer_.begin(frames);
+    renderer_.begin(frames, output_, in == out ? Delivery::atTheEnd : Delivery::asItComes);
     LV2EventReader events(in, ids_.atomSequence);
     while (const auto event = events.next()) {
         take(*event);
     }
     renderer_.end();
-    output_.end(renderer_.outgoing().inTimeOrder());
+    if (edited_ && output_.tryWriteStateChanged(frames == 0 ? 0 : frames - 1)) {
+        edited_ = false;
+    }
+    output_.end();
 }
 
 void LV2Renderer::renderNothing(LV2_Atom_Sequence* out) QUILLO_REALTIME {
     output_.begin(out);
-    output_.end({});
+    output_.end();
 }
 
 void LV2Renderer::take(const LV2Event& event) QUILLO_REALTIME {
@@ -55,7 +49,7 @@ void LV2Renderer::take(const LV2Event& event) QUILLO_REALTIME {
     }
 }
 
-/// Where a speed is told without a frame, and is another one than the position moves on with, the next frame
+/// Where a speed is reported without a frame, and is another one than the position moves on with, the next frame
 /// is one that could not be foretold.
 void LV2Renderer::takePosition(std::uint32_t offset, std::span<const std::uint8_t> body) QUILLO_REALTIME {
     const auto told = LV2Position::from(body, ids_);
@@ -64,15 +58,15 @@ void LV2Renderer::takePosition(std::uint32_t offset, std::span<const std::uint8_
     }
     speed_ = told->speed.value_or(speed_);
     const bool moves = speed_ != 0.0;
-    const AUHostTransportStateFlags flags = moves ? AUHostTransportStateMoving : 0;
+    const HostTransport::State state{.isMoving = moves};
     if (told->frame) {
         pace_ = moves ? speed_ : 1.0;
-        renderer_.tellTransport(offset, flags, *told->frame, pace_);
+        renderer_.reportTransport(offset, state, *told->frame, pace_);
         return;
     }
-    renderer_.tellTransport(offset, flags);
+    renderer_.reportTransport(offset, state);
     if (moves && speed_ != pace_) {
-        renderer_.loseTransport();
+        renderer_.losePosition();
     }
 }
 

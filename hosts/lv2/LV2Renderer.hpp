@@ -4,19 +4,19 @@
 #include <atomic>
 #include <cstdint>
 
-#include "hosts/adapter/BlockRenderer.hpp"
 #include "hosts/lv2/LV2EventReader.hpp"
 #include "hosts/lv2/LV2Output.hpp"
 #include "hosts/lv2/LV2URIDs.hpp"
 #include "platform/RealTime.hpp"
+#include "session/BlockRenderer.hpp"
 
 namespace quillo {
 
-/// What the host's audio thread runs: a block of LV2 events through the unit.
+/// What the host's audio thread runs: a block of LV2 events through the rules.
 ///
 /// An event that is no MIDI message and no position is left out, and so is what is not exactly one message;
 /// one whose time lies outside the block or before its forerunner's is moved to the nearest that does not. A
-/// position holds until the next one: what an object does not tell goes on as it was.
+/// position holds until the next one: what an object does not report goes on as it was.
 ///
 /// [render] unless an operation says otherwise.
 class LV2Renderer {
@@ -31,7 +31,7 @@ public:
     void announceEdit() QUILLO_REALTIME { edited_ = true; }
 
     /// The blocks that follow need not join those before.
-    void interrupt() QUILLO_REALTIME { renderer_.loseTransport(); }
+    void interrupt() QUILLO_REALTIME { renderer_.losePosition(); }
 
     /// One block. Both buffers may be null, and may be the same.
     void render(const LV2_Atom_Sequence* in, LV2_Atom_Sequence* out, std::uint32_t frames) QUILLO_REALTIME;
@@ -46,7 +46,7 @@ private:
     BlockRenderer& renderer_;
     const LV2URIDs& ids_;
     LV2Output output_;
-    double speed_ = 0.0;  ///< as it was told last
+    double speed_ = 0.0;  ///< as it was reported last
     double pace_ = 1.0;   ///< by which the position moves on whenever it moves
     std::atomic<bool> edited_{false};
 };

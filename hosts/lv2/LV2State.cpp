@@ -33,7 +33,7 @@ struct Kept {
 };
 
 LV2_State_Status save(LV2Instance& instance, LV2_State_Store_Function store, LV2_State_Handle handle) {
-    const auto document = instance.hostedUnit().save();
+    const auto document = instance.session().save();
     return store(handle, instance.ids().stateKey, document.data(), document.size(), instance.ids().atomChunk,
                  LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE);
 }
@@ -47,7 +47,7 @@ LV2_State_Status save(LV2_Handle handle, LV2_State_Store_Function store, LV2_Sta
     try {
         return save(*instance, store, storeHandle);
     } catch (const std::exception& error) {
-        instance->hostedUnit().tellUser("The rules cannot be saved with the project: " + wordsOf(error));
+        instance->session().tellUser("The rules cannot be saved with the project: " + wordsOf(error));
         return LV2_STATE_ERR_UNKNOWN;
     }
 } catch (...) {
@@ -57,11 +57,11 @@ LV2_State_Status save(LV2_Handle handle, LV2_State_Store_Function store, LV2_Sta
 LV2_State_Status restore(LV2Instance& instance, const Kept& kept) {
     const auto document = kept.document(instance.ids());
     if (!document) {
-        instance.hostedUnit().tellUser("The saved rules cannot be restored: the host hands them out in "
-                                       "another form than they were saved in.");
+        instance.session().tellUser("The saved rules cannot be restored: the host hands them out in "
+                                    "another form than they were saved in.");
         return LV2_STATE_ERR_BAD_TYPE;
     }
-    return instance.hostedUnit().restore(*document) ? LV2_STATE_ERR_UNKNOWN : LV2_STATE_SUCCESS;
+    return instance.session().restore(*document) ? LV2_STATE_ERR_UNKNOWN : LV2_STATE_SUCCESS;
 }
 
 LV2_State_Status restore(LV2_Handle handle, LV2_State_Retrieve_Function retrieve,

@@ -3,10 +3,10 @@
 
 #include <optional>
 
-#include "hosts/adapter/EmbeddedEditor.hpp"
 #include "hosts/lv2/LV2UIFeatures.hpp"
 #include "hosts/lv2/UnitOutOfReach.hpp"
 #include "session/EditorUnit.hpp"
+#include "window/EmbeddedEditor.hpp"
 
 namespace quillo {
 

@@ -6,19 +6,28 @@
 
 namespace quillo {
 
-MIDIBufferWriter::MIDIBufferWriter(juce::MidiBuffer& buffer) : storage_(buffer.data) {
+void MIDIBufferWriter::open(juce::MidiBuffer& buffer) {
     buffer.clear();
+    storage_ = &buffer.data;
 }
 
-void MIDIBufferWriter::append(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+MIDIBufferWriter::Room MIDIBufferWriter::roomFor(std::span<const std::uint8_t> bytes,
+                                                 const Waiting& waiting) const QUILLO_REALTIME {
+    if (bytes.size() > longestMessage) {
+        return Room::never;
+    }
+    return waiting.messages < mostEvents ? Room::enough : Room::full;
+}
+
+void MIDIBufferWriter::write(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
     std::array<juce::uint8, headerSize> header{};
     const auto signedOffset = static_cast<Offset>(offset);
     const auto length = static_cast<Length>(bytes.size());
     std::memcpy(header.data(), &signedOffset, sizeof signedOffset);
     std::memcpy(header.data() + sizeof signedOffset, &length, sizeof length);
     QUILLO_REALTIME_EXEMPT("the storage was made long enough before")
-    storage_.addArray(header.data(), static_cast<int>(header.size()));
-    storage_.addArray(bytes.data(), static_cast<int>(bytes.size()));
+    storage_->addArray(header.data(), static_cast<int>(header.size()));
+    storage_->addArray(bytes.data(), static_cast<int>(bytes.size()));
     QUILLO_REALTIME_EXEMPT_END
 }
 

@@ -7,24 +7,21 @@ namespace quillo {
 
 namespace {
 
-/// Without the host's word the wrapper tells a transport of zeros, and divides by a rate of zero.
-bool isHearsay(const juce::AudioPlayHead::PositionInfo& told) {
-    return std::isnan(told.getTimeInSeconds().orFallback(0.0)) && !told.getIsPlaying() &&
-           !told.getIsRecording() && !told.getIsLooping();
+/// Without the host's word the wrapper reports a transport of zeros, and divides by a rate of zero.
+bool isUnreported(const juce::AudioPlayHead::PositionInfo& reported) {
+    return std::isnan(reported.getTimeInSeconds().orFallback(0.0)) && !reported.getIsPlaying() &&
+           !reported.getIsRecording() && !reported.getIsLooping();
 }
 
 }  // namespace
 
-std::optional<ToldTransport> toldTransport(const juce::AudioPlayHead* playHead) noexcept {
-    const auto told = playHead != nullptr ? playHead->getPosition() : juce::nullopt;
-    if (!told || !told->getTimeInSamples() || isHearsay(*told)) {
+std::optional<ReportedTransport> reportedTransport(const juce::AudioPlayHead* playHead) noexcept {
+    const auto reported = playHead != nullptr ? playHead->getPosition() : juce::nullopt;
+    if (!reported || !reported->getTimeInSamples() || isUnreported(*reported)) {
         return std::nullopt;
     }
-    AUHostTransportStateFlags flags = 0;
-    flags |= told->getIsPlaying() ? AUHostTransportStateMoving : 0;
-    flags |= told->getIsRecording() ? AUHostTransportStateRecording : 0;
-    flags |= told->getIsLooping() ? AUHostTransportStateCycling : 0;
-    return ToldTransport{flags, static_cast<double>(*told->getTimeInSamples())};
+    return ReportedTransport{{reported->getIsPlaying(), reported->getIsRecording(), reported->getIsLooping()},
+                             static_cast<double>(*reported->getTimeInSamples())};
 }
 
 }  // namespace quillo

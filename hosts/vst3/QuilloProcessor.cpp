@@ -8,7 +8,6 @@
 #include <string>
 
 #include "editor/Fonts.hpp"
-#include "hosts/vst3/MIDIBufferWriter.hpp"
 #include "hosts/vst3/PlayHead.hpp"
 #include "hosts/vst3/QuilloProcessorEditor.hpp"
 #include "platform/FatalError.hpp"
@@ -35,6 +34,10 @@ std::span<const std::uint8_t> bytesOf(const juce::MidiMessageMetadata& message) 
     return {message.data, static_cast<std::size_t>(message.numBytes)};
 }
 
+std::uint32_t framesOf(const juce::AudioBuffer<float>& audio) {
+    return static_cast<std::uint32_t>(audio.getNumSamples());
+}
+
 /// The wrapper puts both ends around what the host gives, and the buffer then ends the message at the first
 /// end. So of what had its ends before, only the first is there twice.
 bool lacksItsSecondEnd(std::span<const std::uint8_t> bytes) {
@@ -48,11 +51,8 @@ QuilloProcessor::QuilloProcessor()
     : AudioProcessor(BusesProperties()
                          .withInput("Input", juce::AudioChannelSet::stereo())
                          .withOutput("Output", juce::AudioChannelSet::stereo())),
-      hosted_(transportOfTheWrapper()) {
-    hosted_.setOnEdit([this] { updateHostDisplay(ChangeDetails().withNonParameterStateChanged(true)); });
-    hosted_.renderer().setAsk(
-        [this](std::uint32_t, std::span<const std::uint8_t> bytes)
-            QUILLO_REALTIME { return roomFor(bytes); });
+      session_(transportOfTheWrapper()) {
+    session_.setOnEdit([this] { updateHostDisplay(ChangeDetails().withNonParameterStateChanged(true)); });
 }
 
 QuilloProcessor::~QuilloProcessor() = default;
@@ -68,26 +68,22 @@ std::int32_t QuilloProcessor::queryIAudioProcessor(const Steinberg::TUID id, voi
     return isMeant ? found : VST3ClientExtensions::queryIAudioProcessor(id, object);
 }
 
-void QuilloProcessor::prepareToPlay(double sampleRate, int longestBlock) {
-    const auto problem = whyNotReady(sampleRate, longestBlock);
+void QuilloProcessor::prepareToPlay(double sampleRate, int /*longestBlock*/) {
+    const auto problem = whyNotReady(sampleRate);
     canRender_ = !problem;
     if (problem) {
-        hosted_.tellUser(*problem);
+        session_.tellUser(*problem);
     }
 }
 
-std::optional<std::string> QuilloProcessor::whyNotReady(double sampleRate, int longestBlock) try {
+std::optional<std::string> QuilloProcessor::whyNotReady(double sampleRate) try {
     roomyBuffer_.ensureSize(
-        MIDIBufferWriter::storageFor(BlockRenderer::outgoingCapacity, BlockRenderer::outgoingBytes));
+        MIDIBufferWriter::storageFor(MIDIBufferWriter::mostEvents, MessageStore::mostBytes));
     bufferIsToBeSwapped_ = true;
     bothEndsTwice_.reserve(MIDIBufferWriter::longestMessage);
-    return hosted_.activate(sampleRate, static_cast<std::uint32_t>(std::max(longestBlock, 0)));
+    return session_.setSampleRate(sampleRate);
 } catch (const std::exception& error) {
     return "MIDI Quillo cannot get ready to render: " + wordsOf(error);
-}
-
-void QuilloProcessor::releaseResources() {
-    hosted_.deactivate();
 }
 
 bool QuilloProcessor::isBusesLayoutSupported(const BusesLayout& layout) const {
@@ -103,31 +99,28 @@ void QuilloProcessor::processBlock(juce::AudioBuffer<float>& audio, juce::MidiBu
         messages.clear();
         return;
     }
-    auto& renderer = hosted_.renderer();
-    renderer.begin(static_cast<std::uint32_t>(audio.getNumSamples()));
-    eventsInBlock_ = 0;
-    if (const auto told = toldTransport(getPlayHead())) {
-        renderer.tellTransport(0, told->flags, told->position);
+    auto& renderer = session_.renderer();
+    renderer.begin(framesOf(audio), output_, BlockRenderer::Delivery::atTheEnd);
+    if (const auto reported = reportedTransport(getPlayHead())) {
+        renderer.reportTransport(0, reported->state, reported->position);
     }
     for (const auto message : messages) {
         renderer.receive(offsetOf(message), bytesOf(message));
     }
-    renderer.end();
-    send(messages);
+    end(messages);
 }
 
 /// Before the first block that is not bypassed nothing is due, and the rules have not been loaded either.
 void QuilloProcessor::processBlockBypassed(juce::AudioBuffer<float>& audio, juce::MidiBuffer& messages) {
     keepAudio(audio);
-    auto& renderer = hosted_.renderer();
-    const bool isRunning = canRender_ && renderer.now() > 0;
-    renderer.begin(static_cast<std::uint32_t>(audio.getNumSamples()));
-    eventsInBlock_ = 0;
-    if (isRunning) {
-        renderer.end();
+    auto& renderer = session_.renderer();
+    if (canRender_ && renderer.now() > 0) {
+        renderer.begin(framesOf(audio), output_, BlockRenderer::Delivery::atTheEnd);
+    } else {
+        renderer.beginPassing(framesOf(audio), output_, BlockRenderer::Delivery::atTheEnd);
     }
     passOn(messages);
-    send(messages);
+    end(messages);
 }
 
 /// Behind what is due at the same time; what finds no more room stays away, as it would from the host.
@@ -139,27 +132,18 @@ void QuilloProcessor::passOn(const juce::MidiBuffer& messages) {
             bothEndsTwice_.push_back(endOfExclusive);
             bytes = bothEndsTwice_;
         }
-        static_cast<void>(hosted_.renderer().outgoing().tryPush(offsetOf(message), bytes));
+        session_.renderer().pass(offsetOf(message), bytes);
     }
 }
 
-void QuilloProcessor::send(juce::MidiBuffer& messages) {
+/// Now that the input has been read, its buffer takes the output.
+void QuilloProcessor::end(juce::MidiBuffer& messages) {
     if (bufferIsToBeSwapped_) {
         messages.swapWith(roomyBuffer_);
         bufferIsToBeSwapped_ = false;
     }
-    MIDIBufferWriter writer(messages);
-    for (const auto& message : hosted_.renderer().outgoing().inTimeOrder()) {
-        writer.append(message.offset, message.bytes);
-    }
-}
-
-BlockRenderer::Room QuilloProcessor::roomFor(std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
-    using Room = BlockRenderer::Room;
-    if (bytes.size() > MIDIBufferWriter::longestMessage) {
-        return Room::never;
-    }
-    return eventsInBlock_++ < mostEvents ? Room::enough : Room::full;
+    output_.open(messages);
+    session_.renderer().end();
 }
 
 /// JUCE's buffer comes with the input in its first channels, and goes out as it is.
@@ -186,27 +170,27 @@ juce::AudioProcessorEditor* QuilloProcessor::createEditor() try {
     }
     return std::make_unique<QuilloProcessorEditor>(*this).release();
 } catch (const std::exception& error) {
-    hosted_.tellUser("The editor cannot be opened: " + wordsOf(error));
+    session_.tellUser("The editor cannot be opened: " + wordsOf(error));
     return nullptr;
 }
 
 void QuilloProcessor::getStateInformation(juce::MemoryBlock& destination) try {
     saved_ = false;
-    const auto document = hosted_.save();
+    const auto document = session_.save();
     destination.replaceAll(document.data(), document.size());
     saved_ = true;
 } catch (const std::exception& error) {
-    hosted_.tellUser("The rules cannot be saved with the project: " + wordsOf(error));
+    session_.tellUser("The rules cannot be saved with the project: " + wordsOf(error));
 }
 
 void QuilloProcessor::setStateInformation(const void* data, int size) {
     const auto* bytes = static_cast<const std::uint8_t*>(data);
-    restored_ = !hosted_.restore({bytes, static_cast<std::size_t>(size)});
+    restored_ = !session_.restore({bytes, static_cast<std::size_t>(size)});
 }
 
 bool QuilloProcessor::endRestoring() {
     if (!restored_) {
-        hosted_.tellUser("The saved rules cannot be restored: the project's data are damaged.");
+        session_.tellUser("The saved rules cannot be restored: the project's data are damaged.");
     }
     return restored_.value_or(false);
 }

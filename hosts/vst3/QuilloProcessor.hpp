@@ -9,12 +9,13 @@
 
 #include <juce_audio_processors/juce_audio_processors.h>
 
-#include "hosts/adapter/HostedUnit.hpp"
-#include "hosts/adapter/XErrorShield.hpp"
+#include "hosts/vst3/MIDIBufferWriter.hpp"
+#include "session/Session.hpp"
+#include "window/XErrorShield.hpp"
 
 namespace quillo {
 
-/// The unit as JUCE's audio processor, out of which JUCE's wrapper makes the VST3 plug-in. MIDI
+/// A session as JUCE's audio processor, out of which JUCE's wrapper makes the VST3 plug-in. MIDI
 /// goes through the rules. Audio comes out as it went in, so that the plug-in is silent by itself and mutes
 /// nothing where a host puts it into a track with sound.
 ///
@@ -29,24 +30,20 @@ public:
     static constexpr Steinberg::TUID interfaceId{'Q', 'u', 'i', 'l', 'l', 'o', 'P', 'r',
                                                  'o', 'c', 'e', 's', 's', 'o', 'r', 0};
 
-    /// The wrapper hands no more events than this to the host in a block. The unit learns that the rest is
-    /// refused, as it does of messages that are longer than an event can be.
-    static constexpr std::size_t mostEvents = 2048;
-
     QuilloProcessor();
     ~QuilloProcessor() override;
 
-    [[nodiscard]] HostedUnit& hosted() { return hosted_; }
+    [[nodiscard]] Session& session() { return session_; }
 
     [[nodiscard]] std::int32_t queryIAudioProcessor(const Steinberg::TUID id, void** object) override;
 
     /// A rate that is rejected is reported to the user. Until there is another one nothing is rendered: no
     /// message leaves, unless the plug-in is bypassed, and audio passes.
     void prepareToPlay(double sampleRate, int longestBlock) override;
-    void releaseResources() override;
+    void releaseResources() override {}
     [[nodiscard]] bool canRender() const { return canRender_; }
 
-    /// As many channels in as out, or none on one side; up to 8, as the unit's busses.
+    /// As many channels in as out, or none on one side; up to 8.
     [[nodiscard]] bool isBusesLayoutSupported(const BusesLayout& layout) const override;
 
     void processBlock(juce::AudioBuffer<float>& audio, juce::MidiBuffer& messages) override;
@@ -92,13 +89,13 @@ public:
     [[nodiscard]] bool hasSaved() const { return saved_; }
 
 private:
-    [[nodiscard]] std::optional<std::string> whyNotReady(double sampleRate, int longestBlock);
+    [[nodiscard]] std::optional<std::string> whyNotReady(double sampleRate);
     void passOn(const juce::MidiBuffer& messages);
-    void send(juce::MidiBuffer& messages);
-    [[nodiscard]] BlockRenderer::Room roomFor(std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
+    void end(juce::MidiBuffer& messages);
     void keepAudio(juce::AudioBuffer<float>& audio) const;
 
-    HostedUnit hosted_;
+    Session session_;
+    MIDIBufferWriter output_;  ///< [render]
 
     /// [render] What goes into the wrapper's place for a buffer, once after each `prepareToPlay`: its own is
     /// small, and would grow on the render thread.
@@ -110,8 +107,6 @@ private:
     std::optional<bool> restored_;        ///< whether the state of the last call was; none without a call
     std::optional<XErrorShield> shield_;  ///< from the first editor on
     std::vector<std::uint8_t> bothEndsTwice_;  ///< [render] room for one message
-
-    std::size_t eventsInBlock_ = 0;  ///< [render]
 };
 
 }  // namespace quillo

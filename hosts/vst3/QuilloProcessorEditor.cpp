@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/vst3/QuilloProcessorEditor.hpp"
 
-#include "hosts/adapter/HostKeyboard.hpp"
+#include "window/HostKeyboard.hpp"
 
 namespace quillo {
 
 QuilloProcessorEditor::QuilloProcessorEditor(QuilloProcessor& quillo)
-    : AudioProcessorEditor(quillo), shell_(quillo.hosted()) {
+    : AudioProcessorEditor(quillo), shell_(quillo.session()) {
     constexpr int greatest = 16384;
     setSize(view().getWidth(), view().getHeight());
     addAndMakeVisible(view());

@@ -5,30 +5,30 @@
 #include <vector>
 
 #include "editor/EditorShell.hpp"
-#include "hosts/adapter/HostedUnit.hpp"
 #include "rules/Rule.hpp"
+#include "session/Session.hpp"
 
 namespace quillo {
 
-/// A unit with its editor on a table of their own: no host application, no audio hardware. Cycles run when
-/// `render` is called, and what the unit sends goes nowhere but into its log. [main] only.
+/// A session with its editor on a table of their own: no host application, no audio hardware. Blocks are rendered when
+/// `render` is called, and what the rules send goes nowhere but into the log. [main] only.
 class Desk {
 public:
     /// Throws a `FatalError` for rules that cannot be installed.
     explicit Desk(std::vector<Rule> rules);
 
     [[nodiscard]] QuilloView& view() { return shell_.view(); }
-    [[nodiscard]] MIDIQuilloAUAudioUnit& unit() { return hosted_.unit(); }
+    [[nodiscard]] Session& session() { return session_; }
 
-    /// Renders a cycle of this many frames with these messages at its start, after the last one. Throws the
-    /// `FatalError` that the cycle may have ended with.
+    /// Renders a block of this many frames with these messages at its start, after the last one. Throws the
+    /// `FatalError` that it may have ended with.
     void render(std::uint32_t frames, const std::vector<std::vector<std::uint8_t>>& messages = {});
 
     /// Runs what waits for the main thread, the log's entries among it.
     void drain() { shell_.drain(); }
 
 private:
-    HostedUnit hosted_;
+    Session session_;
     EditorShell shell_;
 };
 

@@ -13,11 +13,11 @@
 #include "commandline/ExitStatus.hpp"
 #include "editor/EditorWindow.hpp"
 #include "editor/Fonts.hpp"
-#include "hosts/adapter/WindowScale.hpp"
 #include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
 #include "programs/editor/DemoRules.hpp"
 #include "programs/editor/Desk.hpp"
+#include "window/WindowScale.hpp"
 
 namespace {
 

@@ -33,22 +33,21 @@ class EditorStage {
 public:
     explicit EditorStage(std::vector<Rule> rules = {}, juce::Point<int> size = {820, 640})
         : desk(std::move(rules)), window(size.x, size.y) {
-        desk.unit().MIDIOutputEventBlock = [this](AUEventSampleTime, std::uint8_t,
-                                                  std::span<const std::uint8_t> bytes) {
+        desk.session().logOutput.also(WithoutDeadline([this](const EventLogEntry& entry) {
+            const auto bytes = entry.variants.midi()->message.bytes();
             sent.emplace_back(bytes.begin(), bytes.end());
-            return noErr;
-        };
+        }));
         window.show(view(), window.getLocalBounds());
     }
 
     Desk desk;
     OffscreenWindow window;
-    /// The messages that the unit has put out.
+    /// The messages that have left.
     std::vector<std::vector<std::uint8_t>> sent;
 
     [[nodiscard]] QuilloView& view() { return desk.view(); }
     [[nodiscard]] RuleListEditor& editor() { return view().editor(); }
-    [[nodiscard]] std::vector<Rule> installed() { return desk.unit().processor->rules(); }
+    [[nodiscard]] std::vector<Rule> installed() { return desk.session().processor().rules(); }
     [[nodiscard]] UUID id(std::size_t position) { return editor().rules()[position].id; }
     [[nodiscard]] const RuleEntry& entry(std::size_t position) { return editor().rules()[position].rule; }
 

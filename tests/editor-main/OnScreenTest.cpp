@@ -15,11 +15,10 @@ using Messages = std::vector<std::vector<std::uint8_t>>;
 class OnScreen : public testing::Test {
 protected:
     OnScreen() {
-        desk.unit().MIDIOutputEventBlock = [this](AUEventSampleTime, std::uint8_t,
-                                                  std::span<const std::uint8_t> bytes) {
+        desk.session().logOutput.also(WithoutDeadline([this](const EventLogEntry& entry) {
+            const auto bytes = entry.variants.midi()->message.bytes();
             sent.emplace_back(bytes.begin(), bytes.end());
-            return noErr;
-        };
+        }));
         desk.view().addToDesktop(0);
         desk.view().setTopLeftPosition(40, 40);
         desk.view().setVisible(true);
@@ -61,13 +60,13 @@ TEST_F(OnScreen, ARuleIsAddedAndSentByTheEventsOfTheDisplay) {
         return menu != nullptr && menu->typed() == "pitch";
     });
     act("key Return", [&] { return !view.editor().rules().empty(); });
-    EXPECT_EQ(desk.unit().processor->rules(),
+    EXPECT_EQ(desk.session().processor().rules(),
               std::vector{ruleFromEntry(defaultEntry(OutputEntryType::PitchWheel, 1))});
 
     desk.render(512);
     sent.clear();
     act(clickOn(view.card(view.editor().rules()[0].id)->buttons().sendButton()),
-        [&] { return desk.unit().processor->pendingInstantMessages() == 1; });
+        [&] { return desk.session().processor().pendingInstantMessages() == 1; });
     desk.render(512);
     desk.drain();
     EXPECT_EQ(sent, (Messages{{0xE0, 0x00, 0x40}}));

@@ -244,10 +244,10 @@ TEST_F(RuleListView, WhatCannotBeSeenInANameIsEscapedWhereItCanBeUndone) {
 
 TEST_F(RuleListView, AStateRestoredByTheHostReplacesTheCards) {
     open({"a", "b"});
-    const auto state = stage->desk.unit().fullState();
+    const auto state = stage->desk.session().save();
     click(stage->card(0).buttons().deleteButton());
     expectNames({"b"});
-    stage->desk.unit().setFullState(state);
+    ASSERT_EQ(stage->desk.session().restore(state), std::nullopt);
     stage->desk.drain();
     expectNames({"a", "b"});
     EXPECT_FALSE(stage->view().header().undoButton().isEnabled())
@@ -319,9 +319,9 @@ TEST_F(RuleListView, RulesThatCannotBeEditedComeBackWhenTheImportThatReplacedThe
 
 TEST_F(RuleListView, RulesThatCanBeEditedAgainComeBack) {
     open({"a"});
-    const auto state = stage->desk.unit().fullState();
+    const auto state = stage->desk.session().save();
     EditorStage other({uneditable()});
-    other.desk.unit().setFullState(state);
+    ASSERT_EQ(other.desk.session().restore(state), std::nullopt);
     other.desk.drain();
     EXPECT_TRUE(other.view().list().isVisible());
     EXPECT_EQ(other.card(0).header().shownText(), "a");

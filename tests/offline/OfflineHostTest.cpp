@@ -27,7 +27,7 @@ TimedMessage at(SampleTime time, const std::string& bytes) {
 
 OfflineHost::Performance play(const std::vector<Rule>& rules, const std::vector<TimedMessage>& messages,
                               SampleTime end, const OfflineHost::Settings& settings = {}) {
-    OfflineHost host(settings, presetOf(rules));
+    OfflineHost host(settings, rules);
     return host.play(messages, end);
 }
 
@@ -108,7 +108,7 @@ TEST(OfflineHost, SkipsYearsInWhichADelayedOutputWaits) {
 }
 
 TEST(OfflineHost, SkipsNoCycleInWhichADelayedOutputIsDue) {
-    OfflineHost host({48000, 64, 60}, presetOf({controllerRule(onAnyNote(), 5, 2000)}));
+    OfflineHost host({48000, 64, 60}, {controllerRule(onAnyNote(), 5, 2000)});
     std::vector<std::string> steps;
     host.setLogs([](const EventLogEntry&) {},
                  [&](const EventLogEntry& entry) { steps.push_back(text(entry)); });
@@ -125,7 +125,7 @@ TEST(OfflineHost, TakesAnyNumberOfMessagesInOneCycle) {
 }
 
 TEST(OfflineHost, ShowsBothLogsInTheOrderOfEvents) {
-    OfflineHost host({}, presetOf({controllerRule(onAnyNote(PassThroughV2::EatMatching), 9)}));
+    OfflineHost host({}, {controllerRule(onAnyNote(PassThroughV2::EatMatching), 9)});
     std::vector<std::string> lines;
     host.setLogs([&](const EventLogEntry& entry) { lines.push_back("in " + text(entry)); },
                  [&](const EventLogEntry& entry) { lines.push_back("out " + text(entry)); });
@@ -135,7 +135,7 @@ TEST(OfflineHost, ShowsBothLogsInTheOrderOfEvents) {
 }
 
 TEST(OfflineHost, ReportsProgressUpToTheEnd) {
-    OfflineHost host({}, presetOf({}));
+    OfflineHost host({}, std::vector<Rule>());
     std::vector<double> progress;
     host.setProgress([&](double done) { progress.push_back(done); });
     static_cast<void>(host.play(std::vector<TimedMessage>{at(600, "90 3c 64")}, 2048));
@@ -143,7 +143,7 @@ TEST(OfflineHost, ReportsProgressUpToTheEnd) {
 }
 
 TEST(OfflineHost, RaisesTheFatalErrorOfRulesThatCannotBeInstalled) {
-    EXPECT_THROW(OfflineHost({}, presetOf({controllerRule(onLoad(), 1, -1)})), FatalError);
+    EXPECT_THROW(OfflineHost({}, {controllerRule(onLoad(), 1, -1)}), FatalError);
 }
 
 TEST(OfflineHost, RaisesTheFatalErrorOfACycle) {

@@ -36,7 +36,7 @@ std::vector<TimedMessage> messagesAt(const std::vector<Moment>& moments) {
 /// to `end` milliseconds.
 std::vector<TimedMessage> played(const std::string& preset, const std::vector<Moment>& moments,
                                  SampleTime end) {
-    OfflineHost host({}, readWholeFile(std::string(QUILLO_PRESETS) + "/" + preset));
+    OfflineHost host({}, PluginData::read(readWholeFile(std::string(QUILLO_PRESETS) + "/" + preset)).rules);
     return inStableOrder(host.play(messagesAt(moments), end * samplesPerMillisecond).outputs,
                          &TimedMessage::time);
 }

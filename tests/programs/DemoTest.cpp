@@ -93,7 +93,7 @@ TEST_F(DemoTest, RendersToTheSameBytesWithEveryBlock) {
 
 TEST_F(DemoTest, EveryPresetChangesTheSong) {
     const auto untouched = [] {
-        OfflineHost host({}, PluginData{}.write());
+        OfflineHost host({}, std::vector<Rule>());
         const Score score(demoSong(), 48000);
         return writeMIDIFile(score.fileWith(host.play(score.messages(), score.end()).outputs));
     }();
@@ -145,13 +145,13 @@ TEST(DamagedDemo, IsReadAsItStandsOrRefusedWithAPosition) {
 }
 
 TEST(DamagedDemo, IsPlayedToItsEndIfItCanBeRead) {
-    const auto preset = readWholeFile(exampleNamed("demo.json"));
+    const auto rules = PluginData::read(readWholeFile(exampleNamed("demo.json"))).rules;
     std::mt19937 random(21);
     int played = 0;
     for (int round = 0; round < 1000; ++round) {
         try {
             const Score score(readMIDIFile(mutated(random)), 48000);
-            OfflineHost host({}, preset);
+            OfflineHost host({}, rules);
             const auto outputs = host.play(score.messages(), score.end()).outputs;
             static_cast<void>(readMIDIFile(writeMIDIFile(score.fileWith(outputs))));
             ++played;

@@ -184,12 +184,11 @@ TEST_F(CLAPHostile, NothingIsProcessedWithoutABlockOrWithoutActivation) {
     EXPECT_EQ(host.take(), Messages{});
 }
 
-TEST_F(CLAPHostile, ARateOrALengthThatIsNoneIsRefusedAndAnotherTakenAfterwards) {
+TEST_F(CLAPHostile, AnInvalidRateIsRejectedAndAnotherTakenAfterwards) {
     host.stop();
     for (const auto rate : {-1.0, 0.0, 0.5, std::numeric_limits<double>::quiet_NaN(), 1e30}) {
         EXPECT_FALSE(host.plugin->activate(host.plugin, rate, 1, 64)) << rate;
     }
-    EXPECT_FALSE(host.plugin->activate(host.plugin, 48000.0, 0, 0));
     host.start();
     EXPECT_EQ(host.process(64, Bytes{0xC0, 1}), CLAP_PROCESS_SLEEP);
 }

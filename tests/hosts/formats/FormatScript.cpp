@@ -9,7 +9,6 @@
 #include <random>
 #include <stdexcept>
 
-#include "hosts/adapter/HostTransport.hpp"
 #include "persistence/PluginData.hpp"
 #include "support/TestHost.hpp"
 #include "support/TestRules.hpp"
@@ -150,16 +149,34 @@ FormatScript formatScript(const std::string& name) {
     throw std::invalid_argument("no script is named " + name);
 }
 
+namespace {
+
+/// A transport as the unit asks for it: each jump while it moves is one change of its flags.
+struct AskedTransport {
+    AUHostTransportStateFlags flags = 0;
+    double position = 0.0;
+
+    void report(bool moves, double now) {
+        const bool jumps = moves && flags != 0 && now != position;
+        const auto kept = flags & AUHostTransportStateChanged;
+        flags = moves ? AUHostTransportStateMoving | (jumps ? kept ^ AUHostTransportStateChanged : kept) : 0;
+        position = now;
+    }
+    void advance(SampleTime frames) { position += flags != 0 ? static_cast<double>(frames) : 0.0; }
+};
+
+}  // namespace
+
 std::vector<ScriptMessage> playedByTheUnit(const FormatScript& script) {
     constexpr SampleTime longestCycle = 512;
     const auto unit = makeUnit();
     unit->processor->sampleRate = scriptSampleRate;
     unit->setFullState(StateDictionary{{stateKey, script.state}});
-    HostTransport transport;
+    AskedTransport transport;
     unit->transportStateBlock = [&transport](AUHostTransportStateFlags* flags, double* position, double*,
                                              double*) {
-        *flags = transport.flags();
-        *position = transport.position();
+        *flags = transport.flags;
+        *position = transport.position;
         return true;
     };
     std::vector<ScriptMessage> sent;
@@ -173,7 +190,7 @@ std::vector<ScriptMessage> playedByTheUnit(const FormatScript& script) {
     auto message = script.messages.begin();
     for (SampleTime start = 0; start < script.end;) {
         for (; told != script.transport.end() && told->time <= start; ++told) {
-            transport.tell(told->moves ? AUHostTransportStateMoving : 0, told->position);
+            transport.report(told->moves, told->position);
         }
         const auto next = told != script.transport.end() ? told->time : script.end;
         const auto end = std::min({start + longestCycle, next, script.end});
@@ -187,7 +204,7 @@ std::vector<ScriptMessage> playedByTheUnit(const FormatScript& script) {
                    events.head()) != noErr) {
             throw std::logic_error("a cycle of the script failed");
         }
-        transport.advance(static_cast<std::uint32_t>(end - start));
+        transport.advance(end - start);
         start = end;
     }
     std::vector<std::size_t> order(sent.size());

@@ -4,8 +4,9 @@
 
 #include <algorithm>
 
-#include "hosts/adapter/HostedUnit.hpp"
 #include "hosts/formats/FormatScript.hpp"
+#include "session/Session.hpp"
+#include "support/TestOutput.hpp"
 
 namespace quillo {
 namespace {
@@ -14,23 +15,23 @@ using namespace test;
 
 std::vector<ScriptMessage> playedByTheRenderer(const FormatScript& script,
                                                const std::vector<std::uint32_t>& blocks) {
-    HostedUnit hosted;
-    EXPECT_EQ(hosted.restore(script.state), std::nullopt);
-    EXPECT_EQ(hosted.activate(scriptSampleRate, *std::ranges::max_element(blocks)), std::nullopt);
-    auto& renderer = hosted.renderer();
+    Session session;
+    EXPECT_EQ(session.restore(script.state), std::nullopt);
+    EXPECT_EQ(session.setSampleRate(scriptSampleRate), std::nullopt);
+    auto& renderer = session.renderer();
+    TestOutput output;
     std::vector<ScriptMessage> sent;
     auto told = script.transport.begin();
     auto message = script.messages.begin();
     for (const auto frames : blocks) {
         const auto start = renderer.now();
         const auto offset = [start](SampleTime time) { return static_cast<std::uint32_t>(time - start); };
-        renderer.begin(frames);
+        renderer.begin(frames, output);
         for (;;) {
             const bool tells = told != script.transport.end() && told->time < start + frames;
             const bool sends = message != script.messages.end() && message->time < start + frames;
             if (tells && (!sends || told->time <= message->time)) {
-                renderer.tellTransport(offset(told->time), told->moves ? AUHostTransportStateMoving : 0,
-                                       told->position);
+                renderer.reportTransport(offset(told->time), {.isMoving = told->moves}, told->position);
                 ++told;
             } else if (sends) {
                 renderer.receive(offset(message->time), message->bytes);
@@ -40,8 +41,8 @@ std::vector<ScriptMessage> playedByTheRenderer(const FormatScript& script,
             }
         }
         EXPECT_EQ(renderer.end(), noErr);
-        for (const auto& out : renderer.outgoing().inTimeOrder()) {
-            sent.push_back({start + out.offset, copyOf(out.bytes)});
+        for (auto& [at, bytes] : output.take()) {
+            sent.push_back({start + at, std::move(bytes)});
         }
     }
     return sent;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -10,11 +11,9 @@
 
 #include "hosts/jack/MIDIPorts.hpp"
 #include "platform/RealTimeFunction.hpp"
-#include "support/OutputRecorder.hpp"
+#include "support/TestOutput.hpp"
 
 namespace quillo::test {
-
-using Timed = std::vector<std::pair<std::uint32_t, Bytes>>;
 
 /// An input port that holds what a test has put there.
 class FakeInput final : public MIDIInputPort {
@@ -42,10 +41,12 @@ public:
     void clear() QUILLO_REALTIME override {
         QUILLO_REALTIME_EXEMPT("a test has no deadline")
         written.clear();
-        ++clears;
         QUILLO_REALTIME_EXEMPT_END
     }
-    [[nodiscard]] std::size_t room() const QUILLO_REALTIME override { return longest; }
+    [[nodiscard]] std::size_t room() const QUILLO_REALTIME override {
+        constexpr std::size_t forOneMessage = 24;
+        return std::min(longest, (mostMessages - written.size()) * forOneMessage);
+    }
     [[nodiscard]] bool tryWrite(std::uint32_t offset,
                                 std::span<const std::uint8_t> bytes) QUILLO_REALTIME override {
         QUILLO_REALTIME_EXEMPT("a test has no deadline")
@@ -59,9 +60,8 @@ public:
     }
 
     Timed written;
-    std::size_t mostMessages = std::numeric_limits<std::size_t>::max();
+    std::size_t mostMessages = 1'000'000;
     std::size_t longest = std::numeric_limits<std::size_t>::max();
-    int clears = 0;
 };
 
 }  // namespace quillo::test

@@ -60,7 +60,7 @@ protected:
     }
 
     std::string ruleName() {
-        const auto rules = host->hosted().unit().processor->rules();
+        const auto rules = host->session().processor().rules();
         return rules.empty() ? "" : rules.front().name;
     }
 
@@ -86,13 +86,13 @@ protected:
 };
 
 TEST_F(JackHostTest, AnEditIsKeptInTheSessionWhenTheProgramEnds) {
-    start().hosted().onRulesChanged(rulesCalled("edited"));
+    start().session().onRulesChanged(rulesCalled("edited"));
     host->finish();
     EXPECT_EQ(readWholeFile(files.file(0)), PluginData{rulesCalled("edited")}.write());
 }
 
 TEST_F(JackHostTest, AnEditIsKeptBeforeTheServerIsLookedForWhichMayHang) {
-    start().hosted().onRulesChanged(rulesCalled("edited"));
+    start().session().onRulesChanged(rulesCalled("edited"));
     for (int count = 0; count < EventLoop::ticksPerSecond; ++count) {
         loop.tick();
     }
@@ -104,8 +104,8 @@ TEST_F(JackHostTest, AnEditOfAPresetIsKeptInTheSessionAndTheUserIsToldOnceThatTh
     options.preset = preset.string();
     start();
     EXPECT_EQ(ruleName(), "preset");
-    host->hosted().onRulesChanged(rulesCalled("edited"));
-    host->hosted().onRulesChanged(rulesCalled("edited again"));
+    host->session().onRulesChanged(rulesCalled("edited"));
+    host->session().onRulesChanged(rulesCalled("edited again"));
     host->finish();
     EXPECT_EQ(readWholeFile(files.file(0)), PluginData{rulesCalled("edited again")}.write());
     EXPECT_EQ(readWholeFile(preset), PluginData{rulesCalled("preset")}.write());
@@ -157,7 +157,7 @@ TEST_F(JackHostTest, HangingUpReadsThePresetAndOtherSignalsQuit) {
 TEST_F(JackHostTest, HangingUpKeepsAnEditOfAMomentAgoBeforeItReadsThePreset) {
     writePreset("preset");
     options.preset = preset.string();
-    start().hosted().onRulesChanged(rulesCalled("edited"));
+    start().session().onRulesChanged(rulesCalled("edited"));
     takeSignal(SIGHUP);
     EXPECT_EQ(ruleName(), "preset");
     host->finish();
@@ -165,8 +165,8 @@ TEST_F(JackHostTest, HangingUpKeepsAnEditOfAMomentAgoBeforeItReadsThePreset) {
 }
 
 TEST_F(JackHostTest, TheEditorOfAProgramThatWaitsSaysSo) {
-    start().hosted().drain();
-    const auto alert = host->hosted().controller().model()->alertErrorMessage().value_or("");
+    start().session().drain();
+    const auto alert = host->session().model()->alertErrorMessage().value_or("");
     EXPECT_THAT(alert, HasSubstr("There is no JACK server \"quillo-test-nobody\""));
     EXPECT_THAT(alert, HasSubstr("MIDI Quillo waits"));
     EXPECT_EQ(host->title(), "MIDI Quillo (no JACK server)");
@@ -174,11 +174,11 @@ TEST_F(JackHostTest, TheEditorOfAProgramThatWaitsSaysSo) {
 
 TEST_F(JackHostTest, WhatIsWrongWithTheSessionIsToldBeforeWhatIsWrongWithTheServer) {
     files.add(Data{'{'});
-    const auto& model = *start().hosted().controller().model();
-    host->hosted().drain();
+    const auto& model = *start().session().model();
+    host->session().drain();
     EXPECT_THAT(model.alertErrorMessage().value_or(""), HasSubstr("No version of the last session's rules"));
-    host->hosted().controller().model()->dismissAlert();
-    host->hosted().drain();
+    host->session().model()->dismissAlert();
+    host->session().drain();
     EXPECT_THAT(model.alertErrorMessage().value_or(""), HasSubstr("There is no JACK server"));
 }
 
@@ -194,7 +194,7 @@ TEST_F(JackHostTest, AProgramThatShallNotWaitFails) {
 
 TEST_F(JackHostTest, AFatalErrorOfACycleEndsTheProgram) {
     start();
-    static_cast<void>(host->hosted().unit().processor->fatalErrors.set("no more time"));
+    static_cast<void>(host->session().processor().fatalErrors.set("no more time"));
     loop.tick();
     EXPECT_EQ(loop.status, exitFatal);
     EXPECT_THAT(err.str(), testing::EndsWith(": No more time.\n"));
@@ -204,8 +204,8 @@ TEST_F(JackHostTest, TheLogIsPrintedWhenItIsAskedFor) {
     options.log = true;
     start();
     const EventLogEntry entry{3, EventLogEntryVariants::MIDI{MIDIMessage{0xC0, 5}}};
-    host->hosted().unit().logInput(entry);
-    host->hosted().unit().logOutput(entry);
+    host->session().logInput(entry);
+    host->session().logOutput(entry);
     loop.tick();
     EXPECT_THAT(out.str(), HasSubstr("in  [3] c0 05"));
     EXPECT_THAT(out.str(), HasSubstr("out [3] c0 05"));

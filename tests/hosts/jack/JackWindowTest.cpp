@@ -6,8 +6,8 @@
 #include "editor/EditorShell.hpp"
 #include "editor/EditorWindow.hpp"
 #include "editor/MyTextInputImpl.hpp"
-#include "hosts/adapter/HostedUnit.hpp"
 #include "hosts/jack/JackProgramFixture.hpp"
+#include "session/Session.hpp"
 #include "support/FindBelow.hpp"
 
 namespace quillo {
@@ -29,9 +29,9 @@ protected:
 
     /// Where it is in a window with these rules.
     static juce::Point<int> textOfTheFirstTextField(const std::vector<Rule>& rules) {
-        HostedUnit hosted;
-        hosted.onRulesChanged(rules);
-        EditorShell shell(hosted);
+        Session edited;
+        edited.onRulesChanged(rules);
+        EditorShell shell(edited);
         auto& view = shell.view();
         const EditorWindow window(view, [] {});
         const auto* field = findBelow<MyTextInputImpl>(view);

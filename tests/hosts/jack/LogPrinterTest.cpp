@@ -5,8 +5,8 @@
 
 #include <sstream>
 
-#include "hosts/adapter/HostedUnit.hpp"
-#include "support/OutputRecorder.hpp"
+#include "session/Session.hpp"
+#include "support/TestOutput.hpp"
 #include "support/TestRules.hpp"
 
 namespace quillo {
@@ -15,22 +15,23 @@ namespace {
 using namespace test;
 
 /// One block with one message at its frame 10.
-void play(HostedUnit& hosted) {
-    auto& renderer = hosted.renderer();
-    renderer.begin(64);
-    renderer.tellTransport(0, AUHostTransportStateMoving, 0.0);
+void play(Session& session) {
+    auto& renderer = session.renderer();
+    TestOutput output;
+    renderer.begin(64, output);
+    renderer.reportTransport(0, {.isMoving = true}, 0.0);
     renderer.receive(10, Bytes{0x90, 60, 100});
     ASSERT_EQ(renderer.end(), noErr);
 }
 
 TEST(LogPrinter, PrintsBothLogsInTheOrderInWhichThingsHappened) {
-    HostedUnit hosted;
-    hosted.unit().processor->setRules(
+    Session session;
+    session.processor().setRules(
         {rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(controlChange(1, 7, 5)))});
     std::ostringstream out;
     LogPrinter printer(out);
-    printer.listenTo(hosted.unit());
-    play(hosted);
+    printer.listenTo(session.logInput, session.logOutput);
+    play(session);
     EXPECT_EQ(out.str(), "");
     printer.print();
     EXPECT_EQ(out.str(), "in  [0] AU Host Start\n"
@@ -41,27 +42,28 @@ TEST(LogPrinter, PrintsBothLogsInTheOrderInWhichThingsHappened) {
 }
 
 TEST(LogPrinter, TheEditorsLogsGoOn) {
-    HostedUnit hosted;
-    hosted.controller().viewDidLoad();
+    Session session;
+    session.viewDidLoad();
     std::ostringstream out;
     LogPrinter printer(out);
-    printer.listenTo(hosted.unit());
-    play(hosted);
-    hosted.drain();
+    printer.listenTo(session.logInput, session.logOutput);
+    play(session);
+    session.drain();
     printer.print();
-    EXPECT_EQ(hosted.controller().model()->inLog().size(), 2U);
-    EXPECT_EQ(hosted.controller().model()->outLog().size(), 1U);
+    EXPECT_EQ(session.model()->inLog().size(), 2U);
+    EXPECT_EQ(session.model()->outLog().size(), 1U);
     EXPECT_EQ(std::ranges::count(out.str(), '\n'), 3);
 }
 
 TEST(LogPrinter, SaysHowManyEntriesAreMissing) {
-    HostedUnit hosted;
+    Session session;
     std::ostringstream out;
     LogPrinter printer(out);
-    printer.listenTo(hosted.unit());
-    auto& renderer = hosted.renderer();
+    printer.listenTo(session.logInput, session.logOutput);
+    auto& renderer = session.renderer();
+    TestOutput output;
     for (int block = 0; block < 5; ++block) {
-        renderer.begin(1);
+        renderer.begin(1, output);
         for (int count = 0; count < 2000; ++count) {
             renderer.receive(0, Bytes{0xF8});
         }

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "hosts/jack/FakePorts.hpp"
-#include "support/TestHost.hpp"
+#include "support/OutputRecorder.hpp"
 #include "support/TestRules.hpp"
 
 namespace quillo {
@@ -17,12 +17,11 @@ using namespace test;
 class ProcessCycleTest : public testing::Test {
 protected:
     ProcessCycleTest() {
-        unit->processor->sampleRate = 1000;
-        unit->logInput =
-            WithoutDeadline([this](const EventLogEntry& entry) { heard.push_back(text(entry)); });
+        processor.sampleRate = 1000;
+        logInput = WithoutDeadline([this](const EventLogEntry& entry) { heard.push_back(text(entry)); });
     }
 
-    /// Lets the unit run, and the cycles pass that it takes until then.
+    /// Lets it render, and the cycles pass that it takes until then.
     void release() {
         cycle.release();
         run({});
@@ -36,8 +35,10 @@ protected:
     }
 
     static constexpr std::uint32_t frames = 16;
-    std::shared_ptr<MIDIQuilloAUAudioUnit> unit = makeUnit();
-    BlockRenderer renderer{*unit};
+    RuleProcessor processor;
+    LogCallback logInput;
+    LogCallback logOutput;
+    BlockRenderer renderer{processor, logInput, logOutput, HostTransport()};
     ProcessCycle cycle{renderer};
     FakeOutput out;
     std::vector<std::string> heard;
@@ -51,8 +52,7 @@ TEST_F(ProcessCycleTest, MessagesPassAtTheirFrames) {
 }
 
 TEST_F(ProcessCycleTest, ADelayedMessageLeavesInTheCycleThatHoldsItsTime) {
-    unit->processor->setRules(
-        {rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(0, 61, 5), 30))});
+    processor.setRules({rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(0, 61, 5), 30))});
     release();
     EXPECT_EQ(run({{2, {0x90, 60, 1}}, {15, {0x90, 60, 1}}}), Timed{});
     EXPECT_EQ(run({}), Timed{});
@@ -60,7 +60,7 @@ TEST_F(ProcessCycleTest, ADelayedMessageLeavesInTheCycleThatHoldsItsTime) {
 }
 
 TEST_F(ProcessCycleTest, MessagesSentOutOfOrderAreWrittenInTheOrderOfTime) {
-    unit->processor->setRules({rule(onNoteOn(exactly(60)), send(controlChange(0, 7, 1), 8))});
+    processor.setRules({rule(onNoteOn(exactly(60)), send(controlChange(0, 7, 1), 8))});
     release();
     EXPECT_EQ(run({{2, {0x90, 60, 1}}, {5, {0x90, 61, 1}}, {10, {0x90, 62, 1}}, {11, {0x90, 63, 1}}}),
               (Timed{{2, {0x90, 60, 1}},
@@ -74,29 +74,29 @@ TEST_F(ProcessCycleTest, AMessageWithoutRoomIsRefusedAndCounted) {
     release();
     out.mostMessages = 2;
     EXPECT_EQ(run({{1, {0xC0, 1}}, {2, {0xC0, 2}}, {3, {0xC0, 3}}}), (Timed{{1, {0xC0, 1}}, {2, {0xC0, 2}}}));
-    EXPECT_EQ(cycle.refused(), 1U);
+    EXPECT_EQ(renderer.refused().refused(), 1U);
     EXPECT_EQ(run({{1, {0xC0, 4}}}), (Timed{{1, {0xC0, 4}}}));
-    EXPECT_EQ(cycle.refused(), 1U);
+    EXPECT_EQ(renderer.refused().refused(), 1U);
 }
 
 TEST_F(ProcessCycleTest, SystemExclusiveThatIsTooLongForThePortIsLeftOutAndTheRestOfTheCycleLeaves) {
-    unit->processor->setRules({rule(onNoteOff(), send(systemExclusive({1, 2, 3})))});
+    processor.setRules({rule(onNoteOff(), send(systemExclusive({1, 2, 3})))});
     release();
     out.longest = 4;
     EXPECT_EQ(run({{1, {0x80, 60, 0}}, {2, {0x80, 61, 0}}}), (Timed{{1, {0x80, 60, 0}}, {2, {0x80, 61, 0}}}));
-    EXPECT_EQ(cycle.tooLong(), 2U);
-    EXPECT_EQ(cycle.refused(), 0U);
+    EXPECT_EQ(renderer.refused().leftOut(), 2U);
+    EXPECT_EQ(renderer.refused().refused(), 0U);
 }
 
 TEST_F(ProcessCycleTest, AnIncompleteMessageIsLeftOut) {
-    unit->processor->setRules({rule(onNoteOn(), send(controlChange(0, 7, 1)))});
+    processor.setRules({rule(onNoteOn(), send(controlChange(0, 7, 1)))});
     release();
     EXPECT_EQ(run({{1, {0x90, 60}}, {2, {0xC0}}, {3, {0xC0, 1}}}), (Timed{{3, {0xC0, 1}}}));
     EXPECT_EQ(heard, (std::vector<std::string>{"[3] c0 01"}));
 }
 
-TEST_F(ProcessCycleTest, TheUnitHearsOfARefusalAndDoesNotLogTheMessageAsSent) {
-    unit->logOutput =
+TEST_F(ProcessCycleTest, ARefusedMessageIsNotLoggedAsSent) {
+    logOutput =
         WithoutDeadline([this](const EventLogEntry& entry) { heard.push_back("out " + text(entry)); });
     release();
     out.mostMessages = 1;
@@ -104,20 +104,13 @@ TEST_F(ProcessCycleTest, TheUnitHearsOfARefusalAndDoesNotLogTheMessageAsSent) {
     EXPECT_EQ(heard, (std::vector<std::string>{"[1] c0 01", "out [1] c0 01", "[2] c0 02"}));
 }
 
-TEST_F(ProcessCycleTest, AFullPortKeepsWhatFittedWhenItIsPutInOrder) {
-    unit->processor->setRules({rule(onNoteOn(exactly(60)), send(controlChange(0, 7, 1), 8))});
+TEST_F(ProcessCycleTest, WhatWaitsForALaterFrameHasItsRoomInThePort) {
+    processor.setRules({rule(onNoteOn(exactly(60)), send(controlChange(0, 7, 1), 8))});
     release();
     out.mostMessages = 3;
     EXPECT_EQ(run({{2, {0x90, 60, 1}}, {5, {0x90, 61, 1}}, {6, {0x90, 62, 1}}, {7, {0x90, 63, 1}}}),
               (Timed{{2, {0x90, 60, 1}}, {5, {0x90, 61, 1}}, {10, {0xB0, 7, 1}}}));
-    EXPECT_EQ(cycle.refused(), 1U);
-}
-
-TEST_F(ProcessCycleTest, ThePortIsClearedOnceWhenNothingIsOutOfOrder) {
-    release();
-    out.clears = 0;
-    run({{1, {0xC0, 1}}, {1, {0xC0, 2}}});
-    EXPECT_EQ(out.clears, 1);
+    EXPECT_EQ(renderer.refused().refused(), 1U);
 }
 
 TEST_F(ProcessCycleTest, EventsThatWereLostOnTheirWayInAreCounted) {
@@ -225,7 +218,7 @@ TEST_F(ProcessCycleTest, SystemExclusiveInPiecesDoesNotDisturbWhatIsAroundIt) {
 }
 
 TEST_F(ProcessCycleTest, NothingGoesInOrOutUntilItIsReleased) {
-    unit->processor->setRules({rule(onLoad(), send(controlChange(0, 7, 5)))});
+    processor.setRules({rule(onLoad(), send(controlChange(0, 7, 5)))});
     EXPECT_EQ(run({{0, {0xC0, 1}}}, {true, 0}), Timed{});
     EXPECT_EQ(run({{0, {0xC0, 1}}}, {true, 16}), Timed{});
     EXPECT_EQ(run({{0, {0xC0, 1}}}, {true, 32}), Timed{});
@@ -235,7 +228,7 @@ TEST_F(ProcessCycleTest, NothingGoesInOrOutUntilItIsReleased) {
 }
 
 TEST_F(ProcessCycleTest, TheServerHasTwoCyclesToPutConnectionsInForce) {
-    unit->processor->setRules({rule(onLoad(), send(controlChange(0, 7, 5)))});
+    processor.setRules({rule(onLoad(), send(controlChange(0, 7, 5)))});
     cycle.release();
     EXPECT_EQ(run({}), Timed{});
     EXPECT_EQ(run({}), Timed{});
@@ -244,7 +237,7 @@ TEST_F(ProcessCycleTest, TheServerHasTwoCyclesToPutConnectionsInForce) {
 }
 
 TEST_F(ProcessCycleTest, HeldAgainItStandsStillAndGoesOnWhereItWas) {
-    unit->processor->setRules({rule(onNoteOn(), send(controlChange(0, 7, 1), 20))});
+    processor.setRules({rule(onNoteOn(), send(controlChange(0, 7, 1), 20))});
     release();
     run({{0, {0x90, 60, 1}}});
     cycle.hold();

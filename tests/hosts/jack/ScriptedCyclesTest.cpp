@@ -4,10 +4,10 @@
 
 #include <algorithm>
 
-#include "hosts/adapter/HostedUnit.hpp"
 #include "hosts/formats/FormatScript.hpp"
 #include "hosts/jack/FakePorts.hpp"
 #include "hosts/jack/ProcessCycle.hpp"
+#include "session/Session.hpp"
 
 namespace quillo {
 namespace {
@@ -44,8 +44,8 @@ std::vector<std::uint32_t> cutAtChanges(const FormatScript& script,
 class ScriptedCycles {
 public:
     explicit ScriptedCycles(const FormatScript& script) : script_(script) {
-        EXPECT_EQ(hosted_.restore(script.state), std::nullopt);
-        EXPECT_EQ(hosted_.activate(scriptSampleRate, 8192), std::nullopt);
+        EXPECT_EQ(session_.restore(script.state), std::nullopt);
+        EXPECT_EQ(session_.setSampleRate(scriptSampleRate), std::nullopt);
         cycle_.release();
         FakeOutput nothing;
         cycle_.run(1, {}, FakeInput(), nothing);
@@ -56,7 +56,7 @@ public:
         for (const auto frames : blocks) {
             run(frames);
         }
-        EXPECT_EQ(cycle_.refused(), 0U);
+        EXPECT_EQ(session_.renderer().refused().refused(), 0U);
         return sent_;
     }
 
@@ -80,8 +80,8 @@ private:
     }
 
     const FormatScript& script_;
-    HostedUnit hosted_;
-    ProcessCycle cycle_{hosted_.renderer()};
+    Session session_;
+    ProcessCycle cycle_{session_.renderer()};
     SampleTime start_ = 0;
     ServerTransport transport_;
     std::vector<ScriptTransport>::const_iterator told_ = script_.transport.begin();

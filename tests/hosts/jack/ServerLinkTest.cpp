@@ -32,7 +32,7 @@ protected:
     void turn() {
         takeNews();
         link.tick();
-        hosted.drain();
+        session.drain();
     }
 
     void takeNews() {
@@ -95,10 +95,10 @@ protected:
     }
 
     std::ostringstream err;
-    HostedUnit hosted;
-    UserMessages messages{err, hosted};
+    Session session;
+    UserMessages messages{err, session};
     JackServer server;
-    ServerLink link{hosted,
+    ServerLink link{session,
                     messages,
                     {server.name(), "midi-quillo", false},
                     ConnectionKeeper({}, {"Grand Piano", ":at-once"})};
@@ -178,27 +178,26 @@ TEST_F(ServerLinkTest, APortThatIsGivenItsAliasAfterItHasAppearedIsConnected) {
 }
 
 TEST_F(ServerLinkTest, TheEditorSaysThatTheServerIsGoneUntilItIsBack) {
-    hosted.controller().viewDidLoad();
+    session.viewDidLoad();
     int changes = 0;
     link.setOnChange([&] { ++changes; });
     link.connect();
     EXPECT_EQ(link.clientName(), "midi-quillo");
     server.kill();
     turnUntil([&] { return !link.isConnected(); });
-    hosted.drain();
-    EXPECT_THAT(hosted.controller().model()->alertErrorMessage().value_or(""),
-                HasSubstr("The JACK server has ended"));
+    session.drain();
+    EXPECT_THAT(session.model()->alertErrorMessage().value_or(""), HasSubstr("The JACK server has ended"));
     EXPECT_EQ(link.clientName(), "");
     letPass(1);
     server.start({});
     turnUntil([&] { return link.isConnected(); });
-    hosted.drain();
-    EXPECT_EQ(hosted.controller().model()->alertErrorMessage(), std::nullopt);
+    session.drain();
+    EXPECT_EQ(session.model()->alertErrorMessage(), std::nullopt);
     EXPECT_EQ(changes, 3);
 }
 
 TEST_F(ServerLinkTest, AnotherAlertIsNotTakenAwayWhenTheServerIsBack) {
-    hosted.controller().viewDidLoad();
+    session.viewDidLoad();
     link.connect();
     server.kill();
     turnUntil([&] { return !link.isConnected(); });
@@ -206,8 +205,8 @@ TEST_F(ServerLinkTest, AnotherAlertIsNotTakenAwayWhenTheServerIsBack) {
     letPass(1);
     server.start({});
     turnUntil([&] { return link.isConnected(); });
-    hosted.drain();
-    EXPECT_EQ(hosted.controller().model()->alertErrorMessage(), "Something else.");
+    session.drain();
+    EXPECT_EQ(session.model()->alertErrorMessage(), "Something else.");
 }
 
 TEST_F(ServerLinkTest, AServerThatFallsSilentCountsAsGoneAndIsTakenUpAgain) {
@@ -222,7 +221,7 @@ TEST_F(ServerLinkTest, TheEditorShowsThatAServerIsSilentBeforeItIsLeftWhichMayHa
     connectToASlowServer();
     int calls = 0;
     link.setRunCall([&](const ServerLink::Call& call) {
-        EXPECT_THAT(hosted.controller().model()->alertErrorMessage().value_or(""),
+        EXPECT_THAT(session.model()->alertErrorMessage().value_or(""),
                     HasSubstr("The JACK server has ended"));
         EXPECT_FALSE(link.isConnected());
         ++calls;

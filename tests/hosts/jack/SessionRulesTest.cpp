@@ -30,26 +30,26 @@ Data documentOf(const std::string& name) {
 
 /// A program that has a session.
 struct Program {
-    explicit Program(const std::filesystem::path& folder) : session(folder, "band", hosted, messages) {}
+    explicit Program(const std::filesystem::path& folder) : rules(folder, "band", session, messages) {}
 
     /// The name of the rule that it has; empty without rules.
     std::string ruleName() {
-        const auto rules = hosted.unit().processor->rules();
-        return rules.empty() ? "" : rules.front().name;
+        const auto installed = session.processor().rules();
+        return installed.empty() ? "" : installed.front().name;
     }
     void edit(const std::string& name) {
-        hosted.onRulesChanged(rulesCalled(name));
-        session.changed(SessionKeeper::Time());
+        session.onRulesChanged(rulesCalled(name));
+        rules.changed(SessionKeeper::Time());
     }
     std::optional<std::string> alert() {
-        hosted.drain();
-        return hosted.controller().model()->alertErrorMessage();
+        session.drain();
+        return session.model()->alertErrorMessage();
     }
 
     std::ostringstream err;
-    HostedUnit hosted;
-    UserMessages messages{err, hosted};
-    SessionRules session;
+    Session session;
+    UserMessages messages{err, session};
+    SessionRules rules;
 };
 
 class SessionRulesTest : public testing::Test {
@@ -62,7 +62,7 @@ protected:
 
 TEST_F(SessionRulesTest, AFirstSessionHasNoRulesAndNothingToSay) {
     Program program(folder.path());
-    program.session.load();
+    program.rules.load();
     EXPECT_EQ(program.ruleName(), "");
     EXPECT_EQ(program.err.str(), "");
 }
@@ -70,12 +70,12 @@ TEST_F(SessionRulesTest, AFirstSessionHasNoRulesAndNothingToSay) {
 TEST_F(SessionRulesTest, TheLastSessionsRulesComeBack) {
     {
         Program program(folder.path());
-        program.session.load();
+        program.rules.load();
         program.edit("swap");
-        program.session.keepNow(SessionKeeper::Time());
+        program.rules.keepNow(SessionKeeper::Time());
     }
     Program program(folder.path());
-    program.session.load();
+    program.rules.load();
     EXPECT_EQ(program.ruleName(), "swap");
     EXPECT_EQ(program.err.str(), "");
 }
@@ -83,9 +83,9 @@ TEST_F(SessionRulesTest, TheLastSessionsRulesComeBack) {
 TEST_F(SessionRulesTest, AnEditIsSavedSoon) {
     Program program(folder.path());
     program.edit("swap");
-    program.session.keepUp(SessionKeeper::Time(1s));
+    program.rules.keepUp(SessionKeeper::Time(1s));
     EXPECT_EQ(readWholeFile(files.file(0)), documentOf("swap"));
-    EXPECT_EQ(program.session.file(), files.file(0));
+    EXPECT_EQ(program.rules.file(), files.file(0));
 }
 
 TEST_F(SessionRulesTest, WhenTheNewestVersionIsDamagedTheOneBeforeIsTakenAndTheUserIsTold) {
@@ -93,13 +93,13 @@ TEST_F(SessionRulesTest, WhenTheNewestVersionIsDamagedTheOneBeforeIsTakenAndTheU
     files.add(documentOf("new"));
     damage(0);
     Program program(folder.path());
-    program.session.load();
+    program.rules.load();
     EXPECT_EQ(program.ruleName(), "old");
     EXPECT_THAT(program.err.str(), HasSubstr(files.file(0).string() + " cannot be used: "));
     EXPECT_THAT(program.err.str(), HasSubstr("The rules are those of "));
     EXPECT_THAT(program.alert().value_or(""), HasSubstr(files.file(0).string()));
     EXPECT_THAT(program.alert().value_or(""), HasSubstr(files.file(1).string()));
-    program.hosted.controller().model()->dismissAlert();
+    program.session.model()->dismissAlert();
     EXPECT_EQ(program.alert(), std::nullopt);
     EXPECT_EQ(readWholeFile(files.file(0)), Data{'{'});
 }
@@ -108,7 +108,7 @@ TEST_F(SessionRulesTest, RulesThatCannotBeCompiledAreAsGoodAsDamaged) {
     files.add(documentOf("old"));
     files.add(PluginData{{rule(onLoad(), send(noteOn(0, 1, 1), -1))}}.write());
     Program program(folder.path());
-    program.session.load();
+    program.rules.load();
     EXPECT_EQ(program.ruleName(), "old");
 }
 
@@ -118,12 +118,12 @@ TEST_F(SessionRulesTest, WhenNoVersionCanBeUsedThereAreNoRulesAndNothingIsLost) 
     damage(0);
     damage(1);
     Program program(folder.path());
-    program.session.load();
+    program.rules.load();
     EXPECT_EQ(program.ruleName(), "");
     EXPECT_THAT(program.alert().value_or(""),
                 HasSubstr("No version of the last session's rules can be used"));
     program.edit("fresh");
-    program.session.keepNow(SessionKeeper::Time());
+    program.rules.keepNow(SessionKeeper::Time());
     EXPECT_EQ(readWholeFile(files.file(1)), Data{'{'});
     EXPECT_EQ(readWholeFile(files.file(2)), Data{'{'});
 }
@@ -133,9 +133,9 @@ TEST_F(SessionRulesTest, OneGoesBackToAVersionWhichBecomesTheNewest) {
         files.add(documentOf(name));
     }
     Program program(folder.path());
-    program.session.goBack(2);
+    program.rules.goBack(2);
     EXPECT_EQ(program.ruleName(), "first");
-    program.session.keepNow(SessionKeeper::Time());
+    program.rules.keepNow(SessionKeeper::Time());
     EXPECT_EQ(readWholeFile(files.file(0)), documentOf("first"));
     EXPECT_EQ(readWholeFile(files.file(1)), documentOf("third"));
     EXPECT_EQ(readWholeFile(files.file(3)), documentOf("first"));
@@ -147,7 +147,7 @@ TEST_F(SessionRulesTest, AVersionThatIsNotThereOrDamagedCannotBeGoneBackTo) {
     damage(1);
     Program program(folder.path());
     try {
-        program.session.goBack(5);
+        program.rules.goBack(5);
         FAIL();
     } catch (const CommandFailure& failure) {
         EXPECT_EQ(failure.status(), exitNoInput);
@@ -155,7 +155,7 @@ TEST_F(SessionRulesTest, AVersionThatIsNotThereOrDamagedCannotBeGoneBackTo) {
                   files.file(5).string() + ": there is no such version; --history lists them");
     }
     try {
-        program.session.goBack(1);
+        program.rules.goBack(1);
         FAIL();
     } catch (const CommandFailure& failure) {
         EXPECT_EQ(failure.status(), exitBadData);
@@ -168,12 +168,12 @@ TEST_F(SessionRulesTest, ASecondProgramHasASessionOfItsOwnAndAThirdOneToo) {
     Program first(folder.path());
     Program second(folder.path());
     Program third(folder.path());
-    second.session.load();
+    second.rules.load();
     EXPECT_EQ(second.ruleName(), "");
     second.edit("other");
-    second.session.keepNow(SessionKeeper::Time());
-    EXPECT_EQ(second.session.file(), SessionFiles(folder.path(), "band-2").file(0));
-    EXPECT_EQ(third.session.file(), SessionFiles(folder.path(), "band-3").file(0));
+    second.rules.keepNow(SessionKeeper::Time());
+    EXPECT_EQ(second.rules.file(), SessionFiles(folder.path(), "band-2").file(0));
+    EXPECT_EQ(third.rules.file(), SessionFiles(folder.path(), "band-3").file(0));
     EXPECT_EQ(second.err.str(),
               "midi-quillo-jack: another \"band\" is running; this one keeps its rules as \"band-2\"\n");
     EXPECT_EQ(readWholeFile(files.file(0)), documentOf("swap"));
@@ -184,19 +184,19 @@ TEST_F(SessionRulesTest, ASessionIsFreeAgainWhenItsProgramHasEnded) {
         const Program first(folder.path());
     }
     const Program second(folder.path());
-    EXPECT_EQ(second.session.file(), files.file(0));
+    EXPECT_EQ(second.rules.file(), files.file(0));
 }
 
 TEST_F(SessionRulesTest, WithoutAPlaceToKeepThemTheRulesStillRunAndTheUserIsTold) {
     writeWholeFile(folder / "file", Data{1}, Existing::keep);
     Program program(folder / "file" / "state");
-    program.session.load();
+    program.rules.load();
     program.edit("swap");
-    program.session.keepNow(SessionKeeper::Time());
+    program.rules.keepNow(SessionKeeper::Time());
     EXPECT_EQ(program.ruleName(), "swap");
-    EXPECT_EQ(program.session.file(), std::nullopt);
+    EXPECT_EQ(program.rules.file(), std::nullopt);
     EXPECT_THAT(program.alert().value_or(""), HasSubstr("Changed rules are not kept: "));
-    EXPECT_THROW(program.session.goBack(1), CommandFailure);
+    EXPECT_THROW(program.rules.goBack(1), CommandFailure);
 }
 
 TEST_F(SessionRulesTest, WhereNothingMayBeWrittenTheRulesAreReadAllTheSame) {
@@ -204,13 +204,13 @@ TEST_F(SessionRulesTest, WhereNothingMayBeWrittenTheRulesAreReadAllTheSame) {
     files.add(documentOf("second"));
     std::filesystem::create_directory(files.lockFile());
     Program program(folder.path());
-    program.session.load();
+    program.rules.load();
     EXPECT_EQ(program.ruleName(), "second");
     EXPECT_THAT(program.alert().value_or(""), HasSubstr("Changed rules are not kept: "));
-    program.session.goBack(1);
+    program.rules.goBack(1);
     EXPECT_EQ(program.ruleName(), "first");
-    program.session.keepNow(SessionKeeper::Time());
-    EXPECT_EQ(program.session.file(), std::nullopt);
+    program.rules.keepNow(SessionKeeper::Time());
+    EXPECT_EQ(program.rules.file(), std::nullopt);
     EXPECT_EQ(readWholeFile(files.file(0)), documentOf("second"));
 }
 
@@ -219,7 +219,7 @@ TEST_F(SessionRulesTest, AFolderThatCannotBeLookedIntoIsNoPlaceToKeepThem) {
     std::filesystem::create_symlink(endless, endless);
     for (const auto& state : {endless, endless / "state", folder.path() / std::string(300, 'n')}) {
         Program program(state);
-        program.session.load();
+        program.rules.load();
         program.edit("swap");
         EXPECT_EQ(program.ruleName(), "swap");
         EXPECT_THAT(program.err.str(), HasSubstr("Changed rules are not kept: " + state.string()));
@@ -228,9 +228,9 @@ TEST_F(SessionRulesTest, AFolderThatCannotBeLookedIntoIsNoPlaceToKeepThem) {
 
 TEST_F(SessionRulesTest, WithoutAHomeTheUserIsTold) {
     std::ostringstream err;
-    HostedUnit hosted;
-    UserMessages messages(err, hosted);
-    const SessionRules session(std::nullopt, "band", hosted, messages);
+    Session session;
+    UserMessages messages(err, session);
+    const SessionRules rules(std::nullopt, "band", session, messages);
     EXPECT_THAT(err.str(), HasSubstr("Neither XDG_STATE_HOME nor HOME is set"));
 }
 

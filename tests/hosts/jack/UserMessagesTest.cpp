@@ -10,8 +10,8 @@ namespace {
 
 TEST(UserMessages, WriteLinesThatDoNothingToTheTerminal) {
     std::ostringstream err;
-    HostedUnit hosted;
-    UserMessages messages(err, hosted);
+    Session session;
+    UserMessages messages(err, session);
     messages.say("hears \x1b[2J\u009b\u202e:out");
     messages.warn("JACK says:\n  \x1b]0;title\a");
     EXPECT_EQ(err.str(), "midi-quillo-jack: hears \\u001b[2J\\u009b\\u202e:out\n"

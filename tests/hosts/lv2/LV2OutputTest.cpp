@@ -153,12 +153,15 @@ TEST_F(LV2Output, TellsOfAnEditWhenThereIsRoom) {
     EXPECT_EQ(host.stateChanges, 1);
 }
 
-TEST_F(LV2Output, KeepsTheRoomForTheNoticeWhenMessagesFillTheBuffer) {
+TEST_F(LV2Output, MessagesComeFirstWhenTheyFillTheBufferAndTheNoticeWaits) {
     edit();
     host.capacity = head + notice + 2 * shortMessage;
     host.run(64, notes(10));
+    EXPECT_EQ(host.stateChanges, 0);
+    EXPECT_EQ(host.take(), firstNotes(0, 3));
+    host.run(64, notes(2));
     EXPECT_EQ(host.stateChanges, 1);
-    EXPECT_EQ(host.take(), firstNotes(0, 2));
+    EXPECT_EQ(host.take(), firstNotes(64, 2));
 }
 
 TEST_F(LV2Output, SaysNothingOfAStateThatTheHostItselfRestored) {

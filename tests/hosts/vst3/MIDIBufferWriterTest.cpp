@@ -26,12 +26,13 @@ TEST(MIDIBufferWriter, WritesWhatTheToolkitItselfWouldHaveWritten) {
     exclusive.back() = 0xF7;
     juce::MidiBuffer written;
     juce::MidiBuffer expected;
-    MIDIBufferWriter writer(written);
+    MIDIBufferWriter writer;
+    writer.open(written);
     std::uint32_t offset = 0;
     for (const auto& message : {Bytes{0x90, 60, 1}, Bytes{0xC0, 1}, Bytes{0xF8}, exclusive, Bytes{0xF0, 0xF7},
                                 Bytes{0x80, 60, 0}}) {
-        writer.append(offset, message);
-        writer.append(offset, message);
+        writer.write(offset, message);
+        writer.write(offset, message);
         for (int twice = 0; twice < 2; ++twice) {
             ASSERT_TRUE(expected.addEvent(message.data(), static_cast<int>(message.size()),
                                           static_cast<int>(offset)));
@@ -46,9 +47,10 @@ TEST(MIDIBufferWriter, WritesWhatTheToolkitItselfWouldHaveWritten) {
 TEST(MIDIBufferWriter, BeginsWithAnEmptyBuffer) {
     juce::MidiBuffer buffer;
     buffer.addEvent(juce::MidiMessage::noteOn(1, 60, 0.5F), 7);
-    MIDIBufferWriter writer(buffer);
+    MIDIBufferWriter writer;
+    writer.open(buffer);
     EXPECT_TRUE(buffer.isEmpty());
-    writer.append(3, Bytes{0xC0, 1});
+    writer.write(3, Bytes{0xC0, 1});
     EXPECT_EQ(eventsOf(buffer), (std::vector<Emission>{{3, {{0xC0, 1}}}}));
 }
 
@@ -56,11 +58,12 @@ TEST(MIDIBufferWriter, NeedsNoMoreStorageThanItSays) {
     constexpr std::size_t messages = 1000;
     juce::MidiBuffer buffer;
     buffer.ensureSize(MIDIBufferWriter::storageFor(messages, messages * 3));
-    MIDIBufferWriter writer(buffer);
-    writer.append(0, Bytes{0x90, 60, 1});
+    MIDIBufferWriter writer;
+    writer.open(buffer);
+    writer.write(0, Bytes{0x90, 60, 1});
     const auto* storage = buffer.data.begin();
     for (std::size_t i = 1; i < messages; ++i) {
-        writer.append(0, Bytes{0x90, 60, 1});
+        writer.write(0, Bytes{0x90, 60, 1});
     }
     EXPECT_EQ(buffer.data.begin(), storage);
     EXPECT_EQ(static_cast<std::size_t>(buffer.data.size()),

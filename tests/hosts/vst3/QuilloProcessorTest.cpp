@@ -37,15 +37,16 @@ protected:
     QuilloProcessorTest() { processor.prepareToPlay(scriptSampleRate, 512); }
 
     void install(std::vector<Rule> rules) {
-        ASSERT_EQ(processor.hosted().restore(PluginData{std::move(rules)}.write()), std::nullopt);
+        ASSERT_EQ(processor.session().restore(PluginData{std::move(rules)}.write()), std::nullopt);
     }
 
     std::vector<ScriptMessage> sentFor(const std::vector<ScriptMessage>& messages, int frames = 512) {
         juce::AudioBuffer<float> audio(2, frames);
         audio.clear();
-        MIDIBufferWriter writer(buffer);
+        MIDIBufferWriter writer;
+        writer.open(buffer);
         for (const auto& [offset, bytes] : messages) {
-            writer.append(static_cast<std::uint32_t>(offset), bytes);
+            writer.write(static_cast<std::uint32_t>(offset), bytes);
         }
         processor.processBlock(audio, buffer);
         std::vector<ScriptMessage> sent;
@@ -56,8 +57,8 @@ protected:
     }
 
     const std::optional<std::string>& alert() {
-        processor.hosted().drain();
-        return processor.hosted().controller().model()->alertErrorMessage();
+        processor.session().drain();
+        return processor.session().model()->alertErrorMessage();
     }
 
     static Layout layout(const juce::AudioChannelSet& input, const juce::AudioChannelSet& output) {
@@ -91,14 +92,14 @@ TEST_F(QuilloProcessorTest, AnEventBeforeTheBlockIsMovedToItsStart) {
 /// The cycle ends there, as it does with any output that is full, and nothing is logged that was not sent.
 TEST_F(QuilloProcessorTest, TheUnitLearnsThatTheWrapperTakesNoMoreEvents) {
     install(answer);
-    processor.hosted().controller().viewDidLoad();
+    processor.session().viewDidLoad();
     std::vector<ScriptMessage> notes;
     for (SampleTime time = 0; time < 2000; ++time) {
         notes.push_back({time, {0x90, 60, 1}});
     }
-    EXPECT_EQ(sentFor(notes, 2000).size(), QuilloProcessor::mostEvents);
-    processor.hosted().drain();
-    const auto& model = *processor.hosted().controller().model();
+    EXPECT_EQ(sentFor(notes, 2000).size(), MIDIBufferWriter::mostEvents);
+    processor.session().drain();
+    const auto& model = *processor.session().model();
     EXPECT_EQ(model.outLog()[QuilloModel::logCapacity - 1].timestamp, 1023);
     EXPECT_EQ(model.inLog()[QuilloModel::logCapacity - 1].timestamp, 1024);
     EXPECT_EQ(sentFor({{5, {0x90, 60, 1}}}).size(), 2U);
@@ -162,19 +163,19 @@ TEST_F(QuilloProcessorTest, ADamagedStateLeavesTheRulesAndTheUserIsTold) {
     processor.setStateInformation("{", 1);
     ASSERT_TRUE(alert().has_value());
     EXPECT_THAT(*alert(), HasSubstr("The saved rules cannot be restored"));
-    EXPECT_EQ(processor.hosted().unit().processor->rules(), answer);
+    EXPECT_EQ(processor.session().processor().rules(), answer);
 }
 
 TEST_F(QuilloProcessorTest, RulesThatCannotBeSavedAreToldOfAndKept) {
     const std::vector<Rule> unwritable{rule(onLoad(), send(noteOn(1, 61, 5)), "\xFF")};
-    processor.hosted().onRulesChanged(unwritable);
+    processor.session().onRulesChanged(unwritable);
     juce::MemoryBlock saved;
     processor.getStateInformation(saved);
     EXPECT_TRUE(saved.isEmpty());
     EXPECT_FALSE(processor.hasSaved());
     ASSERT_TRUE(alert().has_value());
     EXPECT_THAT(*alert(), HasSubstr("The rules cannot be saved with the project"));
-    EXPECT_EQ(processor.hosted().unit().processor->rules(), unwritable);
+    EXPECT_EQ(processor.session().processor().rules(), unwritable);
 }
 
 TEST_F(QuilloProcessorTest, ARejectedSampleRateIsReportedAndNothingIsRendered) {
@@ -184,7 +185,7 @@ TEST_F(QuilloProcessorTest, ARejectedSampleRateIsReportedAndNothingIsRendered) {
     EXPECT_THAT(*alert(), HasSubstr("sample rate"));
     EXPECT_FALSE(processor.canRender());
     EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}), std::vector<ScriptMessage>());
-    EXPECT_EQ(processor.hosted().renderer().now(), 0);
+    EXPECT_EQ(processor.session().renderer().now(), 0);
     processor.prepareToPlay(scriptSampleRate, 512);
     EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}).size(), 2U);
 }
@@ -195,7 +196,7 @@ TEST_F(QuilloProcessorTest, BeforeARateIsKnownNothingIsRendered) {
     buffer.addEvent(juce::MidiMessage::noteOn(1, 60, 0.5F), 7);
     unprepared.processBlock(audio, buffer);
     EXPECT_TRUE(buffer.isEmpty());
-    EXPECT_EQ(unprepared.hosted().renderer().now(), 0);
+    EXPECT_EQ(unprepared.session().renderer().now(), 0);
 }
 
 class QuilloProcessorEditorTest : public QuilloProcessorTest {
@@ -231,7 +232,7 @@ TEST_F(QuilloProcessorEditorTest, ShowsTheRulesThatTheHostHasRestored) {
     const auto editor = open();
     const auto document = PluginData{answer}.write();
     processor.setStateInformation(document.data(), static_cast<int>(document.size()));
-    processor.hosted().drain();
+    processor.session().drain();
     ASSERT_EQ(editor->view().editor().rules().size(), 1U);
     EXPECT_EQ(editor->view().editor().rules()[0].rule.name, "answer");
 }
@@ -240,7 +241,7 @@ TEST_F(QuilloProcessorEditorTest, AnEditReachesTheRulesAndMarksTheProjectChanged
     const auto editor = open();
     processor.addListener(&host);
     editor->view().editor().add(MIDIRuleType::OutputType{OutputEntryType::PitchWheel});
-    EXPECT_EQ(processor.hosted().unit().processor->rules().size(), 1U);
+    EXPECT_EQ(processor.session().processor().rules().size(), 1U);
     EXPECT_EQ(host.changes, 1);
 }
 
@@ -248,7 +249,7 @@ TEST_F(QuilloProcessorEditorTest, RestoringIsNoEdit) {
     const auto editor = open();
     processor.addListener(&host);
     install(answer);
-    processor.hosted().drain();
+    processor.session().drain();
     EXPECT_EQ(host.changes, 0);
 }
 
@@ -264,18 +265,6 @@ TEST_F(QuilloProcessorEditorTest, WhatWentWrongBeforeItOpenedIsShown) {
     processor.setStateInformation("{", 1);
     const auto editor = open();
     EXPECT_NE(dynamic_cast<AlertView*>(editor->view().overlay()), nullptr);
-}
-
-/// The host's event loop is behind the clock.
-TEST_F(QuilloProcessorEditorTest, WhatGoesWrongOnTheMainThreadIsShownAndDoesNotReachTheHost) {
-    const auto fail = [] { throw std::runtime_error("no room for the log"); };
-    processor.hosted().mainQueue().async(fail);
-    const auto editor = open();
-    processor.hosted().mainQueue().async(fail);
-    while (dynamic_cast<AlertView*>(editor->view().overlay()) == nullptr) {
-        juce::MessageManager::getInstance()->runDispatchLoopUntil(10);
-    }
-    EXPECT_EQ(alert(), "no room for the log\n\n(2 times)");
 }
 
 TEST_F(QuilloProcessorEditorTest, LogsAreKeptFromTheFirstEditorToTheNext) {

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "session/BlockRenderer.hpp"
+
+#include <algorithm>
+
+#include "midi/MessageLength.hpp"
+
+namespace quillo {
+
+namespace {
+
+bool isSystemExclusive(std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    constexpr std::uint8_t status = 0xF0;
+    return !bytes.empty() && bytes.front() == status;
+}
+
+}  // namespace
+
+BlockRenderer::BlockRenderer(RuleProcessor& processor, const LogCallback& logInput,
+                             const LogCallback& logOutput, HostTransport transport)
+    : processor_(processor), logInput_(logInput), logOutput_(logOutput), transport_(transport) {}
+
+void BlockRenderer::begin(std::uint32_t frames, HostOutput& output, Delivery delivery) QUILLO_REALTIME {
+    beginPassing(frames, output, delivery);
+    cycle_.emplace(processor_, OutputFunction(send_), blockStart_, blockStart_ + std::max(frames, 1U));
+}
+
+void BlockRenderer::beginPassing(std::uint32_t frames, HostOutput& output, Delivery delivery)
+    QUILLO_REALTIME {
+    frames_ = frames;
+    offset_ = 0;
+    output_.begin(output, delivery);
+}
+
+void BlockRenderer::receive(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    goTo(offset);
+    fireTransport();
+    if (!isCompleteShortMessage(bytes) || cycle_->status() != noErr) {
+        return;
+    }
+    if (logInput_) {
+        logInput_({time(), EventLogEntryVariants::MIDI{MIDIMessage::inlineCopyOf(bytes)}});
+    }
+    cycle_->midi(time(), bytes);
+}
+
+void BlockRenderer::pass(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    goTo(offset);
+    static_cast<void>(output_.trySend(offset_, bytes));
+}
+
+void BlockRenderer::reportTransport(std::uint32_t offset, HostTransport::State state, double position,
+                                    double speed) QUILLO_REALTIME {
+    goTo(offset);
+    transport_.report(state, position, speed);
+}
+
+void BlockRenderer::reportTransport(std::uint32_t offset, HostTransport::State state) QUILLO_REALTIME {
+    goTo(offset);
+    transport_.report(state);
+}
+
+void BlockRenderer::reportTransportContinued(std::uint32_t offset, HostTransport::State state,
+                                             double position, double speed) QUILLO_REALTIME {
+    goTo(offset);
+    transport_.reportContinued(state, position, speed);
+}
+
+OSStatus BlockRenderer::end() QUILLO_REALTIME {
+    auto status = noErr;
+    if (cycle_) {
+        fireTransport();
+        transport_.advance(frames_ - offset_);
+        blockStart_ += frames_;
+        status = cycle_->status();
+        cycle_.reset();
+    }
+    output_.end();
+    return status;
+}
+
+/// What is reported for one frame counts as one report, unless a message comes in between.
+void BlockRenderer::goTo(std::uint32_t offset) QUILLO_REALTIME {
+    const auto reached = std::min(offset, std::max(frames_, 1U) - 1);
+    if (reached <= offset_) {
+        return;
+    }
+    if (cycle_) {
+        fireTransport();
+        transport_.advance(reached - offset_);
+    }
+    output_.passTo(reached);
+    offset_ = reached;
+}
+
+void BlockRenderer::fireTransport() QUILLO_REALTIME {
+    const auto trigger = transport_.takeChange();
+    if (!trigger || cycle_->status() != noErr) {
+        return;
+    }
+    if (logInput_) {
+        logInput_({time(), EventLogEntryVariants::Host{*trigger}});
+    }
+    cycle_->transport(time(), *trigger);
+}
+
+OSStatus BlockRenderer::Send::operator()(SampleTime time, std::uint8_t /*cable*/,
+                                         std::span<const MIDIMessage> messages) const QUILLO_REALTIME {
+    for (const auto& message : messages) {
+        if (const auto status = renderer.send(time, message); status != noErr) {
+            return status;
+        }
+    }
+    return noErr;
+}
+
+OSStatus BlockRenderer::send(SampleTime time, const MIDIMessage& message) QUILLO_REALTIME {
+    const auto bytes = message.bytes();
+    const auto room = output_.trySend(offsetOf(time), bytes);
+    if (room == HostOutput::Room::enough) {
+        if (logOutput_) {
+            logOutput_({time, EventLogEntryVariants::MIDI{message}});
+        }
+        return noErr;
+    }
+    const bool isLeftOut = room == HostOutput::Room::never && isSystemExclusive(bytes);
+    refused_.add(bytes, isLeftOut);
+    return isLeftOut ? noErr : kQuilloErr_OutputFull;
+}
+
+std::uint32_t BlockRenderer::offsetOf(SampleTime time) const QUILLO_REALTIME {
+    const SampleTime last = std::max(frames_, 1U) - 1;
+    return static_cast<std::uint32_t>(std::clamp<SampleTime>(time - blockStart_, 0, last));
+}
+
+}  // namespace quillo

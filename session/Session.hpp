@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "engine/RuleProcessor.hpp"
+#include "log/LogCallback.hpp"
+#include "session/BlockRenderer.hpp"
+#include "session/EditorLogs.hpp"
+#include "session/EditorUnit.hpp"
+#include "session/PendingAlerts.hpp"
+#include "session/QuilloModel.hpp"
+
+namespace quillo {
+
+/// What every host needs of an instance and no format knows: the processor and the renderer over it, state that
+/// is taken whole or not at all, and what an editor shows. Editors reach it as an `EditorUnit`; while none is
+/// open it need not be drained.
+///
+/// An operation that fails says why, in words for a musician, and changes nothing. The constructor throws
+/// what cannot be helped: no memory. [main] unless an operation says otherwise.
+class Session final : public EditorUnit {
+public:
+    explicit Session(HostTransport transport = HostTransport());
+    ~Session();
+
+    /// [any] Whether so many frames a second are a rate that can be rendered at: at least one, at most 10^9.
+    [[nodiscard]] static bool isSampleRate(double rate);
+
+    /// The rate of the frames from now on, rounded down; an invalid one is rejected. Rules that are there already get their delays anew when it is another one than theirs, so that
+    /// they stay right in milliseconds. Nothing on success.
+    [[nodiscard]] std::optional<std::string> setSampleRate(double rate);
+
+    /// [any but render] The state document: the bytes that a preset file has too. Throws a `FatalError` when
+    /// the rules cannot be written.
+    [[nodiscard]] std::vector<std::uint8_t> save();
+
+    /// [any but render] Puts a state document in the place of the rules. Nothing on success. A document that
+    /// cannot be read or compiled leaves the rules that were there, and the editor's user is told why.
+    [[nodiscard]] std::optional<std::string> restore(std::span<const std::uint8_t> document);
+
+    // For the editor.
+    [[nodiscard]] const std::shared_ptr<QuilloModel>& model() const override { return model_; }
+    void viewDidLoad() override;
+    void onRulesChanged(std::vector<Rule> rules) override;
+    void onInstantMessageClick(const RuleOutputVariantsV2& message) override;
+    void tellUser(std::string message) override { alerts_.add(message); }
+    void drain() override;
+
+    /// `callback` runs after each edit: the host's project has changed.
+    void setOnEdit(std::function<void()> callback) { onEdit_ = std::move(callback); }
+
+    /// What the user was told, or is to be told, is true no more.
+    void takeBack(const std::string& message);
+
+    [[nodiscard]] RuleProcessor& processor() { return processor_; }
+    [[nodiscard]] BlockRenderer& renderer() QUILLO_REALTIME { return renderer_; }
+
+    LogCallback logInput;   ///< every incoming event that the rules see, before they do
+    LogCallback logOutput;  ///< every message that the host has taken
+
+private:
+    /// Different refusals that the user is told of: more say nothing new.
+    static constexpr std::size_t mostRefusals = 100;
+
+    [[nodiscard]] std::optional<std::string> whyNotInstalled(std::span<const std::uint8_t> document);
+    void showRestoredRules();
+    void tellFatalError();
+    void tellRefusals();
+    void showNextAlert();
+
+    RuleProcessor processor_;
+    BlockRenderer renderer_;
+    const std::shared_ptr<QuilloModel> model_ = std::make_shared<QuilloModel>();
+    std::optional<EditorLogs> logs_;     ///< since the first editor
+    std::atomic<bool> restored_{false};  ///< since the model was shown the rules
+    std::function<void()> onEdit_ = [] {};
+    PendingAlerts alerts_;
+    bool fatalErrorTold_ = false;
+    std::set<RefusedMessages::Message> refusals_;  ///< the different ones so far
+    std::set<std::string> refusalsTold_;           ///< the texts: different messages can have the same
+};
+
+}  // namespace quillo
