@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Names each include that points up or sideways. `rooms` lists our folders, from the bottom up: what stands in one may
 # include that one and those below. Each folder of `hosts/` that is not listed stands on top, beside the others. Tests
-# may include every room, but of the hosts only their own; benchmarks may include all.
+# may include every room, but of the hosts only their own; benchmarks and fuzz targets may include all.
 BEGIN {
     count = split(rooms, name, " ")
     for (i = 1; i <= count; ++i) {
@@ -33,16 +33,16 @@ function mayInclude(included) {
 }
 
 FNR == 1 {
-    isBenchmark = FILENAME ~ /^benchmarks\//
+    seesAll = FILENAME ~ /^(benchmarks|fuzz)\//
     isTest = FILENAME ~ /^tests\//
     room = roomOf(isTest ? substr(FILENAME, length("tests/") + 1) : FILENAME)
-    if (!isTest && !isBenchmark && room == "") {
+    if (!isTest && !seesAll && room == "") {
         print FILENAME " is in none of the rooms that tools/lint.sh lists"
         failed = 1
     }
 }
 
-/^#(include|import) "/ && !isBenchmark {
+/^#(include|import) "/ && !seesAll {
     split($0, quoted, "\"")
     included = roomOf(quoted[2])
     if (!mayInclude(included)) {

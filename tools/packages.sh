@@ -16,6 +16,8 @@ packages_of() {
         package) echo dpkg-dev file ;;
         bench) echo libbenchmark-dev liblilv-dev x42-plugins ;;
         lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev libblocksruntime-dev ;;
+        fuzz) echo clang-22 libclang-rt-22-dev ;;
+        coverage) echo clang-22 libclang-rt-22-dev llvm-22 ;;
         fresh) echo debootstrap ;;
     esac
 }
@@ -28,6 +30,8 @@ programs_of() {
         jack) echo jackd ;;
         pipewire) echo pipewire pw-jack ;;
         lint) echo clang++-22 clang-tidy-22 clang-format-22 ;;
+        fuzz) echo clang++-22 ;;
+        coverage) echo clang++-22 llvm-cov-22 llvm-profdata-22 ;;
         fresh) echo debootstrap ;;
     esac
 }

@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a project holds of an instance: a stream that a CLAP host reads and writes in pieces, and a chunk of
+// VST3.
+//
+// The longest piece (1 byte; 0: the stream fails at its end), and the document.
+#include <array>
+#include <string_view>
+
+#include "FuzzInput.hpp"
+#include "hosts/clap/CLAPPlugin.hpp"
+#include "hosts/clap/CLAPState.hpp"
+#include "hosts/vst3/StateChunk.hpp"
+#include "persistence/PluginData.hpp"
+
+using namespace quillo;
+using fuzz::Bytes;
+using fuzz::require;
+
+namespace {
+
+const clap_host_t host{CLAP_VERSION,
+                       nullptr,
+                       "fuzzer",
+                       "",
+                       "",
+                       "1",
+                       [](const clap_host_t*, const char*) -> const void* { return nullptr; },
+                       [](const clap_host_t*) {},
+                       [](const clap_host_t*) {},
+                       [](const clap_host_t*) {}};
+
+/// A host's stream, both ways.
+struct Stream {
+    std::size_t longestPiece;
+    Bytes bytes;
+    std::size_t position = 0;
+    clap_istream_t in{this, [](const clap_istream_t* stream, void* buffer, std::uint64_t size) {
+                          return static_cast<Stream*>(stream->ctx)->read(buffer, size);
+                      }};
+    clap_ostream_t out{this, [](const clap_ostream_t* stream, const void* buffer, std::uint64_t size) {
+                           return static_cast<Stream*>(stream->ctx)->write(buffer, size);
+                       }};
+
+    std::int64_t read(void* buffer, std::uint64_t size) {
+        const auto count = std::min({static_cast<std::size_t>(size), longestPiece, bytes.size() - position});
+        if (longestPiece == 0) {
+            return -1;
+        }
+        std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(position), count,
+                    static_cast<std::uint8_t*>(buffer));
+        position += count;
+        return static_cast<std::int64_t>(count);
+    }
+
+    std::int64_t write(const void* buffer, std::uint64_t size) {
+        const auto count = std::min(static_cast<std::size_t>(size), longestPiece);
+        const auto* begin = static_cast<const std::uint8_t*>(buffer);
+        bytes.insert(bytes.end(), begin, begin + count);
+        return static_cast<std::int64_t>(count);
+    }
+};
+
+Bytes saved(const clap_plugin_t* plugin, std::size_t longestPiece) {
+    Stream stream{longestPiece, {}};
+    require(clapState().save(plugin, &stream.out), "the state is saved");
+    return stream.bytes;
+}
+
+void loadIntoCLAP(fuzz::FuzzInput input) {
+    const std::size_t longestPiece = input.number<std::uint8_t>();
+    const auto document = input.rest();
+    const auto* plugin = CLAPPlugin::create(&host);
+    require(plugin->init(plugin), "an instance is made");
+    Stream stream{longestPiece, {document.begin(), document.end()}};
+    const auto before = saved(plugin, 256);
+    if (clapState().load(plugin, &stream.in)) {
+        require(PluginData::read(saved(plugin, longestPiece)) == PluginData::read(document),
+                "what was loaded is saved as the same");
+    } else {
+        require(saved(plugin, 256) == before, "what is refused changes nothing");
+    }
+    plugin->destroy(plugin);
+}
+
+/// What JUCE's wrapper does with a chunk: where it bears the mark, the length before the mark says how much
+/// of the wrapper's own lies before the length.
+void takeApartForVST3(const Bytes& chunk) {
+    constexpr std::string_view mark = "JUCEPrivateData";
+    constexpr std::size_t zeros = 8;
+    const std::string_view text(reinterpret_cast<const char*>(chunk.data()), chunk.size());
+    if (!isStateChunk(chunk) || chunk.size() < mark.size() + sizeof(std::uint64_t) || !text.ends_with(mark)) {
+        return;
+    }
+    const auto before = chunk.size() - mark.size() - sizeof(std::uint64_t);
+    std::uint64_t length = 0;
+    std::memcpy(&length, chunk.data() + before, sizeof(length));
+    require(length <= before && before - length >= zeros, "the wrapper stays inside of a chunk");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    loadIntoCLAP({data, size});
+    takeApartForVST3({data, data + size});
+    return 0;
+}
