@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "hosts/clap/CLAPTestHost.hpp"
+#include "persistence/PluginData.hpp"
+#include "simulation/Player.hpp"
+
+namespace quillo::test {
+
+namespace {
+
+/// The plug-in that was built, by its C entry. Rules come as state.
+class CLAPPlayer final : public Player {
+public:
+    CLAPPlayer() { host_.start(); }
+    ~CLAPPlayer() override { host_.stop(); }
+    CLAPPlayer(const CLAPPlayer&) = delete;
+    CLAPPlayer& operator=(const CLAPPlayer&) = delete;
+
+    void edit(const std::vector<Rule>& rules) override { host_.loadRules(rules); }
+    void send(const RuleOutputVariantsV2& /*message*/) override {}
+    bool setRate(double /*rate*/) override { return false; }
+    void restart() override {
+        host_.stop();
+        host_.start();
+    }
+    [[nodiscard]] Bytes save() override { return host_.save(); }
+    bool restore(const Bytes& document) override { return host_.load(document); }
+
+    Sent block(std::uint32_t frames, const std::vector<Incoming>& events,
+               std::optional<RoomLimit> /*room*/) override {
+        input_.clear();
+        for (const auto& event : events) {
+            take(event);
+        }
+        const auto start = host_.now;
+        static_cast<void>(host_.process(frames, input_));
+        Sent sent;
+        for (auto& message : host_.take()) {
+            sent.emplace_back(message.time - start, std::move(message.bytes));
+        }
+        return sent;
+    }
+
+    [[nodiscard]] std::optional<Counts> counts() override { return std::nullopt; }
+
+private:
+    void take(const Incoming& event) {
+        if (const auto* report = std::get_if<TransportReport>(&event.what)) {
+            input_.addTransport(event.offset, transportOf(*report));
+            return;
+        }
+        for (auto left = event.times; left > 0; --left) {
+            input_.addMIDI(event.offset, std::get<Bytes>(event.what));
+        }
+    }
+
+    static clap_event_transport_t transportOf(const TransportReport& report) {
+        constexpr std::uint32_t playing = CLAP_TRANSPORT_IS_PLAYING;
+        constexpr std::uint32_t recording = CLAP_TRANSPORT_IS_RECORDING;
+        const auto flags = (report.moves ? playing : 0U) | (report.records ? recording : 0U);
+        auto event = clapTransport(flags, static_cast<double>(report.position.value_or(0)));
+        if (!report.position) {
+            event.flags &= ~std::uint32_t{CLAP_TRANSPORT_HAS_SECONDS_TIMELINE};
+        }
+        return event;
+    }
+
+    CLAPTestHost host_;
+    CLAPEvents input_;
+};
+
+}  // namespace
+
+std::unique_ptr<Player> makeCLAPPlayer() {
+    return std::make_unique<CLAPPlayer>();
+}
+
+}  // namespace quillo::test

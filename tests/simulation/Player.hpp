@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+
+#include "simulation/SlowModel.hpp"
+
+namespace quillo::test {
+
+/// An instance behind a format, as its host and its user reach it.
+class Player {
+public:
+    Player() = default;
+    virtual ~Player() = default;
+    Player(const Player&) = delete;
+    Player& operator=(const Player&) = delete;
+
+    virtual void edit(const std::vector<Rule>& rules) = 0;
+    virtual void send(const RuleOutputVariantsV2& message) = 0;
+    /// False when it is rejected.
+    virtual bool setRate(double rate) = 0;
+    virtual void restart() = 0;
+    [[nodiscard]] virtual Bytes save() = 0;
+    /// False when the document is rejected.
+    virtual bool restore(const Bytes& document) = 0;
+
+    virtual Sent block(std::uint32_t frames, const std::vector<Incoming>& events,
+                       std::optional<RoomLimit> room) = 0;
+
+    /// Nothing where the format hides the engine.
+    [[nodiscard]] virtual std::optional<Counts> counts() = 0;
+    /// What the render side did that it must not; empty when nothing.
+    [[nodiscard]] virtual std::string violation() const { return {}; }
+};
+
+/// What of a scenario a format can carry.
+struct FormatLimits {
+    bool sendsByHand = true;
+    bool setsRate = false;        ///< while it lives
+    bool reportsInBlocks = true;  ///< the transport, and before the beginning
+    bool records = false;
+    bool limitsRoom = false;
+    bool takesGarbage = true;
+    std::vector<double> rates;
+};
+
+[[nodiscard]] FormatLimits limitsOf(Format format);
+
+/// The formats that were built.
+[[nodiscard]] std::vector<Format> formatsBuilt();
+
+/// A new instance, activated.
+[[nodiscard]] std::unique_ptr<Player> makePlayer(Format format, double rate);
+
+[[nodiscard]] std::unique_ptr<Player> makeLV2Player(double rate);
+[[nodiscard]] std::unique_ptr<Player> makeCLAPPlayer();
+[[nodiscard]] std::unique_ptr<Player> makeJackPlayer(double rate);
+
+}  // namespace quillo::test

@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
+
+#include "simulation/SessionPlayer.hpp"
+#include "support/TestHost.hpp"
+
+namespace quillo::test {
+
+namespace {
+
+/// As much room as a step gives.
+class LimitedOutput final : public HostOutput {
+public:
+    explicit LimitedOutput(std::optional<RoomLimit> limit) : limit_(limit) {}
+
+    Sent sent;
+
+    [[nodiscard]] Room roomFor(std::span<const std::uint8_t> bytes, const Waiting& waiting) const QUILLO_REALTIME override {
+        const auto cost = costOf(bytes.size());
+        if (!limit_ || used_ + waiting.messages * costOf(0) + waiting.bytes + cost <= limit_->bytes) {
+            return Room::enough;
+        }
+        return cost <= limit_->bytes ? Room::full : Room::never;
+    }
+    void write(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME override {
+        QUILLO_REALTIME_EXEMPT("a test has no deadline")
+        used_ += costOf(bytes.size());
+        sent.emplace_back(offset, copyOf(bytes));
+        QUILLO_REALTIME_EXEMPT_END
+    }
+
+private:
+    std::optional<RoomLimit> limit_;
+    std::size_t used_ = 0;
+};
+
+class RendererPlayer final : public SessionPlayer {
+public:
+    using SessionPlayer::SessionPlayer;
+
+    Sent block(std::uint32_t frames, const std::vector<Incoming>& events,
+               std::optional<RoomLimit> room) override {
+        LimitedOutput output(room);
+        auto& renderer = session_.renderer();
+        renderer.begin(frames, output);
+        for (const auto& event : events) {
+            for (auto left = event.times; left > 0; --left) {
+                take(renderer, event);
+            }
+        }
+        static_cast<void>(renderer.end());
+        return std::move(output.sent);
+    }
+
+private:
+    static void take(BlockRenderer& renderer, const Incoming& event) {
+        if (const auto* bytes = std::get_if<Bytes>(&event.what)) {
+            renderer.receive(event.offset, *bytes);
+            return;
+        }
+        const auto& report = std::get<TransportReport>(event.what);
+        const HostTransport::State state{.isMoving = report.moves, .isRecording = report.records};
+        if (report.position) {
+            renderer.reportTransport(event.offset, state, static_cast<double>(*report.position));
+        } else {
+            renderer.reportTransport(event.offset, state);
+        }
+    }
+};
+
+class UnitPlayer final : public Player {
+public:
+    explicit UnitPlayer(double rate) {
+        unit_->processor->sampleRate = static_cast<std::uint64_t>(rate);
+        unit_->logInput = WithoutDeadline([this](const EventLogEntry&) { ++counts_.heard; });
+        unit_->logOutput = WithoutDeadline([this](const EventLogEntry&) { ++counts_.told; });
+        unit_->MIDIOutputEventBlock =
+            WithoutDeadline([this](AUEventSampleTime time, std::uint8_t,
+                                   std::span<const std::uint8_t> bytes) { return send(time, bytes); });
+        unit_->transportStateBlock = [this](AUHostTransportStateFlags* flags, double* position, double*,
+                                            double*) {
+            *flags = flags_;
+            *position = position_;
+            return true;
+        };
+    }
+
+    void edit(const std::vector<Rule>& rules) override { unit_->processor->setRules(rules); }
+    void send(const RuleOutputVariantsV2& message) override { unit_->processor->send(message); }
+    bool setRate(double /*rate*/) override { return false; }
+    void restart() override {}
+    [[nodiscard]] Bytes save() override { return std::get<Data>(unit_->fullState()->at(stateKey)); }
+    bool restore(const Bytes& document) override {
+        unit_->setFullState(StateDictionary{{stateKey, document}});
+        return true;
+    }
+
+    Sent block(std::uint32_t frames, const std::vector<Incoming>& events,
+               std::optional<RoomLimit> room) override {
+        RenderEventList list(countOf(events));
+        for (const auto& event : events) {
+            take(event, list);
+        }
+        room_ = room;
+        used_ = 0;
+        static_cast<void>(render_(AudioTimeStamp{static_cast<double>(start_)}, frames, list.head()));
+        start_ += frames;
+        return std::exchange(sent_, {});
+    }
+
+    [[nodiscard]] std::optional<Counts> counts() override {
+        counts_.waiting = unit_->processor->pendingDelayedMessages();
+        counts_.nextDue = unit_->processor->nextDelayedMessage();
+        counts_.byHand = unit_->processor->pendingInstantMessages();
+        return counts_;
+    }
+
+private:
+    static std::size_t countOf(const std::vector<Incoming>& events) {
+        std::size_t count = 0;
+        for (const auto& event : events) {
+            count += event.times;
+        }
+        return count;
+    }
+
+    void take(const Incoming& event, RenderEventList& list) {
+        if (const auto* report = std::get_if<TransportReport>(&event.what)) {
+            flags_ = (report->moves ? AUHostTransportStateMoving : 0U) |
+                     (report->records ? AUHostTransportStateRecording : 0U);
+            position_ = static_cast<double>(report->position.value_or(static_cast<std::int64_t>(position_)));
+            return;
+        }
+        for (auto left = event.times; left > 0; --left) {
+            static_cast<void>(list.tryPushMIDI(start_ + event.offset, std::get<Bytes>(event.what)));
+        }
+    }
+
+    OSStatus send(SampleTime time, std::span<const std::uint8_t> bytes) {
+        const auto cost = costOf(bytes.size());
+        if (room_ && used_ + cost > room_->bytes) {
+            ++counts_.refused;
+            return kQuilloErr_OutputFull;
+        }
+        used_ += cost;
+        sent_.emplace_back(time - start_, copyOf(bytes));
+        return noErr;
+    }
+
+    std::shared_ptr<MIDIQuilloAUAudioUnit> unit_ = makeUnit();
+    AUInternalRenderBlock render_ = unit_->internalRenderBlock();
+    AUHostTransportStateFlags flags_ = 0;
+    double position_ = 0.0;
+    SampleTime start_ = 0;
+    std::optional<RoomLimit> room_;
+    std::size_t used_ = 0;
+    Sent sent_;
+    Counts counts_;
+};
+
+}  // namespace
+
+FormatLimits limitsOf(Format format) {
+    const std::vector anyRate{8000.0, 22050.0, 44100.0, 44100.7, 48000.0, 96000.0, 192000.0, 768000.0};
+    switch (format) {
+    case Format::renderer: return {.setsRate = true, .records = true, .limitsRoom = true, .rates = anyRate};
+    case Format::unit:
+        return {.reportsInBlocks = false,
+                .records = true,
+                .limitsRoom = true,
+                .takesGarbage = false,
+                .rates = anyRate};
+    case Format::lv2: return {.limitsRoom = true, .rates = anyRate};
+    case Format::clap:
+        return {.sendsByHand = false, .records = true, .takesGarbage = false, .rates = {48000.0}};
+    default: return {.setsRate = true, .reportsInBlocks = false, .takesGarbage = false, .rates = anyRate};
+    }
+}
+
+std::vector<Format> formatsBuilt() {
+    std::vector formats{Format::renderer, Format::unit};
+#ifdef QUILLO_SIMULATES_LV2
+    formats.push_back(Format::lv2);
+#endif
+#ifdef QUILLO_SIMULATES_CLAP
+    formats.push_back(Format::clap);
+#endif
+#ifdef QUILLO_SIMULATES_JACK
+    formats.push_back(Format::jack);
+#endif
+    return formats;
+}
+
+std::unique_ptr<Player> makePlayer(Format format, double rate) {
+    switch (format) {
+    case Format::renderer: return std::make_unique<RendererPlayer>(rate);
+    case Format::unit: return std::make_unique<UnitPlayer>(rate);
+#ifdef QUILLO_SIMULATES_LV2
+    case Format::lv2: return makeLV2Player(rate);
+#endif
+#ifdef QUILLO_SIMULATES_CLAP
+    case Format::clap: return makeCLAPPlayer();
+#endif
+#ifdef QUILLO_SIMULATES_JACK
+    case Format::jack: return makeJackPlayer(rate);
+#endif
+    default: return nullptr;
+    }
+}
+
+}  // namespace quillo::test

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "rules/Rule.hpp"
+#include "support/OutputRecorder.hpp"
+
+namespace quillo::test {
+
+/// What stands between a host and the rules.
+enum class Format : std::uint8_t { renderer, unit, lv2, clap, jack };
+
+[[nodiscard]] std::string nameOf(Format format);
+
+/// A report of the host's transport, in frames; without a position it goes on from the one that is known.
+struct TransportReport {
+    bool moves = false;
+    bool records = false;
+    std::optional<std::int64_t> position;
+};
+
+/// What comes in at one frame of a block: the same message so many times, or a report of the transport.
+struct Incoming {
+    std::uint32_t offset = 0;
+    std::variant<Bytes, TransportReport> what;
+    std::uint32_t times = 1;
+};
+
+/// How much the host takes in one block; a message costs what `costOf` says.
+struct RoomLimit {
+    std::size_t bytes = 0;
+};
+
+/// A block, and as many more of the same length without events as make up `count`.
+struct BlockStep {
+    std::uint32_t frames = 0;
+    std::uint32_t count = 1;
+    std::vector<Incoming> events;
+    std::optional<RoomLimit> room;
+};
+
+struct EditStep {
+    std::vector<Rule> rules;
+};
+struct SendStep {
+    RuleOutputVariantsV2 message;
+};
+/// An invalid rate is rejected.
+struct RateStep {
+    double rate = 0.0;
+};
+/// Keeps the state as a document.
+struct SaveStep {};
+/// Restores what was kept last, here.
+struct RestoreStep {};
+/// Restores a document that ends too early: the unit has no rules then, and everywhere else nothing happens.
+struct DamagedStep {};
+/// Saves, and goes on with another instance, in which the state was restored.
+struct MoveStep {};
+/// Deactivates and activates.
+struct RestartStep {};
+
+using Step = std::variant<BlockStep, EditStep, SendStep, RateStep, SaveStep, RestoreStep, DamagedStep,
+                          MoveStep, RestartStep>;
+
+/// What a host, its user and its player do to an instance, one step after the other.
+struct Scenario {
+    Format format = Format::renderer;
+    double rate = 48000.0;
+    std::vector<Step> steps;
+};
+
+/// Of a message in the host's output.
+[[nodiscard]] std::size_t costOf(std::size_t bytes);
+
+/// A line for each step and rule.
+[[nodiscard]] std::string describe(const Scenario& scenario);
+
+}  // namespace quillo::test

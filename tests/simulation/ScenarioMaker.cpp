@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "simulation/ScenarioMaker.hpp"
+
+#include <algorithm>
+#include <array>
+#include <random>
+
+#include "midi/MessageLength.hpp"
+#include "simulation/Player.hpp"
+#include "support/RandomRules.hpp"
+
+namespace quillo::test {
+
+namespace {
+
+/// How long the blocks of a host are.
+enum class Lengths : std::uint8_t { one, fixed, random, extreme };
+
+class Maker {
+public:
+    explicit Maker(std::uint64_t seed) : random_(seed), rules_(static_cast<unsigned>(random_())) {}
+
+    Scenario make() {
+        scenario_.format = oneOf(formatsBuilt());
+        limits_ = limitsOf(scenario_.format);
+        scenario_.rate = oneOf(limits_.rates);
+        lengths_ = static_cast<Lengths>(below(4));
+        fixedLength_ = 1U << below(14);
+        density_ = 1 + below(12);
+        add(EditStep{rules()});
+        for (auto left = 4 + below(40); left > 0; --left) {
+            addStep();
+        }
+        return std::move(scenario_);
+    }
+
+private:
+    std::uint32_t below(std::uint64_t limit) { return static_cast<std::uint32_t>(random_() % limit); }
+    bool chance(std::uint32_t oneIn) { return below(oneIn) == 0; }
+
+    template <class Values>
+    Values::value_type oneOf(const Values& values) {
+        return values[below(values.size())];
+    }
+
+    void add(Step step) { scenario_.steps.push_back(std::move(step)); }
+
+    void addStep() {
+        switch (below(24)) {
+        case 0: add(EditStep{rules()}); break;
+        case 1: addSend(); break;
+        case 2: addRate(); break;
+        case 3: add(SaveStep{}); break;
+        case 4: addRestored(); break;
+        case 5: addMove(); break;
+        case 6: addRestart(); break;
+        case 7: addFlood(); break;
+        case 8:
+        case 9: addSilence(); break;
+        default: addBlock(); break;
+        }
+    }
+
+    void addSend() {
+        if (limits_.sendsByHand) {
+            add(SendStep{oneOf(std::vector{noteOn(1, 60, 100), programChange(channel(2), 1, byte(3)),
+                                           systemExclusive({1, 2, 3})})});
+        }
+    }
+
+    void addRate() {
+        if (limits_.setsRate) {
+            add(RateStep{chance(4) ? oneOf(std::array{0.0, -48000.0, 0.5, 2e9}) : oneOf(limits_.rates)});
+        }
+    }
+
+    void addRestored() {
+        if (chance(3)) {
+            add(DamagedStep{});
+        } else {
+            add(RestoreStep{});
+        }
+    }
+
+    void addMove() {
+        add(MoveStep{});
+        position_ = 0;
+        moves_ = false;
+    }
+
+    void addRestart() { add(RestartStep{}); }
+
+    /// Notes without end, each with an output that waits.
+    void addFlood() {
+        if (!chance(6)) {
+            return addBlock();
+        }
+        const std::int64_t delay = 1 + below(2000);
+        add(EditStep{{rule(onNoteOn(any, any, oneOf(policies)), send(noteOn(2, 61, 5), delay))}});
+        for (auto left = 2 + below(24); left > 0; --left) {
+            const auto note = static_cast<std::uint8_t>(below(128));
+            add(BlockStep{length(), 1, {{0, Bytes{0x90, note, 1}, 500}}, std::nullopt});
+        }
+    }
+
+    /// Up to some hours.
+    void addSilence() {
+        const auto frames = chance(4) ? length() : 8192U;
+        const auto most =
+            scenario_.format == Format::renderer || scenario_.format == Format::unit ? 40000U : 2000U;
+        add(BlockStep{frames, 1 + below(chance(4) ? most : 100), {}, std::nullopt});
+        pass(frames * std::get<BlockStep>(scenario_.steps.back()).count);
+    }
+
+    void addBlock() {
+        BlockStep step{length(), 1, {}, std::nullopt};
+        auto left = chance(3) ? 0U : below(density_);
+        if (!limits_.reportsInBlocks && chance(4)) {
+            step.events.push_back({0, report(0), 1});
+        }
+        for (std::uint32_t offset = 0; left > 0; --left) {
+            offset = nextOffset(offset, step.frames);
+            step.events.push_back({offset, what(offset), 1});
+        }
+        if (limits_.limitsRoom && chance(5)) {
+            step.room = RoomLimit{below(160)};
+        }
+        pass(step.frames);
+        add(std::move(step));
+    }
+
+    std::uint32_t nextOffset(std::uint32_t offset, std::uint32_t frames) {
+        const bool strict = scenario_.format == Format::unit || scenario_.format == Format::clap;
+        if (!strict && chance(20)) {
+            return below(2 * std::uint64_t{frames} + 2);
+        }
+        const auto room = frames > offset ? frames - offset : 1U;
+        return chance(3) ? offset : offset + below(room);
+    }
+
+    std::variant<Bytes, TransportReport> what(std::uint32_t offset) {
+        if (limits_.reportsInBlocks && chance(4)) {
+            return report(offset);
+        }
+        return message();
+    }
+
+    TransportReport report(std::uint32_t offset) {
+        const bool before = moves_;
+        if (chance(2)) {
+            moves_ = !moves_;
+        }
+        TransportReport report{moves_, limits_.records && chance(4), std::nullopt};
+        const auto expected = position_ + (before ? std::int64_t{offset} : 0);
+        switch (below(limits_.reportsInBlocks && scenario_.format != Format::clap ? 4 : 3)) {
+        case 0: report.position = expected; break;
+        case 1: report.position = 0; break;
+        case 2: report.position = 5000 * std::int64_t{below(1000)}; break;
+        default: break;
+        }
+        if (limits_.reportsInBlocks && report.position && chance(8)) {
+            report.position = -1000 * std::int64_t{below(100)};
+        }
+        position_ = report.position.value_or(expected) - (moves_ ? std::int64_t{offset} : 0);
+        return report;
+    }
+
+    void pass(std::uint64_t frames) { position_ += moves_ ? static_cast<std::int64_t>(frames) : 0; }
+
+    Bytes message() {
+        if (scenario_.format != Format::unit && chance(20)) {
+            return {0xF0, 1, 2, 0xF7};
+        }
+        const auto trigger = rules_.message();
+        Bytes bytes{trigger.status, trigger.data1, trigger.data2};
+        if (limits_.takesGarbage && chance(10)) {
+            bytes.resize(below(4));
+            return bytes;
+        }
+        bytes.resize(messageLength(bytes[0]));
+        std::for_each(bytes.begin() + 1, bytes.end(), [](auto& byte) { byte &= 0x7F; });
+        return bytes;
+    }
+
+    std::vector<Rule> rules() {
+        auto list = rules_.list();
+        for (auto& rule : list) {
+            if (rule.output.delay.ms > 0) {
+                rule.output.delay.ms *= oneOf(std::array{0, 1, 1, 1, 7, 1800});
+            }
+        }
+        return list;
+    }
+
+    std::uint32_t length() {
+        switch (lengths_) {
+        case Lengths::one: return 1 + below(4);
+        case Lengths::fixed: return fixedLength_;
+        case Lengths::random: return 1 + below(4096);
+        default: return oneOf(std::array{0U, 1U, 8192U, 64U});
+        }
+    }
+
+    std::mt19937_64 random_;
+    RandomRules rules_;
+    Scenario scenario_;
+    FormatLimits limits_;
+    Lengths lengths_ = Lengths::fixed;
+    std::uint32_t fixedLength_ = 64;
+    std::uint32_t density_ = 1;
+    bool moves_ = false;
+    std::int64_t position_ = 0;
+};
+
+}  // namespace
+
+Scenario makeScenario(std::uint64_t seed) {
+    return Maker(seed).make();
+}
+
+}  // namespace quillo::test

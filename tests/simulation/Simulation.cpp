@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "simulation/Simulation.hpp"
+
+#include <gtest/gtest-spi.h>
+
+#include <algorithm>
+#include <cmath>
+#include <sstream>
+
+#include "persistence/PluginData.hpp"
+#include "platform/HexText.hpp"
+#include "simulation/Player.hpp"
+
+namespace quillo::test {
+
+namespace {
+
+class Simulation {
+public:
+    explicit Simulation(const Scenario& scenario)
+        : format_(scenario.format),
+          rate_(scenario.rate),
+          player_(makePlayer(format_, rate_)),
+          model_(format_, rate_),
+          saved_(player_->save()) {}
+
+    /// One line about the first difference.
+    std::optional<std::string> failure;
+    double seconds = 0.0;
+
+    void operator()(const BlockStep& step) {
+        for (std::uint32_t i = 0; i < step.count && !failure; ++i) {
+            block(step.frames, i == 0 ? step.events : nothing_,
+                  i == 0 && step.room ? step.room : usualRoom());
+        }
+    }
+    void operator()(const EditStep& step) {
+        player_->edit(step.rules);
+        model_.edit(step.rules);
+    }
+    void operator()(const SendStep& step) {
+        player_->send(step.message);
+        model_.send(step.message);
+    }
+    void operator()(const RateStep& step) {
+        const bool valid = step.rate >= 1.0 && step.rate <= 1e9;
+        expect(player_->setRate(step.rate) == valid, "a rate is taken that is none, or the other way round");
+        if (valid) {
+            rate_ = step.rate;
+            model_.setRate(rate_);
+        }
+    }
+    void operator()(const SaveStep& /*step*/) {
+        saved_ = player_->save();
+        savedRules_ = model_.rules();
+        expect(PluginData::read(saved_).rules == savedRules_, "the saved rules are others");
+    }
+    void operator()(const RestoreStep& /*step*/) {
+        expect(player_->restore(saved_), "the saved state is rejected");
+        model_.edit(savedRules_);
+    }
+    void operator()(const DamagedStep& /*step*/) {
+        auto damaged = saved_;
+        damaged.pop_back();
+        const bool taken = player_->restore(damaged);
+        expect(taken == (format_ == Format::unit), "a damaged state is taken");
+        if (taken) {
+            model_.edit({});
+        }
+    }
+    void operator()(const MoveStep& /*step*/) {
+        const auto document = player_->save();
+        player_ = makePlayer(format_, rate_);
+        expect(player_->restore(document), "the saved state is rejected elsewhere");
+        auto rules = model_.rules();
+        model_ = SlowModel(format_, rate_);
+        model_.edit(std::move(rules));
+    }
+    void operator()(const RestartStep& /*step*/) {
+        player_->restart();
+        model_.restart();
+    }
+
+private:
+    /// An LV2 buffer always has an end.
+    [[nodiscard]] std::optional<RoomLimit> usualRoom() const {
+        return format_ == Format::lv2 ? std::optional(RoomLimit{8192}) : std::nullopt;
+    }
+
+    void block(std::uint32_t frames, const std::vector<Incoming>& events, std::optional<RoomLimit> room) {
+        const auto expected = model_.block(frames, events, room);
+        const auto sent = player_->block(frames, events, room);
+        seconds += frames / rate_;
+        compare(expected, sent);
+        expect(model_.addsUp(), "the model has lost a message");
+        if (const auto counts = player_->counts()) {
+            compare(model_.counts(), *counts);
+        }
+        const auto violation = player_->violation();
+        expect(violation.empty(), violation);
+    }
+
+    void compare(const Sent& expected, const Sent& sent) {
+        if (expected == sent) {
+            return;
+        }
+        const auto [should, is] = std::ranges::mismatch(expected, sent);
+        expect(false, "message " + std::to_string(should - expected.begin() + 1) +
+                          " of the block should be " + (should == expected.end() ? "none" : words(*should)) +
+                          " and is " + (is == sent.end() ? "none" : words(*is)));
+    }
+
+    void compare(const Counts& expected, const Counts& counts) {
+        if (expected == counts) {
+            return;
+        }
+        expect(false, "the counts should be " + words(expected) + " and are " + words(counts));
+    }
+
+    static std::string words(const Sent::value_type& message) {
+        return "[" + std::to_string(message.first) + "] " + hexText(message.second, HexCase::upper);
+    }
+
+    static std::string words(const Counts& counts) {
+        std::ostringstream out;
+        out << counts.waiting << " waiting (next " << counts.nextDue.value_or(-1) << "), " << counts.byHand
+            << " by hand, " << counts.refused << " refused, " << counts.leftOut << " left out, "
+            << counts.heard << " heard, " << counts.told << " told";
+        return out.str();
+    }
+
+    void expect(bool holds, const std::string& what) {
+        if (!holds && !failure) {
+            failure = what;
+        }
+    }
+
+    const std::vector<Incoming> nothing_;
+    Format format_;
+    double rate_;
+    std::unique_ptr<Player> player_;
+    SlowModel model_;
+    Bytes saved_;
+    std::vector<Rule> savedRules_;
+};
+
+}  // namespace
+
+Outcome simulate(const Scenario& scenario) {
+    testing::TestPartResultArray hostFailures;
+    const testing::ScopedFakeTestPartResultReporter reporter(
+        testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &hostFailures);
+    Simulation simulation(scenario);
+    for (std::size_t i = 0; i < scenario.steps.size(); ++i) {
+        std::visit(simulation, scenario.steps[i]);
+        if (!simulation.failure && hostFailures.size() > 0) {
+            simulation.failure = std::string("the host: ") + hostFailures.GetTestPartResult(0).message();
+        }
+        if (simulation.failure) {
+            return {"step " + std::to_string(i + 1) + ": " + *simulation.failure, simulation.seconds};
+        }
+    }
+    return {std::nullopt, simulation.seconds};
+}
+
+}  // namespace quillo::test

@@ -1,0 +1,298 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "simulation/SlowModel.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+
+namespace quillo::test {
+
+namespace {
+
+using Trigger = HostTransportTriggerVariantsV2;
+
+constexpr std::size_t mostWaiting = 10000;
+constexpr std::size_t mostInABlock = 16384;
+
+std::uint8_t byteAt(const Bytes& bytes, std::size_t index) {
+    return index < bytes.size() ? bytes[index] : std::uint8_t{0};
+}
+
+std::uint8_t valueOf(const GenericByteV2& byte, const Bytes& trigger, std::size_t index) {
+    const auto* value = byte.getIf<GenericByteV2::Value>();
+    return value != nullptr ? value->value : byteAt(trigger, index);
+}
+
+std::uint8_t onChannel(unsigned status, const RuleOutputChannelV2& channel, const Bytes& trigger) {
+    const auto* value = channel.getIf<RuleOutputChannelV2::Value>();
+    return static_cast<std::uint8_t>(status | (value != nullptr ? value->value : byteAt(trigger, 0) & 0x0FU));
+}
+
+std::uint8_t statusOf(const StatusByteV2& status, const Bytes& trigger) {
+    constexpr std::array<std::uint8_t, 6> nibbles{0x90, 0x80, 0xB0, 0xC0, 0xD0, 0xE0};
+    if (const auto* plain = status.getIf<StatusByteV2::JustStatus>()) {
+        return nibbles[static_cast<std::size_t>(plain->status)];
+    }
+    const auto& with = *status.getIf<StatusByteV2::WithChannel>();
+    return onChannel(nibbles[static_cast<std::size_t>(with.status)], with.channel, trigger);
+}
+
+/// What an output sends when this message triggers it.
+std::vector<Bytes> messagesOf(const RuleOutputVariantsV2& output, const Bytes& trigger) {
+    using Output = RuleOutputVariantsV2;
+    if (const auto* protocol = output.getIf<Output::Protocol>()) {
+        Bytes bytes{statusOf(protocol->status, trigger), valueOf(protocol->byte1, trigger, 1)};
+        if (protocol->byte2) {
+            bytes.push_back(valueOf(*protocol->byte2, trigger, 2));
+        }
+        return {bytes};
+    }
+    if (const auto* change = output.getIf<Output::ProgramChange>()) {
+        return {{onChannel(0xB0, change->channel, trigger), 0, change->bank},
+                {onChannel(0xC0, change->channel, trigger), valueOf(change->program, trigger, 1)}};
+    }
+    Bytes framed = output.getIf<Output::SystemExclusive>()->body;
+    framed.insert(framed.begin(), 0xF0);
+    framed.push_back(0xF7);
+    return {framed};
+}
+
+/// Whether it is one whole message, and not system exclusive.
+bool isMessage(const Bytes& bytes) {
+    if (bytes.empty() || bytes[0] < 0x80 || bytes[0] == 0xF0) {
+        return false;
+    }
+    constexpr std::array<std::size_t, 8> voice{3, 3, 3, 3, 2, 2, 3, 0};
+    constexpr std::array<std::size_t, 16> system{0, 2, 3, 2, 0, 0, 1, 0, 1, 0, 1, 1, 1, 0, 1, 1};
+    const auto length = bytes[0] < 0xF0 ? voice[(bytes[0] >> 4U) - 8U] : system[bytes[0] & 0x0FU];
+    return bytes.size() == length &&
+           std::all_of(bytes.begin() + 1, bytes.end(), [](auto byte) { return byte < 0x80; });
+}
+
+}  // namespace
+
+void SlowModel::send(const RuleOutputVariantsV2& message) {
+    for (auto& bytes : messagesOf(message, {})) {
+        byHand_.push_back(std::move(bytes));
+        ++born_;
+    }
+}
+
+Sent SlowModel::block(std::uint32_t frames, const std::vector<Incoming>& events,
+                      std::optional<RoomLimit> room) {
+    frames_ = frames;
+    room_ = room;
+    begin();
+    if (format_ == Format::unit) {
+        ask(events);
+    }
+    for (const auto& event : events) {
+        come(event);
+    }
+    if (format_ != Format::unit) {
+        judgeTransport();
+        transport_.position += transport_.moves ? frames_ - offset_ : 0;
+        std::ranges::stable_sort(sent_, {}, &Sent::value_type::first);
+    }
+    start_ += frames_;
+    return std::move(sent_);
+}
+
+/// What leaves by itself.
+void SlowModel::begin() {
+    sent_.clear();
+    later_.clear();
+    offset_ = 0;
+    kept_ = 0;
+    used_ = 0;
+    failed_ = false;
+    if (!std::exchange(loaded_, true)) {
+        for (const auto& rule : rules_) {
+            failed_ = failed_ || (rule.trigger.is<RuleTriggerV2::OnLoad>() && !schedule(rule, {}));
+        }
+    }
+    if (!failed_) {
+        failed_ = !leave(start_, std::exchange(byHand_, {}));
+    }
+    const auto end = start_ + (format_ == Format::unit ? frames_ : std::max<std::int64_t>(frames_, 1));
+    while (!failed_ && !waiting_.empty() && waiting_.begin()->first < end) {
+        const auto [time, messages] = *waiting_.begin();
+        waiting_.erase(waiting_.begin());
+        failed_ = !leave(time, messages);
+    }
+}
+
+void SlowModel::come(const Incoming& event) {
+    for (auto left = event.times; left > 0; --left) {
+        if (format_ == Format::unit) {
+            offset_ = event.offset;
+        } else {
+            goTo(event.offset);
+        }
+        if (const auto* bytes = std::get_if<Bytes>(&event.what)) {
+            judgeTransport();
+            hear(*bytes);
+        } else if (format_ != Format::unit) {
+            report(std::get<TransportReport>(event.what));
+        }
+    }
+}
+
+void SlowModel::goTo(std::uint32_t offset) {
+    const auto reached = std::min<std::int64_t>(offset, std::max<std::int64_t>(frames_, 1) - 1);
+    if (reached <= offset_) {
+        return;
+    }
+    judgeTransport();
+    transport_.position += transport_.moves ? reached - offset_ : 0;
+    offset_ = reached;
+    later_.erase(later_.begin(), later_.upper_bound(reached));
+    kept_ = later_.empty() ? 0 : kept_;
+}
+
+void SlowModel::report(const TransportReport& report) {
+    auto& now = transport_;
+    if (!now.isReported) {
+        now.moved = now.moves;
+        now.recorded = now.records;
+        now.expected = now.position;
+        now.wasKnown = now.isKnown;
+        now.jumped = false;
+        now.isReported = true;
+    }
+    now.moves = report.moves;
+    now.records = report.records;
+    if (report.position) {
+        now.jumped = now.wasKnown && std::abs(*report.position - now.expected) > tolerance_;
+        now.position = *report.position;
+        now.isKnown = true;
+    }
+}
+
+/// The unit asks for the transport at the start of a block.
+void SlowModel::ask(const std::vector<Incoming>& events) {
+    for (const auto& event : events) {
+        if (const auto* told = std::get_if<TransportReport>(&event.what)) {
+            transport_.moves = told->moves;
+            transport_.records = told->records;
+            transport_.position = told->position.value_or(transport_.position);
+        }
+    }
+    if (failed_) {
+        return;
+    }
+    const std::pair now(transport_.moves, transport_.records);
+    if (std::exchange(asked_, now) != now) {
+        fireTransport();
+    }
+}
+
+void SlowModel::judgeTransport() {
+    auto& now = transport_;
+    if (!std::exchange(now.isReported, false)) {
+        return;
+    }
+    if (now.moves != now.moved || now.records != now.recorded || (now.jumped && now.moves)) {
+        fireTransport();
+    }
+}
+
+void SlowModel::fireTransport() {
+    if (failed_) {
+        return;
+    }
+    const auto rolling = transport_.position > 0 ? Trigger::Continue : Trigger::Start;
+    ++heard_;
+    failed_ = !fireAll(runReference(rules_, transport_.moves ? rolling : Trigger::Stop), {});
+}
+
+void SlowModel::hear(const Bytes& bytes) {
+    if (failed_ || !isMessage(bytes)) {
+        return;
+    }
+    ++heard_;
+    const auto outcome = runReference(rules_, TriggerBytes{bytes[0], byteAt(bytes, 1), byteAt(bytes, 2)});
+    failed_ = !fireAll(outcome, bytes);
+    if (!failed_ && !outcome.consumer) {
+        ++born_;
+        failed_ = !leave(start_ + offset_, {bytes});
+    }
+}
+
+bool SlowModel::fireAll(const ChainOutcome& outcome, const Bytes& bytes) {
+    return std::ranges::all_of(outcome.fired, [&](auto index) { return schedule(rules_[index], bytes); });
+}
+
+bool SlowModel::schedule(const Rule& rule, const Bytes& trigger) {
+    const auto delay = static_cast<std::uint64_t>(rule.output.delay.ms) * rate_ / 1000;
+    const auto due = start_ + offset_ + static_cast<std::int64_t>(delay);
+    const auto end = start_ + (format_ == Format::unit ? frames_ : std::max<std::int64_t>(frames_, 1));
+    auto messages = messagesOf(rule.output.message, trigger);
+    born_ += messages.size();
+    if (due < end) {
+        return leave(due, messages);
+    }
+    keep(due, std::move(messages));
+    return true;
+}
+
+/// Where there is no room, what is due first makes some.
+void SlowModel::keep(std::int64_t due, Messages messages) {
+    if (waiting_.size() == mostWaiting) {
+        pushedOut_ += waiting_.begin()->second.size();
+        waiting_.erase(waiting_.begin());
+    }
+    waiting_.emplace(due, std::move(messages));
+}
+
+bool SlowModel::leave(std::int64_t time, const Messages& messages) {
+    for (std::size_t i = 0; i < messages.size(); ++i) {
+        if (!leaveOne(time, messages[i])) {
+            cutOff_ += messages.size() - i - 1;
+            return false;
+        }
+    }
+    return true;
+}
+
+bool SlowModel::leaveOne(std::int64_t time, const Bytes& bytes) {
+    const auto last = std::max<std::int64_t>(frames_, 1) - 1;
+    const auto offset =
+        format_ == Format::unit ? time - start_ : std::clamp<std::int64_t>(time - start_, 0, last);
+    const auto cost = costOf(bytes.size());
+    const bool isKept = !leavesLater(offset) || kept_ < mostInABlock;
+    if (isKept && (!room_ || used_ + cost <= room_->bytes)) {
+        used_ += cost;
+        ++told_;
+        sent_.emplace_back(offset, bytes);
+        if (leavesLater(offset)) {
+            ++kept_;
+            later_.insert(offset);
+        }
+        return true;
+    }
+    const bool isTooLong = isKept && cost > room_->bytes;
+    const bool isLeftOut = format_ != Format::unit && isTooLong && bytes[0] == 0xF0;
+    ++(isLeftOut ? leftOut_ : refused_);
+    return isLeftOut;
+}
+
+/// Whether it waits for its frame in the block. What is due leaves at once.
+bool SlowModel::leavesLater(std::int64_t offset) const {
+    return format_ != Format::unit && offset > offset_;
+}
+
+Counts SlowModel::counts() const {
+    const auto next = waiting_.empty() ? std::nullopt : std::optional(waiting_.begin()->first);
+    return {waiting_.size(), next, byHand_.size(), refused_, leftOut_, heard_, told_};
+}
+
+bool SlowModel::addsUp() const {
+    std::uint64_t there = byHand_.size() + told_ + refused_ + leftOut_ + pushedOut_ + cutOff_;
+    for (const auto& [time, messages] : waiting_) {
+        there += messages.size();
+    }
+    return there == born_;
+}
+
+}  // namespace quillo::test

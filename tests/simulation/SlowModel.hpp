@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <utility>
+#include <vector>
+
+#include "simulation/Scenario.hpp"
+#include "support/ReferenceEngine.hpp"
+
+namespace quillo::test {
+
+/// What is counted on both sides.
+struct Counts {
+    std::size_t waiting = 0;              ///< delayed outputs
+    std::optional<std::int64_t> nextDue;  ///< of the first of them
+    std::size_t byHand = 0;               ///< messages sent by hand that wait
+    std::uint64_t refused = 0;
+    std::uint64_t leftOut = 0;
+    std::uint64_t heard = 0;  ///< events that the rules saw
+    std::uint64_t told = 0;   ///< messages that left
+
+    bool operator==(const Counts&) const = default;
+};
+
+/// What leaves in one block, with its frame in the block.
+using Sent = std::vector<std::pair<std::int64_t, Bytes>>;
+
+/// The meaning of everything written down as plainly as possible: a list that is walked rule by rule, and a
+/// sorted map of what waits. It shares the stored rules with the engine, and nothing else.
+class SlowModel {
+public:
+    SlowModel(Format format, double rate)
+        : format_(format),
+          rate_(static_cast<std::uint64_t>(rate)),
+          tolerance_(format == Format::clap  ? 96
+                     : format == Format::lv2 ? 1
+                                             : 0) {
+        transport_.isKnown = format_ != Format::lv2 && format_ != Format::clap;
+    }
+
+    void edit(std::vector<Rule> rules) { rules_ = std::move(rules); }
+    [[nodiscard]] const std::vector<Rule>& rules() const { return rules_; }
+    void send(const RuleOutputVariantsV2& message);
+    void setRate(double rate) { rate_ = static_cast<std::uint64_t>(rate); }
+    /// Frames may have passed in between. A server's clock goes on, and the unit does not ask for jumps.
+    void restart() { transport_.isKnown = format_ == Format::jack; }
+
+    /// What leaves in this block.
+    Sent block(std::uint32_t frames, const std::vector<Incoming>& events, std::optional<RoomLimit> room);
+
+    [[nodiscard]] Counts counts() const;
+
+    /// Every message that a rule sent is where it must be: gone out, waiting, pushed out by others, refused.
+    [[nodiscard]] bool addsUp() const;
+
+private:
+    using Messages = std::vector<Bytes>;
+
+    /// The transport as the host reports it.
+    struct Transport {
+        bool moves = false;
+        bool records = false;
+        std::int64_t position = 0;
+        bool isKnown = true;
+        // While a report has not been judged: what was before the first one.
+        bool isReported = false;
+        bool moved = false;
+        bool recorded = false;
+        std::int64_t expected = 0;
+        bool wasKnown = true;
+        bool jumped = false;
+    };
+
+    void begin();
+    void come(const Incoming& event);
+    void goTo(std::uint32_t offset);
+    void report(const TransportReport& report);
+    void ask(const std::vector<Incoming>& events);
+    void judgeTransport();
+    void fireTransport();
+    void hear(const Bytes& bytes);
+    bool fireAll(const ChainOutcome& outcome, const Bytes& bytes);
+    bool schedule(const Rule& rule, const Bytes& trigger);
+    void keep(std::int64_t due, Messages messages);
+    bool leave(std::int64_t time, const Messages& messages);
+    bool leaveOne(std::int64_t time, const Bytes& bytes);
+    [[nodiscard]] bool leavesLater(std::int64_t offset) const;
+
+    Format format_;
+    std::uint64_t rate_;
+    std::int64_t tolerance_;  ///< within which a position is no jump, in frames
+    std::vector<Rule> rules_;
+    std::multimap<std::int64_t, Messages> waiting_;
+    Messages byHand_;
+    bool loaded_ = false;
+    Transport transport_;
+    std::pair<bool, bool> asked_;  ///< what the unit was answered last
+    std::int64_t start_ = 0;       ///< of the block
+
+    // Of the block.
+    std::int64_t frames_ = 0;
+    std::int64_t offset_ = 0;
+    bool failed_ = false;
+    std::optional<RoomLimit> room_;
+    std::size_t used_ = 0;
+    std::multiset<std::int64_t> later_;  ///< the frames of what leaves later in the block
+    std::size_t kept_ = 0;               ///< for later, since nothing was
+    Sent sent_;
+
+    // Messages, in all.
+    std::uint64_t born_ = 0;  ///< fired by rules, forwarded or sent by hand
+    std::uint64_t pushedOut_ = 0;
+    std::uint64_t cutOff_ = 0;  ///< behind one that was refused
+    std::uint64_t refused_ = 0;
+    std::uint64_t leftOut_ = 0;
+    std::uint64_t heard_ = 0;
+    std::uint64_t told_ = 0;
+};
+
+}  // namespace quillo::test
