@@ -106,7 +106,7 @@ std::string problemInWords(const DecodingError& error, std::span<const std::uint
     if (const auto field = fieldAt(withMissingKey(place->inRule, error.problem())); !field.empty()) {
         words.append(", ").append(field);
     }
-    return words + ": " + problem + (problem.ends_with('.') ? "" : ".");
+    return words + ": " + problem + ".";
 }
 
 bool isAboutRule(const DecodingError& error) {

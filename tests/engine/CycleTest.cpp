@@ -96,6 +96,20 @@ TEST_F(CycleTest, IsEndedByTheFirstStatusOfItsOwnSteps) {
     EXPECT_EQ(processor.pendingInstantMessages(), 1U);
 }
 
+TEST_F(CycleTest, IsEndedWhenWhatWasSentByHandIsRefused) {
+    processor.setRules({rule(onLoad(), send(noteOn(0, 1, 1), 5))});
+    EXPECT_EQ(Cycle(processor, output, 0, 5).status(), noErr);
+    processor.send(noteOn(0, 2, 2));
+    recorder.take();
+    recorder.acceptedBeforeFailure = 0;
+    {
+        Cycle cycle(processor, output, 5, 100);
+        EXPECT_EQ(cycle.status(), -1);
+    }
+    EXPECT_EQ(processor.pendingInstantMessages(), 0U);
+    EXPECT_EQ(processor.pendingDelayedMessages(), 1U);
+}
+
 TEST_F(CycleTest, KeepsItsRulesUntilItEnds) {
     std::atomic<bool> installed = false;
     std::optional<WatchedThread> installer;

@@ -38,6 +38,17 @@ TEST(EventLogEntry, ALongSystemExclusiveMessageIsShownWhole) {
     EXPECT_EQ(line.substr(line.size() - 5), "41 41");
 }
 
+TEST(EventLogEntry, HoldsAMessageOrATransportChangeAndNotBoth) {
+    const EventLogEntryVariants message = MIDI{{0xF8}};
+    ASSERT_NE(message.midi(), nullptr);
+    EXPECT_EQ(message.midi()->message, MIDIMessage{0xF8});
+    EXPECT_EQ(message.host(), nullptr);
+    const EventLogEntryVariants change = Host{Transport::Stop};
+    ASSERT_NE(change.host(), nullptr);
+    EXPECT_EQ(change.host()->trigger, Transport::Stop);
+    EXPECT_EQ(change.midi(), nullptr);
+}
+
 TEST(EventLogEntry, IsEqualWhenStampKindAndContentAre) {
     const EventLogEntry entry{5, MIDI{{0x90, 1, 2}}};
     EXPECT_EQ(entry, (EventLogEntry{5, MIDI{{0x90, 1, 2}}}));

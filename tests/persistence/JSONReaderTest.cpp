@@ -295,6 +295,11 @@ TEST(JSONReader, NamesTheElementOfAList) {
               "[1].EatMatching: expected an object, found 1");
 }
 
+TEST(JSONReader, TakesNothingButATextForAText) {
+    EXPECT_EQ(errorOf<std::string>("5"), "expected a string, found 5");
+    EXPECT_EQ(errorOf<std::vector<std::string>>(R"(["5",null])"), "[1]: expected a string, found null");
+}
+
 TEST(JSONReader, StartsAnErrorAtTheNameThatItIsGiven) {
     const auto value = parseJSON(documents::bytesOf("[{}]"));
     try {

@@ -100,6 +100,11 @@ TEST(ProblemInWords, KeepsTheDecodersOwnTextBehindRuleAndField) {
         "\"ProgramChange\" or \"SystemExclusive\".");
 }
 
+TEST(ProblemInWords, NamesWhatTheWholeRuleLacks) {
+    EXPECT_EQ(wordsFor(R"({"rules":[{"name":"Echo","trigger":{"OnLoad":{}}}]})"),
+              R"(Rule 1 "Echo", message: missing key "output".)");
+}
+
 TEST(ProblemInWords, GivesTheNumberAloneWhereThereIsNoName) {
     EXPECT_EQ(wordsFor(R"({"rules":[5]})"), "Rule 1: expected an object, found 5.");
     EXPECT_EQ(wordsFor(R"({"rules":[{"name":5,"output":{}}]})").substr(0, 16), "Rule 1, message:");
