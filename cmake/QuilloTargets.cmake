@@ -26,12 +26,21 @@ if(QUILLO_SANITIZE)
     target_link_options(quillo-options INTERFACE -fsanitize=${QUILLO_SANITIZE})
 endif()
 
+# What renders is optimised as one when a plug-in or a program is linked: an event passes a dozen short functions of as
+# many files. Tests link the same objects as they are, which is quicker.
+set(quillo_optimised_as_one "")
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT QUILLO_SANITIZE)
+    set(quillo_optimised_as_one $<$<CONFIG:Release>:-flto=auto> $<$<CONFIG:Release>:-ffat-lto-objects>)
+    add_link_options($<$<CONFIG:Release>:-flto=auto>)
+endif()
+
 # What every test program has in common. What is tested is optimised, the tests are not: most of a build is compiling
 # them.
 add_library(quillo-test-options INTERFACE)
 target_link_libraries(quillo-test-options INTERFACE quillo-options)
 target_include_directories(quillo-test-options INTERFACE "${PROJECT_SOURCE_DIR}/tests")
 target_compile_options(quillo-test-options INTERFACE -O0)
+target_link_options(quillo-test-options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-fno-lto>)
 
 # quillo_add_library(NAME FOLDER [RENDERS] HEADERS ... SOURCES ... LINK ...): a static library whose headers are
 # included relative to FOLDER and can each be compiled alone. RENDERS is for what the render thread runs.
@@ -45,6 +54,7 @@ function(quillo_add_library name folder)
     if(ARG_RENDERS)
         # Nobody replaces our functions at run time: without this, GCC calls even what stands in the same file.
         target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
+        target_compile_options(${name} PRIVATE ${quillo_optimised_as_one})
     endif()
     # The function effects are checked where the code is ours; tests and programs may call what they like.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 20)

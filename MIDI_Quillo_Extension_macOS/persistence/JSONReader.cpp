@@ -100,7 +100,8 @@ const JSON& JSONReader::requireKey(const JSON& object, std::string_view key, con
 std::string JSONReader::oneOf(std::span<const std::uint8_t> numbers) {
     std::string text = "one of ";
     for (const auto number : numbers) {
-        text += (number == numbers.front() ? "" : ", ") + std::to_string(number);
+        text += number == numbers.front() ? "" : ", ";
+        text += std::to_string(number);
     }
     return text;
 }
