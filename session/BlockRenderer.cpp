@@ -7,15 +7,6 @@
 
 namespace quillo {
 
-namespace {
-
-bool isSystemExclusive(std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
-    constexpr std::uint8_t status = 0xF0;
-    return !bytes.empty() && bytes.front() == status;
-}
-
-}  // namespace
-
 BlockRenderer::BlockRenderer(RuleProcessor& processor, const LogCallback& logInput,
                              const LogCallback& logOutput, HostTransport transport)
     : processor_(processor), logInput_(logInput), logOutput_(logOutput), transport_(transport) {}
@@ -93,15 +84,14 @@ void BlockRenderer::goTo(std::uint32_t offset) QUILLO_REALTIME {
     offset_ = reached;
 }
 
-void BlockRenderer::fireTransport() QUILLO_REALTIME {
-    const auto trigger = transport_.takeChange();
-    if (!trigger || cycle_->status() != noErr) {
+void BlockRenderer::fire(HostTransportTriggerVariantsV2 change) QUILLO_REALTIME {
+    if (cycle_->status() != noErr) {
         return;
     }
     if (logInput_) {
-        logInput_({time(), EventLogEntryVariants::Host{*trigger}});
+        logInput_({time(), EventLogEntryVariants::Host{change}});
     }
-    cycle_->transport(time(), *trigger);
+    cycle_->transport(time(), change);
 }
 
 OSStatus BlockRenderer::Send::operator()(SampleTime time, std::uint8_t /*cable*/,
@@ -123,7 +113,7 @@ OSStatus BlockRenderer::send(SampleTime time, const MIDIMessage& message) QUILLO
         }
         return noErr;
     }
-    const bool isLeftOut = room == HostOutput::Room::never && isSystemExclusive(bytes);
+    const bool isLeftOut = room == HostOutput::Room::never && midi::isSystemExclusive(bytes);
     refused_.add(bytes, isLeftOut);
     return isLeftOut ? noErr : kQuilloErr_OutputFull;
 }

@@ -76,10 +76,10 @@ OSStatus Cycle::transport(SampleTime at, HostTransportTriggerVariantsV2 trigger)
 }
 
 OSStatus Cycle::midi(SampleTime at, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
-    std::array<std::uint8_t, 3> data{};
-    const auto length = std::min(bytes.size(), data.size());
-    std::copy_n(bytes.begin(), length, data.begin());
-    return midi(at, data, length);
+    const auto byteAt = [bytes](std::size_t index) QUILLO_REALTIME {
+        return index < bytes.size() ? bytes[index] : std::uint8_t{0};
+    };
+    return midi(at, {byteAt(0), byteAt(1), byteAt(2)}, bytes.size());
 }
 
 OSStatus Cycle::midi(SampleTime at, const std::array<std::uint8_t, 3>& data,

@@ -11,7 +11,6 @@ namespace {
 
 constexpr std::uint16_t port = 0;
 constexpr std::int16_t anyPort = -1;
-constexpr std::uint8_t systemExclusive = 0xF0;
 
 std::uint32_t sizeOf(const clap_input_events_t* events) QUILLO_REALTIME {
     QUILLO_REALTIME_EXEMPT("the host's own list, made for its audio thread")
@@ -106,11 +105,6 @@ void CLAPRenderer::take(const clap_event_header_t& event) QUILLO_REALTIME {
             takeMIDI(*midi);
         }
         break;
-    case CLAP_EVENT_MIDI_SYSEX:
-        if (const auto* sysEx = as<clap_event_midi_sysex_t>(event)) {
-            takeSystemExclusive(*sysEx);
-        }
-        break;
     case CLAP_EVENT_TRANSPORT:
         if (const auto* transport = as<clap_event_transport_t>(event)) {
             transport_.report(event.time, *transport);
@@ -145,16 +139,8 @@ void CLAPRenderer::takeExpression(const clap_event_note_expression_t& event) QUI
 }
 
 void CLAPRenderer::takeMIDI(const clap_event_midi_t& event) QUILLO_REALTIME {
-    const auto bytes = std::span(event.data).first(messageLength(event.data[0]));
-    if (event.port_index == port && isCompleteShortMessage(bytes)) {
-        renderer_.receive(event.header.time, bytes);
-    }
-}
-
-void CLAPRenderer::takeSystemExclusive(const clap_event_midi_sysex_t& event) QUILLO_REALTIME {
-    if (event.port_index == port && event.buffer != nullptr && event.size > 0 &&
-        event.buffer[0] == systemExclusive) {
-        renderer_.receive(event.header.time, {event.buffer, event.size});
+    if (event.port_index == port) {
+        renderer_.receive(event.header.time, std::span(event.data).first(messageLength(event.data[0])));
     }
 }
 

@@ -15,7 +15,7 @@ namespace quillo {
 
 /// What the host's audio thread runs: a block of CLAP events through the rules.
 ///
-/// An event that is shorter than its kind, of a space or a port that is not ours, or no message, is left out;
+/// An event that is shorter than its kind, of a space or a port that is not ours, no message, or system exclusive, is left out;
 /// one whose time lies behind the block or before its forerunner's is moved to the nearest that does not.
 /// [render] unless an operation says otherwise.
 class CLAPRenderer {
@@ -50,7 +50,6 @@ private:
     void takeNote(const clap_event_note_t& event) QUILLO_REALTIME;
     void takeExpression(const clap_event_note_expression_t& event) QUILLO_REALTIME;
     void takeMIDI(const clap_event_midi_t& event) QUILLO_REALTIME;
-    void takeSystemExclusive(const clap_event_midi_sysex_t& event) QUILLO_REALTIME;
     clap_process_status nextStatus() QUILLO_REALTIME;
 
     BlockRenderer& renderer_;
