@@ -54,11 +54,10 @@ MIDIFile readMIDIInput(const std::string& path, InputReading reading) {
     }
 }
 
-PresetInput readPresetInput(const std::string& path, int badPreset, InputReading reading) {
-    auto bytes = readInput(path, reading, usualSizeLimit);
+ReadDocument readPresetInput(const std::string& path, int badPreset, InputReading reading) {
+    const auto bytes = readInput(path, reading, usualSizeLimit);
     try {
-        auto document = readDocument(bytes);
-        return {std::move(bytes), std::move(document)};
+        return readDocument(bytes);
     } catch (const DecodingError& error) {
         throw CommandFailure(badPreset, escaped(path) + ": " + error.mostUseful());
     }

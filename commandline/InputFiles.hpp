@@ -24,11 +24,7 @@ inline constexpr Option forceSizeOption{"--force-size", false};
 /// A damaged file fails with `exitBadData` and the byte position.
 [[nodiscard]] MIDIFile readMIDIInput(const std::string& path, InputReading reading = InputReading::bounded);
 
-/// A preset as it stands in its file, and read. A damaged one fails with `badPreset` and what is wrong where.
-struct PresetInput {
-    std::vector<std::uint8_t> bytes;
-    ReadDocument document;
-};
-[[nodiscard]] PresetInput readPresetInput(const std::string& path, int badPreset, InputReading reading);
+/// A damaged preset fails with `badPreset` and what is wrong where.
+[[nodiscard]] ReadDocument readPresetInput(const std::string& path, int badPreset, InputReading reading);
 
 }  // namespace quillo

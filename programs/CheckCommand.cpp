@@ -25,7 +25,7 @@ constexpr std::array<Option, 4> options{
 /// A preset whose reading is a fatal error to a host is to the checker only a bad preset.
 ReadDocument readForChecking(const std::string& path, InputReading reading) {
     try {
-        return readPresetInput(path, exitBadPreset, reading).document;
+        return readPresetInput(path, exitBadPreset, reading);
     } catch (const FatalError& error) {
         throw CommandFailure(exitBadPreset, escaped(path) + ": " + wordsOf(error));
     }

@@ -51,7 +51,7 @@ int runExplainCommand(std::span<const std::string> words, const Console& console
         throw UsageError("explain needs a preset: --preset PRESET.json");
     }
     const auto events = readEvents(arguments.operands());
-    EngineProbe probe(readPresetInput(*preset, exitBadData, inputReading(arguments)).document.data.rules);
+    EngineProbe probe(readPresetInput(*preset, exitBadData, inputReading(arguments)).data.rules);
     const char* separator = "";
     for (const auto& event : events) {
         console.out << separator << explanationText(probe.rules(), event, explain(probe, event));

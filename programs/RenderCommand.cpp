@@ -102,7 +102,7 @@ std::vector<std::uint8_t> resultBytes(const Score& score, std::vector<TimedMessa
 int runRenderCommand(std::span<const std::string> words, const Console& console) {
     const auto request = readRequest(words);
     const auto score = readScore(request);
-    auto rules = readPresetInput(request.preset, exitBadData, request.reading).document.data.rules;
+    auto rules = readPresetInput(request.preset, exitBadData, request.reading).data.rules;
     const OutputFile target(request.target, request.force);
     auto performance = play(score, std::move(rules), request, console);
     const auto sent = performance.outputs.size();

@@ -3,14 +3,12 @@
 
 #include <algorithm>
 
+#include "midi/Status.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {
 
 namespace {
-
-constexpr std::uint8_t systemExclusive = 0xF0;
-constexpr std::uint8_t endOfExclusive = 0xF7;
 
 /// The system exclusive that a rule sends; nothing when it sends something else.
 std::vector<std::uint8_t> systemExclusiveOf(const Rule& rule) {
@@ -18,9 +16,9 @@ std::vector<std::uint8_t> systemExclusiveOf(const Rule& rule) {
     if (exclusive == nullptr) {
         return {};
     }
-    std::vector<std::uint8_t> bytes{systemExclusive};
+    std::vector<std::uint8_t> bytes{midi::systemExclusive};
     bytes.insert(bytes.end(), exclusive->body.begin(), exclusive->body.end());
-    bytes.push_back(endOfExclusive);
+    bytes.push_back(midi::endOfExclusive);
     return bytes;
 }
 
@@ -52,7 +50,7 @@ void RefusedMessages::add(std::span<const std::uint8_t> bytes, bool fitsNever) Q
     auto& message = messages_[written % room];
     message = {};
     message.fitsNever = fitsNever;
-    if (!bytes.empty() && bytes.front() == systemExclusive) {
+    if (midi::isSystemExclusive(bytes)) {
         message.size = bytes.size();
         std::ranges::copy(bytes.first(std::min(bytes.size(), message.beginning.size())),
                           message.beginning.begin());

@@ -53,14 +53,18 @@ std::optional<std::string> Session::restore(std::span<const std::uint8_t> docume
 
 std::optional<std::string> Session::whyNotInstalled(std::span<const std::uint8_t> document) try {
     try {
-        processor_.setRules(PluginData::read(document).rules);
-        restored_ = true;
+        install(PluginData::read(document).rules);
         return std::nullopt;
     } catch (const DecodingError& error) {
         return problemInWords(error, document);
     }
 } catch (const std::exception& error) {
     return wordsOf(error);
+}
+
+void Session::install(std::vector<Rule> rules) {
+    processor_.setRules(std::move(rules));
+    restored_ = true;
 }
 
 void Session::viewDidLoad() {

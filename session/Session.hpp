@@ -47,6 +47,10 @@ public:
     /// cannot be read or compiled leaves the rules that were there, and the editor's user is told why.
     [[nodiscard]] std::optional<std::string> restore(std::span<const std::uint8_t> document);
 
+    /// [any but render] The same with rules that have been read. Throws the `FatalError` of those that cannot be
+    /// compiled.
+    void install(std::vector<Rule> rules);
+
     // For the editor.
     [[nodiscard]] const std::shared_ptr<QuilloModel>& model() const override { return model_; }
     void viewDidLoad() override;

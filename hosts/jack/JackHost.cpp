@@ -21,11 +21,13 @@ SessionKeeper::Time now() {
     return std::chrono::steady_clock::now();
 }
 
-/// Puts a preset file's rules into the unit. Throws a `CommandFailure`.
+/// Puts a preset file's rules into the session. Throws a `CommandFailure`.
 void usePreset(Session& session, const std::string& file) {
-    const auto preset = readPresetInput(file, exitBadData, InputReading::prompt);
-    if (const auto problem = session.restore(preset.bytes)) {
-        throw CommandFailure(exitBadData, escaped(file) + ": " + *problem);
+    auto preset = readPresetInput(file, exitBadData, InputReading::prompt);
+    try {
+        session.install(std::move(preset.data.rules));
+    } catch (const FatalError& error) {
+        throw CommandFailure(exitBadData, escaped(file) + ": " + error.inWords());
     }
 }
 

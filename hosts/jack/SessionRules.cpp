@@ -96,7 +96,7 @@ void SessionRules::load() {
 
 /// No editor is open yet: the first one shows them.
 std::optional<std::string> SessionRules::tryToUse(const SessionFiles::Version& version) try {
-    session_.processor().setRules(version.read());
+    session_.install(version.read());
     return std::nullopt;
 } catch (const std::exception& error) {
     return "The last session's rules in " + escaped(version.file.string()) +
