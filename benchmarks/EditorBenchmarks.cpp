@@ -13,8 +13,9 @@ namespace quillo::bench {
 
 namespace {
 
-constexpr int width = AudioUnitViewController::preferredWidth;
-constexpr int height = AudioUnitViewController::preferredHeight;
+/// As it opens, in points.
+constexpr int width = 500;
+constexpr int height = 250;
 
 /// An editor that was opened, at its opening size.
 struct OpenEditor {

@@ -55,10 +55,6 @@ public:
     /// fit 64 bits is a fatal error, left in the processor's `fatalErrors`.
     [[nodiscard]] AUInternalRenderBlock internalRenderBlock() override;
 
-    /// [render] Cycles may have been left out, and changes of the transport with them: as it is in the next
-    /// cycle, it has been.
-    void forgetTransport() QUILLO_REALTIME { previousTransportState_.reset(); }
-
     /// The base's state with the rules as a state document under `stateKey`.
     [[nodiscard]] std::optional<StateDictionary> fullState() const override;
 
@@ -97,8 +93,8 @@ private:
     std::unique_ptr<AUAudioUnitBusArray> outputBusses_;
     std::shared_ptr<AUParameterTree> parameterTree_ = AUParameterTree::createTree({});
 
-    /// [render] The flags at the last change of the transport; none when they are forgotten.
-    std::optional<AUHostTransportStateFlags> previousTransportState_ = 0;
+    /// [render] The flags at the last change of the transport.
+    AUHostTransportStateFlags previousTransportState_ = 0;
 };
 
 }  // namespace quillo

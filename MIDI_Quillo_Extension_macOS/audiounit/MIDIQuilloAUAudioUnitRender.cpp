@@ -101,8 +101,7 @@ OSStatus MIDIQuilloAUAudioUnit::renderTransport(const OutputFunction& output, Sa
     double position = 0.0;
     transportStateBlock(&flags, &position, nullptr, nullptr);
     // Any bit counts as a change: the trigger follows from the new flags, not from which bit changed.
-    const auto previous = std::exchange(previousTransportState_, flags);
-    if (flags == previous.value_or(flags)) {
+    if (std::exchange(previousTransportState_, flags) == flags) {
         return noErr;
     }
     const auto trigger = transportTrigger(flags, position);

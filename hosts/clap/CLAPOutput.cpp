@@ -3,16 +3,13 @@
 
 #include <algorithm>
 
+#include "midi/Status.hpp"
+
 namespace quillo {
 
 namespace {
 
-constexpr std::uint8_t systemExclusive = 0xF0;
 constexpr std::uint16_t port = 0;
-
-bool isSystemExclusive(std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
-    return bytes.front() == systemExclusive;
-}
 
 template <class Event>
 clap_event_header_t headerOf(std::uint32_t offset, std::uint16_t type) QUILLO_REALTIME {
@@ -43,7 +40,7 @@ void CLAPOutput::begin(const clap_output_events_t* events) QUILLO_REALTIME {
 /// held up.
 void CLAPOutput::offerBehindSystemExclusive() QUILLO_REALTIME {
     auto others = next_;
-    while (others < waiting_.size() && isSystemExclusive(waiting_[others])) {
+    while (others < waiting_.size() && midi::isSystemExclusive(waiting_[others])) {
         ++others;
         if (const auto left = offerFrom(others); left > others) {
             loseUntil(others);
@@ -82,7 +79,7 @@ std::size_t CLAPOutput::offerFrom(std::size_t index) const QUILLO_REALTIME {
 }
 
 bool CLAPOutput::tryPush(std::uint32_t offset, std::span<const std::uint8_t> bytes) const QUILLO_REALTIME {
-    if (isSystemExclusive(bytes)) {
+    if (midi::isSystemExclusive(bytes)) {
         const clap_event_midi_sysex_t event{headerOf<clap_event_midi_sysex_t>(offset, CLAP_EVENT_MIDI_SYSEX),
                                             port, bytes.data(), static_cast<std::uint32_t>(bytes.size())};
         return tryPush(event.header);

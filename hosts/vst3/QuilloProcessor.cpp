@@ -10,6 +10,7 @@
 #include "editor/Fonts.hpp"
 #include "hosts/vst3/PlayHead.hpp"
 #include "hosts/vst3/QuilloProcessorEditor.hpp"
+#include "midi/Status.hpp"
 #include "platform/FatalError.hpp"
 
 namespace quillo {
@@ -17,8 +18,6 @@ namespace quillo {
 namespace {
 
 constexpr int mostChannels = 8;
-constexpr std::uint8_t systemExclusive = 0xF0;
-constexpr std::uint8_t endOfExclusive = 0xF7;
 
 /// Hosts count in frames but may round; and JUCE reports no position below zero.
 HostTransport transportOfTheWrapper() {
@@ -42,7 +41,7 @@ std::uint32_t framesOf(const juce::AudioBuffer<float>& audio) {
 /// end. So of what had its ends before, only the first is there twice.
 bool lacksItsSecondEnd(std::span<const std::uint8_t> bytes) {
     return bytes.size() > 2 && bytes.size() < MIDIBufferWriter::longestMessage &&
-           bytes[0] == systemExclusive && bytes[1] == systemExclusive;
+           bytes[0] == midi::systemExclusive && bytes[1] == midi::systemExclusive;
 }
 
 }  // namespace
@@ -129,7 +128,7 @@ void QuilloProcessor::passOn(const juce::MidiBuffer& messages) {
         auto bytes = bytesOf(message);
         if (lacksItsSecondEnd(bytes)) {
             bothEndsTwice_.assign(bytes.begin(), bytes.end());
-            bothEndsTwice_.push_back(endOfExclusive);
+            bothEndsTwice_.push_back(midi::endOfExclusive);
             bytes = bothEndsTwice_;
         }
         session_.renderer().pass(offsetOf(message), bytes);
