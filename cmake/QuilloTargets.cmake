@@ -34,8 +34,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT QUILLO_SANITIZE)
     add_link_options($<$<CONFIG:Release>:-flto=auto>)
 endif()
 
-# What every test program has in common. What is tested is optimised, the tests are not: most of a build is compiling
-# them.
+# What every test program has in common, linked after what it tests, for JUCE brings an optimisation level along. What is
+# tested is optimised, the tests are not: most of a build is compiling them.
 add_library(quillo-test-options INTERFACE)
 target_link_libraries(quillo-test-options INTERFACE quillo-options)
 target_include_directories(quillo-test-options INTERFACE "${PROJECT_SOURCE_DIR}/tests")
@@ -72,16 +72,58 @@ function(quillo_add_sources name)
         PUBLIC FILE_SET HEADERS FILES ${ARG_HEADERS})
 endfunction()
 
-# quillo_add_tests(NAME SOURCES ... LINK ... [THREADS] [REALTIME]): a GoogleTest program, each of its tests a
-# test of ctest. Under ThreadSanitizer only the programs marked THREADS are built, under RealtimeSanitizer only
-# those marked REALTIME.
+# What nearly every test includes is compiled once: for programs without views, and for those with them. Clang's trees
+# compile each file as it stands, and so find the includes that it lacks.
+function(quillo_add_test_headers name)
+    cmake_parse_arguments(ARG "" "" "HEADERS;LINK" ${ARGN})
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        return()
+    endif()
+    file(WRITE "${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp" "")
+    add_library(${name} OBJECT EXCLUDE_FROM_ALL "${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp")
+    target_link_libraries(${name} PRIVATE ${ARG_LINK} quillo-test-options GTest::gmock)
+    target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
+    # Compiled as programs are, not as what is also linked into plug-ins.
+    set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
+    target_compile_options(${name} PRIVATE -fPIE)
+endfunction()
+
+# quillo_use_test_headers(PROGRAM NAME): for a program all of whose files are compiled like those headers.
+function(quillo_use_test_headers program name)
+    if(TARGET ${name})
+        target_precompile_headers(${program} REUSE_FROM ${name})
+    endif()
+endfunction()
+
+# quillo_add_tests(NAME SOURCES ... LINK ... [THREADS] [REALTIME] [LONG] [LOCK RESOURCE] [HEADERS NAME]): a
+# GoogleTest program, each of its suites a test of ctest. Under ThreadSanitizer only the programs marked THREADS are
+# built, under RealtimeSanitizer only those marked REALTIME. LONG is for what `./dev test` leaves to `./dev test all`;
+# suites with the same LOCK run one after the other. HEADERS names other precompiled headers than those without views.
 function(quillo_add_tests name)
-    cmake_parse_arguments(ARG "THREADS;REALTIME" "" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(ARG "THREADS;REALTIME;LONG" "LOCK;HEADERS" "SOURCES;LINK" ${ARGN})
     if((QUILLO_SANITIZE STREQUAL "thread" AND NOT ARG_THREADS) OR
        (QUILLO_SANITIZE STREQUAL "realtime" AND NOT ARG_REALTIME))
         return()
     endif()
     add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE quillo-test-options ${ARG_LINK} GTest::gmock GTest::gtest_main)
-    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+    target_link_libraries(${name} PRIVATE ${ARG_LINK} quillo-test-options GTest::gmock GTest::gtest_main)
+    if(NOT ARG_HEADERS)
+        set(ARG_HEADERS quillo-test-headers)
+    endif()
+    quillo_use_test_headers(${name} ${ARG_HEADERS})
+
+    set(properties TIMEOUT 300)
+    if(ARG_LONG)
+        list(APPEND properties LABELS long)
+    endif()
+    if(ARG_LOCK)
+        list(APPEND properties RESOURCE_LOCK ${ARG_LOCK})
+    endif()
+    list(JOIN properties " " properties)
+    set(suites "${CMAKE_CURRENT_BINARY_DIR}/${name}-suites")
+    file(GENERATE OUTPUT "${suites}.cmake" CONTENT
+"include(\"${PROJECT_SOURCE_DIR}/cmake/QuilloSuites.cmake\")
+quillo_add_suites(\"$<TARGET_FILE:${name}>\" \"${suites}.txt\" ${properties})
+")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${suites}.cmake")
 endfunction()

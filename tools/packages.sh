@@ -11,7 +11,8 @@ packages_of() {
         jack) echo jackd2 libjack-jackd2-dev ;;
         pipewire) echo pipewire pipewire-jack ;;
         plugins) echo lv2-dev dpf-source ;;
-        hosts) echo ardour jalv liblilv-dev lilv-utils sordi qtractor ;;
+        hosts) echo jalv liblilv-dev lilv-utils sordi ;;
+        studios) echo ardour qtractor ;;
         guide) echo lowdown groff-base ;;
         package) echo dpkg-dev file ;;
         bench) echo libbenchmark-dev liblilv-dev x42-plugins ;;
@@ -154,6 +155,6 @@ refuse_unknown() {
 installed_versions() {
     has_debian_tools || return 0
     # shellcheck disable=SC2046 # one word a package
-    dpkg-query --show $(for group in build editor jack plugins hosts guide bench lint; do packages_of $group; done) \
+    dpkg-query --show $(for group in build editor jack plugins hosts studios guide bench lint; do packages_of $group; done) \
         2>/dev/null || true
 }

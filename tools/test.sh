@@ -1,13 +1,31 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash
-# `./dev test`: every tree's tests, whatever happens in the others. Sourced by ./dev.
+# `./dev test`: the optimised tree, and what takes little time in it. `./dev test all`: every tree's tests, whatever happens
+# in the others. Sourced by ./dev.
 
 run_tests() {
-    need build editor jack pipewire plugins hosts display guide
-    keep_addresses_plain test
+    need build editor jack plugins hosts display guide
+    test_trees release --label-exclude long
+}
+
+# What takes minutes belongs here: beyond the tests marked long, the trees with sanitizers and simulated hosts.
+run_all_tests() {
+    local status=0
+    need build editor jack pipewire plugins hosts studios display guide
+    keep_addresses_plain test all
+    test_trees "release asan tsan" || status=1
+    if ! simulate 60; then
+        printf '\nsimulated hosts: failed; ./dev simulate shows it\n' | tee -a build/test-summary.txt
+        status=1
+    fi
+    return "$status"
+}
+
+# test_trees "PRESET ..." [OPTION...]: tests each tree, with these options for ctest, and sums up.
+test_trees() {
     local preset passed=() failed=()
-    for preset in release asan tsan; do
-        if test_tree "$preset"; then
+    for preset in $1; do
+        if test_tree "$preset" "${@:2}"; then
             passed=("$preset" "${passed[@]}")
         else
             failed+=("$preset")
@@ -26,7 +44,7 @@ keep_addresses_plain() {
     fi
 }
 
-# test_tree PRESET: builds and tests one tree and leaves its summary in the tree.
+# test_tree PRESET [OPTION...]: builds and tests one tree, with these options for ctest, and leaves its summary in the tree.
 test_tree() {
     local tree status=0 progress=()
     tree=$(tree_of "$1")
@@ -37,15 +55,16 @@ test_tree() {
         progress=(--progress)
     fi
     say "testing, preset $1"
-    ctest --preset "$1" "${progress[@]}" --parallel "$QUILLO_JOBS" --no-tests=error --output-log "$tree/ctest.log" ||
-        status=1
+    ctest --preset "$1" "${progress[@]}" --parallel "$QUILLO_JOBS" --no-tests=error \
+        --output-log "$tree/ctest.log" "${@:2}" || status=1
     ctest_summary "$tree/ctest.log" >"$tree/summary.txt"
     return "$status"
 }
 
-# What a reader looks for in a ctest log: which tests failed, and the count in the last line.
+# What a reader looks for in a ctest log: which tests failed, the single ones in them, and the count in the last line.
 ctest_summary() {
     sed -n '/^The following tests/,$p' "$1" | grep '^\s' || true
+    sed -n 's/^\[  FAILED  \] \([^ ]*\.[^ ,]*\)\(,.*\)\? ([0-9]* ms)$/\t\1/p' "$1"
     grep '% tests passed' "$1" || echo "no tests were found"
 }
 
