@@ -95,11 +95,12 @@ private:
         if (!chance(6)) {
             return addBlock();
         }
-        const std::int64_t delay = 1 + below(2000);
-        add(EditStep{{rule(onNoteOn(any, any, oneOf(policies)), send(noteOn(2, 61, 5), delay))}});
+        const auto echo = rule(
+            onNoteOn(), send(protocol(StatusV2::noteOn, channel(2), triggerByte, byte(5)), 1 + below(2000)));
+        add(EditStep{std::vector(1 + below(6), echo)});
         for (auto left = 2 + below(24); left > 0; --left) {
-            const auto note = static_cast<std::uint8_t>(below(128));
-            add(BlockStep{length(), 1, {{0, Bytes{0x90, note, 1}, 500}}, std::nullopt});
+            add(BlockStep{
+                length(), 1, {{0, Bytes{0x90, 1, 1}, 300}, {0, Bytes{0x90, 2, 1}, 200}}, std::nullopt});
         }
     }
 
