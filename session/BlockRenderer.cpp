@@ -94,8 +94,7 @@ void BlockRenderer::fire(HostTransportTriggerVariantsV2 change) QUILLO_REALTIME 
     cycle_->transport(time(), change);
 }
 
-OSStatus BlockRenderer::Send::operator()(SampleTime time, std::uint8_t /*cable*/,
-                                         std::span<const MIDIMessage> messages) const QUILLO_REALTIME {
+OSStatus BlockRenderer::Send::operator()(SampleTime time, std::uint8_t, Messages messages) const QUILLO_REALTIME {
     for (const auto& message : messages) {
         if (const auto status = renderer.send(time, message); status != noErr) {
             return status;

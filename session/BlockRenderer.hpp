@@ -32,9 +32,9 @@ namespace quillo {
 /// it was due before.
 ///
 /// A message for which the output has no room is refused, and the first one ends the cycle with the status
-/// `kQuilloErr_OutputFull`. System exclusive that never has room is left out instead, and the cycle goes on as if
-/// it had been sent: it would be refused again each time, and take the rest of its block with it, the ends of
-/// notes among it.
+/// `kQuilloErr_OutputFull`. System exclusive that never has room is left out instead, and the cycle goes on
+/// as if it had been sent: it would be refused again each time, and take the rest of its block with it, the
+/// ends of notes among it.
 ///
 /// [render], save for making one.
 class BlockRenderer {
@@ -90,8 +90,10 @@ public:
 private:
     /// The cycle's output function.
     struct Send {
+        using Messages = std::span<const MIDIMessage>;
+
         BlockRenderer& renderer;
-        OSStatus operator()(SampleTime time, std::uint8_t cable, std::span<const MIDIMessage> messages) const QUILLO_REALTIME;
+        OSStatus operator()(SampleTime time, std::uint8_t cable, Messages messages) const QUILLO_REALTIME;
     };
 
     void goTo(std::uint32_t offset) QUILLO_REALTIME;

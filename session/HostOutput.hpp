@@ -12,6 +12,8 @@ namespace quillo {
 /// Where a host takes the messages of one block. [render]
 class HostOutput {
 public:
+    using Bytes = std::span<const std::uint8_t>;
+
     /// What room a host has for one more message.
     enum class Room : std::uint8_t {
         enough,
@@ -26,7 +28,7 @@ public:
     };
 
     /// The room for one more message of these bytes, beside what waits.
-    [[nodiscard]] virtual Room roomFor(std::span<const std::uint8_t> bytes, const Waiting& waiting) const QUILLO_REALTIME = 0;
+    [[nodiscard]] virtual Room roomFor(Bytes bytes, const Waiting& waiting) const QUILLO_REALTIME = 0;
 
     /// Writes a message for which there was room, `offset` frames after the block's start, in ascending order
     /// of the offsets.

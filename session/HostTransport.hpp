@@ -36,9 +36,9 @@ public:
     explicit HostTransport(double tolerance = 0.0, Positions positions = Positions::all)
         : tolerance_(tolerance), positions_(positions) {}
 
-    /// The transport as it is now, its position, below zero before the beginning, and how much of it passes in
-    /// one rendered frame. Positions are in frames, unless a format counts in another unit; that must then be
-    /// the same one every time.
+    /// The transport as it is now, its position, below zero before the beginning, and how much of it passes
+    /// in one rendered frame. Positions are in frames, unless a format counts in another unit; that must then
+    /// be the same one every time.
     void report(State state, double position, double speed = 1.0) QUILLO_REALTIME;
 
     /// The same where the position is known to be the one reported before, moved on: no jump, wherever it

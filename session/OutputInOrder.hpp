@@ -50,8 +50,8 @@ private:
     HostOutput::Waiting waiting_;
     MessageStore store_;
 
-    /// A heap with the first to leave on top, of as many keys as messages wait: the offset above the number in
-    /// the store, which says which of two came first.
+    /// A heap with the first to leave on top, of as many keys as messages wait: the offset above the number
+    /// in the store, which says which of two came first.
     std::unique_ptr<std::uint64_t[]> heap_ =
         std::make_unique_for_overwrite<std::uint64_t[]>(MessageStore::mostMessages);
 };

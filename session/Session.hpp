@@ -21,9 +21,9 @@
 
 namespace quillo {
 
-/// What every host needs of an instance and no format knows: the processor and the renderer over it, state that
-/// is taken whole or not at all, and what an editor shows. Editors reach it as an `EditorUnit`; while none is
-/// open it need not be drained.
+/// What every host needs of an instance and no format knows: the processor and the renderer over it, state
+/// that is taken whole or not at all, and what an editor shows. Editors reach it as an `EditorUnit`; while
+/// none is open it need not be drained.
 ///
 /// An operation that fails says why, in words for a musician, and changes nothing. The constructor throws
 /// what cannot be helped: no memory. [main] unless an operation says otherwise.
@@ -35,11 +35,12 @@ public:
     /// [any] Whether so many frames a second are a rate that can be rendered at: at least one, at most 10^9.
     [[nodiscard]] static bool isSampleRate(double rate);
 
-    /// The rate of the frames from now on, rounded down; an invalid one is rejected. Rules that are there already get their delays anew when it is another one than theirs, so that
-    /// they stay right in milliseconds. Nothing on success.
+    /// The rate of the frames from now on, rounded down; an invalid one is rejected. Rules that are there
+    /// already get their delays anew when it is another one than theirs, so that they stay right in
+    /// milliseconds. Nothing on success.
     [[nodiscard]] std::optional<std::string> setSampleRate(double rate);
 
-    /// [any but render] The state document: the bytes that a preset file has too. Throws a `FatalError` when
+    /// [any but render] The state document: the bytes that a preset file has too. Throws an `EncodingError` when
     /// the rules cannot be written.
     [[nodiscard]] std::vector<std::uint8_t> save();
 
@@ -47,8 +48,8 @@ public:
     /// cannot be read or compiled leaves the rules that were there, and the editor's user is told why.
     [[nodiscard]] std::optional<std::string> restore(std::span<const std::uint8_t> document);
 
-    /// [any but render] The same with rules that have been read. Throws the `FatalError` of those that cannot be
-    /// compiled.
+    /// [any but render] The same with rules that have been read. Throws the `FatalError` of those that cannot
+    /// be compiled.
     void install(std::vector<Rule> rules);
 
     // For the editor.

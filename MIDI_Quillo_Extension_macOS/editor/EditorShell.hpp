@@ -9,8 +9,8 @@
 namespace quillo {
 
 /// What every window of the editor has in it: the view over a unit, and the clock by which it follows what
-/// happens there. Edits and messages sent by hand go to the unit at once. JUCE's events, with its timers, must
-/// be dispatched meanwhile. [main]
+/// happens there. Edits and messages sent by hand go to the unit at once. JUCE's events, with its timers,
+/// must be dispatched meanwhile. [main]
 class EditorShell final : private juce::Timer {
 public:
     /// In points, each way: no window makes the view smaller.

@@ -12,8 +12,8 @@ namespace quillo {
 /// The editor in a window of its own, for a program that is no plug-in. [main]
 class EditorWindow final : public juce::DocumentWindow {
 public:
-    /// Shows itself at once, around `view`, which must outlive it. `onClose` runs when the user wants to close
-    /// it; it stays until it is destroyed.
+    /// Shows itself at once, around `view`, which must outlive it. `onClose` runs when the user wants to
+    /// close it; it stays until it is destroyed.
     EditorWindow(QuilloView& view, std::function<void()> onClose);
     ~EditorWindow() override;
 

@@ -23,8 +23,8 @@ namespace quillo {
     const std::filesystem::path& binary, const std::vector<std::filesystem::path>& dataFolders);
 
 /// Where the presets that come with it may stand, the likeliest place first: beside the binary and beside the
-/// bundle that holds it, as in the tree that it was built in; in the tree that it was installed in, around the
-/// `bin` or `lib` that it lies in; and in the data folders.
+/// bundle that holds it, as in the tree that it was built in; in the tree that it was installed in, around
+/// the `bin` or `lib` that it lies in; and in the data folders.
 [[nodiscard]] std::vector<std::filesystem::path> examplePlaces(
     const std::filesystem::path& binary, const std::vector<std::filesystem::path>& dataFolders);
 

@@ -35,9 +35,9 @@ void CLAPOutput::begin(const clap_output_events_t* events) QUILLO_REALTIME {
     }
 }
 
-/// With the host's list empty yet, and its first message refused: room is not what that one lacks if the host takes
-/// one behind it. Where nothing but system exclusive waits, no message is there to tell, and new ones must not be
-/// held up.
+/// With the host's list empty yet, and its first message refused: room is not what that one lacks if the host
+/// takes one behind it. Where nothing but system exclusive waits, no message is there to tell, and new ones
+/// must not be held up.
 void CLAPOutput::offerBehindSystemExclusive() QUILLO_REALTIME {
     auto others = next_;
     while (others < waiting_.size() && midi::isSystemExclusive(waiting_[others])) {
@@ -59,7 +59,7 @@ void CLAPOutput::loseUntil(std::size_t index) QUILLO_REALTIME {
     }
 }
 
-CLAPOutput::Room CLAPOutput::roomFor(std::span<const std::uint8_t> bytes, const Waiting& waiting) const QUILLO_REALTIME {
+CLAPOutput::Room CLAPOutput::roomFor(Bytes bytes, const Waiting& waiting) const QUILLO_REALTIME {
     const bool couldWait = waiting_.hasRoomFor(waiting.messages + 1, waiting.bytes + bytes.size());
     return !isHeldUp_ && couldWait ? Room::enough : Room::full;
 }
@@ -78,7 +78,7 @@ std::size_t CLAPOutput::offerFrom(std::size_t index) const QUILLO_REALTIME {
     return index;
 }
 
-bool CLAPOutput::tryPush(std::uint32_t offset, std::span<const std::uint8_t> bytes) const QUILLO_REALTIME {
+bool CLAPOutput::tryPush(std::uint32_t offset, Bytes bytes) const QUILLO_REALTIME {
     if (midi::isSystemExclusive(bytes)) {
         const clap_event_midi_sysex_t event{headerOf<clap_event_midi_sysex_t>(offset, CLAP_EVENT_MIDI_SYSEX),
                                             port, bytes.data(), static_cast<std::uint32_t>(bytes.size())};

@@ -59,9 +59,9 @@ clap_process_status CLAPRenderer::process(const clap_process_t& process) QUILLO_
     return status == kQuilloErr_FatalError ? CLAP_PROCESS_ERROR : nextStatus();
 }
 
-/// While the plug-in sleeps the transport may go on, or stand, or jump, and nobody reports it. No rule waits for it then,
-/// and one that is installed meanwhile is not meant for what has been. Where the host's steady time shows that the
-/// plug-in has not slept, it goes on without a gap.
+/// While the plug-in sleeps the transport may go on, or stand, or jump, and nobody reports it. No rule waits
+/// for it then, and one that is installed meanwhile is not meant for what has been. Where the host's steady
+/// time shows that the plug-in has not slept, it goes on without a gap.
 void CLAPRenderer::follow(std::int64_t steadyTime, std::uint32_t frames) QUILLO_REALTIME {
     const bool followsOn = steadyTime >= 0 && steadyTime == nextSteadyTime_;
     if ((maySleep_ || interrupted_) && !followsOn) {

@@ -15,9 +15,9 @@ namespace quillo {
 
 /// What the host's audio thread runs: a block of CLAP events through the rules.
 ///
-/// An event that is shorter than its kind, of a space or a port that is not ours, no message, or system exclusive, is left out;
-/// one whose time lies behind the block or before its forerunner's is moved to the nearest that does not.
-/// [render] unless an operation says otherwise.
+/// An event that is shorter than its kind, of a space or a port that is not ours, no message, or system
+/// exclusive, is left out; one whose time lies behind the block or before its forerunner's is moved to the
+/// nearest that does not. [render] unless an operation says otherwise.
 class CLAPRenderer {
 public:
     /// [main] The session must outlive it.
@@ -35,8 +35,8 @@ public:
         nextSteadyTime_ = -1;
     }
 
-    /// One block. `CLAP_PROCESS_SLEEP` when nothing is left to do before something happens: nothing waits to be
-    /// sent, and no rule waits for the transport, of which a sleeping plug-in hears nothing.
+    /// One block. `CLAP_PROCESS_SLEEP` when nothing is left to do before something happens: nothing waits to
+    /// be sent, and no rule waits for the transport, of which a sleeping plug-in hears nothing.
     clap_process_status process(const clap_process_t& process) QUILLO_REALTIME;
 
     /// [main] Whether there is something to do that the host cannot know of: a message was sent by hand, or

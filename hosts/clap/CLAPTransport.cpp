@@ -50,7 +50,8 @@ void CLAPTransport::report(std::uint32_t offset, const clap_event_transport_t& e
     last_ = reported;
 }
 
-/// A position that could not be foretold, or of another timeline than the last one's, tells nothing of a jump.
+/// A position that could not be foretold, or of another timeline than the last one's, tells nothing of a
+/// jump.
 void CLAPTransport::report(std::uint32_t offset, const Report& reported, Timeline timeline,
                            const Position& position) QUILLO_REALTIME {
     const auto speed = position.speed.value_or(0.0);
@@ -65,7 +66,7 @@ void CLAPTransport::report(std::uint32_t offset, const Report& reported, Timelin
     }
 }
 
-CLAPTransport::Report CLAPTransport::read(std::uint32_t offset, const clap_event_transport_t& event) const QUILLO_REALTIME {
+CLAPTransport::Report CLAPTransport::read(std::uint32_t offset, const Event& event) const QUILLO_REALTIME {
     Report reported{renderer_.now() + offset, stateOf(event.flags), std::nullopt, std::nullopt};
     if ((event.flags & CLAP_TRANSPORT_HAS_SECONDS_TIMELINE) != 0) {
         reported.seconds = {secondsOf(event.song_pos_seconds) * stepsPerSecond, stepsPerSecond / sampleRate_};
@@ -79,8 +80,8 @@ CLAPTransport::Report CLAPTransport::read(std::uint32_t offset, const clap_event
     return reported;
 }
 
-/// Whether the beats are where either tempo brings them, the one reported before, the one reported now, or any
-/// between: while a tempo changes it is reported now and then.
+/// Whether the beats are where either tempo brings them, the one reported before, the one reported now, or
+/// any between: while a tempo changes it is reported now and then.
 bool CLAPTransport::goesOnInBeats(const Report& reported) const QUILLO_REALTIME {
     const auto& before = last_.beats;
     const auto& now = reported.beats;

@@ -12,12 +12,12 @@ namespace quillo {
 
 /// What a host says of its transport, in the terms of `BlockRenderer::reportTransport`. [render]
 ///
-/// The position is the one in seconds, counted in steps of 2 ms: hosts round it to whole milliseconds, and two of
-/// those may be off by one. Hosts that report only beats have theirs counted in steps, 64 to a beat. A step is what a
-/// position may be off, and shorter than any jump.
+/// The position is the one in seconds, counted in steps of 2 ms: hosts round it to whole milliseconds, and
+/// two of those may be off by one. Hosts that report only beats have theirs counted in steps, 64 to a beat. A
+/// step is what a position may be off, and shorter than any jump.
 ///
-/// Hosts work out seconds from beats or beats from seconds, and what is worked out jumps when the tempo changes. Where
-/// both are reported, and a tempo, only what both show is a jump.
+/// Hosts work out seconds from beats or beats from seconds, and what is worked out jumps when the tempo
+/// changes. Where both are reported, and a tempo, only what both show is a jump.
 class CLAPTransport {
 public:
     /// Off by more than this, a position is a jump.
@@ -33,6 +33,8 @@ public:
     void report(std::uint32_t offset, const clap_event_transport_t& event) QUILLO_REALTIME;
 
 private:
+    using Event = clap_event_transport_t;
+
     enum class Timeline : std::uint8_t { none, seconds, beats };
 
     struct Position {
@@ -47,7 +49,7 @@ private:
         std::optional<Position> beats;
     };
 
-    [[nodiscard]] Report read(std::uint32_t offset, const clap_event_transport_t& event) const QUILLO_REALTIME;
+    [[nodiscard]] Report read(std::uint32_t offset, const Event& event) const QUILLO_REALTIME;
     [[nodiscard]] bool goesOnInBeats(const Report& reported) const QUILLO_REALTIME;
     void report(std::uint32_t offset, const Report& reported, Timeline timeline,
                 const Position& position) QUILLO_REALTIME;

@@ -17,7 +17,7 @@ class PortOutput final : public HostOutput {
 public:
     explicit PortOutput(MIDIOutputPort& port) QUILLO_REALTIME : port_(port), longest_(port.room()) {}
 
-    [[nodiscard]] Room roomFor(std::span<const std::uint8_t> bytes, const Waiting& waiting) const QUILLO_REALTIME override {
+    [[nodiscard]] Room roomFor(Bytes bytes, const Waiting& waiting) const QUILLO_REALTIME override {
         constexpr std::size_t perMessage = 16;
         if (bytes.size() > longest_) {
             return Room::never;

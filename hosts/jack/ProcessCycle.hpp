@@ -22,9 +22,9 @@ struct ServerTransport {
     bool isStarting = false;
 };
 
-/// What a cycle of the server does with the rules: the events of the input port go in at their frames, what the
-/// rules send leaves through the output port. All that the process thread owns is here; it outlives the clients
-/// that come and go with the server.
+/// What a cycle of the server does with the rules: the events of the input port go in at their frames, what
+/// the rules send leaves through the output port. All that the process thread owns is here; it outlives the
+/// clients that come and go with the server.
 class ProcessCycle {
 public:
     /// The renderer must outlive it.

@@ -16,8 +16,8 @@
 
 namespace quillo {
 
-/// A session's link to a JACK server that may end and come back: the client while there is one, what the server
-/// tells, and the connections that shall hold. The user is told of each turn. [main]
+/// A session's link to a JACK server that may end and come back: the client while there is one, what the
+/// server tells, and the connections that shall hold. The user is told of each turn. [main]
 class ServerLink {
 public:
     ServerLink(Session& session, UserMessages& messages, JackClient::Request request,
@@ -43,9 +43,9 @@ public:
     [[nodiscard]] int descriptor() const { return news_.descriptor(); }
     void takeNews();
 
-    /// To be called `EventLoop::ticksPerSecond` times a second: looks once a second whether a server that went
-    /// is back, or one that was there has fallen silent, tells of messages that were refused or lost, notes the
-    /// connections, and looks again at ports that have appeared a moment ago.
+    /// To be called `EventLoop::ticksPerSecond` times a second: looks once a second whether a server that
+    /// went is back, or one that was there has fallen silent, tells of messages that were refused or lost,
+    /// notes the connections, and looks again at ports that have appeared a moment ago.
     void tick();
 
     /// `run` runs the calls that a server which hangs would keep for ever.

@@ -26,7 +26,7 @@ bool LV2Output::fits(std::size_t size) const QUILLO_REALTIME {
     return written_ <= capacity_ && size <= capacity_ - written_;
 }
 
-LV2Output::Room LV2Output::roomFor(std::span<const std::uint8_t> bytes, const Waiting& waiting) const QUILLO_REALTIME {
+LV2Output::Room LV2Output::roomFor(Bytes bytes, const Waiting& waiting) const QUILLO_REALTIME {
     const auto size = sizeOf(bytes.size());
     if (fits(size + waiting.messages * sizeof(LV2_Atom_Event) + waiting.bytes)) {
         return Room::enough;

@@ -23,7 +23,7 @@ public:
     void begin(LV2_Atom_Sequence* buffer) QUILLO_REALTIME;
 
     /// Room is what the buffer has left.
-    [[nodiscard]] Room roomFor(std::span<const std::uint8_t> bytes, const Waiting& waiting) const QUILLO_REALTIME override;
+    [[nodiscard]] Room roomFor(Bytes bytes, const Waiting& waiting) const QUILLO_REALTIME override;
     void write(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME override;
 
     /// Writes a notice that the state has changed, behind all messages. False when there is no room for it.

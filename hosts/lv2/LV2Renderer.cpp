@@ -49,8 +49,8 @@ void LV2Renderer::take(const LV2Event& event) QUILLO_REALTIME {
     }
 }
 
-/// Where a speed is reported without a frame, and is another one than the position moves on with, the next frame
-/// is one that could not be foretold.
+/// Where a speed is reported without a frame, and is another one than the position moves on with, the next
+/// frame is one that could not be foretold.
 void LV2Renderer::takePosition(std::uint32_t offset, std::span<const std::uint8_t> body) QUILLO_REALTIME {
     const auto told = LV2Position::from(body, ids_);
     if (!told || (!told->speed && !told->frame)) {

@@ -11,8 +11,7 @@ void MIDIBufferWriter::open(juce::MidiBuffer& buffer) {
     storage_ = &buffer.data;
 }
 
-MIDIBufferWriter::Room MIDIBufferWriter::roomFor(std::span<const std::uint8_t> bytes,
-                                                 const Waiting& waiting) const QUILLO_REALTIME {
+MIDIBufferWriter::Room MIDIBufferWriter::roomFor(Bytes bytes, const Waiting& waiting) const QUILLO_REALTIME {
     if (bytes.size() > longestMessage) {
         return Room::never;
     }

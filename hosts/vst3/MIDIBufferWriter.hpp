@@ -14,11 +14,11 @@
 namespace quillo {
 
 /// Fills JUCE's buffer of MIDI events with messages in ascending order of their offsets. The buffer's own
-/// `addEvent` looks for each event's place from the beginning, so that twice the messages take four times as long;
-/// this writes behind the last one.
+/// `addEvent` looks for each event's place from the beginning, so that twice the messages take four times as
+/// long; this writes behind the last one.
 ///
-/// While the buffer's storage suffices, nothing is allocated. Nothing is written before a block's end: the buffer is the
-/// one that the input came in. [render]
+/// While the buffer's storage suffices, nothing is allocated. Nothing is written before a block's end: the
+/// buffer is the one that the input came in. [render]
 class MIDIBufferWriter final : public HostOutput {
     using Offset = std::int32_t;
     using Length = std::uint16_t;
@@ -39,7 +39,7 @@ public:
     /// Empties the buffer, into which it writes from now on.
     void open(juce::MidiBuffer& buffer);
 
-    [[nodiscard]] Room roomFor(std::span<const std::uint8_t> bytes, const Waiting& waiting) const QUILLO_REALTIME override;
+    [[nodiscard]] Room roomFor(Bytes bytes, const Waiting& waiting) const QUILLO_REALTIME override;
     void write(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME override;
 
 private:

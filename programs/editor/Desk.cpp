@@ -10,7 +10,7 @@ namespace {
 /// Takes every message, and keeps none.
 class Nowhere final : public HostOutput {
 public:
-    [[nodiscard]] Room roomFor(std::span<const std::uint8_t> /*bytes*/, const Waiting& /*waiting*/) const QUILLO_REALTIME override {
+    [[nodiscard]] Room roomFor(Bytes /*bytes*/, const Waiting& /*waiting*/) const QUILLO_REALTIME override {
         return Room::enough;
     }
     void write(std::uint32_t /*offset*/, std::span<const std::uint8_t> /*bytes*/) QUILLO_REALTIME override {}

@@ -10,8 +10,8 @@
 
 namespace quillo {
 
-/// A session with its editor on a table of their own: no host application, no audio hardware. Blocks are rendered when
-/// `render` is called, and what the rules send goes nowhere but into the log. [main] only.
+/// A session with its editor on a table of their own: no host application, no audio hardware. Blocks are
+/// rendered when `render` is called, and what the rules send goes nowhere but into the log. [main] only.
 class Desk {
 public:
     /// Throws a `FatalError` for rules that cannot be installed.

@@ -15,7 +15,7 @@ public:
 
     Sent sent;
 
-    [[nodiscard]] Room roomFor(std::span<const std::uint8_t> bytes, const Waiting& waiting) const QUILLO_REALTIME override {
+    [[nodiscard]] Room roomFor(Bytes bytes, const Waiting& waiting) const QUILLO_REALTIME override {
         const auto cost = costOf(bytes.size());
         if (!limit_ || used_ + waiting.messages * costOf(0) + waiting.bytes + cost <= limit_->bytes) {
             return Room::enough;

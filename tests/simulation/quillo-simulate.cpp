@@ -1,5 +1,5 @@
-// SPDX-License-Identifier: GPL-3.0-or-later
-// Simulated hosts under a seed: `quillo-simulate SECONDS [--jobs N]`, or `quillo-simulate --seed N [--scenarios N]`.
+// SPDX-License-Identifier: GPL-3.0-or-later Simulated hosts under a seed: `quillo-simulate SECONDS [--jobs
+// N]`, or `quillo-simulate --seed N [--scenarios N]`.
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <time.h>

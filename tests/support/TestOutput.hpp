@@ -22,7 +22,7 @@ public:
     std::function<Room(std::span<const std::uint8_t> bytes, const Waiting& waiting)> room =
         [](std::span<const std::uint8_t>, const Waiting&) { return Room::enough; };
 
-    [[nodiscard]] Room roomFor(std::span<const std::uint8_t> bytes, const Waiting& waiting) const QUILLO_REALTIME override {
+    [[nodiscard]] Room roomFor(Bytes bytes, const Waiting& waiting) const QUILLO_REALTIME override {
         return room(bytes, waiting);
     }
     void write(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME override {

@@ -13,7 +13,6 @@
 #include "hosts/jack/JackServer.hpp"
 #include "hosts/jack/SessionFiles.hpp"
 #include "persistence/PluginData.hpp"
-#include "platform/Data.hpp"
 #include "platform/AtomicFile.hpp"
 #include "platform/Data.hpp"
 #include "support/ChildProcess.hpp"
