@@ -12,11 +12,11 @@
 namespace quillo {
 
 /// A MIDI file as a host plays it: its messages on a timeline of samples, and what does not go through the
-/// unit but stays where it is (tempo, metre, key, names, markers and all other meta events).
+/// rules but stays where it is (tempo, metre, key, names, markers and all other meta events).
 ///
 /// Messages are the channel messages, and whatever an escape holds if that is exactly one message other than
 /// system exclusive: MIDI Start, for one, can stand in a file in no other way. System-exclusive events and
-/// other escapes are neither played nor kept, as no unit of this kind sees them.
+/// other escapes are neither played nor kept, as no rule sees them.
 class Score {
 public:
     /// Throws a `MIDIFileError` for a file that ends beyond `TempoMap::latestSampleTime`.

@@ -12,7 +12,7 @@ namespace quillo {
 /// and line: `Fatal error: negative delay (RuleCompiler.cpp:31)`.
 ///
 /// Each host decides what it means: a program of our own says it in words and exits with status 70; inside
-/// somebody else's process the adapter reports the operation as failed and goes on with what the user had.
+/// somebody else's process the plug-in reports the operation as failed and goes on with what the user had.
 class FatalError : public std::runtime_error {
 public:
     /// `remedy` is a sentence for the user: what to do about it.

@@ -24,9 +24,12 @@ void BlockRenderer::beginPassing(std::uint32_t frames, HostOutput& output, Deliv
 }
 
 void BlockRenderer::receive(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    if (!isCompleteShortMessage(bytes)) {
+        return;
+    }
     goTo(offset);
     fireTransport();
-    if (!isCompleteShortMessage(bytes) || cycle_->status() != noErr) {
+    if (cycle_->status() != noErr) {
         return;
     }
     if (logInput_) {
@@ -84,10 +87,17 @@ void BlockRenderer::goTo(std::uint32_t offset) QUILLO_REALTIME {
     offset_ = reached;
 }
 
-void BlockRenderer::fire(HostTransportTriggerVariantsV2 change) QUILLO_REALTIME {
+/// A cycle that has ended hears of no change: the next one does.
+void BlockRenderer::fireTransport() QUILLO_REALTIME {
     if (cycle_->status() != noErr) {
         return;
     }
+    if (const auto change = transport_.takeChange()) {
+        fire(*change);
+    }
+}
+
+void BlockRenderer::fire(HostTransportTriggerVariantsV2 change) QUILLO_REALTIME {
     if (logInput_) {
         logInput_({time(), EventLogEntryVariants::Host{change}});
     }

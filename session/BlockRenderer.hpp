@@ -97,11 +97,7 @@ private:
     };
 
     void goTo(std::uint32_t offset) QUILLO_REALTIME;
-    void fireTransport() QUILLO_REALTIME {
-        if (const auto change = transport_.takeChange()) {
-            fire(*change);
-        }
-    }
+    void fireTransport() QUILLO_REALTIME;
     void fire(HostTransportTriggerVariantsV2 change) QUILLO_REALTIME;
     OSStatus send(SampleTime time, const MIDIMessage& message) QUILLO_REALTIME;
     [[nodiscard]] std::uint32_t offsetOf(SampleTime time) const QUILLO_REALTIME;

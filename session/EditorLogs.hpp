@@ -9,7 +9,7 @@
 
 namespace quillo {
 
-/// The way of a unit's two logs from the render thread to the editor's model. [main]
+/// The way of the two logs from the render thread to the editor's model. [main]
 class EditorLogs {
 public:
     /// From now on what `input` and `output` report is kept, in the place of what they did before. They may

@@ -2,7 +2,6 @@
 #include "session/HostTransport.hpp"
 
 #include <cmath>
-#include <utility>
 
 namespace quillo {
 
@@ -45,8 +44,9 @@ std::optional<Trigger> HostTransport::takeReportedChange() QUILLO_REALTIME {
 
 void HostTransport::advance(std::uint32_t frames) QUILLO_REALTIME {
     if (isMoving()) {
-        now_.position += frames * now_.speed;
-        before_.position = now_.position;
+        const auto moved = frames * now_.speed;
+        now_.position += moved;
+        before_.position += moved;
     }
 }
 

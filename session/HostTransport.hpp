@@ -59,7 +59,7 @@ public:
         return isReported_ ? takeReportedChange() : std::nullopt;
     }
 
-    /// So many frames have passed, after any change was taken.
+    /// So many frames have passed. A change that was not taken stays one.
     void advance(std::uint32_t frames) QUILLO_REALTIME;
 
     [[nodiscard]] bool isMoving() const QUILLO_REALTIME { return now_.state.isMoving; }

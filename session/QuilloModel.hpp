@@ -27,12 +27,12 @@ public:
     [[nodiscard]] const std::vector<RuleEntryIdentifiable>& rules() const { return rules_; }
     void setRules(std::vector<RuleEntryIdentifiable> rules);
 
-    /// Shows the rules that the unit runs, as a new list; or why they cannot be edited, when one of them has
+    /// Shows the rules that run, as a new list; or why they cannot be edited, when one of them has
     /// no entry. An alert says what must be known before they are edited.
     void showRules(std::vector<Rule> rules);
 
-    /// Why the unit runs rules that the editor cannot show; nothing when it shows all that run. While there is
-    /// a reason, `rules` is empty and must not be handed to the unit.
+    /// Why rules run that the editor cannot show; nothing when it shows all that run. While there is
+    /// a reason, `rules` is empty and must not be installed.
     [[nodiscard]] const std::optional<std::string>& whyNotEditable() const { return whyNotEditable_; }
     /// The rules that run and are not shown; nothing while all are, and where nobody knows them.
     [[nodiscard]] const std::optional<std::vector<Rule>>& rulesNotShown() const { return rulesNotShown_; }

@@ -23,6 +23,7 @@ std::optional<std::string> Session::setSampleRate(double rate) {
     if (!isSampleRate(rate)) {
         return "MIDI Quillo cannot render at a sample rate of " + std::to_string(rate);
     }
+    const std::lock_guard lock(installing_);
     const auto before = processor_.sampleRate.load();
     const auto now = static_cast<std::uint64_t>(rate);
     if (now == before) {
@@ -63,6 +64,7 @@ std::optional<std::string> Session::whyNotInstalled(std::span<const std::uint8_t
 }
 
 void Session::install(std::vector<Rule> rules) {
+    const std::lock_guard lock(installing_);
     processor_.setRules(std::move(rules));
     restored_ = true;
 }
@@ -76,7 +78,10 @@ void Session::viewDidLoad() {
 }
 
 void Session::onRulesChanged(std::vector<Rule> rules) {
-    processor_.setRules(std::move(rules));
+    {
+        const std::lock_guard lock(installing_);
+        processor_.setRules(std::move(rules));
+    }
     onEdit_();
 }
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <span>
@@ -83,6 +84,7 @@ private:
     void showNextAlert();
 
     RuleProcessor processor_;
+    std::mutex installing_;  ///< of rules: a new rate reads them and puts them back
     BlockRenderer renderer_;
     const std::shared_ptr<QuilloModel> model_ = std::make_shared<QuilloModel>();
     std::optional<EditorLogs> logs_;     ///< since the first editor

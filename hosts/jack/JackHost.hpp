@@ -18,7 +18,7 @@
 
 namespace quillo {
 
-/// The program but for its window: a unit between two MIDI ports of a JACK server, whose rules outlive the
+/// The program but for its window: a session between two MIDI ports of a JACK server, whose rules outlive the
 /// program. Order: make it, `loadRules`, make the view if there is a window, `start`, run the loop, `finish`.
 /// [main]
 class JackHost {

@@ -15,7 +15,8 @@ bool wentOnWithTheClock(const ServerTransport& last, const ServerTransport& now)
 /// messages.
 class PortOutput final : public HostOutput {
 public:
-    explicit PortOutput(MIDIOutputPort& port) QUILLO_REALTIME : port_(port), longest_(port.room()) {}
+    PortOutput(MIDIOutputPort& port, RefusedMessages& refused) QUILLO_REALTIME
+        : port_(port), refused_(refused), longest_(port.room()) {}
 
     [[nodiscard]] Room roomFor(Bytes bytes, const Waiting& waiting) const QUILLO_REALTIME override {
         constexpr std::size_t perMessage = 16;
@@ -27,11 +28,14 @@ public:
     }
 
     void write(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME override {
-        static_cast<void>(port_.tryWrite(offset, bytes));
+        if (!port_.tryWrite(offset, bytes)) {
+            refused_.add(bytes, false);
+        }
     }
 
 private:
     MIDIOutputPort& port_;
+    RefusedMessages& refused_;
     std::size_t longest_;  ///< message when the port is empty, in bytes
 };
 
@@ -44,7 +48,7 @@ void ProcessCycle::run(std::uint32_t frames, const ServerTransport& transport, c
     if (isHeld()) {
         return;
     }
-    PortOutput output(out);
+    PortOutput output(out, renderer_.refused());
     renderer_.begin(frames, output);
     reportTransport(transport);
     receive(in);

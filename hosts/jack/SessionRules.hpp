@@ -12,7 +12,7 @@
 
 namespace quillo {
 
-/// The rules of a unit that outlive the program. A second program of the same name has a session of its own:
+/// Rules that outlive the program. A second program of the same name has a session of its own:
 /// "NAME-2". Where nothing may be written the rules are read all the same, and without any place they still run; the
 /// user is told. [main]
 class SessionRules {
@@ -21,11 +21,11 @@ public:
     SessionRules(std::optional<std::filesystem::path> folder, const std::string& name, Session& session,
                  UserMessages& messages);
 
-    /// Puts the last session's rules into the unit; when its newest version cannot be used, the newest that can.
-    /// A first session leaves the unit as it is.
+    /// Installs the last session's rules; when its newest version cannot be used, the newest that can.
+    /// A first session leaves the rules as they are.
     void load();
 
-    /// Puts those of this many versions ago into the unit; they become the newest. Throws a `CommandFailure`
+    /// Installs those of this many versions ago; they become the newest. Throws a `CommandFailure`
     /// when they are not there or cannot be used.
     void goBack(std::size_t versions);
 
@@ -43,7 +43,7 @@ public:
 
 private:
     void claim(const std::filesystem::path& folder, const std::string& name);
-    /// Why it cannot be used; nothing when it is the unit's now.
+    /// Why it cannot be used; nothing when it is installed now.
     std::optional<std::string> tryToUse(const SessionFiles::Version& version);
     void tell(const std::optional<std::string>& problem);
 

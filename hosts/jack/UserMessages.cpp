@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/jack/UserMessages.hpp"
-#include "platform/QuotedText.hpp"
 
 #include <ostream>
+
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 

@@ -8,7 +8,7 @@
 
 namespace quillo {
 
-/// The editor as JUCE's wrapper puts it into the host's window: The host scales it. [main]
+/// The editor as JUCE's wrapper puts it into the host's window. The host scales it. [main]
 class QuilloProcessorEditor final : public juce::AudioProcessorEditor, private juce::KeyListener {
 public:
     explicit QuilloProcessorEditor(QuilloProcessor& processor);

@@ -107,7 +107,7 @@ TEST_F(BlockRendererTest, InABlockWithoutFramesWhatARuleSendsLeavesBeforeTheMess
     EXPECT_EQ(block(16), (Timed{{1, {0xB0, 7, 6}}}));
 }
 
-TEST_F(BlockRendererTest, OutputsThatTheUnitSendsOutOfOrderLeaveInTheOrderOfTime) {
+TEST_F(BlockRendererTest, OutputsThatTheRulesSendOutOfOrderLeaveInTheOrderOfTime) {
     processor.sampleRate = 1000;
     processor.setRules({rule(onNoteOn(exactly(60)), send(controlChange(0, 7, 1), 8))});
     EXPECT_EQ(block(16, {{2, {0x90, 60, 1}}, {5, {0x90, 61, 1}}}),
@@ -288,6 +288,52 @@ TEST_F(BlockRendererTest, AMessageWithoutRoomIsRefusedAndEndsTheCycle) {
     EXPECT_EQ(heard, (std::vector<std::string>{"[1] c0 01", "[2] c0 01"}));
     EXPECT_EQ(told, (std::vector<std::string>{"[1] c0 01"}));
     EXPECT_EQ(renderer.refused().refused(), 1U);
+}
+
+/// A rule that silences everything at a stop must not miss it.
+TEST_F(BlockRendererTest, AChangeOfTheTransportInABlockThatWasRefusedIsHeardInTheNext) {
+    begin(64);
+    renderer.reportTransport(0, moving, 0.0);
+    ASSERT_EQ(renderer.end(), noErr);
+    const auto roomy =
+        std::exchange(output.room, [](HostOutput::Bytes, const HostOutput::Waiting&) { return Room::full; });
+    begin(64);
+    renderer.receive(1, Bytes{0xC0, 1});
+    renderer.reportTransport(2, standing, 66.0);
+    EXPECT_EQ(renderer.end(), kQuilloErr_OutputFull);
+    output.room = roomy;
+    EXPECT_EQ(block(64), Timed{});
+    EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Start", "[65] c0 01", "[128] AU Host Stop"}));
+}
+
+TEST_F(BlockRendererTest, AJumpInABlockThatWasRefusedIsHeardInTheNextAndOnce) {
+    begin(64);
+    renderer.reportTransport(0, moving, 0.0);
+    ASSERT_EQ(renderer.end(), noErr);
+    const auto roomy =
+        std::exchange(output.room, [](HostOutput::Bytes, const HostOutput::Waiting&) { return Room::full; });
+    begin(64);
+    renderer.receive(1, Bytes{0xC0, 1});
+    renderer.reportTransport(2, moving, 5000.0);
+    EXPECT_EQ(renderer.end(), kQuilloErr_OutputFull);
+    output.room = roomy;
+    for (const auto position : {5062.0, 5126.0}) {
+        begin(64);
+        renderer.reportTransport(0, moving, position);
+        ASSERT_EQ(renderer.end(), noErr);
+    }
+    EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Start", "[65] c0 01", "[128] AU Host Continue"}));
+}
+
+TEST_F(BlockRendererTest, WhatIsLeftOutDoesNotPartTheReportsOfItsFrame) {
+    begin(64);
+    renderer.reportTransport(0, moving, 0.0);
+    renderer.reportTransport(20, standing, 20.0);
+    renderer.receive(20, Bytes{0xF0, 1, 0xF7});
+    renderer.receive(20, Bytes{0x90, 60});
+    renderer.reportTransport(20, moving, 20.0);
+    ASSERT_EQ(renderer.end(), noErr);
+    EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Start"}));
 }
 
 TEST_F(BlockRendererTest, AfterARefusalTheNextBlockIsRenderedAsEver) {

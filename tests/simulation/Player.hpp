@@ -29,8 +29,6 @@ public:
 
     /// Nothing where the format hides the engine.
     [[nodiscard]] virtual std::optional<Counts> counts() = 0;
-    /// What the render side did that it must not; empty when nothing.
-    [[nodiscard]] virtual std::string violation() const { return {}; }
 };
 
 /// What of a scenario a format can carry.

@@ -91,7 +91,7 @@ Sent SlowModel::block(std::uint32_t frames, const std::vector<Incoming>& events,
     }
     if (format_ != Format::unit) {
         judgeTransport();
-        transport_.position += transport_.moves ? frames_ - offset_ : 0;
+        transport_.pass(frames_ - offset_);
         std::ranges::stable_sort(sent_, {}, &Sent::value_type::first);
     }
     start_ += frames_;
@@ -124,13 +124,13 @@ void SlowModel::begin() {
 
 void SlowModel::come(const Incoming& event) {
     for (auto left = event.times; left > 0; --left) {
+        const auto* bytes = std::get_if<Bytes>(&event.what);
         if (format_ == Format::unit) {
             offset_ = event.offset;
-        } else {
+        } else if (bytes == nullptr || isMessage(*bytes)) {
             goTo(event.offset);
         }
-        if (const auto* bytes = std::get_if<Bytes>(&event.what)) {
-            judgeTransport();
+        if (bytes != nullptr) {
             hear(*bytes);
         } else if (format_ != Format::unit) {
             report(std::get<TransportReport>(event.what));
@@ -144,7 +144,7 @@ void SlowModel::goTo(std::uint32_t offset) {
         return;
     }
     judgeTransport();
-    transport_.position += transport_.moves ? reached - offset_ : 0;
+    transport_.pass(reached - offset_);
     offset_ = reached;
     later_.erase(later_.begin(), later_.upper_bound(reached));
     kept_ = later_.empty() ? 0 : kept_;
@@ -189,7 +189,7 @@ void SlowModel::ask(const std::vector<Incoming>& events) {
 
 void SlowModel::judgeTransport() {
     auto& now = transport_;
-    if (!std::exchange(now.isReported, false)) {
+    if (failed_ || !std::exchange(now.isReported, false)) {
         return;
     }
     if (now.moves != now.moved || now.records != now.recorded || (now.jumped && now.moves)) {
@@ -198,16 +198,17 @@ void SlowModel::judgeTransport() {
 }
 
 void SlowModel::fireTransport() {
-    if (failed_) {
-        return;
-    }
     const auto rolling = transport_.position > 0 ? Trigger::Continue : Trigger::Start;
     ++heard_;
     failed_ = !fireAll(runReference(rules_, transport_.moves ? rolling : Trigger::Stop), {});
 }
 
 void SlowModel::hear(const Bytes& bytes) {
-    if (failed_ || !isMessage(bytes)) {
+    if (!isMessage(bytes)) {
+        return;
+    }
+    judgeTransport();
+    if (failed_) {
         return;
     }
     ++heard_;

@@ -74,6 +74,11 @@ private:
         std::int64_t expected = 0;
         bool wasKnown = true;
         bool jumped = false;
+
+        void pass(std::int64_t frames) {
+            position += moves ? frames : 0;
+            expected += moves ? frames : 0;
+        }
     };
 
     void begin();
