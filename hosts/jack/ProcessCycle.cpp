@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/jack/ProcessCycle.hpp"
 
+#include "midi/Status.hpp"
+
 namespace quillo {
 
 namespace {
@@ -82,14 +84,25 @@ bool ProcessCycle::isHeld() QUILLO_REALTIME {
 }
 
 void ProcessCycle::receive(const MIDIInputPort& in) QUILLO_REALTIME {
-    assembler_.beginCycle();
     lost_ += in.lost();
     for (std::uint32_t index = 0; index < in.size(); ++index) {
         const auto event = in.event(index);
-        auto deliver = [&](std::span<const std::uint8_t> message) QUILLO_REALTIME {
-            renderer_.receive(event.offset, message);
-        };
-        assembler_.take(event.bytes, deliver);
+        receive(event.offset, event.bytes);
+    }
+}
+
+/// JACK hands every message over whole but system exclusive. That comes in pieces, with real-time messages between
+/// and in the midst of them, and another message may cut it short. No rule hears it, so its own bytes are passed
+/// over.
+void ProcessCycle::receive(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    for (; !bytes.empty(); bytes = bytes.subspan(1)) {
+        const auto byte = bytes.front();
+        if (midi::isRealTime(byte)) {
+            renderer_.receive(offset, bytes.first(1));
+        } else if (!midi::isData(byte) && byte != midi::systemExclusive && byte != midi::endOfExclusive) {
+            renderer_.receive(offset, bytes);
+            return;
+        }
     }
 }
 

@@ -3,9 +3,9 @@
 
 #include <atomic>
 #include <cstdint>
+#include <span>
 
 #include "hosts/jack/MIDIPorts.hpp"
-#include "hosts/jack/SystemExclusiveAssembler.hpp"
 #include "platform/RealTime.hpp"
 #include "session/BlockRenderer.hpp"
 #include "session/HostOutput.hpp"
@@ -55,9 +55,9 @@ private:
     [[nodiscard]] bool isHeld() QUILLO_REALTIME;
     void reportTransport(const ServerTransport& transport) QUILLO_REALTIME;
     void receive(const MIDIInputPort& in) QUILLO_REALTIME;
+    void receive(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
 
     BlockRenderer& renderer_;
-    SystemExclusiveAssembler assembler_;
     ServerTransport last_;  ///< of the cycle before
     std::atomic<std::uint32_t> cyclesToHold_{forever};
     std::atomic<std::uint64_t> cycles_{0};  ///< written by [render]

@@ -217,6 +217,15 @@ TEST_F(ProcessCycleTest, SystemExclusiveInPiecesDoesNotDisturbWhatIsAroundIt) {
     EXPECT_EQ(heard, (std::vector<std::string>{"[1] c0 01", "[3] f8", "[19] c0 02"}));
 }
 
+TEST_F(ProcessCycleTest, OfAPieceOfSystemExclusivePassesWhatIsNoneOfItsBytes) {
+    release();
+    EXPECT_EQ(run({{1, {0xF0, 1, 0xF8, 2, 0xFA, 0xF7}}}), (Timed{{1, {0xF8}}, {1, {0xFA}}}));
+    EXPECT_EQ(run({{1, {0xF0, 1, 0xB0, 7, 5}}}), (Timed{{1, {0xB0, 7, 5}}}));
+    EXPECT_EQ(run({{1, {5, 0xFE, 0xF8}}, {2, {0xF7, 0x90, 60}}, {3, {0xF4, 1}}}),
+              (Timed{{1, {0xFE}}, {1, {0xF8}}}));
+    EXPECT_EQ(run({{1, {}}, {2, {0x90, 60, 0xF8, 1}}}), Timed{});
+}
+
 TEST_F(ProcessCycleTest, NothingGoesInOrOutUntilItIsReleased) {
     processor.setRules({rule(onLoad(), send(controlChange(0, 7, 5)))});
     EXPECT_EQ(run({{0, {0xC0, 1}}}, {true, 0}), Timed{});
