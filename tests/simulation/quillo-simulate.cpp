@@ -85,7 +85,7 @@ void report(const std::vector<Progress*>& workers, const char* end) {
         processor += worker->processor;
         scenarios += worker->scenarios;
     }
-    std::fprintf(stderr, "\r%llu scenarios, %.1f hours simulated, %.0f times real time on a core%s",
+    std::fprintf(stderr, "%llu scenarios, %.1f hours simulated, %.0f times real time on a core%s",
                  static_cast<unsigned long long>(scenarios), simulated / 3600.0,
                  processor > 0.0 ? simulated / processor : 0.0, end);
 }
@@ -107,7 +107,9 @@ bool waitForOne(const std::vector<pid_t>& processes, const std::vector<Progress*
     pid_t ended = 0;
     while ((ended = ::waitpid(-1, &status, WNOHANG)) == 0) {
         ::usleep(200000);
-        report(workers, "");
+        if (::isatty(STDERR_FILENO) != 0) {
+            report(workers, "\r");
+        }
     }
     const auto which = std::ranges::find(processes, ended) - processes.begin();
     if (WIFSIGNALED(status)) {
