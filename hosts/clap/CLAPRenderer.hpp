@@ -16,8 +16,8 @@ namespace quillo {
 /// What the host's audio thread runs: a block of CLAP events through the rules.
 ///
 /// An event that is shorter than its kind, of a space or a port that is not ours, no message, or system
-/// exclusive, is left out; one whose time lies behind the block or before that of the one before is moved to the
-/// nearest that does not. [render] unless an operation says otherwise.
+/// exclusive, is left out; one whose time lies behind the block or before that of the one before is moved
+/// to the nearest that does not. [render] unless an operation says otherwise.
 class CLAPRenderer {
 public:
     /// [main] The session must outlive it.

@@ -91,9 +91,9 @@ void ProcessCycle::receive(const MIDIInputPort& in) QUILLO_REALTIME {
     }
 }
 
-/// JACK hands every message over whole but system exclusive. That comes in pieces, with real-time messages between
-/// and in the midst of them, and another message may cut it short. No rule hears it, so its own bytes are passed
-/// over.
+/// JACK hands every message over whole but system exclusive. That comes in pieces, with real-time messages
+/// between and in the midst of them, and another message may cut it short. No rule hears it, so its own
+/// bytes are passed over.
 void ProcessCycle::receive(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
     for (; !bytes.empty(); bytes = bytes.subspan(1)) {
         const auto byte = bytes.front();

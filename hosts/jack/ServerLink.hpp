@@ -27,8 +27,8 @@ public:
     ServerLink(const ServerLink&) = delete;
     ServerLink& operator=(const ServerLink&) = delete;
 
-    /// Makes the link and lets the rules run, with its connections made before its first cycle. Only the first
-    /// time a server is started. Throws a `ServerFailure`.
+    /// Makes the link and lets the rules run, with its connections made before its first cycle. Only the
+    /// first time a server is started. Throws a `ServerFailure`.
     void connect();
     void disconnect();
 

@@ -15,8 +15,8 @@ namespace quillo {
 /// What the host's audio thread runs: a block of LV2 events through the rules.
 ///
 /// An event that is no MIDI message and no position is left out, and so is what is not exactly one message;
-/// one whose time lies outside the block or before that of the one before is moved to the nearest that does not. A
-/// position holds until the next one: what an object does not report goes on as it was.
+/// one whose time lies outside the block or before that of the one before is moved to the nearest that does
+/// not. A position holds until the next one: what an object does not report goes on as it was.
 ///
 /// [render] unless an operation says otherwise.
 class LV2Renderer {
