@@ -2,17 +2,12 @@
 #include "editor/EditorShell.hpp"
 
 #include <exception>
-#include <utility>
 
 #include "platform/FatalError.hpp"
 
 namespace quillo {
 
-EditorShell::EditorShell(EditorUnit& unit)
-    : unit_(unit),
-      view_(
-          unit.model(), [&unit](std::vector<Rule> rules) { unit.onRulesChanged(std::move(rules)); },
-          [&unit](const RuleOutputVariantsV2& message) { unit.onInstantMessageClick(message); }) {
+EditorShell::EditorShell(EditorUnit& unit) : unit_(unit), view_(unit) {
     unit.viewDidLoad();
     drain();
     startTimerHz(drainsPerSecond);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/MyDragAndDropForEachDragHandle.hpp"
 
+#include <utility>
+
 #include "editor/Environment.hpp"
 #include "editor/FocusRing.hpp"
 #include "editor/Icons.hpp"
@@ -21,13 +23,27 @@ MyDragAndDropForEach* MyDragAndDropForEachDragHandle::list() const {
     return findParentComponentOfClass<MyDragAndDropForEach>();
 }
 
-void MyDragAndDropForEachDragHandle::paint(juce::Graphics& graphics) {
+void MyDragAndDropForEachDragHandle::setLit(bool lit) {
+    if (std::exchange(lit_, lit) != lit) {
+        repaint();
+    }
+}
+
+/// The dark one on a ground in colour.
+juce::Colour MyDragAndDropForEachDragHandle::ink(bool strong) const {
     const auto palette = environment<PaletteKey>(*this);
+    if (lit_) {
+        return displayColour(palette.background);
+    }
+    return displayColour(strong ? palette.primaryText : palette.secondaryText);
+}
+
+void MyDragAndDropForEachDragHandle::paint(juce::Graphics& graphics) {
     const auto area = getLocalBounds().toFloat();
     drawIcon(graphics, IconName::dragHandle, area.withSizeKeepingCentre(style::iconSize, style::iconSize),
-             displayColour(dragged_ || isMouseOver() ? palette.primaryText : palette.secondaryText));
+             ink(dragged_ || isMouseOver()));
     if (hasKeyboardFocus(false) && !dragged_) {
-        drawFocusRing(graphics, getLocalBounds(), style::cardCorner, displayColour(palette.primaryText));
+        drawFocusRing(graphics, getLocalBounds(), style::cardCorner, ink(true));
     }
 }
 

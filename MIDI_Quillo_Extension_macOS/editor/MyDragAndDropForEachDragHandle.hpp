@@ -20,6 +20,9 @@ public:
 
     [[nodiscard]] bool dragged() const { return dragged_; }
 
+    /// It lies on a ground in colour, or no longer.
+    void setLit(bool lit);
+
     void paint(juce::Graphics& graphics) override;
     void mouseEnter(const juce::MouseEvent& event) override;
     void mouseExit(const juce::MouseEvent& event) override;
@@ -32,10 +35,12 @@ public:
 
 private:
     [[nodiscard]] MyDragAndDropForEach* list() const;
+    [[nodiscard]] juce::Colour ink(bool strong) const;
     void begin(const juce::MouseEvent& event);
     void end();
     void moveBy(int rows);
 
+    bool lit_ = false;
     bool dragged_ = false;
     bool givenUp_ = false;
 };

@@ -55,11 +55,13 @@ void rememberFolderOf(const std::filesystem::path& preset) {
 
 }  // namespace
 
-QuilloView::QuilloView(std::shared_ptr<QuilloModel> model, RuleListEditor::OnRulesChanged onRulesChanged,
-                       RuleListEditor::OnInstantMessageClick onInstantMessageClick)
+QuilloView::QuilloView(EditorUnit& unit)
     : OverlayHost(static_cast<juce::Component&>(*this)),
-      model_(std::move(model)),
-      editor_(model_, std::move(onRulesChanged), std::move(onInstantMessageClick)),
+      unit_(unit),
+      model_(unit.model()),
+      editor_(
+          model_, [this](std::vector<Rule> rules) { unit_.onRulesChanged(std::move(rules)); },
+          [this](const RuleOutputVariantsV2& message) { unit_.onInstantMessageClick(message); }),
       header_(editor_, {[this] { showImporter(); }, [this] { showExporter(); }, [this] { showGuide(); }}),
       logger_(model_, [this] { resized(); }),
       rulesObservation_(model_->observeRules([this] { rulesChanged(); })),

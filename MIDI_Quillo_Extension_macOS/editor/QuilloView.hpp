@@ -21,7 +21,7 @@
 #include "editor/PresetBrowserView.hpp"
 #include "editor/RuleListEditor.hpp"
 #include "editor/RuleView.hpp"
-#include "session/QuilloModel.hpp"
+#include "session/EditorUnit.hpp"
 
 namespace quillo {
 
@@ -32,7 +32,7 @@ struct FilePanels {
 };
 
 /// The editor: a header, the list of rule cards with the way to add rules, and the logs. It observes the
-/// model, hands every change of the list to `onRulesChanged` as rules, and "Send" to `onInstantMessageClick`.
+/// unit's model, and hands every change of the list and what is sent by hand to the unit.
 /// Menus, the alert and the file browser open inside it; nothing opens over an alert, and an alert waits
 /// until the menu or the file browser that is open is closed. Ctrl+Z and Ctrl+Shift+Z or Ctrl+Y undo and
 /// redo, and scroll to the rule that they change. Tab enters while nothing in it has the keyboard focus,
@@ -44,8 +44,8 @@ class QuilloView final : public juce::Component,
                          public juce::FileDragAndDropTarget,
                          private juce::FocusChangeListener {
 public:
-    QuilloView(std::shared_ptr<QuilloModel> model, RuleListEditor::OnRulesChanged onRulesChanged,
-               RuleListEditor::OnInstantMessageClick onInstantMessageClick);
+    /// The unit must outlive the view.
+    explicit QuilloView(EditorUnit& unit);
     ~QuilloView() override;
 
     [[nodiscard]] RuleListEditor& editor() { return editor_; }
@@ -87,6 +87,7 @@ private:
     void importFile(const std::filesystem::path& file);
 
     EditorLookAndFeel lookAndFeel_;
+    EditorUnit& unit_;
     std::shared_ptr<QuilloModel> model_;
     RuleListEditor editor_;
     Header header_;

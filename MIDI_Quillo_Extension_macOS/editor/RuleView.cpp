@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "editor/Fonts.hpp"
+#include "editor/JuceText.hpp"
 #include "editor/OutputFields.hpp"
 #include "editor/Style.hpp"
 #include "editor/TriggerFields.hpp"
@@ -15,6 +17,17 @@ namespace {
 
 int contentWidth(int cardWidth) {
     return cardWidth - style::dragHandleWidth - 2 * style::cardPadding;
+}
+
+/// How much height a status takes below the name; none where it stands beside it.
+int heightBelow(const std::string& name, const std::optional<RuleRemark>& reason, int inside) {
+    if (!reason) {
+        return 0;
+    }
+    const auto needed = textWidth(juceText(name.empty() ? nameCaption : name), style::titleText, true) +
+                        style::statusGap + RuleStatus::widthFor(*reason);
+    const bool beside = inside >= style::narrowCard && needed <= inside;
+    return beside ? 0 : RuleStatus::heightFor(*reason, inside);
 }
 
 /// A binding that is only read, to plan fields that are never made.
@@ -34,8 +47,8 @@ RuleView::RuleView(Binding<RuleEntry> data, RuleViewActions actions)
       output_(juceText(messageCaption)),
       buttons_(fieldBinding(data_, &RuleEntry::output), actions_.onDuplicate, actions_.onDelete,
                actions_.onSend) {
-    for (auto* part :
-         std::initializer_list<juce::Component*>{&handle_, &header_, &trigger_, &output_, &buttons_}) {
+    for (auto* part : std::initializer_list<juce::Component*>{&handle_, &header_, &status_, &trigger_,
+                                                              &output_, &buttons_}) {
         addAndMakeVisible(*part);
     }
     setTitle(juceText(data_.get().name));
@@ -70,23 +83,62 @@ void RuleView::refresh() {
     resized();
 }
 
-int RuleView::heightFor(const RuleEntry& entry, int width) {
+void RuleView::showReason(std::optional<RuleRemark> reason) {
+    reason_ = std::move(reason);
+    showStatus();
+    resized();
+}
+
+bool RuleView::isLit() const {
+    return reason_ && reason_->mark == RuleRemark::Mark::fired;
+}
+
+void RuleView::showStatus() {
+    auto remark = reason_.value_or(RuleRemark());
+    if (remark != status_.remark()) {
+        status_.show(std::move(remark));
+        auto area = contentArea();
+        layOutTitle(area);
+    }
+    handle_.setLit(isLit());
+    if (std::exchange(wasLit_, isLit()) != isLit()) {
+        repaint();
+    }
+}
+
+int RuleView::heightFor(const RuleEntry& entry, int width, const std::optional<RuleRemark>& reason) {
     const Palette palette;
     const auto inside = contentWidth(width);
     const auto trigger = triggerFields(readOnly(entry.trigger), palette, {});
     const auto output = outputFields(readOnly(entry.output), entry.trigger.type, palette, {});
-    return style::cardHeaderHeight + FieldSection::heightFor(trigger, inside) + style::sectionGap +
+    return style::cardHeaderHeight + heightBelow(entry.name, reason, inside) +
+           FieldSection::heightFor(trigger, inside) + style::sectionGap +
            FieldSection::heightFor(output, inside) + style::buttonsGap + RuleButtons::heightFor(inside) +
            style::cardPadding;
 }
 
+juce::Rectangle<int> RuleView::contentArea() const {
+    return getLocalBounds().withTrimmedLeft(style::dragHandleWidth).reduced(style::cardPadding, 0);
+}
+
+/// Takes the name and the status from the top of the area.
+void RuleView::layOutTitle(juce::Rectangle<int>& area) {
+    auto title =
+        area.removeFromTop(style::cardHeaderHeight).withSizeKeepingCentre(area.getWidth(), style::boxHeight);
+    if (const auto below = heightBelow(data_.get().name, reason_, area.getWidth()); below > 0) {
+        status_.setBounds(area.removeFromTop(below));
+    } else {
+        const auto wanted = RuleStatus::widthFor(status_.remark());
+        status_.setBounds(title.removeFromRight(wanted));
+        title.removeFromRight(reason_ ? style::statusGap : 0);
+    }
+    header_.setBounds(title.withLeft(title.getX() - style::fieldPadding));
+}
+
 void RuleView::resized() {
-    auto area = getLocalBounds();
-    handle_.setBounds(area.removeFromLeft(style::dragHandleWidth));
-    area = area.reduced(style::cardPadding, 0);
-    header_.setBounds(area.removeFromTop(style::cardHeaderHeight)
-                          .withSizeKeepingCentre(area.getWidth(), style::boxHeight)
-                          .withLeft(area.getX() - style::fieldPadding));
+    handle_.setBounds(getLocalBounds().removeFromLeft(style::dragHandleWidth));
+    auto area = contentArea();
+    layOutTitle(area);
     const auto entry = data_.get();
     const Palette palette;
     const auto width = area.getWidth();
@@ -109,10 +161,25 @@ void RuleView::paint(juce::Graphics& graphics) {
     const auto card = getLocalBounds().toFloat().reduced(0.5F);
     graphics.setColour(displayColour(environment<MyBackground>(*this)));
     graphics.fillRoundedRectangle(card, style::cardCorner);
-    graphics.setColour(displayColour(style::lifted(palette.background, style::separatorLift)));
-    graphics.fillRect(style::dragHandleWidth, 1, 1, getHeight() - 2);
-    graphics.setColour(displayColour(style::edge(palette)));
+    paintGrip(graphics, card);
+    graphics.setColour(displayColour(isLit() ? palette.triggerInput : style::edge(palette)));
     graphics.drawRoundedRectangle(card, style::cardCorner, 1);
+}
+
+/// The strip below the grip: parted from the content by a line, or filled while the card is lit.
+void RuleView::paintGrip(juce::Graphics& graphics, juce::Rectangle<float> card) const {
+    const auto palette = environment<PaletteKey>(*this);
+    if (!isLit()) {
+        graphics.setColour(displayColour(style::lifted(palette.background, style::separatorLift)));
+        graphics.fillRect(style::dragHandleWidth, 1, 1, getHeight() - 2);
+        return;
+    }
+    const auto strip = card.withRight(static_cast<float>(style::dragHandleWidth));
+    juce::Path path;
+    path.addRoundedRectangle(strip.getX(), strip.getY(), strip.getWidth(), strip.getHeight(),
+                             style::cardCorner, style::cardCorner, true, false, true, false);
+    graphics.setColour(displayColour(palette.triggerInput));
+    graphics.fillPath(path);
 }
 
 }  // namespace quillo

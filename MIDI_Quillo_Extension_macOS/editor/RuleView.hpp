@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
@@ -12,6 +13,7 @@
 #include "editor/MyDragAndDropForEachDragHandle.hpp"
 #include "editor/RuleButtons.hpp"
 #include "editor/RuleHeaderView.hpp"
+#include "editor/RuleStatus.hpp"
 #include "rules/MIDIRuleType.hpp"
 #include "rules/RuleEntry.hpp"
 
@@ -27,7 +29,10 @@ struct RuleViewActions {
 };
 
 /// The card of one rule: the grip it is dragged by, the name, the trigger, the message and the buttons. Every
-/// field edits the rule's entry through the binding; the card keeps no copy. [main] only.
+/// field edits the rule's entry through the binding; the card keeps no copy.
+///
+/// Right of the name, or below it where there is little room, stands the reason why the rule fires or does not,
+/// as long as there is one. A card whose reason says "fired" is lit. [main] only.
 class RuleView final : public juce::Component, public EnvironmentScope {
 public:
     RuleView(Binding<RuleEntry> data, RuleViewActions actions);
@@ -35,12 +40,20 @@ public:
     /// The entry has changed: other fields are made where its types are others.
     void refresh();
 
-    /// The height of the card of an entry in a list of this width.
-    [[nodiscard]] static int heightFor(const RuleEntry& entry, int width);
+    /// Says why the rule fires or does not, or nothing. The card may want another height then.
+    void showReason(std::optional<RuleRemark> reason);
+
+    /// Whether it lights up.
+    [[nodiscard]] bool isLit() const;
+
+    /// The height of the card of an entry in a list of this width, while it shows this reason.
+    [[nodiscard]] static int heightFor(const RuleEntry& entry, int width,
+                                       const std::optional<RuleRemark>& reason = std::nullopt);
 
     [[nodiscard]] FieldSection& trigger() { return trigger_; }
     [[nodiscard]] FieldSection& output() { return output_; }
     [[nodiscard]] RuleHeaderView& header() { return header_; }
+    [[nodiscard]] RuleStatus& status() { return status_; }
     [[nodiscard]] RuleButtons& buttons() { return buttons_; }
 
     void resized() override;
@@ -57,15 +70,22 @@ private:
 
     [[nodiscard]] Shape shape() const;
     void makeFields();
+    void showStatus();
+    [[nodiscard]] juce::Rectangle<int> contentArea() const;
+    void layOutTitle(juce::Rectangle<int>& area);
+    void paintGrip(juce::Graphics& graphics, juce::Rectangle<float> card) const;
 
     Binding<RuleEntry> data_;
     RuleViewActions actions_;
     Shape shape_;
     MyDragAndDropForEachDragHandle handle_;
     RuleHeaderView header_;
+    RuleStatus status_;
     FieldSection trigger_;
     FieldSection output_;
     RuleButtons buttons_;
+    std::optional<RuleRemark> reason_;
+    bool wasLit_ = false;  ///< when it was drawn last
 };
 
 }  // namespace quillo

@@ -48,6 +48,8 @@ inline constexpr int dragHandleWidth = 22;
 inline constexpr int fieldGap = 6;
 inline constexpr int cardPadding = 10;
 inline constexpr int cardHeaderHeight = 33;
+/// Between the name of a rule and what its card says of it.
+inline constexpr int statusGap = 8;
 inline constexpr int sectionGap = 8;
 inline constexpr int sectionLabelWidth = 68;
 inline constexpr int sectionLabelHeight = 16;
@@ -98,6 +100,13 @@ inline constexpr float disabledAlpha = 0.4F;
 [[nodiscard]] constexpr MyRGB litEdge(const Palette& palette) {
     return lifted(palette.borders, 100);
 }
+
+/// What stops things: the line around its button, and its words.
+inline constexpr MyRGB alarmEdge{243, 117, 117};
+inline constexpr MyRGB alarmText{255, 156, 156};
+
+/// Says of a rule that it did not fire.
+inline constexpr MyRGB passedOver{214, 168, 192};
 
 /// A card on the editor's background.
 inline constexpr int cardLift = 5;

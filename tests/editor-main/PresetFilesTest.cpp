@@ -209,9 +209,9 @@ TEST_F(PresetFiles, AFileDroppedOnAnAlertLeavesItOpen) {
 }
 
 TEST_F(PresetFiles, AnEditorThatOpensLaterShowsTheAlertThatWaits) {
-    const auto model = std::make_shared<QuilloModel>();
-    model->alert("The saved rules cannot be restored.");
-    const QuilloView later(model, [](const std::vector<Rule>&) {}, [](const RuleOutputVariantsV2&) {});
+    Session session;
+    session.model()->alert("The saved rules cannot be restored.");
+    const QuilloView later(session);
     EXPECT_NE(dynamic_cast<AlertView*>(later.overlay()), nullptr);
 }
 
