@@ -130,15 +130,14 @@ const Menu<std::uint8_t>& controllerMenu() {
     return menu;
 }
 
-std::string noteLabel(std::uint8_t note) {
+std::string noteName(std::uint8_t note) {
     constexpr std::array<std::string_view, notesPerOctave> names{"C",  "C♯", "D",  "D♯", "E",  "F",
                                                                  "F♯", "G",  "G♯", "A",  "A♯", "B"};
-    std::string label = std::to_string(note);
-    label += " (";
-    label += names[note % names.size()];
-    label += std::to_string(note / notesPerOctave + octaveOfNoteZero);
-    label += ")";
-    return label;
+    return std::string(names[note % names.size()]) + std::to_string(note / notesPerOctave + octaveOfNoteZero);
+}
+
+std::string noteLabel(std::uint8_t note) {
+    return std::to_string(note) + " (" + noteName(note) + ")";
 }
 
 const Menu<TriggerValueV2>& triggerNoteMenu() {

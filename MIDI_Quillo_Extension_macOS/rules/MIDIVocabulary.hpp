@@ -44,7 +44,10 @@ inline constexpr std::string_view nameCaption = "Message name";
 /// The 128 controllers: "7 : Volume".
 [[nodiscard]] const Menu<std::uint8_t>& controllerMenu();
 
-/// A note, 0 to 127: "60 (C3)". Sharps are U+266F; there are no flats.
+/// A note, 0 to 127: "C3" for 60. Sharps are U+266F; there are no flats.
+[[nodiscard]] std::string noteName(std::uint8_t note);
+
+/// The same behind its number: "60 (C3)".
 [[nodiscard]] std::string noteLabel(std::uint8_t note);
 
 /// "Any" and the notes from 127 down to 0.
