@@ -13,14 +13,15 @@
 #include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
 #include "rules/RuleEntry.hpp"
-#include "words/PlainWords.hpp"
+#include "rules/RuleRun.hpp"
+#include "words/RunWords.hpp"
 
 namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 4> options{
-    {{"--write", true}, {"--force", false}, {"--advice", false}, forceSizeOption}};
+constexpr std::array<Option, 5> options{
+    {{"--write", true}, {"--force", false}, {"--advice", false}, {"--unfold", false}, forceSizeOption}};
 
 /// A preset whose reading is a fatal error to a host is to the checker only a bad preset.
 ReadDocument readForChecking(const std::string& path, InputReading reading) {
@@ -63,12 +64,26 @@ void writeLimitsOfTheEditor(const Rule& rule, std::ostream& out) {
     }
 }
 
-void writeRules(const std::vector<Rule>& rules, std::ostream& out) {
-    std::size_t number = 0;
-    for (const auto& rule : rules) {
-        out << ++number << ". " << inPlainWords(rule) << '\n';
-        writeLimitsOfTheEditor(rule, out);
+/// "3", or of a run "3-14".
+std::string numbers(const RuleRun& run) {
+    const auto first = std::to_string(run.first + 1);
+    return run.count == 1 ? first : first + "-" + std::to_string(run.first + run.count);
+}
+
+/// A line for each run: what the editor cannot hold is in none with another rule.
+void writeRuns(std::span<const Rule> rules, const std::vector<RuleRun>& runs, std::ostream& out) {
+    for (const auto& run : runs) {
+        out << numbers(run) << ". " << runInPlainWords(rules.subspan(run.first, run.count)) << '\n';
+        writeLimitsOfTheEditor(rules[run.first], out);
     }
+}
+
+std::vector<RuleRun> oneByOne(std::size_t count) {
+    std::vector<RuleRun> runs;
+    for (std::size_t first = 0; first < count; ++first) {
+        runs.push_back({first});
+    }
+    return runs;
 }
 
 void writeAdvice(const std::vector<Rule>& rules, const std::string& path, std::ostream& out) {
@@ -101,9 +116,10 @@ int runCheckCommand(std::span<const std::string> words, const Console& console) 
     const auto& path = arguments.operands().front();
     const auto document = readForChecking(path, inputReading(arguments));
     console.out << escaped(path) << ": " << describe(document) << '\n';
-    writeRules(document.data.rules, console.out);
+    const auto& rules = document.data.rules;
+    writeRuns(rules, arguments.has("--unfold") ? oneByOne(rules.size()) : runsOf(rules), console.out);
     if (arguments.has("--advice")) {
-        writeAdvice(document.data.rules, path, console.out);
+        writeAdvice(rules, path, console.out);
     }
     if (target) {
         writeCurrentForm(document.data, OutputFile(*target, arguments.has("--force")), *target, console);

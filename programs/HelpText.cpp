@@ -65,16 +65,22 @@ Examples:
   midi-quillo render song.mid out.mid --preset echo.json
   midi-quillo render song.mid out.mid --preset=echo.json --force --tail=2.5
 )"},
-    VerbText{"check", "Usage: midi-quillo check PRESET.json [--advice] [--write OUT.json [--force]]\n", R"(
+    VerbText{"check",
+             "Usage: midi-quillo check PRESET.json [--advice] [--unfold]\n"
+             "                         [--write OUT.json [--force]]\n",
+             R"(
 Says what PRESET.json is, a preset of any generation, and what its rules do,
-one rule a line. Channels are counted from 1; everything else is the number in
-the MIDI message. Under a rule that the editor cannot show, or not as it is,
-it says so. If the preset is damaged, says what is wrong and where.
+one rule a line. Rules that differ in nothing but the value that they wait for,
+which rises from rule to rule, are one line: "notes C1 to B1, 12 rules".
+Channels are counted from 1; everything else is the number in the MIDI message.
+Under a rule that the editor cannot show, or not as it is, it says so. If the
+preset is damaged, says what is wrong and where.
 
 Options:
   --advice          say as well which rules can never fire, which swallow all
                     MIDI, which leave notes sounding, and what else may be a
                     mistake, each with a way out; the exit status stays 0
+  --unfold          one rule a line, also where they differ in a value only
   --write OUT.json  store the preset in the current form
   --force           replace OUT.json if it is there
   --force-size      read PRESET.json above 64 MiB, too

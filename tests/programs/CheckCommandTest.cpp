@@ -38,6 +38,25 @@ TEST_F(CheckCommandTest, SaysWhatThePresetIsAndOneRuleALine) {
     EXPECT_THAT(result.err, IsEmpty());
 }
 
+TEST_F(CheckCommandTest, SaysARunOfRulesInOneLineUnlessToldToUnfoldIt) {
+    using namespace test;
+    const auto split = [](std::uint8_t note) {
+        return rule(onNoteOn(exactly(note), exactly(0), PassThroughV2::EatMatching),
+                    send(noteOn(1, static_cast<std::uint8_t>(note + 12), 100)), "split");
+    };
+    const auto path = folder.with("p.json", presetOf({controllerRule(onLoad(), 7), split(36), split(37),
+                                                      controllerRule(onAnyNote(), 8)}));
+    const auto folded = run({"check", path}).out;
+    EXPECT_THAT(folded,
+                HasSubstr("\n2-3. \"split\", notes C1 to C\u266F1, 2 rules: when note-on 36 (C1) to 37 "
+                          "(C\u266F1) arrives on channel 1 (consume matching), send note-on 48 (C2) to 49 "
+                          "(C\u266F2) with velocity 100 on channel 2 at once.\n4. \"controller 8\""));
+    const auto unfolded = run({"check", "--unfold", path}).out;
+    EXPECT_THAT(unfolded, AllOf(HasSubstr("\n2. \"split\": when note-on 36 (C1) arrives"),
+                                HasSubstr("\n3. \"split\": when note-on 37 (C\u266F1) arrives"),
+                                HasSubstr("\n4. \"controller 8\"")));
+}
+
 TEST_F(CheckCommandTest, NamesOlderGenerations) {
     const auto result = run({"check", folder.with("p.json", "[" + nameless + "]")});
     EXPECT_EQ(result.status, exitSuccess);

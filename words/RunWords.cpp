@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "words/RunWords.hpp"
+
+#include <sstream>
+#include <vector>
+
+#include "platform/QuotedText.hpp"
+#include "rules/MIDIVocabulary.hpp"
+#include "rules/RuleEntry.hpp"
+#include "rules/RuleRun.hpp"
+#include "words/PlainWords.hpp"
+
+namespace quillo {
+
+namespace {
+
+std::string parts(const Rule& rule) {
+    return inPlainWords(rule.trigger) + ", " + inPlainWords(rule.output, rule.trigger) + ".";
+}
+
+std::vector<std::string> wordsOf(const std::string& sentence) {
+    std::istringstream stream(sentence);
+    std::vector<std::string> words;
+    for (std::string word; stream >> word;) {
+        words.push_back(word);
+    }
+    return words;
+}
+
+std::string joined(std::span<const std::string> words) {
+    std::string text;
+    for (const auto& word : words) {
+        text += (text.empty() ? "" : " ") + word;
+    }
+    return text;
+}
+
+/// Two sentences of as many words in one: "send program 5 at once" and "send program 9 at once" become "send
+/// program 5 to 9 at once".
+std::string sentenceFromTo(const std::string& first, const std::string& last) {
+    const auto from = wordsOf(first);
+    const auto to = wordsOf(last);
+    std::vector<std::string> words;
+    for (std::size_t i = 0; i < from.size();) {
+        const auto begin = i;
+        while (i < from.size() && from[i] != to[i]) {
+            ++i;
+        }
+        if (i > begin) {
+            words.push_back(joined(std::span(from).subspan(begin, i - begin)) + " to " +
+                            joined(std::span(to).subspan(begin, i - begin)));
+        } else {
+            words.push_back(from[i++]);
+        }
+    }
+    return joined(words);
+}
+
+/// "notes C1 to B1", "values 64 to 127" or "programs 0 to 7".
+std::string rangeWords(const Rule& first, const Rule& last) {
+    const auto from = runValue(first).value();
+    const auto to = runValue(last).value();
+    switch (entryFromRule(first).trigger.type) {
+    case TriggerEntryType::ControlChange:
+        return "values " + std::to_string(from) + " to " + std::to_string(to);
+    case TriggerEntryType::ProgramChange:
+        return "programs " + std::to_string(from) + " to " + std::to_string(to);
+    default: return "notes " + noteName(from) + " to " + noteName(to);
+    }
+}
+
+}  // namespace
+
+std::string runInPlainWords(std::span<const Rule> run) {
+    const auto& first = run.front();
+    if (run.size() == 1) {
+        return inPlainWords(first);
+    }
+    return inQuotes(first.name) + ", " + rangeWords(first, run.back()) + ", " + std::to_string(run.size()) +
+           " rules: " + sentenceFromTo(parts(first), parts(run.back()));
+}
+
+}  // namespace quillo

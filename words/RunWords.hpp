@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "rules/Rule.hpp"
+
+namespace quillo {
+
+/// What the rules of a run do, in one line of English; of one rule the same as `inPlainWords`:
+///
+///     "Bass split", notes C1 to B1, 12 rules: when note-on 36 (C1) to 47 (B1) arrives on channel 1 (consume
+///     matching), send note-on 48 (C2) to 59 (B2) with the trigger's velocity on channel 2 at once.
+[[nodiscard]] std::string runInPlainWords(std::span<const Rule> run);
+
+}  // namespace quillo
