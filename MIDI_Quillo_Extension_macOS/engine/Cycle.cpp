@@ -32,13 +32,17 @@ Cycle::Cycle(RuleProcessor& processor, OutputFunction output, SampleTime start, 
     status_ = flushDelayedMessages();
 }
 
+std::size_t Cycle::waitingOutputs() const QUILLO_REALTIME {
+    return processor_.delayedMessages_.size();
+}
+
 OSStatus Cycle::onLoad(SampleTime start) QUILLO_REALTIME {
     if (processor_.loaded_) {
         return noErr;
     }
     processor_.loaded_ = true;
     for (const auto& rule : rules_.rulesOnLoad) {
-        if (const auto status = schedule(start, rule.delay, rule.output); status != noErr) {
+        if (const auto status = schedule(rule.place, start, rule.delay, rule.output); status != noErr) {
             return status;
         }
     }
@@ -97,7 +101,6 @@ OSStatus Cycle::midi(SampleTime at, const std::array<std::uint8_t, 3>& data,
     return status_;
 }
 
-/// Every rule that fires passes here.
 OSStatus Cycle::fireAll(RuleChain& chain, SampleTime at, const TriggerBytes& trigger) QUILLO_REALTIME {
     while (const auto* rule = chain.next()) {
         if (const auto status = fire(*rule, at, trigger); status != noErr) {
@@ -111,16 +114,20 @@ OSStatus Cycle::fire(const MIDIRuleInternal& rule, SampleTime at, const TriggerB
     QUILLO_REALTIME {
     using Part = RuleInternalPartVariants;
     if (const auto* host = rule.variants.getIf<Part::WithHostBasedTrigger>()) {
-        return schedule(at, rule.delay, host->part.output);
+        return schedule(rule.place, at, rule.delay, host->part.output);
     }
     const auto& content = rule.variants.getIf<Part::WithMessageBasedTrigger>()->part.output;
     if (const auto* bytes = content.getIf<MessageContent::Bytes>()) {
-        return schedule(at, rule.delay, bytes->messages);
+        return schedule(rule.place, at, rule.delay, bytes->messages);
     }
-    return schedule(at, rule.delay, content.getIf<MessageContent::Generator>()->generate(trigger));
+    return schedule(rule.place, at, rule.delay,
+                    content.getIf<MessageContent::Generator>()->generate(trigger));
 }
 
-OSStatus Cycle::schedule(SampleTime at, SampleTime delay, const MessageList& messages) QUILLO_REALTIME {
+/// Every rule that fires passes here, those on load among them.
+OSStatus Cycle::schedule(std::uint32_t place, SampleTime at, SampleTime delay,
+                         const MessageList& messages) QUILLO_REALTIME {
+    rules_.counts.count(place, at);
     SampleTime due = 0;
     if (!tryAdd(at, delay, due)) {
         return processor_.fatalErrors.set("a delay ends beyond the render timeline");
@@ -128,12 +135,12 @@ OSStatus Cycle::schedule(SampleTime at, SampleTime delay, const MessageList& mes
     if (due < end_) {
         return output_(due, cable, messages.messages());
     }
-    queue(due, messages);
+    queue(place, due, messages);
     return noErr;
 }
 
-void Cycle::queue(SampleTime due, const MessageList& messages) QUILLO_REALTIME {
-    processor_.delayedMessages_.push({due, messages});
+void Cycle::queue(std::uint32_t place, SampleTime due, const MessageList& messages) QUILLO_REALTIME {
+    processor_.delayedMessages_.push({due, messages, rules_.names[place]});
 }
 
 // The processor's operations: a step each.
@@ -166,6 +173,25 @@ OSStatus RuleProcessor::processMIDIEvent(const OutputFunction& output, SampleTim
 bool RuleProcessor::hasWaitingMessages() QUILLO_REALTIME {
     const DispatchQueue::RenderEntry entry(dispatchQueue);
     return delayedMessages_.size() > 0 || !instantMessages_.empty();
+}
+
+bool RuleProcessor::cancel(std::uint64_t number) QUILLO_REALTIME {
+    const DispatchQueue::RenderEntry entry(dispatchQueue);
+    return delayedMessages_.remove(number);
+}
+
+std::size_t RuleProcessor::cancelDelayed() QUILLO_REALTIME {
+    const DispatchQueue::RenderEntry entry(dispatchQueue);
+    const auto count = delayedMessages_.size();
+    delayedMessages_.clear();
+    return count;
+}
+
+std::size_t RuleProcessor::cancelInstantMessages() QUILLO_REALTIME {
+    const DispatchQueue::RenderEntry entry(dispatchQueue);
+    const auto count = instantMessages_.size();
+    instantMessages_.clear();
+    return count;
 }
 
 }  // namespace quillo

@@ -47,6 +47,9 @@ public:
     /// The same with a message of at most three bytes; rules see zeros behind a shorter one.
     OSStatus midi(SampleTime at, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
 
+    /// How many delayed outputs wait for later cycles.
+    [[nodiscard]] std::size_t waitingOutputs() const QUILLO_REALTIME;
+
     [[nodiscard]] OSStatus status() const QUILLO_REALTIME { return status_; }
 
 private:
@@ -61,8 +64,10 @@ private:
 
     OSStatus fireAll(RuleChain& chain, SampleTime at, const TriggerBytes& trigger) QUILLO_REALTIME;
     OSStatus fire(const MIDIRuleInternal& rule, SampleTime at, const TriggerBytes& trigger) QUILLO_REALTIME;
-    OSStatus schedule(SampleTime at, SampleTime delay, const MessageList& messages) QUILLO_REALTIME;
-    void queue(SampleTime due, const MessageList& messages) QUILLO_REALTIME;
+    /// What the rule at this place of the list sends.
+    OSStatus schedule(std::uint32_t place, SampleTime at, SampleTime delay,
+                      const MessageList& messages) QUILLO_REALTIME;
+    void queue(std::uint32_t place, SampleTime due, const MessageList& messages) QUILLO_REALTIME;
 
     DispatchQueue::RenderEntry entry_;
     RuleProcessor& processor_;

@@ -4,6 +4,7 @@
 #include <compare>
 
 #include "engine/MessageList.hpp"
+#include "engine/RuleName.hpp"
 #include "engine/SampleTime.hpp"
 #include "platform/RealTime.hpp"
 
@@ -13,8 +14,11 @@ namespace quillo {
 struct DelayedMessage {
     SampleTime time = 0;  ///< when it is due
     MessageList message;
+    RuleName ruleName{};  ///< of the rule that sends it
 
-    bool operator==(const DelayedMessage&) const = default;
+    bool operator==(const DelayedMessage& other) const {
+        return time == other.time && message == other.message;
+    }
 
     /// Reversed on purpose: the earliest is the greatest, as queues of the greatest first need it. The
     /// messages take no part. `MyBinaryHeap` does not need it: it compares times alone.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
+
 #include "engine/MessageContent.hpp"
 #include "engine/MessageList.hpp"
 #include "engine/SampleTime.hpp"
@@ -13,7 +15,8 @@ namespace quillo {
 /// A compiled on-load rule.
 struct MIDIOnLoadRuleInternal {
     MessageList output;
-    SampleTime delay = 0;  ///< samples
+    std::uint32_t place = 0;  ///< in the list
+    SampleTime delay = 0;     ///< samples
 
     bool operator==(const MIDIOnLoadRuleInternal&) const = default;
 };
@@ -55,7 +58,8 @@ struct RuleInternalPartVariants : RuleInternalPartVariantsCases,
 struct MIDIRuleInternal {
     RuleInternalPartVariants variants;
     PassThroughV2 passThrough = PassThroughV2::PassThrough;
-    SampleTime delay = 0;  ///< samples
+    std::uint32_t place = 0;  ///< in the list
+    SampleTime delay = 0;     ///< samples
 
     bool operator==(const MIDIRuleInternal&) const = default;
 };

@@ -21,6 +21,8 @@ namespace quillo {
 /// What is sifted are light nodes; the elements lie still in a pool of slots. All storage is made and written
 /// once, at construction: neither pushing nor popping allocates, or is the first to touch a page of memory.
 ///
+/// Each element has the number of its push, from 1 on, which no other ever has.
+///
 /// No locking of its own.
 template <class Element>
 class MyBinaryHeap {
@@ -37,11 +39,7 @@ public:
     MyBinaryHeap(const MyBinaryHeap&) = delete;
     MyBinaryHeap& operator=(const MyBinaryHeap&) = delete;
 
-    ~MyBinaryHeap() {
-        while (size_ > 0) {
-            std::destroy_at(&element(--size_));
-        }
-    }
+    ~MyBinaryHeap() { clear(); }
 
     /// Inserts an element. When all slots are in use it takes the root's place: the element that is due first
     /// is lost. A heap without slots takes nothing.
@@ -52,7 +50,7 @@ public:
             siftUp(size_++, node(held->time, slot));
         } else if (size_ > 0) {
             element(0) = std::move(added);
-            siftDown(node(element(0).time, nodes_[0].slot()));
+            siftDown(0, node(element(0).time, nodes_[0].slot()));
         }
     }
 
@@ -65,14 +63,40 @@ public:
             return std::nullopt;
         }
         std::optional<Element> root(std::move(element(0)));
-        std::destroy_at(&element(0));
-        const auto freed = nodes_[0];
-        const auto last = nodes_[--size_];
-        if (size_ > 0) {
-            siftDown(last);
-        }
-        nodes_[size_] = freed;
+        erase(0);
         return root;
+    }
+
+    /// Removes the element of this number, wherever it is; false when it is not held. Looks at all that are.
+    [[nodiscard]] bool remove(std::uint64_t number) QUILLO_REALTIME {
+        for (std::size_t place = 0; place < size_; ++place) {
+            if (nodes_[place].number() == number) {
+                erase(place);
+                return true;
+            }
+        }
+        return false;
+    }
+
+    /// Removes all elements.
+    void clear() QUILLO_REALTIME {
+        while (size_ > 0) {
+            erase(size_ - 1);
+        }
+    }
+
+    /// The slots below this one have held elements, or still do. An element stays in its slot as long as it is
+    /// held.
+    [[nodiscard]] std::size_t slotsUsed() const QUILLO_REALTIME { return slotsUsed_; }
+
+    /// The element in a slot; null when there is none.
+    [[nodiscard]] const Element* inSlot(std::size_t slot) const QUILLO_REALTIME {
+        return pool_[slot].number != 0 ? &pool_[slot].element : nullptr;
+    }
+
+    /// The number of the element in a slot; 0 when there is none.
+    [[nodiscard]] std::uint64_t numberInSlot(std::size_t slot) const QUILLO_REALTIME {
+        return pool_[slot].number;
     }
 
     /// How many elements are held.
@@ -85,9 +109,10 @@ private:
     /// An element's place in the order, and its slot in the pool.
     struct Node {
         SampleTime time;
-        std::uint64_t numberAndSlot;  ///< above the slot, the number of what was pushed before
+        std::uint64_t numberAndSlot;  ///< above the slot, the number of the push
 
         [[nodiscard]] std::size_t slot() const QUILLO_REALTIME { return numberAndSlot % mostSlots; }
+        [[nodiscard]] std::uint64_t number() const QUILLO_REALTIME { return numberAndSlot / mostSlots; }
 
         [[nodiscard]] bool leavesBefore(const Node& other) const QUILLO_REALTIME {
             return time != other.time ? time < other.time : numberAndSlot < other.numberAndSlot;
@@ -96,11 +121,14 @@ private:
 
     /// Room for an element that is made when it is pushed; written before, for the system to provide its
     /// memory.
-    union Slot {
+    struct Slot {
         Slot() : empty{} {}
         ~Slot() {}
-        std::array<std::byte, sizeof(Element)> empty;
-        Element element;
+        std::uint64_t number = 0;  ///< of the element; 0 while there is none
+        union {
+            std::array<std::byte, sizeof(Element)> empty;
+            Element element;
+        };
     };
 
     [[nodiscard]] Element& element(std::size_t place) const QUILLO_REALTIME {
@@ -108,7 +136,20 @@ private:
     }
 
     [[nodiscard]] Node node(SampleTime time, std::size_t slot) QUILLO_REALTIME {
-        return {time, pushed_++ * mostSlots + slot};
+        pool_[slot].number = ++pushed_;
+        return {time, pushed_ * mostSlots + slot};
+    }
+
+    /// What takes the place is the last one, a leaf.
+    void erase(std::size_t place) QUILLO_REALTIME {
+        const auto freed = nodes_[place];
+        std::destroy_at(&element(place));
+        pool_[freed.slot()].number = 0;
+        const auto last = nodes_[--size_];
+        if (place < size_) {
+            siftDown(place, last);
+        }
+        nodes_[size_] = freed;
     }
 
     /// Moves the hole up from `hole` to where `moved` belongs.
@@ -124,10 +165,9 @@ private:
         nodes_[hole] = moved;
     }
 
-    /// Moves the hole from the root down to a leaf, and up from there: what comes in its place was a leaf
+    /// Moves the hole down to a leaf, and up from there, as far as the root: what comes in its place was a leaf
     /// itself and seldom belongs much higher.
-    void siftDown(Node moved) QUILLO_REALTIME {
-        std::size_t hole = 0;
+    void siftDown(std::size_t hole, Node moved) QUILLO_REALTIME {
         for (auto child = earlierChild(hole); child < size_; child = earlierChild(hole)) {
             nodes_[hole] = nodes_[child];
             hole = child;

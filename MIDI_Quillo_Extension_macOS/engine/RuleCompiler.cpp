@@ -12,16 +12,16 @@ namespace quillo {
 namespace {
 
 MIDIRuleInternal compileMessageBased(const Rule& rule, const MessageBasedTriggerV2& trigger,
-                                     SampleTime delay) {
+                                     std::uint32_t place, SampleTime delay) {
     using Part = RuleInternalPartVariants::WithMessageBasedTrigger;
-    return {Part{{compile(rule.output.message), trigger.variants}}, trigger.passTrough, delay};
+    return {Part{{compile(rule.output.message), trigger.variants}}, trigger.passTrough, place, delay};
 }
 
 MIDIRuleInternal compileHostTransport(const Rule& rule, const HostTransportTriggerV2& trigger,
-                                      SampleTime delay) {
+                                      std::uint32_t place, SampleTime delay) {
     using Part = RuleInternalPartVariants::WithHostBasedTrigger;
     auto output = compileFixed(rule.output.message, "a host-transport rule");
-    return {Part{{std::move(output), trigger.variants}}, trigger.passThrough, delay};
+    return {Part{{std::move(output), trigger.variants}}, trigger.passThrough, place, delay};
 }
 
 }  // namespace
@@ -51,15 +51,24 @@ MessageList compileFixed(const RuleOutputVariantsV2& output, const std::string& 
 namespace {
 
 void compileInto(std::vector<MIDIOnLoadRuleInternal>& onLoad, std::vector<MIDIRuleInternal>& chain,
-                 const Rule& rule, std::uint64_t sampleRate) {
+                 const Rule& rule, std::uint32_t place, std::uint64_t sampleRate) {
     const auto delay = delayInSamples(rule.output.delay, sampleRate);
     if (const auto* message = rule.trigger.getIf<RuleTriggerV2::MessageBased>()) {
-        chain.push_back(compileMessageBased(rule, message->trigger, delay));
+        chain.push_back(compileMessageBased(rule, message->trigger, place, delay));
     } else if (const auto* host = rule.trigger.getIf<RuleTriggerV2::HostTransport>()) {
-        chain.push_back(compileHostTransport(rule, host->trigger, delay));
+        chain.push_back(compileHostTransport(rule, host->trigger, place, delay));
     } else {
-        onLoad.push_back({compileFixed(rule.output.message, "an on-load rule"), delay});
+        onLoad.push_back({compileFixed(rule.output.message, "an on-load rule"), place, delay});
     }
+}
+
+std::vector<RuleName> namesOf(const std::vector<Rule>& rules) {
+    std::vector<RuleName> names;
+    names.reserve(rules.size());
+    for (const auto& rule : rules) {
+        names.emplace_back(rule.name);
+    }
+    return names;
 }
 
 }  // namespace
@@ -69,13 +78,16 @@ CompiledRules compileRules(std::vector<Rule> rules, std::uint64_t sampleRate) {
     std::vector<MIDIRuleInternal> chain;
     for (std::size_t position = 0; position < rules.size(); ++position) {
         try {
-            compileInto(onLoad, chain, rules[position], sampleRate);
+            compileInto(onLoad, chain, rules[position], static_cast<std::uint32_t>(position), sampleRate);
         } catch (const FatalError& error) {
             throw error.about(ruleLabel(position, rules[position].name));
         }
     }
     RuleTable table(chain);
-    return {std::move(rules), std::move(onLoad), std::move(chain), std::move(table)};
+    auto names = namesOf(rules);
+    FiringCounts counts(rules.size());
+    return {std::move(rules), std::move(onLoad), std::move(chain),
+            std::move(table), std::move(names),  std::move(counts)};
 }
 
 }  // namespace quillo

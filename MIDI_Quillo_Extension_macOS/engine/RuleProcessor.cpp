@@ -25,11 +25,14 @@ RuleProcessor::RuleProcessor()
       compiled_(std::make_shared<const CompiledRules>(compileRules({}, defaultSampleRate))) {}
 
 std::vector<Rule> RuleProcessor::rules() {
-    const auto compiled = dispatchQueue.sync([this] { return compiled_; });
-    return compiled->rules;
+    return compiledRules()->rules;
 }
 
-void RuleProcessor::setRules(std::vector<Rule> rules) {
+std::shared_ptr<const CompiledRules> RuleProcessor::compiledRules() {
+    return dispatchQueue.sync([this] { return compiled_; });
+}
+
+std::shared_ptr<const CompiledRules> RuleProcessor::setRules(std::vector<Rule> rules) {
     std::shared_ptr<const CompiledRules> next =
         std::make_shared<const CompiledRules>(compileRules(std::move(rules), sampleRate.load()));
     const bool hearsHostTransport = hasRuleForHostTransport(*next);
@@ -37,6 +40,7 @@ void RuleProcessor::setRules(std::vector<Rule> rules) {
         compiled_.swap(next);
         hearsHostTransport_ = hearsHostTransport;
     });
+    return next;
 }
 
 void RuleProcessor::send(const RuleOutputVariantsV2& output) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstddef>
@@ -51,9 +52,13 @@ public:
     /// [any but render] The list that was installed last.
     [[nodiscard]] std::vector<Rule> rules();
 
+    /// [any but render] The same with all that was made of it: what it has counted among it.
+    [[nodiscard]] std::shared_ptr<const CompiledRules> compiledRules();
+
     /// [any but render] Compiles the list and installs it, all or nothing: on a fatal error (see
-    /// `compileRules`) the installed rules stay. What is waiting to be sent still is.
-    void setRules(std::vector<Rule> rules);
+    /// `compileRules`) the installed rules stay. What is waiting to be sent still is. Returns what was installed
+    /// before, which counts no more.
+    std::shared_ptr<const CompiledRules> setRules(std::vector<Rule> rules);
 
     /// [any but render] Sends one output by hand, at the start of the next cycle. An output that takes
     /// something from a triggering message is a fatal error.
@@ -93,6 +98,31 @@ public:
 
     /// [render] Whether a cycle without events would have something to send, now or later.
     [[nodiscard]] bool hasWaitingMessages() QUILLO_REALTIME;
+
+    /// [render] Discards the delayed output of this number, if it still waits. Between two cycles.
+    bool cancel(std::uint64_t number) QUILLO_REALTIME;
+
+    /// [render] Discards all delayed outputs; how many they were. Between two cycles.
+    std::size_t cancelDelayed() QUILLO_REALTIME;
+
+    /// [render] Discards what was sent by hand; how many messages that were. Between two cycles.
+    std::size_t cancelInstantMessages() QUILLO_REALTIME;
+
+    /// [render] Calls `visit(number, output)` for those of the delayed outputs that wait in a few slots, from the
+    /// given one on, at most so many; returns the slot to go on with, 0 when these were the last. One that waits
+    /// from the first of such calls to the last is visited once, whatever is queued and sent in between. An output
+    /// is numbered when it is queued: no other ever has its number. Between two cycles.
+    template <class Visit>
+    std::size_t visitWaiting(std::size_t slot, std::size_t count, const Visit& visit) QUILLO_REALTIME {
+        const DispatchQueue::RenderEntry entry(dispatchQueue);
+        const auto end = std::min(slot + count, delayedMessages_.slotsUsed());
+        for (; slot < end; ++slot) {
+            if (const auto* output = delayedMessages_.inSlot(slot)) {
+                visit(delayedMessages_.numberInSlot(slot), *output);
+            }
+        }
+        return end < delayedMessages_.slotsUsed() ? end : 0;
+    }
 
     /// [any] Whether a rule waits for the host's transport: then a cycle without events matters too.
     [[nodiscard]] bool hearsHostTransport() const QUILLO_REALTIME { return hearsHostTransport_; }

@@ -126,6 +126,59 @@ TEST(MyBinaryHeap, MixedPushesAndPopsAlwaysYieldTheEarliestThatCameFirst) {
     }
 }
 
+TEST(MyBinaryHeap, AnElementIsRemovedByItsNumberWhereverItIs) {
+    constexpr std::uint64_t most = 40;
+    for (std::uint64_t number = 1; number <= most; ++number) {
+        std::mt19937 random(7);
+        MyBinaryHeap<Labelled> heap(most);
+        std::multimap<SampleTime, int> expected;
+        for (std::uint64_t pushed = 1; pushed <= most; ++pushed) {
+            const auto time = static_cast<SampleTime>(random() % 10);
+            heap.push({time, static_cast<int>(pushed)});
+            if (pushed != number) {
+                expected.insert({time, static_cast<int>(pushed)});
+            }
+        }
+        ASSERT_TRUE(heap.remove(number));
+        ASSERT_FALSE(heap.remove(number));
+        for (const auto& [time, label] : expected) {
+            ASSERT_EQ(heap.pop(), (Labelled{time, label})) << number;
+        }
+        ASSERT_EQ(heap.size(), 0U);
+    }
+}
+
+TEST(MyBinaryHeap, NumbersCountWhatWasEverPushed) {
+    MyBinaryHeap<Labelled> heap(2);
+    heap.push({1, 1});
+    EXPECT_TRUE(heap.pop().has_value());
+    heap.push({1, 2});
+    heap.push({2, 3});
+    heap.push({3, 4});
+    EXPECT_FALSE(heap.remove(1));
+    EXPECT_FALSE(heap.remove(2));
+    EXPECT_TRUE(heap.remove(4));
+    EXPECT_EQ(heap.pop(), (Labelled{2, 3}));
+}
+
+TEST(MyBinaryHeap, AnElementLiesStillInItsSlotWhileOthersComeAndGo) {
+    MyBinaryHeap<Labelled> heap(4);
+    heap.push({9, 1});
+    heap.push({1, 2});
+    heap.push({2, 3});
+    EXPECT_TRUE(heap.pop().has_value());
+    heap.push({0, 4});
+    ASSERT_EQ(heap.slotsUsed(), 3U);
+    EXPECT_EQ(*heap.inSlot(0), (Labelled{9, 1}));
+    EXPECT_EQ(*heap.inSlot(1), (Labelled{0, 4}));
+    EXPECT_EQ(*heap.inSlot(2), (Labelled{2, 3}));
+    EXPECT_EQ(heap.numberInSlot(1), 4U);
+    heap.clear();
+    EXPECT_EQ(heap.size(), 0U);
+    EXPECT_EQ(heap.inSlot(0), nullptr);
+    EXPECT_EQ(heap.numberInSlot(2), 0U);
+}
+
 /// How often this process has touched memory that the system had yet to provide.
 long pageFaults() {
     rusage usage{};

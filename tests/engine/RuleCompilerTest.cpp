@@ -59,8 +59,8 @@ TEST(RuleCompiler, OnLoadRulesAndTheOthersKeepTheirOrderInTwoLists) {
     const auto compiled = compileRules(rules, 48000);
     EXPECT_EQ(compiled.rules, rules);
     EXPECT_EQ(compiled.rulesOnLoad, (std::vector<MIDIOnLoadRuleInternal>{
-                                        {MessageList(MIDIMessage{0x90, 1, 1}), 480},
-                                        {MessageList(MIDIMessage{0xB1, 0, 2}, MIDIMessage{0xC1, 3}), 0},
+                                        {MessageList(MIDIMessage{0x90, 1, 1}), 0, 480},
+                                        {MessageList(MIDIMessage{0xB1, 0, 2}, MIDIMessage{0xC1, 3}), 2, 0},
                                     }));
     ASSERT_EQ(compiled.rulesInternal.size(), 2U);
     EXPECT_TRUE(compiled.rulesInternal[0].variants.is<Part::WithMessageBasedTrigger>());
