@@ -21,6 +21,50 @@ void BlockRenderer::beginPassing(std::uint32_t frames, HostOutput& output, Deliv
     frames_ = frames;
     offset_ = 0;
     output_.begin(output, delivery);
+    if (const auto number = requests_.takeCancelled(); number != 0) {
+        processor_.cancel(number);
+    }
+    if (const auto asked = requests_.take(); asked.any()) {
+        serve(asked);
+    }
+    if (owed_.any()) {
+        sendOwed();
+    }
+    snapshot_.goOn(processor_);
+}
+
+void BlockRenderer::serve(RenderRequests::Kinds asked) QUILLO_REALTIME {
+    using Kind = RenderRequests::Kind;
+    if (asked.has(Kind::panic)) {
+        if (!panic_) {
+            panic_ = {output_.sounding().countOfNotes(), output_.sounding().countOfPedals(), 0};
+        }
+        panic_->messages += processor_.cancelDelayed() + processor_.cancelInstantMessages();
+        owed_.oweSilence(output_.sounding());
+    }
+    if (asked.has(Kind::cancelAll)) {
+        processor_.cancelDelayed();
+    }
+    if (asked.has(Kind::endOfNotes)) {
+        endNotes();
+    }
+}
+
+/// These messages are never refused: what the host has no room for stays owed.
+void BlockRenderer::sendOwed() QUILLO_REALTIME {
+    while (const auto message = owed_.next()) {
+        if (output_.trySend(0, *message) != HostOutput::Room::enough) {
+            return;
+        }
+        owed_.settle(*message);
+        if (logOutput_) {
+            logOutput_({blockStart_, EventLogEntryVariants::MIDI{MIDIMessage::inlineCopyOf(*message)}});
+        }
+    }
+    if (panic_) {
+        requests_.answer(*panic_);
+        panic_.reset();
+    }
 }
 
 void BlockRenderer::receive(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
@@ -40,7 +84,9 @@ void BlockRenderer::receive(std::uint32_t offset, std::span<const std::uint8_t> 
 
 void BlockRenderer::pass(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
     goTo(offset);
-    static_cast<void>(output_.trySend(offset_, bytes));
+    if (output_.trySend(offset_, bytes) == HostOutput::Room::enough) {
+        settle(bytes);
+    }
 }
 
 void BlockRenderer::reportTransport(std::uint32_t offset, HostTransport::State state, double position,
@@ -67,6 +113,8 @@ OSStatus BlockRenderer::end() QUILLO_REALTIME {
         transport_.advance(frames_ - offset_);
         blockStart_ += frames_;
         status = cycle_->status();
+        waitingOutputs_.store(cycle_->waitingOutputs(), std::memory_order_relaxed);
+        reached_.store(blockStart_, std::memory_order_relaxed);
         cycle_.reset();
     }
     output_.end();
@@ -117,6 +165,7 @@ OSStatus BlockRenderer::send(SampleTime time, const MIDIMessage& message) QUILLO
     const auto bytes = message.bytes();
     const auto room = output_.trySend(offsetOf(time), bytes);
     if (room == HostOutput::Room::enough) {
+        settle(bytes);
         if (logOutput_) {
             logOutput_({time, EventLogEntryVariants::MIDI{message}});
         }
@@ -125,6 +174,12 @@ OSStatus BlockRenderer::send(SampleTime time, const MIDIMessage& message) QUILLO
     const bool isLeftOut = room == HostOutput::Room::never && midi::isSystemExclusive(bytes);
     refused_.add(bytes, isLeftOut);
     return isLeftOut ? noErr : kQuilloErr_OutputFull;
+}
+
+void BlockRenderer::settle(std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    if (owed_.any()) {
+        owed_.settle(bytes);
+    }
 }
 
 std::uint32_t BlockRenderer::offsetOf(SampleTime time) const QUILLO_REALTIME {

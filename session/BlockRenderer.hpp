@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -14,7 +16,11 @@
 #include "session/HostOutput.hpp"
 #include "session/HostTransport.hpp"
 #include "session/OutputInOrder.hpp"
+#include "session/OwedMessages.hpp"
+#include "session/PanicResult.hpp"
 #include "session/RefusedMessages.hpp"
+#include "session/RenderRequests.hpp"
+#include "session/WaitingSnapshot.hpp"
 
 namespace quillo {
 
@@ -35,6 +41,10 @@ namespace quillo {
 /// `kQuilloErr_OutputFull`. System exclusive that never has room is left out instead, and the cycle goes on
 /// as if it had been sent: it would be refused again each time, and take the rest of its block with it, the
 /// ends of notes among it.
+///
+/// It keeps which notes have gone out and not ended. When they are to end, by `endNotes` or a request, their
+/// note-offs and the releases of pedals leave at the start of the next block, before all else, and are never
+/// refused: what finds no room is owed to the block after.
 ///
 /// [render], save for making one.
 class BlockRenderer {
@@ -75,11 +85,30 @@ public:
     void losePosition() QUILLO_REALTIME { transport_.losePosition(); }
     void forgetTransport() QUILLO_REALTIME { transport_.forget(); }
 
+    /// Between two blocks: the notes that sound end, and the pedals that are down are let go of.
+    void endNotes() QUILLO_REALTIME { owed_.oweEnds(output_.sounding()); }
+
     /// The block ends, and all that waits in it leaves. The first status other than `noErr`.
     OSStatus end() QUILLO_REALTIME;
 
     /// [render, main] The messages that the host had no room for.
     [[nodiscard]] RefusedMessages& refused() QUILLO_REALTIME { return refused_; }
+
+    /// What other threads ask for; it is done when the next block begins. A panic cancels all that waits, ends all
+    /// notes and silences every channel that was used.
+    [[nodiscard]] RenderRequests& requests() QUILLO_REALTIME { return requests_; }
+
+    /// [render, main] Copies of the delayed outputs that wait.
+    [[nodiscard]] WaitingSnapshot& snapshot() QUILLO_REALTIME { return snapshot_; }
+
+    /// [any] How many of them waited at the end of the last block.
+    [[nodiscard]] std::size_t waitingOutputs() const { return waitingOutputs_; }
+
+    /// [any] How far the last block has come on the render timeline.
+    [[nodiscard]] SampleTime reached() const { return reached_; }
+
+    /// Whether a block without messages would have something to end or to answer.
+    [[nodiscard]] bool isOwing() const QUILLO_REALTIME { return owed_.any() || requests_.any(); }
 
     /// The transport as it is where the rendering stands.
     [[nodiscard]] const HostTransport& transport() const QUILLO_REALTIME { return transport_; }
@@ -97,6 +126,9 @@ private:
     };
 
     void goTo(std::uint32_t offset) QUILLO_REALTIME;
+    void serve(RenderRequests::Kinds asked) QUILLO_REALTIME;
+    void sendOwed() QUILLO_REALTIME;
+    void settle(std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
     void fireTransport() QUILLO_REALTIME;
     void fire(HostTransportTriggerVariantsV2 change) QUILLO_REALTIME;
     OSStatus send(SampleTime time, const MIDIMessage& message) QUILLO_REALTIME;
@@ -109,6 +141,12 @@ private:
     HostTransport transport_;
     OutputInOrder output_;
     RefusedMessages refused_;
+    RenderRequests requests_;
+    OwedMessages owed_;
+    std::optional<PanicResult> panic_;  ///< until all that it owes has left
+    WaitingSnapshot snapshot_;
+    std::atomic<std::size_t> waitingOutputs_{0};
+    std::atomic<SampleTime> reached_{0};
     Send send_{*this};
     std::optional<Cycle> cycle_;  ///< from `begin` to `end`, unless messages only pass
     SampleTime blockStart_ = 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -41,6 +42,26 @@ public:
     /// Brings the model up to date, with new log entries, rules that the host has restored, and alerts. Some
     /// 30 times a second while an editor is open.
     virtual void drain() = 0;
+
+    /// Whether the model says more of what the unit does: which rules fire, and what waits; and whether the functions
+    /// below are its own. Otherwise they do nothing.
+    [[nodiscard]] virtual bool tellsWhatItDoes() const { return false; }
+
+    /// Whether the list of the delayed outputs that wait is seen: only then the model keeps it.
+    virtual void watchWaiting(bool /*isSeen*/) {}
+
+    /// Discards one of these outputs, if it still waits, or all of them.
+    virtual void cancelWaiting(std::uint64_t /*number*/) {}
+    virtual void cancelAllWaiting() {}
+
+    /// Ends all notes that were sent, lets go of the pedals, silences the channels that were used, and discards what
+    /// waits, at the start of the next block. Later the model says what that was.
+    virtual void panic() {}
+
+    /// Whether the notes that sound end when other rules are installed. They do not at first, and no document says
+    /// so.
+    virtual void setNotesEndWhenRulesChange(bool /*theyEnd*/) {}
+    [[nodiscard]] virtual bool notesEndWhenRulesChange() const { return false; }
 
 protected:
     ~EditorUnit() = default;

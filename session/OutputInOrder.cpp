@@ -44,7 +44,7 @@ Room OutputInOrder::trySend(std::uint32_t offset, Bytes bytes) QUILLO_REALTIME {
         return room;
     }
     if (due) {
-        host_->write(passed_, bytes);
+        write(passed_, bytes);
     } else {
         keep(offset, bytes);
     }
@@ -82,10 +82,15 @@ void OutputInOrder::writeFirst() QUILLO_REALTIME {
     const auto key = heap_[--waiting_.messages];
     const auto bytes = store_[key & UINT32_MAX];
     waiting_.bytes -= roundedUp(bytes.size());
-    host_->write(static_cast<std::uint32_t>(key >> 32U), bytes);
+    write(static_cast<std::uint32_t>(key >> 32U), bytes);
     if (waiting_.messages == 0) {
         store_.clear();
     }
+}
+
+void OutputInOrder::write(std::uint32_t offset, Bytes bytes) QUILLO_REALTIME {
+    host_->write(offset, bytes);
+    sounding_.sent(bytes);
 }
 
 }  // namespace quillo

@@ -9,6 +9,7 @@
 #include "platform/RealTime.hpp"
 #include "session/HostOutput.hpp"
 #include "session/MessageStore.hpp"
+#include "session/SoundingNotes.hpp"
 
 namespace quillo {
 
@@ -36,6 +37,9 @@ public:
     /// The block ends, and all that waits leaves.
     void end() QUILLO_REALTIME;
 
+    /// What all that has left since this was made lets sound.
+    [[nodiscard]] const SoundingNotes& sounding() const QUILLO_REALTIME { return sounding_; }
+
 private:
     [[nodiscard]] bool isDue(std::uint32_t offset) const QUILLO_REALTIME {
         return offset <= passed_ && delivery_ == Delivery::asItComes;
@@ -43,11 +47,13 @@ private:
     void keep(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
     void writeUntil(std::uint32_t offset) QUILLO_REALTIME;
     void writeFirst() QUILLO_REALTIME;
+    void write(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
 
     HostOutput* host_ = nullptr;
     Delivery delivery_ = Delivery::asItComes;
     std::uint32_t passed_ = 0;
     HostOutput::Waiting waiting_;
+    SoundingNotes sounding_;
     MessageStore store_;
 
     /// A heap with the first to leave on top, of as many keys as messages wait: the offset above the number

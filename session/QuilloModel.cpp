@@ -93,6 +93,33 @@ void QuilloModel::takeBackAlert(const std::string& message) {
     }
 }
 
+void QuilloModel::setHits(std::vector<RuleHits> hits) {
+    if (hits != hits_) {
+        hits_ = std::move(hits);
+        hitsObservers_.notify();
+    }
+}
+
+void QuilloModel::setWaiting(std::vector<WaitingOutput> waiting, std::size_t count) {
+    if (waiting != waiting_ || count != waitingCount_) {
+        waiting_ = std::move(waiting);
+        waitingCount_ = count;
+        waitingObservers_.notify();
+    }
+}
+
+void QuilloModel::setPanicAnswer(std::string answer) {
+    panicAnswer_ = std::move(answer);
+    panicObservers_.notify();
+}
+
+void QuilloModel::dismissPanicAnswer() {
+    if (panicAnswer_) {
+        panicAnswer_.reset();
+        panicObservers_.notify();
+    }
+}
+
 void QuilloModel::appendToInLog(const std::vector<EventLogEntry>& entries) {
     append(inLog_, entries, inLogObservers_);
 }
@@ -117,6 +144,18 @@ Observation QuilloModel::observeRules(std::function<void()> callback) {
 
 Observation QuilloModel::observeAlert(std::function<void()> callback) {
     return alertObservers_.add(std::move(callback));
+}
+
+Observation QuilloModel::observeHits(std::function<void()> callback) {
+    return hitsObservers_.add(std::move(callback));
+}
+
+Observation QuilloModel::observeWaiting(std::function<void()> callback) {
+    return waitingObservers_.add(std::move(callback));
+}
+
+Observation QuilloModel::observePanic(std::function<void()> callback) {
+    return panicObservers_.add(std::move(callback));
 }
 
 Observation QuilloModel::observeInLog(std::function<void()> callback) {

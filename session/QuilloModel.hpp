@@ -12,11 +12,14 @@
 #include "log/MyCyclicBuffer.hpp"
 #include "platform/Observers.hpp"
 #include "rules/RuleEntryIdentifiable.hpp"
+#include "session/RuleHits.hpp"
+#include "session/WaitingOutput.hpp"
 
 namespace quillo {
 
-/// The editor's observable state: the rules as they are edited, the two event logs, and what went wrong. Each change of a part
-/// tells those who observe it, once a change. [main] only.
+/// The editor's observable state: the rules as they are edited and how often they have fired, the two event logs, what
+/// waits to be sent, and what went wrong. Each change of a part tells those who observe it, once a change. [main]
+/// only.
 class QuilloModel {
 public:
     /// How many entries each log keeps.
@@ -49,6 +52,21 @@ public:
     /// What the alert says is true no more: it goes, whether it is shown or waits.
     void takeBackAlert(const std::string& message);
 
+    /// How often each of `rules` has fired, and when last; empty where nobody counts.
+    [[nodiscard]] const std::vector<RuleHits>& hits() const { return hits_; }
+    void setHits(std::vector<RuleHits> hits);
+
+    /// The delayed outputs that wait, as of a moment ago: the first to leave first. Empty unless the list is watched.
+    [[nodiscard]] const std::vector<WaitingOutput>& waiting() const { return waiting_; }
+    /// How many they are, watched or not.
+    [[nodiscard]] std::size_t waitingCount() const { return waitingCount_; }
+    void setWaiting(std::vector<WaitingOutput> waiting, std::size_t count);
+
+    /// What the last panic did; nothing once that has been dismissed.
+    [[nodiscard]] const std::optional<std::string>& panicAnswer() const { return panicAnswer_; }
+    void setPanicAnswer(std::string answer);
+    void dismissPanicAnswer();
+
     [[nodiscard]] const Log& inLog() const { return inLog_; }
     [[nodiscard]] const Log& outLog() const { return outLog_; }
     /// Appends in order and tells once; nothing happens for no entries.
@@ -60,6 +78,9 @@ public:
     /// `callback` runs after each change of that part for as long as the returned observation lives.
     [[nodiscard]] Observation observeRules(std::function<void()> callback);
     [[nodiscard]] Observation observeAlert(std::function<void()> callback);
+    [[nodiscard]] Observation observeHits(std::function<void()> callback);
+    [[nodiscard]] Observation observeWaiting(std::function<void()> callback);
+    [[nodiscard]] Observation observePanic(std::function<void()> callback);
     [[nodiscard]] Observation observeInLog(std::function<void()> callback);
     [[nodiscard]] Observation observeOutLog(std::function<void()> callback);
 
@@ -69,10 +90,17 @@ private:
     std::optional<std::vector<Rule>> rulesNotShown_;
     std::optional<std::string> alertErrorMessage_;
     std::deque<std::string> waitingAlerts_;  ///< none while none is shown
+    std::vector<RuleHits> hits_;
+    std::vector<WaitingOutput> waiting_;
+    std::size_t waitingCount_ = 0;
+    std::optional<std::string> panicAnswer_;
     Log inLog_{logCapacity};
     Log outLog_{logCapacity};
     Observers rulesObservers_;
     Observers alertObservers_;
+    Observers hitsObservers_;
+    Observers waitingObservers_;
+    Observers panicObservers_;
     Observers inLogObservers_;
     Observers outLogObservers_;
 };

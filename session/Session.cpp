@@ -1,16 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "session/Session.hpp"
 
+#include <algorithm>
 #include <exception>
 #include <utility>
 
 #include "persistence/PluginData.hpp"
 #include "persistence/ProblemInWords.hpp"
 #include "platform/FatalError.hpp"
+#include "session/PanicResult.hpp"
 
 namespace quillo {
 
-Session::Session(HostTransport transport) : renderer_(processor_, logInput, logOutput, transport) {}
+Session::Session(HostTransport transport)
+    : renderer_(processor_, logInput, logOutput, transport),
+      rulesShown_(model_->observeRules([this] { showHits(); })) {}
 
 Session::~Session() = default;
 
@@ -31,7 +35,9 @@ std::optional<std::string> Session::setSampleRate(double rate) {
     }
     try {
         processor_.sampleRate = now;
-        processor_.setRules(processor_.rules());
+        const auto was = HitHistory::Moment{renderer_.reached(), before};
+        const auto replaced = processor_.setRules(processor_.rules());
+        hits_.follow(*replaced, replaced->rules, was);
         return std::nullopt;
     } catch (const std::exception& error) {
         processor_.sampleRate = before;
@@ -66,7 +72,9 @@ std::optional<std::string> Session::whyNotInstalled(std::span<const std::uint8_t
 void Session::install(std::vector<Rule> rules) {
     const std::lock_guard lock(installing_);
     processor_.setRules(std::move(rules));
+    hits_.forget();
     restored_ = true;
+    endNotesIfAsked();
 }
 
 void Session::viewDidLoad() {
@@ -80,9 +88,39 @@ void Session::viewDidLoad() {
 void Session::onRulesChanged(std::vector<Rule> rules) {
     {
         const std::lock_guard lock(installing_);
-        processor_.setRules(std::move(rules));
+        const auto after = rules;
+        const auto replaced = processor_.setRules(std::move(rules));
+        hits_.follow(*replaced, after, now());
     }
+    endNotesIfAsked();
     onEdit_();
+}
+
+void Session::endNotesIfAsked() {
+    if (notesEnd_) {
+        renderer_.requests().ask(RenderRequests::Kind::endOfNotes);
+    }
+}
+
+HitHistory::Moment Session::now() {
+    return {renderer_.reached(), processor_.sampleRate.load()};
+}
+
+void Session::watchWaiting(bool isSeen) {
+    waitingIsWatched_ = isSeen;
+}
+
+void Session::cancelWaiting(std::uint64_t number) {
+    cancellations_.push_back(number);
+    handOnCancellation();
+}
+
+void Session::cancelAllWaiting() {
+    renderer_.requests().ask(RenderRequests::Kind::cancelAll);
+}
+
+void Session::panic() {
+    renderer_.requests().ask(RenderRequests::Kind::panic);
 }
 
 void Session::onInstantMessageClick(const RuleOutputVariantsV2& message) {
@@ -101,8 +139,61 @@ void Session::drain() {
     if (logs_) {
         logs_->moveTo(*model_);
         showRestoredRules();
+        showHits();
+        showWaiting();
     }
+    showPanic();
+    handOnCancellation();
     showNextAlert();
+}
+
+/// Nothing where the rules that run are not those that are shown.
+void Session::showHits() {
+    const std::lock_guard lock(installing_);
+    auto hits = hits_.hits(*processor_.compiledRules(), now());
+    model_->setHits(hits.size() == model_->rules().size() ? std::move(hits) : std::vector<RuleHits>());
+}
+
+/// The next copies are asked for at once: they need a block or more.
+void Session::showWaiting() {
+    if (!waitingIsWatched_) {
+        waiting_.clear();
+    } else {
+        if (const auto copies = renderer_.snapshot().copies()) {
+            waiting_.assign(copies->begin(), copies->end());
+            std::ranges::sort(waiting_, {},
+                              [](const auto& copy) { return std::pair(copy.output.time, copy.number); });
+        }
+        renderer_.snapshot().request();
+    }
+    model_->setWaiting(waitingOutputs(), renderer_.waitingOutputs());
+}
+
+/// What was copied while it waited may have left since.
+std::vector<WaitingOutput> Session::waitingOutputs() {
+    const auto [reached, rate] = now();
+    std::vector<WaitingOutput> outputs;
+    outputs.reserve(waiting_.size());
+    for (const auto& [number, output] : waiting_) {
+        if (output.time >= reached) {
+            const auto seconds = static_cast<double>(output.time - reached) / static_cast<double>(rate);
+            outputs.push_back({number, seconds, output.message, std::string(output.ruleName.text())});
+        }
+    }
+    return outputs;
+}
+
+/// One at a time: the render thread takes one in each block.
+void Session::handOnCancellation() {
+    while (!cancellations_.empty() && renderer_.requests().tryCancel(cancellations_.front())) {
+        cancellations_.pop_front();
+    }
+}
+
+void Session::showPanic() {
+    if (const auto result = renderer_.requests().takeAnswer()) {
+        model_->setPanicAnswer(inWords(*result));
+    }
 }
 
 void Session::showRestoredRules() {

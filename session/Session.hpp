@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -17,6 +18,7 @@
 #include "session/BlockRenderer.hpp"
 #include "session/EditorLogs.hpp"
 #include "session/EditorUnit.hpp"
+#include "session/HitHistory.hpp"
 #include "session/PendingAlerts.hpp"
 #include "session/QuilloModel.hpp"
 
@@ -60,6 +62,13 @@ public:
     void onInstantMessageClick(const RuleOutputVariantsV2& message) override;
     void tellUser(std::string message) override { alerts_.add(message); }
     void drain() override;
+    [[nodiscard]] bool tellsWhatItDoes() const override { return true; }
+    void watchWaiting(bool isSeen) override;
+    void cancelWaiting(std::uint64_t number) override;
+    void cancelAllWaiting() override;
+    void panic() override;
+    void setNotesEndWhenRulesChange(bool theyEnd) override { notesEnd_ = theyEnd; }
+    [[nodiscard]] bool notesEndWhenRulesChange() const override { return notesEnd_; }
 
     /// `callback` runs after each edit: the host's project has changed.
     void setOnEdit(std::function<void()> callback) { onEdit_ = std::move(callback); }
@@ -79,17 +88,30 @@ private:
 
     [[nodiscard]] std::optional<std::string> whyNotInstalled(std::span<const std::uint8_t> document);
     void showRestoredRules();
+    [[nodiscard]] HitHistory::Moment now();
+    void endNotesIfAsked();
+    void showHits();
+    void showWaiting();
+    [[nodiscard]] std::vector<WaitingOutput> waitingOutputs();
+    void handOnCancellation();
+    void showPanic();
     void tellFatalError();
     void tellRefusals();
     void showNextAlert();
 
     RuleProcessor processor_;
-    std::mutex installing_;  ///< of rules: a new rate reads them and puts them back
+    std::mutex installing_;  ///< of rules: a new rate reads them and puts them back, and hits are handed on
+    HitHistory hits_;        ///< of the rules that run
     BlockRenderer renderer_;
     const std::shared_ptr<QuilloModel> model_ = std::make_shared<QuilloModel>();
+    const Observation rulesShown_;       ///< of the model: their hits are theirs at once
     std::optional<EditorLogs> logs_;     ///< since the first editor
     std::atomic<bool> restored_{false};  ///< since the model was shown the rules
     std::function<void()> onEdit_ = [] {};
+    std::atomic<bool> notesEnd_{false};  ///< when rules change
+    bool waitingIsWatched_ = false;
+    std::vector<WaitingSnapshot::Copy> waiting_;  ///< as of the last copies; the first to leave first
+    std::deque<std::uint64_t> cancellations_;     ///< that the render thread has still to be asked for
     PendingAlerts alerts_;
     bool fatalErrorTold_ = false;
     std::set<RefusedMessages::Message> refusals_;  ///< the different ones so far
