@@ -6,7 +6,7 @@ namespace quillo {
 /// How a run of the program ends, in the numbers that shell programs agree on. A run that did what it was
 /// asked to ends with 0.
 inline constexpr int exitSuccess = 0;
-inline constexpr int exitBadPreset = 1;     ///< `check`: the preset is damaged
+inline constexpr int exitBadPreset = 1;     ///< `check`: the preset is damaged, or cannot run
 inline constexpr int exitUsage = 64;        ///< wrong arguments
 inline constexpr int exitBadData = 65;      ///< an input file is damaged
 inline constexpr int exitNoInput = 66;      ///< an input file cannot be read

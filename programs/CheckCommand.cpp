@@ -10,6 +10,7 @@
 #include "commandline/ExitStatus.hpp"
 #include "commandline/InputFiles.hpp"
 #include "commandline/OutputFile.hpp"
+#include "engine/RuleCompiler.hpp"
 #include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
 #include "rules/RuleEntry.hpp"
@@ -45,10 +46,10 @@ std::string generation(const ReadDocument& document) {
     return "generations 1 and 2 mixed (" + std::to_string(document.migratedRules) + " of the oldest)";
 }
 
-/// To rules that no unit can install nothing can be advised: they are as bad as a damaged preset.
-std::vector<Advice> adviceFor(const std::vector<Rule>& rules, const std::string& path) {
+/// Rules that no program could run are as bad as a damaged preset.
+void refuseWhatCannotRun(const std::vector<Rule>& rules, const std::string& path) {
     try {
-        return adviseOn(rules);
+        static_cast<void>(compileRules(rules, defaultSampleRate));
     } catch (const FatalError& error) {
         throw CommandFailure(exitBadPreset, escaped(path) + ": " + wordsOf(error));
     }
@@ -86,8 +87,8 @@ std::vector<RuleRun> oneByOne(std::size_t count) {
     return runs;
 }
 
-void writeAdvice(const std::vector<Rule>& rules, const std::string& path, std::ostream& out) {
-    const auto advice = adviceFor(rules, path);
+void writeAdvice(const std::vector<Rule>& rules, std::ostream& out) {
+    const auto advice = adviseOn(rules);
     out << (advice.empty() ? "\nAdvice: none.\n" : "\nAdvice:\n");
     for (const auto& piece : advice) {
         out << adviceText(rules, piece);
@@ -118,8 +119,9 @@ int runCheckCommand(std::span<const std::string> words, const Console& console) 
     console.out << escaped(path) << ": " << describe(document) << '\n';
     const auto& rules = document.data.rules;
     writeRuns(rules, arguments.has("--unfold") ? oneByOne(rules.size()) : runsOf(rules), console.out);
+    refuseWhatCannotRun(rules, path);
     if (arguments.has("--advice")) {
-        writeAdvice(rules, path, console.out);
+        writeAdvice(rules, console.out);
     }
     if (target) {
         writeCurrentForm(document.data, OutputFile(*target, arguments.has("--force")), *target, console);

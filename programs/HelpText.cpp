@@ -34,7 +34,7 @@ Options:
 Example: hear what a preset makes of a song, and see every event on its way.
   midi-quillo render song.mid out.mid --preset echo.json --trace
 
-Exit status: 0 all went well; 1 check found a damaged preset; 64 wrong
+Exit status: 0 all went well; 1 check found a bad preset; 64 wrong
 arguments; 65 damaged input; 66 input cannot be read; 70 fatal error;
 73 output cannot be written or is there already.
 )";
@@ -74,7 +74,8 @@ one rule a line. Rules that differ in nothing but the value that they wait for,
 which rises from rule to rule, are one line: "notes C1 to B1, 12 rules".
 Channels are counted from 1; everything else is the number in the MIDI message.
 Under a rule that the editor cannot show, or not as it is, it says so. If the
-preset is damaged, says what is wrong and where.
+preset is damaged, or no program could run a rule of it, says what is wrong and
+where.
 
 Options:
   --advice          say as well which rules can never fire, which swallow all

@@ -165,13 +165,33 @@ TEST_F(CheckCommandTest, AdvisesAndStoresInOneRun) {
     EXPECT_EQ(folder.read("new.json"), twoRules());
 }
 
-TEST_F(CheckCommandTest, CannotAdviseOnRulesThatNoUnitInstalls) {
-    const auto path = folder.with("p.json", presetOf({controllerRule(onLoad(), 7, -5)}));
-    EXPECT_EQ(run({"check", path}).status, exitSuccess);
-    const auto result = run({"check", path, "--advice"});
-    EXPECT_EQ(result.status, exitBadPreset);
-    EXPECT_THAT(result.err, AllOf(StartsWith("midi-quillo: " + path + ": "),
-                                  EndsWith("a delay is negative: -5 ms. Choose 0 or more.\n")));
+TEST_F(CheckCommandTest, RefusesRulesThatNoProgramCouldRunAndNamesThem) {
+    using namespace test;
+    const auto copied = send(protocol(StatusV2::CC, channel(0), byte(7), triggerByte));
+    const std::vector<std::pair<Rule, std::string>> cases{
+        {controllerRule(onLoad(), 7, -5),
+         "Rule 2 \"controller 7\": a delay is negative: -5 ms. Choose 0 or more.\n"},
+        {controllerRule(onLoad(), 7, std::numeric_limits<std::int64_t>::max()),
+         "Rule 2 \"controller 7\": a delay is too long: 9223372036854775807 ms. Choose a shorter one.\n"},
+        {rule(onLoad(), copied, "load"), "Rule 2 \"load\": an on-load rule copies from a triggering message, "
+                                         "and there is none. Choose values of "
+                                         "its own for what it sends.\n"},
+        {rule(onHost(HostTransportTriggerVariantsV2::Stop), copied, "host"),
+         "Rule 2 \"host\": a host-transport rule copies from a triggering message, and there is none. Choose "
+         "values of its own for what it sends.\n"}};
+    for (const auto& [bad, reason] : cases) {
+        const auto path = folder.with("p.json", presetOf({controllerRule(onAnyNote(), 8), bad}));
+        for (const auto& more :
+             std::vector<std::vector<std::string>>{{}, {"--advice"}, {"--write", folder / "new.json"}}) {
+            auto words = std::vector<std::string>{"check", path};
+            words.insert(words.end(), more.begin(), more.end());
+            const auto result = run(words);
+            EXPECT_EQ(result.status, exitBadPreset);
+            EXPECT_THAT(result.out, HasSubstr("\n2. \"" + bad.name + "\": when"));
+            EXPECT_EQ(result.err, "midi-quillo: " + path + ": " + reason);
+        }
+        EXPECT_EQ(folder.fileCount(), 1U) << "Nothing is stored.";
+    }
 }
 
 TEST_F(CheckCommandTest, StoresAnOlderPresetInTheCurrentForm) {
