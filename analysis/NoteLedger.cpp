@@ -2,13 +2,11 @@
 #include "analysis/NoteLedger.hpp"
 
 #include <algorithm>
-#include <cstdlib>
-#include <utility>
-#include <variant>
 
 #include "midi/MessageLength.hpp"
 #include "midi/Status.hpp"
 #include "rules/StatusV2.hpp"
+#include "words/PolicyWords.hpp"
 
 namespace quillo {
 
@@ -16,202 +14,185 @@ namespace {
 
 using Bytes = std::span<const std::uint8_t>;
 
+constexpr SampleTime none = -1;
+
 bool is(Bytes message, StatusV2 kind) {
     return isCompleteChannelMessage(message) && (message[0] & midi::kindMask) == statusNibble(kind);
 }
 
-bool isNote(Bytes message) {
-    return is(message, StatusV2::noteOn) || is(message, StatusV2::noteOff);
+bool isNote(EventKind kind) {
+    return kind == EventKind::noteOn || kind == EventKind::noteOff;
 }
 
-/// Keeps the greatest delay.
-void keepLast(std::unordered_map<std::uint32_t, SampleTime>& delays, std::uint32_t key, SampleTime delay) {
-    const auto [place, isNew] = delays.emplace(key, delay);
-    if (!isNew) {
-        place->second = std::max(place->second, delay);
+bool isNoteOnWith(Bytes message, bool velocity) {
+    return is(message, StatusV2::noteOn) && (message[2] > 0) == velocity;
+}
+
+bool silences(Bytes message) {
+    constexpr std::uint8_t allSoundOff = 120;
+    constexpr std::uint8_t allNotesOff = 123;
+    return is(message, StatusV2::CC) && (message[1] == allSoundOff || message[1] >= allNotesOff);
+}
+
+/// Keeps the note that makes the better example.
+void offer(std::optional<NoteLedger::Note>& example, NoteLedger::Note note) {
+    const auto rank = [](NoteLedger::Note of) {
+        constexpr unsigned middleC = 60;
+        constexpr unsigned noteCount = 128;
+        return of.channel * noteCount + (of.number + noteCount - middleC) % noteCount;
+    };
+    if (!example || rank(note) < rank(*example)) {
+        example = note;
     }
-}
-
-std::optional<SampleTime> delayAt(const std::unordered_map<std::uint32_t, SampleTime>& delays,
-                                  std::uint32_t key) {
-    const auto place = delays.find(key);
-    return place == delays.end() ? std::nullopt : std::optional(place->second);
 }
 
 }  // namespace
 
-void NoteLedger::watch(const Trial& trial) {
-    const auto* message = std::get_if<MIDIMessage>(&trial.event);
-    const auto trigger = message == nullptr ? Bytes() : message->bytes();
-    watchForwarding(trial, trigger);
-    for (const auto& firing : trial.outcome.firings) {
-        for (const auto& sent : firing.messages) {
-            record(firing, sent.bytes(), trigger);
+NoteLedger::NoteLedger(const std::vector<Rule>& rules, const RuleReach& reach)
+    : rules_(rules), reach_(reach) {
+    for (std::size_t rule = 0; rule < rules.size(); ++rule) {
+        forEachNoteMessage(rule, [&](const Sending& sending) { recordEnd(rule, sending); });
+    }
+}
+
+/// Calls `visit` with each short message that the rule ever sends: of a note's velocities, 0 and another one
+/// stand for all.
+template <class Visit>
+void NoteLedger::forEachNoteMessage(std::size_t rule, Visit visit) const {
+    const auto content = compile(rules_[rule].output.message);
+    const auto send = [&](const Event& event, const TriggerBytes& trigger) {
+        const auto messages = messagesOf(content, trigger);
+        for (const auto& message : messages.messages()) {
+            visit(Sending{event, trigger, message.bytes()});
         }
-    }
-}
-
-std::optional<NoteLedger::Note> NoteLedger::neverEnded(std::size_t rule) const {
-    const auto found = lowest(rule, Fate::neverEnded);
-    return found ? std::optional(noteAt(*found)) : std::nullopt;
-}
-
-std::optional<NoteLedger::Chance> NoteLedger::endedByChance(std::size_t rule) const {
-    const auto found = lowest(rule, Fate::endedByChance);
-    return found ? std::optional(Chance{noteAt(*found), !endedByNoteOffs_[*found]}) : std::nullopt;
-}
-
-std::optional<NoteLedger::EarlyEnd> NoteLedger::endedTooSoon(std::size_t rule) const {
-    const auto& started = started_[rule];
-    const auto found = std::ranges::find_if(
-        started.byKeys, [&](Start start) { return fateOf(start, started.delay) == Fate::endedTooSoon; });
-    if (found == started.byKeys.end()) {
-        return std::nullopt;
-    }
-    return EarlyEnd{noteAt(found->note), started.delay, *ownEnd(*found)};
-}
-
-std::optional<NoteLedger::Note> NoteLedger::endSwallowed(std::size_t rule) const {
-    constexpr int middleC = 60;
-    const auto fromMiddleC = [](Note note) {
-        return std::pair(note.channel, std::abs(int{note.number} - middleC));
     };
-    std::optional<Note> example;
-    for (std::size_t index = 0; index < forwarded_.size(); ++index) {
-        const auto note = noteAt(index);
-        const auto key = static_cast<Index>(index);
-        const bool isSwallowed =
-            forwarded_[index] && swallowers_[index] == rule && fateOf({key, key}, 0) != Fate::ended;
-        if (isSwallowed && (!example || fromMiddleC(note) < fromMiddleC(*example))) {
-            example = note;
-        }
+    if (rules_[rule].trigger.is<RuleTriggerV2::OnLoad>()) {
+        send({EventKind::hostStart}, {});
+        return;
     }
-    return example;
+    reach_.box(rule).any([&](const Event& event) {
+        if (reach_.fires(rule, event)) {
+            auto trigger = event.bytes();
+            send(event, trigger);
+            if (isNote(event.kind)) {
+                trigger.data2 = 1;
+                send(event, trigger);
+            }
+        }
+        return false;
+    });
 }
 
-NoteLedger::Note NoteLedger::noteAt(std::size_t index) {
+NoteLedger::Note NoteLedger::noteAt(Index index) {
     return {static_cast<std::uint8_t>(index / noteCount), static_cast<std::uint8_t>(index % noteCount)};
 }
 
 /// Of a complete note: its channel and number.
 NoteLedger::Index NoteLedger::indexOf(Bytes message) {
-    return static_cast<Index>((message[0] & midi::channelMask) * noteCount + message[1]);
+    return (message[0] & midi::channelMask) * noteCount + message[1];
 }
 
-/// A note or a channel, and a key.
-std::uint32_t NoteLedger::together(std::size_t first, Index key) {
-    return static_cast<std::uint32_t>(first * channelCount * noteCount + key);
+/// Of a note event: the key.
+NoteLedger::Index NoteLedger::keyOf(const Event& event) {
+    return event.channel * noteCount + event.data1;
 }
 
-void NoteLedger::watchForwarding(const Trial& trial, Bytes trigger) {
-    if (is(trigger, StatusV2::noteOn)) {
-        const bool starts = trial.outcome.forwarded && trigger[2] > 0;
-        forwarded_[indexOf(trigger)] = forwarded_[indexOf(trigger)] || starts;
-    } else if (is(trigger, StatusV2::noteOff)) {
-        releasesForwarded_[indexOf(trigger)] = trial.outcome.forwarded;
-        swallowers_[indexOf(trigger)] = trial.outcome.consumer;
+void NoteLedger::keepLast(std::unique_ptr<EndsByKey>& ends, Index key, SampleTime delay) {
+    if (!ends) {
+        ends = std::make_unique<EndsByKey>();
+        ends->fill(none);
+    }
+    auto& last = (*ends)[key];
+    last = std::max(last, delay);
+}
+
+/// A rule that sends velocity 0 whatever comes does so for other velocities of its trigger, too; one that
+/// copies it ends notes by chance.
+void NoteLedger::recordEnd(std::size_t rule, const Sending& sending) {
+    const auto delay = rules_[rule].output.delay.ms;
+    const auto& [event, trigger, sent] = sending;
+    const bool isByChance = isNote(event.kind) && trigger.data2 == 0;
+    if (is(sent, StatusV2::noteOff) || (isNoteOnWith(sent, false) && !isByChance)) {
+        recordNoteEnd(indexOf(sent), sending, delay);
+    } else if (isNoteOnWith(sent, false)) {
+        (event.kind == EventKind::noteOn ? endedByNoteOns_ : endedByNoteOffs_).set(indexOf(sent));
+    } else if (silences(sent)) {
+        recordSilence(sent[0] & midi::channelMask, sending, delay);
     }
 }
 
-void NoteLedger::record(const EngineProbe::Firing& firing, Bytes sent, Bytes trigger) {
-    if (is(sent, StatusV2::noteOff)) {
-        recordEnd(sent, trigger, firing.delay);
-    } else if (is(sent, StatusV2::noteOn)) {
-        recordNoteOn(firing, sent, trigger);
-    } else if (is(sent, StatusV2::CC)) {
-        recordSilence(sent, trigger, firing.delay);
-    }
-}
-
-/// With velocity 0 it is an end. A rule that sends that velocity whatever comes does so for other velocities of
-/// its trigger, too; one that copies it ends notes by chance.
-void NoteLedger::recordNoteOn(const EngineProbe::Firing& firing, Bytes sent, Bytes trigger) {
-    const auto note = indexOf(sent);
-    if (sent[2] == 0) {
-        if (!isNote(trigger) || trigger[2] != 0) {
-            recordEnd(sent, trigger, firing.delay);
-        } else {
-            (is(trigger, StatusV2::noteOn) ? endedByNoteOns_ : endedByNoteOffs_).set(note);
-        }
-        return;
-    }
-    auto& started = started_[firing.rule];
-    started.delay = firing.delay;
-    if (!is(trigger, StatusV2::noteOn)) {
-        started.others.set(note);
-        return;
-    }
-    const Start start{note, indexOf(trigger)};
-    if (started.byKeys.empty() || started.byKeys.back() != start) {
-        started.byKeys.push_back(start);
-    }
-}
-
-void NoteLedger::recordEnd(Bytes sent, Bytes trigger, SampleTime delay) {
-    const auto note = indexOf(sent);
-    if (!is(trigger, StatusV2::noteOff)) {
+void NoteLedger::recordNoteEnd(Index note, const Sending& sending, SampleTime delay) {
+    if (sending.event.kind != EventKind::noteOff) {
         ended_.set(note);
         return;
     }
     endedByReleases_.set(note);
-    keepLast(ends_, together(note, indexOf(trigger)), delay);
+    keepLast(ends_.at(note), keyOf(sending.event), delay);
 }
 
-void NoteLedger::recordSilence(Bytes sent, Bytes trigger, SampleTime delay) {
-    constexpr std::uint8_t allSoundOff = 120;
-    constexpr std::uint8_t allNotesOff = 123;
-    if (sent[1] != allSoundOff && sent[1] < allNotesOff) {
-        return;
-    }
-    const std::size_t channel = sent[0] & midi::channelMask;
-    const bool isRelease = is(trigger, StatusV2::noteOff);
+void NoteLedger::recordSilence(std::size_t channel, const Sending& sending, SampleTime delay) {
+    const bool isRelease = sending.event.kind == EventKind::noteOff;
     for (std::size_t note = 0; note < noteCount; ++note) {
         (isRelease ? endedByReleases_ : ended_).set(channel * noteCount + note);
     }
     if (isRelease) {
-        keepLast(silences_, together(channel, indexOf(trigger)), delay);
+        keepLast(silences_.at(channel), keyOf(sending.event), delay);
     }
 }
 
-/// Of the notes that the rule starts and that fare so, the lowest on the lowest channel.
-std::optional<std::size_t> NoteLedger::lowest(std::size_t rule, Fate fate) const {
-    const auto& started = started_[rule];
-    std::optional<std::size_t> lowest;
-    const auto consider = [&](std::size_t note) { lowest = std::min(lowest.value_or(note), note); };
-    for (const auto start : started.byKeys) {
-        if (fateOf(start, started.delay) == fate) {
-            consider(start.note);
+NoteLedger::Findings NoteLedger::findings(std::size_t rule) const {
+    const auto delay = rules_[rule].output.delay.ms;
+    std::optional<Note> never;
+    std::optional<Note> byChance;
+    std::optional<Note> tooSoon;
+    SampleTime tooSoonAfter = none;
+    forEachNoteMessage(rule, [&](const Sending& sending) {
+        if (!isNoteOnWith(sending.sent, true)) {
+            return;
+        }
+        const auto note = indexOf(sending.sent);
+        const bool isPress = sending.event.kind == EventKind::noteOn;
+        const auto end = isPress && !ended_[note] ? ownEnd(note, keyOf(sending.event)) : std::nullopt;
+        if (end && *end < delay) {
+            offer(tooSoon, noteAt(note));
+            tooSoonAfter = tooSoon == noteAt(note) ? *end : tooSoonAfter;
+        } else if (!end && !isEnded(note)) {
+            offer(endedByNoteOns_[note] || endedByNoteOffs_[note] ? byChance : never, noteAt(note));
+        }
+    });
+    const auto chanceOf = [&](Note note) {
+        return Chance{note, !endedByNoteOffs_[note.channel * noteCount + note.number]};
+    };
+    return {never, byChance ? std::optional(chanceOf(*byChance)) : std::nullopt,
+            tooSoon ? std::optional(EarlyEnd{*tooSoon, delay, tooSoonAfter}) : std::nullopt};
+}
+
+std::optional<NoteLedger::Note> NoteLedger::endSwallowed(std::size_t rule) const {
+    std::optional<Note> example;
+    if (policyOf(rules_[rule].trigger) == PassThroughV2::PassThrough) {
+        return example;
+    }
+    for (Index key = 0; key < keyCount; ++key) {
+        const auto note = noteAt(key);
+        const bool passes = !reach_.consumer({EventKind::noteOn, note.channel, note.number});
+        const bool isSwallowed =
+            passes && reach_.consumer({EventKind::noteOff, note.channel, note.number}) == rule;
+        if (isSwallowed && !isEnded(key) && !ownEnd(key, key)) {
+            offer(example, note);
         }
     }
-    for (std::size_t note = 0; note < started.others.size(); ++note) {
-        if (started.others[note] && fateOf(note) == fate) {
-            consider(note);
-        }
-    }
-    return lowest;
-}
-
-NoteLedger::Fate NoteLedger::fateOf(Start start, SampleTime delay) const {
-    const auto end = ended_[start.note] ? std::nullopt : ownEnd(start);
-    if (end) {
-        return *end < delay ? Fate::endedTooSoon : Fate::ended;
-    }
-    return fateOf(start.note);
-}
-
-NoteLedger::Fate NoteLedger::fateOf(std::size_t note) const {
-    if (ended_[note] || endedByReleases_[note]) {
-        return Fate::ended;
-    }
-    return endedByNoteOns_[note] || endedByNoteOffs_[note] ? Fate::endedByChance : Fate::neverEnded;
+    return example;
 }
 
 /// When, after its release, the key that started the note ends it for the last time.
-std::optional<SampleTime> NoteLedger::ownEnd(Start start) const {
-    const bool isForwarded = start.note == start.key && releasesForwarded_[start.key];
-    const auto end = delayAt(ends_, together(start.note, start.key));
-    const auto silence = delayAt(silences_, together(start.note / noteCount, start.key));
-    return std::max({end, silence, isForwarded ? std::optional<SampleTime>(0) : std::nullopt});
+std::optional<SampleTime> NoteLedger::ownEnd(Index note, Index key) const {
+    const auto endIn = [key](const std::unique_ptr<EndsByKey>& ends) { return ends ? (*ends)[key] : none; };
+    const auto release = noteAt(key);
+    const bool isForwarded =
+        note == key && !reach_.consumer({EventKind::noteOff, release.channel, release.number});
+    const auto last = std::max(
+        {endIn(ends_.at(note)), endIn(silences_.at(note / noteCount)), isForwarded ? SampleTime{0} : none});
+    return last == none ? std::nullopt : std::optional(last);
 }
 
 }  // namespace quillo

@@ -1,28 +1,33 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <array>
 #include <bitset>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
-#include <unordered_map>
 #include <vector>
 
-#include "analysis/EngineProbe.hpp"
-#include "analysis/TellingEvents.hpp"
+#include "analysis/RuleReach.hpp"
 #include "engine/MIDIMessage.hpp"
+#include "engine/MessageContent.hpp"
 #include "engine/SampleTime.hpp"
+#include "rules/Rule.hpp"
 
 namespace quillo {
 
-/// Which notes sound on: notes that rules start and no rule ends, and notes that pass while a rule swallows their
-/// end. Watches the trials of all telling events; after them what it says is true of every event.
+/// Which notes sound on: notes that rules start and no rule ends, and notes that pass while a rule swallows
+/// their end. What it says is true of every event that can come.
 ///
-/// A note is ended by its note-off, and by what silences its channel: All Sound Off, All Notes Off, and the mode
-/// messages that imply it. When and after which event that is sent is not looked at, save for one thing: what a
-/// key's press starts and the same key's release ends must not end before it has started, however short the key
-/// is held. The release of a key that is forwarded is an end like that of a rule, without a delay.
+/// A note is ended by its note-off, and by what silences its channel: All Sound Off, All Notes Off, and the
+/// mode messages that imply it. When and after which event that is sent is not looked at, save for one thing:
+/// what a key's press starts and the same key's release ends must not end before it has started, however
+/// short the key is held. The release of a key that is forwarded is an end like that of a rule, without a
+/// delay.
+///
+/// Of many notes the example is one on the first channel, the first from middle C upwards.
 class NoteLedger {
 public:
     struct Note {
@@ -49,70 +54,59 @@ public:
         bool operator==(const EarlyEnd&) const = default;
     };
 
-    explicit NoteLedger(std::size_t ruleCount) : started_(ruleCount) {}
+    /// What is wrong with the notes that one rule starts.
+    struct Findings {
+        std::optional<Note> neverEnded;
+        std::optional<Chance> endedByChance;
+        std::optional<EarlyEnd> endedTooSoon;
+    };
 
-    void watch(const Trial& trial);
+    /// Both must outlive it.
+    NoteLedger(const std::vector<Rule>& rules, const RuleReach& reach);
 
-    /// A note that the rule starts and no rule ends, if there is one.
-    [[nodiscard]] std::optional<Note> neverEnded(std::size_t rule) const;
+    [[nodiscard]] Findings findings(std::size_t rule) const;
 
-    /// A note that the rule starts and that ends by chance only.
-    [[nodiscard]] std::optional<Chance> endedByChance(std::size_t rule) const;
-
-    /// A note that the rule starts later than the release of its key ends it.
-    [[nodiscard]] std::optional<EarlyEnd> endedTooSoon(std::size_t rule) const;
-
-    /// A note that is forwarded and that nothing ends for certain, because the rule swallows the note-off; on the
-    /// first channel that has such notes, the one next to middle C.
+    /// A note that is forwarded and that nothing ends for certain, because the rule swallows the note-off.
     [[nodiscard]] std::optional<Note> endSwallowed(std::size_t rule) const;
 
 private:
     static constexpr std::size_t channelCount = 16;
     static constexpr std::size_t noteCount = 128;
-    using Notes = std::bitset<channelCount * noteCount>;
-    using Index = std::uint16_t;  ///< of a note among `Notes`; keys have the index of their own note
+    static constexpr std::size_t keyCount = channelCount * noteCount;
+    using Notes = std::bitset<keyCount>;
+    using Index = std::size_t;  ///< of a note among `Notes`; keys have the index of their own note
     using Bytes = std::span<const std::uint8_t>;
 
-    enum class Fate : std::uint8_t { ended, endedTooSoon, endedByChance, neverEnded };
+    /// By the key that is released: the delay of the last end; -1 where there is none.
+    using EndsByKey = std::array<SampleTime, keyCount>;
 
-    struct Start {
-        Index note;
-        Index key;
-
-        bool operator==(const Start&) const = default;
+    /// One way in which a rule fires, and a message that it then sends.
+    struct Sending {
+        Event event;
+        TriggerBytes trigger;  ///< with a velocity, for a note
+        Bytes sent;
     };
 
-    struct Started {
-        SampleTime delay = 0;
-        std::vector<Start> byKeys;  ///< when a key was pressed
-        Notes others;
-    };
-
-    static Note noteAt(std::size_t index);
+    template <class Visit>
+    void forEachNoteMessage(std::size_t rule, Visit visit) const;
+    static Note noteAt(Index index);
     static Index indexOf(Bytes message);
-    static std::uint32_t together(std::size_t first, Index key);
-    void watchForwarding(const Trial& trial, Bytes trigger);
-    void record(const EngineProbe::Firing& firing, Bytes sent, Bytes trigger);
-    void recordNoteOn(const EngineProbe::Firing& firing, Bytes sent, Bytes trigger);
-    void recordEnd(Bytes sent, Bytes trigger, SampleTime delay);
-    void recordSilence(Bytes sent, Bytes trigger, SampleTime delay);
+    static Index keyOf(const Event& event);
+    static void keepLast(std::unique_ptr<EndsByKey>& ends, Index key, SampleTime delay);
+    void recordEnd(std::size_t rule, const Sending& sending);
+    void recordNoteEnd(Index note, const Sending& sending, SampleTime delay);
+    void recordSilence(std::size_t channel, const Sending& sending, SampleTime delay);
+    [[nodiscard]] bool isEnded(Index note) const { return ended_[note] || endedByReleases_[note]; }
+    [[nodiscard]] std::optional<SampleTime> ownEnd(Index note, Index key) const;
 
-    [[nodiscard]] std::optional<std::size_t> lowest(std::size_t rule, Fate fate) const;
-    [[nodiscard]] Fate fateOf(Start start, SampleTime delay) const;
-    [[nodiscard]] Fate fateOf(std::size_t note) const;
-    [[nodiscard]] std::optional<SampleTime> ownEnd(Start start) const;
-
-    std::vector<Started> started_;
-    Notes ended_;            ///< by anything but the release of a key
-    Notes endedByReleases_;  ///< by the release of some key
-    Notes endedByNoteOns_;   ///< by chance, by velocity 0 of a note-on
-    Notes endedByNoteOffs_;  ///< by chance, by velocity 0 of a note-off
-    Notes forwarded_;
-    Notes releasesForwarded_;
-    std::vector<std::optional<std::size_t>> swallowers_ =
-        std::vector<std::optional<std::size_t>>(Notes().size());  ///< the rules that swallow note-offs
-    std::unordered_map<std::uint32_t, SampleTime> ends_;      ///< the last of each note at a key's release
-    std::unordered_map<std::uint32_t, SampleTime> silences_;  ///< the last of each channel, likewise
+    const std::vector<Rule>& rules_;
+    const RuleReach& reach_;
+    Notes ended_;                                            ///< by anything but the release of a key
+    Notes endedByReleases_;                                  ///< by the release of some key
+    Notes endedByNoteOns_;                                   ///< by chance, by velocity 0 of a note-on
+    Notes endedByNoteOffs_;                                  ///< by chance, by velocity 0 of a note-off
+    std::array<std::unique_ptr<EndsByKey>, keyCount> ends_;  ///< of each note
+    std::array<std::unique_ptr<EndsByKey>, channelCount> silences_;  ///< of each channel
 };
 
 }  // namespace quillo

@@ -108,8 +108,18 @@ std::optional<std::uint8_t> tooGreat(const MIDIMessage& message) {
     return found == data.end() ? std::nullopt : std::optional(*found);
 }
 
-std::optional<Advice> onCompleteness(std::size_t rule, const OutputCheck& outputs) {
-    const auto incomplete = outputs.incomplete(rule);
+/// Whether a message is complete does not depend on what is copied: no message that comes has a number above
+/// 127.
+std::optional<MIDIMessage> incompleteMessage(const RuleOutputVariantsV2& output,
+                                             const TriggerBytes& trigger) {
+    const auto list = messagesOf(compile(output), trigger);
+    const auto wrong = std::ranges::find_if_not(list.messages(), isComplete);
+    return wrong == list.messages().end() ? std::nullopt : std::optional(*wrong);
+}
+
+std::optional<Advice> onCompleteness(const RuleOutputVariantsV2& output, std::size_t rule,
+                                     const std::optional<TriggerBytes>& trigger) {
+    const auto incomplete = trigger ? incompleteMessage(output, *trigger) : std::nullopt;
     if (!incomplete) {
         return std::nullopt;
     }
@@ -157,41 +167,21 @@ Advice swallowedEnd(std::size_t rule, const NoteLedger::Note& note) {
             "Set it to Pass through, or let a rule above it send the note-off."};
 }
 
-std::optional<Advice> onOwnNotes(std::size_t rule, const NoteLedger& notes) {
-    if (const auto note = notes.neverEnded(rule)) {
-        return hangingNote(rule, *note, "");
+std::optional<Advice> onOwnNotes(std::size_t rule, const NoteLedger::Findings& notes) {
+    if (notes.neverEnded) {
+        return hangingNote(rule, *notes.neverEnded, "");
     }
-    if (const auto chance = notes.endedByChance(rule)) {
+    if (const auto& chance = notes.endedByChance) {
         return hangingNote(rule, chance->note, onlyByChance(*chance));
     }
-    if (const auto early = notes.endedTooSoon(rule)) {
-        return earlyEnd(rule, *early);
-    }
-    return std::nullopt;
+    return notes.endedTooSoon ? std::optional(earlyEnd(rule, *notes.endedTooSoon)) : std::nullopt;
 }
 
 }  // namespace
 
-void OutputCheck::watch(const Trial& trial) {
-    for (const auto& firing : trial.outcome.firings) {
-        auto& finding = findings_[firing.rule];
-        const auto wrong = std::ranges::find_if_not(firing.messages, isComplete);
-        if (wrong == firing.messages.end()) {
-            finding.completeOnce = true;
-        } else {
-            finding.incomplete = *wrong;
-        }
-    }
-}
-
-std::optional<MIDIMessage> OutputCheck::incomplete(std::size_t rule) const {
-    const auto& finding = findings_[rule];
-    return finding.completeOnce ? std::nullopt : finding.incomplete;
-}
-
 std::vector<Advice> adviseOnNotes(std::size_t rule, const NoteLedger& notes) {
     std::vector<Advice> advice;
-    if (const auto found = onOwnNotes(rule, notes)) {
+    if (const auto found = onOwnNotes(rule, notes.findings(rule))) {
         advice.push_back(*found);
     }
     if (const auto note = notes.endSwallowed(rule)) {
@@ -200,10 +190,11 @@ std::vector<Advice> adviseOnNotes(std::size_t rule, const NoteLedger& notes) {
     return advice;
 }
 
-std::vector<Advice> adviseOnOutput(const RuleOutputV2& output, std::size_t rule, const OutputCheck& outputs) {
+std::vector<Advice> adviseOnOutput(const RuleOutputV2& output, std::size_t rule,
+                                   const std::optional<TriggerBytes>& trigger) {
     std::vector<Advice> advice;
     for (const auto& found : {onSystemExclusive(output.message, rule), onLength(output.message, rule),
-                              onCompleteness(rule, outputs)}) {
+                              onCompleteness(output.message, rule, trigger)}) {
         if (found) {
             advice.push_back(*found);
         }

@@ -3,12 +3,11 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
-#include "analysis/EngineProbe.hpp"
 #include "analysis/NoteLedger.hpp"
 #include "analysis/OutputAdvice.hpp"
 #include "analysis/RuleReach.hpp"
-#include "analysis/TellingEvents.hpp"
 #include "analysis/TriggerAdvice.hpp"
 #include "platform/QuotedText.hpp"
 
@@ -22,25 +21,25 @@ void append(AdviceList& advice, AdviceList more) {
     std::ranges::move(more, std::back_inserter(advice));
 }
 
+/// A message that fires the rule, if there is one.
+std::optional<TriggerBytes> triggerOf(const Rule& rule, std::size_t position, const RuleReach& reach) {
+    if (rule.trigger.is<RuleTriggerV2::OnLoad>()) {
+        return TriggerBytes{};
+    }
+    const auto event = reach.example(position);
+    return event ? std::optional(event->bytes()) : std::nullopt;
+}
+
 }  // namespace
 
 AdviceList adviseOn(const std::vector<Rule>& rules) {
-    EngineProbe probe(rules);
-    RuleReach reach(probe);
-    NoteLedger notes(rules.size());
-    OutputCheck outputs(rules.size());
-    tryTellingEvents(probe, [&](const Trial& trial) {
-        reach.watch(trial);
-        if (canArrive(trial.event)) {
-            notes.watch(trial);
-            outputs.watch(trial);
-        }
-    });
+    const RuleReach reach(rules);
+    const NoteLedger notes(rules, reach);
     AdviceList advice;
     for (std::size_t rule = 0; rule < rules.size(); ++rule) {
         append(advice, adviseOnTrigger(rules, rule, reach));
         append(advice, adviseOnNotes(rule, notes));
-        append(advice, adviseOnOutput(rules[rule].output, rule, outputs));
+        append(advice, adviseOnOutput(rules[rule].output, rule, triggerOf(rules[rule], rule, reach)));
     }
     return advice;
 }

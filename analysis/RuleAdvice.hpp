@@ -31,8 +31,8 @@ struct Advice {
     std::string wayOut;  ///< a whole sentence
 };
 
-/// All advice on a rule list, in the order of the rules. What it claims is true: it is found by putting events
-/// to the engine. Throws a `FatalError` for rules that no unit can install.
+/// All advice on a rule list that a program can run, in the order of the rules. What it claims is true of all
+/// events that can come.
 [[nodiscard]] std::vector<Advice> adviseOn(const std::vector<Rule>& rules);
 
 /// One piece of advice in two lines:

@@ -2,75 +2,116 @@
 #include "analysis/RuleReach.hpp"
 
 #include <algorithm>
-#include <variant>
+#include <numeric>
 
 #include "words/PolicyWords.hpp"
 
 namespace quillo {
 
-void RuleReach::watch(const Trial& trial) {
-    for (const auto& firing : trial.outcome.firings) {
-        fires_[firing.rule] = true;
-    }
-    if (const auto consumer = trial.outcome.consumer) {
-        consumptions_.push_back({trial.event, *consumer});
+RuleReach::RuleReach(const std::vector<Rule>& rules) : rules_(rules) {
+    for (std::size_t rule = 0; rule < rules.size(); ++rule) {
+        boxes_.emplace_back(rules[rule].trigger);
+        const auto policy = policyOf(rules[rule].trigger);
+        if (policy == PassThroughV2::EatMatching) {
+            consumeMatching(rule);
+        } else if (policy == PassThroughV2::EatNonMatching) {
+            consumeOthers(rule);
+        }
+        examples_.push_back(firstThatFires(rule));
     }
 }
 
-std::set<std::size_t> RuleReach::blockers(std::size_t rule) const {
-    std::set<std::size_t> blockers;
-    for (const auto& [event, consumer] : consumptions_) {
-        if (!blockers.contains(consumer) && waitsFor(rule, event)) {
-            blockers.insert(consumer);
-        }
+void RuleReach::consumeMatching(std::size_t rule) {
+    boxes_[rule].any([&](const Event& event) {
+        auto& consumer = consumers_[EventBox::numberOf(event)];
+        consumer = consumer == nobody ? static_cast<Consumer>(rule) : consumer;
+        return false;
+    });
+}
+
+/// A gate. No more pass the first one than a box holds, so that those behind it have little to do.
+void RuleReach::consumeOthers(std::size_t rule) {
+    if (!left_) {
+        left_.emplace(EventBox::eventCount);
+        std::iota(left_->begin(), left_->end(), std::size_t{0});
     }
+    std::erase_if(*left_, [&](std::size_t number) {
+        const bool passes = consumers_[number] == nobody && boxes_[rule].contains(EventBox::eventAt(number));
+        if (consumers_[number] == nobody && !passes) {
+            consumers_[number] = static_cast<Consumer>(rule);
+        }
+        return !passes;
+    });
+}
+
+std::optional<Event> RuleReach::firstThatFires(std::size_t rule) const {
+    std::optional<Event> found;
+    boxes_[rule].any([&](const Event& event) {
+        if (fires(rule, event)) {
+            found = event;
+        }
+        return found.has_value();
+    });
+    return found;
+}
+
+bool RuleReach::canFire(std::size_t rule) const {
+    return rules_[rule].trigger.is<RuleTriggerV2::OnLoad>() || examples_[rule].has_value();
+}
+
+std::optional<std::size_t> RuleReach::consumer(const Event& event) const {
+    const auto consumer = consumers_[EventBox::numberOf(event)];
+    return consumer == nobody ? std::nullopt : std::optional<std::size_t>(consumer);
+}
+
+std::vector<std::size_t> RuleReach::blockers(std::size_t rule) const {
+    std::vector<std::size_t> blockers;
+    boxes_[rule].any([&](const Event& event) {
+        const std::size_t consumer = consumers_[EventBox::numberOf(event)];
+        if (blockers.empty() || blockers.back() != consumer) {
+            blockers.push_back(consumer);
+        }
+        return false;
+    });
+    std::ranges::sort(blockers);
+    const auto surplus = std::ranges::unique(blockers);
+    blockers.erase(surplus.begin(), surplus.end());
     return blockers;
 }
 
-std::set<std::size_t> RuleReach::inTheWay(std::size_t rule) const {
-    const auto first = *blockers(rule).begin();
-    const auto consumption = std::ranges::find_if(consumptions_, [&](const Consumption& found) {
-        return found.consumer == first && waitsFor(rule, found.event);
-    });
-    std::set<std::size_t> inTheWay;
-    for (std::size_t above = first; above < rule; ++above) {
-        if (consumes(above, consumption->event)) {
-            inTheWay.insert(above);
+std::vector<std::size_t> RuleReach::inTheWay(std::size_t rule) const {
+    const auto first = blockers(rule).front();
+    std::vector<std::size_t> inTheWay;
+    boxes_[rule].any([&](const Event& event) {
+        if (consumer(event) != first) {
+            return false;
         }
-    }
+        for (std::size_t above = first; above < rule; ++above) {
+            if (consumes(above, event)) {
+                inTheWay.push_back(above);
+            }
+        }
+        return true;
+    });
     return inTheWay;
 }
 
-bool RuleReach::canMove(std::size_t rule, std::size_t place) const {
-    auto order = probe_.rules();
-    if (policyOf(order[rule].trigger) == PassThroughV2::PassThrough) {
-        return true;
+/// Nothing that the rule waits for comes further than to it: only rules above it can miss what it would take.
+bool RuleReach::canMove(std::size_t rule) const {
+    for (auto above = blockers(rule).front(); above < rule; ++above) {
+        const bool stillFires = !canFire(above) || boxes_[above].any([&](const Event& event) {
+            return fires(above, event) && !consumes(rule, event);
+        });
+        if (!stillFires && !rules_[above].trigger.is<RuleTriggerV2::OnLoad>()) {
+            return false;
+        }
     }
-    const auto at = [&](std::size_t position) {
-        return order.begin() + static_cast<std::ptrdiff_t>(position);
-    };
-    std::rotate(at(place), at(rule), at(rule + 1));
-    EngineProbe probe(order);
-    RuleReach moved(probe);
-    tryTellingEvents(probe, [&](const Trial& trial) { moved.watch(trial); });
-    auto fired = fires_;
-    std::rotate(fired.begin() + static_cast<std::ptrdiff_t>(place),
-                fired.begin() + static_cast<std::ptrdiff_t>(rule),
-                fired.begin() + static_cast<std::ptrdiff_t>(rule + 1));
-    return std::ranges::equal(fired, moved.fires_, [](bool before, bool after) { return after || !before; });
+    return true;
 }
 
-bool RuleReach::consumes(std::size_t rule, const AskedEvent& event) const {
-    const auto policy = policyOf(probe_.rules()[rule].trigger);
-    return policy == (waitsFor(rule, event) ? PassThroughV2::EatMatching : PassThroughV2::EatNonMatching);
-}
-
-bool RuleReach::waitsFor(std::size_t rule, const AskedEvent& event) const {
-    if (const auto* message = std::get_if<MIDIMessage>(&event)) {
-        return probe_.waitsFor(rule, message->bytes());
-    }
-    const auto* change = std::get_if<HostTransportTriggerVariantsV2>(&event);
-    return change != nullptr && probe_.waitsFor(rule, *change);
+bool RuleReach::consumes(std::size_t rule, const Event& event) const {
+    return policyOf(rules_[rule].trigger) ==
+           (boxes_[rule].contains(event) ? PassThroughV2::EatMatching : PassThroughV2::EatNonMatching);
 }
 
 }  // namespace quillo

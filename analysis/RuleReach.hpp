@@ -2,49 +2,66 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <optional>
-#include <set>
 #include <vector>
 
-#include "analysis/AskedEvent.hpp"
-#include "analysis/EngineProbe.hpp"
-#include "analysis/TellingEvents.hpp"
+#include "analysis/EventBox.hpp"
+#include "rules/Rule.hpp"
 
 namespace quillo {
 
-/// Which rules can fire at all, and which rules keep the others from it. Watches the trials of all telling
-/// events; after them what it says is exact.
+/// What becomes of every event that can come: which rules fire, which one consumes it, and which rules keep
+/// others from firing. Worked out by sets, for all events at once; exact.
 class RuleReach {
 public:
-    explicit RuleReach(const EngineProbe& probe) : probe_(probe), fires_(probe.rules().size()) {}
+    /// The rules must outlive it.
+    explicit RuleReach(const std::vector<Rule>& rules);
 
-    void watch(const Trial& trial);
+    /// The events that a rule waits for.
+    [[nodiscard]] const EventBox& box(std::size_t rule) const { return boxes_[rule]; }
 
-    [[nodiscard]] bool canFire(std::size_t rule) const { return fires_[rule]; }
+    /// Whether an event that the rule waits for comes as far as to the rule.
+    [[nodiscard]] bool fires(std::size_t rule, const Event& event) const {
+        return consumers_[EventBox::numberOf(event)] >= rule;
+    }
 
-    /// Of a rule that cannot fire: the rules that consume, between them, every event that it waits for. None
-    /// when there is no such event. Above the first of them the rule can fire.
-    [[nodiscard]] std::set<std::size_t> blockers(std::size_t rule) const;
+    /// An event that fires the rule; nothing for an on-load rule, and when there is none.
+    [[nodiscard]] const std::optional<Event>& example(std::size_t rule) const { return examples_[rule]; }
 
-    /// Of a rule that cannot fire, but has blockers: rules that let it fire once they are set to Pass through, the
-    /// first blocker among them.
-    [[nodiscard]] std::set<std::size_t> inTheWay(std::size_t rule) const;
+    [[nodiscard]] bool canFire(std::size_t rule) const;
 
-    /// Whether a rule could be moved to a place further up and every rule that can fire still could.
-    [[nodiscard]] bool canMove(std::size_t rule, std::size_t place) const;
+    /// The rule that consumes an event; nothing when a message is forwarded.
+    [[nodiscard]] std::optional<std::size_t> consumer(const Event& event) const;
+
+    /// Of a rule that cannot fire: the rules that consume, between them, every event that it waits for, in
+    /// ascending order. None when there is no such event. Above the first of them the rule can fire.
+    [[nodiscard]] std::vector<std::size_t> blockers(std::size_t rule) const;
+
+    /// Of a rule that cannot fire, but has blockers: rules that let it fire once they are set to Pass
+    /// through, the first blocker among them; in ascending order.
+    [[nodiscard]] std::vector<std::size_t> inTheWay(std::size_t rule) const;
+
+    /// Whether a rule that cannot fire could be moved above its first blocker, and every rule that can fire
+    /// still could.
+    [[nodiscard]] bool canMove(std::size_t rule) const;
 
 private:
-    struct Consumption {
-        AskedEvent event;
-        std::size_t consumer;
-    };
+    using Consumer = std::uint32_t;
+    static constexpr auto nobody = std::numeric_limits<Consumer>::max();
 
-    [[nodiscard]] bool waitsFor(std::size_t rule, const AskedEvent& event) const;
-    [[nodiscard]] bool consumes(std::size_t rule, const AskedEvent& event) const;
+    [[nodiscard]] bool consumes(std::size_t rule, const Event& event) const;
+    [[nodiscard]] std::optional<Event> firstThatFires(std::size_t rule) const;
+    void consumeMatching(std::size_t rule);
+    void consumeOthers(std::size_t rule);
 
-    const EngineProbe& probe_;
-    std::vector<bool> fires_;
-    std::vector<Consumption> consumptions_;
+    const std::vector<Rule>& rules_;
+    std::vector<EventBox> boxes_;
+    std::vector<Consumer> consumers_ = std::vector<Consumer>(EventBox::eventCount, nobody);
+    std::vector<std::optional<Event>> examples_;
+    std::optional<std::vector<std::size_t>>
+        left_;  ///< behind a gate: the numbers of the events that passed it
 };
 
 }  // namespace quillo

@@ -2,7 +2,6 @@
 #include "analysis/TriggerAdvice.hpp"
 
 #include <optional>
-#include <set>
 #include <string>
 #include <utility>
 #include <variant>
@@ -20,7 +19,7 @@ using Kind = Advice::Kind;
 constexpr unsigned greatestDataByte = 127;
 
 /// "rule 1", "rules 1, 2 and 5"; of very many the first ones and how many more there are.
-std::string rulesWords(const std::set<std::size_t>& positions) {
+std::string rulesWords(const std::vector<std::size_t>& positions) {
     constexpr std::size_t mostNamed = 16;
     const bool areMany = positions.size() > mostNamed;
     std::string words = positions.size() == 1 ? "rule " : "rules ";
@@ -30,7 +29,7 @@ std::string rulesWords(const std::set<std::size_t>& positions) {
             return words + " and " + std::to_string(positions.size() - named) + " more";
         }
         if (named > 0) {
-            words += !areMany && position == *positions.rbegin() ? " and " : ", ";
+            words += !areMany && position == positions.back() ? " and " : ", ";
         }
         words += std::to_string(position + 1);
         ++named;
@@ -44,7 +43,7 @@ std::string wayPast(const std::vector<Rule>& rules, std::size_t rule, const Rule
     const auto inTheWay = reach.inTheWay(rule);
     const auto opened = "Set " + rulesWords(inTheWay) + " to Pass through";
     const bool isGate = policyOf(rules[firstBlocker].trigger) == PassThroughV2::EatNonMatching;
-    if (isGate || !reach.canMove(rule, firstBlocker)) {
+    if (isGate || !reach.canMove(rule)) {
         return opened + ".";
     }
     return opened + ", or move this rule above " +
@@ -57,7 +56,7 @@ Advice neverFires(const std::vector<Rule>& rules, std::size_t rule, const RuleRe
         return {rule, Kind::neverFires, "can never fire: it waits on a channel that no message has",
                 "Give it a channel from 1 to 16, or any."};
     }
-    const auto first = *blockers.begin();
+    const auto first = blockers.front();
     const auto swallowing = blockers.size() == 1 ? ruleAndPolicyWords(rules, first) + " swallows"
                                                  : rulesWords(blockers) + " between them swallow";
     return {rule, Kind::neverFires, "can never fire: " + swallowing + " every event that it waits for",
@@ -168,10 +167,11 @@ std::vector<Advice> adviseOnTrigger(const std::vector<Rule>& rules, std::size_t 
         }
     };
     const bool canFire = reach.canFire(rule);
-    if (!canFire) {
+    const auto number = onNumbers(rules[rule].trigger, rule);
+    if (!canFire && !number) {
         add(neverFires(rules, rule, reach));
     }
-    add(onNumbers(rules[rule].trigger, rule));
+    add(number);
     add(onSwallowing(rules[rule].trigger, rule));
     if (canFire) {
         add(onVST3(rules[rule].trigger, rule));

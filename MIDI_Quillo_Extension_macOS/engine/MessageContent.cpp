@@ -61,4 +61,11 @@ MessageContent compile(const RuleOutputVariantsV2& output) {
         output.variant());
 }
 
+MessageList messagesOf(const MessageContent& content, const TriggerBytes& trigger) {
+    if (const auto* fixed = content.getIf<MessageContent::Bytes>()) {
+        return fixed->messages;
+    }
+    return content.getIf<MessageContent::Generator>()->generate(trigger);
+}
+
 }  // namespace quillo

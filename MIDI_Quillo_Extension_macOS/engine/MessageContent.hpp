@@ -31,4 +31,7 @@ struct MessageContent : MessageContentCases,
 /// byte is checked or masked; a system-exclusive body gets its framing 0xF0 and 0xF7.
 [[nodiscard]] MessageContent compile(const RuleOutputVariantsV2& output);
 
+/// What a compiled output sends for this trigger.
+[[nodiscard]] MessageList messagesOf(const MessageContent& content, const TriggerBytes& trigger);
+
 }  // namespace quillo

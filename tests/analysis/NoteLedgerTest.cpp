@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "analysis/EngineProbe.hpp"
+#include "midi/MessageLength.hpp"
 #include "support/OutputRecorder.hpp"
 #include "support/RandomRules.hpp"
 #include "support/TestRules.hpp"
@@ -57,22 +58,29 @@ Fate byChanceOfARelease(std::uint8_t onChannel, std::uint8_t note) {
     return {{}, NoteLedger::Note{onChannel, note}, false};
 }
 
-NoteLedger ledgerOf(const std::vector<Rule>& rules) {
-    EngineProbe probe(rules);
-    NoteLedger ledger(rules.size());
-    tryTellingEvents(probe, [&](const Trial& trial) { ledger.watch(trial); });
-    return ledger;
-}
-
 std::vector<Fate> fates(const std::vector<Rule>& rules) {
-    const auto ledger = ledgerOf(rules);
+    const RuleReach reach(rules);
+    const NoteLedger ledger(rules, reach);
     std::vector<Fate> fates;
     for (std::size_t rule = 0; rule < rules.size(); ++rule) {
-        const auto chance = ledger.endedByChance(rule);
-        fates.push_back({ledger.neverEnded(rule), chance ? std::optional(chance->note) : std::nullopt,
+        const auto found = ledger.findings(rule);
+        const auto& chance = found.endedByChance;
+        fates.push_back({found.neverEnded, chance ? std::optional(chance->note) : std::nullopt,
                          !chance || chance->needsNoteOn});
     }
     return fates;
+}
+
+/// Of the list's first rule.
+std::optional<NoteLedger::EarlyEnd> endedTooSoon(const std::vector<Rule>& rules) {
+    const RuleReach reach(rules);
+    return NoteLedger(rules, reach).findings(0).endedTooSoon;
+}
+
+/// By the list's last rule.
+std::optional<NoteLedger::Note> endSwallowed(const std::vector<Rule>& rules) {
+    const RuleReach reach(rules);
+    return NoteLedger(rules, reach).endSwallowed(rules.size() - 1);
 }
 
 /// A note, or its end, with the note and velocity of the trigger.
@@ -193,7 +201,7 @@ RuleOutputV2 after(std::int64_t milliseconds, const RuleOutputV2& output) {
 }
 
 TEST(NoteLedger, AnEndThatLeavesBeforeItsNoteIsFound) {
-    const auto early = [](const std::vector<Rule>& rules) { return ledgerOf(rules).endedTooSoon(0); };
+    const auto early = endedTooSoon;
     const auto own = copied(StatusV2::noteOn, triggerChannel);
     using EarlyEnd = NoteLedger::EarlyEnd;
     EXPECT_EQ(early({rule(onNoteOn(), own)}), std::nullopt);
@@ -211,9 +219,8 @@ TEST(NoteLedger, AnEndThatLeavesBeforeItsNoteIsFound) {
 
 TEST(NoteLedger, ASilenceThatLeavesBeforeTheNoteIsFound) {
     const auto silence = [](std::int64_t delay) {
-        return ledgerOf({rule(onNoteOn(), after(500, startCopy)),
-                         rule(onNoteOff(), after(delay, send(controlChange(3, 123, 0))))})
-            .endedTooSoon(0);
+        return endedTooSoon({rule(onNoteOn(), after(500, startCopy)),
+                             rule(onNoteOff(), after(delay, send(controlChange(3, 123, 0))))});
     };
     EXPECT_EQ(silence(20), (NoteLedger::EarlyEnd{{3, 60}, 500, 20}));
     EXPECT_EQ(silence(500), std::nullopt);
@@ -221,7 +228,7 @@ TEST(NoteLedger, ASilenceThatLeavesBeforeTheNoteIsFound) {
 
 TEST(NoteLedger, OnlyTheReleaseOfTheSameKeyCanComeTooSoon) {
     const auto early = [](const Rule& end) {
-        return ledgerOf({rule(onNoteOn(exactly(61)), send(noteOn(3, 36, 1), 500)), end}).endedTooSoon(0);
+        return endedTooSoon({rule(onNoteOn(exactly(61)), send(noteOn(3, 36, 1), 500)), end});
     };
     const auto end = send(protocol(StatusV2::noteOff, channel(3), byte(36), byte(0)));
     EXPECT_EQ(early(rule(onNoteOff(exactly(61)), end)), (NoteLedger::EarlyEnd{{3, 36}, 500, 0}));
@@ -231,9 +238,7 @@ TEST(NoteLedger, OnlyTheReleaseOfTheSameKeyCanComeTooSoon) {
 }
 
 TEST(NoteLedger, AnEndThatIsSwallowedIsFoundWhereItsNotePasses) {
-    const auto swallowed = [](const std::vector<Rule>& rules) {
-        return ledgerOf(rules).endSwallowed(rules.size() - 1);
-    };
+    const auto swallowed = endSwallowed;
     const auto volume = send(controlChange(0, 7, 1));
     const auto eatEnds = rule(onNoteOff(any, any, eatMatching), volume);
     const NoteLedger::Note middleC{0, 60};
@@ -247,7 +252,7 @@ TEST(NoteLedger, AnEndThatIsSwallowedIsFoundWhereItsNotePasses) {
 
 TEST(NoteLedger, AnEndThatARuleSendsInPlaceOfTheOneItSwallowsIsEnough) {
     const auto swallowed = [](const RuleOutputV2& output) {
-        return ledgerOf({rule(onNoteOff(any, any, eatMatching), output)}).endSwallowed(0);
+        return endSwallowed({rule(onNoteOff(any, any, eatMatching), output)});
     };
     EXPECT_EQ(swallowed(copied(StatusV2::noteOff, triggerChannel)), std::nullopt);
     EXPECT_EQ(swallowed(after(20, copied(StatusV2::noteOff, triggerChannel))), std::nullopt);
@@ -258,15 +263,18 @@ TEST(NoteLedger, AnEndThatARuleSendsInPlaceOfTheOneItSwallowsIsEnough) {
 
 using Note = std::pair<unsigned, unsigned>;
 
-/// What happens to notes when the engine is given every status byte with all numbers that random rules know,
-/// and others.
+/// What happens to notes when the engine is given every status byte with all data bytes that random rules
+/// know, and others; zeros where a message has none.
 class Performance {
 public:
     explicit Performance(const std::vector<Rule>& rules) : probe_(rules), started_(rules.size()) {
         for (unsigned status = 0x80; status < 0x100; ++status) {
-            for (const std::uint8_t data1 : Bytes{0, 1, 2, 60, 100, 120, 123, 124, 127, 129}) {
-                for (const std::uint8_t data2 : Bytes{0, 1, 2, 60, 127, 129}) {
-                    play({static_cast<std::uint8_t>(status), data1, data2});
+            for (const std::uint8_t data1 : Bytes{0, 1, 2, 60, 100, 120, 123, 124, 127}) {
+                for (const std::uint8_t data2 : Bytes{0, 1, 2, 60, 127}) {
+                    Bytes message{static_cast<std::uint8_t>(status), data1, data2};
+                    message.resize(messageLength(message[0]));
+                    message.resize(3);
+                    play(message);
                 }
             }
         }
@@ -284,7 +292,8 @@ public:
         });
     }
 
-    /// Whether the release of a key ends some note that the key's press starts by this rule, but ends it before.
+    /// Whether the release of a key ends some note that the key's press starts by this rule, but ends it
+    /// before.
     [[nodiscard]] bool endsTooSoon(std::size_t rule) const {
         return std::ranges::any_of(pressed_[rule], [this](const auto& start) {
             const auto& [note, key, delay] = start;
@@ -406,10 +415,11 @@ TEST(NoteLedger, KnowsExactlyWhichRulesOfTheEngineStartANoteLaterThanItEnds) {
     std::mt19937 random(1);
     for (unsigned turn = 0; turn < 100; ++turn) {
         const auto rules = rulesOnFewNotes(random);
-        const auto ledger = ledgerOf(rules);
+        const RuleReach reach(rules);
+        const NoteLedger ledger(rules, reach);
         const Performance performance(rules);
         for (std::size_t rule = 0; rule < rules.size(); ++rule) {
-            const bool found = ledger.endedTooSoon(rule).has_value();
+            const bool found = ledger.findings(rule).endedTooSoon.has_value();
             ASSERT_EQ(found, performance.endsTooSoon(rule)) << "turn " << turn << ", rule " << rule;
             early += found ? 1 : 0;
         }

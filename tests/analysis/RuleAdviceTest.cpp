@@ -3,7 +3,6 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/FatalError.hpp"
 #include "support/RandomRules.hpp"
 #include "support/TestRules.hpp"
 
@@ -118,12 +117,10 @@ TEST(RuleAdvice, PointsAtNumbersThatNoMessageCarries) {
     EXPECT_EQ(textOn({rule(onNoteOn(exactly(128)), volume, "High")}),
               "1. \"High\" waits for the number 128, which no MIDI message carries.\n"
               "   Give it a number from 0 to 127.\n");
-    for (const auto& trigger :
-         {onNoteOff(exactly(200)), onControlChange(128), onControlChange(7, exactly(255))}) {
+    for (const auto& trigger : {onNoteOff(exactly(200)), onControlChange(128),
+                                onControlChange(7, exactly(255)), onProgramChange(exactly(128))}) {
         EXPECT_THAT(kindsOn({rule(trigger, volume)}), ElementsAre(Kind::impossibleNumber));
     }
-    EXPECT_THAT(kindsOn({rule(onProgramChange(exactly(128)), volume)}),
-                ElementsAre(Kind::impossibleNumber, Kind::notInVST3));
     EXPECT_THAT(kindsOn({rule(onControlChange(127, exactly(127)), volume)}), IsEmpty());
 }
 
@@ -304,10 +301,6 @@ TEST(RuleAdvice, ComesInTheOrderOfTheRules) {
         const auto advice = adviseOn(RandomRules(seed).list());
         EXPECT_TRUE(std::ranges::is_sorted(advice, {}, &Advice::rule)) << "seed " << seed;
     }
-}
-
-TEST(RuleAdvice, CannotBeGivenOnRulesThatNoUnitInstalls) {
-    EXPECT_THROW(static_cast<void>(adviseOn({rule(onLoad(), send(noteOn(0, 1, 1), -5))})), FatalError);
 }
 
 }  // namespace
