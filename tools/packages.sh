@@ -19,6 +19,7 @@ packages_of() {
         lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev libblocksruntime-dev ;;
         fuzz) echo clang-22 libclang-rt-22-dev ;;
         coverage) echo clang-22 libclang-rt-22-dev llvm-22 ;;
+        mutate) echo python3 ;;
         fresh) echo debootstrap ;;
     esac
 }
@@ -33,6 +34,7 @@ programs_of() {
         lint) echo clang++-22 clang-tidy-22 clang-format-22 ;;
         fuzz) echo clang++-22 ;;
         coverage) echo clang++-22 llvm-cov-22 llvm-profdata-22 ;;
+        mutate) echo python3 ;;
         fresh) echo debootstrap ;;
     esac
 }
