@@ -182,9 +182,9 @@ void BlockRenderer::settle(std::span<const std::uint8_t> bytes) QUILLO_REALTIME 
     }
 }
 
+/// What a block that failed has left behind is overdue; behind its end a cycle sends nothing.
 std::uint32_t BlockRenderer::offsetOf(SampleTime time) const QUILLO_REALTIME {
-    const SampleTime last = std::max(frames_, 1U) - 1;
-    return static_cast<std::uint32_t>(std::clamp<SampleTime>(time - blockStart_, 0, last));
+    return static_cast<std::uint32_t>(std::max<SampleTime>(time - blockStart_, 0));
 }
 
 }  // namespace quillo

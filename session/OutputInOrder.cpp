@@ -52,9 +52,8 @@ Room OutputInOrder::trySend(std::uint32_t offset, Bytes bytes) QUILLO_REALTIME {
 }
 
 void OutputInOrder::keep(std::uint32_t offset, Bytes bytes) QUILLO_REALTIME {
-    const auto index = store_.size();
+    heap_[waiting_.messages++] = keyOf(std::max(offset, passed_), store_.size());
     static_cast<void>(store_.tryPush(bytes));
-    heap_[waiting_.messages++] = keyOf(std::max(offset, passed_), index);
     waiting_.bytes += roundedUp(bytes.size());
     std::push_heap(heap_.get(), heap_.get() + waiting_.messages, std::greater<>());
 }

@@ -74,7 +74,7 @@ std::string refusalText(const RefusedMessages::Message& message, const std::vect
                " bytes long. The host takes no message of this length: it is left out each time, "
                "and everything else is sent. Send it in shorter messages, by several rules.";
     }
-    if (message.size > 0) {
+    if (message.size != 0) {
         return "The host had no room left in a block for the SysEx" + senderOf(message, rules) +
                " and for what was to follow it. Give it a delay, so that less is sent at one time.";
     }

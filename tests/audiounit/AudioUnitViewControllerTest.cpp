@@ -124,6 +124,23 @@ TEST_F(ControllerTest, ARestoredStateReplacesTheListUnderNewIdentifiers) {
     EXPECT_NE(controller->model()->rules()[0].id, before[0].id);
 }
 
+TEST_F(ControllerTest, EveryRestoredStateIsShown) {
+    auto& unit = create();
+    const auto none = unit.fullState();
+    unit.processor->setRules(oneRule);
+    const auto one = unit.fullState();
+    controller->viewDidLoad();
+    unit.setFullState(none);
+    queue.drain();
+    EXPECT_EQ(shownNames(), Names{});
+    unit.setFullState(one);
+    queue.drain();
+    EXPECT_EQ(shownNames(), Names{oneRule[0].name});
+    unit.setFullState(none);
+    queue.drain();
+    EXPECT_EQ(shownNames(), Names{});
+}
+
 TEST_F(ControllerTest, ARestoreTellsTheViewsOnce) {
     auto& unit = create();
     controller->viewDidLoad();

@@ -94,16 +94,17 @@ TEST_F(RenderTest, TheStepsOfACycleComeInTheirOrder) {
                                   "out [150] 90 03 03", "midi 150: 90 3c 64", "out [150] 90 3c 64"}));
 }
 
-TEST_F(RenderTest, DelayedMessagesLeaveBeforeTheTransportAndTheEventsOfTheirCycle) {
+TEST_F(RenderTest, WhatWasSentByHandAndThenWhatWasDelayedLeavesBeforeTheTransportAndTheEventsOfTheCycle) {
     ASSERT_EQ(unit.allocateRenderResources(), std::nullopt);
     install({rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(0, 1, 1), 1000))});
     EXPECT_EQ(host.render(0, 512, {{0, {0x90, 60, 100}}}), noErr);
     static_cast<void>(host.take());
+    unit.processor->send(noteOn(0, 2, 2));
     setTransport(AUHostTransportStateMoving, 1.0);
     EXPECT_EQ(host.render(44100, 512, {{44100, {0xF8}}}), noErr);
-    EXPECT_EQ(host.take(),
-              (Lines{"midi 44100: 90 01 01", "out [44100] 90 01 01", "in [44100] AU Host Continue",
-                     "in [44100] f8", "midi 44100: f8", "out [44100] f8"}));
+    EXPECT_EQ(host.take(), (Lines{"midi 44100: 90 02 02", "out [44100] 90 02 02", "midi 44100: 90 01 01",
+                                  "out [44100] 90 01 01", "in [44100] AU Host Continue", "in [44100] f8",
+                                  "midi 44100: f8", "out [44100] f8"}));
 }
 
 TEST_F(RenderTest, AFractionOfTheSampleTimeIsTruncated) {

@@ -46,6 +46,14 @@ TEST(MIDIMessage, CopiesOfALongOneShareItsBytes) {
     EXPECT_EQ(copy.bytes().data(), message.bytes().data());
 }
 
+TEST(MIDIMessage, OneOfUpToSevenBytesHasThemInItself) {
+    for (std::size_t size = 1; size <= 8; ++size) {
+        const auto message = MIDIMessage::copyOf(counting(size));
+        const auto copy = message;
+        EXPECT_EQ(copy.bytes().data() == message.bytes().data(), size == 8) << size;
+    }
+}
+
 TEST(MIDIMessage, ACopyOutlivesItsOriginal) {
     auto message = MIDIMessage::copyOf(counting(100));
     const auto copy = message;

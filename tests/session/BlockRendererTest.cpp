@@ -239,6 +239,15 @@ TEST_F(BlockRendererTest, ATransportWithoutAPositionGoesOnFromTheOneThatIsKnown)
     EXPECT_EQ(renderer.transport().position(), 1040.0);
 }
 
+TEST_F(BlockRendererTest, ATransportThatIsReportedToHaveContinuedDoesNotJump) {
+    begin(64);
+    renderer.reportTransport(0, moving, 1000.0);
+    renderer.reportTransportContinued(20, moving, 5000.0, 2.0);
+    ASSERT_EQ(renderer.end(), noErr);
+    EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Continue"}));
+    EXPECT_EQ(renderer.transport().position(), 5088.0);
+}
+
 TEST_F(BlockRendererTest, ATransportThatWasLostIsFoundWithoutAJump) {
     begin(64);
     renderer.reportTransport(0, moving, 0.0);

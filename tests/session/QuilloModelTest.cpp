@@ -51,6 +51,21 @@ TEST(QuilloModel, TellsThoseWhoObserveAPartOnceAChange) {
     EXPECT_EQ(out, 1);
 }
 
+TEST(QuilloModel, ThoseWhoObserveAPartSeeItAsItIsNow) {
+    QuilloModel model;
+    std::vector<std::size_t> sizes;
+    const auto rules = model.observeRules([&] { sizes.push_back(model.rules().size()); });
+    const auto in = model.observeInLog([&] { sizes.push_back(model.inLog().size()); });
+    const auto out = model.observeOutLog([&] { sizes.push_back(model.outLog().size()); });
+    model.setRules(std::vector<RuleEntryIdentifiable>(3));
+    model.appendToInLog({entryAt(1), entryAt(2)});
+    model.appendToOutLog({entryAt(3)});
+    model.clearInLog();
+    model.clearOutLog();
+    model.setNotEditable("odd", std::nullopt);
+    EXPECT_EQ(sizes, (std::vector<std::size_t>{3, 2, 1, 0, 0, 0}));
+}
+
 const Rule shown = rule(onNoteOn(), send(noteOn(1, 2, 3)), "shown");
 const Rule odd = rule(onNoteOn(), send(protocol(StatusV2::channelPressure, channel(0), triggerByte)), "odd");
 

@@ -135,15 +135,17 @@ TEST_F(SessionTest, FailuresThatPileUpBeforeAnEditorIsOpenAreOneAlertWithTheirNu
     for (int i = 0; i < 20000; ++i) {
         ASSERT_TRUE(session.restore(bytesOf("{")).has_value());
     }
-    session.tellUser("No.");
     session.viewDidLoad();
     session.drain();
     auto& model = *session.model();
     EXPECT_THAT(model.alertErrorMessage().value(), testing::EndsWith("(20000 times)"));
-    session.drain();
+    for (int i = 0; i < 2; ++i) {
+        session.tellUser("No.");
+        session.drain();
+    }
     model.dismissAlert();
     session.drain();
-    EXPECT_EQ(model.alertErrorMessage(), "No.");
+    EXPECT_EQ(model.alertErrorMessage(), "No.\n\n(2 times)");
     model.dismissAlert();
     session.drain();
     EXPECT_EQ(model.alertErrorMessage(), std::nullopt);
@@ -228,6 +230,22 @@ TEST_F(SessionTest, RefusalsWithoutEndAreToldOfNoMoreAtLast) {
         }
     }
     EXPECT_EQ(told, 100U);
+}
+
+TEST_F(SessionTest, AViewThatIsLoadedShowsTheRulesThatRunWhereverTheyCameFrom) {
+    session.onRulesChanged(swap);
+    session.viewDidLoad();
+    ASSERT_EQ(session.model()->rules().size(), 1U);
+    EXPECT_EQ(session.model()->rules()[0].rule.name, "swap");
+}
+
+TEST_F(SessionTest, EveryRestoredStateIsShown) {
+    session.viewDidLoad();
+    for (const auto& restored : {swap, std::vector<Rule>{}, swap}) {
+        ASSERT_EQ(session.restore(PluginData{restored}.write()), std::nullopt);
+        session.drain();
+        ASSERT_EQ(session.model()->rules().size(), restored.size());
+    }
 }
 
 TEST_F(SessionTest, ManyRestoredStatesAreShownOnce) {

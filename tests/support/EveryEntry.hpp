@@ -70,7 +70,11 @@ inline std::vector<RuleEntry> everyEntry() {
             for (const auto& output : everyOutput(type)) {
                 RuleEntry entry;
                 entry.trigger.type = trigger;
+                entry.trigger.channel = TriggerValueV2::Value{3};
                 entry.trigger.note = TriggerValueV2::Value{40};
+                entry.trigger.controller = 7;
+                entry.trigger.controllerValue = TriggerValueV2::Value{41};
+                entry.trigger.program = TriggerValueV2::Value{42};
                 entry.trigger.passThrough = PassThroughV2::EatMatching;
                 entry.output = output;
                 entry.name = "every";

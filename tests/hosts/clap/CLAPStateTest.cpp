@@ -5,6 +5,7 @@
 #include <random>
 #include <string_view>
 
+#include "hosts/clap/CLAPStreams.hpp"
 #include "hosts/clap/CLAPTestHost.hpp"
 #include "persistence/PluginData.hpp"
 #include "support/TestRules.hpp"
@@ -158,9 +159,15 @@ TEST_F(CLAPState, OfAStreamThatSaysItReadMoreThanItWasAskedForIsRefused) {
     }));
 }
 
-TEST_F(CLAPState, OfAStreamThatNeverEndsIsRefused) {
-    EXPECT_FALSE(load(
-        [](const clap_istream_t*, void*, std::uint64_t size) { return static_cast<std::int64_t>(size); }));
+TEST_F(CLAPState, OfAStreamThatNeverEndsIsRefusedOnceItIsTooLong) {
+    std::uint64_t given = 0;
+    const clap_istream_t stream{&given, [](const clap_istream_t* self, void*, std::uint64_t size) {
+                                    *static_cast<std::uint64_t*>(self->ctx) += size;
+                                    return static_cast<std::int64_t>(size);
+                                }};
+    EXPECT_FALSE(table().load(host.plugin, &stream));
+    EXPECT_GT(given, longestStream);
+    EXPECT_LE(given, longestStream + (std::uint64_t{1} << 16U));
 }
 
 TEST_F(CLAPState, ThatAStreamDoesNotTakeIsNotSaved) {
