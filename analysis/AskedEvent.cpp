@@ -27,6 +27,13 @@ std::string words(PluginLoad) {
 
 }  // namespace
 
+AskedEvent askedEvent(const EventLogEntryVariants& entry) {
+    if (const auto* host = entry.host()) {
+        return host->trigger;
+    }
+    return entry.midi()->message;
+}
+
 std::string eventWords(const AskedEvent& event) {
     return std::visit([](const auto& asked) { return words(asked); }, event);
 }

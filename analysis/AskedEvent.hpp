@@ -5,6 +5,7 @@
 #include <variant>
 
 #include "engine/MIDIMessage.hpp"
+#include "log/EventLogEntry.hpp"
 #include "rules/RuleTriggerV2.hpp"
 
 namespace quillo {
@@ -17,6 +18,9 @@ struct PluginLoad {
 /// An event that the user asks about: an incoming message (which may be system exclusive), a change of the
 /// host's transport, or loading.
 using AskedEvent = std::variant<MIDIMessage, HostTransportTriggerVariantsV2, PluginLoad>;
+
+/// What the log's entry records, to be asked about.
+[[nodiscard]] AskedEvent askedEvent(const EventLogEntryVariants& entry);
 
 /// "90 3c 64: note-on 60 (C3), velocity 100, channel 1", "host start: the host's transport starts".
 [[nodiscard]] std::string eventWords(const AskedEvent& event);

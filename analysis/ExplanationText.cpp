@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <variant>
 
-#include "analysis/FailureWords.hpp"
+#include "analysis/RuleReasons.hpp"
 #include "midi/Status.hpp"
 #include "platform/QuotedText.hpp"
 #include "words/MessageWords.hpp"
@@ -19,7 +19,7 @@ using Verdict = RuleAccount::Verdict;
 constexpr std::size_t widestName = 30;
 constexpr std::size_t verdictWidth = 13;
 
-/// The lines of one rule: a verdict and its reason each.
+/// The lines of one rule: a verdict and its reason, then what there is to say more.
 struct Line {
     std::string verdict;
     std::string reason;
@@ -30,11 +30,10 @@ std::string padded(const std::string& text, std::size_t width) {
     return text + std::string(width - std::min(width, characterCount(text)), ' ');
 }
 
-/// "note-on 60 (C3), velocity 100, channel 1 [90 3c 64]".
+/// "90 3c 64: note-on 60 (C3), velocity 100, channel 1".
 std::string sentWords(const MIDIMessage& message) {
     const auto words = messageWords(message.bytes());
-    return (words.empty() ? "an incomplete or damaged MIDI message" : words) + " [" + shownBytes(message) +
-           "]";
+    return shownBytes(message) + ": " + (words.empty() ? "an incomplete or damaged MIDI message" : words);
 }
 
 /// The width of the widest name.
@@ -46,19 +45,6 @@ std::size_t nameColumn(const std::vector<Rule>& rules) {
     return width;
 }
 
-std::string delayWords(SampleTime milliseconds) {
-    return milliseconds == 0 ? " at once" : " after " + std::to_string(milliseconds) + " ms";
-}
-
-Lines firingLines(const RuleAccount& account) {
-    Lines lines;
-    for (const auto& message : account.messages) {
-        lines.push_back({lines.empty() ? "fires" : "", (lines.empty() ? "sends " : "then ") +
-                                                           sentWords(message) + delayWords(account.delay)});
-    }
-    return lines;
-}
-
 /// Explains one event, rule by rule.
 class Page {
 public:
@@ -66,6 +52,7 @@ public:
         : rules_(rules),
           event_(event),
           explanation_(explanation),
+          reasons_(ruleReasons(rules, event, explanation)),
           numberWidth_(std::to_string(rules.size()).size()),
           nameWidth_(nameColumn(rules)) {}
 
@@ -99,33 +86,23 @@ private:
         return text;
     }
 
+    /// The reason, then what each message is that was sent, then the policy that stopped the event.
     [[nodiscard]] Lines lines(std::size_t rule) const {
-        auto lines = verdictLines(rule);
-        if (explanation_.consumer == rule) {
-            lines.push_back({"stops here", stopReason(rule)});
+        Lines lines{{reasons_[rule].verdict, reasons_[rule].words}};
+        for (const auto& message : explanation_.rules[rule].messages) {
+            lines.push_back({"", sentWords(message)});
+        }
+        if (reasons_[rule].consumed) {
+            lines.push_back({"", stopReason(rule)});
         }
         return lines;
-    }
-
-    [[nodiscard]] Lines verdictLines(std::size_t rule) const {
-        const auto& account = explanation_.rules[rule];
-        const auto& trigger = rules_[rule].trigger;
-        switch (account.verdict) {
-        case Verdict::fires: return firingLines(account);
-        case Verdict::fails: return {{"no match", failureWords(trigger, account.failure, event_)}};
-        case Verdict::standsAside: return {{"not asked", asideWords(trigger)}};
-        case Verdict::neverTried:
-            return {
-                {"never tried", "rule " + std::to_string(*explanation_.consumer + 1) + " stopped the event"}};
-        }
-        return {};
     }
 
     /// What a policy did, with a word more where the rule could not have matched in any case.
     [[nodiscard]] std::string stopReason(std::size_t rule) const {
         const auto& trigger = rules_[rule].trigger;
         const auto policy = policyWords(*policyOf(trigger)) + ": ";
-        if (explanation_.rules[rule].verdict == Verdict::fires) {
+        if (reasons_[rule].fired) {
             return policy + "the event matched this rule";
         }
         const bool isHostRule = trigger.is<RuleTriggerV2::HostTransport>();
@@ -172,10 +149,7 @@ private:
         return fires() ? "Only what the rules send goes out." : "Nothing goes out.";
     }
 
-    [[nodiscard]] bool fires() const {
-        return std::ranges::any_of(
-            explanation_.rules, [](const RuleAccount& account) { return account.verdict == Verdict::fires; });
-    }
+    [[nodiscard]] bool fires() const { return std::ranges::any_of(reasons_, &RuleReason::fired); }
 
     [[nodiscard]] bool firesAtOnce() const {
         return std::ranges::any_of(explanation_.rules, [](const RuleAccount& account) {
@@ -198,6 +172,7 @@ private:
     const std::vector<Rule>& rules_;
     const AskedEvent& event_;
     const EventExplanation& explanation_;
+    std::vector<RuleReason> reasons_;
     std::size_t numberWidth_;
     std::size_t nameWidth_;
 };

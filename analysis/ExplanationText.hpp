@@ -10,13 +10,13 @@
 
 namespace quillo {
 
-/// An explanation for a musician: the event, a line or more for each rule in aligned columns, and what became
-/// of the event:
+/// An explanation for a musician: the event, for each rule its `RuleReason` and what it sent, in aligned
+/// columns, and what became of the event:
 ///
 ///     90 3c 64: note-on 60 (C3), velocity 100, channel 1
-///       1  "Only the pedal"  no match     waits for a controller; this is a note-on
-///                            stops here   Consume non-matching: it did not match
-///       2  "Echo"            never tried  rule 1 stopped the event
+///       1  "Only the pedal"  consumed it  it waits for CC, this is a Note On
+///                                         Consume non-matching: the event did not match this rule
+///       2  "Echo"            not reached  rule 1 "Only the pedal" consumed it
 ///     Result: swallowed by rule 1 "Only the pedal" (Consume non-matching). Nothing goes out.
 [[nodiscard]] std::string explanationText(const std::vector<Rule>& rules, const AskedEvent& event,
                                           const EventExplanation& explanation);

@@ -15,15 +15,15 @@ using Voice = VoiceCategoryTriggerVariantsV2;
 using Message = MessageBasedTriggerVariantsV2;
 
 std::string difference(const std::string& wanted, const std::string& given) {
-    return "waits " + wanted + "; this is " + given;
+    return "it waits for " + wanted + ", this is " + given;
 }
 
 std::string kindWanted(const Voice& voice) {
     return std::visit(Overloaded{
-                          [](const Voice::NoteOn&) { return std::string("for a note-on"); },
-                          [](const Voice::NoteOff&) { return std::string("for a note-off"); },
-                          [](const Voice::ControlChange&) { return std::string("for a controller"); },
-                          [](const Voice::ProgramChange&) { return std::string("for a program change"); },
+                          [](const Voice::NoteOn&) { return std::string("Note On"); },
+                          [](const Voice::NoteOff&) { return std::string("Note Off"); },
+                          [](const Voice::ControlChange&) { return std::string("CC"); },
+                          [](const Voice::ProgramChange&) { return std::string("Program Change"); },
                       },
                       voice.variant());
 }
@@ -32,29 +32,29 @@ std::string kindWanted(const Message& trigger) {
     return std::visit(
         Overloaded{
             [](const Message::VoiceCategory& category) { return kindWanted(category.voice.variants); },
-            [](Message::Start) { return std::string("for MIDI Start"); },
-            [](Message::Stop) { return std::string("for MIDI Stop"); },
-            [](Message::Continue) { return std::string("for MIDI Continue"); },
+            [](Message::Start) { return std::string("MIDI Start"); },
+            [](Message::Stop) { return std::string("MIDI Stop"); },
+            [](Message::Continue) { return std::string("MIDI Continue"); },
         },
         trigger.variant());
 }
 
 std::string kindWanted(HostTransportTriggerVariantsV2 change) {
     switch (change) {
-    case HostTransportTriggerVariantsV2::Start: return "for the host's transport to start";
-    case HostTransportTriggerVariantsV2::Continue: return "for the host's transport to continue";
-    case HostTransportTriggerVariantsV2::Stop: return "for the host's transport to stop";
+    case HostTransportTriggerVariantsV2::Start: return "the host's transport to start";
+    case HostTransportTriggerVariantsV2::Continue: return "the host's transport to continue";
+    case HostTransportTriggerVariantsV2::Stop: return "the host's transport to stop";
     }
     return {};
 }
 
 std::string kindGiven(const MIDIMessage& message) {
     switch (message.bytes()[0] & midi::kindMask) {
-    case midi::noteOff: return "a note-off";
-    case midi::noteOn: return "a note-on";
+    case midi::noteOff: return "a Note Off";
+    case midi::noteOn: return "a Note On";
     case midi::notePressure: return "pressure on a note";
-    case midi::controlChange: return "a controller";
-    case midi::programChange: return "a program change";
+    case midi::controlChange: return "a CC";
+    case midi::programChange: return "a Program Change";
     case midi::channelPressure: return "channel pressure";
     case midi::pitchWheel: return "the pitch wheel";
     default: return messageWords(message.bytes());
@@ -75,7 +75,7 @@ std::string kindRemark(const Message& trigger, const MIDIMessage& message) {
     const auto* category = trigger.getIf<Message::VoiceCategory>();
     const bool wantsNoteOff = category != nullptr && category->voice.variants.is<Voice::NoteOff>();
     const auto bytes = message.bytes();
-    const bool isSilentNoteOn = kindGiven(message) == "a note-on" && bytes[2] == 0;
+    const bool isSilentNoteOn = kindGiven(message) == "a Note On" && bytes[2] == 0;
     return wantsNoteOff && isSilentNoteOn ? " (even with velocity 0)" : "";
 }
 
@@ -85,17 +85,17 @@ std::string dataFailure(const Voice& voice, const MIDIMessage& message) {
         return value.getIf<TriggerValueV2::Value>()->value;
     };
     const auto note = [&](const TriggerValueV2& value) {
-        return difference("for note " + noteWords(wanted(value)), "note " + noteWords(data1));
+        return difference("note " + noteWords(wanted(value)), "note " + noteWords(data1));
     };
     return std::visit(Overloaded{
                           [&](const Voice::NoteOn& on) { return note(on.note); },
                           [&](const Voice::NoteOff& off) { return note(off.note); },
                           [&](const Voice::ControlChange& change) {
-                              return difference("for controller " + controllerWords(change.controller),
+                              return difference("controller " + controllerWords(change.controller),
                                                 "controller " + controllerWords(data1));
                           },
                           [&](const Voice::ProgramChange& change) {
-                              return difference("for program " + dataByteWords(wanted(change.program)),
+                              return difference("program " + dataByteWords(wanted(change.program)),
                                                 "program " + dataByteWords(data1));
                           },
                       },
@@ -104,13 +104,12 @@ std::string dataFailure(const Voice& voice, const MIDIMessage& message) {
 
 std::string valueFailure(const Voice& voice, const MIDIMessage& message) {
     const auto wanted = voice.getIf<Voice::ControlChange>()->value.getIf<TriggerValueV2::Value>()->value;
-    return difference("for value " + dataByteWords(wanted), "value " + dataByteWords(message.bytes()[2]));
+    return difference("value " + dataByteWords(wanted), "value " + dataByteWords(message.bytes()[2]));
 }
 
 std::string channelFailure(const VoiceCategoryTriggerV2& voice, const MIDIMessage& message) {
     const auto wanted = voice.channel.getIf<TriggerValueV2::Value>()->value;
-    return difference("on " + channelWords(wanted),
-                      "on " + channelWords(message.bytes()[0] & midi::channelMask));
+    return difference(channelWords(wanted), channelWords(message.bytes()[0] & midi::channelMask));
 }
 
 std::string messageFailure(const Message& trigger, TriggerCondition failure, const MIDIMessage& message) {
@@ -132,21 +131,23 @@ std::string messageFailure(const Message& trigger, TriggerCondition failure, con
 std::string failureWords(const RuleTriggerV2& trigger, TriggerCondition failure, const AskedEvent& event) {
     const auto* message = std::get_if<MIDIMessage>(&event);
     if (const auto* based = trigger.getIf<RuleTriggerV2::MessageBased>()) {
-        return message == nullptr
-                   ? "waits " + kindWanted(based->trigger.variants) + ", not for the host's transport"
-                   : messageFailure(based->trigger.variants, failure, *message);
+        return message == nullptr ? difference(kindWanted(based->trigger.variants), "the host's transport")
+                                  : messageFailure(based->trigger.variants, failure, *message);
     }
     const auto wanted = kindWanted(trigger.getIf<RuleTriggerV2::HostTransport>()->trigger.variants);
-    return message == nullptr ? difference(wanted, kindGiven(std::get<HostTransportTriggerVariantsV2>(event)))
-                              : "waits " + wanted + ", not for MIDI";
+    return difference(wanted, message == nullptr ? kindGiven(std::get<HostTransportTriggerVariantsV2>(event))
+                                                 : kindGiven(*message));
 }
 
-std::string asideWords(const RuleTriggerV2& trigger) {
+std::string asideWords(const RuleTriggerV2& trigger, const AskedEvent& event) {
     if (trigger.is<RuleTriggerV2::OnLoad>()) {
-        return "fires only when the plug-in is loaded";
+        return "it fires only when the plug-in is loaded";
     }
-    return trigger.is<RuleTriggerV2::HostTransport>() ? "waits for the host's transport, not for loading"
-                                                      : "waits for MIDI, not for loading";
+    if (std::holds_alternative<MIDIMessage>(event)) {
+        return "system exclusive that comes in is never shown to the rules";
+    }
+    const bool isHost = trigger.is<RuleTriggerV2::HostTransport>();
+    return std::string("it waits for ") + (isHost ? "the host's transport" : "MIDI") + ", this is loading";
 }
 
 }  // namespace quillo

@@ -93,9 +93,9 @@ Examples:
 )"},
     VerbText{"explain", "Usage: midi-quillo explain --preset PRESET.json EVENT...\n", R"(
 Says what the rules of PRESET.json make of an event. Each rule is asked in
-order, and its line says whether it fires, what it then sends and when, or the
-first thing about the event that it does not wait for. A rule's policy can stop
-the event there; the rules after it are then never tried, and a MIDI message
+order, and its line says whether it fired, what it sent and when, or the first
+thing about the event that it does not wait for. A rule's policy can consume
+the event there; the rules after it are then not reached, and a MIDI message
 is swallowed instead of forwarded. That goes for rules of the other kind too: a
 rule for the host's transport matches no MIDI, so that "Consume non-matching"
 makes it swallow all of it.
@@ -117,12 +117,12 @@ Examples:
 
 The second asks why middle C is silent, and is answered:
   90 3c 64: note-on 60 (C3), velocity 100, channel 1
-    1  "Reset"  no match     waits for the host's transport to stop, not for
-                             MIDI
-                stops here   Consume non-matching: a rule for the host's
+    1  "Reset"  consumed it  it waits for the host's transport to stop, this is
+                             a Note On
+                             Consume non-matching: a rule for the host's
                              transport matches no MIDI, so it swallows all of
                              it
-    2  "Echo"   never tried  rule 1 stopped the event
+    2  "Echo"   not reached  rule 1 "Reset" consumed it
   Result: swallowed by rule 1 "Reset" (Consume non-matching). Nothing goes
   out.
 )"},

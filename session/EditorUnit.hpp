@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "analysis/RuleReason.hpp"
+#include "log/EventLogEntry.hpp"
 #include "rules/Rule.hpp"
 #include "session/QuilloModel.hpp"
 
@@ -42,6 +44,10 @@ public:
     /// Brings the model up to date, with new log entries, rules that the host has restored, and alerts. Some
     /// 30 times a second while an editor is open.
     virtual void drain() = 0;
+
+    /// What each of the rules that run now makes of an event, in order, as the engine says; nothing without a
+    /// unit.
+    [[nodiscard]] virtual std::vector<RuleReason> why(const EventLogEntryVariants& /*event*/) { return {}; }
 
     /// Whether the model says more of what the unit does: which rules fire, and what waits; and whether the functions
     /// below are its own. Otherwise they do nothing.

@@ -5,6 +5,7 @@
 #include <exception>
 #include <utility>
 
+#include "analysis/RuleReasons.hpp"
 #include "persistence/PluginData.hpp"
 #include "persistence/ProblemInWords.hpp"
 #include "platform/FatalError.hpp"
@@ -125,6 +126,10 @@ void Session::panic() {
 
 void Session::onInstantMessageClick(const RuleOutputVariantsV2& message) {
     processor_.send(message);
+}
+
+std::vector<RuleReason> Session::why(const EventLogEntryVariants& event) {
+    return quillo::why(processor_.rules(), askedEvent(event));
 }
 
 void Session::takeBack(const std::string& message) {

@@ -60,6 +60,7 @@ public:
     void viewDidLoad() override;
     void onRulesChanged(std::vector<Rule> rules) override;
     void onInstantMessageClick(const RuleOutputVariantsV2& message) override;
+    [[nodiscard]] std::vector<RuleReason> why(const EventLogEntryVariants& event) override;
     void tellUser(std::string message) override { alerts_.add(message); }
     void drain() override;
     [[nodiscard]] bool tellsWhatItDoes() const override { return true; }

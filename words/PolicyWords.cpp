@@ -22,7 +22,9 @@ std::string policyWords(PassThroughV2 policy) {
 
 std::string ruleWords(const std::vector<Rule>& rules, std::size_t position) {
     constexpr std::size_t longestName = 40;
-    return "rule " + std::to_string(position + 1) + " " + inQuotes(rules[position].name, longestName);
+    const auto& name = rules[position].name;
+    auto words = "rule " + std::to_string(position + 1);
+    return name.empty() ? words : words + ' ' + inQuotes(name, longestName);
 }
 
 std::string ruleAndPolicyWords(const std::vector<Rule>& rules, std::size_t position) {

@@ -4,6 +4,7 @@
 #include <set>
 #include <utility>
 
+#include "analysis/RuleReasons.hpp"
 #include "session/EditorLogs.hpp"
 
 namespace quillo {
@@ -101,6 +102,11 @@ void AudioUnitViewController::onInstantMessageClick(const RuleOutputVariantsV2& 
     if (const auto unit = audioUnit()) {
         unit->processor->send(message);
     }
+}
+
+std::vector<RuleReason> AudioUnitViewController::why(const EventLogEntryVariants& event) {
+    const auto unit = audioUnit();
+    return unit ? quillo::why(unit->processor->rules(), askedEvent(event)) : std::vector<RuleReason>();
 }
 
 std::function<void(std::string message)> AudioUnitViewController::userTeller() const {

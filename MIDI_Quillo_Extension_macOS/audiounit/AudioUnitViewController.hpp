@@ -52,6 +52,9 @@ public:
     /// from a triggering message.
     void onInstantMessageClick(const RuleOutputVariantsV2& message) override;
 
+    /// None without a unit.
+    [[nodiscard]] std::vector<RuleReason> why(const EventLogEntryVariants& event) override;
+
     void tellUser(std::string message) override { userTeller()(std::move(message)); }
 
     /// [any] `tellUser` for callers that may outlive the controller: then nobody is told.

@@ -16,71 +16,74 @@ const MIDIMessage middleC{0x90, 60, 100};
 
 TEST(FailureWords, NameTheKindsOfMessages) {
     EXPECT_EQ(failureWords(onNoteOn(), kind, MIDIMessage{0x80, 60, 0}),
-              "waits for a note-on; this is a note-off");
-    EXPECT_EQ(failureWords(onNoteOff(), kind, middleC), "waits for a note-off; this is a note-on");
+              "it waits for Note On, this is a Note Off");
+    EXPECT_EQ(failureWords(onNoteOff(), kind, middleC), "it waits for Note Off, this is a Note On");
     EXPECT_EQ(failureWords(onControlChange(7), kind, MIDIMessage{0xC0, 7}),
-              "waits for a controller; this is a program change");
+              "it waits for CC, this is a Program Change");
     EXPECT_EQ(failureWords(onProgramChange(), kind, MIDIMessage{0xB0, 7, 1}),
-              "waits for a program change; this is a controller");
+              "it waits for Program Change, this is a CC");
     EXPECT_EQ(failureWords(onMIDIStart(), kind, MIDIMessage{0xFC}),
-              "waits for MIDI Start; this is MIDI Stop");
+              "it waits for MIDI Start, this is MIDI Stop");
     EXPECT_EQ(failureWords(onMIDIStop(), kind, MIDIMessage{0xF8}),
-              "waits for MIDI Stop; this is timing clock");
+              "it waits for MIDI Stop, this is timing clock");
     EXPECT_EQ(failureWords(onMIDIContinue(), kind, MIDIMessage{0xE0, 0, 64}),
-              "waits for MIDI Continue; this is the pitch wheel");
+              "it waits for MIDI Continue, this is the pitch wheel");
     EXPECT_EQ(failureWords(onNoteOn(), kind, MIDIMessage{0xA0, 60, 1}),
-              "waits for a note-on; this is pressure on a note");
+              "it waits for Note On, this is pressure on a note");
     EXPECT_EQ(failureWords(onNoteOn(), kind, MIDIMessage{0xD0, 1}),
-              "waits for a note-on; this is channel pressure");
+              "it waits for Note On, this is channel pressure");
 }
 
 TEST(FailureWords, RemarkThatANoteOnOfVelocityZeroIsNoNoteOff) {
     EXPECT_EQ(failureWords(onNoteOff(), kind, MIDIMessage{0x90, 60, 0}),
-              "waits for a note-off; this is a note-on (even with velocity 0)");
+              "it waits for Note Off, this is a Note On (even with velocity 0)");
     EXPECT_EQ(failureWords(onControlChange(7), kind, MIDIMessage{0x90, 60, 0}),
-              "waits for a controller; this is a note-on");
+              "it waits for CC, this is a Note On");
 }
 
 TEST(FailureWords, CountChannelsFromOne) {
     EXPECT_EQ(failureWords(onNoteOn(any, exactly(2)), channel, middleC),
-              "waits on channel 3; this is on channel 1");
+              "it waits for channel 3, this is channel 1");
     EXPECT_EQ(failureWords(onNoteOn(any, exactly(16)), channel, MIDIMessage{0x9F, 60, 1}),
-              "waits on channel 17 (out of range); this is on channel 16");
+              "it waits for channel 17 (out of range), this is channel 16");
 }
 
 TEST(FailureWords, CallDataBytesByTheirNames) {
     EXPECT_EQ(failureWords(onNoteOn(exactly(61)), data1, middleC),
-              "waits for note 61 (C♯3); this is note 60 (C3)");
+              "it waits for note 61 (C♯3), this is note 60 (C3)");
     EXPECT_EQ(failureWords(onNoteOff(exactly(0)), data1, MIDIMessage{0x80, 1, 0}),
-              "waits for note 0 (C-2); this is note 1 (C♯-2)");
+              "it waits for note 0 (C-2), this is note 1 (C♯-2)");
     EXPECT_EQ(failureWords(onControlChange(7), data1, MIDIMessage{0xB0, 1, 0}),
-              "waits for controller 7 (Volume); this is controller 1 (Modulation)");
+              "it waits for controller 7 (Volume), this is controller 1 (Modulation)");
     EXPECT_EQ(failureWords(onProgramChange(exactly(200)), data1, MIDIMessage{0xC0, 5}),
-              "waits for program 200 (out of range); this is program 5");
+              "it waits for program 200 (out of range), this is program 5");
     EXPECT_EQ(failureWords(onControlChange(7, exactly(127)), data2, MIDIMessage{0xB0, 7, 64}),
-              "waits for value 127; this is value 64");
+              "it waits for value 127, this is value 64");
 }
 
 TEST(FailureWords, TellHostEventsApart) {
     EXPECT_EQ(failureWords(onHost(Transport::Start), kind, Transport::Continue),
-              "waits for the host's transport to start; this is its continuation");
+              "it waits for the host's transport to start, this is its continuation");
     EXPECT_EQ(failureWords(onHost(Transport::Continue), kind, Transport::Stop),
-              "waits for the host's transport to continue; this is its stop");
+              "it waits for the host's transport to continue, this is its stop");
     EXPECT_EQ(failureWords(onHost(Transport::Stop), kind, Transport::Start),
-              "waits for the host's transport to stop; this is its start");
+              "it waits for the host's transport to stop, this is its start");
 }
 
 TEST(FailureWords, TellMIDIFromTheHostsTransport) {
     EXPECT_EQ(failureWords(onHost(Transport::Stop), kind, MIDIMessage{0xFC}),
-              "waits for the host's transport to stop, not for MIDI");
+              "it waits for the host's transport to stop, this is MIDI Stop");
     EXPECT_EQ(failureWords(onMIDIStop(), kind, Transport::Stop),
-              "waits for MIDI Stop, not for the host's transport");
+              "it waits for MIDI Stop, this is the host's transport");
 }
 
 TEST(FailureWords, SayWhyARuleIsNotAsked) {
-    EXPECT_EQ(asideWords(onLoad()), "fires only when the plug-in is loaded");
-    EXPECT_EQ(asideWords(onNoteOn()), "waits for MIDI, not for loading");
-    EXPECT_EQ(asideWords(onHost(Transport::Start)), "waits for the host's transport, not for loading");
+    EXPECT_EQ(asideWords(onLoad(), middleC), "it fires only when the plug-in is loaded");
+    EXPECT_EQ(asideWords(onNoteOn(), PluginLoad{}), "it waits for MIDI, this is loading");
+    EXPECT_EQ(asideWords(onHost(Transport::Start), PluginLoad{}),
+              "it waits for the host's transport, this is loading");
+    EXPECT_EQ(asideWords(onNoteOn(), MIDIMessage{0xF0, 0x7E, 0xF7}),
+              "system exclusive that comes in is never shown to the rules");
 }
 
 }  // namespace

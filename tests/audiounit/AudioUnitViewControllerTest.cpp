@@ -194,6 +194,14 @@ TEST_F(ControllerTest, SendingAMessageThatNeedsItsTriggerIsFatal) {
                  FatalError);
 }
 
+TEST_F(ControllerTest, SaysWhyForTheUnitsRules) {
+    const EventLogEntryVariants note = EventLogEntryVariants::MIDI{MIDIMessage{0x90, 60, 1}};
+    EXPECT_TRUE(controller->why(note).empty());
+    create().processor->setRules(oneRule);
+    ASSERT_EQ(controller->why(note).size(), 1U);
+    EXPECT_EQ(controller->why(note)[0].text(), "fired: sent 91 02 03 at once");
+}
+
 TEST_F(ControllerTest, BothLogsReachTheModelInOrderWhenTheMainQueueIsDrained) {
     auto& unit = create();
     unit.MIDIOutputEventBlock = [](AUEventSampleTime, std::uint8_t, std::span<const std::uint8_t>) {

@@ -27,6 +27,7 @@ TEST(PolicyWords, NameARuleByItsNumberFromOneAndItsName) {
     const std::vector<Rule> rules{rule(onLoad(), send(noteOn(0, 1, 1)), "Reset"),
                                   rule(onMIDIStart(), send(noteOn(0, 1, 1)), std::string(100, 'n'))};
     EXPECT_EQ(ruleWords(rules, 0), "rule 1 \"Reset\"");
+    EXPECT_EQ(ruleWords({rule(onLoad(), send(noteOn(0, 1, 1)))}, 0), "rule 1");
     EXPECT_EQ(ruleAndPolicyWords(rules, 0), "rule 1 \"Reset\"");
     EXPECT_EQ(ruleAndPolicyWords(rules, 1), "rule 2 \"" + std::string(37, 'n') + "…\" (Pass through)");
 }
