@@ -91,6 +91,14 @@ void addSection(std::size_t count, const std::string& when, const std::string& i
 
 }  // namespace
 
+std::vector<MemoryRow> clapMemory() {
+    return {{"CLAP, MIDI Quillo", [] {
+                 const auto player = std::make_shared<CLAPPlayer>(std::vector<Rule>{}, 1);
+                 player->process();
+                 return player;
+             }}};
+}
+
 void addCLAPBenchmarks() {
     addSection(0, "blocks without events", "block");
     addSection(1, "1 event a block", "event");

@@ -93,7 +93,24 @@ void addSections(std::size_t count, const std::string& when, const std::string& 
     });
 }
 
+MemoryRow memoryOf(const std::string& label, const char* bundle, const char* uri) {
+    return {label, [bundle, uri] {
+                const auto player = std::make_shared<LV2Player>(bundle, uri);
+                player->run();
+                return player;
+            }};
+}
+
 }  // namespace
+
+std::vector<MemoryRow> lv2Memory() {
+    std::vector<MemoryRow> rows{memoryOf("LV2, MIDI Quillo", ourBundle, "urn:midi-quillo:lv2")};
+    if (std::filesystem::exists(filterBundle)) {
+        rows.push_back(memoryOf("LV2, midifilter.lv2 #passthru", filterBundle,
+                                "http://gareus.org/oss/lv2/midifilter#passthru"));
+    }
+    return rows;
+}
 
 void addLV2Benchmarks() {
     addSections(0, "no events", "cycle");

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <vector>
+
+#include "benchmarks/Memory.hpp"
+
 /// The sections of the table. Each function stands in the source of its name.
 namespace quillo::bench {
 
@@ -18,9 +22,11 @@ void addDocumentBenchmarks();
 
 /// The plug-in as LV2 hosts run it, beside those of other makers.
 void addLV2Benchmarks();
+[[nodiscard]] std::vector<MemoryRow> lv2Memory();
 
 /// The plug-in as CLAP hosts run it.
 void addCLAPBenchmarks();
+[[nodiscard]] std::vector<MemoryRow> clapMemory();
 
 /// The editor, with few rules and with many: opened, edited and scrolled.
 void addEditorBenchmarks();

@@ -3,6 +3,10 @@
 // --benchmark_filter=REGEX.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
 #include "benchmarks/Sections.hpp"
 #include "benchmarks/Table.hpp"
 
@@ -16,11 +20,14 @@ int main(int count, char** arguments) {
     addDelayBenchmarks();
     addInstallBenchmarks();
     addDocumentBenchmarks();
+    std::vector<MemoryRow> memory;
 #ifdef QUILLO_HAS_LV2
     addLV2Benchmarks();
+    std::ranges::copy(lv2Memory(), std::back_inserter(memory));
 #endif
 #ifdef QUILLO_HAS_CLAP
     addCLAPBenchmarks();
+    std::ranges::copy(clapMemory(), std::back_inserter(memory));
 #endif
 #ifdef QUILLO_HAS_EDITOR
     addEditorBenchmarks();
@@ -28,5 +35,6 @@ int main(int count, char** arguments) {
     TableReporter table;
     benchmark::RunSpecifiedBenchmarks(&table);
     benchmark::Shutdown();
+    printMemory(memory);
     return 0;
 }
