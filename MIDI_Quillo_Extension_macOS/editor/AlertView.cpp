@@ -6,6 +6,7 @@
 
 #include "editor/Fonts.hpp"
 #include "editor/JuceText.hpp"
+#include "editor/PanicKey.hpp"
 #include "editor/Style.hpp"
 #include "platform/QuotedText.hpp"
 
@@ -91,6 +92,9 @@ void AlertView::paint(juce::Graphics& graphics) {
 }
 
 bool AlertView::keyPressed(const juce::KeyPress& key) {
+    if (isPanicKey(key)) {
+        return false;
+    }
     if (key == juce::KeyPress::returnKey || key == juce::KeyPress::spaceKey ||
         key == juce::KeyPress::escapeKey) {
         const auto onOK = onOK_;

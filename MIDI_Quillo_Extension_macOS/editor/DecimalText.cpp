@@ -36,4 +36,13 @@ std::optional<std::int64_t> parseSignedDecimal(std::string_view text) {
     return static_cast<std::int64_t>(negative ? 0 - *magnitude : *magnitude);
 }
 
+std::string withCommas(std::uint64_t number) {
+    auto digits = std::to_string(number);
+    for (auto place = digits.size(); place > 3;) {
+        place -= 3;
+        digits.insert(place, 1, ',');
+    }
+    return digits;
+}
+
 }  // namespace quillo

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace quillo {
@@ -14,5 +15,8 @@ namespace quillo {
 /// The decimal number, with a leading sign or without, that is the whole text; nothing when there is no such
 /// number or when it exceeds 64 bits.
 [[nodiscard]] std::optional<std::int64_t> parseSignedDecimal(std::string_view text);
+
+/// The number with a comma between its thousands: "1,204".
+[[nodiscard]] std::string withCommas(std::uint64_t number);
 
 }  // namespace quillo

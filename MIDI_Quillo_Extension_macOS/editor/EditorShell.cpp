@@ -2,6 +2,7 @@
 #include "editor/EditorShell.hpp"
 
 #include <exception>
+#include <utility>
 
 #include "platform/FatalError.hpp"
 
@@ -10,7 +11,14 @@ namespace quillo {
 EditorShell::EditorShell(EditorUnit& unit) : unit_(unit), view_(unit) {
     unit.viewDidLoad();
     drain();
+    view_.advance(0);
     startTimerHz(drainsPerSecond);
+}
+
+void EditorShell::timerCallback() {
+    drain();
+    const auto now = juce::Time::getMillisecondCounterHiRes();
+    view_.advance((now - std::exchange(lastTick_, now)) / 1000);
 }
 
 void EditorShell::drain() {

@@ -23,17 +23,19 @@ public:
 
     [[nodiscard]] QuilloView& view() { return view_; }
 
-    /// Drains the unit now; the clock does so anyway. An exception is an alert, as by `attempt`.
+    /// Drains the unit now; the clock does so anyway, and lets the view's time pass. An exception is an alert, as
+    /// by `attempt`.
     void drain();
 
     /// Runs `operation` and lets no exception out: the user is told of it.
     void attempt(const std::function<void()>& operation);
 
 private:
-    void timerCallback() override { drain(); }
+    void timerCallback() override;
 
     EditorUnit& unit_;
     QuilloView view_;
+    double lastTick_ = juce::Time::getMillisecondCounterHiRes();
 };
 
 }  // namespace quillo

@@ -17,12 +17,24 @@ namespace {
 constexpr int logoWidth = 50;
 constexpr int logoHeight = 30;
 constexpr int gap = 8;
+/// How much higher than elsewhere buttons are here.
+constexpr int buttonLift = 5;
 
 /// The rows of the menu that a narrow editor has.
-enum MoreRow : std::size_t { undoRow, redoRow, docsRow, versionRow };
+enum MoreRow : std::size_t { undoRow, redoRow, docsRow, panicRow, versionRow };
 
 juce::String version() {
     return "v" QUILLO_VERSION;
+}
+
+/// Gives a button its place at the end of the area, if it is shown.
+template <class Button>
+void placeAtRight(Button& button, int height, juce::Rectangle<int>& area) {
+    if (button.isVisible()) {
+        const auto width = button.preferredWidth();
+        button.setBounds(area.removeFromRight(width).withSizeKeepingCentre(width, height));
+        area.removeFromRight(gap);
+    }
 }
 
 juce::String stepTitle(const juce::String& verb, const std::optional<std::string>& step) {
@@ -38,11 +50,15 @@ Header::Header(RuleListEditor& editor, HeaderActions actions)
       export_("Export", IconName::exportFile, actions_.onExport),
       undo_("Undo", IconName::undo, [this] { editor_.undo(); }),
       redo_("Redo", IconName::redo, [this] { editor_.redo(); }),
+      panic_("Panic", actions_.onPanic),
       docs_("Docs / Donate", actions_.onOpenURL),
       more_("More", IconName::more, [this] { openMore(); }) {
-    for (auto* button : std::initializer_list<juce::Component*>{&import_, &export_, &undo_, &redo_, &docs_}) {
+    for (auto* button :
+         std::initializer_list<juce::Component*>{&import_, &export_, &undo_, &redo_, &panic_, &docs_}) {
         addAndMakeVisible(*button);
     }
+    panic_.setColours(style::alarmText, style::alarmEdge);
+    panic_.setTooltip("Ends every note that sounds (Ctrl+Shift+P)");
     addChildComponent(more_);
     refresh();
 }
@@ -57,7 +73,7 @@ void Header::refresh() {
 void Header::openMore() {
     const std::vector<juce::String> labels{stepTitle("Undo", editor_.undoName()),
                                            stepTitle("Redo", editor_.redoName()), docs_.getButtonText(),
-                                           version()};
+                                           panic_.getButtonText(), version()};
     std::set<std::size_t> disabled{versionRow};
     if (!editor_.undoName()) {
         disabled.insert(undoRow);
@@ -65,16 +81,21 @@ void Header::openMore() {
     if (!editor_.redoName()) {
         disabled.insert(redoRow);
     }
+    if (!actions_.onPanic) {
+        disabled.insert(panicRow);
+    }
     PopupMenuOverlay::open(*this, more_.getBounds(), {"More", labels, {}, disabled},
-                           [this, onOpenURL = actions_.onOpenURL](std::size_t row) {
-                               if (row == undoRow) {
-                                   editor_.undo();
-                               } else if (row == redoRow) {
-                                   editor_.redo();
-                               } else if (row == docsRow) {
-                                   onOpenURL();
-                               }
-                           });
+                           [this](std::size_t row) { doRow(row); });
+}
+
+void Header::doRow(std::size_t row) {
+    switch (row) {
+    case undoRow: editor_.undo(); break;
+    case redoRow: editor_.redo(); break;
+    case docsRow: actions_.onOpenURL(); break;
+    case panicRow: actions_.onPanic(); break;
+    default: break;
+    }
 }
 
 juce::Rectangle<int> Header::versionArea() const {
@@ -96,16 +117,22 @@ void Header::resized() {
                               .withSizeKeepingCentre(style::iconButtonSize, style::iconButtonSize));
         area.removeFromLeft(gap);
     }
+    layOutRight(area, narrow);
+}
+
+/// What stands at the right. Where there is not room for all, the version goes, and then "Panic".
+void Header::layOutRight(juce::Rectangle<int> area, bool narrow) {
     docs_.setVisible(!narrow);
     more_.setVisible(narrow);
-    if (narrow) {
-        more_.setBounds(area.removeFromRight(style::iconButtonSize)
-                            .withSizeKeepingCentre(style::iconButtonSize, style::iconButtonSize));
-        return;
-    }
-    area.removeFromRight(versionArea().getWidth() + gap + 2);
-    const auto width = docs_.preferredWidth();
-    docs_.setBounds(area.removeFromRight(width).withSizeKeepingCentre(width, docs_.preferredHeight() + 5));
+    const auto others = gap + (narrow ? more_.preferredWidth() : docs_.preferredWidth());
+    const auto panic = gap + panic_.preferredWidth();
+    const auto version = versionArea().getWidth() + gap + 2;
+    panic_.setVisible(actions_.onPanic && others + panic <= area.getWidth());
+    showsVersion_ = !narrow && others + panic + version <= area.getWidth();
+    area.removeFromRight(showsVersion_ ? version : 0);
+    placeAtRight(more_, style::iconButtonSize, area);
+    placeAtRight(docs_, docs_.preferredHeight() + buttonLift, area);
+    placeAtRight(panic_, panic_.preferredHeight() + buttonLift, area);
 }
 
 void Header::parentHierarchyChanged() {
@@ -117,7 +144,7 @@ void Header::paint(juce::Graphics& graphics) {
     const auto logo = getLocalBounds().withTrimmedLeft(style::barPadding).removeFromLeft(logoWidth);
     drawIcon(graphics, IconName::logo, logo.withSizeKeepingCentre(logoWidth, logoHeight).toFloat(),
              displayColour(palette.primaryText));
-    if (docs_.isVisible()) {
+    if (showsVersion_) {
         graphics.setColour(displayColour(palette.secondaryText));
         graphics.setFont(textFont(style::valueText));
         graphics.drawText(version(),

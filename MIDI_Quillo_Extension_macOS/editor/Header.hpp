@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <functional>
 
 #include <juce_gui_basics/juce_gui_basics.h>
@@ -17,10 +18,11 @@ struct HeaderActions {
     std::function<void()> onImport;
     std::function<void()> onExport;
     std::function<void()> onOpenURL;
+    std::function<void()> onPanic;  ///< without one there is no button for it
 };
 
-/// The bar at the top: the logo, import and export, undo and redo, "Docs / Donate" and the version. In a narrow
-/// editor all but import and export move into a menu. [main] only.
+/// The bar at the top: the logo, import and export, undo and redo, "Panic", "Docs / Donate" and the version. In a
+/// narrow editor all but import, export and "Panic" move into a menu; in the narrowest that does too. [main] only.
 class Header final : public juce::Component, public EnvironmentScope {
 public:
     Header(RuleListEditor& editor, HeaderActions actions);
@@ -32,6 +34,7 @@ public:
     [[nodiscard]] MyIconButton& exportButton() { return export_; }
     [[nodiscard]] MyIconButton& undoButton() { return undo_; }
     [[nodiscard]] MyIconButton& redoButton() { return redo_; }
+    [[nodiscard]] MyTextButton& panicButton() { return panic_; }
     [[nodiscard]] MyTextButton& docsButton() { return docs_; }
     [[nodiscard]] MyIconButton& moreButton() { return more_; }
 
@@ -41,6 +44,8 @@ public:
 
 private:
     void openMore();
+    void doRow(std::size_t row);
+    void layOutRight(juce::Rectangle<int> area, bool narrow);
     [[nodiscard]] juce::Rectangle<int> versionArea() const;
 
     RuleListEditor& editor_;
@@ -49,8 +54,10 @@ private:
     MyIconButton export_;
     MyIconButton undo_;
     MyIconButton redo_;
+    MyTextButton panic_;
     MyTextButton docs_;
     MyIconButton more_;
+    bool showsVersion_ = true;
 };
 
 }  // namespace quillo

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include "editor/DecimalText.hpp"
 #include "editor/Environment.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/JuceText.hpp"
@@ -17,10 +18,16 @@ namespace {
 constexpr int labelWidth = 24;
 constexpr int outLabelWidth = 32;
 constexpr int titleHeight = 18;
+/// A title that is a button begins where one that is not does.
+constexpr int titleShift = 4;
 constexpr int gap = 8;
 
 /// In a narrower editor the opened lists stand one above the other.
 constexpr int besideFrom = 400;
+/// In a narrower one, two lists share a place.
+constexpr int allBesideFrom = 640;
+/// A narrower collapsed bar has no room for two entries and what waits.
+constexpr int allCollapsedFrom = 280;
 /// How much of the room the opened logs take before the user has chosen.
 constexpr double shareBeside = 0.3;
 constexpr double shareStacked = 0.5;
@@ -52,6 +59,10 @@ void paintEntry(juce::Graphics& graphics, const Palette& palette, const juce::St
                       juce::Justification::centredLeft, true);
 }
 
+juce::String waitingWords(const QuilloModel& model) {
+    return "Waiting: " + juceText(withCommas(model.waitingCount()));
+}
+
 juce::Rectangle<int> arrowArea(juce::Rectangle<int> bar) {
     return bar.removeFromLeft(style::barPadding + style::iconButtonSize)
         .withTrimmedLeft(style::barPadding / 3);
@@ -66,7 +77,22 @@ double eased(double part) {
 
 CollapesedLogger::CollapesedLogger(const QuilloModel& model, std::function<void()> toggle)
     : model_(model), arrow_("Open the logs", IconName::arrowUp, std::move(toggle)) {
+    waiting_.setFont(textFont(style::valueText));
+    waiting_.setColour(juce::Label::textColourId, displayColour(Palette().delayInput));
+    waiting_.setJustificationType(juce::Justification::centredRight);
+    waiting_.setBorderSize({});
+    waiting_.setMinimumHorizontalScale(1);
     addAndMakeVisible(arrow_);
+    addAndMakeVisible(waiting_);
+}
+
+void CollapesedLogger::refresh() {
+    const auto words = model_.waitingCount() > 0 ? waitingWords(model_) : juce::String();
+    if (words != waitingText()) {
+        waiting_.setText(words, juce::dontSendNotification);
+        resized();
+    }
+    repaint();
 }
 
 juce::String CollapesedLogger::inText() const {
@@ -84,20 +110,37 @@ juce::String CollapesedLogger::shortened(const juce::String& entry) const {
 
 void CollapesedLogger::resized() {
     arrow_.setBounds(arrowArea(getLocalBounds()));
+    const auto width = waitingText().isEmpty() ? 0 : textWidth(waitingText(), style::valueText);
+    waiting_.setBounds(getLocalBounds().withTrimmedRight(style::barPadding).removeFromRight(width));
+}
+
+/// In the narrowest editor its place is taken.
+bool CollapesedLogger::showsOut() const {
+    return waitingText().isEmpty() || getWidth() >= allCollapsedFrom;
+}
+
+/// Where there is enough of it, the room for what waits is kept free: entries do not move when it comes and goes.
+juce::Rectangle<int> CollapesedLogger::entriesArea() const {
+    const auto area = getLocalBounds().withTrimmedLeft(arrow_.getRight()).withTrimmedRight(style::barPadding);
+    const auto kept = textWidth("Waiting: 99", style::valueText);
+    const auto taken = std::max(waiting_.getWidth(), OpenedLogger::isStacked(getWidth()) ? 0 : kept);
+    return area.withTrimmedRight(taken > 0 ? taken + gap : 0);
 }
 
 juce::Rectangle<int> CollapesedLogger::inArea() const {
-    const auto area = getLocalBounds().withTrimmedLeft(arrow_.getRight()).withTrimmedRight(style::barPadding);
-    return area.withWidth(area.getWidth() / 2).withTrimmedLeft(labelWidth).withTrimmedRight(gap);
+    const auto area = entriesArea();
+    return area.withWidth(showsOut() ? area.getWidth() / 2 : area.getWidth())
+        .withTrimmedLeft(labelWidth)
+        .withTrimmedRight(showsOut() ? gap : 0);
 }
 
 juce::Rectangle<int> CollapesedLogger::outArea() const {
-    const auto area = getLocalBounds().withTrimmedLeft(arrow_.getRight()).withTrimmedRight(style::barPadding);
-    return area.withTrimmedLeft(area.getWidth() / 2 + outLabelWidth);
+    const auto area = entriesArea();
+    return showsOut() ? area.withTrimmedLeft(area.getWidth() / 2 + outLabelWidth) : juce::Rectangle<int>();
 }
 
 juce::String CollapesedLogger::tooltipAt(juce::Point<int> point) const {
-    const bool in = point.x < inArea().getRight();
+    const bool in = point.x < inArea().getRight() || !showsOut();
     const auto shown = in ? inText() : outText();
     const auto entry = newest(in ? model_.inLog() : model_.outLog());
     const auto room = (in ? inArea() : outArea()).getWidth();
@@ -110,33 +153,91 @@ void CollapesedLogger::paint(juce::Graphics& graphics) {
     const auto out = outArea();
     paintLabel(graphics, palette, "In:", in.withLeft(in.getX() - labelWidth).withWidth(labelWidth));
     paintEntry(graphics, palette, inText(), in);
-    paintLabel(graphics, palette, "Out:", out.withLeft(out.getX() - outLabelWidth).withWidth(outLabelWidth));
-    paintEntry(graphics, palette, outText(), out);
+    if (showsOut()) {
+        paintLabel(graphics, palette,
+                   "Out:", out.withLeft(out.getX() - outLabelWidth).withWidth(outLabelWidth));
+        paintEntry(graphics, palette, outText(), out);
+    }
 }
 
-OpenedLogger::OpenedLogger(QuilloModel& model, std::function<void()> toggle)
-    : arrow_("Collapse the logs", IconName::arrowDown, std::move(toggle)),
+OpenedLogger::OpenedLogger(EditorUnit& unit, std::function<void()> toggle)
+    : unit_(unit),
+      model_(*unit.model()),
+      arrow_("Collapse the logs", IconName::arrowDown, std::move(toggle)),
       clear_("Empty the logs", IconName::clear,
-             [&model] {
-                 model.clearInLog();
-                 model.clearOutLog();
+             [this] {
+                 model_.clearInLog();
+                 model_.clearOutLog();
              }),
       in_(
-          "In:", [&model]() -> const QuilloModel::Log& { return model.inLog(); }, [this] { repaint(); }),
-      out_("Out:", [&model]() -> const QuilloModel::Log& { return model.outLog(); }, [this] { repaint(); }) {
-    for (auto* part : std::initializer_list<juce::Component*>{&arrow_, &in_, &out_, &clear_}) {
+          "In:", [this]() -> const QuilloModel::Log& { return model_.inLog(); }, [this] { repaint(); }),
+      outTitle_("Out:", [this] { choose(false); }),
+      waitingTitle_(waitingWords(model_), [this] { choose(true); }),
+      cancelAll_("Cancel all", [this] { unit_.cancelAllWaiting(); }),
+      out_(
+          "Out:", [this]() -> const QuilloModel::Log& { return model_.outLog(); }, [this] { repaint(); }),
+      waiting_(model_, [this](std::uint64_t number) { unit_.cancelWaiting(number); }) {
+    for (auto* part : std::initializer_list<juce::Component*>{&arrow_, &in_, &outTitle_, &waitingTitle_,
+                                                              &cancelAll_, &out_, &waiting_, &clear_}) {
         addAndMakeVisible(*part);
     }
+}
+
+OpenedLogger::~OpenedLogger() {
+    setInSight(false);
 }
 
 void OpenedLogger::refresh() {
     in_.refresh();
     out_.refresh();
+    waiting_.refresh();
+    if (const auto words = waitingWords(model_); words != waitingTitle_.getButtonText()) {
+        waitingTitle_.setWord(words);
+        layOutTitles();
+        repaint();
+    }
+    colourTitles();
+}
+
+void OpenedLogger::colourTitles() {
+    const Palette palette;
+    const bool waits = model_.waitingCount() > 0;
+    outTitle_.setColour(waitingChosen_ ? palette.secondaryText : palette.primaryText);
+    const auto notChosen = waits ? palette.delayInput : palette.secondaryText;
+    waitingTitle_.setColour(waitingChosen_ ? palette.primaryText : notChosen);
+    cancelAll_.setColour(waits ? style::alarmText : palette.secondaryText);
 }
 
 void OpenedLogger::showNewest() {
     in_.showNewest();
     out_.showNewest();
+}
+
+void OpenedLogger::setInSight(bool inSight) {
+    inSight_ = inSight;
+    watch();
+}
+
+/// The unit makes the list only for those who see it.
+void OpenedLogger::watch() {
+    const bool seen = inSight_ && showsWaiting();
+    if (std::exchange(watched_, seen) != seen) {
+        unit_.watchWaiting(seen);
+    }
+}
+
+void OpenedLogger::choose(bool waiting) {
+    waitingChosen_ = waiting;
+    resized();
+    repaint();
+}
+
+bool OpenedLogger::sharesPlace() const {
+    return unit_.tellsWhatItDoes() && getWidth() < allBesideFrom;
+}
+
+bool OpenedLogger::showsWaiting() const {
+    return unit_.tellsWhatItDoes() && (waitingChosen_ || !sharesPlace());
 }
 
 bool OpenedLogger::isStacked(int width) {
@@ -149,11 +250,15 @@ void OpenedLogger::resized() {
     clear_.setBounds(area.withTrimmedRight(gap / 2)
                          .removeFromRight(style::iconButtonSize)
                          .removeFromTop(style::iconButtonSize));
+    waiting_.setVisible(showsWaiting());
+    out_.setVisible(!sharesPlace() || !waitingChosen_);
     if (isStacked(getWidth())) {
         layOutStacked(area);
     } else {
         layOutBeside(area);
     }
+    layOutTitles();
+    watch();
 }
 
 void OpenedLogger::layOutBeside(juce::Rectangle<int> area) {
@@ -161,8 +266,13 @@ void OpenedLogger::layOutBeside(juce::Rectangle<int> area) {
     area.setRight(clear_.getX());
     area.removeFromTop(titleHeight);
     area.removeFromBottom(gap / 2);
-    in_.setBounds(area.removeFromLeft((area.getWidth() - gap) / 2));
-    out_.setBounds(area.withTrimmedLeft(gap));
+    const bool three = showsWaiting() && !sharesPlace();
+    const auto lists = three ? 3 : 2;
+    const auto width = (area.getWidth() - (lists - 1) * gap) / lists;
+    in_.setBounds(area.removeFromLeft(width));
+    area.removeFromLeft(gap);
+    out_.setBounds(three ? area.removeFromLeft(width) : area);
+    waiting_.setBounds(three ? area.withTrimmedLeft(gap) : area);
 }
 
 void OpenedLogger::layOutStacked(juce::Rectangle<int> area) {
@@ -171,24 +281,48 @@ void OpenedLogger::layOutStacked(juce::Rectangle<int> area) {
     area.reduce(gap / 2, 0);
     in_.setBounds(area.removeFromTop((area.getHeight() - titleHeight) / 2));
     out_.setBounds(area.withTrimmedTop(titleHeight));
+    waiting_.setBounds(out_.getBounds());
+}
+
+/// Those of what waits and of what shares its place, and the button that cancels.
+void OpenedLogger::layOutTitles() {
+    const bool shared = sharesPlace();
+    outTitle_.setVisible(shared);
+    waitingTitle_.setVisible(shared);
+    cancelAll_.setVisible(showsWaiting());
+    auto area = titleArea(waiting_);
+    cancelAll_.setBounds(area.withTrimmedLeft(area.getWidth() - cancelAll_.preferredWidth()));
+    area.setLeft(area.getX() - titleShift);
+    outTitle_.setBounds(area.removeFromLeft(outTitle_.preferredWidth()));
+    waitingTitle_.setBounds(area.removeFromLeft(waitingTitle_.preferredWidth()));
+    colourTitles();
 }
 
 void OpenedLogger::paint(juce::Graphics& graphics) {
-    paintTitle(graphics, "In:", in_);
-    paintTitle(graphics, "Out:", out_);
+    paintTitle(graphics, titleArea(in_), "In:", in_.isHeld());
+    if (sharesPlace()) {
+        const auto rest = titleArea(out_).withLeft(waitingTitle_.getRight());
+        paintTitle(graphics, rest, {}, out_.isVisible() && out_.isHeld());
+        return;
+    }
+    paintTitle(graphics, titleArea(out_), "Out:", out_.isHeld());
+    if (showsWaiting()) {
+        paintTitle(graphics, titleArea(waiting_), waitingWords(model_), false);
+    }
 }
 
 /// Above the list, and beside the arrow where that stands above the list too.
-void OpenedLogger::paintTitle(juce::Graphics& graphics, const juce::String& title,
-                              const EntryList& list) const {
+juce::Rectangle<int> OpenedLogger::titleArea(const juce::Component& list) const {
     const bool besideButtons =
         list.getY() >= arrow_.getBottom() && list.getY() < arrow_.getBottom() + titleHeight;
-    auto area = list.getBounds().withHeight(titleHeight).withBottomY(list.getY());
-    if (besideButtons) {
-        area = arrow_.getBounds().withLeft(arrow_.getRight()).withRight(clear_.getX());
-    }
+    return besideButtons ? arrow_.getBounds().withLeft(arrow_.getRight()).withRight(clear_.getX())
+                         : list.getBounds().withHeight(titleHeight).withBottomY(list.getY());
+}
+
+void OpenedLogger::paintTitle(juce::Graphics& graphics, juce::Rectangle<int> area, const juce::String& title,
+                              bool held) const {
     const auto* const hint = " held while you read; End shows the newest";
-    paintLabel(graphics, environment<PaletteKey>(*this), list.isHeld() ? title + hint : title, area);
+    paintLabel(graphics, environment<PaletteKey>(*this), held ? title + hint : title, area);
 }
 
 /// The edge by which the opened logs are made higher and lower.
@@ -238,14 +372,15 @@ private:
     int grip_ = 0;  ///< where in its height the edge was taken
 };
 
-InOutLogger::InOutLogger(std::shared_ptr<QuilloModel> model, std::function<void()> onHeight)
-    : model_(std::move(model)),
-      onHeight_(std::move(onHeight)),
-      collapsedForm_(*model_, [this] { toggle(); }),
-      openedForm_(*model_, [this] { toggle(); }),
+InOutLogger::InOutLogger(EditorUnit& unit, std::function<void()> onHeight)
+    : onHeight_(std::move(onHeight)),
+      collapsedForm_(*unit.model(), [this] { toggle(); }),
+      openedForm_(unit, [this] { toggle(); }),
       upperEdge_(std::make_unique<UpperEdge>(*this)),
-      inObservation_(model_->observeInLog([this] { refresh(); })),
-      outObservation_(model_->observeOutLog([this] { refresh(); })) {
+      inObservation_(unit.model()->observeInLog([this] { refresh(); })),
+      outObservation_(unit.model()->observeOutLog([this] { refresh(); })),
+      waitingObservation_(unit.model()->observeWaiting([this] { refresh(); })) {
+    collapsedForm_.refresh();
     addAndMakeVisible(collapsedForm_);
     addChildComponent(openedForm_);
     addChildComponent(*upperEdge_);
@@ -291,6 +426,8 @@ void InOutLogger::showForm() {
     upperEdge_->setVisible(opened);
     collapsedForm_.setVisible(!opened);
     openedForm_.showNewest();
+    openedForm_.setInSight(opened);
+    refresh();
     if (hasKeyboard) {
         (opened ? openedForm_.arrow() : collapsedForm_.arrow()).grabKeyboardFocus();
     }
@@ -323,7 +460,7 @@ void InOutLogger::refresh() {
     if (openedForm_.isVisible()) {
         openedForm_.refresh();
     } else {
-        collapsedForm_.repaint();
+        collapsedForm_.refresh();
     }
 }
 

@@ -9,14 +9,17 @@
 
 #include "editor/EntryList.hpp"
 #include "editor/MyIconButton.hpp"
+#include "editor/MyWordButton.hpp"
+#include "editor/WaitingList.hpp"
 #include "platform/Observers.hpp"
-#include "session/QuilloModel.hpp"
+#include "session/EditorUnit.hpp"
 
 namespace quillo {
 
 /// The collapsed form of the logs: the newest entry of each, in one line; without its time where there is
 /// little width. An entry that is too long for its half ends with an ellipsis. One that is not shown whole is
-/// its half's tooltip. [main] only.
+/// its half's tooltip. At the right stands how much waits to be sent, while anything does; in the narrowest
+/// editor in the place of the newest entry of "Out:". [main] only.
 class CollapesedLogger final : public juce::Component, public juce::TooltipClient {
 public:
     CollapesedLogger(const QuilloModel& model, std::function<void()> toggle);
@@ -24,7 +27,12 @@ public:
     /// What is shown of the newest entries; empty for an empty log.
     [[nodiscard]] juce::String inText() const;
     [[nodiscard]] juce::String outText() const;
+    /// "Waiting: 3", or empty.
+    [[nodiscard]] juce::String waitingText() const { return waiting_.getText(); }
     [[nodiscard]] MyIconButton& arrow() { return arrow_; }
+
+    /// A log, or what waits, has changed.
+    void refresh();
     /// The whole of the entry under this point, if not all of it is shown.
     [[nodiscard]] juce::String tooltipAt(juce::Point<int> point) const;
 
@@ -33,28 +41,41 @@ public:
     juce::String getTooltip() override { return tooltipAt(getMouseXYRelative()); }
 
 private:
+    [[nodiscard]] juce::Rectangle<int> entriesArea() const;
     [[nodiscard]] juce::Rectangle<int> inArea() const;
     [[nodiscard]] juce::Rectangle<int> outArea() const;
+    [[nodiscard]] bool showsOut() const;
     [[nodiscard]] juce::String shortened(const juce::String& entry) const;
 
     const QuilloModel& model_;
     MyIconButton arrow_;
+    juce::Label waiting_;
 };
 
-/// The opened form: all kept entries of both logs, beside each other or, where there is little width, one
-/// above the other, and a button that empties them. [main] only.
+/// The opened form: all kept entries of both logs and what waits to be sent, beside each other. Where there is
+/// less width, what went out and what waits share a place, and their titles are buttons that choose between
+/// them; where there is little, that place is below what came in. A button empties the logs, another one
+/// cancels all that waits. What waits is there only if the unit tells it. [main] only.
 class OpenedLogger final : public juce::Component {
 public:
-    OpenedLogger(QuilloModel& model, std::function<void()> toggle);
+    OpenedLogger(EditorUnit& unit, std::function<void()> toggle);
+    ~OpenedLogger() override;
 
     void refresh();
     void showNewest();
+    /// Whether the form is in sight.
+    void setInSight(bool inSight);
 
     /// Whether the lists stand one above the other in this width.
     [[nodiscard]] static bool isStacked(int width);
 
     [[nodiscard]] EntryList& inList() { return in_; }
     [[nodiscard]] EntryList& outList() { return out_; }
+    [[nodiscard]] WaitingList& waitingList() { return waiting_; }
+    /// The titles above the place that two lists share.
+    [[nodiscard]] MyWordButton& outTitle() { return outTitle_; }
+    [[nodiscard]] MyWordButton& waitingTitle() { return waitingTitle_; }
+    [[nodiscard]] MyWordButton& cancelAllButton() { return cancelAll_; }
     [[nodiscard]] MyIconButton& arrow() { return arrow_; }
     [[nodiscard]] MyIconButton& clearButton() { return clear_; }
 
@@ -62,17 +83,34 @@ public:
     void paint(juce::Graphics& graphics) override;
 
 private:
+    [[nodiscard]] bool sharesPlace() const;
+    [[nodiscard]] bool showsWaiting() const;
+    [[nodiscard]] juce::Rectangle<int> titleArea(const juce::Component& list) const;
+    void choose(bool waiting);
+    void watch();
     void layOutBeside(juce::Rectangle<int> area);
     void layOutStacked(juce::Rectangle<int> area);
-    void paintTitle(juce::Graphics& graphics, const juce::String& title, const EntryList& list) const;
+    void layOutTitles();
+    void colourTitles();
+    void paintTitle(juce::Graphics& graphics, juce::Rectangle<int> area, const juce::String& title,
+                    bool held) const;
 
+    EditorUnit& unit_;
+    QuilloModel& model_;
     MyIconButton arrow_;
     MyIconButton clear_;
     EntryList in_;
+    MyWordButton outTitle_;
+    MyWordButton waitingTitle_;
+    MyWordButton cancelAll_;
     EntryList out_;
+    WaitingList waiting_;
+    bool waitingChosen_ = false;  ///< where it shares its place
+    bool inSight_ = false;
+    bool watched_ = false;  ///< what the unit was told
 };
 
-/// Both logs at the bottom of the editor, collapsed at first. They open and collapse in a short movement.
+/// Both logs and what waits to be sent, at the bottom of the editor, collapsed at first. They open and collapse in a short movement.
 /// Opened they take a share of the editor's height, which is changed by dragging their upper edge, or by Up
 /// and Down while that has the keyboard focus. [main] only.
 class InOutLogger final : public juce::Component, private juce::Timer {
@@ -81,7 +119,7 @@ public:
     static constexpr double movement = 0.25;
 
     /// `onHeight` runs whenever the height that they want has changed.
-    InOutLogger(std::shared_ptr<QuilloModel> model, std::function<void()> onHeight);
+    InOutLogger(EditorUnit& unit, std::function<void()> onHeight);
     ~InOutLogger() override;
 
     [[nodiscard]] bool collapsed() const { return collapsed_; }
@@ -113,7 +151,6 @@ private:
     [[nodiscard]] int openedHeight() const;
     void setOpenedHeight(int height);
 
-    std::shared_ptr<QuilloModel> model_;
     std::function<void()> onHeight_;
     bool collapsed_ = true;
     juce::Rectangle<int> room_;
@@ -125,6 +162,7 @@ private:
     std::unique_ptr<UpperEdge> upperEdge_;
     Observation inObservation_;
     Observation outObservation_;
+    Observation waitingObservation_;
 };
 
 }  // namespace quillo

@@ -96,6 +96,15 @@ juce::Component* MyDragAndDropForEach::row(const UUID& item) const {
     return found != rows_.end() ? &found->second->content() : nullptr;
 }
 
+void MyDragAndDropForEach::forEachRow(
+    const std::function<void(std::size_t position, juce::Component& row)>& use) const {
+    for (const auto& [item, row] : rows_) {
+        if (const auto position = positionOf(item)) {
+            use(*position, row->content());
+        }
+    }
+}
+
 std::optional<std::size_t> MyDragAndDropForEach::positionOf(const UUID& item) const {
     const auto found = positions_.find(item);
     return found != positions_.end() ? std::optional(found->second) : std::nullopt;

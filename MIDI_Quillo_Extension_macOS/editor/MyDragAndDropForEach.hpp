@@ -53,6 +53,9 @@ public:
     /// The view made for an item, or null while there is none.
     [[nodiscard]] juce::Component* row(const UUID& item) const;
 
+    /// Calls `use` with each view that there is and its item's position, in any order.
+    void forEachRow(const std::function<void(std::size_t position, juce::Component& row)>& use) const;
+
     /// Scrolls just as far as it takes to see the whole row.
     void scrollTo(const UUID& item);
     /// Scrolls the list in which a view lies, if there is one, as far as it takes to see the view. False when

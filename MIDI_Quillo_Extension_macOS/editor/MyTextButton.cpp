@@ -19,6 +19,11 @@ void MyTextButton::setAccented(bool accented) {
     repaint();
 }
 
+void MyTextButton::setColours(MyRGB word, MyRGB border) {
+    ownColours_ = Colours{word, border};
+    repaint();
+}
+
 int MyTextButton::preferredWidth() const {
     return textWidth(getButtonText(), style::buttonText) + 2 * style::buttonPadding;
 }
@@ -27,18 +32,15 @@ int MyTextButton::preferredHeight() const {
     return style::buttonHeight;
 }
 
-juce::Colour MyTextButton::textColour() const {
-    return displayColour(accented_ ? environment<MyPrimaryColor>(*this)
-                                   : environment<PaletteKey>(*this).primaryText);
-}
-
-juce::Colour MyTextButton::borderColour(bool hover) const {
-    if (accented_) {
-        return displayColour(hover ? environment<MyPrimaryColor>(*this)
-                                   : environment<MySecondaryColor>(*this));
-    }
+/// Lit, an accented button has a border in the colour of its text.
+MyTextButton::Colours MyTextButton::colours(bool lit) const {
     const auto palette = environment<PaletteKey>(*this);
-    return displayColour(hover ? style::litEdge(palette) : style::edge(palette));
+    if (!accented_ && !ownColours_) {
+        return {palette.primaryText, lit ? style::litEdge(palette) : style::edge(palette)};
+    }
+    const auto own = ownColours_.value_or(
+        Colours{environment<MyPrimaryColor>(*this), environment<MySecondaryColor>(*this)});
+    return {own.word, lit ? own.word : own.border};
 }
 
 void MyTextButton::paintButton(juce::Graphics& graphics, bool hover, bool down) {
@@ -50,9 +52,10 @@ void MyTextButton::paintButton(juce::Graphics& graphics, bool hover, bool down) 
             displayColour(style::lifted(environment<MyBackground>(*this), style::buttonHoverLift)));
         graphics.fillRoundedRectangle(edge, style::buttonCorner);
     }
-    graphics.setColour(borderColour(lit).withMultipliedAlpha(alpha));
+    const auto [word, border] = colours(lit);
+    graphics.setColour(displayColour(border).withMultipliedAlpha(alpha));
     graphics.drawRoundedRectangle(edge, style::buttonCorner, 1);
-    graphics.setColour(textColour().withMultipliedAlpha(alpha));
+    graphics.setColour(displayColour(word).withMultipliedAlpha(alpha));
     graphics.setFont(textFont(style::buttonText));
     graphics.drawText(getButtonText(), getLocalBounds().reduced(style::buttonPadding / 2, 0),
                       juce::Justification::centred, true);

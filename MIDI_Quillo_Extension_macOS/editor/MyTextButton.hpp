@@ -1,27 +1,37 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
+
 #include "editor/ActionButton.hpp"
+#include "editor/Palette.hpp"
 
 namespace quillo {
 
 /// A button with a border and a word in it. Plain, it is drawn in the colours of text and borders; accented, in
-/// the primary and the secondary colour around it. Under the pointer it lights up.
+/// the primary and the secondary colour around it, or in colours of its own. Under the pointer it lights up.
 class MyTextButton final : public ActionButton {
 public:
     MyTextButton(const juce::String& label, std::function<void()> action);
 
     void setAccented(bool accented);
+    void setColours(MyRGB word, MyRGB border);
 
     [[nodiscard]] int preferredWidth() const override;
     [[nodiscard]] int preferredHeight() const override;
 
 private:
     void paintButton(juce::Graphics& graphics, bool hover, bool down) override;
-    [[nodiscard]] juce::Colour textColour() const;
-    [[nodiscard]] juce::Colour borderColour(bool hover) const;
+
+    struct Colours {
+        MyRGB word;
+        MyRGB border;
+    };
+
+    [[nodiscard]] Colours colours(bool lit) const;
 
     bool accented_ = false;
+    std::optional<Colours> ownColours_;
 };
 
 }  // namespace quillo

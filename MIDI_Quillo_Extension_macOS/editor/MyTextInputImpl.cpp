@@ -9,6 +9,7 @@
 #include "editor/FieldAccessibility.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/MyDragAndDropForEach.hpp"
+#include "editor/PanicKey.hpp"
 #include "editor/PopupMenuOverlay.hpp"
 #include "editor/Style.hpp"
 
@@ -80,7 +81,8 @@ public:
     }
 
     bool keyPressed(const juce::KeyPress& key) override {
-        return !field_.isUnneeded(key) && (field_.takeKey(key) || juce::TextEditor::keyPressed(key));
+        return !isPanicKey(key) && !field_.isUnneeded(key) &&
+               (field_.takeKey(key) || juce::TextEditor::keyPressed(key));
     }
 
     void focusLost(FocusChangeType cause) override {

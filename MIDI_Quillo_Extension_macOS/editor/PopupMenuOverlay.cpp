@@ -8,6 +8,7 @@
 #include "editor/Fonts.hpp"
 #include "editor/Icons.hpp"
 #include "editor/OverlayHost.hpp"
+#include "editor/PanicKey.hpp"
 #include "editor/Style.hpp"
 
 namespace quillo {
@@ -156,6 +157,9 @@ void PopupMenuOverlay::mouseDown(const juce::MouseEvent& event) {
 }
 
 bool PopupMenuOverlay::keyPressed(const juce::KeyPress& key) {
+    if (isPanicKey(key)) {
+        return false;
+    }
     const auto character = key.getTextCharacter();
     if (key == juce::KeyPress::escapeKey || key.isKeyCode(juce::KeyPress::tabKey)) {
         close();

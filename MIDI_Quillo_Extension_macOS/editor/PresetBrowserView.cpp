@@ -7,6 +7,7 @@
 #include "editor/FieldPlan.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/Icons.hpp"
+#include "editor/PanicKey.hpp"
 #include "editor/Style.hpp"
 #include "platform/QuotedText.hpp"
 
@@ -236,7 +237,7 @@ bool PresetBrowserView::typeFromList(const juce::KeyPress& key) {
 bool PresetBrowserView::keyPressed(const juce::KeyPress& key) {
     if (isPlain(key, juce::KeyPress::escapeKey)) {
         cancel();
-    } else if (key.isKeyCode(juce::KeyPress::tabKey)) {
+    } else if (key.isKeyCode(juce::KeyPress::tabKey) || isPanicKey(key)) {
         return false;
     } else if (key == juce::KeyPress(juce::KeyPress::upKey, juce::ModifierKeys::altModifier, 0)) {
         leave();

@@ -10,6 +10,7 @@
 #include "editor/FieldPlan.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/InstalledFiles.hpp"
+#include "editor/PanicKey.hpp"
 #include "editor/PresetExchange.hpp"
 #include "editor/Style.hpp"
 
@@ -62,10 +63,15 @@ QuilloView::QuilloView(EditorUnit& unit)
       editor_(
           model_, [this](std::vector<Rule> rules) { unit_.onRulesChanged(std::move(rules)); },
           [this](const RuleOutputVariantsV2& message) { unit_.onInstantMessageClick(message); }),
-      header_(editor_, {[this] { showImporter(); }, [this] { showExporter(); }, [this] { showGuide(); }}),
-      logger_(model_, [this] { resized(); }),
+      header_(editor_, {[this] { showImporter(); }, [this] { showExporter(); }, [this] { showGuide(); },
+                        unit.tellsWhatItDoes() ? std::function([this] { unit_.panic(); }) : nullptr}),
+      logger_(unit, [this] { resized(); }),
+      panicAnswer_(
+          unit.notesEndWhenRulesChange(),
+          {[this](bool end) { unit_.setNotesEndWhenRulesChange(end); }, [this] { dismissPanicAnswer(); }}),
       rulesObservation_(model_->observeRules([this] { rulesChanged(); })),
       alertObservation_(model_->observeAlert([this] { showAlert(); })),
+      panicObservation_(model_->observePanic([this] { showPanicAnswer(); })),
       tooltips_(this) {
     setLookAndFeel(&lookAndFeel_);
     setTitle("MIDI Quillo");
@@ -86,11 +92,17 @@ QuilloView::QuilloView(EditorUnit& unit)
     addAndMakeVisible(header_);
     addAndMakeVisible(list_);
     addAndMakeVisible(logger_);
+    addChildComponent(panicAnswer_);
     addChildComponent(dropHint_);
+    int order = 0;
+    for (auto* part : std::initializer_list<juce::Component*>{&header_, &panicAnswer_, &list_, &logger_}) {
+        part->setExplicitFocusOrder(++order);
+    }
     setSize(500, 250);
     rulesChanged();
     onOverlayClosed = [this] { showAlert(); };
     showAlert();
+    showPanicAnswer();
 }
 
 QuilloView::~QuilloView() {
@@ -117,11 +129,34 @@ std::unique_ptr<RuleView> QuilloView::makeCard(const UUID& id) {
         },
         [this, id](RuleEntry rule) { editor_.edit(id, std::move(rule)); },
         [this, id](RuleEntry rule, FieldPlace field) { editor_.step(id, std::move(rule), field); });
-    return std::make_unique<RuleView>(
+    auto card = std::make_unique<RuleView>(
         data, RuleViewActions{[this, id](TriggerEntryType type) { editor_.changeTriggerType(id, type); },
                               [this, id](const MIDIRuleType& type) { changeOutputType(id, type); },
                               [this, id] { editor_.duplicate(id); }, [this, id] { removeRule(id); },
                               [this, id] { editor_.send(id); }});
+    if (const auto* hits = hitsOf(id)) {
+        card->showHits(*hits);
+    }
+    return card;
+}
+
+void QuilloView::advance(double seconds) {
+    const auto& hits = model_->hits();
+    list_.forEachRow([&](std::size_t position, juce::Component& row) {
+        auto& card = dynamic_cast<RuleView&>(row);
+        card.advance(seconds);
+        if (position < hits.size()) {
+            card.showHits(hits[position]);
+        }
+    });
+    panicAnswer_.advance(seconds);
+}
+
+/// Null where nobody counts.
+const RuleHits* QuilloView::hitsOf(const UUID& id) const {
+    const auto found = std::ranges::find(shown_, id, &RuleEntryIdentifiable::id);
+    const auto position = static_cast<std::size_t>(found - shown_.begin());
+    return position < model_->hits().size() ? &model_->hits()[position] : nullptr;
 }
 
 /// A shortcut of the menu is a control change with its controller and the value 0.
@@ -217,6 +252,24 @@ void QuilloView::showAlert() {
     }
 }
 
+void QuilloView::showPanicAnswer() {
+    if (const auto& answer = model_->panicAnswer()) {
+        panicAnswer_.show(juceText(*answer));
+        resized();
+    } else {
+        panicAnswer_.setVisible(false);
+    }
+}
+
+/// The keyboard does not go with it.
+void QuilloView::dismissPanicAnswer() {
+    if (panicAnswer_.hasKeyboardFocus(true)) {
+        auto& panic = header_.panicButton();
+        (panic.isShowing() ? static_cast<juce::Component&>(panic) : header_.moreButton()).grabKeyboardFocus();
+    }
+    model_->dismissPanicAnswer();
+}
+
 void QuilloView::showGuide() {
     guide_.open();
 }
@@ -271,6 +324,7 @@ void QuilloView::resized() {
     logger_.setBounds(area.removeFromBottom(logger_.preferredHeight()));
     list_.setBounds(area);
     dropHint_.setBounds(area);
+    panicAnswer_.placeIn(area);
 }
 
 void QuilloView::paint(juce::Graphics& graphics) {
@@ -295,6 +349,14 @@ bool QuilloView::keyPressed(const juce::KeyPress& key) {
     }
     if (is('z', command | juce::ModifierKeys::shiftModifier) || is('y', command)) {
         editor_.redo();
+        return true;
+    }
+    if (isPanicKey(key) && unit_.tellsWhatItDoes()) {
+        unit_.panic();
+        return true;
+    }
+    if (is(juce::KeyPress::escapeKey, 0) && model_->panicAnswer()) {
+        dismissPanicAnswer();
         return true;
     }
     const bool isTab =

@@ -18,6 +18,7 @@
 #include "editor/MyDragAndDropForEach.hpp"
 #include "editor/NewRuleSelector.hpp"
 #include "editor/OverlayHost.hpp"
+#include "editor/PanicAnswer.hpp"
 #include "editor/PresetBrowserView.hpp"
 #include "editor/RuleListEditor.hpp"
 #include "editor/RuleView.hpp"
@@ -35,7 +36,8 @@ struct FilePanels {
 /// unit's model, and hands every change of the list and what is sent by hand to the unit.
 /// Menus, the alert and the file browser open inside it; nothing opens over an alert, and an alert waits
 /// until the menu or the file browser that is open is closed. Ctrl+Z and Ctrl+Shift+Z or Ctrl+Y undo and
-/// redo, and scroll to the rule that they change. Tab enters while nothing in it has the keyboard focus,
+/// redo, and scroll to the rule that they change; Ctrl+Shift+P is "Panic", also while something is open, and what
+/// that did is shown over the list for a while. Tab enters while nothing in it has the keyboard focus,
 /// beside what had it last. A preset file dropped on it is imported; while it is dragged over the editor, a
 /// hint says so. The owner of the window hands it the keys that nothing in it has used. [main] only.
 class QuilloView final : public juce::Component,
@@ -53,6 +55,7 @@ public:
     [[nodiscard]] MyDragAndDropForEach& list() { return list_; }
     [[nodiscard]] InOutLogger& logger() { return logger_; }
     [[nodiscard]] FileDropHint& dropHint() { return dropHint_; }
+    [[nodiscard]] PanicAnswer& panicAnswer() { return panicAnswer_; }
     /// The card of a rule, or null while it is out of sight.
     [[nodiscard]] RuleView* card(const UUID& id) const;
 
@@ -61,6 +64,9 @@ public:
 
     void showImporter();
     void showExporter();
+    /// Lets so many seconds pass for what is seen for a time: the light of a hit, the answer of a panic. Shows the
+    /// hits of the rules in sight as the model has them now.
+    void advance(double seconds);
     /// Opens the guide in a browser.
     void showGuide();
 
@@ -75,12 +81,15 @@ public:
 private:
     std::unique_ptr<RuleView> makeCard(const UUID& id);
     [[nodiscard]] const RuleEntry* entry(const UUID& id) const;
+    [[nodiscard]] const RuleHits* hitsOf(const UUID& id) const;
     void changeOutputType(const UUID& id, const MIDIRuleType& type);
     void addRule(const MIDIRuleType& type);
     void removeRule(const UUID& id);
     void focusDeleteButton(std::size_t position);
     void rulesChanged();
     void showAlert();
+    void showPanicAnswer();
+    void dismissPanicAnswer();
     void enterByKeyboard(bool forward);
     void globalFocusChanged(juce::Component* focused) override;
     void browse(PresetBrowser::Mode mode, PresetBrowserView::OnChosen onChosen);
@@ -94,6 +103,7 @@ private:
     MyDragAndDropForEach list_;
     InOutLogger logger_;
     FileDropHint dropHint_;
+    PanicAnswer panicAnswer_;
     FilePanels filePanels_;
     NewRuleSelector* newRuleSelector_ = nullptr;  ///< below the list, which owns it
     SafePointer<juce::Component> lastFocus_;      ///< what in the editor had the keyboard focus last
@@ -101,6 +111,7 @@ private:
     GuideOpener guide_{[this](const std::string& problem) { editor_.alert(problem); }};
     Observation rulesObservation_;
     Observation alertObservation_;
+    Observation panicObservation_;
     juce::TooltipWindow tooltips_;
     ClickReleasesKeyboard clickReleasesKeyboard_{*this};
 };

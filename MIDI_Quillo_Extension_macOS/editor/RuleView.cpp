@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "editor/Fonts.hpp"
+#include "editor/HitsText.hpp"
 #include "editor/JuceText.hpp"
 #include "editor/OutputFields.hpp"
 #include "editor/Style.hpp"
@@ -15,6 +16,9 @@ namespace quillo {
 
 namespace {
 
+/// A status below the name stands as near to it as its letters allow.
+constexpr int statusLift = (style::cardHeaderHeight - style::boxHeight) / 2;
+
 int contentWidth(int cardWidth) {
     return cardWidth - style::dragHandleWidth - 2 * style::cardPadding;
 }
@@ -22,12 +26,17 @@ int contentWidth(int cardWidth) {
 /// How much height a status takes below the name; none where it stands beside it.
 int heightBelow(const std::string& name, const std::optional<RuleRemark>& reason, int inside) {
     if (!reason) {
-        return 0;
+        return inside < style::narrowCard ? RuleStatus::lineHeight : 0;
     }
     const auto needed = textWidth(juceText(name.empty() ? nameCaption : name), style::titleText, true) +
                         style::statusGap + RuleStatus::widthFor(*reason);
     const bool beside = inside >= style::narrowCard && needed <= inside;
     return beside ? 0 : RuleStatus::heightFor(*reason, inside);
+}
+
+/// Wide enough for what most cards say of their hits: the room for the name stays as it is at a hit.
+int roomForHits() {
+    return RuleStatus::widthFor({juceText(hitsText({}))});
 }
 
 /// A binding that is only read, to plan fields that are never made.
@@ -83,6 +92,14 @@ void RuleView::refresh() {
     resized();
 }
 
+void RuleView::showHits(const RuleHits& hits) {
+    if (hits_ && hits.count > hits_->count && hits.secondsAgo < 1) {
+        light_ = lightTime;
+    }
+    hits_ = hits;
+    showStatus();
+}
+
 void RuleView::showReason(std::optional<RuleRemark> reason) {
     reason_ = std::move(reason);
     showStatus();
@@ -90,11 +107,16 @@ void RuleView::showReason(std::optional<RuleRemark> reason) {
 }
 
 bool RuleView::isLit() const {
-    return reason_ && reason_->mark == RuleRemark::Mark::fired;
+    return reason_ ? reason_->mark == RuleRemark::Mark::fired : light_ > 0;
+}
+
+void RuleView::advance(double seconds) {
+    light_ = std::max(0.0, light_ - seconds);
+    showStatus();
 }
 
 void RuleView::showStatus() {
-    auto remark = reason_.value_or(RuleRemark());
+    auto remark = reason_.value_or(RuleRemark{hits_ ? juceText(hitsText(*hits_)) : juce::String()});
     if (remark != status_.remark()) {
         status_.show(std::move(remark));
         auto area = contentArea();
@@ -126,11 +148,12 @@ void RuleView::layOutTitle(juce::Rectangle<int>& area) {
     auto title =
         area.removeFromTop(style::cardHeaderHeight).withSizeKeepingCentre(area.getWidth(), style::boxHeight);
     if (const auto below = heightBelow(data_.get().name, reason_, area.getWidth()); below > 0) {
-        status_.setBounds(area.removeFromTop(below));
+        status_.setBounds(area.removeFromTop(below).translated(0, -statusLift));
     } else {
         const auto wanted = RuleStatus::widthFor(status_.remark());
-        status_.setBounds(title.removeFromRight(wanted));
-        title.removeFromRight(reason_ ? style::statusGap : 0);
+        const auto room = std::max(wanted, reason_ ? 0 : roomForHits());
+        status_.setBounds(title.removeFromRight(room).withTrimmedLeft(room - wanted));
+        title.removeFromRight(style::statusGap);
     }
     header_.setBounds(title.withLeft(title.getX() - style::fieldPadding));
 }

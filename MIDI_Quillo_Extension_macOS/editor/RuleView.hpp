@@ -16,6 +16,7 @@
 #include "editor/RuleStatus.hpp"
 #include "rules/MIDIRuleType.hpp"
 #include "rules/RuleEntry.hpp"
+#include "session/RuleHits.hpp"
 
 namespace quillo {
 
@@ -31,20 +32,30 @@ struct RuleViewActions {
 /// The card of one rule: the grip it is dragged by, the name, the trigger, the message and the buttons. Every
 /// field edits the rule's entry through the binding; the card keeps no copy.
 ///
-/// Right of the name, or below it where there is little room, stands the reason why the rule fires or does not,
-/// as long as there is one. A card whose reason says "fired" is lit. [main] only.
+/// Right of the name, or below it where there is little room, stands how often the rule fired; in its place, as
+/// long as there is one, the reason why it does or does not fire. A hit lights the card up for a moment, a
+/// reason that says "fired" for as long as it is shown. [main] only.
 class RuleView final : public juce::Component, public EnvironmentScope {
 public:
+    /// How long a hit is seen, in seconds.
+    static constexpr double lightTime = 0.15;
+
     RuleView(Binding<RuleEntry> data, RuleViewActions actions);
 
     /// The entry has changed: other fields are made where its types are others.
     void refresh();
 
-    /// Says why the rule fires or does not, or nothing. The card may want another height then.
+    /// Says how often the rule fired and when last. A higher count than before is a hit, which is seen if it was
+    /// less than a second ago.
+    void showHits(const RuleHits& hits);
+    /// Says in their place why the rule fires or does not, or the hits again. The card may want another height
+    /// then.
     void showReason(std::optional<RuleRemark> reason);
 
     /// Whether it lights up.
     [[nodiscard]] bool isLit() const;
+    /// Lets so many seconds pass for its light.
+    void advance(double seconds);
 
     /// The height of the card of an entry in a list of this width, while it shows this reason.
     [[nodiscard]] static int heightFor(const RuleEntry& entry, int width,
@@ -84,7 +95,9 @@ private:
     FieldSection trigger_;
     FieldSection output_;
     RuleButtons buttons_;
+    std::optional<RuleHits> hits_;  ///< nothing before they were shown
     std::optional<RuleRemark> reason_;
+    double light_ = 0;     ///< for how many seconds it is still seen
     bool wasLit_ = false;  ///< when it was drawn last
 };
 

@@ -70,6 +70,102 @@ void showSizes(Photographer& photographer) {
     photographer.take(desk.view(), "editor-820x640-logs");
 }
 
+/// Rules that split a keyboard, call strings by a pedal, and repeat a note. The first has fired often, the second just
+/// now, and three notes of the third wait; one rule has never fired.
+class Performance {
+public:
+    Performance() : desk_(rules()) {
+        desk_.render(rate, {{0xB0, 64, 127}});
+        for (int note = 0; note < 1204; ++note) {
+            desk_.render(16, {{0x90, 36, 96}, {0x80, 36, 64}});
+        }
+        desk_.render(2 * rate, {{0xB0, 64, 0}});
+        for (std::uint8_t note = 74; note < 77; ++note) {
+            desk_.render(rate / 10, {{0x91, note, 80}});
+        }
+        show();
+        view().advance(RuleView::lightTime);
+        desk_.render(256, {{0xB0, 64, 127}});
+        show();
+    }
+
+    [[nodiscard]] QuilloView& view() { return desk_.view(); }
+
+    /// Lets the editor see what has happened. What waits is copied within some blocks.
+    void show() {
+        for (int block = 0; block < 100; ++block) {
+            desk_.drain();
+            desk_.render(1);
+        }
+        desk_.drain();
+        view().advance(0);
+    }
+
+private:
+    static constexpr std::uint32_t rate = static_cast<std::uint32_t>(defaultSampleRate);
+
+    static std::vector<Rule> rules() {
+        RuleEntry split;
+        split.name = "Bass split";
+        split.trigger.type = TriggerEntryType::NoteOn;
+        split.trigger.channel = TriggerValueV2::Value{0};
+        split.trigger.note = TriggerValueV2::Value{36};
+        split.trigger.passThrough = PassThroughV2::EatMatching;
+        split.output.channel = RuleOutputChannelV2::Value{1};
+        split.output.note = GenericByteV2::Value{48};
+        split.output.velocity = GenericByteV2::RespectiveTriggerByte{};
+        RuleEntry pedal;
+        pedal.name = "Pedal brings strings";
+        pedal.trigger.type = TriggerEntryType::ControlChange;
+        pedal.trigger.controller = 64;
+        pedal.trigger.controllerValue = TriggerValueV2::Value{127};
+        pedal.output.type = OutputEntryType::ProgramChange;
+        pedal.output.program = GenericByteV2::Value{48};
+        RuleEntry echo;
+        echo.name = "Echo";
+        echo.trigger.type = TriggerEntryType::NoteOn;
+        echo.trigger.channel = TriggerValueV2::Value{1};
+        echo.output.channel = RuleOutputChannelV2::Value{3};
+        echo.output.note = GenericByteV2::RespectiveTriggerByte{};
+        echo.output.velocity = GenericByteV2::RespectiveTriggerByte{};
+        echo.output.delay.ms = 300;
+        auto stop = defaultEntry(OutputEntryType::ControlChange, 4);
+        stop.trigger.type = TriggerEntryType::HostStop;
+        std::vector<Rule> rules;
+        for (const auto& entry : {split, pedal, echo, stop}) {
+            rules.push_back(ruleFromEntry(entry));
+        }
+        return rules;
+    }
+
+    Desk desk_;
+};
+
+void showLive(Photographer& photographer) {
+    for (const auto& [width, height] :
+         {std::pair(820, 640), std::pair(500, 250), std::pair(320, 480), std::pair(200, 200)}) {
+        Performance performance;
+        auto& view = performance.view();
+        const auto take = [&](const char* name) {
+            photographer.take(view, name + ("-" + juce::String(width)) + "x" + juce::String(height));
+        };
+        view.setSize(width, height);
+        take("live");
+        view.logger().toggle();
+        view.logger().openedForm().waitingTitle().keyPressed(juce::KeyPress(juce::KeyPress::returnKey));
+        performance.show();
+        take("waiting");
+        view.keyPressed(
+            juce::KeyPress('p', juce::ModifierKeys::commandModifier | juce::ModifierKeys::shiftModifier, 0));
+        performance.show();
+        take("panic");
+        view.keyPressed(
+            juce::KeyPress('p', juce::ModifierKeys::commandModifier | juce::ModifierKeys::shiftModifier, 0));
+        performance.show();
+        take("panic-again");
+    }
+}
+
 void showScales(Photographer& photographer) {
     Desk desk(demoRules());
     play(desk);
@@ -163,6 +259,7 @@ void showPreset(Photographer& photographer, const std::string& path) {
 void showAll(const juce::File& folder, std::span<char*> presets) {
     Photographer photographer(folder);
     showSizes(photographer);
+    showLive(photographer);
     showScales(photographer);
     showOverlays(photographer);
     showBrowser(photographer);

@@ -65,7 +65,32 @@ TEST_F(KeyboardOnly, EverythingOfAnEmptyEditorIsReached) {
         reached.push_back(EditorStage::focus());
         ASSERT_LT(reached.size(), 20U);
     }
-    EXPECT_EQ(reached, (Names{"Import", "Export", "Docs / Donate", "Add new", "Open the logs"}));
+    EXPECT_EQ(reached, (Names{"Import", "Export", "Panic", "Docs / Donate", "Add new", "Open the logs"}));
+}
+
+TEST_F(KeyboardOnly, EverythingOfTheOpenedLogsIsReached) {
+    open();
+    for (const auto shared : {false, true}) {
+        if (shared) {
+            stage->view().setSize(500, 250);
+        }
+        tabTo(shared ? "Collapse the logs" : "Open the logs");
+        if (!shared) {
+            press(enter);
+            stage->view().logger().advance(InOutLogger::movement);
+        }
+        Names reached;
+        for (press(tab); EditorStage::focus() != "Import"; press(tab)) {
+            reached.push_back(EditorStage::focus());
+            ASSERT_LT(reached.size(), 20U);
+        }
+        EXPECT_EQ(reached, (shared ? Names{"Out:", "Waiting: 0", "Empty the logs", "In:", "Out:"}
+                                   : Names{"Cancel all", "Empty the logs", "In:", "Out:", "Waiting"}));
+    }
+    tabTo("Waiting: 0", shift);
+    press(enter);
+    tabTo("Cancel all");
+    tabTo("Waiting");
 }
 
 TEST_F(KeyboardOnly, TheFirstRuleIsMade) {

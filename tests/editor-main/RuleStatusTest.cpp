@@ -2,14 +2,21 @@
 #include <gtest/gtest.h>
 
 #include "editor-main/EditorStage.hpp"
+#include "editor/JuceText.hpp"
 #include "editor/Style.hpp"
 #include "support/Pictures.hpp"
+#include "support/TestRules.hpp"
 
 namespace quillo {
 namespace {
 
 using namespace test;
 using Mark = RuleRemark::Mark;
+
+/// A text with letters beyond ASCII.
+juce::String operator""_u8(const char* text, std::size_t size) {
+    return juceText({text, size});
+}
 
 /// A card alone, on the ground of the list.
 class StatusOfACard : public testing::Test {
@@ -61,8 +68,10 @@ TEST_F(StatusOfACard, AReasonThatDoesNotFitBesideTheNameStandsBelowItInAsManyLin
              width);
         const auto height = card.getHeight();
         say(passed);
-        EXPECT_EQ(card.getHeight(), height + card.status().getHeight()) << width;
-        EXPECT_EQ(card.status().getHeight(), width == 200 ? 28 : 14);
+        const auto lines = width == 200 ? 2 : 1;
+        EXPECT_EQ(card.status().getHeight(), lines * RuleStatus::lineHeight);
+        const auto hadForHits = width == 600 ? 0 : 1;
+        EXPECT_EQ(card.getHeight(), height + (lines - hadForHits) * RuleStatus::lineHeight) << width;
         EXPECT_EQ(card.status().getTooltip(), "");
         say(std::nullopt);
         EXPECT_EQ(card.getHeight(), height);
@@ -89,6 +98,134 @@ TEST_F(StatusOfACard, IsReadToThoseWhoDoNotSeeIt) {
     EXPECT_EQ(card.status().getTitle(), passed.words);
     const auto handler = card.status().createAccessibilityHandler();
     EXPECT_EQ(handler->getRole(), juce::AccessibilityRole::staticText);
+}
+
+TEST_F(StatusOfACard, AHitIsSeenForAMoment) {
+    show("Pedal", 600);
+    card.showHits({36, 7});
+    EXPECT_FALSE(card.isLit()) << "What was there before is no hit.";
+    EXPECT_EQ(card.status().remark().words, "36 × · 7 s ago"_u8);
+    card.showHits({37, 0.01});
+    EXPECT_EQ(card.status().remark().words, "37 × · now"_u8);
+    card.advance(RuleView::lightTime / 2);
+    EXPECT_TRUE(card.isLit());
+    EXPECT_GT(litPixels(), 1000);
+    card.advance(RuleView::lightTime / 2);
+    EXPECT_FALSE(card.isLit());
+    EXPECT_EQ(litPixels(), 0);
+    card.showHits({37, 0.2});
+    EXPECT_FALSE(card.isLit());
+}
+
+TEST_F(StatusOfACard, HitsThatFollowEachOtherKeepItLit) {
+    show("Pedal", 600);
+    for (std::uint64_t count = 0; count < 10; ++count) {
+        card.showHits({count, 0.01});
+        EXPECT_EQ(card.isLit(), count > 0);
+        card.advance(RuleView::lightTime / 2);
+    }
+    EXPECT_TRUE(card.isLit());
+}
+
+TEST_F(StatusOfACard, WhatIsHeardOfLateIsNoLight) {
+    show("Pedal", 600);
+    card.showHits({1, 9});
+    card.showHits({2, 1});
+    EXPECT_FALSE(card.isLit());
+}
+
+TEST_F(StatusOfACard, AReasonTakesThePlaceOfTheHitsAndGivesItBack) {
+    show("Pedal", 600);
+    card.showHits({});
+    say(passed);
+    card.showHits({1, 0});
+    EXPECT_EQ(card.status().remark(), passed);
+    EXPECT_FALSE(card.isLit());
+    say(std::nullopt);
+    EXPECT_EQ(card.status().remark().words, "1 × · now"_u8);
+}
+
+TEST_F(StatusOfACard, TheNameKeepsItsRoomWhileTheHitsChange) {
+    show("Pedal", 600);
+    card.showHits({});
+    const auto name = card.header().getBounds();
+    for (const std::uint64_t count : {1U, 99U, 12'345U}) {
+        card.showHits({count, 59});
+        EXPECT_EQ(card.header().getBounds(), name);
+        EXPECT_EQ(card.status().getRight(), card.getWidth() - style::cardPadding);
+    }
+}
+
+TEST_F(StatusOfACard, InANarrowCardTheHitsStandBelowTheName) {
+    show("A name that is longer than the card is wide", 320);
+    card.showHits({12'345, 59});
+    EXPECT_GE(card.status().getY(), card.header().getBottom());
+    EXPECT_EQ(card.status().getTooltip(), "");
+    EXPECT_EQ(card.header().getRight(), card.getWidth() - style::cardPadding);
+}
+
+class HitsOfTheList : public testing::Test {
+protected:
+    static Rule on(std::uint8_t note, const std::string& name) {
+        return rule(onNoteOn(exactly(note)), send(noteOn(0, 1, 1)), name);
+    }
+
+    void play(std::uint8_t note) {
+        stage.render({{0x90, note, 80}});
+        stage.view().advance(0);
+    }
+
+    juce::String words(std::size_t position) { return stage.card(position).status().remark().words; }
+
+    EditorStage stage{{on(60, "a"), on(61, "b"), on(62, "c")}};
+};
+
+TEST_F(HitsOfTheList, AreThoseOfEachRule) {
+    EXPECT_EQ(words(0), "never fired since load");
+    play(61);
+    play(61);
+    EXPECT_EQ(words(0), "never fired since load");
+    EXPECT_EQ(words(1), "2 × · now"_u8);
+    EXPECT_TRUE(stage.card(1).isLit());
+    EXPECT_FALSE(stage.card(2).isLit());
+    stage.view().advance(RuleView::lightTime);
+    EXPECT_FALSE(stage.card(1).isLit());
+    stage.desk.render(3 * static_cast<std::uint32_t>(defaultSampleRate));
+    stage.desk.drain();
+    stage.view().advance(0);
+    EXPECT_EQ(words(1), "2 × · 3 s ago"_u8);
+}
+
+TEST_F(HitsOfTheList, StayWithTheirRulesInAnEdit) {
+    play(61);
+    stage.view().advance(1);
+    stage.editor().move(stage.id(1), 0);
+    stage.view().advance(0);
+    EXPECT_EQ(words(0), "1 × · now"_u8);
+    EXPECT_EQ(words(1), "never fired since load");
+    stage.editor().remove(stage.id(1));
+    stage.editor().duplicate(stage.id(0));
+    stage.view().advance(0);
+    EXPECT_EQ(words(0), "1 × · now"_u8);
+    for (std::size_t position = 0; position < 3; ++position) {
+        EXPECT_FALSE(stage.card(position).isLit()) << "No edit is a hit.";
+    }
+}
+
+TEST_F(HitsOfTheList, AreSeenInAnEditorThatOpensLaterWithoutALight) {
+    play(60);
+    QuilloView later(stage.desk.session());
+    later.setSize(820, 640);
+    auto& card = *later.card(stage.id(0));
+    EXPECT_EQ(card.status().remark().words, "1 × · now"_u8);
+    EXPECT_FALSE(card.isLit());
+}
+
+TEST_F(HitsOfTheList, AreThereOnACardThatIsScrolledIntoSight) {
+    play(62);
+    stage.view().setSize(500, 250);
+    stage.view().list().setScrollPosition(0);
+    EXPECT_EQ(words(2), "1 × · now"_u8);
 }
 
 }  // namespace

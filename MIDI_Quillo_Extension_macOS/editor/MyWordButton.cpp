@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/MyWordButton.hpp"
+
+#include <utility>
+
+#include "editor/Environment.hpp"
+#include "editor/Fonts.hpp"
+#include "editor/Style.hpp"
+
+namespace quillo {
+
+namespace {
+
+/// Keeps the focus ring off the word.
+constexpr int padding = 4;
+
+}  // namespace
+
+MyWordButton::MyWordButton(const juce::String& word, std::function<void()> action)
+    : ActionButton(word, std::move(action)) {
+    setButtonText(word);
+}
+
+void MyWordButton::setWord(const juce::String& word) {
+    setTitle(word);
+    setButtonText(word);
+}
+
+void MyWordButton::setColour(MyRGB colour) {
+    if (std::exchange(colour_, colour) != colour) {
+        repaint();
+    }
+}
+
+int MyWordButton::preferredWidth() const {
+    return textWidth(getButtonText(), style::valueText) + 2 * padding;
+}
+
+int MyWordButton::preferredHeight() const {
+    return style::captionHeight + padding;
+}
+
+void MyWordButton::paintButton(juce::Graphics& graphics, bool hover, bool /*down*/) {
+    const auto area = getLocalBounds().reduced(padding, 0);
+    drawLine(graphics, getButtonText(), area, style::valueText, displayColour(colour_));
+    if (hover) {
+        graphics.fillRect(area.withTop(area.getCentreY() + style::captionHeight / 2).withHeight(1));
+    }
+    paintFocusRing(graphics, style::fieldCorner);
+}
+
+}  // namespace quillo
