@@ -14,6 +14,9 @@ void addEventBenchmarks();
 /// Outputs that wait for their time.
 void addDelayBenchmarks();
 
+/// What hits, the note table and an open editor cost.
+void addSessionBenchmarks();
+
 /// Rule lists that are compiled and installed.
 void addInstallBenchmarks();
 

@@ -18,6 +18,7 @@ int main(int count, char** arguments) {
     }
     addEventBenchmarks();
     addDelayBenchmarks();
+    addSessionBenchmarks();
     addInstallBenchmarks();
     addDocumentBenchmarks();
     std::vector<MemoryRow> memory;

@@ -46,7 +46,7 @@ void BlockRenderer::serve(RenderRequests::Kinds asked) QUILLO_REALTIME {
         processor_.cancelDelayed();
     }
     if (asked.has(Kind::endOfNotes)) {
-        endNotes();
+        owed_.oweEnds(output_.sounding());
     }
 }
 

@@ -42,9 +42,9 @@ namespace quillo {
 /// as if it had been sent: it would be refused again each time, and take the rest of its block with it, the
 /// ends of notes among it.
 ///
-/// It keeps which notes have gone out and not ended. When they are to end, by `endNotes` or a request, their
-/// note-offs and the releases of pedals leave at the start of the next block, before all else, and are never
-/// refused: what finds no room is owed to the block after.
+/// It keeps which notes have gone out and not ended. When that is asked for, their note-offs and the releases of
+/// pedals leave at the start of the next block, before all else, and are never refused: what finds no room is owed
+/// to the block after.
 ///
 /// [render], save for making one.
 class BlockRenderer {
@@ -85,17 +85,15 @@ public:
     void losePosition() QUILLO_REALTIME { transport_.losePosition(); }
     void forgetTransport() QUILLO_REALTIME { transport_.forget(); }
 
-    /// Between two blocks: the notes that sound end, and the pedals that are down are let go of.
-    void endNotes() QUILLO_REALTIME { owed_.oweEnds(output_.sounding()); }
-
     /// The block ends, and all that waits in it leaves. The first status other than `noErr`.
     OSStatus end() QUILLO_REALTIME;
 
     /// [render, main] The messages that the host had no room for.
     [[nodiscard]] RefusedMessages& refused() QUILLO_REALTIME { return refused_; }
 
-    /// What other threads ask for; it is done when the next block begins. A panic cancels all that waits, ends all
-    /// notes and silences every channel that was used.
+    /// [any] What is asked for here is done when the next block begins, be it a cycle or not: the end of the notes
+    /// that sound, as when a host stops listening; a panic, which also cancels all that waits and silences every
+    /// channel that was used; and the cancellation of delayed outputs.
     [[nodiscard]] RenderRequests& requests() QUILLO_REALTIME { return requests_; }
 
     /// [render, main] Copies of the delayed outputs that wait.

@@ -11,8 +11,8 @@
 
 namespace quillo {
 
-/// What other threads ask of the render thread, which does it before its next block, and the answer to a panic.
-/// Nobody waits for anybody; what is asked for again before it is done is done once.
+/// What is asked of the render thread, which does it when its next block begins, and the answer to a panic. Nobody
+/// waits for anybody; what is asked for again before it is done is done once.
 class RenderRequests {
 public:
     /// What can be asked for.
@@ -32,7 +32,7 @@ public:
         std::uint8_t bits_ = 0;
     };
 
-    /// [any]
+    /// [any] Asks for it to be done when the next block begins.
     void ask(Kind kind) QUILLO_REALTIME {
         asked_.fetch_or(static_cast<std::uint8_t>(kind), std::memory_order_release);
     }

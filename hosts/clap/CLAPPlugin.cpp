@@ -130,11 +130,16 @@ bool CLAPPlugin::startProcessing(const clap_plugin_t* plugin) QUILLO_REALTIME {
     return true;
 }
 
-void CLAPPlugin::stopProcessing(const clap_plugin_t* /*plugin*/) QUILLO_REALTIME {}
+void CLAPPlugin::stopProcessing(const clap_plugin_t* plugin) QUILLO_REALTIME {
+    if (auto* instance = instanceOf(plugin)) {
+        instance->renderer.endNotes();
+    }
+}
 
 void CLAPPlugin::reset(const clap_plugin_t* plugin) QUILLO_REALTIME {
     if (auto* instance = instanceOf(plugin)) {
         instance->renderer.interrupt();
+        instance->renderer.endNotes();
     }
 }
 

@@ -148,7 +148,8 @@ void CLAPRenderer::takeMIDI(const clap_event_midi_t& event) QUILLO_REALTIME {
 /// between either is seen here, or finds it asleep and wakes it.
 clap_process_status CLAPRenderer::nextStatus() QUILLO_REALTIME {
     asleep_ = true;
-    if (output_.isWaiting() || processor_.hasWaitingMessages() || processor_.hearsHostTransport()) {
+    if (output_.isWaiting() || processor_.hasWaitingMessages() || processor_.hearsHostTransport() ||
+        renderer_.isOwing()) {
         asleep_ = false;
         return CLAP_PROCESS_CONTINUE;
     }
@@ -157,7 +158,8 @@ clap_process_status CLAPRenderer::nextStatus() QUILLO_REALTIME {
 }
 
 bool CLAPRenderer::mustBeWoken() {
-    return asleep_ && (processor_.pendingInstantMessages() > 0 || processor_.hearsHostTransport());
+    return asleep_ && (processor_.pendingInstantMessages() > 0 || processor_.hearsHostTransport() ||
+                       renderer_.requests().any());
 }
 
 }  // namespace quillo

@@ -42,6 +42,13 @@ JACK:
 When the server ends, the program waits for it; rules and connections stay. A
 second program gets another name from JACK, and has a session of its own.
 
+Panic:
+  --panic-message BYTES  a MIDI message that ends all notes, in hexadecimal: the
+                         whole of it, or how it begins ('b0 50 7f', '9f 24'); no
+                         rule hears it, and it does not pass
+  SIGUSR2 does the same, and so does the button in the window: all notes that
+  went out end, pedals are let go of, what waits is discarded.
+
 Other:
   --no-window            run without a window; no display is needed
   --scale N              draw the window N times as large, 0.5 to 4; without it,
@@ -51,7 +58,7 @@ Other:
   --help, --version      this text; the program's version
 
 SIGHUP reads the preset again; On Load rules do not fire again. SIGINT and
-SIGTERM end the program.
+SIGTERM end the program. Either way the notes that went out end first.
 
 Examples:
   midi-quillo-jack

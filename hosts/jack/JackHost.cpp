@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/jack/JackHost.hpp"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <exception>
+#include <utility>
 
 #include "commandline/CommandFailure.hpp"
 #include "commandline/ExitStatus.hpp"
@@ -43,7 +45,10 @@ JackHost::JackHost(const JackOptions& options, const Console& console, EventLoop
              messages_),
       logs_(console.out),
       link_(session_, messages_, {options.server, options.name, options.startServer},
-            ConnectionKeeper(options.connectIn, options.connectOut)) {
+            ConnectionKeeper(options.connectIn, options.connectOut)),
+      rulesShown_(session_.model()->observeRules([this] { rulesShown(); })),
+      panicAnswered_(session_.model()->observePanic([this] { tellOfPanic(); })) {
+    link_.setPanicMessage(options.panicMessage);
     session_.setOnEdit([this] { ruleEdited(); });
     link_.setRunCall([this](const ServerLink::Call& call) { callServer(call); });
 }
@@ -94,10 +99,10 @@ void JackHost::callServer(const ServerLink::Call& call) {
 
 void JackHost::takeSignals() {
     while (const auto signal = signals_.take()) {
-        if (*signal == SIGHUP) {
-            reloadPreset();
-        } else {
-            loop_.quit(exitSuccess);
+        switch (*signal) {
+        case SIGHUP: reloadPreset(); break;
+        case SIGUSR2: session_.panic(); break;
+        default: loop_.quit(exitSuccess);
         }
     }
 }
@@ -110,9 +115,34 @@ void JackHost::reloadPreset() {
     rules_.keepNow(now());
     try {
         usePreset(session_, *options_.preset);
+        endNotes();
         messages_.say(escaped(*options_.preset) + ": read again");
     } catch (const std::exception& error) {
         messages_.warn(wordsOf(error) + "\nThe rules stay as they are.");
+    }
+}
+
+void JackHost::endNotes() {
+    session_.renderer().requests().ask(RenderRequests::Kind::endOfNotes);
+}
+
+/// Where none of the rules is left that were shown before, others have taken the place of all: those of a preset,
+/// or the ones before it.
+void JackHost::rulesShown() {
+    std::set<UUID> shown;
+    for (const auto& element : session_.model()->rules()) {
+        shown.insert(element.id);
+    }
+    const auto isLeft = [&](const UUID& id) { return shown.contains(id); };
+    if (!shown.empty() && !shown_.empty() && std::ranges::none_of(shown_, isLeft)) {
+        endNotes();
+    }
+    shown_ = std::move(shown);
+}
+
+void JackHost::tellOfPanic() {
+    if (const auto& answer = session_.model()->panicAnswer()) {
+        messages_.say(*answer);
     }
 }
 
@@ -127,7 +157,11 @@ void JackHost::ruleEdited() {
     }
 }
 
+/// A window drains the session by itself.
 void JackHost::tick() {
+    if (!options_.window) {
+        session_.drain();
+    }
     link_.tick();
     rules_.keepUp(now());
     logs_.print();
@@ -144,6 +178,7 @@ void JackHost::endOnFatalError() {
 void JackHost::finish() {
     rules_.keepNow(now());
     signals_.release();
+    link_.endNotes();
     link_.disconnect();
     logs_.print();
 }

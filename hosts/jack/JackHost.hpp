@@ -4,6 +4,7 @@
 #include <csignal>
 #include <functional>
 #include <initializer_list>
+#include <set>
 #include <string>
 
 #include "commandline/Console.hpp"
@@ -30,8 +31,9 @@ public:
     JackHost(const JackHost&) = delete;
     JackHost& operator=(const JackHost&) = delete;
 
-    /// What the program takes as wishes: to end (SIGINT, SIGTERM), to read the preset again (SIGHUP).
-    static constexpr std::initializer_list<int> ownSignals{SIGINT, SIGTERM, SIGHUP};
+    /// What the program takes as wishes: to end (SIGINT, SIGTERM), to read the preset again (SIGHUP), to end all
+    /// notes (SIGUSR2).
+    static constexpr std::initializer_list<int> ownSignals{SIGINT, SIGTERM, SIGHUP, SIGUSR2};
 
     /// Throws a `CommandFailure` for a preset, or a version asked for, that cannot be used.
     void loadRules();
@@ -43,7 +45,7 @@ public:
     /// Saves the rules and reads the preset again; one that cannot be used leaves the rules as they are.
     void reloadPreset();
 
-    /// Saves the rules and leaves the server. From here on a signal ends the program at once: a server that hangs
+    /// Saves the rules, ends the notes that sound and leaves the server. From here on a signal ends the program at once: a server that hangs
     /// must not keep it.
     void finish();
 
@@ -56,6 +58,9 @@ public:
 
 private:
     void ruleEdited();
+    void rulesShown();
+    void endNotes();
+    void tellOfPanic();
     [[nodiscard]] std::string adviceAfter(const ServerFailure& failure) const;
     void callServer(const ServerLink::Call& call);
     void tick();
@@ -70,6 +75,9 @@ private:
     SessionRules rules_;
     LogPrinter logs_;
     ServerLink link_;
+    std::set<UUID> shown_;  ///< the rules that the editor shows
+    const Observation rulesShown_;
+    const Observation panicAnswered_;
     bool editTold_ = false;  ///< whether the user knows where edits of a preset are kept
 };
 

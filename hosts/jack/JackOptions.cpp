@@ -3,16 +3,21 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <sstream>
+#include <string_view>
+#include <system_error>
 
 #include "commandline/CommandFailure.hpp"
 #include "hosts/jack/SessionFiles.hpp"
+#include "midi/MessageLength.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 14> known{{{"--preset", true},
+constexpr std::array<Option, 15> known{{{"--preset", true},
                                         {"--connect-in", true, true},
                                         {"--connect-out", true, true},
                                         {"--server", true},
@@ -22,6 +27,7 @@ constexpr std::array<Option, 14> known{{{"--preset", true},
                                         {"--no-window", false},
                                         {"--scale", true},
                                         {"--log", false},
+                                        {"--panic-message", true},
                                         {"--go-back", true},
                                         {"--history", false},
                                         {"--help", false},
@@ -37,6 +43,37 @@ void requireName(const std::string& option, const std::string& name) {
         throw UsageError("option " + option + ": " + inQuotes(name) +
                          " holds a colon or a control character");
     }
+}
+
+/// The bytes of a text in hexadecimal, two digits each, with blanks between them or without; nothing when it is
+/// something else.
+std::optional<std::vector<std::uint8_t>> bytesOf(const std::string& text) {
+    std::vector<std::uint8_t> bytes;
+    std::istringstream words(text);
+    for (std::string word; words >> word;) {
+        for (std::size_t i = 0; i < word.size(); i += 2) {
+            const auto digits = std::string_view(word).substr(i, 2);
+            const auto* const end = digits.data() + 2;
+            const auto [read, error] =
+                std::from_chars(digits.data(), digits.data() + digits.size(), bytes.emplace_back(), 16);
+            if (error != std::errc() || read != end) {
+                return std::nullopt;
+            }
+        }
+    }
+    return bytes;
+}
+
+/// System exclusive has no length, and reaches no rule.
+std::vector<std::uint8_t> panicMessageOf(const std::string& text) {
+    const auto bytes = bytesOf(text);
+    const bool isMessage = bytes && !bytes->empty() && bytes->size() <= messageLength(bytes->front()) &&
+                           std::all_of(bytes->begin() + 1, bytes->end(), midi::isData);
+    if (!isMessage) {
+        throw UsageError("option --panic-message: " + inQuotes(text) +
+                         " is not how a MIDI message begins, in hexadecimal: such as \"b0 50 7f\"");
+    }
+    return *bytes;
 }
 
 void requireSense(const JackOptions& options) {
@@ -75,6 +112,9 @@ JackOptions readJackOptions(std::span<const std::string> words) {
         options.scale = arguments.number("--scale", JackOptions::leastScale, JackOptions::greatestScale, 1);
     }
     options.log = arguments.has("--log");
+    if (const auto message = arguments.text("--panic-message")) {
+        options.panicMessage = panicMessageOf(*message);
+    }
     options.goBack = arguments.wholeNumber("--go-back", 1, SessionFiles::keptVersions - 1, 0);
     options.history = arguments.has("--history");
     options.help = arguments.has("--help");

@@ -25,7 +25,8 @@ struct JackOptions {
     std::vector<std::string> connectIn;   ///< patterns of ports that the input is connected to
     std::vector<std::string> connectOut;  ///< patterns of ports that the output is connected to
     bool window = true;
-    std::optional<double> scale;  ///< of the window; that of the display without it
+    std::optional<double> scale;             ///< of the window; that of the display without it
+    std::vector<std::uint8_t> panicMessage;  ///< how a message begins that ends all notes; empty for none
     bool startServer = false;
     bool wait = false;         ///< for a server that is not there
     bool log = false;          ///< print both event logs

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/jack/ProcessCycle.hpp"
 
+#include <algorithm>
+
 #include "midi/Status.hpp"
 
 namespace quillo {
@@ -47,16 +49,30 @@ void ProcessCycle::run(std::uint32_t frames, const ServerTransport& transport, c
                        MIDIOutputPort& out) QUILLO_REALTIME {
     ++cycles_;
     out.clear();
+    PortOutput output(out, renderer_.refused());
+    if (isFinishing_) {
+        runLast(frames, output);
+        return;
+    }
     if (isHeld()) {
         return;
     }
-    PortOutput output(out, renderer_.refused());
     renderer_.begin(frames, output);
     reportTransport(transport);
     receive(in);
     // The status needs no answer of its own: refused messages are counted, and a fatal error waits in its
     // slot.
     static_cast<void>(renderer_.end());
+}
+
+/// What has gone out is heard before the next cycle begins.
+void ProcessCycle::runLast(std::uint32_t frames, HostOutput& output) QUILLO_REALTIME {
+    if (finishedCycles_ == 0) {
+        renderer_.requests().ask(RenderRequests::Kind::endOfNotes);
+    }
+    renderer_.beginPassing(frames, output, BlockRenderer::Delivery::asItComes);
+    static_cast<void>(renderer_.end());
+    finishedCycles_ = renderer_.isOwing() ? 0 : finishedCycles_ + 1;
 }
 
 /// A server that relocates its rolling transport lets it start anew from there. That is no stop: nothing
@@ -98,12 +114,30 @@ void ProcessCycle::receive(std::uint32_t offset, std::span<const std::uint8_t> b
     for (; !bytes.empty(); bytes = bytes.subspan(1)) {
         const auto byte = bytes.front();
         if (midi::isRealTime(byte)) {
-            renderer_.receive(offset, bytes.first(1));
+            receiveMessage(offset, bytes.first(1));
         } else if (!midi::isData(byte) && byte != midi::systemExclusive && byte != midi::endOfExclusive) {
-            renderer_.receive(offset, bytes);
+            receiveMessage(offset, bytes);
             return;
         }
     }
+}
+
+void ProcessCycle::receiveMessage(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    if (isPanic(bytes)) {
+        renderer_.requests().ask(RenderRequests::Kind::panic);
+    } else {
+        renderer_.receive(offset, bytes);
+    }
+}
+
+bool ProcessCycle::isPanic(std::span<const std::uint8_t> bytes) const QUILLO_REALTIME {
+    return panicLength_ > 0 && bytes.size() >= panicLength_ &&
+           std::equal(panicMessage_.begin(), panicMessage_.begin() + panicLength_, bytes.begin());
+}
+
+void ProcessCycle::setPanicMessage(std::span<const std::uint8_t> bytes) {
+    panicLength_ = std::min(bytes.size(), panicMessage_.size());
+    std::copy_n(bytes.begin(), panicLength_, panicMessage_.begin());
 }
 
 }  // namespace quillo

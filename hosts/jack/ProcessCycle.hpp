@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <array>
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -39,6 +41,16 @@ public:
     /// is rendered: the server needs a cycle to put them in force.
     void release() { cyclesToHold_ = cyclesUntilConnected; }
 
+    /// [main] From the next cycle on nothing comes in, and all that goes out are the ends of the notes that sound.
+    void finish() { isFinishing_ = true; }
+
+    /// [any] Whether these have gone out, in a cycle that is over.
+    [[nodiscard]] bool isFinished() const { return finishedCycles_ > 1; }
+
+    /// [main] Before the first cycle: a message that is these bytes, or begins with them, is heard as a panic and by no
+    /// rule, and does not pass. At first none is.
+    void setPanicMessage(std::span<const std::uint8_t> bytes);
+
     /// [render] One cycle.
     void run(std::uint32_t frames, const ServerTransport& transport, const MIDIInputPort& in,
              MIDIOutputPort& out) QUILLO_REALTIME;
@@ -56,9 +68,16 @@ private:
     void reportTransport(const ServerTransport& transport) QUILLO_REALTIME;
     void receive(const MIDIInputPort& in) QUILLO_REALTIME;
     void receive(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
+    void receiveMessage(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
+    void runLast(std::uint32_t frames, HostOutput& output) QUILLO_REALTIME;
+    [[nodiscard]] bool isPanic(std::span<const std::uint8_t> bytes) const QUILLO_REALTIME;
 
     BlockRenderer& renderer_;
     ServerTransport last_;  ///< of the cycle before
+    std::array<std::uint8_t, 3> panicMessage_{};
+    std::size_t panicLength_ = 0;  ///< 0 when there is no such message
+    std::atomic<bool> isFinishing_{false};
+    std::atomic<std::uint32_t> finishedCycles_{0};  ///< in which nothing was left to end; written by [render]
     std::atomic<std::uint32_t> cyclesToHold_{forever};
     std::atomic<std::uint64_t> cycles_{0};  ///< written by [render]
     std::atomic<std::uint64_t> lost_{0};    ///< written by [render]

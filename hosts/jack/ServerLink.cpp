@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/jack/ServerLink.hpp"
 
+#include <chrono>
+#include <thread>
 #include <utility>
 
 #include "hosts/jack/EventLoop.hpp"
@@ -52,6 +54,7 @@ void ServerLink::connect() {
 }
 
 void ServerLink::makeClient() {
+    session_.renderer().requests().ask(RenderRequests::Kind::endOfNotes);
     static_cast<void>(news_.take());
     heardCycles_ = cycle_.cycles();
     hasHeardCycles_ = false;
@@ -110,6 +113,17 @@ void ServerLink::lookAgainAtNewPorts() {
 void ServerLink::disconnect() {
     client_.reset();
     gone_.reset();
+}
+
+void ServerLink::endNotes() {
+    using namespace std::chrono_literals;
+    if (!client_) {
+        return;
+    }
+    cycle_.finish();
+    for (auto waited = 0ms; waited < 1s && !cycle_.isFinished(); waited += 1ms) {
+        std::this_thread::sleep_for(1ms);
+    }
 }
 
 void ServerLink::takeNews() {

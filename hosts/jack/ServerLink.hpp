@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,13 @@ public:
     /// first time a server is started. Throws a `ServerFailure`.
     void connect();
     void disconnect();
+
+    /// Nothing more goes in, and the notes that sound end, before the link is given up: returns when their ends
+    /// have been heard. A server that runs no cycles is waited for a second.
+    void endNotes();
+
+    /// Before the first connection: a message that begins with these bytes is a panic.
+    void setPanicMessage(std::span<const std::uint8_t> bytes) { cycle_.setPanicMessage(bytes); }
 
     /// The user shall know that, and why, the program waits for a server, for as long as it does.
     void waitForServer(const std::string& reason);

@@ -41,6 +41,7 @@ void LV2Instance::activate() {
 
 void LV2Instance::deactivate() {
     active_ = false;
+    session_.renderer().requests().ask(RenderRequests::Kind::endOfNotes);
 }
 
 void LV2Instance::run(std::uint32_t frames) QUILLO_REALTIME {

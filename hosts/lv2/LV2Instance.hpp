@@ -34,6 +34,7 @@ public:
     /// [main] What waits to be sent still does after the plug-in was inactive, and the on-load rules do not
     /// fire anew.
     void activate();
+    /// The notes that sound end when the next block comes: a host takes nothing before.
     void deactivate();
 
     /// [render]

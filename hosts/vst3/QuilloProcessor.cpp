@@ -6,6 +6,7 @@
 #include <exception>
 #include <limits>
 #include <string>
+#include <utility>
 
 #include "editor/Fonts.hpp"
 #include "hosts/vst3/PlayHead.hpp"
@@ -92,8 +93,21 @@ bool QuilloProcessor::isBusesLayoutSupported(const BusesLayout& layout) const {
            std::max(input.size(), output.size()) <= mostChannels;
 }
 
+void QuilloProcessor::releaseResources() {
+    endNotes();
+}
+
+void QuilloProcessor::reset() {
+    endNotes();
+}
+
+void QuilloProcessor::endNotes() {
+    session_.renderer().requests().ask(RenderRequests::Kind::endOfNotes);
+}
+
 void QuilloProcessor::processBlock(juce::AudioBuffer<float>& audio, juce::MidiBuffer& messages) {
     keepAudio(audio);
+    noteBypass(false);
     if (!canRender_) {
         messages.clear();
         return;
@@ -112,6 +126,7 @@ void QuilloProcessor::processBlock(juce::AudioBuffer<float>& audio, juce::MidiBu
 /// Before the first block that is not bypassed nothing is due, and the rules have not been loaded either.
 void QuilloProcessor::processBlockBypassed(juce::AudioBuffer<float>& audio, juce::MidiBuffer& messages) {
     keepAudio(audio);
+    noteBypass(true);
     auto& renderer = session_.renderer();
     if (canRender_ && renderer.now() > 0) {
         renderer.begin(framesOf(audio), output_, BlockRenderer::Delivery::atTheEnd);
@@ -120,6 +135,13 @@ void QuilloProcessor::processBlockBypassed(juce::AudioBuffer<float>& audio, juce
     }
     passOn(messages);
     end(messages);
+}
+
+/// Whoever hears the ends of notes from now on is another one than heard their beginnings: the rules, or the host.
+void QuilloProcessor::noteBypass(bool isBypassed) {
+    if (std::exchange(isBypassed_, isBypassed) != isBypassed) {
+        endNotes();
+    }
 }
 
 /// Behind what is due at the same time; what finds no more room stays away, as it would from the host.

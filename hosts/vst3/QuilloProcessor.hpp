@@ -40,7 +40,10 @@ public:
     /// A rate that is rejected is reported to the user. Until there is another one nothing is rendered: no
     /// message leaves, unless the plug-in is bypassed, and audio passes.
     void prepareToPlay(double sampleRate, int longestBlock) override;
-    void releaseResources() override {}
+    /// The host stops listening: the notes that sound end when its next block comes. It takes nothing before.
+    void releaseResources() override;
+    void reset() override;
+
     [[nodiscard]] bool canRender() const { return canRender_; }
 
     /// As many channels in as out, or none on one side; up to 8.
@@ -50,8 +53,8 @@ public:
     using AudioProcessor::processBlock;
 
     /// Messages pass as they came, and no rule sees them. A host that hands system exclusive over with both
-    /// of its ends gets both back. What rules have sent before with a delay leaves at its time, so that no
-    /// note hangs.
+    /// of its ends gets both back. What rules have sent before with a delay leaves at its time, and the
+    /// notes that sound end in the first block of a bypass and in the first behind it, so that no note hangs.
     void processBlockBypassed(juce::AudioBuffer<float>& audio, juce::MidiBuffer& messages) override;
     using AudioProcessor::processBlockBypassed;
 
@@ -92,6 +95,8 @@ private:
     [[nodiscard]] std::optional<std::string> whyNotReady(double sampleRate);
     void passOn(const juce::MidiBuffer& messages);
     void end(juce::MidiBuffer& messages);
+    void noteBypass(bool isBypassed);
+    void endNotes();
     void keepAudio(juce::AudioBuffer<float>& audio) const;
 
     Session session_;
@@ -101,6 +106,8 @@ private:
     /// small, and would grow on the render thread.
     juce::MidiBuffer roomyBuffer_;
     bool bufferIsToBeSwapped_ = false;
+
+    bool isBypassed_ = false;  ///< [render]
 
     bool canRender_ = false;
     bool saved_ = true;

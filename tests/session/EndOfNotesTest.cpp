@@ -29,6 +29,8 @@ protected:
         return output.take();
     }
 
+    void endNotes() { renderer.requests().ask(Kind::endOfNotes); }
+
     /// The host takes so many messages in each block from now on.
     void roomFor(std::size_t most) {
         output.room = [this, most](HostOutput::Bytes, const HostOutput::Waiting& waiting) {
@@ -47,12 +49,12 @@ protected:
 TEST_F(EndOfNotesTest, NotesThatSoundEndAndPedalsThatAreDownAreLetGoBeforeAllElse) {
     block(16, {{1, {0x92, 60, 1}}, {2, {0x90, 61, 1}}, {3, {0x90, 62, 1}}, {4, {0xB2, 64, 127}}});
     block(16, {{1, {0x80, 61, 0}}});
-    renderer.endNotes();
+    endNotes();
     EXPECT_EQ(block(16, {{0, {0x90, 63, 1}}}),
               (Timed{{0, {0x80, 62, 64}}, {0, {0x82, 60, 64}}, {0, {0xB2, 64, 0}}, {0, {0x90, 63, 1}}}));
-    renderer.endNotes();
+    endNotes();
     EXPECT_EQ(block(16), (Timed{{0, {0x80, 63, 64}}}));
-    renderer.endNotes();
+    endNotes();
     EXPECT_EQ(block(16), Timed());
 }
 
@@ -71,14 +73,14 @@ TEST_F(EndOfNotesTest, WhatCountsIsTheOrderInWhichMessagesLeave) {
     processor.setRules({rule(onControlChange(1), send(noteOn(0, 60, 9), 10))});
     EXPECT_EQ(block(16, {{0, {0xB0, 1, 1}}, {5, {0x80, 60, 0}}}),
               (Timed{{0, {0xB0, 1, 1}}, {5, {0x80, 60, 0}}, {10, {0x90, 60, 9}}}));
-    renderer.endNotes();
+    endNotes();
     EXPECT_EQ(block(16), (Timed{{0, {0x80, 60, 64}}}));
 }
 
 TEST_F(EndOfNotesTest, WhatFindsNoRoomStaysOwed) {
     block(16, {{0, {0x90, 60, 1}}, {0, {0x90, 61, 1}}, {0, {0x90, 62, 1}}});
     roomFor(2);
-    renderer.endNotes();
+    endNotes();
     EXPECT_TRUE(renderer.isOwing());
     EXPECT_EQ(block(16), (Timed{{0, {0x80, 60, 64}}, {0, {0x80, 61, 64}}}));
     EXPECT_TRUE(renderer.isOwing());
@@ -89,14 +91,14 @@ TEST_F(EndOfNotesTest, WhatFindsNoRoomStaysOwed) {
 
 TEST_F(EndOfNotesTest, ANoteThatHasEndedOrBegunAnewMeanwhileIsOwedNothing) {
     block(16, {{0, {0x90, 60, 1}}, {0, {0x90, 61, 1}}, {0, {0x90, 62, 1}}});
-    renderer.endNotes();
+    endNotes();
     roomFor(0);
     EXPECT_EQ(block(16), Timed());
     roomFor(3);
     EXPECT_EQ(block(16), (Timed{{0, {0x80, 60, 64}}, {0, {0x80, 61, 64}}, {0, {0x80, 62, 64}}}));
     block(16, {{0, {0x90, 60, 1}}, {0, {0x90, 61, 1}}, {0, {0x90, 62, 1}}});
     roomFor(0);
-    renderer.endNotes();
+    endNotes();
     block(16);
     roomFor(4);
     renderer.beginPassing(16, output, BlockRenderer::Delivery::asItComes);
@@ -106,7 +108,7 @@ TEST_F(EndOfNotesTest, ANoteThatHasEndedOrBegunAnewMeanwhileIsOwedNothing) {
 
 TEST_F(EndOfNotesTest, WhereTheOutputIsTheInputsBufferTheyLeaveFirstAsWell) {
     block(16, {{0, {0x90, 60, 1}}});
-    renderer.endNotes();
+    endNotes();
     renderer.begin(16, output, BlockRenderer::Delivery::atTheEnd);
     renderer.receive(0, Bytes{0x90, 60, 2});
     EXPECT_EQ(renderer.end(), noErr);
@@ -118,7 +120,7 @@ TEST_F(EndOfNotesTest, NotesThatOnlyPassedCountAsWell) {
     renderer.pass(3, Bytes{0x95, 60, 1});
     EXPECT_EQ(renderer.end(), noErr);
     output.take();
-    renderer.endNotes();
+    endNotes();
     EXPECT_EQ(block(16), (Timed{{0, {0x85, 60, 64}}}));
 }
 

@@ -17,6 +17,8 @@ public:
 
     virtual void edit(const std::vector<Rule>& rules) = 0;
     virtual void send(const RuleOutputVariantsV2& message) = 0;
+    /// Only where the format lets a user ask for it.
+    virtual void panic() {}
     /// False when it is rejected.
     virtual bool setRate(double rate) = 0;
     virtual void restart() = 0;
@@ -34,6 +36,7 @@ public:
 /// What of a scenario a format can carry.
 struct FormatLimits {
     bool sendsByHand = true;
+    bool panics = true;
     bool setsRate = false;        ///< while it lives
     bool reportsInBlocks = true;  ///< the transport, and before the beginning
     bool records = false;

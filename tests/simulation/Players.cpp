@@ -165,14 +165,19 @@ FormatLimits limitsOf(Format format) {
     switch (format) {
     case Format::renderer: return {.setsRate = true, .records = true, .limitsRoom = true, .rates = anyRate};
     case Format::unit:
-        return {.reportsInBlocks = false,
+        return {.panics = false,
+                .reportsInBlocks = false,
                 .records = true,
                 .limitsRoom = true,
                 .takesGarbage = false,
                 .rates = anyRate};
     case Format::lv2: return {.limitsRoom = true, .rates = anyRate};
     case Format::clap:
-        return {.sendsByHand = false, .records = true, .takesGarbage = false, .rates = {48000.0}};
+        return {.sendsByHand = false,
+                .panics = false,
+                .records = true,
+                .takesGarbage = false,
+                .rates = {48000.0}};
     default: return {.setsRate = true, .reportsInBlocks = false, .takesGarbage = false, .rates = anyRate};
     }
 }

@@ -49,6 +49,7 @@ struct Writer {
         }
     }
     void operator()(const SendStep& step) const { out << "send by hand: " << words(step.message); }
+    void operator()(const PanicStep& /*step*/) const { out << "panic"; }
     void operator()(const RateStep& step) const { out << "sample rate " << step.rate; }
     void operator()(const SaveStep& /*step*/) const { out << "save the state"; }
     void operator()(const RestoreStep& /*step*/) const { out << "restore the saved state"; }

@@ -51,6 +51,8 @@ struct EditStep {
 struct SendStep {
     RuleOutputVariantsV2 message;
 };
+/// The user wants silence.
+struct PanicStep {};
 /// An invalid rate is rejected.
 struct RateStep {
     double rate = 0.0;
@@ -66,8 +68,8 @@ struct MoveStep {};
 /// Deactivates and activates.
 struct RestartStep {};
 
-using Step = std::variant<BlockStep, EditStep, SendStep, RateStep, SaveStep, RestoreStep, DamagedStep,
-                          MoveStep, RestartStep>;
+using Step = std::variant<BlockStep, EditStep, SendStep, PanicStep, RateStep, SaveStep, RestoreStep,
+                          DamagedStep, MoveStep, RestartStep>;
 
 /// What a host, its user and its player do to an instance, one step after the other.
 struct Scenario {

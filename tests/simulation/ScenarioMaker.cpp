@@ -46,7 +46,7 @@ private:
     void add(Step step) { scenario_.steps.push_back(std::move(step)); }
 
     void addStep() {
-        switch (below(24)) {
+        switch (below(25)) {
         case 0: add(EditStep{rules()}); break;
         case 1: addSend(); break;
         case 2: addRate(); break;
@@ -57,6 +57,7 @@ private:
         case 7: addFlood(); break;
         case 8:
         case 9: addSilence(); break;
+        case 10: addPanic(); break;
         default: addBlock(); break;
         }
     }
@@ -65,6 +66,12 @@ private:
         if (limits_.sendsByHand) {
             add(SendStep{oneOf(std::vector{noteOn(1, 60, 100), programChange(channel(2), 1, byte(3)),
                                            systemExclusive({1, 2, 3})})});
+        }
+    }
+
+    void addPanic() {
+        if (limits_.panics) {
+            add(PanicStep{});
         }
     }
 

@@ -19,7 +19,12 @@ public:
     void edit(const std::vector<Rule>& rules) override { session_.onRulesChanged(rules); }
     void send(const RuleOutputVariantsV2& message) override { session_.onInstantMessageClick(message); }
     bool setRate(double rate) override { return !session_.setSampleRate(rate); }
-    void restart() override { session_.renderer().losePosition(); }
+    void panic() override { session_.panic(); }
+    /// As a format does it.
+    void restart() override {
+        session_.renderer().losePosition();
+        session_.renderer().requests().ask(RenderRequests::Kind::endOfNotes);
+    }
     [[nodiscard]] Bytes save() override { return session_.save(); }
     bool restore(const Bytes& document) override { return !session_.restore(document); }
 

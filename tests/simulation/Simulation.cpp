@@ -42,6 +42,10 @@ public:
         player_->send(step.message);
         model_.send(step.message);
     }
+    void operator()(const PanicStep& /*step*/) {
+        player_->panic();
+        model_.panic();
+    }
     void operator()(const RateStep& step) {
         const bool valid = step.rate >= 1.0 && step.rate <= 1e9;
         expect(player_->setRate(step.rate) == valid, "a rate is taken that is none, or the other way round");
@@ -93,6 +97,7 @@ private:
         seconds += frames / rate_;
         compare(expected, sent);
         expect(model_.addsUp(), "the model has lost a message");
+        expect(!model_.hasLeftNotesSounding(), "notes sound on that were to end");
         if (const auto counts = player_->counts()) {
             compare(model_.counts(), *counts);
         }

@@ -14,6 +14,9 @@ using Trigger = HostTransportTriggerVariantsV2;
 constexpr std::size_t mostWaiting = 10000;
 constexpr std::size_t mostInABlock = 16384;
 
+/// What silences a channel, in the order of sending.
+constexpr std::array<std::uint8_t, 5> silencing{64, 66, 67, 123, 120};
+
 std::uint8_t byteAt(const Bytes& bytes, std::size_t index) {
     return index < bytes.size() ? bytes[index] : std::uint8_t{0};
 }
@@ -95,6 +98,9 @@ Sent SlowModel::block(std::uint32_t frames, const std::vector<Incoming>& events,
         std::ranges::stable_sort(sent_, {}, &Sent::value_type::first);
     }
     start_ += frames_;
+    for (const auto& [offset, bytes] : sent_) {
+        receivers_.hear(bytes);
+    }
     return std::move(sent_);
 }
 
@@ -106,6 +112,8 @@ void SlowModel::begin() {
     kept_ = 0;
     used_ = 0;
     failed_ = false;
+    oweWhatWasAskedFor();
+    sendOwed();
     if (!std::exchange(loaded_, true)) {
         for (const auto& rule : rules_) {
             failed_ = failed_ || (rule.trigger.is<RuleTriggerV2::OnLoad>() && !schedule(rule, {}));
@@ -119,6 +127,93 @@ void SlowModel::begin() {
         const auto [time, messages] = *waiting_.begin();
         waiting_.erase(waiting_.begin());
         failed_ = !leave(time, messages);
+    }
+}
+
+void SlowModel::oweWhatWasAskedFor() {
+    const bool panics = std::exchange(panics_, false);
+    if (!std::exchange(endsNotes_, false) && !panics) {
+        return;
+    }
+    owedNotes_.insert(receivers_.notes.begin(), receivers_.notes.end());
+    for (const auto& [channel, controller] : receivers_.pedals) {
+        const auto place = std::ranges::find(silencing, controller) - silencing.begin();
+        owedControllers_.emplace(channel, static_cast<std::size_t>(place));
+    }
+    if (!panics) {
+        return;
+    }
+    for (const auto channel : receivers_.channels) {
+        for (std::size_t place = 0; place < silencing.size(); ++place) {
+            owedControllers_.emplace(channel, place);
+        }
+    }
+    for (const auto& [time, messages] : waiting_) {
+        cancelled_ += messages.size();
+    }
+    waiting_.clear();
+    cancelled_ += std::exchange(byHand_, {}).size();
+}
+
+/// What finds no room stays owed. It is never refused.
+void SlowModel::sendOwed() {
+    const bool owesAny = !owedNotes_.empty() || !owedControllers_.empty();
+    auto receivers = receivers_;
+    const auto trySend = [&](const Bytes& bytes) {
+        if (!hasRoomFor(bytes)) {
+            return false;
+        }
+        ++born_;
+        leaveOne(start_, bytes);
+        receivers.hear(bytes);
+        return true;
+    };
+    bool goesOn = true;
+    while (goesOn && !owedNotes_.empty()) {
+        const auto [channel, key] = *owedNotes_.begin();
+        goesOn = trySend({static_cast<std::uint8_t>(0x80 + channel), key, 64});
+    }
+    while (goesOn && !owedControllers_.empty()) {
+        const auto [channel, place] = *owedControllers_.begin();
+        goesOn = trySend({static_cast<std::uint8_t>(0xB0 + channel), silencing[place], 0});
+    }
+    leftSounding_ = owesAny && goesOn && !(receivers.notes.empty() && receivers.pedals.empty());
+}
+
+bool SlowModel::hasRoomFor(const Bytes& bytes) const {
+    return !room_ || used_ + costOf(bytes.size()) <= room_->bytes;
+}
+
+/// What has left is owed no more. A note that is struck anew is ended by its own end.
+void SlowModel::settle(const Bytes& bytes) {
+    if (bytes.size() < 3 || bytes[0] >= 0xF0) {
+        return;
+    }
+    const auto channel = bytes[0] & 0x0FU;
+    if (bytes[0] < 0xA0) {
+        owedNotes_.erase({channel, bytes[1]});
+    } else if ((bytes[0] & 0xF0U) == 0xB0 && bytes[2] == 0) {
+        const auto place = std::ranges::find(silencing, bytes[1]) - silencing.begin();
+        owedControllers_.erase({channel, static_cast<std::size_t>(place)});
+    }
+}
+
+void SlowModel::Receivers::hear(const Bytes& bytes) {
+    if (bytes.empty() || bytes[0] < 0x80 || bytes[0] >= 0xF0) {
+        return;
+    }
+    const auto channel = bytes[0] & 0x0FU;
+    channels.insert(channel);
+    if (bytes.size() < 3) {
+        return;
+    }
+    const std::pair key(channel, bytes[1]);
+    const bool isPedal = bytes[1] == 64 || bytes[1] == 66 || bytes[1] == 67;
+    const auto change = [&](auto& set, bool isIn) { isIn ? void(set.insert(key)) : void(set.erase(key)); };
+    if (bytes[0] < 0xA0 && bytes[1] < 0x80) {
+        change(notes, bytes[0] >= 0x90 && bytes[2] != 0);
+    } else if ((bytes[0] & 0xF0U) == 0xB0 && isPedal) {
+        change(pedals, bytes[2] >= 64);
     }
 }
 
@@ -265,6 +360,7 @@ bool SlowModel::leaveOne(std::int64_t time, const Bytes& bytes) {
     if (isKept && (!room_ || used_ + cost <= room_->bytes)) {
         used_ += cost;
         ++told_;
+        settle(bytes);
         sent_.emplace_back(offset, bytes);
         if (leavesLater(offset)) {
             ++kept_;
@@ -289,7 +385,7 @@ Counts SlowModel::counts() const {
 }
 
 bool SlowModel::addsUp() const {
-    std::uint64_t there = byHand_.size() + told_ + refused_ + leftOut_ + pushedOut_ + cutOff_;
+    std::uint64_t there = byHand_.size() + told_ + refused_ + leftOut_ + pushedOut_ + cutOff_ + cancelled_;
     for (const auto& [time, messages] : waiting_) {
         there += messages.size();
     }

@@ -47,8 +47,13 @@ public:
     [[nodiscard]] const std::vector<Rule>& rules() const { return rules_; }
     void send(const RuleOutputVariantsV2& message);
     void setRate(double rate) { rate_ = static_cast<std::uint64_t>(rate); }
-    /// Frames may have passed in between. A server's clock goes on, and the unit does not ask for jumps.
-    void restart() { transport_.isKnown = format_ == Format::jack; }
+    /// Frames may have passed in between. A server's clock goes on, and the unit does not ask for jumps. What
+    /// sounds ends, but on a server, which hears of no restart.
+    void restart() {
+        transport_.isKnown = format_ == Format::jack;
+        endsNotes_ = endsNotes_ || (format_ != Format::jack && format_ != Format::unit);
+    }
+    void panic() { panics_ = true; }
 
     /// What leaves in this block.
     Sent block(std::uint32_t frames, const std::vector<Incoming>& events, std::optional<RoomLimit> room);
@@ -57,6 +62,9 @@ public:
 
     /// Every message that a rule sent is where it must be: gone out, waiting, pushed out by others, refused.
     [[nodiscard]] bool addsUp() const;
+
+    /// Whether a note sounds that the last block was to end and had the room to, and that nobody has struck since.
+    [[nodiscard]] bool hasLeftNotesSounding() const { return leftSounding_; }
 
 private:
     using Messages = std::vector<Bytes>;
@@ -81,7 +89,21 @@ private:
         }
     };
 
+    /// What receivers make of what has left: notes that sound, as channel and key, pedals that are down, as channel
+    /// and controller, and the channels that were used.
+    struct Receivers {
+        std::set<std::pair<unsigned, std::uint8_t>> notes;
+        std::set<std::pair<unsigned, std::uint8_t>> pedals;
+        std::set<unsigned> channels;
+
+        void hear(const Bytes& bytes);
+    };
+
     void begin();
+    void oweWhatWasAskedFor();
+    void sendOwed();
+    void settle(const Bytes& bytes);
+    [[nodiscard]] bool hasRoomFor(const Bytes& bytes) const;
     void come(const Incoming& event);
     void goTo(std::uint32_t offset);
     void report(const TransportReport& report);
@@ -107,6 +129,13 @@ private:
     std::pair<bool, bool> asked_;  ///< what the unit was answered last
     std::int64_t start_ = 0;       ///< of the block
 
+    Receivers receivers_;
+    bool endsNotes_ = false;  ///< in the next block
+    bool panics_ = false;     ///< the same
+    std::set<std::pair<unsigned, std::uint8_t>> owedNotes_;
+    std::set<std::pair<unsigned, std::size_t>> owedControllers_;  ///< by their places in the order of sending
+    bool leftSounding_ = false;
+
     // Of the block.
     std::int64_t frames_ = 0;
     std::int64_t offset_ = 0;
@@ -120,6 +149,7 @@ private:
     // Messages, in all.
     std::uint64_t born_ = 0;  ///< fired by rules, forwarded or sent by hand
     std::uint64_t pushedOut_ = 0;
+    std::uint64_t cancelled_ = 0;
     std::uint64_t cutOff_ = 0;  ///< behind one that was refused
     std::uint64_t refused_ = 0;
     std::uint64_t leftOut_ = 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 
 #include "hosts/clap/CLAPTestHost.hpp"
@@ -36,13 +37,13 @@ TEST(CLAPLifecycle, SeveralInstancesHaveNothingInCommon) {
 
 TEST(CLAPLifecycle, TheUnitIsLoadedOnceHoweverOftenItIsActivated) {
     CLAPTestHost host;
-    host.loadRules({rule(onLoad(), send(noteOn(0, 61, 5)))});
+    host.loadRules({rule(onLoad(), send(controlChange(0, 7, 5)))});
     for (int i = 0; i < 3; ++i) {
         host.start();
         host.process(64);
         host.stop();
     }
-    EXPECT_EQ(host.take(), (Messages{{0, {0x90, 61, 5}}}));
+    EXPECT_EQ(host.take(), (Messages{{0, {0xB0, 7, 5}}}));
 }
 
 TEST(CLAPLifecycle, AResetForgetsNothingThatIsDelayed) {
@@ -66,9 +67,48 @@ TEST(CLAPLifecycle, WhatIsDelayedOutlivesADeactivation) {
     EXPECT_EQ(host.take(), (Messages{{96, {0x90, 61, 5}}}));
 }
 
+TEST(CLAPLifecycle, NotesThatSoundWhenTheHostStopsListeningEndInTheNextBlock) {
+    const auto stops = std::vector<std::function<void(CLAPTestHost&)>>{
+        [](CLAPTestHost& host) {
+            host.stop();
+            host.start();
+        },
+        [](CLAPTestHost& host) {
+            host.plugin->stop_processing(host.plugin);
+            ASSERT_TRUE(host.plugin->start_processing(host.plugin));
+        },
+        [](CLAPTestHost& host) { host.plugin->reset(host.plugin); },
+    };
+    for (const auto& stop : stops) {
+        CLAPTestHost host;
+        host.start();
+        host.process(64, Bytes{0x95, 60, 1});
+        host.process(64, Bytes{0xB5, 66, 127});
+        host.take();
+        stop(host);
+        EXPECT_EQ(host.process(64, Bytes{0x90, 70, 1}), CLAP_PROCESS_SLEEP);
+        EXPECT_EQ(host.take(), (Messages{{128, {0x85, 60, 64}}, {128, {0xB5, 66, 0}}, {128, {0x90, 70, 1}}}));
+    }
+}
+
+TEST(CLAPLifecycle, WhatTheHostHasNoRoomForEndsInTheBlockAfterAndThereIsNoSleepBefore) {
+    CLAPTestHost host;
+    host.start();
+    host.process(32, Bytes{0x90, 1, 1});
+    host.process(32, Bytes{0x90, 2, 1});
+    host.take();
+    host.stop();
+    host.start();
+    host.room = 1;
+    EXPECT_EQ(host.process(64), CLAP_PROCESS_CONTINUE);
+    host.room = 1;
+    EXPECT_EQ(host.process(64), CLAP_PROCESS_SLEEP);
+    EXPECT_EQ(host.take(), (Messages{{64, {0x80, 1, 64}}, {128, {0x80, 2, 64}}}));
+}
+
 TEST(CLAPLifecycle, DelaysAreRightAtEachRate) {
     CLAPTestHost host;
-    host.loadRules(echo(61, 10));
+    host.loadRules({rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(controlChange(0, 7, 5), 10))});
     for (const auto rate : {44100.0, 96000.0, 1000.0, 768000.0}) {
         ASSERT_TRUE(host.plugin->activate(host.plugin, rate, 1, 8192));
         ASSERT_TRUE(host.plugin->start_processing(host.plugin));
@@ -76,7 +116,7 @@ TEST(CLAPLifecycle, DelaysAreRightAtEachRate) {
         host.process(8192, Bytes{0x90, 60, 1});
         host.stop();
         const auto delay = static_cast<SampleTime>(rate / 100);
-        EXPECT_EQ(host.take(), (Messages{{now + delay, {0x90, 61, 5}}})) << rate;
+        EXPECT_EQ(host.take(), (Messages{{now + delay, {0xB0, 7, 5}}})) << rate;
     }
 }
 

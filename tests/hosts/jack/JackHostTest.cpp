@@ -16,6 +16,7 @@
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
 #include "support/TemporaryFolder.hpp"
+#include "support/TestOutput.hpp"
 #include "support/TestRules.hpp"
 
 namespace quillo {
@@ -66,6 +67,16 @@ protected:
 
     void writePreset(const std::string& name) {
         writeWholeFile(preset, PluginData{rulesCalled(name)}.write(), Existing::replace);
+    }
+
+    /// What leaves in a block with this message, or without one.
+    Timed block(const Bytes& message = {}) {
+        TestOutput output;
+        auto& renderer = host->session().renderer();
+        renderer.begin(64, output);
+        renderer.receive(0, message);
+        EXPECT_EQ(renderer.end(), noErr);
+        return output.take();
     }
 
     void takeSignal(int signal) {
@@ -152,6 +163,48 @@ TEST_F(JackHostTest, HangingUpReadsThePresetAndOtherSignalsQuit) {
     EXPECT_THAT(err.str(), HasSubstr("The rules stay as they are."));
     takeSignal(SIGTERM);
     EXPECT_EQ(loop.status, exitSuccess);
+}
+
+TEST_F(JackHostTest, ASignalIsAPanicAndTheProgramSaysWhatItDid) {
+    start();
+    takeSignal(SIGUSR2);
+    EXPECT_EQ(loop.status, std::nullopt);
+    block({0x90, 60, 1});
+    block();
+    takeSignal(SIGUSR2);
+    EXPECT_EQ(block(), (Timed{{0, {0x80, 60, 64}},
+                              {0, {0xB0, 64, 0}},
+                              {0, {0xB0, 66, 0}},
+                              {0, {0xB0, 67, 0}},
+                              {0, {0xB0, 123, 0}},
+                              {0, {0xB0, 120, 0}}}));
+    loop.tick();
+    EXPECT_THAT(err.str(), HasSubstr("Stopped 1 note\n"));
+}
+
+TEST_F(JackHostTest, NotesEndWhenThePresetIsReadAgain) {
+    writePreset("preset");
+    options.preset = preset.string();
+    start();
+    block({0x81, 60, 1});
+    block({0x92, 60, 1});
+    EXPECT_EQ(block(), Timed());
+    takeSignal(SIGHUP);
+    EXPECT_EQ(block().front(), (std::pair{0U, Bytes{0x80, 60, 64}}));
+}
+
+TEST_F(JackHostTest, NotesEndWhenAPresetTakesThePlaceOfAllRulesInTheWindow) {
+    start();
+    auto& model = *host->session().model();
+    host->session().viewDidLoad();
+    auto element = elementFromRule(rulesCalled("first").front());
+    model.setRules({element});
+    block({0x93, 70, 1});
+    element.rule.name = "edited";
+    model.setRules({element});
+    EXPECT_EQ(block(), Timed());
+    model.setRules({elementFromRule(rulesCalled("imported").front())});
+    EXPECT_EQ(block(), (Timed{{0, {0x83, 70, 64}}}));
 }
 
 TEST_F(JackHostTest, HangingUpKeepsAnEditOfAMomentAgoBeforeItReadsThePreset) {

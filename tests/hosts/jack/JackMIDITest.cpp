@@ -94,6 +94,33 @@ TEST_F(JackMIDI, AMessageThatIsTooLongForThePortIsReportedAndTakesNothingWithIt)
     EXPECT_EQ(end(*program), 0);
 }
 
+TEST_F(JackMIDI, NoNoteSoundsOnWhenTheProgramEnds) {
+    const JackServer server;
+    const auto program = runOn(server.name(), {});
+    JackPlayer player(server.name());
+    player.connectTo("midi-quillo");
+    player.play({{0, {0x90, 60, 1}}, {1, {0x94, 61, 1}}, {2, {0x80, 60, 0}}, {3, {0xB4, 64, 127}}}, 512);
+    player.forget();
+    EXPECT_EQ(end(*program), 0);
+    EXPECT_EQ(player.arrived(), (std::vector<Bytes>{{0x84, 61, 64}, {0xB4, 64, 0}}));
+}
+
+TEST_F(JackMIDI, ASignalAndAMessageArePanics) {
+    const JackServer server;
+    const auto program = runOn(server.name(), {}, {"--panic-message", "9f 24"});
+    JackPlayer player(server.name());
+    player.connectTo("midi-quillo");
+    const Messages note{{0, {0x90, 60, 1}}};
+    player.play(note, 512);
+    program->signal(SIGUSR2);
+    player.waitFor({0x80, 60, 64});
+    player.play(note, 512);
+    player.send({{0, {0x9F, 0x24, 99}}});
+    player.waitFor({0x80, 60, 64});
+    program->err().waitFor("Stopped 1 note\n");
+    EXPECT_EQ(end(*program), 0);
+}
+
 TEST_F(JackMIDI, TheLogPrintsWhatComesAndWhatGoes) {
     const JackServer server;
     const auto program = runOn(server.name(), controllerForNote(20), {"--log"});

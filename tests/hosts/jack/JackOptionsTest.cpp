@@ -49,6 +49,26 @@ TEST(JackOptions, EveryWordIsTaken) {
     EXPECT_TRUE(readJackOptions(Words{"--version"}).version);
 }
 
+TEST(JackOptions, AMessageOfThePanicIsAMIDIMessageOrHowOneBegins) {
+    const auto message = [](const std::string& text) {
+        return readJackOptions(Words{"--panic-message", text}).panicMessage;
+    };
+    using Bytes = std::vector<std::uint8_t>;
+    EXPECT_EQ(message("b0 50 7f"), (Bytes{0xB0, 0x50, 0x7F}));
+    EXPECT_EQ(message("B0507F"), (Bytes{0xB0, 0x50, 0x7F}));
+    EXPECT_EQ(message("9f 24"), (Bytes{0x9F, 0x24}));
+    EXPECT_EQ(message("c3"), Bytes{0xC3});
+    EXPECT_EQ(message("fc"), Bytes{0xFC});
+    EXPECT_TRUE(readJackOptions({}).panicMessage.empty());
+    for (const auto* text : {"", " ", "b", "b0 5", "50", "b0 80", "c0 1 2", "c0 01 02", "b0 50 7f 01",
+                             "f0 01", "f7", "f4", "-1", "+b0", "0xb0", "b0 zz", "b0,50"}) {
+        EXPECT_EQ(errorOf({"--panic-message", text}),
+                  "option --panic-message: \"" + std::string(text) +
+                      "\" is not how a MIDI message begins, in hexadecimal: such as \"b0 50 7f\"")
+            << text;
+    }
+}
+
 TEST(JackOptions, ANameFitsIntoAPortsName) {
     EXPECT_EQ(readJackOptions(Words{"--name", std::string(60, 'n')}).name.size(), 60U);
     EXPECT_EQ(errorOf({"--name", std::string(61, 'n')}), "option --name: a name has 1 to 60 bytes");

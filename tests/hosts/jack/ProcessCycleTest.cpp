@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
 
 #include "hosts/jack/FakePorts.hpp"
@@ -243,6 +244,46 @@ TEST_F(ProcessCycleTest, TheServerHasTwoCyclesToPutConnectionsInForce) {
     EXPECT_EQ(run({}), Timed{});
     EXPECT_EQ(run({}), (Timed{{0, {0xB0, 7, 5}}}));
     EXPECT_EQ(run({}), Timed{});
+}
+
+TEST_F(ProcessCycleTest, FinishingItEndsTheNotesThatSoundAndHearsNothingMore) {
+    processor.setRules({rule(onNoteOn(), send(noteOn(1, 61, 1), 20))});
+    release();
+    run({{0, {0x90, 60, 1}}, {1, {0xB0, 64, 127}}});
+    cycle.finish();
+    EXPECT_EQ(run({{0, {0x90, 70, 1}}}), (Timed{{0, {0x80, 60, 64}}, {0, {0xB0, 64, 0}}}));
+    EXPECT_FALSE(cycle.isFinished());
+    EXPECT_EQ(run({{0, {0x90, 70, 1}}}), Timed{});
+    EXPECT_TRUE(cycle.isFinished());
+    EXPECT_EQ(run({}), Timed{});
+    EXPECT_EQ(run({}), Timed{});
+}
+
+TEST_F(ProcessCycleTest, ItIsNotFinishedWhileThereIsNoRoomForTheEndOfANote) {
+    release();
+    run({{0, {0x90, 60, 1}}, {0, {0x90, 61, 1}}});
+    out.mostMessages = 0;
+    cycle.finish();
+    EXPECT_EQ(run({}), Timed{});
+    EXPECT_EQ(run({}), Timed{});
+    EXPECT_FALSE(cycle.isFinished());
+    out.mostMessages = 1;
+    EXPECT_EQ(run({}), (Timed{{0, {0x80, 60, 64}}}));
+    EXPECT_EQ(run({}), (Timed{{0, {0x80, 61, 64}}}));
+    EXPECT_EQ(run({}), Timed{});
+    EXPECT_TRUE(cycle.isFinished());
+}
+
+TEST_F(ProcessCycleTest, TheMessageOfThePanicIsOneAndIsHeardByNoRule) {
+    constexpr std::array<std::uint8_t, 2> message{0xBF, 80};
+    cycle.setPanicMessage(message);
+    release();
+    EXPECT_EQ(run({{0, {0x90, 60, 1}}, {2, {0xBF, 81, 1}}, {3, {0xBF, 80, 127}}, {4, {0xC0, 1}}}),
+              (Timed{{0, {0x90, 60, 1}}, {2, {0xBF, 81, 1}}, {4, {0xC0, 1}}}));
+    EXPECT_EQ(heard, (std::vector<std::string>{"[0] 90 3c 01", "[2] bf 51 01", "[4] c0 01"}));
+    EXPECT_EQ(run({}).front(), (std::pair{0U, Bytes{0x80, 60, 64}}));
+    EXPECT_EQ(renderer.requests().takeAnswer(), (PanicResult{1, 0, 0}));
+    EXPECT_EQ(run({{0, {0xF8}}}), (Timed{{0, {0xF8}}}));
 }
 
 TEST_F(ProcessCycleTest, HeldAgainItStandsStillAndGoesOnWhereItWas) {

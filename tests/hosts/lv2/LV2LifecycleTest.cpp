@@ -46,7 +46,50 @@ TEST(LV2Lifecycle, WhatIsDelayedStillLeavesAfterItWasInactive) {
     host.deactivate();
     host.activate();
     host.run(1024);
-    EXPECT_EQ(host.take(), (Messages{{0, note}, {480, {0x90, 61, 0}}}));
+    EXPECT_EQ(host.take(), (Messages{{0, note}, {64, {0x80, 60, 64}}, {480, {0x90, 61, 0}}}));
+}
+
+TEST(LV2Lifecycle, NotesThatSoundWhenItIsDeactivatedEndInItsNextBlock) {
+    LV2TestHost host;
+    host.activate();
+    host.run(64, LV2Sequence().addMIDI(3, note).addMIDI(4, {0x91, 40, 1}).addMIDI(9, {0xB1, 64, 127}));
+    host.run(64, Bytes{0x80, 60, 0});
+    static_cast<void>(host.take());
+    host.deactivate();
+    host.activate();
+    host.run(64, LV2Sequence().addMIDI(0, note));
+    EXPECT_EQ(host.take(), (Messages{{128, {0x81, 40, 64}}, {128, {0xB1, 64, 0}}, {128, note}}));
+}
+
+TEST(LV2Lifecycle, WhatTheHostHasNoRoomForEndsInTheBlockAfter) {
+    LV2TestHost host;
+    host.activate();
+    host.run(64, LV2Sequence().addMIDI(0, {0x90, 1, 1}).addMIDI(0, {0x90, 2, 1}).addMIDI(0, {0x90, 3, 1}));
+    static_cast<void>(host.take());
+    host.deactivate();
+    host.activate();
+    host.capacity = sizeof(LV2_Atom_Sequence) + 2 * 24;
+    host.run(64);
+    host.run(64);
+    EXPECT_EQ(host.take(), (Messages{{64, {0x80, 1, 64}}, {64, {0x80, 2, 64}}, {128, {0x80, 3, 64}}}));
+}
+
+TEST(LV2Lifecycle, APanicOfTheEditorEndsNotesInTheNextBlockAndIsAnswered) {
+    LV2TestHost host;
+    host.loadRules({rule(onNoteOn(), send(noteOn(0, 61, 1), 100))});
+    host.activate();
+    host.run(64, note);
+    static_cast<void>(host.take());
+    host.unit().panic();
+    host.run(8192);
+    EXPECT_EQ(host.take(), (Messages{{64, {0x80, 60, 64}},
+                                     {64, {0xB0, 64, 0}},
+                                     {64, {0xB0, 66, 0}},
+                                     {64, {0xB0, 67, 0}},
+                                     {64, {0xB0, 123, 0}},
+                                     {64, {0xB0, 120, 0}}}));
+    host.unit().drain();
+    EXPECT_EQ(host.unit().model()->panicAnswer(), "Stopped 1 note, cancelled 1 waiting message");
 }
 
 TEST(LV2Lifecycle, DelaysAreInMillisecondsAtTheHostsRate) {

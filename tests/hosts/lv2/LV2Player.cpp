@@ -13,6 +13,7 @@ public:
 
     void edit(const std::vector<Rule>& rules) override { host_.unit().onRulesChanged(rules); }
     void send(const RuleOutputVariantsV2& message) override { host_.unit().onInstantMessageClick(message); }
+    void panic() override { host_.unit().panic(); }
     bool setRate(double /*rate*/) override { return false; }
     void restart() override {
         host_.deactivate();

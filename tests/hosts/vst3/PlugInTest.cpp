@@ -194,7 +194,32 @@ TEST_F(VST3PlugIn, BypassedItPassesEverythingAndSendsWhatIsStillDue) {
               (std::vector<ScriptMessage>{
                   {448, {0x91, 61, 5}}, {448, {0x90, 62, 1}}, {450, {0x80, 62, 1}}, {457, {0x91, 61, 5}}}));
     bypass(false);
-    EXPECT_EQ(sentFor({{5, {0x90, 60, 1}}}), std::vector<ScriptMessage>());
+    EXPECT_EQ(sentFor({{5, {0x90, 60, 1}}}), (std::vector<ScriptMessage>{{0, {0x81, 61, 64}}}));
+}
+
+TEST_F(VST3PlugIn, NotesThatSoundEndWhenItIsBypassedAndWhenItIsBypassedNoMore) {
+    install({rule(onNoteOn(exactly(60), any, eating), send(noteOn(1, 61, 5)))});
+    sentFor({{0, {0x90, 60, 1}}, {3, {0xB1, 64, 127}}});
+    bypass(true);
+    EXPECT_EQ(sentFor({{0, {0x80, 60, 64}}, {5, {0x92, 70, 1}}}),
+              (std::vector<ScriptMessage>{
+                  {0, {0x81, 61, 64}}, {0, {0xB1, 64, 0}}, {0, {0x80, 60, 64}}, {5, {0x92, 70, 1}}}));
+    EXPECT_EQ(sentFor({}), std::vector<ScriptMessage>());
+    bypass(false);
+    EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{0, {0x82, 70, 64}}}));
+    EXPECT_EQ(sentFor({}), std::vector<ScriptMessage>());
+}
+
+TEST_F(VST3PlugIn, NotesThatSoundWhenTheHostStopsListeningEndInItsNextBlock) {
+    install({});
+    sentFor({{0, {0x90, 60, 1}}});
+    ASSERT_EQ(plugIn.component().setActive(0), kResultOk);
+    ASSERT_EQ(plugIn.component().setActive(1), kResultOk);
+    EXPECT_EQ(sentFor({{0, {0x90, 61, 1}}}),
+              (std::vector<ScriptMessage>{{0, {0x80, 60, 64}}, {0, {0x90, 61, 1}}}));
+    ASSERT_EQ(plugIn.processor().setProcessing(0), kResultOk);
+    ASSERT_EQ(plugIn.processor().setProcessing(1), kResultOk);
+    EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{0, {0x80, 61, 64}}}));
 }
 
 /// Some hosts hand system exclusive over with its ends, some without.
@@ -220,7 +245,7 @@ TEST_F(VST3PlugIn, BypassedFromTheStartItLoadsItsRulesWhenItIsBypassedNoMore) {
     bypass(true);
     EXPECT_EQ(sentFor({{5, {0x90, 60, 1}}}), (std::vector<ScriptMessage>{{5, {0x90, 60, 1}}}));
     bypass(false);
-    EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{0, {0xB0, 7, 1}}}));
+    EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{0, {0x80, 60, 64}}, {0, {0xB0, 7, 1}}}));
 }
 
 TEST_F(VST3PlugIn, BypassedItHearsNothingOfTheTransportUntilItIsBypassedNoMore) {
