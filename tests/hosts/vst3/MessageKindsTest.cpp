@@ -127,8 +127,8 @@ TEST_F(VST3MessageKinds, EveryPitchBendArrivesAndLeavesAsItIs) {
 }
 
 TEST_F(VST3MessageKinds, AProgramChangeArrivesFromAHostThatUsesTheOutgoingEventAndLeavesAsItIs) {
-    install({rule(onProgramChange(exactly(5)), send(noteOn(1, 61, 5)))});
-    EXPECT_EQ(sentFor({{7, {0xC0, 5}}}), (std::vector<ScriptMessage>{{7, {0x91, 61, 5}}, {7, {0xC0, 5}}}));
+    install({rule(onProgramChange(exactly(5)), send(controlChange(1, 7, 5)))});
+    EXPECT_EQ(sentFor({{7, {0xC0, 5}}}), (std::vector<ScriptMessage>{{7, {0xB1, 7, 5}}, {7, {0xC0, 5}}}));
     for (int program = 0; program < 128; ++program) {
         EXPECT_EQ(outputOf(protocol(StatusV2::programChange, channel(4), byte(byteOf(program)))),
                   (Bytes{0xC4, byteOf(program)}));

@@ -270,7 +270,8 @@ TEST_F(VST3PlugIn, ActivatedAtAnotherRateItKeepsItsMilliseconds) {
     EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}), (std::vector<ScriptMessage>{{48, {0x91, 61, 5}}}));
     plugIn.deactivate();
     plugIn.activate(96000.0);
-    EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}), (std::vector<ScriptMessage>{{96, {0x91, 61, 5}}}));
+    EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}),
+              (std::vector<ScriptMessage>{{0, {0x81, 61, 64}}, {96, {0x91, 61, 5}}}));
 }
 
 TEST_F(VST3PlugIn, AtARejectedSampleRateItIsNotActivatedAndRendersNothing) {

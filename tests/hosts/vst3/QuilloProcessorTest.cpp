@@ -106,8 +106,8 @@ TEST_F(QuilloProcessorTest, TheUnitLearnsThatTheWrapperTakesNoMoreEvents) {
 }
 
 TEST_F(QuilloProcessorTest, ABypassedBlockHasTheRoomOfAnyBlock) {
-    install({rule(onNoteOn(), send(controlChange(1, 7, 5), 10))});
-    const std::vector<ScriptMessage> notes(2000, {0, {0x90, 60, 1}});
+    install({rule(onNoteOff(), send(controlChange(1, 7, 5), 10))});
+    const std::vector<ScriptMessage> notes(2000, {0, {0x80, 60, 1}});
     EXPECT_EQ(sentFor(notes, 480).size(), 2000U);
     juce::AudioBuffer<float> audio(2, 480);
     buffer.clear();

@@ -35,14 +35,16 @@ Bytes answerWith(std::uint8_t note, std::size_t silentRules = 0) {
 
 class VST3State : public testing::Test {
 protected:
-    /// The notes that answer one.
+    /// The notes that answer one. Those of answers before may end meanwhile.
     Bytes answers() {
         input.clear();
         plugIn.give(input, 0, Bytes{0x90, 60, 1});
         EXPECT_EQ(plugIn.process(blockLength, input, nullptr), kResultOk);
         Bytes notes;
         for (const auto& message : plugIn.sent()) {
-            notes.push_back(message.bytes[1]);
+            if (message.bytes[0] == 0x90) {
+                notes.push_back(message.bytes[1]);
+            }
         }
         return notes;
     }
