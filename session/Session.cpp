@@ -152,10 +152,12 @@ void Session::drain() {
     showNextAlert();
 }
 
-/// Nothing where the rules that run are not those that are shown.
+/// Nothing where the rules that run are not those that are shown. Whoever observes the model may install others.
 void Session::showHits() {
-    const std::lock_guard lock(installing_);
-    auto hits = hits_.hits(*processor_.compiledRules(), now());
+    auto hits = [this] {
+        const std::lock_guard lock(installing_);
+        return hits_.hits(*processor_.compiledRules(), now());
+    }();
     model_->setHits(hits.size() == model_->rules().size() ? std::move(hits) : std::vector<RuleHits>());
 }
 

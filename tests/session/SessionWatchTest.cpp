@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "persistence/PluginData.hpp"
 #include "session/Session.hpp"
 #include "support/TestOutput.hpp"
@@ -105,6 +107,21 @@ TEST_F(SessionWatchTest, AnEditOfOneRuleKeepsTheHitsOfTheOthersAtOnce) {
     block(500, {{0, {0x90, 60, 1}}});
     session.drain();
     EXPECT_EQ(model().hits(), (std::vector<RuleHits>{{1, 1.0}, {2, 0.5}}));
+}
+
+TEST_F(SessionWatchTest, WhoObservesTheHitsMayInstallOtherRules) {
+    session.install({swap});
+    openEditor();
+    bool heard = false;
+    const auto observation = model().observeHits([&] {
+        if (!std::exchange(heard, true)) {
+            session.onRulesChanged({pedal});
+        }
+    });
+    block(500, {{0, {0x90, 60, 1}}});
+    session.drain();
+    EXPECT_TRUE(heard);
+    EXPECT_EQ(session.processor().rules(), std::vector{pedal});
 }
 
 TEST_F(SessionWatchTest, AStateThatIsRestoredBeginsToCountAnew) {
