@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -25,6 +26,22 @@ std::int64_t numberOf(std::string_view name) {
         return 0;
     }
     return parseSignedDecimal(name.substr(prefix.size())).value_or(0);
+}
+
+/// The entry with another trigger; what becomes of the event stays as it is.
+RuleEntry waitingFor(const RuleTriggerEntry& trigger, const RuleEntry& entry) {
+    auto changed = withUsableChoices(trigger.type, entry);
+    changed.trigger = trigger;
+    changed.trigger.passThrough = entry.trigger.passThrough;
+    return changed;
+}
+
+/// The entry of the rule that ends what another one has begun.
+RuleEntry ending(RuleEntry entry) {
+    if (entry.output.type == OutputEntryType::NoteOn) {
+        entry.output.type = OutputEntryType::NoteOff;
+    }
+    return entry;
 }
 
 }  // namespace
@@ -130,19 +147,63 @@ bool RuleListEditor::apply(RuleList after, const std::string& stepName, const st
     return true;
 }
 
-void RuleListEditor::add(const MIDIRuleType& type) {
+void RuleListEditor::append(const std::vector<Maker>& makers) {
     if (whyNotEditable()) {
         alert(*whyNotEditable());
         return;
     }
     try {
         auto list = rules();
-        list.push_back({UUID(), defaultEntry(type, nextIndex(list))});
-        const auto name = "Add " + list.back().rule.name;
+        for (const auto& make : makers) {
+            list.push_back({UUID(), make(nextIndex(list))});
+        }
+        const auto name = "Add " + list[rules().size()].rule.name;
         apply(std::move(list), name);
     } catch (const FatalError& error) {
         alert(error.inWords());
     }
+}
+
+void RuleListEditor::add(const MIDIRuleType& type) {
+    append({[&type](std::int64_t index) { return defaultEntry(type, index); }});
+}
+
+void RuleListEditor::addSending(const RuleOutputEntry& output) {
+    append({[&output](std::int64_t index) {
+        auto entry = defaultEntry(output.type, index);
+        entry.output = output;
+        return entry;
+    }});
+}
+
+void RuleListEditor::addWaitingFor(const std::vector<RuleTriggerEntry>& triggers) {
+    std::vector<Maker> makers;
+    for (const auto& trigger : triggers) {
+        const bool isSecond = !makers.empty();
+        makers.emplace_back([&trigger, isSecond](std::int64_t index) {
+            const auto entry = waitingFor(trigger, defaultEntry(OutputEntryType::NoteOn, index));
+            return isSecond ? ending(entry) : entry;
+        });
+    }
+    append(makers);
+}
+
+void RuleListEditor::learn(const UUID& id, const std::vector<RuleTriggerEntry>& triggers) {
+    const auto position = find(id);
+    if (!position) {
+        return;
+    }
+    auto list = rules();
+    auto at = list.begin() + static_cast<Offset>(*position);
+    const auto before = *at;
+    editElement(*at, waitingFor(triggers.front(), before.rule));
+    for (const auto& trigger : std::span(triggers).subspan(1)) {
+        auto second = before;
+        second.id = UUID();
+        editElement(second, ending(waitingFor(trigger, before.rule)));
+        at = list.insert(at + 1, std::move(second));
+    }
+    applyEdit(*position, std::move(list), "Learn " + before.rule.name);
 }
 
 void RuleListEditor::duplicate(const UUID& id) {
@@ -187,19 +248,21 @@ void RuleListEditor::move(const UUID& id, std::size_t position) {
 }
 
 void RuleListEditor::editWith(const UUID& id, RuleEntry entry, const std::string& joinKey) {
-    const auto position = find(id);
-    if (!position) {
-        return;
+    if (const auto position = find(id)) {
+        auto list = rules();
+        editElement(list[*position], std::move(entry));
+        applyEdit(*position, std::move(list), "Edit " + rules()[*position].rule.name, joinKey);
     }
-    auto list = rules();
-    auto& element = list[*position];
-    const auto loaded = ruleFromElement(element);
-    const bool wasLoaded = element.loadedMessage.has_value();
-    editElement(element, std::move(entry));
-    const bool isLoaded = element.loadedMessage.has_value();
-    const bool applied = apply(std::move(list), "Edit " + loaded.name, joinKey);
-    if (const auto change = whatEditingChanges(loaded); change && applied && wasLoaded && !isLoaded) {
-        alert(ruleLabel(*position, loaded.name) +
+}
+
+void RuleListEditor::applyEdit(std::size_t position, RuleList after, const std::string& stepName,
+                               const std::string& joinKey) {
+    const auto& before = rules()[position];
+    const bool changesLoaded = before.loadedMessage.has_value() && !after[position].loadedMessage.has_value();
+    const auto loaded = ruleFromElement(before);
+    const bool applied = apply(std::move(after), stepName, joinKey);
+    if (const auto change = whatEditingChanges(loaded); change && applied && changesLoaded) {
+        alert(ruleLabel(position, loaded.name) +
               " was edited, which has changed more than you see: " + *change + ". Undo brings it back.");
     }
 }

@@ -66,6 +66,14 @@ public:
 
     /// Adds the default rule of this type at the end.
     void add(const MIDIRuleType& type);
+    /// Adds a rule at the end for each trigger, in one step; of two the second as `learn` makes it.
+    void addWaitingFor(const std::vector<RuleTriggerEntry>& triggers);
+    /// Adds a rule at the end that sends this.
+    void addSending(const RuleOutputEntry& output);
+    /// Lets the rule wait for the first trigger; its "Incoming" stays. A second trigger makes a copy of the
+    /// rule right after it, in the same step: it waits for that one, and sends Note Off where the rule sends
+    /// Note On.
+    void learn(const UUID& id, const std::vector<RuleTriggerEntry>& triggers);
     /// Adds a copy right after the rule, under the same name.
     void duplicate(const UUID& id);
     void remove(const UUID& id);
@@ -102,6 +110,8 @@ public:
     void dismissAlert() { model_->dismissAlert(); }
 
 private:
+    using Maker = std::function<RuleEntry(std::int64_t index)>;
+
     struct RulesNotShown {
         std::string reason;
         std::vector<Rule> rules;
@@ -118,6 +128,11 @@ private:
     [[nodiscard]] bool isBackAtRulesNotShown(const RuleListHistory& history) const;
     void bringBackRulesNotShown();
     void editWith(const UUID& id, RuleEntry entry, const std::string& joinKey = "");
+    /// Puts a list in the place of the shown one in which the rule at `position` was edited.
+    void applyEdit(std::size_t position, RuleList after, const std::string& stepName,
+                   const std::string& joinKey = "");
+    /// Adds rules at the end, in one step; each is made of the number that its name may have.
+    void append(const std::vector<Maker>& makers);
 
     std::shared_ptr<QuilloModel> model_;
     OnRulesChanged onRulesChanged_;

@@ -50,6 +50,86 @@ protected:
     RuleListEditor& editor = desk.editor;
 };
 
+TEST_F(RuleListEditorTest, ALearnedTriggerFillsEveryFieldButIncomingAndIsOneStep) {
+    desk.addNoteOn();
+    auto entry = editor.rules()[0].rule;
+    entry.trigger = {.type = TriggerEntryType::ProgramChange,
+                     .program = exactly(3),
+                     .passThrough = PassThroughV2::EatMatching};
+    entry.name = "Pedal";
+    editor.edit(desk.idOf(0), entry);
+    const auto before = editor.rules();
+    RuleTriggerEntry pedal{.type = TriggerEntryType::ControlChange,
+                           .channel = exactly(0),
+                           .controller = 64,
+                           .controllerValue = exactly(127)};
+    editor.learn(desk.idOf(0), {pedal});
+    pedal.passThrough = PassThroughV2::EatMatching;
+    EXPECT_EQ(editor.rules()[0].rule.trigger, pedal);
+    EXPECT_EQ(editor.undoName(), "Learn Pedal");
+    expectInstalled();
+    editor.undo();
+    EXPECT_EQ(editor.rules(), before);
+}
+
+TEST_F(RuleListEditorTest, WhatALearnedTriggerCannotFeedFallsBack) {
+    desk.addNoteOn();
+    auto entry = editor.rules()[0].rule;
+    entry.trigger.type = TriggerEntryType::NoteOn;
+    entry.output.note = triggerByte;
+    editor.edit(desk.idOf(0), entry);
+    editor.learn(desk.idOf(0), {{.type = TriggerEntryType::HostStart}});
+    EXPECT_EQ(editor.rules()[0].rule.output.note, byte(60));
+    expectInstalled();
+}
+
+const std::vector<RuleTriggerEntry> noteAndItsEnd{
+    {.type = TriggerEntryType::NoteOn, .channel = exactly(1), .note = exactly(48)},
+    {.type = TriggerEntryType::NoteOff, .channel = exactly(1), .note = exactly(48)}};
+
+TEST_F(RuleListEditorTest, ALearnedPairMakesBothRulesInOneStep) {
+    desk.addNoteOns(2);
+    const auto before = editor.rules();
+    editor.learn(desk.idOf(0), noteAndItsEnd);
+    EXPECT_EQ(desk.names(), (Names{"Message #1", "Message #1", "Message #2"}));
+    EXPECT_EQ(editor.rules()[0].rule.trigger, noteAndItsEnd[0]);
+    EXPECT_EQ(editor.rules()[0].rule.output.type, OutputEntryType::NoteOn);
+    EXPECT_EQ(editor.rules()[1].rule.trigger, noteAndItsEnd[1]);
+    EXPECT_EQ(editor.rules()[1].rule.output.type, OutputEntryType::NoteOff);
+    EXPECT_EQ(editor.rules()[0].id, before[0].id);
+    expectInstalled();
+    editor.undo();
+    EXPECT_EQ(editor.rules(), before);
+}
+
+TEST_F(RuleListEditorTest, ALearnedPairSendsNoteOffOnlyForNoteOn) {
+    editor.add(MIDIRuleType::OutputType{OutputEntryType::SystemExclusive});
+    editor.learn(desk.idOf(0), noteAndItsEnd);
+    EXPECT_EQ(editor.rules()[1].rule.output, editor.rules()[0].rule.output);
+}
+
+TEST_F(RuleListEditorTest, NewRulesForAPairAreOneStep) {
+    editor.addWaitingFor(noteAndItsEnd);
+    EXPECT_EQ(
+        desk.installed,
+        (std::vector{rule(onNoteOn(exactly(48), exactly(1)), send(noteOn(0, 60, 64)), "Message #1"),
+                     rule(onNoteOff(exactly(48), exactly(1)),
+                          send(protocol(StatusV2::noteOff, channel(0), byte(60), byte(64))), "Message #2")}));
+    editor.undo();
+    EXPECT_TRUE(editor.rules().empty());
+}
+
+TEST_F(RuleListEditorTest, ANewRuleSendsWhatItIsToldTo) {
+    RuleOutputEntry output;
+    output.type = OutputEntryType::ControlChange;
+    output.channel = channel(2);
+    output.controller = byte(7);
+    output.controllerValue = byte(9);
+    editor.addSending(output);
+    EXPECT_EQ(desk.installed, (std::vector{rule(onLoad(), send(controlChange(2, 7, 9)), "Message #1")}));
+    EXPECT_EQ(editor.undoName(), "Add Message #1");
+}
+
 TEST_F(RuleListEditorTest, ANewRuleStandsAtTheEndUnderTheNextNumber) {
     desk.addNoteOn();
     editor.add(MIDIRuleType::ControlChangeShortCut{123});
