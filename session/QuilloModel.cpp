@@ -121,6 +121,7 @@ void QuilloModel::dismissPanicAnswer() {
 }
 
 void QuilloModel::appendToInLog(const std::vector<EventLogEntry>& entries) {
+    inLogCount_ += entries.size();
     append(inLog_, entries, inLogObservers_);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <optional>
@@ -69,6 +70,8 @@ public:
 
     [[nodiscard]] const Log& inLog() const { return inLog_; }
     [[nodiscard]] const Log& outLog() const { return outLog_; }
+    /// How many entries the In log was ever given: by it the new ones are told.
+    [[nodiscard]] std::uint64_t inLogCount() const { return inLogCount_; }
     /// Appends in order and tells once; nothing happens for no entries.
     void appendToInLog(const std::vector<EventLogEntry>& entries);
     void appendToOutLog(const std::vector<EventLogEntry>& entries);
@@ -95,6 +98,7 @@ private:
     std::size_t waitingCount_ = 0;
     std::optional<std::string> panicAnswer_;
     Log inLog_{logCapacity};
+    std::uint64_t inLogCount_ = 0;
     Log outLog_{logCapacity};
     Observers rulesObservers_;
     Observers alertObservers_;

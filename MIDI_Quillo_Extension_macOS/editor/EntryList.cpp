@@ -13,11 +13,12 @@ namespace quillo {
 
 namespace {
 
-constexpr int rowHeight = 15;
+constexpr int rowHeight = style::logRowHeight;
 constexpr int indent = 6;
 /// Keeps the rows off the border and the focus ring.
 constexpr int margin = 3;
 constexpr int groundLift = -5;
+constexpr int buttonGap = 4;
 
 }  // namespace
 
@@ -43,6 +44,68 @@ EntryList::~EntryList() {
     list_.setModel(nullptr);
 }
 
+void EntryList::setActions(std::vector<EntryAction> actions) {
+    actions_ = std::move(actions);
+    buttons_.clear();
+    for (const auto& action : actions_) {
+        buttons_.push_back(std::make_unique<EntryButton>(action.label, [this, act = action.act] {
+            if (const auto event = chosen_) {
+                act(*event);
+            }
+        }));
+        addChildComponent(*buttons_.back());
+    }
+    layOutButtons();
+}
+
+void EntryList::setActionLabel(std::size_t action, const juce::String& label) {
+    buttons_[action]->setLabel(label);
+    layOutButtons();
+}
+
+const EventLogEntryVariants* EntryList::chosen() const {
+    return chosen_ ? &*chosen_ : nullptr;
+}
+
+int EntryList::buttonsWidth() const {
+    int width = 0;
+    for (const auto& button : buttons_) {
+        width += button->preferredWidth() + buttonGap;
+    }
+    return width;
+}
+
+/// At the end of the chosen row, while that is in sight. The keyboard stays in the list when they go.
+void EntryList::layOutButtons() {
+    const auto row = rowArea(list_.getSelectedRow());
+    const auto area = getLocalBounds().reduced(margin);
+    const bool seen = chosen_ && area.getY() <= row.getCentreY() && row.getCentreY() < area.getBottom();
+    auto place = row.withWidth(list_.getVisibleRowWidth()).withTrimmedRight(buttonGap / 2);
+    place.removeFromLeft(place.getWidth() - buttonsWidth());
+    for (std::size_t action = 0; action < buttons_.size(); ++action) {
+        auto& button = *buttons_[action];
+        if (!seen && button.hasKeyboardFocus(false)) {
+            list_.grabKeyboardFocus();
+        }
+        button.setVisible(seen);
+        button.setEnabled(chosen_ && actions_[action].works(*chosen_));
+        button.setBounds(place.removeFromLeft(button.preferredWidth()));
+        place.removeFromLeft(buttonGap);
+    }
+}
+
+void EntryList::chosenChanged() {
+    const bool one = list_.getNumSelectedRows() == 1;
+    auto now =
+        one ? std::optional(shown_[static_cast<std::size_t>(list_.getSelectedRow())].variants) : std::nullopt;
+    const bool changed = now != chosen_;
+    chosen_ = std::move(now);
+    layOutButtons();
+    if (changed) {
+        onChoose();
+    }
+}
+
 void EntryList::refresh() {
     if (!held_ || entries_().empty()) {
         showNewest();
@@ -61,6 +124,7 @@ void EntryList::showNewest() {
     }
     list_.repaint();
     hold();
+    chosenChanged();
 }
 
 bool EntryList::showsEnd() const {
@@ -107,10 +171,22 @@ void EntryList::backgroundClicked(const juce::MouseEvent& /*event*/) {
 
 void EntryList::selectedRowsChanged(int /*last*/) {
     hold();
+    if (!updating_) {
+        chosenChanged();
+    }
 }
 
 void EntryList::listWasScrolled() {
     hold();
+    layOutButtons();
+}
+
+void EntryList::chooseOrUse() {
+    if (list_.getNumSelectedRows() == 0) {
+        choose(rows() - 1);
+    } else if (const auto event = chosen_) {
+        onReturn(*event);
+    }
 }
 
 bool EntryList::keyPressed(const juce::KeyPress& key, juce::Component* /*origin*/) {
@@ -121,6 +197,8 @@ bool EntryList::keyPressed(const juce::KeyPress& key, juce::Component* /*origin*
         showNewest();
     } else if (key == juce::KeyPress::upKey && !selected && rows() > 0) {
         list_.selectRow(rows() - 1);
+    } else if (key == juce::KeyPress::returnKey) {
+        chooseOrUse();
     } else {
         return false;
     }
@@ -136,6 +214,7 @@ void EntryList::resized() {
         }
     }
     refresh();
+    layOutButtons();
 }
 
 void EntryList::focusOfChildComponentChanged(FocusChangeType /*cause*/) {
@@ -158,16 +237,23 @@ void EntryList::paintOverChildren(juce::Graphics& graphics) {
     }
 }
 
+/// Where there is too little room, the time goes first.
+juce::String EntryList::shownText(int row, int room) const {
+    const auto whole = text(row);
+    return entryFont().getStringWidth(whole) > room ? whole.fromFirstOccurrenceOf("] ", false, false) : whole;
+}
+
 void EntryList::paintListBoxItem(int row, juce::Graphics& graphics, int width, int height, bool selected) {
     const auto palette = environment<PaletteKey>(*this);
-    graphics.setColour(displayColour(palette.primaryText));
     if (selected) {
+        graphics.setColour(displayColour(style::chosen(palette)));
         graphics.fillRect(0, 0, width, height);
-        graphics.setColour(displayColour(palette.background));
     }
+    const auto room = width - 2 * indent - (selected && chosen_ ? buttonsWidth() : 0);
+    graphics.setColour(displayColour(palette.primaryText));
     graphics.setFont(entryFont());
-    graphics.drawText(text(row), indent, 0, width - 2 * indent, height, juce::Justification::centredLeft,
-                      true);
+    graphics.drawText(selected && chosen_ ? shownText(row, room) : text(row), indent, 0, room, height,
+                      juce::Justification::centredLeft, true);
 }
 
 }  // namespace quillo

@@ -11,12 +11,20 @@ namespace quillo {
 namespace {
 
 constexpr MyWrappingHStack::Spacing spacing{style::fieldGap, style::fieldGap};
+constexpr int buttonGap = 6;
 
 }  // namespace
 
 FieldSection::FieldSection(const juce::String& label) : label_(label), stack_(spacing) {
     setTitle(label);
     addAndMakeVisible(stack_);
+}
+
+void FieldSection::setLabelButton(juce::Component& button, int size) {
+    labelButton_ = &button;
+    button.setSize(size, size);
+    button.setExplicitFocusOrder(1);
+    addAndMakeVisible(button);
 }
 
 void FieldSection::setFields(const FieldPlans& plans) {
@@ -65,18 +73,28 @@ void FieldSection::resized() {
     }
     stack_.setBounds(area);
     stack_.resized();
+    if (labelButton_ != nullptr) {
+        const auto label = labelArea();
+        const auto x = label.getX() + textWidth(label_, style::valueText) + buttonGap;
+        labelButton_->setTopLeftPosition(x, label.getCentreY() - labelButton_->getHeight() / 2);
+    }
+}
+
+juce::Rectangle<int> FieldSection::labelArea() const {
+    if (isNarrow(getWidth())) {
+        return getLocalBounds().removeFromTop(style::sectionLabelHeight);
+    }
+    return FieldView::valueArea(getLocalBounds()
+                                    .removeFromTop(FieldView::preferredHeight(true))
+                                    .withTrimmedTop(style::captionHeight)
+                                    .removeFromLeft(style::sectionLabelWidth));
 }
 
 void FieldSection::paint(juce::Graphics& graphics) {
-    const auto narrow = isNarrow(getWidth());
-    const auto area = narrow ? getLocalBounds().removeFromTop(style::sectionLabelHeight)
-                             : FieldView::valueArea(getLocalBounds()
-                                                        .removeFromTop(FieldView::preferredHeight(true))
-                                                        .withTrimmedTop(style::captionHeight)
-                                                        .removeFromLeft(style::sectionLabelWidth));
     graphics.setColour(displayColour(environment<PaletteKey>(*this).secondaryText));
     graphics.setFont(textFont(style::valueText));
-    graphics.drawText(label_, area, narrow ? juce::Justification::topLeft : juce::Justification::centredLeft,
+    graphics.drawText(label_, labelArea(),
+                      isNarrow(getWidth()) ? juce::Justification::topLeft : juce::Justification::centredLeft,
                       true);
 }
 

@@ -18,6 +18,9 @@ class FieldSection : public juce::Component {
 public:
     explicit FieldSection(const juce::String& label);
 
+    /// Stands behind the label from now on; the keyboard reaches it before the fields.
+    void setLabelButton(juce::Component& button, int size);
+
     /// Makes the fields anew.
     void setFields(const FieldPlans& plans);
     /// The values may have changed; the fields are the same.
@@ -34,8 +37,10 @@ public:
 private:
     [[nodiscard]] static bool isNarrow(int width);
     [[nodiscard]] static int stackWidth(int width);
+    [[nodiscard]] juce::Rectangle<int> labelArea() const;
 
     juce::String label_;
+    juce::Component* labelButton_ = nullptr;
     MyWrappingHStack stack_;
     std::vector<std::unique_ptr<ColoredField>> fields_;
 };

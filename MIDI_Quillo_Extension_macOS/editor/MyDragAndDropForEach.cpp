@@ -84,6 +84,10 @@ void MyDragAndDropForEach::refreshRow(const UUID& item) {
     keepingPlace([&] { heights_.erase(item); });
 }
 
+void MyDragAndDropForEach::refreshRows() {
+    keepingPlace([&] { heights_.clear(); });
+}
+
 void MyDragAndDropForEach::rebuildRow(const UUID& item) {
     keepingPlace([&] {
         heights_.erase(item);

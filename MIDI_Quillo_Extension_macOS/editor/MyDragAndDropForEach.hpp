@@ -48,6 +48,8 @@ public:
 
     /// The row's height may have changed; its view stays.
     void refreshRow(const UUID& item);
+    /// So may those of all rows.
+    void refreshRows();
     /// The row's view is made anew.
     void rebuildRow(const UUID& item);
     /// The view made for an item, or null while there is none.

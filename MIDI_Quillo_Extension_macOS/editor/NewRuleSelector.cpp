@@ -19,8 +19,9 @@ constexpr int buttonHeight = 26;
 
 }  // namespace
 
-NewRuleSelector::NewRuleSelector(std::function<void(const MIDIRuleType&)> onAdd)
-    : onAdd_(std::move(onAdd)), button_("Add new", [this] { openMenu(); }) {
+NewRuleSelector::NewRuleSelector(std::function<void(const MIDIRuleType&)> onAdd,
+                                 std::function<void(juce::Component&)> onLearn)
+    : onAdd_(std::move(onAdd)), onLearn_(std::move(onLearn)), button_("Add new", [this] { openMenu(); }) {
     addAndMakeVisible(button_);
 }
 
@@ -33,8 +34,21 @@ void NewRuleSelector::openMenu() {
     for (const auto& item : outputTypeMenu()) {
         labels.push_back(juceText(item.label));
     }
+    labels.push_back(juceText("Learn a trigger …"));
     PopupMenuOverlay::open(button_, button_.getLocalBounds(), {"Add new", std::move(labels), {}},
-                           [onAdd = onAdd_](std::size_t row) { onAdd(outputTypeMenu()[row].value); });
+                           [selector = SafePointer(this)](std::size_t row) {
+                               if (selector != nullptr) {
+                                   selector->pick(row);
+                               }
+                           });
+}
+
+void NewRuleSelector::pick(std::size_t row) {
+    if (row < outputTypeMenu().size()) {
+        onAdd_(outputTypeMenu()[row].value);
+    } else {
+        onLearn_(button_);
+    }
 }
 
 void NewRuleSelector::resized() {

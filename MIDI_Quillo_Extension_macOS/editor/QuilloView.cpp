@@ -7,9 +7,11 @@
 #include <utility>
 
 #include "editor/AlertView.hpp"
+#include "editor/EntryRules.hpp"
 #include "editor/FieldPlan.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/InstalledFiles.hpp"
+#include "editor/LearnOverlay.hpp"
 #include "editor/PanicKey.hpp"
 #include "editor/PresetExchange.hpp"
 #include "editor/Style.hpp"
@@ -81,12 +83,15 @@ QuilloView::QuilloView(EditorUnit& unit)
     list_.makeRow = [this](const UUID& id) -> std::unique_ptr<juce::Component> { return makeCard(id); };
     list_.heightOfRow = [this](const UUID& id, int width) {
         const auto* rule = entry(id);
-        return rule != nullptr ? RuleView::heightFor(*rule, width) : 0;
+        return rule != nullptr ? RuleView::heightFor(*rule, width, why_.remark(id)) : 0;
     };
     list_.onMove = [this](const UUID& id, std::size_t position) { editor_.move(id, position); };
-    auto selector = std::make_unique<NewRuleSelector>([this](const MIDIRuleType& type) { addRule(type); });
+    auto selector = std::make_unique<NewRuleSelector>(
+        [this](const MIDIRuleType& type) { addRule([&] { editor_.add(type); }); },
+        [this](juce::Component& opener) { learnNewRule(opener); });
     newRuleSelector_ = selector.get();
     list_.setFooter(std::move(selector), [](int /*width*/) { return NewRuleSelector::preferredHeight(); });
+    setUpLogs();
     editor_.setOnWalk([this](const UUID& id) { list_.scrollTo(id); });
     juce::Desktop::getInstance().addFocusChangeListener(this);
     addAndMakeVisible(header_);
@@ -133,7 +138,9 @@ std::unique_ptr<RuleView> QuilloView::makeCard(const UUID& id) {
         data, RuleViewActions{[this, id](TriggerEntryType type) { editor_.changeTriggerType(id, type); },
                               [this, id](const MIDIRuleType& type) { changeOutputType(id, type); },
                               [this, id] { editor_.duplicate(id); }, [this, id] { removeRule(id); },
-                              [this, id] { editor_.send(id); }});
+                              [this, id] { editor_.send(id); },
+                              [this, id](LearnButton& button) { learnTrigger(id, button); }});
+    card->showReason(why_.remark(id));
     if (const auto* hits = hitsOf(id)) {
         card->showHits(*hits);
     }
@@ -177,12 +184,80 @@ void QuilloView::changeOutputType(const UUID& id, const MIDIRuleType& type) {
     editor_.edit(id, std::move(changed));
 }
 
-void QuilloView::addRule(const MIDIRuleType& type) {
+void QuilloView::addRule(const std::function<void()>& add) {
     const auto count = editor_.rules().size();
-    editor_.add(type);
+    add();
     if (editor_.rules().size() > count) {
-        list_.scrollTo(editor_.rules().back().id);
+        list_.scrollTo(editor_.rules()[count].id);
     }
+}
+
+/// Learned for a rule that is there, or for a new one.
+void QuilloView::learnTrigger(const UUID& id, LearnButton& button) {
+    LearnOverlay::open(button, model_, [this, id](const std::vector<RuleTriggerEntry>& triggers) {
+        editor_.learn(id, triggers);
+    });
+}
+
+void QuilloView::learnNewRule(juce::Component& opener) {
+    LearnOverlay::open(opener, model_, [this](const std::vector<RuleTriggerEntry>& triggers) {
+        addRule([&] { editor_.addWaitingFor(triggers); });
+    });
+}
+
+/// What came in can be asked about and waited for, what went out be sent again.
+void QuilloView::setUpLogs() {
+    auto& in = logger_.openedForm().inList();
+    const auto always = [](const EventLogEntryVariants&) { return true; };
+    const auto toggleWhy = [this](const EventLogEntryVariants& event) {
+        why_.isOpen() ? endWhy() : askWhy(event);
+    };
+    in.setActions({{"Why", toggleWhy, always},
+                   {"New rule",
+                    [this](const EventLogEntryVariants& event) {
+                        addRule([&] { editor_.addWaitingFor({*triggerFor(event)}); });
+                    },
+                    [](const EventLogEntryVariants& event) { return triggerFor(event).has_value(); }}});
+    in.onReturn = toggleWhy;
+    in.onChoose = [this] { followChosenEntry(); };
+    logger_.openedForm().outList().setActions(
+        {{"New rule",
+          [this](const EventLogEntryVariants& event) {
+              addRule([&] { editor_.addSending(*outputFor(event)); });
+          },
+          [](const EventLogEntryVariants& event) { return outputFor(event).has_value(); }}});
+}
+
+/// An open question goes on with the next entry that is chosen, and ends with none.
+void QuilloView::followChosenEntry() {
+    const auto* event = logger_.openedForm().inList().chosen();
+    if (why_.isOpen() && event != nullptr) {
+        askWhy(*event);
+    } else if (why_.isOpen()) {
+        endWhy();
+    }
+}
+
+void QuilloView::askWhy(const EventLogEntryVariants& event) {
+    why_.ask(event);
+    logger_.openedForm().inList().setActionLabel(0, "Close");
+    showReasons();
+    if (const auto& first = why_.firstConcerned()) {
+        list_.scrollTo(*first);
+    }
+}
+
+void QuilloView::endWhy() {
+    why_.close();
+    logger_.openedForm().inList().setActionLabel(0, "Why");
+    showReasons();
+}
+
+void QuilloView::showReasons() {
+    list_.forEachRow([this](std::size_t position, juce::Component& row) {
+        dynamic_cast<RuleView&>(row).showReason(why_.remark(list_.items()[position]));
+    });
+    list_.refreshRows();
 }
 
 /// Deleted by keys, the neighbour has the keyboard; else nothing that goes has it.
@@ -214,6 +289,7 @@ void QuilloView::focusDeleteButton(std::size_t position) {
 /// Cards stay with their rules; only those whose rule is another one than before are refreshed.
 void QuilloView::rulesChanged() {
     const auto before = std::exchange(shown_, editor_.rules());
+    why_.askAgain();
     std::map<UUID, const RuleEntry*> shownBefore;
     for (const auto& element : before) {
         shownBefore.emplace(element.id, &element.rule);
@@ -234,6 +310,9 @@ void QuilloView::rulesChanged() {
             }
             list_.refreshRow(element.id);
         }
+    }
+    if (why_.isOpen()) {
+        showReasons();
     }
     header_.refresh();
     list_.setVisible(!editor_.whyNotEditable());
@@ -342,6 +421,10 @@ bool QuilloView::keyPressed(const juce::KeyPress& key) {
     const auto is = [&key](juce::juce_wchar character, int modifiers) {
         return key == juce::KeyPress(character, juce::ModifierKeys(modifiers), 0);
     };
+    if (is(juce::KeyPress::escapeKey, 0) && why_.isOpen()) {
+        endWhy();
+        return true;
+    }
     const int command = juce::ModifierKeys::commandModifier;
     if (is('z', command)) {
         editor_.undo();

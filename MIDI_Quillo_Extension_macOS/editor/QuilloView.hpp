@@ -17,6 +17,7 @@
 #include "editor/InOutLogger.hpp"
 #include "editor/MyDragAndDropForEach.hpp"
 #include "editor/NewRuleSelector.hpp"
+#include "editor/OpenQuestion.hpp"
 #include "editor/OverlayHost.hpp"
 #include "editor/PanicAnswer.hpp"
 #include "editor/PresetBrowserView.hpp"
@@ -37,7 +38,8 @@ struct FilePanels {
 /// Menus, the alert and the file browser open inside it; nothing opens over an alert, and an alert waits
 /// until the menu or the file browser that is open is closed. Ctrl+Z and Ctrl+Shift+Z or Ctrl+Y undo and
 /// redo, and scroll to the rule that they change; Ctrl+Shift+P is "Panic", also while something is open, and what
-/// that did is shown over the list for a while. Tab enters while nothing in it has the keyboard focus,
+/// that did is shown over the list for a while. While the question is open why an event did what it did, each card
+/// says what it did there; Escape closes it. Tab enters while nothing in it has the keyboard focus,
 /// beside what had it last. A preset file dropped on it is imported; while it is dragged over the editor, a
 /// hint says so. The owner of the window hands it the keys that nothing in it has used. [main] only.
 class QuilloView final : public juce::Component,
@@ -83,10 +85,17 @@ private:
     [[nodiscard]] const RuleEntry* entry(const UUID& id) const;
     [[nodiscard]] const RuleHits* hitsOf(const UUID& id) const;
     void changeOutputType(const UUID& id, const MIDIRuleType& type);
-    void addRule(const MIDIRuleType& type);
+    void addRule(const std::function<void()>& add);
     void removeRule(const UUID& id);
     void focusDeleteButton(std::size_t position);
     void rulesChanged();
+    void setUpLogs();
+    void askWhy(const EventLogEntryVariants& event);
+    void endWhy();
+    void followChosenEntry();
+    void showReasons();
+    void learnTrigger(const UUID& id, LearnButton& button);
+    void learnNewRule(juce::Component& opener);
     void showAlert();
     void showPanicAnswer();
     void dismissPanicAnswer();
@@ -99,6 +108,7 @@ private:
     EditorUnit& unit_;
     std::shared_ptr<QuilloModel> model_;
     RuleListEditor editor_;
+    OpenQuestion why_{unit_, editor_};
     Header header_;
     MyDragAndDropForEach list_;
     InOutLogger logger_;

@@ -52,6 +52,7 @@ RuleView::RuleView(Binding<RuleEntry> data, RuleViewActions actions)
       actions_(std::move(actions)),
       shape_(shape()),
       header_(fieldBinding(data_, &RuleEntry::name)),
+      learn_([this] { actions_.onLearn(learn_); }),
       trigger_(juceText(triggerCaption)),
       output_(juceText(messageCaption)),
       buttons_(fieldBinding(data_, &RuleEntry::output), actions_.onDuplicate, actions_.onDelete,
@@ -60,6 +61,7 @@ RuleView::RuleView(Binding<RuleEntry> data, RuleViewActions actions)
                                                               &output_, &buttons_}) {
         addAndMakeVisible(*part);
     }
+    trigger_.setLabelButton(learn_, LearnButton::size);
     setTitle(juceText(data_.get().name));
     setFocusContainerType(FocusContainerType::none);
     makeFields();

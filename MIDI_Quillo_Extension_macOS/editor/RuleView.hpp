@@ -10,6 +10,7 @@
 #include "editor/Binding.hpp"
 #include "editor/Environment.hpp"
 #include "editor/FieldSection.hpp"
+#include "editor/LearnButton.hpp"
 #include "editor/MyDragAndDropForEachDragHandle.hpp"
 #include "editor/RuleButtons.hpp"
 #include "editor/RuleHeaderView.hpp"
@@ -27,6 +28,8 @@ struct RuleViewActions {
     std::function<void()> onDuplicate;
     std::function<void()> onDelete;
     std::function<void()> onSend;
+    /// The button asks for the trigger to be learned.
+    std::function<void(LearnButton& button)> onLearn;
 };
 
 /// The card of one rule: the grip it is dragged by, the name, the trigger, the message and the buttons. Every
@@ -65,6 +68,7 @@ public:
     [[nodiscard]] FieldSection& output() { return output_; }
     [[nodiscard]] RuleHeaderView& header() { return header_; }
     [[nodiscard]] RuleStatus& status() { return status_; }
+    [[nodiscard]] LearnButton& learnButton() { return learn_; }
     [[nodiscard]] RuleButtons& buttons() { return buttons_; }
 
     void resized() override;
@@ -92,6 +96,7 @@ private:
     MyDragAndDropForEachDragHandle handle_;
     RuleHeaderView header_;
     RuleStatus status_;
+    LearnButton learn_;
     FieldSection trigger_;
     FieldSection output_;
     RuleButtons buttons_;

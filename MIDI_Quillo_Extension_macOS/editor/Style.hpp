@@ -62,6 +62,9 @@ inline constexpr int headerHeight = 45;
 inline constexpr int logBarHeight = 30;
 inline constexpr int barPadding = 12;
 
+/// Logs.
+inline constexpr int logRowHeight = 15;
+
 /// Menus.
 inline constexpr int menuRowHeight = 22;
 inline constexpr int menuMargin = 4;
@@ -99,6 +102,11 @@ inline constexpr float disabledAlpha = 0.4F;
 }
 [[nodiscard]] constexpr MyRGB litEdge(const Palette& palette) {
     return lifted(palette.borders, 100);
+}
+
+/// The row of a log that is chosen.
+[[nodiscard]] constexpr MyRGB chosen(const Palette& palette) {
+    return mixed(palette.background, palette.triggerInput, 22);
 }
 
 /// What stops things: the line around its button, and its words.

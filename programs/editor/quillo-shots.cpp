@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Draws the editor's views, and those of the presets that it is given, to PNG files, without a display.
+#include <algorithm>
+#include <array>
 #include <exception>
 #include <filesystem>
 #include <iostream>
 #include <span>
 #include <string>
+#include <utility>
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
 #include "editor/Fonts.hpp"
 #include "editor/InstalledFiles.hpp"
+#include "editor/LearnOverlay.hpp"
 #include "editor/PresetBrowserView.hpp"
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
@@ -90,6 +94,11 @@ public:
     }
 
     [[nodiscard]] QuilloView& view() { return desk_.view(); }
+
+    void hear(const std::vector<std::vector<std::uint8_t>>& messages) {
+        desk_.render(512, messages);
+        show();
+    }
 
     /// Lets the editor see what has happened. What waits is copied within some blocks.
     void show() {
@@ -227,6 +236,110 @@ void showBrowser(Photographer& photographer) {
     take("drop");
 }
 
+/// The sizes in which what an editor shows beside its cards is drawn.
+constexpr std::array smallAndLarge{std::pair(500, 250), std::pair(820, 640)};
+
+/// "why-500x250".
+juce::String sized(const juce::String& name, const juce::Component& view) {
+    return name + "-" + juce::String(view.getWidth()) + "x" + juce::String(view.getHeight());
+}
+
+void press(juce::Component& button) {
+    button.keyPressed(juce::KeyPress(juce::KeyPress::returnKey));
+}
+
+void openLogs(QuilloView& view) {
+    view.logger().toggle();
+    view.logger().advance(InOutLogger::movement);
+}
+
+/// Asks why of the newest entry of the In log.
+void askWhy(QuilloView& view) {
+    auto& in = view.logger().openedForm().inList();
+    in.choose(in.rows() - 1);
+    press(in.actionButton(0));
+}
+
+/// A chosen entry, and the reasons that the cards give when it is asked about.
+void showReasons(Photographer& photographer) {
+    for (const auto& [width, height] : smallAndLarge) {
+        Performance performance;
+        auto& view = performance.view();
+        view.setSize(width, height);
+        openLogs(view);
+        auto& in = view.logger().openedForm().inList();
+        in.choose(in.rows() - 1);
+        photographer.take(view, sized("chosen", view));
+        askWhy(view);
+        photographer.take(view, sized("why", view));
+    }
+}
+
+void showLearning(Photographer& photographer) {
+    for (const auto& [width, height] : smallAndLarge) {
+        Performance performance;
+        auto& view = performance.view();
+        view.setSize(width, height);
+        press(view.card(view.editor().rules()[0].id)->learnButton());
+        photographer.take(view, sized("learn-nothing-yet", view));
+        performance.hear({{0x90, 60, 100}, {0xB0, 64, 0}, {0xB0, 64, 60}, {0xB0, 64, 127}});
+        photographer.take(view, sized("learn", view));
+    }
+}
+
+/// A pedal learns to call strings, in six pictures.
+class Film {
+public:
+    explicit Film(Photographer& photographer) : photographer_(photographer) { view().setSize(600, 330); }
+
+    void show() {
+        take();
+        press(view().card(rule())->learnButton());
+        take();
+        tread();
+        take();
+        pick("CC 64 : Sustain, value 127, channel 1");
+        take();
+        openLogs(view());
+        tread();
+        take();
+        askWhy(view());
+        take();
+    }
+
+private:
+    static std::vector<Rule> strings() {
+        RuleEntry entry;
+        entry.name = "Strings";
+        entry.output.type = OutputEntryType::ProgramChange;
+        entry.output.program = GenericByteV2::Value{48};
+        return {ruleFromEntry(entry)};
+    }
+
+    QuilloView& view() { return desk_.view(); }
+    UUID rule() { return view().editor().rules()[0].id; }
+
+    /// Down and up.
+    void tread() {
+        desk_.render(24000, {{0xB0, 64, 127}});
+        desk_.render(24000, {{0xB0, 64, 0}});
+        desk_.drain();
+        view().advance(0);
+    }
+
+    void pick(const std::string& words) {
+        auto& learning = dynamic_cast<LearnOverlay&>(*view().overlay());
+        const auto offer = std::ranges::find(learning.offers(), words, &TriggerOffer::words);
+        learning.pick(static_cast<int>(offer - learning.offers().begin()));
+    }
+
+    void take() { photographer_.take(view(), "film-pedal-" + juce::String(++pictures_)); }
+
+    Photographer& photographer_;
+    Desk desk_{strings()};
+    int pictures_ = 0;
+};
+
 void showCards(Photographer& photographer) {
     std::vector<Rule> rules;
     for (const auto& item : outputTypeMenu()) {
@@ -263,6 +376,9 @@ void showAll(const juce::File& folder, std::span<char*> presets) {
     showScales(photographer);
     showOverlays(photographer);
     showBrowser(photographer);
+    showReasons(photographer);
+    showLearning(photographer);
+    Film(photographer).show();
     showCards(photographer);
     showMany(photographer);
     for (const auto* preset : presets) {
