@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <span>
 
+#include "audiounit/platform/AURenderEvent.hpp"
 #include "engine/MIDIMessage.hpp"
 #include "engine/SampleTime.hpp"
 #include "platform/OSStatus.hpp"
