@@ -128,6 +128,7 @@ TEST_F(SessionWatchTest, AStateThatIsRestoredBeginsToCountAnew) {
     session.install({swap});
     openEditor();
     block(500, {{0, {0x90, 60, 1}}});
+    edit({swap, pedal});
     ASSERT_EQ(session.restore(PluginData{{swap}}.write()), std::nullopt);
     session.drain();
     EXPECT_EQ(model().hits(), std::vector<RuleHits>(1));
