@@ -21,7 +21,6 @@ std::optional<LV2Event> LV2EventReader::next() QUILLO_REALTIME {
     const auto head = lv2Value<LV2_Atom_Event>(left_);
     const auto rest = left_.subspan(sizeof(LV2_Atom_Event));
     if (rest.size() < head.body.size) {
-        left_ = {};
         return std::nullopt;
     }
     left_ = lv2Behind(rest, head.body.size);

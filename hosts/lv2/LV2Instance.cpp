@@ -23,10 +23,12 @@ LV2Instance::LV2Instance(double sampleRate, LV2_URID_Map& map)
 }
 
 void LV2Instance::connect(std::uint32_t port, void* data) QUILLO_REALTIME {
-    switch (port) {
-    case inPort: in_ = static_cast<const LV2_Atom_Sequence*>(data); break;
-    case outPort: out_ = static_cast<LV2_Atom_Sequence*>(data); break;
-    default: audio_.connect(port - firstAudioPort, static_cast<float*>(data)); break;
+    if (port == inPort) {
+        in_ = static_cast<const LV2_Atom_Sequence*>(data);
+    } else if (port == outPort) {
+        out_ = static_cast<LV2_Atom_Sequence*>(data);
+    } else {
+        audio_.connect(port - firstAudioPort, static_cast<float*>(data));
     }
 }
 

@@ -148,9 +148,9 @@ TEST_F(LV2Hostile, PositionsThatAreNoneAreLeftOut) {
                    LV2ObjectBody(position).addNumber(LV2_TIME__speed, LV2_ATOM__Float, speed).bytes());
     }
     auto cut = LV2ObjectBody(position).addNumber(LV2_TIME__speed, LV2_ATOM__Float, 1.0F).bytes();
-    for (std::size_t size = cut.size() - 1; size > 0; --size) {
-        cut.resize(size);
-        events.add(0, object, cut);
+    for (std::int64_t time = 1; cut.size() > 1; ++time) {
+        cut.pop_back();
+        events.add(time, object, cut);
     }
     EXPECT_EQ(sentFor(events), Messages{});
     EXPECT_EQ(sentFor(LV2Sequence().addPosition(3, 1.0, 0)), (Messages{{3, {0xB0, 20, 1}}}));
