@@ -13,7 +13,7 @@ namespace {
 /// A decimal number as digits times a power of ten.
 struct Decimal {
     bool negative = false;
-    std::string digits;  ///< without zeros at either end; empty for 0
+    std::string digits;  ///< without zeros at their end; empty for 0
     std::int64_t exponent = 0;
 };
 
@@ -35,7 +35,6 @@ std::int64_t parseExponent(std::string_view text) {
 }
 
 void trimZeros(Decimal& decimal) {
-    decimal.digits.erase(0, decimal.digits.find_first_not_of('0'));
     while (decimal.digits.ends_with('0')) {
         decimal.digits.pop_back();
         ++decimal.exponent;

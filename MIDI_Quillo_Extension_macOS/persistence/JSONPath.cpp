@@ -8,8 +8,8 @@ std::string JSONPath::text() const {
         return {};
     }
     const auto around = parent_->text();
-    if (isElement_) {
-        return around + "[" + std::to_string(index_) + "]";
+    if (index_) {
+        return around + "[" + std::to_string(*index_) + "]";
     }
     return around + (around.empty() ? "" : ".") + std::string(key_);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -19,7 +20,7 @@ public:
     JSONPath(const JSONPath& object, std::string_view key) : parent_(&object), key_(key) {}
 
     /// An element of an array.
-    JSONPath(const JSONPath& array, std::size_t index) : parent_(&array), index_(index), isElement_(true) {}
+    JSONPath(const JSONPath& array, std::size_t index) : parent_(&array), index_(index) {}
 
     /// `rules[3].trigger`; empty for the whole document.
     [[nodiscard]] std::string text() const;
@@ -27,8 +28,7 @@ public:
 private:
     const JSONPath* parent_ = nullptr;
     std::string_view key_;
-    std::size_t index_ = 0;
-    bool isElement_ = false;
+    std::optional<std::size_t> index_;  ///< of an element
 };
 
 }  // namespace quillo

@@ -185,6 +185,14 @@ TEST_F(CLAPTransport, InSecondsThatFollowFromTheBeatsDoesNotJumpWithTheTempo) {
     EXPECT_EQ(heard(), (Timed{{0, goOn}}));
 }
 
+TEST_F(CLAPTransport, InSecondsJumpsThoughTheBeatsGoOnWhereTheTempoBeforeIsUnknown) {
+    auto unknown = inBoth(8.0, 120.0);
+    unknown.flags &= ~std::uint32_t{CLAP_TRANSPORT_HAS_TEMPO};
+    host.process(48000, &unknown);
+    play(inBoth(9.0, 120.0));
+    EXPECT_EQ(heard(), (Timed{{0, goOn}, {48000, goOn}}));
+}
+
 TEST_F(CLAPTransport, InSecondsThatFollowFromTheBeatsDoesNotJumpWhileTheTempoChangesThroughLongBlocks) {
     double beats = 8.0;
     double tempo = 120.0;
