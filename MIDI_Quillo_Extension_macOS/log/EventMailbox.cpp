@@ -13,14 +13,15 @@ EventMailbox::EventMailbox() : nodes_(2 * maximumHeight + 1) {
     }
 }
 
+/// Only the poster adds to the stack: what it finds there, here and below, it has written itself.
 void EventMailbox::post(const EventLogEntry& entry) QUILLO_REALTIME {
     auto* node = takeFreeNode();
     node->entry = entry;
-    auto* top = posted_.load(std::memory_order_acquire);
+    auto* top = posted_.load(std::memory_order_relaxed);
     do {
         node->below = top;
         node->height = top != nullptr ? top->height + 1 : 1;
-    } while (!posted_.compare_exchange_weak(top, node, std::memory_order_release, std::memory_order_acquire));
+    } while (!posted_.compare_exchange_weak(top, node, std::memory_order_release, std::memory_order_relaxed));
     if (node->height == maximumHeight) {
         dropOldest();
     }
@@ -35,9 +36,9 @@ EventMailbox::Node* EventMailbox::takeFreeNode() QUILLO_REALTIME {
     return node;
 }
 
-/// Only the poster adds to the stack, so that what it has taken off it can put back as it was.
+/// For the same reason it can put back as it was what it has taken off.
 void EventMailbox::dropOldest() QUILLO_REALTIME {
-    auto* top = posted_.exchange(nullptr, std::memory_order_acquire);
+    auto* top = posted_.exchange(nullptr, std::memory_order_relaxed);
     if (top == nullptr) {
         return;
     }

@@ -7,7 +7,7 @@ namespace quillo {
 
 LogCallback& LogCallback::operator=(Function function) {
     if (!function) {
-        current_.store(nullptr, std::memory_order_release);
+        current_.store(nullptr, std::memory_order_relaxed);
         return *this;
     }
     given_.push_back(std::make_unique<const Function>(std::move(function)));
@@ -16,7 +16,7 @@ LogCallback& LogCallback::operator=(Function function) {
 }
 
 void LogCallback::also(Function function) {
-    const auto* before = current_.load(std::memory_order_acquire);
+    const auto* before = current_.load(std::memory_order_relaxed);
     if (before == nullptr) {
         *this = std::move(function);
         return;

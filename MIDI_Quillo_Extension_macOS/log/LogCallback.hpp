@@ -28,7 +28,7 @@ public:
 
     /// [render] Whether anybody listens. Most of the time nobody does, and then no entry need be made.
     explicit operator bool() const QUILLO_REALTIME {
-        return current_.load(std::memory_order_acquire) != nullptr;
+        return current_.load(std::memory_order_relaxed) != nullptr;
     }
 
     /// [render]
@@ -40,7 +40,7 @@ public:
 
 private:
     std::vector<std::unique_ptr<const Function>> given_;
-    std::atomic<const Function*> current_{nullptr};
+    std::atomic<const Function*> current_{nullptr};  ///< written by [main]: hands a function over
 };
 
 }  // namespace quillo
