@@ -2,13 +2,14 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Breaks the sources on purpose, one change at a time, and looks whether the tests notice.
 
-Run from the project's folder, of which it changes nothing: it works in copies under build-mutate, one for each of
-QUILLO_JOBS. A line of tools/mutate-folders.txt names a folder, the test programs that judge it, nearest first, and after a
-bar those that judge its memory orders under ThreadSanitizer. A line of tools/mutate-reasons.txt tells of a change that
-nobody can see: file, a piece of the line as it is, a piece of it as it becomes, the reason, with tabs between.
+Run from the project's folder, of which it changes nothing: it works in copies under build-mutate, one for
+each of QUILLO_JOBS. A line of tools/mutate-folders.txt names a folder, the test programs that judge it,
+nearest first, and after a bar those that judge its memory orders under ThreadSanitizer. A line of
+tools/mutate-reasons.txt tells of a change that nobody can see: file, a piece of the line as it is, a piece of
+it as it becomes, the reason, with tabs between.
 
-A change is caught when a program fails, dies or does not end. It changes nothing when all object files come out the same.
-What the compiler rejects is not counted.
+A change is caught when a program fails, dies or does not end. It changes nothing when all object files come
+out the same. What the compiler rejects is not counted.
 """
 import argparse
 import collections
@@ -66,7 +67,8 @@ class Workshop:
         for program in programs:
             if not self.builds(change.preset(), program):
                 return 'rejected'
-            if self.fingerprint(change.preset(), program) != self.unbroken[change.preset(), program].fingerprint:
+            unbroken = self.unbroken[change.preset(), program].fingerprint
+            if self.fingerprint(change.preset(), program) != unbroken:
                 verdict = 'survived'
                 if not self.passes(change.preset(), program):
                     return 'caught'
@@ -91,8 +93,9 @@ class Workshop:
             self.run('cmake', '--preset', preset, '--log-level=WARNING')
         if not self.builds(preset, program):
             raise RuntimeError(f'{program} cannot be built, preset {preset}, in {self.root}')
-        inputs = subprocess.check_output(['ninja', '-C', tree, '-t', 'inputs', program], text=True).split('\n')
-        unbroken = self.unbroken[preset, program] = Unbroken([name for name in inputs if name.endswith('.o')])
+        inputs = subprocess.check_output(['ninja', '-C', tree, '-t', 'inputs', program], text=True)
+        unbroken = Unbroken([name for name in inputs.split('\n') if name.endswith('.o')])
+        self.unbroken[preset, program] = unbroken
         unbroken.fingerprint = self.fingerprint(preset, program)
         start = time.monotonic()
         if not self.passes(preset, program):
@@ -109,15 +112,16 @@ class Workshop:
     def passes(self, preset, program):
         path = next(path for path in (self.root / TREES[preset]).glob(f'**/{program}') if path.is_file())
         return self.run(path, '--gtest_fail_fast', '--gtest_brief=1', where=self.home, HOME=str(self.home),
-                        seconds=self.unbroken[preset, program].seconds, memory=preset != 'tsan' and GREATEST_MEMORY)
+                        seconds=self.unbroken[preset, program].seconds,
+                        memory=preset != 'tsan' and GREATEST_MEMORY)
 
     def run(self, *command, where=None, seconds=600, memory=0, **variables):
-        """Whether it succeeds in time. Nothing that it has started goes on, and broken programs write to this home."""
+        """Whether it succeeds in time. Nothing that it has started goes on or writes elsewhere."""
+        kept = {name: value for name, value in os.environ.items() if not name.startswith('XDG_')}
         variables |= {'TMPDIR': str(self.home), 'CCACHE_BASEDIR': str(self.root)}
         process = subprocess.Popen(
             command, cwd=where or self.root, start_new_session=True, stdin=subprocess.DEVNULL,
-            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-            env={name: value for name, value in os.environ.items() if not name.startswith('XDG_')} | variables,
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=kept | variables,
             preexec_fn=lambda: memory and resource.setrlimit(resource.RLIMIT_AS, (memory, memory)))
         try:
             return process.wait(seconds) == 0
@@ -143,7 +147,7 @@ def mirror(copy):
 
 def files_below(root):
     for folder, folders, files in os.walk(root):
-        folders[:] = [name for name in folders if name not in ('.git', '.cache') and not name.startswith('build')]
+        folders[:] = [name for name in folders if not name.startswith(('.git', '.cache', 'build'))]
         yield from (os.path.relpath(os.path.join(folder, name), root) for name in files)
 
 
@@ -160,15 +164,17 @@ def judges_of_project():
 
 def chosen_changes(folder, programs, asked):
     """So many changes of a folder, each with its file's text."""
-    texts = {str(path): path.read_text() for path in pathlib.Path(folder).glob('*.[ch]pp') if asked.wanted in str(path)}
-    there = [(change, texts[path]) for path in sorted(texts) for change in changes_of(path, texts[path])
+    paths = sorted(path for path in pathlib.Path(folder).glob('*.[ch]pp') if asked.wanted in str(path))
+    texts = {str(path): path.read_text() for path in paths}
+    there = [(change, text) for path, text in texts.items() for change in changes_of(path, text)
              if programs[change.preset()]]
     return sorted(random.Random(asked.seed).sample(there, min(asked.most, len(there))))
 
 
 def shown(change, text, *more):
     number, old, new = change.lines(text)
-    return '\n'.join([f'\n{change.path}:{number}', *('-' + line for line in old), *('+' + line for line in new), *more])
+    changed = ['-' + line for line in old] + ['+' + line for line in new]
+    return '\n'.join([f'\n{change.path}:{number}', *changed, *more])
 
 
 def reason_for(change, text, reasons):
@@ -181,7 +187,7 @@ def reason_for(change, text, reasons):
 
 
 def verdicts(changes, judges):
-    """Each change's folder, the change, its file's text and the verdict. Every thread has a workshop."""
+    """Each change's folder, the change, its file's text and the verdict. Each thread has a workshop."""
     numbers, own = itertools.count(), threading.local()
 
     def judged(item):
@@ -191,7 +197,8 @@ def verdicts(changes, judges):
     def begin():
         own.workshop = Workshop(next(numbers))
 
-    with concurrent.futures.ThreadPoolExecutor(int(os.environ.get('QUILLO_JOBS', os.cpu_count())), '', begin) as pool:
+    jobs = int(os.environ.get('QUILLO_JOBS', os.cpu_count()))
+    with concurrent.futures.ThreadPoolExecutor(jobs, initializer=begin) as pool:
         yield from pool.map(judged, changes)
 
 
@@ -205,15 +212,16 @@ def table(counts):
 
 
 def main():
-    parser = argparse.ArgumentParser(prog='./dev mutate', description='Breaks the sources on purpose: do tests notice?')
-    parser.add_argument('wanted', nargs='?', default='', metavar='FOLDER', help='or a file; without: everything')
+    parser = argparse.ArgumentParser('./dev mutate', description='Breaks the sources: do the tests notice?')
+    parser.add_argument('wanted', nargs='?', default='', metavar='FOLDER', help='or a file; else everything')
     parser.add_argument('--seed', default='1', help='which changes are chosen (1)')
     parser.add_argument('--most', type=int, default=100, help='how many of each folder (100)')
     parser.add_argument('--list', action='store_true', help='show the changes and judge nothing')
     asked = parser.parse_args()
 
     judges = dict(judges_of_project())
-    changes = [(folder, *chosen) for folder in judges for chosen in chosen_changes(folder, judges[folder], asked)]
+    changes = [(folder, *chosen) for folder, programs in judges.items()
+               for chosen in chosen_changes(folder, programs, asked)]
     if not changes:
         parser.error(f'no source of the folders in tools/mutate-folders.txt is called {asked.wanted}')
     if asked.list:

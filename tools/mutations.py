@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Which single changes of a C++ source `./dev mutate` tries. They are found by the look of the code, which the project's
-format makes regular; what is not valid C++ afterwards the compiler sorts out."""
+"""Which single changes of a C++ source `./dev mutate` tries. They are found by the look of the code, which
+the project's format makes regular; what is not valid C++ afterwards the compiler sorts out."""
 import dataclasses
 import re
 
@@ -27,20 +27,24 @@ class Change:
 
 
 # What is not code; and numbers, whose separators would be taken for the beginning of a character.
-NO_CODE = re.compile(r'''//[^\n]*|/\*.*?\*/|^[ \t]*\#(?:\\\n|[^\n])*|\bstatic_assert\(.*?\);|R"(\w*)\(.*?\)\1"'''
+NO_CODE = re.compile(r'''//[^\n]*|/\*.*?\*/|^[ \t]*\#(?:\\\n|[^\n])*|\bstatic_assert\(.*?\);'''
+                     r'''|R"(\w*)\(.*?\)\1"'''
                      r'''|"(?:\\.|[^"\\\n])*"|\b\d[\w']*|'(?:\\.|[^'\\\n])+\'''', re.S | re.M)
-OPPOSITES = {'<': '<=', '<=': '<', '>': '>=', '>=': '>', '==': '!=', '!=': '==', '&&': '||', '||': '&&', '!': '',
-             '+': '-', '-': '+', '+=': '-=', '-=': '+=', '++': '--', '--': '++', 'true': 'false', 'false': 'true',
-             'std::min': 'std::max', 'std::max': 'std::min'}
+OPPOSITES = {'<': '<=', '<=': '<', '>': '>=', '>=': '>', '==': '!=', '!=': '==', '&&': '||', '||': '&&',
+             '!': '', '+': '-', '-': '+', '+=': '-=', '-=': '+=', '++': '--', '--': '++', 'true': 'false',
+             'false': 'true', 'std::min': 'std::max', 'std::max': 'std::min'}
 # The format puts spaces around what stands between two values, and none into template arguments.
 OPPOSABLE = re.compile(r'(?<=\s)(?:[<>]=?|[=!]=|&&|\|\||[+-]=?)(?=\s)|\+\+|--|(?<![\w)])!(?=[\w(:*])'
                        r'|\b(?:true|false|std::min|std::max)\b')
 NUMBER = re.compile(r"(?<![\w.'])(0x[0-9a-fA-F']+|[0-9][0-9']*)([uUlLzZ]*)(?![\w.'])")
 ORDER = re.compile(r'memory_order_(?:acquire|release|acq_rel|seq_cst)')
+BEFORE_CONDITION = re.compile(r'(?:[,;{}?]| = |\breturn | : | << )$')
 LABEL = re.compile(r'\s*(?:case\b[^;{}]*?[^:]:(?!:)\s*|default:\s*)*')
 ASSIGNMENT = re.compile(r'([\w.>-]+(?:\[[^=]*\])?) = ')
-NEVER_DROPPED = re.compile(r'[\w.]+\.reserve\(|(?:const|constexpr|static|auto)\b.*? = |return [^;]|using\b|(?!delete\b|throw\b|return;)'
-                           r'(?:const )?[\w:]+(?:<[^;]*>)?[*&]* \w+(?: = |;)|;', re.S)
+# Room that is reserved nobody sees; without a value or a declaration there is no program.
+NEVER_DROPPED = re.compile(r'[\w.]+\.reserve\(|(?:const|constexpr|static|auto)\b.*? = |return [^;]|using\b'
+                           r'|(?!delete\b|throw\b|return;)(?:const )?[\w:]+(?:<[^;]*>)?[*&]* \w+(?: = |;)|;',
+                           re.S)
 
 
 def changes_of(path, text):
@@ -90,7 +94,7 @@ def beginning(code, end):
     while place > 0:
         letter = code[place - 1]
         depth += (letter in ')]}') - (letter in '([{')
-        if depth < 0 or depth == 0 and re.search(r'(?:[,;{}?]| = |\breturn | : | << )$', code[place - 9:place]):
+        if depth < 0 or depth == 0 and BEFORE_CONDITION.search(code[place - 9:place]):
             break
         place -= 1
     return end - len(code[place:end].lstrip())
@@ -109,7 +113,7 @@ def closing(code, start):
 def opens_block(code, brace):
     head = re.split(r'[;{}]', code[:brace])[-1].strip()
     return not re.search(r'(?:[=,(]|\breturn)$', head) and \
-        not re.match(r'(?:template <.*> ?)?(?:inline )?(?:namespace|class|struct|enum|union)\b', head, re.S)
+        not re.match(r'(?:template <.*>\s*)?(?:inline )?(?:namespace|class|struct|enum|union)\b', head, re.S)
 
 
 def changed_statements(path, text, code, place):
@@ -127,12 +131,13 @@ def changed_statements(path, text, code, place):
         if not re.match(r'if [^;]*{[^;{]*;\s*}$', code[start:place]):
             yield Change(path, start, place, '')
         if before and not label.group().strip() and depend(code[slice(*before)], code[start:place]):
-            yield Change(path, before[0], place, text[start:place] + text[before[1]:start] + text[slice(*before)])
+            exchanged = text[start:place] + text[before[1]:start] + text[slice(*before)]
+            yield Change(path, before[0], place, exchanged)
         before = start, place
 
 
 def depend(one, other):
-    """Whether their order may matter: both call something, and are not assignments to things that only one knows."""
+    """Whether their order may matter: both call something, and assign not only to what the other ignores."""
     targets = [ASSIGNMENT.match(statement) for statement in (one, other)]
     return '(' in one and '(' in other and \
         not (all(targets) and targets[0].group(1) not in other and targets[1].group(1) not in one)

@@ -76,14 +76,13 @@ std::string_view fieldAt(std::string_view path) {
     return found != fields.end() ? found->caption : std::string_view();
 }
 
-/// A key that is missing belongs to the place.
+/// A key that is missing belongs to the place. The quote behind it does no harm: places are searched.
 std::string withMissingKey(std::string_view path, std::string_view problem) {
     constexpr std::string_view missing = "missing key \"";
     if (!problem.starts_with(missing)) {
         return std::string(path);
     }
-    const auto key = problem.substr(missing.size(), problem.size() - missing.size() - 1);
-    return (path.empty() ? "" : std::string(path) + ".") + std::string(key);
+    return (path.empty() ? "" : std::string(path) + ".") + std::string(problem.substr(missing.size()));
 }
 
 std::string nameOf(std::size_t rule, std::span<const std::uint8_t> document) {

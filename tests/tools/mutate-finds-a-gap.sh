@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# mutate-finds-a-gap.sh MUTATE: whether the program that breaks sources names what the tests of a small project let pass,
-# gives the reason of what nobody can see, and leaves the project alone.
+# mutate-finds-a-gap.sh MUTATE: whether the program that breaks sources names what the tests of a small project
+# let pass, gives the reason of what nobody can see, and leaves the project alone.
 set -euo pipefail
 
 mutate=$1
@@ -46,8 +46,9 @@ void clear() {
 }
 
 int main() {
-    const bool right = louder(-5) == 0 && louder(0) == 0 && louder(1) == 2 && louder(100) == 101 && notes == 6;
-    return right ? 0 : 1;
+    const bool quiet = louder(-5) == 0 && louder(0) == 0;
+    const bool loud = louder(1) == 2 && louder(100) == 101;
+    return quiet && loud && notes == 6 ? 0 : 1;
 }
 END_OF_FILE
 cat >CMakeLists.txt <<'END_OF_FILE'
@@ -70,7 +71,8 @@ cat >CMakePresets.json <<'END_OF_FILE'
 }
 END_OF_FILE
 printf '# folder program\ncode velocity-tests\n' >tools/mutate-folders.txt
-printf '# reasons\nVelocity.cpp\tvelocity < 127\tvelocity <= 127\tNobody plays so loudly.\n' >tools/mutate-reasons.txt
+printf '# reasons\nVelocity.cpp\tvelocity < 127\tvelocity <= 127\tNobody plays so loudly.\n' \
+    >tools/mutate-reasons.txt
 before=$(cat code/*)
 
 cat >expected <<'END_OF_FILE'
