@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <numeric>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "engine/MIDIMessage.hpp"
+
+namespace quillo {
+namespace {
+
+TEST(MIDIMessageThreads, WhoeverDropsALongOneLastItsBytesAreReadBeforeAnotherThreadFreesThem) {
+    std::vector<MIDIMessage> messages;
+    for (int i = 0; i < 2000; ++i) {
+        messages.push_back(MIDIMessage::copyOf(std::vector<std::uint8_t>(1000, 3)));
+    }
+    std::atomic<int> reading = 2;
+    const auto readAndDrop = [&reading](std::vector<MIDIMessage> held) {
+        for (auto& message : held) {
+            const auto bytes = message.bytes();
+            EXPECT_EQ(std::accumulate(bytes.begin(), bytes.end(), 0U), 3000U);
+            message = MIDIMessage();
+        }
+        reading.fetch_sub(1, std::memory_order_relaxed);
+    };
+    const std::jthread one(readAndDrop, messages);
+    const std::jthread other(readAndDrop, std::exchange(messages, {}));
+    while (reading.load(std::memory_order_relaxed) > 0) {
+        MIDIMessage::freeRetired();
+    }
+    MIDIMessage::freeRetired();
+}
+
+}  // namespace
+}  // namespace quillo
