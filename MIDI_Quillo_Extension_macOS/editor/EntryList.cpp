@@ -249,7 +249,7 @@ void EntryList::paintListBoxItem(int row, juce::Graphics& graphics, int width, i
         graphics.setColour(displayColour(style::chosen(palette)));
         graphics.fillRect(0, 0, width, height);
     }
-    const auto room = width - 2 * indent - (selected && chosen_ ? buttonsWidth() : 0);
+    const auto room = width - indent - (selected && chosen_ ? buttonsWidth() + buttonGap : indent);
     graphics.setColour(displayColour(palette.primaryText));
     graphics.setFont(entryFont());
     graphics.drawText(selected && chosen_ ? shownText(row, room) : text(row), indent, 0, room, height,

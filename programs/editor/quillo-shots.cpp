@@ -290,24 +290,35 @@ void showLearning(Photographer& photographer) {
 /// A pedal learns to call strings, in six pictures.
 class Film {
 public:
-    explicit Film(Photographer& photographer) : photographer_(photographer) { view().setSize(600, 330); }
+    explicit Film(Photographer& photographer) : photographer_(photographer) {
+        view().setSize(600, 330);
+        hear({}, 3 * second);
+    }
 
     void show() {
         take();
         press(view().card(rule())->learnButton());
         take();
-        tread();
+        hear(pedalDown);
+        hear(pedalUp);
         take();
         pick("CC 64 : Sustain, value 127, channel 1");
+        hear({}, 1);
         take();
         openLogs(view());
-        tread();
+        hear(pedalDown, 1);
         take();
+        hear(pedalUp);
+        view().advance(RuleView::lightTime);
         askWhy(view());
         take();
     }
 
 private:
+    using Messages = std::vector<std::vector<std::uint8_t>>;
+
+    static constexpr std::uint32_t second = static_cast<std::uint32_t>(defaultSampleRate);
+
     static std::vector<Rule> strings() {
         RuleEntry entry;
         entry.name = "Strings";
@@ -319,10 +330,8 @@ private:
     QuilloView& view() { return desk_.view(); }
     UUID rule() { return view().editor().rules()[0].id; }
 
-    /// Down and up.
-    void tread() {
-        desk_.render(24000, {{0xB0, 64, 127}});
-        desk_.render(24000, {{0xB0, 64, 0}});
+    void hear(const Messages& messages, std::uint32_t frames = second / 2) {
+        desk_.render(frames, messages);
         desk_.drain();
         view().advance(0);
     }
@@ -335,6 +344,8 @@ private:
 
     void take() { photographer_.take(view(), "film-pedal-" + juce::String(++pictures_)); }
 
+    const Messages pedalDown{{0xB0, 64, 127}};
+    const Messages pedalUp{{0xB0, 64, 0}};
     Photographer& photographer_;
     Desk desk_{strings()};
     int pictures_ = 0;
