@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "programs/editor/DemoRules.hpp"
 
+#include <initializer_list>
 #include <string>
 
 #include "rules/RuleEntry.hpp"
@@ -51,14 +52,68 @@ RuleEntry echo() {
     return entry;
 }
 
-}  // namespace
+RuleEntry bassSplit() {
+    RuleEntry entry;
+    entry.name = "Bass split";
+    entry.trigger.type = TriggerEntryType::NoteOn;
+    entry.trigger.channel = TriggerValueV2::Value{0};
+    entry.trigger.note = TriggerValueV2::Value{36};
+    entry.trigger.passThrough = PassThroughV2::EatMatching;
+    entry.output.channel = RuleOutputChannelV2::Value{1};
+    entry.output.note = GenericByteV2::Value{48};
+    entry.output.velocity = GenericByteV2::RespectiveTriggerByte{};
+    return entry;
+}
 
-std::vector<Rule> demoRules() {
+RuleEntry pedalBringsStrings() {
+    RuleEntry entry;
+    entry.name = "Pedal brings strings";
+    entry.trigger.type = TriggerEntryType::ControlChange;
+    entry.trigger.controller = 64;
+    entry.trigger.controllerValue = TriggerValueV2::Value{127};
+    entry.output.type = OutputEntryType::ProgramChange;
+    entry.output.program = GenericByteV2::Value{48};
+    return entry;
+}
+
+RuleEntry echoOfEachNote() {
+    RuleEntry entry;
+    entry.name = "Echo";
+    entry.trigger.type = TriggerEntryType::NoteOn;
+    entry.trigger.channel = TriggerValueV2::Value{1};
+    entry.output.channel = RuleOutputChannelV2::Value{3};
+    entry.output.note = GenericByteV2::RespectiveTriggerByte{};
+    entry.output.velocity = GenericByteV2::RespectiveTriggerByte{};
+    entry.output.delay.ms = 300;
+    return entry;
+}
+
+RuleEntry silenceAtStop() {
+    RuleEntry entry;
+    entry.name = "Silence at the stop";
+    entry.trigger.type = TriggerEntryType::HostStop;
+    entry.output.type = OutputEntryType::ControlChange;
+    entry.output.controller = GenericByteV2::Value{123};
+    entry.output.controllerValue = GenericByteV2::Value{0};
+    return entry;
+}
+
+std::vector<Rule> rulesOf(std::initializer_list<RuleEntry> entries) {
     std::vector<Rule> rules;
-    for (const auto& entry : {modWheelToVolume(), soundAtStart(), resetSynth(), echo()}) {
+    for (const auto& entry : entries) {
         rules.push_back(ruleFromEntry(entry));
     }
     return rules;
+}
+
+}  // namespace
+
+std::vector<Rule> demoRules() {
+    return rulesOf({modWheelToVolume(), soundAtStart(), resetSynth(), echo()});
+}
+
+std::vector<Rule> performanceRules() {
+    return rulesOf({bassSplit(), pedalBringsStrings(), echoOfEachNote(), silenceAtStop()});
 }
 
 std::vector<Rule> manyRules(std::size_t count) {

@@ -2,8 +2,10 @@
 // Draws the editor's views, and those of the presets that it is given, to PNG files, without a display.
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <exception>
 #include <filesystem>
+#include <initializer_list>
 #include <iostream>
 #include <span>
 #include <string>
@@ -51,10 +53,21 @@ private:
     juce::File folder_;
 };
 
+/// Lets the editor see what has happened. What waits is copied for it within some blocks.
+void look(Desk& desk) {
+    for (int block = 0; block < 50; ++block) {
+        desk.drain();
+        desk.render(1);
+    }
+    desk.drain();
+    desk.view().advance(0);
+}
+
 void play(Desk& desk) {
     desk.render(512, {{0x90, 60, 100}, {0x80, 60, 0}});
     desk.render(512, {{0xB0, 1, 64}, {0xF8}});
-    desk.drain();
+    look(desk);
+    desk.view().advance(RuleView::lightTime);
 }
 
 void showSizes(Photographer& photographer) {
@@ -71,108 +84,65 @@ void showSizes(Photographer& photographer) {
     desk.view().logger().toggle();
     photographer.take(desk.view(), "editor-320x480-logs");
     desk.view().setSize(820, 640);
+    look(desk);
     photographer.take(desk.view(), "editor-820x640-logs");
 }
 
-/// Rules that split a keyboard, call strings by a pedal, and repeat a note. The first has fired often, the second just
-/// now, and three notes of the third wait; one rule has never fired.
-class Performance {
-public:
-    Performance() : desk_(rules()) {
-        desk_.render(rate, {{0xB0, 64, 127}});
-        for (int note = 0; note < 1204; ++note) {
-            desk_.render(16, {{0x90, 36, 96}, {0x80, 36, 64}});
-        }
-        desk_.render(2 * rate, {{0xB0, 64, 0}});
-        for (std::uint8_t note = 74; note < 77; ++note) {
-            desk_.render(rate / 10, {{0x91, note, 80}});
-        }
-        show();
-        view().advance(RuleView::lightTime);
-        desk_.render(256, {{0xB0, 64, 127}});
-        show();
+/// Plays to the performance's rules: the first has fired often, the second just now, three notes of the third wait, and
+/// the last has never fired.
+void perform(Desk& desk) {
+    constexpr auto rate = static_cast<std::uint32_t>(defaultSampleRate);
+    for (int time = 0; time < 36; ++time) {
+        desk.render(16, {{0xB0, 64, 127}, {0xB0, 64, 0}});
     }
-
-    [[nodiscard]] QuilloView& view() { return desk_.view(); }
-
-    void hear(const std::vector<std::vector<std::uint8_t>>& messages) {
-        desk_.render(512, messages);
-        show();
+    for (int note = 0; note < 1204; ++note) {
+        desk.render(16, {{0x90, 36, 96}, {0x80, 36, 64}});
     }
-
-    /// Lets the editor see what has happened. What waits is copied within some blocks.
-    void show() {
-        for (int block = 0; block < 100; ++block) {
-            desk_.drain();
-            desk_.render(1);
-        }
-        desk_.drain();
-        view().advance(0);
+    desk.render(2 * rate);
+    for (const auto note : std::initializer_list<std::uint8_t>{74, 76, 79}) {
+        desk.render(rate * 8 / 100, {{0x91, note, 80}});
     }
+    look(desk);
+    desk.view().advance(RuleView::lightTime);
+    desk.render(16, {{0xB0, 64, 127}});
+    look(desk);
+}
 
-private:
-    static constexpr std::uint32_t rate = static_cast<std::uint32_t>(defaultSampleRate);
+void pressPanic(Desk& desk) {
+    const int modifiers = juce::ModifierKeys::commandModifier | juce::ModifierKeys::shiftModifier;
+    desk.view().keyPressed(juce::KeyPress('p', modifiers, 0));
+    look(desk);
+}
 
-    static std::vector<Rule> rules() {
-        RuleEntry split;
-        split.name = "Bass split";
-        split.trigger.type = TriggerEntryType::NoteOn;
-        split.trigger.channel = TriggerValueV2::Value{0};
-        split.trigger.note = TriggerValueV2::Value{36};
-        split.trigger.passThrough = PassThroughV2::EatMatching;
-        split.output.channel = RuleOutputChannelV2::Value{1};
-        split.output.note = GenericByteV2::Value{48};
-        split.output.velocity = GenericByteV2::RespectiveTriggerByte{};
-        RuleEntry pedal;
-        pedal.name = "Pedal brings strings";
-        pedal.trigger.type = TriggerEntryType::ControlChange;
-        pedal.trigger.controller = 64;
-        pedal.trigger.controllerValue = TriggerValueV2::Value{127};
-        pedal.output.type = OutputEntryType::ProgramChange;
-        pedal.output.program = GenericByteV2::Value{48};
-        RuleEntry echo;
-        echo.name = "Echo";
-        echo.trigger.type = TriggerEntryType::NoteOn;
-        echo.trigger.channel = TriggerValueV2::Value{1};
-        echo.output.channel = RuleOutputChannelV2::Value{3};
-        echo.output.note = GenericByteV2::RespectiveTriggerByte{};
-        echo.output.velocity = GenericByteV2::RespectiveTriggerByte{};
-        echo.output.delay.ms = 300;
-        auto stop = defaultEntry(OutputEntryType::ControlChange, 4);
-        stop.trigger.type = TriggerEntryType::HostStop;
-        std::vector<Rule> rules;
-        for (const auto& entry : {split, pedal, echo, stop}) {
-            rules.push_back(ruleFromEntry(entry));
-        }
-        return rules;
-    }
+/// "why-500x250".
+juce::String sized(const juce::String& name, const juce::Component& view) {
+    return name + "-" + juce::String(view.getWidth()) + "x" + juce::String(view.getHeight());
+}
 
-    Desk desk_;
-};
+void press(juce::Component& button) {
+    button.keyPressed(juce::KeyPress(juce::KeyPress::returnKey));
+}
 
-void showLive(Photographer& photographer) {
-    for (const auto& [width, height] :
-         {std::pair(820, 640), std::pair(500, 250), std::pair(320, 480), std::pair(200, 200)}) {
-        Performance performance;
-        auto& view = performance.view();
-        const auto take = [&](const char* name) {
-            photographer.take(view, name + ("-" + juce::String(width)) + "x" + juce::String(height));
-        };
-        view.setSize(width, height);
-        take("live");
-        view.logger().toggle();
-        view.logger().openedForm().waitingTitle().keyPressed(juce::KeyPress(juce::KeyPress::returnKey));
-        performance.show();
-        take("waiting");
-        view.keyPressed(
-            juce::KeyPress('p', juce::ModifierKeys::commandModifier | juce::ModifierKeys::shiftModifier, 0));
-        performance.show();
-        take("panic");
-        view.keyPressed(
-            juce::KeyPress('p', juce::ModifierKeys::commandModifier | juce::ModifierKeys::shiftModifier, 0));
-        performance.show();
-        take("panic-again");
-    }
+void openLogs(QuilloView& view) {
+    view.logger().toggle();
+    view.logger().advance(InOutLogger::movement);
+}
+
+void showLive(Photographer& photographer, juce::Point<int> size) {
+    Desk desk(performanceRules());
+    auto& view = desk.view();
+    const auto take = [&](const juce::String& name) { photographer.take(view, sized(name, view)); };
+    view.setSize(size.x, size.y);
+    perform(desk);
+    take("live");
+    openLogs(view);
+    press(view.logger().openedForm().waitingTitle());
+    look(desk);
+    take("waiting");
+    pressPanic(desk);
+    take("panic");
+    pressPanic(desk);
+    take("panic-again");
 }
 
 void showScales(Photographer& photographer) {
@@ -239,20 +209,6 @@ void showBrowser(Photographer& photographer) {
 /// The sizes in which what an editor shows beside its cards is drawn.
 constexpr std::array smallAndLarge{std::pair(500, 250), std::pair(820, 640)};
 
-/// "why-500x250".
-juce::String sized(const juce::String& name, const juce::Component& view) {
-    return name + "-" + juce::String(view.getWidth()) + "x" + juce::String(view.getHeight());
-}
-
-void press(juce::Component& button) {
-    button.keyPressed(juce::KeyPress(juce::KeyPress::returnKey));
-}
-
-void openLogs(QuilloView& view) {
-    view.logger().toggle();
-    view.logger().advance(InOutLogger::movement);
-}
-
 /// Asks why of the newest entry of the In log.
 void askWhy(QuilloView& view) {
     auto& in = view.logger().openedForm().inList();
@@ -263,9 +219,10 @@ void askWhy(QuilloView& view) {
 /// A chosen entry, and the reasons that the cards give when it is asked about.
 void showReasons(Photographer& photographer) {
     for (const auto& [width, height] : smallAndLarge) {
-        Performance performance;
-        auto& view = performance.view();
+        Desk desk(performanceRules());
+        auto& view = desk.view();
         view.setSize(width, height);
+        perform(desk);
         openLogs(view);
         auto& in = view.logger().openedForm().inList();
         in.choose(in.rows() - 1);
@@ -277,12 +234,13 @@ void showReasons(Photographer& photographer) {
 
 void showLearning(Photographer& photographer) {
     for (const auto& [width, height] : smallAndLarge) {
-        Performance performance;
-        auto& view = performance.view();
+        Desk desk(performanceRules());
+        auto& view = desk.view();
         view.setSize(width, height);
         press(view.card(view.editor().rules()[0].id)->learnButton());
         photographer.take(view, sized("learn-nothing-yet", view));
-        performance.hear({{0x90, 60, 100}, {0xB0, 64, 0}, {0xB0, 64, 60}, {0xB0, 64, 127}});
+        desk.render(512, {{0x90, 60, 100}, {0xB0, 64, 0}, {0xB0, 64, 60}, {0xB0, 64, 127}});
+        look(desk);
         photographer.take(view, sized("learn", view));
     }
 }
@@ -383,7 +341,10 @@ void showPreset(Photographer& photographer, const std::string& path) {
 void showAll(const juce::File& folder, std::span<char*> presets) {
     Photographer photographer(folder);
     showSizes(photographer);
-    showLive(photographer);
+    for (const auto size :
+         {juce::Point(820, 640), juce::Point(500, 250), juce::Point(320, 480), juce::Point(200, 200)}) {
+        showLive(photographer, size);
+    }
     showScales(photographer);
     showOverlays(photographer);
     showBrowser(photographer);

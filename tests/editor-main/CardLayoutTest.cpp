@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <limits>
+
 #include "editor-main/EditorStage.hpp"
 #include "editor/FieldSection.hpp"
 #include "editor/Style.hpp"
@@ -129,6 +132,38 @@ TEST_P(EachSize, NothingOverlapsAndNothingIsOutside) {
             EXPECT_EQ(contentBottom(card), card.getHeight() - 10);
         }
     }
+}
+
+TEST_P(EachSize, WhatWaitsHasItsPlaceAndItsTitle) {
+    EditorStage stage({}, GetParam());
+    auto& model = *stage.desk.session().model();
+    const auto last = std::numeric_limits<std::uint64_t>::max();
+    model.setWaiting({{last, 0.29, MessageList(MIDIMessage{0x93, 0x4A, 0x50}), "A name that is long"}}, 9999);
+    expectTidy(stage.view().logger());
+    auto& opened = stage.view().logger().openedForm();
+    click(stage.view().logger().collapsedForm().arrow());
+    stage.view().logger().advance(InOutLogger::movement);
+    expectTidy(stage.view().logger());
+    if (opened.waitingTitle().isVisible()) {
+        click(opened.waitingTitle());
+        expectTidy(stage.view().logger());
+        EXPECT_LE(opened.waitingTitle().preferredWidth(), opened.waitingTitle().getWidth());
+    }
+    ASSERT_TRUE(opened.waitingList().isVisible());
+    EXPECT_TRUE(opened.cancelAllButton().isVisible());
+    EXPECT_GE(opened.waitingList().getHeight(), 15);
+    EXPECT_TRUE(opened.waitingList().getLocalBounds().contains(opened.waitingList().crossArea(0)));
+}
+
+TEST_P(EachSize, ThePanicsAnswerIsTidyAndWithin) {
+    EditorStage stage({}, GetParam());
+    stage.desk.session().model()->setPanicAnswer(
+        "Stopped 128 notes, let go of 16 pedals, cancelled 10000 waiting messages");
+    auto& answer = stage.view().panicAnswer();
+    EXPECT_TRUE(stage.view().getLocalBounds().contains(answer.getBounds()));
+    expectTidy(answer);
+    EXPECT_EQ(answer.notesEnd().getHeight(), answer.notesEnd().heightFor(answer.notesEnd().getWidth()))
+        << "No line of it is cut.";
 }
 
 TEST_P(EachSize, MenusAndAlertsStayInside) {

@@ -7,9 +7,11 @@
 #include <vector>
 
 #include "editor/EditorLookAndFeel.hpp"
+#include "editor/MyCheckBox.hpp"
 #include "editor/MyDragAndDropForEachDragHandle.hpp"
 #include "editor/MyPicker.hpp"
 #include "editor/MyTextButton.hpp"
+#include "editor/MyWordButton.hpp"
 #include "editor/PresetBrowserView.hpp"
 #include "editor/Style.hpp"
 #include "support/OffscreenWindow.hpp"
@@ -86,6 +88,34 @@ TEST(Contrast, EdgesAndThumbsAreSeenOnWhatTheyLieOn) {
     EXPECT_EQ(look.findColour(juce::ScrollBar::thumbColourId), displayColour(style::edge(palette)));
 }
 
+TEST(Contrast, WhatACardSaysOfItsRuleAndWhatWaitsCanBeRead) {
+    const Palette palette;
+    const auto card = style::lifted(palette.background, style::cardLift);
+    const auto list = style::lifted(palette.background, -5);
+    EXPECT_GE(contrast(style::passedOver, card), readable);
+    EXPECT_GE(contrast(palette.delayInput, card), readable);
+    EXPECT_GE(contrast(palette.delayInput, list), readable);
+    EXPECT_GE(contrast(palette.secondaryText, list), readable);
+    EXPECT_GE(contrast(palette.background, palette.primaryText), readable) << "a row that is chosen";
+}
+
+TEST(Contrast, WhatStopsThingsCanBeReadAndItsEdgeIsSeen) {
+    const Palette palette;
+    for (const auto lift : {-5, 0, style::buttonHoverLift, style::menuLift}) {
+        const auto ground = style::lifted(palette.background, lift);
+        EXPECT_GE(contrast(style::alarmText, ground), readable) << lift;
+        EXPECT_GE(contrast(style::alarmEdge, ground), visible) << lift;
+    }
+}
+
+TEST(Contrast, ALightStandsOutFromTheCardAndTheGripFromTheLight) {
+    const Palette palette;
+    EXPECT_GE(contrast(palette.triggerInput, style::lifted(palette.background, style::cardLift)), visible);
+    EXPECT_GE(contrast(palette.triggerInput, style::edge(palette)), 1.5);
+    EXPECT_GE(contrast(palette.background, palette.triggerInput), visible)
+        << "its dots, and a tick in its box";
+}
+
 /// How many pixels change by a contrast that is seen when a view gets the keyboard focus.
 int pixelsOfTheFocus(juce::Component& view) {
     const auto before = picture(view);
@@ -111,6 +141,8 @@ TEST(Contrast, TheFocusIsSeenAroundAButtonAGripAndAField) {
     MyTextButton send("Send", {});
     MyPicker<int> picker("Type", {{1, "CC"}}, {[] { return 1; }, [](int) {}});
     MyDragAndDropForEachDragHandle grip;
+    MyWordButton word("Cancel all", {});
+    MyCheckBox box("Let notes end", false, {});
     send.setAccented(true);
     window.set<MyPrimaryColor>(palette.delayInput);
     window.set<MySecondaryColor>(palette.delayInputSecondaryColor);
@@ -118,7 +150,9 @@ TEST(Contrast, TheFocusIsSeenAroundAButtonAGripAndAField) {
     window.show(send, {100, 10, 80, 21});
     window.show(picker, {10, 50, 80, 38});
     window.show(grip, {200, 10, 22, 120});
-    for (auto* view : std::initializer_list<juce::Component*>{&plain, &send, &grip}) {
+    window.show(word, {10, 100, 70, 18});
+    window.show(box, {10, 130, 150, 20});
+    for (auto* view : std::initializer_list<juce::Component*>{&plain, &send, &grip, &word, &box}) {
         EXPECT_GE(pixelsOfTheFocus(*view), aLineAround(*view)) << view->getTitle();
     }
     EXPECT_GE(pixelsOfTheFocus(picker), 2 * (80 + 24 - 16));

@@ -65,6 +65,36 @@ TEST_F(EditorShellTest, DrainsTheUnitByItself) {
     }
 }
 
+TEST_F(EditorShellTest, LetsTheTimeOfTheViewPassByItself) {
+    auto& card = *shell.view().card(shell.view().editor().rules()[0].id);
+    unit.model()->setHits({{1, 0}});
+    while (card.status().remark().words.isEmpty()) {
+        settle();
+    }
+    unit.model()->setHits({{2, 0}});
+    while (!card.isLit()) {
+        settle();
+    }
+    while (card.isLit()) {
+        settle();
+    }
+}
+
+TEST_F(EditorShellTest, OfAUnitThatDoesNotTellWhatItDoesNothingIsAsked) {
+    EXPECT_FALSE(shell.view().header().panicButton().isVisible());
+    EXPECT_FALSE(shell.view().keyPressed(juce::KeyPress(
+        'p', juce::ModifierKeys(juce::ModifierKeys::commandModifier | juce::ModifierKeys::shiftModifier),
+        0)));
+    auto& opened = shell.view().logger().openedForm();
+    for (const auto width : {300, 500, 820}) {
+        shell.view().setSize(width, 640);
+        EXPECT_FALSE(opened.waitingList().isVisible());
+        EXPECT_FALSE(opened.waitingTitle().isVisible());
+        EXPECT_FALSE(opened.cancelAllButton().isVisible());
+        EXPECT_TRUE(opened.outList().isVisible());
+    }
+}
+
 TEST_F(EditorShellTest, ShowsWhatADrainThrowsAndGoesOn) {
     unit.fails = true;
     shell.drain();
