@@ -85,6 +85,8 @@ TEST_F(StatusOfACard, OneThatFiredIsLitAsLongAsItSaysSo) {
     EXPECT_TRUE(card.isLit());
     EXPECT_GT(litPixels(), (style::dragHandleWidth - 2) * (card.getHeight() - 30));
     EXPECT_GT(pixelsLike(picture(card), Palette().triggerInput, {100, 0, 400, 2}), 390) << "the frame";
+    EXPECT_GT(pixelsLike(picture(card), Palette().background, {6, 40, 10, card.getHeight() - 80}), 5)
+        << "the grip's dots";
     EXPECT_GT(pixelsLike(picture(card), Palette().delayInput, card.status().getBounds()), 40);
     say(passed);
     EXPECT_FALSE(card.isLit());

@@ -128,11 +128,12 @@ TEST_F(WhatWaits, DoesNotMoveTheEntriesOfTheCollapsedBarWhereThereIsRoom) {
 TEST_F(WhatWaits, TakesThePlaceOfOutInTheNarrowestCollapsedBar) {
     stage.view().setSize(200, 200);
     auto& bar = logger().collapsedForm();
-    play(1);
     stage.render({{0xB0, 1, 2}});
-    EXPECT_EQ(bar.inText(), "b0 01 02");
-    EXPECT_EQ(bar.tooltipAt({100, 15}), "[" + juce::String(second / 10 + 50) + "] b0 01 02");
-    EXPECT_EQ(pixelsLike(picture(bar), Palette().secondaryText, {150, 0, 50, 30}), 0) << "There is no Out:";
+    EXPECT_EQ(bar.tooltipAt({190, 15}), "[0] b0 01 02") << "Out:";
+    stage.render({{0x90, 60, 80}});
+    EXPECT_EQ(bar.inText(), "90 3c 50");
+    EXPECT_EQ(bar.tooltipAt({100, 15}), "[512] 90 3c 50");
+    EXPECT_EQ(bar.tooltipAt({190, 15}), "[512] 90 3c 50") << "Out: is not there.";
     EXPECT_GT(pixelsLike(picture(bar, 3), Palette().delayInput), 100);
 }
 
@@ -148,12 +149,20 @@ TEST_F(WhatWaits, ACrossCancelsItsOutputAndNoOther) {
     EXPECT_EQ(stage.sent, (std::vector<std::vector<std::uint8_t>>{{0x93, 60, 80}, {0x93, 62, 80}}));
 }
 
-TEST_F(WhatWaits, ADoubleClickOnACrossCancelsOne) {
+TEST_F(WhatWaits, TheSecondClickOfTwoOnACrossDoesNotCancelWhatHasMovedThere) {
     open();
     play(3);
-    click(list(), list().crossArea(0).getCentre(), 2);
+    const auto cross = list().crossArea(0).getCentre();
+    click(list(), cross);
+    look();
+    ASSERT_EQ(list().rows(), 2);
+    mouse(list(), cross, juce::ModifierKeys::leftButtonModifier);
+    mouse(list(), cross, {});
     look();
     EXPECT_EQ(list().rows(), 2);
+    click(list(), cross);
+    look();
+    EXPECT_EQ(list().rows(), 1);
 }
 
 TEST_F(WhatWaits, OneOfTwoEqualOutputsIsCancelled) {
