@@ -63,6 +63,16 @@ juce::String waitingWords(const QuilloModel& model) {
     return "Waiting: " + juceText(withCommas(model.waitingCount()));
 }
 
+/// Says that a list is held, and as much more as there is room for behind its title.
+juce::String heldHint(const juce::String& title, juce::Rectangle<int> area) {
+    for (const auto* hint : {" held while you read; End shows the newest", " held; End shows the newest"}) {
+        if (textWidth(title + hint, style::valueText) <= area.getWidth()) {
+            return hint;
+        }
+    }
+    return " held";
+}
+
 juce::Rectangle<int> arrowArea(juce::Rectangle<int> bar) {
     return bar.removeFromLeft(style::barPadding + style::iconButtonSize)
         .withTrimmedLeft(style::barPadding / 3);
@@ -321,8 +331,7 @@ juce::Rectangle<int> OpenedLogger::titleArea(const juce::Component& list) const 
 
 void OpenedLogger::paintTitle(juce::Graphics& graphics, juce::Rectangle<int> area, const juce::String& title,
                               bool held) const {
-    const auto* const hint = " held while you read; End shows the newest";
-    paintLabel(graphics, environment<PaletteKey>(*this), held ? title + hint : title, area);
+    paintLabel(graphics, environment<PaletteKey>(*this), held ? title + heldHint(title, area) : title, area);
 }
 
 /// The edge by which the opened logs are made higher and lower.

@@ -224,6 +224,7 @@ void showReasons(Photographer& photographer) {
         view.setSize(width, height);
         perform(desk);
         openLogs(view);
+        look(desk);
         auto& in = view.logger().openedForm().inList();
         in.choose(in.rows() - 1);
         photographer.take(view, sized("chosen", view));
