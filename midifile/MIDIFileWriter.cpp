@@ -23,7 +23,9 @@ void append(Bytes& out, std::span<const std::uint8_t> bytes) {
 }
 
 void appendText(Bytes& out, std::string_view text) {
-    out.insert(out.end(), text.begin(), text.end());
+    for (const auto character : text) {
+        out.push_back(static_cast<std::uint8_t>(character));
+    }
 }
 
 void appendBigEndian16(Bytes& out, std::uint16_t number) {

@@ -40,37 +40,41 @@ TempoMap::TempoMap(const MIDIDivision& division, std::span<const TempoChange> ch
                    std::uint32_t sampleRate) {
     if (const auto* frame = std::get_if<TicksPerFrame>(&division)) {
         const auto rate = frameRateOf(*frame);
-        partsPerSample_ = Wide{rate.frames} * frame->ticks;
-        stretches_.push_back({0, 0, Wide{rate.seconds} * sampleRate});
+        partsPerSample_ = std::uint64_t{rate.frames} * frame->ticks;
+        stretches_.push_back({0, {}, std::uint64_t{rate.seconds} * sampleRate});
         return;
     }
-    partsPerSample_ = Wide{microsecondsPerSecond} * std::get<TicksPerQuarter>(division).ticks;
-    stretches_.push_back({0, 0, Wide{initialTempo} * sampleRate});
+    partsPerSample_ = std::uint64_t{microsecondsPerSecond} * std::get<TicksPerQuarter>(division).ticks;
+    stretches_.push_back({0, {}, std::uint64_t{initialTempo} * sampleRate});
     for (const auto& change : changes) {
-        begin(change.tick, Wide{change.microsecondsPerQuarter} * sampleRate);
+        begin(change.tick, std::uint64_t{change.microsecondsPerQuarter} * sampleRate);
     }
 }
 
-void TempoMap::begin(Tick tick, Wide timePerTick) {
-    const auto& last = stretches_.back();
-    stretches_.push_back({tick, last.firstTime + (tick - last.firstTick) * last.timePerTick, timePerTick});
+Wide TempoMap::Stretch::timeOf(Tick tick) const {
+    return firstTime + product(static_cast<std::uint64_t>(tick - firstTick), timePerTick);
+}
+
+void TempoMap::begin(Tick tick, std::uint64_t timePerTick) {
+    stretches_.push_back({tick, stretches_.back().timeOf(tick), timePerTick});
 }
 
 SampleTime TempoMap::sampleTime(Tick tick) const {
     const auto next = std::ranges::upper_bound(stretches_, tick, {}, &Stretch::firstTick);
-    const auto& stretch = *std::prev(next);
-    const auto time = stretch.firstTime + (tick - stretch.firstTick) * stretch.timePerTick;
-    const auto nearest = (2 * time + partsPerSample_) / (2 * partsPerSample_);
-    return static_cast<SampleTime>(std::min<Wide>(nearest, latestSampleTime));
+    const auto time = std::prev(next)->timeOf(tick);
+    const auto nearest = quotient(time + time + Wide{0, partsPerSample_}, 2 * partsPerSample_);
+    return static_cast<SampleTime>(std::min(nearest, std::uint64_t{latestSampleTime}));
 }
 
 Tick TempoMap::tick(SampleTime sampleTime) const {
-    const auto time = std::max<Wide>(sampleTime, 0) * partsPerSample_;
+    const auto time =
+        product(static_cast<std::uint64_t>(std::max(sampleTime, SampleTime{0})), partsPerSample_);
     const auto next = std::ranges::upper_bound(stretches_, time, {}, &Stretch::firstTime);
     const auto& stretch = *std::prev(next);
-    const auto twice = 2 * (time - stretch.firstTime) + stretch.timePerTick - 1;
-    const auto nearest = stretch.firstTick + twice / (2 * stretch.timePerTick);
-    return static_cast<Tick>(std::min<Wide>(nearest, std::numeric_limits<Tick>::max()));
+    const auto since = time - stretch.firstTime;
+    const auto nearest = quotient(since + since + Wide{0, stretch.timePerTick - 1}, 2 * stretch.timePerTick);
+    const auto most = static_cast<std::uint64_t>(std::numeric_limits<Tick>::max() - stretch.firstTick);
+    return stretch.firstTick + static_cast<Tick>(std::min(nearest, most));
 }
 
 }  // namespace quillo

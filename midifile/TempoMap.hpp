@@ -7,6 +7,7 @@
 
 #include "engine/SampleTime.hpp"
 #include "midifile/MIDIFile.hpp"
+#include "midifile/Wide.hpp"
 
 namespace quillo {
 
@@ -41,21 +42,20 @@ public:
     [[nodiscard]] Tick tick(SampleTime sampleTime) const;
 
 private:
-    /// Ticks times tempo times sample rate: up to 63 + 24 + 32 bits.
-    __extension__ using Wide = __int128;
-
     /// A stretch of one tempo, empty if another begins at its tick. Times are counted in parts of a sample,
-    /// `partsPerSample_` to a sample.
+    /// `partsPerSample_` to a sample: ticks times tempo times sample rate are up to 63 + 24 + 32 bits.
     struct Stretch {
         Tick firstTick;
         Wide firstTime;
-        Wide timePerTick;
+        std::uint64_t timePerTick;
+
+        [[nodiscard]] Wide timeOf(Tick tick) const;
     };
 
     /// Ends the last stretch at `tick` and begins another.
-    void begin(Tick tick, Wide timePerTick);
+    void begin(Tick tick, std::uint64_t timePerTick);
 
-    Wide partsPerSample_ = 1;
+    std::uint64_t partsPerSample_ = 1;
     std::vector<Stretch> stretches_;
 };
 
