@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <locale>
 #include <sstream>
 #include <system_error>
 #include <type_traits>
@@ -28,13 +29,26 @@ const Option& find(std::string_view name, std::span<const Option> known) {
     return *found;
 }
 
+/// Whether the whole of `text` is such a number.
+bool read(const std::string& text, std::uint32_t& number) {
+    const auto* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc{} && stop == end;
+}
+
+/// The same for digits with a point, whatever the locale.
+bool read(const std::string& text, double& number) {
+    std::istringstream stream(text);
+    stream.imbue(std::locale::classic());
+    stream >> number;
+    return stream && stream.eof() && text.find_first_not_of("0123456789.") == std::string::npos;
+}
+
 /// The whole of `text` as a number from `least` to `greatest`.
 template <class Number>
 Number parsed(std::string_view option, const std::string& text, Number least, Number greatest) {
     Number number{};
-    const auto* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc{} || stop != end || !(number >= least && number <= greatest)) {
+    if (!read(text, number) || number < least || number > greatest) {
         std::ostringstream message;
         message << "option " << option << ": " << inQuotes(text) << " is not a "
                 << (std::is_integral_v<Number> ? "whole number" : "number") << " from " << least << " to "

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <fstream>
 #include <ostream>
 #include <string_view>
@@ -40,7 +41,8 @@ int runHostVerb(std::span<const std::string> words, const Console& console) {
         return runHostCommand(console.in, console.out, console.err);
     }
     std::ifstream script(operands.front(), std::ios::binary);
-    if (!script) {
+    std::error_code ignored;
+    if (!script || std::filesystem::is_directory(operands.front(), ignored)) {  // which some libraries open
         throw CommandFailure(exitNoInput, escaped(operands.front()) + ": cannot be opened");
     }
     return runHostCommand(script, console.out, console.err);

@@ -3,7 +3,6 @@
 
 #include <array>
 #include <atomic>
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -26,7 +25,7 @@ public:
         std::size_t size = 0;
         bool fitsNever = false;  ///< not even in a block of its own
 
-        auto operator<=>(const Message&) const = default;
+        bool operator==(const Message&) const = default;
 
         /// Whether all that is kept of the message is the same as of these bytes.
         [[nodiscard]] bool matches(std::span<const std::uint8_t> bytes) const;

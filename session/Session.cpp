@@ -228,9 +228,10 @@ void Session::tellRefusals() {
         if (!message) {
             return;
         }
-        if (refusals_.size() == mostRefusals || !refusals_.insert(*message).second) {
+        if (refusals_.size() == mostRefusals || std::ranges::find(refusals_, *message) != refusals_.end()) {
             continue;
         }
+        refusals_.push_back(*message);
         if (!rules) {
             rules = processor_.rules();
         }

@@ -115,8 +115,8 @@ private:
     std::deque<std::uint64_t> cancellations_;     ///< that the render thread has still to be asked for
     PendingAlerts alerts_;
     bool fatalErrorTold_ = false;
-    std::set<RefusedMessages::Message> refusals_;  ///< the different ones so far
-    std::set<std::string> refusalsTold_;           ///< the texts: different messages can have the same
+    std::vector<RefusedMessages::Message> refusals_;  ///< the different ones so far
+    std::set<std::string> refusalsTold_;              ///< the texts: different messages can have the same
 };
 
 }  // namespace quillo

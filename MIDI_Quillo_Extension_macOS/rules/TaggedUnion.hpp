@@ -54,5 +54,7 @@ template <class... Functions>
 struct Overloaded : Functions... {
     using Functions::operator()...;
 };
+template <class... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
 
 }  // namespace quillo

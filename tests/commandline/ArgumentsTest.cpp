@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <locale>
 
 #include "commandline/CommandFailure.hpp"
 
@@ -112,9 +113,22 @@ TEST(Arguments, ReadsNumbersWithDecimals) {
     EXPECT_EQ(parse({}).number("--tail", 0, 86400, 60), 60);
 }
 
+/// Of a country where decimals stand behind a comma.
+class DecimalComma : public std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+};
+
+TEST(Arguments, ReadsDecimalsBehindAPointInEveryCountry) {
+    const auto before = std::locale::global(std::locale(std::locale::classic(), new DecimalComma));
+    EXPECT_EQ(parse({"--tail", "2.5"}).number("--tail", 0, 86400, 60), 2.5);
+    EXPECT_NE(tailError("1,5"), "none");
+    std::locale::global(before);
+}
+
 TEST(Arguments, RefusesWhatIsNotExactlyANumberInBounds) {
     EXPECT_EQ(tailError("86400"), "none");
-    for (const std::string wrong : {"-0.1", "86400.5", "nan", "inf", "", "1s", " 1", "1,5"}) {
+    for (const std::string wrong :
+         {"-0.1", "86400.5", "nan", "inf", "", ".", "1s", " 1", "1 ", "1,5", "1.2.3", "+1", "0x10", "1e2"}) {
         EXPECT_EQ(tailError(wrong), "option --tail: \"" + wrong + "\" is not a number from 0 to 86400");
     }
 }
