@@ -126,7 +126,7 @@ TEST(DispatchQueue, ABarrierThatWaitsForReadersDoesNotKeepTheRenderThreadWaiting
     queue.sync([&] {
         installer.emplace([&] { queue.barrierSync([&] { barrierRan = true; }); });
         installer->awaitSleepOrEnd();
-        std::jthread([&] { syncAsRenderThread(queue, [&] { EXPECT_FALSE(barrierRan); }); }).join();
+        JoinedThread([&] { syncAsRenderThread(queue, [&] { EXPECT_FALSE(barrierRan); }); }).join();
     });
     installer->join();
     EXPECT_TRUE(barrierRan);
@@ -162,7 +162,7 @@ TEST(DispatchQueue, BarriersExcludeEverybodyElse) {
         }
     };
     {
-        const std::jthread renderThread(render);
+        const JoinedThread renderThread(render);
         {
             const Threads writers(threads, write);
             const Threads readers(threads, read);

@@ -5,8 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <thread>
 #include <vector>
+
+#include "support/Threads.hpp"
 
 namespace quillo {
 namespace {
@@ -92,7 +93,7 @@ TEST(Observers, ComeAndGoWhileAnotherThreadNotifies) {
     const auto observation = observers.add([&] { ++lasting; });
     constexpr int rounds = 1000;
     {
-        const std::jthread notifier([&] {
+        const JoinedThread notifier([&] {
             for (int i = 0; i < rounds; ++i) {
                 observers.notify();
             }

@@ -43,7 +43,7 @@ TEST(PriorityInheritanceMutex, AWaitingThreadSeesWhatTheHolderWrote) {
     int written = 0;
     int read = 0;
     mutex.lock();
-    std::jthread reader([&] {
+    JoinedThread reader([&] {
         const std::lock_guard lock(mutex);
         read = written;
     });

@@ -20,6 +20,8 @@
 #include <latch>
 #include <thread>
 
+#include "support/Threads.hpp"
+
 namespace quillo {
 namespace {
 
@@ -77,7 +79,7 @@ TEST(ReaderGate, ClosesOnceTheLastOneHasLeft) {
     ASSERT_TRUE(gate.tryEnter());
     ASSERT_TRUE(gate.tryEnter());
     {
-        const std::jthread closer([&] {
+        const JoinedThread closer([&] {
             gate.close();
             leftWhenClosed = left;
         });
@@ -113,7 +115,7 @@ TEST(ReaderGate, AlwaysWakesTheCloserWhileTheReaderBouncesOff) {
         }
     };
     {
-        const std::jthread visitor(visit);
+        const JoinedThread visitor(visit);
         bothHere.arrive_and_wait();
         for (int round = 0; round < rounds; ++round) {
             gate.close();
@@ -158,7 +160,7 @@ int changesSeenInside(ReaderGate& gate, int rounds) {
     std::atomic<bool> stop = false;
     int changes = 0;
     {
-        const std::jthread reader([&] {
+        const JoinedThread reader([&] {
             while (!stop) {
                 stores.write();
                 if (gate.tryEnter()) {
@@ -228,7 +230,7 @@ TEST(ReaderGate, EachSideSeesWhatTheOtherWrote) {
     int fromVisitor = 0;
     std::atomic<bool> stop = false;
     {
-        const std::jthread visitor([&] {
+        const JoinedThread visitor([&] {
             while (!stop) {
                 if (gate.tryEnter()) {
                     fromVisitor = fromCloser;

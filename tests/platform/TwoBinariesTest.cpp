@@ -10,6 +10,7 @@
 #include "platform/DispatchQueue.hpp"
 #include "platform/OtherBinary.hpp"
 #include "platform/ReaderGate.hpp"
+#include "support/Threads.hpp"
 
 namespace quillo {
 namespace {
@@ -21,7 +22,7 @@ TEST(TwoBinaries, TheLastOneOutOfAGateWakesTheOneThatClosesIt) {
     ReaderGate gate;
     std::atomic<int> entered{0};
     const auto closer = ::gettid();
-    const std::jthread visitor([&] { otherBinaryLeavesClosingGate(gate, entered, rounds, closer); });
+    const JoinedThread visitor([&] { otherBinaryLeavesClosingGate(gate, entered, rounds, closer); });
     for (int round = 1; round <= rounds; ++round) {
         while (entered < round) {
             std::this_thread::yield();
@@ -37,7 +38,7 @@ TEST(TwoBinaries, AQueueIsClosedInOneWhileTheOtherEntersTenMillionTimes) {
     std::atomic<bool> done{false};
     std::uint64_t barriers = 0;
     {
-        const std::jthread visitor([&] {
+        const JoinedThread visitor([&] {
             otherBinaryEnters(queue, entries);
             done = true;
         });
@@ -53,7 +54,7 @@ TEST(TwoBinaries, AQueueIsEnteredTenMillionTimesInOneWhileTheOtherClosesIt) {
     std::atomic<bool> done{false};
     std::uint64_t entered = 0;
     {
-        const std::jthread closer([&] { otherBinaryCloses(queue, done); });
+        const JoinedThread closer([&] { otherBinaryCloses(queue, done); });
         while (entered < entries) {
             const DispatchQueue::RenderEntry entry(queue);
             ++entered;

@@ -10,11 +10,11 @@
 #include <cstdlib>
 #include <mutex>
 #include <shared_mutex>
-#include <thread>
 #include <vector>
 
 #include "platform/DispatchQueue.hpp"
 #include "realtime/CallCounter.hpp"
+#include "support/Threads.hpp"
 
 namespace quillo {
 namespace {
@@ -72,7 +72,7 @@ TEST(InterposedCalls, CountsAWaitForACondition) {
     std::condition_variable condition;
     bool ready = false;
     std::unique_lock lock(mutex);
-    std::jthread waker([&] {
+    JoinedThread waker([&] {
         const std::lock_guard wakerLock(mutex);
         ready = true;
         condition.notify_one();

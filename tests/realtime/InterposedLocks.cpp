@@ -4,24 +4,20 @@
 #include <dlfcn.h>
 #include <pthread.h>
 
+#include <atomic>
 #include <ctime>
 
 #include "realtime/CallCounter.hpp"
 
-namespace {
-
-/// The function that `own`, of the same name, stands in front of.
-template <class Function>
-Function* behind(Function* /*own*/, const char* name) noexcept {
-    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
-}
-
-}  // namespace
-
+/// Counts, and calls the function of the same name that `function` stands in front of. A static variable that is
+/// initialised when it is needed may take a lock.
 #define QUILLO_COUNT_LOCK(function, ...)                                                                     \
-    static const auto system = behind(&function, #function);                                                 \
+    static constinit std::atomic<void*> system = nullptr;                                                    \
+    if (system == nullptr) {                                                                                 \
+        system = ::dlsym(RTLD_NEXT, #function);                                                              \
+    }                                                                                                        \
     quillo::test::CallCounter::countLock();                                                                  \
-    return system(__VA_ARGS__)
+    return reinterpret_cast<decltype(&function)>(system.load())(__VA_ARGS__)
 
 extern "C" {
 

@@ -4,12 +4,12 @@
 
 #include <array>
 #include <atomic>
-#include <thread>
 
 #include "realtime/CallCounter.hpp"
 #include "realtime/EveryRule.hpp"
 #include "realtime/RealTimeHost.hpp"
 #include "support/TestRules.hpp"
+#include "support/Threads.hpp"
 
 namespace quillo {
 namespace {
@@ -154,8 +154,8 @@ TEST(RenderCycle, NeitherAllocatesNorFreesWhileOthersChangeTheRules) {
     RealTimeHost host;
     Editor editor(*host.unit->processor);
     {
-        const std::jthread editing([&] { editor.run(); });
-        const std::jthread saving([&] {
+        const JoinedThread editing([&] { editor.run(); });
+        const JoinedThread saving([&] {
             while (editor.rounds() < leastRounds) {
                 EXPECT_TRUE(host.unit->fullState().has_value());
             }

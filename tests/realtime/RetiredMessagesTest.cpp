@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include <thread>
-
 #include "realtime/CallCounter.hpp"
 #include "realtime/EveryRule.hpp"
 #include "realtime/RealTimeHost.hpp"
 #include "support/TestRules.hpp"
+#include "support/Threads.hpp"
 
 namespace quillo {
 namespace {
@@ -30,7 +29,7 @@ TEST(RetiredMessages, AreFreedByAnotherThreadThanTheRenderThread) {
     MIDIMessage::freeRetired();
 
     constexpr CallCounts messageAndItsBytes{0, 2, 0};
-    std::jthread([&] {
+    JoinedThread([&] {
         host.skip(44100);
         EXPECT_EQ(host.render(), noErr);
         const CallCounter::Scope scope;

@@ -20,9 +20,10 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
-#include <thread>
 #include <utility>
 #include <vector>
+
+#include "support/Threads.hpp"
 
 namespace quillo::test {
 
@@ -77,7 +78,7 @@ private:
     std::string text_;
     std::size_t seen_ = 0;
     bool ended_ = false;
-    std::jthread reader_;
+    JoinedThread reader_;
 };
 
 /// A program that a test runs. It ends with the test, whatever becomes of that, and so do programs that it has

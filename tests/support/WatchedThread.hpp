@@ -10,6 +10,8 @@
 #include <thread>
 #include <utility>
 
+#include "support/Threads.hpp"
+
 namespace quillo::test {
 
 /// Returns once a thread of this process sleeps in the system, waiting for another one, or has ended.
@@ -48,7 +50,7 @@ public:
 
 private:
     std::atomic<pid_t> id_ = 0;
-    std::jthread thread_;
+    JoinedThread thread_;
 };
 
 }  // namespace quillo::test

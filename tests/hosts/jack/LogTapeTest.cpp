@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <thread>
 
 #include "support/OutputRecorder.hpp"
+#include "support/Threads.hpp"
 
 namespace quillo {
 namespace {
@@ -57,7 +57,7 @@ TEST(LogTape, KeepsLongMessages) {
 TEST(LogTape, OneThreadRecordsWhileAnotherTakes) {
     constexpr SampleTime count = 100'000;
     LogTape tape(64);
-    std::jthread recorder([&] {
+    JoinedThread recorder([&] {
         for (SampleTime time = 0; time < count; ++time) {
             tape.record(time % 2 == 0 ? Direction::in : Direction::out, entryAt(time));
         }

@@ -3,9 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
-
 #include "hosts/jack/WakeDescriptor.hpp"
+#include "support/Threads.hpp"
 
 namespace quillo {
 namespace {
@@ -31,7 +30,7 @@ TEST(PollLoop, IsWokenByAnotherThread) {
     PollLoop loop;
     const WakeDescriptor wake;
     loop.watch(wake.number(), [&] { loop.quit(0); });
-    const std::jthread waker([&] { wake.wake(); });
+    const JoinedThread waker([&] { wake.wake(); });
     EXPECT_EQ(loop.run(), 0);
 }
 

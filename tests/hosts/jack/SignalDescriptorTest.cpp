@@ -7,7 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <thread>
+#include "support/Threads.hpp"
 
 namespace quillo {
 namespace {
@@ -31,7 +31,7 @@ TEST(SignalDescriptor, ASignalIsReadInsteadOfEndingTheProgram) {
 TEST(SignalDescriptor, AThreadThatIsStartedLaterLeavesTheSignalsAlone) {
     const SignalDescriptor signals{SIGHUP};
     bool blocked = false;
-    std::jthread([&] { blocked = isBlocked(SIGHUP); }).join();
+    JoinedThread([&] { blocked = isBlocked(SIGHUP); }).join();
     EXPECT_TRUE(blocked);
 }
 
