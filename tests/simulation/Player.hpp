@@ -3,6 +3,8 @@
 
 #include <memory>
 
+#include "realtime/CallCounter.hpp"
+#include "session/EditorUnit.hpp"
 #include "simulation/SlowModel.hpp"
 
 namespace quillo::test {
@@ -31,6 +33,12 @@ public:
 
     /// Nothing where the format hides the engine.
     [[nodiscard]] virtual std::optional<Counts> counts() = 0;
+
+    /// What an editor that is opened now reaches; null where the format hides it.
+    [[nodiscard]] virtual EditorUnit* editorUnit() { return nullptr; }
+
+    /// What blocks have called so far that a render thread must not.
+    [[nodiscard]] virtual CallCounts calls() const = 0;
 };
 
 /// What of a scenario a format can carry.
@@ -42,6 +50,7 @@ struct FormatLimits {
     bool records = false;
     bool limitsRoom = false;
     bool takesGarbage = true;
+    bool hasEditor = true;
     std::vector<double> rates;
 };
 

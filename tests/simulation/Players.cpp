@@ -24,6 +24,7 @@ public:
     }
     void write(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME override {
         QUILLO_REALTIME_EXEMPT("a test has no deadline")
+        const CallCounter::Scope hosts;
         used_ += costOf(bytes.size());
         sent.emplace_back(offset, copyOf(bytes));
         QUILLO_REALTIME_EXEMPT_END
@@ -41,14 +42,16 @@ public:
     Sent block(std::uint32_t frames, const std::vector<Incoming>& events,
                std::optional<RoomLimit> room) override {
         LimitedOutput output(room);
-        auto& renderer = session_.renderer();
-        renderer.begin(frames, output);
-        for (const auto& event : events) {
-            for (auto left = event.times; left > 0; --left) {
-                take(renderer, event);
+        render([&] {
+            auto& renderer = session_.renderer();
+            renderer.begin(frames, output);
+            for (const auto& event : events) {
+                for (auto left = event.times; left > 0; --left) {
+                    take(renderer, event);
+                }
             }
-        }
-        static_cast<void>(renderer.end());
+            static_cast<void>(renderer.end());
+        });
         return std::move(output.sent);
     }
 
@@ -103,7 +106,9 @@ public:
         }
         room_ = room;
         used_ = 0;
+        const CallCounter::Scope scope;
         static_cast<void>(render_(AudioTimeStamp{static_cast<double>(start_)}, frames, list.head()));
+        calls_ += scope.counts();
         start_ += frames;
         return std::exchange(sent_, {});
     }
@@ -114,6 +119,8 @@ public:
         counts_.byHand = unit_->processor->pendingInstantMessages();
         return counts_;
     }
+
+    [[nodiscard]] CallCounts calls() const override { return calls_; }
 
 private:
     static std::size_t countOf(const std::vector<Incoming>& events) {
@@ -137,6 +144,7 @@ private:
     }
 
     OSStatus send(SampleTime time, std::span<const std::uint8_t> bytes) {
+        const CallCounter::Scope hosts;
         const auto cost = costOf(bytes.size());
         if (room_ && used_ + cost > room_->bytes) {
             ++counts_.refused;
@@ -156,6 +164,7 @@ private:
     std::size_t used_ = 0;
     Sent sent_;
     Counts counts_;
+    CallCounts calls_;
 };
 
 }  // namespace
@@ -170,15 +179,18 @@ FormatLimits limitsOf(Format format) {
                 .records = true,
                 .limitsRoom = true,
                 .takesGarbage = false,
+                .hasEditor = false,
                 .rates = anyRate};
     case Format::lv2: return {.limitsRoom = true, .rates = anyRate};
     case Format::clap:
         return {.sendsByHand = false,
                 .panics = false,
                 .records = true,
+                .limitsRoom = true,
                 .takesGarbage = false,
+                .hasEditor = false,
                 .rates = {48000.0}};
-    default: return {.setsRate = true, .reportsInBlocks = false, .takesGarbage = false, .rates = anyRate};
+    default: return {.setsRate = true, .reportsInBlocks = false, .limitsRoom = true, .rates = anyRate};
     }
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "simulation/Scenario.hpp"
 
+#include <array>
 #include <sstream>
 
 #include "platform/HexText.hpp"
@@ -24,7 +25,8 @@ struct Writer {
             out << ", " << step.count << " times";
         }
         if (step.room) {
-            out << ", room for " << step.room->bytes << " bytes";
+            out << ", room for " << step.room->bytes << " bytes"
+                << (step.room->takesSystemExclusive ? "" : " and no system exclusive");
         }
         for (const auto& event : step.events) {
             out << "\n      at " << event.offset << ": ";
@@ -56,6 +58,10 @@ struct Writer {
     void operator()(const DamagedStep& /*step*/) const { out << "restore a damaged state"; }
     void operator()(const MoveStep& /*step*/) const { out << "save, and restore in another instance"; }
     void operator()(const RestartStep& /*step*/) const { out << "deactivate and activate"; }
+    void operator()(const UserStep& step) const {
+        constexpr std::array actions{"open", "close", "add", "duplicate", "remove", "move", "undo", "redo"};
+        out << "editor: " << actions[static_cast<std::size_t>(step.action)] << " (" << step.number << ")";
+    }
 };
 
 }  // namespace
@@ -70,9 +76,9 @@ std::string nameOf(Format format) {
     }
 }
 
-std::size_t costOf(std::size_t bytes) {
+std::size_t costOf(std::size_t bytes, Format format) {
     constexpr std::size_t head = 16;
-    return head + (bytes + 7) / 8 * 8;
+    return head + (format == Format::jack ? bytes : (bytes + 7) / 8 * 8);
 }
 
 std::string describe(const Scenario& scenario) {

@@ -32,9 +32,12 @@ struct Incoming {
     std::uint32_t times = 1;
 };
 
-/// How much the host takes in one block; a message costs what `costOf` says.
+/// How much the host takes in one block; a message costs what `costOf` says. A CLAP host counts messages.
 struct RoomLimit {
     std::size_t bytes = 0;
+    bool takesSystemExclusive = true;  ///< asked by CLAP alone
+
+    [[nodiscard]] std::size_t messages() const { return bytes / 24; }
 };
 
 /// A block, and as many more of the same length without events as make up `count`.
@@ -45,6 +48,7 @@ struct BlockStep {
     std::optional<RoomLimit> room;
 };
 
+/// The rules are these from now on: as a preset that is imported where an editor is open, and as a state where one was.
 struct EditStep {
     std::vector<Rule> rules;
 };
@@ -68,8 +72,15 @@ struct MoveStep {};
 /// Deactivates and activates.
 struct RestartStep {};
 
+/// What a user does with the editor; all but `open` needs one that is open. `number` chooses a rule and a place.
+struct UserStep {
+    enum class Action : std::uint8_t { open, close, add, duplicate, remove, move, undo, redo };
+    Action action = Action::open;
+    std::uint32_t number = 0;
+};
+
 using Step = std::variant<BlockStep, EditStep, SendStep, PanicStep, RateStep, SaveStep, RestoreStep,
-                          DamagedStep, MoveStep, RestartStep>;
+                          DamagedStep, MoveStep, RestartStep, UserStep>;
 
 /// What a host, its user and its player do to an instance, one step after the other.
 struct Scenario {
@@ -78,8 +89,8 @@ struct Scenario {
     std::vector<Step> steps;
 };
 
-/// Of a message in the host's output.
-[[nodiscard]] std::size_t costOf(std::size_t bytes);
+/// Of a message in the host's output. JACK's buffer has no gaps.
+[[nodiscard]] std::size_t costOf(std::size_t bytes, Format format = Format::renderer);
 
 /// A line for each step and rule.
 [[nodiscard]] std::string describe(const Scenario& scenario);

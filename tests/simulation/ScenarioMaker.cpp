@@ -46,7 +46,7 @@ private:
     void add(Step step) { scenario_.steps.push_back(std::move(step)); }
 
     void addStep() {
-        switch (below(25)) {
+        switch (below(limits_.hasEditor ? 31 : 25)) {
         case 0: add(EditStep{rules()}); break;
         case 1: addSend(); break;
         case 2: addRate(); break;
@@ -58,8 +58,20 @@ private:
         case 8:
         case 9: addSilence(); break;
         case 10: addPanic(); break;
+        case 25:
+        case 26: add(UserStep{UserStep::Action::open}); break;
+        case 27:
+        case 28:
+        case 29:
+        case 30: addUser(); break;
         default: addBlock(); break;
         }
+    }
+
+    /// Rarely does a user close the editor.
+    void addUser() {
+        const auto action = static_cast<UserStep::Action>(2 + below(6));
+        add(UserStep{chance(8) ? UserStep::Action::close : action, below(1000)});
     }
 
     void addSend() {
@@ -131,7 +143,7 @@ private:
             step.events.push_back({offset, what(offset), 1});
         }
         if (limits_.limitsRoom && chance(5)) {
-            step.room = RoomLimit{below(160)};
+            step.room = RoomLimit{below(160), !chance(4)};
         }
         pass(step.frames);
         add(std::move(step));
@@ -176,8 +188,8 @@ private:
     void pass(std::uint64_t frames) { position_ += moves_ ? static_cast<std::int64_t>(frames) : 0; }
 
     Bytes message() {
-        if (scenario_.format != Format::unit && chance(20)) {
-            return {0xF0, 1, 2, 0xF7};
+        if (scenario_.format != Format::unit && chance(12)) {
+            return pieceOfSystemExclusive();
         }
         const auto trigger = rules_.message();
         Bytes bytes{trigger.status, trigger.data1, trigger.data2};
@@ -188,6 +200,16 @@ private:
         bytes.resize(messageLength(bytes[0]));
         std::for_each(bytes.begin() + 1, bytes.end(), [](auto& byte) { byte &= 0x7F; });
         return bytes;
+    }
+
+    /// Whole, or a part of a message whose others come sooner, later or never; perhaps with real-time bytes in it.
+    Bytes pieceOfSystemExclusive() {
+        auto piece = oneOf(std::vector<Bytes>{
+            {0xF0, 1, 2, 0xF7}, {0xF0, 1, 2}, {0xF0}, {1, 2}, {2, 0xF7}, {0xF7}, {1, 0xF0}, {0xF0, 1, 0x90}});
+        if (piece.size() < 3 && chance(3)) {
+            piece.push_back(oneOf(std::array<std::uint8_t, 3>{0xF8, 0xFA, 0xFC}));
+        }
+        return piece;
     }
 
     std::vector<Rule> rules() {

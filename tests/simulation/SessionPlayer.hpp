@@ -12,8 +12,7 @@ class SessionPlayer : public Player {
 public:
     explicit SessionPlayer(double rate) {
         static_cast<void>(session_.setSampleRate(rate));
-        session_.logInput = WithoutDeadline([this](const EventLogEntry&) { ++heard_; });
-        session_.logOutput = WithoutDeadline([this](const EventLogEntry&) { ++told_; });
+        count();
     }
 
     void edit(const std::vector<Rule>& rules) override { session_.onRulesChanged(rules); }
@@ -40,10 +39,36 @@ public:
                       told_};
     }
 
+    [[nodiscard]] EditorUnit* editorUnit() override {
+        session_.viewDidLoad();
+        if (!std::exchange(hasLogs_, true)) {
+            count();
+        }
+        return &session_;
+    }
+
+    [[nodiscard]] CallCounts calls() const override { return calls_; }
+
 protected:
+    /// Runs a part of a block, and counts what it calls; what the host does in it must be in a scope of its own.
+    template <class Part>
+    void render(Part part) {
+        const CallCounter::Scope scope;
+        part();
+        calls_ += scope.counts();
+    }
+
     Session session_;
 
 private:
+    /// An editor's logs have taken the place of what was counted.
+    void count() {
+        session_.logInput.also(WithoutDeadline([this](const EventLogEntry&) { ++heard_; }));
+        session_.logOutput.also(WithoutDeadline([this](const EventLogEntry&) { ++told_; }));
+    }
+
+    bool hasLogs_ = false;
+    CallCounts calls_;
     std::uint64_t heard_ = 0;
     std::uint64_t told_ = 0;
 };

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
+#include <chrono>
+
 #include "simulation/Simulation.hpp"
 
 namespace quillo::test {
@@ -6,6 +9,9 @@ namespace quillo::test {
 namespace {
 
 constexpr int mostTrials = 3000;
+constexpr std::chrono::seconds longest{20};
+
+using Clock = std::chrono::steady_clock;
 
 /// Makes a failing scenario smaller as long as it still fails.
 class Shrinker {
@@ -13,12 +19,14 @@ public:
     explicit Shrinker(Scenario failing) : best_(std::move(failing)) {}
 
     Scenario result() {
-        while (trials_ < mostTrials && tryOnce()) {
+        while (!isOver() && tryOnce()) {
         }
         return best_;
     }
 
 private:
+    [[nodiscard]] bool isOver() const { return trials_ >= mostTrials || Clock::now() >= end_; }
+
     /// False when nothing could be left out any more.
     bool tryOnce() {
         bool smaller = leaveOut([](Scenario& scenario) -> auto& { return scenario.steps; });
@@ -92,7 +100,11 @@ private:
     }
 
     bool keepIfItFails(Scenario scenario) {
-        if (++trials_ > mostTrials || !simulate(scenario).failure) {
+        if (isOver()) {
+            return false;
+        }
+        ++trials_;
+        if (!simulate(scenario).failure) {
             return false;
         }
         best_ = std::move(scenario);
@@ -101,6 +113,7 @@ private:
 
     Scenario best_;
     int trials_ = 0;
+    const Clock::time_point end_ = Clock::now() + longest;
 };
 
 }  // namespace

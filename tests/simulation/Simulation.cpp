@@ -10,6 +10,7 @@
 #include "persistence/PluginData.hpp"
 #include "platform/HexText.hpp"
 #include "simulation/Player.hpp"
+#include "simulation/SimulatedUser.hpp"
 
 namespace quillo::test {
 
@@ -35,8 +36,26 @@ public:
         }
     }
     void operator()(const EditStep& step) {
-        player_->edit(step.rules);
+        if (user_) {
+            user_->import(step.rules);
+            return look();
+        }
+        if (hasLogs_) {
+            expect(player_->restore(PluginData{step.rules}.write()), "a state is rejected");
+        } else {
+            player_->edit(step.rules);
+        }
         model_.edit(step.rules);
+    }
+    void operator()(const UserStep& step) {
+        if (step.action == UserStep::Action::open && !user_) {
+            open();
+        } else if (step.action == UserStep::Action::close) {
+            user_.reset();
+        } else if (user_) {
+            user_->act(step);
+        }
+        look();
     }
     void operator()(const SendStep& step) {
         player_->send(step.message);
@@ -62,6 +81,10 @@ public:
     void operator()(const RestoreStep& /*step*/) {
         expect(player_->restore(saved_), "the saved state is rejected");
         model_.edit(savedRules_);
+        if (user_) {
+            user_->see(savedRules_);
+            look();
+        }
     }
     void operator()(const DamagedStep& /*step*/) {
         auto damaged = saved_;
@@ -74,6 +97,8 @@ public:
     }
     void operator()(const MoveStep& /*step*/) {
         const auto document = player_->save();
+        user_.reset();
+        hasLogs_ = false;
         player_ = makePlayer(format_, rate_);
         expect(player_->restore(document), "the saved state is rejected elsewhere");
         auto rules = model_.rules();
@@ -98,9 +123,49 @@ private:
         compare(expected, sent);
         expect(model_.addsUp(), "the model has lost a message");
         expect(!model_.hasLeftNotesSounding(), "notes sound on that were to end");
+        expect(player_->calls() == noCalls, "the render side allocates, frees or locks");
+        if (user_) {
+            look();
+        }
         if (const auto counts = player_->counts()) {
             compare(model_.counts(), *counts);
         }
+    }
+
+    void open() {
+        if (auto* unit = player_->editorUnit()) {
+            if (!std::exchange(hasLogs_, true)) {
+                model_.clearLogs();
+            }
+            user_.emplace(*unit, model_.rules());
+        }
+    }
+
+    /// What the editor shows, and what its user's edits have made of the rules.
+    void look() {
+        if (!user_) {
+            return;
+        }
+        user_->look();
+        if (const auto difference = user_->difference()) {
+            return expect(false, *difference);
+        }
+        compare(model_.heard(), user_->model().inLog(), "in");
+        compare(model_.told(), user_->model().outLog(), "out");
+        model_.edit(user_->rules());
+        expect(PluginData::read(player_->save()).rules == model_.rules(), "the rules that run are others");
+    }
+
+    void compare(const SlowModel::Log& expected, const QuilloModel::Log& log, const std::string& name) {
+        const auto isSame = [](const auto& should, const EventLogEntry& is) {
+            const auto* midi = is.variants.midi();
+            const auto bytes = midi != nullptr
+                                   ? copyOf(midi->message.bytes())
+                                   : Bytes{static_cast<std::uint8_t>(is.variants.host()->trigger)};
+            return should == std::pair(std::int64_t{is.timestamp}, bytes);
+        };
+        expect(std::equal(expected.begin(), expected.end(), log.begin(), log.end(), isSame),
+               "the editor's log of what goes " + name + " is another");
     }
 
     void compare(const Sent& expected, const Sent& sent) {
@@ -145,6 +210,8 @@ private:
     SlowModel model_;
     Bytes saved_;
     std::vector<Rule> savedRules_;
+    std::optional<SimulatedUser> user_;
+    bool hasLogs_ = false;  ///< since the first editor
 };
 
 }  // namespace
@@ -155,7 +222,11 @@ Outcome simulate(const Scenario& scenario) {
         testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &hostFailures);
     Simulation simulation(scenario);
     for (std::size_t i = 0; i < scenario.steps.size(); ++i) {
-        std::visit(simulation, scenario.steps[i]);
+        try {
+            std::visit(simulation, scenario.steps[i]);
+        } catch (const std::exception& error) {
+            simulation.failure = std::string("thrown: ") + error.what();
+        }
         if (!simulation.failure && hostFailures.size() > 0) {
             simulation.failure = std::string("the host: ") + hostFailures.GetTestPartResult(0).message();
         }

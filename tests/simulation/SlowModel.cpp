@@ -60,6 +60,28 @@ std::vector<Bytes> messagesOf(const RuleOutputVariantsV2& output, const Bytes& t
     return {framed};
 }
 
+bool isSystemExclusive(const Bytes& bytes) {
+    return bytes[0] == 0xF0;
+}
+
+/// What of an event is put before the rules. A JACK server hands over whole messages but for system exclusive, which
+/// comes in pieces with real-time messages among its bytes.
+std::vector<Bytes> heardIn(const Bytes& event, Format format) {
+    if (format != Format::jack) {
+        return {event};
+    }
+    std::vector<Bytes> heard;
+    for (std::size_t i = 0; i < event.size(); ++i) {
+        if (event[i] >= 0xF8) {
+            heard.push_back({event[i]});
+        } else if (event[i] >= 0x80 && event[i] != 0xF0 && event[i] != 0xF7) {
+            heard.emplace_back(event.begin() + static_cast<std::ptrdiff_t>(i), event.end());
+            break;
+        }
+    }
+    return heard;
+}
+
 /// Whether it is one whole message, and not system exclusive.
 bool isMessage(const Bytes& bytes) {
     if (bytes.empty() || bytes[0] < 0x80 || bytes[0] == 0xF0) {
@@ -84,7 +106,9 @@ void SlowModel::send(const RuleOutputVariantsV2& message) {
 Sent SlowModel::block(std::uint32_t frames, const std::vector<Incoming>& events,
                       std::optional<RoomLimit> room) {
     frames_ = frames;
-    room_ = room;
+    room_ = format_ == Format::clap ? std::nullopt : room;
+    hostRoom_ = room;
+    offerAgain();
     begin();
     if (format_ == Format::unit) {
         ask(events);
@@ -101,7 +125,68 @@ Sent SlowModel::block(std::uint32_t frames, const std::vector<Incoming>& events,
     for (const auto& [offset, bytes] : sent_) {
         receivers_.hear(bytes);
     }
+    if (format_ == Format::clap) {
+        offer();
+        return std::move(taken_);
+    }
     return std::move(sent_);
+}
+
+bool SlowModel::hostTakes(const Bytes& bytes) {
+    const bool takes = !hostRoom_ || (hostTook_ < hostRoom_->messages() &&
+                                      (hostRoom_->takesSystemExclusive || !isSystemExclusive(bytes)));
+    hostTook_ += takes ? 1 : 0;
+    return takes;
+}
+
+/// What waits comes first. System exclusive that is refused first of all is lost when the host takes something
+/// behind it, or when nothing but system exclusive waits.
+void SlowModel::offerAgain() {
+    hostTook_ = 0;
+    taken_.clear();
+    const auto before = owed_.size();
+    const auto takeAll = [this] {
+        while (!owed_.empty() && hostTakes(owed_.front())) {
+            taken_.emplace_back(0, owed_.front());
+            owed_.pop_front();
+        }
+    };
+    takeAll();
+    if (owed_.size() == before) {
+        std::size_t exclusive = 0;
+        while (exclusive < owed_.size() && isSystemExclusive(owed_[exclusive])) {
+            ++exclusive;
+            const bool isLast = exclusive == owed_.size();
+            if (isLast || hostTakes(owed_[exclusive])) {
+                owed_.erase(owed_.begin(), owed_.begin() + static_cast<std::ptrdiff_t>(exclusive));
+                if (!isLast) {
+                    taken_.emplace_back(0, owed_.front());
+                    owed_.pop_front();
+                }
+                takeAll();
+                break;
+            }
+        }
+    }
+    isHeldUp_ = !owed_.empty();
+}
+
+/// What was sent in this block; what the host has no room for waits, and everything behind it.
+void SlowModel::offer() {
+    for (auto& message : sent_) {
+        if (owed_.empty() && hostTakes(message.second)) {
+            taken_.push_back(std::move(message));
+        } else {
+            owed_.push_back(std::move(message.second));
+        }
+    }
+}
+
+void SlowModel::note(Log& log, std::int64_t time, const Bytes& bytes) {
+    log.emplace_back(time, bytes);
+    if (log.size() > logLength) {
+        log.pop_front();
+    }
 }
 
 /// What leaves by itself.
@@ -181,7 +266,7 @@ void SlowModel::sendOwed() {
 }
 
 bool SlowModel::hasRoomFor(const Bytes& bytes) const {
-    return !room_ || used_ + costOf(bytes.size()) <= room_->bytes;
+    return !isHeldUp_ && (!room_ || used_ + costOf(bytes.size()) <= room_->bytes);
 }
 
 /// What has left is owed no more. A note that is struck anew is ended by its own end.
@@ -219,21 +304,22 @@ void SlowModel::Receivers::hear(const Bytes& bytes) {
 
 void SlowModel::come(const Incoming& event) {
     for (auto left = event.times; left > 0; --left) {
-        const auto* bytes = std::get_if<Bytes>(&event.what);
-        if (format_ == Format::unit) {
-            offset_ = event.offset;
-        } else if (bytes == nullptr || isMessage(*bytes)) {
-            goTo(event.offset);
-        }
-        if (bytes != nullptr) {
-            hear(*bytes);
+        if (const auto* bytes = std::get_if<Bytes>(&event.what)) {
+            for (const auto& message : heardIn(*bytes, format_)) {
+                hear(event.offset, message);
+            }
         } else if (format_ != Format::unit) {
+            goTo(event.offset);
             report(std::get<TransportReport>(event.what));
         }
     }
 }
 
 void SlowModel::goTo(std::uint32_t offset) {
+    if (format_ == Format::unit) {
+        offset_ = offset;
+        return;
+    }
     const auto reached = std::min<std::int64_t>(offset, std::max<std::int64_t>(frames_, 1) - 1);
     if (reached <= offset_) {
         return;
@@ -294,19 +380,23 @@ void SlowModel::judgeTransport() {
 
 void SlowModel::fireTransport() {
     const auto rolling = transport_.position > 0 ? Trigger::Continue : Trigger::Start;
+    const auto change = transport_.moves ? rolling : Trigger::Stop;
     ++heard_;
-    failed_ = !fireAll(runReference(rules_, transport_.moves ? rolling : Trigger::Stop), {});
+    note(heardLog_, start_ + offset_, {static_cast<std::uint8_t>(change)});
+    failed_ = !fireAll(runReference(rules_, change), {});
 }
 
-void SlowModel::hear(const Bytes& bytes) {
+void SlowModel::hear(std::uint32_t offset, const Bytes& bytes) {
     if (!isMessage(bytes)) {
         return;
     }
+    goTo(offset);
     judgeTransport();
     if (failed_) {
         return;
     }
     ++heard_;
+    note(heardLog_, start_ + offset_, bytes);
     const auto outcome = runReference(rules_, TriggerBytes{bytes[0], byteAt(bytes, 1), byteAt(bytes, 2)});
     failed_ = !fireAll(outcome, bytes);
     if (!failed_ && !outcome.consumer) {
@@ -355,12 +445,17 @@ bool SlowModel::leaveOne(std::int64_t time, const Bytes& bytes) {
     const auto last = std::max<std::int64_t>(frames_, 1) - 1;
     const auto offset =
         format_ == Format::unit ? time - start_ : std::clamp<std::int64_t>(time - start_, 0, last);
-    const auto cost = costOf(bytes.size());
+    const auto cost = costOf(bytes.size(), format_);
+    if (isHeldUp_) {
+        ++refused_;
+        return false;
+    }
     const bool isKept = !leavesLater(offset) || kept_ < mostInABlock;
     if (isKept && (!room_ || used_ + cost <= room_->bytes)) {
         used_ += cost;
         ++told_;
         settle(bytes);
+        note(toldLog_, time, bytes);
         sent_.emplace_back(offset, bytes);
         if (leavesLater(offset)) {
             ++kept_;
@@ -369,7 +464,7 @@ bool SlowModel::leaveOne(std::int64_t time, const Bytes& bytes) {
         return true;
     }
     const bool isTooLong = isKept && cost > room_->bytes;
-    const bool isLeftOut = format_ != Format::unit && isTooLong && bytes[0] == 0xF0;
+    const bool isLeftOut = format_ != Format::unit && isTooLong && isSystemExclusive(bytes);
     ++(isLeftOut ? leftOut_ : refused_);
     return isLeftOut;
 }

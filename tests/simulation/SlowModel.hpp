@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <optional>
 #include <set>
@@ -60,6 +61,17 @@ public:
 
     [[nodiscard]] Counts counts() const;
 
+    /// The newest of what the rules heard and of what they sent, with its time. A transport change is its number.
+    static constexpr std::size_t logLength = 100;
+    using Log = std::deque<std::pair<std::int64_t, Bytes>>;
+    [[nodiscard]] const Log& heard() const { return heardLog_; }
+    [[nodiscard]] const Log& told() const { return toldLog_; }
+    /// An editor is opened for the first time: what was before is not in its logs.
+    void clearLogs() {
+        heardLog_.clear();
+        toldLog_.clear();
+    }
+
     /// Every message that a rule sent is where it must be: gone out, waiting, pushed out by others, refused.
     [[nodiscard]] bool addsUp() const;
 
@@ -99,6 +111,8 @@ private:
         void hear(const Bytes& bytes);
     };
 
+    static void note(Log& log, std::int64_t time, const Bytes& bytes);
+
     void begin();
     void oweWhatWasAskedFor();
     void sendOwed();
@@ -110,13 +124,18 @@ private:
     void ask(const std::vector<Incoming>& events);
     void judgeTransport();
     void fireTransport();
-    void hear(const Bytes& bytes);
+    void hear(std::uint32_t offset, const Bytes& bytes);
     bool fireAll(const ChainOutcome& outcome, const Bytes& bytes);
     bool schedule(const Rule& rule, const Bytes& trigger);
     void keep(std::int64_t due, Messages messages);
     bool leave(std::int64_t time, const Messages& messages);
     bool leaveOne(std::int64_t time, const Bytes& bytes);
     [[nodiscard]] bool leavesLater(std::int64_t offset) const;
+
+    // A CLAP host's list.
+    [[nodiscard]] bool hostTakes(const Bytes& bytes);
+    void offerAgain();
+    void offer();
 
     Format format_;
     std::uint64_t rate_;
@@ -146,6 +165,13 @@ private:
     std::size_t kept_ = 0;               ///< for later, since nothing was
     Sent sent_;
 
+    // Of a CLAP host.
+    std::optional<RoomLimit> hostRoom_;
+    std::size_t hostTook_ = 0;  ///< in this block
+    std::deque<Bytes> owed_;    ///< what it had no room for
+    bool isHeldUp_ = false;     ///< since an earlier block
+    Sent taken_;
+
     // Messages, in all.
     std::uint64_t born_ = 0;  ///< fired by rules, forwarded or sent by hand
     std::uint64_t pushedOut_ = 0;
@@ -155,6 +181,9 @@ private:
     std::uint64_t leftOut_ = 0;
     std::uint64_t heard_ = 0;
     std::uint64_t told_ = 0;
+
+    Log heardLog_;
+    Log toldLog_;
 };
 
 }  // namespace quillo::test

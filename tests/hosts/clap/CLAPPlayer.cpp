@@ -26,7 +26,9 @@ public:
     bool restore(const Bytes& document) override { return host_.load(document); }
 
     Sent block(std::uint32_t frames, const std::vector<Incoming>& events,
-               std::optional<RoomLimit> /*room*/) override {
+               std::optional<RoomLimit> room) override {
+        host_.room = room ? room->messages() : std::numeric_limits<std::size_t>::max();
+        host_.takesSystemExclusive = !room || room->takesSystemExclusive;
         input_.clear();
         for (const auto& event : events) {
             take(event);
@@ -41,6 +43,7 @@ public:
     }
 
     [[nodiscard]] std::optional<Counts> counts() override { return std::nullopt; }
+    [[nodiscard]] CallCounts calls() const override { return host_.calls; }
 
 private:
     void take(const Incoming& event) {

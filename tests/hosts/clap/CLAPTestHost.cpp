@@ -117,7 +117,9 @@ clap_process_status CLAPTestHost::process(std::uint32_t frames, const CLAPEvents
     process.transport = transport;
     process.in_events = events.list();
     process.out_events = &output_;
+    const CallCounter::Scope scope;
     const auto status = plugin->process(plugin, &process);
+    calls += scope.counts();
     now += frames;
     steadyTime += steadyTime < 0 ? 0 : frames;
     return status;
@@ -134,6 +136,7 @@ clap_process_status CLAPTestHost::process(std::uint32_t frames, const Bytes& mes
 }
 
 bool CLAPTestHost::tryPush(const clap_event_header_t& event) {
+    const CallCounter::Scope ours;
     check(event);
     if (room == 0 || (event.type == CLAP_EVENT_MIDI_SYSEX && !takesSystemExclusive)) {
         return false;

@@ -11,6 +11,7 @@
 #include "hosts/clap/CLAPBinary.hpp"
 #include "hosts/clap/CLAPEvents.hpp"
 #include "hosts/formats/FormatScript.hpp"
+#include "realtime/CallCounter.hpp"
 #include "rules/Rule.hpp"
 #include "support/OutputRecorder.hpp"
 
@@ -70,6 +71,9 @@ public:
 
     /// The frames processed so far.
     SampleTime now = 0;
+
+    /// What it has called in blocks so far that a render thread must not.
+    CallCounts calls;
 
     // What the instance asked for.
     int dirtyMarks = 0;

@@ -7,6 +7,37 @@ namespace quillo::test {
 
 namespace {
 
+/// A port whose buffer has so many bytes, and takes messages in ascending order only.
+class LimitedPort final : public MIDIOutputPort {
+public:
+    explicit LimitedPort(std::optional<RoomLimit> limit)
+        : size_(limit ? limit->bytes : std::numeric_limits<std::size_t>::max()) {}
+
+    Sent sent;
+
+    void clear() QUILLO_REALTIME override { used_ = 0; }
+    [[nodiscard]] std::size_t room() const QUILLO_REALTIME override {
+        const auto head = used_ + costOf(0, Format::jack);
+        return size_ > head ? size_ - head : 0;
+    }
+    [[nodiscard]] bool tryWrite(std::uint32_t offset,
+                                std::span<const std::uint8_t> bytes) QUILLO_REALTIME override {
+        QUILLO_REALTIME_EXEMPT("a test has no deadline")
+        const CallCounter::Scope hosts;
+        if (bytes.size() > room() || (!sent.empty() && sent.back().first > offset)) {
+            return false;
+        }
+        used_ += costOf(bytes.size(), Format::jack);
+        sent.emplace_back(offset, copyOf(bytes));
+        QUILLO_REALTIME_EXEMPT_END
+        return true;
+    }
+
+private:
+    std::size_t size_;
+    std::size_t used_ = 0;
+};
+
 /// A server's cycles with ports of its own. It reports its transport in every cycle.
 class SimulatedJackPlayer final : public SessionPlayer {
 public:
@@ -21,16 +52,17 @@ public:
     void restart() override {}
 
     Sent block(std::uint32_t frames, const std::vector<Incoming>& events,
-               std::optional<RoomLimit> /*room*/) override {
+               std::optional<RoomLimit> room) override {
         Timed input;
         for (const auto& event : events) {
             take(event, input);
         }
-        FakeOutput output;
-        cycle_.run(frames, transport_, FakeInput(std::move(input)), output);
+        const FakeInput port(std::move(input));
+        LimitedPort output(room);
+        render([&] { cycle_.run(frames, transport_, port, output); });
         transport_.clock += frames;
         transport_.frame += transport_.isRolling ? frames : 0;
-        return {output.written.begin(), output.written.end()};
+        return std::move(output.sent);
     }
 
 private:

@@ -39,6 +39,11 @@ public:
     }
 
     [[nodiscard]] std::optional<Counts> counts() override { return std::nullopt; }
+    [[nodiscard]] EditorUnit* editorUnit() override {
+        host_.unit().viewDidLoad();
+        return &host_.unit();
+    }
+    [[nodiscard]] CallCounts calls() const override { return host_.calls; }
 
 private:
     void take(const Incoming& event) {

@@ -70,7 +70,11 @@ void LV2TestHost::run(std::uint32_t frames, const LV2Sequence& events) {
     prepareOutput();
     connect(0, in.atom().atom.type == 0 ? nullptr : &in.atom());
     connect(1, output_.data());
-    descriptor().run(handle(), frames);
+    {
+        const CallCounter::Scope scope;
+        descriptor().run(handle(), frames);
+        calls += scope.counts();
+    }
     readOutput(frames);
     now += frames;
 }

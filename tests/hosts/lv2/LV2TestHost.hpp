@@ -10,6 +10,7 @@
 #include "hosts/formats/FormatScript.hpp"
 #include "hosts/lv2/LV2Sequence.hpp"
 #include "hosts/lv2/LV2World.hpp"
+#include "realtime/CallCounter.hpp"
 #include "rules/Rule.hpp"
 #include "session/EditorUnit.hpp"
 
@@ -63,6 +64,9 @@ public:
 
     /// The frames run so far.
     SampleTime now = 0;
+
+    /// What the instance has called in `run` so far that a render thread must not.
+    CallCounts calls;
 
     int stateChanges = 0;            ///< how often the instance told of one
     std::uint32_t bytesWritten = 0;  ///< into the output's buffer in the last block

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "simulation/SimulatedUser.hpp"
+
+#include <algorithm>
+#include <array>
+
+#include "editor/PresetExchange.hpp"
+#include "persistence/PluginData.hpp"
+
+namespace quillo::test {
+
+SimulatedUser::SimulatedUser(EditorUnit& unit, const std::vector<Rule>& running)
+    : unit_(unit),
+      editor_(
+          unit.model(), [&unit](std::vector<Rule> rules) { unit.onRulesChanged(std::move(rules)); },
+          [&unit](const RuleOutputVariantsV2& message) { unit.onInstantMessageClick(message); }),
+      history_{running} {
+    look();
+}
+
+void SimulatedUser::look() {
+    unit_.drain();
+    while (editor_.alertErrorMessage()) {
+        editor_.dismissAlert();
+    }
+}
+
+void SimulatedUser::act(const UserStep& step) {
+    if (step.action == UserStep::Action::undo) {
+        return undo();
+    }
+    if (step.action == UserStep::Action::redo) {
+        return redo();
+    }
+    if (editor_.whyNotEditable()) {
+        return;
+    }
+    if (step.action == UserStep::Action::add) {
+        return add(step.number);
+    }
+    const auto size = editor_.rules().size();
+    if (size == 0) {
+        return;
+    }
+    switch (step.action) {
+    case UserStep::Action::duplicate: return duplicate(step.number % size);
+    case UserStep::Action::remove: return remove(step.number % size);
+    default: return move(step.number % size, step.number / size % size);
+    }
+}
+
+/// What was undone can be redone no more.
+void SimulatedUser::change(std::vector<Rule> rules) {
+    history_.resize(now_ + 1);
+    history_.push_back(std::move(rules));
+    ++now_;
+}
+
+void SimulatedUser::add(std::size_t which) {
+    constexpr std::array types{OutputEntryType::NoteOn, OutputEntryType::ProgramChange,
+                               OutputEntryType::SystemExclusive};
+    const MIDIRuleType type = MIDIRuleType::OutputType{types[which % types.size()]};
+    auto list = rules();
+    list.push_back(ruleFromElement({UUID(), defaultEntry(type, nextIndex(editor_.rules())), std::nullopt}));
+    editor_.add(type);
+    change(std::move(list));
+}
+
+void SimulatedUser::duplicate(std::size_t index) {
+    auto list = rules();
+    list.insert(list.begin() + static_cast<std::ptrdiff_t>(index), Rule(list[index]));
+    editor_.duplicate(editor_.rules()[index].id);
+    change(std::move(list));
+}
+
+void SimulatedUser::remove(std::size_t index) {
+    auto list = rules();
+    list.erase(list.begin() + static_cast<std::ptrdiff_t>(index));
+    editor_.remove(editor_.rules()[index].id);
+    change(std::move(list));
+}
+
+void SimulatedUser::move(std::size_t from, std::size_t to) {
+    if (from == to) {
+        return;
+    }
+    auto list = rules();
+    const auto moved = list[from];
+    list.erase(list.begin() + static_cast<std::ptrdiff_t>(from));
+    list.insert(list.begin() + static_cast<std::ptrdiff_t>(to), moved);
+    editor_.move(editor_.rules()[from].id, to);
+    change(std::move(list));
+}
+
+void SimulatedUser::undo() {
+    editor_.undo();
+    now_ -= now_ > 0 ? 1U : 0U;
+}
+
+void SimulatedUser::redo() {
+    editor_.redo();
+    now_ += now_ + 1 < history_.size() ? 1U : 0U;
+}
+
+void SimulatedUser::import(const std::vector<Rule>& rules) {
+    const auto bytes = PluginData{rules}.write();
+    const bool wasShown = !editor_.whyNotEditable();
+    const bool isNothing = wasShown && rules.empty() && history_[now_].empty();
+    static_cast<void>(importPreset("a preset", [&bytes] { return bytes; }, editor_));
+    if (!isNothing &&
+        std::ranges::none_of(rules, [](const Rule& rule) { return whyNoEntry(rule).has_value(); })) {
+        change(rules);
+    }
+}
+
+std::optional<std::string> SimulatedUser::difference() const {
+    if (editor_.runningRules() != rules()) {
+        return "the editor shows other rules than run";
+    }
+    if (editor_.undoName().has_value() != (now_ > 0)) {
+        return "what can be undone is another";
+    }
+    if (editor_.redoName().has_value() != (now_ + 1 < history_.size())) {
+        return "what can be redone is another";
+    }
+    return std::nullopt;
+}
+
+}  // namespace quillo::test
