@@ -6,7 +6,7 @@
 # Without JUCE on the machine there are no such targets, and everything that needs no window is built all the same;
 # nor are there any in the trees that look at the render thread only.
 
-if(QUILLO_SANITIZE MATCHES "thread|realtime")
+if(QUILLO_WITHOUT_LIBRARIES OR QUILLO_SANITIZE MATCHES "thread|realtime")
     return()
 endif()
 find_package(JUCE CONFIG QUIET)

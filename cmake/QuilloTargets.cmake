@@ -123,6 +123,7 @@ function(quillo_add_tests name)
     set(suites "${CMAKE_CURRENT_BINARY_DIR}/${name}-suites")
     file(GENERATE OUTPUT "${suites}.cmake" CONTENT
 "include(\"${PROJECT_SOURCE_DIR}/cmake/QuilloSuites.cmake\")
+set(quillo_emulator \"${CMAKE_CROSSCOMPILING_EMULATOR}\")
 quillo_add_suites(\"$<TARGET_FILE:${name}>\" \"${suites}.txt\" ${properties})
 ")
     set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${suites}.cmake")

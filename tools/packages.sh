@@ -20,6 +20,8 @@ packages_of() {
         fuzz) echo clang-22 libclang-rt-22-dev ;;
         coverage) echo clang-22 libclang-rt-22-dev llvm-22 ;;
         mutate) echo python3 ;;
+        elsewhere) echo clang-16 libclang-rt-16-dev libblocksruntime-dev libc++-16-dev libc++abi-16-dev g++-12-multilib \
+            g++-aarch64-linux-gnu qemu-user-static dpf-source ;;
         fresh) echo debootstrap ;;
     esac
 }
@@ -35,6 +37,7 @@ programs_of() {
         fuzz) echo clang++-22 ;;
         coverage) echo clang++-22 llvm-cov-22 llvm-profdata-22 ;;
         mutate) echo python3 ;;
+        elsewhere) echo clang++-16 g++-12 aarch64-linux-gnu-g++ qemu-aarch64-static ;;
         fresh) echo debootstrap ;;
     esac
 }

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash
 # `./dev test`: the optimised tree, and what takes little time in it. `./dev test all`: every tree's tests, whatever happens
-# in the others. Sourced by ./dev.
+# in the others. `./dev test elsewhere`: what needs no library of this machine, in other surroundings. Sourced by ./dev.
 
 run_tests() {
     need build editor jack plugins hosts display guide
@@ -19,6 +19,12 @@ run_all_tests() {
         status=1
     fi
     return "$status"
+}
+
+# What is portable, with another compiler, standard library, size of a pointer or processor.
+run_tests_elsewhere() {
+    need build elsewhere
+    test_trees "libc++ 32-bit arm64"
 }
 
 # test_trees "PRESET ..." [OPTION...]: tests each tree, with these options for ctest, and sums up.

@@ -22,7 +22,8 @@ quillo_add_tests(auv3-shell-tests REALTIME
         ${quillo_shell_sources}
     LINK quillo-auv3 "${QUILLO_BLOCKS_RUNTIME}")
 if(TARGET auv3-shell-tests)
-    target_compile_options(auv3-shell-tests PRIVATE -fblocks -Wfunction-effects)
+    target_compile_options(auv3-shell-tests PRIVATE -fblocks
+        $<$<VERSION_GREATER_EQUAL:${CMAKE_CXX_COMPILER_VERSION},20>:-Wfunction-effects>)
     target_include_directories(auv3-shell-tests SYSTEM PRIVATE stubs)
     if(NOT QUILLO_SANITIZE)
         target_compile_options(auv3-shell-tests PRIVATE -fsanitize=address)
