@@ -76,9 +76,9 @@ std::string nameOf(Format format) {
     }
 }
 
-std::size_t costOf(std::size_t bytes, Format format) {
+std::size_t costOf(std::size_t bytes) {
     constexpr std::size_t head = 16;
-    return head + (format == Format::jack ? bytes : (bytes + 7) / 8 * 8);
+    return head + (bytes + 7) / 8 * 8;
 }
 
 std::string describe(const Scenario& scenario) {

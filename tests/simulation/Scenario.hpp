@@ -89,8 +89,8 @@ struct Scenario {
     std::vector<Step> steps;
 };
 
-/// Of a message in the host's output. JACK's buffer has no gaps.
-[[nodiscard]] std::size_t costOf(std::size_t bytes, Format format = Format::renderer);
+/// Of a message in the host's output.
+[[nodiscard]] std::size_t costOf(std::size_t bytes);
 
 /// A line for each step and rule.
 [[nodiscard]] std::string describe(const Scenario& scenario);

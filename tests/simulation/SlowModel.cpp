@@ -445,7 +445,7 @@ bool SlowModel::leaveOne(std::int64_t time, const Bytes& bytes) {
     const auto last = std::max<std::int64_t>(frames_, 1) - 1;
     const auto offset =
         format_ == Format::unit ? time - start_ : std::clamp<std::int64_t>(time - start_, 0, last);
-    const auto cost = costOf(bytes.size(), format_);
+    const auto cost = costOf(bytes.size());
     if (isHeldUp_) {
         ++refused_;
         return false;

@@ -7,7 +7,7 @@ namespace quillo::test {
 
 namespace {
 
-/// A port whose buffer has so many bytes, and takes messages in ascending order only.
+/// A port whose buffer has so many bytes, in pieces of 8, and takes messages in ascending order only.
 class LimitedPort final : public MIDIOutputPort {
 public:
     explicit LimitedPort(std::optional<RoomLimit> limit)
@@ -17,8 +17,8 @@ public:
 
     void clear() QUILLO_REALTIME override { used_ = 0; }
     [[nodiscard]] std::size_t room() const QUILLO_REALTIME override {
-        const auto head = used_ + costOf(0, Format::jack);
-        return size_ > head ? size_ - head : 0;
+        const auto head = used_ + costOf(0);
+        return size_ > head ? (size_ - head) / 8 * 8 : 0;
     }
     [[nodiscard]] bool tryWrite(std::uint32_t offset,
                                 std::span<const std::uint8_t> bytes) QUILLO_REALTIME override {
@@ -27,7 +27,7 @@ public:
         if (bytes.size() > room() || (!sent.empty() && sent.back().first > offset)) {
             return false;
         }
-        used_ += costOf(bytes.size(), Format::jack);
+        used_ += costOf(bytes.size());
         sent.emplace_back(offset, copyOf(bytes));
         QUILLO_REALTIME_EXEMPT_END
         return true;
