@@ -3,11 +3,11 @@
 
 #include <atomic>
 #include <numeric>
-#include <thread>
 #include <utility>
 #include <vector>
 
 #include "engine/MIDIMessage.hpp"
+#include "support/Threads.hpp"
 
 namespace quillo {
 namespace {
@@ -26,8 +26,9 @@ TEST(MIDIMessageThreads, WhoeverDropsALongOneLastItsBytesAreReadBeforeAnotherThr
         }
         reading.fetch_sub(1, std::memory_order_relaxed);
     };
-    const std::jthread one(readAndDrop, messages);
-    const std::jthread other(readAndDrop, std::exchange(messages, {}));
+    const JoinedThread one([&, held = messages]() mutable { readAndDrop(std::move(held)); });
+    const JoinedThread other(
+        [&, held = std::exchange(messages, {})]() mutable { readAndDrop(std::move(held)); });
     while (reading.load(std::memory_order_relaxed) > 0) {
         MIDIMessage::freeRetired();
     }

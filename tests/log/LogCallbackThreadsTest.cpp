@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "log/LogCallback.hpp"
+#include "support/Threads.hpp"
 
 namespace quillo {
 namespace {
@@ -14,8 +15,9 @@ TEST(LogCallbackThreads, WhileOneThreadCallsAnotherReplacesTheFunctionAndTheLast
     const EventLogEntry entry{0, EventLogEntryVariants::Host{HostTransportTriggerVariantsV2::Start}};
     LogCallback callback;
     std::atomic<int> heard{-1};
-    const std::jthread caller([&](const std::stop_token& stop) {
-        while (!stop.stop_requested()) {
+    std::atomic<bool> stops{false};
+    const JoinedThread caller([&] {
+        while (!stops) {
             if (callback) {
                 callback(entry);
             }
@@ -27,6 +29,7 @@ TEST(LogCallbackThreads, WhileOneThreadCallsAnotherReplacesTheFunctionAndTheLast
     while (heard.load(std::memory_order_relaxed) != last) {
         std::this_thread::yield();
     }
+    stops = true;
 }
 
 }  // namespace
