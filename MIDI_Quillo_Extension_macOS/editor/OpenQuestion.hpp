@@ -10,8 +10,8 @@
 
 namespace quillo {
 
-/// The user's question why an event did what it did, as long as it is open: the unit's reason for each rule of
-/// the list that is shown. [main] only.
+/// The user's question why an event did what it did, as long as it is open: the unit's reason for each rule
+/// of the list that is shown. [main] only.
 class OpenQuestion {
 public:
     /// Both must outlive it.

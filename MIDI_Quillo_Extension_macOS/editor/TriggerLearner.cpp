@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <span>
+#include <tuple>
 #include <utility>
 
 #include "editor/EntryRules.hpp"
@@ -24,7 +25,8 @@ constexpr int trembling = 1;
 
 constexpr unsigned bitsPerByte = 8;
 
-/// Of what was played: note-on and note-off are the same note. Changes of the transport lie behind all messages.
+/// Of what was played: note-on and note-off are the same note. Changes of the transport lie behind all
+/// messages.
 std::uint16_t nameOf(const EventLogEntryVariants& event) {
     if (const auto* host = event.host()) {
         return static_cast<std::uint16_t>(0xFF00U | static_cast<unsigned>(host->trigger));
@@ -81,9 +83,15 @@ std::string wordsOf(const RuleTriggerEntry& trigger) {
 
 std::vector<TriggerOffer> inShownOrder(const std::vector<TriggerOffer>& shown,
                                        std::vector<TriggerOffer> fresh) {
-    std::ranges::stable_sort(fresh, {}, [&shown](const TriggerOffer& offer) {
-        return std::ranges::find(shown, offer.key, &TriggerOffer::key) - shown.begin();
-    });
+    auto next = fresh.begin();
+    for (const auto& offer : shown) {
+        const auto found =
+            std::find_if(next, fresh.end(), [&](const auto& other) { return other.key == offer.key; });
+        if (found != fresh.end()) {
+            std::rotate(next, found, found + 1);
+            ++next;
+        }
+    }
     return fresh;
 }
 
@@ -167,18 +175,16 @@ double TriggerLearner::rank(const Source& source) const {
     return control != nullptr ? std::min(own, rank(*control)) : own;
 }
 
+/// Of equal ones the control stands before the note that touches it, then what was heard first.
 std::vector<TriggerOffer> TriggerLearner::offers() const {
-    std::vector<const Source*> ranked;
-    for (const auto& source : sources_) {
-        ranked.push_back(&source);
+    std::vector<std::tuple<double, bool, std::size_t>> ranked;
+    for (std::size_t place = 0; place < sources_.size(); ++place) {
+        ranked.emplace_back(-rank(sources_[place]), sources_[place].touches.has_value(), place);
     }
-    std::ranges::stable_sort(ranked, [this](const Source* left, const Source* right) {
-        return std::pair(-rank(*left), left->touches.has_value()) <
-               std::pair(-rank(*right), right->touches.has_value());
-    });
+    std::ranges::sort(ranked);
     std::vector<TriggerOffer> offers;
-    for (const auto* source : ranked) {
-        offer(*source, offers);
+    for (const auto& [order, touches, place] : ranked) {
+        offer(sources_[place], offers);
     }
     return offers;
 }

@@ -25,6 +25,16 @@ constexpr std::uint32_t framesOfABlock = 3000;
 /// What leaves: when, in milliseconds, and the bytes in hexadecimal.
 using Sent = std::vector<std::pair<std::uint32_t, std::string>>;
 
+/// What leaves at one time stays in its order.
+Sent inOrderOfTime(const Sent& sent) {
+    Sent ordered;
+    for (const auto& message : sent) {
+        ordered.insert(std::ranges::upper_bound(ordered, message.first, {}, &Sent::value_type::first),
+                       message);
+    }
+    return ordered;
+}
+
 /// What the reasons say was sent, in order of time.
 Sent sentAccordingTo(const std::vector<RuleReason>& reasons) {
     Sent sent;
@@ -41,8 +51,7 @@ Sent sentAccordingTo(const std::vector<RuleReason>& reasons) {
             sent.emplace_back(delay, bytes);
         }
     }
-    std::ranges::stable_sort(sent, {}, &Sent::value_type::first);
-    return sent;
+    return inOrderOfTime(sent);
 }
 
 /// A session over random rules, behind what they send on load.
