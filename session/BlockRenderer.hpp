@@ -42,9 +42,9 @@ namespace quillo {
 /// as if it had been sent: it would be refused again each time, and take the rest of its block with it, the
 /// ends of notes among it.
 ///
-/// It keeps which notes have gone out and not ended. When that is asked for, their note-offs and the releases of
-/// pedals leave at the start of the next block, before all else, and are never refused: what finds no room is owed
-/// to the block after.
+/// It keeps which notes have gone out and not ended. When that is asked for, their note-offs and the releases
+/// of pedals leave at the start of the next block, before all else, and are never refused: what finds no room
+/// is owed to the block after.
 ///
 /// [render], save for making one.
 class BlockRenderer {
@@ -91,9 +91,9 @@ public:
     /// [render, main] The messages that the host had no room for.
     [[nodiscard]] RefusedMessages& refused() QUILLO_REALTIME { return refused_; }
 
-    /// [any] What is asked for here is done when the next block begins, be it a cycle or not: the end of the notes
-    /// that sound, as when a host stops listening; a panic, which also cancels all that waits and silences every
-    /// channel that was used; and the cancellation of delayed outputs.
+    /// [any] What is asked for here is done when the next block begins, be it a cycle or not: the end of the
+    /// notes that sound, as when a host stops listening; a panic, which also cancels all that waits and
+    /// silences every channel that was used; and the cancellation of delayed outputs.
     [[nodiscard]] RenderRequests& requests() QUILLO_REALTIME { return requests_; }
 
     /// [render, main] Copies of the delayed outputs that wait.

@@ -49,8 +49,8 @@ public:
     /// unit.
     [[nodiscard]] virtual std::vector<RuleReason> why(const EventLogEntryVariants& /*event*/) { return {}; }
 
-    /// Whether the model says more of what the unit does: which rules fire, and what waits; and whether the functions
-    /// below are its own. Otherwise they do nothing.
+    /// Whether the model says more of what the unit does: which rules fire, and what waits; and whether the
+    /// functions below are its own. Otherwise they do nothing.
     [[nodiscard]] virtual bool tellsWhatItDoes() const { return false; }
 
     /// Whether the list of the delayed outputs that wait is seen: only then the model keeps it.
@@ -60,12 +60,12 @@ public:
     virtual void cancelWaiting(std::uint64_t /*number*/) {}
     virtual void cancelAllWaiting() {}
 
-    /// Ends all notes that were sent, lets go of the pedals, silences the channels that were used, and discards what
-    /// waits, at the start of the next block. Later the model says what that was.
+    /// Ends all notes that were sent, lets go of the pedals, silences the channels that were used, and
+    /// discards what waits, at the start of the next block. Later the model says what that was.
     virtual void panic() {}
 
-    /// Whether the notes that sound end when other rules are installed. They do not at first, and no document says
-    /// so.
+    /// Whether the notes that sound end when other rules are installed. They do not at first, and no document
+    /// says so.
     virtual void setNotesEndWhenRulesChange(bool /*theyEnd*/) {}
     [[nodiscard]] virtual bool notesEndWhenRulesChange() const { return false; }
 

@@ -20,8 +20,8 @@ bool differInNameAtMost(const Rule& one, const Rule& other) {
     return one.trigger == other.trigger && one.output == other.output;
 }
 
-/// The first of those left that is the same, the last of all before others: what was moved stands at one of the
-/// two ends. Only some of very many are looked at.
+/// The first of those left that is the same, the last of all before others: what was moved stands at one of
+/// the two ends. Only some of very many are looked at.
 template <class Predicate>
 Left::iterator find(Left& left, std::span<const Rule> before, const Rule& rule, const Predicate& areSame) {
     constexpr int mostLooks = 256;

@@ -13,7 +13,8 @@
 
 namespace quillo {
 
-/// The hits of a list's rules, handed on from each list to the one that takes its place. One thread at a time.
+/// The hits of a list's rules, handed on from each list to the one that takes its place. One thread at a
+/// time.
 class HitHistory {
 public:
     /// A time on a render timeline with so many samples a second.
@@ -22,8 +23,8 @@ public:
         std::uint64_t sampleRate = 1;
     };
 
-    /// An edited list has taken the place of `before`, which counts no more: rules that are the same keep their
-    /// hits, also when they were moved or renamed, and those that are new or were changed have none.
+    /// An edited list has taken the place of `before`, which counts no more: rules that are the same keep
+    /// their hits, also when they were moved or renamed, and those that are new or were changed have none.
     void follow(const CompiledRules& before, std::span<const Rule> after, Moment now);
 
     /// A list has been loaded: none of its rules has fired.
@@ -39,9 +40,10 @@ private:
 
 inline constexpr std::size_t noPlace = SIZE_MAX;
 
-/// For each rule of an edited list its place in the list before, `noPlace` when it was not there; no two rules have
-/// the same. Rules are the same when they are equal, or else when nothing but their names differs. Where lists of
-/// thousands of rules have little in common, not every pair is compared, and a rule may not be found.
+/// For each rule of an edited list its place in the list before, `noPlace` when it was not there; no two
+/// rules have the same. Rules are the same when they are equal, or else when nothing but their names differs.
+/// Where lists of thousands of rules have little in common, not every pair is compared, and a rule may not be
+/// found.
 [[nodiscard]] std::vector<std::size_t> placesBefore(std::span<const Rule> before,
                                                     std::span<const Rule> after);
 

@@ -12,9 +12,9 @@
 
 namespace quillo {
 
-/// What is still to be sent for notes to end: first their note-offs, channel by channel, then on each channel the
-/// pedals up, and after a panic All Notes Off and All Sound Off. It stays owed until it has gone out, in as many
-/// blocks as the host's room asks for. A value of fixed size. [render]
+/// What is still to be sent for notes to end: first their note-offs, channel by channel, then on each channel
+/// the pedals up, and after a panic All Notes Off and All Sound Off. It stays owed until it has gone out, in
+/// as many blocks as the host's room asks for. A value of fixed size. [render]
 class OwedMessages {
 public:
     using Message = std::array<std::uint8_t, 3>;
@@ -30,8 +30,8 @@ public:
     /// The message that is to go out next; nothing when nothing is owed. It is owed until `settle`.
     [[nodiscard]] std::optional<Message> next() QUILLO_REALTIME;
 
-    /// This message has gone out: what it ends is owed no more, and neither is the end of a note that it begins
-    /// anew, for the note-off that is to come ends both.
+    /// This message has gone out: what it ends is owed no more, and neither is the end of a note that it
+    /// begins anew, for the note-off that is to come ends both.
     void settle(std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
 
 private:

@@ -15,8 +15,8 @@ struct PanicResult {
     bool operator==(const PanicResult&) const = default;
 };
 
-/// The same for the user, such as "Stopped 3 notes, let go of 1 pedal, cancelled 12 waiting messages", without the
-/// parts that there were none of; "Nothing was sounding" when there was nothing.
+/// The same for the user, such as "Stopped 3 notes, let go of 1 pedal, cancelled 12 waiting messages",
+/// without the parts that there were none of; "Nothing was sounding" when there was nothing.
 [[nodiscard]] std::string inWords(const PanicResult& result);
 
 }  // namespace quillo

@@ -18,9 +18,9 @@
 
 namespace quillo {
 
-/// The editor's observable state: the rules as they are edited and how often they have fired, the two event logs, what
-/// waits to be sent, and what went wrong. Each change of a part tells those who observe it, once a change. [main]
-/// only.
+/// The editor's observable state: the rules as they are edited and how often they have fired, the two event
+/// logs, what waits to be sent, and what went wrong. Each change of a part tells those who observe it, once a
+/// change. [main] only.
 class QuilloModel {
 public:
     /// How many entries each log keeps.
@@ -42,11 +42,11 @@ public:
     [[nodiscard]] const std::optional<std::vector<Rule>>& rulesNotShown() const { return rulesNotShown_; }
     void setNotEditable(std::string reason, std::optional<std::vector<Rule>> rules = std::nullopt);
 
-    /// The text of the alert titled "Error", which the editor shows while there is one: also when it is opened
-    /// later.
+    /// The text of the alert titled "Error", which the editor shows while there is one: also when it is
+    /// opened later.
     [[nodiscard]] const std::optional<std::string>& alertErrorMessage() const { return alertErrorMessage_; }
-    /// Shows the alert, or lets it wait until those before it are dismissed. One that is shown or waits already is
-    /// none.
+    /// Shows the alert, or lets it wait until those before it are dismissed. One that is shown or waits
+    /// already is none.
     void alert(std::string message);
     /// The user has read the alert: the next one is shown.
     void dismissAlert();
@@ -57,7 +57,8 @@ public:
     [[nodiscard]] const std::vector<RuleHits>& hits() const { return hits_; }
     void setHits(std::vector<RuleHits> hits);
 
-    /// The delayed outputs that wait, as of a moment ago: the first to leave first. Empty unless the list is watched.
+    /// The delayed outputs that wait, as of a moment ago: the first to leave first. Empty unless the list is
+    /// watched.
     [[nodiscard]] const std::vector<WaitingOutput>& waiting() const { return waiting_; }
     /// How many they are, watched or not.
     [[nodiscard]] std::size_t waitingCount() const { return waitingCount_; }

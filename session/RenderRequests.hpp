@@ -11,8 +11,8 @@
 
 namespace quillo {
 
-/// What is asked of the render thread, which does it when its next block begins, and the answer to a panic. Nobody
-/// waits for anybody; what is asked for again before it is done is done once.
+/// What is asked of the render thread, which does it when its next block begins, and the answer to a panic.
+/// Nobody waits for anybody; what is asked for again before it is done is done once.
 class RenderRequests {
 public:
     /// What can be asked for.
@@ -37,8 +37,8 @@ public:
         asked_.fetch_or(static_cast<std::uint8_t>(kind), std::memory_order_release);
     }
 
-    /// [main] Asks for the cancellation of the output of this number; false, and nothing done, while the one before
-    /// has not been taken.
+    /// [main] Asks for the cancellation of the output of this number; false, and nothing done, while the one
+    /// before has not been taken.
     [[nodiscard]] bool tryCancel(std::uint64_t number) {
         std::uint64_t none = 0;
         return cancelled_.compare_exchange_strong(none, number, std::memory_order_release,

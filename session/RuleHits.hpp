@@ -5,7 +5,8 @@
 
 namespace quillo {
 
-/// How often a rule has fired since the list was loaded, and how long ago last, in seconds of what was rendered.
+/// How often a rule has fired since the list was loaded, and how long ago last, in seconds of what was
+/// rendered.
 struct RuleHits {
     std::uint64_t count = 0;
     double secondsAgo = 0.0;  ///< only means something when `count` is not 0

@@ -152,7 +152,8 @@ void Session::drain() {
     showNextAlert();
 }
 
-/// Nothing where the rules that run are not those that are shown. Whoever observes the model may install others.
+/// Nothing where the rules that run are not those that are shown. Whoever observes the model may install
+/// others.
 void Session::showHits() {
     auto hits = [this] {
         const std::lock_guard lock(installing_);

@@ -43,8 +43,8 @@ public:
     /// milliseconds. Nothing on success.
     [[nodiscard]] std::optional<std::string> setSampleRate(double rate);
 
-    /// [any but render] The state document: the bytes that a preset file has too. Throws an `EncodingError` when
-    /// the rules cannot be written.
+    /// [any but render] The state document: the bytes that a preset file has too. Throws an `EncodingError`
+    /// when the rules cannot be written.
     [[nodiscard]] std::vector<std::uint8_t> save();
 
     /// [any but render] Puts a state document in the place of the rules. Nothing on success. A document that

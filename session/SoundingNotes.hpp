@@ -12,10 +12,11 @@
 namespace quillo {
 
 /// Which notes have been sent and not ended, which pedals are down, and which channels have been used: what
-/// receivers must have made of the messages that went out. A value of fixed size; an update takes constant time.
+/// receivers must have made of the messages that went out. A value of fixed size; an update takes constant
+/// time.
 ///
-/// A note ends by its own note-off, or by a note-on of velocity 0, and by nothing else: receivers may ignore All
-/// Notes Off, and a note-off too many does no harm. [render], or one thread at a time.
+/// A note ends by its own note-off, or by a note-on of velocity 0, and by nothing else: receivers may ignore
+/// All Notes Off, and a note-off too many does no harm. [render], or one thread at a time.
 class SoundingNotes {
 public:
     static constexpr std::size_t channels = 16;

@@ -14,9 +14,9 @@
 
 namespace quillo {
 
-/// Copies of what waits in a processor's queue, made by the render thread on request, a little in each block: it
-/// never waits, and does nothing while nobody asks. An output that waits from the first of these blocks to the last
-/// is copied once; one that comes or goes in between may be.
+/// Copies of what waits in a processor's queue, made by the render thread on request, a little in each block:
+/// it never waits, and does nothing while nobody asks. An output that waits from the first of these blocks to
+/// the last is copied once; one that comes or goes in between may be.
 ///
 ///     snapshot.request();                    // [main]
 ///     snapshot.goOn(processor);              // [render], in each block

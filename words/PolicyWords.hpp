@@ -15,7 +15,8 @@ namespace quillo {
 /// The policy as the editor's menu has it: "Consume matching".
 [[nodiscard]] std::string policyWords(PassThroughV2 policy);
 
-/// A rule as others speak of it: `rule 2 "Split"`, without a name the number alone. The position counts from 0, the number shown from 1.
+/// A rule as others speak of it: `rule 2 "Split"`, without a name the number alone. The position counts from
+/// 0, the number shown from 1.
 [[nodiscard]] std::string ruleWords(const std::vector<Rule>& rules, std::size_t position);
 
 /// The same with its policy: `rule 2 "Split" (Consume matching)`.

@@ -23,8 +23,8 @@ public:
 
     [[nodiscard]] QuilloView& view() { return view_; }
 
-    /// Drains the unit now; the clock does so anyway, and lets the view's time pass. An exception is an alert, as
-    /// by `attempt`.
+    /// Drains the unit now; the clock does so anyway, and lets the view's time pass. An exception is an
+    /// alert, as by `attempt`.
     void drain();
 
     /// Runs `operation` and lets no exception out: the user is told of it.

@@ -21,8 +21,9 @@ struct HeaderActions {
     std::function<void()> onPanic;  ///< without one there is no button for it
 };
 
-/// The bar at the top: the logo, import and export, undo and redo, "Panic", "Docs / Donate" and the version. In a
-/// narrow editor all but import, export and "Panic" move into a menu; in the narrowest that does too. [main] only.
+/// The bar at the top: the logo, import and export, undo and redo, "Panic", "Docs / Donate" and the version.
+/// In a narrow editor all but import, export and "Panic" move into a menu; in the narrowest that does too.
+/// [main] only.
 class Header final : public juce::Component, public EnvironmentScope {
 public:
     Header(RuleListEditor& editor, HeaderActions actions);

@@ -129,7 +129,8 @@ bool CollapesedLogger::showsOut() const {
     return waitingText().isEmpty() || getWidth() >= allCollapsedFrom;
 }
 
-/// Where there is enough of it, the room for what waits is kept free: entries do not move when it comes and goes.
+/// Where there is enough of it, the room for what waits is kept free: entries do not move when it comes and
+/// goes.
 juce::Rectangle<int> CollapesedLogger::entriesArea() const {
     const auto area = getLocalBounds().withTrimmedLeft(arrow_.getRight()).withTrimmedRight(style::barPadding);
     const auto kept = textWidth("Waiting: 99", style::valueText);

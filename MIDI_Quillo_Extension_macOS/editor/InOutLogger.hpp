@@ -52,10 +52,10 @@ private:
     juce::Label waiting_;
 };
 
-/// The opened form: all kept entries of both logs and what waits to be sent, beside each other. Where there is
-/// less width, what went out and what waits share a place, and their titles are buttons that choose between
-/// them; where there is little, that place is below what came in. A button empties the logs, another one
-/// cancels all that waits. What waits is there only if the unit tells it. [main] only.
+/// The opened form: all kept entries of both logs and what waits to be sent, beside each other. Where there
+/// is less width, what went out and what waits share a place, and their titles are buttons that choose
+/// between them; where there is little, that place is below what came in. A button empties the logs, another
+/// one cancels all that waits. What waits is there only if the unit tells it. [main] only.
 class OpenedLogger final : public juce::Component {
 public:
     OpenedLogger(EditorUnit& unit, std::function<void()> toggle);
@@ -110,9 +110,9 @@ private:
     bool watched_ = false;  ///< what the unit was told
 };
 
-/// Both logs and what waits to be sent, at the bottom of the editor, collapsed at first. They open and collapse in a short movement.
-/// Opened they take a share of the editor's height, which is changed by dragging their upper edge, or by Up
-/// and Down while that has the keyboard focus. [main] only.
+/// Both logs and what waits to be sent, at the bottom of the editor, collapsed at first. They open and
+/// collapse in a short movement. Opened they take a share of the editor's height, which is changed by
+/// dragging their upper edge, or by Up and Down while that has the keyboard focus. [main] only.
 class InOutLogger final : public juce::Component, private juce::Timer {
 public:
     /// How long opening and collapsing take, in seconds.

@@ -18,9 +18,9 @@ namespace quillo {
 
 /// Listens to what comes in and offers it as triggers, beside what opened it: "Play, or move a controller …".
 /// The likeliest stands first and is highlighted. From when the user reaches for a row, by the pointer or the
-/// arrows, rows keep their places and new ones come below them; that ends when the pointer leaves or the first
-/// row is highlighted again. A click, Return and Space pick; Escape, Tab and a click outside close. [main]
-/// only.
+/// arrows, rows keep their places and new ones come below them; that ends when the pointer leaves or the
+/// first row is highlighted again. A click, Return and Space pick; Escape, Tab and a click outside close.
+/// [main] only.
 class LearnOverlay final : public juce::Component, public EnvironmentScope, private juce::ListBoxModel {
 public:
     using OnPick = std::function<void(const std::vector<RuleTriggerEntry>& triggers)>;

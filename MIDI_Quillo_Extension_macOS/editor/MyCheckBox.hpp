@@ -5,7 +5,8 @@
 
 namespace quillo {
 
-/// A box with a tick in it or without, and what that means beside it, in as many lines as it needs. [main] only.
+/// A box with a tick in it or without, and what that means beside it, in as many lines as it needs. [main]
+/// only.
 class MyCheckBox final : public ActionButton {
 public:
     /// `onToggle` gets the new state.

@@ -13,8 +13,8 @@
 namespace quillo {
 
 /// Says over the list of rules what a panic did, and asks whether notes are to end by themselves when rules
-/// change. It takes the keyboard from nobody, and goes after a while, unless the pointer is over it or it has the
-/// keyboard focus; or by its cross. [main] only.
+/// change. It takes the keyboard from nobody, and goes after a while, unless the pointer is over it or it has
+/// the keyboard focus; or by its cross. [main] only.
 class PanicAnswer final : public juce::Component, public EnvironmentScope {
 public:
     /// After how many seconds it goes.

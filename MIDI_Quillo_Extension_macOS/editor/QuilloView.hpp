@@ -34,14 +34,14 @@ struct FilePanels {
 };
 
 /// The editor: a header, the list of rule cards with the way to add rules, and the logs. It observes the
-/// unit's model, and hands every change of the list and what is sent by hand to the unit.
-/// Menus, the alert and the file browser open inside it; nothing opens over an alert, and an alert waits
-/// until the menu or the file browser that is open is closed. Ctrl+Z and Ctrl+Shift+Z or Ctrl+Y undo and
-/// redo, and scroll to the rule that they change; Ctrl+Shift+P is "Panic", also while something is open, and what
-/// that did is shown over the list for a while. While the question is open why an event did what it did, each card
-/// says what it did there; Escape closes it. Tab enters while nothing in it has the keyboard focus,
-/// beside what had it last. A preset file dropped on it is imported; while it is dragged over the editor, a
-/// hint says so. The owner of the window hands it the keys that nothing in it has used. [main] only.
+/// unit's model, and hands every change of the list and what is sent by hand to the unit. Menus, the alert
+/// and the file browser open inside it; nothing opens over an alert, and an alert waits until the menu or the
+/// file browser that is open is closed. Ctrl+Z and Ctrl+Shift+Z or Ctrl+Y undo and redo, and scroll to the
+/// rule that they change; Ctrl+Shift+P is "Panic", also while something is open, and what that did is shown
+/// over the list for a while. While the question is open why an event did what it did, each card says what it
+/// did there; Escape closes it. Tab enters while nothing in it has the keyboard focus, beside what had it
+/// last. A preset file dropped on it is imported; while it is dragged over the editor, a hint says so. The
+/// owner of the window hands it the keys that nothing in it has used. [main] only.
 class QuilloView final : public juce::Component,
                          public EnvironmentScope,
                          public OverlayHost,
@@ -66,8 +66,8 @@ public:
 
     void showImporter();
     void showExporter();
-    /// Lets so many seconds pass for what is seen for a time: the light of a hit, the answer of a panic. Shows the
-    /// hits of the rules in sight as the model has them now.
+    /// Lets so many seconds pass for what is seen for a time: the light of a hit, the answer of a panic.
+    /// Shows the hits of the rules in sight as the model has them now.
     void advance(double seconds);
     /// Opens the guide in a browser.
     void showGuide();

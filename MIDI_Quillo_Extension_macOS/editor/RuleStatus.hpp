@@ -18,7 +18,8 @@ struct RuleRemark {
     bool operator==(const RuleRemark&) const = default;
 };
 
-/// Shows a remark: in one line, or in as many as there is height for. What is cut is the tooltip. [main] only.
+/// Shows a remark: in one line, or in as many as there is height for. What is cut is the tooltip. [main]
+/// only.
 class RuleStatus final : public juce::Component, public juce::TooltipClient {
 public:
     static constexpr int lineHeight = 14;

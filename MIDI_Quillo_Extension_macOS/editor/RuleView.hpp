@@ -35,8 +35,8 @@ struct RuleViewActions {
 /// The card of one rule: the grip it is dragged by, the name, the trigger, the message and the buttons. Every
 /// field edits the rule's entry through the binding; the card keeps no copy.
 ///
-/// Right of the name, or below it where there is little room, stands how often the rule fired; in its place, as
-/// long as there is one, the reason why it does or does not fire. A hit lights the card up for a moment, a
+/// Right of the name, or below it where there is little room, stands how often the rule fired; in its place,
+/// as long as there is one, the reason why it does or does not fire. A hit lights the card up for a moment, a
 /// reason that says "fired" for as long as it is shown. [main] only.
 class RuleView final : public juce::Component, public EnvironmentScope {
 public:
@@ -48,11 +48,11 @@ public:
     /// The entry has changed: other fields are made where its types are others.
     void refresh();
 
-    /// Says how often the rule fired and when last. A higher count than before is a hit, which is seen if it was
-    /// less than a second ago.
+    /// Says how often the rule fired and when last. A higher count than before is a hit, which is seen if it
+    /// was less than a second ago.
     void showHits(const RuleHits& hits);
-    /// Says in their place why the rule fires or does not, or the hits again. The card may want another height
-    /// then.
+    /// Says in their place why the rule fires or does not, or the hits again. The card may want another
+    /// height then.
     void showReason(std::optional<RuleRemark> reason);
 
     /// Whether it lights up.

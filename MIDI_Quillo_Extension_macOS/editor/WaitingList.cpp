@@ -61,8 +61,8 @@ public:
     juce::String getTooltip() override { return list_.tooltip(row_); }
     void mouseMove(const juce::MouseEvent& /*event*/) override { repaint(); }
 
-    /// At once, and not when the button is let go: another output may stand here by then. For the same reason the
-    /// second click of two is not meant.
+    /// At once, and not when the button is let go: another output may stand here by then. For the same reason
+    /// the second click of two is not meant.
     void mouseDown(const juce::MouseEvent& event) override {
         const auto* output = list_.output(row_);
         if (output == nullptr) {

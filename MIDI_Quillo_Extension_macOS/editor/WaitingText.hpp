@@ -7,8 +7,8 @@
 
 namespace quillo {
 
-/// How long a delayed output still waits, in at most six characters: "0.08 s", "12.3 s", "125 s", "45 min", "3 h",
-/// "12 d". Rounded down.
+/// How long a delayed output still waits, in at most six characters: "0.08 s", "12.3 s", "125 s", "45 min",
+/// "3 h", "12 d". Rounded down.
 [[nodiscard]] std::string timeToGo(double seconds);
 
 /// The bytes of its messages: "93 4a 50", "b0 00 00, c0 30".

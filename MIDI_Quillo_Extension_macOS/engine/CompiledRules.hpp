@@ -11,8 +11,8 @@
 
 namespace quillo {
 
-/// A rule list and all that the render thread needs to run it. Immutable once made, but for what is counted, so
-/// that it is installed by exchanging one pointer and read without copying.
+/// A rule list and all that the render thread needs to run it. Immutable once made, but for what is counted,
+/// so that it is installed by exchanging one pointer and read without copying.
 struct CompiledRules {
     std::vector<Rule> rules;                          ///< the list as it was given
     std::vector<MIDIOnLoadRuleInternal> rulesOnLoad;  ///< the on-load rules, in order

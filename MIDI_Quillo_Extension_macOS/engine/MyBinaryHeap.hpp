@@ -85,8 +85,8 @@ public:
         }
     }
 
-    /// The slots below this one have held elements, or still do. An element stays in its slot as long as it is
-    /// held.
+    /// The slots below this one have held elements, or still do. An element stays in its slot as long as it
+    /// is held.
     [[nodiscard]] std::size_t slotsUsed() const QUILLO_REALTIME { return slotsUsed_; }
 
     /// The element in a slot; null when there is none.
@@ -165,8 +165,8 @@ private:
         nodes_[hole] = moved;
     }
 
-    /// Moves the hole down to a leaf, and up from there, as far as the root: what comes in its place was a leaf
-    /// itself and seldom belongs much higher.
+    /// Moves the hole down to a leaf, and up from there, as far as the root: what comes in its place was a
+    /// leaf itself and seldom belongs much higher.
     void siftDown(std::size_t hole, Node moved) QUILLO_REALTIME {
         for (auto child = earlierChild(hole); child < size_; child = earlierChild(hole)) {
             nodes_[hole] = nodes_[child];

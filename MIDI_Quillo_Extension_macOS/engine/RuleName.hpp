@@ -9,8 +9,8 @@
 
 namespace quillo {
 
-/// The name of a rule, as what the rule sends carries it while it waits: the rule may be gone by then. Copying,
-/// moving and dropping one neither allocates nor frees.
+/// The name of a rule, as what the rule sends carries it while it waits: the rule may be gone by then.
+/// Copying, moving and dropping one neither allocates nor frees.
 class RuleName {
 public:
     /// The name of an unnamed rule.

@@ -56,8 +56,8 @@ public:
     [[nodiscard]] std::shared_ptr<const CompiledRules> compiledRules();
 
     /// [any but render] Compiles the list and installs it, all or nothing: on a fatal error (see
-    /// `compileRules`) the installed rules stay. What is waiting to be sent still is. Returns what was installed
-    /// before, which counts no more.
+    /// `compileRules`) the installed rules stay. What is waiting to be sent still is. Returns what was
+    /// installed before, which counts no more.
     std::shared_ptr<const CompiledRules> setRules(std::vector<Rule> rules);
 
     /// [any but render] Sends one output by hand, at the start of the next cycle. An output that takes
@@ -108,10 +108,10 @@ public:
     /// [render] Discards what was sent by hand; how many messages that were. Between two cycles.
     std::size_t cancelInstantMessages() QUILLO_REALTIME;
 
-    /// [render] Calls `visit(number, output)` for those of the delayed outputs that wait in a few slots, from the
-    /// given one on, at most so many; returns the slot to go on with, 0 when these were the last. One that waits
-    /// from the first of such calls to the last is visited once, whatever is queued and sent in between. An output
-    /// is numbered when it is queued: no other ever has its number. Between two cycles.
+    /// [render] Calls `visit(number, output)` for those of the delayed outputs that wait in a few slots, from
+    /// the given one on, at most so many; returns the slot to go on with, 0 when these were the last. One
+    /// that waits from the first of such calls to the last is visited once, whatever is queued and sent in
+    /// between. An output is numbered when it is queued: no other ever has its number. Between two cycles.
     template <class Visit>
     std::size_t visitWaiting(std::size_t slot, std::size_t count, const Visit& visit) QUILLO_REALTIME {
         const DispatchQueue::RenderEntry entry(dispatchQueue);

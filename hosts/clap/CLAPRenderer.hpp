@@ -32,7 +32,8 @@ public:
         endNotes();
     }
 
-    /// [any] The host stops listening: the notes that sound end in the next block, for it takes nothing before.
+    /// [any] The host stops listening: the notes that sound end in the next block, for it takes nothing
+    /// before.
     void endNotes() QUILLO_REALTIME { renderer_.requests().ask(RenderRequests::Kind::endOfNotes); }
 
     /// The blocks that follow do not join those before, whatever the host's steady time says.
@@ -41,13 +42,13 @@ public:
         nextSteadyTime_ = -1;
     }
 
-    /// One block. `CLAP_PROCESS_SLEEP` when nothing is left to do before something happens: nothing waits or is
-    /// owed to be sent, and no rule waits for the transport, of which a sleeping plug-in hears nothing.
+    /// One block. `CLAP_PROCESS_SLEEP` when nothing is left to do before something happens: nothing waits or
+    /// is owed to be sent, and no rule waits for the transport, of which a sleeping plug-in hears nothing.
     clap_process_status process(const clap_process_t& process) QUILLO_REALTIME;
 
-    /// [main] Whether there is something to do that the host cannot know of, and the last block said that there is
-    /// nothing: a message was sent by hand, something was asked of the renderer, or rules were installed that wait for
-    /// the transport.
+    /// [main] Whether there is something to do that the host cannot know of, and the last block said that
+    /// there is nothing: a message was sent by hand, something was asked of the renderer, or rules were
+    /// installed that wait for the transport.
     [[nodiscard]] bool mustBeWoken();
 
 private:

@@ -126,8 +126,8 @@ void JackHost::endNotes() {
     session_.renderer().requests().ask(RenderRequests::Kind::endOfNotes);
 }
 
-/// Where none of the rules is left that were shown before, others have taken the place of all: those of a preset,
-/// or the ones before it.
+/// Where none of the rules is left that were shown before, others have taken the place of all: those of a
+/// preset, or the ones before it.
 void JackHost::rulesShown() {
     std::set<UUID> shown;
     for (const auto& element : session_.model()->rules()) {

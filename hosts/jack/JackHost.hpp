@@ -31,8 +31,8 @@ public:
     JackHost(const JackHost&) = delete;
     JackHost& operator=(const JackHost&) = delete;
 
-    /// What the program takes as wishes: to end (SIGINT, SIGTERM), to read the preset again (SIGHUP), to end all
-    /// notes (SIGUSR2).
+    /// What the program takes as wishes: to end (SIGINT, SIGTERM), to read the preset again (SIGHUP), to end
+    /// all notes (SIGUSR2).
     static constexpr std::initializer_list<int> ownSignals{SIGINT, SIGTERM, SIGHUP, SIGUSR2};
 
     /// Throws a `CommandFailure` for a preset, or a version asked for, that cannot be used.
@@ -45,8 +45,8 @@ public:
     /// Saves the rules and reads the preset again; one that cannot be used leaves the rules as they are.
     void reloadPreset();
 
-    /// Saves the rules, ends the notes that sound and leaves the server. From here on a signal ends the program at once: a server that hangs
-    /// must not keep it.
+    /// Saves the rules, ends the notes that sound and leaves the server. From here on a signal ends the
+    /// program at once: a server that hangs must not keep it.
     void finish();
 
     [[nodiscard]] Session& session() { return session_; }

@@ -45,8 +45,8 @@ void requireName(const std::string& option, const std::string& name) {
     }
 }
 
-/// The bytes of a text in hexadecimal, two digits each, with blanks between them or without; nothing when it is
-/// something else.
+/// The bytes of a text in hexadecimal, two digits each, with blanks between them or without; nothing when it
+/// is something else.
 std::optional<std::vector<std::uint8_t>> bytesOf(const std::string& text) {
     std::vector<std::uint8_t> bytes;
     std::istringstream words(text);

@@ -41,14 +41,15 @@ public:
     /// is rendered: the server needs a cycle to put them in force.
     void release() { cyclesToHold_ = cyclesUntilConnected; }
 
-    /// [main] From the next cycle on nothing comes in, and all that goes out are the ends of the notes that sound.
+    /// [main] From the next cycle on nothing comes in, and all that goes out are the ends of the notes that
+    /// sound.
     void finish() { isFinishing_ = true; }
 
     /// [any] Whether these have gone out, in a cycle that is over.
     [[nodiscard]] bool isFinished() const { return finishedCycles_ > 1; }
 
-    /// [main] Before the first cycle: a message that is these bytes, or begins with them, is heard as a panic and by no
-    /// rule, and does not pass. At first none is.
+    /// [main] Before the first cycle: a message that is these bytes, or begins with them, is heard as a panic
+    /// and by no rule, and does not pass. At first none is.
     void setPanicMessage(std::span<const std::uint8_t> bytes);
 
     /// [render] One cycle.

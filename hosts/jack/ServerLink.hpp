@@ -33,8 +33,8 @@ public:
     void connect();
     void disconnect();
 
-    /// Nothing more goes in, and the notes that sound end, before the link is given up: returns when their ends
-    /// have been heard. A server that runs no cycles is waited for a second.
+    /// Nothing more goes in, and the notes that sound end, before the link is given up: returns when their
+    /// ends have been heard. A server that runs no cycles is waited for a second.
     void endNotes();
 
     /// Before the first connection: a message that begins with these bytes is a panic.

@@ -11,7 +11,8 @@ namespace quillo {
 /// A few rules that show what cards look like.
 [[nodiscard]] std::vector<Rule> demoRules();
 
-/// Rules that are seen at work: they split a keyboard, call strings by a pedal, repeat a note, and stop with the host.
+/// Rules that are seen at work: they split a keyboard, call strings by a pedal, repeat a note, and stop with
+/// the host.
 [[nodiscard]] std::vector<Rule> performanceRules();
 
 /// The demo rules over and over, as many as asked for, each under its number.

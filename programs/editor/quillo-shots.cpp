@@ -88,8 +88,8 @@ void showSizes(Photographer& photographer) {
     photographer.take(desk.view(), "editor-820x640-logs");
 }
 
-/// Plays to the performance's rules: the first has fired often, the second just now, three notes of the third wait, and
-/// the last has never fired.
+/// Plays to the performance's rules: the first has fired often, the second just now, three notes of the third
+/// wait, and the last has never fired.
 void perform(Desk& desk) {
     constexpr auto rate = static_cast<std::uint32_t>(defaultSampleRate);
     for (int time = 0; time < 36; ++time) {

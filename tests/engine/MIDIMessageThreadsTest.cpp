@@ -12,7 +12,7 @@
 namespace quillo {
 namespace {
 
-TEST(MIDIMessageThreads, WhoeverDropsALongOneLastItsBytesAreReadBeforeAnotherThreadFreesThem) {
+TEST(MIDIMessageThreads, BytesOfALongOneAreReadBeforeAnotherThreadFreesThem) {
     std::vector<MIDIMessage> messages;
     for (int i = 0; i < 2000; ++i) {
         messages.push_back(MIDIMessage::copyOf(std::vector<std::uint8_t>(1000, 3)));

@@ -9,8 +9,8 @@
 
 #include "realtime/CallCounter.hpp"
 
-/// Counts, and calls the function of the same name that `function` stands in front of. A static variable that is
-/// initialised when it is needed may take a lock.
+/// Counts, and calls the function of the same name that `function` stands in front of. A static variable that
+/// is initialised when it is needed may take a lock.
 #define QUILLO_COUNT_LOCK(function, ...)                                                                     \
     static constinit std::atomic<void*> system = nullptr;                                                    \
     if (system == nullptr) {                                                                                 \

@@ -15,8 +15,8 @@ namespace {
 
 using namespace test;
 
-/// A host at 1000 frames a second that never stops, with two rules: one for outputs that wait for hours, and one
-/// whose outputs come and go.
+/// A host at 1000 frames a second that never stops, with two rules: one for outputs that wait for hours, and
+/// one whose outputs come and go.
 class BusyHost {
 public:
     BusyHost() {

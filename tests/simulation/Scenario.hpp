@@ -48,7 +48,8 @@ struct BlockStep {
     std::optional<RoomLimit> room;
 };
 
-/// The rules are these from now on: as a preset that is imported where an editor is open, and as a state where one was.
+/// The rules are these from now on: as a preset that is imported where an editor is open, and as a state
+/// where one was.
 struct EditStep {
     std::vector<Rule> rules;
 };
@@ -72,7 +73,8 @@ struct MoveStep {};
 /// Deactivates and activates.
 struct RestartStep {};
 
-/// What a user does with the editor; all but `open` needs one that is open. `number` chooses a rule and a place.
+/// What a user does with the editor; all but `open` needs one that is open. `number` chooses a rule and a
+/// place.
 struct UserStep {
     enum class Action : std::uint8_t { open, close, add, duplicate, remove, move, undo, redo };
     Action action = Action::open;

@@ -202,7 +202,8 @@ private:
         return bytes;
     }
 
-    /// Whole, or a part of a message whose others come sooner, later or never; perhaps with real-time bytes in it.
+    /// Whole, or a part of a message whose others come sooner, later or never; perhaps with real-time bytes
+    /// in it.
     Bytes pieceOfSystemExclusive() {
         auto piece = oneOf(std::vector<Bytes>{
             {0xF0, 1, 2, 0xF7}, {0xF0, 1, 2}, {0xF0}, {1, 2}, {2, 0xF7}, {0xF7}, {1, 0xF0}, {0xF0, 1, 0x90}});

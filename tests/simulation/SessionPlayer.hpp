@@ -50,7 +50,8 @@ public:
     [[nodiscard]] CallCounts calls() const override { return calls_; }
 
 protected:
-    /// Runs a part of a block, and counts what it calls; what the host does in it must be in a scope of its own.
+    /// Runs a part of a block, and counts what it calls; what the host does in it must be in a scope of its
+    /// own.
     template <class Part>
     void render(Part part) {
         const CallCounter::Scope scope;

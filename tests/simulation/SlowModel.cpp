@@ -64,8 +64,8 @@ bool isSystemExclusive(const Bytes& bytes) {
     return bytes[0] == 0xF0;
 }
 
-/// What of an event is put before the rules. A JACK server hands over whole messages but for system exclusive, which
-/// comes in pieces with real-time messages among its bytes.
+/// What of an event is put before the rules. A JACK server hands over whole messages but for system
+/// exclusive, which comes in pieces with real-time messages among its bytes.
 std::vector<Bytes> heardIn(const Bytes& event, Format format) {
     if (format != Format::jack) {
         return {event};
@@ -139,8 +139,8 @@ bool SlowModel::hostTakes(const Bytes& bytes) {
     return takes;
 }
 
-/// What waits comes first. System exclusive that is refused first of all is lost when the host takes something
-/// behind it, or when nothing but system exclusive waits.
+/// What waits comes first. System exclusive that is refused first of all is lost when the host takes
+/// something behind it, or when nothing but system exclusive waits.
 void SlowModel::offerAgain() {
     hostTook_ = 0;
     taken_.clear();

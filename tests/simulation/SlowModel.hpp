@@ -61,7 +61,8 @@ public:
 
     [[nodiscard]] Counts counts() const;
 
-    /// The newest of what the rules heard and of what they sent, with its time. A transport change is its number.
+    /// The newest of what the rules heard and of what they sent, with its time. A transport change is its
+    /// number.
     static constexpr std::size_t logLength = 100;
     using Log = std::deque<std::pair<std::int64_t, Bytes>>;
     [[nodiscard]] const Log& heard() const { return heardLog_; }
@@ -75,7 +76,8 @@ public:
     /// Every message that a rule sent is where it must be: gone out, waiting, pushed out by others, refused.
     [[nodiscard]] bool addsUp() const;
 
-    /// Whether a note sounds that the last block was to end and had the room to, and that nobody has struck since.
+    /// Whether a note sounds that the last block was to end and had the room to, and that nobody has struck
+    /// since.
     [[nodiscard]] bool hasLeftNotesSounding() const { return leftSounding_; }
 
 private:
@@ -101,8 +103,8 @@ private:
         }
     };
 
-    /// What receivers make of what has left: notes that sound, as channel and key, pedals that are down, as channel
-    /// and controller, and the channels that were used.
+    /// What receivers make of what has left: notes that sound, as channel and key, pedals that are down, as
+    /// channel and controller, and the channels that were used.
     struct Receivers {
         std::set<std::pair<unsigned, std::uint8_t>> notes;
         std::set<std::pair<unsigned, std::uint8_t>> pedals;

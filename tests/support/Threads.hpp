@@ -8,8 +8,8 @@
 
 namespace quillo {
 
-/// A thread that is joined at the end of its scope, which whatever it refers to must outlive. Not every standard
-/// library that the tests are built with has such a thread.
+/// A thread that is joined at the end of its scope, which whatever it refers to must outlive. Not every
+/// standard library that the tests are built with has such a thread.
 class JoinedThread {
 public:
     template <class Body>
