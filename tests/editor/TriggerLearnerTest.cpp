@@ -18,9 +18,7 @@ using Transport = HostTransportTriggerVariantsV2;
 
 class TriggerLearnerTest : public testing::Test {
 protected:
-    void hear(std::initializer_list<std::uint8_t> bytes) {
-        learner.hear(EventLogEntryVariants::MIDI{MIDIMessage(bytes)}, now);
-    }
+    void hear(const MIDIMessage& message) { learner.hear(EventLogEntryVariants::MIDI{message}, now); }
     void hear(Transport change) { learner.hear(EventLogEntryVariants::Host{change}, now); }
 
     /// A control of channel 1 goes from one value to another, a step each 10 ms.
@@ -187,14 +185,13 @@ TEST_F(TriggerLearnerTest, AKeyThatIsOnlyLetGoIsANoteOff) {
 }
 
 TEST_F(TriggerLearnerTest, OffersProgramsCommandsAndTheHostsTransport) {
-    for (const auto& [bytes, words] :
-         std::initializer_list<std::pair<std::initializer_list<std::uint8_t>, const char*>>{
+    for (const auto& [message, words] : std::initializer_list<std::pair<MIDIMessage, const char*>>{
              {{0xC0, 48}, "Program Change 48, channel 1 | once"},
              {{0xFA}, "MIDI Transport Start | once"},
              {{0xFB}, "MIDI Transport Continue | once"},
              {{0xFC}, "MIDI Transport Stop | once"}}) {
         learner = {};
-        hear(bytes);
+        hear(message);
         EXPECT_THAT(offered(), ElementsAre(words));
     }
     learner = {};
