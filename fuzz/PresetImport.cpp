@@ -49,7 +49,7 @@ void importAgain(Desk& desk) {
 void editEveryWay(Desk& desk, const UUID& id) {
     auto& editor = desk.editor;
     editor.send(id);
-    editor.duplicate(id);
+    editor.duplicate({id});
     for (int type = 0; type <= static_cast<int>(TriggerEntryType::HostStop); ++type) {
         editor.changeTriggerType(id, static_cast<TriggerEntryType>(type));
         desk.requireShownRulesRun();
@@ -59,8 +59,8 @@ void editEveryWay(Desk& desk, const UUID& id) {
         desk.requireShownRulesRun();
     }
     editor.send(id);
-    editor.move(id, 0);
-    editor.remove(id);
+    editor.move({id}, 0);
+    editor.remove({id});
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ namespace quillo {
 ///
 ///     list.makeRow = [&](const UUID& id) { return std::make_unique<Card>(id); };
 ///     list.heightOfRow = [&](const UUID& id, int width) { ... };
-///     list.onMove = [&](const UUID& id, std::size_t position) { editor.move(id, position); };
+///     list.onMove = [&](const UUID& id, std::size_t position) { editor.move({id}, position); };
 ///     list.setItems(ids);
 ///
 /// Set the functions before the items. [main] only.

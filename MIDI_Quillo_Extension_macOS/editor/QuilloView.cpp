@@ -85,7 +85,7 @@ QuilloView::QuilloView(EditorUnit& unit)
         const auto* rule = entry(id);
         return rule != nullptr ? RuleView::heightFor(*rule, width, why_.remark(id)) : 0;
     };
-    list_.onMove = [this](const UUID& id, std::size_t position) { editor_.move(id, position); };
+    list_.onMove = [this](const UUID& id, std::size_t position) { editor_.move({id}, position); };
     auto selector = std::make_unique<NewRuleSelector>(
         [this](const MIDIRuleType& type) { addRule([&] { editor_.add(type); }); },
         [this](juce::Component& opener) { learnNewRule(opener); });
@@ -137,7 +137,7 @@ std::unique_ptr<RuleView> QuilloView::makeCard(const UUID& id) {
     auto card = std::make_unique<RuleView>(
         data, RuleViewActions{[this, id](TriggerEntryType type) { editor_.changeTriggerType(id, type); },
                               [this, id](const MIDIRuleType& type) { changeOutputType(id, type); },
-                              [this, id] { editor_.duplicate(id); }, [this, id] { removeRule(id); },
+                              [this, id] { editor_.duplicate({id}); }, [this, id] { removeRule(id); },
                               [this, id] { editor_.send(id); },
                               [this, id](LearnButton& button) { learnTrigger(id, button); }});
     card->showReason(why_.remark(id));
@@ -269,7 +269,7 @@ void QuilloView::removeRule(const UUID& id) {
     }
     const auto element = std::ranges::find(editor_.rules(), id, &RuleEntryIdentifiable::id);
     const auto position = static_cast<std::size_t>(element - editor_.rules().begin());
-    editor_.remove(id);
+    editor_.remove({id});
     if (byKeys && entry(id) == nullptr) {
         focusDeleteButton(position);
     }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <set>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -44,6 +45,29 @@ RuleEntry ending(RuleEntry entry) {
     return entry;
 }
 
+RuleList at(const RuleList& list, const std::vector<std::size_t>& positions) {
+    RuleList part;
+    for (const auto position : positions) {
+        part.push_back(list[position]);
+    }
+    return part;
+}
+
+/// The list without those at these positions, which ascend.
+RuleList without(const RuleList& list, const std::vector<std::size_t>& positions) {
+    RuleList rest;
+    rest.reserve(list.size() - positions.size());
+    auto next = positions.begin();
+    for (std::size_t position = 0; position < list.size(); ++position) {
+        if (next != positions.end() && *next == position) {
+            ++next;
+        } else {
+            rest.push_back(list[position]);
+        }
+    }
+    return rest;
+}
+
 }  // namespace
 
 std::int64_t nextIndex(const RuleList& rules) {
@@ -65,10 +89,16 @@ std::optional<UUID> changedRule(const RuleList& before, const RuleList& after) {
     if (now == after.end()) {
         return after.back().id;
     }
-    const bool gone = old != before.end() && std::next(old) != before.end() && *std::next(old) == *now;
-    const bool movedDown =
-        gone && std::ranges::find(after, old->id, &RuleEntryIdentifiable::id) != after.end();
-    return movedDown ? old->id : now->id;
+    if (old == before.end()) {
+        return now->id;
+    }
+    const auto placeIn = [](const RuleList& list, const UUID& id) {
+        return std::ranges::find(list, id, &RuleEntryIdentifiable::id) - list.begin();
+    };
+    const auto oldPlace = placeIn(after, old->id);
+    const auto placeBefore = placeIn(before, now->id);
+    const bool bothMoved = oldPlace < std::ssize(after) && placeBefore < std::ssize(before);
+    return bothMoved && placeBefore < oldPlace ? old->id : now->id;
 }
 
 std::vector<Rule> rulesOf(const RuleList& list) {
@@ -206,45 +236,54 @@ void RuleListEditor::learn(const UUID& id, const std::vector<RuleTriggerEntry>& 
     applyEdit(*position, std::move(list), "Learn " + before.rule.name);
 }
 
-void RuleListEditor::duplicate(const UUID& id) {
-    const auto position = find(id);
-    if (!position) {
-        return;
+std::vector<std::size_t> RuleListEditor::find(const RuleIds& ids) const {
+    const std::set<UUID> wanted(ids.begin(), ids.end());
+    std::vector<std::size_t> positions;
+    for (std::size_t position = 0; position < rules().size(); ++position) {
+        if (wanted.contains(rules()[position].id)) {
+            positions.push_back(position);
+        }
     }
-    auto list = rules();
-    auto copy = list[*position];
-    copy.id = UUID();
-    const auto name = copy.rule.name;
-    list.insert(list.begin() + static_cast<Offset>(*position) + 1, std::move(copy));
-    apply(std::move(list), "Duplicate " + name);
+    return positions;
 }
 
-void RuleListEditor::remove(const UUID& id) {
-    const auto position = find(id);
-    if (!position) {
-        return;
-    }
-    auto list = rules();
-    const auto name = list[*position].rule.name;
-    list.erase(list.begin() + static_cast<Offset>(*position));
-    apply(std::move(list), "Delete " + name);
+std::string RuleListEditor::nameOfStep(const std::string& verb,
+                                       const std::vector<std::size_t>& positions) const {
+    const auto several = positions.size() > 1 ? " (" + std::to_string(positions.size()) + " rules)" : "";
+    return verb + " " + rules()[positions.front()].rule.name + several;
 }
 
-void RuleListEditor::move(const UUID& id, std::size_t position) {
-    const auto from = find(id);
-    if (!from) {
+void RuleListEditor::duplicate(const RuleIds& ids) {
+    const auto positions = find(ids);
+    if (positions.empty()) {
         return;
     }
-    auto list = rules();
-    const auto to = std::min(position, list.size() - 1);
-    const auto at = [&list](std::size_t index) { return list.begin() + static_cast<Offset>(index); };
-    const auto name = list[*from].rule.name;
-    if (*from < to) {
-        std::rotate(at(*from), at(*from + 1), at(to + 1));
-    } else {
-        std::rotate(at(to), at(*from), at(*from + 1));
+    auto copies = at(rules(), positions);
+    for (auto& copy : copies) {
+        copy.id = UUID();
     }
-    apply(std::move(list), "Move " + name);
+    auto list = rules();
+    list.insert(list.begin() + static_cast<Offset>(positions.back()) + 1, copies.begin(), copies.end());
+    apply(std::move(list), nameOfStep("Duplicate", positions));
+}
+
+void RuleListEditor::remove(const RuleIds& ids) {
+    const auto positions = find(ids);
+    if (!positions.empty()) {
+        apply(without(rules(), positions), nameOfStep("Delete", positions));
+    }
+}
+
+void RuleListEditor::move(const RuleIds& ids, std::size_t position) {
+    const auto positions = find(ids);
+    if (positions.empty()) {
+        return;
+    }
+    const auto moved = at(rules(), positions);
+    auto list = without(rules(), positions);
+    list.insert(list.begin() + static_cast<Offset>(std::min(position, list.size())), moved.begin(),
+                moved.end());
+    apply(std::move(list), nameOfStep("Move", positions));
 }
 
 void RuleListEditor::editWith(const UUID& id, RuleEntry entry, const std::string& joinKey) {

@@ -20,12 +20,15 @@
 
 namespace quillo {
 
+/// Some rules of a list, in any order; those that it does not hold are ignored.
+using RuleIds = std::vector<UUID>;
+
 /// The number that the next new rule is named after: one more than the greatest of the list's names that read
 /// "Message #" and a decimal integer, or 1. A name with the greatest 64-bit integer is a fatal error.
 [[nodiscard]] std::int64_t nextIndex(const RuleList& rules);
 
-/// The rule by which two lists differ, or the one that stands in its place after it went; nothing when no
-/// rule is left.
+/// The first rule by which two lists differ, or the one that stands in its place after it went; nothing when no
+/// rule is left. Of rules that changed places those have moved that are fewer.
 [[nodiscard]] std::optional<UUID> changedRule(const RuleList& before, const RuleList& after);
 
 /// The rules that a list stands for, in order.
@@ -74,11 +77,11 @@ public:
     /// rule right after it, in the same step: it waits for that one, and sends Note Off where the rule sends
     /// Note On.
     void learn(const UUID& id, const std::vector<RuleTriggerEntry>& triggers);
-    /// Adds a copy right after the rule, under the same name.
-    void duplicate(const UUID& id);
-    void remove(const UUID& id);
-    /// Moves the rule to a position in the list, or to the last one.
-    void move(const UUID& id, std::size_t position);
+    /// Adds copies right after the last of the rules, in the list's order and under the same names.
+    void duplicate(const RuleIds& ids);
+    void remove(const RuleIds& ids);
+    /// Moves the rules together, in the list's order: the first of them to a position, or as far as the list goes.
+    void move(const RuleIds& ids, std::size_t position);
     /// Puts `entry` in the rule's place. Where that changes more of a loaded message than the entry shows,
     /// the alert says it.
     void edit(const UUID& id, RuleEntry entry);
@@ -119,6 +122,11 @@ private:
 
     [[nodiscard]] std::optional<std::size_t> find(const UUID& id) const;
     [[nodiscard]] const RuleEntry* entryOf(const UUID& id) const;
+    /// The positions of rules in the list, in its order.
+    [[nodiscard]] std::vector<std::size_t> find(const RuleIds& ids) const;
+    /// What a step over these rules is called: "Delete Bass split (12 rules)".
+    [[nodiscard]] std::string nameOfStep(const std::string& verb,
+                                         const std::vector<std::size_t>& positions) const;
     [[nodiscard]] bool isTakenByEngine(std::vector<Rule> rules);
     void noteStart();
     void show(RuleList list);

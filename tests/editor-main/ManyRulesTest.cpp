@@ -51,7 +51,7 @@ TEST_F(ThousandRules, KeepTheirPlaceOnTheScreenWhenOneIsDeletedAbove) {
         return stage.view().list().getLocalPoint(&shown, juce::Point(0, 0)).y;
     };
     const auto before = placeOf(card);
-    stage.editor().remove(stage.id(3));
+    stage.editor().remove({stage.id(3)});
     EXPECT_EQ(placeOf(*stage.view().card(stage.id(499))), before);
 }
 

@@ -178,7 +178,7 @@ TEST_F(Panic, WhetherNotesEndWhenRulesChangeIsOffAtFirstAndToggled) {
     EXPECT_TRUE(stage.desk.session().notesEndWhenRulesChange());
     stage.desk.render(16, {{0x90, 50, 80}});
     stage.sent.clear();
-    stage.editor().duplicate(stage.id(0));
+    stage.editor().duplicate({stage.id(0)});
     look();
     EXPECT_THAT(stage.sent, Contains(std::vector<std::uint8_t>{0x80, 50, 64}));
     click(box);

@@ -157,7 +157,7 @@ TEST_F(RuleListView, DeleteWorksByKeysWhileItsButtonHasTheFocus) {
 TEST_F(RuleListView, DeletingTheRuleThatIsTypedIntoLeavesTheOthersAlone) {
     open({"a", "b"});
     stage->beginTyping(stage->card(0).header(), "typed");
-    stage->editor().remove(stage->id(0));
+    stage->editor().remove({stage->id(0)});
     expectNames({"b"});
 }
 
@@ -500,7 +500,7 @@ TEST_F(RuleListView, UndoAndRedoScrollToTheRuleThatTheyChange) {
     list.setScrollPosition(0);
     stage->editor().redo();
     EXPECT_TRUE(inSight(20));
-    stage->editor().remove(stage->id(12));
+    stage->editor().remove({stage->id(12)});
     list.setScrollPosition(0);
     stage->editor().undo();
     EXPECT_TRUE(inSight(12));

@@ -201,12 +201,12 @@ TEST_F(HitsOfTheList, AreThoseOfEachRule) {
 TEST_F(HitsOfTheList, StayWithTheirRulesInAnEdit) {
     play(61);
     stage.view().advance(1);
-    stage.editor().move(stage.id(1), 0);
+    stage.editor().move({stage.id(1)}, 0);
     stage.view().advance(0);
     EXPECT_EQ(words(0), "1 × · now"_u8);
     EXPECT_EQ(words(1), "never fired since load");
-    stage.editor().remove(stage.id(1));
-    stage.editor().duplicate(stage.id(0));
+    stage.editor().remove({stage.id(1)});
+    stage.editor().duplicate({stage.id(0)});
     stage.view().advance(0);
     EXPECT_EQ(words(0), "1 × · now"_u8);
     for (std::size_t position = 0; position < 3; ++position) {

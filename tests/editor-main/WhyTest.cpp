@@ -132,7 +132,7 @@ TEST_F(WhyInTheEditor, TheReasonsFollowEditsAndRulesThatTheHostRestores) {
     EXPECT_THAT(reasons(), ElementsAre("passed over: it waits for note 61 (C♯3), this is note 60 (C3)"));
     stage->pick(field(stage->card().trigger(), "Note"), "60 (C3)");
     EXPECT_THAT(reasons(), ElementsAre("fired: sent 90 01 01 at once"));
-    stage->editor().duplicate(stage->id(0));
+    stage->editor().duplicate({stage->id(0)});
     EXPECT_THAT(reasons(), ElementsAre("fired: sent 90 01 01 at once", "fired: sent 90 01 01 at once"));
     stage->desk.session().install({rule(onMIDIStart(), answer)});
     stage->desk.drain();

@@ -52,7 +52,7 @@ TEST_F(EditorShellTest, ShowsTheUnitAsItIsWhenItIsMade) {
 
 TEST_F(EditorShellTest, HandsEditsAndMessagesSentByHandToTheUnit) {
     auto& editor = shell.view().editor();
-    editor.duplicate(editor.rules()[0].id);
+    editor.duplicate({editor.rules()[0].id});
     EXPECT_EQ(unit.installed, (std::vector{oneRule[0], oneRule[0]}));
     editor.send(editor.rules()[0].id);
     EXPECT_EQ(unit.sent, std::vector{oneRule[0].output.message});

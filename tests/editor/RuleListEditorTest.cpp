@@ -141,7 +141,7 @@ TEST_F(RuleListEditorTest, ANewRuleStandsAtTheEndUnderTheNextNumber) {
 
 TEST_F(RuleListEditorTest, ADuplicateStandsRightAfterItsOriginalUnderTheSameNameAndANewIdentity) {
     desk.addNoteOns(2);
-    editor.duplicate(desk.idOf(0));
+    editor.duplicate({desk.idOf(0)});
     EXPECT_EQ(desk.names(), (Names{"Message #1", "Message #1", "Message #2"}));
     EXPECT_EQ(editor.rules()[0].rule, editor.rules()[1].rule);
     EXPECT_NE(editor.rules()[0].id, editor.rules()[1].id);
@@ -149,9 +149,75 @@ TEST_F(RuleListEditorTest, ADuplicateStandsRightAfterItsOriginalUnderTheSameName
     expectInstalled();
 }
 
+TEST_F(RuleListEditorTest, CopiesOfSeveralStandBehindTheLastOfThemInTheListsOrder) {
+    desk.addNoteOns(4);
+    const auto before = editor.rules();
+    editor.duplicate({desk.idOf(2), desk.idOf(0), UUID()});
+    EXPECT_EQ(desk.names(),
+              (Names{"Message #1", "Message #2", "Message #3", "Message #1", "Message #3", "Message #4"}));
+    EXPECT_NE(desk.idOf(3), desk.idOf(0));
+    EXPECT_NE(desk.idOf(4), desk.idOf(2));
+    EXPECT_EQ(editor.undoName(), "Duplicate Message #1 (2 rules)");
+    expectInstalled();
+    editor.undo();
+    EXPECT_EQ(editor.rules(), before);
+}
+
+TEST_F(RuleListEditorTest, SeveralAreDeletedInOneStep) {
+    desk.addNoteOns(5);
+    const auto before = editor.rules();
+    editor.remove({desk.idOf(4), desk.idOf(1), desk.idOf(2)});
+    EXPECT_EQ(desk.names(), (Names{"Message #1", "Message #4"}));
+    EXPECT_EQ(editor.undoName(), "Delete Message #2 (3 rules)");
+    expectInstalled();
+    editor.undo();
+    EXPECT_EQ(editor.rules(), before);
+}
+
+/// Which of four rules are moved, as bits.
+class SeveralMoved : public testing::TestWithParam<unsigned> {
+protected:
+    SeveralMoved() {
+        desk.addNoteOns(4);
+        for (std::size_t rule = 0; rule < 4; ++rule) {
+            (GetParam() >> rule & 1 ? moved : others).push_back(desk.editor.rules()[rule]);
+        }
+    }
+
+    [[nodiscard]] RuleIds ids() const {
+        RuleIds ids;
+        for (const auto& element : moved) {
+            ids.insert(ids.begin(), element.id);
+        }
+        return ids;
+    }
+
+    EditorDesk desk;
+    RuleList moved;
+    RuleList others;
+};
+
+TEST_P(SeveralMoved, StandTogetherInTheListsOrder) {
+    for (std::size_t to = 0; to < 6; ++to) {
+        auto expected = others;
+        const auto place = static_cast<std::ptrdiff_t>(std::min(to, others.size()));
+        expected.insert(expected.begin() + place, moved.begin(), moved.end());
+        const auto before = desk.editor.rules();
+        desk.editor.move(ids(), to);
+        EXPECT_EQ(desk.editor.rules(), expected) << "to " << to;
+        EXPECT_EQ(desk.installed, rulesOf(expected));
+        if (before != expected) {
+            desk.editor.undo();
+            EXPECT_EQ(desk.editor.rules(), before);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(OfFour, SeveralMoved, testing::Range(1U, 16U));
+
 TEST_F(RuleListEditorTest, ADeletedRuleIsGone) {
     desk.addNoteOns(3);
-    editor.remove(desk.idOf(1));
+    editor.remove({desk.idOf(1)});
     EXPECT_EQ(desk.names(), (Names{"Message #1", "Message #3"}));
     EXPECT_EQ(editor.undoName(), "Delete Message #2");
     expectInstalled();
@@ -167,7 +233,7 @@ TEST_F(RuleListEditorTest, AMoveKeepsEveryRuleExactlyOnceAndTheOthersInOrder) {
             expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(from));
             expected.insert(expected.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(to, 3)),
                             moved);
-            fresh.editor.move(moved.id, to);
+            fresh.editor.move({moved.id}, to);
             EXPECT_EQ(fresh.editor.rules(), expected) << from << " to " << to;
             EXPECT_EQ(fresh.installed, rulesOf(expected));
         }
@@ -176,7 +242,7 @@ TEST_F(RuleListEditorTest, AMoveKeepsEveryRuleExactlyOnceAndTheOthersInOrder) {
 
 TEST_F(RuleListEditorTest, AMoveToItsOwnPlaceIsNoStep) {
     desk.addNoteOns(2);
-    editor.move(desk.idOf(1), 1);
+    editor.move({desk.idOf(1)}, 1);
     EXPECT_EQ(editor.undoName(), "Add Message #2");
 }
 
@@ -280,8 +346,18 @@ TEST(ChangedRule, IsTheOneThatWasEditedAddedOrMovedAndElseTheNeighbourOfTheOneTh
     EXPECT_EQ(changedRule(list, only({1, 2, 0, 3})), list[0].id);
     EXPECT_EQ(changedRule(list, only({0, 3, 1, 2})), list[3].id);
     EXPECT_EQ(changedRule(list, only({3, 0, 1, 2})), list[3].id);
+    EXPECT_EQ(changedRule(list, only({2, 3, 0, 1})), list[2].id);
+    EXPECT_EQ(changedRule(list, only({3, 0, 1})), list[3].id);
+    EXPECT_EQ(changedRule(only({0, 3}), list), list[1].id);
+    EXPECT_EQ(changedRule(list, only({0, 3})), list[3].id);
     EXPECT_EQ(changedRule({}, list), list[0].id);
     EXPECT_EQ(changedRule(list, {}), std::nullopt);
+}
+
+TEST(ChangedRule, IsTheFirstOfSeveralThatWereMoved) {
+    const auto list = named({"a", "b", "c", "d", "e"});
+    EXPECT_EQ(changedRule(list, {list[2], list[3], list[4], list[0], list[1]}), list[0].id);
+    EXPECT_EQ(changedRule(list, {list[3], list[4], list[0], list[1], list[2]}), list[3].id);
 }
 
 TEST_F(RuleListEditorTest, UndoAndRedoTellWhichRuleTheyChanged) {
@@ -290,7 +366,7 @@ TEST_F(RuleListEditorTest, UndoAndRedoTellWhichRuleTheyChanged) {
     desk.addNoteOns(3);
     const auto middle = desk.idOf(1);
     const auto last = desk.idOf(2);
-    editor.remove(middle);
+    editor.remove({middle});
     EXPECT_TRUE(told.empty());
     editor.undo();
     editor.redo();
@@ -345,9 +421,9 @@ TEST_F(RuleListEditorTest, EveryChangeCanBeUndoneAndRedoneAndReachesTheEngineEac
         act();
         states.push_back(editor.rules());
     };
-    change([&] { editor.duplicate(desk.idOf(0)); });
-    change([&] { editor.move(desk.idOf(0), 2); });
-    change([&] { editor.remove(desk.idOf(1)); });
+    change([&] { editor.duplicate({desk.idOf(0)}); });
+    change([&] { editor.move({desk.idOf(0)}, 2); });
+    change([&] { editor.remove({desk.idOf(1)}); });
     change([&] { editor.changeOutputType(desk.idOf(0), OutputEntryType::PitchWheel); });
     change([&] { editor.replaceAll(named({"x", "y"}), "Import z.json"); });
     for (auto state = states.size() - 1; state > 0; --state) {
@@ -367,7 +443,7 @@ TEST_F(RuleListEditorTest, ThoseWhoObserveTheRulesAlreadySeeWhatCanBeUndone) {
     std::vector<std::optional<std::string>> seen;
     const auto observation = desk.model->observeRules([&] { seen.push_back(editor.undoName()); });
     desk.addNoteOn();
-    editor.remove(desk.idOf(0));
+    editor.remove({desk.idOf(0)});
     editor.undo();
     editor.redo();
     EXPECT_EQ(seen, (std::vector<std::optional<std::string>>{"Add Message #1", "Delete Message #1",
@@ -387,9 +463,9 @@ TEST_F(RuleListEditorTest, AnUnknownIdentityChangesNothing) {
     const auto before = editor.rules();
     const auto installs = desk.installs;
     const UUID unknown;
-    editor.duplicate(unknown);
-    editor.remove(unknown);
-    editor.move(unknown, 0);
+    editor.duplicate({unknown});
+    editor.remove({unknown});
+    editor.move({unknown}, 0);
     editor.edit(unknown, RuleEntry{});
     editor.changeTriggerType(unknown, TriggerEntryType::NoteOn);
     editor.changeOutputType(unknown, OutputEntryType::NoteOff);
@@ -493,7 +569,7 @@ TEST_F(RulesNotShown, DoNotComeBackIntoAListThatTheUnitBroughtInLater) {
 TEST_F(RulesNotShown, DoNotComeBackOnceTheirStepIsForgotten) {
     editor.replaceAll(named({"x"}), "Import");
     for (std::size_t step = 0; step < RuleListHistory::defaultCapacity; ++step) {
-        editor.duplicate(desk.idOf(0));
+        editor.duplicate({desk.idOf(0)});
     }
     while (editor.undoName()) {
         editor.undo();
@@ -532,7 +608,7 @@ TEST_F(LoadedMessage, StaysAsItIsWhenAnotherRuleIsEdited) {
 TEST_F(LoadedMessage, IsSentAndDuplicatedAsItIs) {
     editor.send(desk.idOf(0));
     EXPECT_EQ(desk.sent, std::vector{oldProgramChange("old").output.message});
-    editor.duplicate(desk.idOf(0));
+    editor.duplicate({desk.idOf(0)});
     EXPECT_EQ(desk.installed[1], oldProgramChange("old"));
 }
 

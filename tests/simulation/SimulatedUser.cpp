@@ -69,14 +69,14 @@ void SimulatedUser::add(std::size_t which) {
 void SimulatedUser::duplicate(std::size_t index) {
     auto list = rules();
     list.insert(list.begin() + static_cast<std::ptrdiff_t>(index), Rule(list[index]));
-    editor_.duplicate(editor_.rules()[index].id);
+    editor_.duplicate({editor_.rules()[index].id});
     change(std::move(list));
 }
 
 void SimulatedUser::remove(std::size_t index) {
     auto list = rules();
     list.erase(list.begin() + static_cast<std::ptrdiff_t>(index));
-    editor_.remove(editor_.rules()[index].id);
+    editor_.remove({editor_.rules()[index].id});
     change(std::move(list));
 }
 
@@ -88,7 +88,7 @@ void SimulatedUser::move(std::size_t from, std::size_t to) {
     const auto moved = list[from];
     list.erase(list.begin() + static_cast<std::ptrdiff_t>(from));
     list.insert(list.begin() + static_cast<std::ptrdiff_t>(to), moved);
-    editor_.move(editor_.rules()[from].id, to);
+    editor_.move({editor_.rules()[from].id}, to);
     change(std::move(list));
 }
 
