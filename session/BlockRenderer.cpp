@@ -118,6 +118,8 @@ OSStatus BlockRenderer::end() QUILLO_REALTIME {
         cycle_.reset();
     }
     output_.end();
+    logInput_.endBlock();
+    logOutput_.endBlock();
     return status;
 }
 

@@ -3,9 +3,18 @@
 
 namespace quillo {
 
+namespace {
+
+void collect(LogCallback& log, const std::shared_ptr<EventMailbox>& mailbox) {
+    log.listen([mailbox](const EventLogEntry& entry) QUILLO_REALTIME { mailbox->post(entry); },
+               [mailbox]() QUILLO_REALTIME { mailbox->handOver(); });
+}
+
+}  // namespace
+
 EditorLogs::EditorLogs(LogCallback& input, LogCallback& output) {
-    input = [mailbox = input_](const EventLogEntry& entry) { mailbox->post(entry); };
-    output = [mailbox = output_](const EventLogEntry& entry) { mailbox->post(entry); };
+    collect(input, input_);
+    collect(output, output_);
 }
 
 void EditorLogs::moveTo(QuilloModel& model) const {

@@ -16,7 +16,7 @@ public:
     /// be called for longer than this object lives.
     EditorLogs(LogCallback& input, LogCallback& output);
 
-    /// Appends what was reported since the last call to the model's logs.
+    /// Appends what was reported in the blocks that have ended since the last call to the model's logs.
     void moveTo(QuilloModel& model) const;
 
 private:

@@ -81,6 +81,8 @@ private:
 
     OSStatus render(const AudioTimeStamp& timestamp, AUAudioFrameCount frameCount,
                     const AURenderEvent* events) QUILLO_REALTIME;
+    OSStatus renderCycle(const AudioTimeStamp& timestamp, AUAudioFrameCount frameCount,
+                         const AURenderEvent* events) QUILLO_REALTIME;
     OSStatus renderTransport(const OutputFunction& output, SampleTime first, SampleTime end) QUILLO_REALTIME;
     OSStatus renderEvents(const OutputFunction& output, const AURenderEvent* events,
                           SampleTime end) QUILLO_REALTIME;

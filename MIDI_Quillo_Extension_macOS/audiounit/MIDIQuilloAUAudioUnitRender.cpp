@@ -71,6 +71,14 @@ AUInternalRenderBlock MIDIQuilloAUAudioUnit::internalRenderBlock() {
 
 OSStatus MIDIQuilloAUAudioUnit::render(const AudioTimeStamp& timestamp, AUAudioFrameCount frameCount,
                                        const AURenderEvent* events) QUILLO_REALTIME {
+    const auto status = renderCycle(timestamp, frameCount, events);
+    logInput.endBlock();
+    logOutput.endBlock();
+    return status;
+}
+
+OSStatus MIDIQuilloAUAudioUnit::renderCycle(const AudioTimeStamp& timestamp, AUAudioFrameCount frameCount,
+                                            const AURenderEvent* events) QUILLO_REALTIME {
     const auto first = wholeSamples(timestamp.mSampleTime);
     SampleTime end = 0;
     if (!first) {

@@ -5,24 +5,23 @@
 
 namespace quillo {
 
-// A full stack, another one in the taker's hands, and the node that is being filled.
-EventMailbox::EventMailbox() : nodes_(2 * maximumHeight + 1) {
+// A full stack that is collected, one that was handed over, and one in the taker's hands.
+EventMailbox::EventMailbox() : nodes_(3 * maximumHeight) {
     for (auto& node : nodes_) {
         node.below = stock_;
         stock_ = &node;
     }
 }
 
-/// Only the poster adds to the stack: what it finds there, here and below, it has written itself.
 void EventMailbox::post(const EventLogEntry& entry) QUILLO_REALTIME {
     auto* node = takeFreeNode();
     node->entry = entry;
-    auto* top = posted_.load(std::memory_order_relaxed);
-    do {
-        node->below = top;
-        node->height = top != nullptr ? top->height + 1 : 1;
-    } while (!posted_.compare_exchange_weak(top, node, std::memory_order_release, std::memory_order_relaxed));
-    if (node->height == maximumHeight) {
+    node->below = collected_;
+    if (collected_ == nullptr) {
+        oldest_ = node;
+    }
+    collected_ = node;
+    if (++height_ == maximumHeight) {
         dropOldest();
     }
 }
@@ -36,26 +35,39 @@ EventMailbox::Node* EventMailbox::takeFreeNode() QUILLO_REALTIME {
     return node;
 }
 
-/// For the same reason it can put back as it was what it has taken off.
-void EventMailbox::dropOldest() QUILLO_REALTIME {
-    auto* top = posted_.exchange(nullptr, std::memory_order_relaxed);
-    if (top == nullptr) {
+void EventMailbox::handOver() QUILLO_REALTIME {
+    if (collected_ == nullptr) {
         return;
     }
-    auto* oldestKept = top;
-    std::size_t kept = 1;
-    for (; kept < keptEntries && oldestKept->below != nullptr; ++kept) {
-        oldestKept = oldestKept->below;
+    collectUnread();
+    if (height_ >= maximumHeight) {
+        dropOldest();
     }
-    while (auto* dropped = oldestKept->below) {
-        oldestKept->below = dropped->below;
+    collected_->height = height_;
+    posted_.store(collected_, std::memory_order_release);
+    collected_ = nullptr;
+    height_ = 0;
+}
+
+/// What was handed over and is still there lies below what is new. Only the poster puts nodes there: it has
+/// written itself what it finds.
+void EventMailbox::collectUnread() QUILLO_REALTIME {
+    if (auto* unread = posted_.exchange(nullptr, std::memory_order_relaxed)) {
+        oldest_->below = unread;
+        height_ += unread->height;
+    }
+}
+
+void EventMailbox::dropOldest() QUILLO_REALTIME {
+    oldest_ = collected_;
+    for (height_ = 1; height_ < keptEntries; ++height_) {
+        oldest_ = oldest_->below;
+    }
+    while (auto* dropped = oldest_->below) {
+        oldest_->below = dropped->below;
         dropped->below = stock_;
         stock_ = dropped;
     }
-    for (auto* node = top; node != nullptr; node = node->below) {
-        node->height = kept--;
-    }
-    posted_.store(top, std::memory_order_release);
 }
 
 std::vector<EventLogEntry> EventMailbox::takeAll() {

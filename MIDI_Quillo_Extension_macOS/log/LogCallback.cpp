@@ -6,13 +6,17 @@
 namespace quillo {
 
 LogCallback& LogCallback::operator=(Function function) {
-    if (!function) {
+    if (function) {
+        listen(std::move(function), {});
+    } else {
         current_.store(nullptr, std::memory_order_relaxed);
-        return *this;
     }
-    given_.push_back(std::make_unique<const Function>(std::move(function)));
-    current_.store(given_.back().get(), std::memory_order_release);
     return *this;
+}
+
+void LogCallback::listen(Function function, EndOfBlock endOfBlock) {
+    given_.push_back(std::make_unique<const Listener>(std::move(function), std::move(endOfBlock)));
+    current_.store(given_.back().get(), std::memory_order_release);
 }
 
 void LogCallback::also(Function function) {
@@ -21,10 +25,11 @@ void LogCallback::also(Function function) {
         *this = std::move(function);
         return;
     }
-    *this = [before, function = std::move(function)](const EventLogEntry& entry) QUILLO_REALTIME {
-        (*before)(entry);
+    const auto both = [before, function = std::move(function)](const EventLogEntry& entry) QUILLO_REALTIME {
+        before->function(entry);
         function(entry);
     };
+    listen(both, before->endOfBlock);
 }
 
 }  // namespace quillo

@@ -11,17 +11,21 @@
 
 namespace quillo {
 
-/// Where a unit reports log entries: the render thread calls it, the main thread may replace it at any time.
-/// At first it does nothing.
+/// Where a unit reports log entries, and that a block has ended: the render thread calls it, the main thread may
+/// replace it at any time. At first it does nothing.
 ///
 /// A callback that was replaced may still be running, so all that were ever given live as long as this object.
 /// They are few: one is given when an editor connects, one when a program prints the log.
 class LogCallback {
 public:
     using Function = RealTimeFunction<void(const EventLogEntry& entry)>;
+    using EndOfBlock = RealTimeFunction<void()>;
 
     /// [main] From the next entry on, `function` gets them; an absent one is as good as none.
     LogCallback& operator=(Function function);
+
+    /// [main] The same, and `endOfBlock` is called when a block has ended.
+    void listen(Function function, EndOfBlock endOfBlock);
 
     /// [main] From the next entry on, `function` gets them too, after whoever gets them now.
     void also(Function function);
@@ -33,14 +37,27 @@ public:
 
     /// [render]
     void operator()(const EventLogEntry& entry) const QUILLO_REALTIME {
-        if (const auto* function = current_.load(std::memory_order_acquire)) {
-            (*function)(entry);
+        if (const auto* listener = current_.load(std::memory_order_acquire)) {
+            listener->function(entry);
+        }
+    }
+
+    /// [render] Once a block, behind its last entry.
+    void endBlock() const QUILLO_REALTIME {
+        const auto* listener = current_.load(std::memory_order_acquire);
+        if (listener != nullptr && listener->endOfBlock) {
+            listener->endOfBlock();
         }
     }
 
 private:
-    std::vector<std::unique_ptr<const Function>> given_;
-    std::atomic<const Function*> current_{nullptr};  ///< written by [main]: hands a function over
+    struct Listener {
+        Function function;
+        EndOfBlock endOfBlock;
+    };
+
+    std::vector<std::unique_ptr<const Listener>> given_;
+    std::atomic<const Listener*> current_{nullptr};  ///< written by [main]: hands a listener over
 };
 
 }  // namespace quillo

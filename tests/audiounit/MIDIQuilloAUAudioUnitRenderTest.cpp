@@ -243,6 +243,16 @@ TEST_F(RenderTest, ABlockThatOutlivesItsUnitDoesNothing) {
     EXPECT_EQ(calls, 1);
 }
 
+TEST_F(RenderTest, BothLogsAreToldOfACyclesEndAlsoOfOneThatFails) {
+    std::string calls;
+    host.unit->logInput.listen([&calls](const EventLogEntry&) { calls += 'e'; }, [&calls] { calls += '<'; });
+    host.unit->logOutput.listen([&calls](const EventLogEntry&) { calls += 'e'; }, [&calls] { calls += '>'; });
+    EXPECT_EQ(host.render(0, 512, {{1, {0xF8}}}), noErr);
+    host.acceptedBeforeFailure = 0;
+    EXPECT_EQ(host.render(512, 512, {{513, {0xF8}}}), -1);
+    EXPECT_EQ(calls, "ee<>e<>");
+}
+
 TEST_F(RenderTest, AUnitThatIsLetGoOfInItsOwnCycleStaysUntilTheCycleEnds) {
     auto unitOfItsOwn = makeUnit();
     const std::weak_ptr<MIDIQuilloAUAudioUnit> weak = unitOfItsOwn;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <thread>
 #include <utility>
 
@@ -16,6 +17,14 @@ EventLogEntry entryAt(SampleTime time) {
 void post(EventMailbox& mailbox, SampleTime first, SampleTime end) {
     for (auto time = first; time < end; ++time) {
         mailbox.post(entryAt(time));
+    }
+    mailbox.handOver();
+}
+
+/// Each entry in a block of its own.
+void postOneByOne(EventMailbox& mailbox, SampleTime first, SampleTime end) {
+    for (auto time = first; time < end; ++time) {
+        post(mailbox, time, time + 1);
     }
 }
 
@@ -38,6 +47,26 @@ TEST(EventMailbox, HandsOutWhatWasPostedInOrderAndOnce) {
     EXPECT_TRUE(mailbox.takeAll().empty());
 }
 
+TEST(EventMailbox, KeepsToItselfWhatWasNotHandedOver) {
+    EventMailbox mailbox;
+    mailbox.handOver();
+    mailbox.post(entryAt(0));
+    EXPECT_TRUE(mailbox.takeAll().empty());
+    mailbox.post(entryAt(1));
+    mailbox.handOver();
+    expectNewest(mailbox.takeAll(), 1);
+}
+
+TEST(EventMailbox, HandsOutTheEntriesOfSeveralBlocksInOrder) {
+    EventMailbox mailbox;
+    post(mailbox, 0, 3);
+    post(mailbox, 3, 4);
+    post(mailbox, 4, 9);
+    const auto entries = mailbox.takeAll();
+    EXPECT_EQ(entries.size(), 9U);
+    expectNewest(entries, 8);
+}
+
 TEST(EventMailbox, LosesNothingUpToWhatALogShows) {
     EventMailbox mailbox;
     for (SampleTime round = 0; round < 50; ++round) {
@@ -50,11 +79,33 @@ TEST(EventMailbox, KeepsTheNewest100OfAFloodEachTimeThatItHolds200) {
     using Case = std::pair<SampleTime, std::size_t>;
     for (const auto& [count, kept] : {Case{100, 100}, Case{199, 199}, Case{200, 100}, Case{201, 101},
                                       Case{299, 199}, Case{300, 100}, Case{1050, 150}, Case{100000, 100}}) {
-        EventMailbox mailbox;
-        post(mailbox, 0, count);
-        const auto entries = mailbox.takeAll();
-        EXPECT_EQ(entries.size(), kept) << count;
-        expectNewest(entries, count - 1);
+        for (const auto& flood : {post, postOneByOne}) {
+            EventMailbox mailbox;
+            flood(mailbox, 0, count);
+            const auto entries = mailbox.takeAll();
+            EXPECT_EQ(entries.size(), kept) << count;
+            expectNewest(entries, count - 1);
+        }
+    }
+}
+
+TEST(EventMailbox, KeepsTheNewest100OfTwoBlocksThatHold200Together) {
+    EventMailbox mailbox;
+    post(mailbox, 0, 150);
+    post(mailbox, 150, 300);
+    const auto entries = mailbox.takeAll();
+    EXPECT_EQ(entries.size(), 100U);
+    expectNewest(entries, 299);
+}
+
+TEST(EventMailbox, HasRoomForAFullBlockBesideTwoThatAreLookedAt) {
+    EventMailbox mailbox;
+    for (SampleTime round = 0; round < 20; ++round) {
+        post(mailbox, 0, 199);
+        EXPECT_EQ(mailbox.takeAll().size(), 199U);
+        post(mailbox, 0, 199);
+        post(mailbox, 199, 398);
+        EXPECT_EQ(mailbox.takeAll().size(), 100U);
     }
 }
 
@@ -70,6 +121,7 @@ TEST(EventMailbox, CarriesLongMessagesWhole) {
     EventMailbox mailbox;
     const std::vector<std::uint8_t> bytes(1000, 0x42);
     mailbox.post({3, EventLogEntryVariants::MIDI{MIDIMessage::copyOf(bytes)}});
+    mailbox.handOver();
     const auto entries = mailbox.takeAll();
     ASSERT_EQ(entries.size(), 1U);
     EXPECT_EQ(entries[0].variants.midi()->message, MIDIMessage::copyOf(bytes));
@@ -78,7 +130,11 @@ TEST(EventMailbox, CarriesLongMessagesWhole) {
 TEST(EventMailbox, APosterAndATakerNeverMeetOutOfOrderAndTheNewestArrives) {
     constexpr SampleTime count = 200000;
     EventMailbox mailbox;
-    std::thread poster([&mailbox] { post(mailbox, 0, count); });
+    std::thread poster([&mailbox, count] {
+        for (SampleTime time = 0, length = 1; time < count; time += length, length = length % 300 + 1) {
+            post(mailbox, time, std::min(time + length, count));
+        }
+    });
     SampleTime last = -1;
     while (last < count - 1) {
         for (const auto& entry : mailbox.takeAll()) {

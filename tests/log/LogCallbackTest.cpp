@@ -58,5 +58,21 @@ TEST(LogCallback, AnotherFunctionMayListenBesidesTheFirst) {
     EXPECT_EQ(heard, "aababc");
 }
 
+TEST(LogCallback, SaysThatABlockHasEndedToAListenerThatAskedForIt) {
+    LogCallback callback;
+    callback.endBlock();
+    std::string heard;
+    callback.listen([&heard](const EventLogEntry&) { heard += 'e'; }, [&heard] { heard += '|'; });
+    callback(entry);
+    callback.endBlock();
+    callback.also([&heard](const EventLogEntry&) { heard += 'f'; });
+    callback(entry);
+    callback.endBlock();
+    callback = [&heard](const EventLogEntry&) { heard += 'g'; };
+    callback(entry);
+    callback.endBlock();
+    EXPECT_EQ(heard, "e|ef|g");
+}
+
 }  // namespace
 }  // namespace quillo

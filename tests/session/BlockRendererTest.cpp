@@ -54,6 +54,19 @@ TEST_F(BlockRendererTest, OffsetsBecomeSampleTimesOfATimelineThatOnlyGrows) {
     EXPECT_EQ(renderer.now(), 96);
 }
 
+TEST_F(BlockRendererTest, BothLogsAreToldOfABlocksEndBehindItsLastEntry) {
+    processor.setRules({rule(onNoteOn(), send(noteOn(0, 61, 5)))});
+    std::string calls;
+    const auto noteEntry = [&calls](const EventLogEntry&) { calls += 'e'; };
+    logInput.listen(noteEntry, [&calls] { calls += '<'; });
+    logOutput.listen(noteEntry, [&calls] { calls += '>'; });
+    block(16, {{3, {0x90, 60, 1}}});
+    block(16);
+    renderer.beginPassing(16, output, BlockRenderer::Delivery::asItComes);
+    EXPECT_EQ(renderer.end(), noErr);
+    EXPECT_EQ(calls, "eee<><><>");
+}
+
 TEST_F(BlockRendererTest, ADelayedOutputLeavesInTheBlockThatHoldsItsTime) {
     processor.sampleRate = 1000;
     processor.setRules({rule(onNoteOn(), send(noteOn(0, 61, 5), 20))});

@@ -14,6 +14,11 @@ EventLogEntry entryAt(SampleTime time) {
 
 class EditorLogsTest : public testing::Test {
 protected:
+    void endBlock() const {
+        input.endBlock();
+        output.endBlock();
+    }
+
     LogCallback input;
     LogCallback output;
     QuilloModel model;
@@ -24,6 +29,7 @@ TEST_F(EditorLogsTest, BringTheModelWhatBothCallbacksReportInOrder) {
     input(entryAt(1));
     input(entryAt(2));
     output(entryAt(3));
+    endBlock();
     EXPECT_TRUE(model.inLog().empty());
     logs.moveTo(model);
     ASSERT_EQ(model.inLog().size(), 2U);
@@ -36,9 +42,23 @@ TEST_F(EditorLogsTest, BringTheModelWhatBothCallbacksReportInOrder) {
 TEST_F(EditorLogsTest, MoveEachEntryOnce) {
     const EditorLogs logs(input, output);
     input(entryAt(1));
+    endBlock();
     logs.moveTo(model);
     logs.moveTo(model);
     EXPECT_EQ(model.inLog().size(), 1U);
+}
+
+TEST_F(EditorLogsTest, MoveWhatABlockReportedWhenItHasEnded) {
+    const EditorLogs logs(input, output);
+    input(entryAt(1));
+    output(entryAt(2));
+    logs.moveTo(model);
+    EXPECT_TRUE(model.inLog().empty());
+    EXPECT_TRUE(model.outLog().empty());
+    endBlock();
+    logs.moveTo(model);
+    EXPECT_EQ(model.inLog().size(), 1U);
+    EXPECT_EQ(model.outLog().size(), 1U);
 }
 
 TEST_F(EditorLogsTest, LeaveCallbacksThatMayBeCalledAfterwards) {
@@ -46,6 +66,7 @@ TEST_F(EditorLogsTest, LeaveCallbacksThatMayBeCalledAfterwards) {
     logs.reset();
     input(entryAt(1));
     output(entryAt(2));
+    endBlock();
 }
 
 }  // namespace
