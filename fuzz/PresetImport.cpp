@@ -51,11 +51,11 @@ void editEveryWay(Desk& desk, const UUID& id) {
     editor.send(id);
     editor.duplicate({id});
     for (int type = 0; type <= static_cast<int>(TriggerEntryType::HostStop); ++type) {
-        editor.changeTriggerType(id, static_cast<TriggerEntryType>(type));
+        editor.changeTriggerType({id}, static_cast<TriggerEntryType>(type));
         desk.requireShownRulesRun();
     }
     for (int type = 0; type <= static_cast<int>(OutputEntryType::SystemExclusive); ++type) {
-        editor.changeOutputType(id, static_cast<OutputEntryType>(type));
+        editor.changeOutputType({id}, static_cast<OutputEntryType>(type));
         desk.requireShownRulesRun();
     }
     editor.send(id);

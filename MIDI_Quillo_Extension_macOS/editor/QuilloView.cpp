@@ -132,10 +132,10 @@ std::unique_ptr<RuleView> QuilloView::makeCard(const UUID& id) {
             const auto* rule = entry(id);
             return rule != nullptr ? *rule : RuleEntry();
         },
-        [this, id](RuleEntry rule) { editor_.edit(id, std::move(rule)); },
-        [this, id](RuleEntry rule, FieldPlace field) { editor_.step(id, std::move(rule), field); });
+        [this, id](RuleEntry rule) { editor_.edit({id}, std::move(rule)); },
+        [this, id](RuleEntry rule, FieldPlace field) { editor_.step({id}, std::move(rule), field); });
     auto card = std::make_unique<RuleView>(
-        data, RuleViewActions{[this, id](TriggerEntryType type) { editor_.changeTriggerType(id, type); },
+        data, RuleViewActions{[this, id](TriggerEntryType type) { editor_.changeTriggerType({id}, type); },
                               [this, id](const MIDIRuleType& type) { changeOutputType(id, type); },
                               [this, id] { editor_.duplicate({id}); }, [this, id] { removeRule(id); },
                               [this, id] { editor_.send(id); },
@@ -169,7 +169,7 @@ const RuleHits* QuilloView::hitsOf(const UUID& id) const {
 /// A shortcut of the menu is a control change with its controller and the value 0.
 void QuilloView::changeOutputType(const UUID& id, const MIDIRuleType& type) {
     if (const auto* output = type.getIf<MIDIRuleType::OutputType>()) {
-        editor_.changeOutputType(id, output->type);
+        editor_.changeOutputType({id}, output->type);
         return;
     }
     const auto* current = entry(id);
@@ -181,7 +181,7 @@ void QuilloView::changeOutputType(const UUID& id, const MIDIRuleType& type) {
     changed.output.type = shortCut.type;
     changed.output.controller = shortCut.controller;
     changed.output.controllerValue = shortCut.controllerValue;
-    editor_.edit(id, std::move(changed));
+    editor_.edit({id}, std::move(changed));
 }
 
 void QuilloView::addRule(const std::function<void()>& add) {
@@ -195,7 +195,7 @@ void QuilloView::addRule(const std::function<void()>& add) {
 /// Learned for a rule that is there, or for a new one.
 void QuilloView::learnTrigger(const UUID& id, LearnButton& button) {
     LearnOverlay::open(button, model_, [this, id](const std::vector<RuleTriggerEntry>& triggers) {
-        editor_.learn(id, triggers);
+        editor_.learn({id}, triggers);
     });
 }
 

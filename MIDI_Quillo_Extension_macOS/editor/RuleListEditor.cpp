@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "editor/DecimalText.hpp"
+#include "editor/RunEdit.hpp"
 #include "platform/FatalError.hpp"
 #include "rules/RuleLabel.hpp"
 #include "rules/TriggerChoices.hpp"
@@ -117,8 +118,18 @@ RuleListEditor::RuleListEditor(std::shared_ptr<QuilloModel> model, OnRulesChange
           if (!changing_) {
               history_.clear();
               start_.reset();
+              showArrived();
           }
-      })) {}
+      })) {
+    showArrived();
+}
+
+/// The unit has brought in another list.
+void RuleListEditor::showArrived() {
+    folded_.forget();
+    folded_.arrive(rules());
+    folded_.follow({}, rules());
+}
 
 std::optional<std::vector<Rule>> RuleListEditor::runningRules() const {
     return whyNotEditable() ? model_->rulesNotShown() : rulesOf(rules());
@@ -132,9 +143,24 @@ std::optional<std::size_t> RuleListEditor::find(const UUID& id) const {
     return static_cast<std::size_t>(std::distance(rules().begin(), found));
 }
 
-const RuleEntry* RuleListEditor::entryOf(const UUID& id) const {
-    const auto position = find(id);
-    return position ? &rules()[*position].rule : nullptr;
+RuleIds RuleListEditor::cardOf(const UUID& id) const {
+    RuleIds ids;
+    if (const auto card = folded_.cardOf(id)) {
+        for (auto position = card->first; position < card->first + card->count; ++position) {
+            ids.push_back(rules()[position].id);
+        }
+    }
+    return ids;
+}
+
+bool RuleListEditor::canFold(const UUID& id) const {
+    const auto run = folded_.runOf(id);
+    return run && run->count > 1 && run != folded_.cardOf(id);
+}
+
+bool RuleListEditor::isFolded(const UUID& id) const {
+    const auto card = folded_.cardOf(id);
+    return card && card->count > 1;
 }
 
 /// Hands the rules to the engine; when that refuses them, the alert says why.
@@ -150,6 +176,7 @@ bool RuleListEditor::isTakenByEngine(std::vector<Rule> rules) {
 
 void RuleListEditor::show(RuleList list) {
     changing_ = true;
+    folded_.follow(rules(), list);
     model_->setRules(std::move(list));
     changing_ = false;
 }
@@ -218,22 +245,18 @@ void RuleListEditor::addWaitingFor(const std::vector<RuleTriggerEntry>& triggers
     append(makers);
 }
 
-void RuleListEditor::learn(const UUID& id, const std::vector<RuleTriggerEntry>& triggers) {
-    const auto position = find(id);
-    if (!position) {
-        return;
-    }
-    auto list = rules();
-    auto at = list.begin() + static_cast<Offset>(*position);
-    const auto before = *at;
-    editElement(*at, waitingFor(triggers.front(), before.rule));
-    for (const auto& trigger : std::span(triggers).subspan(1)) {
-        auto second = before;
-        second.id = UUID();
-        editElement(second, ending(waitingFor(trigger, before.rule)));
-        at = list.insert(at + 1, std::move(second));
-    }
-    applyEdit(*position, std::move(list), "Learn " + before.rule.name);
+void RuleListEditor::learn(const RuleIds& card, const std::vector<RuleTriggerEntry>& triggers) {
+    editCard(card, "Learn", [&](const RuleList& rules) {
+        const auto& before = rules.front();
+        RuleList learned{before};
+        editElement(learned.front(), waitingFor(triggers.front(), before.rule));
+        for (const auto& trigger : std::span(triggers).subspan(1)) {
+            learned.push_back(before);
+            learned.back().id = UUID();
+            editElement(learned.back(), ending(waitingFor(trigger, before.rule)));
+        }
+        return learned;
+    });
 }
 
 std::vector<std::size_t> RuleListEditor::find(const RuleIds& ids) const {
@@ -259,12 +282,33 @@ void RuleListEditor::duplicate(const RuleIds& ids) {
         return;
     }
     auto copies = at(rules(), positions);
-    for (auto& copy : copies) {
-        copy.id = UUID();
-    }
+    std::ranges::for_each(copies, [this](auto& copy) { becomeCopy(copy); });
     auto list = rules();
     list.insert(list.begin() + static_cast<Offset>(positions.back()) + 1, copies.begin(), copies.end());
     apply(std::move(list), nameOfStep("Duplicate", positions));
+}
+
+/// A copy shares a card where its original does.
+void RuleListEditor::becomeCopy(RuleEntryIdentifiable& element) {
+    const bool isJoined = folded_.isJoined(element.id);
+    element.id = UUID();
+    if (isJoined) {
+        folded_.join(element.id);
+    }
+}
+
+void RuleListEditor::duplicateAsNoteOff(const RuleIds& card) {
+    editCard(card, "Make the Note Off of", [this](const RuleList& rules) {
+        auto both = rules;
+        for (auto copy : rules) {
+            auto entry = ending(copy.rule);
+            entry.trigger.type = TriggerEntryType::NoteOff;
+            becomeCopy(copy);
+            editElement(copy, std::move(entry));
+            both.push_back(std::move(copy));
+        }
+        return both;
+    });
 }
 
 void RuleListEditor::remove(const RuleIds& ids) {
@@ -286,56 +330,77 @@ void RuleListEditor::move(const RuleIds& ids, std::size_t position) {
     apply(std::move(list), nameOfStep("Move", positions));
 }
 
-void RuleListEditor::editWith(const UUID& id, RuleEntry entry, const std::string& joinKey) {
-    if (const auto position = find(id)) {
-        auto list = rules();
-        editElement(list[*position], std::move(entry));
-        applyEdit(*position, std::move(list), "Edit " + rules()[*position].rule.name, joinKey);
+void RuleListEditor::editCard(const RuleIds& card, const std::string& verb,
+                              const std::function<RuleList(const RuleList&)>& change,
+                              const std::string& joinKey) {
+    const auto positions = find(card);
+    if (positions.empty()) {
+        return;
+    }
+    const auto before = at(rules(), positions);
+    const auto after = change(before);
+    auto list = without(rules(), positions);
+    list.insert(list.begin() + static_cast<Offset>(positions.front()), after.begin(), after.end());
+    const bool applied = apply(std::move(list), nameOfStep(verb, positions), joinKey);
+    if (applied && before.front().loadedMessage && !after.front().loadedMessage) {
+        alertOfLoaded(positions.front(), ruleFromElement(before.front()));
     }
 }
 
-void RuleListEditor::applyEdit(std::size_t position, RuleList after, const std::string& stepName,
-                               const std::string& joinKey) {
-    const auto& before = rules()[position];
-    const bool changesLoaded = before.loadedMessage.has_value() && !after[position].loadedMessage.has_value();
-    const auto loaded = ruleFromElement(before);
-    const bool applied = apply(std::move(after), stepName, joinKey);
-    if (const auto change = whatEditingChanges(loaded); change && applied && changesLoaded) {
+/// The message of a rule that was loaded has been edited.
+void RuleListEditor::alertOfLoaded(std::size_t position, const Rule& loaded) {
+    if (const auto change = whatEditingChanges(loaded)) {
         alert(ruleLabel(position, loaded.name) +
               " was edited, which has changed more than you see: " + *change + ". Undo brings it back.");
     }
 }
 
-void RuleListEditor::edit(const UUID& id, RuleEntry entry) {
-    editWith(id, std::move(entry));
+void RuleListEditor::edit(const RuleIds& card, const RuleEntry& entry) {
+    editCard(card, "Edit", [&entry](const RuleList& rules) { return edited(rules, entry); });
 }
 
-void RuleListEditor::step(const UUID& id, RuleEntry entry, FieldPlace field) {
+void RuleListEditor::step(const RuleIds& card, const RuleEntry& entry, FieldPlace field) {
     const auto now = now_();
     if (now - std::exchange(lastStep_, now) > joinTime) {
         history_.endStep();
     }
-    editWith(id, std::move(entry), id.text() + std::to_string(field));
-}
-
-void RuleListEditor::changeTriggerType(const UUID& id, TriggerEntryType type) {
-    if (const auto* before = entryOf(id)) {
-        auto entry = withUsableChoices(type, *before);
-        entry.trigger.type = type;
-        editWith(id, std::move(entry));
+    if (!card.empty()) {
+        editCard(
+            card, "Edit", [&entry](const RuleList& rules) { return edited(rules, entry); },
+            card.front().text() + std::to_string(field));
     }
 }
 
-void RuleListEditor::changeOutputType(const UUID& id, OutputEntryType type) {
-    if (const auto* before = entryOf(id)) {
-        auto entry = *before;
-        entry.output.type = type;
-        editWith(id, withUsableChoices(entry.trigger.type, entry));
-    }
+void RuleListEditor::changeTriggerType(const RuleIds& card, TriggerEntryType type) {
+    editCard(card, "Edit", [type](const RuleList& rules) { return withTriggerType(rules, type); });
+}
+
+void RuleListEditor::changeOutputType(const RuleIds& card, OutputEntryType type) {
+    editCard(card, "Edit", [type](const RuleList& rules) { return withOutputType(rules, type); });
+}
+
+/// Rules that are new share the card.
+void RuleListEditor::setRange(const RuleIds& card, std::uint8_t from, std::uint8_t to) {
+    editCard(card, "Edit", [this, from, to](const RuleList& rules) {
+        auto range = withRange(rules, from, to);
+        for (const auto& element : std::span(range).subspan(1)) {
+            folded_.join(element.id);
+        }
+        return range;
+    });
+}
+
+void RuleListEditor::transpose(const RuleIds& card, int offset) {
+    editCard(card, "Edit", [offset](const RuleList& rules) { return transposed(rules, offset); });
+}
+
+void RuleListEditor::sendAlike(const RuleIds& card, const GenericByteV2& value) {
+    editCard(card, "Edit", [&value](const RuleList& rules) { return sendingAlike(rules, value); });
 }
 
 bool RuleListEditor::replaceAll(RuleList list, const std::string& stepName) {
     const auto notice = noticeBeforeEditing(rulesOf(list));
+    folded_.arrive(list);
     if (!apply(std::move(list), stepName)) {
         return false;
     }
@@ -389,6 +454,7 @@ bool RuleListEditor::isBackAtRulesNotShown(const RuleListHistory& history) const
 
 void RuleListEditor::bringBackRulesNotShown() {
     changing_ = true;
+    folded_.follow(rules(), {});
     model_->setNotEditable(start_->reason, start_->rules);
     changing_ = false;
 }

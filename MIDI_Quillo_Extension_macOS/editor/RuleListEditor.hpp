@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "editor/Binding.hpp"
+#include "editor/FoldedRuns.hpp"
 #include "editor/RuleListHistory.hpp"
 #include "platform/Observers.hpp"
 #include "rules/MIDIRuleType.hpp"
@@ -37,7 +38,10 @@ using RuleIds = std::vector<UUID>;
 /// All that a user can do to the list of rules. Each change hands the whole converted list to the engine and
 /// can be undone; a list that the engine refuses (a delay too long to count) is not kept, and `alert` says
 /// why. A list that the unit brings in forgets what could be undone; rules that it runs and that cannot be
-/// shown come back when what replaced them is undone. [main] only.
+/// shown come back when what replaced them is undone.
+///
+/// A card stands for one rule or for a folded run; what a card does takes the rules of that card, from the first
+/// to the last, and is one step. [main] only.
 class RuleListEditor {
 public:
     /// Takes the converted list; throws `FatalError` for one that cannot be installed.
@@ -58,6 +62,16 @@ public:
     void setNow(std::function<Clock::time_point()> now) { now_ = std::move(now); }
 
     [[nodiscard]] const RuleList& rules() const { return model_->rules(); }
+    /// The cards of the list: single rules and folded runs.
+    [[nodiscard]] const std::vector<RuleRun>& cards() const { return folded_.cards(); }
+    /// The rules of the card that a rule stands on; none for a rule that is not in the list.
+    [[nodiscard]] RuleIds cardOf(const UUID& id) const;
+    /// Whether the run that a rule is in can be folded, or its card unfolded.
+    [[nodiscard]] bool canFold(const UUID& id) const;
+    [[nodiscard]] bool isFolded(const UUID& id) const;
+    /// Folding is no step: it changes nothing but the cards.
+    void fold(const UUID& id) { folded_.fold(id); }
+    void unfold(const UUID& id) { folded_.unfold(id); }
     /// The rules that run, also those that the list does not show; nothing when nobody knows them.
     [[nodiscard]] std::optional<std::vector<Rule>> runningRules() const;
 
@@ -73,25 +87,33 @@ public:
     void addWaitingFor(const std::vector<RuleTriggerEntry>& triggers);
     /// Adds a rule at the end that sends this.
     void addSending(const RuleOutputEntry& output);
-    /// Lets the rule wait for the first trigger; its "Incoming" stays. A second trigger makes a copy of the
-    /// rule right after it, in the same step: it waits for that one, and sends Note Off where the rule sends
-    /// Note On.
-    void learn(const UUID& id, const std::vector<RuleTriggerEntry>& triggers);
+    /// Lets a card wait for the first trigger; its "Incoming" stays, and a run becomes one rule. A second trigger
+    /// makes a copy right after it, in the same step: it waits for that one, and sends Note Off where the rule
+    /// sends Note On.
+    void learn(const RuleIds& card, const std::vector<RuleTriggerEntry>& triggers);
     /// Adds copies right after the last of the rules, in the list's order and under the same names.
     void duplicate(const RuleIds& ids);
+    /// Adds copies right after a card of Note On that wait for Note Off, and send it where the rules send Note On.
+    void duplicateAsNoteOff(const RuleIds& card);
     void remove(const RuleIds& ids);
     /// Moves the rules together, in the list's order: the first of them to a position, or as far as the list goes.
     void move(const RuleIds& ids, std::size_t position);
-    /// Puts `entry` in the rule's place. Where that changes more of a loaded message than the entry shows,
-    /// the alert says it.
-    void edit(const UUID& id, RuleEntry entry);
+    /// Puts `entry` in the place of a card's first rule, and makes the same change to the others. Where that
+    /// changes more of a loaded message than the entry shows, the alert says it.
+    void edit(const RuleIds& card, const RuleEntry& entry);
     /// Edits by one of several small steps, as when a wheel is turned: those of one field that follow each
     /// other within `joinTime` are undone together.
-    void step(const UUID& id, RuleEntry entry, FieldPlace field);
-    /// Changes the rule's trigger; what the new one cannot feed falls back to its default.
-    void changeTriggerType(const UUID& id, TriggerEntryType type);
-    /// Changes what the rule sends. Fields keep what they hold, but for choices that the trigger cannot feed.
-    void changeOutputType(const UUID& id, OutputEntryType type);
+    void step(const RuleIds& card, const RuleEntry& entry, FieldPlace field);
+    /// Changes a card's trigger; what the new one cannot feed falls back to its default.
+    void changeTriggerType(const RuleIds& card, TriggerEntryType type);
+    /// Changes what a card sends. Fields keep what they hold, but for choices that the trigger cannot feed.
+    void changeOutputType(const RuleIds& card, OutputEntryType type);
+    /// Lets a card wait for all of these values: it has as many rules from then on. Nothing happens where that
+    /// cannot be.
+    void setRange(const RuleIds& card, std::uint8_t from, std::uint8_t to);
+    /// Lets a card send what it waits for and so much more, or the same with each of its rules.
+    void transpose(const RuleIds& card, int offset);
+    void sendAlike(const RuleIds& card, const GenericByteV2& value);
     /// Puts another list in the place of the whole one, in one step under this name. The alert says what must
     /// be known before it is edited.
     bool replaceAll(RuleList rules, const std::string& stepName);
@@ -121,13 +143,15 @@ private:
     };
 
     [[nodiscard]] std::optional<std::size_t> find(const UUID& id) const;
-    [[nodiscard]] const RuleEntry* entryOf(const UUID& id) const;
     /// The positions of rules in the list, in its order.
     [[nodiscard]] std::vector<std::size_t> find(const RuleIds& ids) const;
     /// What a step over these rules is called: "Delete Bass split (12 rules)".
     [[nodiscard]] std::string nameOfStep(const std::string& verb,
                                          const std::vector<std::size_t>& positions) const;
     [[nodiscard]] bool isTakenByEngine(std::vector<Rule> rules);
+    void showArrived();
+    void becomeCopy(RuleEntryIdentifiable& element);
+    void alertOfLoaded(std::size_t position, const Rule& loaded);
     void noteStart();
     void show(RuleList list);
     bool apply(RuleList after, const std::string& stepName, const std::string& joinKey = "");
@@ -135,10 +159,10 @@ private:
     void walk(RuleList (RuleListHistory::*go)(RuleList));
     [[nodiscard]] bool isBackAtRulesNotShown(const RuleListHistory& history) const;
     void bringBackRulesNotShown();
-    void editWith(const UUID& id, RuleEntry entry, const std::string& joinKey = "");
-    /// Puts a list in the place of the shown one in which the rule at `position` was edited.
-    void applyEdit(std::size_t position, RuleList after, const std::string& stepName,
-                   const std::string& joinKey = "");
+    /// Puts what `change` makes of a card's rules in their place.
+    void editCard(const RuleIds& card, const std::string& verb,
+                  const std::function<RuleList(const RuleList& rules)>& change,
+                  const std::string& joinKey = "");
     /// Adds rules at the end, in one step; each is made of the number that its name may have.
     void append(const std::vector<Maker>& makers);
 
@@ -149,6 +173,7 @@ private:
     std::function<Clock::time_point()> now_ = Clock::now;
     Clock::time_point lastStep_;
     RuleListHistory history_;
+    FoldedRuns folded_;
     /// What the history began with, where that was rules that cannot be shown.
     std::optional<RulesNotShown> start_;
     bool changing_ = false;  ///< whether a change of the model's rules is our own

@@ -1,51 +1,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "rules/RuleRun.hpp"
 
-#include "rules/RuleEntry.hpp"
-
 namespace quillo {
 
 namespace {
 
 constexpr std::uint8_t greatestDataByte = 127;
 
-/// The field that a trigger compares with the value; null for one without.
-TriggerValueV2* comparedField(RuleTriggerEntry& trigger) {
-    switch (trigger.type) {
-    case TriggerEntryType::NoteOn:
-    case TriggerEntryType::NoteOff: return &trigger.note;
-    case TriggerEntryType::ControlChange: return &trigger.controllerValue;
-    case TriggerEntryType::ProgramChange: return &trigger.program;
-    default: return nullptr;
-    }
-}
-
-/// The field of a message that may rise; null for one without.
-GenericByteV2* risingField(RuleOutputEntry& output) {
-    switch (output.type) {
-    case OutputEntryType::NoteOn:
-    case OutputEntryType::NoteOff: return &output.note;
-    case OutputEntryType::ControlChange: return &output.controllerValue;
-    case OutputEntryType::ProgramChange: return &output.program;
-    default: return nullptr;
-    }
-}
-
-/// The data byte in a field; nothing where there is none, or any, or one that is copied.
+/// The data byte in a field; nothing where there is any, or one that is copied.
 template <class Field>
-std::optional<std::uint8_t> dataByte(const Field* field) {
-    const auto* exact = field == nullptr ? nullptr : field->template getIf<typename Field::Value>();
+std::optional<std::uint8_t> dataByte(const Field& field) {
+    const auto* exact = field.template getIf<typename Field::Value>();
     return exact == nullptr || exact->value > greatestDataByte ? std::nullopt : std::optional(exact->value);
 }
 
-/// False, and nothing changed, where no higher data byte can be.
-template <class Field>
-bool tryRaise(Field* field) {
-    const auto value = dataByte(field);
+/// False, and nothing changed, where there is no such field and where no higher data byte can be.
+template <class Part, class Field>
+bool tryRaise(Part& part, Field Part::* field) {
+    const auto value = field == nullptr ? std::nullopt : dataByte(part.*field);
     if (!value || *value == greatestDataByte) {
         return false;
     }
-    *field = typename Field::Value{static_cast<std::uint8_t>(*value + 1)};
+    part.*field = typename Field::Value{static_cast<std::uint8_t>(*value + 1)};
     return true;
 }
 
@@ -78,11 +54,11 @@ std::vector<RuleRun> runsOf(std::span<const Rule> rules) {
 }
 
 std::optional<std::uint8_t> runValue(const Rule& rule) {
-    auto entry = wholeEntry(rule);
+    const auto entry = wholeEntry(rule);
     if (!entry || entry->trigger.passThrough == PassThroughV2::EatNonMatching) {
         return std::nullopt;
     }
-    return dataByte(comparedField(entry->trigger));
+    return comparedValue(*entry);
 }
 
 std::optional<Rule> nextInRun(const Rule& rule, bool rises) {
@@ -90,10 +66,56 @@ std::optional<Rule> nextInRun(const Rule& rule, bool rises) {
         return std::nullopt;
     }
     auto entry = entryFromRule(rule);
-    if (!tryRaise(comparedField(entry.trigger)) || (rises && !tryRaise(risingField(entry.output)))) {
+    if (!tryRaise(entry.trigger, comparedField(entry.trigger.type)) ||
+        (rises && !tryRaise(entry.output, risingField(entry.output.type)))) {
         return std::nullopt;
     }
     return ruleFromEntry(entry);
+}
+
+TriggerValueV2 RuleTriggerEntry::* comparedField(TriggerEntryType type) {
+    switch (type) {
+    case TriggerEntryType::NoteOn:
+    case TriggerEntryType::NoteOff: return &RuleTriggerEntry::note;
+    case TriggerEntryType::ControlChange: return &RuleTriggerEntry::controllerValue;
+    case TriggerEntryType::ProgramChange: return &RuleTriggerEntry::program;
+    default: return nullptr;
+    }
+}
+
+GenericByteV2 RuleOutputEntry::* risingField(OutputEntryType type) {
+    switch (type) {
+    case OutputEntryType::NoteOn:
+    case OutputEntryType::NoteOff: return &RuleOutputEntry::note;
+    case OutputEntryType::ControlChange: return &RuleOutputEntry::controllerValue;
+    case OutputEntryType::ProgramChange: return &RuleOutputEntry::program;
+    default: return nullptr;
+    }
+}
+
+std::optional<std::uint8_t> comparedValue(const RuleEntry& entry) {
+    const auto field = comparedField(entry.trigger.type);
+    return field == nullptr ? std::nullopt : dataByte(entry.trigger.*field);
+}
+
+std::optional<std::uint8_t> sentValue(const RuleEntry& entry) {
+    const auto field = risingField(entry.output.type);
+    return field == nullptr ? std::nullopt : dataByte(entry.output.*field);
+}
+
+/// Most rules that follow each other do not go on with each other's values: only the others are compared whole.
+RunLink linkBetween(const RuleEntry& above, const RuleEntry& below) {
+    const auto from = comparedValue(above);
+    const auto to = comparedValue(below);
+    if (!from || !to || *to != *from + 1) {
+        return RunLink::none;
+    }
+    const auto first = ruleFromEntry(above);
+    const auto second = ruleFromEntry(below);
+    if (nextInRun(first, false) == second) {
+        return RunLink::same;
+    }
+    return nextInRun(first, true) == second ? RunLink::rising : RunLink::none;
 }
 
 }  // namespace quillo

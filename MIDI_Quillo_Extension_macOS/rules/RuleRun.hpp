@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "rules/Rule.hpp"
+#include "rules/RuleEntry.hpp"
 
 namespace quillo {
 
@@ -36,5 +37,21 @@ struct RuleRun {
 /// The rule that follows in a run. Nothing behind value 127, where the message has no value that rises, and
 /// for a rule that can be in no run.
 [[nodiscard]] std::optional<Rule> nextInRun(const Rule& rule, bool rises);
+
+/// The field of a trigger in which a rule of a run waits for its value; null where there is no such field.
+[[nodiscard]] TriggerValueV2 RuleTriggerEntry::* comparedField(TriggerEntryType type);
+
+/// The field of a message that may rise along; null where there is none.
+[[nodiscard]] GenericByteV2 RuleOutputEntry::* risingField(OutputEntryType type);
+
+/// The data byte that an entry waits for, and that it sends in the field that may rise; nothing where there is
+/// no such field, and none such value in it.
+[[nodiscard]] std::optional<std::uint8_t> comparedValue(const RuleEntry& entry);
+[[nodiscard]] std::optional<std::uint8_t> sentValue(const RuleEntry& entry);
+
+/// How a rule goes on with the one above it: in no run, in one whose message is the same in all rules, or in
+/// one whose message rises.
+enum class RunLink : std::uint8_t { none, same, rising };
+[[nodiscard]] RunLink linkBetween(const RuleEntry& above, const RuleEntry& below);
 
 }  // namespace quillo

@@ -242,7 +242,7 @@ TEST_F(RuleCard, AChangeFromOutsideIsShown) {
     changed.name = "Elsewhere";
     changed.trigger.note = exactly(1);
     changed.output.velocity = triggerByte;
-    stage->editor().edit(stage->id(0), changed);
+    stage->editor().edit({stage->id(0)}, changed);
     EXPECT_EQ(stage->card().header().shownText(), "Elsewhere");
     EXPECT_EQ(trigger("Note").shownText().substring(0, 2), "1 ");
     EXPECT_EQ(output("Velocity").shownText(), "From Trigger");
@@ -255,7 +255,7 @@ TEST_F(RuleCard, AChangeOfTypesFromOutsideShowsOtherFieldsOnTheSameCard) {
     auto changed = stage->entry(0);
     changed.trigger.type = TriggerEntryType::ProgramChange;
     changed.output.type = OutputEntryType::PitchWheel;
-    stage->editor().edit(stage->id(0), changed);
+    stage->editor().edit({stage->id(0)}, changed);
     EXPECT_EQ(&stage->card(), card);
     EXPECT_EQ(captions(stage->card().trigger()), (Texts{"Type", "Ch", "Program", "Incoming"}));
     EXPECT_EQ(texts(stage->card().output()), (Texts{"Pitch Wheel", "1", "8192", "0"}));

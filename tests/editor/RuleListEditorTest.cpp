@@ -57,13 +57,13 @@ TEST_F(RuleListEditorTest, ALearnedTriggerFillsEveryFieldButIncomingAndIsOneStep
                      .program = exactly(3),
                      .passThrough = PassThroughV2::EatMatching};
     entry.name = "Pedal";
-    editor.edit(desk.idOf(0), entry);
+    editor.edit({desk.idOf(0)}, entry);
     const auto before = editor.rules();
     RuleTriggerEntry pedal{.type = TriggerEntryType::ControlChange,
                            .channel = exactly(0),
                            .controller = 64,
                            .controllerValue = exactly(127)};
-    editor.learn(desk.idOf(0), {pedal});
+    editor.learn({desk.idOf(0)}, {pedal});
     pedal.passThrough = PassThroughV2::EatMatching;
     EXPECT_EQ(editor.rules()[0].rule.trigger, pedal);
     EXPECT_EQ(editor.undoName(), "Learn Pedal");
@@ -77,8 +77,8 @@ TEST_F(RuleListEditorTest, WhatALearnedTriggerCannotFeedFallsBack) {
     auto entry = editor.rules()[0].rule;
     entry.trigger.type = TriggerEntryType::NoteOn;
     entry.output.note = triggerByte;
-    editor.edit(desk.idOf(0), entry);
-    editor.learn(desk.idOf(0), {{.type = TriggerEntryType::HostStart}});
+    editor.edit({desk.idOf(0)}, entry);
+    editor.learn({desk.idOf(0)}, {{.type = TriggerEntryType::HostStart}});
     EXPECT_EQ(editor.rules()[0].rule.output.note, byte(60));
     expectInstalled();
 }
@@ -90,7 +90,7 @@ const std::vector<RuleTriggerEntry> noteAndItsEnd{
 TEST_F(RuleListEditorTest, ALearnedPairMakesBothRulesInOneStep) {
     desk.addNoteOns(2);
     const auto before = editor.rules();
-    editor.learn(desk.idOf(0), noteAndItsEnd);
+    editor.learn({desk.idOf(0)}, noteAndItsEnd);
     EXPECT_EQ(desk.names(), (Names{"Message #1", "Message #1", "Message #2"}));
     EXPECT_EQ(editor.rules()[0].rule.trigger, noteAndItsEnd[0]);
     EXPECT_EQ(editor.rules()[0].rule.output.type, OutputEntryType::NoteOn);
@@ -104,7 +104,7 @@ TEST_F(RuleListEditorTest, ALearnedPairMakesBothRulesInOneStep) {
 
 TEST_F(RuleListEditorTest, ALearnedPairSendsNoteOffOnlyForNoteOn) {
     editor.add(MIDIRuleType::OutputType{OutputEntryType::SystemExclusive});
-    editor.learn(desk.idOf(0), noteAndItsEnd);
+    editor.learn({desk.idOf(0)}, noteAndItsEnd);
     EXPECT_EQ(editor.rules()[1].rule.output, editor.rules()[0].rule.output);
 }
 
@@ -252,7 +252,7 @@ TEST_F(RuleListEditorTest, AnEditReachesTheEngineAtOnce) {
     entry.output.velocity = byte(99);
     entry.name = "Loud";
     const auto id = desk.idOf(0);
-    editor.edit(id, entry);
+    editor.edit({id}, entry);
     EXPECT_EQ(desk.installed, (std::vector{rule(onLoad(), send(noteOn(0, 60, 99)), "Loud")}));
     EXPECT_EQ(desk.idOf(0), id);
     EXPECT_EQ(editor.undoName(), "Edit Message #1");
@@ -273,8 +273,8 @@ protected:
         entry.output.delay.ms = ms;
         return entry;
     }
-    void edit(std::int64_t ms) { editor.edit(desk.idOf(0), withDelay(ms)); }
-    void step(std::int64_t ms) { editor.step(desk.idOf(0), withDelay(ms), delayPlace); }
+    void edit(std::int64_t ms) { editor.edit({desk.idOf(0)}, withDelay(ms)); }
+    void step(std::int64_t ms) { editor.step({desk.idOf(0)}, withDelay(ms), delayPlace); }
 
     std::int64_t delayAfterUndo() {
         editor.undo();
@@ -323,7 +323,7 @@ TEST_F(DelayEdits, StepsOfOtherFieldsAreUndoneByThemselves) {
     step(1);
     auto entry = editor.rules()[0].rule;
     entry.output.velocity = byte(1);
-    editor.step(desk.idOf(0), entry, delayPlace + 1);
+    editor.step({desk.idOf(0)}, entry, delayPlace + 1);
     EXPECT_EQ(delayAfterUndo(), 1);
     EXPECT_EQ(editor.rules()[0].rule.output.velocity, byte(64));
 }
@@ -375,12 +375,12 @@ TEST_F(RuleListEditorTest, UndoAndRedoTellWhichRuleTheyChanged) {
 
 TEST_F(RuleListEditorTest, ANewTriggerClearsWhatItCannotFeed) {
     desk.addNoteOn();
-    editor.changeTriggerType(desk.idOf(0), TriggerEntryType::NoteOn);
+    editor.changeTriggerType({desk.idOf(0)}, TriggerEntryType::NoteOn);
     auto entry = editor.rules()[0].rule;
     entry.output.note = triggerByte;
     entry.output.channel = triggerChannel;
-    editor.edit(desk.idOf(0), entry);
-    editor.changeTriggerType(desk.idOf(0), TriggerEntryType::HostStart);
+    editor.edit({desk.idOf(0)}, entry);
+    editor.changeTriggerType({desk.idOf(0)}, TriggerEntryType::HostStart);
     EXPECT_EQ(editor.rules()[0].rule.output.note, byte(60));
     EXPECT_EQ(editor.rules()[0].rule.output.channel, channel(0));
     EXPECT_EQ(editor.rules()[0].rule.trigger.type, TriggerEntryType::HostStart);
@@ -391,9 +391,9 @@ TEST_F(RuleListEditorTest, ANewOutputTypeKeepsTheFieldsOfTheOthers) {
     desk.addNoteOn();
     auto entry = editor.rules()[0].rule;
     entry.output.note = byte(72);
-    editor.edit(desk.idOf(0), entry);
-    editor.changeOutputType(desk.idOf(0), OutputEntryType::PitchWheel);
-    editor.changeOutputType(desk.idOf(0), OutputEntryType::NoteOff);
+    editor.edit({desk.idOf(0)}, entry);
+    editor.changeOutputType({desk.idOf(0)}, OutputEntryType::PitchWheel);
+    editor.changeOutputType({desk.idOf(0)}, OutputEntryType::NoteOff);
     EXPECT_EQ(editor.rules()[0].rule.output.note, byte(72));
     expectInstalled();
 }
@@ -402,13 +402,13 @@ TEST_F(RuleListEditorTest,
        AChoiceThatWaitedUnderAnotherOutputTypeIsClearedWhenTheTriggerHasChangedMeanwhile) {
     desk.addNoteOn();
     const auto id = desk.idOf(0);
-    editor.changeTriggerType(id, TriggerEntryType::NoteOn);
+    editor.changeTriggerType({id}, TriggerEntryType::NoteOn);
     auto entry = editor.rules()[0].rule;
     entry.output.note = triggerByte;
-    editor.edit(id, entry);
-    editor.changeOutputType(id, OutputEntryType::SystemExclusive);
-    editor.changeTriggerType(id, TriggerEntryType::OnLoad);
-    editor.changeOutputType(id, OutputEntryType::NoteOn);
+    editor.edit({id}, entry);
+    editor.changeOutputType({id}, OutputEntryType::SystemExclusive);
+    editor.changeTriggerType({id}, TriggerEntryType::OnLoad);
+    editor.changeOutputType({id}, OutputEntryType::NoteOn);
     EXPECT_EQ(editor.rules()[0].rule.output.note, byte(60));
     EXPECT_EQ(editor.alertErrorMessage(), std::nullopt);
     expectInstalled();
@@ -424,7 +424,7 @@ TEST_F(RuleListEditorTest, EveryChangeCanBeUndoneAndRedoneAndReachesTheEngineEac
     change([&] { editor.duplicate({desk.idOf(0)}); });
     change([&] { editor.move({desk.idOf(0)}, 2); });
     change([&] { editor.remove({desk.idOf(1)}); });
-    change([&] { editor.changeOutputType(desk.idOf(0), OutputEntryType::PitchWheel); });
+    change([&] { editor.changeOutputType({desk.idOf(0)}, OutputEntryType::PitchWheel); });
     change([&] { editor.replaceAll(named({"x", "y"}), "Import z.json"); });
     for (auto state = states.size() - 1; state > 0; --state) {
         editor.undo();
@@ -466,9 +466,9 @@ TEST_F(RuleListEditorTest, AnUnknownIdentityChangesNothing) {
     editor.duplicate({unknown});
     editor.remove({unknown});
     editor.move({unknown}, 0);
-    editor.edit(unknown, RuleEntry{});
-    editor.changeTriggerType(unknown, TriggerEntryType::NoteOn);
-    editor.changeOutputType(unknown, OutputEntryType::NoteOff);
+    editor.edit({unknown}, RuleEntry{});
+    editor.changeTriggerType({unknown}, TriggerEntryType::NoteOn);
+    editor.changeOutputType({unknown}, OutputEntryType::NoteOff);
     editor.send(unknown);
     EXPECT_EQ(editor.rules(), before);
     EXPECT_EQ(desk.installs, installs);
@@ -483,10 +483,10 @@ TEST_F(RuleListEditorTest, SendHandsOverTheMessageOfAFixedOutput) {
 
 TEST_F(RuleListEditorTest, AnOutputThatNeedsItsTriggerIsNotSent) {
     desk.addNoteOn();
-    editor.changeTriggerType(desk.idOf(0), TriggerEntryType::NoteOn);
+    editor.changeTriggerType({desk.idOf(0)}, TriggerEntryType::NoteOn);
     auto entry = editor.rules()[0].rule;
     entry.output.channel = triggerChannel;
-    editor.edit(desk.idOf(0), entry);
+    editor.edit({desk.idOf(0)}, entry);
     editor.send(desk.idOf(0));
     EXPECT_TRUE(desk.sent.empty());
 }
@@ -498,7 +498,7 @@ TEST_F(RuleListEditorTest, AListThatTheEngineRefusesIsNotKeptAndTheAlertSaysWhy)
     entry.output.delay.ms = std::numeric_limits<std::int64_t>::max();
     int alerts = 0;
     const auto observation = desk.model->observeAlert([&alerts] { ++alerts; });
-    editor.edit(desk.idOf(0), entry);
+    editor.edit({desk.idOf(0)}, entry);
     EXPECT_EQ(editor.rules(), before);
     EXPECT_EQ(editor.undoName(), "Add Message #1");
     ASSERT_TRUE(editor.alertErrorMessage().has_value());
@@ -593,14 +593,14 @@ protected:
     void setProgram(std::uint8_t program) {
         auto entry = editor.rules()[0].rule;
         entry.output.program = byte(program);
-        editor.edit(desk.idOf(0), entry);
+        editor.edit({desk.idOf(0)}, entry);
     }
 };
 
 TEST_F(LoadedMessage, StaysAsItIsWhenAnotherRuleIsEdited) {
     auto entry = editor.rules()[1].rule;
     entry.output.delay.ms = 5;
-    editor.edit(desk.idOf(1), entry);
+    editor.edit({desk.idOf(1)}, entry);
     EXPECT_EQ(desk.installed[0], oldProgramChange("old"));
     EXPECT_EQ(editor.alertErrorMessage(), std::nullopt);
 }
