@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/FieldSection.hpp"
 
-#include <algorithm>
-
-#include "editor/Fonts.hpp"
 #include "editor/Style.hpp"
 
 namespace quillo {
@@ -11,20 +8,21 @@ namespace quillo {
 namespace {
 
 constexpr MyWrappingHStack::Spacing spacing{style::fieldGap, style::fieldGap};
-constexpr int buttonGap = 6;
 
 }  // namespace
 
-FieldSection::FieldSection(const juce::String& label) : label_(label), stack_(spacing) {
-    setTitle(label);
-    addAndMakeVisible(stack_);
+FieldSizes sizesOf(const FieldPlans& plans) {
+    FieldSizes sizes;
+    sizes.reserve(plans.size());
+    for (const auto& plan : plans) {
+        sizes.push_back(plan.size());
+    }
+    return sizes;
 }
 
-void FieldSection::setLabelButton(juce::Component& button, int size) {
-    labelButton_ = &button;
-    button.setSize(size, size);
-    button.setExplicitFocusOrder(1);
-    addAndMakeVisible(button);
+FieldSection::FieldSection(const juce::String& title) : stack_(spacing) {
+    setTitle(title);
+    addAndMakeVisible(stack_);
 }
 
 void FieldSection::setFields(const FieldPlans& plans) {
@@ -46,56 +44,17 @@ void FieldSection::refresh() {
     stack_.resized();
 }
 
-bool FieldSection::isNarrow(int width) {
-    return width < style::narrowCard;
+int FieldSection::heightFor(const FieldSizes& fields, int width) {
+    return MyWrappingHStack::height(fields, spacing, width);
 }
 
-int FieldSection::stackWidth(int width) {
-    return std::max(0, isNarrow(width) ? width : width - style::sectionLabelWidth);
-}
-
-int FieldSection::heightFor(const FieldPlans& plans, int width) {
-    std::vector<juce::Point<int>> sizes;
-    sizes.reserve(plans.size());
-    for (const auto& plan : plans) {
-        sizes.push_back(plan.size());
-    }
-    const auto label = isNarrow(width) ? style::sectionLabelHeight : 0;
-    return label + MyWrappingHStack::height(sizes, spacing, stackWidth(width));
+int FieldSection::widthInARow(const FieldSizes& fields) {
+    return MyWrappingHStack::widthInARow(fields, spacing);
 }
 
 void FieldSection::resized() {
-    auto area = getLocalBounds();
-    if (isNarrow(area.getWidth())) {
-        area.removeFromTop(style::sectionLabelHeight);
-    } else {
-        area.removeFromLeft(style::sectionLabelWidth);
-    }
-    stack_.setBounds(area);
+    stack_.setBounds(getLocalBounds());
     stack_.resized();
-    if (labelButton_ != nullptr) {
-        const auto label = labelArea();
-        const auto x = label.getX() + textWidth(label_, style::valueText) + buttonGap;
-        labelButton_->setTopLeftPosition(x, label.getCentreY() - labelButton_->getHeight() / 2);
-    }
-}
-
-juce::Rectangle<int> FieldSection::labelArea() const {
-    if (isNarrow(getWidth())) {
-        return getLocalBounds().removeFromTop(style::sectionLabelHeight);
-    }
-    return FieldView::valueArea(getLocalBounds()
-                                    .removeFromTop(FieldView::preferredHeight(true))
-                                    .withTrimmedTop(style::captionHeight)
-                                    .removeFromLeft(style::sectionLabelWidth));
-}
-
-void FieldSection::paint(juce::Graphics& graphics) {
-    graphics.setColour(displayColour(environment<PaletteKey>(*this).secondaryText));
-    graphics.setFont(textFont(style::valueText));
-    graphics.drawText(label_, labelArea(),
-                      isNarrow(getWidth()) ? juce::Justification::topLeft : juce::Justification::centredLeft,
-                      true);
 }
 
 }  // namespace quillo

@@ -12,14 +12,15 @@
 
 namespace quillo {
 
-/// A labelled row of fields that wraps: the trigger or the message of a rule card. Where the card is narrow the
-/// label stands above the fields. [main] only.
+/// The sizes of fields, in the order in which they stand.
+using FieldSizes = std::vector<juce::Point<int>>;
+
+[[nodiscard]] FieldSizes sizesOf(const FieldPlans& plans);
+
+/// A row of fields that wraps: the trigger or the message of a rule card. [main] only.
 class FieldSection : public juce::Component {
 public:
-    explicit FieldSection(const juce::String& label);
-
-    /// Stands behind the label from now on; the keyboard reaches it before the fields.
-    void setLabelButton(juce::Component& button, int size);
+    explicit FieldSection(const juce::String& title);
 
     /// Makes the fields anew.
     void setFields(const FieldPlans& plans);
@@ -29,18 +30,13 @@ public:
     [[nodiscard]] const std::vector<std::unique_ptr<ColoredField>>& fields() const { return fields_; }
 
     /// The height of a section with these fields.
-    [[nodiscard]] static int heightFor(const FieldPlans& plans, int width);
+    [[nodiscard]] static int heightFor(const FieldSizes& fields, int width);
+    /// The width of a section whose fields stand in a single row.
+    [[nodiscard]] static int widthInARow(const FieldSizes& fields);
 
     void resized() override;
-    void paint(juce::Graphics& graphics) override;
 
 private:
-    [[nodiscard]] static bool isNarrow(int width);
-    [[nodiscard]] static int stackWidth(int width);
-    [[nodiscard]] juce::Rectangle<int> labelArea() const;
-
-    juce::String label_;
-    juce::Component* labelButton_ = nullptr;
     MyWrappingHStack stack_;
     std::vector<std::unique_ptr<ColoredField>> fields_;
 };

@@ -60,10 +60,7 @@ int MyWrappingHStack::heightForWidth(int width) const {
 }
 
 int MyWrappingHStack::preferredWidth() const {
-    const auto sizes = shownSizes();
-    return sizes.empty()
-               ? 0
-               : rowWidth(sizes, 0, sizes.size(), spacing_.horizontal, std::numeric_limits<int>::max());
+    return widthInARow(shownSizes(), spacing_);
 }
 
 int MyWrappingHStack::preferredHeight() const {
@@ -126,6 +123,12 @@ int MyWrappingHStack::height(const Sizes& sizes, Spacing spacing, int width) {
         bottom = std::max(bottom, place.getBottom());
     }
     return bottom;
+}
+
+int MyWrappingHStack::widthInARow(const Sizes& sizes, Spacing spacing) {
+    return sizes.empty()
+               ? 0
+               : rowWidth(sizes, 0, sizes.size(), spacing.horizontal, std::numeric_limits<int>::max());
 }
 
 }  // namespace quillo

@@ -40,6 +40,8 @@ public:
                                                                  Spacing spacing, bool maxContent, int width);
     /// The height that views of these sizes take.
     [[nodiscard]] static int height(const std::vector<juce::Point<int>>& sizes, Spacing spacing, int width);
+    /// The width that they take in a single row.
+    [[nodiscard]] static int widthInARow(const std::vector<juce::Point<int>>& sizes, Spacing spacing);
 
 private:
     struct Entry {

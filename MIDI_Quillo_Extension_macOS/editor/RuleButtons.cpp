@@ -2,6 +2,7 @@
 #include "editor/RuleButtons.hpp"
 
 #include <utility>
+#include <vector>
 
 #include "editor/Style.hpp"
 #include "rules/TriggerChoices.hpp"
@@ -12,8 +13,20 @@ namespace {
 
 constexpr MyWrappingHStack::Spacing spacing{style::fieldGap, style::fieldGap};
 
-int indent(int width) {
-    return width < style::narrowCard ? 0 : style::sectionLabelWidth;
+constexpr const char* duplicateLabel = "Duplicate";
+constexpr const char* deleteLabel = "Delete";
+constexpr const char* sendLabel = "Send";
+
+const std::vector<juce::Point<int>>& sizes() {
+    static const auto sizes = [] {
+        std::vector<juce::Point<int>> made;
+        for (const auto* label : {duplicateLabel, deleteLabel, sendLabel}) {
+            const MyTextButton button(label, {});
+            made.emplace_back(button.preferredWidth(), button.preferredHeight());
+        }
+        return made;
+    }();
+    return sizes;
 }
 
 }  // namespace
@@ -21,9 +34,9 @@ int indent(int width) {
 RuleButtons::RuleButtons(Binding<RuleOutputEntry> ruleOutput, std::function<void()> onDuplicate,
                          std::function<void()> onDelete, std::function<void()> onSend)
     : ruleOutput_(std::move(ruleOutput)),
-      duplicate_("Duplicate", std::move(onDuplicate)),
-      delete_("Delete", std::move(onDelete)),
-      send_("Send", std::move(onSend)),
+      duplicate_(duplicateLabel, std::move(onDuplicate)),
+      delete_(deleteLabel, std::move(onDelete)),
+      send_(sendLabel, std::move(onSend)),
       stack_(spacing) {
     send_.setAccented(true);
     addAndMakeVisible(stack_);
@@ -43,18 +56,15 @@ void RuleButtons::refresh() {
 }
 
 int RuleButtons::heightFor(int width) {
-    const MyTextButton duplicate("Duplicate", {});
-    const MyTextButton remove("Delete", {});
-    const MyTextButton send("Send", {});
-    std::vector<juce::Point<int>> sizes;
-    for (const auto* button : {&duplicate, &remove, &send}) {
-        sizes.emplace_back(button->preferredWidth(), button->preferredHeight());
-    }
-    return MyWrappingHStack::height(sizes, spacing, width - indent(width));
+    return MyWrappingHStack::height(sizes(), spacing, width);
+}
+
+int RuleButtons::widthInALine() {
+    return MyWrappingHStack::widthInARow(sizes(), spacing);
 }
 
 void RuleButtons::resized() {
-    stack_.setBounds(getLocalBounds().withTrimmedLeft(indent(getWidth())));
+    stack_.setBounds(getLocalBounds());
 }
 
 void RuleButtons::parentHierarchyChanged() {

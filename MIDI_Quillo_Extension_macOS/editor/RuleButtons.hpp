@@ -24,6 +24,8 @@ public:
     void refresh();
 
     [[nodiscard]] static int heightFor(int width);
+    /// Their width beside one another.
+    [[nodiscard]] static int widthInALine();
 
     [[nodiscard]] MyTextButton& duplicateButton() { return duplicate_; }
     [[nodiscard]] MyTextButton& deleteButton() { return delete_; }

@@ -16,33 +16,18 @@ namespace quillo {
 
 namespace {
 
-/// A status below the name stands as near to it as its letters allow.
-constexpr int statusLift = (style::cardHeaderHeight - style::boxHeight) / 2;
-
-int contentWidth(int cardWidth) {
-    return cardWidth - style::dragHandleWidth - 2 * style::cardPadding;
-}
-
-/// How much height a status takes below the name; none where it stands beside it.
-int heightBelow(const std::string& name, const std::optional<RuleRemark>& reason, int inside) {
-    if (!reason) {
-        return inside < style::narrowCard ? RuleStatus::lineHeight : 0;
-    }
-    const auto needed = textWidth(juceText(name.empty() ? nameCaption : name), style::titleText, true) +
-                        style::statusGap + RuleStatus::widthFor(*reason);
-    const bool beside = inside >= style::narrowCard && needed <= inside;
-    return beside ? 0 : RuleStatus::heightFor(*reason, inside);
-}
-
-/// Wide enough for what most cards say of their hits: the room for the name stays as it is at a hit.
-int roomForHits() {
-    return RuleStatus::widthFor({juceText(hitsText({}))});
-}
-
 /// A binding that is only read, to plan fields that are never made.
 template <class Entry>
 Binding<Entry> readOnly(const Entry& entry) {
     return {[&entry] { return entry; }, [](const Entry&) {}};
+}
+
+CardContent contentOf(const RuleEntry& entry, const std::optional<RuleRemark>& reason) {
+    const Palette palette;
+    return {.trigger = sizesOf(triggerFields(readOnly(entry.trigger), palette, {})),
+            .output = sizesOf(outputFields(readOnly(entry.output), entry.trigger.type, palette, {})),
+            .status = reason.value_or(RuleRemark()),
+            .isReason = reason.has_value()};
 }
 
 }  // namespace
@@ -53,15 +38,19 @@ RuleView::RuleView(Binding<RuleEntry> data, RuleViewActions actions)
       shape_(shape()),
       header_(fieldBinding(data_, &RuleEntry::name)),
       learn_([this] { actions_.onLearn(learn_); }),
+      triggerLabel_(juceText(triggerCaption)),
       trigger_(juceText(triggerCaption)),
+      outputLabel_(juceText(messageCaption)),
       output_(juceText(messageCaption)),
       buttons_(fieldBinding(data_, &RuleEntry::output), actions_.onDuplicate, actions_.onDelete,
                actions_.onSend) {
-    for (auto* part : std::initializer_list<juce::Component*>{&handle_, &header_, &status_, &trigger_,
-                                                              &output_, &buttons_}) {
+    int order = 0;
+    for (auto* part : std::initializer_list<juce::Component*>{
+             &handle_, &header_, &status_, &triggerLabel_, &trigger_, &outputLabel_, &output_, &buttons_}) {
         addAndMakeVisible(*part);
+        part->setExplicitFocusOrder(++order);
     }
-    trigger_.setLabelButton(learn_, LearnButton::size);
+    triggerLabel_.setButton(learn_, LearnButton::size);
     setTitle(juceText(data_.get().name));
     setFocusContainerType(FocusContainerType::none);
     makeFields();
@@ -121,8 +110,9 @@ void RuleView::showStatus() {
     auto remark = reason_.value_or(RuleRemark{hits_ ? juceText(hitsText(*hits_)) : juce::String()});
     if (remark != status_.remark()) {
         status_.show(std::move(remark));
-        auto area = contentArea();
-        layOutTitle(area);
+        content_.status = status_.remark();
+        content_.isReason = reason_.has_value();
+        layOut();
     }
     handle_.setLit(isLit());
     if (std::exchange(wasLit_, isLit()) != isLit()) {
@@ -131,49 +121,26 @@ void RuleView::showStatus() {
 }
 
 int RuleView::heightFor(const RuleEntry& entry, int width, const std::optional<RuleRemark>& reason) {
-    const Palette palette;
-    const auto inside = contentWidth(width);
-    const auto trigger = triggerFields(readOnly(entry.trigger), palette, {});
-    const auto output = outputFields(readOnly(entry.output), entry.trigger.type, palette, {});
-    return style::cardHeaderHeight + heightBelow(entry.name, reason, inside) +
-           FieldSection::heightFor(trigger, inside) + style::sectionGap +
-           FieldSection::heightFor(output, inside) + style::buttonsGap + RuleButtons::heightFor(inside) +
-           style::cardPadding;
-}
-
-juce::Rectangle<int> RuleView::contentArea() const {
-    return getLocalBounds().withTrimmedLeft(style::dragHandleWidth).reduced(style::cardPadding, 0);
-}
-
-/// Takes the name and the status from the top of the area.
-void RuleView::layOutTitle(juce::Rectangle<int>& area) {
-    auto title =
-        area.removeFromTop(style::cardHeaderHeight).withSizeKeepingCentre(area.getWidth(), style::boxHeight);
-    if (const auto below = heightBelow(data_.get().name, reason_, area.getWidth()); below > 0) {
-        status_.setBounds(area.removeFromTop(below).translated(0, -statusLift));
-    } else {
-        const auto wanted = RuleStatus::widthFor(status_.remark());
-        const auto room = std::max(wanted, reason_ ? 0 : roomForHits());
-        status_.setBounds(title.removeFromRight(room).withTrimmedLeft(room - wanted));
-        title.removeFromRight(style::statusGap);
-    }
-    header_.setBounds(title.withLeft(title.getX() - style::fieldPadding));
+    return CardLayout(contentOf(entry, reason), width).height;
 }
 
 void RuleView::resized() {
+    content_ = contentOf(data_.get(), reason_);
+    content_.status = status_.remark();
+    layOut();
+}
+
+void RuleView::layOut() {
+    const CardLayout layout(content_, getWidth());
     handle_.setBounds(getLocalBounds().removeFromLeft(style::dragHandleWidth));
-    auto area = contentArea();
-    layOutTitle(area);
-    const auto entry = data_.get();
-    const Palette palette;
-    const auto width = area.getWidth();
-    const auto heightOf = [width](const FieldPlans& plans) { return FieldSection::heightFor(plans, width); };
-    trigger_.setBounds(area.removeFromTop(heightOf(triggerFields(readOnly(entry.trigger), palette, {}))));
-    area.removeFromTop(style::sectionGap);
-    output_.setBounds(
-        area.removeFromTop(heightOf(outputFields(readOnly(entry.output), entry.trigger.type, palette, {}))));
-    area.removeFromTop(style::buttonsGap);
-    buttons_.setBounds(area.removeFromTop(RuleButtons::heightFor(width)));
+    header_.setBounds(layout.name.withSizeKeepingCentre(layout.name.getWidth(), style::boxHeight)
+                          .withLeft(layout.name.getX() - style::fieldPadding));
+    status_.setBounds(layout.status);
+    triggerLabel_.setBounds(layout.triggerLabel);
+    trigger_.setBounds(layout.trigger);
+    outputLabel_.setBounds(layout.outputLabel);
+    output_.setBounds(layout.output);
+    buttons_.setBounds(layout.buttons);
 }
 
 void RuleView::parentHierarchyChanged() {

@@ -8,6 +8,7 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 
 #include "editor/Binding.hpp"
+#include "editor/CardLayout.hpp"
 #include "editor/Environment.hpp"
 #include "editor/FieldSection.hpp"
 #include "editor/LearnButton.hpp"
@@ -15,6 +16,7 @@
 #include "editor/RuleButtons.hpp"
 #include "editor/RuleHeaderView.hpp"
 #include "editor/RuleStatus.hpp"
+#include "editor/SectionLabel.hpp"
 #include "rules/MIDIRuleType.hpp"
 #include "rules/RuleEntry.hpp"
 #include "session/RuleHits.hpp"
@@ -35,9 +37,9 @@ struct RuleViewActions {
 /// The card of one rule: the grip it is dragged by, the name, the trigger, the message and the buttons. Every
 /// field edits the rule's entry through the binding; the card keeps no copy.
 ///
-/// Right of the name, or below it where there is little room, stands how often the rule fired; in its place,
-/// as long as there is one, the reason why it does or does not fire. A hit lights the card up for a moment, a
-/// reason that says "fired" for as long as it is shown. [main] only.
+/// The card says how often the rule fired; in its place, as long as there is one, stands the reason why it does
+/// or does not fire. A hit lights the card up for a moment, a reason that says "fired" for as long as it is
+/// shown. [main] only.
 class RuleView final : public juce::Component, public EnvironmentScope {
 public:
     /// How long a hit is seen, in seconds.
@@ -86,8 +88,7 @@ private:
     [[nodiscard]] Shape shape() const;
     void makeFields();
     void showStatus();
-    [[nodiscard]] juce::Rectangle<int> contentArea() const;
-    void layOutTitle(juce::Rectangle<int>& area);
+    void layOut();
     void paintGrip(juce::Graphics& graphics, juce::Rectangle<float> card) const;
 
     Binding<RuleEntry> data_;
@@ -97,11 +98,14 @@ private:
     RuleHeaderView header_;
     RuleStatus status_;
     LearnButton learn_;
+    SectionLabel triggerLabel_;
     FieldSection trigger_;
+    SectionLabel outputLabel_;
     FieldSection output_;
     RuleButtons buttons_;
     std::optional<RuleHits> hits_;  ///< nothing before they were shown
     std::optional<RuleRemark> reason_;
+    CardContent content_;
     double light_ = 0;     ///< for how many seconds it is still seen
     bool wasLit_ = false;  ///< when it was drawn last
 };

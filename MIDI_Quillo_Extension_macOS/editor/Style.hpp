@@ -25,10 +25,10 @@ inline constexpr float cardCorner = 8;
 /// Fields: a caption over a box with an underline.
 inline constexpr int captionHeight = 14;
 inline constexpr int boxHeight = 24;
-inline constexpr int fieldPadding = 8;
-inline constexpr int fieldLeastWidth = 54;
+inline constexpr int fieldPadding = 7;
+inline constexpr int fieldLeastWidth = 44;
 inline constexpr int chevronSize = 10;
-inline constexpr int chevronGap = 6;
+inline constexpr int chevronGap = 4;
 inline constexpr float underline = 2;
 
 /// Buttons.
@@ -40,21 +40,26 @@ inline constexpr int iconSize = 16;
 /// Lists of cards.
 inline constexpr int listMargin = 12;
 inline constexpr int listTopMargin = 10;
-inline constexpr int cardGap = 10;
+inline constexpr int cardGap = 7;
 inline constexpr int scrollBarWidth = 8;
 inline constexpr int dragHandleWidth = 22;
 
 /// Cards: the name, the sections with their labels, the buttons, and what lies between them.
-inline constexpr int fieldGap = 6;
+inline constexpr int fieldGap = 5;
 inline constexpr int cardPadding = 10;
-inline constexpr int cardHeaderHeight = 33;
-/// Between the name of a rule and what its card says of it.
-inline constexpr int statusGap = 8;
-inline constexpr int sectionGap = 8;
+inline constexpr int cardBottom = 7;
+inline constexpr int cardHeaderHeight = 26;
+/// Between the parts of the title line.
+inline constexpr int titleGap = 8;
+inline constexpr int sectionGap = 6;
+inline constexpr int columnGap = 16;
 inline constexpr int sectionLabelWidth = 68;
 inline constexpr int sectionLabelHeight = 16;
-inline constexpr int buttonsGap = 10;
-/// A card whose content is narrower than this has its labels above its fields.
+inline constexpr int buttonsGap = 8;
+/// The least widths of a card's content for trigger and message side by side, for labels beside the fields, and
+/// for the buttons in the title line.
+inline constexpr int cardOfColumns = 680;
+inline constexpr int cardOfRows = 470;
 inline constexpr int narrowCard = 330;
 
 /// The bars above and below the list.

@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 
 #include "editor-main/EditorStage.hpp"
+#include "editor/CardLayout.hpp"
 #include "editor/FieldSection.hpp"
+#include "editor/SectionLabel.hpp"
 #include "editor/Style.hpp"
+#include "programs/editor/DemoRules.hpp"
 #include "support/EveryEntry.hpp"
 #include "support/Pictures.hpp"
 
@@ -54,7 +59,7 @@ void expectTidy(const juce::Component& view) {
 
 /// The lowest edge of what a card shows.
 int contentBottom(RuleView& card) {
-    return card.getLocalArea(card.buttons().getParentComponent(), card.buttons().getBounds()).getBottom();
+    return std::max({card.trigger().getBottom(), card.output().getBottom(), card.buttons().getBottom()});
 }
 
 /// A card of every trigger with every output, with long values in their fields.
@@ -86,7 +91,7 @@ TEST(CardLayout, ACardIsExactlyAsHighAsItsContentNeeds) {
             SCOPED_TRACE(width);
             card.setBounds(0, 0, width, RuleView::heightFor(entry, width));
             expectTidy(card);
-            EXPECT_EQ(contentBottom(card), card.getHeight() - 10);
+            EXPECT_EQ(contentBottom(card), card.getHeight() - style::cardBottom);
         }
         if (HasFailure()) {
             break;
@@ -129,7 +134,7 @@ TEST_P(EachSize, NothingOverlapsAndNothingIsOutside) {
         for (std::size_t position = 0; position < rules.size(); position += 11) {
             auto& card = stage.card(position);
             expectTidy(card);
-            EXPECT_EQ(contentBottom(card), card.getHeight() - 10);
+            EXPECT_EQ(contentBottom(card), card.getHeight() - style::cardBottom);
         }
     }
 }
@@ -213,19 +218,88 @@ TEST(CardLayout, ANarrowEditorMovesItsCommandsIntoAMenuThatWorks) {
 }
 
 TEST(CardLayout, ALabelStandsOnTheBaselineOfTheValuesBesideIt) {
-    constexpr float scale = 4;
+    constexpr int scale = 4;
     const Palette palette;
-    OffscreenWindow window(400, 100);
+    const auto plans = FieldPlans{pickerPlan<int>("Type", {palette.delayInput, palette.background},
+                                                  {{1, "EEE"}}, {[] { return 1; }, [](int) {}})};
+    const CardLayout layout({.trigger = sizesOf(plans)}, 600);
+    OffscreenWindow window(600, 200);
     FieldSection section("EEE");
-    section.setFields({pickerPlan<int>("Type", {palette.delayInput, palette.background}, {{1, "EEE"}},
-                                       {[] { return 1; }, [](int) {}})});
-    window.show(section, {0, 0, 400, 40});
-    const auto& field = section.fields()[0]->field();
-    const auto image = picture(section, scale);
-    const auto value = section.getLocalArea(&field, field.textArea()) * scale;
-    const auto label = juce::Rectangle<int>(style::sectionLabelWidth, 40) * scale;
-    EXPECT_EQ(boundsOfPixelsLike(image, palette.secondaryText, label).getBottom(),
-              boundsOfPixelsLike(image, palette.delayInput, value).getBottom());
+    section.setFields(plans);
+    window.show(section, layout.trigger);
+    const auto value = boundsOfPixelsLike(
+        picture(section, scale), palette.delayInput,
+        section.getLocalArea(&section.fields()[0]->field(), section.fields()[0]->field().textArea()) * scale);
+    SectionLabel label("EEE");
+    window.show(label, layout.triggerLabel);
+    const auto name =
+        boundsOfPixelsLike(picture(label, scale), palette.secondaryText, label.getLocalBounds() * scale);
+    EXPECT_EQ(name.getBottom() + scale * label.getY(), value.getBottom() + scale * section.getY());
+}
+
+/// The layout of a card with a row of fields of these widths in each section.
+CardLayout layoutOf(const std::vector<int>& trigger, const std::vector<int>& output, int width) {
+    CardContent content{.status = {"never fired since load"}};
+    for (const auto field : trigger) {
+        content.trigger.emplace_back(field, 38);
+    }
+    for (const auto field : output) {
+        content.output.emplace_back(field, 38);
+    }
+    return {content, width};
+}
+
+TEST(CardLayout, AWideCardHasItsSectionsSideBySideAndItsButtonsInTheTitleLine) {
+    const auto card = layoutOf({100, 44}, {100, 44}, 788);
+    EXPECT_EQ(card.trigger.getY(), card.output.getY());
+    EXPECT_EQ(card.triggerLabel.getY(), card.outputLabel.getY());
+    EXPECT_EQ(card.triggerLabel.getBottom(), card.trigger.getY());
+    EXPECT_NEAR(card.buttons.getCentreY(), card.name.getCentreY(), 1);
+    EXPECT_EQ(card.status.getCentreY(), card.name.getCentreY());
+    EXPECT_EQ(card.buttons.getX(), card.output.getX());
+    EXPECT_EQ(card.height, 87);
+}
+
+TEST(CardLayout, CardsOfAnEditorOf760PointsHaveTheirSectionsSideBySide) {
+    EditorStage stage({ruleFromEntry(RuleEntry())}, {760, 640});
+    EXPECT_EQ(stage.card().trigger().getY(), stage.card().output().getY());
+    stage.view().setSize(740, 640);
+    EXPECT_LT(stage.card().trigger().getBottom(), stage.card().output().getY());
+}
+
+TEST(CardLayout, ASectionTakesOfTheOthersHalfWhatItNeedsForASingleRow) {
+    EXPECT_EQ(layoutOf({100, 255}, {100, 255}, 788).trigger.getWidth(), 365);
+    EXPECT_EQ(layoutOf({100, 280}, {100, 240}, 788).trigger.getWidth(), 385);
+    EXPECT_EQ(layoutOf({100, 200}, {100, 280}, 788).output.getWidth(), 730 - 305);
+    EXPECT_EQ(layoutOf({100, 200}, {100, 280}, 788).height, 87);
+    EXPECT_EQ(layoutOf({100, 280}, {100, 280}, 788).trigger.getWidth(), 365) << "It would be no lower.";
+}
+
+TEST(CardLayout, TheButtonsStandAtOnePlaceInCardsOfOneWidth) {
+    const auto place = layoutOf({100}, {100}, 788).buttons;
+    EXPECT_EQ(layoutOf({100, 280}, {100, 240}, 788).buttons, place);
+    EXPECT_EQ(layoutOf({400, 400}, {400, 400}, 788).buttons, place);
+}
+
+/// How many cards are wholly in sight.
+int wholeCards(QuilloView& view) {
+    int count = 0;
+    view.list().forEachRow([&](std::size_t /*position*/, juce::Component& card) {
+        const auto area = view.list().getLocalArea(&card, card.getLocalBounds());
+        count += view.list().getLocalBounds().contains(area) ? 1 : 0;
+    });
+    return count;
+}
+
+TEST(CardLayout, FiveWholeCardsAreInSightInAMediumEditorAndOneInTheSmallest) {
+    auto rules = performanceRules();
+    std::ranges::copy(demoRules(), std::back_inserter(rules));
+    EditorStage stage(rules);
+    EXPECT_EQ(wholeCards(stage.view()), 5);
+    for (std::size_t first = 0; first < rules.size(); ++first) {
+        EditorStage small({rules[first]}, {500, 250});
+        EXPECT_EQ(wholeCards(small.view()), 1) << rules[first].name;
+    }
 }
 
 TEST(CardLayout, TheTextOfAnAlertBeginsWhereItsTitleDoes) {

@@ -49,8 +49,8 @@ protected:
     const RuleRemark passed{"passed over: it waits for Note On, this is a CC", Mark::passedOver};
 };
 
-TEST_F(StatusOfACard, AReasonStandsAtTheRightOfAShortName) {
-    show("Pedal", 600);
+TEST_F(StatusOfACard, AReasonStandsAtTheRightOfTheTitleLine) {
+    show("Pedal", 1200);
     const auto height = card.getHeight();
     say(passed);
     EXPECT_EQ(card.getHeight(), height);
@@ -62,15 +62,15 @@ TEST_F(StatusOfACard, AReasonStandsAtTheRightOfAShortName) {
     EXPECT_EQ(card.status().remark(), RuleRemark());
 }
 
-TEST_F(StatusOfACard, AReasonThatDoesNotFitBesideTheNameStandsBelowItInAsManyLinesAsItNeeds) {
-    for (const auto width : {600, 320, 200}) {
-        show("A name that takes nearly as much room as there is beside the grip and the edges of the card",
-             width);
+TEST_F(StatusOfACard, AReasonThatDoesNotFitStandsBelowTheTitleInAsManyLinesAsItNeeds) {
+    for (const auto width : {800, 600, 320, 200}) {
+        show("Pedal", width);
         const auto height = card.getHeight();
         say(passed);
         const auto lines = width == 200 ? 2 : 1;
         EXPECT_EQ(card.status().getHeight(), lines * RuleStatus::lineHeight);
-        const auto hadForHits = width == 600 ? 0 : 1;
+        EXPECT_EQ(card.status().getY(), style::cardHeaderHeight);
+        const auto hadForHits = width == 200 ? 1 : 0;
         EXPECT_EQ(card.getHeight(), height + (lines - hadForHits) * RuleStatus::lineHeight) << width;
         EXPECT_EQ(card.status().getTooltip(), "");
         say(std::nullopt);
@@ -158,12 +158,24 @@ TEST_F(StatusOfACard, TheNameKeepsItsRoomWhileTheHitsChange) {
     }
 }
 
-TEST_F(StatusOfACard, InANarrowCardTheHitsStandBelowTheName) {
-    show("A name that is longer than the card is wide", 320);
+TEST_F(StatusOfACard, InANarrowCardTheHitsStandInTheLineOfTheFirstLabel) {
+    for (const auto width : {468, 320}) {
+        show("A name that is longer than the card is wide", width);
+        card.showHits({12'345, 59});
+        EXPECT_GE(card.status().getY(), card.header().getBottom());
+        EXPECT_LE(card.status().getBottom(), card.trigger().getY());
+        EXPECT_EQ(card.status().getRight(), card.getWidth() - style::cardPadding);
+        EXPECT_EQ(card.status().getTooltip(), "");
+    }
+}
+
+TEST_F(StatusOfACard, InTheNarrowestCardTheHitsHaveALineOfTheirOwn) {
+    show("Pedal", 176);
     card.showHits({12'345, 59});
-    EXPECT_GE(card.status().getY(), card.header().getBottom());
-    EXPECT_EQ(card.status().getTooltip(), "");
+    EXPECT_EQ(card.status().getY(), style::cardHeaderHeight);
     EXPECT_EQ(card.header().getRight(), card.getWidth() - style::cardPadding);
+    EXPECT_EQ(card.trigger().getY(),
+              style::cardHeaderHeight + RuleStatus::lineHeight + style::sectionLabelHeight);
 }
 
 class HitsOfTheList : public testing::Test {

@@ -84,8 +84,8 @@ struct ListDesk {
 TEST(MyDragAndDropForEach, LaysItsRowsUnderOneAnother) {
     ListDesk desk(3);
     EXPECT_EQ(desk.place(0), juce::Rectangle<int>(12, 10, 268, 60));
-    EXPECT_EQ(desk.place(1), juce::Rectangle<int>(12, 80, 268, 80));
-    EXPECT_EQ(desk.place(2), juce::Rectangle<int>(12, 170, 268, 100));
+    EXPECT_EQ(desk.place(1), juce::Rectangle<int>(12, 77, 268, 80));
+    EXPECT_EQ(desk.place(2), juce::Rectangle<int>(12, 164, 268, 100));
     EXPECT_EQ(desk.list.rowWidth(), 268);
 }
 
@@ -152,7 +152,7 @@ TEST(MyDragAndDropForEach, MeasuresARowAnewAndMakesARowAnew) {
     desk.list.refreshRow(desk.model[0]);
     EXPECT_EQ(desk.row(0), first);
     EXPECT_EQ(desk.place(0).getHeight(), 150);
-    EXPECT_EQ(desk.place(1).getY(), 170);
+    EXPECT_EQ(desk.place(1).getY(), 167);
     const auto made = desk.made;
     desk.list.rebuildRow(desk.model[0]);
     EXPECT_EQ(desk.made, made + 1);
@@ -279,7 +279,7 @@ TEST(MyDragAndDropForEach, AFooterStandsBelowTheLastRow) {
     const auto* view = footer.get();
     int height = 30;
     desk.list.setFooter(std::move(footer), [&height](int) { return height; });
-    EXPECT_EQ(desk.window.getLocalArea(view, view->getLocalBounds()), juce::Rectangle<int>(12, 280, 268, 30));
+    EXPECT_EQ(desk.window.getLocalArea(view, view->getLocalBounds()), juce::Rectangle<int>(12, 271, 268, 30));
     height = 300;
     desk.list.refreshFooter();
     desk.list.setScrollPosition(1'000'000);
