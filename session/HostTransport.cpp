@@ -8,7 +8,9 @@ namespace quillo {
 using Trigger = HostTransportTriggerVariantsV2;
 
 void HostTransport::report(State state, double position, double speed) QUILLO_REALTIME {
-    hasJumped_ = jumpsTo(position);
+    if (before_.isKnown) {
+        hasJumped_ = jumpsTo(position);
+    }
     reportContinued(state, position, speed);
 }
 
@@ -56,7 +58,7 @@ bool HostTransport::hasChanged() const QUILLO_REALTIME {
 
 /// Where zero may stand for less, the position may lie as far behind the expected one as it likes.
 bool HostTransport::jumpsTo(double position) const QUILLO_REALTIME {
-    if (!before_.isKnown || std::fabs(position - before_.position) <= tolerance_) {
+    if (std::fabs(position - before_.position) <= tolerance_) {
         return false;
     }
     const bool mayBeBehind = positions_ == Positions::noneBelowZero && before_.isZero;

@@ -48,7 +48,8 @@ public:
     /// The same where no position is reported: it goes on from the one that is known.
     void report(State state) QUILLO_REALTIME;
 
-    /// Frames may have passed that nobody rendered: the next position is no jump, wherever it lies.
+    /// Frames may have passed that nobody rendered: the next position is no jump, wherever it lies. A jump
+    /// before that stays one.
     void losePosition() QUILLO_REALTIME;
 
     /// Changes may have been missed: what is reported next has been so before.

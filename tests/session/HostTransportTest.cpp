@@ -196,6 +196,16 @@ TEST(HostTransport, APositionThatWasLostIsNoJumpHoweverLateItIsReported) {
     EXPECT_EQ(changeOf(transport, moving, 9000.0), none);
 }
 
+TEST(HostTransport, AJumpThatWasNotTakenBeforeThePositionIsLostStaysOne) {
+    auto transport = movingFrom(0.0, 100);
+    transport.report(moving, 9000.0);
+    transport.advance(100);
+    transport.losePosition();
+    EXPECT_EQ(changeOf(transport, moving, 9100.0), Trigger::Continue);
+    transport.losePosition();
+    EXPECT_EQ(changeOf(transport, moving, 50.0), none);
+}
+
 TEST(HostTransport, WhatIsReportedFirstAfterItWasForgottenIsNoChange) {
     HostTransport transport;
     transport.forget();

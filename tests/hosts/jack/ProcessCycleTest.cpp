@@ -180,6 +180,21 @@ TEST_F(ProcessCycleTest, AStandingTransportThatIsAboutToStartStandsUntilItRolls)
     EXPECT_EQ(heard, (std::vector<std::string>{"[32] AU Host Start"}));
 }
 
+/// The cycle ends with what there is no room for, before the relocation is heard.
+TEST_F(ProcessCycleTest, ARelocationInACycleWithoutRoomIsHeardInTheNext) {
+    processor.setRules({rule(onNoteOn(), send(noteOn(0, 61, 5), 20))});
+    release();
+    run({{0, {0x90, 60, 1}}}, {true, 0, 1000});
+    heard.clear();
+    out.mostMessages = 0;
+    run({}, {true, 4096, 1016});
+    EXPECT_EQ(renderer.refused().refused(), 1U);
+    EXPECT_EQ(heard, std::vector<std::string>{});
+    run({}, {true, 4112, 1032});
+    run({}, {true, 4128, 1048});
+    EXPECT_EQ(heard, (std::vector<std::string>{"[32] AU Host Continue"}));
+}
+
 TEST_F(ProcessCycleTest, ATransportThatWentOnDuringMissedCyclesWasNotRelocated) {
     release();
     run({}, {true, 0, 1000});
