@@ -27,6 +27,7 @@ public:
         lengths_ = static_cast<Lengths>(below(4));
         fixedLength_ = 1U << below(14);
         density_ = 1 + below(12);
+        isTight_ = chance(3);
         add(EditStep{rules()});
         for (auto left = 4 + below(40); left > 0; --left) {
             addStep();
@@ -142,11 +143,16 @@ private:
             offset = nextOffset(offset, step.frames);
             step.events.push_back({offset, what(offset), 1});
         }
-        if (limits_.limitsRoom && chance(5)) {
-            step.room = RoomLimit{below(160), !chance(4)};
-        }
+        step.room = room();
         pass(step.frames);
         add(std::move(step));
+    }
+
+    std::optional<RoomLimit> room() {
+        if (!limits_.limitsRoom || !chance(isTight_ ? 2 : 5)) {
+            return std::nullopt;
+        }
+        return RoomLimit{below(160), !chance(isTight_ ? 2 : 4)};
     }
 
     std::uint32_t nextOffset(std::uint32_t offset, std::uint32_t frames) {
@@ -219,6 +225,9 @@ private:
             if (rule.output.delay.ms > 0) {
                 rule.output.delay.ms *= oneOf(std::array{0, 1, 1, 1, 7, 1800});
             }
+            if (isTight_ && chance(3)) {
+                rule.output.message = systemExclusive({4});
+            }
         }
         return list;
     }
@@ -239,6 +248,7 @@ private:
     Lengths lengths_ = Lengths::fixed;
     std::uint32_t fixedLength_ = 64;
     std::uint32_t density_ = 1;
+    bool isTight_ = false;  ///< the host is often short of room, and much of what is sent is system exclusive
     bool moves_ = false;
     std::int64_t position_ = 0;
 };
