@@ -35,27 +35,6 @@ std::string joined(std::span<const std::string> words) {
     return text;
 }
 
-/// Two sentences of as many words in one: "send program 5 at once" and "send program 9 at once" become "send
-/// program 5 to 9 at once".
-std::string sentenceFromTo(const std::string& first, const std::string& last) {
-    const auto from = wordsOf(first);
-    const auto to = wordsOf(last);
-    std::vector<std::string> words;
-    for (std::size_t i = 0; i < from.size();) {
-        const auto begin = i;
-        while (i < from.size() && from[i] != to[i]) {
-            ++i;
-        }
-        if (i > begin) {
-            words.push_back(joined(std::span(from).subspan(begin, i - begin)) + " to " +
-                            joined(std::span(to).subspan(begin, i - begin)));
-        } else {
-            words.push_back(from[i++]);
-        }
-    }
-    return joined(words);
-}
-
 /// "notes C1 to B1", "values 64 to 127" or "programs 0 to 7".
 std::string rangeWords(const Rule& first, const Rule& last) {
     const auto from = runValue(first).value();
@@ -78,6 +57,29 @@ std::string runInPlainWords(std::span<const Rule> run) {
     }
     return inQuotes(first.name) + ", " + rangeWords(first, run.back()) + ", " + std::to_string(run.size()) +
            " rules: " + sentenceFromTo(parts(first), parts(run.back()));
+}
+
+std::string sentenceFromTo(const std::string& first, const std::string& last) {
+    const auto from = wordsOf(first);
+    const auto to = wordsOf(last);
+    if (from.size() != to.size()) {
+        return first;
+    }
+    std::vector<std::string> words;
+    for (std::size_t i = 0; i < from.size();) {
+        const auto begin = i;
+        while (i < from.size() && from[i] != to[i]) {
+            ++i;
+        }
+        if (i > begin) {
+            auto range = joined(std::span(from).subspan(begin, i - begin));
+            range.erase(range.find_last_not_of(',') + 1);
+            words.push_back(range + " to " + joined(std::span(to).subspan(begin, i - begin)));
+        } else {
+            words.push_back(from[i++]);
+        }
+    }
+    return joined(words);
 }
 
 }  // namespace quillo

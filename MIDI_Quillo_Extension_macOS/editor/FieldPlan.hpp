@@ -28,9 +28,12 @@ struct FieldPlan {
     int leastWidth = 0;
     ColorPair colors;
     std::function<std::unique_ptr<FieldView>()> make;
+    MenuExtras extras{};  ///< what the field offers beyond its values
 
     [[nodiscard]] juce::Point<int> size() const {
-        const auto width = FieldView::preferredWidth(caption, text, chevron);
+        const auto instead = extras.shown ? extras.shown() : juce::String();
+        const auto width = FieldView::preferredWidth(caption, instead.isNotEmpty() ? instead : text,
+                                                     chevron || extras.row.has_value());
         return {std::max(width, leastWidth), FieldView::preferredHeight(caption.isNotEmpty())};
     }
 };

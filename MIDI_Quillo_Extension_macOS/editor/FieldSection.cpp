@@ -30,6 +30,7 @@ void FieldSection::setFields(const FieldPlans& plans) {
     fields_.clear();
     for (const auto& plan : plans) {
         fields_.push_back(std::make_unique<ColoredField>(plan.make(), plan.colors, plan.leastWidth));
+        fields_.back()->field().setExtras(plan.extras);
         fields_.back()->setVisible(true);
         stack_.add(*fields_.back());
     }

@@ -8,6 +8,7 @@
 #include "editor/FocusRing.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/Icons.hpp"
+#include "editor/PopupMenuOverlay.hpp"
 #include "editor/Style.hpp"
 
 namespace quillo {
@@ -33,6 +34,30 @@ void FieldView::refresh() {
     if (auto* handler = getAccessibilityHandler()) {
         handler->notifyAccessibilityEvent(juce::AccessibilityEvent::valueChanged);
     }
+}
+
+void FieldView::openMenu(std::vector<juce::String> labels, std::optional<std::size_t> current,
+                         std::function<void(std::size_t)> pick) {
+    std::optional<std::size_t> extra;
+    if (extras_.row) {
+        extra = std::min(extras_.row->position, labels.size());
+        labels.insert(labels.begin() + static_cast<std::ptrdiff_t>(*extra), extras_.row->label);
+        current = current && *current >= *extra ? *current + 1 : current;
+    }
+    current = shownInstead().isNotEmpty() ? extra : current;
+    const auto pickRow = [field = SafePointer(this), pick = std::move(pick), extra](std::size_t row) {
+        if (field != nullptr && row == extra) {
+            const auto pickExtra = field->extras_.row->pick;
+            pickExtra(*field);
+        } else if (field != nullptr) {
+            pick(row - (extra && row > *extra ? 1 : 0));
+        }
+        if (field != nullptr) {
+            field->refresh();
+        }
+    };
+    PopupMenuOverlay::open(*this, boxArea(), {getTitle(), std::move(labels), current, {}, extras_.typed},
+                           pickRow);
 }
 
 int FieldView::preferredWidth() const {

@@ -1,8 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <vector>
+
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include "editor/MenuExtras.hpp"
 #include "editor/PreferredSize.hpp"
 
 namespace quillo {
@@ -21,6 +27,9 @@ public:
 
     /// The value may have changed.
     void refresh();
+
+    /// What it offers beyond its values from now on.
+    void setExtras(MenuExtras extras) { extras_ = std::move(extras); }
 
     /// The value as it is shown.
     [[nodiscard]] virtual juce::String shownText() const = 0;
@@ -62,12 +71,23 @@ protected:
     [[nodiscard]] virtual bool isActive() const;
     void paintText(juce::Graphics& graphics, const juce::String& text, juce::Colour colour);
 
+    [[nodiscard]] const MenuExtras& extras() const { return extras_; }
+    /// What stands in the place of the value; empty where the value is shown.
+    [[nodiscard]] juce::String shownInstead() const {
+        return extras_.shown ? extras_.shown() : juce::String();
+    }
+    /// Opens a menu of values, and of what is offered beyond them. `pick` gets the row of a value; the field is
+    /// refreshed afterwards, if there still is one.
+    void openMenu(std::vector<juce::String> labels, std::optional<std::size_t> current,
+                  std::function<void(std::size_t value)> pick);
+
 private:
     void paintBox(juce::Graphics& graphics);
     void paintUnderline(juce::Graphics& graphics);
 
     juce::String caption_;
     juce::String tooltip_;
+    MenuExtras extras_;
 };
 
 }  // namespace quillo

@@ -8,8 +8,8 @@
 
 namespace quillo {
 
-MyIconButton::MyIconButton(const juce::String& title, IconName icon, std::function<void()> action)
-    : ActionButton(title, std::move(action)), icon_(icon) {
+MyIconButton::MyIconButton(const juce::String& title, IconName icon, std::function<void()> action, int size)
+    : ActionButton(title, std::move(action)), icon_(icon), size_(size) {
     setTooltip(title);
 }
 
@@ -18,14 +18,6 @@ void MyIconButton::setIcon(IconName icon) {
         icon_ = icon;
         repaint();
     }
-}
-
-int MyIconButton::preferredWidth() const {
-    return style::iconButtonSize;
-}
-
-int MyIconButton::preferredHeight() const {
-    return style::iconButtonSize;
 }
 
 void MyIconButton::paintButton(juce::Graphics& graphics, bool hover, bool down) {

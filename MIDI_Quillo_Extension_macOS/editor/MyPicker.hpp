@@ -36,6 +36,9 @@ public:
     }
 
     [[nodiscard]] juce::String shownText() const override {
+        if (auto text = shownInstead(); text.isNotEmpty()) {
+            return text;
+        }
         const auto value = selection_.get();
         const auto row = rowOf(value);
         if (row == description_.end()) {

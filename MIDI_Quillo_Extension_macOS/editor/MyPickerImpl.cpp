@@ -6,7 +6,6 @@
 #include "editor/FieldAccessibility.hpp"
 #include "editor/MyDragAndDropForEach.hpp"
 #include "editor/MyTextInputImpl.hpp"
-#include "editor/PopupMenuOverlay.hpp"
 
 namespace quillo {
 
@@ -17,15 +16,7 @@ void MyPickerImpl::openMenu() {
         return;
     }
     MyTextInputImpl::finishTypingElsewhere();
-    PopupMenuOverlay::open(*this, boxArea(), {getTitle(), rowLabels(), currentRow()},
-                           [picker = SafePointer(this)](std::size_t row) {
-                               if (picker != nullptr) {
-                                   picker->pickRow(row);
-                               }
-                               if (picker != nullptr) {
-                                   picker->refresh();
-                               }
-                           });
+    FieldView::openMenu(rowLabels(), currentRow(), [this](std::size_t row) { pickRow(row); });
 }
 
 void MyPickerImpl::mouseUp(const juce::MouseEvent& event) {

@@ -42,8 +42,11 @@ public:
     /// Steps the value in its own way. Without this, a number is stepped by ones.
     void setStep(Step step) { step_ = std::move(step); }
 
-    [[nodiscard]] juce::String shownText() const override { return juceText(format_.format(value_.get())); }
-    [[nodiscard]] bool hasChevron() const override { return !options_.empty(); }
+    [[nodiscard]] juce::String shownText() const override {
+        auto text = shownInstead();
+        return text.isNotEmpty() ? text : juceText(format_.format(value_.get()));
+    }
+    [[nodiscard]] bool hasChevron() const override { return !options_.empty() || extras().row; }
 
 protected:
     [[nodiscard]] Typed typed() const override {

@@ -10,7 +10,6 @@
 #include "editor/Fonts.hpp"
 #include "editor/MyDragAndDropForEach.hpp"
 #include "editor/PanicKey.hpp"
-#include "editor/PopupMenuOverlay.hpp"
 #include "editor/Style.hpp"
 
 namespace quillo {
@@ -171,10 +170,20 @@ void MyTextInputImpl::confirmTyping() {
     const SafePointer<MyTextInputImpl> field(this);
     stopTyping();
     if (text != textBefore_) {
-        takeText(text);
+        take(text);
     }
     if (field != nullptr) {
         refresh();
+    }
+}
+
+/// What the text means beyond values comes first.
+void MyTextInputImpl::take(const juce::String& text) {
+    const auto typed = extras().typed ? extras().typed(text) : std::nullopt;
+    if (typed) {
+        typed->pick();
+    } else {
+        takeText(text);
     }
 }
 
@@ -258,15 +267,7 @@ void MyTextInputImpl::mouseUp(const juce::MouseEvent& event) {
 
 void MyTextInputImpl::openOptions() {
     finishTypingElsewhere();
-    PopupMenuOverlay::open(*this, boxArea(), {getTitle(), optionLabels(), currentOption()},
-                           [field = SafePointer(this)](std::size_t option) {
-                               if (field != nullptr) {
-                                   field->pickOption(option);
-                               }
-                               if (field != nullptr) {
-                                   field->refresh();
-                               }
-                           });
+    openMenu(optionLabels(), currentOption(), [this](std::size_t option) { pickOption(option); });
 }
 
 void MyTextInputImpl::mouseWheelMove(const juce::MouseEvent& event, const juce::MouseWheelDetails& wheel) {
@@ -294,7 +295,7 @@ bool MyTextInputImpl::beginsTyping(const juce::KeyPress& key) const {
 
 bool MyTextInputImpl::keyPressed(const juce::KeyPress& key) {
     const bool opens = key == juce::KeyPress::returnKey || key == juce::KeyPress::F2Key;
-    const bool steps = stepsOf(key) != 0 && takeSteps(0);
+    const bool steps = stepsOf(key) != 0 && shownInstead().isEmpty() && takeSteps(0);
     if (!isEnabled() || editable_ || !(opens || steps || opensOptions(key) || beginsTyping(key))) {
         return false;
     }
@@ -322,7 +323,8 @@ bool MyTextInputImpl::isUnneeded(const juce::KeyPress& key) const {
     if (character == ' ' && typist_->getHighlightedRegion().getStart() == 0) {
         return true;
     }
-    const auto digits = juce::String(typed() == Typed::number ? decimalDigits : hexadecimalDigits);
+    const auto digits = typed() == Typed::number ? juce::String(decimalDigits) + (extras().typed ? "+-" : "")
+                                                 : juce::String(hexadecimalDigits);
     const bool isBlankBetweenBytes = typed() == Typed::bytes && character == ' ';
     return typed() != Typed::text && !digits.containsChar(character) && !isBlankBetweenBytes;
 }
@@ -359,12 +361,12 @@ bool MyTextInputImpl::takeKey(const juce::KeyPress& key) {
 }
 
 bool MyTextInputImpl::step(int steps) {
-    if (typed() != Typed::number) {
+    if (typed() != Typed::number || shownInstead().isNotEmpty()) {
         return false;
     }
     const SafePointer<MyTextInputImpl> field(this);
     if (editable_ && typist_->getText() != textBefore_ && !holdsNothing(typist_->getText())) {
-        takeText(typist_->getText());
+        take(typist_->getText());
     }
     if (field == nullptr) {
         return true;
@@ -388,7 +390,7 @@ std::unique_ptr<juce::AccessibilityHandler> MyTextInputImpl::createAccessibility
     }
     return fieldAccessibility(*this, juce::AccessibilityRole::editableText, std::move(actions),
                               [this](const juce::String& text) {
-                                  takeText(text);
+                                  take(text);
                                   refresh();
                               });
 }

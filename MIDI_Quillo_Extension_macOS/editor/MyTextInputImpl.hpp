@@ -77,6 +77,7 @@ private:
     class Typist;
 
     void openOptions();
+    void take(const juce::String& text);
     void stopTyping();
     void confirmTyping();
     void letGo();

@@ -19,9 +19,8 @@ constexpr int buttonHeight = 26;
 
 }  // namespace
 
-NewRuleSelector::NewRuleSelector(std::function<void(const MIDIRuleType&)> onAdd,
-                                 std::function<void(juce::Component&)> onLearn)
-    : onAdd_(std::move(onAdd)), onLearn_(std::move(onLearn)), button_("Add new", [this] { openMenu(); }) {
+NewRuleSelector::NewRuleSelector(Actions actions)
+    : actions_(std::move(actions)), button_("Add new", [this] { openMenu(); }) {
     addAndMakeVisible(button_);
 }
 
@@ -34,6 +33,7 @@ void NewRuleSelector::openMenu() {
     for (const auto& item : outputTypeMenu()) {
         labels.push_back(juceText(item.label));
     }
+    labels.push_back("Notes as played");
     labels.push_back(juceText("Learn a trigger …"));
     PopupMenuOverlay::open(button_, button_.getLocalBounds(), {"Add new", std::move(labels), {}},
                            [selector = SafePointer(this)](std::size_t row) {
@@ -45,9 +45,11 @@ void NewRuleSelector::openMenu() {
 
 void NewRuleSelector::pick(std::size_t row) {
     if (row < outputTypeMenu().size()) {
-        onAdd_(outputTypeMenu()[row].value);
+        actions_.onAdd(outputTypeMenu()[row].value);
+    } else if (row == outputTypeMenu().size()) {
+        actions_.onNotesAsPlayed();
     } else {
-        onLearn_(button_);
+        actions_.onLearn(button_);
     }
 }
 

@@ -12,13 +12,18 @@
 
 namespace quillo {
 
-/// "Add new": opens the menu of output types; picking one adds a rule of that type. The last row of the menu
-/// learns the trigger of a new rule instead. [main] only.
+/// "Add new": opens the menu of output types; picking one adds a rule of that type. Behind them come a rule that
+/// sends notes as they are played, and one whose trigger is learned. [main] only.
 class NewRuleSelector final : public juce::Component, public EnvironmentScope {
 public:
-    /// `onLearn` gets what the learning is to open beside.
-    NewRuleSelector(std::function<void(const MIDIRuleType&)> onAdd,
-                    std::function<void(juce::Component& button)> onLearn);
+    struct Actions {
+        std::function<void(const MIDIRuleType&)> onAdd;
+        std::function<void()> onNotesAsPlayed;
+        /// Gets what the learning is to open beside.
+        std::function<void(juce::Component& button)> onLearn;
+    };
+
+    explicit NewRuleSelector(Actions actions);
 
     [[nodiscard]] MyTextButton& button() { return button_; }
     [[nodiscard]] static int preferredHeight();
@@ -27,11 +32,9 @@ public:
 
 private:
     void openMenu();
-
     void pick(std::size_t row);
 
-    std::function<void(const MIDIRuleType&)> onAdd_;
-    std::function<void(juce::Component&)> onLearn_;
+    Actions actions_;
     MyTextButton button_;
 };
 

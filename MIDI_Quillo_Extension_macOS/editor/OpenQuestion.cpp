@@ -1,11 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/OpenQuestion.hpp"
 
+#include <algorithm>
+#include <span>
+
 #include "editor/JuceText.hpp"
+#include "words/RunWords.hpp"
 
 namespace quillo {
 
 namespace {
+
+/// The reason of the rule that fired or consumed the event speaks for the run; else what all have in common, "it
+/// waits for 36 (C1) to 47 (B1)".
+RuleReason reasonOfRun(std::span<const RuleReason> reasons) {
+    for (const auto what : {&RuleReason::fired, &RuleReason::consumed}) {
+        if (const auto found = std::ranges::find(reasons, true, what); found != reasons.end()) {
+            return *found;
+        }
+    }
+    auto reason = reasons.front();
+    reason.words = sentenceFromTo(reason.words, reasons.back().words);
+    return reason;
+}
 
 RuleRemark remarkOf(const RuleReason& reason) {
     return {juceText(reason.text()), reason.fired ? RuleRemark::Mark::fired : RuleRemark::Mark::passedOver};
@@ -26,11 +43,15 @@ void OpenQuestion::askAgain() {
         return;
     }
     const auto reasons = unit_.why(*event_);
-    const auto& rules = editor_.rules();
-    for (std::size_t rule = 0; rule < std::min(reasons.size(), rules.size()); ++rule) {
-        remarks_.emplace(rules[rule].id, remarkOf(reasons[rule]));
-        if (!firstConcerned_ && (reasons[rule].fired || reasons[rule].consumed)) {
-            firstConcerned_ = rules[rule].id;
+    for (const auto& card : editor_.cards()) {
+        if (card.first + card.count > reasons.size()) {
+            return;
+        }
+        const auto& id = editor_.rules()[card.first].id;
+        const auto reason = reasonOfRun(std::span(reasons).subspan(card.first, card.count));
+        remarks_.emplace(id, remarkOf(reason));
+        if (!firstConcerned_ && (reason.fired || reason.consumed)) {
+            firstConcerned_ = id;
         }
     }
 }

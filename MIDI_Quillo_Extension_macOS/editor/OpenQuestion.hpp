@@ -10,7 +10,7 @@
 
 namespace quillo {
 
-/// The user's question why an event did what it did, as long as it is open: the unit's reason for each rule
+/// The user's question why an event did what it did, as long as it is open: the unit's reason for each card
 /// of the list that is shown. [main] only.
 class OpenQuestion {
 public:
@@ -19,14 +19,14 @@ public:
 
     /// Asks about an event, in the place of the one before.
     void ask(const EventLogEntryVariants& event);
-    /// The rules have changed.
+    /// The rules or their cards have changed.
     void askAgain();
     void close();
 
     [[nodiscard]] bool isOpen() const { return event_.has_value(); }
-    /// What a rule's card says meanwhile.
+    /// What the card that begins with this rule says meanwhile.
     [[nodiscard]] std::optional<RuleRemark> remark(const UUID& id) const;
-    /// The first rule that fired or consumed the event, if one did.
+    /// The first rule of the first card that fired or consumed the event, if one did.
     [[nodiscard]] const std::optional<UUID>& firstConcerned() const { return firstConcerned_; }
 
 private:

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "editor/RunExtras.hpp"
 #include "editor/ValueFormatters.hpp"
 #include "rules/TriggerChoices.hpp"
 
@@ -14,6 +15,7 @@ namespace {
 constexpr std::uint8_t channelCount = 16;
 constexpr int lastDataByte = 127;
 constexpr int systemExclusiveLeastWidth = 160;
+const GenericByteV2 noDataByte = GenericByteV2::Value{255};
 
 using Bytes = Menu<GenericByteV2>;
 
@@ -76,9 +78,12 @@ juce::String otherChannel(const RuleOutputChannelV2& channel) {
 /// The editors of single fields, each bound to its field and coloured from the palette.
 class OutputFieldPlanner {
 public:
-    OutputFieldPlanner(const Binding<RuleOutputEntry>& data, TriggerEntryType triggerType,
-                       const Palette& palette)
-        : data_(data), offered_(triggerChoices(triggerType)), palette_(palette) {}
+    OutputFieldPlanner(const Binding<RuleEntry>& rule, const RunBinding& run, const Palette& palette)
+        : rule_(rule),
+          data_(fieldBinding(rule, &RuleEntry::output)),
+          run_(run),
+          offered_(triggerChoices(rule.get().trigger.type)),
+          palette_(palette) {}
 
     [[nodiscard]] FieldPlan typeView(const std::function<void(const MIDIRuleType&)>& onChange) const {
         const Binding<MIDIRuleType> type(
@@ -95,7 +100,9 @@ public:
     }
 
     [[nodiscard]] FieldPlan noteView() const {
-        return bytePicker("Note", byte2Colors(), noteMenu(offered_.noteAndVelocity), &RuleOutputEntry::note);
+        return rising(pickerPlan<GenericByteV2>("Note", byte2Colors(), noteMenu(offered_.noteAndVelocity),
+                                                risingBinding(&RuleOutputEntry::note), otherByte),
+                      offered_.noteAndVelocity);
     }
 
     [[nodiscard]] FieldPlan velocityView() const {
@@ -105,14 +112,17 @@ public:
     }
 
     [[nodiscard]] FieldPlan controlView() const {
-        return bytePicker("Controller", byte2Colors(), controllerByteMenu(offered_.controllerAndValue),
-                          &RuleOutputEntry::controller);
+        return pickerPlan<GenericByteV2>("Controller", byte2Colors(),
+                                         controllerByteMenu(offered_.controllerAndValue),
+                                         fieldBinding(data_, &RuleOutputEntry::controller), otherByte);
     }
 
     [[nodiscard]] FieldPlan controlValueView() const {
-        return inputPlan<ContollerValueFormatter>(juceText(valueCaption), byte3Colors(),
-                                                  fieldBinding(data_, &RuleOutputEntry::controllerValue),
-                                                  "0 - 127", startByteMenu(offered_.controllerAndValue));
+        return rising(inputPlan<ContollerValueFormatter>(juceText(valueCaption), byte3Colors(),
+                                                         risingBinding(&RuleOutputEntry::controllerValue),
+                                                         "0 - 127",
+                                                         startByteMenu(offered_.controllerAndValue)),
+                      offered_.controllerAndValue);
     }
 
     [[nodiscard]] FieldPlan bankView() const {
@@ -121,7 +131,9 @@ public:
     }
 
     [[nodiscard]] FieldPlan programValueView() const {
-        return bytePicker("Program", byte3Colors(), programMenu(offered_.program), &RuleOutputEntry::program);
+        return rising(pickerPlan<GenericByteV2>("Program", byte3Colors(), programMenu(offered_.program),
+                                                risingBinding(&RuleOutputEntry::program), otherByte),
+                      offered_.program);
     }
 
     [[nodiscard]] FieldPlan pressureValueView() const {
@@ -151,10 +163,19 @@ public:
     }
 
 private:
-    [[nodiscard]] FieldPlan bytePicker(const juce::String& caption, const ColorPair& colors, Bytes menu,
-                                       GenericByteV2 RuleOutputEntry::* field) const {
-        return pickerPlan<GenericByteV2>(caption, colors, std::move(menu), fieldBinding(data_, field),
-                                         otherByte);
+    [[nodiscard]] FieldPlan rising(FieldPlan plan, bool offersTrigger) const {
+        plan.extras = offsetExtras(rule_, run_, offersTrigger);
+        return plan;
+    }
+
+    /// While the value rises it is none of those that can be picked; one that is picked is sent by all rules.
+    [[nodiscard]] Binding<GenericByteV2> risingBinding(GenericByteV2 RuleOutputEntry::* field) const {
+        const auto plain = fieldBinding(data_, field);
+        return {[plain, run = run_] { return run.get().rises ? noDataByte : plain.get(); },
+                [plain, run = run_](const GenericByteV2& value) {
+                    run.get().rises ? run.sendAlike(value) : plain.set(value);
+                },
+                [plain](const GenericByteV2& value, FieldPlace place) { plain.step(value, place); }};
     }
 
     [[nodiscard]] ColorPair byte2Colors() const {
@@ -164,20 +185,21 @@ private:
         return {palette_.midi3dByteInput, palette_.midi3dByteInputSecondaryColor};
     }
 
+    Binding<RuleEntry> rule_;
     Binding<RuleOutputEntry> data_;
+    RunBinding run_;
     TriggerChoices offered_;
     Palette palette_;
 };
 
 }  // namespace
 
-FieldPlans outputFields(const Binding<RuleOutputEntry>& data, TriggerEntryType triggerType,
-                        const Palette& palette,
+FieldPlans outputFields(const Binding<RuleEntry>& rule, const RunBinding& run, const Palette& palette,
                         const std::function<void(const MIDIRuleType&)>& onOutputTypeChange) {
-    const OutputFieldPlanner plan(data, triggerType, palette);
+    const OutputFieldPlanner plan(rule, run, palette);
     const auto type = plan.typeView(onOutputTypeChange);
     const auto delay = plan.delayView();
-    switch (data.get().type) {
+    switch (rule.get().output.type) {
     case OutputEntryType::NoteOn:
     case OutputEntryType::NoteOff:
         return {type, plan.channelView(), plan.noteView(), plan.velocityView(), delay};

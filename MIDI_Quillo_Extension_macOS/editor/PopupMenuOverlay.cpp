@@ -110,7 +110,9 @@ int PopupMenuOverlay::searchHeight() const {
 
 int PopupMenuOverlay::wantedWidth() const {
     const auto mark = style::chevronSize + style::chevronGap;
-    return widestLabel_ + mark + 2 * style::fieldPadding + style::scrollBarWidth + 2 * panelPadding;
+    const auto typed = typedChoice_ ? textWidth(typedChoice_->label, style::valueText) : 0;
+    return std::max(widestLabel_, typed) + mark + 2 * style::fieldPadding + style::scrollBarWidth +
+           2 * panelPadding;
 }
 
 int PopupMenuOverlay::heightFor(std::size_t rows) const {
@@ -185,8 +187,12 @@ int PopupMenuOverlay::getNumRows() {
     return static_cast<int>(shown_.size());
 }
 
+const juce::String& PopupMenuOverlay::labelOf(std::size_t row) const {
+    return row == typedRow() ? typedChoice_->label : contents_.labels[row];
+}
+
 const juce::String& PopupMenuOverlay::label(int row) const {
-    return contents_.labels[shown_[static_cast<std::size_t>(row)]];
+    return labelOf(shown_[static_cast<std::size_t>(row)]);
 }
 
 bool PopupMenuOverlay::canPick(int row) const {
@@ -242,7 +248,11 @@ juce::String PopupMenuOverlay::getTooltipForRow(int row) {
 void PopupMenuOverlay::search(const juce::String& typed) {
     const auto before = highlightedRow().has_value() ? highlightedRow() : contents_.current;
     typed_ = typed;
+    typedChoice_ = contents_.typed && typed_.isNotEmpty() ? contents_.typed(typed_) : std::nullopt;
     shown_.clear();
+    if (typedChoice_) {
+        shown_.push_back(typedRow());
+    }
     for (std::size_t row = 0; row < contents_.labels.size(); ++row) {
         if (rank(contents_.labels[row], typed_) < 3) {
             shown_.push_back(row);
@@ -255,6 +265,9 @@ void PopupMenuOverlay::search(const juce::String& typed) {
 }
 
 std::optional<std::size_t> PopupMenuOverlay::bestMatch() const {
+    if (typedChoice_) {
+        return typedRow();
+    }
     const auto better = [this](std::size_t left, std::size_t right) {
         return rank(contents_.labels[left], typed_) < rank(contents_.labels[right], typed_);
     };
@@ -282,10 +295,12 @@ void PopupMenuOverlay::pick(int row) {
     if (!canPick(row)) {
         return;
     }
-    const auto onPick = std::move(onPick_);
     const auto picked = shown_[static_cast<std::size_t>(row)];
+    const auto act = picked == typedRow()
+                         ? std::move(typedChoice_->pick)
+                         : std::function<void()>([onPick = std::move(onPick_), picked] { onPick(picked); });
     close();
-    onPick(picked);
+    act();
 }
 
 void PopupMenuOverlay::close() {

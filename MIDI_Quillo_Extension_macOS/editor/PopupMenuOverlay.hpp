@@ -10,6 +10,7 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 
 #include "editor/Environment.hpp"
+#include "editor/MenuExtras.hpp"
 
 namespace quillo {
 
@@ -21,10 +22,13 @@ struct MenuContents {
     std::optional<std::size_t> current;
     /// The rows that cannot be picked now. They are drawn grey.
     std::set<std::size_t> disabled{};
+    /// What a typed text means beyond the rows; nothing where it means nothing.
+    std::function<std::optional<TypedChoice>(const juce::String& typed)> typed{};
 };
 
 /// A menu inside the editor's window, under or over the field that opened it, as large as there is room for. It
-/// opens at the current row. Typing shows only the rows that hold the typed text; "#" also finds a sharp. The
+/// opens at the current row. Typing shows only the rows that hold the typed text, and before them what the text
+/// means by itself; "#" also finds a sharp. The
 /// arrows, Page Up, Page Down, Home, End and the wheel walk through the rows; Return and, before anything is
 /// typed, Space pick; Escape, Tab and a click outside close. [main] only.
 class PopupMenuOverlay final : public juce::Component, public EnvironmentScope, private juce::ListBoxModel {
@@ -32,7 +36,7 @@ public:
     using OnPick = std::function<void(std::size_t row)>;
 
     /// Opens a menu in the host around `field`, next to `box` of that field and in its colours. Without a host
-    /// nothing opens. `onPick` is called once at most, after the menu has closed.
+    /// nothing opens. `onPick`, or the choice that was typed, is called once at most, after the menu has closed.
     static void open(juce::Component& field, juce::Rectangle<int> box, MenuContents contents, OnPick onPick);
 
     PopupMenuOverlay(MenuContents contents, juce::Rectangle<int> anchor, OnPick onPick);
@@ -43,7 +47,8 @@ public:
     [[nodiscard]] static juce::Rectangle<int> place(juce::Rectangle<int> anchor, juce::Point<int> wanted,
                                                     juce::Rectangle<int> window);
 
-    /// What has been typed, the rows that it leaves, and the highlighted one among all.
+    /// What has been typed, the rows that it leaves, and the highlighted one among all; behind the last row of
+    /// all comes what was typed.
     [[nodiscard]] const juce::String& typed() const { return typed_; }
     [[nodiscard]] const std::vector<std::size_t>& shownRows() const { return shown_; }
     [[nodiscard]] std::optional<std::size_t> highlightedRow() const;
@@ -68,7 +73,9 @@ private:
     juce::String getNameForRow(int row) override;
     juce::String getTooltipForRow(int row) override;
 
+    [[nodiscard]] const juce::String& labelOf(std::size_t row) const;
     [[nodiscard]] const juce::String& label(int row) const;
+    [[nodiscard]] std::size_t typedRow() const { return contents_.labels.size(); }
     [[nodiscard]] bool canPick(int row) const;
     [[nodiscard]] int wantedWidth() const;
     /// The height of a panel around so many rows and the line with what is typed.
@@ -85,6 +92,7 @@ private:
     juce::Rectangle<int> anchor_;
     OnPick onPick_;
     juce::String typed_;
+    std::optional<TypedChoice> typedChoice_;
     std::vector<std::size_t> shown_;
     int widestLabel_ = 0;
     juce::Rectangle<int> panel_;

@@ -3,7 +3,8 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <map>
+#include <set>
+#include <span>
 #include <utility>
 
 #include "editor/AlertView.hpp"
@@ -13,6 +14,7 @@
 #include "editor/InstalledFiles.hpp"
 #include "editor/LearnOverlay.hpp"
 #include "editor/PanicKey.hpp"
+#include "editor/PopupMenuOverlay.hpp"
 #include "editor/PresetExchange.hpp"
 #include "editor/Style.hpp"
 
@@ -82,17 +84,18 @@ QuilloView::QuilloView(EditorUnit& unit)
     setFocusContainerType(FocusContainerType::keyboardFocusContainer);
     list_.makeRow = [this](const UUID& id) -> std::unique_ptr<juce::Component> { return makeCard(id); };
     list_.heightOfRow = [this](const UUID& id, int width) {
-        const auto* rule = entry(id);
-        return rule != nullptr ? RuleView::heightFor(*rule, width, why_.remark(id)) : 0;
+        const auto* shown = shownCard(id);
+        return shown != nullptr ? RuleView::heightFor(shown->rule, width, why_.remark(id), runOf(id)) : 0;
     };
-    list_.onMove = [this](const UUID& id, std::size_t position) { editor_.move({id}, position); };
+    list_.onMove = [this](const UUID& id, std::size_t position) { moveCard(id, position); };
     auto selector = std::make_unique<NewRuleSelector>(
-        [this](const MIDIRuleType& type) { addRule([&] { editor_.add(type); }); },
-        [this](juce::Component& opener) { learnNewRule(opener); });
+        NewRuleSelector::Actions{[this](const MIDIRuleType& type) { addRule([&] { editor_.add(type); }); },
+                                 [this] { addRule([this] { editor_.addNotesAsPlayed(); }); },
+                                 [this](juce::Component& opener) { learnNewRule(opener); }});
     newRuleSelector_ = selector.get();
     list_.setFooter(std::move(selector), [](int /*width*/) { return NewRuleSelector::preferredHeight(); });
     setUpLogs();
-    editor_.setOnWalk([this](const UUID& id) { list_.scrollTo(id); });
+    editor_.setOnWalk([this](const UUID& id) { list_.scrollTo(editor_.cardOf(id).front()); });
     juce::Desktop::getInstance().addFocusChangeListener(this);
     addAndMakeVisible(header_);
     addAndMakeVisible(list_);
@@ -117,9 +120,14 @@ QuilloView::~QuilloView() {
     setLookAndFeel(nullptr);
 }
 
-const RuleEntry* QuilloView::entry(const UUID& id) const {
-    const auto found = std::ranges::find(editor_.rules(), id, &RuleEntryIdentifiable::id);
-    return found != editor_.rules().end() ? &found->rule : nullptr;
+const QuilloView::ShownCard* QuilloView::shownCard(const UUID& id) const {
+    const auto found = shownPlaces_.find(id);
+    return found != shownPlaces_.end() ? &shown_[found->second] : nullptr;
+}
+
+RuleRun QuilloView::runOf(const UUID& id) const {
+    const auto* shown = shownCard(id);
+    return shown != nullptr ? RuleRun{0, shown->count, shown->rises} : RuleRun();
 }
 
 RuleView* QuilloView::card(const UUID& id) const {
@@ -129,59 +137,119 @@ RuleView* QuilloView::card(const UUID& id) const {
 std::unique_ptr<RuleView> QuilloView::makeCard(const UUID& id) {
     const Binding<RuleEntry> data(
         [this, id] {
-            const auto* rule = entry(id);
-            return rule != nullptr ? *rule : RuleEntry();
+            const auto* shown = shownCard(id);
+            return shown != nullptr ? shown->rule : RuleEntry();
         },
-        [this, id](RuleEntry rule) { editor_.edit({id}, std::move(rule)); },
-        [this, id](RuleEntry rule, FieldPlace field) { editor_.step({id}, std::move(rule), field); });
+        [this, id](const RuleEntry& rule) { editor_.edit(editor_.cardOf(id), rule); },
+        [this, id](const RuleEntry& rule, FieldPlace field) {
+            editor_.step(editor_.cardOf(id), rule, field);
+        });
     auto card = std::make_unique<RuleView>(
-        data, RuleViewActions{[this, id](TriggerEntryType type) { editor_.changeTriggerType({id}, type); },
-                              [this, id](const MIDIRuleType& type) { changeOutputType(id, type); },
-                              [this, id] { editor_.duplicate({id}); }, [this, id] { removeRule(id); },
-                              [this, id] { editor_.send(id); },
-                              [this, id](LearnButton& button) { learnTrigger(id, button); }});
+        data,
+        RuleViewActions{
+            [this, id](TriggerEntryType type) { editor_.changeTriggerType(editor_.cardOf(id), type); },
+            [this, id](const MIDIRuleType& type) { changeOutputType(id, type); },
+            [this, id] { editor_.duplicate(editor_.cardOf(id)); }, [this, id] { removeRule(id); },
+            [this, id] { editor_.send(id); }, [this, id](LearnButton& button) { learnTrigger(id, button); },
+            [this, id](juce::Component& button) { openCardMenu(id, button); }, runBinding(id)});
     card->showReason(why_.remark(id));
-    if (const auto* hits = hitsOf(id)) {
-        card->showHits(*hits);
+    if (const auto run = editor_.runOfCard(id)) {
+        if (const auto hits = hitsOf(*run)) {
+            card->showHits(*hits);
+        }
     }
     return card;
 }
 
+RunBinding QuilloView::runBinding(const UUID& id) {
+    return {
+        [this, id] { return runOf(id); },
+        [this, id](std::uint8_t from, std::uint8_t to) { editor_.setRange(editor_.cardOf(id), from, to); },
+        [this, id](int offset) { editor_.transpose(editor_.cardOf(id), offset); },
+        [this, id](const GenericByteV2& value) { editor_.sendAlike(editor_.cardOf(id), value); }};
+}
+
+void QuilloView::openCardMenu(const UUID& id, juce::Component& button) {
+    enum Row : std::size_t { fold, noteOff };
+    const auto run = runOf(id);
+    std::set<std::size_t> disabled;
+    if (!editor_.isFolded(id) && !editor_.canFold(id)) {
+        disabled.insert(fold);
+    }
+    if (shownCard(id)->rule.trigger.type != TriggerEntryType::NoteOn) {
+        disabled.insert(noteOff);
+    }
+    PopupMenuOverlay::open(button, button.getLocalBounds(),
+                           {"More",
+                            {editor_.isFolded(id) ? "Unfold" : "Fold",
+                             run.count > 1 ? "Make the Note Off too" : "Duplicate as Note Off"},
+                            {},
+                            disabled},
+                           [this, id](std::size_t row) {
+                               row == fold ? foldOrUnfold(id)
+                                           : editor_.duplicateAsNoteOff(editor_.cardOf(id));
+                           });
+}
+
+/// The card that the rule is on afterwards is seen.
+void QuilloView::foldOrUnfold(const UUID& id) {
+    editor_.isFolded(id) ? editor_.unfold(id) : editor_.fold(id);
+    rulesChanged();
+    list_.scrollTo(editor_.cardOf(id).front());
+}
+
+/// `position` counts cards.
+void QuilloView::moveCard(const UUID& id, std::size_t position) {
+    std::size_t rules = 0;
+    for (const auto& above : std::span(list_.items()).first(position)) {
+        rules += runOf(above).count;
+    }
+    editor_.move(editor_.cardOf(id), rules);
+}
+
 void QuilloView::advance(double seconds) {
-    const auto& hits = model_->hits();
     list_.forEachRow([&](std::size_t position, juce::Component& row) {
         auto& card = dynamic_cast<RuleView&>(row);
         card.advance(seconds);
-        if (position < hits.size()) {
-            card.showHits(hits[position]);
+        if (const auto hits = hitsOf(editor_.cards()[position])) {
+            card.showHits(*hits);
         }
     });
     panicAnswer_.advance(seconds);
 }
 
-/// Null where nobody counts.
-const RuleHits* QuilloView::hitsOf(const UUID& id) const {
-    const auto found = std::ranges::find(shown_, id, &RuleEntryIdentifiable::id);
-    const auto position = static_cast<std::size_t>(found - shown_.begin());
-    return position < model_->hits().size() ? &model_->hits()[position] : nullptr;
+/// Of all rules of a card, and when one of them fired last; nothing where nobody counts.
+std::optional<RuleHits> QuilloView::hitsOf(const RuleRun& card) const {
+    const auto& hits = model_->hits();
+    if (card.first + card.count > hits.size()) {
+        return std::nullopt;
+    }
+    RuleHits sum;
+    for (const auto& rule : std::span(hits).subspan(card.first, card.count)) {
+        sum.secondsAgo = rule.count > 0 && (sum.count == 0 || rule.secondsAgo < sum.secondsAgo)
+                             ? rule.secondsAgo
+                             : sum.secondsAgo;
+        sum.count += rule.count;
+    }
+    return sum;
 }
 
 /// A shortcut of the menu is a control change with its controller and the value 0.
 void QuilloView::changeOutputType(const UUID& id, const MIDIRuleType& type) {
     if (const auto* output = type.getIf<MIDIRuleType::OutputType>()) {
-        editor_.changeOutputType({id}, output->type);
+        editor_.changeOutputType(editor_.cardOf(id), output->type);
         return;
     }
-    const auto* current = entry(id);
+    const auto* current = shownCard(id);
     if (current == nullptr) {
         return;
     }
     const auto shortCut = defaultEntry(type, 0).output;
-    auto changed = *current;
+    auto changed = current->rule;
     changed.output.type = shortCut.type;
     changed.output.controller = shortCut.controller;
     changed.output.controllerValue = shortCut.controllerValue;
-    editor_.edit({id}, std::move(changed));
+    editor_.edit(editor_.cardOf(id), changed);
 }
 
 void QuilloView::addRule(const std::function<void()>& add) {
@@ -195,7 +263,7 @@ void QuilloView::addRule(const std::function<void()>& add) {
 /// Learned for a rule that is there, or for a new one.
 void QuilloView::learnTrigger(const UUID& id, LearnButton& button) {
     LearnOverlay::open(button, model_, [this, id](const std::vector<RuleTriggerEntry>& triggers) {
-        editor_.learn({id}, triggers);
+        editor_.learn(editor_.cardOf(id), triggers);
     });
 }
 
@@ -267,10 +335,9 @@ void QuilloView::removeRule(const UUID& id) {
     if (removed != nullptr && !byKeys && removed->hasKeyboardFocus(true)) {
         unfocusAllComponents();
     }
-    const auto element = std::ranges::find(editor_.rules(), id, &RuleEntryIdentifiable::id);
-    const auto position = static_cast<std::size_t>(element - editor_.rules().begin());
-    editor_.remove({id});
-    if (byKeys && entry(id) == nullptr) {
+    const auto position = shownPlaces_.at(id);
+    editor_.remove(editor_.cardOf(id));
+    if (byKeys && shownCard(id) == nullptr) {
         focusDeleteButton(position);
     }
 }
@@ -286,29 +353,36 @@ void QuilloView::focusDeleteButton(std::size_t position) {
     card(id)->buttons().deleteButton().grabKeyboardFocus();
 }
 
-/// Cards stay with their rules; only those whose rule is another one than before are refreshed.
-void QuilloView::rulesChanged() {
-    const auto before = std::exchange(shown_, editor_.rules());
-    why_.askAgain();
-    std::map<UUID, const RuleEntry*> shownBefore;
-    for (const auto& element : before) {
-        shownBefore.emplace(element.id, &element.rule);
+std::vector<QuilloView::ShownCard> QuilloView::cardsNow() const {
+    std::vector<ShownCard> cards;
+    for (const auto& card : editor_.cards()) {
+        const auto& first = editor_.rules()[card.first];
+        cards.push_back({first.id, first.rule, card.count, card.rises});
     }
+    return cards;
+}
+
+/// Cards stay with their first rules; only those that are others than before are refreshed.
+void QuilloView::rulesChanged() {
+    const auto before = std::exchange(shown_, cardsNow());
+    const auto placesBefore = std::exchange(shownPlaces_, {});
+    why_.askAgain();
     std::vector<UUID> ids;
     ids.reserve(shown_.size());
-    for (const auto& element : shown_) {
-        ids.push_back(element.id);
+    for (const auto& card : shown_) {
+        shownPlaces_.emplace(card.id, ids.size());
+        ids.push_back(card.id);
     }
     if (ids != list_.items()) {
         list_.setItems(std::move(ids));
     }
-    for (const auto& element : shown_) {
-        const auto found = shownBefore.find(element.id);
-        if (found != shownBefore.end() && !(*found->second == element.rule)) {
-            if (auto* changed = card(element.id)) {
+    for (const auto& card : shown_) {
+        const auto place = placesBefore.find(card.id);
+        if (place != placesBefore.end() && !(before[place->second] == card)) {
+            if (auto* changed = this->card(card.id)) {
                 changed->refresh();
             }
-            list_.refreshRow(element.id);
+            list_.refreshRow(card.id);
         }
     }
     if (why_.isOpen()) {

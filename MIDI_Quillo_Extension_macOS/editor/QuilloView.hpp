@@ -3,8 +3,11 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
@@ -58,7 +61,7 @@ public:
     [[nodiscard]] InOutLogger& logger() { return logger_; }
     [[nodiscard]] FileDropHint& dropHint() { return dropHint_; }
     [[nodiscard]] PanicAnswer& panicAnswer() { return panicAnswer_; }
-    /// The card of a rule, or null while it is out of sight.
+    /// The card that begins with a rule, or null while it is out of sight.
     [[nodiscard]] RuleView* card(const UUID& id) const;
 
     /// From now on these open in the place of the file browser inside the editor.
@@ -82,8 +85,23 @@ public:
 
 private:
     std::unique_ptr<RuleView> makeCard(const UUID& id);
-    [[nodiscard]] const RuleEntry* entry(const UUID& id) const;
-    [[nodiscard]] const RuleHits* hitsOf(const UUID& id) const;
+    /// A card as it is shown: its first rule, and how many more.
+    struct ShownCard {
+        UUID id;
+        RuleEntry rule;
+        std::size_t count;
+        bool rises;
+        bool operator==(const ShownCard&) const = default;
+    };
+
+    [[nodiscard]] const ShownCard* shownCard(const UUID& id) const;
+    [[nodiscard]] RuleRun runOf(const UUID& id) const;
+    [[nodiscard]] std::optional<RuleHits> hitsOf(const RuleRun& card) const;
+    [[nodiscard]] std::vector<ShownCard> cardsNow() const;
+    [[nodiscard]] RunBinding runBinding(const UUID& id);
+    void moveCard(const UUID& id, std::size_t position);
+    void openCardMenu(const UUID& id, juce::Component& button);
+    void foldOrUnfold(const UUID& id);
     void changeOutputType(const UUID& id, const MIDIRuleType& type);
     void addRule(const std::function<void()>& add);
     void removeRule(const UUID& id);
@@ -117,7 +135,8 @@ private:
     FilePanels filePanels_;
     NewRuleSelector* newRuleSelector_ = nullptr;  ///< below the list, which owns it
     SafePointer<juce::Component> lastFocus_;      ///< what in the editor had the keyboard focus last
-    RuleList shown_;                              ///< the list as the cards show it
+    std::vector<ShownCard> shown_;                ///< the cards as they are, in order
+    std::map<UUID, std::size_t> shownPlaces_;     ///< where in it each is
     GuideOpener guide_{[this](const std::string& problem) { editor_.alert(problem); }};
     Observation rulesObservation_;
     Observation alertObservation_;

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "editor/Style.hpp"
-#include "rules/TriggerChoices.hpp"
 
 namespace quillo {
 
@@ -24,6 +23,7 @@ const std::vector<juce::Point<int>>& sizes() {
             const MyTextButton button(label, {});
             made.emplace_back(button.preferredWidth(), button.preferredHeight());
         }
+        made.emplace_back(style::buttonHeight, style::buttonHeight);
         return made;
     }();
     return sizes;
@@ -31,16 +31,17 @@ const std::vector<juce::Point<int>>& sizes() {
 
 }  // namespace
 
-RuleButtons::RuleButtons(Binding<RuleOutputEntry> ruleOutput, std::function<void()> onDuplicate,
-                         std::function<void()> onDelete, std::function<void()> onSend)
-    : ruleOutput_(std::move(ruleOutput)),
-      duplicate_(duplicateLabel, std::move(onDuplicate)),
-      delete_(deleteLabel, std::move(onDelete)),
-      send_(sendLabel, std::move(onSend)),
+RuleButtons::RuleButtons(std::function<juce::String()> whyNotSent, Actions actions)
+    : whyNotSent_(std::move(whyNotSent)),
+      actions_(std::move(actions)),
+      duplicate_(duplicateLabel, actions_.onDuplicate),
+      delete_(deleteLabel, actions_.onDelete),
+      send_(sendLabel, actions_.onSend),
+      more_(
+          "More", IconName::more, [this] { actions_.onMore(more_); }, style::buttonHeight),
       stack_(spacing) {
-    send_.setAccented(true);
     addAndMakeVisible(stack_);
-    for (auto* button : {&duplicate_, &delete_, &send_}) {
+    for (auto* button : std::initializer_list<juce::Component*>{&duplicate_, &delete_, &send_, &more_}) {
         button->setVisible(true);
         stack_.add(*button);
     }
@@ -48,11 +49,9 @@ RuleButtons::RuleButtons(Binding<RuleOutputEntry> ruleOutput, std::function<void
 }
 
 void RuleButtons::refresh() {
-    const bool fixed = isFixed(ruleOutput_.get());
-    send_.setEnabled(fixed);
-    send_.setTooltip(
-        fixed ? juce::String()
-              : juce::String("This message takes something from its trigger, so it cannot be sent by hand"));
+    const auto reason = whyNotSent_();
+    send_.setEnabled(reason.isEmpty());
+    send_.setTooltip(reason);
 }
 
 int RuleButtons::heightFor(int width) {
@@ -69,8 +68,8 @@ void RuleButtons::resized() {
 
 void RuleButtons::parentHierarchyChanged() {
     const auto palette = environment<PaletteKey>(*this);
-    set<MyPrimaryColor>(palette.delayInput);
-    set<MySecondaryColor>(palette.delayInputSecondaryColor);
+    set<MyPrimaryColor>(palette.secondaryText);
+    send_.setColours(palette.delayInput, palette.delayInputSecondaryColor);
 }
 
 }  // namespace quillo

@@ -5,22 +5,27 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
-#include "editor/Binding.hpp"
 #include "editor/Environment.hpp"
+#include "editor/MyIconButton.hpp"
 #include "editor/MyTextButton.hpp"
 #include "editor/MyWrappingHStack.hpp"
-#include "rules/RuleEntry.hpp"
 
 namespace quillo {
 
-/// The buttons of a card. "Send" is there for messages of fixed bytes; a message that takes something from its
-/// trigger cannot be sent by hand. [main] only.
+/// The buttons of a card. "Send" is there for messages of fixed bytes; "More" opens the card's menu. [main] only.
 class RuleButtons final : public juce::Component, public EnvironmentScope {
 public:
-    RuleButtons(Binding<RuleOutputEntry> ruleOutput, std::function<void()> onDuplicate,
-                std::function<void()> onDelete, std::function<void()> onSend);
+    struct Actions {
+        std::function<void()> onDuplicate;
+        std::function<void()> onDelete;
+        std::function<void()> onSend;
+        std::function<void(juce::Component& button)> onMore;
+    };
 
-    /// The output may have changed.
+    /// `whyNotSent` says why the message cannot be sent by hand; an empty text where it can.
+    RuleButtons(std::function<juce::String()> whyNotSent, Actions actions);
+
+    /// The message may have changed.
     void refresh();
 
     [[nodiscard]] static int heightFor(int width);
@@ -30,15 +35,18 @@ public:
     [[nodiscard]] MyTextButton& duplicateButton() { return duplicate_; }
     [[nodiscard]] MyTextButton& deleteButton() { return delete_; }
     [[nodiscard]] MyTextButton& sendButton() { return send_; }
+    [[nodiscard]] MyIconButton& moreButton() { return more_; }
 
     void resized() override;
     void parentHierarchyChanged() override;
 
 private:
-    Binding<RuleOutputEntry> ruleOutput_;
+    std::function<juce::String()> whyNotSent_;
+    Actions actions_;
     MyTextButton duplicate_;
     MyTextButton delete_;
     MyTextButton send_;
+    MyIconButton more_;
     MyWrappingHStack stack_;
 };
 

@@ -18,9 +18,14 @@ constexpr int captionGap = 8;
 }  // namespace
 
 RuleHeaderView::RuleHeaderView(Binding<std::string> name)
-    : MyTextInputImpl("", juceText(nameCaption)), name_(std::move(name)) {
+    : MyTextInputImpl("", juceText(nameCaption)), name_(std::move(name)), remark_(juceText(nameCaption)) {
     setTitle(juceText(nameCaption));
     setClicks(2);
+}
+
+void RuleHeaderView::setRemark(const juce::String& remark) {
+    remark_ = remark;
+    repaint();
 }
 
 juce::String RuleHeaderView::shownText() const {
@@ -41,8 +46,12 @@ int RuleHeaderView::nameWidth() const {
     return std::min(textArea().getWidth(), textWidth(shownText(), style::titleText, true));
 }
 
+juce::String RuleHeaderView::textBehindName() const {
+    return shownText().isEmpty() ? juceText(nameCaption) : remark_;
+}
+
 int RuleHeaderView::captionWidth() const {
-    return textWidth(juceText(nameCaption), style::captionText);
+    return textWidth(textBehindName(), style::captionText);
 }
 
 /// An empty name has its caption in its place.
@@ -84,7 +93,7 @@ void RuleHeaderView::paintValue(juce::Graphics& graphics) {
     if (area.getWidth() >= captionWidth()) {
         graphics.setColour(displayColour(palette.secondaryText));
         graphics.setFont(textFont(style::captionText));
-        graphics.drawText(juceText(nameCaption),
+        graphics.drawText(textBehindName(),
                           onBaseline(area, graphics.getCurrentFont(), textFont(style::titleText, true)),
                           juce::Justification::centredLeft, false);
     }

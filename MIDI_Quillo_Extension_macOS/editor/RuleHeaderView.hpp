@@ -13,6 +13,10 @@ class RuleHeaderView final : public MyTextInputImpl {
 public:
     explicit RuleHeaderView(Binding<std::string> name);
 
+    /// What stands behind a name; "Message name" unless it is set.
+    void setRemark(const juce::String& remark);
+    [[nodiscard]] const juce::String& remark() const { return remark_; }
+
     [[nodiscard]] juce::String shownText() const override;
     [[nodiscard]] bool hasChevron() const override { return false; }
     juce::String getTooltip() override;
@@ -34,9 +38,11 @@ protected:
 
 private:
     [[nodiscard]] int nameWidth() const;
+    [[nodiscard]] juce::String textBehindName() const;
     [[nodiscard]] int captionWidth() const;
 
     Binding<std::string> name_;
+    juce::String remark_;
     NameFormatter format_;
 };
 

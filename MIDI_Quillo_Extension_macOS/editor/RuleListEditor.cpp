@@ -225,6 +225,18 @@ void RuleListEditor::add(const MIDIRuleType& type) {
     append({[&type](std::int64_t index) { return defaultEntry(type, index); }});
 }
 
+void RuleListEditor::addNotesAsPlayed() {
+    append({[](std::int64_t index) {
+        auto entry = defaultEntry(OutputEntryType::NoteOn, index);
+        entry.trigger.type = TriggerEntryType::NoteOn;
+        entry.trigger.passThrough = PassThroughV2::EatMatching;
+        entry.output.channel = RuleOutputChannelV2::TriggerChannel{};
+        entry.output.note = GenericByteV2::RespectiveTriggerByte{};
+        entry.output.velocity = GenericByteV2::RespectiveTriggerByte{};
+        return entry;
+    }});
+}
+
 void RuleListEditor::addSending(const RuleOutputEntry& output) {
     append({[&output](std::int64_t index) {
         auto entry = defaultEntry(output.type, index);

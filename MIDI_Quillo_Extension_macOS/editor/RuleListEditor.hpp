@@ -64,7 +64,8 @@ public:
     [[nodiscard]] const RuleList& rules() const { return model_->rules(); }
     /// The cards of the list: single rules and folded runs.
     [[nodiscard]] const std::vector<RuleRun>& cards() const { return folded_.cards(); }
-    /// The rules of the card that a rule stands on; none for a rule that is not in the list.
+    /// The card that a rule stands on, and its rules; nothing for a rule that is not in the list.
+    [[nodiscard]] std::optional<RuleRun> runOfCard(const UUID& id) const { return folded_.cardOf(id); }
     [[nodiscard]] RuleIds cardOf(const UUID& id) const;
     /// Whether the run that a rule is in can be folded, or its card unfolded.
     [[nodiscard]] bool canFold(const UUID& id) const;
@@ -83,6 +84,9 @@ public:
 
     /// Adds the default rule of this type at the end.
     void add(const MIDIRuleType& type);
+    /// Adds a rule at the end that takes every note and sends it as it was played: what is changed then is all that
+    /// becomes different.
+    void addNotesAsPlayed();
     /// Adds a rule at the end for each trigger, in one step; of two the second as `learn` makes it.
     void addWaitingFor(const std::vector<RuleTriggerEntry>& triggers);
     /// Adds a rule at the end that sends this.

@@ -8,9 +8,11 @@
 #include "editor/HitsText.hpp"
 #include "editor/JuceText.hpp"
 #include "editor/OutputFields.hpp"
+#include "editor/RunEdit.hpp"
 #include "editor/Style.hpp"
 #include "editor/TriggerFields.hpp"
 #include "rules/MIDIVocabulary.hpp"
+#include "rules/TriggerChoices.hpp"
 
 namespace quillo {
 
@@ -22,10 +24,11 @@ Binding<Entry> readOnly(const Entry& entry) {
     return {[&entry] { return entry; }, [](const Entry&) {}};
 }
 
-CardContent contentOf(const RuleEntry& entry, const std::optional<RuleRemark>& reason) {
+CardContent contentOf(const RuleEntry& entry, const RuleRun& run, const std::optional<RuleRemark>& reason) {
     const Palette palette;
-    return {.trigger = sizesOf(triggerFields(readOnly(entry.trigger), palette, {})),
-            .output = sizesOf(outputFields(readOnly(entry.output), entry.trigger.type, palette, {})),
+    const RunBinding readRun{[run] { return run; }};
+    return {.trigger = sizesOf(triggerFields(readOnly(entry), readRun, palette, {})),
+            .output = sizesOf(outputFields(readOnly(entry), readRun, palette, {})),
             .status = reason.value_or(RuleRemark()),
             .isReason = reason.has_value()};
 }
@@ -42,8 +45,8 @@ RuleView::RuleView(Binding<RuleEntry> data, RuleViewActions actions)
       trigger_(juceText(triggerCaption)),
       outputLabel_(juceText(messageCaption)),
       output_(juceText(messageCaption)),
-      buttons_(fieldBinding(data_, &RuleEntry::output), actions_.onDuplicate, actions_.onDelete,
-               actions_.onSend) {
+      buttons_([this] { return whyNotSent(); },
+               {actions_.onDuplicate, actions_.onDelete, actions_.onSend, actions_.onMore}) {
     int order = 0;
     for (auto* part : std::initializer_list<juce::Component*>{
              &handle_, &header_, &status_, &triggerLabel_, &trigger_, &outputLabel_, &output_, &buttons_}) {
@@ -54,25 +57,39 @@ RuleView::RuleView(Binding<RuleEntry> data, RuleViewActions actions)
     setTitle(juceText(data_.get().name));
     setFocusContainerType(FocusContainerType::none);
     makeFields();
+    showCount();
 }
 
 RuleView::Shape RuleView::shape() const {
     const auto entry = data_.get();
-    return {entry.trigger.type, entry.output.type};
+    return {entry.trigger.type, entry.output.type, canHaveRange(entry.trigger), actions_.run.get().count > 1};
+}
+
+juce::String RuleView::whyNotSent() const {
+    if (!isFixed(data_.get().output)) {
+        return "This message takes something from its trigger, so it cannot be sent by hand";
+    }
+    return actions_.run.get().rises
+               ? "Each rule of this card sends another message, so they cannot be sent by hand"
+               : "";
+}
+
+void RuleView::showCount() {
+    const auto count = actions_.run.get().count;
+    header_.setRemark(count > 1 ? juce::String(count) + " rules" : juceText(nameCaption));
 }
 
 void RuleView::makeFields() {
     const auto palette = environment<PaletteKey>(*this);
-    trigger_.setFields(
-        triggerFields(fieldBinding(data_, &RuleEntry::trigger), palette, actions_.onTriggerTypeChange));
-    output_.setFields(outputFields(fieldBinding(data_, &RuleEntry::output), shape_.trigger, palette,
-                                   actions_.onOutputTypeChange));
+    trigger_.setFields(triggerFields(data_, actions_.run, palette, actions_.onTriggerTypeChange));
+    output_.setFields(outputFields(data_, actions_.run, palette, actions_.onOutputTypeChange));
 }
 
 void RuleView::refresh() {
     setTitle(juceText(data_.get().name));
     header_.refresh();
     buttons_.refresh();
+    showCount();
     if (shape_ == shape()) {
         trigger_.refresh();
         output_.refresh();
@@ -120,12 +137,13 @@ void RuleView::showStatus() {
     }
 }
 
-int RuleView::heightFor(const RuleEntry& entry, int width, const std::optional<RuleRemark>& reason) {
-    return CardLayout(contentOf(entry, reason), width).height;
+int RuleView::heightFor(const RuleEntry& entry, int width, const std::optional<RuleRemark>& reason,
+                        const RuleRun& run) {
+    return CardLayout(contentOf(entry, run, reason), width).height;
 }
 
 void RuleView::resized() {
-    content_ = contentOf(data_.get(), reason_);
+    content_ = contentOf(data_.get(), actions_.run.get(), reason_);
     content_.status = status_.remark();
     layOut();
 }

@@ -16,6 +16,7 @@
 #include "editor/RuleButtons.hpp"
 #include "editor/RuleHeaderView.hpp"
 #include "editor/RuleStatus.hpp"
+#include "editor/RunBinding.hpp"
 #include "editor/SectionLabel.hpp"
 #include "rules/MIDIRuleType.hpp"
 #include "rules/RuleEntry.hpp"
@@ -32,10 +33,15 @@ struct RuleViewActions {
     std::function<void()> onSend;
     /// The button asks for the trigger to be learned.
     std::function<void(LearnButton& button)> onLearn;
+    /// The button asks for the card's menu.
+    std::function<void(juce::Component& button)> onMore;
+    /// The run that the card stands for.
+    RunBinding run{};
 };
 
-/// The card of one rule: the grip it is dragged by, the name, the trigger, the message and the buttons. Every
-/// field edits the rule's entry through the binding; the card keeps no copy.
+/// The card of a rule, or of a folded run: the grip it is dragged by, the name, the trigger, the message and the
+/// buttons. Every field edits the entry of the rule, the first of a run, through the binding; the card keeps no
+/// copy. Behind the name of a run stands of how many rules it consists.
 ///
 /// The card says how often the rule fired; in its place, as long as there is one, stands the reason why it does
 /// or does not fire. A hit lights the card up for a moment, a reason that says "fired" for as long as it is
@@ -64,7 +70,8 @@ public:
 
     /// The height of the card of an entry in a list of this width, while it shows this reason.
     [[nodiscard]] static int heightFor(const RuleEntry& entry, int width,
-                                       const std::optional<RuleRemark>& reason = std::nullopt);
+                                       const std::optional<RuleRemark>& reason = std::nullopt,
+                                       const RuleRun& run = {});
 
     [[nodiscard]] FieldSection& trigger() { return trigger_; }
     [[nodiscard]] FieldSection& output() { return output_; }
@@ -82,10 +89,14 @@ private:
     struct Shape {
         TriggerEntryType trigger;
         OutputEntryType output;
+        bool canHaveRange;
+        bool isRun;
         bool operator==(const Shape&) const = default;
     };
 
     [[nodiscard]] Shape shape() const;
+    [[nodiscard]] juce::String whyNotSent() const;
+    void showCount();
     void makeFields();
     void showStatus();
     void layOut();

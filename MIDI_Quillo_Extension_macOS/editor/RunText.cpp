@@ -17,10 +17,6 @@ constexpr std::string_view sharp = "♯";
 constexpr std::string_view minus = "−";
 constexpr std::string_view dash = "–";
 
-bool waitsForNotes(TriggerEntryType type) {
-    return type == TriggerEntryType::NoteOn || type == TriggerEntryType::NoteOff;
-}
-
 std::string replaced(std::string text, std::string_view sign, char by) {
     for (auto at = text.find(sign); at != std::string::npos; at = text.find(sign)) {
         text.replace(at, sign.size(), 1, by);
@@ -51,6 +47,10 @@ std::optional<std::uint8_t> plainValue(TriggerEntryType type, const std::string&
 }
 
 }  // namespace
+
+bool waitsForNotes(TriggerEntryType type) {
+    return type == TriggerEntryType::NoteOn || type == TriggerEntryType::NoteOff;
+}
 
 std::string valueText(TriggerEntryType type, std::uint8_t value) {
     return waitsForNotes(type) ? noteName(value) : std::to_string(value);

@@ -13,6 +13,9 @@
 /// Ranges and transpositions as the editor shows them, and as they are typed.
 namespace quillo {
 
+/// Whether a trigger waits for a note.
+[[nodiscard]] bool waitsForNotes(TriggerEntryType type);
+
 /// A value as a card with this trigger names it: "C1" where it is a note, else "36".
 [[nodiscard]] std::string valueText(TriggerEntryType type, std::uint8_t value);
 

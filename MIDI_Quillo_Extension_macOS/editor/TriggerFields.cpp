@@ -2,7 +2,10 @@
 #include "editor/TriggerFields.hpp"
 
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "editor/RunExtras.hpp"
 #include "editor/ValueFormatters.hpp"
 
 namespace quillo {
@@ -12,8 +15,8 @@ namespace {
 /// The editors of single fields, each bound to its field and coloured from the palette.
 class TriggerFieldPlanner {
 public:
-    TriggerFieldPlanner(const Binding<RuleTriggerEntry>& data, const Palette& palette)
-        : data_(data), palette_(palette) {}
+    TriggerFieldPlanner(const Binding<RuleEntry>& rule, const RunBinding& run, const Palette& palette)
+        : rule_(rule), data_(fieldBinding(rule, &RuleEntry::trigger)), run_(run), palette_(palette) {}
 
     [[nodiscard]] FieldPlan triggerTypeView(const std::function<void(TriggerEntryType)>& onChange) const {
         const Binding<TriggerEntryType> type([data = data_] { return data.get().type; }, onChange);
@@ -30,9 +33,11 @@ public:
     }
 
     [[nodiscard]] FieldPlan triggerNoteView() const {
-        return pickerPlan<TriggerValueV2>(
+        auto plan = pickerPlan<TriggerValueV2>(
             "Note", byte2Colors(), triggerNoteMenu(), fieldBinding(data_, &RuleTriggerEntry::note),
             [](const TriggerValueV2& value) { return juceText(TriggerValueFormatter().format(value)); });
+        plan.extras = rangeExtras(rule_, run_);
+        return plan;
     }
 
     [[nodiscard]] FieldPlan triggerControlChangeView() const {
@@ -50,17 +55,23 @@ public:
     }
 
     [[nodiscard]] FieldPlan passthroughView() const {
-        return pickerPlan("Incoming", triggerColors(), passThroughMenu(),
+        auto menu = passThroughMenu();
+        if (run_.get().count > 1) {
+            std::erase_if(menu, [](const auto& row) { return row.value == PassThroughV2::EatNonMatching; });
+        }
+        return pickerPlan("Incoming", triggerColors(), std::move(menu),
                           fieldBinding(data_, &RuleTriggerEntry::passThrough));
     }
 
 private:
     [[nodiscard]] FieldPlan valueOrAny(const juce::String& caption,
                                        TriggerValueV2 RuleTriggerEntry::* field) const {
-        return inputPlan<TriggerValueFormatter>(
+        auto plan = inputPlan<TriggerValueFormatter>(
             caption, {palette_.midi3dByteInput, palette_.midi3dByteInputSecondaryColor},
             fieldBinding(data_, field), juceText(anyLabel),
             {{TriggerValueV2::AnyValue{}, std::string(anyLabel)}});
+        plan.extras = rangeExtras(rule_, run_);
+        return plan;
     }
 
     [[nodiscard]] ColorPair triggerColors() const {
@@ -70,17 +81,19 @@ private:
         return {palette_.midi2dByteInput, palette_.midi2dByteInputSecondaryColor};
     }
 
+    Binding<RuleEntry> rule_;
     Binding<RuleTriggerEntry> data_;
+    RunBinding run_;
     Palette palette_;
 };
 
 }  // namespace
 
-FieldPlans triggerFields(const Binding<RuleTriggerEntry>& data, const Palette& palette,
+FieldPlans triggerFields(const Binding<RuleEntry>& rule, const RunBinding& run, const Palette& palette,
                          const std::function<void(TriggerEntryType)>& onTriggerTypeChange) {
-    const TriggerFieldPlanner plan(data, palette);
+    const TriggerFieldPlanner plan(rule, run, palette);
     const auto type = plan.triggerTypeView(onTriggerTypeChange);
-    switch (data.get().type) {
+    switch (rule.get().trigger.type) {
     case TriggerEntryType::OnLoad: return {type};
     case TriggerEntryType::NoteOn:
     case TriggerEntryType::NoteOff:

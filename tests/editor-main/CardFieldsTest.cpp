@@ -100,7 +100,7 @@ INSTANTIATE_TEST_SUITE_P(
         std::pair(OutputEntryType::PitchWheel, Captions{"Type", "Ch", "Pitch", "Delay (ms)"}),
         std::pair(OutputEntryType::SystemExclusive, Captions{"Type", "Bytes (hex)", "Delay (ms)"})));
 
-TEST(CardFields, PickersOfATriggerOfferAnyAndEveryValue) {
+TEST(CardFields, PickersOfATriggerOfferAnyEveryValueAndARange) {
     EditorStage stage(oneOf(TriggerEntryType::NoteOn, OutputEntryType::NoteOn));
     const auto rows = [&stage](const juce::String& caption) {
         EditorStage::openMenu(field(stage.card().trigger(), caption));
@@ -110,11 +110,11 @@ TEST(CardFields, PickersOfATriggerOfferAnyAndEveryValue) {
     };
     EXPECT_EQ(rows("Type"), 11U);
     EXPECT_EQ(rows("Ch"), 17U);
-    EXPECT_EQ(rows("Note"), 129U);
+    EXPECT_EQ(rows("Note"), 130U);
     EXPECT_EQ(rows("Incoming"), 3U);
     stage.pick(field(stage.card().trigger(), "Type"), "CC");
     EXPECT_EQ(rows("Controller"), 128U);
-    EXPECT_EQ(rows("Value"), 1U);
+    EXPECT_EQ(rows("Value"), 2U);
 }
 
 TEST(CardFields, PickersOfAMessageOfferFromTriggerBeforeEveryValue) {

@@ -104,7 +104,8 @@ TEST_F(RuleListView, EachOfSeveralQuickClicksOnDuplicateMakesACopy) {
 TEST_F(RuleListView, AMenuThatIsLeftAddsNothing) {
     open({});
     click(findBelow<NewRuleSelector>(stage->view())->button());
-    EXPECT_EQ(stage->menu().shownRows().size(), 10U) << "Nine kinds of messages, and learning.";
+    EXPECT_EQ(stage->menu().shownRows().size(), 11U)
+        << "Nine kinds of messages, notes as played, and learning.";
     key(stage->window, juce::KeyPress::escapeKey);
     EXPECT_EQ(stage->view().overlay(), nullptr);
     EXPECT_TRUE(stage->installed().empty());

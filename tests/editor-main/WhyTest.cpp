@@ -84,6 +84,34 @@ TEST_F(WhyInTheEditor, EveryCardSaysWhatItMadeOfTheChosenEntryUntilClose) {
     EXPECT_EQ(why().getButtonText(), "Why");
 }
 
+/// Three rules for three notes, on one card.
+std::vector<Rule> threeNotes() {
+    std::vector<Rule> rules;
+    for (std::uint8_t note = 36; note < 39; ++note) {
+        rules.push_back(
+            rule(onNoteOn(exactly(note), exactly(0), eatMatching), send(noteOn(2, note, 1)), "Three"));
+    }
+    return rules;
+}
+
+TEST_F(WhyInTheEditor, TheCardOfARunSpeaksForItsRules) {
+    auto rules = threeNotes();
+    rules.push_back(rule(onNoteOn(), answer, "Late"));
+    open(rules);
+    stage->render({{0x90, 37, 100}, {0x90, 60, 100}, {0x91, 37, 100}});
+    const auto reasonFor = [this](int row) {
+        choose(in(), row);
+        return stage->card(0).status().remark().words;
+    };
+    choose(in(), 0);
+    click(why());
+    EXPECT_EQ(reasonFor(0), "fired: sent 92 25 01 at once, and consumed it");
+    EXPECT_EQ(stage->card(3).status().remark().words, "not reached: rule 2 \"Three\" consumed it");
+    EXPECT_EQ(reasonFor(1), "passed over: it waits for note 36 (C1) to 38 (D1), this is note 60 (C3)");
+    EXPECT_EQ(reasonFor(2), "passed over: it waits for channel 1, this is channel 2");
+    EXPECT_TRUE(stage->card(3).isLit());
+}
+
 TEST_F(WhyInTheEditor, EscapeEndsItWhereverTheKeyboardIs) {
     open({rule(onNoteOn(), answer)});
     stage->render({{0x90, 60, 100}});

@@ -65,6 +65,38 @@ TEST(PopupMenuOverlay, ADisabledRowIsGreyAndCannotBePicked) {
     EXPECT_EQ(desk.picked, 2U);
 }
 
+TEST(PopupMenuOverlay, OffersFirstWhatTheTypedTextMeansByItself) {
+    juce::String chosen;
+    auto contents = noteContents(64);
+    contents.typed = [&chosen](const juce::String& typed) -> std::optional<TypedChoice> {
+        if (!typed.startsWith("c")) {
+            return std::nullopt;
+        }
+        return TypedChoice{"all of " + typed, [&chosen, typed] { chosen = typed; }};
+    };
+    MenuDesk desk(contents);
+    type(desk.window, "c1");
+    const auto typedRow = contents.labels.size();
+    ASSERT_EQ(desk.menu().shownRows().front(), typedRow);
+    EXPECT_GT(desk.menu().shownRows().size(), 1U) << "What holds the text stays below.";
+    EXPECT_EQ(desk.menu().highlightedRow(), typedRow);
+    desk.press(juce::KeyPress::returnKey);
+    EXPECT_EQ(chosen, "c1");
+    EXPECT_EQ(desk.picked, std::nullopt);
+    EXPECT_FALSE(desk.isOpen());
+}
+
+TEST(PopupMenuOverlay, PicksARowBesideWhatTheTypedTextMeans) {
+    auto contents = noteContents(64);
+    contents.typed = [](const juce::String&) { return std::optional(TypedChoice{"typed", [] { FAIL(); }}); };
+    MenuDesk desk(contents);
+    type(desk.window, "60 (");
+    desk.press(juce::KeyPress::downKey);
+    desk.press(juce::KeyPress::returnKey);
+    ASSERT_TRUE(desk.picked);
+    EXPECT_TRUE(contents.labels[*desk.picked].startsWith("60 ("));
+}
+
 TEST(PopupMenuOverlay, WalksWithTheKeys) {
     MenuDesk desk(noteContents(64));
     desk.press(juce::KeyPress::downKey);

@@ -52,7 +52,7 @@ protected:
 TEST_F(FoldedRunsTest, AListUnderTheUsersHandsStaysUnfolded) {
     auto grown = waitingFor({36});
     follow(grown);
-    for (const std::uint8_t note : {37, 38, 39}) {
+    for (std::uint8_t note = 37; note < 40; ++note) {
         grown.push_back(waitingFor({note}).front());
         follow(grown);
     }
@@ -66,9 +66,9 @@ TEST_F(FoldedRunsTest, RunsOfThreeAndMoreThatArriveAreFolded) {
 
 TEST_F(FoldedRunsTest, ACardSaysWhetherItsMessageRises) {
     RuleList rising;
-    for (const std::uint8_t note : {36, 37, 38}) {
-        rising.push_back(
-            elementFromRule(rule(onNoteOn(exactly(note)), send(noteOn(1, std::uint8_t(note + 12), 100)))));
+    for (std::uint8_t note = 36; note < 39; ++note) {
+        rising.push_back(elementFromRule(
+            rule(onNoteOn(exactly(note)), send(noteOn(1, static_cast<std::uint8_t>(note + 12), 100)))));
     }
     arrive(rising);
     EXPECT_EQ(folded.cards(), (std::vector<RuleRun>{{0, 3, true}}));

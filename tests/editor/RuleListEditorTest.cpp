@@ -119,6 +119,15 @@ TEST_F(RuleListEditorTest, NewRulesForAPairAreOneStep) {
     EXPECT_TRUE(editor.rules().empty());
 }
 
+TEST_F(RuleListEditorTest, NotesAsPlayedComeOutAsTheyCameIn) {
+    editor.addNotesAsPlayed();
+    EXPECT_EQ(desk.installed,
+              (std::vector{rule(onNoteOn(any, any, PassThroughV2::EatMatching),
+                                send(protocol(StatusV2::noteOn, triggerChannel, triggerByte, triggerByte)),
+                                "Message #1")}));
+    EXPECT_EQ(editor.undoName(), "Add Message #1");
+}
+
 TEST_F(RuleListEditorTest, ANewRuleSendsWhatItIsToldTo) {
     RuleOutputEntry output;
     output.type = OutputEntryType::ControlChange;

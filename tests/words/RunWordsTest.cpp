@@ -43,5 +43,13 @@ TEST(RunWords, SayWhatKindOfValueItIs) {
         "controller 7 (Volume) with value 9 to 10 on channel 1 at once.");
 }
 
+TEST(RunWords, OfTwoSentencesNameTheFirstAndTheLastOfWhatDiffers) {
+    EXPECT_EQ(
+        sentenceFromTo("it waits for 36 (C1), this is 60 (C3)", "it waits for 47 (B1), this is 60 (C3)"),
+        "it waits for 36 (C1) to 47 (B1), this is 60 (C3)");
+    EXPECT_EQ(sentenceFromTo("the same", "the same"), "the same");
+    EXPECT_EQ(sentenceFromTo("two words", "these are four words"), "two words");
+}
+
 }  // namespace
 }  // namespace quillo
