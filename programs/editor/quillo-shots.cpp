@@ -246,6 +246,55 @@ void showLearning(Photographer& photographer) {
     }
 }
 
+/// Notes C1 to B1 on channel 1, which play an octave higher on channel 2.
+std::vector<Rule> splitRules(TriggerEntryType from, OutputEntryType to, const std::string& name) {
+    std::vector<Rule> rules;
+    for (std::uint8_t note = 36; note < 48; ++note) {
+        RuleEntry entry;
+        entry.name = name;
+        entry.trigger = {.type = from,
+                         .channel = TriggerValueV2::Value{0},
+                         .note = TriggerValueV2::Value{note},
+                         .passThrough = PassThroughV2::EatMatching};
+        entry.output.type = to;
+        entry.output.channel = RuleOutputChannelV2::Value{1};
+        entry.output.note = GenericByteV2::Value{static_cast<std::uint8_t>(note + 12)};
+        entry.output.velocity = GenericByteV2::RespectiveTriggerByte{};
+        rules.push_back(ruleFromEntry(entry));
+    }
+    return rules;
+}
+
+/// Types what is looked for into the open menu, and takes what it finds first.
+void pickInMenu(QuilloView& view, const juce::String& words) {
+    for (const auto letter : words) {
+        view.overlay()->keyPressed(juce::KeyPress(letter, {}, letter));
+    }
+    press(*view.overlay()->getChildComponent(0));
+}
+
+/// A run folded, while its range is asked for, and unfolded.
+void showRuns(Photographer& photographer) {
+    for (const auto& [width, height] : smallAndLarge) {
+        auto rules = splitRules(TriggerEntryType::NoteOn, OutputEntryType::NoteOn, "Bass split");
+        const auto ends =
+            splitRules(TriggerEntryType::NoteOff, OutputEntryType::NoteOff, "Bass split, release");
+        rules.insert(rules.end(), ends.begin(), ends.end());
+        Desk desk(rules);
+        auto& view = desk.view();
+        view.setSize(width, height);
+        photographer.take(view, sized("run-folded", view));
+        auto& card = *view.card(view.editor().rules()[0].id);
+        dynamic_cast<MyPickerImpl&>(card.trigger().fields()[2]->field()).openMenu();
+        pickInMenu(view, "range");
+        photographer.take(view, sized("run-made", view));
+        view.closeOverlay();
+        press(card.buttons().moreButton());
+        pickInMenu(view, "unfold");
+        photographer.take(view, sized("run-unfolded", view));
+    }
+}
+
 /// A pedal learns to call strings, in six pictures.
 class Film {
 public:
@@ -351,6 +400,7 @@ void showAll(const juce::File& folder, std::span<char*> presets) {
     showBrowser(photographer);
     showReasons(photographer);
     showLearning(photographer);
+    showRuns(photographer);
     Film(photographer).show();
     showCards(photographer);
     showMany(photographer);

@@ -12,6 +12,7 @@
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
 #include "rules/RuleEntry.hpp"
+#include "rules/RuleRun.hpp"
 #include "support/MIDIFileBytes.hpp"
 
 namespace quillo {
@@ -74,10 +75,45 @@ TEST(Recipes, TheLeftHandPlaysTheBassOnItsOwnChannelOnly) {
                      {{10, "90 24 64"}, {11, "90 3c 65"}, {20, "80 24 40"}, {21, "80 3c 41"}}, 30),
               messagesAt({{0, "b1 00 00"},
                           {0, "c1 20"},
+                          {0, "b0 00 00"},
+                          {0, "c0 00"},
                           {10, "91 24 64"},
                           {11, "90 3c 65"},
                           {20, "81 24 40"},
                           {21, "80 3c 41"}}));
+}
+
+TEST(Recipes, EveryKeySoundsAnOctaveHigherAsWell) {
+    EXPECT_EQ(played("octave-doubled.json",
+                     {{10, "90 15 64"}, {11, "90 6c 65"}, {20, "80 15 40"}, {21, "80 6c 41"}}, 30),
+              messagesAt({{10, "90 21 64"},
+                          {10, "90 15 64"},
+                          {11, "90 78 65"},
+                          {11, "90 6c 65"},
+                          {20, "80 21 40"},
+                          {20, "80 15 40"},
+                          {21, "80 78 41"},
+                          {21, "80 6c 41"}}));
+}
+
+TEST(Recipes, ThePadsPlayTheDrumsAnOctaveHigherAndNothingElseMoves) {
+    EXPECT_EQ(
+        played("pads-an-octave-up.json",
+               {{10, "99 24 64"}, {11, "99 33 65"}, {12, "99 34 66"}, {20, "89 24 40"}, {21, "90 24 41"}},
+               30),
+        messagesAt(
+            {{10, "99 30 64"}, {11, "99 3f 65"}, {12, "99 34 66"}, {20, "89 30 40"}, {21, "90 24 41"}}));
+}
+
+/// How many cards each recipe has.
+TEST(Recipes, OfRangesAreAFewCards) {
+    const auto cards = [](const std::string& preset) {
+        return runsOf(PluginData::read(readWholeFile(std::string(QUILLO_PRESETS) + "/" + preset)).rules)
+            .size();
+    };
+    EXPECT_EQ(cards("bass-split.json"), 4);
+    EXPECT_EQ(cards("octave-doubled.json"), 2);
+    EXPECT_EQ(cards("pads-an-octave-up.json"), 2);
 }
 
 TEST(Recipes, TheSynthesizerIsResetAtLoadAndHasItsSoundASecondAndAHalfLater) {
@@ -122,8 +158,9 @@ TEST(Recipes, TheEchoesOfAReleaseAndANewStrokeOnOneTickKeepTheirOrder) {
 }
 
 TEST(Recipes, CanBeMadeInTheEditorAsTheyAre) {
-    for (const auto* preset : {"demo.json", "pedal-to-strings.json", "sounds-at-start.json",
-                               "bass-split.json", "reset-then-sound.json", "echo.json"}) {
+    for (const auto* preset :
+         {"demo.json", "pedal-to-strings.json", "sounds-at-start.json", "bass-split.json",
+          "octave-doubled.json", "pads-an-octave-up.json", "reset-then-sound.json", "echo.json"}) {
         const auto document = PluginData::read(readWholeFile(std::string(QUILLO_PRESETS) + "/" + preset));
         for (const auto& rule : document.rules) {
             EXPECT_EQ(ruleFromEntry(entryFromRule(rule)), rule) << preset << ", " << rule.name;

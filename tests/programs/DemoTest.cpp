@@ -22,9 +22,14 @@ using testing::HasSubstr;
 using testing::MatchesRegex;
 
 const std::string presets = QUILLO_PRESETS;
-const std::vector<std::string> examples{
-    "bass-split.json",       "demo.json",           "echo.json", "pedal-to-strings.json",
-    "reset-then-sound.json", "sounds-at-start.json"};
+const std::vector<std::string> examples{"bass-split.json",
+                                        "demo.json",
+                                        "echo.json",
+                                        "octave-doubled.json",
+                                        "pads-an-octave-up.json",
+                                        "pedal-to-strings.json",
+                                        "reset-then-sound.json",
+                                        "sounds-at-start.json"};
 
 std::string exampleNamed(const std::string& name) {
     return presets + "/" + name;
