@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
@@ -19,7 +21,9 @@ constexpr int height = 250;
 
 /// An editor that was opened, at its opening size.
 struct OpenEditor {
-    explicit OpenEditor(std::size_t rules) : desk(manyRules(rules)) { desk.view().setSize(width, height); }
+    explicit OpenEditor(std::vector<Rule> rules) : desk(std::move(rules)) {
+        desk.view().setSize(width, height);
+    }
 
     juce::ScopedJuceInitialiser_GUI juce;
     Desk desk;
@@ -37,13 +41,13 @@ std::string rows(std::size_t rules) {
 
 Step open(std::size_t rules) {
     return [rules] {
-        OpenEditor editor(rules);
+        OpenEditor editor(manyRules(rules));
         editor.draw();
     };
 }
 
 /// The arrow keys on the first card's delay: up, down, up...
-Step edit(std::size_t rules) {
+Step edit(const std::vector<Rule>& rules) {
     return [editor = std::make_shared<OpenEditor>(rules), up = false]() mutable {
         auto& view = editor->desk.view();
         auto& delay = view.card(view.editor().rules().front().id)->output().fields().back()->field();
@@ -54,7 +58,7 @@ Step edit(std::size_t rules) {
 
 /// Down by 20 points and drawn, and from the top again at the end.
 Step scroll(std::size_t rules, int step) {
-    return [editor = std::make_shared<OpenEditor>(rules), position = 0, step]() mutable {
+    return [editor = std::make_shared<OpenEditor>(manyRules(rules)), position = 0, step]() mutable {
         auto& list = editor->desk.view().list();
         position += step;
         list.setScrollPosition(position);
@@ -74,9 +78,11 @@ void addEditorBenchmarks() {
     opening.addRow(rows(1000), 1, [] { return open(1000); });
 
     const Section edits("An edit, from the key to the installed rules", "edit");
-    edits.addFloor("one rule", 1, [] { return edit(1); });
-    edits.addRow(rows(10), 1, [] { return edit(10); });
-    edits.addRow(rows(1000), 1, [] { return edit(1000); });
+    edits.addFloor("one rule", 1, [] { return edit(manyRules(1)); });
+    edits.addRow(rows(10), 1, [] { return edit(manyRules(10)); });
+    edits.addRow(rows(1000), 1, [] { return edit(manyRules(1000)); });
+    edits.addRow("a run of 128 rules", 1, [] { return edit(manyRuns(1, 128)); });
+    edits.addRow("10000 rules in 200 runs", 1, [] { return edit(manyRuns(200, 50)); });
 
     constexpr int points = 20;
     const Section frames("A frame of scrolling", "frame");

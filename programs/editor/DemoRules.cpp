@@ -127,4 +127,17 @@ std::vector<Rule> manyRules(std::size_t count) {
     return rules;
 }
 
+std::vector<Rule> manyRuns(std::size_t runs, std::size_t rulesEach) {
+    std::vector<Rule> rules;
+    for (std::size_t run = 0; run < runs; ++run) {
+        auto entry = defaultEntry(OutputEntryType::NoteOn, static_cast<std::int64_t>(run) + 1);
+        entry.trigger.type = TriggerEntryType::NoteOn;
+        for (std::size_t note = 0; note < rulesEach; ++note) {
+            entry.trigger.note = TriggerValueV2::Value{static_cast<std::uint8_t>(note)};
+            rules.push_back(ruleFromEntry(entry));
+        }
+    }
+    return rules;
+}
+
 }  // namespace quillo

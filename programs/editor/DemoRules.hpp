@@ -18,4 +18,7 @@ namespace quillo {
 /// The demo rules over and over, as many as asked for, each under its number.
 [[nodiscard]] std::vector<Rule> manyRules(std::size_t count);
 
+/// So many runs, each of as many rules: they wait for notes, and the same is sent for each.
+[[nodiscard]] std::vector<Rule> manyRuns(std::size_t runs, std::size_t rulesEach);
+
 }  // namespace quillo
