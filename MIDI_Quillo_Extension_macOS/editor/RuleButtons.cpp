@@ -68,7 +68,7 @@ void RuleButtons::resized() {
 
 void RuleButtons::parentHierarchyChanged() {
     const auto palette = environment<PaletteKey>(*this);
-    set<MyPrimaryColor>(palette.secondaryText);
+    set<MyPrimaryColor>(palette.primaryText);
     send_.setColours(palette.delayInput, palette.delayInputSecondaryColor);
 }
 
