@@ -37,24 +37,26 @@ std::string sentWords(const MIDIMessage& message) {
 }
 
 /// The width of the widest name.
-std::size_t nameColumn(const std::vector<Rule>& rules) {
+std::size_t nameColumn(const std::vector<Rule>& rules, const RuleShelf& shelf) {
     std::size_t width = 0;
-    for (const auto& rule : rules) {
+    visitInOrder(rules, shelf, [&width](const Rule& rule, bool /*isOff*/) {
         width = std::max(width, characterCount(inQuotes(rule.name, widestName)));
-    }
+    });
     return width;
 }
 
 /// Explains one event, rule by rule.
 class Page {
 public:
-    Page(const std::vector<Rule>& rules, const AskedEvent& event, const EventExplanation& explanation)
+    Page(const std::vector<Rule>& rules, const AskedEvent& event, const EventExplanation& explanation,
+         const RuleShelf& shelf)
         : rules_(rules),
+          shelf_(shelf),
           event_(event),
           explanation_(explanation),
           reasons_(ruleReasons(rules, event, explanation)),
           numberWidth_(std::to_string(rules.size()).size()),
-          nameWidth_(nameColumn(rules)) {}
+          nameWidth_(nameColumn(rules, shelf)) {}
 
     [[nodiscard]] std::string text() const {
         auto page = eventWords(event_) + '\n';
@@ -67,20 +69,24 @@ public:
 private:
     [[nodiscard]] std::string rulesText() const {
         std::string text;
-        for (std::size_t rule = 0; rule < rules_.size(); ++rule) {
-            text += ruleText(rule);
-        }
-        return rules_.empty() ? "  There are no rules.\n" : text;
+        std::size_t next = 0;
+        visitInOrder(rules_, shelf_, [&](const Rule& rule, bool isOff) {
+            text += isOff ? ruleText("-", rule, {{switchedOff().verdict, ""}})
+                          : ruleText(std::to_string(next + 1), rule, lines(next));
+            next += isOff ? 0U : 1U;
+        });
+        return text.empty() ? "  There are no rules.\n" : text;
     }
 
-    [[nodiscard]] std::string ruleText(std::size_t rule) const {
-        const auto number = std::to_string(rule + 1);
+    [[nodiscard]] std::string ruleText(const std::string& number, const Rule& rule,
+                                       const Lines& lines) const {
         auto beginning = "  " + std::string(numberWidth_ - number.size(), ' ') + number + "  " +
-                         padded(inQuotes(rules_[rule].name, widestName), nameWidth_) + "  ";
+                         padded(inQuotes(rule.name, widestName), nameWidth_) + "  ";
         const auto width = characterCount(beginning);
         std::string text;
-        for (const auto& line : lines(rule)) {
-            text += padded(beginning, width) + padded(line.verdict, verdictWidth) + line.reason + '\n';
+        for (const auto& line : lines) {
+            text += padded(beginning, width) + padded(line.verdict, line.reason.empty() ? 0 : verdictWidth) +
+                    line.reason + '\n';
             beginning.clear();
         }
         return text;
@@ -170,6 +176,7 @@ private:
     }
 
     const std::vector<Rule>& rules_;
+    const RuleShelf& shelf_;
     const AskedEvent& event_;
     const EventExplanation& explanation_;
     std::vector<RuleReason> reasons_;
@@ -180,8 +187,8 @@ private:
 }  // namespace
 
 std::string explanationText(const std::vector<Rule>& rules, const AskedEvent& event,
-                            const EventExplanation& explanation) {
-    return Page(rules, event, explanation).text();
+                            const EventExplanation& explanation, const RuleShelf& shelf) {
+    return Page(rules, event, explanation, shelf).text();
 }
 
 }  // namespace quillo

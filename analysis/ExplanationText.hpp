@@ -7,6 +7,7 @@
 #include "analysis/AskedEvent.hpp"
 #include "analysis/EventExplanation.hpp"
 #include "rules/Rule.hpp"
+#include "rules/RuleShelf.hpp"
 
 namespace quillo {
 
@@ -18,7 +19,9 @@ namespace quillo {
 ///                                         Consume non-matching: the event did not match this rule
 ///       2  "Echo"            not reached  rule 1 "Only the pedal" consumed it
 ///     Result: swallowed by rule 1 "Only the pedal" (Consume non-matching). Nothing goes out.
+///
+/// Rules that are switched off stand in their places, without a number.
 [[nodiscard]] std::string explanationText(const std::vector<Rule>& rules, const AskedEvent& event,
-                                          const EventExplanation& explanation);
+                                          const EventExplanation& explanation, const RuleShelf& shelf = {});
 
 }  // namespace quillo

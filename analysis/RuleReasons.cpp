@@ -54,9 +54,20 @@ std::vector<RuleReason> ruleReasons(const std::vector<Rule>& rules, const AskedE
     return reasons;
 }
 
-std::vector<RuleReason> why(const std::vector<Rule>& rules, const AskedEvent& event) {
+RuleReason switchedOff() {
+    return {"switched off", ""};
+}
+
+std::vector<RuleReason> why(const std::vector<Rule>& rules, const AskedEvent& event, const RuleShelf& shelf) {
     EngineProbe probe(rules);
-    return ruleReasons(rules, event, explain(probe, event));
+    const auto running = ruleReasons(rules, event, explain(probe, event));
+    std::vector<RuleReason> reasons;
+    reasons.reserve(rules.size() + shelf.size());
+    auto next = running.begin();
+    visitInOrder(rules, shelf, [&](const Rule& /*rule*/, bool isOff) {
+        reasons.push_back(isOff ? switchedOff() : *next++);
+    });
+    return reasons;
 }
 
 }  // namespace quillo

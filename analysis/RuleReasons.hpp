@@ -7,6 +7,7 @@
 #include "analysis/EventExplanation.hpp"
 #include "analysis/RuleReason.hpp"
 #include "rules/Rule.hpp"
+#include "rules/RuleShelf.hpp"
 
 namespace quillo {
 
@@ -14,8 +15,12 @@ namespace quillo {
 [[nodiscard]] std::vector<RuleReason> ruleReasons(const std::vector<Rule>& rules, const AskedEvent& event,
                                                   const EventExplanation& explanation);
 
-/// The same for rules that the engine is yet to be asked about. Throws the `FatalError` of rules that no unit
-/// can install.
-[[nodiscard]] std::vector<RuleReason> why(const std::vector<Rule>& rules, const AskedEvent& event);
+/// The reason of a rule that is switched off.
+[[nodiscard]] RuleReason switchedOff();
+
+/// The same for rules that the engine is yet to be asked about, those that are switched off among them.
+/// Throws the `FatalError` of rules that no unit can install.
+[[nodiscard]] std::vector<RuleReason> why(const std::vector<Rule>& rules, const AskedEvent& event,
+                                          const RuleShelf& shelf = {});
 
 }  // namespace quillo

@@ -19,8 +19,13 @@ constexpr std::size_t editedRules = 3;
 /// The editor over a processor, without a window.
 struct Desk {
     RuleProcessor processor;
+    RuleShelf shelf;
     std::shared_ptr<QuilloModel> model = std::make_shared<QuilloModel>();
-    RuleListEditor editor{model, [this](std::vector<Rule> rules) { processor.setRules(std::move(rules)); },
+    RuleListEditor editor{model,
+                          [this](std::vector<Rule> rules, RuleShelf off) {
+                              processor.setRules(std::move(rules));
+                              shelf = std::move(off);
+                          },
                           [this](const RuleOutputVariantsV2& message) { processor.send(message); }};
 
     Desk() {
@@ -31,7 +36,8 @@ struct Desk {
     }
 
     void requireShownRulesRun() {
-        require(processor.rules() == rulesOf(editor.rules()), "the rules that are shown are those that run");
+        require(PluginData{processor.rules(), shelf} == documentOf(editor.rules()),
+                "the rules that are shown are those that run");
     }
 
     RuleList list;
@@ -43,7 +49,7 @@ void importAgain(Desk& desk) {
         exported.assign(bytes.begin(), bytes.end());
     };
     require(exportPreset(keep, desk.editor), "what was imported can be exported");
-    require(rulesOf(importPreset(exported)) == rulesOf(desk.editor.rules()), "and imports as the same");
+    require(documentOf(importPreset(exported)) == documentOf(desk.editor.rules()), "and imports as the same");
 }
 
 void editEveryWay(Desk& desk, const UUID& id) {
@@ -59,6 +65,9 @@ void editEveryWay(Desk& desk, const UUID& id) {
         desk.requireShownRulesRun();
     }
     editor.send(id);
+    editor.setOff({id}, true);
+    desk.requireShownRulesRun();
+    editor.setOff({id}, false);
     editor.move({id}, 0);
     editor.remove({id});
 }

@@ -2,6 +2,7 @@
 #include "programs/CheckCommand.hpp"
 
 #include <array>
+#include <functional>
 #include <ostream>
 
 #include "analysis/RuleAdvice.hpp"
@@ -15,6 +16,7 @@
 #include "platform/QuotedText.hpp"
 #include "rules/RuleEntry.hpp"
 #include "rules/RuleRun.hpp"
+#include "words/PlainWords.hpp"
 #include "words/RunWords.hpp"
 
 namespace quillo {
@@ -71,20 +73,42 @@ std::string numbers(const RuleRun& run) {
     return run.count == 1 ? first : first + "-" + std::to_string(run.first + run.count);
 }
 
-/// A line for each run: what the editor cannot hold is in none with another rule.
-void writeRuns(std::span<const Rule> rules, const std::vector<RuleRun>& runs, std::ostream& out) {
-    for (const auto& run : runs) {
-        out << numbers(run) << ". " << runInPlainWords(rules.subspan(run.first, run.count)) << '\n';
+/// How rules are grouped into lines: as runs, or one by one.
+using Grouping = std::vector<RuleRun> (*)(std::span<const Rule> rules);
+
+std::vector<RuleRun> oneByOne(std::span<const Rule> rules) {
+    std::vector<RuleRun> runs;
+    for (std::size_t first = 0; first < rules.size(); ++first) {
+        runs.push_back({first});
+    }
+    return runs;
+}
+
+/// A line for each run, behind what `beginning` says of it: what the editor cannot hold is in none with
+/// another rule.
+void writeRuns(std::span<const Rule> rules, Grouping group, std::ostream& out,
+               const std::function<std::string(const RuleRun&)>& beginning) {
+    for (const auto& run : group(rules)) {
+        out << beginning(run) << runInPlainWords(rules.subspan(run.first, run.count)) << '\n';
         writeLimitsOfTheEditor(rules[run.first], out);
     }
 }
 
-std::vector<RuleRun> oneByOne(std::size_t count) {
-    std::vector<RuleRun> runs;
-    for (std::size_t first = 0; first < count; ++first) {
-        runs.push_back({first});
+std::string placeWords(std::size_t place) {
+    return place == 0 ? "  at the beginning: " : "  behind rule " + std::to_string(place) + ": ";
+}
+
+/// The rules that are switched off, those in one place together.
+void writeShelf(const RuleShelf& shelf, Grouping group, std::ostream& out) {
+    out << (shelf.empty() ? "" : "Switched off:\n");
+    for (auto at = shelf.begin(); at != shelf.end();) {
+        const auto place = at->place;
+        std::vector<Rule> together;
+        for (; at != shelf.end() && at->place == place; ++at) {
+            together.push_back(at->rule);
+        }
+        writeRuns(together, group, out, [place](const RuleRun& /*run*/) { return placeWords(place); });
     }
-    return runs;
 }
 
 void writeAdvice(const std::vector<Rule>& rules, std::ostream& out) {
@@ -104,8 +128,7 @@ void writeCurrentForm(const PluginData& data, const OutputFile& file, const std:
 }  // namespace
 
 std::string describe(const ReadDocument& document) {
-    const auto count = document.data.rules.size();
-    return generation(document) + ", " + std::to_string(count) + (count == 1 ? " rule" : " rules");
+    return generation(document) + ", " + countInPlainWords(document.data);
 }
 
 int runCheckCommand(std::span<const std::string> words, const Console& console) {
@@ -118,7 +141,9 @@ int runCheckCommand(std::span<const std::string> words, const Console& console) 
     const auto document = readForChecking(path, inputReading(arguments));
     console.out << escaped(path) << ": " << describe(document) << '\n';
     const auto& rules = document.data.rules;
-    writeRuns(rules, arguments.has("--unfold") ? oneByOne(rules.size()) : runsOf(rules), console.out);
+    const Grouping group = arguments.has("--unfold") ? oneByOne : runsOf;
+    writeRuns(rules, group, console.out, [](const RuleRun& run) { return numbers(run) + ". "; });
+    writeShelf(document.data.shelf, group, console.out);
     refuseWhatCannotRun(rules, path);
     if (arguments.has("--advice")) {
         writeAdvice(rules, console.out);

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <ostream>
+#include <utility>
 #include <vector>
 
 #include "analysis/AskedEventParser.hpp"
@@ -51,10 +52,11 @@ int runExplainCommand(std::span<const std::string> words, const Console& console
         throw UsageError("explain needs a preset: --preset PRESET.json");
     }
     const auto events = readEvents(arguments.operands());
-    EngineProbe probe(readPresetInput(*preset, exitBadData, inputReading(arguments)).data.rules);
+    auto [rules, shelf] = readPresetInput(*preset, exitBadData, inputReading(arguments)).data;
+    EngineProbe probe(std::move(rules));
     const char* separator = "";
     for (const auto& event : events) {
-        console.out << separator << explanationText(probe.rules(), event, explain(probe, event));
+        console.out << separator << explanationText(probe.rules(), event, explain(probe, event), shelf);
         separator = "\n";
     }
     return exitSuccess;

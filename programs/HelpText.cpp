@@ -73,7 +73,8 @@ Says what PRESET.json is, a preset of any generation, and what its rules do,
 one rule a line. Rules that differ in nothing but the value that they wait for,
 which rises from rule to rule, are one line: "notes C1 to B1, 12 rules".
 Channels are counted from 1; everything else is the number in the MIDI message.
-Under a rule that the editor cannot show, or not as it is, it says so. If the
+Under a rule that the editor cannot show, or not as it is, it says so. Rules
+that are switched off come last, each with its place among the others. If the
 preset is damaged, or no program could run a rule of it, says what is wrong and
 where.
 
@@ -94,11 +95,12 @@ Examples:
     VerbText{"explain", "Usage: midi-quillo explain --preset PRESET.json EVENT...\n", R"(
 Says what the rules of PRESET.json make of an event. Each rule is asked in
 order, and its line says whether it fired, what it sent and when, or the first
-thing about the event that it does not wait for. A rule's policy can consume
-the event there; the rules after it are then not reached, and a MIDI message
-is swallowed instead of forwarded. That goes for rules of the other kind too: a
-rule for the host's transport matches no MIDI, so that "Consume non-matching"
-makes it swallow all of it.
+thing about the event that it does not wait for. A rule that is switched off is
+not asked, and has no number. A rule's policy can consume the event there; the
+rules after it are then not reached, and a MIDI message is swallowed instead of
+forwarded. That goes for rules of the other kind too: a rule for the host's
+transport matches no MIDI, so that "Consume non-matching" makes it swallow all
+of it.
 
 An EVENT is one of:
   "90 3c 64"  a MIDI message, its bytes in hexadecimal; 903c64 will do, too

@@ -179,7 +179,7 @@ void ScriptedHost::perform(const script::Deallocate&) {
 }
 
 void ScriptedHost::perform(const script::Install& action) {
-    unit_->processor->setRules(action.rules);
+    unit_->install(action.rules);
     write(out_, {{"installed", unit_->processor->rules().size()}});
 }
 

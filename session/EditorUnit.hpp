@@ -9,6 +9,7 @@
 #include "analysis/RuleReason.hpp"
 #include "log/EventLogEntry.hpp"
 #include "rules/Rule.hpp"
+#include "rules/RuleShelf.hpp"
 #include "session/QuilloModel.hpp"
 
 namespace quillo {
@@ -29,9 +30,9 @@ public:
     /// logs.
     virtual void viewDidLoad() = 0;
 
-    /// Installs an edited list. Throws the `FatalError` of rules that cannot be compiled; those that were
-    /// installed stay.
-    virtual void onRulesChanged(std::vector<Rule> rules) = 0;
+    /// Installs an edited list, and keeps those of its rules that are switched off. Throws the `FatalError`
+    /// of rules that cannot be compiled; those that were installed stay.
+    virtual void onRulesChanged(std::vector<Rule> rules, RuleShelf shelf = {}) = 0;
 
     /// Sends a message by hand. Throws the `FatalError` of one that takes something from a triggering
     /// message.
@@ -45,8 +46,8 @@ public:
     /// 30 times a second while an editor is open.
     virtual void drain() = 0;
 
-    /// What each of the rules that run now makes of an event, in order, as the engine says; nothing without a
-    /// unit.
+    /// What each of the rules makes of an event, in order, as the engine says of those that run now; nothing
+    /// without a unit.
     [[nodiscard]] virtual std::vector<RuleReason> why(const EventLogEntryVariants& /*event*/) { return {}; }
 
     /// Whether the model says more of what the unit does: which rules fire, and what waits; and whether the

@@ -2,7 +2,6 @@
 #include "session/QuilloModel.hpp"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 #include "rules/RuleLabel.hpp"
@@ -22,14 +21,17 @@ void append(QuilloModel::Log& log, const std::vector<EventLogEntry>& entries, Ob
 }
 
 /// Why one of the rules cannot be edited; nothing when all can.
-std::optional<std::string> whyNotInEditor(const std::vector<Rule>& rules) {
-    for (std::size_t position = 0; position < rules.size(); ++position) {
-        if (const auto reason = whyNoEntry(rules[position])) {
-            return ruleLabel(position, rules[position].name) + " cannot be edited: " + *reason +
-                   ". The rules run as they are and stay untouched.";
+std::optional<std::string> whyNotInEditor(const std::vector<Rule>& rules, const RuleShelf& shelf) {
+    std::optional<std::string> why;
+    std::size_t position = 0;
+    visitInOrder(rules, shelf, [&](const Rule& rule, bool /*isOff*/) {
+        if (const auto reason = why ? std::nullopt : whyNoEntry(rule)) {
+            why = ruleLabel(position, rule.name) + " cannot be edited: " + *reason +
+                  ". The rules run as they are and stay untouched.";
         }
-    }
-    return std::nullopt;
+        ++position;
+    });
+    return why;
 }
 
 }  // namespace
@@ -41,21 +43,20 @@ void QuilloModel::setRules(std::vector<RuleEntryIdentifiable> rules) {
     rulesObservers_.notify();
 }
 
-void QuilloModel::showRules(std::vector<Rule> rules) {
-    if (auto reason = whyNotInEditor(rules)) {
-        setNotEditable(*std::move(reason), std::move(rules));
+void QuilloModel::showRules(std::vector<Rule> rules, RuleShelf shelf) {
+    if (auto reason = whyNotInEditor(rules, shelf)) {
+        setNotEditable(*std::move(reason), PluginData{std::move(rules), std::move(shelf)});
         return;
     }
-    std::vector<RuleEntryIdentifiable> list;
-    list.reserve(rules.size());
-    std::ranges::transform(rules, std::back_inserter(list), elementFromRule);
+    auto list = elementsFrom(rules, shelf);
+    auto notice = noticeBeforeEditing(list);
     setRules(std::move(list));
-    if (auto notice = noticeBeforeEditing(rules)) {
+    if (notice) {
         alert(*std::move(notice));
     }
 }
 
-void QuilloModel::setNotEditable(std::string reason, std::optional<std::vector<Rule>> rules) {
+void QuilloModel::setNotEditable(std::string reason, std::optional<PluginData> rules) {
     rules_.clear();
     whyNotEditable_ = std::move(reason);
     rulesNotShown_ = std::move(rules);

@@ -11,6 +11,7 @@
 
 #include "log/EventLogEntry.hpp"
 #include "log/MyCyclicBuffer.hpp"
+#include "persistence/PluginData.hpp"
 #include "platform/Observers.hpp"
 #include "rules/RuleEntryIdentifiable.hpp"
 #include "session/RuleHits.hpp"
@@ -31,16 +32,17 @@ public:
     [[nodiscard]] const std::vector<RuleEntryIdentifiable>& rules() const { return rules_; }
     void setRules(std::vector<RuleEntryIdentifiable> rules);
 
-    /// Shows the rules that run, as a new list; or why they cannot be edited, when one of them has
-    /// no entry. An alert says what must be known before they are edited.
-    void showRules(std::vector<Rule> rules);
+    /// Shows the rules that run and those that are switched off, as a new list; or why they cannot be edited,
+    /// when one of them has no entry. An alert says what must be known before they are edited.
+    void showRules(std::vector<Rule> rules, RuleShelf shelf = {});
 
     /// Why rules run that the editor cannot show; nothing when it shows all that run. While there is
     /// a reason, `rules` is empty and must not be installed.
     [[nodiscard]] const std::optional<std::string>& whyNotEditable() const { return whyNotEditable_; }
-    /// The rules that run and are not shown; nothing while all are, and where nobody knows them.
-    [[nodiscard]] const std::optional<std::vector<Rule>>& rulesNotShown() const { return rulesNotShown_; }
-    void setNotEditable(std::string reason, std::optional<std::vector<Rule>> rules = std::nullopt);
+    /// The rules that run and are not shown, with those that are switched off; nothing while all are shown,
+    /// and where nobody knows them.
+    [[nodiscard]] const std::optional<PluginData>& rulesNotShown() const { return rulesNotShown_; }
+    void setNotEditable(std::string reason, std::optional<PluginData> rules = std::nullopt);
 
     /// The text of the alert titled "Error", which the editor shows while there is one: also when it is
     /// opened later.
@@ -53,7 +55,8 @@ public:
     /// What the alert says is true no more: it goes, whether it is shown or waits.
     void takeBackAlert(const std::string& message);
 
-    /// How often each of `rules` has fired, and when last; empty where nobody counts.
+    /// How often each of `rules` has fired, and when last, never where it is switched off; empty where nobody
+    /// counts.
     [[nodiscard]] const std::vector<RuleHits>& hits() const { return hits_; }
     void setHits(std::vector<RuleHits> hits);
 
@@ -91,7 +94,7 @@ public:
 private:
     std::vector<RuleEntryIdentifiable> rules_;
     std::optional<std::string> whyNotEditable_;
-    std::optional<std::vector<Rule>> rulesNotShown_;
+    std::optional<PluginData> rulesNotShown_;
     std::optional<std::string> alertErrorMessage_;
     std::deque<std::string> waitingAlerts_;  ///< none while none is shown
     std::vector<RuleHits> hits_;

@@ -13,6 +13,26 @@
 
 namespace quillo {
 
+namespace {
+
+/// The hits of the rules that run, each in its rule's place in the list that is shown; none where others are
+/// shown than run.
+std::vector<RuleHits> inPlaces(std::span<const RuleHits> hits,
+                               const std::vector<RuleEntryIdentifiable>& shown) {
+    const auto running = std::ranges::count(shown, false, &RuleEntryIdentifiable::off);
+    if (!std::cmp_equal(running, hits.size())) {
+        return {};
+    }
+    std::vector<RuleHits> placed(shown.size());
+    auto next = hits.begin();
+    for (std::size_t place = 0; place < shown.size(); ++place) {
+        placed[place] = shown[place].off ? RuleHits() : *next++;
+    }
+    return placed;
+}
+
+}  // namespace
+
 Session::Session(HostTransport transport)
     : renderer_(processor_, logInput, logOutput, transport),
       rulesShown_(model_->observeRules([this] { showHits(); })) {}
@@ -47,7 +67,12 @@ std::optional<std::string> Session::setSampleRate(double rate) {
 }
 
 std::vector<std::uint8_t> Session::save() {
-    return PluginData{processor_.rules()}.write();
+    return stored().write();
+}
+
+PluginData Session::stored() {
+    const std::lock_guard lock(installing_);
+    return {processor_.rules(), shelf_};
 }
 
 std::optional<std::string> Session::restore(std::span<const std::uint8_t> document) {
@@ -61,7 +86,8 @@ std::optional<std::string> Session::restore(std::span<const std::uint8_t> docume
 
 std::optional<std::string> Session::whyNotInstalled(std::span<const std::uint8_t> document) try {
     try {
-        install(PluginData::read(document).rules);
+        auto data = PluginData::read(document);
+        install(std::move(data.rules), std::move(data.shelf));
         return std::nullopt;
     } catch (const DecodingError& error) {
         return problemInWords(error, document);
@@ -70,9 +96,10 @@ std::optional<std::string> Session::whyNotInstalled(std::span<const std::uint8_t
     return wordsOf(error);
 }
 
-void Session::install(std::vector<Rule> rules) {
+void Session::install(std::vector<Rule> rules, RuleShelf shelf) {
     const std::lock_guard lock(installing_);
     processor_.setRules(std::move(rules));
+    shelf_ = std::move(shelf);
     hits_.forget();
     restored_ = true;
     endNotesIfAsked();
@@ -86,11 +113,12 @@ void Session::viewDidLoad() {
     showRestoredRules();
 }
 
-void Session::onRulesChanged(std::vector<Rule> rules) {
+void Session::onRulesChanged(std::vector<Rule> rules, RuleShelf shelf) {
     {
         const std::lock_guard lock(installing_);
         const auto after = rules;
         const auto replaced = processor_.setRules(std::move(rules));
+        shelf_ = std::move(shelf);
         hits_.follow(*replaced, after, now());
     }
     endNotesIfAsked();
@@ -129,7 +157,8 @@ void Session::onInstantMessageClick(const RuleOutputVariantsV2& message) {
 }
 
 std::vector<RuleReason> Session::why(const EventLogEntryVariants& event) {
-    return quillo::why(processor_.rules(), askedEvent(event));
+    const auto [rules, shelf] = stored();
+    return quillo::why(rules, askedEvent(event), shelf);
 }
 
 void Session::takeBack(const std::string& message) {
@@ -159,7 +188,7 @@ void Session::showHits() {
         const std::lock_guard lock(installing_);
         return hits_.hits(*processor_.compiledRules(), now());
     }();
-    model_->setHits(hits.size() == model_->rules().size() ? std::move(hits) : std::vector<RuleHits>());
+    model_->setHits(inPlaces(hits, model_->rules()));
 }
 
 /// The next copies are asked for at once: they need a block or more.
@@ -206,7 +235,8 @@ void Session::showPanic() {
 
 void Session::showRestoredRules() {
     if (restored_.exchange(false)) {
-        model_->showRules(processor_.rules());
+        auto [rules, shelf] = stored();
+        model_->showRules(std::move(rules), std::move(shelf));
     }
 }
 

@@ -53,12 +53,12 @@ public:
 
     /// [any but render] The same with rules that have been read. Throws the `FatalError` of those that cannot
     /// be compiled.
-    void install(std::vector<Rule> rules);
+    void install(std::vector<Rule> rules, RuleShelf shelf = {});
 
     // For the editor.
     [[nodiscard]] const std::shared_ptr<QuilloModel>& model() const override { return model_; }
     void viewDidLoad() override;
-    void onRulesChanged(std::vector<Rule> rules) override;
+    void onRulesChanged(std::vector<Rule> rules, RuleShelf shelf = {}) override;
     void onInstantMessageClick(const RuleOutputVariantsV2& message) override;
     [[nodiscard]] std::vector<RuleReason> why(const EventLogEntryVariants& event) override;
     void tellUser(std::string message) override { alerts_.add(message); }
@@ -88,6 +88,7 @@ private:
     static constexpr std::size_t mostRefusals = 100;
 
     [[nodiscard]] std::optional<std::string> whyNotInstalled(std::span<const std::uint8_t> document);
+    [[nodiscard]] PluginData stored();
     void showRestoredRules();
     [[nodiscard]] HitHistory::Moment now();
     void endNotesIfAsked();
@@ -101,8 +102,10 @@ private:
     void showNextAlert();
 
     RuleProcessor processor_;
-    std::mutex installing_;  ///< of rules: a new rate reads them and puts them back, and hits are handed on
-    HitHistory hits_;        ///< of the rules that run
+    std::mutex
+        installing_;   ///< of rules, with their shelf and hits: a new rate reads them and puts them back
+    HitHistory hits_;  ///< of the rules that run
+    RuleShelf shelf_;  ///< those that are switched off, with their places among these
     BlockRenderer renderer_;
     const std::shared_ptr<QuilloModel> model_ = std::make_shared<QuilloModel>();
     const Observation rulesShown_;       ///< of the model: their hits are theirs at once

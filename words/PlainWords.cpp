@@ -239,4 +239,10 @@ std::string inPlainWords(const Rule& rule) {
            inPlainWords(rule.output, rule.trigger) + ".";
 }
 
+std::string countInPlainWords(const PluginData& data) {
+    const auto count = data.rules.size();
+    return std::to_string(count) + (count == 1 ? " rule" : " rules") +
+           (data.shelf.empty() ? "" : ", " + std::to_string(data.shelf.size()) + " switched off");
+}
+
 }  // namespace quillo

@@ -88,13 +88,14 @@ void AudioUnitViewController::loadRulesLater() {
 
 void AudioUnitViewController::loadRulesFromAudioUnit() {
     if (const auto unit = audioUnit()) {
-        model_->showRules(unit->processor->rules());
+        auto [rules, shelf] = unit->stored();
+        model_->showRules(std::move(rules), std::move(shelf));
     }
 }
 
-void AudioUnitViewController::onRulesChanged(std::vector<Rule> rules) {
+void AudioUnitViewController::onRulesChanged(std::vector<Rule> rules, RuleShelf shelf) {
     if (const auto unit = audioUnit()) {
-        unit->processor->setRules(std::move(rules));
+        unit->install(std::move(rules), std::move(shelf));
     }
 }
 
@@ -106,7 +107,11 @@ void AudioUnitViewController::onInstantMessageClick(const RuleOutputVariantsV2& 
 
 std::vector<RuleReason> AudioUnitViewController::why(const EventLogEntryVariants& event) {
     const auto unit = audioUnit();
-    return unit ? quillo::why(unit->processor->rules(), askedEvent(event)) : std::vector<RuleReason>();
+    if (!unit) {
+        return {};
+    }
+    const auto [rules, shelf] = unit->stored();
+    return quillo::why(rules, askedEvent(event), shelf);
 }
 
 std::function<void(std::string message)> AudioUnitViewController::userTeller() const {

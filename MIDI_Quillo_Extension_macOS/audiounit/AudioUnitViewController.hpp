@@ -46,7 +46,7 @@ public:
 
     /// Installs an edited list in the unit; dropped without a unit. Throws the `FatalError` of rules that
     /// cannot be compiled; those that were installed stay.
-    void onRulesChanged(std::vector<Rule> rules) override;
+    void onRulesChanged(std::vector<Rule> rules, RuleShelf shelf = {}) override;
 
     /// Sends a message by hand; dropped without a unit. Throws the `FatalError` of one that takes something
     /// from a triggering message.

@@ -6,7 +6,6 @@
 
 #include "persistence/DecodingError.hpp"
 #include "persistence/EncodingError.hpp"
-#include "persistence/PluginData.hpp"
 #include "platform/FatalError.hpp"
 
 namespace quillo {
@@ -39,17 +38,17 @@ bool isSupported(const AUAudioUnitViewConfiguration& view) {
 }
 
 /// The rules of a state document; none for bytes that are no such document.
-std::vector<Rule> readRules(const Data& document) {
+PluginData readRules(const Data& document) {
     try {
-        return PluginData::read(document).rules;
+        return PluginData::read(document);
     } catch (const DecodingError&) {
         return {};
     }
 }
 
-Data writeRules(std::vector<Rule> rules) {
+Data writeRules(const PluginData& rules) {
     try {
-        return PluginData{std::move(rules)}.write();
+        return rules.write();
     } catch (const EncodingError& error) {
         fatalError(std::string("the rules cannot be saved: ") + error.what());
     }
@@ -115,7 +114,7 @@ std::optional<NSError> MIDIQuilloAUAudioUnit::allocateRenderResources() {
 
 std::optional<StateDictionary> MIDIQuilloAUAudioUnit::fullState() const {
     auto state = AUAudioUnit::fullState();
-    auto document = writeRules(processor->rules());
+    auto document = writeRules(stored());
     if (!state) {
         fatalError("the platform keeps no state");
     }
@@ -135,8 +134,20 @@ void MIDIQuilloAUAudioUnit::setFullState(const std::optional<StateDictionary>& s
     if (document == nullptr) {
         fatalError(std::string("the restored state's \"") + stateKey + "\" is not data");
     }
-    processor->setRules(readRules(*document));
+    auto [rules, shelf] = readRules(*document);
+    install(std::move(rules), std::move(shelf));
     AUAudioUnit::setFullState(state);
+}
+
+void MIDIQuilloAUAudioUnit::install(std::vector<Rule> rules, RuleShelf shelf) {
+    const std::lock_guard lock(installing_);
+    processor->setRules(std::move(rules));
+    shelf_ = std::move(shelf);
+}
+
+PluginData MIDIQuilloAUAudioUnit::stored() const {
+    const std::lock_guard lock(installing_);
+    return {processor->rules(), shelf_};
 }
 
 std::vector<std::size_t> MIDIQuilloAUAudioUnit::supportedViewConfigurations(

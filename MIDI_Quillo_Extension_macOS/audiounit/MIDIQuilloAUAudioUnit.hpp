@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,6 +13,7 @@
 #include "audiounit/platform/AUAudioUnit.hpp"
 #include "engine/RuleProcessor.hpp"
 #include "log/LogCallback.hpp"
+#include "persistence/PluginData.hpp"
 #include "platform/RealTime.hpp"
 
 namespace quillo {
@@ -67,6 +69,13 @@ public:
     [[nodiscard]] std::vector<std::size_t> supportedViewConfigurations(
         std::span<const AUAudioUnitViewConfiguration> available) const override;
 
+    /// [any but render] Installs rules, and keeps those that are switched off. Throws the `FatalError` of
+    /// rules that cannot be compiled; nothing changes then.
+    void install(std::vector<Rule> rules, RuleShelf shelf = {});
+
+    /// [any but render] What was installed last.
+    [[nodiscard]] PluginData stored() const;
+
     /// The rule engine; never replaced.
     const std::shared_ptr<RuleProcessor> processor = std::make_shared<RuleProcessor>();
 
@@ -89,6 +98,8 @@ private:
     OSStatus sendMessages(SampleTime sampleTime, std::uint8_t cable,
                           std::span<const MIDIMessage> messages) QUILLO_REALTIME;
 
+    mutable std::mutex installing_;  ///< of rules with their shelf
+    RuleShelf shelf_;                ///< the rules that are switched off, with their places among the others
     std::shared_ptr<AUAudioUnitBus> inputBus_;
     std::unique_ptr<AUAudioUnitBusArray> inputBusses_;
     std::shared_ptr<AUAudioUnitBus> outputBus_;

@@ -8,12 +8,16 @@ namespace quillo {
 
 namespace {
 
-/// A message that was loaded and that no entry holds can be in no run.
+/// A message that was loaded and that no entry holds can be in no run, and the rules of a run are all on or
+/// all off.
 RunLink linkAt(const RuleList& list, std::size_t position) {
-    if (position == 0 || list[position - 1].loadedMessage || list[position].loadedMessage) {
+    if (position == 0) {
         return RunLink::none;
     }
-    return linkBetween(list[position - 1].rule, list[position].rule);
+    const auto& above = list[position - 1];
+    const auto& below = list[position];
+    const bool canLink = !above.loadedMessage && !below.loadedMessage && above.off == below.off;
+    return canLink ? linkBetween(above.rule, below.rule) : RunLink::none;
 }
 
 std::vector<RunLink> linksOf(const RuleList& list) {

@@ -21,9 +21,9 @@ constexpr auto exportAgain =
 constexpr auto cannotBeImported = " cannot be imported. ";
 constexpr auto chooseAnother = "The rules are as they were. Choose another file.";
 
-std::vector<Rule> readRules(std::span<const std::uint8_t> bytes) {
+PluginData readRules(std::span<const std::uint8_t> bytes) {
     try {
-        return PluginData::read(bytes).rules;
+        return PluginData::read(bytes);
     } catch (const DecodingError& error) {
         const auto problem = problemInWords(error, bytes);
         if (!isAboutRule(error)) {
@@ -48,18 +48,19 @@ auto underShortName(const std::filesystem::path& path, Operation operation) {
 }  // namespace
 
 std::vector<std::uint8_t> exportPreset(const RuleList& rules) {
-    return PluginData{rulesOf(rules)}.write();
+    return documentOf(rules).write();
 }
 
 RuleList importPreset(std::span<const std::uint8_t> bytes) {
-    RuleList list;
-    for (const auto& rule : readRules(bytes)) {
+    const auto [rules, shelf] = readRules(bytes);
+    std::size_t position = 0;
+    visitInOrder(rules, shelf, [&position](const Rule& rule, bool /*isOff*/) {
         if (const auto reason = whyNoEntry(rule)) {
-            throw ImportError(ruleLabel(list.size(), rule.name) + " cannot be edited: " + *reason + ".");
+            throw ImportError(ruleLabel(position, rule.name) + " cannot be edited: " + *reason + ".");
         }
-        list.push_back(elementFromRule(rule));
-    }
-    return list;
+        ++position;
+    });
+    return elementsFrom(rules, shelf);
 }
 
 bool importPreset(const std::string& name, const std::function<std::vector<std::uint8_t>()>& read,
@@ -78,13 +79,13 @@ bool importPreset(const std::string& name, const std::function<std::vector<std::
 
 bool exportPreset(const std::function<void(std::span<const std::uint8_t> bytes)>& write,
                   RuleListEditor& editor) {
-    auto rules = editor.runningRules();
+    const auto rules = editor.storedRules();
     if (!rules) {
         editor.alert(editor.whyNotEditable().value_or(""));
         return false;
     }
     try {
-        write(PluginData{*std::move(rules)}.write());
+        write(rules->write());
         return true;
     } catch (const FileError& error) {
         editor.alert(error.what());

@@ -65,7 +65,10 @@ QuilloView::QuilloView(EditorUnit& unit)
       unit_(unit),
       model_(unit.model()),
       editor_(
-          model_, [this](std::vector<Rule> rules) { unit_.onRulesChanged(std::move(rules)); },
+          model_,
+          [this](std::vector<Rule> rules, RuleShelf shelf) {
+              unit_.onRulesChanged(std::move(rules), std::move(shelf));
+          },
           [this](const RuleOutputVariantsV2& message) { unit_.onInstantMessageClick(message); }),
       header_(editor_, {[this] { showImporter(); }, [this] { showExporter(); }, [this] { showGuide(); },
                         unit.tellsWhatItDoes() ? std::function([this] { unit_.panic(); }) : nullptr}),

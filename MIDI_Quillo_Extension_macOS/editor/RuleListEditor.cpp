@@ -30,6 +30,19 @@ std::int64_t numberOf(std::string_view name) {
     return parseSignedDecimal(name.substr(prefix.size())).value_or(0);
 }
 
+RuleShelf shelfOf(const RuleList& list) {
+    RuleShelf shelf;
+    std::uint32_t place = 0;
+    for (const auto& element : list) {
+        if (element.off) {
+            shelf.push_back({place, ruleFromElement(element)});
+        } else {
+            ++place;
+        }
+    }
+    return shelf;
+}
+
 /// The entry with another trigger; what becomes of the event stays as it is.
 RuleEntry waitingFor(const RuleTriggerEntry& trigger, const RuleEntry& entry) {
     auto changed = withUsableChoices(trigger.type, entry);
@@ -105,8 +118,16 @@ std::optional<UUID> changedRule(const RuleList& before, const RuleList& after) {
 std::vector<Rule> rulesOf(const RuleList& list) {
     std::vector<Rule> rules;
     rules.reserve(list.size());
-    std::ranges::transform(list, std::back_inserter(rules), ruleFromElement);
+    for (const auto& element : list) {
+        if (!element.off) {
+            rules.push_back(ruleFromElement(element));
+        }
+    }
     return rules;
+}
+
+PluginData documentOf(const RuleList& list) {
+    return {rulesOf(list), shelfOf(list)};
 }
 
 RuleListEditor::RuleListEditor(std::shared_ptr<QuilloModel> model, OnRulesChanged onRulesChanged,
@@ -131,8 +152,8 @@ void RuleListEditor::showArrived() {
     folded_.follow({}, rules());
 }
 
-std::optional<std::vector<Rule>> RuleListEditor::runningRules() const {
-    return whyNotEditable() ? model_->rulesNotShown() : rulesOf(rules());
+std::optional<PluginData> RuleListEditor::storedRules() const {
+    return whyNotEditable() ? model_->rulesNotShown() : documentOf(rules());
 }
 
 std::optional<std::size_t> RuleListEditor::find(const UUID& id) const {
@@ -164,9 +185,9 @@ bool RuleListEditor::isFolded(const UUID& id) const {
 }
 
 /// Hands the rules to the engine; when that refuses them, the alert says why.
-bool RuleListEditor::isTakenByEngine(std::vector<Rule> rules) {
+bool RuleListEditor::isTakenByEngine(PluginData data) {
     try {
-        onRulesChanged_(std::move(rules));
+        onRulesChanged_(std::move(data.rules), std::move(data.shelf));
     } catch (const FatalError& error) {
         alert(error.inWords());
         return false;
@@ -191,7 +212,7 @@ void RuleListEditor::noteStart() {
 
 /// The step is noted before the list is shown: whoever sees the new list can undo it.
 bool RuleListEditor::apply(RuleList after, const std::string& stepName, const std::string& joinKey) {
-    if (!isTakenByEngine(rulesOf(after))) {
+    if (!isTakenByEngine(documentOf(after))) {
         return false;
     }
     if (whyNotEditable()) {
@@ -342,6 +363,17 @@ void RuleListEditor::move(const RuleIds& ids, std::size_t position) {
     apply(std::move(list), nameOfStep("Move", positions));
 }
 
+void RuleListEditor::setOff(const RuleIds& ids, bool off) {
+    const auto positions = find(ids);
+    auto list = rules();
+    for (const auto position : positions) {
+        list[position].off = off;
+    }
+    if (list != rules()) {
+        apply(std::move(list), nameOfStep(off ? "Switch off" : "Switch on", positions));
+    }
+}
+
 void RuleListEditor::editCard(const RuleIds& card, const std::string& verb,
                               const std::function<RuleList(const RuleList&)>& change,
                               const std::string& joinKey) {
@@ -411,7 +443,7 @@ void RuleListEditor::sendAlike(const RuleIds& card, const GenericByteV2& value) 
 }
 
 bool RuleListEditor::replaceAll(RuleList list, const std::string& stepName) {
-    const auto notice = noticeBeforeEditing(rulesOf(list));
+    const auto notice = noticeBeforeEditing(list);
     folded_.arrive(list);
     if (!apply(std::move(list), stepName)) {
         return false;
@@ -445,7 +477,7 @@ void RuleListEditor::redo() {
 void RuleListEditor::walk(RuleList (RuleListHistory::*go)(RuleList)) {
     auto history = history_;
     auto list = (history.*go)(rules());
-    if (!isTakenByEngine(isBackAtRulesNotShown(history) ? start_->rules : rulesOf(list))) {
+    if (!isTakenByEngine(isBackAtRulesNotShown(history) ? start_->rules : documentOf(list))) {
         return;
     }
     history_ = std::move(history);

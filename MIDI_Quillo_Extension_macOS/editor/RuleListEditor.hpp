@@ -32,8 +32,11 @@ using RuleIds = std::vector<UUID>;
 /// rule is left. Of rules that changed places those have moved that are fewer.
 [[nodiscard]] std::optional<UUID> changedRule(const RuleList& before, const RuleList& after);
 
-/// The rules that a list stands for, in order.
+/// The rules of a list that run, in order: all but those that are switched off.
 [[nodiscard]] std::vector<Rule> rulesOf(const RuleList& list);
+
+/// The document of a list: these, and those that are switched off, each with its place among them.
+[[nodiscard]] PluginData documentOf(const RuleList& list);
 
 /// All that a user can do to the list of rules. Each change hands the whole converted list to the engine and
 /// can be undone; a list that the engine refuses (a delay too long to count) is not kept, and `alert` says
@@ -44,8 +47,9 @@ using RuleIds = std::vector<UUID>;
 /// to the last, and is one step. [main] only.
 class RuleListEditor {
 public:
-    /// Takes the converted list; throws `FatalError` for one that cannot be installed.
-    using OnRulesChanged = std::function<void(std::vector<Rule> rules)>;
+    /// Takes the converted list, and the rules of it that are switched off; throws `FatalError` for one that
+    /// cannot be installed.
+    using OnRulesChanged = std::function<void(std::vector<Rule> rules, RuleShelf shelf)>;
     /// Sends one message; throws `FatalError` for one that takes something from a trigger.
     using OnInstantMessageClick = std::function<void(const RuleOutputVariantsV2& message)>;
     using Clock = std::chrono::steady_clock;
@@ -73,8 +77,9 @@ public:
     /// Folding is no step: it changes nothing but the cards.
     void fold(const UUID& id) { folded_.fold(id); }
     void unfold(const UUID& id) { folded_.unfold(id); }
-    /// The rules that run, also those that the list does not show; nothing when nobody knows them.
-    [[nodiscard]] std::optional<std::vector<Rule>> runningRules() const;
+    /// The rules that run and those that are switched off, also what the list does not show; nothing when
+    /// nobody knows them.
+    [[nodiscard]] std::optional<PluginData> storedRules() const;
 
     /// Why the list does not show what the unit runs; nothing when it does. Until a whole list takes its place,
     /// nothing can be added to it.
@@ -102,6 +107,8 @@ public:
     void remove(const RuleIds& ids);
     /// Moves the rules together, in the list's order: the first of them to a position, or as far as the list goes.
     void move(const RuleIds& ids, std::size_t position);
+    /// Switches the rules off, or on again: those that are off keep their places and do not run.
+    void setOff(const RuleIds& ids, bool off);
     /// Puts `entry` in the place of a card's first rule, and makes the same change to the others. Where that
     /// changes more of a loaded message than the entry shows, the alert says it.
     void edit(const RuleIds& card, const RuleEntry& entry);
@@ -143,7 +150,7 @@ private:
 
     struct RulesNotShown {
         std::string reason;
-        std::vector<Rule> rules;
+        PluginData rules;
     };
 
     [[nodiscard]] std::optional<std::size_t> find(const UUID& id) const;
@@ -152,10 +159,10 @@ private:
     /// What a step over these rules is called: "Delete Bass split (12 rules)".
     [[nodiscard]] std::string nameOfStep(const std::string& verb,
                                          const std::vector<std::size_t>& positions) const;
-    [[nodiscard]] bool isTakenByEngine(std::vector<Rule> rules);
     void showArrived();
     void becomeCopy(RuleEntryIdentifiable& element);
     void alertOfLoaded(std::size_t position, const Rule& loaded);
+    [[nodiscard]] bool isTakenByEngine(PluginData data);
     void noteStart();
     void show(RuleList list);
     bool apply(RuleList after, const std::string& stepName, const std::string& joinKey = "");

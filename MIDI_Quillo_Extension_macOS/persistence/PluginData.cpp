@@ -99,13 +99,44 @@ ReadDocument readOlderForms(const JSON& document, const DecodingError& currentFo
     }
 }
 
+/// Fails for a shelf whose rules stand nowhere in the list, or not in its order.
+void requirePlaces(JSONReader& reader, const PluginData& data) {
+    const JSONPath root;
+    const JSONPath shelf(root, "shelf");
+    std::size_t before = 0;
+    for (std::size_t index = 0; index < data.shelf.size(); ++index) {
+        const JSONPath element(shelf, index);
+        const std::size_t place = data.shelf[index].place;
+        if (place < before || place > data.rules.size()) {
+            reader.fail(JSONPath(element, "place"), "expected a place from " + std::to_string(before) +
+                                                        " to " + std::to_string(data.rules.size()) +
+                                                        ", found " + std::to_string(place));
+        }
+        before = place;
+    }
+}
+
+Attempt<PluginData> attemptCurrentForm(const JSON& document) try {
+    JSONReader reader;
+    auto stored = reader.read<PluginDataV3>(document, JSONPath());
+    PluginData data{std::move(stored.rules), std::move(stored.shelf).value_or(RuleShelf())};
+    requirePlaces(reader, data);
+    return data;
+} catch (const DecodingError& error) {
+    return error;
+}
+
+PluginDataV3 stored(const PluginData& data) {
+    return {data.rules, data.shelf.empty() ? std::nullopt : std::optional(data.shelf)};
+}
+
 }  // namespace
 
 ReadDocument readDocument(std::span<const std::uint8_t> document) {
     const auto json = parseJSON(document);
-    auto current = attempt<PluginDataV3>(json, JSONPath());
-    if (auto* data = std::get_if<PluginDataV3>(&current)) {
-        return {PluginData{std::move(data->rules)}, ReadDocument::Form::current, 0};
+    auto current = attemptCurrentForm(json);
+    if (auto* data = std::get_if<PluginData>(&current)) {
+        return {std::move(*data), ReadDocument::Form::current, 0};
     }
     return readOlderForms(json, std::get<DecodingError>(current));
 }
@@ -115,7 +146,7 @@ PluginData PluginData::read(std::span<const std::uint8_t> document) {
 }
 
 std::vector<std::uint8_t> PluginData::write() const {
-    const auto text = encode(PluginDataV3{rules});
+    const auto text = encode(stored(*this));
     return {text.begin(), text.end()};
 }
 
@@ -126,5 +157,5 @@ std::size_t std::hash<quillo::PluginDataV3>::operator()(const quillo::PluginData
 }
 
 std::size_t std::hash<quillo::PluginData>::operator()(const quillo::PluginData& data) const {
-    return std::hash<quillo::PluginDataV3>()(quillo::PluginDataV3{data.rules});
+    return std::hash<quillo::PluginDataV3>()(quillo::stored(data));
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "rules/Rule.hpp"
+#include "rules/RuleShelf.hpp"
 
 namespace quillo {
 
@@ -17,6 +18,7 @@ namespace quillo {
 /// nameless rules of the two forms before it, which may be mixed. Only the current form is written.
 struct PluginData {
     std::vector<Rule> rules;
+    RuleShelf shelf = {};  ///< rules that are switched off; only in the current form
 
     bool operator==(const PluginData&) const = default;
 

@@ -3,15 +3,19 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "rules/Rule.hpp"
+#include "rules/RuleShelf.hpp"
 
 namespace quillo {
 
-/// The current form of the state document, as it is stored.
+/// The current form of the state document, as it is stored. Programs that know no shelf ignore it and run the
+/// same rules; without one the document is theirs, byte for byte.
 struct PluginDataV3 {
     std::vector<Rule> rules;
+    std::optional<RuleShelf> shelf = std::nullopt;  ///< never empty when written
 
     bool operator==(const PluginDataV3&) const = default;
 };

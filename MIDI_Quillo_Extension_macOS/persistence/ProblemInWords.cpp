@@ -17,27 +17,39 @@ namespace quillo {
 
 namespace {
 
+constexpr std::string_view shelf = "shelf";
+
 /// Where a problem lies: in which rule, from 0, and where in it.
 struct Place {
+    bool isOnShelf;
     std::size_t rule;
     std::string_view inRule;
 };
 
-/// Of `rules[3].trigger` or, in older documents, `[3].trigger`. Nothing for a place outside of any rule.
+/// Whether it was there.
+bool removePrefix(std::string_view& text, std::string_view prefix) {
+    const bool isThere = text.starts_with(prefix);
+    text.remove_prefix(isThere ? prefix.size() : 0);
+    return isThere;
+}
+
+/// Of `rules[3].trigger`, of `shelf[0].rule.trigger` or, in older documents, of `[3].trigger`. Nothing for a
+/// place outside of any rule.
 std::optional<Place> placeOf(std::string_view path) {
-    constexpr std::string_view list = "rules";
-    path.remove_prefix(path.starts_with(list) ? list.size() : 0);
+    const bool isOnShelf = removePrefix(path, shelf);
+    removePrefix(path, "rules");
     if (!path.starts_with('[')) {
         return std::nullopt;
     }
-    Place place{};
+    Place place{.isOnShelf = isOnShelf, .rule = 0, .inRule = {}};
     const auto [end, error] = std::from_chars(path.data() + 1, path.data() + path.size(), place.rule);
     const auto digits = static_cast<std::size_t>(end - path.data());
     if (error != std::errc() || digits >= path.size()) {
         return std::nullopt;
     }
     place.inRule = path.substr(digits + 1);
-    place.inRule.remove_prefix(place.inRule.starts_with('.') ? 1 : 0);
+    removePrefix(place.inRule, isOnShelf ? ".rule" : "");
+    removePrefix(place.inRule, ".");
     return place;
 }
 
@@ -85,23 +97,37 @@ std::string withMissingKey(std::string_view path, std::string_view problem) {
     return (path.empty() ? "" : std::string(path) + ".") + std::string(problem.substr(missing.size()));
 }
 
-std::string nameOf(std::size_t rule, std::span<const std::uint8_t> document) {
+/// A member of what may be no object, and may lack it; null then.
+const JSON* member(const JSON& value, std::string_view key) {
+    const auto found = value.is_object() ? value.find(key) : value.end();
+    return found != value.end() ? &*found : nullptr;
+}
+
+std::string nameOf(const Place& place, std::span<const std::uint8_t> document) {
     const auto json = parseJSON(document);
-    const auto& rules = json.is_object() ? json.at("rules") : json;
-    const auto& element = rules.at(rule);
-    const auto name = element.is_object() ? element.find("name") : element.end();
-    return name != element.end() && name->is_string() ? name->get<std::string>() : "";
+    const auto& list = json.is_object() ? json.at(place.isOnShelf ? "shelf" : "rules") : json;
+    const auto* rule = place.isOnShelf ? member(list.at(place.rule), "rule") : &list.at(place.rule);
+    const auto* name = rule != nullptr ? member(*rule, "name") : nullptr;
+    return name != nullptr && name->is_string() ? name->get<std::string>() : "";
+}
+
+std::string labelOf(const Place& place, std::span<const std::uint8_t> document) {
+    const auto name = nameOf(place, document);
+    return place.isOnShelf ? shelvedRuleLabel(place.rule, name) : ruleLabel(place.rule, name);
 }
 
 }  // namespace
 
 std::string problemInWords(const DecodingError& error, std::span<const std::uint8_t> document) {
     const auto place = placeOf(error.path());
+    const auto problem = escaped(error.problem());
+    if (!place && error.path() == shelf) {
+        return "The list of the switched-off rules: " + problem + ".";
+    }
     if (!place) {
         return "This is not a preset of MIDI Quillo, or it is damaged.";
     }
-    const auto problem = escaped(error.problem());
-    auto words = ruleLabel(place->rule, nameOf(place->rule, document));
+    auto words = labelOf(*place, document);
     if (const auto field = fieldAt(withMissingKey(place->inRule, error.problem())); !field.empty()) {
         words.append(", ").append(field);
     }
@@ -109,7 +135,7 @@ std::string problemInWords(const DecodingError& error, std::span<const std::uint
 }
 
 bool isAboutRule(const DecodingError& error) {
-    return placeOf(error.path()).has_value();
+    return error.path() == shelf || placeOf(error.path()).has_value();
 }
 
 }  // namespace quillo

@@ -13,6 +13,7 @@ namespace quillo {
 /// field as the editor calls it, and what is wrong with it.
 ///
 ///     Rule 4 "Echo", Incoming: missing key "passTrough".
+///     Switched-off rule 1 "Echo": expected a place from 0 to 3, found 7.
 ///
 /// Of a document that is no list of rules at all they say just this. `document` is what was read; the name is
 /// looked up in it. Nothing in the sentences can break a line or reach the terminal as a command.

@@ -5,6 +5,7 @@
 #include "persistence/PluginDataV3.hpp"
 #include "persistence/RuleV2.hpp"
 #include "rules/Rule.hpp"
+#include "rules/RuleShelf.hpp"
 
 /// How the rule types are stored. The keys "passTrough" of a message trigger and "passThrough" of a host
 /// transport trigger differ in every stored document and stay as they are.
@@ -12,7 +13,14 @@ namespace quillo {
 
 template <>
 struct Description<PluginDataV3> {
-    static constexpr std::tuple fields{field("rules", &PluginDataV3::rules)};
+    static constexpr std::tuple fields{field("rules", &PluginDataV3::rules),
+                                       field("shelf", &PluginDataV3::shelf)};
+};
+
+template <>
+struct Description<ShelvedRule> {
+    static constexpr std::tuple fields{field("place", &ShelvedRule::place),
+                                       field("rule", &ShelvedRule::rule)};
 };
 
 template <>

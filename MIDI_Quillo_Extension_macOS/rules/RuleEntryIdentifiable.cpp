@@ -17,6 +17,16 @@ RuleEntryIdentifiable elementFromRule(const Rule& rule) {
     return element;
 }
 
+std::vector<RuleEntryIdentifiable> elementsFrom(const std::vector<Rule>& rules, const RuleShelf& shelf) {
+    std::vector<RuleEntryIdentifiable> elements;
+    elements.reserve(rules.size() + shelf.size());
+    visitInOrder(rules, shelf, [&elements](const Rule& rule, bool isOff) {
+        elements.push_back(elementFromRule(rule));
+        elements.back().off = isOff;
+    });
+    return elements;
+}
+
 Rule ruleFromElement(const RuleEntryIdentifiable& element) {
     auto rule = ruleFromEntry(element.rule);
     if (element.loadedMessage) {
@@ -33,14 +43,15 @@ void editElement(RuleEntryIdentifiable& element, RuleEntry entry) {
     element.rule = std::move(entry);
 }
 
-std::optional<std::string> noticeBeforeEditing(const std::vector<Rule>& rules) {
+std::optional<std::string> noticeBeforeEditing(const std::vector<RuleEntryIdentifiable>& elements) {
     constexpr std::size_t greatestCount = 5;
     std::string notice;
     std::size_t count = 0;
-    for (std::size_t position = 0; position < rules.size(); ++position) {
-        const auto change = whatEditingChanges(rules[position]);
+    for (std::size_t position = 0; position < elements.size(); ++position) {
+        const auto rule = ruleFromElement(elements[position]);
+        const auto change = whatEditingChanges(rule);
         if (change && ++count <= greatestCount) {
-            notice += ruleLabel(position, rules[position].name) +
+            notice += ruleLabel(position, rule.name) +
                       " runs as it was loaded. Editing its message changes more than you see: " + *change +
                       ".\n";
         }

@@ -7,6 +7,7 @@
 
 #include "platform/UUID.hpp"
 #include "rules/RuleEntry.hpp"
+#include "rules/RuleShelf.hpp"
 
 namespace quillo {
 
@@ -17,6 +18,7 @@ struct RuleEntryIdentifiable {
     RuleEntry rule;
     /// The message as it was loaded, where the entry cannot hold it exactly: it stays until it is edited.
     std::optional<RuleOutputVariantsV2> loadedMessage = std::nullopt;
+    bool off = false;  ///< whether the rule is switched off: it keeps its place and does not run
 
     bool operator==(const RuleEntryIdentifiable&) const = default;
 };
@@ -25,14 +27,19 @@ struct RuleEntryIdentifiable {
 /// error: ask `whyNoEntry` first.
 [[nodiscard]] RuleEntryIdentifiable elementFromRule(const Rule& rule);
 
+/// The elements of a list, those of its rules that are switched off among them.
+[[nodiscard]] std::vector<RuleEntryIdentifiable> elementsFrom(const std::vector<Rule>& rules,
+                                                              const RuleShelf& shelf = {});
+
 /// The rule that an element stands for.
 [[nodiscard]] Rule ruleFromElement(const RuleEntryIdentifiable& element);
 
 /// Puts an entry into an element. A message that is changed thereby is the entry's from then on.
 void editElement(RuleEntryIdentifiable& element, RuleEntry entry);
 
-/// What a user must know before editing these rules: which of them, by number and name, hold a message that
-/// the editor cannot hold exactly. Nothing when none does.
-[[nodiscard]] std::optional<std::string> noticeBeforeEditing(const std::vector<Rule>& rules);
+/// What a user must know before editing these elements: which of them, by number and name, hold a message
+/// that the editor cannot hold exactly. Nothing when none does.
+[[nodiscard]] std::optional<std::string> noticeBeforeEditing(
+    const std::vector<RuleEntryIdentifiable>& elements);
 
 }  // namespace quillo

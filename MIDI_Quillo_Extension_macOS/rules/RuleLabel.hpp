@@ -12,4 +12,7 @@ namespace quillo {
 /// line.
 [[nodiscard]] std::string ruleLabel(std::size_t position, std::string_view name = {});
 
+/// The same for a rule that is switched off, by its place among those: `Switched-off rule 1 "Echo"`.
+[[nodiscard]] std::string shelvedRuleLabel(std::size_t position, std::string_view name = {});
+
 }  // namespace quillo

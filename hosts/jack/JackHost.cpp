@@ -27,7 +27,7 @@ SessionKeeper::Time now() {
 void usePreset(Session& session, const std::string& file) {
     auto preset = readPresetInput(file, exitBadData, InputReading::prompt);
     try {
-        session.install(std::move(preset.data.rules));
+        session.install(std::move(preset.data.rules), std::move(preset.data.shelf));
     } catch (const FatalError& error) {
         throw CommandFailure(exitBadData, escaped(file) + ": " + error.inWords());
     }

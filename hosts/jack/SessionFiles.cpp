@@ -12,7 +12,6 @@
 #include <utility>
 
 #include "persistence/DecodingError.hpp"
-#include "persistence/PluginData.hpp"
 #include "persistence/ProblemInWords.hpp"
 #include "platform/AtomicFile.hpp"
 #include "platform/QuotedText.hpp"
@@ -125,10 +124,10 @@ void SessionFiles::makeFolder() const {
     makeFolders(folder_);
 }
 
-std::vector<Rule> SessionFiles::Version::read() const {
+PluginData SessionFiles::Version::read() const {
     const auto document = readRegularFile(file);
     try {
-        return PluginData::read(document).rules;
+        return PluginData::read(document);
     } catch (const DecodingError& error) {
         throw std::runtime_error(problemInWords(error, document));
     }

@@ -10,17 +10,17 @@
 #include <string>
 #include <vector>
 
-#include "rules/Rule.hpp"
+#include "persistence/PluginData.hpp"
 
 namespace quillo {
 
-/// The folder in which the user's programs keep what they remember, from the values of XDG_STATE_HOME and HOME
-/// (null when they are not set). Nothing when both leave it open.
+/// The folder in which the user's programs keep what they remember, from the values of XDG_STATE_HOME and
+/// HOME (null when they are not set). Nothing when both leave it open.
 [[nodiscard]] std::optional<std::filesystem::path> stateFolder(const char* xdgStateHome, const char* home);
 
-/// The rules of the last session and those before them: preset files `NAME.json` (the newest), `NAME.1.json` (the
-/// one before) and so on, ten in all. Each is written whole or not at all, and the newest is there at all times.
-/// Not safe for two programs at once: see `SessionLock`. [main]
+/// The rules of the last session and those before them: preset files `NAME.json` (the newest), `NAME.1.json`
+/// (the one before) and so on, ten in all. Each is written whole or not at all, and the newest is there at
+/// all times. Not safe for two programs at once: see `SessionLock`. [main]
 class SessionFiles {
 public:
     static constexpr std::size_t keptVersions = 10;
@@ -34,8 +34,9 @@ public:
         std::filesystem::path file;
         std::chrono::system_clock::time_point saved;
 
-        /// The rules. Throws what makes the file unusable, in words for a musician.
-        [[nodiscard]] std::vector<Rule> read() const;
+        /// The rules, those that are switched off among them. Throws what makes the file unusable, in words
+        /// for a musician.
+        [[nodiscard]] PluginData read() const;
     };
 
     /// All that are there, newest first.

@@ -11,6 +11,7 @@
 #include "platform/AtomicFile.hpp"
 #include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
+#include "words/PlainWords.hpp"
 
 namespace quillo {
 
@@ -28,8 +29,7 @@ std::string localTime(std::chrono::system_clock::time_point time) {
 }
 
 std::string contentsOf(const SessionFiles::Version& version) try {
-    const auto rules = version.read().size();
-    return std::to_string(rules) + (rules == 1 ? " rule" : " rules");
+    return countInPlainWords(version.read());
 } catch (const std::exception& error) {
     return "damaged: " + escaped(wordsOf(error));
 }
@@ -96,7 +96,8 @@ void SessionRules::load() {
 
 /// No editor is open yet: the first one shows them.
 std::optional<std::string> SessionRules::tryToUse(const SessionFiles::Version& version) try {
-    session_.install(version.read());
+    auto [rules, shelf] = version.read();
+    session_.install(std::move(rules), std::move(shelf));
     return std::nullopt;
 } catch (const std::exception& error) {
     return "The last session's rules in " + escaped(version.file.string()) +

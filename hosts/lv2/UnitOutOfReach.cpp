@@ -11,7 +11,7 @@ UnitOutOfReach::UnitOutOfReach(std::string notice) : notice_(std::move(notice)) 
     model_->setNotEditable(notice_);
 }
 
-void UnitOutOfReach::onRulesChanged(std::vector<Rule> /*rules*/) {
+void UnitOutOfReach::onRulesChanged(std::vector<Rule> /*rules*/, RuleShelf /*shelf*/) {
     fatalError(notice_);
 }
 

@@ -15,7 +15,7 @@ public:
 
     [[nodiscard]] const std::shared_ptr<QuilloModel>& model() const override { return model_; }
     void viewDidLoad() override {}
-    void onRulesChanged(std::vector<Rule> rules) override;
+    void onRulesChanged(std::vector<Rule> rules, RuleShelf shelf = {}) override;
     void onInstantMessageClick(const RuleOutputVariantsV2& message) override;
     void tellUser(std::string message) override;
     void drain() override {}

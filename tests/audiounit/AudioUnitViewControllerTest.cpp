@@ -157,6 +157,20 @@ TEST_F(ControllerTest, EditedRulesReachTheProcessor) {
     EXPECT_EQ(controller->audioUnit()->processor->rules(), oneRule);
 }
 
+TEST_F(ControllerTest, WhatIsSwitchedOffReachesTheUnitAndComesBack) {
+    auto& unit = create();
+    controller->viewDidLoad();
+    controller->onRulesChanged(oneRule, {{0, oneRule[0]}});
+    EXPECT_EQ(unit.processor->rules(), oneRule);
+    EXPECT_EQ(unit.stored(), (PluginData{oneRule, {{0, oneRule[0]}}}));
+    unit.setFullState(unit.fullState());
+    queue.drain();
+    EXPECT_EQ(shownNames(), (Names{"one", "one"}));
+    EXPECT_TRUE(controller->model()->rules()[0].off);
+    const EventLogEntryVariants note = EventLogEntryVariants::MIDI{MIDIMessage{0x90, 60, 1}};
+    EXPECT_EQ(controller->why(note).at(0).verdict, "switched off");
+}
+
 TEST_F(ControllerTest, EditsMadeBeforeTheUnitExistsAreLost) {
     controller->viewDidLoad();
     controller->onRulesChanged(oneRule);
@@ -267,7 +281,7 @@ TEST_F(ControllerTest, RulesThatTheEditorCannotShowRunAndStayUntouched) {
     EXPECT_EQ(controller->model()->whyNotEditable(),
               "Rule 2 \"odd\" cannot be edited: its pressure is copied from the trigger. The rules run as "
               "they are and stay untouched.");
-    EXPECT_EQ(controller->model()->rulesNotShown(), rules);
+    EXPECT_EQ(controller->model()->rulesNotShown(), PluginData{rules});
     EXPECT_EQ(unit.processor->rules(), rules);
 }
 
@@ -277,7 +291,7 @@ TEST_F(ControllerTest, AMessageThatTheEditorCannotHoldIsToldWhenItIsLoadedAndSta
         rule(onLoad(), send(protocol(StatusV2::programChange, channel(3), byte(9))), "old")};
     unit.processor->setRules(rules);
     controller->viewDidLoad();
-    EXPECT_EQ(controller->model()->alertErrorMessage(), noticeBeforeEditing(rules));
+    EXPECT_EQ(controller->model()->alertErrorMessage(), noticeBeforeEditing(elementsFrom(rules)));
     ASSERT_EQ(controller->model()->rules().size(), 1U);
     EXPECT_EQ(ruleFromElement(controller->model()->rules()[0]), rules[0]);
 }

@@ -134,6 +134,17 @@ TEST_F(UnitTest, AStateThatWasSavedRestoresTheSameRules) {
     EXPECT_EQ(other->fullState(), state);
 }
 
+TEST_F(UnitTest, AStateKeepsTheRulesThatAreSwitchedOff) {
+    unit->install(oneRule, {{1, oneRule[0]}});
+    const auto state = unit->fullState();
+    const auto other = makeUnit();
+    other->setFullState(state);
+    EXPECT_EQ(other->processor->rules(), oneRule);
+    EXPECT_EQ(other->fullState(), state);
+    other->setFullState(StateDictionary{{stateKey, dataOf("damaged")}});
+    EXPECT_EQ(documentOf(*other->fullState()), R"({"rules":[]})");
+}
+
 TEST_F(UnitTest, OtherKeysOfARestoredStateAreKept) {
     unit->setFullState(StateDictionary{{stateKey, dataOf(R"({"rules":[]})")}, {"host", std::string("x")}});
     EXPECT_EQ(std::get<std::string>(unit->fullState()->at("host")), "x");

@@ -49,6 +49,28 @@ protected:
     RuleList list;
 };
 
+TEST_F(FoldedRunsTest, TheRulesOfARunAreAllOnOrAllOff) {
+    auto rules = waitingFor({36, 37, 38, 39, 40, 41});
+    for (std::size_t position = 0; position < 3; ++position) {
+        rules[position].off = true;
+    }
+    arrive(rules);
+    EXPECT_EQ(counts(folded), (Counts{3, 3}));
+    rules[1].off = false;
+    follow(rules);
+    EXPECT_EQ(counts(folded), (Counts{1, 1, 1, 3}));
+}
+
+TEST_F(FoldedRunsTest, ARunThatIsSwitchedOffStaysFolded) {
+    auto rules = waitingFor({36, 37, 38});
+    arrive(rules);
+    for (auto& element : rules) {
+        element.off = true;
+    }
+    follow(rules);
+    EXPECT_EQ(counts(folded), Counts{3});
+}
+
 TEST_F(FoldedRunsTest, AListUnderTheUsersHandsStaysUnfolded) {
     auto grown = waitingFor({36});
     follow(grown);

@@ -82,6 +82,36 @@ TEST_F(PresetExchangeTest, AnExportedListComesBackUnderNewIdentifiersEachTime) {
     EXPECT_NE(first[0].id, desk.idOf(0));
 }
 
+TEST_F(PresetExchangeTest, APresetKeepsWhatIsSwitchedOffInItsPlace) {
+    desk.addNoteOns(2);
+    desk.editor.setOff({desk.idOf(1)}, true);
+    const auto preset = exportPreset(desk.editor.rules());
+    EXPECT_EQ(PluginData::read(preset), (PluginData{desk.installed, desk.shelf}));
+    std::vector<std::uint8_t> exported;
+    ASSERT_TRUE(exportPreset(
+        [&](std::span<const std::uint8_t> bytes) { exported.assign(bytes.begin(), bytes.end()); },
+        desk.editor));
+    EXPECT_EQ(exported, preset);
+    desk.editor.replaceAll({}, "Clear");
+    ASSERT_TRUE(importPresetFile(write(textOf(preset)), desk.editor));
+    EXPECT_EQ(desk.names(), (Names{"Message #1", "Message #2", "Message #3"}));
+    EXPECT_TRUE(desk.editor.rules()[1].off);
+    EXPECT_EQ(desk.installed.size(), 2U);
+}
+
+TEST_F(PresetExchangeTest, ADamagedShelfImportsNothingAndTheAlertSaysWhat) {
+    desk.editor.setOff({desk.idOf(0)}, true);
+    auto text = textOf(exportPreset(desk.editor.rules()));
+    const std::string place = R"("place":0)";
+    text.replace(text.find(place), place.size(), R"("place":9)");
+    desk.editor.undo();
+    EXPECT_EQ(
+        refusal(write(text)),
+        "\"preset.json\" cannot be imported. Switched-off rule 1 \"Message #1\": expected a place from 0 "
+        "to 0, found 9.\n"
+        "The rules are as they were. Choose another file, or export this one again where its rules work.");
+}
+
 TEST_F(PresetExchangeTest, NamelessRulesOfOlderFilesReplaceTheListUnderNumberedNames) {
     importPresetFile(write(twoNamelessRules), desk.editor);
     EXPECT_EQ(desk.names(), (Names{"Message #1", "Message #2"}));
@@ -211,7 +241,7 @@ TEST_F(PresetExchangeTest, RulesThatAreNotShownAreNotExportedAsNone) {
 TEST_F(PresetExchangeTest, RulesThatRunAndAreNotShownAreExported) {
     const std::vector rules{
         rule(onNoteOn(), send(protocol(StatusV2::channelPressure, channel(0), triggerByte)), "odd")};
-    desk.model->setNotEditable("not shown", rules);
+    desk.model->setNotEditable("not shown", PluginData{rules});
     const auto path = write("old");
     exportPresetFile(path, Existing::replace, desk.editor);
     EXPECT_EQ(PluginData::read(readWholeFile(path)).rules, rules);

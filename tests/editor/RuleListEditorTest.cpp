@@ -532,12 +532,14 @@ std::vector<Rule> rulesNotShown() {
 
 class RulesNotShown : public RuleListEditorTest {
 protected:
-    RulesNotShown() { desk.model->setNotEditable("Rule 1 \"odd\" cannot be edited.", rulesNotShown()); }
+    RulesNotShown() {
+        desk.model->setNotEditable("Rule 1 \"odd\" cannot be edited.", PluginData{rulesNotShown()});
+    }
 
     void expectBack() {
         EXPECT_EQ(desk.installed, rulesNotShown());
         EXPECT_EQ(editor.whyNotEditable(), "Rule 1 \"odd\" cannot be edited.");
-        EXPECT_EQ(editor.runningRules(), rulesNotShown());
+        EXPECT_EQ(editor.storedRules(), PluginData{rulesNotShown()});
         EXPECT_EQ(editor.undoName(), std::nullopt);
     }
 };
@@ -637,7 +639,7 @@ TEST_F(LoadedMessage, ThatIsEditedGetsWhatTheCardShowsAndTheAlertSaysSo) {
 
 TEST_F(LoadedMessage, OfAnImportIsTold) {
     editor.replaceAll({elementFromRule(oldProgramChange("imported"))}, "Import");
-    EXPECT_EQ(editor.alertErrorMessage(), noticeBeforeEditing({oldProgramChange("imported")}));
+    EXPECT_EQ(editor.alertErrorMessage(), noticeBeforeEditing(elementsFrom({oldProgramChange("imported")})));
     EXPECT_EQ(desk.installed, std::vector{oldProgramChange("imported")});
 }
 
@@ -665,6 +667,82 @@ TEST_F(RuleListEditorTest, WhoeverSeesANewListCanUndoIt) {
     desk.addNoteOn();
     editor.undo();
     EXPECT_EQ(seen, (std::vector<std::optional<std::string>>{"Add Message #1", std::nullopt}));
+}
+
+TEST_F(RuleListEditorTest, ARuleThatIsSwitchedOffKeepsItsPlaceAndDoesNotRun) {
+    desk.addNoteOns(3);
+    const auto before = editor.rules();
+    editor.setOff({desk.idOf(1)}, true);
+    EXPECT_EQ(desk.names(), (Names{"Message #1", "Message #2", "Message #3"}));
+    EXPECT_EQ(desk.installed, (std::vector{ruleFromElement(before[0]), ruleFromElement(before[2])}));
+    EXPECT_EQ(desk.shelf, (RuleShelf{{1, ruleFromElement(before[1])}}));
+    EXPECT_EQ(editor.undoName(), "Switch off Message #2");
+    editor.undo();
+    EXPECT_EQ(editor.rules(), before);
+    EXPECT_EQ(desk.installed.size(), 3U);
+    EXPECT_TRUE(desk.shelf.empty());
+    editor.redo();
+    editor.setOff({desk.idOf(1)}, false);
+    EXPECT_EQ(editor.undoName(), "Switch on Message #2");
+    EXPECT_EQ(desk.installed, rulesOf(before));
+}
+
+TEST_F(RuleListEditorTest, SeveralRulesAreSwitchedOffInOneStep) {
+    desk.addNoteOns(3);
+    editor.setOff({desk.idOf(2), desk.idOf(0)}, true);
+    EXPECT_EQ(desk.installed.size(), 1U);
+    EXPECT_EQ(editor.undoName(), "Switch off Message #1 (2 rules)");
+    editor.undo();
+    EXPECT_EQ(desk.installed.size(), 3U);
+}
+
+TEST_F(RuleListEditorTest, SwitchingOffWhatIsOffIsNoStep) {
+    desk.addNoteOns(1);
+    editor.setOff({desk.idOf(0)}, true);
+    const auto installs = desk.installs;
+    editor.setOff({desk.idOf(0)}, true);
+    editor.setOff({UUID()}, true);
+    editor.undo();
+    EXPECT_EQ(desk.installs, installs + 1);
+    EXPECT_EQ(editor.undoName(), "Add Message #1");
+}
+
+TEST_F(RuleListEditorTest, ARuleThatIsOffIsEditedMovedAndCopiedAsAnyOther) {
+    desk.addNoteOns(2);
+    editor.setOff({desk.idOf(0)}, true);
+    auto entry = editor.rules()[0].rule;
+    entry.name = "off";
+    editor.edit({desk.idOf(0)}, entry);
+    editor.duplicate({desk.idOf(0)});
+    editor.move({desk.idOf(1)}, 2);
+    EXPECT_EQ(desk.names(), (Names{"off", "Message #2", "off"}));
+    EXPECT_EQ(desk.installed.size(), 1U);
+    ASSERT_EQ(desk.shelf.size(), 2U);
+    EXPECT_EQ(desk.shelf[0].place, 0U);
+    EXPECT_EQ(desk.shelf[1].place, 1U);
+}
+
+TEST_F(RuleListEditorTest, ARuleThatTheEngineRefusesStaysOff) {
+    desk.addNoteOns(1);
+    editor.setOff({desk.idOf(0)}, true);
+    auto entry = editor.rules()[0].rule;
+    entry.output.delay.ms = -1;
+    editor.edit({desk.idOf(0)}, entry);
+    EXPECT_EQ(editor.alertErrorMessage(), std::nullopt);
+    editor.setOff({desk.idOf(0)}, false);
+    EXPECT_TRUE(editor.rules()[0].off);
+    EXPECT_TRUE(editor.alertErrorMessage().has_value());
+}
+
+TEST_F(RulesNotShown, ComeBackWithWhatIsSwitchedOffAmongThem) {
+    const PluginData document{rulesNotShown(), {{1, rulesNotShown()[0]}}};
+    desk.model->setNotEditable("because", document);
+    EXPECT_EQ(editor.storedRules(), document);
+    editor.replaceAll(named({"x"}), "Import");
+    EXPECT_TRUE(desk.shelf.empty());
+    editor.undo();
+    EXPECT_EQ(desk.shelf, document.shelf);
+    EXPECT_EQ(editor.storedRules(), document);
 }
 
 }  // namespace

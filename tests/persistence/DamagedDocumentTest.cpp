@@ -42,6 +42,10 @@ TEST(DamagedDocument, OfTheCurrentFormReadsOrFailsWithAnError) {
     expectToSurviveDamage(documents::currentDocument());
 }
 
+TEST(DamagedDocument, WithRulesThatAreSwitchedOffReadsOrFailsWithAnError) {
+    expectToSurviveDamage(documents::documentWithShelf());
+}
+
 TEST(DamagedDocument, OfTheSecondFormReadsOrFailsWithAnError) {
     expectToSurviveDamage(std::string(documents::bareArrayV2));
 }

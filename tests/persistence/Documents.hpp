@@ -65,11 +65,34 @@ inline Rule noteToControllerRule() {
         "Note to CC"};
 }
 
+/// The same rules, and three others that are switched off: one before them, two behind them.
+inline std::string documentWithShelf() {
+    const auto shelved = [](int place, std::string rule, std::string_view name) {
+        const std::string_view old = "Load sound";
+        rule.replace(rule.find(old), old.size(), name);
+        return R"({"place":)" + std::to_string(place) + R"(,"rule":)" + rule + "}";
+    };
+    const std::string rule(loadSound);
+    return R"({"rules":[)" + std::string(noteToController) + "," + rule + R"(],"shelf":[)" +
+           shelved(0, rule, "first") + "," + shelved(2, rule, "last") + "," +
+           shelved(2, rule, "behind the last") + "]}";
+}
+
 inline Rule loadSoundRule() {
     return {{RuleOutputVariantsV2::ProgramChange{RuleOutputChannelV2::Value{0}, 0, GenericByteV2::Value{5}},
              DelayV2{0}},
             RuleTriggerV2::OnLoad{},
             "Load sound"};
+}
+
+inline PluginData dataWithShelf() {
+    const auto named = [](std::string name) {
+        auto rule = loadSoundRule();
+        rule.name = std::move(name);
+        return rule;
+    };
+    return {{noteToControllerRule(), loadSoundRule()},
+            {{0, named("first")}, {2, named("last")}, {2, named("behind the last")}}};
 }
 
 /// Three nameless rules of the second form.

@@ -9,10 +9,22 @@
 
 #include "persistence/Documents.hpp"
 #include "persistence/EncodingError.hpp"
+#include "persistence/JSONCoding.hpp"
 #include "persistence/PluginDataV3.hpp"
 #include "platform/FatalError.hpp"
 
 namespace quillo {
+
+/// What a program reads that was made before there was a shelf.
+struct RulesAlone {
+    std::vector<Rule> rules;
+};
+
+template <>
+struct Description<RulesAlone> {
+    static constexpr std::tuple fields{field("rules", &RulesAlone::rules)};
+};
+
 namespace {
 
 using documents::bytesOf;
@@ -349,6 +361,78 @@ TEST(PluginData, IsEqualByItsRules) {
     EXPECT_EQ(exampleData(), exampleData());
     EXPECT_NE(exampleData(), PluginData());
     EXPECT_NE((PluginData{{named("a")}}), (PluginData{{named("b")}}));
+}
+
+TEST(PluginData, WritesRulesThatAreSwitchedOffBehindTheOthersByteForByte) {
+    EXPECT_EQ(written(documents::dataWithShelf()), documents::documentWithShelf());
+    EXPECT_EQ(read(documents::documentWithShelf()), documents::dataWithShelf());
+}
+
+TEST(PluginData, WithoutItsShelfADocumentIsByteForByteThatOfTheRulesThatRun) {
+    auto text = documents::documentWithShelf();
+    const auto start = text.find(R"(,"shelf":)");
+    text.erase(start, text.size() - 1 - start);
+    EXPECT_EQ(text, documents::currentDocument());
+    EXPECT_EQ(written({documents::dataWithShelf().rules}), text);
+}
+
+TEST(PluginData, AReaderThatKnowsNoShelfReadsTheSameRules) {
+    EXPECT_EQ(decode<RulesAlone>(parseJSON(bytesOf(documents::documentWithShelf())), "").rules,
+              documents::dataWithShelf().rules);
+}
+
+TEST(PluginData, AnEmptyShelfIsNone) {
+    for (const auto* shelf : {"[]", "null"}) {
+        const auto data = read(R"({"rules":[],"shelf":)" + std::string(shelf) + "}");
+        EXPECT_EQ(data, PluginData());
+        EXPECT_EQ(written(data), R"({"rules":[]})");
+    }
+}
+
+/// A document of two rules with these on the shelf, each an empty one.
+std::string shelved(const std::vector<std::string>& places) {
+    std::string shelf;
+    for (const auto& place : places) {
+        shelf += (shelf.empty() ? "" : ",") + (R"({"place":)" + place) + R"(,"rule":)" +
+                 std::string(documents::loadSound) + "}";
+    }
+    return rulesOf(std::string(documents::loadSound) + "," + std::string(documents::loadSound))
+        .insert(1, R"("shelf":[)" + shelf + "],");
+}
+
+TEST(PluginData, ReadsAnyPlaceInTheListAndInOrder) {
+    EXPECT_EQ(read(shelved({"0", "0", "1", "2", "2"})).shelf.size(), 5U);
+}
+
+TEST(PluginData, APlaceOutsideOfTheListFailsTheDocument) {
+    EXPECT_EQ(mostUsefulErrorOf(shelved({"0", "3"})),
+              "shelf[1].place: expected a place from 0 to 2, found 3");
+    EXPECT_EQ(mostUsefulErrorOf(shelved({"4294967295"})),
+              "shelf[0].place: expected a place from 0 to 2, found 4294967295");
+    EXPECT_EQ(mostUsefulErrorOf(shelved({"-1"})),
+              "shelf[0].place: expected a whole number from 0 to 4294967295, found -1");
+    EXPECT_EQ(mostUsefulErrorOf(shelved({"4294967296"})),
+              "shelf[0].place: expected a whole number from 0 to 4294967295, found 4294967296");
+}
+
+TEST(PluginData, APlaceBeforeThatInFrontFailsTheDocument) {
+    EXPECT_EQ(mostUsefulErrorOf(shelved({"1", "0"})),
+              "shelf[1].place: expected a place from 1 to 2, found 0");
+}
+
+TEST(PluginData, AMalformedRuleOnTheShelfFailsTheDocument) {
+    EXPECT_EQ(mostUsefulErrorOf(R"({"rules":[],"shelf":[{"place":0,"rule":{}}]})"),
+              R"(shelf[0].rule: missing key "output")");
+    EXPECT_EQ(mostUsefulErrorOf(R"({"rules":[],"shelf":[{"rule":{}}]})"), R"(shelf[0]: missing key "place")");
+    EXPECT_EQ(mostUsefulErrorOf(R"({"rules":[],"shelf":{}})"), "shelf: expected an array, found an object");
+}
+
+TEST(PluginData, DiffersByWhatIsSwitchedOff) {
+    const std::hash<PluginData> hash;
+    const PluginData without{documents::dataWithShelf().rules};
+    EXPECT_NE(documents::dataWithShelf(), without);
+    EXPECT_NE(hash(documents::dataWithShelf()), hash(without));
+    EXPECT_EQ(hash(documents::dataWithShelf()), hash(read(documents::documentWithShelf())));
 }
 
 }  // namespace

@@ -111,5 +111,24 @@ TEST(ProblemInWords, GivesTheNumberAloneWhereThereIsNoName) {
     EXPECT_EQ(wordsFor("[5]"), "Rule 1: expected an object, found 5.");
 }
 
+TEST(ProblemInWords, NamesARuleThatIsSwitchedOff) {
+    const std::string rule = R"({"output":{"message":{"SystemExclusive":{"_0":[]}},"delay":{"ms":0}},)"
+                             R"("trigger":{"OnLoad":{}},"name":"Echo"})";
+    const auto shelved = [](const std::string& element) {
+        return wordsFor(R"({"rules":[],"shelf":[)" + element + "]}");
+    };
+    EXPECT_EQ(shelved(R"({"place":7,"rule":)" + rule + "}"),
+              R"(Switched-off rule 1 "Echo": expected a place from 0 to 0, found 7.)");
+    EXPECT_EQ(shelved(R"({"place":0,"rule":{"name":"Echo","trigger":{"OnLoad":{}}}})"),
+              R"(Switched-off rule 1 "Echo", message: missing key "output".)");
+    EXPECT_EQ(
+        shelved(R"({"place":0,"rule":{"name":"Echo","output":{"message":{},"delay":{}}}})").substr(0, 36),
+        "Switched-off rule 1 \"Echo\", message:");
+    EXPECT_EQ(shelved(R"({"place":0})"), R"(Switched-off rule 1: missing key "rule".)");
+    EXPECT_EQ(shelved("5"), "Switched-off rule 1: expected an object, found 5.");
+    EXPECT_EQ(wordsFor(R"({"rules":[],"shelf":5})"),
+              "The list of the switched-off rules: expected an array, found 5.");
+}
+
 }  // namespace
 }  // namespace quillo

@@ -57,6 +57,48 @@ TEST_F(CheckCommandTest, SaysARunOfRulesInOneLineUnlessToldToUnfoldIt) {
                                 HasSubstr("\n4. \"controller 8\"")));
 }
 
+TEST_F(CheckCommandTest, NamesTheRulesThatAreSwitchedOffAndSaysWhereTheyStand) {
+    const auto volume = controllerRule(onLoad(), 7);
+    const auto document = PluginData{{volume}, {{0, controllerRule(onLoad(), 8)}, {1, volume}}}.write();
+    const auto path = folder.with("p.json", document);
+    EXPECT_EQ(
+        run({"check", path}).out,
+        path + ": generation 3 (current), 1 rule, 2 switched off\n"
+               "1. \"controller 7\": when the plug-in is loaded, send controller 7 (Volume) with value 1 on "
+               "channel 1 at once.\n"
+               "Switched off:\n"
+               "  at the beginning: \"controller 8\": when the plug-in is loaded, send controller 8 "
+               "(Balance) with value 1 on channel 1 at once.\n"
+               "  behind rule 1: \"controller 7\": when the plug-in is loaded, send controller 7 (Volume) "
+               "with value 1 on channel 1 at once.\n");
+    const std::string copy = folder / "copy.json";
+    EXPECT_EQ(run({"check", path, "--write", copy}).status, exitSuccess);
+    EXPECT_EQ(folder.read("copy.json"), document);
+}
+
+TEST_F(CheckCommandTest, SaysARunThatIsSwitchedOffInOneLineUnlessItsRulesStandApart) {
+    using namespace test;
+    const auto split = [](std::uint8_t note) {
+        return rule(onNoteOn(exactly(note), exactly(0), PassThroughV2::EatMatching),
+                    send(noteOn(1, static_cast<std::uint8_t>(note + 12), 100)), "split");
+    };
+    const auto path = folder.with(
+        "p.json",
+        PluginData{{controllerRule(onLoad(), 7)}, {{0, split(36)}, {1, split(37)}, {1, split(38)}}}.write());
+    EXPECT_THAT(run({"check", path}).out,
+                AllOf(HasSubstr("\n  at the beginning: \"split\": when note-on 36 (C1) arrives"),
+                      HasSubstr("\n  behind rule 1: \"split\", notes C♯1 to D1, 2 rules: ")));
+    EXPECT_THAT(run({"check", "--unfold", path}).out,
+                HasSubstr("\n  behind rule 1: \"split\": when note-on 38 (D1) arrives"));
+}
+
+TEST_F(CheckCommandTest, ADamagedShelfIsABadPreset) {
+    const auto result =
+        run({"check", folder.with("p.json", std::string(R"({"rules":[],"shelf":[{"place":1}]})"))});
+    EXPECT_EQ(result.status, exitBadPreset);
+    EXPECT_THAT(result.err, HasSubstr(R"(shelf[0]: missing key "rule")"));
+}
+
 TEST_F(CheckCommandTest, NamesOlderGenerations) {
     const auto result = run({"check", folder.with("p.json", "[" + nameless + "]")});
     EXPECT_EQ(result.status, exitSuccess);

@@ -221,5 +221,19 @@ TEST_F(ExplainCommandTest, AnswersAsItsHelpSays) {
     EXPECT_THAT(unwrapped(run({"explain", "--help"}).out), HasSubstr(unwrapped(answer)));
 }
 
+TEST_F(ExplainCommandTest, SaysOfARuleThatIsSwitchedOffThatItIs) {
+    const auto answer = rule(onNoteOn(), send(noteOn(1, 2, 3)), "on");
+    auto off = answer;
+    off.name = "Silence at stop";
+    const auto preset = folder.with("p.json", PluginData{{answer}, {{0, off}, {1, off}}}.write());
+    EXPECT_EQ(run({"explain", "--preset", preset, "90 3c 64"}).out,
+              "90 3c 64: note-on 60 (C3), velocity 100, channel 1\n"
+              "  -  \"Silence at stop\"  switched off\n"
+              "  1  \"on\"               fired        sent 91 02 03 at once\n"
+              "                                     91 02 03: note-on 2 (D-2), velocity 3, channel 2\n"
+              "  -  \"Silence at stop\"  switched off\n"
+              "Result: no rule swallowed it: it is forwarded, after what the rules send at once.\n");
+}
+
 }  // namespace
 }  // namespace quillo

@@ -63,24 +63,48 @@ TEST(RuleEntryIdentifiable, AnEditedMessageIsTheEntrysFromThenOn) {
 }
 
 TEST(NoticeBeforeEditing, NamesEachRuleWhoseMessageTheEditorCannotHold) {
-    EXPECT_EQ(noticeBeforeEditing({rule(onLoad(), send(noteOn(0, 60, 64)), "plain")}), std::nullopt);
+    EXPECT_EQ(noticeBeforeEditing(elementsFrom({rule(onLoad(), send(noteOn(0, 60, 64)), "plain")})),
+              std::nullopt);
     EXPECT_EQ(
         noticeBeforeEditing(
-            {oldProgramChange("a"), rule(onLoad(), send(noteOn(0, 60, 64)), "plain"), oldProgramChange("b")}),
+            elementsFrom({oldProgramChange("a"), rule(onLoad(), send(noteOn(0, 60, 64)), "plain"),
+                          oldProgramChange("b")})),
         "Rule 1 \"a\" runs as it was loaded. Editing its message changes more than you see: its program "
         "change has no bank, and gets bank 0.\n"
         "Rule 3 \"b\" runs as it was loaded. Editing its message changes more than you see: its program "
         "change has no bank, and gets bank 0.");
 }
 
+TEST(NoticeBeforeEditing, CountsTheRulesThatAreSwitchedOff) {
+    const auto notice =
+        noticeBeforeEditing(elementsFrom({oldProgramChange("b")}, {{0, oldProgramChange("a")}}));
+    ASSERT_TRUE(notice.has_value());
+    EXPECT_NE(notice->find("Rule 1 \"a\""), std::string::npos) << *notice;
+    EXPECT_NE(notice->find("Rule 2 \"b\""), std::string::npos) << *notice;
+}
+
+TEST(ElementsFrom, PutsRulesThatAreSwitchedOffIntoTheirPlaces) {
+    const auto named = [](std::string name) {
+        return rule(onLoad(), send(noteOn(0, 60, 64)), std::move(name));
+    };
+    const RuleShelf shelf{{0, named("a")}, {1, named("c")}, {1, named("d")}, {2, named("f")}};
+    std::string names;
+    for (const auto& element : elementsFrom({named("b"), named("e")}, shelf)) {
+        names += element.rule.name + (element.off ? "-" : "+");
+    }
+    EXPECT_EQ(names, "a-b+c-d-e+f-");
+    EXPECT_TRUE(elementsFrom({}, {{0, named("a")}}).front().off);
+}
+
 TEST(NoticeBeforeEditing, CutsAndEscapesNames) {
-    const auto notice = noticeBeforeEditing({oldProgramChange("a\n\"" + std::string(100, 'x'))});
+    const auto notice =
+        noticeBeforeEditing(elementsFrom({oldProgramChange("a\n\"" + std::string(100, 'x'))}));
     ASSERT_TRUE(notice.has_value());
     EXPECT_TRUE(notice->starts_with("Rule 1 \"a\\n\\\"" + std::string(32, 'x') + "…\" runs")) << *notice;
 }
 
 TEST(NoticeBeforeEditing, NamesFiveRulesAndCountsTheOthers) {
-    const auto notice = noticeBeforeEditing(std::vector(8, oldProgramChange()));
+    const auto notice = noticeBeforeEditing(elementsFrom(std::vector(8, oldProgramChange())));
     ASSERT_TRUE(notice.has_value());
     EXPECT_EQ(std::count(notice->begin(), notice->end(), '\n'), 5);
     EXPECT_TRUE(notice->ends_with("\nThe same holds for 3 more.")) << *notice;

@@ -84,12 +84,27 @@ TEST(QuilloModel, KeepsRulesThatCannotBeEditedOutOfTheListAndSaysWhichOne) {
     QuilloModel model;
     model.showRules({shown, odd});
     EXPECT_TRUE(model.rules().empty());
-    EXPECT_EQ(model.rulesNotShown(), (std::vector{shown, odd}));
+    EXPECT_EQ(model.rulesNotShown(), (PluginData{{shown, odd}}));
     EXPECT_EQ(model.whyNotEditable(),
               "Rule 2 \"odd\" cannot be edited: its pressure is copied from the trigger. The rules run as "
               "they are and stay untouched.");
     model.showRules({shown});
     EXPECT_EQ(model.whyNotEditable(), std::nullopt);
+}
+
+TEST(QuilloModel, ShowsRulesThatAreSwitchedOffInTheirPlaces) {
+    QuilloModel model;
+    model.showRules({shown}, {{0, shown}});
+    ASSERT_EQ(model.rules().size(), 2U);
+    EXPECT_TRUE(model.rules()[0].off);
+    EXPECT_FALSE(model.rules()[1].off);
+}
+
+TEST(QuilloModel, AlsoARuleThatIsSwitchedOffCanKeepTheListFromBeingShown) {
+    QuilloModel model;
+    model.showRules({shown}, {{1, odd}});
+    EXPECT_EQ(model.rulesNotShown(), (PluginData{{shown}, {{1, odd}}}));
+    EXPECT_EQ(model.whyNotEditable()->substr(0, 32), "Rule 2 \"odd\" cannot be edited: i");
 }
 
 TEST(QuilloModel, SaysWhatMustBeKnownBeforeRulesAreEdited) {
@@ -98,8 +113,8 @@ TEST(QuilloModel, SaysWhatMustBeKnownBeforeRulesAreEdited) {
     QuilloModel model;
     model.showRules(rules);
     EXPECT_EQ(model.rules().size(), 1U);
-    ASSERT_TRUE(noticeBeforeEditing(rules));
-    EXPECT_EQ(model.alertErrorMessage(), noticeBeforeEditing(rules));
+    ASSERT_TRUE(noticeBeforeEditing(elementsFrom(rules)));
+    EXPECT_EQ(model.alertErrorMessage(), noticeBeforeEditing(elementsFrom(rules)));
 }
 
 class QuilloModelAlerts : public testing::Test {
@@ -161,8 +176,8 @@ TEST(QuilloModel, RulesThatCannotBeShownLeaveAnEmptyListAndAReason) {
     EXPECT_TRUE(model.rules().empty());
     EXPECT_EQ(model.whyNotEditable(), "because");
     EXPECT_EQ(model.rulesNotShown(), std::nullopt) << "Nobody knows them.";
-    model.setNotEditable("because", std::vector<Rule>{});
-    EXPECT_EQ(model.rulesNotShown(), std::vector<Rule>{});
+    model.setNotEditable("because", PluginData());
+    EXPECT_EQ(model.rulesNotShown(), PluginData());
     model.setRules({});
     EXPECT_EQ(model.whyNotEditable(), std::nullopt);
     EXPECT_EQ(model.rulesNotShown(), std::nullopt);

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "persistence/PluginData.hpp"
+#include "platform/FatalError.hpp"
 #include "support/TestOutput.hpp"
 #include "support/TestRules.hpp"
 
@@ -258,6 +259,33 @@ TEST_F(SessionTest, ManyRestoredStatesAreShownOnce) {
     }
     session.drain();
     EXPECT_EQ(shown, 1);
+}
+
+TEST_F(SessionTest, RulesThatAreSwitchedOffAreKeptWithTheirPlacesAndDoNotRun) {
+    const auto document = PluginData{swap, {{0, swap[0]}, {1, swap[0]}}}.write();
+    ASSERT_EQ(session.restore(document), std::nullopt);
+    EXPECT_EQ(rules(), swap);
+    EXPECT_EQ(session.save(), document);
+    ASSERT_EQ(session.setSampleRate(44100.0), std::nullopt);
+    EXPECT_EQ(session.save(), document);
+}
+
+TEST_F(SessionTest, AnEditReplacesWhatIsSwitchedOffAndARefusedOneDoesNot) {
+    session.onRulesChanged({}, {{0, swap[0]}});
+    const auto document = PluginData{{}, {{0, swap[0]}}}.write();
+    EXPECT_EQ(session.save(), document);
+    EXPECT_THROW(session.onRulesChanged({rule(onLoad(), send(noteOn(0, 1, 1), -1))}), FatalError);
+    EXPECT_TRUE(session.restore(bytesOf(R"({"rules":[],"shelf":[{"place":1}]})")).has_value());
+    EXPECT_EQ(session.save(), document);
+    session.onRulesChanged(swap);
+    EXPECT_EQ(session.save(), PluginData{swap}.write());
+}
+
+TEST_F(SessionTest, AnEditorShowsWhatIsSwitchedOff) {
+    session.install(swap, {{1, swap[0]}});
+    session.viewDidLoad();
+    ASSERT_EQ(session.model()->rules().size(), 2U);
+    EXPECT_TRUE(session.model()->rules()[1].off);
 }
 
 }  // namespace

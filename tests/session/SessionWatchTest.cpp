@@ -65,6 +65,14 @@ protected:
     const Rule pedal = rule(onControlChange(64), send(controlChange(0, 1, 2)), "pedal");
 };
 
+TEST_F(SessionWatchTest, HitsStandByTheirRulesAmongThoseThatAreSwitchedOff) {
+    session.install({swap, echo}, {{0, pedal}, {1, pedal}});
+    openEditor();
+    block(1000, {{0, {0x90, 60, 1}}});
+    session.drain();
+    EXPECT_EQ(model().hits(), (std::vector<RuleHits>{{}, {1, 1.0}, {}, {1, 1.0}}));
+}
+
 TEST_F(SessionWatchTest, HitsAreSeenInAWindowThatIsOpenedLater) {
     session.install({swap, echo, pedal});
     block(500, {{100, {0x90, 60, 1}}, {200, {0x90, 70, 1}}});

@@ -161,5 +161,16 @@ TEST(Why, AnswersForTheRulesAsTheyAreNow) {
     EXPECT_EQ(session.why(note)[0].text(), "fired: sent 91 02 03 at once");
 }
 
+TEST(Why, SaysOfARuleThatIsSwitchedOffThatItIs) {
+    Session session;
+    const auto answer = rule(onNoteOn(), send(noteOn(1, 2, 3)));
+    session.install({answer}, {{0, answer}, {1, answer}});
+    const auto reasons = session.why(EventLogEntryVariants::MIDI{MIDIMessage{0x90, 60, 1}});
+    ASSERT_EQ(reasons.size(), 3U);
+    EXPECT_EQ(reasons[0].text(), "switched off");
+    EXPECT_TRUE(reasons[1].fired);
+    EXPECT_EQ(reasons[2].text(), "switched off");
+}
+
 }  // namespace
 }  // namespace quillo

@@ -59,7 +59,8 @@ struct Writer {
     void operator()(const MoveStep& /*step*/) const { out << "save, and restore in another instance"; }
     void operator()(const RestartStep& /*step*/) const { out << "deactivate and activate"; }
     void operator()(const UserStep& step) const {
-        constexpr std::array actions{"open", "close", "add", "duplicate", "remove", "move", "undo", "redo"};
+        constexpr std::array actions{
+            "open", "close", "add", "duplicate", "remove", "move", "switch off or on", "undo", "redo"};
         out << "editor: " << actions[static_cast<std::size_t>(step.action)] << " (" << step.number << ")";
     }
 };

@@ -76,7 +76,7 @@ struct RestartStep {};
 /// What a user does with the editor; all but `open` needs one that is open. `number` chooses a rule and a
 /// place.
 struct UserStep {
-    enum class Action : std::uint8_t { open, close, add, duplicate, remove, move, undo, redo };
+    enum class Action : std::uint8_t { open, close, add, duplicate, remove, move, switchOff, undo, redo };
     Action action = Action::open;
     std::uint32_t number = 0;
 };

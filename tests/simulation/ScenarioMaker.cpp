@@ -71,7 +71,7 @@ private:
 
     /// Rarely does a user close the editor.
     void addUser() {
-        const auto action = static_cast<UserStep::Action>(2 + below(6));
+        const auto action = static_cast<UserStep::Action>(2 + below(7));
         add(UserStep{chance(8) ? UserStep::Action::close : action, below(1000)});
     }
 

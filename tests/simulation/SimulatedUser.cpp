@@ -9,13 +9,41 @@
 
 namespace quillo::test {
 
-SimulatedUser::SimulatedUser(EditorUnit& unit, const std::vector<Rule>& running)
+SimulatedUser::SimulatedUser(EditorUnit& unit, const PluginData& document)
     : unit_(unit),
       editor_(
-          unit.model(), [&unit](std::vector<Rule> rules) { unit.onRulesChanged(std::move(rules)); },
+          unit.model(),
+          [&unit](std::vector<Rule> rules, RuleShelf shelf) {
+              unit.onRulesChanged(std::move(rules), std::move(shelf));
+          },
           [&unit](const RuleOutputVariantsV2& message) { unit.onInstantMessageClick(message); }),
-      history_{running} {
+      history_{listOf(document)} {
     look();
+}
+
+SimulatedUser::List SimulatedUser::listOf(const PluginData& document) {
+    List list;
+    for (const auto& rule : document.rules) {
+        list.push_back({rule});
+    }
+    std::size_t behind = 0;
+    for (const auto& shelved : document.shelf) {
+        list.insert(list.begin() + static_cast<std::ptrdiff_t>(shelved.place + behind++),
+                    Listed{shelved.rule, true});
+    }
+    return list;
+}
+
+PluginData SimulatedUser::document() const {
+    PluginData document;
+    for (const auto& [rule, off] : history_[now_]) {
+        if (off) {
+            document.shelf.push_back({static_cast<std::uint32_t>(document.rules.size()), rule});
+        } else {
+            document.rules.push_back(rule);
+        }
+    }
+    return document;
 }
 
 void SimulatedUser::look() {
@@ -45,14 +73,15 @@ void SimulatedUser::act(const UserStep& step) {
     switch (step.action) {
     case UserStep::Action::duplicate: return duplicate(step.number % size);
     case UserStep::Action::remove: return remove(step.number % size);
+    case UserStep::Action::switchOff: return switchOffOrOn(step.number % size);
     default: return move(step.number % size, step.number / size % size);
     }
 }
 
 /// What was undone can be redone no more.
-void SimulatedUser::change(std::vector<Rule> rules) {
+void SimulatedUser::change(List list) {
     history_.resize(now_ + 1);
-    history_.push_back(std::move(rules));
+    history_.push_back(std::move(list));
     ++now_;
 }
 
@@ -60,21 +89,21 @@ void SimulatedUser::add(std::size_t which) {
     constexpr std::array types{OutputEntryType::NoteOn, OutputEntryType::ProgramChange,
                                OutputEntryType::SystemExclusive};
     const MIDIRuleType type = MIDIRuleType::OutputType{types[which % types.size()]};
-    auto list = rules();
-    list.push_back(ruleFromElement({UUID(), defaultEntry(type, nextIndex(editor_.rules())), std::nullopt}));
+    auto list = history_[now_];
+    list.push_back({ruleFromElement({UUID(), defaultEntry(type, nextIndex(editor_.rules()))})});
     editor_.add(type);
     change(std::move(list));
 }
 
 void SimulatedUser::duplicate(std::size_t index) {
-    auto list = rules();
-    list.insert(list.begin() + static_cast<std::ptrdiff_t>(index), Rule(list[index]));
+    auto list = history_[now_];
+    list.insert(list.begin() + static_cast<std::ptrdiff_t>(index), Listed(list[index]));
     editor_.duplicate({editor_.rules()[index].id});
     change(std::move(list));
 }
 
 void SimulatedUser::remove(std::size_t index) {
-    auto list = rules();
+    auto list = history_[now_];
     list.erase(list.begin() + static_cast<std::ptrdiff_t>(index));
     editor_.remove({editor_.rules()[index].id});
     change(std::move(list));
@@ -84,11 +113,18 @@ void SimulatedUser::move(std::size_t from, std::size_t to) {
     if (from == to) {
         return;
     }
-    auto list = rules();
+    auto list = history_[now_];
     const auto moved = list[from];
     list.erase(list.begin() + static_cast<std::ptrdiff_t>(from));
     list.insert(list.begin() + static_cast<std::ptrdiff_t>(to), moved);
     editor_.move({editor_.rules()[from].id}, to);
+    change(std::move(list));
+}
+
+void SimulatedUser::switchOffOrOn(std::size_t index) {
+    auto list = history_[now_];
+    list[index].off = !list[index].off;
+    editor_.setOff({editor_.rules()[index].id}, list[index].off);
     change(std::move(list));
 }
 
@@ -109,13 +145,13 @@ void SimulatedUser::import(const std::vector<Rule>& rules) {
     static_cast<void>(importPreset("a preset", [&bytes] { return bytes; }, editor_));
     if (!isNothing &&
         std::ranges::none_of(rules, [](const Rule& rule) { return whyNoEntry(rule).has_value(); })) {
-        change(rules);
+        change(listOf({rules}));
     }
 }
 
 std::optional<std::string> SimulatedUser::difference() const {
-    if (editor_.runningRules() != rules()) {
-        return "the editor shows other rules than run";
+    if (editor_.storedRules() != document()) {
+        return "the editor shows other rules than it must";
     }
     if (editor_.undoName().has_value() != (now_ > 0)) {
         return "what can be undone is another";

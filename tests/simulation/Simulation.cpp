@@ -45,7 +45,7 @@ public:
         } else {
             player_->edit(step.rules);
         }
-        model_.edit(step.rules);
+        hold({step.rules});
     }
     void operator()(const UserStep& step) {
         if (step.action == UserStep::Action::open && !user_) {
@@ -75,12 +75,12 @@ public:
     }
     void operator()(const SaveStep& /*step*/) {
         saved_ = player_->save();
-        savedRules_ = model_.rules();
-        expect(PluginData::read(saved_).rules == savedRules_, "the saved rules are others");
+        savedRules_ = {model_.rules(), shelf_};
+        expect(PluginData::read(saved_) == savedRules_, "the saved rules are others");
     }
     void operator()(const RestoreStep& /*step*/) {
         expect(player_->restore(saved_), "the saved state is rejected");
-        model_.edit(savedRules_);
+        hold(savedRules_);
         if (user_) {
             user_->see(savedRules_);
             look();
@@ -92,7 +92,7 @@ public:
         const bool taken = player_->restore(damaged);
         expect(taken == (format_ == Format::unit), "a damaged state is taken");
         if (taken) {
-            model_.edit({});
+            hold({});
         }
     }
     void operator()(const MoveStep& /*step*/) {
@@ -111,6 +111,12 @@ public:
     }
 
 private:
+    /// The instance holds this document now.
+    void hold(const PluginData& document) {
+        model_.edit(document.rules);
+        shelf_ = document.shelf;
+    }
+
     /// An LV2 buffer always has an end.
     [[nodiscard]] std::optional<RoomLimit> usualRoom() const {
         return format_ == Format::lv2 ? std::optional(RoomLimit{8192}) : std::nullopt;
@@ -137,7 +143,7 @@ private:
             if (!std::exchange(hasLogs_, true)) {
                 model_.clearLogs();
             }
-            user_.emplace(*unit, model_.rules());
+            user_.emplace(*unit, PluginData{model_.rules(), shelf_});
         }
     }
 
@@ -152,8 +158,8 @@ private:
         }
         compare(model_.heard(), user_->model().inLog(), "in");
         compare(model_.told(), user_->model().outLog(), "out");
-        model_.edit(user_->rules());
-        expect(PluginData::read(player_->save()).rules == model_.rules(), "the rules that run are others");
+        hold(user_->document());
+        expect(PluginData::read(player_->save()) == user_->document(), "the rules that are kept are others");
     }
 
     void compare(const SlowModel::Log& expected, const QuilloModel::Log& log, const std::string& name) {
@@ -209,7 +215,8 @@ private:
     std::unique_ptr<Player> player_;
     SlowModel model_;
     Bytes saved_;
-    std::vector<Rule> savedRules_;
+    RuleShelf shelf_;  ///< what the instance keeps switched off
+    PluginData savedRules_;
     std::optional<SimulatedUser> user_;
     bool hasLogs_ = false;  ///< since the first editor
 };

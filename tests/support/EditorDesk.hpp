@@ -16,12 +16,14 @@ namespace quillo::test {
 struct EditorDesk {
     std::shared_ptr<QuilloModel> model = std::make_shared<QuilloModel>();
     std::vector<Rule> installed;
+    RuleShelf shelf;  ///< of the rules that are installed
     std::size_t installs = 0;
     std::vector<RuleOutputVariantsV2> sent;
     RuleListEditor editor{model,
-                          [this](std::vector<Rule> rules) {
+                          [this](std::vector<Rule> rules, RuleShelf off) {
                               static_cast<void>(compileRules(rules, defaultSampleRate));
                               installed = std::move(rules);
+                              shelf = std::move(off);
                               ++installs;
                           },
                           [this](const RuleOutputVariantsV2& message) { sent.push_back(message); }};

@@ -62,6 +62,13 @@ TEST_F(CLAPState, IsSavedAsItWasLoadedByteForByte) {
     }
 }
 
+TEST_F(CLAPState, KeepsWhatIsSwitchedOff) {
+    const auto off = rule(onNoteOn(), send(noteOn(0, 61, 5)), "off");
+    const auto document = PluginData{{off}, {{0, off}, {1, off}}}.write();
+    ASSERT_TRUE(host.load(document));
+    EXPECT_EQ(host.save(), document);
+}
+
 TEST_F(CLAPState, OfAFreshPluginIsAnEmptyList) {
     EXPECT_EQ(host.save(), documentOf({}));
 }

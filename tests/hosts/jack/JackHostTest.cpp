@@ -96,6 +96,13 @@ protected:
     std::optional<JackHost> host;
 };
 
+TEST_F(JackHostTest, APresetBringsWhatIsSwitchedOff) {
+    const PluginData data{rulesCalled("on"), {{0, rulesCalled("off").front()}}};
+    writeWholeFile(preset, data.write(), Existing::replace);
+    options.preset = preset;
+    EXPECT_EQ(start().session().save(), data.write());
+}
+
 TEST_F(JackHostTest, AnEditIsKeptInTheSessionWhenTheProgramEnds) {
     start().session().onRulesChanged(rulesCalled("edited"));
     host->finish();

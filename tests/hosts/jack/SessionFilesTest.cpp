@@ -35,7 +35,7 @@ protected:
     std::vector<std::size_t> ruleCounts() {
         std::vector<std::size_t> counts;
         for (const auto& version : files.versions()) {
-            counts.push_back(version.read().size());
+            counts.push_back(version.read().rules.size());
         }
         return counts;
     }

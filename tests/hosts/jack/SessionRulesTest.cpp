@@ -80,6 +80,15 @@ TEST_F(SessionRulesTest, TheLastSessionsRulesComeBack) {
     EXPECT_EQ(program.err.str(), "");
 }
 
+TEST_F(SessionRulesTest, WhatIsSwitchedOffIsKeptAndCounted) {
+    const auto document = PluginData{rulesCalled("on"), {{1, rulesCalled("off").front()}}}.write();
+    files.add(document);
+    Program program(folder.path());
+    program.rules.load();
+    EXPECT_EQ(program.session.save(), document);
+    EXPECT_THAT(historyText(files), HasSubstr("   1 rule, 1 switched off   "));
+}
+
 TEST_F(SessionRulesTest, AnEditIsSavedSoon) {
     Program program(folder.path());
     program.edit("swap");

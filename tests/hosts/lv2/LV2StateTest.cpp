@@ -153,6 +153,15 @@ TEST_F(LV2State, PassesThroughAProjectByteForByte) {
     EXPECT_EQ(other.save(), swap);
 }
 
+TEST_F(LV2State, KeepsWhatIsSwitchedOffThroughAProject) {
+    const auto off = rule(onNoteOn(), send(noteOn(0, 61, 5)), "off");
+    const auto document = PluginData{{off}, {{0, off}, {1, off}}}.write();
+    ASSERT_EQ(host.load(document), LV2_STATE_SUCCESS);
+    LV2TestHost other;
+    restoreFrom(projectOf(host), other);
+    EXPECT_EQ(other.save(), document);
+}
+
 TEST_F(LV2State, SurvivesAProjectWhateverARuleIsCalled) {
     LV2TestHost other;
     for (const auto& text : awkwardTexts()) {

@@ -66,6 +66,15 @@ TEST_F(VST3State, TheChunkIsTheDocumentAndWhatTheWrapperPutsBehindIt) {
     EXPECT_LT(behind.size(), 100U);
 }
 
+TEST_F(VST3State, AChunkKeepsWhatIsSwitchedOff) {
+    const auto off = rule(onNoteOn(), send(noteOn(0, 61, 5)), "off");
+    const auto document = PluginData{{off}, {{0, off}, {1, off}}}.write();
+    ASSERT_EQ(plugIn.setState(document), kResultOk);
+    const auto chunk = plugIn.state();
+    ASSERT_GT(chunk.size(), document.size());
+    EXPECT_TRUE(std::equal(document.begin(), document.end(), chunk.begin()));
+}
+
 TEST_F(VST3State, AChunkIsTakenBackByAnotherInstanceByteForByte) {
     ASSERT_EQ(plugIn.setState(answerWith(61)), kResultOk);
     const auto chunk = plugIn.state();
