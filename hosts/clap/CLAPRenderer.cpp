@@ -44,7 +44,6 @@ CLAPRenderer::CLAPRenderer(Session& session)
 
 void CLAPRenderer::activate(double sampleRate) {
     transport_.setSampleRate(sampleRate);
-    interrupt();
 }
 
 clap_process_status CLAPRenderer::process(const clap_process_t& process) QUILLO_REALTIME {

@@ -23,7 +23,7 @@ void LV2Output::begin(LV2_Atom_Sequence* buffer) QUILLO_REALTIME {
 }
 
 bool LV2Output::fits(std::size_t size) const QUILLO_REALTIME {
-    return written_ <= capacity_ && size <= capacity_ - written_;
+    return written_ + size <= capacity_;
 }
 
 LV2Output::Room LV2Output::roomFor(Bytes bytes, const Waiting& waiting) const QUILLO_REALTIME {

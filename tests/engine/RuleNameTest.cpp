@@ -24,6 +24,7 @@ TEST(RuleName, ACopyOutlivesTheOriginal) {
     RuleName assigned;
     assigned = *original;
     original.reset();
+    const RuleName later("of the same length!");
     EXPECT_EQ(copy.text(), "an echo of the note");
     EXPECT_EQ(assigned.text(), "an echo of the note");
 }

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 #include "engine/RuleCompiler.hpp"
@@ -61,6 +63,27 @@ TEST(PlacesBefore, ARuleThatIsMovedStaysItself) {
 TEST(PlacesBefore, ARuleThatIsRenamedStaysItself) {
     EXPECT_EQ(places({a, b, c}, {a, named("other", 2), c}), (Places{0, 1, 2}));
     EXPECT_EQ(places({named("x"), named("y")}, {named("y")}), Places{1});
+}
+
+TEST(PlacesBefore, TheEqualRuleIsPreferredToOneWithAnotherName) {
+    const auto [x, y, z] = std::array{named("x"), named("y"), named("z")};
+    EXPECT_EQ(places({y, x, a}, {z, y, b}), (Places{1, 0, noPlace}));
+}
+
+TEST(PlacesBefore, OfEqualRulesThoseAtTheEndAreTheOnesThatEndTheListBefore) {
+    EXPECT_EQ(places({a, b, c, b, d, named("e", 5)}, {named("f", 6), b, d, named("e", 5)}),
+              (Places{noPlace, 3, 4, 5}));
+}
+
+/// The first 256 of those that could be it, and the last.
+TEST(PlacesBefore, ARuleIsLookedForAmongSoManyOthersOnly) {
+    std::vector<Rule> before;
+    for (int number = 0; number < 300; ++number) {
+        before.push_back(rule(onNoteOn(), send(noteOn(0, 1, 1), number)));
+    }
+    EXPECT_EQ(places(before, {before[255], a}), (Places{255, noPlace}));
+    EXPECT_EQ(places(before, {before[256], a}), (Places{noPlace, noPlace}));
+    EXPECT_EQ(places(before, {before[299], a}), (Places{299, noPlace}));
 }
 
 /// Moved across ten thousand others, and ten thousand in the place of as many.

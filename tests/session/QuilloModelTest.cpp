@@ -33,6 +33,16 @@ TEST(QuilloModel, ItsLogsAreSeparate) {
     EXPECT_EQ(model.outLog()[1], entryAt(3));
 }
 
+TEST(QuilloModel, CountsWhatTheInLogWasEverGiven) {
+    QuilloModel model;
+    EXPECT_EQ(model.inLogCount(), 0U);
+    model.appendToInLog(std::vector(101, entryAt(1)));
+    model.clearInLog();
+    model.appendToInLog({entryAt(2)});
+    model.appendToOutLog({entryAt(3)});
+    EXPECT_EQ(model.inLogCount(), 102U);
+}
+
 TEST(QuilloModel, TellsThoseWhoObserveAPartOnceAChange) {
     QuilloModel model;
     int rules = 0;
@@ -115,6 +125,14 @@ TEST(QuilloModel, SaysWhatMustBeKnownBeforeRulesAreEdited) {
     EXPECT_EQ(model.rules().size(), 1U);
     ASSERT_TRUE(noticeBeforeEditing(elementsFrom(rules)));
     EXPECT_EQ(model.alertErrorMessage(), noticeBeforeEditing(elementsFrom(rules)));
+}
+
+TEST(QuilloModel, TheRulesAreShownBeforeWhatMustBeKnownOfThem) {
+    QuilloModel model;
+    std::size_t shownWithTheAlert = 0;
+    const auto observation = model.observeAlert([&] { shownWithTheAlert = model.rules().size(); });
+    model.showRules({rule(onLoad(), send(protocol(StatusV2::programChange, channel(3), byte(9))), "old")});
+    EXPECT_EQ(shownWithTheAlert, 1U);
 }
 
 class QuilloModelAlerts : public testing::Test {

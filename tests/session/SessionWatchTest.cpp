@@ -181,6 +181,17 @@ TEST_F(SessionWatchTest, WhatWaitsIsCountedAlwaysAndListedWhileItIsWatched) {
     EXPECT_TRUE(model().waiting().empty());
 }
 
+/// Equal times in the order in which they were fired.
+TEST_F(SessionWatchTest, WhatWaitsIsListedInTheOrderInWhichItLeaves) {
+    session.install({rule(onNoteOn(exactly(1)), send(noteOn(0, 1, 1), 10)),
+                     rule(onNoteOn(exactly(2)), send(noteOn(0, 2, 1), 20)),
+                     rule(onNoteOn(exactly(3)), send(noteOn(0, 3, 1), 30))});
+    openEditor();
+    session.watchWaiting(true);
+    block(1, {{0, {0x90, 1, 1}}, {0, {0x90, 3, 1}}, {0, {0x90, 2, 1}}, {0, {0x90, 3, 1}}, {0, {0x90, 1, 1}}});
+    EXPECT_THAT(numbersOfWhatWaits(), ElementsAre(1, 5, 3, 2, 4));
+}
+
 TEST_F(SessionWatchTest, AnOutputThatWaitsHasTheNameThatItsRuleHadWhenItFired) {
     session.install({echo});
     openEditor();

@@ -140,6 +140,13 @@ TEST_F(SessionFilesTest, AVersionThatCannotBeWrittenCostsNoOther) {
     EXPECT_EQ(std::distance(fs::directory_iterator(files.file(0).parent_path()), {}), 3);
 }
 
+TEST_F(SessionFilesTest, WhatCannotBePutInItsPlaceLeavesNothingBehind) {
+    const auto where = folder / "state" / "midi-quillo";
+    fs::create_directories(where / "midi-quillo.json" / "in the way");
+    EXPECT_THROW(files.add(documentOf(1)), FileError);
+    EXPECT_EQ(std::distance(fs::directory_iterator(where), fs::directory_iterator()), 1);
+}
+
 TEST_F(SessionFilesTest, NoTwoNamesShareAFile) {
     std::set<fs::path> seen;
     const fs::path home = folder.path();

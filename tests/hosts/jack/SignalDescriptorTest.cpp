@@ -4,9 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <pthread.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
+#include <new>
+#include <system_error>
+
+#include "hosts/jack/SignalSet.hpp"
 #include "support/Threads.hpp"
 
 namespace quillo {
@@ -47,6 +53,26 @@ TEST(SignalDescriptor, AHandlerThatALibraryHasPutInMeanwhileIsNoMoreCalled) {
     std::signal(SIGHUP, [](int) {});
     signals.release();
     EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), SIG_DFL);
+}
+
+TEST(SignalDescriptor, WhereNoDescriptorIsLeftTheSignalsDoWhatTheyDid) {
+    rlimit before{};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit none{0, before.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &none);
+    EXPECT_THROW(SignalDescriptor{SIGHUP}, std::system_error);
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_FALSE(isBlocked(SIGHUP));
+}
+
+/// Whatever was in its place before.
+TEST(SignalDescriptor, ASetHoldsTheSignalsThatItWasMadeOfAndNoOther) {
+    alignas(sigset_t) std::array<unsigned char, sizeof(sigset_t)> memory;
+    memory.fill(0xFF);
+    const auto* set = new (memory.data()) sigset_t(signalSet({SIGTERM, SIGHUP}));
+    for (int signal = 1; signal <= SIGRTMAX; ++signal) {
+        EXPECT_EQ(sigismember(set, signal), signal == SIGTERM || signal == SIGHUP) << signal;
+    }
 }
 
 TEST(SignalDescriptor, AProgramThatIsStartedFromHereInheritsNothing) {
