@@ -230,7 +230,7 @@ TEST_F(ShellTest, ASampleRateThatIsNoneIsAnErrorAndTheUserIsTold) {
     NSError* error = nil;
     EXPECT_FALSE(allocate(&error));
     EXPECT_EQ(error.code, -10875);
-    EXPECT_THAT(error.localizedDescription.UTF8String, HasSubstr("the sample rate is not"));
+    EXPECT_THAT(error.localizedDescription.UTF8String, HasSubstr("The sample rate is not"));
     EXPECT_THAT(told(), HasSubstr("The sample rate is not"));
 }
 
@@ -319,7 +319,7 @@ TEST_F(ShellTest, ATimeOffTheTimelineEndsTheCycleAndTheUserIsToldAfterwards) {
     EXPECT_EQ(render(std::numeric_limits<double>::infinity()), quillo::kQuilloErr_FatalError);
     EXPECT_EQ(told(), "nothing");
     [unit deallocateRenderResources];
-    EXPECT_THAT(told(), HasSubstr("the cycle's sample time is not"));
+    EXPECT_THAT(told(), HasSubstr("The cycle's sample time is not"));
 }
 
 TEST_F(ShellTest, TheStateIsThePlatformsWithTheDocumentInIt) {
@@ -377,7 +377,7 @@ TEST_F(ShellTest, WithoutAStateOfThePlatformsThereIsNoneAndTheUserIsTold) {
     create();
     platformDouble().keepsState = false;
     EXPECT_EQ(unit.fullState, nil);
-    EXPECT_THAT(told(), HasSubstr("the platform keeps no state"));
+    EXPECT_THAT(told(), HasSubstr("The platform keeps no state"));
 }
 
 TEST_F(ShellTest, ViewsOfAtLeastTwoHundredPointsAndUnconstrainedOnesAreSupported) {
