@@ -72,6 +72,10 @@ public:
     void setPanicAnswer(std::string answer);
     void dismissPanicAnswer();
 
+    /// Whether editors show each rule in one line. No document says so.
+    [[nodiscard]] bool rulesInOneLine() const { return rulesInOneLine_; }
+    void setRulesInOneLine(bool inOneLine) { rulesInOneLine_ = inOneLine; }
+
     [[nodiscard]] const Log& inLog() const { return inLog_; }
     [[nodiscard]] const Log& outLog() const { return outLog_; }
     /// How many entries the In log was ever given: by it the new ones are told.
@@ -101,6 +105,7 @@ private:
     std::vector<WaitingOutput> waiting_;
     std::size_t waitingCount_ = 0;
     std::optional<std::string> panicAnswer_;
+    bool rulesInOneLine_ = false;
     Log inLog_{logCapacity};
     std::uint64_t inLogCount_ = 0;
     Log outLog_{logCapacity};

@@ -152,7 +152,8 @@ private:
                         FieldSection::heightFor(content_.output, inside_ - style::columnGap - trigger));
     }
 
-    /// Half of the width, unless the card is lower when one of the two gets just what it needs for a single row.
+    /// Half of the width, unless the card is lower when one of the two gets just what it needs for a single
+    /// row.
     [[nodiscard]] int triggerColumn() const {
         const auto least = inside_ / 4;
         const auto greatest = inside_ - style::columnGap - least;
@@ -178,6 +179,26 @@ private:
 
 CardLayout::CardLayout(const CardContent& content, int width) {
     CardBuilder(*this, content, width).build();
+}
+
+CardLayout CardLayout::inOneLine(const RuleRemark& status, int width) {
+    CardLayout card;
+    card.height = style::cardInOneLine;
+    auto area = juce::Rectangle<int>(width, card.height)
+                    .withTrimmedLeft(style::dragHandleWidth)
+                    .reduced(style::cardPadding, 0);
+    const auto inside = area.getWidth();
+    card.name = area.removeFromLeft(std::min(inside * 3 / 10, style::nameInOneLine));
+    area.removeFromLeft(style::titleGap);
+    if (inside >= style::cardOfRows) {
+        const auto wanted = RuleStatus::widthFor(status);
+        const auto room = area.removeFromRight(std::clamp(wanted, roomForHits(), area.getWidth() / 2));
+        card.status = room.withTrimmedLeft(std::max(0, room.getWidth() - wanted))
+                          .withSizeKeepingCentre(std::min(wanted, room.getWidth()), RuleStatus::lineHeight);
+        area.removeFromRight(style::titleGap);
+    }
+    card.line = area;
+    return card;
 }
 
 }  // namespace quillo

@@ -16,7 +16,7 @@ struct CardContent {
     bool isReason = false;  ///< a reason may want more height; hits never do
 };
 
-/// Where the parts of a card lie. By its width it has one of four forms:
+/// Where the parts of a card lie. With its fields, by its width it has one of four forms:
 ///
 /// - columns: trigger and message side by side, each below its label; the buttons in the title line
 /// - rows: the fields beside their labels; the buttons in the title line
@@ -29,9 +29,13 @@ struct CardLayout {
     CardLayout() = default;
     /// For a card of this width.
     CardLayout(const CardContent& content, int width);
+    /// For one in one line: the name, what the rule does, and the status where there is room for it. What has
+    /// no place is empty.
+    [[nodiscard]] static CardLayout inOneLine(const RuleRemark& status, int width);
 
     juce::Rectangle<int> name;
     juce::Rectangle<int> status;
+    juce::Rectangle<int> line;
     juce::Rectangle<int> buttons;
     juce::Rectangle<int> triggerLabel;
     juce::Rectangle<int> trigger;

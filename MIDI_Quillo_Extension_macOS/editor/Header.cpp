@@ -21,7 +21,7 @@ constexpr int gap = 8;
 constexpr int buttonLift = 5;
 
 /// The rows of the menu that a narrow editor has.
-enum MoreRow : std::size_t { undoRow, redoRow, docsRow, panicRow, versionRow };
+enum MoreRow : std::size_t { undoRow, redoRow, formRow, docsRow, panicRow, versionRow };
 
 juce::String version() {
     return "v" QUILLO_VERSION;
@@ -50,11 +50,12 @@ Header::Header(RuleListEditor& editor, HeaderActions actions)
       export_("Export", IconName::exportFile, actions_.onExport),
       undo_("Undo", IconName::undo, [this] { editor_.undo(); }),
       redo_("Redo", IconName::redo, [this] { editor_.redo(); }),
+      form_("One line for each rule", IconName::oneLine, actions_.onForm),
       panic_("Panic", actions_.onPanic),
       docs_("Docs / Donate", actions_.onOpenURL),
       more_("More", IconName::more, [this] { openMore(); }) {
-    for (auto* button :
-         std::initializer_list<juce::Component*>{&import_, &export_, &undo_, &redo_, &panic_, &docs_}) {
+    for (auto* button : std::initializer_list<juce::Component*>{&import_, &export_, &undo_, &redo_, &form_,
+                                                                &panic_, &docs_}) {
         addAndMakeVisible(*button);
     }
     panic_.setColours(style::alarmText, style::alarmEdge);
@@ -70,10 +71,20 @@ void Header::refresh() {
     redo_.setTooltip(stepTitle("Redo", editor_.redoName()));
 }
 
+void Header::showForm(bool inOneLine) {
+    const juce::String title = inOneLine ? "Fields for each rule" : "One line for each rule";
+    form_.setIcon(inOneLine ? IconName::fields : IconName::oneLine);
+    form_.setTitle(title);
+    form_.setTooltip(title + " (Ctrl+-)");
+}
+
 void Header::openMore() {
     const std::vector<juce::String> labels{stepTitle("Undo", editor_.undoName()),
-                                           stepTitle("Redo", editor_.redoName()), docs_.getButtonText(),
-                                           panic_.getButtonText(), version()};
+                                           stepTitle("Redo", editor_.redoName()),
+                                           form_.getTitle(),
+                                           docs_.getButtonText(),
+                                           panic_.getButtonText(),
+                                           version()};
     std::set<std::size_t> disabled{versionRow};
     if (!editor_.undoName()) {
         disabled.insert(undoRow);
@@ -92,6 +103,7 @@ void Header::doRow(std::size_t row) {
     switch (row) {
     case undoRow: editor_.undo(); break;
     case redoRow: editor_.redo(); break;
+    case formRow: actions_.onForm(); break;
     case docsRow: actions_.onOpenURL(); break;
     case panicRow: actions_.onPanic(); break;
     default: break;
@@ -109,7 +121,8 @@ void Header::resized() {
     const bool narrow = environment<MySizeCategoryKey>(*this) == MySizeCategory::small;
     undo_.setVisible(!narrow);
     redo_.setVisible(!narrow);
-    for (auto* button : {&import_, &export_, &undo_, &redo_}) {
+    form_.setVisible(!narrow);
+    for (auto* button : {&import_, &export_, &undo_, &redo_, &form_}) {
         if (!button->isVisible()) {
             continue;
         }

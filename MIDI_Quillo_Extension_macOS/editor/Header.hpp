@@ -19,22 +19,26 @@ struct HeaderActions {
     std::function<void()> onExport;
     std::function<void()> onOpenURL;
     std::function<void()> onPanic;  ///< without one there is no button for it
+    std::function<void()> onForm;   ///< of the cards: in one line, or with their fields
 };
 
-/// The bar at the top: the logo, import and export, undo and redo, "Panic", "Docs / Donate" and the version.
-/// In a narrow editor all but import, export and "Panic" move into a menu; in the narrowest that does too.
-/// [main] only.
+/// The bar at the top: the logo, import and export, undo and redo, the form of the cards, "Panic", "Docs /
+/// Donate" and the version. In a narrow editor all but import, export and "Panic" move into a menu; in the
+/// narrowest that does too. [main] only.
 class Header final : public juce::Component, public EnvironmentScope {
 public:
     Header(RuleListEditor& editor, HeaderActions actions);
 
     /// What can be undone and redone may have changed.
     void refresh();
+    /// Whether the cards are shown in one line.
+    void showForm(bool inOneLine);
 
     [[nodiscard]] MyIconButton& importButton() { return import_; }
     [[nodiscard]] MyIconButton& exportButton() { return export_; }
     [[nodiscard]] MyIconButton& undoButton() { return undo_; }
     [[nodiscard]] MyIconButton& redoButton() { return redo_; }
+    [[nodiscard]] MyIconButton& formButton() { return form_; }
     [[nodiscard]] MyTextButton& panicButton() { return panic_; }
     [[nodiscard]] MyTextButton& docsButton() { return docs_; }
     [[nodiscard]] MyIconButton& moreButton() { return more_; }
@@ -55,6 +59,7 @@ private:
     MyIconButton export_;
     MyIconButton undo_;
     MyIconButton redo_;
+    MyIconButton form_;
     MyTextButton panic_;
     MyTextButton docs_;
     MyIconButton more_;

@@ -24,6 +24,8 @@ Asset asset(IconName icon) {
     case IconName::arrowDown: return {iconarrowdown_svg, iconarrowdown_svgSize};
     case IconName::arrowUp: return {iconarrowup_svg, iconarrowup_svgSize};
     case IconName::clear: return {iconclear_svg, iconclear_svgSize};
+    case IconName::oneLine: return {icononeline_svg, icononeline_svgSize};
+    case IconName::fields: return {iconfields_svg, iconfields_svgSize};
     case IconName::more: return {iconmore_svg, iconmore_svgSize};
     case IconName::exportFile: return {iconexport_svg, iconexport_svgSize};
     case IconName::importFile: return {iconimport_svg, iconimport_svgSize};

@@ -12,6 +12,8 @@ enum class IconName {
     arrowDown,
     arrowUp,
     clear,
+    oneLine,
+    fields,
     more,
     exportFile,
     importFile,
@@ -22,8 +24,8 @@ enum class IconName {
     logo
 };
 
-/// Draws an icon as large as fits into `area`, in its middle. An icon is one shape, which takes the colour; the
-/// logo keeps its own colours.
+/// Draws an icon as large as fits into `area`, in its middle. An icon is one shape, which takes the colour;
+/// the logo keeps its own colours.
 void drawIcon(juce::Graphics& graphics, IconName icon, juce::Rectangle<float> area, juce::Colour colour);
 
 }  // namespace quillo

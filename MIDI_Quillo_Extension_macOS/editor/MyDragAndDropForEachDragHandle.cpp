@@ -12,7 +12,8 @@
 
 namespace quillo {
 
-MyDragAndDropForEachDragHandle::MyDragAndDropForEachDragHandle() {
+MyDragAndDropForEachDragHandle::MyDragAndDropForEachDragHandle(std::function<void()> onOtherForm)
+    : onOtherForm_(std::move(onOtherForm)) {
     setTitle("Move");
     setWantsKeyboardFocus(true);
     setMouseClickGrabsKeyboardFocus(false);
@@ -98,12 +99,26 @@ void MyDragAndDropForEachDragHandle::end() {
     repaint();
 }
 
+void MyDragAndDropForEachDragHandle::mouseDoubleClick(const juce::MouseEvent& /*event*/) {
+    askForOtherForm();
+}
+
+bool MyDragAndDropForEachDragHandle::askForOtherForm() {
+    if (onOtherForm_ && !dragged_) {
+        onOtherForm_();
+    }
+    return static_cast<bool>(onOtherForm_);
+}
+
 bool MyDragAndDropForEachDragHandle::keyPressed(const juce::KeyPress& key) {
     if (dragged_ && key == juce::KeyPress::escapeKey) {
         givenUp_ = true;
         end();
         list()->cancelDrag();
         return true;
+    }
+    if (key == juce::KeyPress(juce::KeyPress::returnKey)) {
+        return MyDragAndDropForEach::bringIntoSight(*this) || askForOtherForm();
     }
     const bool moves = key.getModifiers().isAltDown() || key.getModifiers().isCtrlDown();
     if (!moves || !(key.isKeyCode(juce::KeyPress::upKey) || key.isKeyCode(juce::KeyPress::downKey))) {

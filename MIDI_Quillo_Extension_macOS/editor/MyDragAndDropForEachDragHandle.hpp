@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include <juce_gui_basics/juce_gui_basics.h>
@@ -12,11 +13,11 @@ namespace quillo {
 class MyDragAndDropForEach;
 
 /// The grip by which a row is dragged: it stands anywhere in the row's content and finds the list along its
-/// parents. Escape gives a drag up. With the keyboard focus, Up and Down together with Alt or Ctrl move the row.
-/// [main] only.
+/// parents. Escape gives a drag up. With the keyboard focus, Up and Down together with Alt or Ctrl move the
+/// row. A double click and Return ask for the row's other form. [main] only.
 class MyDragAndDropForEachDragHandle final : public juce::Component {
 public:
-    MyDragAndDropForEachDragHandle();
+    explicit MyDragAndDropForEachDragHandle(std::function<void()> onOtherForm = {});
 
     [[nodiscard]] bool dragged() const { return dragged_; }
 
@@ -28,6 +29,7 @@ public:
     void mouseExit(const juce::MouseEvent& event) override;
     void mouseDrag(const juce::MouseEvent& event) override;
     void mouseUp(const juce::MouseEvent& event) override;
+    void mouseDoubleClick(const juce::MouseEvent& event) override;
     bool keyPressed(const juce::KeyPress& key) override;
     void focusGained(FocusChangeType cause) override;
     void focusLost(FocusChangeType cause) override;
@@ -40,6 +42,9 @@ private:
     void end();
     void moveBy(int rows);
 
+    bool askForOtherForm();
+
+    std::function<void()> onOtherForm_;
     bool lit_ = false;
     bool dragged_ = false;
     bool givenUp_ = false;

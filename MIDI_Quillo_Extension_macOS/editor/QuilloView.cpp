@@ -71,11 +71,13 @@ QuilloView::QuilloView(EditorUnit& unit)
           },
           [this](const RuleOutputVariantsV2& message) { unit_.onInstantMessageClick(message); }),
       header_(editor_, {[this] { showImporter(); }, [this] { showExporter(); }, [this] { showGuide(); },
-                        unit.tellsWhatItDoes() ? std::function([this] { unit_.panic(); }) : nullptr}),
+                        unit.tellsWhatItDoes() ? std::function([this] { unit_.panic(); }) : nullptr,
+                        [this] { setFormOfAll(); }}),
       logger_(unit, [this] { resized(); }),
       panicAnswer_(
           unit.notesEndWhenRulesChange(),
           {[this](bool end) { unit_.setNotesEndWhenRulesChange(end); }, [this] { dismissPanicAnswer(); }}),
+      forms_(model_->rulesInOneLine()),
       rulesObservation_(model_->observeRules([this] { rulesChanged(); })),
       alertObservation_(model_->observeAlert([this] { showAlert(); })),
       panicObservation_(model_->observePanic([this] { showPanicAnswer(); })),
@@ -87,6 +89,9 @@ QuilloView::QuilloView(EditorUnit& unit)
     setFocusContainerType(FocusContainerType::keyboardFocusContainer);
     list_.makeRow = [this](const UUID& id) -> std::unique_ptr<juce::Component> { return makeCard(id); };
     list_.heightOfRow = [this](const UUID& id, int width) {
+        if (forms_.isInOneLine(id)) {
+            return style::cardInOneLine;
+        }
         const auto* shown = shownCard(id);
         return shown != nullptr ? RuleView::heightFor(shown->rule, width, why_.remark(id), runOf(id)) : 0;
     };
@@ -109,6 +114,7 @@ QuilloView::QuilloView(EditorUnit& unit)
     for (auto* part : std::initializer_list<juce::Component*>{&header_, &panicAnswer_, &list_, &logger_}) {
         part->setExplicitFocusOrder(++order);
     }
+    header_.showForm(forms_.areAllInOneLine());
     setSize(500, 250);
     rulesChanged();
     onOverlayClosed = [this] { showAlert(); };
@@ -154,7 +160,9 @@ std::unique_ptr<RuleView> QuilloView::makeCard(const UUID& id) {
             [this, id](const MIDIRuleType& type) { changeOutputType(id, type); },
             [this, id] { editor_.duplicate(editor_.cardOf(id)); }, [this, id] { removeRule(id); },
             [this, id] { editor_.send(id); }, [this, id](LearnButton& button) { learnTrigger(id, button); },
-            [this, id](juce::Component& button) { openCardMenu(id, button); }, runBinding(id)});
+            [this, id](juce::Component& button) { openCardMenu(id, button); }, runBinding(id),
+            [this, id](bool inOneLine) { setForm(id, inOneLine); }});
+    card->setInOneLine(forms_.isInOneLine(id));
     card->showReason(why_.remark(id));
     if (const auto run = editor_.runOfCard(id)) {
         if (const auto hits = hitsOf(*run)) {
@@ -237,6 +245,25 @@ std::optional<RuleHits> QuilloView::hitsOf(const RuleRun& card) const {
     return sum;
 }
 
+void QuilloView::setForm(const UUID& id, bool inOneLine) {
+    forms_.set(id, inOneLine);
+    if (auto* changed = card(id)) {
+        changed->setInOneLine(inOneLine);
+    }
+    list_.refreshRow(id);
+    list_.scrollTo(id);
+}
+
+void QuilloView::setFormOfAll() {
+    forms_.setAllInOneLine(!forms_.areAllInOneLine());
+    model_->setRulesInOneLine(forms_.areAllInOneLine());
+    header_.showForm(forms_.areAllInOneLine());
+    list_.forEachRow([this](std::size_t /*position*/, juce::Component& row) {
+        dynamic_cast<RuleView&>(row).setInOneLine(forms_.areAllInOneLine());
+    });
+    list_.refreshRows();
+}
+
 /// A shortcut of the menu is a control change with its controller and the value 0.
 void QuilloView::changeOutputType(const UUID& id, const MIDIRuleType& type) {
     if (const auto* output = type.getIf<MIDIRuleType::OutputType>()) {
@@ -259,7 +286,7 @@ void QuilloView::addRule(const std::function<void()>& add) {
     const auto count = editor_.rules().size();
     add();
     if (editor_.rules().size() > count) {
-        list_.scrollTo(editor_.rules()[count].id);
+        setForm(editor_.rules()[count].id, false);
     }
 }
 
@@ -509,6 +536,10 @@ bool QuilloView::keyPressed(const juce::KeyPress& key) {
     }
     if (is('z', command | juce::ModifierKeys::shiftModifier) || is('y', command)) {
         editor_.redo();
+        return true;
+    }
+    if (is('-', command)) {
+        setFormOfAll();
         return true;
     }
     if (isPanicKey(key) && unit_.tellsWhatItDoes()) {

@@ -11,6 +11,7 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include "editor/CardForms.hpp"
 #include "editor/ClickReleasesKeyboard.hpp"
 #include "editor/EditorLookAndFeel.hpp"
 #include "editor/Environment.hpp"
@@ -41,10 +42,11 @@ struct FilePanels {
 /// and the file browser open inside it; nothing opens over an alert, and an alert waits until the menu or the
 /// file browser that is open is closed. Ctrl+Z and Ctrl+Shift+Z or Ctrl+Y undo and redo, and scroll to the
 /// rule that they change; Ctrl+Shift+P is "Panic", also while something is open, and what that did is shown
-/// over the list for a while. While the question is open why an event did what it did, each card says what it
-/// did there; Escape closes it. Tab enters while nothing in it has the keyboard focus, beside what had it
-/// last. A preset file dropped on it is imported; while it is dragged over the editor, a hint says so. The
-/// owner of the window hands it the keys that nothing in it has used. [main] only.
+/// over the list for a while. Ctrl+- shows each rule in one line, or with its fields again; the unit's model
+/// keeps that for the next editor. While the question is open why an event did what it did, each card says
+/// what it did there; Escape closes it. Tab enters while nothing in it has the keyboard focus, beside what
+/// had it last. A preset file dropped on it is imported; while it is dragged over the editor, a hint says so.
+/// The owner of the window hands it the keys that nothing in it has used. [main] only.
 class QuilloView final : public juce::Component,
                          public EnvironmentScope,
                          public OverlayHost,
@@ -102,6 +104,8 @@ private:
     void moveCard(const UUID& id, std::size_t position);
     void openCardMenu(const UUID& id, juce::Component& button);
     void foldOrUnfold(const UUID& id);
+    void setForm(const UUID& id, bool inOneLine);
+    void setFormOfAll();
     void changeOutputType(const UUID& id, const MIDIRuleType& type);
     void addRule(const std::function<void()>& add);
     void removeRule(const UUID& id);
@@ -133,6 +137,7 @@ private:
     FileDropHint dropHint_;
     PanicAnswer panicAnswer_;
     FilePanels filePanels_;
+    CardForms forms_;
     NewRuleSelector* newRuleSelector_ = nullptr;  ///< below the list, which owns it
     SafePointer<juce::Component> lastFocus_;      ///< what in the editor had the keyboard focus last
     std::vector<ShownCard> shown_;                ///< the cards as they are, in order

@@ -24,13 +24,24 @@ Binding<Entry> readOnly(const Entry& entry) {
     return {[&entry] { return entry; }, [](const Entry&) {}};
 }
 
-CardContent contentOf(const RuleEntry& entry, const RuleRun& run, const std::optional<RuleRemark>& reason) {
+struct Plans {
+    FieldPlans trigger;
+    FieldPlans output;
+};
+
+/// Of fields that are never made.
+Plans plansFor(const RuleEntry& entry, const RuleRun& run) {
     const Palette palette;
     const RunBinding readRun{[run] { return run; }};
-    return {.trigger = sizesOf(triggerFields(readOnly(entry), readRun, palette, {})),
-            .output = sizesOf(outputFields(readOnly(entry), readRun, palette, {})),
-            .status = reason.value_or(RuleRemark()),
-            .isReason = reason.has_value()};
+    return {triggerFields(readOnly(entry), readRun, palette, {}),
+            outputFields(readOnly(entry), readRun, palette, {})};
+}
+
+CardContent contentOf(const Plans& plans, const RuleRemark& status, bool isReason) {
+    return {.trigger = sizesOf(plans.trigger),
+            .output = sizesOf(plans.output),
+            .status = status,
+            .isReason = isReason};
 }
 
 }  // namespace
@@ -39,7 +50,9 @@ RuleView::RuleView(Binding<RuleEntry> data, RuleViewActions actions)
     : data_(std::move(data)),
       actions_(std::move(actions)),
       shape_(shape()),
+      handle_([this] { actions_.onForm(!inOneLine_); }),
       header_(fieldBinding(data_, &RuleEntry::name)),
+      line_([this] { actions_.onForm(false); }),
       learn_([this] { actions_.onLearn(learn_); }),
       triggerLabel_(juceText(triggerCaption)),
       trigger_(juceText(triggerCaption)),
@@ -48,14 +61,16 @@ RuleView::RuleView(Binding<RuleEntry> data, RuleViewActions actions)
       buttons_([this] { return whyNotSent(); },
                {actions_.onDuplicate, actions_.onDelete, actions_.onSend, actions_.onMore}) {
     int order = 0;
-    for (auto* part : std::initializer_list<juce::Component*>{
-             &handle_, &header_, &status_, &triggerLabel_, &trigger_, &outputLabel_, &output_, &buttons_}) {
+    for (auto* part :
+         std::initializer_list<juce::Component*>{&handle_, &header_, &line_, &status_, &triggerLabel_,
+                                                 &trigger_, &outputLabel_, &output_, &buttons_}) {
         addAndMakeVisible(*part);
         part->setExplicitFocusOrder(++order);
     }
     triggerLabel_.setButton(learn_, LearnButton::size);
     setTitle(juceText(data_.get().name));
     setFocusContainerType(FocusContainerType::none);
+    line_.setVisible(false);
     makeFields();
     showCount();
 }
@@ -139,20 +154,34 @@ void RuleView::showStatus() {
 
 int RuleView::heightFor(const RuleEntry& entry, int width, const std::optional<RuleRemark>& reason,
                         const RuleRun& run) {
-    return CardLayout(contentOf(entry, run, reason), width).height;
+    const auto content = contentOf(plansFor(entry, run), reason.value_or(RuleRemark()), reason.has_value());
+    return CardLayout(content, width).height;
+}
+
+void RuleView::setInOneLine(bool inOneLine) {
+    inOneLine_ = inOneLine;
+    for (auto* part : std::initializer_list<juce::Component*>{&triggerLabel_, &trigger_, &outputLabel_,
+                                                              &output_, &buttons_}) {
+        part->setVisible(!inOneLine);
+    }
+    line_.setVisible(inOneLine);
+    resized();
 }
 
 void RuleView::resized() {
-    content_ = contentOf(data_.get(), actions_.run.get(), reason_);
-    content_.status = status_.remark();
+    const auto plans = plansFor(data_.get(), actions_.run.get());
+    content_ = contentOf(plans, status_.remark(), reason_.has_value());
+    line_.show(plans.trigger, plans.output);
     layOut();
 }
 
 void RuleView::layOut() {
-    const CardLayout layout(content_, getWidth());
+    const auto layout =
+        inOneLine_ ? CardLayout::inOneLine(content_.status, getWidth()) : CardLayout(content_, getWidth());
     handle_.setBounds(getLocalBounds().removeFromLeft(style::dragHandleWidth));
     header_.setBounds(layout.name.withSizeKeepingCentre(layout.name.getWidth(), style::boxHeight)
                           .withLeft(layout.name.getX() - style::fieldPadding));
+    line_.setBounds(layout.line);
     status_.setBounds(layout.status);
     triggerLabel_.setBounds(layout.triggerLabel);
     trigger_.setBounds(layout.trigger);

@@ -9,6 +9,7 @@
 
 #include "editor/Binding.hpp"
 #include "editor/CardLayout.hpp"
+#include "editor/CardLine.hpp"
 #include "editor/Environment.hpp"
 #include "editor/FieldSection.hpp"
 #include "editor/LearnButton.hpp"
@@ -37,15 +38,18 @@ struct RuleViewActions {
     std::function<void(juce::Component& button)> onMore;
     /// The run that the card stands for.
     RunBinding run{};
+    /// The card wants to be shown in one line, or with its fields again.
+    std::function<void(bool inOneLine)> onForm;
 };
 
 /// The card of a rule, or of a folded run: the grip it is dragged by, the name, the trigger, the message and the
 /// buttons. Every field edits the entry of the rule, the first of a run, through the binding; the card keeps no
 /// copy. Behind the name of a run stands of how many rules it consists.
 ///
-/// The card says how often the rule fired; in its place, as long as there is one, stands the reason why it does
-/// or does not fire. A hit lights the card up for a moment, a reason that says "fired" for as long as it is
-/// shown. [main] only.
+/// The card says how often the rule fired; in its place, as long as there is one, stands the reason why it
+/// does or does not fire. A hit lights the card up for a moment, a reason that says "fired" for as long as it
+/// is shown. In one line it has no fields and no buttons: a click on what its rule does asks for them, as do
+/// a double click on the grip and Return while that has the focus. [main] only.
 class RuleView final : public juce::Component, public EnvironmentScope {
 public:
     /// How long a hit is seen, in seconds.
@@ -55,6 +59,9 @@ public:
 
     /// The entry has changed: other fields are made where its types are others.
     void refresh();
+
+    void setInOneLine(bool inOneLine);
+    [[nodiscard]] bool isInOneLine() const { return inOneLine_; }
 
     /// Says how often the rule fired and when last. A higher count than before is a hit, which is seen if it
     /// was less than a second ago.
@@ -79,6 +86,7 @@ public:
     [[nodiscard]] RuleStatus& status() { return status_; }
     [[nodiscard]] LearnButton& learnButton() { return learn_; }
     [[nodiscard]] RuleButtons& buttons() { return buttons_; }
+    [[nodiscard]] CardLine& line() { return line_; }
 
     void resized() override;
     void paint(juce::Graphics& graphics) override;
@@ -108,6 +116,7 @@ private:
     MyDragAndDropForEachDragHandle handle_;
     RuleHeaderView header_;
     RuleStatus status_;
+    CardLine line_;
     LearnButton learn_;
     SectionLabel triggerLabel_;
     FieldSection trigger_;
@@ -117,6 +126,7 @@ private:
     std::optional<RuleHits> hits_;  ///< nothing before they were shown
     std::optional<RuleRemark> reason_;
     CardContent content_;
+    bool inOneLine_ = false;
     double light_ = 0;     ///< for how many seconds it is still seen
     bool wasLit_ = false;  ///< when it was drawn last
 };

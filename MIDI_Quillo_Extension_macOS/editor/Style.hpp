@@ -49,6 +49,9 @@ inline constexpr int fieldGap = 5;
 inline constexpr int cardPadding = 10;
 inline constexpr int cardBottom = 7;
 inline constexpr int cardHeaderHeight = 26;
+/// A card in one line, and the most that its name takes there.
+inline constexpr int cardInOneLine = 26;
+inline constexpr int nameInOneLine = 150;
 /// Between the parts of the title line.
 inline constexpr int titleGap = 8;
 inline constexpr int sectionGap = 6;
@@ -56,8 +59,8 @@ inline constexpr int columnGap = 16;
 inline constexpr int sectionLabelWidth = 68;
 inline constexpr int sectionLabelHeight = 16;
 inline constexpr int buttonsGap = 8;
-/// The least widths of a card's content for trigger and message side by side, for labels beside the fields, and
-/// for the buttons in the title line.
+/// The least widths of a card's content for trigger and message side by side, for labels beside the fields,
+/// and for the buttons in the title line.
 inline constexpr int cardOfColumns = 680;
 inline constexpr int cardOfRows = 470;
 inline constexpr int narrowCard = 330;

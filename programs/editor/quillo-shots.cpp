@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <initializer_list>
 #include <iostream>
+#include <iterator>
 #include <span>
 #include <string>
 #include <utility>
@@ -233,6 +234,21 @@ void showReasons(Photographer& photographer) {
     }
 }
 
+/// A long list: with the fields of its rules, and with each rule in one line.
+void showLists(Photographer& photographer) {
+    for (const auto& [width, height] : smallAndLarge) {
+        auto rules = performanceRules();
+        std::ranges::copy(demoRules(), std::back_inserter(rules));
+        Desk desk(rules);
+        auto& view = desk.view();
+        view.setSize(width, height);
+        perform(desk);
+        photographer.take(view, sized("cards", view));
+        press(view.header().formButton());
+        photographer.take(view, sized("one-line", view));
+    }
+}
+
 void showLearning(Photographer& photographer) {
     for (const auto& [width, height] : smallAndLarge) {
         Desk desk(performanceRules());
@@ -399,6 +415,7 @@ void showAll(const juce::File& folder, std::span<char*> presets) {
     showOverlays(photographer);
     showBrowser(photographer);
     showReasons(photographer);
+    showLists(photographer);
     showLearning(photographer);
     showRuns(photographer);
     Film(photographer).show();

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/CardLine.hpp"
+
+#include <utility>
+
+#include "editor/Environment.hpp"
+#include "editor/Fonts.hpp"
+#include "editor/JuceText.hpp"
+#include "editor/Style.hpp"
+
+namespace quillo {
+
+namespace {
+
+constexpr int wordGap = 7;
+
+}  // namespace
+
+CardLine::CardLine(std::function<void()> onClick) : onClick_(std::move(onClick)) {
+    setMouseCursor(juce::MouseCursor::PointingHandCursor);
+}
+
+void CardLine::show(const FieldPlans& trigger, const FieldPlans& output) {
+    words_.clear();
+    append(trigger);
+    words_.push_back({juceText("\u2192"), displayColour(Palette().secondaryText)});
+    append(output);
+    setTitle(text());
+    repaint();
+}
+
+void CardLine::append(const FieldPlans& section) {
+    for (const auto& word : wordsOf(section)) {
+        if (word.text.isNotEmpty()) {
+            words_.push_back({word.text, displayColour(word.colour)});
+        }
+    }
+}
+
+juce::String CardLine::text() const {
+    juce::StringArray texts;
+    for (const auto& word : words_) {
+        texts.add(word.text);
+    }
+    return texts.joinIntoString(" ");
+}
+
+int CardLine::width() const {
+    int width = -wordGap;
+    for (const auto& word : words_) {
+        width += wordGap + textWidth(word.text, style::valueText);
+    }
+    return width;
+}
+
+juce::String CardLine::getTooltip() {
+    return width() > getWidth() ? text() : juce::String();
+}
+
+void CardLine::paint(juce::Graphics& graphics) {
+    auto area = getLocalBounds();
+    for (const auto& word : words_) {
+        drawLine(graphics, word.text, area, style::valueText, word.colour);
+        area.removeFromLeft(textWidth(word.text, style::valueText) + wordGap);
+    }
+}
+
+void CardLine::mouseUp(const juce::MouseEvent& event) {
+    if (event.mouseWasClicked() && !event.mods.isPopupMenu()) {
+        onClick_();
+    }
+}
+
+std::unique_ptr<juce::AccessibilityHandler> CardLine::createAccessibilityHandler() {
+    return std::make_unique<juce::AccessibilityHandler>(*this, juce::AccessibilityRole::staticText);
+}
+
+}  // namespace quillo

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include "editor/CardWords.hpp"
+#include "editor/FieldPlan.hpp"
+
+namespace quillo {
+
+/// A rule in one line, in the colours of its values: "CC 64 : Sustain 127 any channel → Program Change 48
+/// channel 1". What does not fit is cut, and the whole line is the tooltip. A click calls `onClick`. [main]
+/// only.
+class CardLine final : public juce::Component, public juce::TooltipClient {
+public:
+    explicit CardLine(std::function<void()> onClick);
+
+    void show(const FieldPlans& trigger, const FieldPlans& output);
+
+    /// The whole line.
+    [[nodiscard]] juce::String text() const;
+
+    juce::String getTooltip() override;
+    void paint(juce::Graphics& graphics) override;
+    void mouseUp(const juce::MouseEvent& event) override;
+    std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
+
+private:
+    struct Word {
+        juce::String text;
+        juce::Colour colour;
+    };
+
+    void append(const FieldPlans& section);
+    [[nodiscard]] int width() const;
+
+    std::function<void()> onClick_;
+    std::vector<Word> words_;
+};
+
+}  // namespace quillo
