@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/CardLine.hpp"
 
+#include <algorithm>
 #include <utility>
 
 #include "editor/Environment.hpp"
@@ -13,26 +14,36 @@ namespace quillo {
 namespace {
 
 constexpr int wordGap = 7;
+/// Around a word that was found.
+constexpr int markMargin = 3;
+constexpr int markHeight = 18;
 
 }  // namespace
 
 CardLine::CardLine(std::function<void()> onClick) : onClick_(std::move(onClick)) {
     setMouseCursor(juce::MouseCursor::PointingHandCursor);
+    setMouseClickGrabsKeyboardFocus(false);
 }
 
 void CardLine::show(const FieldPlans& trigger, const FieldPlans& output) {
     words_.clear();
-    append(trigger);
+    append(trigger, foundInTrigger_);
     words_.push_back({juceText("\u2192"), displayColour(Palette().secondaryText)});
-    append(output);
+    append(output, foundInOutput_);
     setTitle(text());
     repaint();
 }
 
-void CardLine::append(const FieldPlans& section) {
+void CardLine::mark(std::set<std::size_t> trigger, std::set<std::size_t> output) {
+    foundInTrigger_ = std::move(trigger);
+    foundInOutput_ = std::move(output);
+    repaint();
+}
+
+void CardLine::append(const FieldPlans& section, const std::set<std::size_t>& found) {
     for (const auto& word : wordsOf(section)) {
         if (word.text.isNotEmpty()) {
-            words_.push_back({word.text, displayColour(word.colour)});
+            words_.push_back({word.text, displayColour(word.colour), &found, word.field});
         }
     }
 }
@@ -60,8 +71,17 @@ juce::String CardLine::getTooltip() {
 void CardLine::paint(juce::Graphics& graphics) {
     auto area = getLocalBounds();
     for (const auto& word : words_) {
+        const auto width = textWidth(word.text, style::valueText);
+        if (word.found != nullptr && word.found->contains(word.field)) {
+            graphics.setColour(displayColour(style::found));
+            graphics.fillRoundedRectangle(area.withWidth(std::min(width, area.getWidth()))
+                                              .expanded(markMargin, 0)
+                                              .withSizeKeepingCentre(width + 2 * markMargin, markHeight)
+                                              .toFloat(),
+                                          markMargin);
+        }
         drawLine(graphics, word.text, area, style::valueText, word.colour);
-        area.removeFromLeft(textWidth(word.text, style::valueText) + wordGap);
+        area.removeFromLeft(width + wordGap);
     }
 }
 

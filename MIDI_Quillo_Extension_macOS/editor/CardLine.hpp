@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <functional>
+#include <set>
 #include <vector>
 
 #include <juce_gui_basics/juce_gui_basics.h>
@@ -19,6 +21,8 @@ public:
     explicit CardLine(std::function<void()> onClick);
 
     void show(const FieldPlans& trigger, const FieldPlans& output);
+    /// Draws the words of these fields, by their position in their section, as found, and no others.
+    void mark(std::set<std::size_t> trigger, std::set<std::size_t> output);
 
     /// The whole line.
     [[nodiscard]] juce::String text() const;
@@ -32,13 +36,17 @@ private:
     struct Word {
         juce::String text;
         juce::Colour colour;
+        const std::set<std::size_t>* found = nullptr;  ///< of the word's section
+        std::size_t field = 0;
     };
 
-    void append(const FieldPlans& section);
+    void append(const FieldPlans& section, const std::set<std::size_t>& found);
     [[nodiscard]] int width() const;
 
     std::function<void()> onClick_;
     std::vector<Word> words_;
+    std::set<std::size_t> foundInTrigger_;
+    std::set<std::size_t> foundInOutput_;
 };
 
 }  // namespace quillo

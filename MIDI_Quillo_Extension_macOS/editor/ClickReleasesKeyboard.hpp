@@ -4,13 +4,14 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 
 #include "editor/MyTextInputImpl.hpp"
+#include "editor/SearchField.hpp"
 
 namespace quillo {
 
 /// A click on a part of the editor that has no use for keys takes them from what lies in that part: JUCE
 /// would give them to its first button, which a space bar then presses. A click anywhere but in the field
-/// that is typed into finishes typing, after what was clicked has acted. The editor must outlive it. [main]
-/// only.
+/// that is typed into finishes typing, after what was clicked has acted; the search field is let go before.
+/// The editor must outlive it. [main] only.
 class ClickReleasesKeyboard final : public juce::MouseListener {
 public:
     explicit ClickReleasesKeyboard(juce::Component& editor) : editor_(editor) {
@@ -21,6 +22,7 @@ public:
     ClickReleasesKeyboard& operator=(const ClickReleasesKeyboard&) = delete;
 
     void mouseDown(const juce::MouseEvent& event) override {
+        SearchField::letGoElsewhere(event.originalComponent);
         if (event.originalComponent->isParentOf(juce::Component::getCurrentlyFocusedComponent())) {
             juce::Component::unfocusAllComponents();
         }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/FieldSection.hpp"
 
+#include <utility>
+
 #include "editor/Style.hpp"
 
 namespace quillo {
@@ -34,8 +36,20 @@ void FieldSection::setFields(const FieldPlans& plans) {
         fields_.back()->setVisible(true);
         stack_.add(*fields_.back());
     }
+    mark(std::exchange(found_, {}));
     resized();
     repaint();
+}
+
+void FieldSection::mark(const std::set<std::size_t>& found) {
+    for (std::size_t field = 0; field < fields_.size(); ++field) {
+        if (found.contains(field) != found_.contains(field)) {
+            fields_[field]->set<MyBackground>(found.contains(field) ? style::found
+                                                                    : environment<MyBackground>(*this));
+            fields_[field]->repaint();
+        }
+    }
+    found_ = found;
 }
 
 void FieldSection::refresh() {

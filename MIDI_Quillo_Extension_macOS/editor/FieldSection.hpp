@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <set>
 #include <vector>
 
 #include <juce_gui_basics/juce_gui_basics.h>
@@ -27,6 +28,9 @@ public:
     /// The values may have changed; the fields are the same.
     void refresh();
 
+    /// Draws these fields, by their position, as found, and no others.
+    void mark(const std::set<std::size_t>& found);
+
     [[nodiscard]] const std::vector<std::unique_ptr<ColoredField>>& fields() const { return fields_; }
 
     /// The height of a section with these fields.
@@ -38,6 +42,7 @@ public:
 
 private:
     MyWrappingHStack stack_;
+    std::set<std::size_t> found_;
     std::vector<std::unique_ptr<ColoredField>> fields_;
 };
 

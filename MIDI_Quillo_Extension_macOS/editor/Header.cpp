@@ -19,9 +19,15 @@ constexpr int logoHeight = 30;
 constexpr int gap = 8;
 /// How much higher than elsewhere buttons are here.
 constexpr int buttonLift = 5;
+/// The search field where it stands beside the buttons, and the room that the version leaves for it.
+constexpr int searchWidth = 190;
+constexpr int leastSearchWidth = 110;
+/// The least widths of a header with all its buttons, and of one with the search field beside them.
+constexpr int widthForButtons = 470;
+constexpr int widthForSearch = 640;
 
 /// The rows of the menu that a narrow editor has.
-enum MoreRow : std::size_t { undoRow, redoRow, formRow, docsRow, panicRow, versionRow };
+enum MoreRow : std::size_t { undoRow, redoRow, formRow, searchRow, docsRow, panicRow, versionRow };
 
 juce::String version() {
     return "v" QUILLO_VERSION;
@@ -51,13 +57,20 @@ Header::Header(RuleListEditor& editor, HeaderActions actions)
       undo_("Undo", IconName::undo, [this] { editor_.undo(); }),
       redo_("Redo", IconName::redo, [this] { editor_.redo(); }),
       form_("One line for each rule", IconName::oneLine, actions_.onForm),
+      searchButton_("Search", IconName::search, [this] { openSearch(); }),
+      search_(actions_.search),
+      playing_("Playing", [this] { setPlaying(!isPlaying_); }),
       panic_("Panic", actions_.onPanic),
       docs_("Docs / Donate", actions_.onOpenURL),
       more_("More", IconName::more, [this] { openMore(); }) {
-    for (auto* button : std::initializer_list<juce::Component*>{&import_, &export_, &undo_, &redo_, &form_,
-                                                                &panic_, &docs_}) {
+    for (auto* button :
+         std::initializer_list<juce::Component*>{&import_, &export_, &undo_, &redo_, &form_, &searchButton_,
+                                                 &search_, &playing_, &panic_, &docs_}) {
         addAndMakeVisible(*button);
     }
+    searchButton_.setTooltip("Search (Ctrl+F)");
+    playing_.setToggleable(true);
+    playing_.setTooltip("Shows only the rules that fire while you play");
     panic_.setColours(style::alarmText, style::alarmEdge);
     panic_.setTooltip("Ends every note that sounds (Ctrl+Shift+P)");
     addChildComponent(more_);
@@ -82,6 +95,7 @@ void Header::openMore() {
     const std::vector<juce::String> labels{stepTitle("Undo", editor_.undoName()),
                                            stepTitle("Redo", editor_.redoName()),
                                            form_.getTitle(),
+                                           "Search",
                                            docs_.getButtonText(),
                                            panic_.getButtonText(),
                                            version()};
@@ -104,6 +118,7 @@ void Header::doRow(std::size_t row) {
     case undoRow: editor_.undo(); break;
     case redoRow: editor_.redo(); break;
     case formRow: actions_.onForm(); break;
+    case searchRow: openSearch(); break;
     case docsRow: actions_.onOpenURL(); break;
     case panicRow: actions_.onPanic(); break;
     default: break;
@@ -115,29 +130,97 @@ juce::Rectangle<int> Header::versionArea() const {
     return getLocalBounds().withTrimmedRight(style::barPadding).removeFromRight(width);
 }
 
+void Header::openSearch(const juce::String& text) {
+    searching_ = true;
+    resized();
+    if (text.isEmpty()) {
+        search_.begin();
+    } else {
+        search_.begin(text);
+    }
+}
+
+void Header::closeSearch() {
+    searching_ = false;
+    search_.clear();
+    setPlaying(false);
+    resized();
+}
+
+void Header::setPlaying(bool playing) {
+    if (std::exchange(isPlaying_, playing) != playing) {
+        const Palette palette;
+        playing_.setColours(playing ? palette.triggerInput : palette.primaryText,
+                            playing ? palette.triggerInput : style::edge(palette));
+        playing_.setToggleState(playing, juce::dontSendNotification);
+        actions_.onPlaying(playing);
+    }
+}
+
 void Header::resized() {
     auto area = getLocalBounds().reduced(style::barPadding, 0);
     area.removeFromLeft(logoWidth + gap);
-    const bool narrow = environment<MySizeCategoryKey>(*this) == MySizeCategory::small;
-    undo_.setVisible(!narrow);
-    redo_.setVisible(!narrow);
-    form_.setVisible(!narrow);
-    for (auto* button : {&import_, &export_, &undo_, &redo_, &form_}) {
-        if (!button->isVisible()) {
-            continue;
-        }
-        button->setBounds(area.removeFromLeft(style::iconButtonSize)
-                              .withSizeKeepingCentre(style::iconButtonSize, style::iconButtonSize));
-        area.removeFromLeft(gap);
+    const bool inTheirPlace = searching_ && !hasRoomForSearch();
+    for (auto* part : std::initializer_list<juce::Component*>{&import_, &export_, &undo_, &redo_, &form_,
+                                                              &searchButton_, &panic_, &docs_, &more_}) {
+        part->setVisible(!inTheirPlace);
     }
-    layOutRight(area, narrow);
+    search_.setClosable(inTheirPlace);
+    if (inTheirPlace) {
+        showsVersion_ = false;
+        layOutSearch(area, !isNarrow());
+    } else {
+        layOutButtons(area);
+    }
+    repaint();
 }
 
-/// What stands at the right. Where there is not room for all, the version goes, and then "Panic".
-void Header::layOutRight(juce::Rectangle<int> area, bool narrow) {
+bool Header::isNarrow() const {
+    return getWidth() < widthForButtons;
+}
+
+bool Header::hasRoomForSearch() const {
+    return getWidth() >= widthForSearch;
+}
+
+void Header::layOutButtons(juce::Rectangle<int> area) {
+    for (auto* button : {&undo_, &redo_, &form_}) {
+        button->setVisible(!isNarrow());
+    }
+    searchButton_.setVisible(!isNarrow() && !hasRoomForSearch());
+    for (auto* button : {&import_, &export_, &undo_, &redo_, &form_, &searchButton_}) {
+        if (button->isVisible()) {
+            button->setBounds(area.removeFromLeft(style::iconButtonSize)
+                                  .withSizeKeepingCentre(style::iconButtonSize, style::iconButtonSize));
+            area.removeFromLeft(gap);
+        }
+    }
+    area = layOutRight(area);
+    search_.setVisible(hasRoomForSearch());
+    playing_.setVisible(hasRoomForSearch());
+    if (hasRoomForSearch()) {
+        const auto width = searchWidth + gap + playing_.preferredWidth();
+        layOutSearch(area.removeFromLeft(std::min(area.getWidth(), width)), true);
+    }
+}
+
+void Header::layOutSearch(juce::Rectangle<int> area, bool withPlaying) {
+    search_.setVisible(true);
+    playing_.setVisible(withPlaying);
+    if (withPlaying) {
+        placeAtRight(playing_, playing_.preferredHeight() + buttonLift, area);
+    }
+    search_.setBounds(area.withSizeKeepingCentre(area.getWidth(), style::iconButtonSize));
+}
+
+/// What stands at the right; what is left of the area. Where there is not room for all, the version goes, and
+/// then "Panic".
+juce::Rectangle<int> Header::layOutRight(juce::Rectangle<int> area) {
+    const bool narrow = isNarrow();
     docs_.setVisible(!narrow);
     more_.setVisible(narrow);
-    const auto others = gap + (narrow ? more_.preferredWidth() : docs_.preferredWidth());
+    const auto search = hasRoomForSearch() ? leastSearchWidth + 2 * gap + playing_.preferredWidth() : 0;
+    const auto others = search + gap + (narrow ? more_.preferredWidth() : docs_.preferredWidth());
     const auto panic = gap + panic_.preferredWidth();
     const auto version = versionArea().getWidth() + gap + 2;
     panic_.setVisible(actions_.onPanic && others + panic <= area.getWidth());
@@ -146,6 +229,7 @@ void Header::layOutRight(juce::Rectangle<int> area, bool narrow) {
     placeAtRight(more_, style::iconButtonSize, area);
     placeAtRight(docs_, docs_.preferredHeight() + buttonLift, area);
     placeAtRight(panic_, panic_.preferredHeight() + buttonLift, area);
+    return area;
 }
 
 void Header::parentHierarchyChanged() {

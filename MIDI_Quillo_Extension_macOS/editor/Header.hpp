@@ -10,6 +10,7 @@
 #include "editor/MyIconButton.hpp"
 #include "editor/MyTextButton.hpp"
 #include "editor/RuleListEditor.hpp"
+#include "editor/SearchField.hpp"
 
 namespace quillo {
 
@@ -20,17 +21,27 @@ struct HeaderActions {
     std::function<void()> onOpenURL;
     std::function<void()> onPanic;  ///< without one there is no button for it
     std::function<void()> onForm;   ///< of the cards: in one line, or with their fields
+    SearchActions search;
+    std::function<void(bool playing)> onPlaying;  ///< only the rules that are played are to be shown, or all
 };
 
-/// The bar at the top: the logo, import and export, undo and redo, the form of the cards, "Panic", "Docs /
-/// Donate" and the version. In a narrow editor all but import, export and "Panic" move into a menu; in the
-/// narrowest that does too. [main] only.
+/// The bar at the top: the logo, import and export, undo and redo, the form of the cards, the search with
+/// "Playing", "Panic", "Docs / Donate" and the version. Without room for the search's field there is an icon,
+/// which opens it in the place of the buttons. In a narrow editor all but import, export and "Panic" move
+/// into a menu; in the narrowest that does too. [main] only.
 class Header final : public juce::Component, public EnvironmentScope {
 public:
     Header(RuleListEditor& editor, HeaderActions actions);
 
     /// What can be undone and redone may have changed.
     void refresh();
+    /// Gives the search field the keyboard, in the place of the buttons where there is no other; what is in
+    /// it is selected, or replaced by this text.
+    void openSearch(const juce::String& text = {});
+    /// Empties the search field, and puts the buttons back.
+    void closeSearch();
+    /// All rules are to be shown again.
+    void endPlaying() { setPlaying(false); }
     /// Whether the cards are shown in one line.
     void showForm(bool inOneLine);
 
@@ -39,6 +50,9 @@ public:
     [[nodiscard]] MyIconButton& undoButton() { return undo_; }
     [[nodiscard]] MyIconButton& redoButton() { return redo_; }
     [[nodiscard]] MyIconButton& formButton() { return form_; }
+    [[nodiscard]] MyIconButton& searchButton() { return searchButton_; }
+    [[nodiscard]] SearchField& searchField() { return search_; }
+    [[nodiscard]] MyTextButton& playingButton() { return playing_; }
     [[nodiscard]] MyTextButton& panicButton() { return panic_; }
     [[nodiscard]] MyTextButton& docsButton() { return docs_; }
     [[nodiscard]] MyIconButton& moreButton() { return more_; }
@@ -50,7 +64,12 @@ public:
 private:
     void openMore();
     void doRow(std::size_t row);
-    void layOutRight(juce::Rectangle<int> area, bool narrow);
+    void setPlaying(bool playing);
+    [[nodiscard]] bool isNarrow() const;
+    [[nodiscard]] bool hasRoomForSearch() const;
+    void layOutButtons(juce::Rectangle<int> area);
+    void layOutSearch(juce::Rectangle<int> area, bool withPlaying);
+    juce::Rectangle<int> layOutRight(juce::Rectangle<int> area);
     [[nodiscard]] juce::Rectangle<int> versionArea() const;
 
     RuleListEditor& editor_;
@@ -60,10 +79,15 @@ private:
     MyIconButton undo_;
     MyIconButton redo_;
     MyIconButton form_;
+    MyIconButton searchButton_;
+    SearchField search_;
+    MyTextButton playing_;
     MyTextButton panic_;
     MyTextButton docs_;
     MyIconButton more_;
     bool showsVersion_ = true;
+    bool searching_ = false;  ///< in the place of the buttons
+    bool isPlaying_ = false;
 };
 
 }  // namespace quillo

@@ -24,6 +24,7 @@ Asset asset(IconName icon) {
     case IconName::arrowDown: return {iconarrowdown_svg, iconarrowdown_svgSize};
     case IconName::arrowUp: return {iconarrowup_svg, iconarrowup_svgSize};
     case IconName::clear: return {iconclear_svg, iconclear_svgSize};
+    case IconName::search: return {iconsearch_svg, iconsearch_svgSize};
     case IconName::oneLine: return {icononeline_svg, icononeline_svgSize};
     case IconName::fields: return {iconfields_svg, iconfields_svgSize};
     case IconName::more: return {iconmore_svg, iconmore_svgSize};

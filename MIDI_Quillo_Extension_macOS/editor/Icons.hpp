@@ -13,6 +13,7 @@ enum class IconName {
     arrowUp,
     clear,
     oneLine,
+    search,
     fields,
     more,
     exportFile,

@@ -240,6 +240,43 @@ void MyDragAndDropForEach::scrollTo(const UUID& item) {
     }
 }
 
+void MyDragAndDropForEach::focus(const UUID& item) {
+    scrollTo(item);
+    if (auto* view = row(item)) {
+        view->createKeyboardFocusTraverser()->getDefaultComponent(view)->grabKeyboardFocus();
+    }
+}
+
+bool MyDragAndDropForEach::walk(const UUID& from, const juce::KeyPress& key) {
+    const auto position = positionOf(from);
+    const auto target = position ? placeFrom(*position, key) : std::nullopt;
+    if (target) {
+        focus(items_[*target]);
+    }
+    return target.has_value();
+}
+
+/// A page is as much as is in sight, but a row at least.
+std::optional<std::size_t> MyDragAndDropForEach::placeFrom(std::size_t position,
+                                                           const juce::KeyPress& key) const {
+    const auto last = items_.size() - 1;
+    if (key == juce::KeyPress(juce::KeyPress::homeKey)) {
+        return 0;
+    }
+    if (key == juce::KeyPress(juce::KeyPress::endKey)) {
+        return last;
+    }
+    if (key == juce::KeyPress(juce::KeyPress::pageDownKey)) {
+        const auto below = geometry_.firstBelow(geometry_.top(position) + getHeight());
+        return std::min(last, std::max(below - std::min<std::size_t>(below, 1), position + 1));
+    }
+    if (key == juce::KeyPress(juce::KeyPress::pageUpKey)) {
+        const auto above = geometry_.firstBelow(geometry_.bottom(position) - getHeight()) + 1;
+        return std::min(above, position - std::min<std::size_t>(position, 1));
+    }
+    return std::nullopt;
+}
+
 void MyDragAndDropForEach::scrollToSee(const juce::Component& view) {
     const auto area = content_.getLocalArea(&view, view.getLocalBounds());
     scrollToSee(area.getY(), area.getBottom());

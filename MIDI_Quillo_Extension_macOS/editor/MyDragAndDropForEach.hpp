@@ -18,9 +18,9 @@
 namespace quillo {
 
 /// A scrolling list of rows of individual heights, which are dragged to new places by their handles. Only the
-/// rows in sight and a few around them exist, so that a thousand items open and scroll like ten. A row belongs
-/// to its item's identity: it stays the same view while it is moved, and as long as it has the keyboard focus or
-/// is dragged it stays even out of sight. Changes leave what is in sight where it is.
+/// rows in sight and a few around them exist, so that a thousand items open and scroll like ten. A row
+/// belongs to its item's identity: it stays the same view while it is moved, and as long as it has the
+/// keyboard focus or is dragged it stays even out of sight. Changes leave what is in sight where it is.
 ///
 ///     list.makeRow = [&](const UUID& id) { return std::make_unique<Card>(id); };
 ///     list.heightOfRow = [&](const UUID& id, int width) { ... };
@@ -60,6 +60,10 @@ public:
 
     /// Scrolls just as far as it takes to see the whole row.
     void scrollTo(const UUID& item);
+    /// Gives the keyboard to the first part of the row, and scrolls as far as it takes to see it.
+    void focus(const UUID& item);
+    /// Goes from a row to another one by Home, End, Page Up or Page Down; false for any other key.
+    bool walk(const UUID& from, const juce::KeyPress& key);
     /// Scrolls the list in which a view lies, if there is one, as far as it takes to see the view. False when
     /// nothing had to be done: the view's centre is in sight.
     static bool bringIntoSight(juce::Component& view);
@@ -124,6 +128,7 @@ private:
     void paintInsertionLine(juce::Graphics& graphics);
     void scrollToSee(int top, int bottom);
     void scrollToSee(const juce::Component& view);
+    [[nodiscard]] std::optional<std::size_t> placeFrom(std::size_t position, const juce::KeyPress& key) const;
     [[nodiscard]] std::optional<std::size_t> positionOf(const UUID& item) const;
     [[nodiscard]] int contentHeight() const;
     [[nodiscard]] int greatestScroll() const;

@@ -120,6 +120,10 @@ bool MyDragAndDropForEachDragHandle::keyPressed(const juce::KeyPress& key) {
     if (key == juce::KeyPress(juce::KeyPress::returnKey)) {
         return MyDragAndDropForEach::bringIntoSight(*this) || askForOtherForm();
     }
+    const auto* row = findParentComponentOfClass<MyDragAndDropForEachItem>();
+    if (list() != nullptr && row != nullptr && list()->walk(UUID(row->item()), key)) {
+        return true;
+    }
     const bool moves = key.getModifiers().isAltDown() || key.getModifiers().isCtrlDown();
     if (!moves || !(key.isKeyCode(juce::KeyPress::upKey) || key.isKeyCode(juce::KeyPress::downKey))) {
         return false;

@@ -14,7 +14,8 @@ class MyDragAndDropForEach;
 
 /// The grip by which a row is dragged: it stands anywhere in the row's content and finds the list along its
 /// parents. Escape gives a drag up. With the keyboard focus, Up and Down together with Alt or Ctrl move the
-/// row. A double click and Return ask for the row's other form. [main] only.
+/// row, and Home, End, Page Up and Page Down go to another one. A double click and Return ask for the row's
+/// other form. [main] only.
 class MyDragAndDropForEachDragHandle final : public juce::Component {
 public:
     explicit MyDragAndDropForEachDragHandle(std::function<void()> onOtherForm = {});

@@ -14,6 +14,7 @@
 #include "editor/InstalledFiles.hpp"
 #include "editor/LearnOverlay.hpp"
 #include "editor/PanicKey.hpp"
+#include "editor/PlayedRules.hpp"
 #include "editor/PopupMenuOverlay.hpp"
 #include "editor/PresetExchange.hpp"
 #include "editor/Style.hpp"
@@ -51,6 +52,14 @@ PresetFolders presetFolders() {
     return folders;
 }
 
+bool isTypedOnAGrip(const juce::KeyPress& key) {
+    const auto modifiers = key.getModifiers();
+    const auto* focused = juce::Component::getCurrentlyFocusedComponent();
+    return key.getTextCharacter() > ' ' && key.getKeyCode() != juce::KeyPress::deleteKey &&
+           !modifiers.isCommandDown() && !modifiers.isCtrlDown() && !modifiers.isAltDown() &&
+           dynamic_cast<const MyDragAndDropForEachDragHandle*>(focused) != nullptr;
+}
+
 /// Nobody means to keep presets among the examples.
 void rememberFolderOf(const std::filesystem::path& preset) {
     if (preset.parent_path() != presetFolders().examples) {
@@ -70,9 +79,20 @@ QuilloView::QuilloView(EditorUnit& unit)
               unit_.onRulesChanged(std::move(rules), std::move(shelf));
           },
           [this](const RuleOutputVariantsV2& message) { unit_.onInstantMessageClick(message); }),
-      header_(editor_, {[this] { showImporter(); }, [this] { showExporter(); }, [this] { showGuide(); },
+      header_(editor_, {[this] { showImporter(); },
+                        [this] { showExporter(); },
+                        [this] { showGuide(); },
                         unit.tellsWhatItDoes() ? std::function([this] { unit_.panic(); }) : nullptr,
-                        [this] { setFormOfAll(); }}),
+                        [this] { setFormOfAll(); },
+                        {[this](const juce::String& typed) { search(typed); },
+                         [this](bool forward) { goToNextFind(forward); },
+                         [this] {
+                             if (finder_.current()) {
+                                 list_.focus(*finder_.current());
+                             }
+                         },
+                         [this] { endSearch(); }},
+                        [this](bool onlyPlayed) { showPlaying(onlyPlayed); }}),
       logger_(unit, [this] { resized(); }),
       panicAnswer_(
           unit.notesEndWhenRulesChange(),
@@ -103,7 +123,7 @@ QuilloView::QuilloView(EditorUnit& unit)
     newRuleSelector_ = selector.get();
     list_.setFooter(std::move(selector), [](int /*width*/) { return NewRuleSelector::preferredHeight(); });
     setUpLogs();
-    editor_.setOnWalk([this](const UUID& id) { list_.scrollTo(editor_.cardOf(id).front()); });
+    editor_.setOnWalk([this](const UUID& id) { showChange(id); });
     juce::Desktop::getInstance().addFocusChangeListener(this);
     addAndMakeVisible(header_);
     addAndMakeVisible(list_);
@@ -163,6 +183,7 @@ std::unique_ptr<RuleView> QuilloView::makeCard(const UUID& id) {
             [this, id](juce::Component& button) { openCardMenu(id, button); }, runBinding(id),
             [this, id](bool inOneLine) { setForm(id, inOneLine); }});
     card->setInOneLine(forms_.isInOneLine(id));
+    card->showFound(foundOn(id));
     card->showReason(why_.remark(id));
     if (const auto run = editor_.runOfCard(id)) {
         if (const auto hits = hitsOf(*run)) {
@@ -209,20 +230,29 @@ void QuilloView::foldOrUnfold(const UUID& id) {
     list_.scrollTo(editor_.cardOf(id).front());
 }
 
-/// `position` counts cards.
+/// Behind the card that it is behind in the list, also where only some cards are shown.
 void QuilloView::moveCard(const UUID& id, std::size_t position) {
+    const bool isFirst = position == 0;
+    const auto& neighbour = list_.items()[isFirst ? 1 : position - 1];
     std::size_t rules = 0;
-    for (const auto& above : std::span(list_.items()).first(position)) {
-        rules += runOf(above).count;
+    for (const auto& card : shown_) {
+        if (isFirst && card.id == neighbour) {
+            break;
+        }
+        rules += card.id == id ? 0 : card.count;
+        if (card.id == neighbour) {
+            break;
+        }
     }
     editor_.move(editor_.cardOf(id), rules);
 }
 
 void QuilloView::advance(double seconds) {
+    followPlaying();
     list_.forEachRow([&](std::size_t position, juce::Component& row) {
         auto& card = dynamic_cast<RuleView&>(row);
         card.advance(seconds);
-        if (const auto hits = hitsOf(editor_.cards()[position])) {
+        if (const auto hits = hitsOf(editor_.cards()[shownPlaces_.at(list_.items()[position])])) {
             card.showHits(*hits);
         }
     });
@@ -262,6 +292,93 @@ void QuilloView::setFormOfAll() {
         dynamic_cast<RuleView&>(row).setInOneLine(forms_.areAllInOneLine());
     });
     list_.refreshRows();
+}
+
+void QuilloView::beginSearch(const juce::String& text) {
+    if (!header_.searchField().hasKeyboardFocus(true)) {
+        auto* focused = getCurrentlyFocusedComponent();
+        focusBeforeSearch_ = isParentOf(focused) ? focused : nullptr;
+    }
+    header_.openSearch(text);
+}
+
+/// The first find comes into sight.
+void QuilloView::search(const juce::String& typed) {
+    finder_.look(typed);
+    goToNextFind(true);
+}
+
+void QuilloView::goToNextFind(bool forward) {
+    if (const auto found = finder_.goOn(list_.items(), forward)) {
+        list_.scrollTo(*found);
+    }
+    showFinds();
+}
+
+void QuilloView::endSearch() {
+    const bool hadKeyboard = header_.searchField().hasKeyboardFocus(true);
+    finder_.end();
+    header_.closeSearch();
+    showFinds();
+    if (hadKeyboard && focusBeforeSearch_ != nullptr && focusBeforeSearch_->isShowing()) {
+        focusBeforeSearch_->grabKeyboardFocus();
+    } else if (hadKeyboard) {
+        unfocusAllComponents();
+    }
+}
+
+RuleView::Found QuilloView::foundOn(const UUID& id) {
+    if (!finder_.isLooking()) {
+        return {};
+    }
+    auto found = finder_.find(id);
+    return {found.has_value(), finder_.current() == id, std::move(found).value_or(std::set<std::size_t>())};
+}
+
+void QuilloView::showFinds() {
+    list_.forEachRow([this](std::size_t position, juce::Component& row) {
+        dynamic_cast<RuleView&>(row).showFound(foundOn(list_.items()[position]));
+    });
+    header_.searchField().showFinds(
+        finder_.isLooking() ? juce::String(finder_.count(list_.items())) + " found" : juce::String());
+}
+
+void QuilloView::showPlaying(bool onlyPlayed) {
+    onlyPlayed_ = onlyPlayed;
+    followPlaying();
+    list_.setItems(shownIds());
+    showFinds();
+    repaint();
+}
+
+/// The hits are those of the list that is shown: an edit is followed by a drain before time passes.
+void QuilloView::followPlaying() {
+    if (!onlyPlayed_) {
+        return;
+    }
+    std::vector<RuleHits> hits;
+    for (const auto& card : editor_.cards()) {
+        hits.push_back(hitsOf(card).value_or(RuleHits()));
+    }
+    std::set<UUID> played;
+    for (const auto place : playedRules(hits)) {
+        played.insert(shown_[place].id);
+    }
+    if (std::exchange(played_, played) != played_) {
+        list_.setItems(shownIds());
+        repaint();
+    }
+}
+
+std::vector<UUID> QuilloView::shownIds() const {
+    std::vector<UUID> ids;
+    ids.reserve(shown_.size());
+    for (const auto& element : shown_) {
+        if (!onlyPlayed_ || played_.contains(element.id)) {
+            ids.push_back(element.id);
+        }
+    }
+    return ids;
 }
 
 /// A shortcut of the menu is a control change with its controller and the value 0.
@@ -358,6 +475,16 @@ void QuilloView::showReasons() {
     list_.refreshRows();
 }
 
+/// What undo or redo has changed comes into sight, also on a card that is higher than the list.
+void QuilloView::showChange(const UUID& rule) {
+    const auto id = editor_.cardOf(rule).front();
+    list_.scrollTo(id);
+    auto* changed = card(id);
+    if (changed != nullptr && !changed->isInOneLine() && outputChanged_ == id) {
+        MyDragAndDropForEach::bringIntoSight(changed->output());
+    }
+}
+
 /// Deleted by keys, the neighbour has the keyboard; else nothing that goes has it.
 void QuilloView::removeRule(const UUID& id) {
     auto* removed = card(id);
@@ -397,18 +524,23 @@ void QuilloView::rulesChanged() {
     const auto before = std::exchange(shown_, cardsNow());
     const auto placesBefore = std::exchange(shownPlaces_, {});
     why_.askAgain();
-    std::vector<UUID> ids;
-    ids.reserve(shown_.size());
     for (const auto& card : shown_) {
-        shownPlaces_.emplace(card.id, ids.size());
-        ids.push_back(card.id);
+        shownPlaces_.emplace(card.id, shownPlaces_.size());
     }
-    if (ids != list_.items()) {
-        list_.setItems(std::move(ids));
+    const auto isNew = [&](const ShownCard& card) { return !placesBefore.contains(card.id); };
+    if (onlyPlayed_ && std::ranges::any_of(shown_, isNew)) {
+        header_.endPlaying();
     }
+    list_.setItems(shownIds());
     for (const auto& card : shown_) {
         const auto place = placesBefore.find(card.id);
         if (place != placesBefore.end() && !(before[place->second] == card)) {
+            const auto& rule = before[place->second].rule;
+            finder_.forget(card.id);
+            outputChanged_.reset();
+            if (rule.trigger == card.rule.trigger && rule.name == card.rule.name) {
+                outputChanged_ = card.id;
+            }
             if (auto* changed = this->card(card.id)) {
                 changed->refresh();
             }
@@ -417,6 +549,9 @@ void QuilloView::rulesChanged() {
     }
     if (why_.isOpen()) {
         showReasons();
+    }
+    if (finder_.isLooking()) {
+        showFinds();
     }
     header_.refresh();
     list_.setVisible(!editor_.whyNotEditable());
@@ -518,6 +653,11 @@ void QuilloView::paint(juce::Graphics& graphics) {
         graphics.setFont(textFont(style::valueText));
         graphics.drawFittedText(juceText(*reason), list_.getBounds().reduced(noticeMargin),
                                 juce::Justification::centred, 10);
+    } else if (onlyPlayed_ && list_.items().empty()) {
+        graphics.setColour(displayColour(palette.secondaryText));
+        graphics.setFont(textFont(style::valueText));
+        graphics.drawText("No rule has fired yet. Play, and those that fire are shown.", list_.getBounds(),
+                          juce::Justification::centred, true);
     }
 }
 
@@ -538,6 +678,14 @@ bool QuilloView::keyPressed(const juce::KeyPress& key) {
         editor_.redo();
         return true;
     }
+    if (is('f', command) && overlay() == nullptr) {
+        beginSearch();
+        return true;
+    }
+    if (isTypedOnAGrip(key)) {
+        beginSearch(juce::String::charToString(key.getTextCharacter()));
+        return true;
+    }
     if (is('-', command)) {
         setFormOfAll();
         return true;
@@ -548,6 +696,10 @@ bool QuilloView::keyPressed(const juce::KeyPress& key) {
     }
     if (is(juce::KeyPress::escapeKey, 0) && model_->panicAnswer()) {
         dismissPanicAnswer();
+        return true;
+    }
+    if (is(juce::KeyPress::escapeKey, 0) && finder_.isLooking()) {
+        endSearch();
         return true;
     }
     const bool isTab =

@@ -6,11 +6,13 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <utility>
 #include <vector>
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include "editor/CardFinder.hpp"
 #include "editor/CardForms.hpp"
 #include "editor/ClickReleasesKeyboard.hpp"
 #include "editor/EditorLookAndFeel.hpp"
@@ -43,10 +45,13 @@ struct FilePanels {
 /// file browser that is open is closed. Ctrl+Z and Ctrl+Shift+Z or Ctrl+Y undo and redo, and scroll to the
 /// rule that they change; Ctrl+Shift+P is "Panic", also while something is open, and what that did is shown
 /// over the list for a while. Ctrl+- shows each rule in one line, or with its fields again; the unit's model
-/// keeps that for the next editor. While the question is open why an event did what it did, each card says
-/// what it did there; Escape closes it. Tab enters while nothing in it has the keyboard focus, beside what
-/// had it last. A preset file dropped on it is imported; while it is dragged over the editor, a hint says so.
-/// The owner of the window hands it the keys that nothing in it has used. [main] only.
+/// keeps that for the next editor. Ctrl+F searches, as does what is typed while a grip has the keyboard
+/// focus: finds are marked, other cards fade, Return goes to the next find, Down to its grip, and Escape ends
+/// it and gives the keyboard back. "Playing" leaves only the cards of rules that fire. While the question is
+/// open why an event did what it did, each card says what it did there; Escape closes it. Tab enters while
+/// nothing in it has the keyboard focus, beside what had it last. A preset file dropped on it is imported;
+/// while it is dragged over the editor, a hint says so. The owner of the window hands it the keys that
+/// nothing in it has used. [main] only.
 class QuilloView final : public juce::Component,
                          public EnvironmentScope,
                          public OverlayHost,
@@ -106,6 +111,15 @@ private:
     void foldOrUnfold(const UUID& id);
     void setForm(const UUID& id, bool inOneLine);
     void setFormOfAll();
+    void beginSearch(const juce::String& text = {});
+    void search(const juce::String& typed);
+    void goToNextFind(bool forward);
+    void endSearch();
+    [[nodiscard]] RuleView::Found foundOn(const UUID& id);
+    void showFinds();
+    void showPlaying(bool onlyPlayed);
+    void followPlaying();
+    [[nodiscard]] std::vector<UUID> shownIds() const;
     void changeOutputType(const UUID& id, const MIDIRuleType& type);
     void addRule(const std::function<void()>& add);
     void removeRule(const UUID& id);
@@ -116,6 +130,7 @@ private:
     void endWhy();
     void followChosenEntry();
     void showReasons();
+    void showChange(const UUID& rule);
     void learnTrigger(const UUID& id, LearnButton& button);
     void learnNewRule(juce::Component& opener);
     void showAlert();
@@ -138,6 +153,14 @@ private:
     PanicAnswer panicAnswer_;
     FilePanels filePanels_;
     CardForms forms_;
+    CardFinder finder_{[this](const UUID& id) {
+        const auto* shown = shownCard(id);
+        return shown != nullptr ? RuleView::textsOf(shown->rule, runOf(id)) : std::vector<SearchedText>();
+    }};
+    SafePointer<juce::Component> focusBeforeSearch_;
+    bool onlyPlayed_ = false;
+    std::set<UUID> played_;                       ///< the rules that are shown then
+    std::optional<UUID> outputChanged_;           ///< the rule of which only that changed last
     NewRuleSelector* newRuleSelector_ = nullptr;  ///< below the list, which owns it
     SafePointer<juce::Component> lastFocus_;      ///< what in the editor had the keyboard focus last
     std::vector<ShownCard> shown_;                ///< the cards as they are, in order

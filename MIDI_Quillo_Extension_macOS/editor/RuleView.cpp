@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "editor/CardWords.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/HitsText.hpp"
 #include "editor/JuceText.hpp"
@@ -158,6 +159,40 @@ int RuleView::heightFor(const RuleEntry& entry, int width, const std::optional<R
     return CardLayout(content, width).height;
 }
 
+std::vector<SearchedText> RuleView::textsOf(const RuleEntry& entry, const RuleRun& run) {
+    const auto plans = plansFor(entry, run);
+    std::vector<SearchedText> texts{{{}, juceText(entry.name), {}}};
+    for (const auto* section : {&plans.trigger, &plans.output}) {
+        std::vector<juce::String> words(section->size());
+        for (const auto& word : wordsOf(*section)) {
+            words[word.field] = word.text;
+        }
+        for (std::size_t field = 0; field < section->size(); ++field) {
+            texts.emplace_back((*section)[field].caption, (*section)[field].text, words[field]);
+        }
+    }
+    return texts;
+}
+
+void RuleView::showFound(const Found& found) {
+    found_ = found;
+    setAlpha(found.isThere ? 1.0F : style::notFoundAlpha);
+    const auto triggerFields = trigger_.fields().size();
+    std::set<std::size_t> inTrigger;
+    std::set<std::size_t> inOutput;
+    for (const auto text : found.texts) {
+        if (text > triggerFields) {
+            inOutput.insert(text - triggerFields - 1);
+        } else if (text > 0) {
+            inTrigger.insert(text - 1);
+        }
+    }
+    trigger_.mark(inTrigger);
+    output_.mark(inOutput);
+    line_.mark(std::move(inTrigger), std::move(inOutput));
+    repaint();
+}
+
 void RuleView::setInOneLine(bool inOneLine) {
     inOneLine_ = inOneLine;
     for (auto* part : std::initializer_list<juce::Component*>{&triggerLabel_, &trigger_, &outputLabel_,
@@ -201,8 +236,20 @@ void RuleView::paint(juce::Graphics& graphics) {
     graphics.setColour(displayColour(environment<MyBackground>(*this)));
     graphics.fillRoundedRectangle(card, style::cardCorner);
     paintGrip(graphics, card);
-    graphics.setColour(displayColour(isLit() ? palette.triggerInput : style::edge(palette)));
+    paintFoundName(graphics);
+    graphics.setColour(displayColour(isLit()            ? palette.triggerInput
+                                     : found_.isCurrent ? style::foundEdge
+                                                        : style::edge(palette)));
     graphics.drawRoundedRectangle(card, style::cardCorner, 1);
+}
+
+void RuleView::paintFoundName(juce::Graphics& graphics) const {
+    if (found_.texts.contains(0)) {
+        const auto name = getLocalArea(&header_, header_.textArea());
+        const auto width = std::min(name.getWidth(), textWidth(header_.shownText(), style::titleText, true));
+        graphics.setColour(displayColour(style::found));
+        graphics.fillRoundedRectangle(name.withWidth(width).expanded(3, -2).toFloat(), 3);
+    }
 }
 
 /// The strip below the grip: parted from the content by a line, or filled while the card is lit.

@@ -4,6 +4,8 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
+#include <vector>
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
@@ -16,6 +18,7 @@
 #include "editor/MyDragAndDropForEachDragHandle.hpp"
 #include "editor/RuleButtons.hpp"
 #include "editor/RuleHeaderView.hpp"
+#include "editor/RuleSearch.hpp"
 #include "editor/RuleStatus.hpp"
 #include "editor/RunBinding.hpp"
 #include "editor/SectionLabel.hpp"
@@ -42,9 +45,9 @@ struct RuleViewActions {
     std::function<void(bool inOneLine)> onForm;
 };
 
-/// The card of a rule, or of a folded run: the grip it is dragged by, the name, the trigger, the message and the
-/// buttons. Every field edits the entry of the rule, the first of a run, through the binding; the card keeps no
-/// copy. Behind the name of a run stands of how many rules it consists.
+/// The card of a rule, or of a folded run: the grip it is dragged by, the name, the trigger, the message and
+/// the buttons. Every field edits the entry of the rule, the first of a run, through the binding; the card
+/// keeps no copy. Behind the name of a run stands of how many rules it consists.
 ///
 /// The card says how often the rule fired; in its place, as long as there is one, stands the reason why it
 /// does or does not fire. A hit lights the card up for a moment, a reason that says "fired" for as long as it
@@ -59,6 +62,16 @@ public:
 
     /// The entry has changed: other fields are made where its types are others.
     void refresh();
+
+    /// What a search found on the card; nothing on one that fades.
+    struct Found {
+        bool isThere = true;
+        bool isCurrent = false;         ///< it is the find that is looked at
+        std::set<std::size_t> texts{};  ///< positions among `textsOf` the rule
+    };
+    void showFound(const Found& found);
+    /// What is searched on the card of an entry: the name, and the fields.
+    [[nodiscard]] static std::vector<SearchedText> textsOf(const RuleEntry& entry, const RuleRun& run);
 
     void setInOneLine(bool inOneLine);
     [[nodiscard]] bool isInOneLine() const { return inOneLine_; }
@@ -108,6 +121,7 @@ private:
     void makeFields();
     void showStatus();
     void layOut();
+    void paintFoundName(juce::Graphics& graphics) const;
     void paintGrip(juce::Graphics& graphics, juce::Rectangle<float> card) const;
 
     Binding<RuleEntry> data_;
@@ -127,6 +141,7 @@ private:
     std::optional<RuleRemark> reason_;
     CardContent content_;
     bool inOneLine_ = false;
+    Found found_;
     double light_ = 0;     ///< for how many seconds it is still seen
     bool wasLit_ = false;  ///< when it was drawn last
 };

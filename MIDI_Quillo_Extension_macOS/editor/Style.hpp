@@ -121,6 +121,12 @@ inline constexpr float disabledAlpha = 0.4F;
 inline constexpr MyRGB alarmEdge{243, 117, 117};
 inline constexpr MyRGB alarmText{255, 156, 156};
 
+/// What was found: its ground, and the line around the card that is looked at.
+inline constexpr MyRGB found{92, 72, 16};
+inline constexpr MyRGB foundEdge{214, 178, 74};
+/// How much is left of a card on which nothing was found.
+inline constexpr float notFoundAlpha = 0.35F;
+
 /// Says of a rule that it did not fire.
 inline constexpr MyRGB passedOver{214, 168, 192};
 

@@ -246,6 +246,8 @@ void showLists(Photographer& photographer) {
         photographer.take(view, sized("cards", view));
         press(view.header().formButton());
         photographer.take(view, sized("one-line", view));
+        view.header().openSearch("channel 2");
+        photographer.take(view, sized("search", view));
     }
 }
 

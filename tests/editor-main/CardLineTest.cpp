@@ -147,7 +147,7 @@ TEST_F(OneLine, ItFollowsTheRule) {
     stage.press('-', ctrl);
     auto changed = stage.entry(0);
     changed.output.delay.ms = 5;
-    stage.editor().edit(stage.id(0), changed);
+    stage.editor().edit({stage.id(0)}, changed);
     EXPECT_TRUE(card().line().text().endsWith("+ 5 ms"));
 }
 

@@ -65,7 +65,8 @@ TEST_F(KeyboardOnly, EverythingOfAnEmptyEditorIsReached) {
         reached.push_back(EditorStage::focus());
         ASSERT_LT(reached.size(), 20U);
     }
-    EXPECT_EQ(reached, (Names{"Import", "Export", "Panic", "Docs / Donate", "Add new", "Open the logs"}));
+    EXPECT_EQ(reached, (Names{"Import", "Export", "One line for each rule", "Search rules", "Playing",
+                              "Panic", "Docs / Donate", "Add new", "Open the logs"}));
 }
 
 TEST_F(KeyboardOnly, EverythingOfTheOpenedLogsIsReached) {

@@ -507,6 +507,60 @@ TEST_F(RuleListView, UndoAndRedoScrollToTheRuleThatTheyChange) {
     EXPECT_TRUE(inSight(12));
 }
 
+TEST_F(RuleListView, UndoAndRedoScrollToThePartThatTheyChangeOfACardHigherThanTheList) {
+    open({"a", "b"}, {200, 200});
+    auto& list = stage->view().list();
+    auto& velocity = field(stage->card(1).output(), "Velocity");
+    ASSERT_GT(stage->card(1).getHeight(), list.getHeight());
+    auto changed = stage->entry(1);
+    changed.output.velocity = GenericByteV2::Value{5};
+    stage->editor().edit({stage->id(1)}, changed);
+    for (const bool undoes : {true, false}) {
+        list.setScrollPosition(0);
+        undoes ? stage->editor().undo() : stage->editor().redo();
+        EXPECT_TRUE(
+            list.getLocalBounds().intersects(list.getLocalArea(&velocity, velocity.getLocalBounds())));
+    }
+}
+
+TEST_F(RuleListView, KeysWalkFromGripToGrip) {
+    open(Names(40, "x"), {820, 640});
+    stage->press('-', juce::ModifierKeys::ctrlModifier);
+    const auto at = [this] {
+        const auto* focused = juce::Component::getCurrentlyFocusedComponent();
+        for (std::size_t position = 0; position < 40; ++position) {
+            auto* card = stage->view().card(stage->id(position));
+            if (card != nullptr && &handleOf(*card) == focused) {
+                return static_cast<int>(position);
+            }
+        }
+        return -1;
+    };
+    handleOf(stage->card(0)).grabKeyboardFocus();
+    EXPECT_TRUE(stage->press(juce::KeyPress::endKey));
+    EXPECT_EQ(at(), 39);
+    EXPECT_TRUE(stage->press(juce::KeyPress::pageUpKey));
+    EXPECT_EQ(at(), 23);
+    EXPECT_TRUE(stage->press(juce::KeyPress::homeKey));
+    EXPECT_EQ(at(), 0);
+    EXPECT_TRUE(stage->press(juce::KeyPress::pageUpKey));
+    EXPECT_EQ(at(), 0);
+    EXPECT_TRUE(stage->press(juce::KeyPress::pageDownKey));
+    EXPECT_EQ(at(), 16);
+    stage->press(juce::KeyPress::pageDownKey);
+    EXPECT_TRUE(stage->press(juce::KeyPress::pageDownKey));
+    EXPECT_EQ(at(), 39);
+}
+
+TEST_F(RuleListView, APageIsACardAtLeast) {
+    open({"a", "b", "c"}, {200, 200});
+    handleOf(stage->card(0)).grabKeyboardFocus();
+    stage->press(juce::KeyPress::pageDownKey);
+    EXPECT_TRUE(handleOf(stage->card(1)).hasKeyboardFocus(false));
+    stage->press(juce::KeyPress::pageUpKey);
+    EXPECT_TRUE(handleOf(stage->card(0)).hasKeyboardFocus(false));
+}
+
 TEST_F(RuleListView, AFieldThatIsHalfInSightStaysUnderThePointerWhileItIsClicked) {
     open({"a", "b", "c"}, {500, 250});
     auto& note = field(stage->card(0).output(), "Note");
