@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace quillo {
 
@@ -20,23 +21,15 @@ RunLink linkAt(const RuleList& list, std::size_t position) {
     return canLink ? linkBetween(above.rule, below.rule) : RunLink::none;
 }
 
-std::vector<RunLink> linksOf(const RuleList& list) {
-    std::vector<RunLink> links;
-    for (std::size_t position = 0; position < list.size(); ++position) {
-        links.push_back(linkAt(list, position));
-    }
-    return links;
-}
-
-/// The runs that the links make, each as long as it can be; a rule stands by itself where it does not go on.
-template <class GoesOn>
-std::vector<RuleRun> grouped(const std::vector<RunLink>& links, GoesOn goesOn) {
+/// The runs of so many rules, each as long as it can be. A rule stands by itself where `linkOf` says that it does
+/// not go on with the one above it.
+template <class LinkOf>
+std::vector<RuleRun> grouped(std::size_t count, LinkOf linkOf) {
     std::vector<RuleRun> runs;
-    for (std::size_t position = 0; position < links.size(); ++position) {
-        const auto link = links[position];
+    for (std::size_t position = 0; position < count; ++position) {
+        const RunLink link = linkOf(position);
         const bool rises = link == RunLink::rising;
-        if (link != RunLink::none && goesOn(position) &&
-            (runs.back().count == 1 || runs.back().rises == rises)) {
+        if (link != RunLink::none && (runs.back().count == 1 || runs.back().rises == rises)) {
             ++runs.back().count;
             runs.back().rises = rises;
         } else {
@@ -44,10 +37,6 @@ std::vector<RuleRun> grouped(const std::vector<RunLink>& links, GoesOn goesOn) {
         }
     }
     return runs;
-}
-
-std::vector<RuleRun> allRuns(const std::vector<RunLink>& links) {
-    return grouped(links, [](std::size_t) { return true; });
 }
 
 std::optional<RuleRun> runAt(const std::vector<RuleRun>& runs, std::optional<std::size_t> position) {
@@ -60,7 +49,9 @@ std::optional<RuleRun> runAt(const std::vector<RuleRun>& runs, std::optional<std
 }  // namespace
 
 void FoldedRuns::arrive(const RuleList& rules) {
-    for (const auto& run : allRuns(linksOf(rules))) {
+    const auto runs =
+        grouped(rules.size(), [&rules](std::size_t position) { return linkAt(rules, position); });
+    for (const auto& run : runs) {
         for (auto rule = 1 + run.first; run.count >= leastThatArrives && rule < run.first + run.count;
              ++rule) {
             join(rules[rule].id);
@@ -68,7 +59,7 @@ void FoldedRuns::arrive(const RuleList& rules) {
     }
 }
 
-/// Links are worked out only where the two lists differ.
+/// What is known of a rule is worked out anew only where the two lists differ.
 void FoldedRuns::follow(const RuleList& before, const RuleList& after) {
     const auto prefix = std::ranges::mismatch(before, after).in2 - after.begin();
     const auto shorter = std::min(std::ssize(before), std::ssize(after)) - prefix;
@@ -76,51 +67,62 @@ void FoldedRuns::follow(const RuleList& before, const RuleList& after) {
     while (suffix < shorter && *std::prev(before.end(), suffix + 1) == *std::prev(after.end(), suffix + 1)) {
         ++suffix;
     }
-    links_.erase(links_.begin() + prefix, links_.end() - suffix);
-    links_.insert(links_.begin() + prefix, static_cast<std::size_t>(std::ssize(after) - prefix - suffix), {});
-    const auto end = std::min(after.size(), after.size() - static_cast<std::size_t>(suffix) + 1);
-    for (auto position = static_cast<std::size_t>(prefix); position < end; ++position) {
-        links_[position] = linkAt(after, position);
+    std::vector<Place> changed;
+    const auto end = std::ssize(after) - suffix;
+    for (auto position = static_cast<std::size_t>(prefix); std::cmp_less(position, end); ++position) {
+        const auto& id = after[position].id;
+        changed.push_back({id, linkAt(after, position), isJoined(id)});
     }
-    ids_.clear();
-    std::ranges::transform(after, std::back_inserter(ids_), &RuleEntryIdentifiable::id);
+    const auto rest = places_.erase(places_.begin() + prefix, places_.end() - suffix);
+    places_.insert(rest, changed.begin(), changed.end());
+    if (end < std::ssize(after)) {
+        places_[static_cast<std::size_t>(end)].link = linkAt(after, static_cast<std::size_t>(end));
+    }
     makeCards();
 }
 
 void FoldedRuns::forget() {
     joined_.clear();
-    makeCards();
+    places_.clear();
+    cards_.clear();
 }
 
 /// A rule that has a card of its own keeps it, whatever it goes on with later.
 void FoldedRuns::makeCards() {
-    cards_ = grouped(links_, [this](std::size_t position) { return isJoined(ids_[position]); });
+    cards_ = grouped(places_.size(), [this](std::size_t position) {
+        return places_[position].joins ? places_[position].link : RunLink::none;
+    });
     for (const auto& card : cards_) {
-        joined_.erase(ids_[card.first]);
+        if (std::exchange(places_[card.first].joins, false)) {
+            joined_.erase(places_[card.first].id);
+        }
     }
+}
+
+void FoldedRuns::letJoin(const RuleRun& run, bool joins) {
+    for (auto rule = run.first + 1; rule < run.first + run.count; ++rule) {
+        places_[rule].joins = joins;
+        joins ? void(joined_.insert(places_[rule].id)) : void(joined_.erase(places_[rule].id));
+    }
+    makeCards();
 }
 
 void FoldedRuns::fold(const UUID& id) {
     if (const auto run = runOf(id)) {
-        for (auto rule = run->first + 1; rule < run->first + run->count; ++rule) {
-            join(ids_[rule]);
-        }
-        makeCards();
+        letJoin(*run, true);
     }
 }
 
 void FoldedRuns::unfold(const UUID& id) {
     if (const auto card = cardOf(id)) {
-        for (auto rule = card->first; rule < card->first + card->count; ++rule) {
-            joined_.erase(ids_[rule]);
-        }
-        makeCards();
+        letJoin(*card, false);
     }
 }
 
 std::optional<std::size_t> FoldedRuns::positionOf(const UUID& id) const {
-    const auto found = std::ranges::find(ids_, id);
-    return found == ids_.end() ? std::nullopt : std::optional(static_cast<std::size_t>(found - ids_.begin()));
+    const auto found = std::ranges::find(places_, id, &Place::id);
+    return found == places_.end() ? std::nullopt
+                                  : std::optional(static_cast<std::size_t>(found - places_.begin()));
 }
 
 std::optional<RuleRun> FoldedRuns::cardOf(const UUID& id) const {
@@ -128,7 +130,9 @@ std::optional<RuleRun> FoldedRuns::cardOf(const UUID& id) const {
 }
 
 std::optional<RuleRun> FoldedRuns::runOf(const UUID& id) const {
-    return runAt(allRuns(links_), positionOf(id));
+    const auto runs =
+        grouped(places_.size(), [this](std::size_t position) { return places_[position].link; });
+    return runAt(runs, positionOf(id));
 }
 
 }  // namespace quillo

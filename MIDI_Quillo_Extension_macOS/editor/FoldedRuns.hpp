@@ -31,7 +31,7 @@ public:
     void arrive(const RuleList& rules);
     /// `after` is the list from now on; `before` is the one that was followed last, empty at first.
     void follow(const RuleList& before, const RuleList& after);
-    /// Nothing is folded from now on.
+    /// Nothing is folded, and the list is empty, from now on.
     void forget();
 
     /// Whether a rule is to share the card of the rule above it. `join` takes effect with the list that is
@@ -51,11 +51,18 @@ public:
     [[nodiscard]] std::optional<RuleRun> runOf(const UUID& id) const;
 
 private:
+    /// A rule of the list.
+    struct Place {
+        UUID id;
+        RunLink link;        ///< how it goes on with the rule above it
+        bool joins = false;  ///< whether it is to share that rule's card
+    };
+
     [[nodiscard]] std::optional<std::size_t> positionOf(const UUID& id) const;
+    void letJoin(const RuleRun& run, bool joins);
     void makeCards();
 
-    std::vector<UUID> ids_;       ///< of the list
-    std::vector<RunLink> links_;  ///< how each rule goes on with the one above it
+    std::vector<Place> places_;
     std::set<UUID> joined_;
     std::vector<RuleRun> cards_;
 };

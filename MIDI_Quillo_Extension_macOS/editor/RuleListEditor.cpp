@@ -295,7 +295,8 @@ void RuleListEditor::learn(const RuleIds& card, const std::vector<RuleTriggerEnt
 std::vector<std::size_t> RuleListEditor::find(const RuleIds& ids) const {
     const std::set<UUID> wanted(ids.begin(), ids.end());
     std::vector<std::size_t> positions;
-    for (std::size_t position = 0; position < rules().size(); ++position) {
+    for (std::size_t position = 0; position < rules().size() && positions.size() < wanted.size();
+         ++position) {
         if (wanted.contains(rules()[position].id)) {
             positions.push_back(position);
         }

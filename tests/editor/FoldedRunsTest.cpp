@@ -133,6 +133,8 @@ TEST_F(FoldedRunsTest, WhatIsGoneComesBackFolded) {
 TEST_F(FoldedRunsTest, WhatIsForgottenIsUnfolded) {
     arrive(waitingFor({10, 11, 12}));
     folded.forget();
+    EXPECT_EQ(counts(folded), Counts{});
+    folded.follow({}, list);
     EXPECT_EQ(counts(folded), (Counts{1, 1, 1}));
 }
 
