@@ -104,6 +104,44 @@ TEST(RuleRun, HasAValueWhereTheTriggerWaitsForOne) {
     }
 }
 
+TEST(RuleRun, IsLinkedRuleByRule) {
+    const auto link = [](const Rule& above, const Rule& below) {
+        return linkBetween(entryFromRule(above), entryFromRule(below));
+    };
+    EXPECT_EQ(link(noteRule(36, triggerByte), noteRule(37, triggerByte)), RunLink::same);
+    EXPECT_EQ(link(noteRule(36, byte(48)), noteRule(37, byte(48))), RunLink::same);
+    EXPECT_EQ(link(noteRule(36, byte(48)), noteRule(37, byte(49))), RunLink::rising);
+    EXPECT_EQ(link(noteRule(36, byte(48)), noteRule(37, byte(50))), RunLink::none);
+    EXPECT_EQ(link(noteRule(36, triggerByte), noteRule(38, triggerByte)), RunLink::none);
+    EXPECT_EQ(link(noteRule(36, triggerByte), noteRule(37, triggerByte, "other")), RunLink::none);
+    EXPECT_EQ(link(rule(onNoteOn(), send(noteOn(0, 1, 2))), noteRule(37, triggerByte)), RunLink::none);
+    EXPECT_EQ(link(noteRule(36, triggerByte), rule(onLoad(), send(noteOn(0, 1, 2)))), RunLink::none);
+}
+
+TEST(RuleRun, ComparesAndSendsOneFieldOfAnEntry) {
+    RuleEntry entry;
+    entry.trigger.note = entry.trigger.controllerValue = entry.trigger.program = exactly(5);
+    entry.output.note = entry.output.controllerValue = entry.output.program = byte(7);
+    for (const auto type : {TriggerEntryType::NoteOn, TriggerEntryType::NoteOff,
+                            TriggerEntryType::ControlChange, TriggerEntryType::ProgramChange}) {
+        entry.trigger.type = type;
+        EXPECT_EQ(comparedValue(entry), 5);
+    }
+    for (const auto type : {OutputEntryType::NoteOn, OutputEntryType::NoteOff, OutputEntryType::ControlChange,
+                            OutputEntryType::ProgramChange}) {
+        entry.output.type = type;
+        EXPECT_EQ(sentValue(entry), 7);
+    }
+    entry.trigger.program = any;
+    entry.output.program = triggerByte;
+    EXPECT_EQ(comparedValue(entry), std::nullopt);
+    EXPECT_EQ(sentValue(entry), std::nullopt);
+    entry.trigger.type = TriggerEntryType::OnLoad;
+    entry.output.type = OutputEntryType::PitchWheel;
+    EXPECT_EQ(comparedValue(entry), std::nullopt);
+    EXPECT_EQ(sentValue(entry), std::nullopt);
+}
+
 TEST(RuleRun, UnfoldedIsTheListAgain) {
     for (unsigned seed = 0; seed < 2'000; ++seed) {
         const auto list = RandomRules(seed).list(40);
