@@ -14,8 +14,9 @@ namespace quillo {
 ///     matching), send note-on 48 (C2) to 59 (B2) with the trigger's velocity on channel 2 at once.
 [[nodiscard]] std::string runInPlainWords(std::span<const Rule> run);
 
-/// Two sentences in one, which name the first and the last value of a range: "send program 5 at once" and "send
-/// program 9 at once" become "send program 5 to 9 at once". The first alone where they do not have as many words.
+/// Two sentences in one, which name the first and the last value of a range: "send program 5 at once" and
+/// "send program 9 at once" become "send program 5 to 9 at once". The first alone where they do not have as
+/// many words.
 [[nodiscard]] std::string sentenceFromTo(const std::string& first, const std::string& last);
 
 }  // namespace quillo

@@ -13,13 +13,13 @@
 
 namespace quillo {
 
-/// What pickers and text inputs look like: a caption in the secondary colour above a box that holds a value in
-/// the primary colour, with a line in the secondary colour under it and, where there is a menu, a chevron at its
-/// end. A value that is too long for the box ends with an ellipsis and is shown whole as a tooltip.
+/// What pickers and text inputs look like: a caption in the secondary colour above a box that holds a value
+/// in the primary colour, with a line in the secondary colour under it and, where there is a menu, a chevron
+/// at its end. A value that is too long for the box ends with an ellipsis and is shown whole as a tooltip.
 ///
-/// A field keeps no copy of its value and reads it whenever it draws. Whoever changes the value elsewhere calls
-/// `refresh`; whoever lays fields out asks for their preferred sizes again, as they follow the value. [main]
-/// only.
+/// A field keeps no copy of its value and reads it whenever it draws. Whoever changes the value elsewhere
+/// calls `refresh`; whoever lays fields out asks for their preferred sizes again, as they follow the value.
+/// [main] only.
 class FieldView : public juce::Component, public juce::TooltipClient, public PreferredSize {
 public:
     /// Without a caption the box stands alone.
@@ -76,8 +76,8 @@ protected:
     [[nodiscard]] juce::String shownInstead() const {
         return extras_.shown ? extras_.shown() : juce::String();
     }
-    /// Opens a menu of values, and of what is offered beyond them. `pick` gets the row of a value; the field is
-    /// refreshed afterwards, if there still is one.
+    /// Opens a menu of values, and of what is offered beyond them. `pick` gets the row of a value; the field
+    /// is refreshed afterwards, if there still is one.
     void openMenu(std::vector<juce::String> labels, std::optional<std::size_t> current,
                   std::function<void(std::size_t value)> pick);
 

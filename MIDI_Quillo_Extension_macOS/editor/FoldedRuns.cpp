@@ -21,8 +21,8 @@ RunLink linkAt(const RuleList& list, std::size_t position) {
     return canLink ? linkBetween(above.rule, below.rule) : RunLink::none;
 }
 
-/// The runs of so many rules, each as long as it can be. A rule stands by itself where `linkOf` says that it does
-/// not go on with the one above it.
+/// The runs of so many rules, each as long as it can be. A rule stands by itself where `linkOf` says that it
+/// does not go on with the one above it.
 template <class LinkOf>
 std::vector<RuleRun> grouped(std::size_t count, LinkOf linkOf) {
     std::vector<RuleRun> runs;

@@ -12,12 +12,12 @@
 
 namespace quillo {
 
-/// Which rules of the list stand on one card: those of a run that is folded. Nothing of it is stored; the rules
-/// are what they are.
+/// Which rules of the list stand on one card: those of a run that is folded. Nothing of it is stored; the
+/// rules are what they are.
 ///
 /// A list under the user's hands never folds by itself: only the rules that were folded, or that came from
-/// elsewhere as a long run, share a card, and only for as long as they go on with the rules above them. What is
-/// gone from the list stays known: undoing brings it back as it was. [main] only.
+/// elsewhere as a long run, share a card, and only for as long as they go on with the rules above them. What
+/// is gone from the list stays known: undoing brings it back as it was. [main] only.
 ///
 ///     folded.arrive(imported);
 ///     folded.follow(before, imported);

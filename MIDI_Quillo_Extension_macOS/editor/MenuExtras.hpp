@@ -20,7 +20,7 @@ struct TypedChoice {
 
 /// What a field offers beyond its values, where its card stands for a run or may become one.
 struct MenuExtras {
-    /// A row of the menu that is none of the values: "Range …".
+    /// A row of the menu beside those of the values: "Range …".
     struct Row {
         juce::String label;
         /// In front of the value at this position; behind all of them at first.
@@ -31,7 +31,7 @@ struct MenuExtras {
     /// What the field shows in the place of its value; an empty text where it shows the value.
     std::function<juce::String()> shown;
     std::optional<Row> row;
-    /// The meaning of a text that is none of the values; nothing where it means nothing.
+    /// What a text means that stands for no value; nothing where it means nothing.
     std::function<std::optional<TypedChoice>(const juce::String& typed)> typed;
 };
 

@@ -12,8 +12,8 @@
 
 namespace quillo {
 
-/// "Add new": opens the menu of output types; picking one adds a rule of that type. Behind them come a rule that
-/// sends notes as they are played, and one whose trigger is learned. [main] only.
+/// "Add new": opens the menu of output types; picking one adds a rule of that type. Behind them come a rule
+/// that sends notes as they are played, and one whose trigger is learned. [main] only.
 class NewRuleSelector final : public juce::Component, public EnvironmentScope {
 public:
     struct Actions {

@@ -11,8 +11,8 @@ namespace quillo {
 
 namespace {
 
-/// The reason of the rule that fired or consumed the event speaks for the run; else what all have in common, "it
-/// waits for 36 (C1) to 47 (B1)".
+/// The reason of the rule that fired or consumed the event speaks for the run; else what all have in common,
+/// "it waits for 36 (C1) to 47 (B1)".
 RuleReason reasonOfRun(std::span<const RuleReason> reasons) {
     for (const auto what : {&RuleReason::fired, &RuleReason::consumed}) {
         if (const auto found = std::ranges::find(reasons, true, what); found != reasons.end()) {

@@ -168,7 +168,7 @@ private:
         return plan;
     }
 
-    /// While the value rises it is none of those that can be picked; one that is picked is sent by all rules.
+    /// While the value rises, no row of the menu stands for it; a value that is picked is sent by all rules.
     [[nodiscard]] Binding<GenericByteV2> risingBinding(GenericByteV2 RuleOutputEntry::* field) const {
         const auto plain = fieldBinding(data_, field);
         return {[plain, run = run_] { return run.get().rises ? noDataByte : plain.get(); },

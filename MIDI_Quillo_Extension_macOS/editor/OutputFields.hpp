@@ -12,8 +12,9 @@
 
 namespace quillo {
 
-/// The fields of the message section for the output's type, in order. "From Trigger" is offered exactly where the
-/// rule's trigger can feed the field. Picking a type calls `onOutputTypeChange` and writes nothing itself.
+/// The fields of the message section for the output's type, in order. "From Trigger" is offered exactly where
+/// the rule's trigger can feed the field. Picking a type calls `onOutputTypeChange` and writes nothing
+/// itself.
 [[nodiscard]] FieldPlans outputFields(const Binding<RuleEntry>& rule, const RunBinding& run,
                                       const Palette& palette,
                                       const std::function<void(const MIDIRuleType&)>& onOutputTypeChange);

@@ -26,17 +26,18 @@ struct MenuContents {
     std::function<std::optional<TypedChoice>(const juce::String& typed)> typed{};
 };
 
-/// A menu inside the editor's window, under or over the field that opened it, as large as there is room for. It
-/// opens at the current row. Typing shows only the rows that hold the typed text, and before them what the text
-/// means by itself; "#" also finds a sharp. The
-/// arrows, Page Up, Page Down, Home, End and the wheel walk through the rows; Return and, before anything is
-/// typed, Space pick; Escape, Tab and a click outside close. [main] only.
+/// A menu inside the editor's window, under or over the field that opened it, as large as there is room for.
+/// It opens at the current row. Typing shows only the rows that hold the typed text, and before them what the
+/// text means by itself; "#" also finds a sharp. The arrows, Page Up, Page Down, Home, End and the wheel walk
+/// through the rows; Return and, before anything is typed, Space pick; Escape, Tab and a click outside close.
+/// [main] only.
 class PopupMenuOverlay final : public juce::Component, public EnvironmentScope, private juce::ListBoxModel {
 public:
     using OnPick = std::function<void(std::size_t row)>;
 
-    /// Opens a menu in the host around `field`, next to `box` of that field and in its colours. Without a host
-    /// nothing opens. `onPick`, or the choice that was typed, is called once at most, after the menu has closed.
+    /// Opens a menu in the host around `field`, next to `box` of that field and in its colours. Without a
+    /// host nothing opens. `onPick`, or the choice that was typed, is called once at most, after the menu has
+    /// closed.
     static void open(juce::Component& field, juce::Rectangle<int> box, MenuContents contents, OnPick onPick);
 
     PopupMenuOverlay(MenuContents contents, juce::Rectangle<int> anchor, OnPick onPick);
@@ -47,8 +48,8 @@ public:
     [[nodiscard]] static juce::Rectangle<int> place(juce::Rectangle<int> anchor, juce::Point<int> wanted,
                                                     juce::Rectangle<int> window);
 
-    /// What has been typed, the rows that it leaves, and the highlighted one among all; behind the last row of
-    /// all comes what was typed.
+    /// What has been typed, the rows that it leaves, and the highlighted one among all; behind the last row
+    /// of all comes what was typed.
     [[nodiscard]] const juce::String& typed() const { return typed_; }
     [[nodiscard]] const std::vector<std::size_t>& shownRows() const { return shown_; }
     [[nodiscard]] std::optional<std::size_t> highlightedRow() const;

@@ -12,7 +12,8 @@
 
 namespace quillo {
 
-/// The buttons of a card. "Send" is there for messages of fixed bytes; "More" opens the card's menu. [main] only.
+/// The buttons of a card. "Send" is there for messages of fixed bytes; "More" opens the card's menu. [main]
+/// only.
 class RuleButtons final : public juce::Component, public EnvironmentScope {
 public:
     struct Actions {

@@ -28,8 +28,8 @@ using RuleIds = std::vector<UUID>;
 /// "Message #" and a decimal integer, or 1. A name with the greatest 64-bit integer is a fatal error.
 [[nodiscard]] std::int64_t nextIndex(const RuleList& rules);
 
-/// The first rule by which two lists differ, or the one that stands in its place after it went; nothing when no
-/// rule is left. Of rules that changed places those have moved that are fewer.
+/// The first rule by which two lists differ, or the one that stands in its place after it went; nothing when
+/// no rule is left. Of rules that changed places those have moved that are fewer.
 [[nodiscard]] std::optional<UUID> changedRule(const RuleList& before, const RuleList& after);
 
 /// The rules of a list that run, in order: all but those that are switched off.
@@ -43,8 +43,8 @@ using RuleIds = std::vector<UUID>;
 /// why. A list that the unit brings in forgets what could be undone; rules that it runs and that cannot be
 /// shown come back when what replaced them is undone.
 ///
-/// A card stands for one rule or for a folded run; what a card does takes the rules of that card, from the first
-/// to the last, and is one step. [main] only.
+/// A card stands for one rule or for a folded run; what a card does takes the rules of that card, from the
+/// first to the last, and is one step. [main] only.
 class RuleListEditor {
 public:
     /// Takes the converted list, and the rules of it that are switched off; throws `FatalError` for one that
@@ -81,31 +81,33 @@ public:
     /// nobody knows them.
     [[nodiscard]] std::optional<PluginData> storedRules() const;
 
-    /// Why the list does not show what the unit runs; nothing when it does. Until a whole list takes its place,
-    /// nothing can be added to it.
+    /// Why the list does not show what the unit runs; nothing when it does. Until a whole list takes its
+    /// place, nothing can be added to it.
     [[nodiscard]] const std::optional<std::string>& whyNotEditable() const {
         return model_->whyNotEditable();
     }
 
     /// Adds the default rule of this type at the end.
     void add(const MIDIRuleType& type);
-    /// Adds a rule at the end that takes every note and sends it as it was played: what is changed then is all that
-    /// becomes different.
+    /// Adds a rule at the end that takes every note and sends it as it was played: what is changed then is
+    /// all that becomes different.
     void addNotesAsPlayed();
     /// Adds a rule at the end for each trigger, in one step; of two the second as `learn` makes it.
     void addWaitingFor(const std::vector<RuleTriggerEntry>& triggers);
     /// Adds a rule at the end that sends this.
     void addSending(const RuleOutputEntry& output);
-    /// Lets a card wait for the first trigger; its "Incoming" stays, and a run becomes one rule. A second trigger
-    /// makes a copy right after it, in the same step: it waits for that one, and sends Note Off where the rule
-    /// sends Note On.
+    /// Lets a card wait for the first trigger; its "Incoming" stays, and a run becomes one rule. A second
+    /// trigger makes a copy right after it, in the same step: it waits for that one, and sends Note Off where
+    /// the rule sends Note On.
     void learn(const RuleIds& card, const std::vector<RuleTriggerEntry>& triggers);
     /// Adds copies right after the last of the rules, in the list's order and under the same names.
     void duplicate(const RuleIds& ids);
-    /// Adds copies right after a card of Note On that wait for Note Off, and send it where the rules send Note On.
+    /// Adds copies right after a card of Note On that wait for Note Off, and send it where the rules send
+    /// Note On.
     void duplicateAsNoteOff(const RuleIds& card);
     void remove(const RuleIds& ids);
-    /// Moves the rules together, in the list's order: the first of them to a position, or as far as the list goes.
+    /// Moves the rules together, in the list's order: the first of them to a position, or as far as the list
+    /// goes.
     void move(const RuleIds& ids, std::size_t position);
     /// Switches the rules off, or on again: those that are off keep their places and do not run.
     void setOff(const RuleIds& ids, bool off);
@@ -119,8 +121,8 @@ public:
     void changeTriggerType(const RuleIds& card, TriggerEntryType type);
     /// Changes what a card sends. Fields keep what they hold, but for choices that the trigger cannot feed.
     void changeOutputType(const RuleIds& card, OutputEntryType type);
-    /// Lets a card wait for all of these values: it has as many rules from then on. Nothing happens where that
-    /// cannot be.
+    /// Lets a card wait for all of these values: it has as many rules from then on. Nothing happens where
+    /// that cannot be.
     void setRange(const RuleIds& card, std::uint8_t from, std::uint8_t to);
     /// Lets a card send what it waits for and so much more, or the same with each of its rules.
     void transpose(const RuleIds& card, int offset);

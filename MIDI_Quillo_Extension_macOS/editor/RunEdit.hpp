@@ -18,8 +18,8 @@ namespace quillo {
 /// Whether a rule can wait for a range: it has a value to wait for, and does not consume what does not match.
 [[nodiscard]] bool canHaveRange(const RuleTriggerEntry& trigger);
 
-/// The change that makes `first` of the first rule, made to each rule of the run. A run that is to wait for one
-/// value, or for any, becomes one rule.
+/// The change that makes `first` of the first rule, made to each rule of the run. A run that is to wait for
+/// one value, or for any, becomes one rule.
 [[nodiscard]] RuleList edited(const RuleList& run, const RuleEntry& first);
 
 /// The same with another kind of trigger. What the rules wait for goes along where that has values too.
@@ -33,12 +33,12 @@ namespace quillo {
 /// lower one first: what it sends, where that rises, must not leave 0 to 127.
 [[nodiscard]] bool canWaitFor(const RuleEntry& first, bool rises, int from, int to);
 
-/// The rules that wait for all values `from` to `to`, in either order. What is sent keeps its distance from them
-/// where it rises. The same rules where that cannot be.
+/// The rules that wait for all values `from` to `to`, in either order. What is sent keeps its distance from
+/// them where it rises. The same rules where that cannot be.
 [[nodiscard]] RuleList withRange(const RuleList& run, std::uint8_t from, std::uint8_t to);
 
-/// Whether the run of so many rules that begins with this one can send what it waits for and `offset` more: it
-/// must have a value to send, which must not leave 0 to 127.
+/// Whether the run of so many rules that begins with this one can send what it waits for and `offset` more:
+/// it must have a value to send, which must not leave 0 to 127.
 [[nodiscard]] bool canTranspose(const RuleEntry& first, std::size_t count, int offset);
 
 /// The rules that do so. The same rules where that cannot be.

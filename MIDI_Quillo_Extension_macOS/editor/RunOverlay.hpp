@@ -30,8 +30,8 @@ struct RunQuestion {
     std::function<Outcome(const juce::StringArray& texts)> outcome;
 };
 
-/// A small panel beside a field, in its colours: texts to type, what they would come to, and "Set". Return sets,
-/// from anywhere in it; Escape and a click outside close. [main] only.
+/// A small panel beside a field, in its colours: texts to type, what they would come to, and "Set". Return
+/// sets, from anywhere in it; Escape and a click outside close. [main] only.
 class RunOverlay final : public juce::Component, public EnvironmentScope {
 public:
     /// Opens it in the host around `field`. Without a host, and over an alert, nothing opens.

@@ -103,7 +103,8 @@ std::optional<std::uint8_t> sentValue(const RuleEntry& entry) {
     return field == nullptr ? std::nullopt : dataByte(entry.output.*field);
 }
 
-/// Most rules that follow each other do not go on with each other's values: only the others are compared whole.
+/// Most rules that follow each other do not go on with each other's values: only the others are compared
+/// whole.
 RunLink linkBetween(const RuleEntry& above, const RuleEntry& below) {
     const auto from = comparedValue(above);
     const auto to = comparedValue(below);

@@ -44,8 +44,8 @@ struct RuleRun {
 /// The field of a message that may rise along; null where there is none.
 [[nodiscard]] GenericByteV2 RuleOutputEntry::* risingField(OutputEntryType type);
 
-/// The data byte that an entry waits for, and that it sends in the field that may rise; nothing where there is
-/// no such field, and none such value in it.
+/// The data byte that an entry waits for, and that it sends in the field that may rise; nothing where there
+/// is no such field, and none such value in it.
 [[nodiscard]] std::optional<std::uint8_t> comparedValue(const RuleEntry& entry);
 [[nodiscard]] std::optional<std::uint8_t> sentValue(const RuleEntry& entry);
 
