@@ -14,6 +14,7 @@ juce::String normalised(const juce::String& text) {
         .replaceCharacter(enDash, '-')
         .replaceCharacter(minus, '-')
         .toLowerCase()
+        .replace(" - ", "-")
         .trim();
 }
 

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <utility>
+#include <vector>
+
 #include "editor-main/EditorStage.hpp"
 #include "editor/NewRuleSelector.hpp"
 #include "editor/Style.hpp"
@@ -52,6 +56,27 @@ TEST(CardLine, SaysWhatARuleWaitsForAndWhatItSends) {
                   entry.output.program = GenericByteV2::RespectiveTriggerByte{};
               }),
               "Program Change any any channel \u2192 Program Change bank 3 From Trigger channel 1");
+}
+
+TEST(CardLine, SaysTheRangeOfARunAndItsTransposition) {
+    std::vector<Rule> rules;
+    for (std::uint8_t note = 36; note < 48; ++note) {
+        rules.push_back(ruleWith([note](RuleEntry& entry) {
+            entry.name = "Split";
+            entry.trigger.type = TriggerEntryType::NoteOn;
+            entry.trigger.note = TriggerValueV2::Value{note};
+            entry.output.note = GenericByteV2::Value{static_cast<std::uint8_t>(note + 12)};
+            entry.output.channel = RuleOutputChannelV2::TriggerChannel{};
+        }));
+    }
+    EditorStage stage(std::move(rules));
+    stage.press('-', ctrl);
+    EXPECT_EQ(stage.card().line().text().toStdString(),
+              "Note On C1 \u2013 B1 any channel \u2192 Note On From Trigger + 12 64");
+    for (const auto* typed : {"c1-b1", "c1 - b1", "from trigger + 12"}) {
+        stage.view().header().openSearch(typed);
+        EXPECT_EQ(stage.view().header().searchField().finds(), "1 found") << typed;
+    }
 }
 
 TEST(CardLine, LeavesOutWhatGoesWithoutSaying) {
