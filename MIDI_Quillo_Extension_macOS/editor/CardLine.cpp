@@ -72,13 +72,11 @@ void CardLine::paint(juce::Graphics& graphics) {
     auto area = getLocalBounds();
     for (const auto& word : words_) {
         const auto width = textWidth(word.text, style::valueText);
-        if (word.found != nullptr && word.found->contains(word.field)) {
+        const auto shown = area.withWidth(std::min(width, area.getWidth()));
+        if (!shown.isEmpty() && word.found != nullptr && word.found->contains(word.field)) {
+            const auto mark = shown.withSizeKeepingCentre(shown.getWidth() + 2 * markMargin, markHeight);
             graphics.setColour(displayColour(style::found));
-            graphics.fillRoundedRectangle(area.withWidth(std::min(width, area.getWidth()))
-                                              .expanded(markMargin, 0)
-                                              .withSizeKeepingCentre(width + 2 * markMargin, markHeight)
-                                              .toFloat(),
-                                          markMargin);
+            graphics.fillRoundedRectangle(mark.toFloat(), markMargin);
         }
         drawLine(graphics, word.text, area, style::valueText, word.colour);
         area.removeFromLeft(width + wordGap);

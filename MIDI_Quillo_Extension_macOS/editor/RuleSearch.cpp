@@ -47,16 +47,22 @@ bool SearchedText::holds(const juce::String& sought) const {
     return holdsWhole(captioned_, sought, captionLength_) || holdsWhole(word_, sought, 0);
 }
 
+bool SearchedText::numbers(const juce::String& word) const {
+    const auto at = word_.indexOf(word + " ");
+    return at >= 0 && isDigit(word_[at + word.length() + 1]);
+}
+
 RuleSearch::RuleSearch(const juce::String& typed)
     : sought_(normalised(typed)), terms_(juce::StringArray::fromTokens(sought_, " ,", "")) {
     terms_.removeEmptyStrings();
 }
 
 std::optional<std::set<std::size_t>> RuleSearch::find(const std::vector<SearchedText>& card) const {
-    const auto holding = [&card](const juce::String& sought) {
+    const auto holding = [&card](const juce::String& sought, const juce::String& number = {}) {
         std::set<std::size_t> positions;
         for (std::size_t position = 0; position < card.size(); ++position) {
-            if (card[position].holds(sought)) {
+            const bool isAnother = isDigit(number[0]) && card[position].numbers(sought);
+            if (card[position].holds(sought) && !isAnother) {
                 positions.insert(position);
             }
         }
@@ -66,8 +72,8 @@ std::optional<std::set<std::size_t>> RuleSearch::find(const std::vector<Searched
     if (!found.empty()) {
         return found;
     }
-    for (const auto& term : terms_) {
-        auto holders = holding(term);
+    for (int term = 0; term < terms_.size(); ++term) {
+        auto holders = holding(terms_[term], terms_[term + 1]);
         if (holders.empty()) {
             return std::nullopt;
         }

@@ -19,6 +19,8 @@ public:
     /// Whether the text holds this, which is normalised. A number is found as a whole: 2 is not in 127. Of a
     /// caption alone nothing is found.
     [[nodiscard]] bool holds(const juce::String& sought) const;
+    /// Whether the value says a number behind this word, as "channel 2" does behind "channel".
+    [[nodiscard]] bool numbers(const juce::String& word) const;
 
 private:
     juce::String captioned_;
@@ -27,8 +29,8 @@ private:
 };
 
 /// What is typed to find rules, whatever its case: a part of a card's texts, "channel 2", or several that all
-/// stand on it, "cc sustain 127". A sharp is typed as #, a minus and a dash as
-/// a hyphen.
+/// stand on it, "cc sustain 127"; a number behind a word is then that of the word, where it has one. A sharp
+/// is typed as #, a minus and a dash as a hyphen.
 class RuleSearch {
 public:
     RuleSearch() = default;

@@ -30,12 +30,24 @@ struct Plans {
     FieldPlans output;
 };
 
-/// Of fields that are never made.
+/// What a field of a run shows in the place of its value is its text from now on; nothing is asked any more.
+void settleTexts(FieldPlans& fields) {
+    for (auto& field : fields) {
+        const auto instead = field.extras.shown ? field.extras.shown() : juce::String();
+        field.text = instead.isNotEmpty() ? instead : field.text;
+        field.extras.shown = {};
+    }
+}
+
+/// Of fields that are never made. The plans outlive the entry.
 Plans plansFor(const RuleEntry& entry, const RuleRun& run) {
     const Palette palette;
     const RunBinding readRun{[run] { return run; }};
-    return {triggerFields(readOnly(entry), readRun, palette, {}),
-            outputFields(readOnly(entry), readRun, palette, {})};
+    Plans plans{triggerFields(readOnly(entry), readRun, palette, {}),
+                outputFields(readOnly(entry), readRun, palette, {})};
+    settleTexts(plans.trigger);
+    settleTexts(plans.output);
+    return plans;
 }
 
 CardContent contentOf(const Plans& plans, const RuleRemark& status, bool isReason) {

@@ -71,6 +71,15 @@ TEST(RuleSearch, FindsSeveralWordsThatAllStandOnTheCard) {
     EXPECT_EQ(found("cc 126"), Positions()) << "One of them does not.";
 }
 
+TEST(RuleSearch, ANumberBehindAWordIsThatOfTheWord) {
+    const std::vector<SearchedText> other{
+        {"", "Message #2", ""}, {"Ch", "1", "channel 1"}, {"Ch", "Any", "any channel"}};
+    EXPECT_EQ(RuleSearch("channel 2").find({other[0], other[1]}), Positions());
+    EXPECT_EQ(RuleSearch("2 channel").find({other[0], other[1]}), (Positions{{0, 1}}));
+    EXPECT_EQ(RuleSearch("message 2").find(other), (Positions{{0}}));
+    EXPECT_EQ(RuleSearch("channel 2").find(other), (Positions{{0, 2}}));
+}
+
 TEST(RuleSearch, BlanksAroundWhatIsTypedDoNotMatter) {
     EXPECT_EQ(found("  bass "), (Positions{{0}}));
     EXPECT_TRUE(RuleSearch("  ").isEmpty());
