@@ -9,6 +9,7 @@
 #include "editor/FieldView.hpp"
 #include "editor/HitsText.hpp"
 #include "editor/JuceText.hpp"
+#include "editor/MySwitch.hpp"
 #include "editor/RuleButtons.hpp"
 #include "editor/Style.hpp"
 
@@ -32,6 +33,13 @@ Form formFor(int inside) {
 int roomForHits() {
     static const int room = RuleStatus::widthFor({juceText(hitsText({}))});
     return room;
+}
+
+/// The place of the switch, at the right end of the title line.
+juce::Rectangle<int> takeSwitch(juce::Rectangle<int>& line) {
+    const auto place = line.removeFromRight(MySwitch::width);
+    line.removeFromRight(style::titleGap);
+    return place.withSizeKeepingCentre(MySwitch::width, MySwitch::height);
 }
 
 /// Lays a card out from its top to its bottom.
@@ -71,6 +79,7 @@ private:
 
     void layOutTitle() {
         auto title = take(style::cardHeaderHeight);
+        card_.onOff = takeSwitch(title);
         switch (form_) {
         case Form::columns:
             card_.name = title.removeFromLeft(halfOfColumns());
@@ -188,6 +197,7 @@ CardLayout CardLayout::inOneLine(const RuleRemark& status, int width) {
                     .withTrimmedLeft(style::dragHandleWidth)
                     .reduced(style::cardPadding, 0);
     const auto inside = area.getWidth();
+    card.onOff = takeSwitch(area);
     card.name = area.removeFromLeft(std::min(inside * 3 / 10, style::nameInOneLine));
     area.removeFromLeft(style::titleGap);
     if (inside >= style::cardOfRows) {

@@ -23,8 +23,8 @@ struct CardContent {
 /// - paragraphs: the fields below their labels; the buttons in the title line
 /// - narrow: the fields below their labels; the buttons at the bottom
 ///
-/// The status stands at the right end of the title line, in the last two forms of the line of the trigger's
-/// label. Where it does not fit it stands below the title: hits in a line, a reason in as many as it takes.
+/// The switch stands at the right end of the title line, the status before it, in the last two forms in the line
+/// of the trigger's label. Where it does not fit it stands below the title: hits in a line, a reason in as many as it takes.
 struct CardLayout {
     CardLayout() = default;
     /// For a card of this width.
@@ -34,6 +34,7 @@ struct CardLayout {
     [[nodiscard]] static CardLayout inOneLine(const RuleRemark& status, int width);
 
     juce::Rectangle<int> name;
+    juce::Rectangle<int> onOff;  ///< the switch, at the right end of the title line
     juce::Rectangle<int> status;
     juce::Rectangle<int> line;
     juce::Rectangle<int> buttons;

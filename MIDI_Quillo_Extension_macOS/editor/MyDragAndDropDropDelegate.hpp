@@ -4,40 +4,46 @@
 #include <algorithm>
 #include <cstddef>
 #include <optional>
-#include <utility>
+#include <set>
 #include <vector>
 
 #include "platform/UUID.hpp"
 
 namespace quillo {
 
-/// A drag under way over a list: the item that is dragged, and the gap where it would go if it were let go now.
-/// Whatever is dropped, each item stays in the list exactly once.
+/// A drag under way over a list: the items that are dragged together, and the gap where they would go if they were
+/// let go now. Whatever is dropped, each item stays in the list exactly once.
 struct MyDragAndDropDropDelegate {
-    UUID draggedItem;
+    std::set<UUID> draggedItems;
     /// In front of the item at this position; the number of items for the end.
     std::size_t gap = 0;
 
-    /// The dragged item's position after the drop; nothing when it would stay where it is or is not in the list.
+    /// The position of the first dragged item after the drop; nothing when all would stay where they are.
     [[nodiscard]] std::optional<std::size_t> newPosition(const std::vector<UUID>& items) const {
-        const auto found = std::find(items.begin(), items.end(), draggedItem);
-        if (found == items.end()) {
+        const auto after = itemsAfterDrop(items);
+        if (after == items) {
             return std::nullopt;
         }
-        const auto position = static_cast<std::size_t>(found - items.begin());
-        const auto target = std::min(gap, items.size());
-        const auto result = target > position ? target - 1 : target;
-        return result != position ? std::optional(result) : std::nullopt;
+        const auto first =
+            std::ranges::find_if(after, [this](const UUID& item) { return draggedItems.contains(item); });
+        return static_cast<std::size_t>(first - after.begin());
     }
 
-    /// The list after the drop.
-    [[nodiscard]] std::vector<UUID> itemsAfterDrop(std::vector<UUID> items) const {
-        if (const auto position = newPosition(items)) {
-            items.erase(std::find(items.begin(), items.end(), draggedItem));
-            items.insert(items.begin() + static_cast<std::vector<UUID>::difference_type>(*position),
-                         draggedItem);
-        }
-        return items;
+    /// The list after the drop: the dragged items stand together, in the order in which they stood.
+    [[nodiscard]] std::vector<UUID> itemsAfterDrop(const std::vector<UUID>& items) const {
+        std::vector<UUID> after;
+        const auto gather = [&](bool dragged, std::size_t from, std::size_t end) {
+            for (auto position = from; position < end; ++position) {
+                if (draggedItems.contains(items[position]) == dragged) {
+                    after.push_back(items[position]);
+                }
+            }
+        };
+        const auto place = std::min(gap, items.size());
+        gather(false, 0, place);
+        gather(true, 0, items.size());
+        gather(false, place, items.size());
+        return after;
     }
 };
 

@@ -60,7 +60,8 @@ void MyDragAndDropForEach::setItems(std::vector<UUID> items) {
         positions_[items_[position]] = position;
     }
     std::erase_if(heights_, [this](const auto& entry) { return !positions_.contains(entry.first); });
-    if (drag_ && !positions_.contains(drag_->delegate.draggedItem)) {
+    selection_.follow(items_);
+    if (drag_ && !positions_.contains(drag_->item)) {
         endDrag();
     }
     measure();
@@ -199,8 +200,8 @@ void MyDragAndDropForEach::forgetRowsOutside(std::size_t first, std::size_t end)
     for (auto entry = rows_.begin(); entry != rows_.end();) {
         const auto position = positionOf(entry->first);
         const bool inSight = position && *position >= first && *position < end;
-        const bool inUse = position && (entry->second->hasKeyboardFocus(true) ||
-                                        (drag_ && drag_->delegate.draggedItem == entry->first));
+        const bool inUse =
+            position && (entry->second->hasKeyboardFocus(true) || (drag_ && drag_->item == entry->first));
         if (inSight || inUse) {
             ++entry;
             continue;
@@ -318,6 +319,11 @@ void MyDragAndDropForEach::resized() {
     }
 }
 
+/// Beside all rows.
+void MyDragAndDropForEach::mouseDown(const juce::MouseEvent& /*event*/) {
+    clearSelection();
+}
+
 void MyDragAndDropForEach::mouseWheelMove(const juce::MouseEvent& event,
                                           const juce::MouseWheelDetails& wheel) {
     if (greatestScroll() == 0 || event.mods.isCommandDown()) {
@@ -345,8 +351,13 @@ void MyDragAndDropForEach::startDrag(const UUID& item, juce::Point<int> point) {
     }
     const auto scale = juce::Component::getApproximateScaleFactorForComponent(this);
     auto picture = row->second->createComponentSnapshot(row->second->getLocalBounds(), true, 2 * scale);
-    row->second->setDragged(true);
-    drag_ = Drag{{item, *position}, point, point.y + scroll_ - geometry_.top(*position), std::move(picture)};
+    const auto together = selection_.togetherWith(item);
+    drag_ = Drag{item,
+                 {{together.begin(), together.end()}, *position},
+                 point,
+                 point.y + scroll_ - geometry_.top(*position),
+                 std::move(picture)};
+    showDragged(true);
     startTimerHz(framesPerSecond);
     repaint();
 }
@@ -384,23 +395,88 @@ void MyDragAndDropForEach::cancelDrag() {
 void MyDragAndDropForEach::endDrag() {
     stopTimer();
     if (drag_) {
-        if (const auto row = rows_.find(drag_->delegate.draggedItem); row != rows_.end()) {
-            row->second->setDragged(false);
-        }
+        showDragged(false);
         drag_.reset();
     }
     repaint();
 }
 
-void MyDragAndDropForEach::moveBy(const UUID& item, int places) {
+void MyDragAndDropForEach::showDragged(bool dragged) {
+    for (const auto& item : drag_->delegate.draggedItems) {
+        if (const auto row = rows_.find(item); row != rows_.end()) {
+            row->second->setDragged(dragged);
+        }
+    }
+}
+
+void MyDragAndDropForEach::changeSelection(const std::function<void()>& change) {
+    const auto before = selection_.chosen();
+    change();
+    if (selection_.chosen() != before && onSelection) {
+        onSelection();
+    }
+}
+
+void MyDragAndDropForEach::select(const std::vector<UUID>& items) {
+    changeSelection([&] { selection_.chooseAll(items); });
+}
+
+void MyDragAndDropForEach::selectAll() {
+    changeSelection([this] { selection_.chooseAll(); });
+}
+
+bool MyDragAndDropForEach::clearSelection() {
+    const bool wasEmpty = selection_.isEmpty();
+    changeSelection([this] { selection_.clear(); });
+    return !wasEmpty;
+}
+
+void MyDragAndDropForEach::click(const UUID& item, juce::ModifierKeys modifiers) {
+    changeSelection([&] {
+        if (modifiers.isShiftDown()) {
+            selection_.extendTo(item);
+        } else if (modifiers.isCommandDown()) {
+            selection_.toggle(item);
+        } else {
+            selection_.choose(item);
+        }
+    });
+}
+
+void MyDragAndDropForEach::extendSelection(const UUID& item, int places) {
     const auto position = positionOf(item);
     if (!position) {
         return;
     }
     const auto wanted = static_cast<std::ptrdiff_t>(*position) + places;
-    const auto target = std::clamp<std::ptrdiff_t>(wanted, 0, static_cast<std::ptrdiff_t>(items_.size()) - 1);
-    const auto gap = static_cast<std::size_t>(target) + (places > 0 ? 1 : 0);
-    move({item, gap});
+    const auto next =
+        items_[static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(wanted, 0, std::ssize(items_) - 1))];
+    changeSelection([&] {
+        if (!selection_.contains(item)) {
+            selection_.choose(item);
+        }
+        selection_.extendTo(next);
+    });
+    focus(next);
+}
+
+std::optional<UUID> MyDragAndDropForEach::itemWithFocus() const {
+    const auto* focused = juce::Component::getCurrentlyFocusedComponent();
+    const auto* row =
+        focused != nullptr ? focused->findParentComponentOfClass<MyDragAndDropForEachItem>() : nullptr;
+    return row != nullptr && isParentOf(row) ? std::optional(row->item()) : std::nullopt;
+}
+
+void MyDragAndDropForEach::moveBy(const UUID& item, int places) {
+    const auto together = selection_.togetherWith(item);
+    const auto first = positionOf(together.front());
+    const auto last = positionOf(together.back());
+    if (!first || !last) {
+        return;
+    }
+    const auto wanted = static_cast<std::ptrdiff_t>(places > 0 ? *last + 1 : *first) + places;
+    const auto gap = std::clamp<std::ptrdiff_t>(wanted, 0, std::ssize(items_));
+    move({{together.begin(), together.end()}, static_cast<std::size_t>(gap)});
     scrollTo(item);
 }
 
@@ -410,7 +486,8 @@ void MyDragAndDropForEach::move(const MyDragAndDropDropDelegate& delegate) {
         setItems(delegate.itemsAfterDrop(items_));
         setScrollPosition(place);
         if (onMove) {
-            onMove(delegate.draggedItem, *position);
+            const auto first = items_.begin() + static_cast<std::ptrdiff_t>(*position);
+            onMove({first, first + std::ssize(delegate.draggedItems)}, *position);
         }
     }
 }
@@ -423,7 +500,7 @@ void MyDragAndDropForEach::paintOverChildren(juce::Graphics& graphics) {
 }
 
 void MyDragAndDropForEach::paintLiftedRow(juce::Graphics& graphics) {
-    const auto position = positionOf(drag_->delegate.draggedItem);
+    const auto position = positionOf(drag_->item);
     const auto height = geometry_.bottom(*position) - geometry_.top(*position);
     const juce::Rectangle<int> lifted(style::listMargin, drag_->point.y - drag_->grip, rowWidth(), height);
     juce::DropShadow(juce::Colours::black.withAlpha(0.5F), 12, {0, 3}).drawForRectangle(graphics, lifted);

@@ -10,6 +10,7 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include "editor/ItemSelection.hpp"
 #include "editor/MyDragAndDropDropDelegate.hpp"
 #include "editor/MyDragAndDropForEachItem.hpp"
 #include "editor/RowGeometry.hpp"
@@ -22,9 +23,12 @@ namespace quillo {
 /// belongs to its item's identity: it stays the same view while it is moved, and as long as it has the
 /// keyboard focus or is dragged it stays even out of sight. Changes leave what is in sight where it is.
 ///
+/// Items can be chosen together: they are dragged and moved together then. What else is done to them together is
+/// the owner's.
+///
 ///     list.makeRow = [&](const UUID& id) { return std::make_unique<Card>(id); };
 ///     list.heightOfRow = [&](const UUID& id, int width) { ... };
-///     list.onMove = [&](const UUID& id, std::size_t position) { editor.move({id}, position); };
+///     list.onMove = [&](const std::vector<UUID>& ids, std::size_t position) { editor.move(ids, position); };
 ///     list.setItems(ids);
 ///
 /// Set the functions before the items. [main] only.
@@ -39,8 +43,10 @@ public:
     std::function<std::unique_ptr<juce::Component>(const UUID&)> makeRow;
     /// Asked once for each item, and again when the width or the row changes.
     std::function<int(const UUID&, int width)> heightOfRow;
-    /// An item has been moved and now stands at `newPosition`. The list shows the new order already.
-    std::function<void(const UUID&, std::size_t newPosition)> onMove;
+    /// Items have been moved and now stand together from `newPosition` on. The list shows the new order already.
+    std::function<void(const std::vector<UUID>& items, std::size_t newPosition)> onMove;
+    /// Other items are chosen than before.
+    std::function<void()> onSelection;
 
     /// The items from now on, each of them once. Rows of items that stay are kept.
     void setItems(std::vector<UUID> items);
@@ -78,19 +84,35 @@ public:
     /// The width that rows get.
     [[nodiscard]] int rowWidth() const;
 
+    [[nodiscard]] const ItemSelection& selection() const { return selection_; }
+    /// Chooses these items alone.
+    void select(const std::vector<UUID>& items);
+
+    /// The item in whose row the keyboard focus lies; nothing where it lies elsewhere.
+    [[nodiscard]] std::optional<UUID> itemWithFocus() const;
+
+    /// What clicks and keys on an item's handle choose.
+    void click(const UUID& item, juce::ModifierKeys modifiers);
+    /// Chooses as far as the item that stands `places` behind this one, where the handle has the focus then.
+    void extendSelection(const UUID& item, int places);
+    void selectAll();
+    /// False when nothing was chosen.
+    bool clearSelection();
+
     /// What the handles do; points are in this view.
     void startDrag(const UUID& item, juce::Point<int> point);
     void dragTo(juce::Point<int> point);
     void drop();
     void cancelDrag();
     [[nodiscard]] bool isDragging() const { return drag_.has_value(); }
-    /// Moves an item by so many places, as far as the list goes.
+    /// Moves an item, and those that are chosen with it, by so many places, as far as the list goes.
     void moveBy(const UUID& item, int places);
     /// Scrolls a little while something is dragged at an edge; the list calls this many times a second.
     void scrollWhileDragging();
 
     void resized() override;
     void paintOverChildren(juce::Graphics& graphics) override;
+    void mouseDown(const juce::MouseEvent& event) override;
     void mouseWheelMove(const juce::MouseEvent& event, const juce::MouseWheelDetails& wheel) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
@@ -102,6 +124,7 @@ private:
         int offset;
     };
     struct Drag {
+        UUID item;  ///< whose handle is held
         MyDragAndDropDropDelegate delegate;
         juce::Point<int> point;
         int grip;
@@ -123,6 +146,8 @@ private:
     void forgetRowsOutside(std::size_t first, std::size_t end);
     void showRow(std::size_t position);
     void move(const MyDragAndDropDropDelegate& delegate);
+    void changeSelection(const std::function<void()>& change);
+    void showDragged(bool dragged);
     void endDrag();
     void paintLiftedRow(juce::Graphics& graphics);
     void paintInsertionLine(juce::Graphics& graphics);
@@ -135,6 +160,7 @@ private:
 
     std::vector<UUID> items_;
     std::map<UUID, std::size_t> positions_;
+    ItemSelection selection_;
     std::map<UUID, int> heights_;
     RowGeometry geometry_;
     std::map<UUID, std::unique_ptr<MyDragAndDropForEachItem>> rows_;

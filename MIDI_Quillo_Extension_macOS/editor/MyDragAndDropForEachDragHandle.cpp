@@ -86,11 +86,15 @@ void MyDragAndDropForEachDragHandle::mouseDrag(const juce::MouseEvent& event) {
     }
 }
 
-void MyDragAndDropForEachDragHandle::mouseUp(const juce::MouseEvent& /*event*/) {
-    givenUp_ = false;
+void MyDragAndDropForEachDragHandle::mouseUp(const juce::MouseEvent& event) {
+    const bool wasGivenUp = std::exchange(givenUp_, false);
     if (dragged_) {
         end();
         list()->drop();
+    } else if (const auto* row = findParentComponentOfClass<MyDragAndDropForEachItem>();
+               row != nullptr && list() != nullptr && !wasGivenUp && !event.mouseWasDraggedSinceMouseDown()) {
+        grabKeyboardFocus();
+        list()->click(row->item(), event.mods);
     }
 }
 
@@ -121,24 +125,41 @@ bool MyDragAndDropForEachDragHandle::keyPressed(const juce::KeyPress& key) {
         return MyDragAndDropForEach::bringIntoSight(*this) || askForOtherForm();
     }
     const auto* row = findParentComponentOfClass<MyDragAndDropForEachItem>();
-    if (list() != nullptr && row != nullptr && list()->walk(UUID(row->item()), key)) {
-        return true;
-    }
-    const bool moves = key.getModifiers().isAltDown() || key.getModifiers().isCtrlDown();
-    if (!moves || !(key.isKeyCode(juce::KeyPress::upKey) || key.isKeyCode(juce::KeyPress::downKey))) {
+    if (list() == nullptr || row == nullptr) {
         return false;
     }
-    if (!MyDragAndDropForEach::bringIntoSight(*this)) {
-        moveBy(key.isKeyCode(juce::KeyPress::upKey) ? -1 : 1);
+    const UUID item = row->item();
+    if (list()->walk(item, key)) {
+        return true;
     }
-    return true;
+    const auto action = actionFor(key, item);
+    if (action && !MyDragAndDropForEach::bringIntoSight(*this)) {
+        action();
+    }
+    return action != nullptr;
 }
 
-void MyDragAndDropForEachDragHandle::moveBy(int rows) {
-    const auto* row = findParentComponentOfClass<MyDragAndDropForEachItem>();
-    if (list() != nullptr && row != nullptr) {
-        list()->moveBy(UUID(row->item()), rows);
+/// What a key does to the item; null for a key that does nothing.
+std::function<void()> MyDragAndDropForEachDragHandle::actionFor(const juce::KeyPress& key, const UUID& item) {
+    const auto modifiers = key.getModifiers();
+    const bool up = key.isKeyCode(juce::KeyPress::upKey);
+    const int places = up ? -1 : 1;
+    auto& items = *list();
+    if (up || key.isKeyCode(juce::KeyPress::downKey)) {
+        if (modifiers.isAltDown() || modifiers.isCtrlDown()) {
+            return [&items, item, places] { items.moveBy(item, places); };
+        }
+        if (modifiers.isShiftDown()) {
+            return [&items, item, places] { items.extendSelection(item, places); };
+        }
     }
+    if (key == juce::KeyPress('a', juce::ModifierKeys::commandModifier, 0)) {
+        return [&items] { items.selectAll(); };
+    }
+    if (key == juce::KeyPress::escapeKey && !items.selection().isEmpty()) {
+        return [&items] { items.clearSelection(); };
+    }
+    return nullptr;
 }
 
 std::unique_ptr<juce::AccessibilityHandler> MyDragAndDropForEachDragHandle::createAccessibilityHandler() {

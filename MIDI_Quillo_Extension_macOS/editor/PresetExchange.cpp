@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/PresetExchange.hpp"
 
+#include <algorithm>
+#include <iterator>
+#include <set>
 #include <utility>
 
 #include "persistence/DecodingError.hpp"
@@ -73,6 +76,29 @@ bool importPreset(const std::string& name, const std::function<std::vector<std::
         editor.alert(inQuotes(name) + cannotBeImported + error.what() + "\n" + chooseAnother);
     } catch (const ImportError& error) {
         editor.alert(inQuotes(name) + cannotBeImported + error.what() + "\n" + exportAgain);
+    }
+    return false;
+}
+
+std::string textOfRules(const RuleListEditor& editor, const RuleIds& ids) {
+    const std::set<UUID> wanted(ids.begin(), ids.end());
+    RuleList list;
+    std::ranges::copy_if(editor.rules(), std::back_inserter(list),
+                         [&wanted](const auto& element) { return wanted.contains(element.id); });
+    const auto bytes = exportPreset(list);
+    return {bytes.begin(), bytes.end()};
+}
+
+bool pasteText(const std::string& text, const RuleIds& behind, RuleListEditor& editor) {
+    try {
+        if (text.size() > usualSizeLimit) {
+            throw NoPreset("It is longer than 64 MiB.");
+        }
+        const std::vector<std::uint8_t> bytes(text.begin(), text.end());
+        return editor.paste(behind, importPreset(bytes));
+    } catch (const ImportError& error) {
+        editor.alert(std::string("What the clipboard holds cannot be pasted. ") + error.what() +
+                     "\nThe rules are as they were. Copy cards, or the text of a preset.");
     }
     return false;
 }

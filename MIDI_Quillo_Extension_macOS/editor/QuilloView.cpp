@@ -115,7 +115,10 @@ QuilloView::QuilloView(EditorUnit& unit)
         const auto* shown = shownCard(id);
         return shown != nullptr ? RuleView::heightFor(shown->rule, width, why_.remark(id), runOf(id)) : 0;
     };
-    list_.onMove = [this](const UUID& id, std::size_t position) { moveCard(id, position); };
+    list_.onMove = [this](const std::vector<UUID>& cards, std::size_t position) {
+        chosen_.moved(cards, position);
+    };
+    list_.onSelection = [this] { showChosen(); };
     auto selector = std::make_unique<NewRuleSelector>(
         NewRuleSelector::Actions{[this](const MIDIRuleType& type) { addRule([&] { editor_.add(type); }); },
                                  [this] { addRule([this] { editor_.addNotesAsPlayed(); }); },
@@ -169,19 +172,21 @@ std::unique_ptr<RuleView> QuilloView::makeCard(const UUID& id) {
             const auto* shown = shownCard(id);
             return shown != nullptr ? shown->rule : RuleEntry();
         },
-        [this, id](const RuleEntry& rule) { editor_.edit(editor_.cardOf(id), rule); },
-        [this, id](const RuleEntry& rule, FieldPlace field) {
-            editor_.step(editor_.cardOf(id), rule, field);
-        });
+        [this, id](const RuleEntry& rule) { edit(id, rule); },
+        [this, id](const RuleEntry& rule, FieldPlace field) { edit(id, rule, field); });
     auto card = std::make_unique<RuleView>(
-        data,
-        RuleViewActions{
-            [this, id](TriggerEntryType type) { editor_.changeTriggerType(editor_.cardOf(id), type); },
-            [this, id](const MIDIRuleType& type) { changeOutputType(id, type); },
-            [this, id] { editor_.duplicate(editor_.cardOf(id)); }, [this, id] { removeRule(id); },
-            [this, id] { editor_.send(id); }, [this, id](LearnButton& button) { learnTrigger(id, button); },
-            [this, id](juce::Component& button) { openCardMenu(id, button); }, runBinding(id),
-            [this, id](bool inOneLine) { setForm(id, inOneLine); }});
+        data, RuleViewActions{
+                  [this, id](TriggerEntryType type) { editor_.changeTriggerType(editor_.cardOf(id), type); },
+                  [this, id](const MIDIRuleType& type) { changeOutputType(id, type); },
+                  [this, id] { editor_.duplicate(chosen_.rulesWith(id)); }, [this, id] { removeRule(id); },
+                  [this, id] { editor_.send(id); },
+                  [this, id](bool on) { editor_.setOff(chosen_.rulesWith(id), !on); },
+                  [this, id](LearnButton& button) { learnTrigger(id, button); },
+                  [this, id](juce::Component& button) { openCardMenu(id, button); }, runBinding(id),
+                  [this, id](bool inOneLine) { setForm(id, inOneLine); }});
+    const auto* shown = shownCard(id);
+    card->showOff(shown != nullptr && shown->off);
+    card->showChosen(list_.selection().contains(id));
     card->setInOneLine(forms_.isInOneLine(id));
     card->showFound(foundOn(id));
     card->showReason(why_.remark(id));
@@ -230,21 +235,23 @@ void QuilloView::foldOrUnfold(const UUID& id) {
     list_.scrollTo(editor_.cardOf(id).front());
 }
 
-/// Behind the card that it is behind in the list, also where only some cards are shown.
-void QuilloView::moveCard(const UUID& id, std::size_t position) {
-    const bool isFirst = position == 0;
-    const auto& neighbour = list_.items()[isFirst ? 1 : position - 1];
-    std::size_t rules = 0;
-    for (const auto& card : shown_) {
-        if (isFirst && card.id == neighbour) {
-            break;
-        }
-        rules += card.id == id ? 0 : card.count;
-        if (card.id == neighbour) {
-            break;
-        }
+/// Another channel is for all cards that are chosen together.
+void QuilloView::edit(const UUID& id, const RuleEntry& rule, std::optional<FieldPlace> stepped) {
+    const auto* shown = shownCard(id);
+    const auto change = shown != nullptr ? channelChange(shown->rule, rule) : std::nullopt;
+    if (change && chosen_.areSeveral(id)) {
+        editor_.changeChannel(chosen_.rulesWith(id), *change, stepped);
+    } else if (stepped) {
+        editor_.step(editor_.cardOf(id), rule, *stepped);
+    } else {
+        editor_.edit(editor_.cardOf(id), rule);
     }
-    editor_.move(editor_.cardOf(id), rules);
+}
+
+void QuilloView::showChosen() {
+    list_.forEachRow([this](std::size_t position, juce::Component& row) {
+        dynamic_cast<RuleView&>(row).showChosen(list_.selection().contains(list_.items()[position]));
+    });
 }
 
 void QuilloView::advance(double seconds) {
@@ -492,8 +499,8 @@ void QuilloView::removeRule(const UUID& id) {
     if (removed != nullptr && !byKeys && removed->hasKeyboardFocus(true)) {
         unfocusAllComponents();
     }
-    const auto position = shownPlaces_.at(id);
-    editor_.remove(editor_.cardOf(id));
+    const auto position = shownPlaces_.at(list_.selection().togetherWith(id).front());
+    editor_.remove(chosen_.rulesWith(id));
     if (byKeys && shownCard(id) == nullptr) {
         focusDeleteButton(position);
     }
@@ -514,7 +521,7 @@ std::vector<QuilloView::ShownCard> QuilloView::cardsNow() const {
     std::vector<ShownCard> cards;
     for (const auto& card : editor_.cards()) {
         const auto& first = editor_.rules()[card.first];
-        cards.push_back({first.id, first.rule, card.count, card.rises});
+        cards.push_back({first.id, first.rule, card.count, card.rises, first.off});
     }
     return cards;
 }
@@ -542,6 +549,7 @@ void QuilloView::rulesChanged() {
                 outputChanged_ = card.id;
             }
             if (auto* changed = this->card(card.id)) {
+                changed->showOff(card.off);
                 changed->refresh();
             }
             list_.refreshRow(card.id);
@@ -667,6 +675,9 @@ bool QuilloView::keyPressed(const juce::KeyPress& key) {
     };
     if (is(juce::KeyPress::escapeKey, 0) && why_.isOpen()) {
         endWhy();
+        return true;
+    }
+    if (overlay() == nullptr && chosen_.keyPressed(key)) {
         return true;
     }
     const int command = juce::ModifierKeys::commandModifier;

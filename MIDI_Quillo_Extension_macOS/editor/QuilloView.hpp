@@ -14,6 +14,7 @@
 
 #include "editor/CardFinder.hpp"
 #include "editor/CardForms.hpp"
+#include "editor/ChosenCards.hpp"
 #include "editor/ClickReleasesKeyboard.hpp"
 #include "editor/EditorLookAndFeel.hpp"
 #include "editor/Environment.hpp"
@@ -43,15 +44,15 @@ struct FilePanels {
 /// unit's model, and hands every change of the list and what is sent by hand to the unit. Menus, the alert
 /// and the file browser open inside it; nothing opens over an alert, and an alert waits until the menu or the
 /// file browser that is open is closed. Ctrl+Z and Ctrl+Shift+Z or Ctrl+Y undo and redo, and scroll to the
-/// rule that they change; Ctrl+Shift+P is "Panic", also while something is open, and what that did is shown
-/// over the list for a while. Ctrl+- shows each rule in one line, or with its fields again; the unit's model
-/// keeps that for the next editor. Ctrl+F searches, as does what is typed while a grip has the keyboard
-/// focus: finds are marked, other cards fade, Return goes to the next find, Down to its grip, and Escape ends
-/// it and gives the keyboard back. "Playing" leaves only the cards of rules that fire. While the question is
-/// open why an event did what it did, each card says what it did there; Escape closes it. Tab enters while
-/// nothing in it has the keyboard focus, beside what had it last. A preset file dropped on it is imported;
-/// while it is dragged over the editor, a hint says so. The owner of the window hands it the keys that
-/// nothing in it has used. [main] only.
+/// rule that they change; what is done to a card is done to all that are chosen with it; Ctrl+Shift+P is
+/// "Panic", also while something is open, and what that did is shown over the list for a while. Ctrl+- shows
+/// each rule in one line, or with its fields again; the unit's model keeps that for the next editor. Ctrl+F
+/// searches, as does what is typed while a grip has the keyboard focus: finds are marked, other cards fade,
+/// Return goes to the next find, Down to its grip, and Escape ends it and gives the keyboard back. "Playing"
+/// leaves only the cards of rules that fire. While the question is open why an event did what it did, each
+/// card says what it did there; Escape closes it. Tab enters while nothing in it has the keyboard focus,
+/// beside what had it last. A preset file dropped on it is imported; while it is dragged over the editor, a
+/// hint says so. The owner of the window hands it the keys that nothing in it has used. [main] only.
 class QuilloView final : public juce::Component,
                          public EnvironmentScope,
                          public OverlayHost,
@@ -66,6 +67,7 @@ public:
     [[nodiscard]] Header& header() { return header_; }
     [[nodiscard]] MyDragAndDropForEach& list() { return list_; }
     [[nodiscard]] InOutLogger& logger() { return logger_; }
+    [[nodiscard]] ChosenCards& chosenCards() { return chosen_; }
     [[nodiscard]] FileDropHint& dropHint() { return dropHint_; }
     [[nodiscard]] PanicAnswer& panicAnswer() { return panicAnswer_; }
     /// The card that begins with a rule, or null while it is out of sight.
@@ -98,6 +100,7 @@ private:
         RuleEntry rule;
         std::size_t count;
         bool rises;
+        bool off;
         bool operator==(const ShownCard&) const = default;
     };
 
@@ -106,7 +109,8 @@ private:
     [[nodiscard]] std::optional<RuleHits> hitsOf(const RuleRun& card) const;
     [[nodiscard]] std::vector<ShownCard> cardsNow() const;
     [[nodiscard]] RunBinding runBinding(const UUID& id);
-    void moveCard(const UUID& id, std::size_t position);
+    void edit(const UUID& id, const RuleEntry& rule, std::optional<FieldPlace> stepped = std::nullopt);
+    void showChosen();
     void openCardMenu(const UUID& id, juce::Component& button);
     void foldOrUnfold(const UUID& id);
     void setForm(const UUID& id, bool inOneLine);
@@ -148,6 +152,7 @@ private:
     OpenQuestion why_{unit_, editor_};
     Header header_;
     MyDragAndDropForEach list_;
+    ChosenCards chosen_{editor_, list_};
     InOutLogger logger_;
     FileDropHint dropHint_;
     PanicAnswer panicAnswer_;

@@ -82,6 +82,10 @@ RuleList without(const RuleList& list, const std::vector<std::size_t>& positions
     return rest;
 }
 
+std::string stepName(const std::string& verb, const std::string& first, std::size_t count) {
+    return verb + " " + first + (count > 1 ? " (" + std::to_string(count) + " rules)" : "");
+}
+
 }  // namespace
 
 std::int64_t nextIndex(const RuleList& rules) {
@@ -306,8 +310,7 @@ std::vector<std::size_t> RuleListEditor::find(const RuleIds& ids) const {
 
 std::string RuleListEditor::nameOfStep(const std::string& verb,
                                        const std::vector<std::size_t>& positions) const {
-    const auto several = positions.size() > 1 ? " (" + std::to_string(positions.size()) + " rules)" : "";
-    return verb + " " + rules()[positions.front()].rule.name + several;
+    return stepName(verb, rules()[positions.front()].rule.name, positions.size());
 }
 
 void RuleListEditor::duplicate(const RuleIds& ids) {
@@ -404,11 +407,15 @@ void RuleListEditor::edit(const RuleIds& card, const RuleEntry& entry) {
     editCard(card, "Edit", [&entry](const RuleList& rules) { return edited(rules, entry); });
 }
 
-void RuleListEditor::step(const RuleIds& card, const RuleEntry& entry, FieldPlace field) {
+void RuleListEditor::endStepUnlessSoon() {
     const auto now = now_();
     if (now - std::exchange(lastStep_, now) > joinTime) {
         history_.endStep();
     }
+}
+
+void RuleListEditor::step(const RuleIds& card, const RuleEntry& entry, FieldPlace field) {
+    endStepUnlessSoon();
     if (!card.empty()) {
         editCard(
             card, "Edit", [&entry](const RuleList& rules) { return edited(rules, entry); },
@@ -441,6 +448,46 @@ void RuleListEditor::transpose(const RuleIds& card, int offset) {
 
 void RuleListEditor::sendAlike(const RuleIds& card, const GenericByteV2& value) {
     editCard(card, "Edit", [&value](const RuleList& rules) { return sendingAlike(rules, value); });
+}
+
+void RuleListEditor::changeChannel(const RuleIds& ids, const ChannelChange& change,
+                                   std::optional<FieldPlace> stepped) {
+    const auto positions = find(ids);
+    auto list = rules();
+    for (const auto position : positions) {
+        editElement(list[position], changed(list[position].rule, change));
+    }
+    if (stepped) {
+        endStepUnlessSoon();
+    }
+    if (list != rules()) {
+        apply(std::move(list), nameOfStep("Edit", positions),
+              stepped ? "channels " + std::to_string(*stepped) : "");
+    }
+}
+
+bool RuleListEditor::paste(const RuleIds& behind, RuleList inserted) {
+    if (whyNotEditable()) {
+        alert(*whyNotEditable());
+        return false;
+    }
+    if (inserted.empty()) {
+        return false;
+    }
+    const auto positions = find(behind);
+    const auto place = positions.empty() ? rules().size() : positions.back() + 1;
+    const auto notice = noticeBeforeEditing(inserted, place);
+    const auto name = stepName("Paste", inserted.front().rule.name, inserted.size());
+    folded_.arrive(inserted);
+    auto list = rules();
+    list.insert(list.begin() + static_cast<Offset>(place), inserted.begin(), inserted.end());
+    if (!apply(std::move(list), name)) {
+        return false;
+    }
+    if (notice) {
+        alert(*notice);
+    }
+    return true;
 }
 
 bool RuleListEditor::replaceAll(RuleList list, const std::string& stepName) {

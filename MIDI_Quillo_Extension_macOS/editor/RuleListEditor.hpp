@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "editor/Binding.hpp"
+#include "editor/ChannelChange.hpp"
 #include "editor/FoldedRuns.hpp"
 #include "editor/RuleListHistory.hpp"
 #include "platform/Observers.hpp"
@@ -127,6 +128,13 @@ public:
     /// Lets a card send what it waits for and so much more, or the same with each of its rules.
     void transpose(const RuleIds& card, int offset);
     void sendAlike(const RuleIds& card, const GenericByteV2& value);
+    /// Puts these triggers, messages or both on other channels, those that have one; as one of several small
+    /// steps in a field, or by itself.
+    void changeChannel(const RuleIds& ids, const ChannelChange& change,
+                       std::optional<FieldPlace> stepped = std::nullopt);
+    /// Inserts rules behind the last of these, or at the end where the list holds none of them, in one step. The
+    /// alert says what must be known before they are edited.
+    bool paste(const RuleIds& behind, RuleList rules);
     /// Puts another list in the place of the whole one, in one step under this name. The alert says what must
     /// be known before it is edited.
     bool replaceAll(RuleList rules, const std::string& stepName);
@@ -165,6 +173,7 @@ private:
     void becomeCopy(RuleEntryIdentifiable& element);
     void alertOfLoaded(std::size_t position, const Rule& loaded);
     [[nodiscard]] bool isTakenByEngine(PluginData data);
+    void endStepUnlessSoon();
     void noteStart();
     void show(RuleList list);
     bool apply(RuleList after, const std::string& stepName, const std::string& joinKey = "");

@@ -66,6 +66,7 @@ RuleView::RuleView(Binding<RuleEntry> data, RuleViewActions actions)
       handle_([this] { actions_.onForm(!inOneLine_); }),
       header_(fieldBinding(data_, &RuleEntry::name)),
       line_([this] { actions_.onForm(false); }),
+      onOff_("On", [this](bool on) { actions_.onSwitch(on); }),
       learn_([this] { actions_.onLearn(learn_); }),
       triggerLabel_(juceText(triggerCaption)),
       trigger_(juceText(triggerCaption)),
@@ -74,12 +75,13 @@ RuleView::RuleView(Binding<RuleEntry> data, RuleViewActions actions)
       buttons_([this] { return whyNotSent(); },
                {actions_.onDuplicate, actions_.onDelete, actions_.onSend, actions_.onMore}) {
     int order = 0;
-    for (auto* part :
-         std::initializer_list<juce::Component*>{&handle_, &header_, &line_, &status_, &triggerLabel_,
-                                                 &trigger_, &outputLabel_, &output_, &buttons_}) {
+    for (auto* part : std::initializer_list<juce::Component*>{&handle_, &header_, &line_, &onOff_, &status_,
+                                                              &triggerLabel_, &trigger_, &outputLabel_,
+                                                              &output_, &buttons_}) {
         addAndMakeVisible(*part);
         part->setExplicitFocusOrder(++order);
     }
+    onOff_.show(true);
     triggerLabel_.setButton(learn_, LearnButton::size);
     setTitle(juceText(data_.get().name));
     setFocusContainerType(FocusContainerType::none);
@@ -142,8 +144,27 @@ void RuleView::showReason(std::optional<RuleRemark> reason) {
     resized();
 }
 
+void RuleView::showOff(bool off) {
+    if (off == off_) {
+        return;
+    }
+    off_ = off;
+    onOff_.show(!off);
+    for (auto* part : std::initializer_list<juce::Component*>{&header_, &line_, &triggerLabel_, &trigger_,
+                                                              &outputLabel_, &output_, &buttons_}) {
+        part->setAlpha(off ? style::offAlpha : 1.0F);
+    }
+    showStatus();
+}
+
+void RuleView::showChosen(bool chosen) {
+    if (std::exchange(chosen_, chosen) != chosen) {
+        repaint();
+    }
+}
+
 bool RuleView::isLit() const {
-    return reason_ ? reason_->mark == RuleRemark::Mark::fired : light_ > 0;
+    return reason_ ? reason_->mark == RuleRemark::Mark::fired : !off_ && light_ > 0;
 }
 
 void RuleView::advance(double seconds) {
@@ -151,8 +172,15 @@ void RuleView::advance(double seconds) {
     showStatus();
 }
 
+juce::String RuleView::hitsWords() const {
+    if (off_) {
+        return "off";
+    }
+    return hits_ ? juceText(hitsText(*hits_)) : juce::String();
+}
+
 void RuleView::showStatus() {
-    auto remark = reason_.value_or(RuleRemark{hits_ ? juceText(hitsText(*hits_)) : juce::String()});
+    auto remark = reason_.value_or(RuleRemark{hitsWords()});
     if (remark != status_.remark()) {
         status_.show(std::move(remark));
         content_.status = status_.remark();
@@ -230,6 +258,7 @@ void RuleView::layOut() {
                           .withLeft(layout.name.getX() - style::fieldPadding));
     line_.setBounds(layout.line);
     status_.setBounds(layout.status);
+    onOff_.setBounds(layout.onOff);
     triggerLabel_.setBounds(layout.triggerLabel);
     trigger_.setBounds(layout.trigger);
     outputLabel_.setBounds(layout.outputLabel);
@@ -249,6 +278,11 @@ void RuleView::paint(juce::Graphics& graphics) {
     graphics.fillRoundedRectangle(card, style::cardCorner);
     paintGrip(graphics, card);
     paintFoundName(graphics);
+    if (chosen_) {
+        graphics.setColour(displayColour(palette.channelInput));
+        graphics.drawRoundedRectangle(card.reduced(0.5F), style::cardCorner, style::focusRing);
+        return;
+    }
     graphics.setColour(displayColour(isLit()            ? palette.triggerInput
                                      : found_.isCurrent ? style::foundEdge
                                                         : style::edge(palette)));
@@ -264,10 +298,10 @@ void RuleView::paintFoundName(juce::Graphics& graphics) const {
     }
 }
 
-/// The strip below the grip: parted from the content by a line, or filled while the card is lit.
+/// The strip below the grip: parted from the content by a line, or filled while the card is lit or chosen.
 void RuleView::paintGrip(juce::Graphics& graphics, juce::Rectangle<float> card) const {
     const auto palette = environment<PaletteKey>(*this);
-    if (!isLit()) {
+    if (!isLit() && !chosen_) {
         graphics.setColour(displayColour(style::lifted(palette.background, style::separatorLift)));
         graphics.fillRect(style::dragHandleWidth, 1, 1, getHeight() - 2);
         return;
@@ -276,7 +310,7 @@ void RuleView::paintGrip(juce::Graphics& graphics, juce::Rectangle<float> card) 
     juce::Path path;
     path.addRoundedRectangle(strip.getX(), strip.getY(), strip.getWidth(), strip.getHeight(),
                              style::cardCorner, style::cardCorner, true, false, true, false);
-    graphics.setColour(displayColour(palette.triggerInput));
+    graphics.setColour(displayColour(isLit() ? palette.triggerInput : style::chosenGrip(palette)));
     graphics.fillPath(path);
 }
 

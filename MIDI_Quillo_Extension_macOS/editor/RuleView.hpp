@@ -16,6 +16,7 @@
 #include "editor/FieldSection.hpp"
 #include "editor/LearnButton.hpp"
 #include "editor/MyDragAndDropForEachDragHandle.hpp"
+#include "editor/MySwitch.hpp"
 #include "editor/RuleButtons.hpp"
 #include "editor/RuleHeaderView.hpp"
 #include "editor/RuleSearch.hpp"
@@ -35,6 +36,8 @@ struct RuleViewActions {
     std::function<void()> onDuplicate;
     std::function<void()> onDelete;
     std::function<void()> onSend;
+    /// The switch was turned.
+    std::function<void(bool on)> onSwitch;
     /// The button asks for the trigger to be learned.
     std::function<void(LearnButton& button)> onLearn;
     /// The button asks for the card's menu.
@@ -51,8 +54,9 @@ struct RuleViewActions {
 ///
 /// The card says how often the rule fired; in its place, as long as there is one, stands the reason why it
 /// does or does not fire. A hit lights the card up for a moment, a reason that says "fired" for as long as it
-/// is shown. In one line it has no fields and no buttons: a click on what its rule does asks for them, as do
-/// a double click on the grip and Return while that has the focus. [main] only.
+/// is shown. A rule that is switched off is greyed; the switch that does it stands at the card's right. A card
+/// that is chosen has a line around it. In one line a card has no fields and no buttons: a click on what its
+/// rule does asks for them, as do a double click on the grip and Return while that has the focus. [main] only.
 class RuleView final : public juce::Component, public EnvironmentScope {
 public:
     /// How long a hit is seen, in seconds.
@@ -83,6 +87,11 @@ public:
     /// height then.
     void showReason(std::optional<RuleRemark> reason);
 
+    /// Greys the card of a rule that is switched off; it says "off" in the place of its hits.
+    void showOff(bool off);
+    /// Marks the card as chosen, or no longer.
+    void showChosen(bool chosen);
+
     /// Whether it lights up.
     [[nodiscard]] bool isLit() const;
     /// Lets so many seconds pass for its light.
@@ -97,6 +106,7 @@ public:
     [[nodiscard]] FieldSection& output() { return output_; }
     [[nodiscard]] RuleHeaderView& header() { return header_; }
     [[nodiscard]] RuleStatus& status() { return status_; }
+    [[nodiscard]] MySwitch& onOffSwitch() { return onOff_; }
     [[nodiscard]] LearnButton& learnButton() { return learn_; }
     [[nodiscard]] RuleButtons& buttons() { return buttons_; }
     [[nodiscard]] CardLine& line() { return line_; }
@@ -119,6 +129,7 @@ private:
     [[nodiscard]] juce::String whyNotSent() const;
     void showCount();
     void makeFields();
+    [[nodiscard]] juce::String hitsWords() const;
     void showStatus();
     void layOut();
     void paintFoundName(juce::Graphics& graphics) const;
@@ -131,6 +142,7 @@ private:
     RuleHeaderView header_;
     RuleStatus status_;
     CardLine line_;
+    MySwitch onOff_;
     LearnButton learn_;
     SectionLabel triggerLabel_;
     FieldSection trigger_;
@@ -142,6 +154,8 @@ private:
     CardContent content_;
     bool inOneLine_ = false;
     Found found_;
+    bool off_ = false;
+    bool chosen_ = false;
     double light_ = 0;     ///< for how many seconds it is still seen
     bool wasLit_ = false;  ///< when it was drawn last
 };

@@ -80,6 +80,8 @@ inline constexpr int menuMargin = 4;
 inline constexpr float focusRing = 2;
 /// How much is left of a control that cannot be used.
 inline constexpr float disabledAlpha = 0.4F;
+/// How much is left of a rule that is switched off: it can still be edited.
+inline constexpr float offAlpha = 0.45F;
 
 /// `colour` with `steps` added to each part: surfaces lie on one another by getting lighter.
 [[nodiscard]] constexpr MyRGB lifted(MyRGB colour, int steps) {
@@ -115,6 +117,11 @@ inline constexpr float disabledAlpha = 0.4F;
 /// The row of a log that is chosen.
 [[nodiscard]] constexpr MyRGB chosen(const Palette& palette) {
     return mixed(palette.background, palette.triggerInput, 22);
+}
+
+/// The strip below the grip of a card that is chosen.
+[[nodiscard]] constexpr MyRGB chosenGrip(const Palette& palette) {
+    return mixed(palette.background, palette.channelInput, 30);
 }
 
 /// What stops things: the line around its button, and its words.

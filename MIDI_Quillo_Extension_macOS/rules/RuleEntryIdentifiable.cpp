@@ -43,7 +43,8 @@ void editElement(RuleEntryIdentifiable& element, RuleEntry entry) {
     element.rule = std::move(entry);
 }
 
-std::optional<std::string> noticeBeforeEditing(const std::vector<RuleEntryIdentifiable>& elements) {
+std::optional<std::string> noticeBeforeEditing(const std::vector<RuleEntryIdentifiable>& elements,
+                                               std::size_t first) {
     constexpr std::size_t greatestCount = 5;
     std::string notice;
     std::size_t count = 0;
@@ -51,7 +52,7 @@ std::optional<std::string> noticeBeforeEditing(const std::vector<RuleEntryIdenti
         const auto rule = ruleFromElement(elements[position]);
         const auto change = whatEditingChanges(rule);
         if (change && ++count <= greatestCount) {
-            notice += ruleLabel(position, rule.name) +
+            notice += ruleLabel(first + position, rule.name) +
                       " runs as it was loaded. Editing its message changes more than you see: " + *change +
                       ".\n";
         }

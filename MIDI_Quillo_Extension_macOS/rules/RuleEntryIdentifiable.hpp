@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -37,9 +38,10 @@ struct RuleEntryIdentifiable {
 /// Puts an entry into an element. A message that is changed thereby is the entry's from then on.
 void editElement(RuleEntryIdentifiable& element, RuleEntry entry);
 
-/// What a user must know before editing these elements: which of them, by number and name, hold a message
-/// that the editor cannot hold exactly. Nothing when none does.
+/// What a user must know before editing these elements, the first of which stands at position `first` of its
+/// list: which of them, by number and name, hold a message that
+/// the editor cannot hold exactly. Nothing when none does.
 [[nodiscard]] std::optional<std::string> noticeBeforeEditing(
-    const std::vector<RuleEntryIdentifiable>& elements);
+    const std::vector<RuleEntryIdentifiable>& elements, std::size_t first = 0);
 
 }  // namespace quillo

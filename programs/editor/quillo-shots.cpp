@@ -291,6 +291,21 @@ void pickInMenu(QuilloView& view, const juce::String& words) {
     press(*view.overlay()->getChildComponent(0));
 }
 
+/// Two cards that are chosen, and a rule that is switched off.
+void showChosen(Photographer& photographer) {
+    for (const auto& [width, height] : smallAndLarge) {
+        Desk desk(performanceRules());
+        auto& view = desk.view();
+        view.setSize(width, height);
+        const auto cards = view.list().items();
+        view.editor().setOff(view.editor().cardOf(cards[2]), true);
+        view.list().select({cards[0], cards[1]});
+        photographer.take(view, sized("chosen-cards", view));
+        view.list().scrollTo(cards[2]);
+        photographer.take(view, sized("switched-off", view));
+    }
+}
+
 /// A run folded, while its range is asked for, and unfolded.
 void showRuns(Photographer& photographer) {
     for (const auto& [width, height] : smallAndLarge) {
@@ -420,6 +435,7 @@ void showAll(const juce::File& folder, std::span<char*> presets) {
     showLists(photographer);
     showLearning(photographer);
     showRuns(photographer);
+    showChosen(photographer);
     Film(photographer).show();
     showCards(photographer);
     showMany(photographer);

@@ -142,7 +142,7 @@ TEST_F(OneLine, AClickOnALineOpensItsCardAndADoubleClickOnTheGripClosesIt) {
     EXPECT_TRUE(card(0).isInOneLine());
     click(grip(card(1)), {8, 30}, 2);
     EXPECT_TRUE(card(1).isInOneLine());
-    EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr) << "The host keeps the keyboard.";
+    EXPECT_TRUE(grip(card(1)).hasKeyboardFocus(false)) << "A click on it chooses the card for the keys.";
 }
 
 TEST_F(OneLine, ReturnOnTheGripGivesTheCardItsOtherForm) {
@@ -178,17 +178,18 @@ TEST_F(OneLine, ItFollowsTheRule) {
 
 TEST_F(OneLine, HitsStandAtItsRightWhereThereIsRoom) {
     stage.press('-', ctrl);
-    EXPECT_EQ(card().status().getRight(), card().getWidth() - style::cardPadding);
+    EXPECT_EQ(card().status().getRight(), card().onOffSwitch().getX() - style::titleGap);
     EXPECT_EQ(card().status().remark().words, "never fired since load");
     EXPECT_EQ(card().status().getTooltip(), "");
     EXPECT_LE(card().line().getRight(), card().status().getX());
     stage.view().setSize(500, 250);
     EXPECT_TRUE(card().status().getBounds().isEmpty());
-    EXPECT_EQ(card().line().getRight(), card().getWidth() - style::cardPadding);
+    EXPECT_EQ(card().line().getRight(), card().onOffSwitch().getX() - style::titleGap);
 }
 
 TEST_F(OneLine, WhatIsCutIsTheTooltip) {
     stage.press('-', ctrl);
+    stage.view().setSize(1000, 640);
     EXPECT_EQ(card().line().getTooltip(), "");
     stage.view().setSize(320, 480);
     EXPECT_EQ(card().line().getTooltip(), card().line().text());

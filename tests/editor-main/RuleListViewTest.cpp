@@ -590,12 +590,12 @@ TEST_F(RuleListView, TabWalksThroughACardInOrder) {
     open({"a"});
     handleOf(stage->card(0)).grabKeyboardFocus();
     Names walked;
-    for (int step = 0; step < 11; ++step) {
+    for (int step = 0; step < 12; ++step) {
         key(stage->window, juce::KeyPress::tabKey);
         walked.push_back(juce::Component::getCurrentlyFocusedComponent()->getTitle().toStdString());
     }
-    EXPECT_EQ(walked, (Names{"Message name", "Learn the trigger", "Type", "Type", "Ch", "Note", "Velocity",
-                             "Delay (ms)", "Duplicate", "Delete", "Send"}));
+    EXPECT_EQ(walked, (Names{"Message name", "On", "Learn the trigger", "Type", "Type", "Ch", "Note",
+                             "Velocity", "Delay (ms)", "Duplicate", "Delete", "Send"}));
 }
 
 }  // namespace

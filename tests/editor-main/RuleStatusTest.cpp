@@ -54,7 +54,7 @@ TEST_F(StatusOfACard, AReasonStandsAtTheRightOfTheTitleLine) {
     const auto height = card.getHeight();
     say(passed);
     EXPECT_EQ(card.getHeight(), height);
-    EXPECT_EQ(card.status().getRight(), card.getWidth() - style::cardPadding);
+    EXPECT_EQ(card.status().getRight(), card.onOffSwitch().getX() - style::titleGap);
     EXPECT_EQ(card.status().getBounds().getCentreY(), card.header().getBounds().getCentreY());
     EXPECT_EQ(card.status().getTooltip(), "") << "It is not cut.";
     EXPECT_EQ(card.header().getTooltip(), "") << "Neither is the name.";
@@ -154,7 +154,7 @@ TEST_F(StatusOfACard, TheNameKeepsItsRoomWhileTheHitsChange) {
     for (const std::uint64_t count : {1U, 99U, 12'345U}) {
         card.showHits({count, 59});
         EXPECT_EQ(card.header().getBounds(), name);
-        EXPECT_EQ(card.status().getRight(), card.getWidth() - style::cardPadding);
+        EXPECT_EQ(card.status().getRight(), card.onOffSwitch().getX() - style::titleGap);
     }
 }
 
@@ -173,7 +173,7 @@ TEST_F(StatusOfACard, InTheNarrowestCardTheHitsHaveALineOfTheirOwn) {
     show("Pedal", 176);
     card.showHits({12'345, 59});
     EXPECT_EQ(card.status().getY(), style::cardHeaderHeight);
-    EXPECT_EQ(card.header().getRight(), card.getWidth() - style::cardPadding);
+    EXPECT_EQ(card.header().getRight(), card.onOffSwitch().getX() - style::titleGap);
     EXPECT_EQ(card.trigger().getY(),
               style::cardHeaderHeight + RuleStatus::lineHeight + style::sectionLabelHeight);
 }

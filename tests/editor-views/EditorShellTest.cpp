@@ -20,7 +20,9 @@ class RecordingUnit final : public EditorUnit {
 public:
     [[nodiscard]] const std::shared_ptr<QuilloModel>& model() const override { return model_; }
     void viewDidLoad() override { model_->showRules(installed); }
-    void onRulesChanged(std::vector<Rule> rules) override { installed = std::move(rules); }
+    void onRulesChanged(std::vector<Rule> rules, RuleShelf /*shelf*/) override {
+        installed = std::move(rules);
+    }
     void onInstantMessageClick(const RuleOutputVariantsV2& message) override { sent.push_back(message); }
     void tellUser(std::string message) override { model_->alert(std::move(message)); }
     void drain() override {

@@ -51,9 +51,9 @@ struct ListDesk {
             ++measured;
             return heights.at(id);
         };
-        list.onMove = [this](const UUID& id, std::size_t position) {
-            std::erase(model, id);
-            model.insert(model.begin() + static_cast<std::ptrdiff_t>(position), id);
+        list.onMove = [this](const std::vector<UUID>& items, std::size_t position) {
+            std::erase_if(model, [&items](const UUID& id) { return std::ranges::count(items, id) > 0; });
+            model.insert(model.begin() + static_cast<std::ptrdiff_t>(position), items.begin(), items.end());
             moves.push_back(position);
             list.setItems(model);
         };
@@ -305,6 +305,114 @@ TEST(MyDragAndDropForEach, AnEmptyListIsFineAtEverySize) {
         desk.list.setSize(size, size);
         EXPECT_EQ(desk.list.scrollPosition(), 0);
     }
+}
+
+/// A list of rows whose handles are clicked.
+struct Clicks : ListDesk {
+    Clicks() : ListDesk(4) {
+        list.onSelection = [this] { ++changes; };
+    }
+
+    void click(std::size_t position, int modifiers = 0) {
+        test::click(row(position)->handle, {5, 20}, 1, juce::ModifierKeys(modifiers));
+    }
+    void expectChosen(std::initializer_list<std::size_t> positions) const {
+        std::vector<UUID> expected;
+        for (const auto position : positions) {
+            expected.push_back(model[position]);
+        }
+        EXPECT_EQ(list.selection().chosen(), expected);
+    }
+    bool press(int code, int modifiers = 0) { return key(window, code, juce::ModifierKeys(modifiers)); }
+
+    int changes = 0;
+};
+
+constexpr int shift = juce::ModifierKeys::shiftModifier;
+constexpr int ctrl = juce::ModifierKeys::ctrlModifier;
+
+TEST(ChosenRows, AClickOnAHandleChoosesItsRowAloneAndGivesItTheFocus) {
+    Clicks desk;
+    desk.click(2);
+    desk.expectChosen({2});
+    EXPECT_TRUE(desk.row(2)->handle.hasKeyboardFocus(false));
+    EXPECT_EQ(desk.list.itemWithFocus(), desk.model[2]);
+    desk.click(0);
+    desk.expectChosen({0});
+    desk.click(0);
+    EXPECT_EQ(desk.changes, 2);
+}
+
+TEST(ChosenRows, ShiftChoosesARangeAndCtrlOneMoreOrLess) {
+    Clicks desk;
+    desk.click(1);
+    desk.click(3, shift);
+    desk.expectChosen({1, 2, 3});
+    desk.click(2, ctrl);
+    desk.expectChosen({1, 3});
+    desk.click(0, ctrl);
+    desk.expectChosen({0, 1, 3});
+}
+
+TEST(ChosenRows, KeysExtendChooseAllAndNone) {
+    Clicks desk;
+    desk.row(1)->handle.grabKeyboardFocus();
+    EXPECT_TRUE(desk.press(juce::KeyPress::downKey, shift));
+    desk.expectChosen({1, 2});
+    EXPECT_TRUE(desk.row(2)->handle.hasKeyboardFocus(false));
+    EXPECT_TRUE(desk.press(juce::KeyPress::upKey, shift));
+    EXPECT_TRUE(desk.press(juce::KeyPress::upKey, shift));
+    desk.expectChosen({0, 1});
+    EXPECT_TRUE(desk.press('a', ctrl));
+    desk.expectChosen({0, 1, 2, 3});
+    EXPECT_TRUE(desk.press(juce::KeyPress::escapeKey));
+    desk.expectChosen({});
+    EXPECT_FALSE(desk.press(juce::KeyPress::escapeKey)) << "It is for somebody else.";
+}
+
+TEST(ChosenRows, AreMovedTogetherByKeys) {
+    Clicks desk;
+    const auto items = desk.model;
+    desk.click(1);
+    desk.click(2, shift);
+    EXPECT_TRUE(desk.press(juce::KeyPress::downKey, ctrl));
+    EXPECT_EQ(desk.model, (std::vector<UUID>{items[0], items[3], items[1], items[2]}));
+    EXPECT_TRUE(desk.press(juce::KeyPress::downKey, ctrl));
+    EXPECT_EQ(desk.moves.size(), 1U) << "They are at the end.";
+    EXPECT_TRUE(desk.press(juce::KeyPress::upKey, ctrl));
+    EXPECT_TRUE(desk.press(juce::KeyPress::upKey, ctrl));
+    EXPECT_EQ(desk.model, (std::vector<UUID>{items[1], items[2], items[0], items[3]}));
+    desk.expectChosen({0, 1});
+}
+
+TEST(ChosenRows, AreDraggedTogetherByAnyOfTheirHandles) {
+    Clicks desk;
+    const auto items = desk.model;
+    desk.click(0);
+    desk.click(2, ctrl);
+    desk.list.startDrag(items[2], {5, 180});
+    desk.list.dragTo({5, 390});
+    EXPECT_LT(desk.row(0)->getParentComponent()->getAlpha(), 1.0F);
+    desk.list.drop();
+    EXPECT_EQ(desk.model, (std::vector<UUID>{items[1], items[3], items[0], items[2]}));
+    EXPECT_EQ(desk.row(2)->getParentComponent()->getAlpha(), 1.0F);
+}
+
+TEST(ChosenRows, ARowThatIsNotChosenIsDraggedAlone) {
+    Clicks desk;
+    const auto items = desk.model;
+    desk.click(0);
+    desk.list.startDrag(items[1], {5, 100});
+    desk.list.dragTo({5, 390});
+    desk.list.drop();
+    EXPECT_EQ(desk.model, (std::vector<UUID>{items[0], items[2], items[3], items[1]}));
+}
+
+TEST(ChosenRows, AClickBesideAllRowsChoosesNone) {
+    Clicks desk;
+    desk.click(1);
+    click(desk.list, {4, 395});
+    desk.expectChosen({});
 }
 
 }  // namespace

@@ -272,5 +272,53 @@ TEST_F(PresetExchangeTest, DroppingSaysWhatItDoes) {
     EXPECT_EQ(aFolder.words, '"' + folder.filename().string() + "\" is a folder. Drop one preset file.");
 }
 
+TEST_F(PresetExchangeTest, ChosenRulesAreATextThatIsAPresetInTheListsOrder) {
+    desk.addNoteOns(2);
+    desk.editor.setOff({desk.idOf(0)}, true);
+    const auto text = textOfRules(desk.editor, {desk.idOf(2), desk.idOf(0)});
+    EXPECT_EQ(PluginData::read(std::vector<std::uint8_t>(text.begin(), text.end())),
+              (PluginData{{desk.installed[1]}, desk.shelf}));
+}
+
+TEST_F(PresetExchangeTest, ACopiedTextIsPastedBehindOtherRulesAnywhere) {
+    desk.addNoteOns(1);
+    const auto text = textOfRules(desk.editor, {desk.idOf(0), desk.idOf(1)});
+    EditorDesk other;
+    other.editor.add(MIDIRuleType::OutputType{OutputEntryType::SystemExclusive});
+    other.editor.add(MIDIRuleType::OutputType{OutputEntryType::SystemExclusive});
+    EXPECT_TRUE(pasteText(text, {other.idOf(0)}, other.editor));
+    EXPECT_EQ(other.names(), (Names{"Message #1", "Message #1", "Message #2", "Message #2"}));
+    EXPECT_NE(other.idOf(1), desk.idOf(0));
+    EXPECT_TRUE(pasteText(std::string(twoNamelessRules), {}, other.editor)) << "A preset of any form.";
+    EXPECT_EQ(other.names().size(), 6U);
+}
+
+TEST_F(PresetExchangeTest, ATextThatIsNoPresetIsRefusedWithTheReadersReason) {
+    const auto refused = [this](std::string_view text) {
+        const auto before = desk.editor.rules();
+        EXPECT_FALSE(pasteText(std::string(text), {desk.idOf(0)}, desk.editor));
+        EXPECT_EQ(desk.editor.rules(), before);
+        const auto alert = desk.editor.alertErrorMessage().value_or("no alert");
+        desk.editor.dismissAlert();
+        return alert;
+    };
+    const std::string rest = "\nThe rules are as they were. Copy cards, or the text of a preset.";
+    EXPECT_EQ(refused("see you at eight"),
+              "What the clipboard holds cannot be pasted. This is not a preset of MIDI Quillo, or it is "
+              "damaged." +
+                  rest);
+    EXPECT_EQ(
+        refused(R"({"rules":[{"name":"Echo","output":3}]})"),
+        "What the clipboard holds cannot be pasted. Rule 1 \"Echo\", message: expected an object, found 3." +
+            rest);
+    EXPECT_EQ(
+        refused(copiedPressure),
+        "What the clipboard holds cannot be pasted. Rule 1 \"Odd\" cannot be edited: its pressure is copied "
+        "from the trigger." +
+            rest);
+    EXPECT_EQ(refused(std::string(64UL * 1024 * 1024 + 1, ' ')),
+              "What the clipboard holds cannot be pasted. It is longer than 64 MiB." + rest);
+}
+
 }  // namespace
 }  // namespace quillo

@@ -745,5 +745,81 @@ TEST_F(RulesNotShown, ComeBackWithWhatIsSwitchedOffAmongThem) {
     EXPECT_EQ(editor.storedRules(), document);
 }
 
+TEST_F(RuleListEditorTest, SeveralRulesAreGivenAnotherChannelInOneStep) {
+    desk.addNoteOns(3);
+    editor.changeTriggerType({desk.idOf(0)}, TriggerEntryType::NoteOn);
+    editor.changeTriggerType({desk.idOf(2)}, TriggerEntryType::NoteOn);
+    const auto before = editor.rules();
+    editor.changeChannel({desk.idOf(2), desk.idOf(1), desk.idOf(0)}, {exactly(4), std::nullopt});
+    EXPECT_EQ(editor.rules()[0].rule.trigger.channel, exactly(4));
+    EXPECT_EQ(editor.rules()[1], before[1]) << "On load there is no channel.";
+    EXPECT_EQ(editor.rules()[2].rule.trigger.channel, exactly(4));
+    EXPECT_EQ(editor.undoName(), "Edit Message #1 (3 rules)");
+    expectInstalled();
+    editor.undo();
+    EXPECT_EQ(editor.rules(), before);
+}
+
+TEST_F(RuleListEditorTest, ChannelsThatAreSteppedSoonAfterEachOtherAreOneStep) {
+    desk.addNoteOns(2);
+    const auto before = editor.rules();
+    auto now = RuleListEditor::Clock::time_point();
+    editor.setNow([&now] { return now; });
+    for (const std::uint8_t to : {std::uint8_t{1}, std::uint8_t{2}}) {
+        editor.changeChannel({desk.idOf(0), desk.idOf(1)}, {std::nullopt, channel(to)}, 8);
+    }
+    EXPECT_EQ(editor.rules()[1].rule.output.channel, channel(2));
+    editor.undo();
+    EXPECT_EQ(editor.rules(), before);
+    editor.redo();
+    now += RuleListEditor::joinTime + std::chrono::milliseconds(1);
+    editor.changeChannel({desk.idOf(0), desk.idOf(1)}, {std::nullopt, channel(3)}, 8);
+    editor.undo();
+    EXPECT_EQ(editor.rules()[1].rule.output.channel, channel(2));
+}
+
+TEST_F(RuleListEditorTest, WhatIsPastedStandsBehindTheChosenRulesAndIsOneStep) {
+    desk.addNoteOns(3);
+    const auto before = editor.rules();
+    EXPECT_TRUE(editor.paste({desk.idOf(1), desk.idOf(0)}, named({"x", "y"})));
+    EXPECT_EQ(desk.names(), (Names{"Message #1", "Message #2", "x", "y", "Message #3"}));
+    EXPECT_EQ(editor.undoName(), "Paste x (2 rules)");
+    expectInstalled();
+    editor.undo();
+    EXPECT_EQ(editor.rules(), before);
+    EXPECT_TRUE(editor.paste({}, named({"z"})));
+    EXPECT_EQ(desk.names().back(), "z");
+    EXPECT_EQ(editor.undoName(), "Paste z");
+}
+
+TEST_F(RuleListEditorTest, ARunThatIsPastedIsFoldedAndTheListIsNot) {
+    RuleList run;
+    for (const std::uint8_t note : {std::uint8_t{36}, std::uint8_t{37}, std::uint8_t{38}}) {
+        run.push_back(elementFromRule(rule(onNoteOn(exactly(note)), send(noteOn(1, 60, 100)), "split")));
+    }
+    EXPECT_TRUE(editor.paste({}, run));
+    ASSERT_EQ(editor.cards().size(), 1U);
+    EXPECT_EQ(editor.cards()[0].count, 3U);
+}
+
+TEST_F(RuleListEditorTest, OfWhatIsPastedItIsSaidWhichRulesRunAsTheyWereLoaded) {
+    desk.addNoteOns(2);
+    EXPECT_TRUE(editor.paste({desk.idOf(0)}, {elementFromRule(oldProgramChange("pasted"))}));
+    ASSERT_TRUE(editor.alertErrorMessage().has_value());
+    EXPECT_EQ(editor.alertErrorMessage()->substr(0, 15), "Rule 2 \"pasted\"");
+}
+
+TEST_F(RuleListEditorTest, NothingIsPastedOutOfNothing) {
+    desk.addNoteOns(1);
+    EXPECT_FALSE(editor.paste({desk.idOf(0)}, {}));
+    EXPECT_EQ(editor.undoName(), "Add Message #1");
+}
+
+TEST_F(RulesNotShown, NothingIsPastedAmongThem) {
+    EXPECT_FALSE(editor.paste({}, named({"x"})));
+    EXPECT_EQ(editor.alertErrorMessage(), editor.whyNotEditable());
+    EXPECT_EQ(editor.storedRules(), PluginData{rulesNotShown()});
+}
+
 }  // namespace
 }  // namespace quillo

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <utility>
+
 #include <juce_gui_basics/juce_gui_basics.h>
 
 /// What a user does, sent through the toolkit's own dispatch into the window around a view. Points are in the
@@ -25,16 +27,19 @@ inline void moveMouse(juce::Component& view, juce::Point<int> point) {
     mouse(view, point, {});
 }
 
-/// Presses and releases the left button so many times in a row.
-inline void click(juce::Component& view, juce::Point<int> point, int times = 1) {
+/// Presses and releases the left button so many times in a row, while these keys are held.
+inline void click(juce::Component& view, juce::Point<int> point, int times = 1,
+                  juce::ModifierKeys held = {}) {
     eventTime += 5'000;
     const juce::Component::SafePointer<juce::Component> window(view.getTopLevelComponent());
     const auto inWindow = window->getLocalPoint(&view, point);
     moveMouse(*window, inWindow);
+    const auto keysBefore = std::exchange(juce::ModifierKeys::currentModifiers, held);
     for (; times > 0 && window != nullptr; --times) {
-        mouse(*window, inWindow, juce::ModifierKeys::leftButtonModifier);
-        mouse(*window, inWindow, {});
+        mouse(*window, inWindow, held.withFlags(juce::ModifierKeys::leftButtonModifier));
+        mouse(*window, inWindow, held);
     }
+    juce::ModifierKeys::currentModifiers = keysBefore;
 }
 
 inline void click(juce::Component& view) {
