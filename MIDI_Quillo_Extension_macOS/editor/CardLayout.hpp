@@ -23,8 +23,9 @@ struct CardContent {
 /// - paragraphs: the fields below their labels; the buttons in the title line
 /// - narrow: the fields below their labels; the buttons at the bottom
 ///
-/// The switch stands at the right end of the title line, the status before it, in the last two forms in the line
-/// of the trigger's label. Where it does not fit it stands below the title: hits in a line, a reason in as many as it takes.
+/// The switch stands at the right end of the title line, the status before it, in the last two forms in the
+/// line of the trigger's label. Where it does not fit it stands below the title: hits in a line, a reason in
+/// as many as it takes.
 struct CardLayout {
     CardLayout() = default;
     /// For a card of this width.

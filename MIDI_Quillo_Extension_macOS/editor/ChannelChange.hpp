@@ -18,8 +18,8 @@ struct ChannelChange {
 /// The channels by which two entries differ; nothing when they differ in anything else, or not at all.
 [[nodiscard]] std::optional<ChannelChange> channelChange(const RuleEntry& before, const RuleEntry& after);
 
-/// The entry on these channels. One that has no channel keeps what it holds, and so does a message whose trigger
-/// has none to copy.
+/// The entry on these channels. One that has no channel keeps what it holds, and so does a message whose
+/// trigger has none to copy.
 [[nodiscard]] RuleEntry changed(RuleEntry entry, const ChannelChange& change);
 
 }  // namespace quillo

@@ -11,8 +11,8 @@
 
 namespace quillo {
 
-/// A drag under way over a list: the items that are dragged together, and the gap where they would go if they were
-/// let go now. Whatever is dropped, each item stays in the list exactly once.
+/// A drag under way over a list: the items that are dragged together, and the gap where they would go if they
+/// were let go now. Whatever is dropped, each item stays in the list exactly once.
 struct MyDragAndDropDropDelegate {
     std::set<UUID> draggedItems;
     /// In front of the item at this position; the number of items for the end.

@@ -23,8 +23,8 @@ namespace quillo {
 /// belongs to its item's identity: it stays the same view while it is moved, and as long as it has the
 /// keyboard focus or is dragged it stays even out of sight. Changes leave what is in sight where it is.
 ///
-/// Items can be chosen together: they are dragged and moved together then. What else is done to them together is
-/// the owner's.
+/// Items can be chosen together: they are dragged and moved together then. What else is done to them together
+/// is the owner's.
 ///
 ///     list.makeRow = [&](const UUID& id) { return std::make_unique<Card>(id); };
 ///     list.heightOfRow = [&](const UUID& id, int width) { ... };
@@ -43,7 +43,8 @@ public:
     std::function<std::unique_ptr<juce::Component>(const UUID&)> makeRow;
     /// Asked once for each item, and again when the width or the row changes.
     std::function<int(const UUID&, int width)> heightOfRow;
-    /// Items have been moved and now stand together from `newPosition` on. The list shows the new order already.
+    /// Items have been moved and now stand together from `newPosition` on. The list shows the new order
+    /// already.
     std::function<void(const std::vector<UUID>& items, std::size_t newPosition)> onMove;
     /// Other items are chosen than before.
     std::function<void()> onSelection;

@@ -13,9 +13,9 @@ namespace quillo {
 class MyDragAndDropForEach;
 
 /// The grip by which a row is dragged: it stands anywhere in the row's content and finds the list along its
-/// parents. Escape gives a drag up. A click chooses the row alone, and the focus comes here: it is asked for on
-/// purpose; with Ctrl the row is chosen as well or no longer, with Shift all as far as it. A double click and
-/// Return ask for the row's other form.
+/// parents. Escape gives a drag up. A click chooses the row alone, and the focus comes here: it is asked for
+/// on purpose; with Ctrl the row is chosen as well or no longer, with Shift all as far as it. A double click
+/// and Return ask for the row's other form.
 ///
 /// With the keyboard focus, Up and Down together with Alt or Ctrl move the rows that are chosen, or else this
 /// one; together with Shift they choose one more or less. Ctrl+A chooses all, Escape none. Home, End, Page Up

@@ -45,12 +45,12 @@ public:
 bool importPreset(const std::string& name, const std::function<std::vector<std::uint8_t>()>& read,
                   RuleListEditor& editor);
 
-/// The preset of some rules of the editor's, in the list's order, as a text for the clipboard: what reads presets
-/// reads it. Throws an `EncodingError`.
+/// The preset of some rules of the editor's, in the list's order, as a text for the clipboard: what reads
+/// presets reads it. Throws an `EncodingError`.
 [[nodiscard]] std::string textOfRules(const RuleListEditor& editor, const RuleIds& ids);
 
-/// Inserts the rules of such a text, which may come from anywhere, behind some rules, and returns whether it did.
-/// Whatever is wrong with it, the alert says it and the rules stay.
+/// Inserts the rules of such a text, which may come from anywhere, behind some rules, and returns whether it
+/// did. Whatever is wrong with it, the alert says it and the rules stay.
 bool pasteText(const std::string& text, const RuleIds& behind, RuleListEditor& editor);
 
 /// Hands the preset of the rules that run, shown or not, to `write`, which throws a `FileError` when it

@@ -132,8 +132,8 @@ public:
     /// steps in a field, or by itself.
     void changeChannel(const RuleIds& ids, const ChannelChange& change,
                        std::optional<FieldPlace> stepped = std::nullopt);
-    /// Inserts rules behind the last of these, or at the end where the list holds none of them, in one step. The
-    /// alert says what must be known before they are edited.
+    /// Inserts rules behind the last of these, or at the end where the list holds none of them, in one step.
+    /// The alert says what must be known before they are edited.
     bool paste(const RuleIds& behind, RuleList rules);
     /// Puts another list in the place of the whole one, in one step under this name. The alert says what must
     /// be known before it is edited.

@@ -54,9 +54,10 @@ struct RuleViewActions {
 ///
 /// The card says how often the rule fired; in its place, as long as there is one, stands the reason why it
 /// does or does not fire. A hit lights the card up for a moment, a reason that says "fired" for as long as it
-/// is shown. A rule that is switched off is greyed; the switch that does it stands at the card's right. A card
-/// that is chosen has a line around it. In one line a card has no fields and no buttons: a click on what its
-/// rule does asks for them, as do a double click on the grip and Return while that has the focus. [main] only.
+/// is shown. A rule that is switched off is greyed; the switch that does it stands at the card's right. A
+/// card that is chosen has a line around it. In one line a card has no fields and no buttons: a click on what
+/// its rule does asks for them, as do a double click on the grip and Return while that has the focus. [main]
+/// only.
 class RuleView final : public juce::Component, public EnvironmentScope {
 public:
     /// How long a hit is seen, in seconds.
