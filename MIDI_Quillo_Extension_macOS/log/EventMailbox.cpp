@@ -1,88 +1,77 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "log/EventMailbox.hpp"
 
-#include <algorithm>
+#include <utility>
 
 namespace quillo {
 
-// A full stack that is collected, one that was handed over, and one in the taker's hands.
-EventMailbox::EventMailbox() : nodes_(3 * maximumHeight) {
+// What is collected, what was handed over, and what is in the taker's hands.
+EventMailbox::EventMailbox() : nodes_(3 * keptEntries) {
     for (auto& node : nodes_) {
-        node.below = stock_;
-        stock_ = &node;
+        node.next = std::exchange(stock_, &node);
     }
 }
 
+void EventMailbox::Chain::append(const Chain& other) QUILLO_REALTIME {
+    (count == 0 ? first : last->next) = other.first;
+    last = other.last;
+    count += other.count;
+}
+
+EventMailbox::Node* EventMailbox::Chain::takeFirst() QUILLO_REALTIME {
+    --count;
+    return std::exchange(first, first->next);
+}
+
 void EventMailbox::post(const EventLogEntry& entry) QUILLO_REALTIME {
-    auto* node = takeFreeNode();
+    auto* node = collected_.count == keptEntries ? collected_.takeFirst() : takeFreeNode();
     node->entry = entry;
-    node->below = collected_;
-    if (collected_ == nullptr) {
-        oldest_ = node;
-    }
-    collected_ = node;
-    if (++height_ == maximumHeight) {
-        dropOldest();
-    }
+    node->next = nullptr;
+    collected_.append({node, node, 1});
 }
 
 EventMailbox::Node* EventMailbox::takeFreeNode() QUILLO_REALTIME {
     if (stock_ == nullptr) {
         stock_ = returned_.exchange(nullptr, std::memory_order_acquire);
     }
-    auto* node = stock_;
-    stock_ = node->below;
-    return node;
+    return std::exchange(stock_, stock_->next);
 }
 
 void EventMailbox::handOver() QUILLO_REALTIME {
-    if (collected_ == nullptr) {
+    if (collected_.count == 0) {
         return;
     }
-    collectUnread();
-    if (height_ >= maximumHeight) {
-        dropOldest();
+    if (posted_.exchange(nullptr, std::memory_order_relaxed) != nullptr) {
+        collectUnread();
     }
-    collected_->height = height_;
-    posted_.store(collected_, std::memory_order_release);
-    collected_ = nullptr;
-    height_ = 0;
+    handedOver_ = std::exchange(collected_, {});
+    posted_.store(handedOver_.first, std::memory_order_release);
 }
 
-/// What was handed over and is still there lies below what is new. Only the poster puts nodes there: it has
-/// written itself what it finds.
+/// What was handed over before, and not taken, comes before what is new. The poster has written it itself.
 void EventMailbox::collectUnread() QUILLO_REALTIME {
-    if (auto* unread = posted_.exchange(nullptr, std::memory_order_relaxed)) {
-        oldest_->below = unread;
-        height_ += unread->height;
+    while (handedOver_.count + collected_.count > keptEntries) {
+        auto* dropped = handedOver_.takeFirst();
+        dropped->next = std::exchange(stock_, dropped);
     }
-}
-
-void EventMailbox::dropOldest() QUILLO_REALTIME {
-    oldest_ = collected_;
-    for (height_ = 1; height_ < keptEntries; ++height_) {
-        oldest_ = oldest_->below;
-    }
-    while (auto* dropped = oldest_->below) {
-        oldest_->below = dropped->below;
-        dropped->below = stock_;
-        stock_ = dropped;
-    }
+    handedOver_.append(collected_);
+    collected_ = handedOver_;
 }
 
 std::vector<EventLogEntry> EventMailbox::takeAll() {
     std::vector<EventLogEntry> entries;
-    auto* node = posted_.exchange(nullptr, std::memory_order_acquire);
-    while (node != nullptr) {
+    auto* const first = posted_.exchange(nullptr, std::memory_order_acquire);
+    auto* last = first;
+    for (auto* node = first; node != nullptr; node = node->next) {
         entries.push_back(node->entry);
-        auto* below = node->below;
-        node->below = returned_.load(std::memory_order_relaxed);
-        while (!returned_.compare_exchange_weak(node->below, node, std::memory_order_release,
+        last = node;
+    }
+    if (first != nullptr) {
+        last->next = returned_.load(std::memory_order_relaxed);
+        while (!returned_.compare_exchange_weak(last->next, first, std::memory_order_release,
                                                 std::memory_order_relaxed)) {
         }
-        node = below;
     }
-    std::ranges::reverse(entries);
     return entries;
 }
 

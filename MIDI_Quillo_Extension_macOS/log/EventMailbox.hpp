@@ -11,13 +11,12 @@
 namespace quillo {
 
 /// Carries log entries from the render thread to the main thread without a lock. What is posted can be taken
-/// once it was handed over. When it is emptied too seldom the oldest entries are lost, never the newest
-/// `keptEntries`.
+/// once it was handed over. When it is emptied too seldom all but the newest `keptEntries` are lost.
 ///
 /// One thread posts and hands over, one thread takes. An entry travels in a node; the nodes are made once and
-/// are always in one of five places: the poster's own stock, the stack that it collects, the stack of posted
-/// entries (newest on top), the taker's hands, or the stack of returned nodes. Either side takes a whole stack
-/// at once, so no node is ever taken off the middle of a stack by one side while the other looks at it.
+/// are always in one of five places: the poster's own stock, the chain that it collects, the chain that it
+/// has handed over, the taker's hands, or the chain of returned nodes. Either side takes a whole chain at once,
+/// so no node is ever taken out of a chain by one side while the other looks at it.
 class EventMailbox {
 public:
     /// How many of the newest entries are never lost: as many as a log shows.
@@ -30,8 +29,7 @@ public:
     /// [render] Never fails and never waits; touches nothing that another thread looks at.
     void post(const EventLogEntry& entry) QUILLO_REALTIME;
 
-    /// [render] What was posted can be taken from now on: once a block, because it costs what some twenty
-    /// posts cost.
+    /// [render] What was posted can be taken from now on. Once a block: it is the part that costs.
     void handOver() QUILLO_REALTIME;
 
     /// [main] What was handed over since the last call and not lost, oldest first.
@@ -40,22 +38,26 @@ public:
 private:
     struct Node {
         EventLogEntry entry{0, EventLogEntryVariants::MIDI{}};
-        Node* below = nullptr;
-        std::size_t height = 0;  ///< of the stack of posted entries; only its top knows it
+        Node* next = nullptr;
+    };
+
+    /// From the oldest entry to the newest.
+    struct Chain {
+        Node* first = nullptr;
+        Node* last = nullptr;
+        std::size_t count = 0;
+
+        void append(const Chain& other) QUILLO_REALTIME;
+        [[nodiscard]] Node* takeFirst() QUILLO_REALTIME;
     };
 
     [[nodiscard]] Node* takeFreeNode() QUILLO_REALTIME;
     void collectUnread() QUILLO_REALTIME;
-    void dropOldest() QUILLO_REALTIME;
-
-    /// How high a stack may grow. Then all but the newest `keptEntries` are dropped.
-    static constexpr std::size_t maximumHeight = 2 * keptEntries;
 
     std::vector<Node> nodes_;
-    Node* stock_ = nullptr;      ///< [render]
-    Node* collected_ = nullptr;  ///< [render] the newest of what is not handed over
-    Node* oldest_ = nullptr;     ///< [render] the lowest of these, while there are any
-    std::size_t height_ = 0;     ///< [render] how many they are
+    Node* stock_ = nullptr;  ///< [render]
+    Chain collected_;        ///< [render]
+    Chain handedOver_;       ///< [render] valid while `posted_` is not null
     std::atomic<Node*> posted_{nullptr};
     std::atomic<Node*> returned_{nullptr};
 };
