@@ -79,26 +79,30 @@ OSStatus Cycle::transport(SampleTime at, HostTransportTriggerVariantsV2 trigger)
     return status_;
 }
 
+/// By value and inline: the bytes stay in registers.
+inline OSStatus Cycle::take(SampleTime at, TriggerBytes trigger, std::size_t length) QUILLO_REALTIME {
+    if (status_ != noErr) {
+        return status_;
+    }
+    RuleChain chain(rules_, trigger);
+    status_ = fireAll(chain, at, trigger);
+    if (status_ == noErr && !chain.consumed()) {
+        const MIDIMessage incoming({trigger.status, trigger.data1, trigger.data2}, length);
+        status_ = output_(at, cable, {&incoming, 1});
+    }
+    return status_;
+}
+
 OSStatus Cycle::midi(SampleTime at, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
     const auto byteAt = [bytes](std::size_t index) QUILLO_REALTIME {
         return index < bytes.size() ? bytes[index] : std::uint8_t{0};
     };
-    return midi(at, {byteAt(0), byteAt(1), byteAt(2)}, bytes.size());
+    return take(at, TriggerBytes{byteAt(0), byteAt(1), byteAt(2)}, bytes.size());
 }
 
 OSStatus Cycle::midi(SampleTime at, const std::array<std::uint8_t, 3>& data,
                      std::size_t length) QUILLO_REALTIME {
-    if (status_ != noErr) {
-        return status_;
-    }
-    const TriggerBytes trigger{data[0], data[1], data[2]};
-    RuleChain chain(rules_, trigger);
-    status_ = fireAll(chain, at, trigger);
-    if (status_ == noErr && !chain.consumed()) {
-        const MIDIMessage incoming(data, length);
-        status_ = output_(at, cable, {&incoming, 1});
-    }
-    return status_;
+    return take(at, TriggerBytes{data[0], data[1], data[2]}, length);
 }
 
 OSStatus Cycle::fireAll(RuleChain& chain, SampleTime at, const TriggerBytes& trigger) QUILLO_REALTIME {

@@ -62,6 +62,7 @@ private:
     OSStatus flushInstantMessages(SampleTime start) QUILLO_REALTIME;
     OSStatus flushDelayedMessages() QUILLO_REALTIME;
 
+    OSStatus take(SampleTime at, TriggerBytes trigger, std::size_t length) QUILLO_REALTIME;
     OSStatus fireAll(RuleChain& chain, SampleTime at, const TriggerBytes& trigger) QUILLO_REALTIME;
     OSStatus fire(const MIDIRuleInternal& rule, SampleTime at, const TriggerBytes& trigger) QUILLO_REALTIME;
     /// What the rule at this place of the list sends.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -38,8 +39,7 @@ public:
 
     /// The first `length` of these bytes, or all three.
     MIDIMessage(const std::array<std::uint8_t, 3>& bytes, std::size_t length) QUILLO_REALTIME
-        : inlineSize_(static_cast<std::uint8_t>(std::min(length, bytes.size()))),
-          inline_{bytes[0], bytes[1], bytes[2]} {}
+        : inline_(inlineOf(std::min(length, bytes.size()), bytes)) {}
 
     MIDIMessage(const MIDIMessage& other) QUILLO_REALTIME;
     MIDIMessage(MIDIMessage&& other) QUILLO_REALTIME;
@@ -57,42 +57,66 @@ public:
     static void freeRetired();
 
 private:
+    /// The size and the bytes. They are made and copied as one word: a processor waits when it reads as a whole
+    /// what has just been written in parts, and each event is written and copied a few times.
+    using Inline = std::array<std::uint8_t, 1 + maximumInlineSize>;
+
+    /// `bytes` may be more than `size`, but no more than there is room for.
+    [[nodiscard]] static Inline inlineOf(std::size_t size, std::span<const std::uint8_t> bytes)
+        QUILLO_REALTIME;
+
     SharedBytes* shared_ = nullptr;
-    std::uint8_t inlineSize_ = 0;
-    std::array<std::uint8_t, maximumInlineSize> inline_{};
+    Inline inline_{};
 };
 
 // What the render thread does with each message stands here, so that it costs no call.
 
 inline MIDIMessage MIDIMessage::inlineCopyOf(std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    const auto size = std::min(bytes.size(), maximumInlineSize);
     MIDIMessage message;
-    message.inlineSize_ = static_cast<std::uint8_t>(std::min(bytes.size(), maximumInlineSize));
-    std::copy_n(bytes.begin(), message.inlineSize_, message.inline_.begin());
+    message.inline_ = inlineOf(size, bytes.first(size));
     return message;
+}
+
+inline MIDIMessage::Inline MIDIMessage::inlineOf(std::size_t size,
+                                                 std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
+    constexpr auto place = [](std::size_t index) {
+        return 8 * (std::endian::native == std::endian::little ? index : maximumInlineSize - index);
+    };
+    auto word = std::uint64_t{size} << place(0);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        word |= std::uint64_t{bytes[i]} << place(i + 1);
+    }
+    return std::bit_cast<Inline>(word);
 }
 
 inline MIDIMessage::MIDIMessage(std::initializer_list<std::uint8_t> bytes) QUILLO_REALTIME
     : MIDIMessage(inlineCopyOf({bytes.begin(), bytes.size()})) {}
 
 inline MIDIMessage::MIDIMessage(const MIDIMessage& other) QUILLO_REALTIME
-    : shared_(other.shared_), inlineSize_(other.inlineSize_), inline_(other.inline_) {
+    : shared_(other.shared_), inline_(other.inline_) {
     if (shared_ != nullptr) {
         shared_->hold();
     }
 }
 
 inline MIDIMessage::MIDIMessage(MIDIMessage&& other) QUILLO_REALTIME
-    : shared_(std::exchange(other.shared_, nullptr)),
-      inlineSize_(std::exchange(other.inlineSize_, std::uint8_t{0})),
-      inline_(other.inline_) {}
+    : shared_(std::exchange(other.shared_, nullptr)), inline_(std::exchange(other.inline_, Inline{})) {}
 
 inline MIDIMessage& MIDIMessage::operator=(const MIDIMessage& other) QUILLO_REALTIME {
-    return *this = MIDIMessage(other);
+    if (other.shared_ != nullptr) {
+        other.shared_->hold();
+    }
+    if (shared_ != nullptr) {
+        shared_->release();
+    }
+    shared_ = other.shared_;
+    inline_ = other.inline_;
+    return *this;
 }
 
 inline MIDIMessage& MIDIMessage::operator=(MIDIMessage&& other) QUILLO_REALTIME {
     std::swap(shared_, other.shared_);
-    std::swap(inlineSize_, other.inlineSize_);
     std::swap(inline_, other.inline_);
     return *this;
 }
@@ -107,7 +131,7 @@ inline std::span<const std::uint8_t> MIDIMessage::bytes() const QUILLO_REALTIME 
     if (shared_ != nullptr) {
         return shared_->bytes();
     }
-    return {inline_.data(), inlineSize_};
+    return {inline_.data() + 1, inline_[0]};
 }
 
 }  // namespace quillo
