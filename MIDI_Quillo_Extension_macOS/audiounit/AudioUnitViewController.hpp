@@ -36,8 +36,8 @@ public:
     [[nodiscard]] std::variant<std::shared_ptr<MIDIQuilloAUAudioUnit>, NSError> createAudioUnit(
         const AudioComponentDescription& description);
 
-    /// [any] The factory's second half, for a host whose own factory makes the unit: from now on `unit`, never
-    /// null, is the controller's.
+    /// [any] The factory's second half, for a host whose own factory makes the unit: from now on `unit`,
+    /// never null, is the controller's.
     void adoptAudioUnit(std::shared_ptr<MIDIQuilloAUAudioUnit> unit);
 
     /// The view has been made.

@@ -8,8 +8,8 @@
 
 namespace quillo {
 
-/// The unsigned decimal number that is the whole text; nothing for an empty text, for any other character than
-/// a digit, and for a number above `limit`.
+/// The unsigned decimal number that is the whole text; nothing for an empty text, for any other character
+/// than a digit, and for a number above `limit`.
 [[nodiscard]] std::optional<std::uint64_t> parseUnsignedDecimal(std::string_view text, std::uint64_t limit);
 
 /// The decimal number, with a leading sign or without, that is the whole text; nothing when there is no such

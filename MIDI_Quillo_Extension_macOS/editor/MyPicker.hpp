@@ -15,8 +15,8 @@ namespace quillo {
 ///
 ///     MyPicker<TriggerValueV2> channel("Ch", triggerChannelMenu(), {[&] { ... }, [&](TriggerValueV2 value) { ... }});
 ///
-/// A value that is not among the listed ones is shown as `describeOther` says, or as nothing, and stays as it is
-/// until another one is picked. Picking the value that is there already writes nothing. [main] only.
+/// A value that is not among the listed ones is shown as `describeOther` says, or as nothing, and stays as it
+/// is until another one is picked. Picking the value that is there already writes nothing. [main] only.
 template <class Value>
 class MyPicker final : public MyPickerImpl {
 public:

@@ -9,9 +9,9 @@
 
 namespace quillo {
 
-/// Lays views in a row and goes on in further rows where the width does not suffice, like words of a text. Each
-/// view gets its preferred size, but no more than the whole width; the views of a row stand on one ground line.
-/// With `maxContent` the views of each row grow evenly until they fill it. [main] only.
+/// Lays views in a row and goes on in further rows where the width does not suffice, like words of a text.
+/// Each view gets its preferred size, but no more than the whole width; the views of a row stand on one
+/// ground line. With `maxContent` the views of each row grow evenly until they fill it. [main] only.
 class MyWrappingHStack final : public juce::Component, public PreferredSize {
 public:
     /// The gaps between views of a row and between rows.

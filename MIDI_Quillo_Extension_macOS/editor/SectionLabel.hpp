@@ -5,8 +5,8 @@
 
 namespace quillo {
 
-/// The name of a section of a card, "Trigger" or "Message", with a button behind it where there is one. [main]
-/// only.
+/// The name of a section of a card, "Trigger" or "Message", with a button behind it where there is one.
+/// [main] only.
 class SectionLabel final : public juce::Component {
 public:
     explicit SectionLabel(juce::String text);

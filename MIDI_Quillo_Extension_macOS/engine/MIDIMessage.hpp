@@ -57,8 +57,8 @@ public:
     static void freeRetired();
 
 private:
-    /// The size and the bytes. They are made and copied as one word: a processor waits when it reads as a whole
-    /// what has just been written in parts, and each event is written and copied a few times.
+    /// The size and the bytes. They are made and copied as one word: a processor waits when it reads as a
+    /// whole what has just been written in parts, and each event is written and copied a few times.
     using Inline = std::array<std::uint8_t, 1 + maximumInlineSize>;
 
     /// `bytes` may be more than `size`, but no more than there is room for.

@@ -15,8 +15,8 @@ namespace quillo {
 ///
 /// One thread posts and hands over, one thread takes. An entry travels in a node; the nodes are made once and
 /// are always in one of five places: the poster's own stock, the chain that it collects, the chain that it
-/// has handed over, the taker's hands, or the chain of returned nodes. Either side takes a whole chain at once,
-/// so no node is ever taken out of a chain by one side while the other looks at it.
+/// has handed over, the taker's hands, or the chain of returned nodes. Either side takes a whole chain at
+/// once, so no node is ever taken out of a chain by one side while the other looks at it.
 class EventMailbox {
 public:
     /// How many of the newest entries are never lost: as many as a log shows.

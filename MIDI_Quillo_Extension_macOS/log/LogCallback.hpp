@@ -11,11 +11,11 @@
 
 namespace quillo {
 
-/// Where a unit reports log entries, and that a block has ended: the render thread calls it, the main thread may
-/// replace it at any time. At first it does nothing.
+/// Where a unit reports log entries, and that a block has ended: the render thread calls it, the main thread
+/// may replace it at any time. At first it does nothing.
 ///
-/// A callback that was replaced may still be running, so all that were ever given live as long as this object.
-/// They are few: one is given when an editor connects, one when a program prints the log.
+/// A callback that was replaced may still be running, so all that were ever given live as long as this
+/// object. They are few: one is given when an editor connects, one when a program prints the log.
 class LogCallback {
 public:
     using Function = RealTimeFunction<void(const EventLogEntry& entry)>;

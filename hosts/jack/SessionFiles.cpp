@@ -75,8 +75,8 @@ void nameTwice(const fs::path& file, const fs::path& second) {
     }
 }
 
-/// A file that is on its way to its place; one that stays behind is taken away, also that of a program that was
-/// interrupted.
+/// A file that is on its way to its place; one that stays behind is taken away, also that of a program that
+/// was interrupted.
 struct Passing {
     explicit Passing(fs::path path) : file(std::move(path)) { remove(); }
     ~Passing() { remove(); }

@@ -33,8 +33,8 @@ std::vector<TimedMessage> messagesAt(const std::vector<Moment>& moments) {
     return messages;
 }
 
-/// What leaves in the order of time when a recipe's preset is played with `moments`, the transport moving from 0
-/// to `end` milliseconds.
+/// What leaves in the order of time when a recipe's preset is played with `moments`, the transport moving
+/// from 0 to `end` milliseconds.
 std::vector<TimedMessage> played(const std::string& preset, const std::vector<Moment>& moments,
                                  SampleTime end) {
     OfflineHost host({}, PluginData::read(readWholeFile(std::string(QUILLO_PRESETS) + "/" + preset)).rules);

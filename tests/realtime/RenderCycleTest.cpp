@@ -94,8 +94,8 @@ TEST(RenderCycle, NeitherAllocatesNorFreesNorLocksForWhatWasSentByHand) {
     EXPECT_EQ(host.received(0x90), 10 * cycles);
 }
 
-/// More outputs wait than the delay queue holds: the earliest give way, on the render thread, and in the end all
-/// that are left leave in one cycle.
+/// More outputs wait than the delay queue holds: the earliest give way, on the render thread, and in the end
+/// all that are left leave in one cycle.
 TEST(RenderCycle, NeitherAllocatesNorFreesNorLocksWithAFullDelayQueue) {
     constexpr int events = 12000;
     constexpr SampleTime tenSeconds = 441000;

@@ -81,8 +81,8 @@ private:
     JoinedThread reader_;
 };
 
-/// A program that a test runs. It ends with the test, whatever becomes of that, and so do programs that it has
-/// started itself.
+/// A program that a test runs. It ends with the test, whatever becomes of that, and so do programs that it
+/// has started itself.
 class ChildProcess {
 public:
     /// `environment` is added to the test's own; an empty value takes the variable away.
