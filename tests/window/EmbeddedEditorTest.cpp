@@ -379,7 +379,7 @@ TEST_F(EmbeddedEditorTest, AClickBesideTheFieldsTakesWhatWasTypedAndGivesTheKeyb
     auto& name = view().card(view().editor().rules()[0].id)->header();
     act(moveToText(name) + " click --repeat 2 --delay 60 1", [&] { return name.typist() != nullptr; });
     act("type other", [&] { return name.typist()->getText() == "other"; });
-    act(moveTo(view().header()) + " click 1", [this] { return installed()[0].name == "other"; });
+    act(moveTo(view().list()) + " click 1", [this] { return installed()[0].name == "other"; });
     idleUntil([this] { return host.keyboardOwner() == host.handle(); });
 }
 
