@@ -48,6 +48,12 @@ protected:
 
     static std::string clickOn(const juce::Component& view) { return moveTo(view) + " click 1"; }
 
+    /// Where nothing lies on the header.
+    std::string moveToBareHeader() {
+        const auto corner = desk.view().header().getScreenBounds().getPosition();
+        return "mousemove " + std::to_string(corner.x + 4) + " " + std::to_string(corner.y + 4);
+    }
+
     Messages sent;
     Desk desk{{}};
 };
@@ -75,8 +81,7 @@ TEST_F(OnScreen, ARuleIsAddedAndSentByTheEventsOfTheDisplay) {
 
 TEST_F(OnScreen, TheKeyboardGetsInWithoutAClick) {
     auto& view = desk.view();
-    const auto place = view.header().getScreenBounds().getPosition();
-    act("mousemove " + std::to_string(place.x + 4) + " " + std::to_string(place.y + 4) + " key Tab",
+    act(moveToBareHeader() + " key Tab",
         [&] { return view.header().importButton().hasKeyboardFocus(false); });
     act("key shift+Tab", [&] { return view.logger().hasKeyboardFocus(true); });
     act("key shift+Tab", [&] { return view.list().hasKeyboardFocus(true); });
@@ -130,7 +135,7 @@ TEST_F(OnScreen, AClickOnTheHeaderTakesTheKeyboardFromItsButtons) {
     }
     Witness witness;
     view.header().addMouseListener(&witness, false);
-    act(clickOn(view.header()), [&] { return witness.clicked; });
+    act(moveToBareHeader() + " click 1", [&] { return witness.clicked; });
     view.header().removeMouseListener(&witness);
     EXPECT_FALSE(view.hasKeyboardFocus(true));
 }

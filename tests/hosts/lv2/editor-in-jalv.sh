@@ -16,7 +16,7 @@ add_new_area=88x26+202+88
 menu_area=140x100+204+118
 note_on=(236 129)
 undo_area=24x24+144+36
-send=(273 218)
+send=(387 93)
 
 area() {
     import -silent -window root -crop "$1" rgb:- | cksum
