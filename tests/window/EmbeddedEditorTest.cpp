@@ -90,6 +90,12 @@ protected:
         return "mousemove " + std::to_string(point.x) + " " + std::to_string(point.y);
     }
 
+    /// To a place of the header where nothing lies.
+    static std::string moveToHeader(QuilloView& editorView) {
+        const auto corner = editorView.header().getScreenBounds().getPosition();
+        return "mousemove " + std::to_string(corner.x + 4) + " " + std::to_string(corner.y + 4);
+    }
+
     /// To the beginning of what a field shows.
     static std::string moveToText(const FieldView& field) {
         const auto text = field.localAreaToGlobal(field.textArea());
@@ -216,8 +222,7 @@ TEST_F(EmbeddedEditorTest, FollowsAHostThatResizesItsWindow) {
 
 TEST_F(EmbeddedEditorTest, AClickBesideTheFieldsLeavesTheKeyboardToTheHost) {
     open();
-    const auto& header = view().header();
-    act(moveTo(header) + " mousedown 1", isButtonDown);
+    act(moveToHeader(view()) + " mousedown 1", isButtonDown);
     act("mouseup 1", [] { return !isButtonDown(); });
     EXPECT_EQ(host.keyboardOwner(), host.handle());
     EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr);
@@ -262,12 +267,12 @@ protected:
 };
 
 TEST_F(TwoEmbeddedEditors, EitherGivesBackTheKeyboardThatWasTakenInTheOthersTurn) {
-    act(moveTo(secondView().header()) + " mousedown 1", isButtonDown);
+    act(moveToHeader(secondView()) + " mousedown 1", isButtonDown);
     second.idle();
     EXPECT_EQ(secondHost.keyboardOwner(), secondHost.handle());
     act("mouseup 1", [] { return !isButtonDown(); });
     secondHost.giveKeyboardTo(host.handle());
-    ASSERT_EQ(std::system(("xdotool " + moveTo(view().header()) + " mousedown 1").c_str()), 0);
+    ASSERT_EQ(std::system(("xdotool " + moveToHeader(view()) + " mousedown 1").c_str()), 0);
     do {
         second.idle();
     } while (!isButtonDown());
@@ -283,14 +288,14 @@ TEST_F(TwoEmbeddedEditors, AMenuInOneHasTheKeyboardUntilTheOtherIsClicked) {
         const auto* menu = dynamic_cast<PopupMenuOverlay*>(secondView().overlay());
         return menu != nullptr && menu->typed() == "pitch";
     });
-    actOnBoth(moveTo(view().header()) + " click 1",
+    actOnBoth(moveToHeader(view()) + " click 1",
               [this] { return secondHost.keyboardOwner() == secondHost.handle(); });
 }
 
 TEST_F(EmbeddedEditorTest, NoButtonHasTheKeyboardWhenTheHostGivesItToTheEditor) {
     open();
     host.giveKeyboardTo(editor->window());
-    act(moveTo(view().header()) + " key space", [this] { return !host.takeKeys().empty(); });
+    act(moveToHeader(view()) + " key space", [this] { return !host.takeKeys().empty(); });
     EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr);
     EXPECT_EQ(host.keyboardOwner(), editor->window());
 }
@@ -303,14 +308,14 @@ TEST_F(EmbeddedEditorTest, KeysThatNothingInTheEditorUsesAreTheHosts) {
         keys.insert(keys.end(), taken.begin(), taken.end());
         return !keys.empty();
     };
-    act(moveTo(view().header()) + " key space", keysCome);
+    act(moveToHeader(view()) + " key space", keysCome);
     EXPECT_THAT(keys, ElementsAre(spaceKey));
 }
 
 TEST_F(EmbeddedEditorTest, TabEntersOnlyOnceTheEditorsWindowHasTheKeyboard) {
     open();
     std::vector<unsigned long> keys;
-    act(moveTo(view().header()) + " key Tab", [&] {
+    act(moveToHeader(view()) + " key Tab", [&] {
         keys = host.takeKeys();
         return !keys.empty();
     });
@@ -336,7 +341,7 @@ TEST_F(EmbeddedEditorTest, TheSpaceBarIsTheHostsWhileANumberIsTypedInto) {
         return !keys.empty();
     });
     EXPECT_THAT(keys, ElementsAre(spaceKey));
-    act(moveTo(view().header()) + " click 1", [&] { return !pitch->isEditable(); });
+    act(moveToHeader(view()) + " click 1", [&] { return !pitch->isEditable(); });
     EXPECT_EQ(installed(), std::vector{pitchRule()});
 }
 
@@ -344,7 +349,7 @@ TEST_F(EmbeddedEditorTest, KeysThatTheEditorUsesAreItsOwn) {
     open();
     addPitchRule();
     ASSERT_THAT(host.takeKeys(), IsEmpty());
-    act(moveTo(view().header()) + " key ctrl+z", [this] { return installed().empty(); });
+    act(moveToHeader(view()) + " key ctrl+z", [this] { return installed().empty(); });
     EXPECT_THAT(host.takeKeys(), testing::Not(Contains(letterZ)));
 }
 
