@@ -191,10 +191,9 @@ TEST_F(RunCardTest, ChangesEachRuleWithEachField) {
 
 TEST_F(RunCardTest, OfValuesIsTypedIntoTheFieldAndNotStepped) {
     open({rule(onControlChange(64), send(noteOn(0, 60, 0)), "down")});
-    auto& value = field(card().trigger(), "Value");
-    stage->typeInto(value, "64-127");
+    stage->typeInto(field(card().trigger(), "Value"), "64-127");
     EXPECT_EQ(stage->installed(), upperHalf());
-    value.grabKeyboardFocus();
+    field(card().trigger(), "Value").grabKeyboardFocus();
     key(stage->window, juce::KeyPress::upKey);
     EXPECT_EQ(stage->installed(), upperHalf());
     stage->typeInto(field(card().trigger(), "Value"), "5");
