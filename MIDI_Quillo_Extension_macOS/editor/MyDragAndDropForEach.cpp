@@ -467,7 +467,9 @@ std::optional<UUID> MyDragAndDropForEach::itemWithFocus() const {
     return row != nullptr && isParentOf(row) ? std::optional(row->item()) : std::nullopt;
 }
 
+/// `item` may be one of the list's own, which are others after the move.
 void MyDragAndDropForEach::moveBy(const UUID& item, int places) {
+    const auto moved = item;
     const auto together = selection_.togetherWith(item);
     const auto first = positionOf(together.front());
     const auto last = positionOf(together.back());
@@ -477,7 +479,7 @@ void MyDragAndDropForEach::moveBy(const UUID& item, int places) {
     const auto wanted = static_cast<std::ptrdiff_t>(places > 0 ? *last + 1 : *first) + places;
     const auto gap = std::clamp<std::ptrdiff_t>(wanted, 0, std::ssize(items_));
     move({{together.begin(), together.end()}, static_cast<std::size_t>(gap)});
-    scrollTo(item);
+    scrollTo(moved);
 }
 
 void MyDragAndDropForEach::move(const MyDragAndDropDropDelegate& delegate) {
