@@ -48,7 +48,7 @@ public:
     /// opened later.
     [[nodiscard]] const std::optional<std::string>& alertErrorMessage() const { return alertErrorMessage_; }
     /// Shows the alert, or lets it wait until those before it are dismissed. One that is shown or waits
-    /// already is none.
+    /// already is ignored.
     void alert(std::string message);
     /// The user has read the alert: the next one is shown.
     void dismissAlert();

@@ -181,7 +181,7 @@ void Session::drain() {
     showNextAlert();
 }
 
-/// Nothing where the rules that run are not those that are shown. Whoever observes the model may install
+/// Nothing where the rules that run are not those that are shown. An observer of the model may install
 /// others.
 void Session::showHits() {
     auto hits = [this] {

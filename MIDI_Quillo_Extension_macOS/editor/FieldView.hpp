@@ -17,8 +17,8 @@ namespace quillo {
 /// in the primary colour, with a line in the secondary colour under it and, where there is a menu, a chevron
 /// at its end. A value that is too long for the box ends with an ellipsis and is shown whole as a tooltip.
 ///
-/// A field keeps no copy of its value and reads it whenever it draws. Whoever changes the value elsewhere
-/// calls `refresh`; whoever lays fields out asks for their preferred sizes again, as they follow the value.
+/// A field keeps no copy of its value and reads it whenever it draws. What changes the value elsewhere
+/// calls `refresh`; what lays fields out asks for their preferred sizes again, as they follow the value.
 /// [main] only.
 class FieldView : public juce::Component, public juce::TooltipClient, public PreferredSize {
 public:

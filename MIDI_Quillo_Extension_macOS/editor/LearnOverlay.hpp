@@ -35,7 +35,7 @@ public:
 
     /// What is offered, as it is shown.
     [[nodiscard]] const std::vector<TriggerOffer>& offers() const { return offers_; }
-    /// Picks an offer, as a click on it does; nothing happens for a row that there is none of.
+    /// Picks an offer, as a click on it does; nothing happens for a row that does not exist.
     void pick(int row);
     [[nodiscard]] int highlightedRow() const { return list_.getSelectedRow(); }
     [[nodiscard]] juce::Rectangle<int> panelArea() const { return panel_; }

@@ -41,7 +41,7 @@ struct RuleRun {
 /// The field of a trigger in which a rule of a run waits for its value; null where there is no such field.
 [[nodiscard]] TriggerValueV2 RuleTriggerEntry::* comparedField(TriggerEntryType type);
 
-/// The field of a message that may rise along; null where there is none.
+/// The field of a message that may rise along; null where the message has no such field.
 [[nodiscard]] GenericByteV2 RuleOutputEntry::* risingField(OutputEntryType type);
 
 /// The data byte that an entry waits for, and that it sends in the field that may rise; nothing where there

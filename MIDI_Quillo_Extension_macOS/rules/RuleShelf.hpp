@@ -10,7 +10,7 @@
 
 namespace quillo {
 
-/// A rule that is switched off: it is kept with the list, and is none of the rules that run. Its place is how
+/// A rule that is switched off: it is kept with the list and does not run. Its place is how
 /// many of those stand before it, so an older program that keeps only the rules that run moves none of them.
 struct ShelvedRule {
     std::uint32_t place = 0;

@@ -137,7 +137,7 @@ void QuilloProcessor::processBlockBypassed(juce::AudioBuffer<float>& audio, juce
     end(messages);
 }
 
-/// Whoever hears the ends of notes from now on is another one than heard their beginnings: the rules, or the
+/// What hears the ends of notes from now on is not what heard their beginnings: the rules, or the
 /// host.
 void QuilloProcessor::noteBypass(bool isBypassed) {
     if (std::exchange(isBypassed_, isBypassed) != isBypassed) {
