@@ -17,6 +17,7 @@
 #include "programs/ExplainCommand.hpp"
 #include "programs/HelpText.hpp"
 #include "programs/HostCommand.hpp"
+#include "programs/PresetsCommand.hpp"
 #include "programs/RenderCommand.hpp"
 
 namespace quillo {
@@ -49,10 +50,8 @@ int runHostVerb(std::span<const std::string> words, const Console& console) {
 }
 
 constexpr std::array verbs{
-    Verb{"render", &runRenderCommand},
-    Verb{"check", &runCheckCommand},
-    Verb{"explain", &runExplainCommand},
-    Verb{"host", &runHostVerb},
+    Verb{"render", &runRenderCommand},   Verb{"check", &runCheckCommand}, Verb{"explain", &runExplainCommand},
+    Verb{"presets", &runPresetsCommand}, Verb{"host", &runHostVerb},
 };
 
 const Verb& find(const std::string& name) {

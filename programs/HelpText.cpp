@@ -24,6 +24,7 @@ Verbs:
   render   send a MIDI file through a preset, into another MIDI file
   check    say in plain words what a preset does, or what is wrong with it
   explain  say why an event fired a rule or did not, and what became of it
+  presets  list the presets that come with the program, or write one out
   host     play a host application from a script, to see what a project did
   help     this text; help VERB tells all about a verb
 
@@ -127,6 +128,19 @@ The second asks why middle C is silent, and is answered:
     2  "Echo"   not reached  rule 1 "Reset" consumed it
   Result: swallowed by rule 1 "Reset" (Consume non-matching). Nothing goes
   out.
+)"},
+    VerbText{"presets", "Usage: midi-quillo presets [NAME [--write OUT.json [--force]]]\n", R"(
+Lists the presets that come with the program by what they are for, each with a
+sentence. With a NAME of this list, prints that preset, or writes it to a file.
+The editor imports them from "Examples" among its import's folders.
+
+Options:
+  --write OUT.json  write the preset to this file
+  --force           replace OUT.json if it is there
+
+Examples:
+  midi-quillo presets
+  midi-quillo presets bass-split --write stage.json
 )"},
     VerbText{"host", "Usage: midi-quillo host [SCRIPT]\n", R"(
 Plays a host application from SCRIPT, or from standard input. The script has

@@ -15,9 +15,12 @@ joined() {
     done
 }
 
-# The headings of the body as a list of links.
+# The search, which shows itself where scripts run, and the headings of the body as a list of links.
 contents() {
-    echo '<nav><ul>'
+    echo '<nav>'
+    echo '<p id="search" hidden><label>Search <input type="search"></label></p>'
+    echo '<ul id="found" aria-live="polite"></ul><p id="none" role="status" hidden>Nothing found.</p>'
+    echo '<ul id="contents">'
     sed -n 's|^<h[12] id="\([^"]*\)">\(.*\)</h\([12]\)>$|\3 \1 \2|p' "$1" |
         while read -r level id text; do
             if [ "$level" = 1 ]; then
@@ -45,6 +48,9 @@ joined | lowdown -Thtml --out-no-smarty >"$body"
     cat "$body"
     echo "<p><small>MIDI Quillo $version</small></p>"
     echo '</main>'
+    echo '<script>'
+    cat "$chapters/search.js"
+    echo '</script>'
     echo '</body>'
     echo '</html>'
 } >"$folder/index.html"

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The presets that come with the program: each is in the library, in the guide, and what the system itself would write.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "persistence/PluginData.hpp"
+#include "platform/AtomicFile.hpp"
+#include "presets/PresetLibrary.hpp"
+#include "rules/RuleEntry.hpp"
+
+namespace quillo {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+
+PluginData documentOf(const LibraryPreset& preset) {
+    const std::vector<std::uint8_t> bytes(preset.document.begin(), preset.document.end());
+    return PluginData::read(bytes);
+}
+
+TEST(PresetLibrary, HasThirtyPresetsAndEveryFileButTheDemo) {
+    std::set<std::string> files;
+    for (const auto& file : fs::directory_iterator(QUILLO_PRESETS)) {
+        if (file.path().extension() == ".json") {
+            files.insert(file.path().stem());
+        }
+    }
+    std::set<std::string> names{"demo"};
+    for (const auto& preset : presetLibrary()) {
+        EXPECT_TRUE(names.emplace(preset.name).second) << preset.name << " is there twice";
+    }
+    EXPECT_EQ(files, names);
+    EXPECT_EQ(presetLibrary().size(), 30U);
+}
+
+TEST(PresetLibrary, KeepsThoseOfATaskTogether) {
+    std::set<std::string_view> done;
+    std::string_view task;
+    for (const auto& preset : presetLibrary()) {
+        if (preset.task != task) {
+            EXPECT_TRUE(done.insert(preset.task).second) << preset.task;
+            task = preset.task;
+        }
+    }
+}
+
+TEST(PresetLibrary, SaysOneSentenceOfEachThatFitsOnALine) {
+    for (const auto& preset : presetLibrary()) {
+        EXPECT_TRUE(preset.sentence.ends_with('.')) << preset.name;
+        EXPECT_LE(preset.sentence.size(), 76U) << preset.name;
+    }
+}
+
+TEST(PresetLibrary, IsInTheFormThatIsWritten) {
+    for (const auto& preset : presetLibrary()) {
+        const auto written = documentOf(preset).write();
+        EXPECT_TRUE(std::ranges::equal(written, preset.document)) << preset.name;
+    }
+}
+
+TEST(PresetLibrary, CanBeMadeInTheEditorAsItIs) {
+    for (const auto& preset : presetLibrary()) {
+        for (const auto& rule : documentOf(preset).rules) {
+            EXPECT_EQ(ruleFromEntry(entryFromRule(rule)), rule) << preset.name << ", " << rule.name;
+        }
+    }
+}
+
+TEST(PresetLibrary, HasATestAndARecipeWithAPictureForEach) {
+    const auto bytes = readWholeFile(QUILLO_RECIPES);
+    const std::string recipes(bytes.begin(), bytes.end());
+    for (const auto& preset : presetLibrary()) {
+        const std::string name(preset.name);
+        EXPECT_TRUE(fs::exists(std::string(QUILLO_PRESETS "/") + name + ".test")) << name;
+        EXPECT_THAT(recipes, HasSubstr("\n`" + name + ".json`\n"));
+        EXPECT_THAT(recipes, HasSubstr("](images/recipe-" + name + ".png)\n"));
+    }
+}
+
+}  // namespace
+}  // namespace quillo
