@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "midifile/InStableOrder.hpp"
+#include "platform/InStableOrder.hpp"
 
 namespace quillo {
 

@@ -8,8 +8,8 @@
 
 #include "midi/MessageLength.hpp"
 #include "midi/Status.hpp"
-#include "midifile/InStableOrder.hpp"
 #include "midifile/MIDIFileError.hpp"
+#include "platform/InStableOrder.hpp"
 
 namespace quillo {
 

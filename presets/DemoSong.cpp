@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "midi/Status.hpp"
-#include "midifile/InStableOrder.hpp"
+#include "platform/InStableOrder.hpp"
 
 namespace quillo {
 

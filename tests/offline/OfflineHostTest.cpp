@@ -9,8 +9,8 @@
 #include <random>
 #include <utility>
 
-#include "midifile/InStableOrder.hpp"
 #include "platform/FatalError.hpp"
+#include "platform/InStableOrder.hpp"
 #include "support/MIDIFileBytes.hpp"
 #include "support/Presets.hpp"
 

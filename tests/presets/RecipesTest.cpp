@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "midifile/InStableOrder.hpp"
 #include "offline/OfflineHost.hpp"
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
+#include "platform/InStableOrder.hpp"
 #include "rules/RuleEntry.hpp"
 #include "rules/RuleRun.hpp"
 #include "support/MIDIFileBytes.hpp"

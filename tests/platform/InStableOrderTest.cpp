@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "midifile/InStableOrder.hpp"
+#include "platform/InStableOrder.hpp"
 
 #include <gmock/gmock.h>
 
