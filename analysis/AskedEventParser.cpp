@@ -58,7 +58,10 @@ bool isHexadecimal(const std::string& word) {
     return word.find_first_not_of("0123456789abcdef") == std::string::npos;
 }
 
-Bytes parseBytes(std::span<const std::string> words) {
+Bytes bytesOf(std::span<const std::string> words) {
+    if (words.empty()) {
+        throw AskedEventError("it is empty");
+    }
     Bytes bytes;
     for (const auto& word : words) {
         if (!isHexadecimal(word)) {
@@ -99,7 +102,7 @@ void requireShortMessage(const Bytes& bytes) {
 }
 
 AskedEvent parseMessage(std::span<const std::string> words) {
-    const auto bytes = parseBytes(words);
+    const auto bytes = bytesOf(words);
     if (!midi::isSystemExclusive(bytes)) {
         requireShortMessage(bytes);
     }
@@ -110,16 +113,17 @@ AskedEvent parseMessage(std::span<const std::string> words) {
 
 AskedEvent parseAskedEvent(std::string_view text) {
     const auto words = wordsOf(text);
-    if (words.empty()) {
-        throw AskedEventError("it is empty");
-    }
-    if (words.front() == "host") {
+    if (!words.empty() && (words.front() == "host" || words.front() == "transport")) {
         return parseHostEvent(words);
     }
     if (words.size() == 1 && words.front() == "load") {
         return PluginLoad{};
     }
     return parseMessage(words);
+}
+
+std::vector<std::uint8_t> parseBytes(std::string_view text) {
+    return bytesOf(wordsOf(text));
 }
 
 }  // namespace quillo

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <stdexcept>
 #include <string_view>
+#include <vector>
 
 #include "analysis/AskedEvent.hpp"
 
@@ -20,8 +22,11 @@ inline constexpr std::string_view askedEventForms =
     "or 903c64, or one of \"host start\", \"host continue\", \"host stop\", load.\n";
 
 /// Reads an event: the bytes of one complete MIDI message in hexadecimal, with blanks between them or without,
-/// or "host start", "host continue", "host stop" or "load". Upper and lower case mean the same. System
-/// exclusive is any text that begins with f0. Throws an `AskedEventError`.
+/// or "host start", "host continue", "host stop" ("transport" will do for "host") or "load". Upper and lower
+/// case mean the same. System exclusive is any text that begins with f0. Throws an `AskedEventError`.
 [[nodiscard]] AskedEvent parseAskedEvent(std::string_view text);
+
+/// The bytes alone, one at least, whatever they are. Throws an `AskedEventError`.
+[[nodiscard]] std::vector<std::uint8_t> parseBytes(std::string_view text);
 
 }  // namespace quillo

@@ -7,7 +7,9 @@
 #include <utility>
 
 #include "engine/RuleCompiler.hpp"
+#include "midi/Status.hpp"
 #include "platform/RealTimeFunction.hpp"
+#include "rules/TaggedUnion.hpp"
 
 namespace quillo {
 
@@ -90,6 +92,18 @@ EngineProbe::Outcome EngineProbe::putLoading() const {
             {onLoadPositions_[i], emissions[i].time - start, std::move(emissions[i].messages)});
     }
     return outcome;
+}
+
+EngineProbe::Outcome EngineProbe::put(const AskedEvent& event) {
+    return std::visit(Overloaded{
+                          [this](const MIDIMessage& message) {
+                              return midi::isSystemExclusive(message.bytes()) ? Outcome{}
+                                                                              : put(message.bytes());
+                          },
+                          [this](HostTransportTriggerVariantsV2 change) { return put(change); },
+                          [this](PluginLoad) { return putLoading(); },
+                      },
+                      event);
 }
 
 /// Each rule that fires calls the output function once, in order; a call behind theirs forwards the event.

@@ -7,6 +7,7 @@
 #include <span>
 #include <vector>
 
+#include "analysis/AskedEvent.hpp"
 #include "engine/CompiledRules.hpp"
 #include "engine/MIDIMessage.hpp"
 #include "engine/RuleChain.hpp"
@@ -45,6 +46,8 @@ public:
     [[nodiscard]] Outcome put(HostTransportTriggerVariantsV2 change);
     /// The first cycle after the plug-in was loaded.
     [[nodiscard]] Outcome putLoading() const;
+    /// Any of them. System exclusive fires nothing and is not forwarded.
+    [[nodiscard]] Outcome put(const AskedEvent& event);
 
     /// The first condition of a message-based rule that the message does not meet. None for a rule that matches
     /// it, and for a rule of another kind.

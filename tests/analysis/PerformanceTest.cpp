@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "analysis/Performance.hpp"
+
+#include <gmock/gmock.h>
+
+#include <limits>
+
+#include "support/TestRules.hpp"
+
+namespace quillo {
+namespace {
+
+using namespace test;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const MIDIMessage note{0x90, 0x3C, 0x64};
+const MIDIMessage echo{0x91, 0x3C, 0x64};
+const MIDIMessage bank{0xB0, 0, 2};
+const MIDIMessage program{0xC0, 5};
+
+std::vector<Departure> playedTo(const std::vector<Rule>& rules, const std::vector<TimedEvent>& events,
+                                SampleTime unitsPerMillisecond = 1) {
+    EngineProbe probe(rules);
+    return played(probe, events, unitsPerMillisecond);
+}
+
+Rule echoAfter(std::int64_t milliseconds, PassThroughV2 policy = PassThroughV2::PassThrough) {
+    return rule(onNoteOn(any, any, policy), send(noteOn(1, 0x3C, 0x64), milliseconds), "echo");
+}
+
+TEST(Performance, SaysOfEachMessageWhichRuleSendsItAndWhichEventItAnswers) {
+    const std::vector<Rule> rules{rule(onLoad(), send(programChange(channel(0), 2, byte(5)))),
+                                  echoAfter(300)};
+    EXPECT_THAT(playedTo(rules, {{0, PluginLoad{}}, {100, note}}),
+                ElementsAre(Departure{0, bank, 0, 0}, Departure{0, program, 0, 0},
+                            Departure{100, note, std::nullopt, 1}, Departure{400, echo, 1, 1}));
+}
+
+TEST(Performance, SendsAtOnceBeforeTheEventIsForwarded) {
+    EXPECT_THAT(playedTo({echoAfter(0)}, {{7, note}}),
+                ElementsAre(Departure{7, echo, 0, 0}, Departure{7, note, std::nullopt, 0}));
+}
+
+TEST(Performance, LetsWhatWasQueuedFirstLeaveFirstAtOneTime) {
+    EXPECT_THAT(playedTo({echoAfter(10)}, {{0, note}, {10, note}}),
+                ElementsAre(Departure{0, note, std::nullopt, 0}, Departure{10, echo, 0, 0},
+                            Departure{10, note, std::nullopt, 1}, Departure{20, echo, 0, 1}));
+}
+
+TEST(Performance, CountsDelaysInTheUnitsOfTheTimeline) {
+    EXPECT_THAT(playedTo({echoAfter(3, PassThroughV2::EatMatching)}, {{500, note}}, 1000),
+                ElementsAre(Departure{3500, echo, 0, 0}));
+}
+
+TEST(Performance, EndsATimelineWhereTimesWouldNotFit) {
+    constexpr auto last = std::numeric_limits<SampleTime>::max();
+    EXPECT_THAT(playedTo({echoAfter(last / 2000, PassThroughV2::EatMatching)}, {{1, note}}, 1'000'000),
+                ElementsAre(Departure{last, echo, 0, 0}));
+}
+
+TEST(Performance, DropsSystemExclusiveAndForwardsNoTransport) {
+    EXPECT_THAT(
+        playedTo({}, {{0, MIDIMessage{0xF0, 0x7E, 0xF7}}, {1, HostTransportTriggerVariantsV2::Start}}),
+        IsEmpty());
+}
+
+}  // namespace
+}  // namespace quillo
