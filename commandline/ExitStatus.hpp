@@ -6,10 +6,12 @@ namespace quillo {
 /// How a run of the program ends, in the numbers that shell programs agree on. A run that did what it was
 /// asked to ends with 0.
 inline constexpr int exitSuccess = 0;
-inline constexpr int exitBadPreset = 1;     ///< `check`: the preset is damaged, or cannot run
-inline constexpr int exitUsage = 64;        ///< wrong arguments
-inline constexpr int exitBadData = 65;      ///< an input file is damaged
-inline constexpr int exitNoInput = 66;      ///< an input file cannot be read
+inline constexpr int exitBadPreset = 1;  ///< `check`: the preset is damaged, or cannot run
+inline constexpr int exitDifferent = 1;  ///< `diff`, `test`: what leaves is not the same, or not as expected
+inline constexpr int exitTrouble = 2;    ///< `diff`, `test`: a file cannot be read or written, or is damaged
+inline constexpr int exitUsage = 64;     ///< wrong arguments
+inline constexpr int exitBadData = 65;   ///< an input file is damaged
+inline constexpr int exitNoInput = 66;   ///< an input file cannot be read
 inline constexpr int exitUnavailable = 69;  ///< what the program works with is not there: a server, a display
 inline constexpr int exitFatal = 70;        ///< a fatal error of the unit
 inline constexpr int exitCannotCreate = 73;  ///< the output cannot be written, or is there already

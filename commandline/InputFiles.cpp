@@ -63,4 +63,9 @@ ReadDocument readPresetInput(const std::string& path, int badPreset, InputReadin
     }
 }
 
+std::string readTextInput(const std::string& path, InputReading reading) {
+    const auto bytes = readInput(path, reading, usualSizeLimit);
+    return {bytes.begin(), bytes.end()};
+}
+
 }  // namespace quillo

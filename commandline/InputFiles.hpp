@@ -27,4 +27,7 @@ inline constexpr Option forceSizeOption{"--force-size", false};
 /// A damaged preset fails with `badPreset` and what is wrong where.
 [[nodiscard]] ReadDocument readPresetInput(const std::string& path, int badPreset, InputReading reading);
 
+/// A text of any form, as large as a preset may be.
+[[nodiscard]] std::string readTextInput(const std::string& path, InputReading reading);
+
 }  // namespace quillo

@@ -14,11 +14,13 @@
 #include "commandline/ToldFailures.hpp"
 #include "platform/QuotedText.hpp"
 #include "programs/CheckCommand.hpp"
+#include "programs/DiffCommand.hpp"
 #include "programs/ExplainCommand.hpp"
 #include "programs/HelpText.hpp"
 #include "programs/HostCommand.hpp"
 #include "programs/PresetsCommand.hpp"
 #include "programs/RenderCommand.hpp"
+#include "programs/TestCommand.hpp"
 
 namespace quillo {
 
@@ -50,8 +52,9 @@ int runHostVerb(std::span<const std::string> words, const Console& console) {
 }
 
 constexpr std::array verbs{
-    Verb{"render", &runRenderCommand},   Verb{"check", &runCheckCommand}, Verb{"explain", &runExplainCommand},
-    Verb{"presets", &runPresetsCommand}, Verb{"host", &runHostVerb},
+    Verb{"render", &runRenderCommand}, Verb{"check", &runCheckCommand}, Verb{"explain", &runExplainCommand},
+    Verb{"diff", &runDiffCommand},     Verb{"test", &runTestCommand},   Verb{"presets", &runPresetsCommand},
+    Verb{"host", &runHostVerb},
 };
 
 const Verb& find(const std::string& name) {

@@ -24,6 +24,8 @@ Verbs:
   render   send a MIDI file through a preset, into another MIDI file
   check    say in plain words what a preset does, or what is wrong with it
   explain  say why an event fired a rule or did not, and what became of it
+  diff     say what two presets make different of a recording
+  test     play presets the tests that lie beside them
   presets  list the presets that come with the program, or write one out
   host     play a host application from a script, to see what a project did
   help     this text; help VERB tells all about a verb
@@ -35,9 +37,10 @@ Options:
 Example: hear what a preset makes of a song, and see every event on its way.
   midi-quillo render song.mid out.mid --preset echo.json --trace
 
-Exit status: 0 all went well; 1 check found a bad preset; 64 wrong
-arguments; 65 damaged input; 66 input cannot be read; 70 fatal error;
-73 output cannot be written or is there already.
+Exit status: 0 all went well; 1 check found a bad preset, diff or test a
+difference; 2 what diff or test plays cannot be read; 64 wrong arguments;
+65 damaged input; 66 input cannot be read; 70 fatal error; 73 output cannot be
+written or is there already.
 )";
 
 constexpr std::array verbTexts{
@@ -128,6 +131,65 @@ The second asks why middle C is silent, and is answered:
     2  "Echo"   not reached  rule 1 "Reset" consumed it
   Result: swallowed by rule 1 "Reset" (Consume non-matching). Nothing goes
   out.
+)"},
+    VerbText{"diff", "Usage: midi-quillo diff A.json B.json --with TAKE.mid [--json]\n", R"(
+Plays the MIDI file TAKE.mid through both presets and says what the second
+makes different: before a concert, see what an edit has changed. Events of the
+file, and before them loading and the start of the host's transport, are put to
+both. For the first event that is answered differently it says what each rule
+did and why, in the words of explain. Then come all such events with what each
+preset sends, side by side, and how much more or less often each rule fires.
+Rules are the same in both when they are equal, or have the same name.
+
+Options:
+  --with TAKE.mid  the recording
+  --json           say it in one line of JSON, for scripts
+  --force-size     read presets above 64 MiB, TAKE.mid above 1 GiB
+
+The exit status is 0 when nothing is different, 1 when something is, and 2 when
+a file cannot be read.
+
+Example:
+  midi-quillo diff stage.json new.json --with rehearsal.mid
+)"},
+    VerbText{"test",
+             "Usage: midi-quillo test PRESET.json... [--json]\n"
+             "       midi-quillo test PRESET.json --record TAKE.mid [--force]\n",
+             R"(
+Plays each preset the test that lies beside it, PRESET.test, and says where
+something else leaves than the test expects: too much, too little, another
+message, or another time. A test is a text:
+  # Each note has an echo of its own length.
+  on load → at 0 ms: b1 07 46
+  at 100 ms: 90 3c 64 → at 100 ms: 90 3c 64, at 400 ms: 91 3c 64
+  at 150 ms: 80 3c 40
+      → at 150 ms: 80 3c 40
+      → at 450 ms: 81 3c 40
+  at 500 ms: transport stop → nothing
+Before the arrow stands what comes in: a MIDI message in hexadecimal, or
+"transport start", "transport continue" or "transport stop" of the host; behind
+it what leaves, parted by commas. A line that begins with an arrow goes on with
+what leaves. Times are whole milliseconds from the beginning. An event that
+goes on to the output leaves like any other message. Everything that leaves has
+to be expected, in the order in which it leaves; "nothing" and a line without
+an arrow expect nothing more. "->" is an arrow as well. Lines that begin with #
+are remarks.
+
+Options:
+  --record TAKE.mid  write PRESET.test: the events of a MIDI file, and what the
+                     preset makes of them now; the host's transport runs from
+                     its beginning to its end
+  --force            replace PRESET.test if it is there
+  --json             say it in one line of JSON, for scripts
+  --force-size       read presets and tests above 64 MiB, TAKE.mid above 1 GiB
+
+The exit status is 0 when every test passed, 1 when something is different, and
+2 when a file cannot be read.
+
+Examples:
+  midi-quillo test presets/echo.json
+  midi-quillo test presets/*.json --json
+  midi-quillo test stage.json --record rehearsal.mid
 )"},
     VerbText{"presets", "Usage: midi-quillo presets [NAME [--write OUT.json [--force]]]\n", R"(
 Lists the presets that come with the program by what they are for, each with a

@@ -16,6 +16,7 @@
 #include "offline/OfflineHost.hpp"
 #include "offline/Score.hpp"
 #include "platform/QuotedText.hpp"
+#include "programs/PlayedFiles.hpp"
 #include "programs/ProgressLine.hpp"
 #include "words/MessageWords.hpp"
 
@@ -64,15 +65,6 @@ Request readRequest(std::span<const std::string> words) {
             inputReading(arguments)};
 }
 
-Score readScore(const Request& request) {
-    const auto file = readMIDIInput(request.source, request.reading);
-    try {
-        return {file, request.settings.sampleRate};
-    } catch (const MIDIFileError& error) {
-        throw CommandFailure(exitBadData, escaped(request.source) + ": " + error.what());
-    }
-}
-
 OfflineHost::Log traceTo(std::ostream& out, const char* direction) {
     return [&out, direction](const EventLogEntry& entry) { out << direction << traceLine(entry) << '\n'; };
 }
@@ -101,7 +93,7 @@ std::vector<std::uint8_t> resultBytes(const Score& score, std::vector<TimedMessa
 
 int runRenderCommand(std::span<const std::string> words, const Console& console) {
     const auto request = readRequest(words);
-    const auto score = readScore(request);
+    const auto score = readScore(request.source, request.reading, request.settings.sampleRate);
     auto rules = readPresetInput(request.preset, exitBadData, request.reading).data.rules;
     const OutputFile target(request.target, request.force);
     auto performance = play(score, std::move(rules), request, console);

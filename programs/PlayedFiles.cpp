@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "programs/PlayedFiles.hpp"
+
+#include "commandline/CommandFailure.hpp"
+#include "commandline/ExitStatus.hpp"
+#include "midifile/MIDIFileError.hpp"
+#include "platform/FatalError.hpp"
+#include "platform/QuotedText.hpp"
+
+namespace quillo {
+
+using Transport = HostTransportTriggerVariantsV2;
+
+Score readScore(const std::string& path, InputReading reading, std::uint32_t sampleRate) {
+    const auto file = readMIDIInput(path, reading);
+    try {
+        return {file, sampleRate};
+    } catch (const MIDIFileError& error) {
+        throw CommandFailure(exitBadData, escaped(path) + ": " + error.what());
+    }
+}
+
+std::vector<TimedEvent> eventsOf(const Score& score) {
+    std::vector<TimedEvent> events{{0, PluginLoad{}}, {0, Transport::Start}};
+    for (const auto& [time, message] : score.messages()) {
+        events.push_back({time, message});
+    }
+    events.push_back({score.end(), Transport::Stop});
+    return events;
+}
+
+EngineProbe readProbe(const std::string& path, InputReading reading) {
+    try {
+        return EngineProbe(readPresetInput(path, exitBadData, reading).data.rules);
+    } catch (const FatalError& error) {
+        throw CommandFailure(exitBadData, escaped(path) + ": " + wordsOf(error));
+    }
+}
+
+int runComparing(const std::function<int()>& verb) {
+    try {
+        return verb();
+    } catch (const CommandFailure& failure) {
+        throw CommandFailure(exitTrouble, failure.what());
+    }
+}
+
+}  // namespace quillo

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "analysis/EngineProbe.hpp"
+#include "analysis/Performance.hpp"
+#include "commandline/InputFiles.hpp"
+#include "offline/Score.hpp"
+
+namespace quillo {
+
+/// What verbs play, and the rules that they play it to. What is wrong with a file throws a `CommandFailure`
+/// that begins with its name.
+
+[[nodiscard]] Score readScore(const std::string& path, InputReading reading, std::uint32_t sampleRate);
+
+/// The score as a unit sees it that `render` plays: it is loaded and the host's transport starts before the
+/// messages, and the transport stops at the end.
+[[nodiscard]] std::vector<TimedEvent> eventsOf(const Score& score);
+
+/// The rules of a preset. Those that no program can run are damaged ones.
+[[nodiscard]] EngineProbe readProbe(const std::string& path, InputReading reading);
+
+/// Runs a verb whose statuses are those of programs that compare: whatever fails, it ends with
+/// `exitTrouble`. Wrong arguments stay what they are.
+[[nodiscard]] int runComparing(const std::function<int()>& verb);
+
+}  // namespace quillo
