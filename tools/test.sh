@@ -14,11 +14,16 @@ run_all_tests() {
     need build editor jack pipewire plugins hosts studios display guide
     keep_addresses_plain test all
     test_trees "release asan tsan" || status=1
-    if ! simulate 60; then
-        printf '\nsimulated hosts: failed; ./dev simulate shows it\n' | tee -a build/test-summary.txt
-        status=1
-    fi
+    simulate_for_commit 2>&1 | tee build/simulated.txt || status=1
+    { printf '\nsimulated hosts:\n' && tail -n 15 build/simulated.txt; } >>build/test-summary.txt
     return "$status"
+}
+
+# A minute of simulated hosts. A commit always meets the same ones, so that it fails for everybody or for nobody.
+simulate_for_commit() {
+    local commit
+    commit=$(git rev-parse --short=8 HEAD) || commit=1
+    simulate 60 --seed "$((16#$commit << 20))"
 }
 
 # What is portable, with another compiler, standard library, size of a pointer or processor.

@@ -127,6 +127,7 @@ Sent SlowModel::block(std::uint32_t frames, const std::vector<Incoming>& events,
     }
     if (format_ == Format::clap) {
         offer();
+        sleeps_ = maySleep();
         return std::move(taken_);
     }
     return std::move(sent_);
@@ -180,6 +181,14 @@ void SlowModel::offer() {
             owed_.push_back(std::move(message.second));
         }
     }
+}
+
+/// Nothing is left to be sent, and no rule waits for the transport.
+bool SlowModel::maySleep() const {
+    const bool hearsTransport = std::ranges::any_of(
+        rules_, [](const Rule& rule) { return rule.trigger.is<RuleTriggerV2::HostTransport>(); });
+    return !hearsTransport && owed_.empty() && waiting_.empty() && owedNotes_.empty() &&
+           owedControllers_.empty();
 }
 
 void SlowModel::note(Log& log, std::int64_t time, const Bytes& bytes) {
@@ -371,6 +380,9 @@ void SlowModel::ask(const std::vector<Incoming>& events) {
 void SlowModel::judgeTransport() {
     auto& now = transport_;
     if (failed_ || !std::exchange(now.isReported, false)) {
+        return;
+    }
+    if (std::exchange(now.isForgotten, false)) {
         return;
     }
     if (now.moves != now.moved || now.records != now.recorded || (now.jumped && now.moves)) {

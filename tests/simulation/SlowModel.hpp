@@ -49,9 +49,11 @@ public:
     void send(const RuleOutputVariantsV2& message);
     void setRate(double rate) { rate_ = static_cast<std::uint64_t>(rate); }
     /// Frames may have passed in between. A server's clock goes on, and the unit does not ask for jumps. What
-    /// sounds ends, but on a server, which hears of no restart.
+    /// sounds ends, but on a server, which hears of no restart. A plug-in that slept before may have missed
+    /// changes.
     void restart() {
         transport_.isKnown = format_ == Format::jack;
+        transport_.isForgotten = transport_.isForgotten || sleeps_;
         endsNotes_ = endsNotes_ || (format_ != Format::jack && format_ != Format::unit);
     }
     void panic() { panics_ = true; }
@@ -89,6 +91,7 @@ private:
         bool records = false;
         std::int64_t position = 0;
         bool isKnown = true;
+        bool isForgotten = false;  ///< what was before the next report
         // While a report has not been judged: what was before the first one.
         bool isReported = false;
         bool moved = false;
@@ -138,6 +141,7 @@ private:
     [[nodiscard]] bool hostTakes(const Bytes& bytes);
     void offerAgain();
     void offer();
+    [[nodiscard]] bool maySleep() const;
 
     Format format_;
     std::uint64_t rate_;
@@ -173,6 +177,7 @@ private:
     std::deque<Bytes> owed_;    ///< what it had no room for
     bool isHeldUp_ = false;     ///< since an earlier block
     Sent taken_;
+    bool sleeps_ = false;  ///< the plug-in, in such a host, since the last block
 
     // Messages, in all.
     std::uint64_t born_ = 0;  ///< fired by rules, forwarded or sent by hand

@@ -1,5 +1,6 @@
-// SPDX-License-Identifier: GPL-3.0-or-later Simulated hosts under a seed: `quillo-simulate SECONDS [--jobs
-// N]`, or `quillo-simulate --seed N [--scenarios N]`.
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Simulated hosts: `quillo-simulate SECONDS [--jobs N] [--seed N]` for so long, from any seed or from this one on, or
+// `quillo-simulate --seed N [--scenarios N]` for so many.
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <time.h>
@@ -35,10 +36,10 @@ struct Progress {
 };
 
 struct Options {
-    std::uint64_t seconds = 60;
+    std::optional<std::uint64_t> seconds;  ///< 60 without a seed; with one, `scenarios` instead
     std::uint64_t jobs = 1;
-    std::optional<std::uint64_t> seed;
-    std::uint64_t scenarios = 1;  ///< from the seed on
+    std::optional<std::uint64_t> seed;  ///< of the first scenario; any other one without it
+    std::uint64_t scenarios = 1;        ///< from the seed on
 };
 
 double processorSeconds() {
@@ -121,8 +122,8 @@ bool waitForOne(const std::vector<pid_t>& processes, const std::vector<Progress*
 }
 
 int simulateOnAllJobs(const Options& options) {
-    const auto first = (std::uint64_t{std::random_device()()} << 20U);
-    const auto end = Clock::now() + std::chrono::seconds(options.seconds);
+    const auto first = options.seed.value_or(std::uint64_t{std::random_device()()} << 20U);
+    const auto end = Clock::now() + std::chrono::seconds(options.seconds.value_or(60));
     std::vector<Progress*> workers;
     std::vector<pid_t> processes;
     for (std::uint64_t job = 0; job < options.jobs; ++job) {
@@ -193,8 +194,9 @@ int main(int count, char** arguments) {
     using namespace quillo::test;
     const auto options = parse({arguments + 1, arguments + count});
     if (!options) {
-        std::fputs("usage: quillo-simulate [SECONDS] [--jobs N] [--seed N [--scenarios N]]\n", stderr);
+        std::fputs("usage: quillo-simulate [SECONDS] [--jobs N] [--seed N] [--scenarios N]\n", stderr);
         return 64;
     }
-    return options->seed ? simulateFrom(*options->seed, options->scenarios) : simulateOnAllJobs(*options);
+    return options->seed && !options->seconds ? simulateFrom(*options->seed, options->scenarios)
+                                              : simulateOnAllJobs(*options);
 }
