@@ -4,7 +4,7 @@
 
 install(TARGETS midi-quillo RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT programs)
 install(DIRECTORY presets/ DESTINATION "${CMAKE_INSTALL_DATADIR}/midi-quillo/presets" COMPONENT documentation
-    FILES_MATCHING PATTERN "*.json" PATTERN "*.mid")
+    FILES_MATCHING PATTERN "*.json" PATTERN "*.mid" PATTERN "*.test" PATTERN "library.txt")
 install(FILES LICENSE DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/midi-quillo" RENAME copyright
     COMPONENT documentation)
 if(TARGET quillo-guide)

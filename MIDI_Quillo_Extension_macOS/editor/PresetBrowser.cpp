@@ -2,6 +2,7 @@
 #include "editor/PresetBrowser.hpp"
 
 #include <algorithm>
+#include <fstream>
 #include <system_error>
 #include <tuple>
 #include <utility>
@@ -50,7 +51,8 @@ bool holds(const PresetBrowserEntry& entry, const std::string& wanted) {
     if (!entry.isFolder && wanted.find('.') == std::string::npos) {
         name.resize(name.size() - std::string_view(presetFileExtension).size());
     }
-    return name.find(wanted) != std::string::npos;
+    return name.find(wanted) != std::string::npos ||
+           lowerCase(entry.sentence).find(wanted) != std::string::npos;
 }
 
 /// Whether what was typed names a folder by the way it is written.
@@ -93,6 +95,25 @@ std::optional<std::vector<PresetBrowserEntry>> contentOf(const fs::path& folder)
         return std::tuple(!entry.isFolder, lowerCase(entry.name), entry.name);
     });
     return entries;
+}
+
+/// The sentences of the examples, from the list beside them: a task, a name and a sentence a line, with " | "
+/// between. Without the list there are none.
+void addSentences(std::vector<PresetBrowserEntry>& examples, const fs::path& list) {
+    constexpr std::string_view bar = " | ";
+    std::ifstream lines(list);
+    for (std::string line; std::getline(lines, line);) {
+        const auto first = line.find(bar);
+        const auto second = line.find(bar, first + 1);
+        if (first == std::string::npos || second == std::string::npos) {
+            continue;
+        }
+        const auto name = line.substr(first + bar.size(), second - first - bar.size());
+        const auto entry = std::ranges::find(examples, name + presetFileExtension, &PresetBrowserEntry::name);
+        if (entry != examples.end()) {
+            entry->sentence = escaped(line.substr(0, first) + ": " + line.substr(second + bar.size()));
+        }
+    }
 }
 
 }  // namespace
@@ -205,6 +226,9 @@ bool PresetBrowser::show(const fs::path& folder) {
         folder_ = folder_.parent_path();
     }
     all_ = *std::move(content);
+    if (folder == folders_.examples) {
+        addSentences(all_, folder / "library.txt");
+    }
     filter({});
     return true;
 }

@@ -25,6 +25,7 @@ struct PresetBrowserEntry {
     std::filesystem::path path;
     bool isFolder = false;
     std::chrono::system_clock::time_point changed{};  ///< of files only
+    std::string sentence{};                           ///< of examples only: their task and what they do
 
     bool operator==(const PresetBrowserEntry&) const = default;
 };
@@ -40,10 +41,10 @@ struct PresetFolders {
 /// It shows one folder: its folders first, then its files whose names end in ".json", each in alphabetical
 /// order without regard to large and small letters; hidden ones are left out.
 ///
-/// To open a file, the user picks an entry, or types: a part of a name, which leaves the entries that hold it
-/// and picks the one that has this name as a whole, else the first file, or a path, absolute, from the shown
-/// folder, or from home behind "~". What is picked is what is opened. To save one, the user types a name or
-/// such a path. [main] only.
+/// To open a file, the user picks an entry, or types: a part of a name or of an example's sentence, which
+/// leaves the entries that hold it and picks the one that has this name as a whole, else the first file, or a
+/// path, absolute, from the shown folder, or from home behind "~". What is picked is what is opened. To save
+/// one, the user types a name or such a path. [main] only.
 ///
 ///     PresetBrowser browser(PresetBrowser::Mode::open, {.home = "/home/me"});
 ///     browser.type("echo");

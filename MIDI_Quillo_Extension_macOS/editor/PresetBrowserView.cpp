@@ -18,7 +18,7 @@ namespace {
 constexpr int margin = 8;
 constexpr int gap = 6;
 constexpr int lineHeight = 16;
-/// In a list that is narrower than this there is no room for dates.
+/// In a list that is narrower than this there is no room for dates and sentences.
 constexpr int narrowList = 300;
 
 juce::String title(PresetBrowser::Mode mode) {
@@ -272,8 +272,13 @@ bool PresetBrowserView::isRow(int row) {
     return row >= 0 && row < getNumRows();
 }
 
+/// What a screen reader says, and the tooltip shows.
 juce::String PresetBrowserView::getNameForRow(int row) {
-    return isRow(row) ? juceText(browser_.entries()[static_cast<std::size_t>(row)].name) : juce::String();
+    if (!isRow(row)) {
+        return {};
+    }
+    const auto& entry = browser_.entries()[static_cast<std::size_t>(row)];
+    return juceText(entry.sentence.empty() ? entry.name : entry.name + ", " + entry.sentence);
 }
 
 juce::String PresetBrowserView::getTooltipForRow(int row) {
@@ -312,7 +317,11 @@ void PresetBrowserView::paintListBoxItem(int row, juce::Graphics& graphics, int 
     drawIcon(graphics, entry.isFolder ? IconName::folder : IconName::preset,
              area.removeFromLeft(style::iconSize).toFloat().withSizeKeepingCentre(14, 14), faint);
     area.removeFromLeft(gap);
-    if (!entry.isFolder && width >= narrowList) {
+    if (!entry.sentence.empty() && width >= narrowList) {
+        drawLine(graphics, juceText(entry.sentence), area.removeFromRight(area.getWidth() * 3 / 5),
+                 style::valueText, faint);
+        area.removeFromRight(gap);
+    } else if (!entry.isFolder && width >= narrowList) {
         const auto date = dateText(entry.changed);
         drawLine(graphics, date, area.removeFromRight(textWidth(date, style::valueText)), style::valueText,
                  faint);

@@ -24,6 +24,7 @@
 #include "programs/editor/DemoRules.hpp"
 #include "programs/editor/Desk.hpp"
 #include "rules/MIDIRuleType.hpp"
+#include "rules/RuleRun.hpp"
 
 namespace {
 
@@ -414,10 +415,14 @@ void showMany(Photographer& photographer) {
     photographer.take(desk.view(), "thousand");
 }
 
-/// The first rules of a preset: `recipe-echo.png` of `echo.json`.
+/// The first three cards of a preset: `recipe-echo.png` of `echo.json`.
 void showPreset(Photographer& photographer, const std::string& path) {
-    Desk desk(PluginData::read(readWholeFile(path)).rules);
-    desk.view().setSize(640, 480);
+    constexpr int surroundings = 131;
+    constexpr int card = 122;
+    const auto rules = PluginData::read(readWholeFile(path)).rules;
+    const auto cards = std::min<std::size_t>(runsOf(rules).size(), 3);
+    Desk desk(rules);
+    desk.view().setSize(640, surroundings + card * static_cast<int>(cards));
     photographer.take(desk.view(), "recipe-" + juce::File(path).getFileNameWithoutExtension());
 }
 

@@ -4,7 +4,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <sys/stat.h>
 
 #include "support/TemporaryFolder.hpp"
@@ -114,6 +116,33 @@ TEST_F(PresetBrowserTest, PlacesAreThoseThatThereAre) {
     const PresetFolders all{.home = home.path(), .last = home / "takes", .examples = home / "takes"};
     EXPECT_EQ(placeNames({Mode::open, all}), (Names{"Home", "Last used", "Examples"}));
     EXPECT_EQ(placeNames({Mode::save, all}), (Names{"Home", "Last used"}));
+}
+
+TEST_F(PresetBrowserTest, AnExampleHasItsSentenceFromTheListBesideItAndIsFoundByIt) {
+    std::ofstream(home / "library.txt") << "# What the lines are\n"
+                                           "Echoes | Echo | Notes come again.\n"
+                                           "Splits | bass | The left hand\x01 plays a bass.\n"
+                                           "Splits | gone | No such file.\n"
+                                           "no line of the list\n";
+    PresetBrowser open(Mode::open, {.home = home.path(), .examples = home.path()});
+    const auto sentences = [&open] {
+        Names sentences;
+        std::ranges::transform(open.entries(), std::back_inserter(sentences), &PresetBrowserEntry::sentence);
+        return sentences;
+    };
+    EXPECT_EQ(names(open), (Names{"takes", "bass.json", "Echo.json", "song v1.2.json"}));
+    EXPECT_EQ(sentences(),
+              (Names{"", R"(Splits: The left hand\u0001 plays a bass.)", "Echoes: Notes come again.", ""}));
+    open.type("LEFT hand");
+    EXPECT_EQ(names(open), Names{"bass.json"});
+    EXPECT_EQ(open.confirm(), home / "bass.json");
+}
+
+TEST_F(PresetBrowserTest, AListOfSentencesCountsAmongTheExamplesOnly) {
+    std::ofstream(home / "library.txt") << "Echoes | Echo | Notes come again.\n";
+    for (const auto& entry : browser(Mode::open).entries()) {
+        EXPECT_EQ(entry.sentence, "");
+    }
 }
 
 TEST_F(PresetBrowserTest, ArrowsPickEntriesAndStopAtTheEnds) {
