@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "platform/AtomicFile.hpp"
 #include "presets/PresetLibrary.hpp"
 #include "rules/RuleEntry.hpp"
+#include "rules/RuleRun.hpp"
 
 namespace quillo {
 namespace {
@@ -63,6 +65,17 @@ TEST(PresetLibrary, IsInTheFormThatIsWritten) {
     for (const auto& preset : presetLibrary()) {
         const auto written = documentOf(preset).write();
         EXPECT_TRUE(std::ranges::equal(written, preset.document)) << preset.name;
+    }
+}
+
+TEST(PresetLibrary, HasRangesThatAreFewCards) {
+    const std::map<std::string_view, std::size_t> cards{{"pedal-from-64", 2},   {"bass-split", 4},
+                                                        {"three-zones", 8},     {"octave-doubled", 2},
+                                                        {"whole-tone-down", 2}, {"power-chords", 7}};
+    for (const auto& preset : presetLibrary()) {
+        if (const auto expected = cards.find(preset.name); expected != cards.end()) {
+            EXPECT_EQ(runsOf(documentOf(preset).rules).size(), expected->second) << preset.name;
+        }
     }
 }
 
