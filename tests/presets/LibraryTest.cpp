@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The presets that come with the program: each is in the library, in the guide, and what the system itself would write.
+// The presets that come with the program: each is in the library and the guide, in the form that is written.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
