@@ -3,12 +3,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <vector>
 
 #include "engine/CompiledRules.hpp"
 #include "engine/SampleTime.hpp"
+#include "persistence/PluginData.hpp"
 #include "rules/Rule.hpp"
+#include "rules/RuleShelf.hpp"
 #include "session/RuleHits.hpp"
 
 namespace quillo {
@@ -23,20 +24,29 @@ public:
         std::uint64_t sampleRate = 1;
     };
 
-    /// An edited list has taken the place of `before`, which counts no more: rules that are the same keep
-    /// their hits, also when they were moved or renamed, and those that are new or were changed have none.
-    void follow(const CompiledRules& before, std::span<const Rule> after, Moment now);
+    /// An edited list has taken the place of `before`, which counts no more, and of what was switched off
+    /// beside it: rules that are the same keep their hits, also when they were moved, renamed or switched off
+    /// or on, and those that are new or were changed have none.
+    void follow(const CompiledRules& before, const RuleShelf& shelfBefore, const PluginData& after,
+                Moment now);
 
     /// A list has been loaded: none of its rules has fired.
-    void forget() { before_.clear(); }
+    void forget();
 
     /// The hits of all rules of the list that runs.
     [[nodiscard]] std::vector<RuleHits> hits(const CompiledRules& running, Moment now) const;
 
 private:
+    [[nodiscard]] std::vector<RuleHits> allHits(const CompiledRules& running, const RuleShelf& shelf,
+                                                Moment now) const;
+
     std::vector<RuleHits> before_;  ///< what the rules have from earlier lists; empty when they have nothing
+    std::vector<RuleHits> off_;     ///< the same of those that are switched off
     Moment since_;                  ///< when that was: the list took their place
 };
+
+/// The rules of a list in its order, those that run and those that are switched off; they must outlive it.
+using ListedRules = std::vector<const Rule*>;
 
 inline constexpr std::size_t noPlace = SIZE_MAX;
 
@@ -44,7 +54,6 @@ inline constexpr std::size_t noPlace = SIZE_MAX;
 /// rules have the same. Rules are the same when they are equal, or else when nothing but their names differs.
 /// Where lists of thousands of rules have little in common, not every pair is compared, and a rule may not be
 /// found.
-[[nodiscard]] std::vector<std::size_t> placesBefore(std::span<const Rule> before,
-                                                    std::span<const Rule> after);
+[[nodiscard]] std::vector<std::size_t> placesBefore(const ListedRules& before, const ListedRules& after);
 
 }  // namespace quillo

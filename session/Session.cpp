@@ -58,7 +58,7 @@ std::optional<std::string> Session::setSampleRate(double rate) {
         processor_.sampleRate = now;
         const auto was = HitHistory::Moment{renderer_.reached(), before};
         const auto replaced = processor_.setRules(processor_.rules());
-        hits_.follow(*replaced, replaced->rules, was);
+        hits_.follow(*replaced, shelf_, {replaced->rules, shelf_}, was);
         return std::nullopt;
     } catch (const std::exception& error) {
         processor_.sampleRate = before;
@@ -116,10 +116,10 @@ void Session::viewDidLoad() {
 void Session::onRulesChanged(std::vector<Rule> rules, RuleShelf shelf) {
     {
         const std::lock_guard lock(installing_);
-        const auto after = rules;
-        const auto replaced = processor_.setRules(std::move(rules));
-        shelf_ = std::move(shelf);
-        hits_.follow(*replaced, after, now());
+        PluginData after{std::move(rules), std::move(shelf)};
+        const auto replaced = processor_.setRules(after.rules);
+        hits_.follow(*replaced, shelf_, after, now());
+        shelf_ = std::move(after.shelf);
     }
     endNotesIfAsked();
     onEdit_();

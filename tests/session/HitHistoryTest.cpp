@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <utility>
 
 #include "engine/RuleCompiler.hpp"
@@ -26,8 +27,14 @@ const Rule b = named("b", 2);
 const Rule c = named("c", 3);
 const Rule d = named("d", 4);
 
+ListedRules listed(const std::vector<Rule>& rules) {
+    ListedRules listed;
+    std::ranges::transform(rules, std::back_inserter(listed), [](const Rule& rule) { return &rule; });
+    return listed;
+}
+
 Places places(const std::vector<Rule>& before, const std::vector<Rule>& after) {
-    return placesBefore(before, after);
+    return placesBefore(listed(before), listed(after));
 }
 
 TEST(PlacesBefore, AnEditOfOneRuleLeavesTheOthers) {
@@ -124,22 +131,44 @@ TEST_F(HitHistoryTest, ARuleHasFiredAsOftenAsItWasCountedAndLastAsLongAgo) {
 TEST_F(HitHistoryTest, HitsGoOnFromListToList) {
     const auto first = firing({a, b}, {{0, 100}, {1, 200}});
     const std::vector<Rule> edited{b, c};
-    history.follow(first, edited, {1000, 1000});
+    history.follow(first, {}, {edited}, {1000, 1000});
     const auto second = firing(edited, {{1, 1500}});
     EXPECT_EQ(history.hits(second, {2000, 1000}), (std::vector<RuleHits>{{1, 1.8}, {1, 0.5}}));
-    history.follow(second, edited, {2000, 1000});
+    history.follow(second, {}, {edited}, {2000, 1000});
     const auto third = firing(edited, {{0, 2900}});
     EXPECT_EQ(history.hits(third, {3000, 1000}), (std::vector<RuleHits>{{2, 0.1}, {1, 1.5}}));
 }
 
+TEST_F(HitHistoryTest, HitsWaitForARuleThatIsSwitchedOff) {
+    const auto first = firing({a, b, c}, {{0, 100}, {1, 200}, {2, 300}});
+    const PluginData withoutB{{a, c}, {{1, b}}};
+    history.follow(first, {}, withoutB, {1000, 1000});
+    const auto second = firing(withoutB.rules, {{0, 1500}});
+    EXPECT_EQ(history.hits(second, {2000, 1000}), (std::vector<RuleHits>{{2, 0.5}, {1, 1.7}}));
+    const PluginData withoutC{{a, b}, {{2, c}}};
+    history.follow(second, withoutB.shelf, withoutC, {2000, 1000});
+    const auto third = firing(withoutC.rules, {{1, 2900}});
+    EXPECT_EQ(history.hits(third, {3000, 1000}), (std::vector<RuleHits>{{2, 1.5}, {2, 0.1}}));
+    history.follow(third, withoutC.shelf, {{a, b, c}}, {3000, 1000});
+    EXPECT_EQ(history.hits(firing({a, b, c}, {}), {4000, 1000}),
+              (std::vector<RuleHits>{{2, 2.5}, {2, 1.1}, {1, 3.7}}));
+}
+
+TEST_F(HitHistoryTest, ARuleThatIsEditedWhileItIsOffHasNotFired) {
+    history.follow(firing({a, b}, {{1, 100}}), {}, {{a}, {{1, b}}}, {200, 1000});
+    history.follow(firing({a}, {}), {{1, b}}, {{a}, {{1, d}}}, {300, 1000});
+    history.follow(firing({a}, {}), {{1, d}}, {{a, d}}, {400, 1000});
+    EXPECT_EQ(history.hits(firing({a, d}, {}), {500, 1000}), std::vector<RuleHits>(2));
+}
+
 TEST_F(HitHistoryTest, WhatWasSecondsAgoAtOneRateIsAsLongAgoAtAnother) {
     const auto slow = firing({a}, {{0, 1000}});
-    history.follow(slow, std::vector{a}, {2000, 1000});
+    history.follow(slow, {}, {{a}}, {2000, 1000});
     EXPECT_EQ(history.hits(firing({a}, {}), {2000 + 96000, 96000}), (std::vector<RuleHits>{{1, 2.0}}));
 }
 
 TEST_F(HitHistoryTest, AListThatIsLoadedHasNotFired) {
-    history.follow(firing({a}, {{0, 100}}), std::vector{a}, {200, 1000});
+    history.follow(firing({a}, {{0, 100}}), {}, {{a}}, {200, 1000});
     history.forget();
     EXPECT_EQ(history.hits(firing({a}, {}), {300, 1000}), std::vector<RuleHits>(1));
 }
