@@ -188,9 +188,11 @@ OpenedLogger::OpenedLogger(EditorUnit& unit, std::function<void()> toggle)
       out_(
           "Out:", [this]() -> const QuilloModel::Log& { return model_.outLog(); }, [this] { repaint(); }),
       waiting_(model_, [this](std::uint64_t number) { unit_.cancelWaiting(number); }) {
+    int order = 0;
     for (auto* part : std::initializer_list<juce::Component*>{&arrow_, &in_, &outTitle_, &waitingTitle_,
-                                                              &cancelAll_, &out_, &waiting_, &clear_}) {
+                                                              &out_, &cancelAll_, &waiting_, &clear_}) {
         addAndMakeVisible(*part);
+        part->setExplicitFocusOrder(++order);
     }
 }
 

@@ -85,8 +85,8 @@ TEST_F(KeyboardOnly, EverythingOfTheOpenedLogsIsReached) {
             reached.push_back(EditorStage::focus());
             ASSERT_LT(reached.size(), 20U);
         }
-        EXPECT_EQ(reached, (shared ? Names{"Out:", "Waiting: 0", "Empty the logs", "In:", "Out:"}
-                                   : Names{"Cancel all", "Empty the logs", "In:", "Out:", "Waiting"}));
+        EXPECT_EQ(reached, (shared ? Names{"In:", "Out:", "Waiting: 0", "Out:", "Empty the logs"}
+                                   : Names{"In:", "Out:", "Cancel all", "Waiting", "Empty the logs"}));
     }
     tabTo("Waiting: 0", shift);
     press(enter);
@@ -154,6 +154,23 @@ TEST_F(KeyboardOnly, DeletedByAClickARuleLeavesTheKeyboardToTheHost) {
     tabTo("Velocity");
     click(stage->card(0).buttons().deleteButton());
     EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr);
+}
+
+TEST_F(KeyboardOnly, TheMenuOfACardIsReachedAndWorks) {
+    open({"a"});
+    for (const auto width : {820, 500, 240}) {
+        stage->view().setSize(width, 400);
+        juce::Component::unfocusAllComponents();
+        tabTo("Duplicate");
+        tabTo("More");
+        EXPECT_TRUE(stage->card(0).buttons().moreButton().hasKeyboardFocus(false)) << width;
+    }
+    auto waiting = stage->entry(0);
+    waiting.trigger.type = TriggerEntryType::NoteOn;
+    stage->editor().edit({stage->id(0)}, waiting);
+    press(enter);
+    stage->pickInMenu("Duplicate as Note Off");
+    EXPECT_EQ(stage->names(), (Names{"a", "a"}));
 }
 
 TEST_F(KeyboardOnly, TabInAMenuThatLostTheFocusGivesItBack) {
