@@ -84,7 +84,7 @@ bool ChosenCards::keyPressed(const juce::KeyPress& key) {
     }
     const bool isCopied = (isDelete(key) && !cuts) || copy(rulesWith(*card));
     if (removes && isCopied) {
-        remove(*card);
+        remove(*card, cuts ? "Cut" : "Delete");
     }
     return true;
 }
@@ -99,20 +99,28 @@ bool ChosenCards::copy(const RuleIds& rules) {
     }
 }
 
-/// The card that comes up to their place has the keyboard.
-void ChosenCards::remove(const UUID& card) {
+/// The card that comes up to their place has the keyboard; without any card what stands below the list.
+void ChosenCards::remove(const UUID& card, const std::string& verb) {
     const auto gone = list_.selection().togetherWith(card);
     const auto first = std::ranges::find(list_.items(), gone.front());
     const auto position = static_cast<std::size_t>(first - list_.items().begin());
-    editor_.remove(rulesWith(card));
-    if (const auto& left = list_.items(); !left.empty()) {
-        list_.focus(left[std::min(position, left.size() - 1)]);
+    editor_.remove(rulesWith(card), verb);
+    giveKeyboardTo(position);
+}
+
+/// An alert keeps it.
+void ChosenCards::giveKeyboardTo(std::size_t position) {
+    if (!editor_.alertErrorMessage()) {
+        list_.focus(position);
     }
 }
 
-/// What was pasted is chosen then.
+/// What was pasted is chosen then. The list may have shown some of the cards only.
 void ChosenCards::paste(const std::optional<UUID>& behind) {
-    const std::set<UUID> before(list_.items().begin(), list_.items().end());
+    std::set<UUID> before;
+    for (const auto& element : editor_.rules()) {
+        before.insert(element.id);
+    }
     const auto text = clipboard_.get().toStdString();
     if (!pasteText(text, behind ? rulesWith(*behind) : RuleIds(), editor_)) {
         return;
@@ -121,9 +129,8 @@ void ChosenCards::paste(const std::optional<UUID>& behind) {
     std::ranges::copy_if(list_.items(), std::back_inserter(pasted),
                          [&before](const UUID& item) { return !before.contains(item); });
     list_.select(pasted);
-    if (!pasted.empty()) {
-        list_.focus(pasted.front());
-    }
+    const auto first = std::ranges::find_first_of(list_.items(), pasted);
+    giveKeyboardTo(static_cast<std::size_t>(first - list_.items().begin()));
 }
 
 }  // namespace quillo

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -45,8 +47,9 @@ public:
 private:
     [[nodiscard]] RuleIds rulesOf(const std::vector<UUID>& cards) const;
     bool copy(const RuleIds& rules);
-    void remove(const UUID& card);
+    void remove(const UUID& card, const std::string& verb);
     void paste(const std::optional<UUID>& behind);
+    void giveKeyboardTo(std::size_t position);
 
     RuleListEditor& editor_;
     MyDragAndDropForEach& list_;

@@ -49,9 +49,10 @@ void ItemSelection::chooseAll() {
 }
 
 void ItemSelection::chooseAll(const std::vector<UUID>& items) {
+    const std::set<UUID> there(items_.begin(), items_.end());
     clear();
     for (const auto& item : items) {
-        if (find(item)) {
+        if (there.contains(item)) {
             anchor_ = anchor_.value_or(item);
             chosen_.insert(item);
         }

@@ -33,6 +33,10 @@ int edgeSpeed(int y, int height) {
     return y > height - zone ? std::min(y - (height - zone), 2 * zone) / 3 + 1 : 0;
 }
 
+void focusFirstPart(juce::Component& view) {
+    view.createKeyboardFocusTraverser()->getDefaultComponent(&view)->grabKeyboardFocus();
+}
+
 }  // namespace
 
 MyDragAndDropForEach::MyDragAndDropForEach() {
@@ -81,8 +85,8 @@ void MyDragAndDropForEach::keepingPlace(const std::function<void()>& change) {
     layOut();
 }
 
-void MyDragAndDropForEach::refreshRow(const UUID& item) {
-    keepingPlace([&] { heights_.erase(item); });
+void MyDragAndDropForEach::refreshRows(const std::vector<UUID>& items) {
+    keepingPlace([&] { std::ranges::for_each(items, [this](const UUID& item) { heights_.erase(item); }); });
 }
 
 void MyDragAndDropForEach::refreshRows() {
@@ -244,7 +248,15 @@ void MyDragAndDropForEach::scrollTo(const UUID& item) {
 void MyDragAndDropForEach::focus(const UUID& item) {
     scrollTo(item);
     if (auto* view = row(item)) {
-        view->createKeyboardFocusTraverser()->getDefaultComponent(view)->grabKeyboardFocus();
+        focusFirstPart(*view);
+    }
+}
+
+void MyDragAndDropForEach::focus(std::size_t position) {
+    if (!items_.empty()) {
+        focus(items_[std::min(position, items_.size() - 1)]);
+    } else if (footer_ != nullptr) {
+        focusFirstPart(*footer_);
     }
 }
 

@@ -53,8 +53,8 @@ public:
     void setItems(std::vector<UUID> items);
     [[nodiscard]] const std::vector<UUID>& items() const { return items_; }
 
-    /// The row's height may have changed; its view stays.
-    void refreshRow(const UUID& item);
+    /// The heights of these rows may have changed; their views stay.
+    void refreshRows(const std::vector<UUID>& items);
     /// So may those of all rows.
     void refreshRows();
     /// The row's view is made anew.
@@ -69,6 +69,8 @@ public:
     void scrollTo(const UUID& item);
     /// Gives the keyboard to the first part of the row, and scrolls as far as it takes to see it.
     void focus(const UUID& item);
+    /// The same with the row at a position, or the last one; without any row with what stands below them.
+    void focus(std::size_t position);
     /// Goes from a row to another one by Home, End, Page Up or Page Down; false for any other key.
     bool walk(const UUID& from, const juce::KeyPress& key);
     /// Scrolls the list in which a view lies, if there is one, as far as it takes to see the view. False when

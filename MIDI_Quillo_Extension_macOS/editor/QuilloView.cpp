@@ -228,11 +228,13 @@ void QuilloView::openCardMenu(const UUID& id, juce::Component& button) {
                            });
 }
 
-/// The card that the rule is on afterwards is seen.
+/// The card that the rule is on afterwards is seen, if the host has not restored other rules meanwhile.
 void QuilloView::foldOrUnfold(const UUID& id) {
     editor_.isFolded(id) ? editor_.unfold(id) : editor_.fold(id);
     rulesChanged();
-    list_.scrollTo(editor_.cardOf(id).front());
+    if (const auto card = editor_.runOfCard(id)) {
+        list_.scrollTo(editor_.rules()[card->first].id);
+    }
 }
 
 /// Another channel is for all cards that are chosen together.
@@ -287,7 +289,7 @@ void QuilloView::setForm(const UUID& id, bool inOneLine) {
     if (auto* changed = card(id)) {
         changed->setInOneLine(inOneLine);
     }
-    list_.refreshRow(id);
+    list_.refreshRows({id});
     list_.scrollTo(id);
 }
 
@@ -482,9 +484,13 @@ void QuilloView::showReasons() {
     list_.refreshRows();
 }
 
-/// What undo or redo has changed comes into sight, also on a card that is higher than the list.
+/// What undo or redo has changed comes into sight, also on a card that is higher than the list, and on one
+/// that "Playing" has left out.
 void QuilloView::showChange(const UUID& rule) {
     const auto id = editor_.cardOf(rule).front();
+    if (onlyPlayed_ && !played_.contains(id)) {
+        header_.endPlaying();
+    }
     list_.scrollTo(id);
     auto* changed = card(id);
     if (changed != nullptr && !changed->isInOneLine() && outputChanged_ == id) {
@@ -526,8 +532,19 @@ std::vector<QuilloView::ShownCard> QuilloView::cardsNow() const {
     return cards;
 }
 
+void QuilloView::refreshCard(const ShownCard& card, const RuleEntry& before) {
+    if (before.trigger == card.rule.trigger && before.name == card.rule.name) {
+        outputChanged_ = card.id;
+    }
+    if (auto* changed = this->card(card.id)) {
+        changed->showOff(card.off);
+        changed->refresh();
+    }
+}
+
 /// Cards stay with their first rules; only those that are others than before are refreshed.
 void QuilloView::rulesChanged() {
+    outputChanged_.reset();
     const auto before = std::exchange(shown_, cardsNow());
     const auto placesBefore = std::exchange(shownPlaces_, {});
     why_.askAgain();
@@ -539,21 +556,20 @@ void QuilloView::rulesChanged() {
         header_.endPlaying();
     }
     list_.setItems(shownIds());
+    std::vector<UUID> refreshed;
     for (const auto& card : shown_) {
         const auto place = placesBefore.find(card.id);
-        if (place != placesBefore.end() && !(before[place->second] == card)) {
-            const auto& rule = before[place->second].rule;
-            finder_.forget(card.id);
-            outputChanged_.reset();
-            if (rule.trigger == card.rule.trigger && rule.name == card.rule.name) {
-                outputChanged_ = card.id;
-            }
-            if (auto* changed = this->card(card.id)) {
-                changed->showOff(card.off);
-                changed->refresh();
-            }
-            list_.refreshRow(card.id);
+        if (place != placesBefore.end() && before[place->second] == card) {
+            continue;
         }
+        finder_.forget(card.id);
+        if (place != placesBefore.end()) {
+            refreshCard(card, before[place->second].rule);
+            refreshed.push_back(card.id);
+        }
+    }
+    if (!refreshed.empty()) {
+        list_.refreshRows(refreshed);
     }
     if (why_.isOpen()) {
         showReasons();

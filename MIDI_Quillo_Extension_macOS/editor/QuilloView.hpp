@@ -129,6 +129,7 @@ private:
     void removeRule(const UUID& id);
     void focusDeleteButton(std::size_t position);
     void rulesChanged();
+    void refreshCard(const ShownCard& card, const RuleEntry& before);
     void setUpLogs();
     void askWhy(const EventLogEntryVariants& event);
     void endWhy();

@@ -348,10 +348,10 @@ void RuleListEditor::duplicateAsNoteOff(const RuleIds& card) {
     });
 }
 
-void RuleListEditor::remove(const RuleIds& ids) {
+void RuleListEditor::remove(const RuleIds& ids, const std::string& verb) {
     const auto positions = find(ids);
     if (!positions.empty()) {
-        apply(without(rules(), positions), nameOfStep("Delete", positions));
+        apply(without(rules(), positions), nameOfStep(verb, positions));
     }
 }
 
@@ -391,15 +391,19 @@ void RuleListEditor::editCard(const RuleIds& card, const std::string& verb,
     list.insert(list.begin() + static_cast<Offset>(positions.front()), after.begin(), after.end());
     const bool applied = apply(std::move(list), nameOfStep(verb, positions), joinKey);
     if (applied && before.front().loadedMessage && !after.front().loadedMessage) {
-        alertOfLoaded(positions.front(), ruleFromElement(before.front()));
+        alertOfLoaded({before.front()});
     }
 }
 
-/// The message of a rule that was loaded has been edited.
-void RuleListEditor::alertOfLoaded(std::size_t position, const Rule& loaded) {
-    if (const auto change = whatEditingChanges(loaded)) {
-        alert(ruleLabel(position, loaded.name) +
-              " was edited, which has changed more than you see: " + *change + ". Undo brings it back.");
+/// The messages of these rules, which were loaded, have been edited.
+void RuleListEditor::alertOfLoaded(const RuleList& loaded) {
+    const auto first = ruleFromElement(loaded.front());
+    const auto more = loaded.size() - 1;
+    if (const auto change = whatEditingChanges(first)) {
+        alert(ruleLabel(*find(loaded.front().id), first.name) +
+              " was edited, which has changed more than you see: " + *change + "." +
+              (more > 0 ? " The same holds for " + std::to_string(more) + " more." : "") +
+              " Undo brings it back.");
     }
 }
 
@@ -454,15 +458,22 @@ void RuleListEditor::changeChannel(const RuleIds& ids, const ChannelChange& chan
                                    std::optional<FieldPlace> stepped) {
     const auto positions = find(ids);
     auto list = rules();
+    RuleList loaded;
     for (const auto position : positions) {
-        editElement(list[position], changed(list[position].rule, change));
+        const auto before = list[position];
+        editElement(list[position], changed(before.rule, change));
+        if (before.loadedMessage && !list[position].loadedMessage) {
+            loaded.push_back(before);
+        }
     }
     if (stepped) {
         endStepUnlessSoon();
     }
-    if (list != rules()) {
+    if (list != rules() &&
         apply(std::move(list), nameOfStep("Edit", positions),
-              stepped ? "channels " + std::to_string(*stepped) : "");
+              stepped ? "channels " + std::to_string(*stepped) : "") &&
+        !loaded.empty()) {
+        alertOfLoaded(loaded);
     }
 }
 

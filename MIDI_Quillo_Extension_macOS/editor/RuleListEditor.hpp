@@ -106,7 +106,8 @@ public:
     /// Adds copies right after a card of Note On that wait for Note Off, and send it where the rules send
     /// Note On.
     void duplicateAsNoteOff(const RuleIds& card);
-    void remove(const RuleIds& ids);
+    /// The step is named after what the user does: "Delete" or "Cut".
+    void remove(const RuleIds& ids, const std::string& verb = "Delete");
     /// Moves the rules together, in the list's order: the first of them to a position, or as far as the list
     /// goes.
     void move(const RuleIds& ids, std::size_t position);
@@ -171,7 +172,7 @@ private:
                                          const std::vector<std::size_t>& positions) const;
     void showArrived();
     void becomeCopy(RuleEntryIdentifiable& element);
-    void alertOfLoaded(std::size_t position, const Rule& loaded);
+    void alertOfLoaded(const RuleList& loaded);
     [[nodiscard]] bool isTakenByEngine(PluginData data);
     void endStepUnlessSoon();
     void noteStart();

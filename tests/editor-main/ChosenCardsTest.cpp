@@ -120,6 +120,16 @@ TEST_F(ChosenCardsTest, AnotherChannelIsForAllThatAreChosenAndOtherFieldsAreNot)
     EXPECT_EQ(stage->entry(1).output.delay.ms, 9);
 }
 
+TEST_F(ChosenCardsTest, ARuleThatIsSwitchedOnAgainHasKeptItsHits) {
+    open({"a", "b"});
+    stage->render({{0x90, 1, 1}});
+    click(stage->card(0).onOffSwitch());
+    click(stage->card(0).onOffSwitch());
+    stage->desk.drain();
+    stage->view().advance(0);
+    EXPECT_EQ(stage->card(0).status().remark().words, juceText("1 × · now"));
+}
+
 TEST_F(ChosenCardsTest, KeysMoveThemTogether) {
     open({"a", "b", "c", "d"});
     choose(0);
@@ -160,8 +170,48 @@ TEST_F(ChosenCardsTest, AreCutWhenTheyHaveBeenCopied) {
     choose(1);
     EXPECT_TRUE(press('x', ctrl));
     EXPECT_EQ(stage->names(), (Names{"a", "c"}));
+    EXPECT_EQ(stage->editor().undoName(), "Cut b");
     EXPECT_TRUE(press('v', ctrl));
     EXPECT_EQ(stage->names(), (Names{"a", "c", "b"}));
+}
+
+TEST_F(ChosenCardsTest, AllThatHaveBeenCutArePastedAgain) {
+    open({"a", "b", "c"});
+    choose(1);
+    EXPECT_TRUE(press('a', ctrl));
+    EXPECT_TRUE(press('x', ctrl));
+    EXPECT_EQ(stage->names(), Names{});
+    EXPECT_EQ(EditorStage::focus(), "Add new");
+    EXPECT_TRUE(press('v', ctrl));
+    EXPECT_EQ(stage->names(), (Names{"a", "b", "c"}));
+}
+
+TEST_F(ChosenCardsTest, OnlyWhatWasPastedIsChosenAlsoWhereOthersWereNotShown) {
+    const auto pedal = rule(onControlChange(64), send(noteOn(0, 1, 1)), "pedal");
+    openRules({named("a"), pedal, named("b")});
+    choose(0);
+    press('c', ctrl);
+    click(stage->view().header().playingButton());
+    stage->render({{0xB0, 64, 1}});
+    stage->view().advance(0);
+    ASSERT_EQ(stage->view().list().items(), std::vector{stage->id(1)});
+    choose(1);
+    EXPECT_TRUE(press('v', ctrl));
+    EXPECT_EQ(stage->names(), (Names{"a", "pedal", "a", "b"}));
+    EXPECT_EQ(stage->view().list().selection().chosen(), std::vector{stage->id(2)});
+}
+
+TEST_F(ChosenCardsTest, WhatMustBeKnownOfAPastedRuleKeepsTheKeyboard) {
+    open({"a"});
+    const auto old = rule(onLoad(), send(protocol(StatusV2::programChange, channel(3), byte(9))), "old");
+    const auto bytes = PluginData{{old}}.write();
+    clipboard = juceText(std::string(bytes.begin(), bytes.end()));
+    choose(0);
+    EXPECT_TRUE(press('v', ctrl));
+    EXPECT_EQ(stage->names(), (Names{"a", "old"}));
+    auto* alert = findBelow<AlertView>(stage->view());
+    ASSERT_NE(alert, nullptr);
+    EXPECT_TRUE(alert->hasKeyboardFocus(true));
 }
 
 TEST_F(ChosenCardsTest, AFoldedRunIsCopiedWhole) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "editor-main/EditorStage.hpp"
 #include "programs/editor/DemoRules.hpp"
 
@@ -66,6 +68,48 @@ TEST_F(ThousandRules, ShowTheOneThatIsAdded) {
     stage.editor().add(MIDIRuleType::OutputType{OutputEntryType::NoteOn});
     EXPECT_EQ(stage.installed().back().name, "Message #1001");
     EXPECT_EQ(stage.card(1000).header().shownText(), "Message #1001");
+}
+
+/// Ten thousand rules in two hundred runs, and what an edit of them makes the list of cards do.
+class ManyRuns : public testing::Test {
+protected:
+    ManyRuns() {
+        auto& list = stage.view().list();
+        list.heightOfRow = [this, ask = list.heightOfRow](const UUID& id, int width) {
+            ++heights;
+            return ask(id, width);
+        };
+        list.setFooter(std::make_unique<juce::Component>(), [this](int /*width*/) {
+            ++layouts;
+            return 0;
+        });
+        heights = layouts = 0;
+    }
+
+    EditorStage stage{manyRuns(200, 50), {500, 250}};
+    int heights = 0;
+    int layouts = 0;
+};
+
+TEST_F(ManyRuns, AnEditOfOneMeasuresOneCard) {
+    ASSERT_EQ(stage.view().list().items().size(), 200U);
+    auto changed = stage.entry(0);
+    changed.output.delay.ms = 1;
+    stage.editor().edit(stage.editor().cardOf(stage.id(0)), changed);
+    EXPECT_EQ(stage.installed()[49].output.delay, changed.output.delay);
+    EXPECT_EQ(heights, 1);
+}
+
+TEST_F(ManyRuns, AnEditLaysTheListOutAsOftenForAllAsForOne) {
+    stage.editor().setOff(stage.editor().cardOf(stage.id(0)), true);
+    const auto forOne = std::exchange(layouts, 0);
+    RuleIds all;
+    for (const auto& element : stage.editor().rules()) {
+        all.push_back(element.id);
+    }
+    stage.editor().setOff(all, true);
+    EXPECT_TRUE(stage.installed().empty());
+    EXPECT_LE(layouts, forOne);
 }
 
 }  // namespace

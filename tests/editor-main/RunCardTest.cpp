@@ -248,6 +248,15 @@ TEST_F(RunCardTest, IsUnfoldedAndFoldedByItsMenu) {
     EXPECT_EQ(waitsFor().shownText(), juce::String::fromUTF8("C1 – B1"));
 }
 
+TEST_F(RunCardTest, ThatTheHostHasReplacedMeanwhileIsNotUnfoldedByItsMenu) {
+    click(card().buttons().moreButton());
+    ASSERT_EQ(stage->desk.session().restore(PluginData{upperHalf()}.write()), std::nullopt);
+    stage->desk.drain();
+    stage->pickInMenu("Unfold");
+    EXPECT_EQ(stage->installed(), upperHalf());
+    EXPECT_EQ(cards(), 1U);
+}
+
 TEST_F(RunCardTest, OfNotesGetsATwinForNoteOff) {
     pickMore("Make the Note Off too");
     EXPECT_EQ(cards(), 2);

@@ -9,6 +9,7 @@
 #include "editor/Style.hpp"
 #include "programs/editor/DemoRules.hpp"
 #include "support/Pictures.hpp"
+#include "support/TestRules.hpp"
 
 namespace quillo {
 namespace {
@@ -144,6 +145,27 @@ TEST_F(Search, FollowsWhatIsEdited) {
     EXPECT_FALSE(faded()[1]);
 }
 
+TEST_F(Search, ReadsTheRulesOfARunThatIsUnfoldedAgain) {
+    std::vector<Rule> run;
+    for (std::uint8_t note = 36; note < 39; ++note) {
+        run.push_back(rule(onNoteOn(exactly(note)), send(noteOn(1, 60, 100)), "split"));
+    }
+    EditorStage folded(run);
+    const auto foldOrUnfold = [&folded](const char* row) {
+        click(folded.card(0).buttons().moreButton());
+        folded.pickInMenu(row);
+    };
+    foldOrUnfold("Unfold");
+    folded.press('f', ctrl);
+    type(folded.window, "channel 9");
+    foldOrUnfold("Fold");
+    auto changed = folded.entry(0);
+    changed.output.channel = channel(8);
+    folded.editor().edit(folded.editor().cardOf(folded.id(0)), changed);
+    foldOrUnfold("Unfold");
+    EXPECT_EQ(folded.view().header().searchField().finds(), "3 found");
+}
+
 TEST_F(Search, OpensInThePlaceOfTheButtonsWhereThereIsLittleRoom) {
     for (const auto width : {500, 240}) {
         stage.view().setSize(width, 400);
@@ -251,6 +273,22 @@ TEST_F(Playing, EndsWhenARuleIsAdded) {
     click(stage.card(0).buttons().duplicateButton());
     EXPECT_EQ(shown().size(), 5U);
     EXPECT_FALSE(stage.view().header().playingButton().getToggleState());
+}
+
+TEST_F(Playing, EndsWhenARuleThatIsLeftOutIsChangedByUndo) {
+    auto changed = stage.entry(3);
+    changed.name = "x";
+    stage.editor().edit({stage.id(3)}, changed);
+    click(stage.view().header().playingButton());
+    play({0x90, 36, 100});
+    changed = stage.entry(0);
+    changed.output.delay.ms = 1;
+    stage.editor().edit({stage.id(0)}, changed);
+    stage.editor().undo();
+    EXPECT_EQ(shown(), (Names{"Bass split"}));
+    stage.editor().undo();
+    EXPECT_EQ(shown().size(), 4U);
+    EXPECT_NE(stage.view().card(stage.id(3)), nullptr);
 }
 
 TEST_F(Playing, EndsWithTheSearch) {

@@ -133,7 +133,7 @@ TEST(MyDragAndDropForEach, KeepsWhatIsInSightWhereItIs) {
     desk.remove(0);
     EXPECT_EQ(desk.place(seen - 1), place);
     desk.heights[desk.model[1]] += 200;
-    desk.list.refreshRow(desk.model[1]);
+    desk.list.refreshRows({desk.model[1]});
     EXPECT_EQ(desk.place(seen - 1), place);
 }
 
@@ -149,7 +149,7 @@ TEST(MyDragAndDropForEach, MeasuresARowAnewAndMakesARowAnew) {
     ListDesk desk(4);
     const auto* first = desk.row(0);
     desk.heights[desk.model[0]] = 150;
-    desk.list.refreshRow(desk.model[0]);
+    desk.list.refreshRows({desk.model[0]});
     EXPECT_EQ(desk.row(0), first);
     EXPECT_EQ(desk.place(0).getHeight(), 150);
     EXPECT_EQ(desk.place(1).getY(), 167);

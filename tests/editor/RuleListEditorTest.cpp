@@ -637,6 +637,20 @@ TEST_F(LoadedMessage, ThatIsEditedGetsWhatTheCardShowsAndTheAlertSaysSo) {
     EXPECT_EQ(desk.installed[0], oldProgramChange("old"));
 }
 
+TEST_F(LoadedMessage, ThatGetsAnotherChannelWithOthersIsToldOfAsWell) {
+    desk.model->setRules({elementFromRule(rule(onLoad(), send(noteOn(0, 60, 64)), "other")),
+                          elementFromRule(oldProgramChange("old")),
+                          elementFromRule(oldProgramChange("older"))});
+    const auto all = std::vector{desk.idOf(0), desk.idOf(1), desk.idOf(2)};
+    editor.changeChannel(all, {exactly(7), std::nullopt});
+    EXPECT_EQ(editor.alertErrorMessage(), std::nullopt) << "Their messages are what they were.";
+    editor.changeChannel(all, {std::nullopt, channel(7)});
+    EXPECT_EQ(desk.installed[1].output.message, programChange(channel(7), 0, byte(9)));
+    EXPECT_EQ(editor.alertErrorMessage(),
+              "Rule 2 \"old\" was edited, which has changed more than you see: its program change has no "
+              "bank, and gets bank 0. The same holds for 1 more. Undo brings it back.");
+}
+
 TEST_F(LoadedMessage, OfAnImportIsTold) {
     editor.replaceAll({elementFromRule(oldProgramChange("imported"))}, "Import");
     EXPECT_EQ(editor.alertErrorMessage(), noticeBeforeEditing(elementsFrom({oldProgramChange("imported")})));
