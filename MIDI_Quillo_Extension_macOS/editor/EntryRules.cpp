@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/EntryRules.hpp"
 
+#include <cstddef>
 #include <span>
 
 #include "midi/Status.hpp"
+#include "rules/RuleRun.hpp"
 
 namespace quillo {
 
@@ -13,139 +15,107 @@ using Bytes = std::span<const std::uint8_t>;
 
 constexpr unsigned bitsPerDataByte = 7;
 
-/// A trigger on the channel of a message.
-RuleTriggerEntry triggerOf(TriggerEntryType type, std::uint8_t status) {
-    RuleTriggerEntry trigger;
-    trigger.type = type;
-    trigger.channel = TriggerValueV2::Value{static_cast<std::uint8_t>(status & midi::channelMask)};
-    return trigger;
+std::uint8_t channelOf(Bytes bytes) {
+    return static_cast<std::uint8_t>(bytes[0] & midi::channelMask);
 }
 
-RuleTriggerEntry noteTrigger(TriggerEntryType type, Bytes bytes) {
-    auto trigger = triggerOf(type, bytes[0]);
-    trigger.note = TriggerValueV2::Value{bytes[1]};
-    return trigger;
-}
-
-RuleTriggerEntry controllerTrigger(Bytes bytes) {
-    auto trigger = triggerOf(TriggerEntryType::ControlChange, bytes[0]);
-    trigger.controller = bytes[1];
-    trigger.controllerValue = TriggerValueV2::Value{bytes[2]};
-    return trigger;
-}
-
-RuleTriggerEntry programTrigger(Bytes bytes) {
-    auto trigger = triggerOf(TriggerEntryType::ProgramChange, bytes[0]);
-    trigger.program = TriggerValueV2::Value{bytes[1]};
-    return trigger;
-}
-
-/// A trigger that waits for a command and nothing about it.
-RuleTriggerEntry commandTrigger(TriggerEntryType type) {
-    RuleTriggerEntry trigger;
-    trigger.type = type;
-    return trigger;
-}
-
-std::optional<RuleTriggerEntry> systemTrigger(std::uint8_t status) {
+std::optional<TriggerEntryType> triggerTypeOf(std::uint8_t status) {
+    switch (status & midi::kindMask) {
+    case midi::noteOn: return TriggerEntryType::NoteOn;
+    case midi::noteOff: return TriggerEntryType::NoteOff;
+    case midi::controlChange: return TriggerEntryType::ControlChange;
+    case midi::programChange: return TriggerEntryType::ProgramChange;
+    default: break;
+    }
     switch (status) {
-    case midi::startCommand: return commandTrigger(TriggerEntryType::MIDIStart);
-    case midi::continueCommand: return commandTrigger(TriggerEntryType::MIDIContinue);
-    case midi::stopCommand: return commandTrigger(TriggerEntryType::MIDIStop);
+    case midi::startCommand: return TriggerEntryType::MIDIStart;
+    case midi::continueCommand: return TriggerEntryType::MIDIContinue;
+    case midi::stopCommand: return TriggerEntryType::MIDIStop;
     default: return std::nullopt;
     }
 }
 
-std::optional<RuleTriggerEntry> messageTrigger(Bytes bytes) {
-    switch (bytes[0] & midi::kindMask) {
-    case midi::noteOn: return noteTrigger(TriggerEntryType::NoteOn, bytes);
-    case midi::noteOff: return noteTrigger(TriggerEntryType::NoteOff, bytes);
-    case midi::controlChange: return controllerTrigger(bytes);
-    case midi::programChange: return programTrigger(bytes);
-    default: return systemTrigger(bytes[0]);
-    }
-}
-
-RuleTriggerEntry transportTrigger(HostTransportTriggerVariantsV2 change) {
+TriggerEntryType triggerTypeOf(HostTransportTriggerVariantsV2 change) {
     switch (change) {
-    case HostTransportTriggerVariantsV2::Start: return commandTrigger(TriggerEntryType::HostStart);
-    case HostTransportTriggerVariantsV2::Continue: return commandTrigger(TriggerEntryType::HostContinue);
+    case HostTransportTriggerVariantsV2::Start: return TriggerEntryType::HostStart;
+    case HostTransportTriggerVariantsV2::Continue: return TriggerEntryType::HostContinue;
     case HostTransportTriggerVariantsV2::Stop: break;
     }
-    return commandTrigger(TriggerEntryType::HostStop);
+    return TriggerEntryType::HostStop;
 }
 
-/// An output on the channel of a message.
-RuleOutputEntry outputOf(OutputEntryType type, std::uint8_t status) {
-    RuleOutputEntry output;
-    output.type = type;
-    output.channel = RuleOutputChannelV2::Value{static_cast<std::uint8_t>(status & midi::channelMask)};
-    return output;
+/// A command has no channel, and nothing else that a rule could wait for.
+RuleTriggerEntry triggerOf(TriggerEntryType type, Bytes bytes = {}) {
+    RuleTriggerEntry trigger;
+    trigger.type = type;
+    const auto compared = comparedField(type);
+    if (compared == nullptr) {
+        return trigger;
+    }
+    const bool isController = type == TriggerEntryType::ControlChange;
+    trigger.channel = TriggerValueV2::Value{channelOf(bytes)};
+    trigger.controller = isController ? bytes[1] : trigger.controller;
+    trigger.*compared = TriggerValueV2::Value{bytes[isController ? 2 : 1]};
+    return trigger;
 }
 
-RuleOutputEntry noteOutput(OutputEntryType type, Bytes bytes) {
-    auto output = outputOf(type, bytes[0]);
-    output.note = GenericByteV2::Value{bytes[1]};
-    output.velocity = GenericByteV2::Value{bytes[2]};
-    return output;
-}
-
-RuleOutputEntry controllerOutput(Bytes bytes) {
-    auto output = outputOf(OutputEntryType::ControlChange, bytes[0]);
-    output.controller = GenericByteV2::Value{bytes[1]};
-    output.controllerValue = GenericByteV2::Value{bytes[2]};
-    return output;
-}
-
-RuleOutputEntry programOutput(Bytes bytes) {
-    auto output = outputOf(OutputEntryType::ProgramChange, bytes[0]);
-    output.program = GenericByteV2::Value{bytes[1]};
-    return output;
-}
-
-RuleOutputEntry pressureOutput(Bytes bytes) {
-    auto output = outputOf(OutputEntryType::ChannelPressure, bytes[0]);
-    output.pressure = bytes[1];
-    return output;
-}
-
-RuleOutputEntry pitchOutput(Bytes bytes) {
-    auto output = outputOf(OutputEntryType::PitchWheel, bytes[0]);
-    output.pitch.value = static_cast<std::uint16_t>(bytes[1] | unsigned{bytes[2]} << bitsPerDataByte);
-    return output;
-}
-
-RuleOutputEntry systemExclusiveOutput(Bytes bytes) {
-    const auto body = bytes.subspan(1, bytes.size() - 2);
-    RuleOutputEntry output;
-    output.type = OutputEntryType::SystemExclusive;
-    output.systemExclusive = {body.begin(), body.end()};
-    return output;
-}
-
-std::optional<RuleOutputEntry> messageOutput(Bytes bytes) {
+std::optional<OutputEntryType> outputTypeOf(Bytes bytes) {
     switch (bytes[0] & midi::kindMask) {
-    case midi::noteOn: return noteOutput(OutputEntryType::NoteOn, bytes);
-    case midi::noteOff: return noteOutput(OutputEntryType::NoteOff, bytes);
-    case midi::controlChange: return controllerOutput(bytes);
-    case midi::programChange: return programOutput(bytes);
-    case midi::channelPressure: return pressureOutput(bytes);
-    case midi::pitchWheel: return pitchOutput(bytes);
+    case midi::noteOn: return OutputEntryType::NoteOn;
+    case midi::noteOff: return OutputEntryType::NoteOff;
+    case midi::controlChange: return OutputEntryType::ControlChange;
+    case midi::programChange: return OutputEntryType::ProgramChange;
+    case midi::channelPressure: return OutputEntryType::ChannelPressure;
+    case midi::pitchWheel: return OutputEntryType::PitchWheel;
     default: break;
     }
-    return midi::isSystemExclusive(bytes) ? std::optional(systemExclusiveOutput(bytes)) : std::nullopt;
+    return midi::isSystemExclusive(bytes) ? std::optional(OutputEntryType::SystemExclusive) : std::nullopt;
+}
+
+RuleOutputEntry outputOf(OutputEntryType type, Bytes bytes) {
+    RuleOutputEntry output;
+    output.type = type;
+    const auto value = [bytes](std::size_t position) { return GenericByteV2::Value{bytes[position]}; };
+    if (type != OutputEntryType::SystemExclusive) {
+        output.channel = RuleOutputChannelV2::Value{channelOf(bytes)};
+    }
+    switch (type) {
+    case OutputEntryType::NoteOn:
+    case OutputEntryType::NoteOff:
+        output.note = value(1);
+        output.velocity = value(2);
+        break;
+    case OutputEntryType::ControlChange:
+        output.controller = value(1);
+        output.controllerValue = value(2);
+        break;
+    case OutputEntryType::ProgramChange: output.program = value(1); break;
+    case OutputEntryType::ChannelPressure: output.pressure = bytes[1]; break;
+    case OutputEntryType::PitchWheel:
+        output.pitch.value = static_cast<std::uint16_t>(bytes[1] | unsigned{bytes[2]} << bitsPerDataByte);
+        break;
+    case OutputEntryType::SystemExclusive:
+        output.systemExclusive.assign(bytes.begin() + 1, bytes.end() - 1);
+        break;
+    }
+    return output;
 }
 
 }  // namespace
 
 std::optional<RuleTriggerEntry> triggerFor(const EventLogEntryVariants& event) {
-    const auto* host = event.host();
-    return host != nullptr ? transportTrigger(host->trigger) : messageTrigger(event.midi()->message.bytes());
+    if (const auto* host = event.host()) {
+        return triggerOf(triggerTypeOf(host->trigger));
+    }
+    const auto bytes = event.midi()->message.bytes();
+    const auto type = triggerTypeOf(bytes[0]);
+    return type ? std::optional(triggerOf(*type, bytes)) : std::nullopt;
 }
 
 std::optional<RuleOutputEntry> outputFor(const EventLogEntryVariants& event) {
     const auto* message = event.midi();
-    return message != nullptr ? messageOutput(message->message.bytes()) : std::nullopt;
+    const auto type = message != nullptr ? outputTypeOf(message->message.bytes()) : std::nullopt;
+    return type ? std::optional(outputOf(*type, message->message.bytes())) : std::nullopt;
 }
 
 }  // namespace quillo
