@@ -17,6 +17,11 @@ ActionButton::ActionButton(const juce::String& title, std::function<void()> acti
     setMouseClickGrabsKeyboardFocus(false);
 }
 
+void ActionButton::setLabel(const juce::String& label) {
+    setTitle(label);
+    setButtonText(label);
+}
+
 bool ActionButton::keyPressed(const juce::KeyPress& key) {
     const bool acts =
         key == juce::KeyPress(juce::KeyPress::returnKey) || key == juce::KeyPress(juce::KeyPress::spaceKey);

@@ -21,6 +21,9 @@ public:
     /// `title` is what the button is called for those who do not see it.
     ActionButton(const juce::String& title, std::function<void()> action);
 
+    /// What it says, and is called, from now on.
+    void setLabel(const juce::String& label);
+
     bool keyPressed(const juce::KeyPress& key) override;
     void mouseDown(const juce::MouseEvent& event) override;
     void mouseDrag(const juce::MouseEvent& event) override;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/EntryButton.hpp"
 
-#include <utility>
-
 #include "editor/Environment.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/Style.hpp"
@@ -16,16 +14,6 @@ constexpr float corner = 4;
 constexpr int hoverLift = 20;
 
 }  // namespace
-
-EntryButton::EntryButton(const juce::String& label, std::function<void()> action)
-    : ActionButton(label, std::move(action)) {
-    setButtonText(label);
-}
-
-void EntryButton::setLabel(const juce::String& label) {
-    setButtonText(label);
-    setTitle(label);
-}
 
 int EntryButton::preferredWidth() const {
     return textWidth(getButtonText(), style::captionText) + 2 * padding;

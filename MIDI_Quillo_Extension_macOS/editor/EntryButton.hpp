@@ -8,9 +8,7 @@ namespace quillo {
 /// A button that fits into a row of a log, over what is written there. [main] only.
 class EntryButton final : public ActionButton {
 public:
-    EntryButton(const juce::String& label, std::function<void()> action);
-
-    void setLabel(const juce::String& label);
+    using ActionButton::ActionButton;
 
     [[nodiscard]] int preferredWidth() const override;
     [[nodiscard]] int preferredHeight() const override;

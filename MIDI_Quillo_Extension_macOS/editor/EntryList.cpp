@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "editor/Environment.hpp"
-#include "editor/FocusRing.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/JuceText.hpp"
 #include "editor/Style.hpp"
@@ -13,11 +12,7 @@ namespace quillo {
 
 namespace {
 
-constexpr int rowHeight = style::logRowHeight;
 constexpr int indent = 6;
-/// Keeps the rows off the border and the focus ring.
-constexpr int margin = 3;
-constexpr int groundLift = -5;
 constexpr int buttonGap = 4;
 
 }  // namespace
@@ -27,21 +22,10 @@ juce::Font entryFont() {
 }
 
 EntryList::EntryList(const juce::String& title, Log entries, std::function<void()> onHold)
-    : entries_(std::move(entries)), onHold_(std::move(onHold)) {
-    list_.setTitle(title);
+    : LogList(title), entries_(std::move(entries)), onHold_(std::move(onHold)) {
     list_.setModel(this);
-    list_.setRowHeight(rowHeight);
     list_.setMultipleSelectionEnabled(true);
-    list_.getViewport()->setScrollBarThickness(style::scrollBarWidth);
-    list_.setColour(juce::ListBox::backgroundColourId, juce::Colours::transparentBlack);
-    list_.addKeyListener(this);
-    addAndMakeVisible(list_);
     refresh();
-}
-
-EntryList::~EntryList() {
-    list_.removeKeyListener(this);
-    list_.setModel(nullptr);
 }
 
 void EntryList::setActions(std::vector<EntryAction> actions) {
@@ -78,7 +62,7 @@ int EntryList::buttonsWidth() const {
 /// At the end of the chosen row, while that is in sight. The keyboard stays in the list when they go.
 void EntryList::layOutButtons() {
     const auto row = rowArea(list_.getSelectedRow());
-    const auto area = getLocalBounds().reduced(margin);
+    const auto area = rowsArea();
     const bool seen = chosen_ && area.getY() <= row.getCentreY() && row.getCentreY() < area.getBottom();
     auto place = row.withWidth(list_.getVisibleRowWidth()).withTrimmedRight(buttonGap / 2);
     place.removeFromLeft(place.getWidth() - buttonsWidth());
@@ -129,7 +113,7 @@ void EntryList::showNewest() {
 
 bool EntryList::showsEnd() const {
     const auto& bar = list_.getVerticalScrollBar();
-    return bar.getCurrentRange().getEnd() >= bar.getMaximumRangeLimit() - rowHeight;
+    return bar.getCurrentRange().getEnd() >= bar.getMaximumRangeLimit() - style::logRowHeight;
 }
 
 /// Holds the list if it is being read, and lets it go on otherwise.
@@ -159,10 +143,6 @@ juce::String EntryList::textToCopy() const {
         }
     }
     return lines.joinIntoString("\n");
-}
-
-juce::Rectangle<int> EntryList::rowArea(int row) const {
-    return list_.getRowPosition(row, true) + list_.getPosition();
 }
 
 void EntryList::backgroundClicked(const juce::MouseEvent& /*event*/) {
@@ -208,33 +188,13 @@ bool EntryList::keyPressed(const juce::KeyPress& key, juce::Component* /*origin*
 void EntryList::resized() {
     {
         const juce::ScopedValueSetter<bool> updating(updating_, true);
-        list_.setBounds(getLocalBounds().reduced(margin));
+        LogList::resized();
         if (list_.getLastRowSelected() >= 0) {
             list_.scrollToEnsureRowIsOnscreen(list_.getLastRowSelected());
         }
     }
     refresh();
     layOutButtons();
-}
-
-void EntryList::focusOfChildComponentChanged(FocusChangeType /*cause*/) {
-    repaint();
-}
-
-void EntryList::paint(juce::Graphics& graphics) {
-    const auto palette = environment<PaletteKey>(*this);
-    const auto area = getLocalBounds().toFloat().reduced(0.5F);
-    graphics.setColour(displayColour(style::lifted(palette.background, groundLift)));
-    graphics.fillRoundedRectangle(area, style::fieldCorner);
-    graphics.setColour(displayColour(style::edge(palette)));
-    graphics.drawRoundedRectangle(area, style::fieldCorner, 1);
-}
-
-void EntryList::paintOverChildren(juce::Graphics& graphics) {
-    if (hasKeyboardFocus(true)) {
-        drawFocusRing(graphics, getLocalBounds(), style::fieldCorner,
-                      displayColour(environment<PaletteKey>(*this).primaryText));
-    }
 }
 
 /// Where there is too little room, the time goes first.

@@ -10,6 +10,7 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 
 #include "editor/EntryButton.hpp"
+#include "editor/LogList.hpp"
 #include "session/QuilloModel.hpp"
 
 namespace quillo {
@@ -25,7 +26,7 @@ struct EntryAction {
     std::function<bool(const EventLogEntryVariants& event)> works;
 };
 
-/// All kept entries of one log, the oldest at the top, a row each. Only the rows in sight are drawn. While
+/// All kept entries of one log, the oldest at the top, a row each. While
 /// the newest is in sight, it stays in sight.
 ///
 /// For those who scroll up to read, or select rows, the list is held: its rows stay as they are while the log
@@ -35,13 +36,12 @@ struct EntryAction {
 ///
 /// An entry whose row is the only one that is selected is chosen: a click does so, the arrows, and Return
 /// where nothing is. It has buttons for what can be done with it. [main] only.
-class EntryList final : public juce::Component, private juce::ListBoxModel, private juce::KeyListener {
+class EntryList final : public LogList {
 public:
     using Log = std::function<const QuilloModel::Log&()>;
 
     /// `onHold` runs when the list begins or ends to be held.
     EntryList(const juce::String& title, Log entries, std::function<void()> onHold);
-    ~EntryList() override;
 
     /// The buttons of the chosen entry, the first one on the left.
     void setActions(std::vector<EntryAction> actions);
@@ -70,13 +70,8 @@ public:
     [[nodiscard]] juce::String tooltip(int row) const;
     /// What Ctrl+C copies, a line for each row.
     [[nodiscard]] juce::String textToCopy() const;
-    /// Where a row is drawn, in this view.
-    [[nodiscard]] juce::Rectangle<int> rowArea(int row) const;
 
     void resized() override;
-    void paint(juce::Graphics& graphics) override;
-    void paintOverChildren(juce::Graphics& graphics) override;
-    void focusOfChildComponentChanged(FocusChangeType cause) override;
 
 private:
     int getNumRows() override { return rows(); }
@@ -105,7 +100,6 @@ private:
     std::optional<EventLogEntryVariants> chosen_;
     bool held_ = false;
     bool updating_ = false;
-    juce::ListBox list_;
 };
 
 }  // namespace quillo

@@ -205,7 +205,7 @@ void OpenedLogger::refresh() {
     out_.refresh();
     waiting_.refresh();
     if (const auto words = waitingWords(model_); words != waitingTitle_.getButtonText()) {
-        waitingTitle_.setWord(words);
+        waitingTitle_.setLabel(words);
         layOutTitles();
         repaint();
     }

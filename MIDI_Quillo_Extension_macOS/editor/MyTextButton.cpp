@@ -1,18 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/MyTextButton.hpp"
 
-#include <utility>
-
 #include "editor/Environment.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/Style.hpp"
 
 namespace quillo {
-
-MyTextButton::MyTextButton(const juce::String& label, std::function<void()> action)
-    : ActionButton(label, std::move(action)) {
-    setButtonText(label);
-}
 
 void MyTextButton::setAccented(bool accented) {
     accented_ = accented;

@@ -12,7 +12,7 @@ namespace quillo {
 /// the primary and the secondary colour around it, or in colours of its own. Under the pointer it lights up.
 class MyTextButton final : public ActionButton {
 public:
-    MyTextButton(const juce::String& label, std::function<void()> action);
+    using ActionButton::ActionButton;
 
     void setAccented(bool accented);
     void setColours(MyRGB word, MyRGB border);

@@ -16,16 +16,6 @@ constexpr int padding = 4;
 
 }  // namespace
 
-MyWordButton::MyWordButton(const juce::String& word, std::function<void()> action)
-    : ActionButton(word, std::move(action)) {
-    setButtonText(word);
-}
-
-void MyWordButton::setWord(const juce::String& word) {
-    setTitle(word);
-    setButtonText(word);
-}
-
 void MyWordButton::setColour(MyRGB colour) {
     if (std::exchange(colour_, colour) != colour) {
         repaint();

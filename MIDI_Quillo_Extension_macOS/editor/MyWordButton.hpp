@@ -10,10 +10,8 @@ namespace quillo {
 /// only.
 class MyWordButton final : public ActionButton {
 public:
-    MyWordButton(const juce::String& word, std::function<void()> action);
+    using ActionButton::ActionButton;
 
-    /// What it says from now on, also to those who do not see it.
-    void setWord(const juce::String& word);
     void setColour(MyRGB colour);
     using ActionButton::setColour;
 

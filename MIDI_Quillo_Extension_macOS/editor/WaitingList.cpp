@@ -7,7 +7,6 @@
 
 #include "editor/EntryList.hpp"
 #include "editor/Environment.hpp"
-#include "editor/FocusRing.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/Icons.hpp"
 #include "editor/JuceText.hpp"
@@ -19,12 +18,8 @@ namespace quillo {
 
 namespace {
 
-constexpr int rowHeight = 15;
 constexpr int indent = 6;
 constexpr int gap = 6;
-/// Keeps the rows off the border and the focus ring.
-constexpr int margin = 3;
-constexpr int groundLift = -5;
 constexpr int crossWidth = 18;
 constexpr int crossSize = 9;
 /// A name with less room than this says nothing.
@@ -108,19 +103,8 @@ private:
 };
 
 WaitingList::WaitingList(const QuilloModel& model, std::function<void(std::uint64_t)> onCancel)
-    : model_(model), onCancel_(std::move(onCancel)) {
-    list_.setTitle("Waiting");
+    : LogList("Waiting"), model_(model), onCancel_(std::move(onCancel)) {
     list_.setModel(this);
-    list_.setRowHeight(rowHeight);
-    list_.getViewport()->setScrollBarThickness(style::scrollBarWidth);
-    list_.setColour(juce::ListBox::backgroundColourId, juce::Colours::transparentBlack);
-    list_.addKeyListener(this);
-    addAndMakeVisible(list_);
-}
-
-WaitingList::~WaitingList() {
-    list_.removeKeyListener(this);
-    list_.setModel(nullptr);
 }
 
 int WaitingList::rows() const {
@@ -206,7 +190,7 @@ juce::String WaitingList::tooltip(int row) const {
     if (waiting == nullptr) {
         return {};
     }
-    const auto places = columns(row, {list_.getVisibleRowWidth(), rowHeight});
+    const auto places = columns(row, {list_.getVisibleRowWidth(), style::logRowHeight});
     const bool cut =
         textWidth(juceText(escaped(waiting->ruleName)), style::captionText) > places.name.getWidth() ||
         entryWidth(juceText(waitingBytes(*waiting))) > places.bytes.getWidth();
@@ -230,36 +214,8 @@ WaitingList::Columns WaitingList::columns(int row, juce::Rectangle<int> area) co
     return places;
 }
 
-juce::Rectangle<int> WaitingList::rowArea(int row) const {
-    return list_.getRowPosition(row, true) + list_.getPosition();
-}
-
 juce::Rectangle<int> WaitingList::crossArea(int row) const {
     return columns(row, rowArea(row)).cross;
-}
-
-void WaitingList::resized() {
-    list_.setBounds(getLocalBounds().reduced(margin));
-}
-
-void WaitingList::focusOfChildComponentChanged(FocusChangeType /*cause*/) {
-    repaint();
-}
-
-void WaitingList::paint(juce::Graphics& graphics) {
-    const auto palette = environment<PaletteKey>(*this);
-    const auto area = getLocalBounds().toFloat().reduced(0.5F);
-    graphics.setColour(displayColour(style::lifted(palette.background, groundLift)));
-    graphics.fillRoundedRectangle(area, style::fieldCorner);
-    graphics.setColour(displayColour(style::edge(palette)));
-    graphics.drawRoundedRectangle(area, style::fieldCorner, 1);
-}
-
-void WaitingList::paintOverChildren(juce::Graphics& graphics) {
-    if (hasKeyboardFocus(true)) {
-        drawFocusRing(graphics, getLocalBounds(), style::fieldCorner,
-                      displayColour(environment<PaletteKey>(*this).primaryText));
-    }
 }
 
 }  // namespace quillo

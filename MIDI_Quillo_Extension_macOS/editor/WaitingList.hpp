@@ -7,19 +7,19 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include "editor/LogList.hpp"
 #include "session/QuilloModel.hpp"
 
 namespace quillo {
 
 /// What waits to be sent, a row each: the time to go, the bytes, the name of the rule, and a cross that
-/// cancels it. The next to leave stands at the top. Only the rows in sight are drawn. With the keyboard focus
+/// cancels it. The next to leave stands at the top. With the keyboard focus
 /// the arrows choose a row, Delete or Backspace cancels it and goes on to the next; one that leaves by itself
 /// is chosen no more. A click leaves the keyboard where it is. [main] only.
-class WaitingList final : public juce::Component, private juce::ListBoxModel, private juce::KeyListener {
+class WaitingList final : public LogList {
 public:
     /// `onCancel` gets the number of an output.
     WaitingList(const QuilloModel& model, std::function<void(std::uint64_t number)> onCancel);
-    ~WaitingList() override;
 
     /// What waits has changed.
     void refresh();
@@ -28,16 +28,10 @@ public:
     /// What a row says to those who do not see it, and as its tooltip where it is cut.
     [[nodiscard]] juce::String text(int row) const;
     [[nodiscard]] juce::String tooltip(int row) const;
-    /// Where a row and its cross are drawn, in this view.
-    [[nodiscard]] juce::Rectangle<int> rowArea(int row) const;
+    /// Where the cross of a row is drawn, in this view.
     [[nodiscard]] juce::Rectangle<int> crossArea(int row) const;
     /// The number of the output that is chosen.
     [[nodiscard]] std::optional<std::uint64_t> chosen() const { return chosen_; }
-
-    void resized() override;
-    void paint(juce::Graphics& graphics) override;
-    void paintOverChildren(juce::Graphics& graphics) override;
-    void focusOfChildComponentChanged(FocusChangeType cause) override;
 
 private:
     class Row;
@@ -65,7 +59,6 @@ private:
     std::function<void(std::uint64_t)> onCancel_;
     std::optional<std::uint64_t> chosen_;
     bool updating_ = false;
-    juce::ListBox list_;
 };
 
 }  // namespace quillo
