@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <set>
-#include <span>
 #include <utility>
 
 #include "editor/AlertView.hpp"
@@ -79,19 +78,9 @@ QuilloView::QuilloView(EditorUnit& unit)
               unit_.onRulesChanged(std::move(rules), std::move(shelf));
           },
           [this](const RuleOutputVariantsV2& message) { unit_.onInstantMessageClick(message); }),
-      header_(editor_, {[this] { showImporter(); },
-                        [this] { showExporter(); },
-                        [this] { showGuide(); },
+      header_(editor_, {[this] { showImporter(); }, [this] { showExporter(); }, [this] { showGuide(); },
                         unit.tellsWhatItDoes() ? std::function([this] { unit_.panic(); }) : nullptr,
-                        [this] { setFormOfAll(); },
-                        {[this](const juce::String& typed) { search(typed); },
-                         [this](bool forward) { goToNextFind(forward); },
-                         [this] {
-                             if (finder_.current()) {
-                                 list_.focus(*finder_.current());
-                             }
-                         },
-                         [this] { endSearch(); }},
+                        [this] { setFormOfAll(); }, search_.actions(),
                         [this](bool onlyPlayed) { showPlaying(onlyPlayed); }}),
       logger_(unit, [this] { resized(); }),
       panicAnswer_(
@@ -112,8 +101,9 @@ QuilloView::QuilloView(EditorUnit& unit)
         if (forms_.isInOneLine(id)) {
             return style::cardInOneLine;
         }
-        const auto* shown = shownCard(id);
-        return shown != nullptr ? RuleView::heightFor(shown->rule, width, why_.remark(id), runOf(id)) : 0;
+        const auto* shown = shown_.find(id);
+        return shown != nullptr ? RuleView::heightFor(shown->rule, width, why_.remark(id), shown_.run(id))
+                                : 0;
     };
     list_.onMove = [this](const std::vector<UUID>& cards, std::size_t position) {
         chosen_.moved(cards, position);
@@ -152,16 +142,6 @@ QuilloView::~QuilloView() {
     setLookAndFeel(nullptr);
 }
 
-const QuilloView::ShownCard* QuilloView::shownCard(const UUID& id) const {
-    const auto found = shownPlaces_.find(id);
-    return found != shownPlaces_.end() ? &shown_[found->second] : nullptr;
-}
-
-RuleRun QuilloView::runOf(const UUID& id) const {
-    const auto* shown = shownCard(id);
-    return shown != nullptr ? RuleRun{0, shown->count, shown->rises} : RuleRun();
-}
-
 RuleView* QuilloView::card(const UUID& id) const {
     return dynamic_cast<RuleView*>(list_.row(id));
 }
@@ -169,7 +149,7 @@ RuleView* QuilloView::card(const UUID& id) const {
 std::unique_ptr<RuleView> QuilloView::makeCard(const UUID& id) {
     const Binding<RuleEntry> data(
         [this, id] {
-            const auto* shown = shownCard(id);
+            const auto* shown = shown_.find(id);
             return shown != nullptr ? shown->rule : RuleEntry();
         },
         [this, id](const RuleEntry& rule) { edit(id, rule); },
@@ -184,14 +164,14 @@ std::unique_ptr<RuleView> QuilloView::makeCard(const UUID& id) {
                   [this, id](LearnButton& button) { learnTrigger(id, button); },
                   [this, id](juce::Component& button) { openCardMenu(id, button); }, runBinding(id),
                   [this, id](bool inOneLine) { setForm(id, inOneLine); }});
-    const auto* shown = shownCard(id);
+    const auto* shown = shown_.find(id);
     card->showOff(shown != nullptr && shown->off);
     card->showChosen(list_.selection().contains(id));
     card->setInOneLine(forms_.isInOneLine(id));
-    card->showFound(foundOn(id));
+    card->showFound(search_.foundOn(id));
     card->showReason(why_.remark(id));
     if (const auto run = editor_.runOfCard(id)) {
-        if (const auto hits = hitsOf(*run)) {
+        if (const auto hits = hitsOf(*run, model_->hits())) {
             card->showHits(*hits);
         }
     }
@@ -200,7 +180,7 @@ std::unique_ptr<RuleView> QuilloView::makeCard(const UUID& id) {
 
 RunBinding QuilloView::runBinding(const UUID& id) {
     return {
-        [this, id] { return runOf(id); },
+        [this, id] { return shown_.run(id); },
         [this, id](std::uint8_t from, std::uint8_t to) { editor_.setRange(editor_.cardOf(id), from, to); },
         [this, id](int offset) { editor_.transpose(editor_.cardOf(id), offset); },
         [this, id](const GenericByteV2& value) { editor_.sendAlike(editor_.cardOf(id), value); }};
@@ -208,12 +188,12 @@ RunBinding QuilloView::runBinding(const UUID& id) {
 
 void QuilloView::openCardMenu(const UUID& id, juce::Component& button) {
     enum Row : std::size_t { fold, noteOff };
-    const auto run = runOf(id);
+    const auto run = shown_.run(id);
     std::set<std::size_t> disabled;
     if (!editor_.isFolded(id) && !editor_.canFold(id)) {
         disabled.insert(fold);
     }
-    if (shownCard(id)->rule.trigger.type != TriggerEntryType::NoteOn) {
+    if (shown_.find(id)->rule.trigger.type != TriggerEntryType::NoteOn) {
         disabled.insert(noteOff);
     }
     PopupMenuOverlay::open(button, button.getLocalBounds(),
@@ -239,7 +219,7 @@ void QuilloView::foldOrUnfold(const UUID& id) {
 
 /// Another channel is for all cards that are chosen together.
 void QuilloView::edit(const UUID& id, const RuleEntry& rule, std::optional<FieldPlace> stepped) {
-    const auto* shown = shownCard(id);
+    const auto* shown = shown_.find(id);
     const auto change = shown != nullptr ? channelChange(shown->rule, rule) : std::nullopt;
     if (change && chosen_.areSeveral(id)) {
         editor_.changeChannel(chosen_.rulesWith(id), *change, stepped);
@@ -261,27 +241,12 @@ void QuilloView::advance(double seconds) {
     list_.forEachRow([&](std::size_t position, juce::Component& row) {
         auto& card = dynamic_cast<RuleView&>(row);
         card.advance(seconds);
-        if (const auto hits = hitsOf(editor_.cards()[shownPlaces_.at(list_.items()[position])])) {
+        const auto shown = *shown_.position(list_.items()[position]);
+        if (const auto hits = hitsOf(editor_.cards()[shown], model_->hits())) {
             card.showHits(*hits);
         }
     });
     panicAnswer_.advance(seconds);
-}
-
-/// Of all rules of a card, and when one of them fired last; nothing where nobody counts.
-std::optional<RuleHits> QuilloView::hitsOf(const RuleRun& card) const {
-    const auto& hits = model_->hits();
-    if (card.first + card.count > hits.size()) {
-        return std::nullopt;
-    }
-    RuleHits sum;
-    for (const auto& rule : std::span(hits).subspan(card.first, card.count)) {
-        sum.secondsAgo = rule.count > 0 && (sum.count == 0 || rule.secondsAgo < sum.secondsAgo)
-                             ? rule.secondsAgo
-                             : sum.secondsAgo;
-        sum.count += rule.count;
-    }
-    return sum;
 }
 
 void QuilloView::setForm(const UUID& id, bool inOneLine) {
@@ -303,88 +268,46 @@ void QuilloView::setFormOfAll() {
     list_.refreshRows();
 }
 
-void QuilloView::beginSearch(const juce::String& text) {
-    if (!header_.searchField().hasKeyboardFocus(true)) {
-        auto* focused = getCurrentlyFocusedComponent();
-        focusBeforeSearch_ = isParentOf(focused) ? focused : nullptr;
-    }
-    header_.openSearch(text);
-}
-
-/// The first find comes into sight.
-void QuilloView::search(const juce::String& typed) {
-    finder_.look(typed);
-    goToNextFind(true);
-}
-
-void QuilloView::goToNextFind(bool forward) {
-    if (const auto found = finder_.goOn(list_.items(), forward)) {
-        list_.scrollTo(*found);
-    }
-    showFinds();
-}
-
-void QuilloView::endSearch() {
-    const bool hadKeyboard = header_.searchField().hasKeyboardFocus(true);
-    finder_.end();
-    header_.closeSearch();
-    showFinds();
-    if (hadKeyboard && focusBeforeSearch_ != nullptr && focusBeforeSearch_->isShowing()) {
-        focusBeforeSearch_->grabKeyboardFocus();
-    } else if (hadKeyboard) {
-        unfocusAllComponents();
-    }
-}
-
-RuleView::Found QuilloView::foundOn(const UUID& id) {
-    if (!finder_.isLooking()) {
-        return {};
-    }
-    auto found = finder_.find(id);
-    return {found.has_value(), finder_.current() == id, std::move(found).value_or(std::set<std::size_t>())};
-}
-
-void QuilloView::showFinds() {
-    list_.forEachRow([this](std::size_t position, juce::Component& row) {
-        dynamic_cast<RuleView&>(row).showFound(foundOn(list_.items()[position]));
-    });
-    header_.searchField().showFinds(
-        finder_.isLooking() ? juce::String(finder_.count(list_.items())) + " found" : juce::String());
-}
-
 void QuilloView::showPlaying(bool onlyPlayed) {
-    onlyPlayed_ = onlyPlayed;
-    followPlaying();
+    played_ = onlyPlayed ? std::optional(playedNow()) : std::nullopt;
     list_.setItems(shownIds());
-    showFinds();
+    search_.show();
     repaint();
 }
 
 /// The hits are those of the list that is shown: an edit is followed by a drain before time passes.
 void QuilloView::followPlaying() {
-    if (!onlyPlayed_) {
+    if (!played_) {
         return;
     }
-    std::vector<RuleHits> hits;
-    for (const auto& card : editor_.cards()) {
-        hits.push_back(hitsOf(card).value_or(RuleHits()));
-    }
-    std::set<UUID> played;
-    for (const auto place : playedRules(hits)) {
-        played.insert(shown_[place].id);
-    }
-    if (std::exchange(played_, played) != played_) {
+    auto played = playedNow();
+    if (std::exchange(*played_, std::move(played)) != *played_) {
         list_.setItems(shownIds());
         repaint();
     }
 }
 
+std::set<UUID> QuilloView::playedNow() const {
+    std::vector<RuleHits> hits;
+    for (const auto& card : editor_.cards()) {
+        hits.push_back(hitsOf(card, model_->hits()).value_or(RuleHits()));
+    }
+    std::set<UUID> played;
+    for (const auto position : playedRules(hits)) {
+        played.insert(shown_.all()[position].id);
+    }
+    return played;
+}
+
+bool QuilloView::isLeftOut(const UUID& id) const {
+    return played_ && !played_->contains(id);
+}
+
 std::vector<UUID> QuilloView::shownIds() const {
     std::vector<UUID> ids;
-    ids.reserve(shown_.size());
-    for (const auto& element : shown_) {
-        if (!onlyPlayed_ || played_.contains(element.id)) {
-            ids.push_back(element.id);
+    for (const auto& shown : shown_.all()) {
+        if (!isLeftOut(shown.id)) {
+            ids.push_back(shown.id);
         }
     }
     return ids;
@@ -396,7 +319,7 @@ void QuilloView::changeOutputType(const UUID& id, const MIDIRuleType& type) {
         editor_.changeOutputType(editor_.cardOf(id), output->type);
         return;
     }
-    const auto* current = shownCard(id);
+    const auto* current = shown_.find(id);
     if (current == nullptr) {
         return;
     }
@@ -488,7 +411,7 @@ void QuilloView::showReasons() {
 /// that "Playing" has left out.
 void QuilloView::showChange(const UUID& rule) {
     const auto id = editor_.cardOf(rule).front();
-    if (onlyPlayed_ && !played_.contains(id)) {
+    if (isLeftOut(id)) {
         header_.endPlaying();
     }
     list_.scrollTo(id);
@@ -505,77 +428,57 @@ void QuilloView::removeRule(const UUID& id) {
     if (removed != nullptr && !byKeys && removed->hasKeyboardFocus(true)) {
         unfocusAllComponents();
     }
-    const auto position = shownPlaces_.at(list_.selection().togetherWith(id).front());
+    const auto position = *shown_.position(list_.selection().togetherWith(id).front());
     editor_.remove(chosen_.rulesWith(id));
-    if (byKeys && shownCard(id) == nullptr) {
+    if (byKeys && shown_.find(id) == nullptr) {
         focusDeleteButton(position);
     }
 }
 
 /// That of the rule at the position, or of the last one. Without rules there is only the way to add one.
 void QuilloView::focusDeleteButton(std::size_t position) {
-    if (shown_.empty()) {
+    if (shown_.all().empty()) {
         newRuleSelector_->button().grabKeyboardFocus();
         return;
     }
-    const auto& id = shown_[std::min(position, shown_.size() - 1)].id;
+    const auto& id = shown_.all()[std::min(position, shown_.all().size() - 1)].id;
     list_.scrollTo(id);
     card(id)->buttons().deleteButton().grabKeyboardFocus();
 }
 
-std::vector<QuilloView::ShownCard> QuilloView::cardsNow() const {
-    std::vector<ShownCard> cards;
-    for (const auto& card : editor_.cards()) {
-        const auto& first = editor_.rules()[card.first];
-        cards.push_back({first.id, first.rule, card.count, card.rises, first.off});
+void QuilloView::refreshCards(const ShownCards::Changes& changes) {
+    outputChanged_.reset();
+    std::vector<UUID> ids;
+    for (const auto& [before, now] : changes.changed) {
+        if (before.rule.trigger == now.rule.trigger && before.rule.name == now.rule.name) {
+            outputChanged_ = now.id;
+        }
+        if (auto* changed = card(now.id)) {
+            changed->showOff(now.off);
+            changed->refresh();
+        }
+        ids.push_back(now.id);
     }
-    return cards;
-}
-
-void QuilloView::refreshCard(const ShownCard& card, const RuleEntry& before) {
-    if (before.trigger == card.rule.trigger && before.name == card.rule.name) {
-        outputChanged_ = card.id;
-    }
-    if (auto* changed = this->card(card.id)) {
-        changed->showOff(card.off);
-        changed->refresh();
+    if (!ids.empty()) {
+        list_.refreshRows(ids);
     }
 }
 
 /// Cards stay with their first rules; only those that are others than before are refreshed.
 void QuilloView::rulesChanged() {
-    outputChanged_.reset();
-    const auto before = std::exchange(shown_, cardsNow());
-    const auto placesBefore = std::exchange(shownPlaces_, {});
+    const auto changes = shown_.follow(editor_);
+    search_.follow(changes);
     why_.askAgain();
-    for (const auto& card : shown_) {
-        shownPlaces_.emplace(card.id, shownPlaces_.size());
-    }
-    const auto isNew = [&](const ShownCard& card) { return !placesBefore.contains(card.id); };
-    if (onlyPlayed_ && std::ranges::any_of(shown_, isNew)) {
+    if (!changes.added.empty()) {
         header_.endPlaying();
     }
     list_.setItems(shownIds());
-    std::vector<UUID> refreshed;
-    for (const auto& card : shown_) {
-        const auto place = placesBefore.find(card.id);
-        if (place != placesBefore.end() && before[place->second] == card) {
-            continue;
-        }
-        finder_.forget(card.id);
-        if (place != placesBefore.end()) {
-            refreshCard(card, before[place->second].rule);
-            refreshed.push_back(card.id);
-        }
-    }
-    if (!refreshed.empty()) {
-        list_.refreshRows(refreshed);
-    }
+    refreshCards(changes);
     if (why_.isOpen()) {
         showReasons();
     }
-    if (finder_.isLooking()) {
-        showFinds();
+    if (search_.isOn()) {
+        search_.show();
     }
     header_.refresh();
     list_.setVisible(!editor_.whyNotEditable());
@@ -677,7 +580,7 @@ void QuilloView::paint(juce::Graphics& graphics) {
         graphics.setFont(textFont(style::valueText));
         graphics.drawFittedText(juceText(*reason), list_.getBounds().reduced(noticeMargin),
                                 juce::Justification::centred, 10);
-    } else if (onlyPlayed_ && list_.items().empty()) {
+    } else if (played_ && list_.items().empty()) {
         graphics.setColour(displayColour(palette.secondaryText));
         graphics.setFont(textFont(style::valueText));
         graphics.drawText("No rule has fired yet. Play, and those that fire are shown.", list_.getBounds(),
@@ -706,11 +609,11 @@ bool QuilloView::keyPressed(const juce::KeyPress& key) {
         return true;
     }
     if (is('f', command) && overlay() == nullptr) {
-        beginSearch();
+        search_.begin();
         return true;
     }
     if (isTypedOnAGrip(key)) {
-        beginSearch(juce::String::charToString(key.getTextCharacter()));
+        search_.begin(juce::String::charToString(key.getTextCharacter()));
         return true;
     }
     if (is('-', command)) {
@@ -725,8 +628,8 @@ bool QuilloView::keyPressed(const juce::KeyPress& key) {
         dismissPanicAnswer();
         return true;
     }
-    if (is(juce::KeyPress::escapeKey, 0) && finder_.isLooking()) {
-        endSearch();
+    if (is(juce::KeyPress::escapeKey, 0) && search_.isOn()) {
+        search_.end();
         return true;
     }
     const bool isTab =

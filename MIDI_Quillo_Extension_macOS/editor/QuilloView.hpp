@@ -3,7 +3,6 @@
 
 #include <filesystem>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -12,8 +11,8 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
-#include "editor/CardFinder.hpp"
 #include "editor/CardForms.hpp"
+#include "editor/CardSearch.hpp"
 #include "editor/ChosenCards.hpp"
 #include "editor/ClickReleasesKeyboard.hpp"
 #include "editor/EditorLookAndFeel.hpp"
@@ -30,6 +29,7 @@
 #include "editor/PresetBrowserView.hpp"
 #include "editor/RuleListEditor.hpp"
 #include "editor/RuleView.hpp"
+#include "editor/ShownCards.hpp"
 #include "session/EditorUnit.hpp"
 
 namespace quillo {
@@ -94,20 +94,6 @@ public:
 
 private:
     std::unique_ptr<RuleView> makeCard(const UUID& id);
-    /// A card as it is shown: its first rule, and how many more.
-    struct ShownCard {
-        UUID id;
-        RuleEntry rule;
-        std::size_t count;
-        bool rises;
-        bool off;
-        bool operator==(const ShownCard&) const = default;
-    };
-
-    [[nodiscard]] const ShownCard* shownCard(const UUID& id) const;
-    [[nodiscard]] RuleRun runOf(const UUID& id) const;
-    [[nodiscard]] std::optional<RuleHits> hitsOf(const RuleRun& card) const;
-    [[nodiscard]] std::vector<ShownCard> cardsNow() const;
     [[nodiscard]] RunBinding runBinding(const UUID& id);
     void edit(const UUID& id, const RuleEntry& rule, std::optional<FieldPlace> stepped = std::nullopt);
     void showChosen();
@@ -115,21 +101,17 @@ private:
     void foldOrUnfold(const UUID& id);
     void setForm(const UUID& id, bool inOneLine);
     void setFormOfAll();
-    void beginSearch(const juce::String& text = {});
-    void search(const juce::String& typed);
-    void goToNextFind(bool forward);
-    void endSearch();
-    [[nodiscard]] RuleView::Found foundOn(const UUID& id);
-    void showFinds();
     void showPlaying(bool onlyPlayed);
     void followPlaying();
+    [[nodiscard]] std::set<UUID> playedNow() const;
+    [[nodiscard]] bool isLeftOut(const UUID& id) const;
     [[nodiscard]] std::vector<UUID> shownIds() const;
     void changeOutputType(const UUID& id, const MIDIRuleType& type);
     void addRule(const std::function<void()>& add);
     void removeRule(const UUID& id);
     void focusDeleteButton(std::size_t position);
     void rulesChanged();
-    void refreshCard(const ShownCard& card, const RuleEntry& before);
+    void refreshCards(const ShownCards::Changes& changes);
     void setUpLogs();
     void askWhy(const EventLogEntryVariants& event);
     void endWhy();
@@ -151,6 +133,8 @@ private:
     std::shared_ptr<QuilloModel> model_;
     RuleListEditor editor_;
     OpenQuestion why_{unit_, editor_};
+    ShownCards shown_;
+    CardSearch search_{header_, list_, shown_};
     Header header_;
     MyDragAndDropForEach list_;
     ChosenCards chosen_{editor_, list_};
@@ -159,18 +143,10 @@ private:
     PanicAnswer panicAnswer_;
     FilePanels filePanels_;
     CardForms forms_;
-    CardFinder finder_{[this](const UUID& id) {
-        const auto* shown = shownCard(id);
-        return shown != nullptr ? RuleView::textsOf(shown->rule, runOf(id)) : std::vector<SearchedText>();
-    }};
-    SafePointer<juce::Component> focusBeforeSearch_;
-    bool onlyPlayed_ = false;
-    std::set<UUID> played_;                       ///< the rules that are shown then
-    std::optional<UUID> outputChanged_;           ///< the rule of which only that changed last
+    std::optional<std::set<UUID>> played_;  ///< the cards that "Playing" leaves; nothing where it is off
+    std::optional<UUID> outputChanged_;     ///< the rule of which only that changed last
     NewRuleSelector* newRuleSelector_ = nullptr;  ///< below the list, which owns it
     SafePointer<juce::Component> lastFocus_;      ///< what in the editor had the keyboard focus last
-    std::vector<ShownCard> shown_;                ///< the cards as they are, in order
-    std::map<UUID, std::size_t> shownPlaces_;     ///< where in it each is
     GuideOpener guide_{[this](const std::string& problem) { editor_.alert(problem); }};
     Observation rulesObservation_;
     Observation alertObservation_;
