@@ -181,7 +181,7 @@ private:
     const CardContent& content_;
     int inside_;
     Form form_;
-    int y_ = 0;
+    int y_ = style::cardTop;
 };
 
 }  // namespace

@@ -47,6 +47,7 @@ inline constexpr int dragHandleWidth = 22;
 /// Cards: the name, the sections with their labels, the buttons, and what lies between them.
 inline constexpr int fieldGap = 5;
 inline constexpr int cardPadding = 10;
+inline constexpr int cardTop = 3;
 inline constexpr int cardBottom = 7;
 inline constexpr int cardHeaderHeight = 26;
 /// A card in one line, and the most that its name takes there.

@@ -302,6 +302,7 @@ void showChosen(Photographer& photographer) {
         view.editor().setOff(view.editor().cardOf(cards[2]), true);
         view.list().select({cards[0], cards[1]});
         photographer.take(view, sized("chosen-cards", view));
+        view.list().select({});
         view.list().scrollTo(cards[2]);
         photographer.take(view, sized("switched-off", view));
     }

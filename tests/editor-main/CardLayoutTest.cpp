@@ -257,7 +257,7 @@ TEST(CardLayout, AWideCardHasItsSectionsSideBySideAndItsButtonsInTheTitleLine) {
     EXPECT_NEAR(card.buttons.getCentreY(), card.name.getCentreY(), 1);
     EXPECT_EQ(card.status.getCentreY(), card.name.getCentreY());
     EXPECT_EQ(card.buttons.getX(), card.output.getX());
-    EXPECT_EQ(card.height, 87);
+    EXPECT_EQ(card.height, 90);
 }
 
 TEST(CardLayout, CardsOfAnEditorOf760PointsHaveTheirSectionsSideBySide) {
@@ -271,8 +271,16 @@ TEST(CardLayout, ASectionTakesOfTheOthersHalfWhatItNeedsForASingleRow) {
     EXPECT_EQ(layoutOf({100, 255}, {100, 255}, 788).trigger.getWidth(), 365);
     EXPECT_EQ(layoutOf({100, 280}, {100, 240}, 788).trigger.getWidth(), 385);
     EXPECT_EQ(layoutOf({100, 200}, {100, 280}, 788).output.getWidth(), 730 - 305);
-    EXPECT_EQ(layoutOf({100, 200}, {100, 280}, 788).height, 87);
+    EXPECT_EQ(layoutOf({100, 200}, {100, 280}, 788).height, 90);
     EXPECT_EQ(layoutOf({100, 280}, {100, 280}, 788).trigger.getWidth(), 365) << "It would be no lower.";
+}
+
+TEST(CardLayout, TheButtonsOfATitleLineStandOffTheCardsEdge) {
+    for (const auto width : {788, 600, 400}) {
+        const auto buttons = layoutOf({100}, {100}, width).buttons;
+        EXPECT_GE(buttons.getY(), style::fieldGap) << width;
+        EXPECT_EQ(buttons.getHeight(), style::buttonHeight) << width;
+    }
 }
 
 TEST(CardLayout, TheButtonsStandAtOnePlaceInCardsOfOneWidth) {

@@ -69,7 +69,7 @@ TEST_F(StatusOfACard, AReasonThatDoesNotFitStandsBelowTheTitleInAsManyLinesAsItN
         say(passed);
         const auto lines = width == 200 ? 2 : 1;
         EXPECT_EQ(card.status().getHeight(), lines * RuleStatus::lineHeight);
-        EXPECT_EQ(card.status().getY(), style::cardHeaderHeight);
+        EXPECT_EQ(card.status().getY(), style::cardTop + style::cardHeaderHeight);
         const auto hadForHits = width == 200 ? 1 : 0;
         EXPECT_EQ(card.getHeight(), height + (lines - hadForHits) * RuleStatus::lineHeight) << width;
         EXPECT_EQ(card.status().getTooltip(), "");
@@ -172,10 +172,10 @@ TEST_F(StatusOfACard, InANarrowCardTheHitsStandInTheLineOfTheFirstLabel) {
 TEST_F(StatusOfACard, InTheNarrowestCardTheHitsHaveALineOfTheirOwn) {
     show("Pedal", 176);
     card.showHits({12'345, 59});
-    EXPECT_EQ(card.status().getY(), style::cardHeaderHeight);
+    EXPECT_EQ(card.status().getY(), style::cardTop + style::cardHeaderHeight);
     EXPECT_EQ(card.header().getRight(), card.onOffSwitch().getX() - style::titleGap);
     EXPECT_EQ(card.trigger().getY(),
-              style::cardHeaderHeight + RuleStatus::lineHeight + style::sectionLabelHeight);
+              style::cardTop + style::cardHeaderHeight + RuleStatus::lineHeight + style::sectionLabelHeight);
 }
 
 class HitsOfTheList : public testing::Test {
