@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "analysis/EventBox.hpp"
 
-#include <array>
+#include <algorithm>
 #include <utility>
 #include <variant>
-
-#include "midi/Status.hpp"
 
 namespace quillo {
 
@@ -16,43 +14,6 @@ using Message = MessageBasedTriggerVariantsV2;
 
 constexpr std::uint8_t lastChannel = 15;
 constexpr std::uint8_t lastData = 127;
-constexpr std::size_t dataCount = 128;
-
-/// How many numbers an event of a kind takes in each of its three places, and the status byte on channel 1.
-struct Extent {
-    std::size_t channels;
-    std::size_t data1;
-    std::size_t data2;
-    std::uint8_t status;
-
-    [[nodiscard]] constexpr std::size_t size() const { return channels * data1 * data2; }
-};
-
-/// By kind.
-constexpr std::array<Extent, 10> extents{{{16, dataCount, 1, midi::noteOff},
-                                          {16, dataCount, 1, midi::noteOn},
-                                          {16, dataCount, dataCount, midi::controlChange},
-                                          {16, dataCount, 1, midi::programChange},
-                                          {1, 1, 1, midi::startCommand},
-                                          {1, 1, 1, midi::continueCommand},
-                                          {1, 1, 1, midi::stopCommand},
-                                          {1, 1, 1, 0},
-                                          {1, 1, 1, 0},
-                                          {1, 1, 1, 0}}};
-
-/// By kind: the number of its first event; behind the last kind, of how many there are.
-constexpr auto firstNumbers = [] {
-    std::array<std::size_t, extents.size() + 1> numbers{};
-    for (std::size_t kind = 0; kind < extents.size(); ++kind) {
-        numbers[kind + 1] = numbers[kind] + extents[kind].size();
-    }
-    return numbers;
-}();
-static_assert(firstNumbers.back() == EventBox::eventCount);
-
-const Extent& extentOf(EventKind kind) {
-    return extents.at(static_cast<std::size_t>(kind));
-}
 
 EventKind kindOf(HostTransportTriggerVariantsV2 change) {
     switch (change) {
@@ -66,7 +27,8 @@ EventKind kindOf(HostTransportTriggerVariantsV2 change) {
 }  // namespace
 
 TriggerBytes Event::bytes() const {
-    return {static_cast<std::uint8_t>(extentOf(kind).status | channel), data1, data2};
+    return {static_cast<std::uint8_t>(eventExtents.at(static_cast<std::size_t>(kind)).status | channel),
+            data1, data2};
 }
 
 EventBox::EventBox(const RuleTriggerV2& trigger) {
@@ -113,24 +75,45 @@ void EventBox::wait(const VoiceCategoryTriggerV2& trigger) {
 
 void EventBox::narrow(Range& range, const TriggerValueV2& value) {
     if (const auto* exact = value.getIf<TriggerValueV2::Value>()) {
-        isEmpty_ = isEmpty_ || !range.holds(exact->value);
-        range = {exact->value, exact->value};
+        narrow(range, {exact->value, exact->value});
     }
 }
 
-std::size_t EventBox::numberOf(const Event& event) {
-    const auto& extent = extentOf(event.kind);
-    return firstNumbers.at(static_cast<std::size_t>(event.kind)) +
-           (event.channel * extent.data1 + event.data1) * extent.data2 + event.data2;
+void EventBox::narrow(Range& range, const Range& to) {
+    range = {std::max(range.first, to.first), std::min(range.last, to.last)};
+    isEmpty_ = isEmpty_ || range.first > range.last;
+}
+
+std::uint16_t EventBox::channels() const {
+    return isEmpty_                           ? 0
+           : channels_.first < channels_.last ? 0xFFFF
+                                              : static_cast<std::uint16_t>(1U << channels_.first);
+}
+
+std::optional<std::uint8_t> EventBox::number() const {
+    return data1_.first == data1_.last ? std::optional(data1_.first) : std::nullopt;
+}
+
+std::optional<std::uint8_t> EventBox::value() const {
+    return data2_.first == data2_.last ? std::optional(data2_.first) : std::nullopt;
+}
+
+EventBox EventBox::common(const EventBox& one, const EventBox& other) {
+    auto box = one;
+    box.isEmpty_ = one.isEmpty_ || other.isEmpty_ || one.kind_ != other.kind_;
+    box.narrow(box.channels_, other.channels_);
+    box.narrow(box.data1_, other.data1_);
+    box.narrow(box.data2_, other.data2_);
+    return box;
 }
 
 Event EventBox::eventAt(std::size_t number) {
     std::size_t kind = 0;
-    while (number >= firstNumbers.at(kind + 1)) {
+    while (number >= firstEventNumbers.at(kind + 1)) {
         ++kind;
     }
-    number -= firstNumbers.at(kind);
-    const auto& extent = extents.at(kind);
+    number -= firstEventNumbers.at(kind);
+    const auto& extent = eventExtents.at(kind);
     return {static_cast<EventKind>(kind), static_cast<std::uint8_t>(number / extent.data2 / extent.data1),
             static_cast<std::uint8_t>(number / extent.data2 % extent.data1),
             static_cast<std::uint8_t>(number % extent.data2)};

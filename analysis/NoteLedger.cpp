@@ -2,36 +2,35 @@
 #include "analysis/NoteLedger.hpp"
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
-#include "midi/MessageLength.hpp"
 #include "midi/Status.hpp"
-#include "rules/StatusV2.hpp"
 #include "words/PolicyWords.hpp"
 
 namespace quillo {
 
 namespace {
 
-using Bytes = std::span<const std::uint8_t>;
-
 constexpr SampleTime none = -1;
-
-bool is(Bytes message, StatusV2 kind) {
-    return isCompleteChannelMessage(message) && (message[0] & midi::kindMask) == statusNibble(kind);
-}
 
 bool isNote(EventKind kind) {
     return kind == EventKind::noteOn || kind == EventKind::noteOff;
 }
 
-bool isNoteOnWith(Bytes message, bool velocity) {
-    return is(message, StatusV2::noteOn) && (message[2] > 0) == velocity;
+bool silencesChannel(std::size_t controller) {
+    constexpr std::size_t allSoundOff = 120;
+    constexpr std::size_t allNotesOff = 123;
+    return controller == allSoundOff || controller >= allNotesOff;
 }
 
-bool silences(Bytes message) {
-    constexpr std::uint8_t allSoundOff = 120;
-    constexpr std::uint8_t allNotesOff = 123;
-    return is(message, StatusV2::CC) && (message[1] == allSoundOff || message[1] >= allNotesOff);
+bool mayEndNotes(const SentMessage& message) {
+    switch (message.kind) {
+    case StatusV2::noteOff: return true;
+    case StatusV2::noteOn: return message.data2.value_or(0) == 0;
+    case StatusV2::CC: return !message.data1 || silencesChannel(*message.data1);
+    default: return false;
+    }
 }
 
 /// Keeps the note that makes the better example.
@@ -48,36 +47,47 @@ void offer(std::optional<NoteLedger::Note>& example, NoteLedger::Note note) {
 
 }  // namespace
 
+bool NoteLedger::Sending::starts() const {
+    return kind == StatusV2::noteOn && (data2 > 0 || copiesVelocity);
+}
+
+bool NoteLedger::Sending::ends() const {
+    return kind == StatusV2::noteOff || (kind == StatusV2::noteOn && data2 == 0 && !copiesVelocity);
+}
+
+bool NoteLedger::Sending::silences() const {
+    return kind == StatusV2::CC && silencesChannel(note % noteCount);
+}
+
+/// Behind a message that the same events sent before, the same message ends nothing more: what comes as far
+/// as to a rule came to those above it.
 NoteLedger::NoteLedger(const std::vector<Rule>& rules, const RuleReach& reach)
     : rules_(rules), reach_(reach) {
+    std::set<std::pair<EventBox, SentMessage>> recorded;
     for (std::size_t rule = 0; rule < rules.size(); ++rule) {
-        forEachNoteMessage(rule, [&](const Sending& sending) { recordEnd(rule, sending); });
+        for (const auto& message : sentBy(rules[rule].output)) {
+            if (mayEndNotes(message) && recorded.emplace(reach.box(rule), message).second) {
+                forEachSending(rule, message, [&](const Sending& sent) { recordEnd(sent, message.delay); });
+            }
+        }
     }
 }
 
-/// Calls `visit` with each short message that the rule ever sends: of a note's velocities, 0 and another one
-/// stand for all.
 template <class Visit>
-void NoteLedger::forEachNoteMessage(std::size_t rule, Visit visit) const {
-    const auto content = compile(rules_[rule].output.message);
-    const auto send = [&](const Event& event, const TriggerBytes& trigger) {
-        const auto messages = messagesOf(content, trigger);
-        for (const auto& message : messages.messages()) {
-            visit(Sending{event, trigger, message.bytes()});
-        }
+void NoteLedger::forEachSending(std::size_t rule, const SentMessage& message, Visit visit) const {
+    const auto send = [&](const Event& event) {
+        const auto trigger = event.bytes();
+        const Index channel = message.channel.value_or(trigger.status & midi::channelMask);
+        const Index number = message.data1.value_or(trigger.data1);
+        visit(Sending{event, message.kind, channel * noteCount + number,
+                      message.data2.value_or(trigger.data2), !message.data2 && isNote(event.kind)});
     };
     if (rules_[rule].trigger.is<RuleTriggerV2::OnLoad>()) {
-        send({EventKind::hostStart}, {});
-        return;
+        send({EventKind::hostStart});
     }
     reach_.box(rule).any([&](const Event& event) {
         if (reach_.fires(rule, event)) {
-            auto trigger = event.bytes();
-            send(event, trigger);
-            if (isNote(event.kind)) {
-                trigger.data2 = 1;
-                send(event, trigger);
-            }
+            send(event);
         }
         return false;
     });
@@ -87,56 +97,42 @@ NoteLedger::Note NoteLedger::noteAt(Index index) {
     return {static_cast<std::uint8_t>(index / noteCount), static_cast<std::uint8_t>(index % noteCount)};
 }
 
-/// Of a complete note: its channel and number.
-NoteLedger::Index NoteLedger::indexOf(Bytes message) {
-    return (message[0] & midi::channelMask) * noteCount + message[1];
-}
-
 /// Of a note event: the key.
 NoteLedger::Index NoteLedger::keyOf(const Event& event) {
     return event.channel * noteCount + event.data1;
 }
 
-void NoteLedger::keepLast(std::unique_ptr<EndsByKey>& ends, Index key, SampleTime delay) {
+void NoteLedger::keepLast(std::unique_ptr<EndsByKey>& ends, const Event& release, SampleTime delay) {
     if (!ends) {
         ends = std::make_unique<EndsByKey>();
         ends->fill(none);
     }
-    auto& last = (*ends)[key];
+    auto& last = (*ends)[keyOf(release)];
     last = std::max(last, delay);
 }
 
-/// A rule that sends velocity 0 whatever comes does so for other velocities of its trigger, too; one that
-/// copies it ends notes by chance.
-void NoteLedger::recordEnd(std::size_t rule, const Sending& sending) {
-    const auto delay = rules_[rule].output.delay.ms;
-    const auto& [event, trigger, sent] = sending;
-    const bool isByChance = isNote(event.kind) && trigger.data2 == 0;
-    if (is(sent, StatusV2::noteOff) || (isNoteOnWith(sent, false) && !isByChance)) {
-        recordNoteEnd(indexOf(sent), sending, delay);
-    } else if (isNoteOnWith(sent, false)) {
-        (event.kind == EventKind::noteOn ? endedByNoteOns_ : endedByNoteOffs_).set(indexOf(sent));
-    } else if (silences(sent)) {
-        recordSilence(sent[0] & midi::channelMask, sending, delay);
+void NoteLedger::recordEnd(const Sending& sending, SampleTime delay) {
+    if (sending.ends()) {
+        recordNoteEnd(sending, delay);
+    } else if (sending.starts() && sending.copiesVelocity) {
+        (sending.isOnRelease() ? endedByNoteOffs_ : endedByNoteOns_).set(sending.note);
+    } else if (sending.silences()) {
+        recordSilence(sending, delay);
     }
 }
 
-void NoteLedger::recordNoteEnd(Index note, const Sending& sending, SampleTime delay) {
-    if (sending.event.kind != EventKind::noteOff) {
-        ended_.set(note);
-        return;
+void NoteLedger::recordNoteEnd(const Sending& sending, SampleTime delay) {
+    (sending.isOnRelease() ? endedByReleases_ : ended_).set(sending.note);
+    if (sending.isOnRelease()) {
+        keepLast(ends_.at(sending.note), sending.event, delay);
     }
-    endedByReleases_.set(note);
-    keepLast(ends_.at(note), keyOf(sending.event), delay);
 }
 
-void NoteLedger::recordSilence(std::size_t channel, const Sending& sending, SampleTime delay) {
-    const bool isRelease = sending.event.kind == EventKind::noteOff;
-    for (std::size_t note = 0; note < noteCount; ++note) {
-        (isRelease ? endedByReleases_ : ended_).set(channel * noteCount + note);
-    }
-    if (isRelease) {
-        keepLast(silences_.at(channel), keyOf(sending.event), delay);
+void NoteLedger::recordSilence(const Sending& sending, SampleTime delay) {
+    const auto channel = sending.note / noteCount;
+    (sending.isOnRelease() ? silencedByReleases_ : silenced_).set(channel);
+    if (sending.isOnRelease()) {
+        keepLast(silences_.at(channel), sending.event, delay);
     }
 }
 
@@ -146,20 +142,25 @@ NoteLedger::Findings NoteLedger::findings(std::size_t rule) const {
     std::optional<Note> byChance;
     std::optional<Note> tooSoon;
     SampleTime tooSoonAfter = none;
-    forEachNoteMessage(rule, [&](const Sending& sending) {
-        if (!isNoteOnWith(sending.sent, true)) {
+    const auto see = [&](const Sending& sending) {
+        const auto note = sending.note;
+        if (!sending.starts() || note / noteCount == drumChannel) {
             return;
         }
-        const auto note = indexOf(sending.sent);
         const bool isPress = sending.event.kind == EventKind::noteOn;
-        const auto end = isPress && !ended_[note] ? ownEnd(note, keyOf(sending.event)) : std::nullopt;
+        const auto end = isPress && !isEndedAnyway(note) ? ownEnd(note, keyOf(sending.event)) : std::nullopt;
         if (end && *end < delay) {
             offer(tooSoon, noteAt(note));
             tooSoonAfter = tooSoon == noteAt(note) ? *end : tooSoonAfter;
         } else if (!end && !isEnded(note)) {
             offer(endedByNoteOns_[note] || endedByNoteOffs_[note] ? byChance : never, noteAt(note));
         }
-    });
+    };
+    for (const auto& message : sentBy(rules_[rule].output)) {
+        if (message.kind == StatusV2::noteOn && message.data2 != 0) {
+            forEachSending(rule, message, see);
+        }
+    }
     const auto chanceOf = [&](Note note) {
         return Chance{note, !endedByNoteOffs_[note.channel * noteCount + note.number]};
     };
@@ -169,19 +170,28 @@ NoteLedger::Findings NoteLedger::findings(std::size_t rule) const {
 
 std::optional<NoteLedger::Note> NoteLedger::endSwallowed(std::size_t rule) const {
     std::optional<Note> example;
-    if (policyOf(rules_[rule].trigger) == PassThroughV2::PassThrough) {
+    const bool isGate = policyOf(rules_[rule].trigger) == PassThroughV2::EatNonMatching;
+    if (!reach_.consumesAny(rule) || (!isGate && reach_.box(rule).kind() != EventKind::noteOff)) {
         return example;
     }
     for (Index key = 0; key < keyCount; ++key) {
         const auto note = noteAt(key);
         const bool passes = !reach_.consumer({EventKind::noteOn, note.channel, note.number});
-        const bool isSwallowed =
-            passes && reach_.consumer({EventKind::noteOff, note.channel, note.number}) == rule;
+        const bool isSwallowed = passes && note.channel != drumChannel &&
+                                 reach_.consumer({EventKind::noteOff, note.channel, note.number}) == rule;
         if (isSwallowed && !isEnded(key) && !ownEnd(key, key)) {
             offer(example, note);
         }
     }
     return example;
+}
+
+bool NoteLedger::isEndedAnyway(Index note) const {
+    return ended_[note] || silenced_[note / noteCount];
+}
+
+bool NoteLedger::isEnded(Index note) const {
+    return isEndedAnyway(note) || endedByReleases_[note] || silencedByReleases_[note / noteCount];
 }
 
 /// When, after its release, the key that started the note ends it for the last time.

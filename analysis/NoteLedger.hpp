@@ -7,14 +7,13 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <span>
 #include <vector>
 
 #include "analysis/RuleReach.hpp"
-#include "engine/MIDIMessage.hpp"
-#include "engine/MessageContent.hpp"
+#include "analysis/SentMessage.hpp"
 #include "engine/SampleTime.hpp"
 #include "rules/Rule.hpp"
+#include "rules/StatusV2.hpp"
 
 namespace quillo {
 
@@ -25,7 +24,7 @@ namespace quillo {
 /// mode messages that imply it. When and after which event that is sent is not looked at, save for one thing:
 /// what a key's press starts and the same key's release ends must not end before it has started, however
 /// short the key is held. The release of a key that is forwarded is an end like that of a rule, without a
-/// delay.
+/// delay. Notes on channel 10 are drums, which ring out by themselves: none of them sounds on.
 ///
 /// Of many notes the example is one on the first channel, the first from middle C upwards.
 class NoteLedger {
@@ -72,40 +71,48 @@ public:
 private:
     static constexpr std::size_t channelCount = 16;
     static constexpr std::size_t noteCount = 128;
+    static constexpr std::size_t drumChannel = 9;
     static constexpr std::size_t keyCount = channelCount * noteCount;
     using Notes = std::bitset<keyCount>;
     using Index = std::size_t;  ///< of a note among `Notes`; keys have the index of their own note
-    using Bytes = std::span<const std::uint8_t>;
-
     /// By the key that is released: the delay of the last end; -1 where there is none.
     using EndsByKey = std::array<SampleTime, keyCount>;
 
-    /// One way in which a rule fires, and a message that it then sends.
+    /// What one rule sends when one event fires it: a note or its end, or a controller.
     struct Sending {
         Event event;
-        TriggerBytes trigger;  ///< with a velocity, for a note
-        Bytes sent;
+        StatusV2 kind;
+        Index note;           ///< of a controller, too: its number in place of the note's
+        std::uint8_t data2;   ///< the velocity or value
+        bool copiesVelocity;  ///< the velocity is a note's, of which nothing is known
+
+        [[nodiscard]] bool starts() const;
+        [[nodiscard]] bool ends() const;
+        [[nodiscard]] bool silences() const;
+        [[nodiscard]] bool isOnRelease() const { return event.kind == EventKind::noteOff; }
     };
 
     template <class Visit>
-    void forEachNoteMessage(std::size_t rule, Visit visit) const;
+    void forEachSending(std::size_t rule, const SentMessage& message, Visit visit) const;
     static Note noteAt(Index index);
-    static Index indexOf(Bytes message);
     static Index keyOf(const Event& event);
-    static void keepLast(std::unique_ptr<EndsByKey>& ends, Index key, SampleTime delay);
-    void recordEnd(std::size_t rule, const Sending& sending);
-    void recordNoteEnd(Index note, const Sending& sending, SampleTime delay);
-    void recordSilence(std::size_t channel, const Sending& sending, SampleTime delay);
-    [[nodiscard]] bool isEnded(Index note) const { return ended_[note] || endedByReleases_[note]; }
+    static void keepLast(std::unique_ptr<EndsByKey>& ends, const Event& release, SampleTime delay);
+    void recordEnd(const Sending& sending, SampleTime delay);
+    void recordNoteEnd(const Sending& sending, SampleTime delay);
+    void recordSilence(const Sending& sending, SampleTime delay);
+    [[nodiscard]] bool isEndedAnyway(Index note) const;
+    [[nodiscard]] bool isEnded(Index note) const;
     [[nodiscard]] std::optional<SampleTime> ownEnd(Index note, Index key) const;
 
     const std::vector<Rule>& rules_;
     const RuleReach& reach_;
-    Notes ended_;                                            ///< by anything but the release of a key
-    Notes endedByReleases_;                                  ///< by the release of some key
-    Notes endedByNoteOns_;                                   ///< by chance, by velocity 0 of a note-on
-    Notes endedByNoteOffs_;                                  ///< by chance, by velocity 0 of a note-off
-    std::array<std::unique_ptr<EndsByKey>, keyCount> ends_;  ///< of each note
+    Notes ended_;                         ///< by anything but the release of a key
+    Notes endedByReleases_;               ///< by the release of some key
+    Notes endedByNoteOns_;                ///< by chance, by velocity 0 of a note-on
+    Notes endedByNoteOffs_;               ///< by chance, by velocity 0 of a note-off
+    std::bitset<channelCount> silenced_;  ///< channels, by anything but the release of a key
+    std::bitset<channelCount> silencedByReleases_;
+    std::array<std::unique_ptr<EndsByKey>, keyCount> ends_;          ///< of each note
     std::array<std::unique_ptr<EndsByKey>, channelCount> silences_;  ///< of each channel
 };
 

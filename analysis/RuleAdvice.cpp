@@ -2,14 +2,14 @@
 #include "analysis/RuleAdvice.hpp"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
-#include <optional>
+#include <span>
+#include <utility>
 
-#include "analysis/NoteLedger.hpp"
-#include "analysis/OutputAdvice.hpp"
-#include "analysis/RuleReach.hpp"
-#include "analysis/TriggerAdvice.hpp"
+#include "analysis/Finders.hpp"
 #include "platform/QuotedText.hpp"
+#include "rules/RuleRun.hpp"
 
 namespace quillo {
 
@@ -17,37 +17,68 @@ namespace {
 
 using AdviceList = std::vector<Advice>;
 
-void append(AdviceList& advice, AdviceList more) {
-    std::ranges::move(more, std::back_inserter(advice));
+constexpr std::array ofAnyRule{&findNeverFires, &findImpossibleNumber, &findSwallowsAllMIDI,
+                               &findBadSystemExclusive, &findTooLongForVST3};
+
+constexpr std::array ofRulesThatFire{
+    &findNotInVST3,    &findHangingNotes,   &findSwallowedNoteEnds, &findIncompleteOutput,
+    &findSilentNoteOn, &findRestartsNotes,  &findDoublesNotes,      &findKeepsPedalDown,
+    &findKeepsBend,    &findSendsTwice,     &findBankTooLate,       &findProgramUndone,
+    &findStartOnly,    &findTearsFineValue, &findTearsParameter,    &findTearsMPE};
+
+void ask(std::span<Finder* const> finders, const AdvisedRules& list, std::size_t rule, AdviceList& advice) {
+    for (auto* const finder : finders) {
+        if (auto found = finder(list, rule)) {
+            advice.push_back(*std::move(found));
+        }
+    }
 }
 
-/// A message that fires the rule, if there is one.
-std::optional<TriggerBytes> triggerOf(const Rule& rule, std::size_t position, const RuleReach& reach) {
-    if (rule.trigger.is<RuleTriggerV2::OnLoad>()) {
-        return TriggerBytes{};
+/// Adds what is said of one rule of a run to what was said of the rule above it, where both are said the same
+/// thing.
+void addToRun(AdviceList& advice, AdviceList more) {
+    for (auto& piece : more) {
+        const auto same = std::ranges::find_if(advice, [&](const Advice& said) {
+            return said.kind == piece.kind && said.rule + said.count == piece.rule;
+        });
+        if (same == advice.end()) {
+            advice.push_back(std::move(piece));
+        } else {
+            ++same->count;
+        }
     }
-    const auto event = reach.example(position);
-    return event ? std::optional(event->bytes()) : std::nullopt;
 }
 
 }  // namespace
 
 AdviceList adviseOn(const std::vector<Rule>& rules) {
-    const RuleReach reach(rules);
-    const NoteLedger notes(rules, reach);
+    const AdvisedRules list(rules);
     AdviceList advice;
-    for (std::size_t rule = 0; rule < rules.size(); ++rule) {
-        append(advice, adviseOnTrigger(rules, rule, reach));
-        append(advice, adviseOnNotes(rule, notes));
-        append(advice, adviseOnOutput(rules[rule].output, rule, triggerOf(rules[rule], rule, reach)));
+    for (const auto& run : runsOf(rules)) {
+        AdviceList ofRun;
+        for (auto rule = run.first; rule < run.first + run.count; ++rule) {
+            AdviceList ofRule;
+            ask(ofAnyRule, list, rule, ofRule);
+            if (list.reach().canFire(rule)) {
+                ask(ofRulesThatFire, list, rule, ofRule);
+            }
+            addToRun(ofRun, std::move(ofRule));
+        }
+        std::ranges::move(ofRun, std::back_inserter(advice));
     }
     return advice;
 }
 
 std::string adviceText(const std::vector<Rule>& rules, const Advice& advice) {
     constexpr std::size_t longestName = 60;
-    const auto number = std::to_string(advice.rule + 1) + ". ";
-    return number + inQuotes(rules[advice.rule].name, longestName) + " " + advice.matter + ".\n" +
+    const bool isRun = advice.count > 1;
+    auto number = std::to_string(advice.rule + 1);
+    if (isRun) {
+        number.append(1, '-').append(std::to_string(advice.rule + advice.count));
+    }
+    number += ". ";
+    return number + inQuotes(rules[advice.rule].name, longestName) +
+           (isRun ? ", each like the first, " : " ") + advice.matter + ".\n" +
            std::string(number.size(), ' ') + advice.wayOut + "\n";
 }
 

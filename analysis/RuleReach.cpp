@@ -8,23 +8,33 @@
 
 namespace quillo {
 
-RuleReach::RuleReach(const std::vector<Rule>& rules) : rules_(rules) {
+RuleReach::RuleReach(const std::vector<Rule>& rules) : rules_(rules), consumesAny_(rules.size()) {
     for (std::size_t rule = 0; rule < rules.size(); ++rule) {
-        boxes_.emplace_back(rules[rule].trigger);
+        const auto& box = boxes_.emplace_back(rules[rule].trigger);
+        const bool isDead = dead_.contains(box);
         const auto policy = policyOf(rules[rule].trigger);
-        if (policy == PassThroughV2::EatMatching) {
+        if (policy == PassThroughV2::EatMatching && !isDead) {
             consumeMatching(rule);
-        } else if (policy == PassThroughV2::EatNonMatching) {
+        } else if (policy == PassThroughV2::EatNonMatching && gates_.insert(box).second) {
             consumeOthers(rule);
         }
-        examples_.push_back(firstThatFires(rule));
+        examples_.push_back(isDead ? std::nullopt : firstThatFires(rule));
+        if (!isDead && !canFire(rule)) {
+            dead_.emplace(box, findBlockers(rule));
+        }
+    }
+}
+
+void RuleReach::consume(std::size_t rule, std::size_t number) {
+    if (consumers_[number] == nobody) {
+        consumers_[number] = static_cast<Consumer>(rule);
+        consumesAny_[rule] = true;
     }
 }
 
 void RuleReach::consumeMatching(std::size_t rule) {
     boxes_[rule].any([&](const Event& event) {
-        auto& consumer = consumers_[EventBox::numberOf(event)];
-        consumer = consumer == nobody ? static_cast<Consumer>(rule) : consumer;
+        consume(rule, EventBox::numberOf(event));
         return false;
     });
 }
@@ -37,8 +47,8 @@ void RuleReach::consumeOthers(std::size_t rule) {
     }
     std::erase_if(*left_, [&](std::size_t number) {
         const bool passes = consumers_[number] == nobody && boxes_[rule].contains(EventBox::eventAt(number));
-        if (consumers_[number] == nobody && !passes) {
-            consumers_[number] = static_cast<Consumer>(rule);
+        if (!passes) {
+            consume(rule, number);
         }
         return !passes;
     });
@@ -64,7 +74,11 @@ std::optional<std::size_t> RuleReach::consumer(const Event& event) const {
     return consumer == nobody ? std::nullopt : std::optional<std::size_t>(consumer);
 }
 
-std::vector<std::size_t> RuleReach::blockers(std::size_t rule) const {
+const std::vector<std::size_t>& RuleReach::blockers(std::size_t rule) const {
+    return dead_.at(boxes_[rule]);
+}
+
+std::vector<std::size_t> RuleReach::findBlockers(std::size_t rule) const {
     std::vector<std::size_t> blockers;
     boxes_[rule].any([&](const Event& event) {
         const std::size_t consumer = consumers_[EventBox::numberOf(event)];
@@ -79,14 +93,14 @@ std::vector<std::size_t> RuleReach::blockers(std::size_t rule) const {
     return blockers;
 }
 
-std::vector<std::size_t> RuleReach::inTheWay(std::size_t rule) const {
+std::vector<std::size_t> RuleReach::inTheWay(std::size_t rule, std::size_t most) const {
     const auto first = blockers(rule).front();
     std::vector<std::size_t> inTheWay;
     boxes_[rule].any([&](const Event& event) {
         if (consumer(event) != first) {
             return false;
         }
-        for (std::size_t above = first; above < rule; ++above) {
+        for (std::size_t above = first; above < rule && inTheWay.size() < most; ++above) {
             if (consumes(above, event)) {
                 inTheWay.push_back(above);
             }

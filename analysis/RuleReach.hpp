@@ -4,7 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <map>
 #include <optional>
+#include <set>
 #include <vector>
 
 #include "analysis/EventBox.hpp"
@@ -35,13 +37,16 @@ public:
     /// The rule that consumes an event; nothing when a message is forwarded.
     [[nodiscard]] std::optional<std::size_t> consumer(const Event& event) const;
 
+    /// Whether the rule consumes any event at all.
+    [[nodiscard]] bool consumesAny(std::size_t rule) const { return consumesAny_[rule]; }
+
     /// Of a rule that cannot fire: the rules that consume, between them, every event that it waits for, in
     /// ascending order. None when there is no such event. Above the first of them the rule can fire.
-    [[nodiscard]] std::vector<std::size_t> blockers(std::size_t rule) const;
+    [[nodiscard]] const std::vector<std::size_t>& blockers(std::size_t rule) const;
 
     /// Of a rule that cannot fire, but has blockers: rules that let it fire once they are set to Pass
-    /// through, the first blocker among them; in ascending order.
-    [[nodiscard]] std::vector<std::size_t> inTheWay(std::size_t rule) const;
+    /// through, the first blocker among them; in ascending order, no more than `most` of them.
+    [[nodiscard]] std::vector<std::size_t> inTheWay(std::size_t rule, std::size_t most) const;
 
     /// Whether a rule that cannot fire could be moved above its first blocker, and every rule that can fire
     /// still could.
@@ -53,6 +58,8 @@ private:
 
     [[nodiscard]] bool consumes(std::size_t rule, const Event& event) const;
     [[nodiscard]] std::optional<Event> firstThatFires(std::size_t rule) const;
+    [[nodiscard]] std::vector<std::size_t> findBlockers(std::size_t rule) const;
+    void consume(std::size_t rule, std::size_t number);
     void consumeMatching(std::size_t rule);
     void consumeOthers(std::size_t rule);
 
@@ -60,6 +67,10 @@ private:
     std::vector<EventBox> boxes_;
     std::vector<Consumer> consumers_ = std::vector<Consumer>(EventBox::eventCount, nobody);
     std::vector<std::optional<Event>> examples_;
+    std::vector<bool> consumesAny_;
+    std::set<EventBox> gates_;  ///< nothing but what one lets pass comes to a second one like it
+    /// By what rules that cannot fire wait for: their blockers. All of it is consumed.
+    std::map<EventBox, std::vector<std::size_t>> dead_;
     std::optional<std::vector<std::size_t>>
         left_;  ///< behind a gate: the numbers of the events that passed it
 };

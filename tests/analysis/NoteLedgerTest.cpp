@@ -98,6 +98,12 @@ TEST(NoteLedger, FindsTheNoteThatNoRuleEnds) {
     EXPECT_THAT(fates({rule(onHost(Transport::Start), send(noteOn(0, 0, 1)))}), ElementsAre(never(0, 0)));
 }
 
+TEST(NoteLedger, DrumsOnChannel10RingOutByThemselves) {
+    EXPECT_THAT(fates({rule(onLoad(), send(noteOn(9, 36, 100)))}), ElementsAre(ended));
+    EXPECT_EQ(endSwallowed({rule(onNoteOff(any, exactly(9), eatMatching), send(controlChange(0, 7, 1)))}),
+              std::nullopt);
+}
+
 TEST(NoteLedger, LooksAtRulesThatStartNotesOnly) {
     EXPECT_THAT(fates({rule(onNoteOn(), send(controlChange(0, 7, 1))), rule(onNoteOn(), endCopy),
                        rule(onMIDIStart(), send(noteOn(0, 1, 0))),
@@ -284,11 +290,13 @@ public:
         see(probe_.putLoading(), {});
     }
 
-    /// Whether some note that the rule starts is ended by no rule, nor by a release that is forwarded.
+    /// Whether some note that the rule starts, and that is no drum, is ended by no rule, nor by a release that
+    /// is forwarded.
     [[nodiscard]] bool leavesANote(std::size_t rule) const {
         return std::ranges::any_of(started_[rule], [this](const auto& start) {
             const auto& [note, isTriggers] = start;
-            return !ended_.contains(note) && !(isTriggers && released_.contains(note));
+            return note.first != drumChannel && !ended_.contains(note) &&
+                   !(isTriggers && released_.contains(note));
         });
     }
 
@@ -310,6 +318,8 @@ public:
     }
 
 private:
+    static constexpr unsigned drumChannel = 9;
+
     void play(const Bytes& message) {
         const auto outcome = probe_.put(message);
         if (outcome.forwarded && (message[0] & 0xF0U) == 0x80) {

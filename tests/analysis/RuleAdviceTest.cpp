@@ -87,10 +87,24 @@ TEST(RuleAdvice, NamesEveryRuleThatMustLetTheEventPass) {
                 HasSubstr("   Set rules 1 and 2 to Pass through.\n"));
 }
 
+TEST(RuleAdvice, NamesConsecutiveRulesByTheFirstAndTheLast) {
+    const auto eater = rule(onNoteOn(any, any, eatMatching), volume);
+    EXPECT_THAT(textOn(std::vector<Rule>(20, eater)),
+                HasSubstr("    Set rules 1 to 16 and others to Pass through.\n"));
+    const auto other = rule(onControlChange(7), volume);
+    EXPECT_THAT(textOn({eater, eater, eater, other, eater, other, eater, eater, rule(onNoteOn(), volume)}),
+                HasSubstr("Set rules 1 to 3, 5, 7 and 8 to Pass through, or move"));
+}
+
 TEST(RuleAdvice, NamesNoMoreThanSixteenRulesAtOnce) {
+    std::vector<Rule> rules;
+    for (auto count = 0; count < 20; ++count) {
+        rules.push_back(rule(onNoteOn(any, any, eatMatching), volume));
+        rules.push_back(rule(onControlChange(7), volume));
+    }
     EXPECT_THAT(
-        textOn(std::vector<Rule>(20, rule(onNoteOn(any, any, eatMatching), volume))),
-        HasSubstr("    Set rules 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16 and 3 more to Pass "
+        textOn(rules),
+        HasSubstr("Set rules 1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23, 25, 27, 29, 31 and others to Pass "
                   "through.\n"));
 }
 
@@ -102,9 +116,9 @@ TEST(RuleAdvice, NamesAllRulesThatKeepOneFromFiring) {
     rules.push_back(rule(onNoteOn(), volume, "Late"));
     EXPECT_THAT(
         textOn(rules),
-        HasSubstr("18. \"Late\" can never fire: rules 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16 "
-                  "and 17 between them swallow every event that it waits for.\n"
-                  "    Set rule 2 to Pass through, or move this rule above it.\n"));
+        HasSubstr(
+            "18. \"Late\" can never fire: rules 2 to 17 between them swallow every event that it waits for.\n"
+            "    Set rule 2 to Pass through, or move this rule above it.\n"));
 }
 
 TEST(RuleAdvice, KnowsThatThereAreSixteenChannels) {
@@ -146,7 +160,7 @@ TEST(RuleAdvice, WarnsOfASystemMessageThatAloneIsLetThrough) {
                     StartsWith("1. \"Go\" swallows every MIDI message but MIDI " + std::string(name) +
                                ": its policy is Consume non-matching.\n   Set it to Pass through.\n"));
     }
-    EXPECT_THAT(kindsOn({rule(onMIDIStart(eatMatching), volume)}), ElementsAre(Kind::notInVST3));
+    EXPECT_THAT(kindsOn({rule(onMIDIStop(eatMatching), volume)}), ElementsAre(Kind::notInVST3));
     EXPECT_THAT(kindsOn({rule(onControlChange(1, any, any, eatNonMatching), volume)}), IsEmpty());
 }
 
@@ -235,9 +249,9 @@ TEST(RuleAdvice, FindsBytesThatAreNoneOfSystemExclusive) {
 
 TEST(RuleAdvice, FindsOutputsThatAreNoCompleteMessage) {
     EXPECT_EQ(
-        textOn({rule(onMIDIStart(eatMatching), send(protocol(StatusV2::CC, channel(0), byte(7))), "Half")}),
-        "1. \"Half\" does not fire in a VST3 host: VST3 has no MIDI Start.\n"
-        "   In VST3, let it wait for the host's transport; other plug-in formats deliver MIDI Start.\n"
+        textOn({rule(onMIDIStop(eatMatching), send(protocol(StatusV2::CC, channel(0), byte(7))), "Half")}),
+        "1. \"Half\" does not fire in a VST3 host: VST3 has no MIDI Stop.\n"
+        "   In VST3, let it wait for the host's transport; other plug-in formats deliver MIDI Stop.\n"
         "1. \"Half\" sends an incomplete or damaged MIDI message (b0 07): hosts may drop or change it, and "
         "in a "
         "VST3 "
@@ -285,7 +299,7 @@ TEST(RuleAdvice, SaysWhatAVST3HostDoesNotDeliver) {
         "1. \"Sound\" may not fire in a VST3 host: most VST3 hosts deliver no program changes to a plug-in.\n"
         "   In VST3, let it wait for a controller or a note; other plug-in formats deliver program "
         "changes.\n");
-    EXPECT_THAT(adviseOn({rule(onHost(Transport::Start), volume), rule(onNoteOff(), volume),
+    EXPECT_THAT(adviseOn({rule(onHost(Transport::Stop), volume), rule(onNoteOff(), volume),
                           rule(onControlChange(1), volume)}),
                 IsEmpty());
 }

@@ -111,7 +111,7 @@ TEST(RuleReach, ARuleFiresWhereThoseInItsWayPassThrough) {
                 continue;
             }
             auto open = rules;
-            for (const auto other : reach.inTheWay(rule)) {
+            for (const auto other : reach.inTheWay(rule, rules.size())) {
                 open[other].trigger = passing(open[other].trigger);
             }
             ASSERT_TRUE(firingInAProcessor(open)[rule]) << "seed " << seed << ", rule " << rule;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "analysis/TriggerAdvice.hpp"
+#include "analysis/Finders.hpp"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <utility>
@@ -18,21 +19,26 @@ using Kind = Advice::Kind;
 
 constexpr unsigned greatestDataByte = 127;
 
-/// "rule 1", "rules 1, 2 and 5"; of very many the first ones and how many more there are.
+constexpr std::size_t mostNamed = 16;
+
+/// "rule 1", "rules 1 and 2", "rules 1 to 4, 6 and 9"; of many the first ones "and others".
 std::string rulesWords(const std::vector<std::size_t>& positions) {
-    constexpr std::size_t mostNamed = 16;
-    const bool areMany = positions.size() > mostNamed;
+    const auto count = std::min(positions.size(), mostNamed);
+    std::vector<std::string> stretches;
+    for (std::size_t first = 0, end = 0; first < count; first = end) {
+        for (end = first + 1; end < count && positions[end] == positions[end - 1] + 1;) {
+            ++end;
+        }
+        end = end - first > 2 ? end : first + 1;
+        const auto last = end - first > 1 ? " to " + std::to_string(positions[end - 1] + 1) : "";
+        stretches.push_back(std::to_string(positions[first] + 1) + last);
+    }
+    if (count < positions.size()) {
+        stretches.emplace_back("others");
+    }
     std::string words = positions.size() == 1 ? "rule " : "rules ";
-    std::size_t named = 0;
-    for (const auto position : positions) {
-        if (areMany && named == mostNamed) {
-            return words + " and " + std::to_string(positions.size() - named) + " more";
-        }
-        if (named > 0) {
-            words += !areMany && position == positions.back() ? " and " : ", ";
-        }
-        words += std::to_string(position + 1);
-        ++named;
+    for (std::size_t i = 0; i < stretches.size(); ++i) {
+        words += (i == 0 ? "" : i + 1 == stretches.size() ? " and " : ", ") + stretches[i];
     }
     return words;
 }
@@ -40,7 +46,7 @@ std::string rulesWords(const std::vector<std::size_t>& positions) {
 /// A gate must be opened: wherever other rules stand, only its own kind of event passes.
 std::string wayPast(const std::vector<Rule>& rules, std::size_t rule, const RuleReach& reach,
                     std::size_t firstBlocker) {
-    const auto inTheWay = reach.inTheWay(rule);
+    const auto inTheWay = reach.inTheWay(rule, mostNamed + 1);
     const auto opened = "Set " + rulesWords(inTheWay) + " to Pass through";
     const bool isGate = policyOf(rules[firstBlocker].trigger) == PassThroughV2::EatNonMatching;
     if (isGate || !reach.canMove(rule)) {
@@ -48,19 +54,6 @@ std::string wayPast(const std::vector<Rule>& rules, std::size_t rule, const Rule
     }
     return opened + ", or move this rule above " +
            (inTheWay.size() == 1 ? "it" : rulesWords({firstBlocker})) + ".";
-}
-
-Advice neverFires(const std::vector<Rule>& rules, std::size_t rule, const RuleReach& reach) {
-    const auto blockers = reach.blockers(rule);
-    if (blockers.empty()) {
-        return {rule, Kind::neverFires, "can never fire: it waits on a channel that no message has",
-                "Give it a channel from 1 to 16, or any."};
-    }
-    const auto first = blockers.front();
-    const auto swallowing = blockers.size() == 1 ? ruleAndPolicyWords(rules, first) + " swallows"
-                                                 : rulesWords(blockers) + " between them swallow";
-    return {rule, Kind::neverFires, "can never fire: " + swallowing + " every event that it waits for",
-            wayPast(rules, rule, reach, first)};
 }
 
 const Voice* voiceOf(const RuleTriggerV2& trigger) {
@@ -91,19 +84,6 @@ std::vector<unsigned> numbersOf(const Voice& voice) {
     return numbers;
 }
 
-std::optional<Advice> onNumbers(const RuleTriggerV2& trigger, std::size_t rule) {
-    const auto* voice = voiceOf(trigger);
-    for (const auto number : voice == nullptr ? std::vector<unsigned>() : numbersOf(*voice)) {
-        if (number > greatestDataByte) {
-            return Advice{rule, Kind::impossibleNumber,
-                          "waits for the number " + std::to_string(number) +
-                              ", which no MIDI message carries",
-                          "Give it a number from 0 to 127."};
-        }
-    }
-    return std::nullopt;
-}
-
 std::optional<std::string> systemMessage(const RuleTriggerV2& trigger) {
     const auto* based = trigger.getIf<RuleTriggerV2::MessageBased>();
     if (based == nullptr) {
@@ -119,7 +99,40 @@ std::optional<std::string> systemMessage(const RuleTriggerV2& trigger) {
                       based->trigger.variants.variant());
 }
 
-std::optional<Advice> onSwallowing(const RuleTriggerV2& trigger, std::size_t rule) {
+}  // namespace
+
+std::optional<Advice> findImpossibleNumber(const AdvisedRules& list, std::size_t rule) {
+    const auto* voice = voiceOf(list.rules()[rule].trigger);
+    for (const auto number : voice == nullptr ? std::vector<unsigned>() : numbersOf(*voice)) {
+        if (number > greatestDataByte) {
+            return Advice{rule, Kind::impossibleNumber,
+                          "waits for the number " + std::to_string(number) +
+                              ", which no MIDI message carries",
+                          "Give it a number from 0 to 127."};
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<Advice> findNeverFires(const AdvisedRules& list, std::size_t rule) {
+    const auto& reach = list.reach();
+    if (reach.canFire(rule) || findImpossibleNumber(list, rule)) {
+        return std::nullopt;
+    }
+    const auto& blockers = reach.blockers(rule);
+    if (blockers.empty()) {
+        return Advice{rule, Kind::neverFires, "can never fire: it waits on a channel that no message has",
+                      "Give it a channel from 1 to 16, or any."};
+    }
+    const auto first = blockers.front();
+    const auto swallowing = blockers.size() == 1 ? ruleAndPolicyWords(list.rules(), first) + " swallows"
+                                                 : rulesWords(blockers) + " between them swallow";
+    return Advice{rule, Kind::neverFires, "can never fire: " + swallowing + " every event that it waits for",
+                  wayPast(list.rules(), rule, reach, first)};
+}
+
+std::optional<Advice> findSwallowsAllMIDI(const AdvisedRules& list, std::size_t rule) {
+    const auto& trigger = list.rules()[rule].trigger;
     if (policyOf(trigger) != PassThroughV2::EatNonMatching) {
         return std::nullopt;
     }
@@ -139,7 +152,8 @@ std::optional<Advice> onSwallowing(const RuleTriggerV2& trigger, std::size_t rul
         wayOut};
 }
 
-std::optional<Advice> onVST3(const RuleTriggerV2& trigger, std::size_t rule) {
+std::optional<Advice> findNotInVST3(const AdvisedRules& list, std::size_t rule) {
+    const auto& trigger = list.rules()[rule].trigger;
     if (const auto name = systemMessage(trigger)) {
         return Advice{rule, Kind::notInVST3, "does not fire in a VST3 host: VST3 has no MIDI " + *name,
                       "In VST3, let it wait for the host's transport; other plug-in formats deliver MIDI " +
@@ -154,29 +168,6 @@ std::optional<Advice> onVST3(const RuleTriggerV2& trigger, std::size_t rule) {
             "changes."};
     }
     return std::nullopt;
-}
-
-}  // namespace
-
-std::vector<Advice> adviseOnTrigger(const std::vector<Rule>& rules, std::size_t rule,
-                                    const RuleReach& reach) {
-    std::vector<Advice> advice;
-    const auto add = [&](std::optional<Advice> found) {
-        if (found) {
-            advice.push_back(*std::move(found));
-        }
-    };
-    const bool canFire = reach.canFire(rule);
-    const auto number = onNumbers(rules[rule].trigger, rule);
-    if (!canFire && !number) {
-        add(neverFires(rules, rule, reach));
-    }
-    add(number);
-    add(onSwallowing(rules[rule].trigger, rule));
-    if (canFire) {
-        add(onVST3(rules[rule].trigger, rule));
-    }
-    return advice;
 }
 
 }  // namespace quillo
