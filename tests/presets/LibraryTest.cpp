@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/RuleAdvice.hpp"
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
 #include "presets/PresetLibrary.hpp"
@@ -83,6 +84,17 @@ TEST(PresetLibrary, CanBeMadeInTheEditorAsItIs) {
     for (const auto& preset : presetLibrary()) {
         for (const auto& rule : documentOf(preset).rules) {
             EXPECT_EQ(ruleFromEntry(entryFromRule(rule)), rule) << preset.name << ", " << rule.name;
+        }
+    }
+}
+
+/// But for what a host of VST3 plug-ins may not deliver: some wait for that on purpose.
+TEST(PresetLibrary, GetsNoAdvice) {
+    for (const auto& preset : presetLibrary()) {
+        const auto rules = documentOf(preset).rules;
+        for (const auto& advice : adviseOn(rules)) {
+            EXPECT_EQ(advice.kind, Advice::Kind::notInVST3)
+                << preset.name << ", " << adviceText(rules, advice);
         }
     }
 }
