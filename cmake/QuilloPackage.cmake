@@ -11,7 +11,9 @@ if(TARGET quillo-guide)
     set(guide "${PROJECT_BINARY_DIR}/guide")
     install(DIRECTORY "${guide}/" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/midi-quillo/guide"
         COMPONENT documentation
-        FILES_MATCHING PATTERN "*.html" PATTERN "*.svg" PATTERN "recipe-*.png" PATTERN "editor-500x600.png")
+        FILES_MATCHING PATTERN "*.html" PATTERN "*.svg" PATTERN "images" EXCLUDE)
+    install(FILES ${quillo_guide_pictures} DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/midi-quillo/guide/images"
+        COMPONENT documentation OPTIONAL)
     install(FILES "${guide}/midi-quillo-guide.7" DESTINATION "${CMAKE_INSTALL_MANDIR}/man7"
         COMPONENT documentation OPTIONAL)
 endif()
