@@ -5,74 +5,54 @@
 
 namespace quillo {
 
-// What is collected, what was handed over, and what is in the taker's hands.
-EventMailbox::EventMailbox() : nodes_(3 * keptEntries) {
-    for (auto& node : nodes_) {
-        node.next = std::exchange(stock_, &node);
+EventMailbox::EventMailbox() : free_(&rings_[0]) {
+    rings_[0].next = &rings_[1];
+}
+
+EventMailbox::Ring::Ring()
+    : entries([]<std::size_t... I>(std::index_sequence<I...>) {
+          return std::array{((void)I, EventLogEntry{0, EventLogEntryVariants::MIDI{}})...};
+      }(std::make_index_sequence<keptEntries>())) {}
+
+/// The taker returns a ring before it takes the next one: where one is gone, the other is found.
+EventMailbox::Ring* EventMailbox::takeRing() QUILLO_REALTIME {
+    if (auto* unread = posted_.exchange(nullptr, std::memory_order_acquire)) {
+        return unread;
     }
-}
-
-void EventMailbox::Chain::append(const Chain& other) QUILLO_REALTIME {
-    (count == 0 ? first : last->next) = other.first;
-    last = other.last;
-    count += other.count;
-}
-
-EventMailbox::Node* EventMailbox::Chain::takeFirst() QUILLO_REALTIME {
-    --count;
-    return std::exchange(first, first->next);
-}
-
-void EventMailbox::post(const EventLogEntry& entry) QUILLO_REALTIME {
-    auto* node = collected_.count == keptEntries ? collected_.takeFirst() : takeFreeNode();
-    node->entry = entry;
-    node->next = nullptr;
-    collected_.append({node, node, 1});
-}
-
-EventMailbox::Node* EventMailbox::takeFreeNode() QUILLO_REALTIME {
-    if (stock_ == nullptr) {
-        stock_ = returned_.exchange(nullptr, std::memory_order_acquire);
+    if (free_ == nullptr) {
+        free_ = returned_.exchange(nullptr, std::memory_order_acquire);
     }
-    return std::exchange(stock_, stock_->next);
+    return std::exchange(free_, free_->next);
 }
 
 void EventMailbox::handOver() QUILLO_REALTIME {
-    if (collected_.count == 0) {
-        return;
+    if (collected_ != nullptr) {
+        posted_.store(std::exchange(collected_, nullptr), std::memory_order_release);
     }
-    if (posted_.exchange(nullptr, std::memory_order_relaxed) != nullptr) {
-        collectUnread();
-    }
-    handedOver_ = std::exchange(collected_, {});
-    posted_.store(handedOver_.first, std::memory_order_release);
-}
-
-/// What was handed over before, and not taken, comes before what is new. The poster has written it itself.
-void EventMailbox::collectUnread() QUILLO_REALTIME {
-    while (handedOver_.count + collected_.count > keptEntries) {
-        auto* dropped = handedOver_.takeFirst();
-        dropped->next = std::exchange(stock_, dropped);
-    }
-    handedOver_.append(collected_);
-    collected_ = handedOver_;
 }
 
 std::vector<EventLogEntry> EventMailbox::takeAll() {
-    std::vector<EventLogEntry> entries;
-    auto* const first = posted_.exchange(nullptr, std::memory_order_acquire);
-    auto* last = first;
-    for (auto* node = first; node != nullptr; node = node->next) {
-        entries.push_back(node->entry);
-        last = node;
+    auto* const ring = posted_.exchange(nullptr, std::memory_order_acq_rel);
+    if (ring == nullptr) {
+        return {};
     }
-    if (first != nullptr) {
-        last->next = returned_.load(std::memory_order_relaxed);
-        while (!returned_.compare_exchange_weak(last->next, first, std::memory_order_release,
-                                                std::memory_order_relaxed)) {
-        }
+    auto entries = ring->takeAll();
+    ring->next = returned_.load(std::memory_order_relaxed);
+    while (!returned_.compare_exchange_weak(ring->next, ring, std::memory_order_release,
+                                            std::memory_order_relaxed)) {
     }
     return entries;
+}
+
+std::vector<EventLogEntry> EventMailbox::Ring::takeAll() {
+    auto* const begin = entries.data();
+    std::vector<EventLogEntry> taken(isFull ? end : begin, isFull ? begin + keptEntries : end);
+    if (isFull) {
+        taken.insert(taken.end(), begin, end);
+    }
+    end = begin;
+    isFull = false;
+    return taken;
 }
 
 }  // namespace quillo

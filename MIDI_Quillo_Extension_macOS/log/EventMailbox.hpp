@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstddef>
 #include <vector>
@@ -13,10 +14,9 @@ namespace quillo {
 /// Carries log entries from the render thread to the main thread without a lock. What is posted can be taken
 /// once it was handed over. When it is emptied too seldom all but the newest `keptEntries` are lost.
 ///
-/// One thread posts and hands over, one thread takes. An entry travels in a node; the nodes are made once and
-/// are always in one of five places: the poster's own stock, the chain that it collects, the chain that it
-/// has handed over, the taker's hands, or the chain of returned nodes. Either side takes a whole chain at
-/// once, so no node is ever taken out of a chain by one side while the other looks at it.
+/// One thread posts and hands over, one thread takes. The entries lie in two rings that change hands as a
+/// whole: the poster takes back the one that nobody has taken yet and adds to it, or takes a free one while
+/// the other is with the taker. So neither side ever looks at a ring that the other one holds.
 class EventMailbox {
 public:
     /// How many of the newest entries are never lost: as many as a log shows.
@@ -26,40 +26,45 @@ public:
     EventMailbox(const EventMailbox&) = delete;
     EventMailbox& operator=(const EventMailbox&) = delete;
 
-    /// [render] Never fails and never waits; touches nothing that another thread looks at.
-    void post(const EventLogEntry& entry) QUILLO_REALTIME;
+    /// [render] Never fails and never waits.
+    void post(const EventLogEntry& entry) QUILLO_REALTIME {
+        if (collected_ == nullptr) {
+            collected_ = takeRing();
+        }
+        collected_->append(entry);
+    }
 
-    /// [render] What was posted can be taken from now on. Once a block: it is the part that costs.
+    /// [render] What was posted can be taken from now on. Once a block.
     void handOver() QUILLO_REALTIME;
 
     /// [main] What was handed over since the last call and not lost, oldest first.
     [[nodiscard]] std::vector<EventLogEntry> takeAll();
 
 private:
-    struct Node {
-        EventLogEntry entry{0, EventLogEntryVariants::MIDI{}};
-        Node* next = nullptr;
+    struct Ring {
+        std::array<EventLogEntry, keptEntries> entries;
+        EventLogEntry* end = entries.data();  ///< where the next entry goes
+        bool isFull = false;                  ///< so that the oldest entry lies there
+        Ring* next = nullptr;                 ///< in the chain of free ones
+
+        Ring();
+        void append(const EventLogEntry& entry) QUILLO_REALTIME {
+            *end = entry;
+            if (++end == entries.data() + keptEntries) {
+                end = entries.data();
+                isFull = true;
+            }
+        }
+        [[nodiscard]] std::vector<EventLogEntry> takeAll();
     };
 
-    /// From the oldest entry to the newest.
-    struct Chain {
-        Node* first = nullptr;
-        Node* last = nullptr;
-        std::size_t count = 0;
+    [[nodiscard]] Ring* takeRing() QUILLO_REALTIME;
 
-        void append(const Chain& other) QUILLO_REALTIME;
-        [[nodiscard]] Node* takeFirst() QUILLO_REALTIME;
-    };
-
-    [[nodiscard]] Node* takeFreeNode() QUILLO_REALTIME;
-    void collectUnread() QUILLO_REALTIME;
-
-    std::vector<Node> nodes_;
-    Node* stock_ = nullptr;  ///< [render]
-    Chain collected_;        ///< [render]
-    Chain handedOver_;       ///< [render] valid while `posted_` is not null
-    std::atomic<Node*> posted_{nullptr};
-    std::atomic<Node*> returned_{nullptr};
+    std::array<Ring, 2> rings_;
+    Ring* collected_ = nullptr;  ///< [render]
+    Ring* free_;                 ///< [render]
+    std::atomic<Ring*> posted_{nullptr};
+    std::atomic<Ring*> returned_{nullptr};
 };
 
 }  // namespace quillo

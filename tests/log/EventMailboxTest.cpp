@@ -81,7 +81,7 @@ TEST(EventMailbox, KeepsTheNewest100OfAFlood) {
             EventMailbox mailbox;
             flood(mailbox, 0, count);
             const auto entries = mailbox.takeAll();
-            EXPECT_EQ(entries.size(), std::min<std::size_t>(count, 100)) << count;
+            EXPECT_EQ(entries.size(), static_cast<std::size_t>(std::min<SampleTime>(count, 100))) << count;
             expectNewest(entries, count - 1);
         }
     }
@@ -93,7 +93,7 @@ TEST(EventMailbox, KeepsTheNewest100OfTwoBlocksTogether) {
         post(mailbox, 0, 60);
         post(mailbox, 60, 60 + second);
         const auto entries = mailbox.takeAll();
-        EXPECT_EQ(entries.size(), std::min<std::size_t>(60 + second, 100)) << second;
+        EXPECT_EQ(entries.size(), static_cast<std::size_t>(std::min<SampleTime>(60 + second, 100))) << second;
         expectNewest(entries, 60 + second - 1);
     }
 }
