@@ -8,6 +8,39 @@
 
 namespace quillo {
 
+namespace {
+
+bool setsTempo(const MIDIFileEvent& event) {
+    return tempoOf(event).has_value();
+}
+
+bool beginsWithTempo(const MIDITrack& track) {
+    return std::ranges::any_of(
+        track.events, [](const MIDIFileEvent& event) { return event.tick == 0 && setsTempo(event); });
+}
+
+MIDIFileEvent initialTempoAt(Tick tick) {
+    return {tick,
+            MIDIFileEvent::Kind::meta,
+            {metaTempo, initialTempo >> 16U, initialTempo >> 8U & 0xFFU, initialTempo & 0xFFU}};
+}
+
+MIDITrack inSequence(const std::vector<MIDITrack>& tracks) {
+    MIDITrack all;
+    for (const auto& track : tracks) {
+        if (std::ranges::any_of(all.events, setsTempo) && !beginsWithTempo(track)) {
+            all.events.push_back(initialTempoAt(all.endTick));
+        }
+        for (const auto& [tick, kind, bytes] : track.events) {
+            all.events.push_back({all.endTick + tick, kind, bytes});
+        }
+        all.endTick += track.endTick;
+    }
+    return all;
+}
+
+}  // namespace
+
 std::optional<std::uint32_t> tempoOf(const MIDIFileEvent& event) {
     const auto& bytes = event.bytes;
     if (event.kind != MIDIFileEvent::Kind::meta || bytes.size() < 4 || bytes[0] != metaTempo) {
@@ -24,6 +57,11 @@ MIDITrack merged(const std::vector<MIDITrack>& tracks) {
     }
     all.events = inStableOrder(std::move(all.events), &MIDIFileEvent::tick);
     return all;
+}
+
+MIDITrack asOneTrack(const MIDIFile& file) {
+    constexpr std::uint16_t ofIndependentTracks = 2;
+    return file.format == ofIndependentTracks ? inSequence(file.tracks) : merged(file.tracks);
 }
 
 }  // namespace quillo

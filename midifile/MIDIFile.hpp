@@ -69,7 +69,7 @@ struct MIDITrack {
 
 /// What a Standard MIDI File holds.
 struct MIDIFile {
-    std::uint16_t format = 0;  ///< 0: one track; 1: several that play together
+    std::uint16_t format = 0;  ///< 0: one track; 1: several that play together; 2: several by themselves
     MIDIDivision division = TicksPerQuarter{};
     std::vector<MIDITrack> tracks;
 
@@ -79,5 +79,10 @@ struct MIDIFile {
 /// All the tracks as one: the events in order of their ticks, at equal ticks in the order of the tracks and
 /// then in the order within each, and the latest end.
 [[nodiscard]] MIDITrack merged(const std::vector<MIDITrack>& tracks);
+
+/// The file as one track: what plays together merged, and the tracks of format 2 one after the other, each from
+/// the end of the one before it. These have tempos of their own: where a track begins without one behind a track
+/// that has changed it, the initial tempo is set.
+[[nodiscard]] MIDITrack asOneTrack(const MIDIFile& file);
 
 }  // namespace quillo

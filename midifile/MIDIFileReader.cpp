@@ -25,9 +25,42 @@ struct Header {
 
 constexpr std::string_view headerType = "MThd";
 constexpr std::string_view trackType = "MTrk";
+constexpr std::string_view riffType = "RIFF";
 
 std::string textOf(std::span<const std::uint8_t> bytes) {
     return {bytes.begin(), bytes.end()};
+}
+
+std::uint32_t littleEndian32(ByteCursor& riff) {
+    const auto bytes = riff.take(4, "a chunk's length");
+    return bytes[0] | bytes[1] << 8U | bytes[2] << 16U | std::uint32_t{bytes[3]} << 24U;
+}
+
+/// What is wrapped in a RIFF file: its chunk "data". Chunks begin at even distances.
+ByteCursor unwrapped(ByteCursor riff) {
+    riff.take(riffType.size() + 4, "the RIFF header");
+    const auto typePosition = riff.position();
+    if (textOf(riff.take(4, "the RIFF header")) != "RMID") {
+        throw MIDIFileError(typePosition, "a RIFF file that does not hold MIDI: its type is not RMID");
+    }
+    while (!riff.atEnd()) {
+        const auto type = textOf(riff.take(4, "a chunk's type"));
+        const auto length = littleEndian32(riff);
+        auto chunk = riff.part(length, "a chunk of the RIFF file");
+        if (type == "data") {
+            return chunk;
+        }
+        riff.take(riff.atEnd() ? 0 : length % 2, "a chunk of the RIFF file");
+    }
+    throw MIDIFileError(riff.position(), "the RIFF file ends without a chunk of data");
+}
+
+/// The file from its header on.
+ByteCursor fileIn(std::span<const std::uint8_t> bytes) {
+    ByteCursor file(bytes, "the file");
+    const bool isWrapped =
+        bytes.size() >= riffType.size() && textOf(bytes.first(riffType.size())) == riffType;
+    return isWrapped ? unwrapped(file) : file;
 }
 
 MIDIDivision readDivision(ByteCursor& header) {
@@ -60,9 +93,9 @@ Header readHeader(ByteCursor& file) {
     auto body = file.part(file.bigEndian32("the header's length"), "the header");
     const auto formatPosition = body.position();
     const auto format = body.bigEndian16("the format");
-    if (format > 1) {
-        throw MIDIFileError(formatPosition, "format " + std::to_string(format) +
-                                                ", but only the tracks of formats 0 and 1 play together");
+    if (format > 2) {
+        throw MIDIFileError(formatPosition,
+                            "format " + std::to_string(format) + ", but there are only formats 0, 1 and 2");
     }
     const auto trackCount = body.bigEndian16("the number of tracks");
     return {format, trackCount, readDivision(body)};
@@ -164,7 +197,7 @@ private:
 }  // namespace
 
 MIDIFile readMIDIFile(std::span<const std::uint8_t> bytes) {
-    ByteCursor file(bytes, "the file");
+    auto file = fileIn(bytes);
     const auto header = readHeader(file);
     MIDIFile result{header.format, header.division, {}};
     while (result.tracks.size() < header.trackCount) {

@@ -26,7 +26,7 @@ void OfflineHost::setLogs(Log input, Log output) {
 OfflineHost::Performance OfflineHost::play(std::span<const TimedMessage> messages, SampleTime end) {
     playMoving(messages, end);
     playTail(end);
-    return {std::move(outputs_), delayedOutputs()};
+    return {std::move(outputs_), delayedOutputs(), processor_.lostDelayedMessages()};
 }
 
 void OfflineHost::playMoving(std::span<const TimedMessage> messages, SampleTime end) {

@@ -40,6 +40,7 @@ public:
     struct Performance {
         std::vector<TimedMessage> outputs;  ///< in the order in which they were sent
         std::size_t cutOff = 0;             ///< delayed outputs that were due behind the tail
+        std::uint64_t lost = 0;             ///< delayed outputs for which too many others waited
     };
 
     /// Plays `messages`, which are in order of their times and before `end`. The transport moves from sample

@@ -36,7 +36,7 @@ MIDIFileEvent eventOf(Tick tick, std::span<const std::uint8_t> message) {
 }  // namespace
 
 Score::Score(const MIDIFile& file, std::uint32_t sampleRate)
-    : Score(file.division, merged(file.tracks), sampleRate) {}
+    : Score(file.division, asOneTrack(file), sampleRate) {}
 
 Score::Score(const MIDIDivision& division, const MIDITrack& track, std::uint32_t sampleRate)
     : division_(division),
@@ -48,6 +48,9 @@ Score::Score(const MIDIDivision& division, const MIDITrack& track, std::uint32_t
             metaEvents_.push_back(event);
         } else if (isPlayed(event)) {
             messages_.push_back({tempoMap_.sampleTime(event.tick), MIDIMessage::copyOf(event.bytes)});
+        } else {
+            ++leftOut_.events;
+            leftOut_.bytes += event.bytes.size() + (event.kind == Kind::systemExclusive ? 1U : 0U);
         }
     }
     if (!messages_.empty()) {

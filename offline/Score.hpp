@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -16,14 +17,23 @@ namespace quillo {
 ///
 /// Messages are the channel messages, and whatever an escape holds if that is exactly one message other than
 /// system exclusive: MIDI Start, for one, can stand in a file in no other way. System-exclusive events and
-/// other escapes are neither played nor kept, as no rule sees them.
+/// other escapes are neither played nor kept, as no rule sees them. The tracks of format 2 are played one after
+/// the other.
 class Score {
 public:
+    /// What is neither played nor kept.
+    struct LeftOut {
+        std::size_t events = 0;
+        std::size_t bytes = 0;
+    };
+
     /// Throws a `MIDIFileError` for a file that ends beyond `TempoMap::latestSampleTime`.
     Score(const MIDIFile& file, std::uint32_t sampleRate);
 
     /// In the order in which they are played: by tick, then by track, then by their order in it.
     [[nodiscard]] const std::vector<TimedMessage>& messages() const { return messages_; }
+
+    [[nodiscard]] const LeftOut& leftOut() const { return leftOut_; }
 
     /// When the transport stops: the file's end, behind the last message and behind sample 0, so that even an
     /// empty file starts the transport.
@@ -41,6 +51,7 @@ private:
     Tick endTick_;
     std::vector<MIDIFileEvent> metaEvents_;
     std::vector<TimedMessage> messages_;
+    LeftOut leftOut_;
     SampleTime end_;
 };
 

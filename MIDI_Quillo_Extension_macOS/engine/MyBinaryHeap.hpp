@@ -49,6 +49,7 @@ public:
             const auto* held = std::construct_at(&pool_[slot].element, std::move(added));
             siftUp(size_++, node(held->time, slot));
         } else if (size_ > 0) {
+            ++lost_;
             element(0) = std::move(added);
             siftDown(0, node(element(0).time, nodes_[0].slot()));
         }
@@ -101,6 +102,9 @@ public:
 
     /// How many elements are held.
     [[nodiscard]] std::size_t size() const QUILLO_REALTIME { return size_; }
+
+    /// How many elements were lost because all slots were in use.
+    [[nodiscard]] std::uint64_t lost() const QUILLO_REALTIME { return lost_; }
 
     /// How many elements can be held.
     [[nodiscard]] std::size_t capacity() const QUILLO_REALTIME { return capacity_; }
@@ -186,6 +190,7 @@ private:
     std::size_t size_ = 0;
     std::size_t slotsUsed_ = 0;  ///< slots below it have been in use
     std::uint64_t pushed_ = 0;
+    std::uint64_t lost_ = 0;
     std::unique_ptr<Node[]> nodes_;  ///< those at `size_` and behind it keep the slots that are free again
     std::unique_ptr<Slot[]> pool_;
 };

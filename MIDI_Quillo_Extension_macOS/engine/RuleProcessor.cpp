@@ -77,6 +77,10 @@ std::size_t RuleProcessor::pendingDelayedMessages() {
     return dispatchQueue.barrierSync([this] { return delayedMessages_.size(); });
 }
 
+std::uint64_t RuleProcessor::lostDelayedMessages() {
+    return dispatchQueue.barrierSync([this] { return delayedMessages_.lost(); });
+}
+
 std::optional<SampleTime> RuleProcessor::nextDelayedMessage() {
     return dispatchQueue.barrierSync([this] {
         const auto* earliest = delayedMessages_.peek();

@@ -70,6 +70,9 @@ public:
     /// [any but render] How many delayed outputs wait.
     [[nodiscard]] std::size_t pendingDelayedMessages();
 
+    /// [any but render] How many delayed outputs were lost because there was no more room for them to wait.
+    [[nodiscard]] std::uint64_t lostDelayedMessages();
+
     /// [any but render] When the first of them is due; nothing when none waits.
     [[nodiscard]] std::optional<SampleTime> nextDelayedMessage();
 

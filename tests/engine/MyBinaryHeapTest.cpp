@@ -108,10 +108,12 @@ TEST(MyBinaryHeap, MixedPushesAndPopsAlwaysYieldTheEarliestThatCameFirst) {
     std::mt19937 random(1);
     MyBinaryHeap<Labelled> heap(capacity);
     std::multimap<SampleTime, int> expected;
+    std::uint64_t lost = 0;
     for (int step = 0; step < 20000; ++step) {
         if (expected.empty() || random() % 2 == 0) {
             if (expected.size() == capacity) {
                 expected.erase(expected.begin());
+                ++lost;
             }
             const auto time = static_cast<SampleTime>(random() % 100) - 50;
             heap.push({time, step});
@@ -123,6 +125,7 @@ TEST(MyBinaryHeap, MixedPushesAndPopsAlwaysYieldTheEarliestThatCameFirst) {
             expected.erase(earliest);
         }
         ASSERT_EQ(heap.size(), expected.size());
+        ASSERT_EQ(heap.lost(), lost);
     }
 }
 

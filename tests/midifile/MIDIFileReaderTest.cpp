@@ -122,13 +122,37 @@ TEST(MIDIFileReader, ReadsDeltaTimesOfUpToFourBytes) {
 TEST(DamagedMIDIFile, IsNotOneWithoutItsFirstFourCharacters) {
     EXPECT_EQ(errorOf({}), "byte 0: not a MIDI file: it does not begin with MThd");
     EXPECT_EQ(errorOf(hex("4d 54 68")), "byte 0: not a MIDI file: it does not begin with MThd");
-    EXPECT_EQ(errorOf(hex("52 49 46 46 00 00 00 00")),
+    EXPECT_EQ(errorOf(hex("52 49 46 58 00 00 00 00")),
               "byte 0: not a MIDI file: it does not begin with MThd");
 }
 
 TEST(DamagedMIDIFile, OfAnotherFormatIsRefused) {
-    EXPECT_EQ(errorOf(joined({chunk("MThd", "00 02 00 01 01 e0"), track("00 ff 2f 00")})),
-              "byte 8: format 2, but only the tracks of formats 0 and 1 play together");
+    EXPECT_EQ(errorOf(joined({chunk("MThd", "00 03 00 01 01 e0"), track("00 ff 2f 00")})),
+              "byte 8: format 3, but there are only formats 0, 1 and 2");
+}
+
+/// A RIFF file of this type around chunks; nobody reads its length.
+Bytes riff(const std::string& type, const Bytes& chunks) {
+    return joined({hex("52 49 46 46 00 00 00 00"), {type.begin(), type.end()}, chunks});
+}
+
+TEST(RIFFFile, HoldsAMIDIFileBehindOtherChunks) {
+    const auto wrapped = oneTrackFile("00 90 3c 64 00 ff 2f 00");
+    const auto other = hex("4c 49 53 54 03 00 00 00 01 02 03 00");
+    const auto data = hex("64 61 74 61 1e 00 00 00");
+    EXPECT_EQ(readMIDIFile(riff("RMID", joined({data, wrapped}))), readMIDIFile(wrapped));
+    EXPECT_EQ(readMIDIFile(riff("RMID", joined({other, data, wrapped, other}))), readMIDIFile(wrapped));
+}
+
+TEST(RIFFFile, SaysWhatIsDamaged) {
+    EXPECT_EQ(errorOf(riff("WAVE", {})), "byte 8: a RIFF file that does not hold MIDI: its type is not RMID");
+    EXPECT_EQ(errorOf(riff("RMID", {})), "byte 12: the RIFF file ends without a chunk of data");
+    EXPECT_EQ(errorOf(riff("RMID", hex("64 61 74 61 ff ff ff 7f 00"))),
+              "byte 20: the file ends in the middle of a chunk of the RIFF file");
+    EXPECT_EQ(errorOf(riff("RMID", joined({hex("64 61 74 61 04 00 00 00"), hex("4d 54 68 64")}))),
+              "byte 24: a chunk of the RIFF file ends in the middle of the header's length");
+    EXPECT_EQ(errorOf(riff("RMID", hex("4c 49 53 54 01 00 00 00 01"))),
+              "byte 21: the RIFF file ends without a chunk of data");
 }
 
 TEST(DamagedMIDIFile, WithAShortHeaderSaysWhereItEnds) {

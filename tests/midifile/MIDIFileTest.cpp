@@ -3,6 +3,9 @@
 
 #include <gmock/gmock.h>
 
+#include <string>
+#include <vector>
+
 #include "support/MIDIFileBytes.hpp"
 
 namespace quillo {
@@ -25,6 +28,34 @@ TEST(MergedTracks, StandInOrderOfTicksThenTracksThenTheirOwnOrder) {
 TEST(MergedTracks, EndWithTheLatest) {
     EXPECT_EQ(merged({{{}, 30}, {{}, 70}, {{}, 20}}).endTick, 70);
     EXPECT_EQ(merged({}).endTick, 0);
+}
+
+MIDIFileEvent tempo(Tick tick, const std::string& microseconds) {
+    return {tick, Kind::meta, hex("51 " + microseconds)};
+}
+
+TEST(OneTrack, HasTheTracksOfFormats0And1Together) {
+    const std::vector<MIDITrack> tracks{{{note(0, 1), note(10, 2)}, 30}, {{note(5, 3)}, 20}};
+    for (const auto format : {std::uint16_t{0}, std::uint16_t{1}}) {
+        EXPECT_EQ(asOneTrack({format, {}, tracks}), merged(tracks));
+    }
+}
+
+TEST(OneTrack, HasTheTracksOfFormat2OneAfterTheOther) {
+    EXPECT_EQ(asOneTrack({2, {}, {{{note(0, 1), note(10, 2)}, 30}, {{note(5, 3)}, 20}, {{note(0, 4)}, 1}}}),
+              (MIDITrack{{note(0, 1), note(10, 2), note(35, 3), note(50, 4)}, 51}));
+}
+
+TEST(OneTrack, GivesEachTrackOfFormat2TheTempoThatItHasByItself) {
+    EXPECT_EQ(asOneTrack({2,
+                          {},
+                          {{{note(0, 1)}, 10},
+                           {{tempo(0, "0f 42 40")}, 10},
+                           {{tempo(0, "03 d0 90"), note(0, 2)}, 10},
+                           {{note(0, 3), tempo(5, "0f 42 40")}, 10}}}),
+              (MIDITrack{{note(0, 1), tempo(10, "0f 42 40"), tempo(20, "03 d0 90"), note(20, 2),
+                          tempo(30, "07 a1 20"), note(30, 3), tempo(35, "0f 42 40")},
+                         40}));
 }
 
 TEST(Tempo, IsReadFromATempoEvent) {

@@ -88,6 +88,15 @@ TEST(OfflineHost, CutsNothingOffWhenTheTailIsLongEnough) {
     EXPECT_EQ(play({controllerRule(onHost(Host::Stop), 1, 60000)}, {}, 100).cutOff, 0u);
 }
 
+TEST(OfflineHost, CountsTheDelayedOutputsThatFindNoRoomToWait) {
+    const std::vector<TimedMessage> messages(RuleProcessor::delayCapacity + 3, at(0, "90 3c 64"));
+    const auto performance = play({controllerRule(onAnyNote(), 7, 100)}, messages, 1);
+    EXPECT_EQ(performance.lost, 3U);
+    EXPECT_EQ(performance.outputs.size(), 2 * messages.size() - 3);
+    EXPECT_EQ(play({controllerRule(onAnyNote(), 7, 100)}, {messages.begin() + 3, messages.end()}, 1).lost,
+              0U);
+}
+
 TEST(OfflineHost, SkipsYearsInWhichNothingHappens) {
     constexpr SampleTime year = 48000LL * 3600 * 24 * 365;
     const std::vector<TimedMessage> messages{at(year, "90 3c 64"), at(90 * year + 1, "80 3c 00")};

@@ -50,6 +50,25 @@ TEST(Score, TakesTempoFromEveryTrackForAllTracks) {
     EXPECT_THAT(score(file).messages(), ElementsAre(message(48000, "90 3c 64")));
 }
 
+TEST(Score, PlaysTheTracksOfFormat2OneAfterTheOther) {
+    const MIDIFile file{2,
+                        TicksPerQuarter{480},
+                        {{{{0, Kind::meta, hex("51 0f 42 40")}, {10, Kind::channel, hex("90 3c 64")}}, 480},
+                         {{{10, Kind::channel, hex("80 3c 40")}}, 20}}};
+    EXPECT_THAT(score(file).messages(),
+                ElementsAre(message(1000, "90 3c 64"), message(48000 + 500, "80 3c 40")));
+}
+
+TEST(Score, CountsWhatItLeavesOut) {
+    const auto file = fileWith({{0, Kind::systemExclusive, hex("7e 7f 09 01 f7")},
+                                {0, Kind::escape, hex("fa fb")},
+                                {0, Kind::escape, hex("fa")},
+                                {0, Kind::meta, hex("01 41")}},
+                               0);
+    EXPECT_EQ(score(file).leftOut().events, 2U);
+    EXPECT_EQ(score(file).leftOut().bytes, 8U);
+}
+
 TEST(Score, PlaysAnEscapeThatIsExactlyOneMessage) {
     const auto file = fileWith({{1, Kind::escape, hex("fa")}, {2, Kind::escape, hex("90 3c 64")}}, 2);
     EXPECT_THAT(score(file).messages(), ElementsAre(message(50, "fa"), message(100, "90 3c 64")));
