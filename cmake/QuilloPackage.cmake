@@ -5,6 +5,8 @@
 install(TARGETS midi-quillo RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT programs)
 install(DIRECTORY presets/ DESTINATION "${CMAKE_INSTALL_DATADIR}/midi-quillo/presets" COMPONENT documentation
     FILES_MATCHING PATTERN "*.json" PATTERN "*.mid" PATTERN "*.test" PATTERN "library.txt")
+install(FILES "${PROJECT_BINARY_DIR}/share/midi-quillo/preset.schema.json"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/midi-quillo" COMPONENT documentation)
 install(FILES LICENSE DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/midi-quillo" RENAME copyright
     COMPONENT documentation)
 if(TARGET quillo-guide)
@@ -21,7 +23,7 @@ endif()
 # Everything that is installed, as far as the machine has what it needs.
 add_custom_target(quillo-product)
 foreach(part IN ITEMS midi-quillo midi-quillo-jack midi-quillo-lv2 midi-quillo-lv2-ui midi-quillo-clap
-        quillo-vst3-plugin quillo-guide)
+        quillo-vst3-plugin quillo-schema quillo-guide)
     if(TARGET ${part})
         add_dependencies(quillo-product ${part})
     endif()

@@ -7,6 +7,7 @@ namespace quillo {
 /// asked to ends with 0.
 inline constexpr int exitSuccess = 0;
 inline constexpr int exitBadPreset = 1;  ///< `check`: the preset is damaged, or cannot run
+inline constexpr int exitAdvice = 1;     ///< `check --strict`: a rule may be a mistake
 inline constexpr int exitDifferent = 1;  ///< `diff`, `test`: what leaves is not the same, or not as expected
 inline constexpr int exitTrouble = 2;    ///< `diff`, `test`: a file cannot be read or written, or is damaged
 inline constexpr int exitUsage = 64;     ///< wrong arguments

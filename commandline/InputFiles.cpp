@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "commandline/InputFiles.hpp"
 
+#include <array>
+#include <istream>
 #include <limits>
 #include <utility>
 
@@ -18,18 +20,39 @@ namespace {
 
 constexpr std::uint64_t mostMIDI = 1024UL * 1024 * 1024;
 
-std::vector<std::uint8_t> readBytes(const std::string& path, InputReading reading, std::uint64_t most) {
-    switch (reading) {
-    case InputReading::bounded: return readWholeFile(path, most);
-    case InputReading::unbounded: return readWholeFile(path, std::numeric_limits<std::uint64_t>::max());
-    case InputReading::prompt: return readRegularFile(path, most);
-    }
-    return {};
+std::uint64_t limitOf(InputReading reading, std::uint64_t most) {
+    return reading == InputReading::unbounded ? std::numeric_limits<std::uint64_t>::max() : most;
 }
 
-std::vector<std::uint8_t> readInput(const std::string& path, InputReading reading, std::uint64_t most) {
+/// Throws as the readers of files do.
+std::vector<std::uint8_t> readStream(std::istream& in, std::uint64_t most) {
+    std::vector<std::uint8_t> bytes;
+    std::array<char, 65536> part{};
+    while (in.read(part.data(), part.size()), in.gcount() > 0) {
+        bytes.insert(bytes.end(), part.begin(), part.begin() + in.gcount());
+        if (bytes.size() > most) {
+            throw FileTooLarge("standard input: it is larger than " + std::to_string(most >> 20U) + " MiB");
+        }
+    }
+    if (in.bad()) {
+        throw FileError("standard input: cannot be read");
+    }
+    return bytes;
+}
+
+std::vector<std::uint8_t> readBytes(const std::string& path, InputReading reading, std::uint64_t most,
+                                    std::istream* standardInput) {
+    if (standardInput != nullptr && path == standardStream) {
+        return readStream(*standardInput, limitOf(reading, most));
+    }
+    return reading == InputReading::prompt ? readRegularFile(path, most)
+                                           : readWholeFile(path, limitOf(reading, most));
+}
+
+std::vector<std::uint8_t> readInput(const std::string& path, InputReading reading, std::uint64_t most,
+                                    std::istream* standardInput) {
     try {
-        return readBytes(path, reading, most);
+        return readBytes(path, reading, most, standardInput);
     } catch (const FileTooLarge& error) {
         const bool mayBeForced = reading == InputReading::bounded;
         throw CommandFailure(exitNoInput, std::string(error.what()) +
@@ -45,26 +68,31 @@ InputReading inputReading(const Arguments& arguments) {
     return arguments.has(forceSizeOption.name) ? InputReading::unbounded : InputReading::bounded;
 }
 
-MIDIFile readMIDIInput(const std::string& path, InputReading reading) {
-    const auto bytes = readInput(path, reading, mostMIDI);
+std::string inputName(const std::string& path) {
+    return path == standardStream ? "standard input" : escaped(path);
+}
+
+MIDIFile readMIDIInput(const std::string& path, InputReading reading, std::istream* standardInput) {
+    const auto bytes = readInput(path, reading, mostMIDI, standardInput);
     try {
         return readMIDIFile(bytes);
     } catch (const MIDIFileError& error) {
-        throw CommandFailure(exitBadData, escaped(path) + ": " + error.what());
+        throw CommandFailure(exitBadData, inputName(path) + ": " + error.what());
     }
 }
 
-ReadDocument readPresetInput(const std::string& path, int badPreset, InputReading reading) {
-    const auto bytes = readInput(path, reading, usualSizeLimit);
+ReadDocument readPresetInput(const std::string& path, int badPreset, InputReading reading,
+                             std::istream* standardInput) {
+    const auto bytes = readInput(path, reading, usualSizeLimit, standardInput);
     try {
         return readDocument(bytes);
     } catch (const DecodingError& error) {
-        throw CommandFailure(badPreset, escaped(path) + ": " + error.mostUseful());
+        throw CommandFailure(badPreset, inputName(path) + ": " + error.mostUseful());
     }
 }
 
 std::string readTextInput(const std::string& path, InputReading reading) {
-    const auto bytes = readInput(path, reading, usualSizeLimit);
+    const auto bytes = readInput(path, reading, usualSizeLimit, nullptr);
     return {bytes.begin(), bytes.end()};
 }
 

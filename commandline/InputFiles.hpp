@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <iosfwd>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "commandline/Arguments.hpp"
@@ -21,11 +23,19 @@ enum class InputReading { bounded, unbounded, prompt };
 inline constexpr Option forceSizeOption{"--force-size", false};
 [[nodiscard]] InputReading inputReading(const Arguments& arguments);
 
-/// A damaged file fails with `exitBadData` and the byte position.
-[[nodiscard]] MIDIFile readMIDIInput(const std::string& path, InputReading reading = InputReading::bounded);
+/// What stands for standard input and standard output in place of a path.
+inline constexpr std::string_view standardStream = "-";
 
-/// A damaged preset fails with `badPreset` and what is wrong where.
-[[nodiscard]] ReadDocument readPresetInput(const std::string& path, int badPreset, InputReading reading);
+/// How an input is called in messages: its path, or "standard input".
+[[nodiscard]] std::string inputName(const std::string& path);
+
+/// A damaged file fails with `exitBadData` and the byte position. With a stream "-" is that stream.
+[[nodiscard]] MIDIFile readMIDIInput(const std::string& path, InputReading reading = InputReading::bounded,
+                                     std::istream* standardInput = nullptr);
+
+/// A damaged preset fails with `badPreset` and what is wrong where. With a stream "-" is that stream.
+[[nodiscard]] ReadDocument readPresetInput(const std::string& path, int badPreset, InputReading reading,
+                                           std::istream* standardInput = nullptr);
 
 /// A text of any form, as large as a preset may be.
 [[nodiscard]] std::string readTextInput(const std::string& path, InputReading reading);

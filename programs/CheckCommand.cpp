@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "programs/CheckCommand.hpp"
 
+#include <algorithm>
 #include <array>
 #include <functional>
+#include <optional>
 #include <ostream>
+#include <string_view>
+#include <vector>
 
 #include "analysis/RuleAdvice.hpp"
 #include "commandline/Arguments.hpp"
@@ -14,6 +18,7 @@
 #include "engine/RuleCompiler.hpp"
 #include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
+#include "programs/JSONText.hpp"
 #include "rules/RuleEntry.hpp"
 #include "rules/RuleRun.hpp"
 #include "words/PlainWords.hpp"
@@ -23,16 +28,63 @@ namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 5> options{
-    {{"--write", true}, {"--force", false}, {"--advice", false}, {"--unfold", false}, forceSizeOption}};
+constexpr std::array<Option, 8> options{{{"--write", true},
+                                         {"--force", false},
+                                         {"--advice", false},
+                                         {"--strict", false},
+                                         {"--for", true, true},
+                                         {"--unfold", false},
+                                         {"--json", false},
+                                         forceSizeOption}};
 
-/// A preset whose reading is a fatal error to a host is to the checker only a bad preset.
-ReadDocument readForChecking(const std::string& path, InputReading reading) {
-    try {
-        return readPresetInput(path, exitBadPreset, reading);
-    } catch (const FatalError& error) {
-        throw CommandFailure(exitBadPreset, escaped(path) + ": " + wordsOf(error));
+constexpr std::array<std::string_view, 4> formats{"jack", "lv2", "clap", "vst3"};
+
+/// What the user asked for.
+struct Request {
+    std::string preset;
+    std::optional<std::string> target;
+    std::vector<std::string> formats;  ///< whose advice is wanted
+    bool advice;
+    bool strict;
+    bool unfold;
+    bool json;
+    bool force;
+    InputReading reading;
+};
+
+Request readRequest(std::span<const std::string> words) {
+    const Arguments arguments(words, options);
+    if (arguments.operands().size() != 1) {
+        throw UsageError("check takes one preset");
     }
+    Request request{arguments.operands().front(), arguments.text("--write"), arguments.texts("--for"),
+                    arguments.has("--advice"),    arguments.has("--strict"), arguments.has("--unfold"),
+                    arguments.has("--json"),      arguments.has("--force"),  inputReading(arguments)};
+    for (const auto& format : request.formats) {
+        if (std::ranges::find(formats, format) == formats.end()) {
+            throw UsageError("option --for: " + inQuotes(format) + " is not jack, lv2, clap or vst3");
+        }
+    }
+    if (!request.advice && (request.strict || !request.formats.empty())) {
+        throw UsageError("--strict and --for go with --advice");
+    }
+    return request;
+}
+
+/// Runs `step`, to which a fatal error of a host is only a bad preset.
+template <class Step>
+auto checking(const std::string& path, Step step) {
+    try {
+        return step();
+    } catch (const FatalError& error) {
+        throw CommandFailure(exitBadPreset, inputName(path) + ": " + wordsOf(error));
+    }
+}
+
+ReadDocument readForChecking(const Request& request, std::istream& standardInput) {
+    return checking(request.preset, [&] {
+        return readPresetInput(request.preset, exitBadPreset, request.reading, &standardInput);
+    });
 }
 
 std::string generation(const ReadDocument& document) {
@@ -50,11 +102,7 @@ std::string generation(const ReadDocument& document) {
 
 /// Rules that no program could run are as bad as a damaged preset.
 void refuseWhatCannotRun(const std::vector<Rule>& rules, const std::string& path) {
-    try {
-        static_cast<void>(compileRules(rules, defaultSampleRate));
-    } catch (const FatalError& error) {
-        throw CommandFailure(exitBadPreset, escaped(path) + ": " + wordsOf(error));
-    }
+    checking(path, [&] { static_cast<void>(compileRules(rules, defaultSampleRate)); });
 }
 
 /// What the editor cannot hold as the preset has it, in a line of its own under the rule.
@@ -111,18 +159,124 @@ void writeShelf(const RuleShelf& shelf, Grouping group, std::ostream& out) {
     }
 }
 
-void writeAdvice(const std::vector<Rule>& rules, std::ostream& out) {
-    const auto advice = adviseOn(rules);
+/// What is said of a format alone, only where somebody asks for it.
+bool isWanted(Advice::Kind kind, const std::vector<std::string>& wanted) {
+    using enum Advice::Kind;
+    const bool isOfVST3 = kind == notInVST3 || kind == tooLongForVST3;
+    return !isOfVST3 || std::ranges::find(wanted, "vst3") != wanted.end();
+}
+
+std::vector<Advice> adviceFor(const std::vector<Rule>& rules, const Request& request) {
+    auto advice = request.advice ? adviseOn(rules) : std::vector<Advice>();
+    std::erase_if(advice, [&](const Advice& each) { return !isWanted(each.kind, request.formats); });
+    return advice;
+}
+
+void writeRules(const PluginData& data, const Request& request, std::ostream& out) {
+    const Grouping group = request.unfold ? oneByOne : runsOf;
+    writeRuns(data.rules, group, out, [](const RuleRun& run) { return numbers(run) + ". "; });
+    writeShelf(data.shelf, group, out);
+}
+
+void writeAdvice(const std::vector<Rule>& rules, const std::vector<Advice>& advice, std::ostream& out) {
     out << (advice.empty() ? "\nAdvice: none.\n" : "\nAdvice:\n");
     for (const auto& piece : advice) {
         out << adviceText(rules, piece);
     }
 }
 
-void writeCurrentForm(const PluginData& data, const OutputFile& file, const std::string& path,
-                      const Console& console) {
+/// Where the current form goes to standard output, the words give way.
+std::ostream& streamOfWords(const Request& request, const Console& console) {
+    return request.target == standardStream ? console.err : console.out;
+}
+
+void writeCurrentForm(const PluginData& data, const Request& request, const Console& console) {
+    const OutputFile file(*request.target, request.force, &console.out);
     file.write(data.write());
-    console.err << escaped(path) << ": written in the current form\n";
+    if (request.target != standardStream) {
+        console.err << escaped(*request.target) << ": written in the current form\n";
+    }
+}
+
+int statusOf(const std::vector<Advice>& advice, const Request& request) {
+    return request.strict && !advice.empty() ? exitAdvice : exitSuccess;
+}
+
+int checkInWords(const Request& request, const Console& console) {
+    const auto document = readForChecking(request, console.in);
+    auto& out = streamOfWords(request, console);
+    out << inputName(request.preset) << ": " << describe(document) << '\n';
+    writeRules(document.data, request, out);
+    refuseWhatCannotRun(document.data.rules, request.preset);
+    const auto advice = adviceFor(document.data.rules, request);
+    if (request.advice) {
+        writeAdvice(document.data.rules, advice, out);
+    }
+    if (request.target) {
+        writeCurrentForm(document.data, request, console);
+    }
+    return statusOf(advice, request);
+}
+
+JSONAnswer json(const Rule& rule, std::size_t position) {
+    auto answer = jsonOfRule(position, rule.name);
+    answer["words"] = inPlainWords(rule);
+    return answer;
+}
+
+JSONAnswer json(const Advice& advice, const std::vector<Rule>& rules) {
+    auto answer = jsonOfRule(advice.rule, rules[advice.rule].name);
+    answer["matter"] = advice.matter;
+    answer["wayOut"] = advice.wayOut;
+    return answer;
+}
+
+JSONAnswer json(const PluginData& data) {
+    JSONAnswer answer{{"rules", JSONAnswer::array()}, {"switchedOff", JSONAnswer::array()}};
+    for (std::size_t position = 0; position < data.rules.size(); ++position) {
+        answer["rules"].push_back(json(data.rules[position], position));
+    }
+    for (const auto& [place, rule] : data.shelf) {
+        answer["switchedOff"].push_back(
+            {{"behindRule", place}, {"name", rule.name}, {"words", inPlainWords(rule)}});
+    }
+    return answer;
+}
+
+/// The answer grows as far as the preset is right.
+int fillAnswer(JSONAnswer& answer, const Request& request, const Console& console) {
+    const auto document = readForChecking(request, console.in);
+    const auto& rules = document.data.rules;
+    answer["generation"] = generation(document);
+    answer.update(json(document.data));
+    refuseWhatCannotRun(rules, request.preset);
+    const auto advice = adviceFor(rules, request);
+    if (request.advice) {
+        answer["advice"] = JSONAnswer::array();
+    }
+    for (const auto& piece : advice) {
+        answer["advice"].push_back(json(piece, rules));
+    }
+    if (request.target) {
+        writeCurrentForm(document.data, request, console);
+    }
+    return statusOf(advice, request);
+}
+
+/// Also a preset that is bad has an answer.
+int checkForScripts(const Request& request, const Console& console) {
+    JSONAnswer answer{{"preset", request.preset}};
+    auto status = exitBadPreset;
+    try {
+        status = fillAnswer(answer, request, console);
+    } catch (const CommandFailure& failure) {
+        if (failure.status() != exitBadPreset) {
+            throw;
+        }
+        answer["error"] = failure.what();
+    }
+    streamOfWords(request, console) << jsonText(answer);
+    return status;
 }
 
 }  // namespace
@@ -132,26 +286,8 @@ std::string describe(const ReadDocument& document) {
 }
 
 int runCheckCommand(std::span<const std::string> words, const Console& console) {
-    const Arguments arguments(words, options);
-    if (arguments.operands().size() != 1) {
-        throw UsageError("check takes one preset");
-    }
-    const auto target = arguments.text("--write");
-    const auto& path = arguments.operands().front();
-    const auto document = readForChecking(path, inputReading(arguments));
-    console.out << escaped(path) << ": " << describe(document) << '\n';
-    const auto& rules = document.data.rules;
-    const Grouping group = arguments.has("--unfold") ? oneByOne : runsOf;
-    writeRuns(rules, group, console.out, [](const RuleRun& run) { return numbers(run) + ". "; });
-    writeShelf(document.data.shelf, group, console.out);
-    refuseWhatCannotRun(rules, path);
-    if (arguments.has("--advice")) {
-        writeAdvice(rules, console.out);
-    }
-    if (target) {
-        writeCurrentForm(document.data, OutputFile(*target, arguments.has("--force")), *target, console);
-    }
-    return exitSuccess;
+    const auto request = readRequest(words);
+    return request.json ? checkForScripts(request, console) : checkInWords(request, console);
 }
 
 }  // namespace quillo

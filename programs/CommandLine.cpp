@@ -12,6 +12,7 @@
 #include "commandline/CommandFailure.hpp"
 #include "commandline/ExitStatus.hpp"
 #include "commandline/ToldFailures.hpp"
+#include "persistence/DocumentSchema.hpp"
 #include "platform/QuotedText.hpp"
 #include "programs/CheckCommand.hpp"
 #include "programs/DiffCommand.hpp"
@@ -51,10 +52,19 @@ int runHostVerb(std::span<const std::string> words, const Console& console) {
     return runHostCommand(script, console.out, console.err);
 }
 
+/// The verb `schema`: what presets look like, for programs that make or check them.
+int runSchemaVerb(std::span<const std::string> words, const Console& console) {
+    if (!Arguments(words, {}).operands().empty()) {
+        throw UsageError("schema takes no arguments");
+    }
+    console.out << documentSchema();
+    return exitSuccess;
+}
+
 constexpr std::array verbs{
     Verb{"render", &runRenderCommand}, Verb{"check", &runCheckCommand}, Verb{"explain", &runExplainCommand},
     Verb{"diff", &runDiffCommand},     Verb{"test", &runTestCommand},   Verb{"presets", &runPresetsCommand},
-    Verb{"host", &runHostVerb},
+    Verb{"schema", &runSchemaVerb},    Verb{"host", &runHostVerb},
 };
 
 const Verb& find(const std::string& name) {

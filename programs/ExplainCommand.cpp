@@ -2,25 +2,28 @@
 #include "programs/ExplainCommand.hpp"
 
 #include <array>
+#include <cstddef>
 #include <ostream>
-#include <utility>
 #include <vector>
 
 #include "analysis/AskedEventParser.hpp"
 #include "analysis/EngineProbe.hpp"
 #include "analysis/EventExplanation.hpp"
 #include "analysis/ExplanationText.hpp"
+#include "analysis/RuleReasons.hpp"
 #include "commandline/Arguments.hpp"
 #include "commandline/CommandFailure.hpp"
 #include "commandline/ExitStatus.hpp"
 #include "commandline/InputFiles.hpp"
+#include "platform/HexText.hpp"
 #include "platform/QuotedText.hpp"
+#include "programs/JSONText.hpp"
 
 namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 2> options{{{"--preset", true}, forceSizeOption}};
+constexpr std::array<Option, 3> options{{{"--preset", true}, {"--json", false}, forceSizeOption}};
 
 std::string forms() {
     return std::string(askedEventForms.substr(0, askedEventForms.size() - 1));
@@ -43,6 +46,54 @@ std::vector<AskedEvent> readEvents(const std::vector<std::string>& texts) {
     return events;
 }
 
+JSONAnswer json(const RuleReason& reason, const RuleAccount& account, const Rule& rule,
+                std::size_t position) {
+    auto answer = jsonOfRule(position, rule.name);
+    answer["verdict"] = reason.verdict;
+    answer["why"] = reason.words;
+    if (reason.fired) {
+        answer["afterMs"] = account.delay;
+        answer["sent"] = JSONAnswer::array();
+    }
+    for (const auto& message : account.messages) {
+        answer["sent"].push_back(hexText(message.bytes(), HexCase::lower));
+    }
+    return answer;
+}
+
+JSONAnswer json(const std::vector<Rule>& rules, const AskedEvent& event,
+                const EventExplanation& explanation) {
+    JSONAnswer answer{{"event", eventWords(event)},
+                      {"forwarded", explanation.forwarded},
+                      {"consumedByRule", nullptr},
+                      {"rules", JSONAnswer::array()}};
+    if (explanation.consumer) {
+        answer["consumedByRule"] = *explanation.consumer + 1;
+    }
+    const auto reasons = ruleReasons(rules, event, explanation);
+    for (std::size_t rule = 0; rule < rules.size(); ++rule) {
+        answer["rules"].push_back(json(reasons[rule], explanation.rules[rule], rules[rule], rule));
+    }
+    return answer;
+}
+
+void explainForScripts(EngineProbe& probe, const std::vector<AskedEvent>& events, std::ostream& out) {
+    JSONAnswer answer{{"events", JSONAnswer::array()}};
+    for (const auto& event : events) {
+        answer["events"].push_back(json(probe.rules(), event, explain(probe, event)));
+    }
+    out << jsonText(answer);
+}
+
+void explainInWords(EngineProbe& probe, const std::vector<AskedEvent>& events, const RuleShelf& shelf,
+                    std::ostream& out) {
+    const char* separator = "";
+    for (const auto& event : events) {
+        out << separator << explanationText(probe.rules(), event, explain(probe, event), shelf);
+        separator = "\n";
+    }
+}
+
 }  // namespace
 
 int runExplainCommand(std::span<const std::string> words, const Console& console) {
@@ -52,12 +103,13 @@ int runExplainCommand(std::span<const std::string> words, const Console& console
         throw UsageError("explain needs a preset: --preset PRESET.json");
     }
     const auto events = readEvents(arguments.operands());
-    auto [rules, shelf] = readPresetInput(*preset, exitBadData, inputReading(arguments)).data;
-    EngineProbe probe(std::move(rules));
-    const char* separator = "";
-    for (const auto& event : events) {
-        console.out << separator << explanationText(probe.rules(), event, explain(probe, event), shelf);
-        separator = "\n";
+    const auto [rules, shelf] =
+        readPresetInput(*preset, exitBadData, inputReading(arguments), &console.in).data;
+    EngineProbe probe(rules);
+    if (arguments.has("--json")) {
+        explainForScripts(probe, events, console.out);
+    } else {
+        explainInWords(probe, events, shelf, console.out);
     }
     return exitSuccess;
 }

@@ -27,6 +27,7 @@ Verbs:
   diff     say what two presets make different of a recording
   test     play presets the tests that lie beside them
   presets  list the presets that come with the program, or write one out
+  schema   print a JSON Schema of presets, for programs that make them
   host     play a host application from a script, to see what a project did
   help     this text; help VERB tells all about a verb
 
@@ -37,10 +38,10 @@ Options:
 Example: hear what a preset makes of a song, and see every event on its way.
   midi-quillo render song.mid out.mid --preset echo.json --trace
 
-Exit status: 0 all went well; 1 check found a bad preset, diff or test a
-difference; 2 what diff or test plays cannot be read; 64 wrong arguments;
-65 damaged input; 66 input cannot be read; 70 fatal error; 73 output cannot be
-written or is there already.
+Exit status: 0 all went well; 1 check found a bad preset or, being strict, a
+mistake, diff or test a difference; 2 what diff or test plays cannot be read;
+64 wrong arguments; 65 damaged input; 66 input cannot be read; 70 fatal error;
+73 output cannot be written or is there already.
 )";
 
 constexpr std::array verbTexts{
@@ -50,15 +51,23 @@ comes out to OUT.mid, as one track. Tempo, metre, key, names and markers stay
 where they are, so that the result lines up with the original in a sequencer.
 The host's transport runs from the file's beginning to its end and then stops;
 rules that wait for it fire. System-exclusive events of IN.mid are left out:
-rules never see them.
+rules never see them. It says how many these are, and how many delayed outputs
+were dropped because more than 10,000 waited, or were due after the tail. The
+tracks of a file of format 2 are played one after the other. IN.mid may be
+wrapped in a RIFF file (.rmi). "-" is standard input for IN.mid or PRESET.json,
+and standard output for OUT.mid.
 
 Options:
   --preset PRESET.json  the rules
   --force               replace OUT.mid if it is there
   --trace               print every event that comes in and goes out, with its
                         time in samples
-  --sample-rate RATE    samples per second that times are counted in,
-                        1000 to 768000 (48000)
+  --json                say how it went in one line of JSON, for scripts
+  --sample-rate RATE    samples per second that times are counted in, 1000 to
+                        768000 (48000). A tick that lasts a sample or longer
+                        comes out as the same tick; where a file's ticks are
+                        finer, events can move to a neighbouring tick, and a
+                        higher rate helps
   --block FRAMES        samples per render cycle, 1 to 1048576 (512); the result
                         does not depend on it
   --tail SECONDS        how long to wait for delayed outputs after the end of
@@ -68,9 +77,11 @@ Options:
 Examples:
   midi-quillo render song.mid out.mid --preset echo.json
   midi-quillo render song.mid out.mid --preset=echo.json --force --tail=2.5
+  midi-quillo render - - --preset echo.json <song.mid >out.mid
 )"},
     VerbText{"check",
-             "Usage: midi-quillo check PRESET.json [--advice] [--unfold]\n"
+             "Usage: midi-quillo check PRESET.json [--unfold] [--json]\n"
+             "                         [--advice [--strict] [--for FORMAT]...]\n"
              "                         [--write OUT.json [--force]]\n",
              R"(
 Says what PRESET.json is, a preset of any generation, and what its rules do,
@@ -80,12 +91,17 @@ Channels are counted from 1; everything else is the number in the MIDI message.
 Under a rule that the editor cannot show, or not as it is, it says so. Rules
 that are switched off come last, each with its place among the others. If the
 preset is damaged, or no program could run a rule of it, says what is wrong and
-where.
+where, ends with 1 and writes nothing. "-" is standard input for PRESET.json,
+and standard output for OUT.json.
 
 Options:
   --advice          say as well which rules can never fire, which swallow all
                     MIDI, which leave notes sounding, and what else may be a
                     mistake, each with a way out; the exit status stays 0
+  --strict          with --advice: end with 1 when there is any
+  --for FORMAT      with --advice: say as well what goes for jack, lv2, clap or
+                    vst3 alone; may be given for each of them
+  --json            say it in one line of JSON, for scripts
   --unfold          one rule a line, also where they differ in a value only
   --write OUT.json  store the preset in the current form
   --force           replace OUT.json if it is there
@@ -93,10 +109,10 @@ Options:
 
 Examples:
   midi-quillo check old.json
-  midi-quillo check --advice stage.json
+  midi-quillo check --advice --for vst3 stage.json
   midi-quillo check old.json --write new.json
 )"},
-    VerbText{"explain", "Usage: midi-quillo explain --preset PRESET.json EVENT...\n", R"(
+    VerbText{"explain", "Usage: midi-quillo explain --preset PRESET.json [--json] EVENT...\n", R"(
 Says what the rules of PRESET.json make of an event. Each rule is asked in
 order, and its line says whether it fired, what it sent and when, or the first
 thing about the event that it does not wait for. A rule that is switched off is
@@ -114,7 +130,8 @@ An EVENT is one of:
 Each event is explained by itself, as if none had come before it.
 
 Options:
-  --preset PRESET.json  the rules
+  --preset PRESET.json  the rules; "-" is standard input
+  --json                say it in one line of JSON, for scripts
   --force-size          read PRESET.json above 64 MiB, too
 
 Examples:
@@ -203,6 +220,14 @@ Options:
 Examples:
   midi-quillo presets
   midi-quillo presets bass-split --write stage.json
+)"},
+    VerbText{"schema", "Usage: midi-quillo schema\n", R"(
+Prints a JSON Schema (draft 2020-12) of presets in all their forms, for editors
+and programs that make or check them. It is installed as well, as
+share/midi-quillo/preset.schema.json. What it cannot say, check says.
+
+Example:
+  midi-quillo schema >preset.schema.json
 )"},
     VerbText{"host", "Usage: midi-quillo host [SCRIPT]\n", R"(
 Plays a host application from SCRIPT, or from standard input. The script has

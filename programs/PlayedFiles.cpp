@@ -11,12 +11,13 @@ namespace quillo {
 
 using Transport = HostTransportTriggerVariantsV2;
 
-Score readScore(const std::string& path, InputReading reading, std::uint32_t sampleRate) {
-    const auto file = readMIDIInput(path, reading);
+Score readScore(const std::string& path, InputReading reading, std::uint32_t sampleRate,
+                std::istream* standardInput) {
+    const auto file = readMIDIInput(path, reading, standardInput);
     try {
         return {file, sampleRate};
     } catch (const MIDIFileError& error) {
-        throw CommandFailure(exitBadData, escaped(path) + ": " + error.what());
+        throw CommandFailure(exitBadData, inputName(path) + ": " + error.what());
     }
 }
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -17,7 +18,9 @@ namespace quillo {
 /// What verbs play, and the rules that they play it to. What is wrong with a file throws a `CommandFailure`
 /// that begins with its name.
 
-[[nodiscard]] Score readScore(const std::string& path, InputReading reading, std::uint32_t sampleRate);
+/// With a stream "-" is that stream.
+[[nodiscard]] Score readScore(const std::string& path, InputReading reading, std::uint32_t sampleRate,
+                              std::istream* standardInput = nullptr);
 
 /// The score as a unit sees it that `render` plays: it is loaded and the host's transport starts before the
 /// messages, and the transport stops at the end.

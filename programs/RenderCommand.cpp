@@ -10,12 +10,14 @@
 #include "commandline/ExitStatus.hpp"
 #include "commandline/InputFiles.hpp"
 #include "commandline/OutputFile.hpp"
+#include "engine/RuleProcessor.hpp"
 #include "log/EventLogEntry.hpp"
 #include "midifile/MIDIFileError.hpp"
 #include "midifile/MIDIFileWriter.hpp"
 #include "offline/OfflineHost.hpp"
 #include "offline/Score.hpp"
 #include "platform/QuotedText.hpp"
+#include "programs/JSONText.hpp"
 #include "programs/PlayedFiles.hpp"
 #include "programs/ProgressLine.hpp"
 #include "words/MessageWords.hpp"
@@ -24,7 +26,8 @@ namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 7> options{{{"--preset", true},
+constexpr std::array<Option, 8> options{{{"--preset", true},
+                                         {"--json", false},
                                          {"--sample-rate", true},
                                          {"--block", true},
                                          {"--tail", true},
@@ -39,6 +42,7 @@ struct Request {
     std::string preset;
     OfflineHost::Settings settings;
     bool trace;
+    bool json;
     bool force;
     InputReading reading;
 };
@@ -53,6 +57,12 @@ Request readRequest(std::span<const std::string> words) {
     if (!preset) {
         throw UsageError("render needs a preset: --preset PRESET.json");
     }
+    if (files[0] == standardStream && *preset == standardStream) {
+        throw UsageError("standard input cannot be both the MIDI file and the preset");
+    }
+    if (arguments.has("--trace") && arguments.has("--json")) {
+        throw UsageError("--trace and --json do not go together");
+    }
     const OfflineHost::Settings defaults;
     return {files[0],
             files[1],
@@ -61,6 +71,7 @@ Request readRequest(std::span<const std::string> words) {
              arguments.wholeNumber("--block", 1, 1'048'576, defaults.block),
              arguments.number("--tail", 0, 86'400, defaults.tail)},
             arguments.has("--trace"),
+            arguments.has("--json"),
             arguments.has("--force"),
             inputReading(arguments)};
 }
@@ -69,13 +80,19 @@ OfflineHost::Log traceTo(std::ostream& out, const char* direction) {
     return [&out, direction](const EventLogEntry& entry) { out << direction << traceLine(entry) << '\n'; };
 }
 
+/// Where the MIDI file goes to standard output, the words give way.
+std::ostream& streamOfWords(const Request& request, const Console& console) {
+    return request.target == standardStream ? console.err : console.out;
+}
+
 OfflineHost::Performance play(const Score& score, std::vector<Rule> rules, const Request& request,
                               const Console& console) {
     OfflineHost host(request.settings, std::move(rules));
     if (request.trace) {
-        host.setLogs(traceTo(console.out, "in  "), traceTo(console.out, "out "));
+        auto& out = streamOfWords(request, console);
+        host.setLogs(traceTo(out, "in  "), traceTo(out, "out "));
     }
-    ProgressLine progress(console.err, console.errIsTerminal, "rendering " + escaped(request.source));
+    ProgressLine progress(console.err, console.errIsTerminal, "rendering " + inputName(request.source));
     host.setProgress([&](double done) { progress.update(done); });
     return host.play(score.messages(), score.end());
 }
@@ -89,26 +106,61 @@ std::vector<std::uint8_t> resultBytes(const Score& score, std::vector<TimedMessa
     }
 }
 
+/// How a rendering went.
+struct Summary {
+    std::size_t in = 0;
+    std::size_t out = 0;
+    std::size_t cutOff = 0;
+    std::uint64_t lost = 0;
+    Score::LeftOut leftOut;
+};
+
+/// "1 delayed output was", "2 delayed outputs were".
+std::string countWords(std::uint64_t count, const std::string& what) {
+    return std::to_string(count) + ' ' + what + (count == 1 ? " was" : "s were");
+}
+
+void writeSummary(const Summary& summary, const Request& request, std::ostream& err) {
+    if (summary.leftOut.events > 0) {
+        err << countWords(summary.leftOut.events, "SysEx event") << " left out, " << summary.leftOut.bytes
+            << " bytes: rules never see SysEx\n";
+    }
+    if (summary.lost > 0) {
+        err << countWords(summary.lost, "delayed output") << " dropped: only " << RuleProcessor::delayCapacity
+            << " can wait at one time\n";
+    }
+    if (summary.cutOff > 0) {
+        err << countWords(summary.cutOff, "delayed output") << " cut off: due after the tail of "
+            << request.settings.tail << " s; --tail makes it longer\n";
+    }
+    err << (request.target == standardStream ? "standard output" : escaped(request.target)) << ": "
+        << summary.in << " events in, " << summary.out << " out\n";
+}
+
+JSONAnswer json(const Summary& summary) {
+    return {{"eventsIn", summary.in},
+            {"eventsOut", summary.out},
+            {"cutOff", summary.cutOff},
+            {"dropped", summary.lost},
+            {"sysExLeftOut", {{"events", summary.leftOut.events}, {"bytes", summary.leftOut.bytes}}}};
+}
+
 }  // namespace
 
 int runRenderCommand(std::span<const std::string> words, const Console& console) {
     const auto request = readRequest(words);
-    const auto score = readScore(request.source, request.reading, request.settings.sampleRate);
-    auto rules = readPresetInput(request.preset, exitBadData, request.reading).data.rules;
-    const OutputFile target(request.target, request.force);
+    const auto score = readScore(request.source, request.reading, request.settings.sampleRate, &console.in);
+    auto rules = readPresetInput(request.preset, exitBadData, request.reading, &console.in).data.rules;
+    const OutputFile target(request.target, request.force, &console.out);
     auto performance = play(score, std::move(rules), request, console);
-    const auto sent = performance.outputs.size();
+    const Summary summary{score.messages().size(), performance.outputs.size(), performance.cutOff,
+                          performance.lost, score.leftOut()};
     target.write(resultBytes(score, std::move(performance.outputs), request.target));
-    if (performance.cutOff > 0) {
-        const bool isOne = performance.cutOff == 1;
-        console.err << performance.cutOff
-                    << (isOne ? " delayed output is due after the tail of "
-                              : " delayed outputs are due after the tail of ")
-                    << request.settings.tail << (isOne ? " s and was" : " s and were")
-                    << " cut off; --tail makes it longer\n";
+    if (request.json) {
+        streamOfWords(request, console) << jsonText(json(summary));
+    } else {
+        writeSummary(summary, request, console.err);
     }
-    console.err << escaped(request.target) << ": " << score.messages().size() << " events in, " << sent
-                << " out\n";
     return exitSuccess;
 }
 

@@ -107,5 +107,15 @@ TEST_F(InputFilesTest, AScriptWithoutLineEndsIsRefused) {
     EXPECT_EQ(result.err, "line 1: longer than 128 MiB\n");
 }
 
+TEST_F(InputFilesTest, NoVerbReadsMoreOfStandardInput) {
+    const std::string large((64UL << 20U) + 1, ' ');
+    const auto result = run({"check", "-"}, large);
+    EXPECT_EQ(result.status, exitNoInput);
+    EXPECT_EQ(result.err,
+              "midi-quillo: standard input: it is larger than 64 MiB; --force-size reads it all the "
+              "same\n");
+    EXPECT_EQ(run({"check", "-", "--force-size"}, large).status, exitBadPreset);
+}
+
 }  // namespace
 }  // namespace quillo

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "programs/CheckCommand.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include "programs/CommandLineFixture.hpp"
 #include "support/Presets.hpp"
+#include "words/PlainWords.hpp"
 
 namespace quillo {
 namespace {
@@ -12,6 +15,7 @@ using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::StartsWith;
 
 using CheckCommandTest = CommandLineTest;
@@ -259,6 +263,71 @@ TEST_F(CheckCommandTest, WritesNothingOfABadPreset) {
     const auto bad = folder.with("p.json", std::string("{"));
     EXPECT_EQ(run({"check", bad, "--write", folder / "new.json"}).status, exitBadPreset);
     EXPECT_EQ(folder.fileCount(), 1u);
+}
+
+TEST_F(CheckCommandTest, ReadsStandardInputAndWritesToStandardOutput) {
+    const auto result = run({"check", "-", "--write", "-"}, "[" + nameless + "]");
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_EQ(result.out,
+              R"({"rules":[)" + nameless.substr(0, nameless.size() - 1) + R"(,"name":"Message #1"}]})");
+    EXPECT_THAT(result.err, StartsWith("standard input: generation 2 (rules without names), 1 rule\n"));
+    EXPECT_EQ(folder.fileCount(), 0U);
+    const auto bad = run({"check", "-", "--write", "-"}, "{");
+    EXPECT_EQ(bad.status, exitBadPreset);
+    EXPECT_THAT(bad.out, IsEmpty());
+    EXPECT_THAT(bad.err, StartsWith("midi-quillo: standard input: "));
+}
+
+TEST_F(CheckCommandTest, EndsWith1WhereAdviceIsGivenAndWantedStrictly) {
+    const auto good = folder.with("good.json", presetOf({controllerRule(onLoad(), 7)}));
+    const auto bad = folder.with("bad.json", presetOf({loadRule(test::noteOn(0, 60, 100))}));
+    EXPECT_EQ(run({"check", "--advice", "--strict", good}).status, exitSuccess);
+    EXPECT_EQ(run({"check", "--advice", "--strict", bad}).status, exitAdvice);
+    EXPECT_EQ(run({"check", "--advice", bad}).status, exitSuccess);
+    EXPECT_EQ(run({"check", "--strict", bad}).status, exitUsage);
+}
+
+TEST_F(CheckCommandTest, SaysWhatGoesForOneFormatAloneOnlyWhereItIsAskedFor) {
+    const auto path = folder.with("p.json", presetOf({controllerRule(onMIDIStart(), 7)}));
+    const auto ofVST3 = HasSubstr("does not fire in a VST3 host");
+    EXPECT_THAT(run({"check", "--advice", path}).out, Not(ofVST3));
+    EXPECT_THAT(run({"check", "--advice", path, "--for", "lv2", "--for", "jack"}).out, Not(ofVST3));
+    EXPECT_THAT(run({"check", "--advice", path, "--for", "clap", "--for", "vst3"}).out, ofVST3);
+    const auto wrong = run({"check", "--advice", path, "--for", "vst2"});
+    EXPECT_EQ(wrong.status, exitUsage);
+    EXPECT_THAT(wrong.err, HasSubstr("option --for: \"vst2\" is not jack, lv2, clap or vst3"));
+    EXPECT_EQ(run({"check", path, "--for", "vst3"}).status, exitUsage);
+}
+
+TEST_F(CheckCommandTest, AnswersScriptsInJSON) {
+    const auto note = loadRule(test::noteOn(0, 60, 100));
+    const auto path = folder.with("p.json", PluginData{{note}, {{1, controllerRule(onLoad(), 7)}}}.write());
+    const auto result = run({"check", "--json", "--advice", "--strict", path});
+    EXPECT_EQ(result.status, exitAdvice);
+    EXPECT_THAT(result.err, IsEmpty());
+    const auto answer = nlohmann::json::parse(result.out);
+    EXPECT_EQ(answer["preset"], path);
+    EXPECT_EQ(answer["generation"], "generation 3 (current)");
+    EXPECT_EQ(answer["rules"],
+              (nlohmann::json::array({{{"number", 1}, {"name", "on load"}, {"words", inPlainWords(note)}}})));
+    EXPECT_EQ(answer["switchedOff"][0]["behindRule"], 1);
+    ASSERT_EQ(answer["advice"].size(), 1U);
+    EXPECT_EQ(answer["advice"][0]["number"], 1);
+    EXPECT_THAT(answer["advice"][0]["matter"].get<std::string>(), HasSubstr("starts a note"));
+    EXPECT_FALSE(answer.contains("error"));
+}
+
+TEST_F(CheckCommandTest, AnswersScriptsInJSONAlsoWhereThePresetIsBad) {
+    const auto cannotRun = folder.with("p.json", presetOf({controllerRule(onLoad(), 7, -5)}));
+    const auto result = run({"check", "--json", cannotRun, "--write", folder / "new.json"});
+    EXPECT_EQ(result.status, exitBadPreset);
+    EXPECT_THAT(result.err, IsEmpty());
+    const auto answer = nlohmann::json::parse(result.out);
+    EXPECT_EQ(answer["error"],
+              cannotRun + ": Rule 1 \"controller 7\": a delay is negative: -5 ms. Choose 0 or more.");
+    EXPECT_EQ(answer["rules"].size(), 1U);
+    EXPECT_EQ(folder.fileCount(), 1U);
+    EXPECT_EQ(run({"check", "--json", folder / "none.json"}).status, exitNoInput);
 }
 
 }  // namespace

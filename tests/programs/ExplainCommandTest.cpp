@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "programs/ExplainCommand.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include "analysis/AskedEventParser.hpp"
 #include "persistence/PluginData.hpp"
 #include "programs/CommandLineFixture.hpp"
@@ -233,6 +235,37 @@ TEST_F(ExplainCommandTest, SaysOfARuleThatIsSwitchedOffThatItIs) {
               "                                     91 02 03: note-on 2 (D-2), velocity 3, channel 2\n"
               "  -  \"Silence at stop\"  switched off\n"
               "Result: no rule swallowed it: it is forwarded, after what the rules send at once.\n");
+}
+
+TEST_F(ExplainCommandTest, ReadsThePresetFromStandardInput) {
+    const auto document = PluginData{{rule(onNoteOn(), send(noteOn(1, 2, 3)), "on")}}.write();
+    EXPECT_THAT(run({"explain", "--preset", "-", "90 3c 64"}, {document.begin(), document.end()}).out,
+                HasSubstr("\n  1  \"on\"  fired "));
+}
+
+TEST_F(ExplainCommandTest, AnswersScriptsInJSON) {
+    const auto result = explain({rule(onNoteOn(exactly(1)), send(noteOn(0, 1, 1)), "Other"),
+                                 rule(onNoteOn(any, any, eatMatching), send(noteOn(1, 2, 3), 10), "Eat")},
+                                {"90 3c 64", "--json", "load"});
+    EXPECT_EQ(result.status, exitSuccess);
+    const auto answer = nlohmann::json::parse(result.out);
+    ASSERT_EQ(answer["events"].size(), 2U);
+    EXPECT_EQ(answer["events"][0],
+              (nlohmann::json{{"event", "90 3c 64: note-on 60 (C3), velocity 100, channel 1"},
+                              {"forwarded", false},
+                              {"consumedByRule", 2},
+                              {"rules",
+                               {{{"number", 1},
+                                 {"name", "Other"},
+                                 {"verdict", "passed over"},
+                                 {"why", "it waits for note 1 (C♯-2), this is note 60 (C3)"}},
+                                {{"number", 2},
+                                 {"name", "Eat"},
+                                 {"verdict", "fired"},
+                                 {"why", "sent 91 02 03 after 10 ms, and consumed it"},
+                                 {"afterMs", 10},
+                                 {"sent", {"91 02 03"}}}}}}));
+    EXPECT_EQ(answer["events"][1]["consumedByRule"], nullptr);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "programs/RenderCommand.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include "programs/CommandLineFixture.hpp"
 #include "support/MIDIFileBytes.hpp"
 #include "support/Presets.hpp"
@@ -13,6 +15,7 @@ using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::StartsWith;
 
 class RenderCommandTest : public CommandLineTest {
@@ -139,10 +142,10 @@ TEST_F(RenderCommandTest, CountsWhatTheTailCutsOff) {
                                   controllerRule(stop, 3, 5000)};
     const auto result = render(oneNote, rules, {"--tail=1"});
     EXPECT_EQ(result.status, exitSuccess);
-    EXPECT_THAT(result.err, StartsWith("2 delayed outputs are due after the tail of 1 s and were cut off"));
+    EXPECT_THAT(result.err, StartsWith("2 delayed outputs were cut off: due after the tail of 1 s;"));
     EXPECT_THAT(result.err, HasSubstr("2 events in, 3 out"));
     EXPECT_THAT(render(oneNote, rules, {"--tail=2", "--force"}).err,
-                StartsWith("1 delayed output is due after the tail of 2 s and was cut off"));
+                StartsWith("1 delayed output was cut off: due after the tail of 2 s;"));
 }
 
 TEST_F(RenderCommandTest, NeverReplacesAFileWithoutForce) {
@@ -239,6 +242,77 @@ TEST_F(RenderCommandTest, TakesNumbersAtTheirBounds) {
                                      "--block=1048576", "--tail=0", "--tail=86400"}) {
         EXPECT_EQ(rendered(oneNote, {}, {"--force", option}), oneNote) << option;
     }
+}
+
+TEST_F(RenderCommandTest, SaysHowMuchSystemExclusiveItLeavesOut) {
+    EXPECT_THAT(render(oneTrackFile("00 f0 03 43 10 f7 05 f0 02 11 f7 05 90 3c 64 00 ff 2f 00"), {}).err,
+                StartsWith("2 SysEx events were left out, 7 bytes: rules never see SysEx\n"));
+    EXPECT_THAT(render(oneTrackFile("00 f0 02 43 f7 00 ff 2f 00"), {}, {"--force"}).err,
+                StartsWith("1 SysEx event was left out, 3 bytes: "));
+}
+
+/// A note of no length, again and again.
+Bytes manyNotes(std::size_t count) {
+    Bytes notes;
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto note = hex("00 90 3c 64");
+        notes.insert(notes.end(), note.begin(), note.end());
+    }
+    const auto length = notes.size() + 4;
+    return joined({chunk("MThd", "00 00 00 01 01 e0"),
+                   hex("4d 54 72 6b 00"),
+                   {static_cast<std::uint8_t>(length >> 16U), static_cast<std::uint8_t>(length >> 8U),
+                    static_cast<std::uint8_t>(length)},
+                   notes,
+                   hex("00 ff 2f 00")});
+}
+
+TEST_F(RenderCommandTest, SaysHowManyDelayedOutputsWereDropped) {
+    const std::vector<Rule> echo{controllerRule(onAnyNote(), 7, 100)};
+    EXPECT_THAT(render(manyNotes(10'002), echo).err,
+                StartsWith("2 delayed outputs were dropped: only 10000 can wait at one time\n"));
+    EXPECT_THAT(render(manyNotes(10'000), echo, {"--force"}).err, Not(HasSubstr("dropped")));
+}
+
+TEST_F(RenderCommandTest, AnswersScriptsInJSON) {
+    const auto result = render(oneTrackFile("00 f0 02 43 f7 00 90 3c 64 00 ff 2f 00"),
+                               {controllerRule(onAnyNote(), 7, 2000)}, {"--json", "--tail=1"});
+    EXPECT_THAT(result.err, IsEmpty());
+    EXPECT_EQ(nlohmann::json::parse(result.out),
+              (nlohmann::json{{"eventsIn", 1},
+                              {"eventsOut", 1},
+                              {"cutOff", 1},
+                              {"dropped", 0},
+                              {"sysExLeftOut", {{"events", 1}, {"bytes", 3}}}}));
+    EXPECT_EQ(run({"render", "a", "b", "--preset=p", "--json", "--trace"}).status, exitUsage);
+}
+
+TEST_F(RenderCommandTest, ReadsStandardInputAndWritesToStandardOutput) {
+    const auto preset = presetOf({controllerRule(onAnyNote(PassThroughV2::EatMatching), 7)});
+    const auto expected = oneTrackFile("00 b0 07 01 83 60 80 3c 40 00 ff 2f 00");
+    const auto fromFile = folder.with("p.json", preset);
+    const auto song = run({"render", "-", "-", "--preset", fromFile}, {oneNote.begin(), oneNote.end()});
+    EXPECT_EQ(song.status, exitSuccess);
+    EXPECT_EQ(Bytes(song.out.begin(), song.out.end()), expected);
+    EXPECT_EQ(song.err, "standard output: 2 events in, 2 out\n");
+    const auto midi = folder.with("in.mid", oneNote);
+    const auto rules = run({"render", midi, "-", "--preset=-", "--trace"}, {preset.begin(), preset.end()});
+    EXPECT_EQ(Bytes(rules.out.begin(), rules.out.end()), expected);
+    EXPECT_THAT(rules.err, HasSubstr("in  [0] 90 3c 64"));
+    EXPECT_EQ(run({"render", "-", "-", "--preset=-"}).status, exitUsage);
+}
+
+TEST_F(RenderCommandTest, NamesStandardInputWhereItIsDamaged) {
+    const auto result = run({"render", "-", "-", "--preset", folder.with("p.json", presetOf({}))}, "MThd");
+    EXPECT_EQ(result.status, exitBadData);
+    EXPECT_THAT(result.err, StartsWith("midi-quillo: standard input: byte 4: "));
+    EXPECT_THAT(result.out, IsEmpty());
+}
+
+TEST_F(RenderCommandTest, PlaysTheTracksOfFormat2OneAfterTheOther) {
+    const auto source = joined({chunk("MThd", "00 02 00 02 01 e0"), track("00 90 3c 64 0a ff 2f 00"),
+                                track("05 80 3c 40 00 ff 2f 00")});
+    EXPECT_EQ(rendered(source, {}), oneTrackFile("00 90 3c 64 0f 80 3c 40 00 ff 2f 00"));
 }
 
 }  // namespace
