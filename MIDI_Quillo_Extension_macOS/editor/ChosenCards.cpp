@@ -99,7 +99,7 @@ bool ChosenCards::copy(const RuleIds& rules) {
     }
 }
 
-/// The card that comes up to their place has the keyboard; without any card what stands below the list.
+/// The card that comes up to their place has the keyboard.
 void ChosenCards::remove(const UUID& card, const std::string& verb) {
     const auto gone = list_.selection().togetherWith(card);
     const auto first = std::ranges::find(list_.items(), gone.front());

@@ -33,10 +33,6 @@ int edgeSpeed(int y, int height) {
     return y > height - zone ? std::min(y - (height - zone), 2 * zone) / 3 + 1 : 0;
 }
 
-void focusFirstPart(juce::Component& view) {
-    view.createKeyboardFocusTraverser()->getDefaultComponent(&view)->grabKeyboardFocus();
-}
-
 }  // namespace
 
 MyDragAndDropForEach::MyDragAndDropForEach() {
@@ -248,15 +244,13 @@ void MyDragAndDropForEach::scrollTo(const UUID& item) {
 void MyDragAndDropForEach::focus(const UUID& item) {
     scrollTo(item);
     if (auto* view = row(item)) {
-        focusFirstPart(*view);
+        view->createKeyboardFocusTraverser()->getDefaultComponent(view)->grabKeyboardFocus();
     }
 }
 
 void MyDragAndDropForEach::focus(std::size_t position) {
     if (!items_.empty()) {
         focus(items_[std::min(position, items_.size() - 1)]);
-    } else if (footer_ != nullptr) {
-        focusFirstPart(*footer_);
     }
 }
 

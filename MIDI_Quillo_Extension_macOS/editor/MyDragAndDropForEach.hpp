@@ -69,7 +69,7 @@ public:
     void scrollTo(const UUID& item);
     /// Gives the keyboard to the first part of the row, and scrolls as far as it takes to see it.
     void focus(const UUID& item);
-    /// The same with the row at a position, or the last one; without any row with what stands below them.
+    /// The same with the row at a position, or the last one; nothing happens where there are no rows.
     void focus(std::size_t position);
     /// Goes from a row to another one by Home, End, Page Up or Page Down; false for any other key.
     bool walk(const UUID& from, const juce::KeyPress& key);

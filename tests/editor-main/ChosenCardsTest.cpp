@@ -10,6 +10,7 @@
 #include "editor/AlertView.hpp"
 #include "editor/JuceText.hpp"
 #include "editor/PresetExchange.hpp"
+#include "support/Pictures.hpp"
 #include "support/TestRules.hpp"
 
 namespace quillo {
@@ -96,6 +97,22 @@ TEST_F(ChosenCardsTest, ButtonsAndSwitchesOfAChosenCardAreForAllThatAreChosen) {
     click(stage->card(0).buttons().deleteButton());
     EXPECT_EQ(stage->names(), (Names{"b", "a", "c", "d"}));
     EXPECT_EQ(stage->editor().undoName(), "Delete a (2 rules)");
+}
+
+TEST_F(ChosenCardsTest, HaveALineAroundThemAlsoAfterTheyWereOutOfSight) {
+    open(Names(50, "a"));
+    const auto hasLine = [this](std::size_t position) {
+        auto& card = stage->card(position);
+        const auto colour = Palette().channelInput;
+        return pixelsLike(picture(card), colour, card.getLocalBounds().withHeight(3)) > card.getWidth();
+    };
+    EXPECT_FALSE(hasLine(0));
+    choose(0);
+    EXPECT_TRUE(hasLine(0));
+    juce::Component::unfocusAllComponents();
+    EXPECT_FALSE(hasLine(49));
+    ASSERT_EQ(stage->view().card(stage->id(0)), nullptr);
+    EXPECT_TRUE(hasLine(0));
 }
 
 TEST_F(ChosenCardsTest, ButtonsOfACardThatIsNotChosenAreForItAlone) {
