@@ -14,8 +14,6 @@ namespace quillo {
 namespace {
 
 constexpr int wordGap = 7;
-/// Around a word that was found.
-constexpr int markMargin = 3;
 constexpr int markHeight = 18;
 
 }  // namespace
@@ -65,11 +63,15 @@ int CardLine::width() const {
 }
 
 juce::String CardLine::getTooltip() {
-    return width() > getWidth() ? text() : juce::String();
+    return width() > textArea().getWidth() ? text() : juce::String();
+}
+
+juce::Rectangle<int> CardLine::textArea() const {
+    return getLocalBounds().reduced(markMargin, 0);
 }
 
 void CardLine::paint(juce::Graphics& graphics) {
-    auto area = getLocalBounds();
+    auto area = textArea();
     for (const auto& word : words_) {
         const auto width = textWidth(word.text, style::valueText);
         const auto shown = area.withWidth(std::min(width, area.getWidth()));

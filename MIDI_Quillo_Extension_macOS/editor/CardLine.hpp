@@ -18,6 +18,9 @@ namespace quillo {
 /// only.
 class CardLine final : public juce::Component, public juce::TooltipClient {
 public:
+    /// Around a word that was found, and around the line.
+    static constexpr int markMargin = 3;
+
     explicit CardLine(std::function<void()> onClick);
 
     void show(const FieldPlans& trigger, const FieldPlans& output);
@@ -42,6 +45,7 @@ private:
 
     void append(const FieldPlans& section, const std::set<std::size_t>& found);
     [[nodiscard]] int width() const;
+    [[nodiscard]] juce::Rectangle<int> textArea() const;
 
     std::function<void()> onClick_;
     std::vector<Word> words_;

@@ -256,7 +256,7 @@ void RuleView::layOut() {
     handle_.setBounds(getLocalBounds().removeFromLeft(style::dragHandleWidth));
     header_.setBounds(layout.name.withSizeKeepingCentre(layout.name.getWidth(), style::boxHeight)
                           .withLeft(layout.name.getX() - style::fieldPadding));
-    line_.setBounds(layout.line);
+    line_.setBounds(layout.line.expanded(CardLine::markMargin, 0));
     status_.setBounds(layout.status);
     onOff_.setBounds(layout.onOff);
     triggerLabel_.setBounds(layout.triggerLabel);

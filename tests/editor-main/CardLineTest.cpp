@@ -184,7 +184,7 @@ TEST_F(OneLine, HitsStandAtItsRightWhereThereIsRoom) {
     EXPECT_LE(card().line().getRight(), card().status().getX());
     stage.view().setSize(500, 250);
     EXPECT_TRUE(card().status().getBounds().isEmpty());
-    EXPECT_EQ(card().line().getRight(), card().onOffSwitch().getX() - style::titleGap);
+    EXPECT_EQ(card().line().getRight() - CardLine::markMargin, card().onOffSwitch().getX() - style::titleGap);
 }
 
 TEST_F(OneLine, WhatIsCutIsTheTooltip) {

@@ -72,6 +72,11 @@ TEST_F(Search, MarksWhatItFindsInOneLine) {
     open("sustain");
     EXPECT_GT(marked(stage.card(1).line()), 300);
     EXPECT_EQ(marked(stage.card(0).line()), 0);
+    field().begin("cc");
+    const auto line = stage.card(1).line().getLocalBounds();
+    EXPECT_GT(pixelsLike(picture(stage.card(1).line()), style::found, line.withWidth(CardLine::markMargin)),
+              20)
+        << "It begins before the first word.";
 }
 
 TEST_F(Search, GoesFromFindToFindAndAround) {
