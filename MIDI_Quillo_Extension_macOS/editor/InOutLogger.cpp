@@ -21,6 +21,9 @@ constexpr int titleHeight = 18;
 /// A title that is a button begins where one that is not does.
 constexpr int titleShift = 4;
 constexpr int gap = 8;
+/// Where the entries and lists begin, beside the arrow; and what keeps the ring around that off them.
+constexpr int contentLeft = style::barPadding + style::iconButtonSize;
+constexpr int arrowMargin = 4;
 
 /// In a narrower editor the opened lists stand one above the other.
 constexpr int besideFrom = 400;
@@ -74,8 +77,7 @@ juce::String heldHint(const juce::String& title, juce::Rectangle<int> area) {
 }
 
 juce::Rectangle<int> arrowArea(juce::Rectangle<int> bar) {
-    return bar.removeFromLeft(style::barPadding + style::iconButtonSize)
-        .withTrimmedLeft(style::barPadding / 3);
+    return bar.removeFromLeft(contentLeft).reduced(arrowMargin, 0);
 }
 
 /// Slow at both ends.
@@ -132,7 +134,7 @@ bool CollapesedLogger::showsOut() const {
 /// Where there is enough of it, the room for what waits is kept free: entries do not move when it comes and
 /// goes.
 juce::Rectangle<int> CollapesedLogger::entriesArea() const {
-    const auto area = getLocalBounds().withTrimmedLeft(arrow_.getRight()).withTrimmedRight(style::barPadding);
+    const auto area = getLocalBounds().withTrimmedLeft(contentLeft).withTrimmedRight(style::barPadding);
     const auto kept = textWidth("Waiting: 99", style::valueText);
     const auto taken = std::max(waiting_.getWidth(), OpenedLogger::isStacked(getWidth()) ? 0 : kept);
     return area.withTrimmedRight(taken > 0 ? taken + gap : 0);
@@ -275,7 +277,7 @@ void OpenedLogger::resized() {
 }
 
 void OpenedLogger::layOutBeside(juce::Rectangle<int> area) {
-    area.setLeft(arrow_.getRight());
+    area.setLeft(contentLeft);
     area.setRight(clear_.getX());
     area.removeFromTop(titleHeight);
     area.removeFromBottom(gap / 2);
@@ -328,7 +330,7 @@ void OpenedLogger::paint(juce::Graphics& graphics) {
 juce::Rectangle<int> OpenedLogger::titleArea(const juce::Component& list) const {
     const bool besideButtons =
         list.getY() >= arrow_.getBottom() && list.getY() < arrow_.getBottom() + titleHeight;
-    return besideButtons ? arrow_.getBounds().withLeft(arrow_.getRight()).withRight(clear_.getX())
+    return besideButtons ? arrow_.getBounds().withLeft(contentLeft).withRight(clear_.getX())
                          : list.getBounds().withHeight(titleHeight).withBottomY(list.getY());
 }
 

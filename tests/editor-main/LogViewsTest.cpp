@@ -140,6 +140,13 @@ TEST_F(LogViews, OpeningAndCollapsingMoveTheirUpperEdgeFromOneHeightToTheOther) 
     EXPECT_EQ(logger().getHeight(), heights[3]) << "A movement may turn back.";
 }
 
+TEST_F(LogViews, TheRingAroundTheArrowLeavesRoomBesideIt) {
+    open();
+    const auto labels = in().getX();
+    EXPECT_LE(logger().openedForm().arrow().getRight() + 4, labels);
+    EXPECT_LE(logger().collapsedForm().arrow().getRight() + 4, labels);
+}
+
 TEST_F(LogViews, TheKeyboardStaysWithTheArrow) {
     logger().collapsedForm().arrow().grabKeyboardFocus();
     key(stage.window, juce::KeyPress::returnKey);
