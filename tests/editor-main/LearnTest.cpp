@@ -70,6 +70,17 @@ TEST_F(LearnATrigger, OneStepOfUndoTakesItBack) {
     EXPECT_EQ(stage->installed(), before);
 }
 
+TEST_F(LearnATrigger, ARuleThatTheHostHasReplacedMeanwhileLearnsNothing) {
+    open();
+    learn();
+    const std::vector others{rule(onNoteOff(), send(noteOn(0, 1, 1)), "Other")};
+    ASSERT_EQ(stage->desk.session().restore(PluginData{others}.write()), std::nullopt);
+    play({{0xB0, 64, 127}});
+    pick(0);
+    EXPECT_EQ(stage->installed(), others);
+    EXPECT_EQ(stage->editor().undoName(), std::nullopt);
+}
+
 TEST_F(LearnATrigger, OffersOnlyWhatCameInSinceItIsOpen) {
     open();
     play({{0x90, 48, 1}});

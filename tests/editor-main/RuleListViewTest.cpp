@@ -399,6 +399,14 @@ TEST_F(WhileABankIsTyped, DuplicateCopiesWhatIsSeen) {
     EXPECT_EQ(stage->entry(1).output.bank, 77);
 }
 
+TEST_F(WhileABankIsTyped, TheHostSavesTheRulesThatRun) {
+    const auto running = stage->installed();
+    EXPECT_EQ(PluginData::read(stage->desk.session().save()).rules, running);
+    key(stage->window, juce::KeyPress::returnKey);
+    EXPECT_EQ(PluginData::read(stage->desk.session().save()).rules, stage->installed());
+    EXPECT_NE(stage->installed(), running);
+}
+
 TEST_F(WhileABankIsTyped, UndoTakesBackWhatIsSeen) {
     click(stage->view().header().undoButton());
     expectTaken();
