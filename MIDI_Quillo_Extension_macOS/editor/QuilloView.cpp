@@ -313,22 +313,13 @@ std::vector<UUID> QuilloView::shownIds() const {
     return ids;
 }
 
-/// A shortcut of the menu is a control change with its controller and the value 0.
 void QuilloView::changeOutputType(const UUID& id, const MIDIRuleType& type) {
     if (const auto* output = type.getIf<MIDIRuleType::OutputType>()) {
         editor_.changeOutputType(editor_.cardOf(id), output->type);
-        return;
+    } else {
+        editor_.sendController(editor_.cardOf(id),
+                               type.getIf<MIDIRuleType::ControlChangeShortCut>()->controller);
     }
-    const auto* current = shown_.find(id);
-    if (current == nullptr) {
-        return;
-    }
-    const auto shortCut = defaultEntry(type, 0).output;
-    auto changed = current->rule;
-    changed.output.type = shortCut.type;
-    changed.output.controller = shortCut.controller;
-    changed.output.controllerValue = shortCut.controllerValue;
-    editor_.edit(editor_.cardOf(id), changed);
 }
 
 void QuilloView::addRule(const std::function<void()>& add) {

@@ -435,6 +435,10 @@ void RuleListEditor::changeOutputType(const RuleIds& card, OutputEntryType type)
     editCard(card, "Edit", [type](const RuleList& rules) { return withOutputType(rules, type); });
 }
 
+void RuleListEditor::sendController(const RuleIds& card, std::uint8_t controller) {
+    editCard(card, "Edit", [controller](const RuleList& rules) { return sendingZero(rules, controller); });
+}
+
 /// Rules that are new share the card.
 void RuleListEditor::setRange(const RuleIds& card, std::uint8_t from, std::uint8_t to) {
     editCard(card, "Edit", [this, from, to](const RuleList& rules) {

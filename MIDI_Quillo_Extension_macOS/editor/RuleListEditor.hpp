@@ -123,6 +123,8 @@ public:
     void changeTriggerType(const RuleIds& card, TriggerEntryType type);
     /// Changes what a card sends. Fields keep what they hold, but for choices that the trigger cannot feed.
     void changeOutputType(const RuleIds& card, OutputEntryType type);
+    /// Lets a card send this controller with the value 0, as the menu's shortcuts do.
+    void sendController(const RuleIds& card, std::uint8_t controller);
     /// Lets a card wait for all of these values: it has as many rules from then on. Nothing happens where
     /// that cannot be.
     void setRange(const RuleIds& card, std::uint8_t from, std::uint8_t to);

@@ -99,6 +99,18 @@ RuleList withOutputType(const RuleList& run, OutputEntryType type) {
     return rules;
 }
 
+RuleList sendingZero(const RuleList& run, std::uint8_t controller) {
+    auto rules = run;
+    for (auto& element : rules) {
+        auto entry = element.rule;
+        entry.output.type = OutputEntryType::ControlChange;
+        entry.output.controller = GenericByteV2::Value{controller};
+        entry.output.controllerValue = GenericByteV2::Value{0};
+        editElement(element, std::move(entry));
+    }
+    return rules;
+}
+
 bool canWaitFor(const RuleEntry& first, bool rises, int from, int to) {
     const auto offset = rises ? offsetOf(first) : 0;
     return canHaveRange(first.trigger) && isDataByte(from) && isDataByte(to) && isDataByte(from + offset) &&

@@ -29,6 +29,9 @@ namespace quillo {
 /// feed.
 [[nodiscard]] RuleList withOutputType(const RuleList& run, OutputEntryType type);
 
+/// The rules that send this controller with the value 0, also where what they sent rose.
+[[nodiscard]] RuleList sendingZero(const RuleList& run, std::uint8_t controller);
+
 /// Whether the card that begins with this rule can wait for the values `from` to `to`, 0 to 127 each, the
 /// lower one first: what it sends, where that rises, must not leave 0 to 127.
 [[nodiscard]] bool canWaitFor(const RuleEntry& first, bool rises, int from, int to);

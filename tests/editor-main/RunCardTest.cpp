@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "editor-main/EditorStage.hpp"
+#include "editor/JuceText.hpp"
 #include "editor/RunOverlay.hpp"
 #include "support/TestRules.hpp"
 
@@ -164,6 +167,22 @@ TEST_F(RunCardTest, SendsOneNoteForAllWhenThatIsPicked) {
     EXPECT_EQ(sends().shownText(), "48 (C2)");
     stage->pick(sends(), "from trigger");
     EXPECT_EQ(stage->entry(11).output.note, triggerByte);
+}
+
+TEST_F(RunCardTest, SendsZeroForAllWhenAShortcutIsPicked) {
+    const auto throughTo = [](std::uint8_t controller, std::uint8_t greatest) {
+        std::vector<Rule> rules;
+        for (std::uint8_t value = 0; value < 3; ++value) {
+            rules.push_back(rule(onControlChange(64, exactly(value)),
+                                 send(controlChange(0, controller, std::min(value, greatest))), "through"));
+        }
+        return rules;
+    };
+    open(throughTo(7, 127));
+    ASSERT_EQ(field(card().output(), "Value").shownText(), juceText("From Trigger + 0"));
+    stage->pick(field(card().output(), "Type"), "All Notes Off");
+    EXPECT_EQ(stage->installed(), throughTo(123, 0));
+    EXPECT_EQ(cards(), 1U);
 }
 
 TEST_F(RunCardTest, OfASingleRuleOffersNoTransposition) {

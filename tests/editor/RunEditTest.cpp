@@ -115,6 +115,16 @@ TEST(RunEdit, OneMessageForAllEndsATransposition) {
     EXPECT_FALSE(isRising(run));
 }
 
+TEST(RunEdit, AControllerWithTheValueZeroForAllEndsATransposition) {
+    auto through = withOutputType(withTriggerType(alike(0, 2), TriggerEntryType::ControlChange),
+                                  OutputEntryType::ControlChange);
+    through = transposed(through, 0);
+    ASSERT_TRUE(isRising(through));
+    for (const auto& element : sendingZero(through, 123)) {
+        EXPECT_EQ(ruleFromEntry(element.rule).output, send(controlChange(1, 123, 0)));
+    }
+}
+
 TEST(RunEdit, ARunThatIsToWaitForOneValueOrAnyBecomesOneRule) {
     const auto run = rising(36, 47, 12);
     for (const auto& value : {exactly(50), any}) {
