@@ -76,22 +76,29 @@ void LV2Player::restore(const char* key, const std::string& value) {
     }
 }
 
-void LV2Player::setEvents(const test::LV2Sequence& events, std::size_t count) {
+void LV2Player::setEvents(const test::LV2Sequence& events) {
     in_ = events;
     ::lilv_instance_connect_port(instance_.get(), inPort, &in_.atom());
+}
+
+void LV2Player::setEvents(const test::LV2Sequence& events, std::size_t count) {
+    setEvents(events);
     run();
-    if (const auto sent = countSent(); sent != count) {
-        throw std::runtime_error("a plug-in sends " + std::to_string(sent) + " events, not " +
+    if (const auto number = sent().size(); number != count) {
+        throw std::runtime_error("a plug-in sends " + std::to_string(number) + " events, not " +
                                  std::to_string(count));
     }
 }
 
-std::size_t LV2Player::countSent() {
-    std::size_t count = 0;
+std::vector<test::Bytes> LV2Player::sent() {
+    std::vector<test::Bytes> messages;
     LV2_ATOM_SEQUENCE_FOREACH(&out(), event) {
-        count += event->body.type == test::lv2Id(LV2_MIDI__MidiEvent) ? 1U : 0U;
+        const auto* body = static_cast<const std::uint8_t*>(LV2_ATOM_BODY_CONST(&event->body));
+        if (event->body.type == test::lv2Id(LV2_MIDI__MidiEvent)) {
+            messages.emplace_back(body, body + event->body.size);
+        }
     }
-    return count;
+    return messages;
 }
 
 /// The work is done at once.

@@ -30,8 +30,14 @@ public:
     /// Restores a state of this one property, a string.
     void restore(const char* key, const std::string& value);
 
-    /// What comes in each block. Throws when not as many events leave.
+    /// What comes in each block.
+    void setEvents(const test::LV2Sequence& events);
+
+    /// The same. Throws when not as many events leave.
     void setEvents(const test::LV2Sequence& events, std::size_t count);
+
+    /// The MIDI messages that left in the last block.
+    [[nodiscard]] std::vector<test::Bytes> sent();
 
     /// Runs a block of 512 frames.
     void run() {
@@ -51,7 +57,6 @@ private:
     };
 
     [[nodiscard]] LV2_Atom_Sequence& out() { return *reinterpret_cast<LV2_Atom_Sequence*>(out_.data()); }
-    [[nodiscard]] std::size_t countSent();
     void connectControls(std::uint32_t ports);
 
     static LV2_Worker_Status schedule(LV2_Worker_Schedule_Handle self, std::uint32_t size, const void* data);

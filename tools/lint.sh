@@ -93,7 +93,7 @@ exemptions_stated() {
 }
 
 # Our folders, from the bottom up. The formats' own, `hosts/*`, stand on top of them, side by side.
-rooms='platform midi rules persistence engine log words analysis session audiounit/platform audiounit editor midifile
+rooms='platform midi rules persistence engine log words analysis otherformats session audiounit/platform audiounit editor midifile
     presets offline scriptedhost commandline window programs/editor programs'
 
 includes_point_down() {

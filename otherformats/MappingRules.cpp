@@ -1,0 +1,386 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "otherformats/MappingRules.hpp"
+
+#include <algorithm>
+#include <numeric>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <utility>
+
+#include "analysis/EventBox.hpp"
+#include "midi/MessageLength.hpp"
+#include "midi/Status.hpp"
+#include "platform/QuotedText.hpp"
+
+namespace quillo {
+
+namespace {
+
+using Voice = VoiceCategoryTriggerVariantsV2;
+using Message = MessageBasedTriggerVariantsV2;
+using Output = RuleOutputVariantsV2;
+using Policy = PassThroughV2;
+
+constexpr std::size_t mostRulesOfALine = 2048;
+
+/// Messages that no rule waits for, by their status bytes.
+struct Others {
+    unsigned first;
+    unsigned last;
+    std::string_view words;
+};
+constexpr std::array others{Others{0xA0, 0xAF, "key pressure"}, Others{0xD0, 0xDF, "channel pressure"},
+                            Others{0xE0, 0xEF, "pitch bend"}, Others{0xF0, 0xF9, "system messages"},
+                            Others{0xFD, 0xFF, "system messages"}};
+
+/// One place of an incoming message: the values that a rule waits for, or any.
+struct Place {
+    std::vector<std::uint8_t> values;
+    bool isWhole = false;  ///< every value that a message can have
+    bool isExact = false;  ///< a rule for each value
+};
+
+Place placeOf(const ByteFilter& filter, unsigned above, unsigned count) {
+    Place place;
+    for (unsigned value = 0; value < count; ++value) {
+        if (filter.matches(above | value)) {
+            place.values.push_back(static_cast<std::uint8_t>(value));
+        }
+    }
+    place.isWhole = place.values.size() == count;
+    place.isExact = !place.isWhole;
+    return place;
+}
+
+/// What rules can wait for among the messages of one kind.
+struct Waiting {
+    std::uint8_t status;  ///< on channel value 0
+    std::array<Place, 3> places;
+
+    [[nodiscard]] bool isNote() const { return status <= midi::noteOn; }
+};
+
+Waiting waitingFor(const Mapping& mapping, std::uint8_t status) {
+    Waiting waiting{status,
+                    {placeOf(mapping.filter[0], status, 16), placeOf(mapping.filter[1], 0, 128),
+                     placeOf(mapping.filter[2], 0, 128)}};
+    waiting.places[1].isExact = waiting.places[1].isExact || status == midi::controlChange;
+    return waiting;
+}
+
+/// Whether an output byte is the same whatever the incoming byte is, or always that byte itself.
+bool isPlain(const ByteMaker& maker, std::size_t place) {
+    const unsigned bits = place == 0 ? midi::channelMask : 0x7F;
+    const bool isFixed = (maker.mask & bits) == 0;
+    const bool isCopy = maker.from == place && (maker.mask & bits) == bits && (maker.value & bits) == 0;
+    return isFixed || isCopy;
+}
+
+/// One value of each place, nothing where a rule waits for any.
+using Values = std::array<std::optional<std::uint8_t>, 3>;
+
+TriggerValueV2 compared(const std::optional<std::uint8_t>& value) {
+    return value ? TriggerValueV2(TriggerValueV2::Value{*value}) : TriggerValueV2(TriggerValueV2::AnyValue{});
+}
+
+Voice voiceOf(std::uint8_t status, const Values& values) {
+    switch (status) {
+    case midi::noteOff: return Voice::NoteOff{compared(values[1])};
+    case midi::noteOn: return Voice::NoteOn{compared(values[1])};
+    case midi::programChange: return Voice::ProgramChange{compared(values[1])};
+    default: return Voice::ControlChange{values[1].value(), compared(values[2])};
+    }
+}
+
+Message triggerOf(std::uint8_t status, const Values& values) {
+    switch (status) {
+    case midi::startCommand: return Message::Start{};
+    case midi::continueCommand: return Message::Continue{};
+    case midi::stopCommand: return Message::Stop{};
+    default: return Message::VoiceCategory{{voiceOf(status, values), compared(values[0])}};
+    }
+}
+
+/// The byte that goes out, or nothing for the incoming byte in the same place.
+std::optional<std::uint8_t> sentByte(const ByteMaker& maker, const Values& values) {
+    if (values[maker.from]) {
+        return maker.make(*values[maker.from]);
+    }
+    return maker.mask == 0 ? std::optional(maker.value) : std::nullopt;
+}
+
+GenericByteV2 dataByte(const std::optional<std::uint8_t>& byte) {
+    return byte ? GenericByteV2(GenericByteV2::Value{*byte})
+                : GenericByteV2(GenericByteV2::RespectiveTriggerByte{});
+}
+
+/// Makes the rules of one mapping, and notes what it loses.
+class LineRules {
+public:
+    explicit LineRules(const Mapping& mapping) : mapping_(mapping) {
+        for (const auto status : {midi::noteOff, midi::noteOn, midi::controlChange, midi::programChange}) {
+            wait(waitingFor(mapping, status));
+        }
+        for (const auto status : {midi::startCommand, midi::continueCommand, midi::stopCommand}) {
+            if (mapping.filter[0].matches(status) && mapping.length == 1) {
+                send(status, {status, std::nullopt, std::nullopt});
+            }
+        }
+        noteOthers();
+        if (rules.empty() && lost.empty()) {
+            lose("no message matches it");
+        }
+    }
+
+    std::vector<Rule> rules;
+    std::vector<std::string> lost;
+
+private:
+    void lose(std::string reason) {
+        if (std::ranges::find(lost, reason) == lost.end()) {
+            lost.push_back(std::move(reason));
+        }
+    }
+
+    /// Messages that the mapping matches and no rule waits for.
+    void noteOthers() {
+        const auto isMatched = [&](unsigned first, unsigned last) {
+            for (auto status = first; status <= last; ++status) {
+                const auto length = messageLength(static_cast<std::uint8_t>(status));
+                if (mapping_.filter[0].matches(status) && length == mapping_.length) {
+                    return true;
+                }
+            }
+            return false;
+        };
+        for (const auto& [first, last, words] : others) {
+            if (isMatched(first, last)) {
+                lose("no rule can wait for " + std::string(words));
+            }
+        }
+    }
+
+    void wait(Waiting waiting) {
+        const bool isMatched =
+            std::ranges::none_of(waiting.places, [](const Place& place) { return place.values.empty(); });
+        if (!isMatched || messageLength(waiting.status) != mapping_.length) {
+            return;
+        }
+        for (const auto& message : mapping_.messages) {
+            for (std::size_t at = 0; at < message.size(); ++at) {
+                auto& place = waiting.places[message[at].from];
+                place.isExact = place.isExact || !isPlain(message[at], at);
+            }
+        }
+        if (waiting.isNote() && waiting.places[2].isExact) {
+            lose("it looks at the velocity of a note, or calculates with it, which no rule does");
+        } else {
+            makeEach(waiting);
+        }
+    }
+
+    void makeEach(const Waiting& waiting) {
+        const auto count = std::transform_reduce(
+            waiting.places.begin(), waiting.places.end(), std::size_t{1}, std::multiplies{},
+            [](const Place& place) { return place.isExact ? place.values.size() : 1; });
+        if (count * mapping_.messages.size() > mostRulesOfALine) {
+            lose("it would take " + std::to_string(count) + " rules");
+            return;
+        }
+        Values values;
+        make(waiting, 0, values);
+    }
+
+    /// Goes through the values of the places from `at` on.
+    void make(const Waiting& waiting, std::size_t at, Values& values) {
+        if (at == values.size()) {
+            send(waiting.status, values);
+            return;
+        }
+        const auto& place = waiting.places[at];
+        values[at].reset();
+        if (!place.isExact) {
+            make(waiting, at + 1, values);
+            return;
+        }
+        for (const auto value : place.values) {
+            values[at] = value;
+            make(waiting, at + 1, values);
+        }
+    }
+
+    void send(std::uint8_t status, const Values& values) {
+        const RuleTriggerV2 trigger =
+            RuleTriggerV2::MessageBased{{triggerOf(status, values), Policy::PassThrough}};
+        for (const auto& message : mapping_.messages) {
+            const auto first = message.front().make(status | values[0].value_or(0));
+            const auto kind = std::ranges::find(statusNibbles, first & midi::kindMask);
+            if (first == midi::systemExclusive) {
+                sendExclusive(trigger, message);
+            } else if (kind == statusNibbles.end()) {
+                lose("it sends what no rule sends: key pressure, or a system message");
+            } else if (messageLength(first) != message.size() || isCut(message, status)) {
+                lose("it makes a message that is not complete");
+            } else {
+                const StatusByteV2 begin = StatusByteV2::WithChannel{
+                    static_cast<StatusV2>(kind - statusNibbles.begin()), channelOf(message, first, values)};
+                sendChannelMessage(trigger, begin, message, values);
+            }
+        }
+    }
+
+    /// Whether it takes a byte from behind the end of the incoming message.
+    static bool isCut(const std::vector<ByteMaker>& message, std::uint8_t status) {
+        return std::ranges::any_of(message, [&](const ByteMaker& maker) {
+            return maker.mask != 0 && maker.from >= messageLength(status);
+        });
+    }
+
+    static RuleOutputChannelV2 channelOf(const std::vector<ByteMaker>& message, std::uint8_t first,
+                                         const Values& values) {
+        if (!values[0] && (message.front().mask & midi::channelMask) != 0) {
+            return RuleOutputChannelV2::TriggerChannel{};
+        }
+        return RuleOutputChannelV2::Value{static_cast<std::uint8_t>(first & midi::channelMask)};
+    }
+
+    void sendChannelMessage(const RuleTriggerV2& trigger, const StatusByteV2& status,
+                            const std::vector<ByteMaker>& message, const Values& values) {
+        std::vector<GenericByteV2> bytes;
+        for (const auto& maker : std::span(message).subspan(1)) {
+            const auto byte = sentByte(maker, values);
+            if (byte && !midi::isData(*byte)) {
+                lose("it makes numbers above 127");
+                return;
+            }
+            bytes.push_back(dataByte(byte));
+        }
+        if (bytes.size() == 1) {
+            add(trigger, {Output::Protocol{status, bytes[0], std::nullopt}, {}});
+        } else {
+            add(trigger, {Output::Protocol{status, bytes[0], bytes[1]}, {}});
+        }
+    }
+
+    void sendExclusive(const RuleTriggerV2& trigger, const std::vector<ByteMaker>& message) {
+        std::vector<std::uint8_t> body;
+        for (const auto& maker : std::span(message).subspan(1)) {
+            if (maker.mask != 0) {
+                lose("it puts a variable into system exclusive");
+                return;
+            }
+            body.push_back(maker.value);
+        }
+        if (body.empty() || body.back() != midi::endOfExclusive) {
+            lose("its system exclusive has no end");
+            return;
+        }
+        body.pop_back();
+        add(trigger, {Output::SystemExclusive{std::move(body)}, {}});
+    }
+
+    void add(const RuleTriggerV2& trigger, const RuleOutputV2& output) {
+        rules.push_back({output, trigger, name_});
+    }
+
+    const Mapping& mapping_;
+    std::string name_ = escaped(mapping_.name);
+};
+
+void setPolicy(Rule& rule, Policy policy) {
+    auto message = *rule.trigger.getIf<RuleTriggerV2::MessageBased>();
+    message.trigger.passTrough = policy;
+    rule.trigger = std::move(message);
+}
+
+/// Sets what each rule consumes: what it matches, where no rule below that the event shall come to does so. Calls
+/// `lose` for a rule that cannot say it: a rule below consumes some of the events only, so that others pass.
+class Consumption {
+public:
+    Consumption(std::vector<Rule>& rules, std::vector<TakenLine>& lines) : rules_(rules), lines_(lines) {
+        std::ranges::transform(rules, std::back_inserter(boxes_),
+                               [](const Rule& rule) { return EventBox(rule.trigger); });
+    }
+
+    /// For the rules of a line. They look at those below up to `end`.
+    void settle(TakenLine& line, std::size_t end) {
+        for (auto rule = line.firstRule; rule < line.firstRule + line.count; ++rule) {
+            setPolicy(rules_[rule],
+                      isTakenBelow(line, rule, end) ? Policy::PassThrough : Policy::EatMatching);
+        }
+    }
+
+private:
+    bool isTakenBelow(TakenLine& line, std::size_t rule, std::size_t end) {
+        bool isPart = false;
+        for (auto below = rule + 1; below < end; ++below) {
+            const auto common = EventBox::common(boxes_[rule], boxes_[below]);
+            if (common == boxes_[rule]) {
+                return true;
+            }
+            isPart = isPart || !common.isEmpty();
+        }
+        if (isPart) {
+            const std::string reason = "of what only some lines below match, the rest passes as well";
+            if (std::ranges::find(line.lost, reason) == line.lost.end()) {
+                line.lost.push_back(reason);
+            }
+        }
+        return isPart;
+    }
+
+    std::vector<Rule>& rules_;
+    std::vector<TakenLine>& lines_;
+    std::vector<EventBox> boxes_;
+};
+
+/// A rule that drops everything: what it waits for is consumed above it, and it consumes all else.
+Rule dropTheRest(const Rule& last) {
+    auto rule = last;
+    setPolicy(rule, Policy::EatNonMatching);
+    rule.name = "Drop the rest";
+    return rule;
+}
+
+}  // namespace
+
+OtherRules rulesFrom(const MappingFile& file) {
+    OtherRules taken;
+    for (const auto& omission : file.omissions) {
+        taken.lines.push_back({omission.line, 0, 0, false, {omission.reason}});
+    }
+    std::vector<std::pair<std::size_t, bool>>
+        running;  // lines with rules that run, and whether they are the last
+    for (const auto& mapping : file.mappings) {
+        LineRules made(mapping);
+        const auto first = mapping.isOff ? taken.shelf.size() : taken.rules.size();
+        taken.lines.push_back({mapping.line, first, made.rules.size(), mapping.isOff, std::move(made.lost)});
+        for (auto& rule : made.rules) {
+            if (mapping.isOff) {
+                setPolicy(rule, Policy::EatMatching);
+                taken.shelf.push_back({static_cast<std::uint32_t>(taken.rules.size()), std::move(rule)});
+            } else {
+                taken.rules.push_back(std::move(rule));
+            }
+        }
+        if (!mapping.isOff) {
+            running.emplace_back(taken.lines.size() - 1, mapping.isLast);
+        }
+    }
+    Consumption consumption(taken.rules, taken.lines);
+    for (const auto& [at, isLast] : running) {
+        auto& line = taken.lines[at];
+        consumption.settle(line, isLast ? line.firstRule + line.count : taken.rules.size());
+    }
+    if (!file.passesUnmatched && !taken.rules.empty()) {
+        taken.rules.push_back(dropTheRest(taken.rules.back()));
+    }
+    if (!file.passesUnmatched && taken.rules.empty()) {
+        taken.lines.push_back({1, 0, 0, false, {"no rule is left that could drop what no line matches"}});
+    }
+    std::ranges::stable_sort(taken.lines, {}, &TakenLine::line);
+    return taken;
+}
+
+}  // namespace quillo
