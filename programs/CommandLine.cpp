@@ -19,6 +19,7 @@
 #include "programs/ExplainCommand.hpp"
 #include "programs/HelpText.hpp"
 #include "programs/HostCommand.hpp"
+#include "programs/ImportCommand.hpp"
 #include "programs/PresetsCommand.hpp"
 #include "programs/RenderCommand.hpp"
 #include "programs/TestCommand.hpp"
@@ -62,9 +63,9 @@ int runSchemaVerb(std::span<const std::string> words, const Console& console) {
 }
 
 constexpr std::array verbs{
-    Verb{"render", &runRenderCommand}, Verb{"check", &runCheckCommand}, Verb{"explain", &runExplainCommand},
-    Verb{"diff", &runDiffCommand},     Verb{"test", &runTestCommand},   Verb{"presets", &runPresetsCommand},
-    Verb{"schema", &runSchemaVerb},    Verb{"host", &runHostVerb},
+    Verb{"render", &runRenderCommand}, Verb{"check", &runCheckCommand},   Verb{"explain", &runExplainCommand},
+    Verb{"diff", &runDiffCommand},     Verb{"test", &runTestCommand},     Verb{"presets", &runPresetsCommand},
+    Verb{"schema", &runSchemaVerb},    Verb{"import", &runImportCommand}, Verb{"host", &runHostVerb},
 };
 
 const Verb& find(const std::string& name) {

@@ -28,6 +28,7 @@ Verbs:
   test     play presets the tests that lie beside them
   presets  list the presets that come with the program, or write one out
   schema   print a JSON Schema of presets, for programs that make them
+  import   make a preset of another tool's rules
   host     play a host application from a script, to see what a project did
   help     this text; help VERB tells all about a verb
 
@@ -228,6 +229,25 @@ share/midi-quillo/preset.schema.json. What it cannot say, check says.
 
 Example:
   midi-quillo schema >preset.schema.json
+)"},
+    VerbText{"import", "Usage: midi-quillo import FILE [-o PRESET.json [--force]] [--drop-unmatched]\n", R"(
+Reads the rules of another tool from FILE: a configuration of midimap.lv2, or a
+.bmtp project. Says of each line which rules it becomes, what of it is lost and
+why, or why it is left out. A line for several kinds of messages becomes several
+rules, and so does one that calculates with a byte. A translator that is not
+active becomes a rule that is switched off.
+
+Options:
+  -o PRESET.json    write the rules there
+  --force           replace PRESET.json if it is there
+  --drop-unmatched  of a .bmtp project: drop what no translator waits for, which
+                    passes otherwise; a configuration of midimap.lv2 says itself
+                    what becomes of it
+  --force-size      read FILE above 64 MiB, too
+
+Examples:
+  midi-quillo import pads.cfg
+  midi-quillo import stage.bmtp -o stage.json
 )"},
     VerbText{"host", "Usage: midi-quillo host [SCRIPT]\n", R"(
 Plays a host application from SCRIPT, or from standard input. The script has

@@ -104,7 +104,7 @@ TEST_F(CommandLineTest, FailsWhenItsOutputIsNotTaken) {
 }
 
 TEST_F(CommandLineTest, ItsHelpFitsATerminal) {
-    for (const auto* verb : {"", "render", "check", "explain", "presets", "host"}) {
+    for (const auto* verb : {"", "render", "check", "explain", "presets", "schema", "import", "host"}) {
         std::istringstream lines{std::string(*verb == '\0' ? generalHelp() : *helpFor(verb))};
         for (std::string line; std::getline(lines, line);) {
             EXPECT_LE(line.size(), 80U) << line;

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "programs/ImportCommand.hpp"
+
+#include <array>
+#include <ostream>
+
+#include "commandline/Arguments.hpp"
+#include "commandline/CommandFailure.hpp"
+#include "commandline/ExitStatus.hpp"
+#include "commandline/InputFiles.hpp"
+#include "commandline/OutputFile.hpp"
+#include "otherformats/OtherFormat.hpp"
+#include "persistence/PluginData.hpp"
+#include "platform/QuotedText.hpp"
+
+namespace quillo {
+
+namespace {
+
+constexpr std::array<Option, 4> options{{{"-o", true}, {"--force"}, {"--drop-unmatched"}, forceSizeOption}};
+
+OtherRules readRules(const std::string& path, const Arguments& arguments) {
+    const auto text = readTextInput(path, inputReading(arguments));
+    try {
+        return readOtherFormat(text, arguments.has("--drop-unmatched") ? Unmatched::drop : Unmatched::pass);
+    } catch (const OtherFormatError& error) {
+        throw CommandFailure(exitBadData, escaped(path) + ": " + error.what());
+    }
+}
+
+}  // namespace
+
+int runImportCommand(std::span<const std::string> words, const Console& console) {
+    const Arguments arguments(words, options);
+    if (arguments.operands().size() != 1) {
+        throw UsageError("import takes one file");
+    }
+    const auto target = arguments.text("-o");
+    const auto taken = readRules(arguments.operands().front(), arguments);
+    console.out << takenText(taken);
+    if (target) {
+        OutputFile(*target, arguments.has("--force")).write(PluginData{taken.rules, taken.shelf}.write());
+        console.err << escaped(*target) << ": written\n";
+    }
+    return exitSuccess;
+}
+
+}  // namespace quillo
