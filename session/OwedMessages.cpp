@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "session/OwedMessages.hpp"
 
+#include <algorithm>
 #include <bit>
 
 #include "midi/Status.hpp"
@@ -68,10 +69,9 @@ void OwedMessages::settle(std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
     if ((kind == midi::noteOff || kind == midi::noteOn) && bytes[1] < SoundingNotes::keys) {
         notes_[2 * channel + bytes[1] / keysOfAHalf] &= ~(SoundingNotes::Half{1} << (bytes[1] % keysOfAHalf));
     }
-    for (std::size_t index = 0; kind == midi::controlChange && index < controllers.size(); ++index) {
-        if (controllers[index] == bytes[1] && bytes[2] == 0) {
-            controllers_[channel] = static_cast<std::uint8_t>(controllers_[channel] & ~(1U << index));
-        }
+    const auto index = std::ranges::find(controllers, bytes[1]) - controllers.begin();
+    if (kind == midi::controlChange && bytes[2] == 0) {
+        controllers_[channel] = static_cast<std::uint8_t>(controllers_[channel] & ~(1U << index));
     }
 }
 

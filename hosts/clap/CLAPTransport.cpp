@@ -85,7 +85,7 @@ CLAPTransport::Report CLAPTransport::read(std::uint32_t offset, const Event& eve
 bool CLAPTransport::goesOnInBeats(const Report& reported) const QUILLO_REALTIME {
     const auto& before = last_.beats;
     const auto& now = reported.beats;
-    if (!reported.seconds || !last_.seconds || !before || !before->speed || !now || !now->speed) {
+    if (!reported.seconds || !before || !before->speed || !now || !now->speed) {
         return false;
     }
     const auto moved = now->steps - before->steps;

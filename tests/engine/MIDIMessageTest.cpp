@@ -70,6 +70,16 @@ TEST(MIDIMessage, MovingLeavesTheOtherOneAssignable) {
     EXPECT_EQ(message, MIDIMessage{0xFC});
 }
 
+TEST(MIDIMessage, AssigningOneReplacesTheBytesWhateverTheirNumber) {
+    for (const std::size_t size : {0U, 3U, 7U, 8U, 100U}) {
+        const auto other = MIDIMessage::copyOf(counting(size));
+        for (auto message : {MIDIMessage{0xFC}, MIDIMessage::copyOf(counting(50))}) {
+            message = other;
+            EXPECT_EQ(copyOf(message.bytes()), counting(size)) << size;
+        }
+    }
+}
+
 TEST(MIDIMessage, SelfAssignmentKeepsTheBytes) {
     auto message = MIDIMessage::copyOf(counting(100));
     const auto& same = message;

@@ -172,6 +172,7 @@ TEST(MyBinaryHeap, AnElementLiesStillInItsSlotWhileOthersComeAndGo) {
     EXPECT_TRUE(heap.pop().has_value());
     heap.push({0, 4});
     ASSERT_EQ(heap.slotsUsed(), 3U);
+    EXPECT_EQ(heap.inSlot(3), nullptr);
     EXPECT_EQ(*heap.inSlot(0), (Labelled{9, 1}));
     EXPECT_EQ(*heap.inSlot(1), (Labelled{0, 4}));
     EXPECT_EQ(*heap.inSlot(2), (Labelled{2, 3}));

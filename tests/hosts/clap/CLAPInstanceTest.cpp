@@ -70,6 +70,14 @@ TEST_F(CLAPInstanceTest, WhatIsSentByHandWakesTheHostWhenItComesRoundToThePlugin
     EXPECT_EQ(processRequests, 1);
 }
 
+TEST_F(CLAPInstanceTest, TheUserIsToldOfASampleRateThatTheRulesCannotRunAt) {
+    plugin->deactivate(plugin.get());
+    EXPECT_FALSE(plugin->activate(plugin.get(), -1.0, 1, 64));
+    instance().session.drain();
+    EXPECT_EQ(instance().session.model()->alertErrorMessage(),
+              "MIDI Quillo cannot render at a sample rate of -1.000000");
+}
+
 TEST_F(CLAPInstanceTest, TheUserIsToldOfAStateThatTheHostCannotRead) {
     const clap_istream_t stream{
         nullptr, [](const clap_istream_t*, void*, std::uint64_t) -> std::int64_t { return -1; }};

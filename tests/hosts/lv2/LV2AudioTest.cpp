@@ -74,6 +74,12 @@ TEST_F(LV2Audio, IsSilenceWhereNothingComesIn) {
     EXPECT_EQ(outLeft, with(Channel{}, before));
 }
 
+TEST_F(LV2Audio, IsSilenceInOneOutputAloneToo) {
+    const auto before = outRight;
+    run(nullptr, nullptr, nullptr, outRight.data());
+    EXPECT_EQ(outRight, with(Channel{}, before));
+}
+
 TEST_F(LV2Audio, PassesThroughAnInactivePluginToo) {
     host.deactivate();
     const auto before = outLeft;
