@@ -7,7 +7,14 @@
 set -euo pipefail
 
 if [[ ${1-} != --inside ]]; then
-    exec xvfb-run --auto-servernum --server-args='-screen 0 1280x720x24 -noreset' "$0" --inside "$@"
+    for host in ardour qtractor jalv; do
+        tries=3 # Ardour 7.3 now and then waits for itself for ever.
+        until timeout 150 xvfb-run --auto-servernum --server-args='-screen 0 1280x720x24 -noreset' \
+            "$0" --inside "$@" "$host"; do
+            ((--tries > 0)) || exit 1
+        done
+    done
+    exit
 fi
 bundle=$(realpath "$2")
 sequencer=$(realpath "$3")
@@ -47,6 +54,7 @@ window() {
     echo "$found"
 }
 
+# click X Y [TIMES]
 click() {
     xdotool mousemove "$1" "$2" click --repeat "${3:-1}" --delay 80 1
     settled
@@ -68,7 +76,7 @@ jack() {
     jack_wait --server "$JACK_DEFAULT_SERVER" --wait --timeout 30 >/dev/null
 }
 
-# A track with the plug-in before its instrument, the mixer strip at the left, and the plug-in's window.
+# A track with the plug-in before its instrument, the mixer strip at the left, and the plug-in's window with a preset.
 ardour() {
     local settings=$XDG_CONFIG_HOME/ardour7
     mkdir -p "$settings"
@@ -111,7 +119,7 @@ jalv() {
     end_all
 }
 
-# A track's plug-ins in the mixer: the plug-in first.
+# A track with the plug-in before its instrument, and the menu of its presets.
 qtractor() {
     cat >"$work/song.qtr" <<END
 <!DOCTYPE qtractor-session>
@@ -134,11 +142,11 @@ END
     host_process=$!
     window 'song.qtr' >/dev/null
     settled
-    click 185 180 2
-    picture qtractor 830x520+0+0
+    xdotool mousemove 185 180 click 3
+    settled
+    click 230 397
+    picture qtractor 640x720+0+0
     end_all
 }
 
-for host in ${5:-ardour qtractor jalv}; do
-    "$host"
-done
+"$5"
