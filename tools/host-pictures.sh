@@ -62,7 +62,6 @@ click() {
 
 # picture NAME AREA
 picture() {
-    xdotool mousemove 1279 719
     settled
     import -silent -window root -crop "$2" +repage "$folder/host-$1.png"
     echo "$folder/host-$1.png"
@@ -145,7 +144,7 @@ END
     xdotool mousemove 185 180 click 3
     settled
     click 230 397
-    picture qtractor 640x720+0+0
+    picture qtractor 640x620+0+0
     end_all
 }
 
