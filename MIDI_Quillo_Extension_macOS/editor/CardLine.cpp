@@ -2,6 +2,7 @@
 #include "editor/CardLine.hpp"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 #include "editor/Environment.hpp"
@@ -15,6 +16,11 @@ namespace {
 
 constexpr int wordGap = 7;
 constexpr int markHeight = 18;
+
+/// Stands for words that are not drawn.
+juce::String leftOut() {
+    return juceText("…");
+}
 
 }  // namespace
 
@@ -54,34 +60,57 @@ juce::String CardLine::text() const {
     return texts.joinIntoString(" ");
 }
 
-int CardLine::width() const {
+int CardLine::width(std::size_t from, std::size_t to) const {
     int width = -wordGap;
-    for (const auto& word : words_) {
-        width += wordGap + textWidth(word.text, style::valueText);
+    for (auto word = from; word < to; ++word) {
+        width += wordGap + textWidth(words_[word].text, style::valueText);
     }
     return width;
 }
 
 juce::String CardLine::getTooltip() {
-    return width() > textArea().getWidth() ? text() : juce::String();
+    return width(0, words_.size()) > textArea().getWidth() ? text() : juce::String();
 }
 
 juce::Rectangle<int> CardLine::textArea() const {
     return getLocalBounds().reduced(markMargin, 0);
 }
 
+/// What is found first is in sight, if need be without what stands before it.
+std::size_t CardLine::firstShown() const {
+    const auto found = std::ranges::find_if(words_, &Word::isFound);
+    if (found == words_.end()) {
+        return 0;
+    }
+    const auto last = static_cast<std::size_t>(found - words_.begin());
+    std::size_t first = 0;
+    for (auto room = textArea().getWidth(); first < last && width(first, last + 1) > room;) {
+        room -= first == 0 ? textWidth(leftOut(), style::valueText) + wordGap : 0;
+        ++first;
+    }
+    return first;
+}
+
+void CardLine::paintWord(juce::Graphics& graphics, const Word& word, juce::Rectangle<int>& area) const {
+    const auto width = textWidth(word.text, style::valueText);
+    const auto shown = area.withWidth(std::min(width, area.getWidth()));
+    if (!shown.isEmpty() && word.isFound()) {
+        const auto mark = shown.withSizeKeepingCentre(shown.getWidth() + 2 * markMargin, markHeight);
+        graphics.setColour(displayColour(style::found));
+        graphics.fillRoundedRectangle(mark.toFloat(), markMargin);
+    }
+    drawLine(graphics, word.text, area, style::valueText, word.colour);
+    area.removeFromLeft(width + wordGap);
+}
+
 void CardLine::paint(juce::Graphics& graphics) {
     auto area = textArea();
-    for (const auto& word : words_) {
-        const auto width = textWidth(word.text, style::valueText);
-        const auto shown = area.withWidth(std::min(width, area.getWidth()));
-        if (!shown.isEmpty() && word.found != nullptr && word.found->contains(word.field)) {
-            const auto mark = shown.withSizeKeepingCentre(shown.getWidth() + 2 * markMargin, markHeight);
-            graphics.setColour(displayColour(style::found));
-            graphics.fillRoundedRectangle(mark.toFloat(), markMargin);
-        }
-        drawLine(graphics, word.text, area, style::valueText, word.colour);
-        area.removeFromLeft(width + wordGap);
+    const auto first = firstShown();
+    if (first > 0) {
+        paintWord(graphics, {leftOut(), displayColour(Palette().secondaryText)}, area);
+    }
+    for (const auto& word : std::span(words_).subspan(first)) {
+        paintWord(graphics, word, area);
     }
 }
 

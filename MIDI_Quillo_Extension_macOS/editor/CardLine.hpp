@@ -14,8 +14,8 @@
 namespace quillo {
 
 /// A rule in one line, in the colours of its values: "CC 64 : Sustain 127 any channel → Program Change 48
-/// channel 1". What does not fit is cut, and the whole line is the tooltip. A click calls `onClick`. [main]
-/// only.
+/// channel 1". What does not fit is cut, but for what is found, and the whole line is the tooltip. A click
+/// calls `onClick`. [main] only.
 class CardLine final : public juce::Component, public juce::TooltipClient {
 public:
     /// Around a word that was found, and around the line.
@@ -41,10 +41,15 @@ private:
         juce::Colour colour;
         const std::set<std::size_t>* found = nullptr;  ///< of the word's section
         std::size_t field = 0;
+
+        [[nodiscard]] bool isFound() const { return found != nullptr && found->contains(field); }
     };
 
     void append(const FieldPlans& section, const std::set<std::size_t>& found);
-    [[nodiscard]] int width() const;
+    void paintWord(juce::Graphics& graphics, const Word& word, juce::Rectangle<int>& area) const;
+    /// Of the words from one position to before another one.
+    [[nodiscard]] int width(std::size_t from, std::size_t to) const;
+    [[nodiscard]] std::size_t firstShown() const;
     [[nodiscard]] juce::Rectangle<int> textArea() const;
 
     std::function<void()> onClick_;

@@ -89,13 +89,6 @@ void MyDragAndDropForEach::refreshRows() {
     keepingPlace([&] { heights_.clear(); });
 }
 
-void MyDragAndDropForEach::rebuildRow(const UUID& item) {
-    keepingPlace([&] {
-        heights_.erase(item);
-        rows_.erase(item);
-    });
-}
-
 juce::Component* MyDragAndDropForEach::row(const UUID& item) const {
     const auto found = rows_.find(item);
     return found != rows_.end() ? &found->second->content() : nullptr;
@@ -309,10 +302,6 @@ void MyDragAndDropForEach::setFooter(std::unique_ptr<juce::Component> footer,
     if (footer_ != nullptr) {
         content_.addAndMakeVisible(*footer_);
     }
-    layOut();
-}
-
-void MyDragAndDropForEach::refreshFooter() {
     layOut();
 }
 

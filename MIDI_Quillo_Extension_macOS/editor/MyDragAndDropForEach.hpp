@@ -55,10 +55,8 @@ public:
 
     /// The heights of these rows may have changed; their views stay.
     void refreshRows(const std::vector<UUID>& items);
-    /// So may those of all rows.
+    /// So may those of all rows, and of the footer.
     void refreshRows();
-    /// The row's view is made anew.
-    void rebuildRow(const UUID& item);
     /// The view made for an item, or null while there is none.
     [[nodiscard]] juce::Component* row(const UUID& item) const;
 
@@ -81,8 +79,6 @@ public:
 
     /// What stands below the last row, and its height for a width.
     void setFooter(std::unique_ptr<juce::Component> footer, std::function<int(int width)> height);
-    /// The footer's height may have changed.
-    void refreshFooter();
 
     /// The width that rows get.
     [[nodiscard]] int rowWidth() const;

@@ -79,6 +79,15 @@ TEST_F(Search, MarksWhatItFindsInOneLine) {
         << "It begins before the first word.";
 }
 
+TEST_F(Search, ShowsWhatItFindsInALineThatIsCut) {
+    stage.press('-', ctrl);
+    stage.view().setSize(500, 250);
+    open("channel 2");
+    EXPECT_GT(marked(stage.card(0).line()), 300) << "at its end";
+    EXPECT_GT(marked(stage.card(2).line()), 300);
+    EXPECT_EQ(stage.card(0).line().getTooltip(), stage.card(0).line().text());
+}
+
 TEST_F(Search, GoesFromFindToFindAndAround) {
     stage.view().setSize(500, 250);
     open("note on");
