@@ -81,6 +81,12 @@ TEST(PresetTestRun, SetsOnlyWhatDiffersAtOneTimeSideBySide) {
                 ElementsAre("0 ms, line 2: nothing, got 90 01 01 forwarded"));
 }
 
+TEST(PresetTestRun, LetsAnEventComeBeforeTheAnswerToAnEarlierOneHasLeft) {
+    EXPECT_THAT(found(echoing, "at 0 ms: 90 3c 64 -> at 0 ms: 90 3c 64, at 300 ms: 91 3c 64\n"
+                               "at 100 ms: fa -> at 100 ms: fa"),
+                IsEmpty());
+}
+
 TEST(PresetTestRun, PassesWhatItRecorded) {
     const std::vector<TimedEvent> take{{0, PluginLoad{}},
                                        {0, HostTransportTriggerVariantsV2::Start},

@@ -68,6 +68,22 @@ TEST_F(HarmlessOutput, NamesOfRulesInExplain) {
                 HasSubstr("a\\u001b[2J"));
 }
 
+TEST_F(HarmlessOutput, NamesOfRulesAndFilesInTestAndDiffAndInJSON) {
+    const auto preset = folder.with(attackingPath + ".json", PluginData{{harmlessRule()}}.write());
+    const auto empty = folder.with("empty.json", PluginData{}.write());
+    const auto midi = folder.with("in.mid", fixture::oneTrackFile("00 90 3c 64 00 ff 2f 00"));
+    static_cast<void>(folder.with(attackingPath + ".test", std::string("at 0 ms: 90 3c 64")));
+    for (const auto& words :
+         std::vector<std::vector<std::string>>{{"test", preset},
+                                               {"test", preset, "--json"},
+                                               {"diff", preset, empty, "--with", midi},
+                                               {"diff", preset, empty, "--with", midi, "--json"},
+                                               {"check", preset, "--json"},
+                                               {"explain", "--preset", preset, "90 3c 64", "--json"}}) {
+        EXPECT_THAT(written(words), HasSubstr(R"(a\u001b[2J\u0000b\nc\u007f)")) << words.front();
+    }
+}
+
 TEST_F(HarmlessOutput, NamesOfFiles) {
     const auto path = folder / attackingPath;
     const auto preset = folder.with("p.json", PluginData{}.write());
