@@ -64,6 +64,7 @@ Comparison compare(EngineProbe& first, EngineProbe& second, std::span<const Aske
 
 std::vector<RulePair> paired(const std::vector<Rule>& first, const std::vector<Rule>& second) {
     std::vector<RulePair> pairs;
+    pairs.reserve(second.size());
     for (std::size_t position = 0; position < second.size(); ++position) {
         pairs.push_back({std::nullopt, position});
     }

@@ -100,7 +100,7 @@ private:
         auto rest = text;
         const auto time = takeBefore(rest, ":");
         std::uint32_t milliseconds = 0;
-        const auto digits = time.starts_with("at ") ? trimmed(time.substr(3)) : std::string_view();
+        const std::string digits(time.starts_with("at ") ? trimmed(time.substr(3)) : "");
         const auto* const end = digits.data() + digits.size();
         const auto [stop, error] = std::from_chars(digits.data(), end, milliseconds);
         if (error != std::errc{} || trimmed({stop, end}) != "ms") {

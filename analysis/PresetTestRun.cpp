@@ -25,6 +25,7 @@ std::vector<Wanted> wantedBy(const PresetTest& test) {
 
 std::vector<Departure> answerTo(const PresetTest& test, EngineProbe& probe) {
     std::vector<TimedEvent> events;
+    events.reserve(test.steps.size());
     for (const auto& step : test.steps) {
         events.push_back(step.event);
     }

@@ -126,6 +126,7 @@ using Grouping = std::vector<RuleRun> (*)(std::span<const Rule> rules);
 
 std::vector<RuleRun> oneByOne(std::span<const Rule> rules) {
     std::vector<RuleRun> runs;
+    runs.reserve(rules.size());
     for (std::size_t first = 0; first < rules.size(); ++first) {
         runs.push_back({first});
     }

@@ -24,6 +24,7 @@ constexpr std::uint32_t microsecondsPerSecond = 1'000'000;
 
 std::vector<AskedEvent> withoutTimes(const std::vector<TimedEvent>& timed) {
     std::vector<AskedEvent> events;
+    events.reserve(timed.size());
     for (const auto& [time, event] : timed) {
         events.push_back(event);
     }
