@@ -2,6 +2,8 @@
 #include "otherformats/MappingRules.hpp"
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
 #include <numeric>
 #include <optional>
 #include <span>
@@ -11,6 +13,7 @@
 #include "analysis/EventBox.hpp"
 #include "midi/MessageLength.hpp"
 #include "midi/Status.hpp"
+#include "platform/InStableOrder.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {
@@ -294,11 +297,12 @@ void setPolicy(Rule& rule, Policy policy) {
     rule.trigger = std::move(message);
 }
 
-/// Sets what each rule consumes: what it matches, where no rule below that the event shall come to does so. Calls
-/// `lose` for a rule that cannot say it: a rule below consumes some of the events only, so that others pass.
+/// Sets what each rule consumes: what it matches, where no rule below that the event shall come to does so. A
+/// line loses something where a rule below consumes some of the events only: the others pass.
 class Consumption {
 public:
-    Consumption(std::vector<Rule>& rules, std::vector<TakenLine>& lines) : rules_(rules), lines_(lines) {
+    /// `restPasses`: what no rule consumes is forwarded.
+    Consumption(std::vector<Rule>& rules, bool restPasses) : rules_(rules), restPasses_(restPasses) {
         std::ranges::transform(rules, std::back_inserter(boxes_),
                                [](const Rule& rule) { return EventBox(rule.trigger); });
     }
@@ -321,7 +325,7 @@ private:
             }
             isPart = isPart || !common.isEmpty();
         }
-        if (isPart) {
+        if (isPart && restPasses_) {
             const std::string reason = "of what only some lines below match, the rest passes as well";
             if (std::ranges::find(line.lost, reason) == line.lost.end()) {
                 line.lost.push_back(reason);
@@ -331,7 +335,7 @@ private:
     }
 
     std::vector<Rule>& rules_;
-    std::vector<TakenLine>& lines_;
+    bool restPasses_;
     std::vector<EventBox> boxes_;
 };
 
@@ -343,43 +347,49 @@ Rule dropTheRest(const Rule& last) {
     return rule;
 }
 
+/// Takes the rules of a mapping, and returns what became of its line.
+TakenLine take(const Mapping& mapping, OtherRules& taken) {
+    LineRules made(mapping);
+    const auto first = mapping.isOff ? taken.shelf.size() : taken.rules.size();
+    for (auto& rule : made.rules) {
+        if (mapping.isOff) {
+            setPolicy(rule, Policy::EatMatching);
+            taken.shelf.push_back({static_cast<std::uint32_t>(taken.rules.size()), std::move(rule)});
+        } else {
+            taken.rules.push_back(std::move(rule));
+        }
+    }
+    return {mapping.line, first, made.rules.size(), mapping.isOff, std::move(made.lost)};
+}
+
+/// `lines` are those of the mappings.
+void settlePolicies(const MappingFile& file, std::vector<TakenLine>& lines, std::vector<Rule>& rules) {
+    Consumption consumption(rules, file.passesUnmatched);
+    for (std::size_t at = 0; at < lines.size(); ++at) {
+        auto& line = lines[at];
+        if (!line.isOff) {
+            consumption.settle(line, file.mappings[at].isLast ? line.firstRule + line.count : rules.size());
+        }
+    }
+}
+
 }  // namespace
 
 OtherRules rulesFrom(const MappingFile& file) {
     OtherRules taken;
+    for (const auto& mapping : file.mappings) {
+        taken.lines.push_back(take(mapping, taken));
+    }
+    settlePolicies(file, taken.lines, taken.rules);
     for (const auto& omission : file.omissions) {
         taken.lines.push_back({omission.line, 0, 0, false, {omission.reason}});
     }
-    std::vector<std::pair<std::size_t, bool>>
-        running;  // lines with rules that run, and whether they are the last
-    for (const auto& mapping : file.mappings) {
-        LineRules made(mapping);
-        const auto first = mapping.isOff ? taken.shelf.size() : taken.rules.size();
-        taken.lines.push_back({mapping.line, first, made.rules.size(), mapping.isOff, std::move(made.lost)});
-        for (auto& rule : made.rules) {
-            if (mapping.isOff) {
-                setPolicy(rule, Policy::EatMatching);
-                taken.shelf.push_back({static_cast<std::uint32_t>(taken.rules.size()), std::move(rule)});
-            } else {
-                taken.rules.push_back(std::move(rule));
-            }
-        }
-        if (!mapping.isOff) {
-            running.emplace_back(taken.lines.size() - 1, mapping.isLast);
-        }
-    }
-    Consumption consumption(taken.rules, taken.lines);
-    for (const auto& [at, isLast] : running) {
-        auto& line = taken.lines[at];
-        consumption.settle(line, isLast ? line.firstRule + line.count : taken.rules.size());
-    }
-    if (!file.passesUnmatched && !taken.rules.empty()) {
-        taken.rules.push_back(dropTheRest(taken.rules.back()));
-    }
     if (!file.passesUnmatched && taken.rules.empty()) {
         taken.lines.push_back({1, 0, 0, false, {"no rule is left that could drop what no line matches"}});
+    } else if (!file.passesUnmatched) {
+        taken.rules.push_back(dropTheRest(taken.rules.back()));
     }
-    std::ranges::stable_sort(taken.lines, {}, &TakenLine::line);
+    taken.lines = inStableOrder(std::move(taken.lines), &TakenLine::line);
     return taken;
 }
 

@@ -6,8 +6,8 @@
 
 namespace quillo {
 
-/// The rules that do what the mappings do, one after the other. Where a mapping is for several kinds of messages,
-/// or calculates with a byte, it becomes several rules; consecutive values make runs.
+/// The rules that do what the mappings do, one after the other. Where a mapping is for several kinds of
+/// messages, or calculates with a byte, it becomes several rules; consecutive values make runs.
 [[nodiscard]] OtherRules rulesFrom(const MappingFile& file);
 
 }  // namespace quillo

@@ -8,7 +8,7 @@
 
 namespace quillo {
 
-/// The verb `import`: says of each line of another tool's file which rules it becomes, or why it becomes none,
+/// The verb `import`: says of each line of another tool's file which rules it becomes, or why it is left out,
 /// and writes the rules as a preset. Returns the exit status; throws `UsageError` and `CommandFailure`.
 [[nodiscard]] int runImportCommand(std::span<const std::string> words, const Console& console);
 

@@ -28,6 +28,12 @@ bool isPresetName(std::string_view name) {
     return lowerCase(name).ends_with(presetFileExtension);
 }
 
+/// Whether it may be imported: a preset, or the rules of another tool.
+bool isImportable(std::string_view name) {
+    const auto lower = lowerCase(name);
+    return isPresetName(name) || lower.ends_with(".bmtp") || lower.ends_with(".cfg");
+}
+
 std::string_view trimmed(std::string_view text) {
     const auto begin = text.find_first_not_of(' ');
     return begin == std::string_view::npos ? std::string_view()
@@ -44,12 +50,12 @@ bool isThere(const fs::path& path) {
     return fs::exists(fs::symlink_status(path, ignored));
 }
 
-/// Whether an entry's name holds a text in lower case; the ending that all files have counts for a text with
-/// a full stop only.
+/// Whether an entry's name holds a text in lower case; the ending of a file counts for a text with a full stop
+/// only.
 bool holds(const PresetBrowserEntry& entry, const std::string& wanted) {
     auto name = lowerCase(entry.name);
     if (!entry.isFolder && wanted.find('.') == std::string::npos) {
-        name.resize(name.size() - std::string_view(presetFileExtension).size());
+        name.resize(name.rfind('.'));
     }
     return name.find(wanted) != std::string::npos ||
            lowerCase(entry.sentence).find(wanted) != std::string::npos;
@@ -61,7 +67,7 @@ bool isWrittenAsFolder(std::string_view typed) {
 }
 
 /// The entry for something in a folder; nothing for what is not to be shown.
-std::optional<PresetBrowserEntry> entryFor(const fs::directory_entry& found) {
+std::optional<PresetBrowserEntry> entryFor(const fs::directory_entry& found, PresetBrowser::Mode mode) {
     std::error_code ignored;
     const auto name = found.path().filename().string();
     if (name.starts_with('.')) {
@@ -70,7 +76,8 @@ std::optional<PresetBrowserEntry> entryFor(const fs::directory_entry& found) {
     if (found.is_directory(ignored)) {
         return PresetBrowserEntry{escaped(name), found.path(), true};
     }
-    if (!isPresetName(name) || !found.is_regular_file(ignored)) {
+    const bool isShown = mode == PresetBrowser::Mode::open ? isImportable(name) : isPresetName(name);
+    if (!isShown || !found.is_regular_file(ignored)) {
         return std::nullopt;
     }
     const auto changed = std::chrono::file_clock::to_sys(found.last_write_time(ignored));
@@ -79,12 +86,12 @@ std::optional<PresetBrowserEntry> entryFor(const fs::directory_entry& found) {
 }
 
 /// What a folder holds, in order; nothing when it cannot be read.
-std::optional<std::vector<PresetBrowserEntry>> contentOf(const fs::path& folder) {
+std::optional<std::vector<PresetBrowserEntry>> contentOf(const fs::path& folder, PresetBrowser::Mode mode) {
     std::error_code error;
     std::vector<PresetBrowserEntry> entries;
     for (fs::directory_iterator found(folder, error); !error && found != fs::directory_iterator();
          found.increment(error)) {
-        if (auto entry = entryFor(*found)) {
+        if (auto entry = entryFor(*found, mode)) {
             entries.push_back(*std::move(entry));
         }
     }
@@ -216,7 +223,7 @@ void PresetBrowser::step(int rows) {
 }
 
 bool PresetBrowser::show(const fs::path& folder) {
-    auto content = contentOf(folder);
+    auto content = contentOf(folder, mode_);
     if (!content) {
         return false;
     }

@@ -4,8 +4,11 @@
 #include <algorithm>
 #include <iterator>
 #include <set>
+#include <sstream>
+#include <string_view>
 #include <utility>
 
+#include "otherformats/OtherFormat.hpp"
 #include "persistence/DecodingError.hpp"
 #include "persistence/EncodingError.hpp"
 #include "persistence/PluginData.hpp"
@@ -66,10 +69,46 @@ RuleList importPreset(std::span<const std::uint8_t> bytes) {
     return elementsFrom(rules, shelf);
 }
 
+namespace {
+
+/// What was lost of another tool's rules, for the alert: the first lines, and how many more.
+std::string lossWords(const std::string& name, const std::string& lost) {
+    constexpr std::size_t mostLines = 6;
+    std::istringstream lines(lost);
+    std::string words = inQuotes(name) + " was imported, but not all of it:";
+    std::size_t count = 0;
+    for (std::string line; std::getline(lines, line); ++count) {
+        words += count < mostLines ? "\n" + line : "";
+    }
+    return count > mostLines ? words + "\n... and " + std::to_string(count - mostLines) + " more lines."
+                             : words;
+}
+
+/// Takes the rules of another tool, and says what of them is lost.
+bool importOtherFormat(const std::string& name, std::string_view text, RuleListEditor& editor) {
+    try {
+        const auto taken = readOtherFormat(text);
+        if (!editor.replaceAll(elementsFrom(taken.rules, taken.shelf), "Import " + name)) {
+            return false;
+        }
+        if (const auto lost = lostText(taken); !lost.empty()) {
+            editor.alert(lossWords(name, lost));
+        }
+        return true;
+    } catch (const OtherFormatError& error) {
+        throw NoPreset("In " + std::string(error.what()) + ".");
+    }
+}
+
+}  // namespace
+
 bool importPreset(const std::string& name, const std::function<std::vector<std::uint8_t>()>& read,
                   RuleListEditor& editor) {
     try {
-        return editor.replaceAll(importPreset(read()), "Import " + name);
+        const auto bytes = read();
+        const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+        return isOtherFormat(text) ? importOtherFormat(name, text, editor)
+                                   : editor.replaceAll(importPreset(bytes), "Import " + name);
     } catch (const FileError& error) {
         editor.alert(std::string(error.what()) + "\n" + chooseAnother);
     } catch (const NoPreset& error) {

@@ -39,8 +39,9 @@ public:
 /// for bytes that are no preset and for rules that the editor cannot hold.
 [[nodiscard]] RuleList importPreset(std::span<const std::uint8_t> bytes);
 
-/// Puts the rules of a preset in the place of the editor's, in a step that can be undone and bears the
-/// preset's name, and returns whether it did. `read` brings its bytes or throws a `FileError`. Whatever goes
+/// Puts the rules of a preset, or of another tool's file, in the place of the editor's, in a step that can be
+/// undone and bears the file's name, and returns whether it did. The alert says what of another tool's rules
+/// could not be taken. `read` brings its bytes or throws a `FileError`. Whatever goes
 /// wrong, the editor's alert says it and its rules stay.
 bool importPreset(const std::string& name, const std::function<std::vector<std::uint8_t>()>& read,
                   RuleListEditor& editor);

@@ -70,6 +70,15 @@ TEST_F(PresetBrowserTest, ListsFoldersThenPresetsWithoutRegardToCase) {
     EXPECT_EQ(names(browser(Mode::save)), names(browser(Mode::open)));
 }
 
+TEST_F(PresetBrowserTest, OffersTheRulesOfOtherToolsToImportOnly) {
+    make("stage.bmtp");
+    make("pads.cfg");
+    EXPECT_THAT(names(browser(Mode::open)), testing::IsSupersetOf({"pads.cfg", "stage.bmtp"}));
+    EXPECT_EQ(names(browser(Mode::save)), (Names{"takes", "bass.json", "Echo.json", "song v1.2.json"}));
+    EXPECT_EQ(typed(Mode::open, "stag"), home.path() / "stage.bmtp");
+    EXPECT_EQ(typed(Mode::open, "pads"), home.path() / "pads.cfg");
+}
+
 TEST_F(PresetBrowserTest, LeavesOutWhatIsNoPresetAndWhatIsHidden) {
     make("notes.txt");
     make(".hidden.json");

@@ -320,5 +320,44 @@ TEST_F(PresetExchangeTest, ATextThatIsNoPresetIsRefusedWithTheReadersReason) {
               "What the clipboard holds cannot be pasted. It is longer than 64 MiB." + rest);
 }
 
+TEST_F(PresetExchangeTest, TheRulesOfAnotherToolTakeThePlaceOfTheList) {
+    EXPECT_TRUE(importPresetFile(write("midimap v1\nforward-unmatched\nNoteOn 36 ANY | SAME 48 SAME\n"),
+                                 desk.editor));
+    ASSERT_EQ(desk.editor.rules().size(), 1U);
+    EXPECT_EQ(desk.editor.rules().front().rule.name, "midimap");
+    EXPECT_EQ(desk.editor.undoName(), "Import preset.json");
+    EXPECT_EQ(desk.editor.alertErrorMessage(), std::nullopt);
+}
+
+TEST_F(PresetExchangeTest, ATranslatorThatIsNotActiveIsARuleThatIsSwitchedOff) {
+    EXPECT_TRUE(importPresetFile(write("[Project]\nVersion=1\n[Preset.0]\nActive=0\n"
+                                       "Incoming0=MID1B040pp\nOutgoing0=MID1B007pp\n"),
+                                 desk.editor));
+    ASSERT_EQ(desk.editor.rules().size(), 1U);
+    EXPECT_TRUE(desk.installed.empty());
+    EXPECT_EQ(desk.shelf.size(), 1U);
+}
+
+TEST_F(PresetExchangeTest, WhatOfAnotherToolsRulesIsLostIsNamed) {
+    std::string text = "midimap v1\nforward-unmatched\nNoteOn 36 ANY | SAME 48 SAME\n";
+    EXPECT_TRUE(importPresetFile(write(text + "Pitch ANY ANY | CHN1 SAME SAME\n"), desk.editor));
+    EXPECT_EQ(desk.editor.alertErrorMessage(), "\"preset.json\" was imported, but not all of it:\n"
+                                               "line 4: left out: no rule can wait for pitch bend");
+    desk.editor.dismissAlert();
+    for (int i = 0; i < 8; ++i) {
+        text += "Pitch ANY ANY | CHN1 SAME SAME\n";
+    }
+    EXPECT_TRUE(importPresetFile(write(text), desk.editor));
+    EXPECT_THAT(*desk.editor.alertErrorMessage(), testing::EndsWith("pitch bend\n... and 2 more lines."));
+}
+
+TEST_F(PresetExchangeTest, ADamagedFileOfAnotherToolIsRefusedWithItsLine) {
+    EXPECT_EQ(
+        refusal(write("midimap v1\nhello\n")),
+        "\"preset.json\" cannot be imported. In line 2: \"hello\" is neither a rule nor forward-unmatched or "
+        "match-all.\n" +
+            chooseAnother);
+}
+
 }  // namespace
 }  // namespace quillo

@@ -152,6 +152,10 @@ TEST(MidimapReader, LetsTheLastOfAllMatchingRulesConsume) {
                 ElementsAre(eat, eat));
     const auto part = all("NoteOn ANY ANY | CHN1 SAME SAME\nNoteOn 60 ANY | SAME 62 SAME\n");
     EXPECT_THAT(policiesOf(part), ElementsAre(pass, eat));
+    const auto dropped =
+        read("NoteOn ANY ANY | CHN1 SAME SAME\nNoteOn 60 ANY | SAME 62 SAME\n", "midimap v1\nmatch-all\n");
+    EXPECT_THAT(policiesOf(dropped), ElementsAre(pass, eat, gate));
+    EXPECT_EQ(lostText(dropped), "");
     EXPECT_THAT(lostText(part), HasSubstr("line 4: taken in part as rule 1: of what only some lines below"));
 }
 

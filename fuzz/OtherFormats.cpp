@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A file of another tool: what is read of it compiles, is written as a preset, and read as the same.
+#include <string_view>
+
+#include "FuzzInput.hpp"
+#include "engine/RuleCompiler.hpp"
+#include "otherformats/OtherFormat.hpp"
+#include "persistence/PluginData.hpp"
+
+using namespace quillo;
+using fuzz::require;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    try {
+        const auto taken = readOtherFormat(text, Unmatched::drop);
+        constexpr std::uint32_t sampleRate = 48000;
+        static_cast<void>(compileRules(taken.rules, sampleRate));
+        const PluginData document{taken.rules, taken.shelf};
+        require(PluginData::read(document.write()) == document, "the preset reads as the same");
+        require(!takenText(taken).empty(), "it says what was taken");
+    } catch (const OtherFormatError&) {
+        return 0;
+    }
+    return 0;
+}
