@@ -284,7 +284,34 @@ private:
     }
 
     void add(const RuleTriggerV2& trigger, const RuleOutputV2& output) {
-        rules.push_back({output, trigger, name_});
+        const auto bank = bankFor(trigger, output);
+        if (!bank) {
+            rules.push_back({output, trigger, name_});
+            return;
+        }
+        const auto& program = *output.message.getIf<Output::Protocol>();
+        const auto channel = program.status.getIf<StatusByteV2::WithChannel>()->channel;
+        rules.back().output.message = Output::ProgramChange{channel, *bank, program.byte1};
+    }
+
+    /// The bank that the rule above selects for the program that this output is: one rule sends both.
+    [[nodiscard]] std::optional<std::uint8_t> bankFor(const RuleTriggerV2& trigger,
+                                                      const RuleOutputV2& output) const {
+        const auto* program = output.message.getIf<Output::Protocol>();
+        const auto* bank = rules.empty() || rules.back().trigger != trigger
+                               ? nullptr
+                               : rules.back().output.message.getIf<Output::Protocol>();
+        if (program == nullptr || bank == nullptr || !bank->byte2) {
+            return std::nullopt;
+        }
+        const auto& status = *program->status.getIf<StatusByteV2::WithChannel>();
+        const bool isBank =
+            bank->status == StatusByteV2(StatusByteV2::WithChannel{StatusV2::CC, status.channel}) &&
+            bank->byte1 == GenericByteV2(GenericByteV2::Value{0});
+        const auto* number = bank->byte2->getIf<GenericByteV2::Value>();
+        return status.status == StatusV2::programChange && isBank && number != nullptr
+                   ? std::optional(number->value)
+                   : std::nullopt;
     }
 
     const Mapping& mapping_;

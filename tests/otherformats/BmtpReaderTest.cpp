@@ -72,12 +72,20 @@ TEST(BmtpReader, MovesAVariableToAnotherPlaceByARunOfRules) {
 }
 
 TEST(BmtpReader, SendsSeveralMessagesByAsManyRules) {
-    const auto rules = readOne("MID1 90 24 pp", "MID1 B0 00 01 C0 05 F0 7E F7").rules;
     const auto on = [](PassThroughV2 policy) { return onNoteOn(exactly(36), exactly(0), policy); };
-    EXPECT_THAT(rules, ElementsAre(rule(on(pass), sentController(byte(0), byte(1)), "Mine"),
-                                   rule(on(pass),
-                                        send(protocol(StatusV2::programChange, channel(0), byte(5))), "Mine"),
-                                   rule(on(eat), send(systemExclusive({0x7E})), "Mine")));
+    EXPECT_THAT(
+        readOne("MID1 90 24 pp", "MID1 B0 07 01 C0 05 F0 7E F7").rules,
+        ElementsAre(rule(on(pass), sentController(byte(7), byte(1)), "Mine"),
+                    rule(on(pass), send(protocol(StatusV2::programChange, channel(0), byte(5))), "Mine"),
+                    rule(on(eat), send(systemExclusive({0x7E})), "Mine")));
+}
+
+TEST(BmtpReader, SendsABankAndItsProgramByOneRule) {
+    EXPECT_THAT(readOne("MID1FA", "MID1B10003C105").rules,
+                ElementsAre(rule(onMIDIStart(eat), send(programChange(channel(1), 3, byte(5))), "Mine")));
+    EXPECT_EQ(readOne("MID1FA", "MID1B10003C005").rules.size(), 2U);
+    EXPECT_EQ(readOne("MID1FA", "MID1B12003C105").rules.size(), 2U);
+    EXPECT_EQ(readOne("MID1B040pp", "MID1B100ppC105").rules.size(), 2U);
 }
 
 TEST(BmtpReader, SwitchesOffWhatIsNotActive) {
