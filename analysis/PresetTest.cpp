@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdint>
 #include <iterator>
 #include <utility>
 
@@ -99,11 +98,11 @@ private:
     [[nodiscard]] Timed readTimed(std::string_view text) const {
         auto rest = text;
         const auto time = takeBefore(rest, ":");
-        std::uint32_t milliseconds = 0;
+        SampleTime milliseconds = 0;
         const std::string digits(time.starts_with("at ") ? trimmed(time.substr(3)) : "");
         const auto* const end = digits.data() + digits.size();
         const auto [stop, error] = std::from_chars(digits.data(), end, milliseconds);
-        if (error != std::errc{} || trimmed({stop, end}) != "ms") {
+        if (error != std::errc{} || milliseconds < 0 || trimmed({stop, end}) != "ms") {
             fail(inQuotes(text) + " does not begin with a time in whole milliseconds, as \"at 300 ms:\" is");
         }
         return {milliseconds, trimmed(rest)};

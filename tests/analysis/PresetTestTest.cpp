@@ -99,7 +99,7 @@ TEST(PresetTest, SaysInWhichLineWhatIsWrong) {
         {"at -1 ms: fa", "line 1: \"at -1 ms: fa\"" + time},
         {"at 1.5 ms: fa", "line 1: \"at 1.5 ms: fa\"" + time},
         {"at 1 s: fa", "line 1: \"at 1 s: fa\"" + time},
-        {"at 4294967296 ms: fa", "line 1: \"at 4294967296 ms: fa\"" + time},
+        {"at 9223372036854775808 ms: fa", "line 1: \"at 9223372036854775808 ms: fa\"" + time},
         {"soon", "line 1: \"soon\"" + time},
         {"at 0 ms: transport pause",
          "line 1: \"transport pause\": the host's transport can start, continue and stop"},
