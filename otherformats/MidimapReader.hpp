@@ -10,8 +10,8 @@ namespace quillo {
 /// Whether the first line of meaning is "midimap v1".
 [[nodiscard]] bool isMidimap(std::string_view text);
 
-/// Reads a midimap.lv2 configuration. Rules bear the text of the comment that stands above them. Throws an
-/// `OtherFormatError`.
+/// Reads a midimap.lv2 configuration. Rules bear the text of the comment that stands above them. Throws
+/// an `OtherFormatError`.
 [[nodiscard]] MappingFile readMidimap(std::string_view text);
 
 }  // namespace quillo

@@ -43,8 +43,8 @@ struct OtherRules {
 /// What becomes of messages that no line matches, where the file does not say so itself.
 enum class Unmatched { pass, drop };
 
-/// Reads such a text: a midimap.lv2 configuration, or a `.bmtp` project. What rules cannot say is left out and
-/// named. Throws an `OtherFormatError` for a text of neither kind, and for one that is damaged.
+/// Reads such a text: a midimap.lv2 configuration, or a `.bmtp` project. What rules cannot say is left out,
+/// and named. Throws an `OtherFormatError` for a text of neither kind, and for one that is damaged.
 [[nodiscard]] OtherRules readOtherFormat(std::string_view text, Unmatched unmatched = Unmatched::pass);
 
 /// A line for each line of the file, and a sum:

@@ -146,8 +146,9 @@ TEST(MidimapReader, LetsTheLastOfAllMatchingRulesConsume) {
     const auto all = [](const std::string& lines) {
         return read(lines, "midimap v1\nforward-unmatched\nmatch-all\n");
     };
-    EXPECT_THAT(policiesOf(all("NoteOn 60 ANY | SAME 62 SAME\nNoteOn ANY ANY | CHN1 SAME SAME\n")),
-                ElementsAre(pass, eat));
+    const auto whole = all("NoteOn 60 ANY | SAME 62 SAME\nNoteOn ANY ANY | CHN1 SAME SAME\n");
+    EXPECT_THAT(policiesOf(whole), ElementsAre(pass, eat));
+    EXPECT_EQ(lostText(whole), "");
     EXPECT_THAT(policiesOf(all("NoteOn 60 ANY | SAME 62 SAME\nNoteOn 61 ANY | CHN1 SAME SAME\n")),
                 ElementsAre(eat, eat));
     const auto part = all("NoteOn ANY ANY | CHN1 SAME SAME\nNoteOn 60 ANY | SAME 62 SAME\n");
