@@ -18,6 +18,16 @@ bool MIDIMessage::operator==(const MIDIMessage& other) const QUILLO_REALTIME {
     return std::ranges::equal(bytes(), other.bytes());
 }
 
+void MIDIMessage::share(SharedBytes* bytes) QUILLO_REALTIME {
+    if (bytes != nullptr) {
+        bytes->hold();
+    }
+    if (shared_ != nullptr) {
+        shared_->release();
+    }
+    shared_ = bytes;
+}
+
 void MIDIMessage::freeRetired() {
     SharedBytes::freeRetired();
 }

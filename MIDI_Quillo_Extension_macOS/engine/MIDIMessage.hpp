@@ -65,6 +65,9 @@ private:
     [[nodiscard]] static Inline inlineOf(std::size_t size, std::span<const std::uint8_t> bytes)
         QUILLO_REALTIME;
 
+    /// Holds these bytes instead of those that it holds; either may be null.
+    void share(SharedBytes* bytes) QUILLO_REALTIME;
+
     SharedBytes* shared_ = nullptr;
     Inline inline_{};
 };
@@ -104,14 +107,10 @@ inline MIDIMessage::MIDIMessage(MIDIMessage&& other) QUILLO_REALTIME
     : shared_(std::exchange(other.shared_, nullptr)), inline_(std::exchange(other.inline_, Inline{})) {}
 
 inline MIDIMessage& MIDIMessage::operator=(const MIDIMessage& other) QUILLO_REALTIME {
-    if (other.shared_ != nullptr) {
-        other.shared_->hold();
-    }
-    if (shared_ != nullptr) {
-        shared_->release();
-    }
-    shared_ = other.shared_;
     inline_ = other.inline_;
+    if (shared_ != other.shared_) {
+        share(other.shared_);
+    }
     return *this;
 }
 

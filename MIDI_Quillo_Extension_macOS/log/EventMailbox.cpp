@@ -15,14 +15,15 @@ EventMailbox::Ring::Ring()
       }(std::make_index_sequence<keptEntries>())) {}
 
 /// The taker returns a ring before it takes the next one: where one is gone, the other is found.
-EventMailbox::Ring* EventMailbox::takeRing() QUILLO_REALTIME {
-    if (auto* unread = posted_.exchange(nullptr, std::memory_order_acquire)) {
-        return unread;
+void EventMailbox::postFirst(const EventLogEntry& entry) QUILLO_REALTIME {
+    collected_ = posted_.exchange(nullptr, std::memory_order_acquire);
+    if (collected_ == nullptr) {
+        if (free_ == nullptr) {
+            free_ = returned_.exchange(nullptr, std::memory_order_acquire);
+        }
+        collected_ = std::exchange(free_, free_->next);
     }
-    if (free_ == nullptr) {
-        free_ = returned_.exchange(nullptr, std::memory_order_acquire);
-    }
-    return std::exchange(free_, free_->next);
+    collected_->append(entry);
 }
 
 void EventMailbox::handOver() QUILLO_REALTIME {

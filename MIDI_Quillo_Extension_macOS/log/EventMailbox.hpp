@@ -29,9 +29,10 @@ public:
     /// [render] Never fails and never waits.
     void post(const EventLogEntry& entry) QUILLO_REALTIME {
         if (collected_ == nullptr) {
-            collected_ = takeRing();
+            postFirst(entry);
+        } else {
+            collected_->append(entry);
         }
-        collected_->append(entry);
     }
 
     /// [render] What was posted can be taken from now on. Once a block.
@@ -49,16 +50,17 @@ private:
 
         Ring();
         void append(const EventLogEntry& entry) QUILLO_REALTIME {
-            *end = entry;
+            auto& place = *end;
             if (++end == entries.data() + keptEntries) {
                 end = entries.data();
                 isFull = true;
             }
+            place = entry;
         }
         [[nodiscard]] std::vector<EventLogEntry> takeAll();
     };
 
-    [[nodiscard]] Ring* takeRing() QUILLO_REALTIME;
+    void postFirst(const EventLogEntry& entry) QUILLO_REALTIME;
 
     std::array<Ring, 2> rings_;
     Ring* collected_ = nullptr;  ///< [render]
