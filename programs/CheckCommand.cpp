@@ -16,9 +16,9 @@
 #include "commandline/InputFiles.hpp"
 #include "commandline/OutputFile.hpp"
 #include "engine/RuleCompiler.hpp"
-#include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
 #include "programs/JSONText.hpp"
+#include "programs/PlayedFiles.hpp"
 #include "rules/RuleEntry.hpp"
 #include "rules/RuleRun.hpp"
 #include "words/PlainWords.hpp"
@@ -71,18 +71,8 @@ Request readRequest(std::span<const std::string> words) {
     return request;
 }
 
-/// Runs `step`, to which a fatal error of a host is only a bad preset.
-template <class Step>
-auto checking(const std::string& path, Step step) {
-    try {
-        return step();
-    } catch (const FatalError& error) {
-        throw CommandFailure(exitBadPreset, inputName(path) + ": " + wordsOf(error));
-    }
-}
-
 ReadDocument readForChecking(const Request& request, std::istream& standardInput) {
-    return checking(request.preset, [&] {
+    return blamingPreset(request.preset, exitBadPreset, [&] {
         return readPresetInput(request.preset, exitBadPreset, request.reading, &standardInput);
     });
 }
@@ -102,7 +92,7 @@ std::string generation(const ReadDocument& document) {
 
 /// Rules that no program could run are as bad as a damaged preset.
 void refuseWhatCannotRun(const std::vector<Rule>& rules, const std::string& path) {
-    checking(path, [&] { static_cast<void>(compileRules(rules, defaultSampleRate)); });
+    blamingPreset(path, exitBadPreset, [&] { static_cast<void>(compileRules(rules, defaultSampleRate)); });
 }
 
 /// What the editor cannot hold as the preset has it, in a line of its own under the rule.

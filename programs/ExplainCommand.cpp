@@ -18,6 +18,7 @@
 #include "platform/HexText.hpp"
 #include "platform/QuotedText.hpp"
 #include "programs/JSONText.hpp"
+#include "programs/PlayedFiles.hpp"
 
 namespace quillo {
 
@@ -103,15 +104,17 @@ int runExplainCommand(std::span<const std::string> words, const Console& console
         throw UsageError("explain needs a preset: --preset PRESET.json");
     }
     const auto events = readEvents(arguments.operands());
-    const auto [rules, shelf] =
-        readPresetInput(*preset, exitBadData, inputReading(arguments), &console.in).data;
-    EngineProbe probe(rules);
-    if (arguments.has("--json")) {
-        explainForScripts(probe, events, console.out);
-    } else {
-        explainInWords(probe, events, shelf, console.out);
-    }
-    return exitSuccess;
+    return blamingPreset(*preset, exitBadData, [&] {
+        const auto [rules, shelf] =
+            readPresetInput(*preset, exitBadData, inputReading(arguments), &console.in).data;
+        EngineProbe probe(rules);
+        if (arguments.has("--json")) {
+            explainForScripts(probe, events, console.out);
+        } else {
+            explainInWords(probe, events, shelf, console.out);
+        }
+        return exitSuccess;
+    });
 }
 
 }  // namespace quillo

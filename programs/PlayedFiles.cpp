@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "programs/PlayedFiles.hpp"
 
-#include "commandline/CommandFailure.hpp"
 #include "commandline/ExitStatus.hpp"
 #include "midifile/MIDIFileError.hpp"
-#include "platform/FatalError.hpp"
-#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -31,11 +28,8 @@ std::vector<TimedEvent> eventsOf(const Score& score) {
 }
 
 EngineProbe readProbe(const std::string& path, InputReading reading) {
-    try {
-        return EngineProbe(readPresetInput(path, exitBadData, reading).data.rules);
-    } catch (const FatalError& error) {
-        throw CommandFailure(exitBadData, escaped(path) + ": " + wordsOf(error));
-    }
+    return blamingPreset(path, exitBadData,
+                         [&] { return EngineProbe(readPresetInput(path, exitBadData, reading).data.rules); });
 }
 
 int runComparing(const std::function<int()>& verb) {

@@ -10,8 +10,11 @@
 
 #include "analysis/EngineProbe.hpp"
 #include "analysis/Performance.hpp"
+#include "commandline/CommandFailure.hpp"
 #include "commandline/InputFiles.hpp"
 #include "offline/Score.hpp"
+#include "platform/FatalError.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -25,6 +28,17 @@ namespace quillo {
 /// The score as a unit sees it that `render` plays: it is loaded and the host's transport starts before the
 /// messages, and the transport stops at the end.
 [[nodiscard]] std::vector<TimedEvent> eventsOf(const Score& score);
+
+/// Runs `step`, in which a fatal error is the fault of the preset at `path`: it becomes a `CommandFailure` with
+/// `status`.
+template <class Step>
+auto blamingPreset(const std::string& path, int status, Step step) {
+    try {
+        return step();
+    } catch (const FatalError& error) {
+        throw CommandFailure(status, inputName(path) + ": " + wordsOf(error));
+    }
+}
 
 /// The rules of a preset. Those that no program can run are damaged ones.
 [[nodiscard]] EngineProbe readProbe(const std::string& path, InputReading reading);

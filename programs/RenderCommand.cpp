@@ -150,9 +150,11 @@ JSONAnswer json(const Summary& summary) {
 int runRenderCommand(std::span<const std::string> words, const Console& console) {
     const auto request = readRequest(words);
     const auto score = readScore(request.source, request.reading, request.settings.sampleRate, &console.in);
-    auto rules = readPresetInput(request.preset, exitBadData, request.reading, &console.in).data.rules;
     const OutputFile target(request.target, request.force, &console.out);
-    auto performance = play(score, std::move(rules), request, console);
+    auto performance = blamingPreset(request.preset, exitBadData, [&] {
+        auto document = readPresetInput(request.preset, exitBadData, request.reading, &console.in);
+        return play(score, std::move(document.data.rules), request, console);
+    });
     const Summary summary{score.messages().size(), performance.outputs.size(), performance.cutOff,
                           performance.lost, score.leftOut()};
     target.write(resultBytes(score, std::move(performance.outputs), request.target));

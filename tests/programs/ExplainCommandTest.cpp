@@ -202,7 +202,13 @@ TEST_F(ExplainCommandTest, FailsAsTheOtherVerbsDo) {
     EXPECT_EQ(run({"explain", "--preset", folder / "none.json", "fa"}).status, exitNoInput);
     EXPECT_EQ(run({"explain", "--preset", folder.with("bad.json", std::string("{")), "fa"}).status,
               exitBadData);
-    EXPECT_EQ(explain({rule(onLoad(), send(noteOn(0, 1, 1), -5))}, {"fa"}).status, exitFatal);
+}
+
+TEST_F(ExplainCommandTest, NamesThePresetThatCannotRun) {
+    const auto result = explain({rule(onLoad(), send(noteOn(0, 1, 1), -5))}, {"fa"});
+    EXPECT_EQ(result.status, exitBadData);
+    EXPECT_THAT(result.err, StartsWith("midi-quillo: " + (folder / "p.json") +
+                                       ": Rule 1: a delay is negative: -5 ms. Choose 0 or more.\n"));
 }
 
 /// The words of a text, each parted by one blank from the next.

@@ -199,10 +199,11 @@ TEST_F(RenderCommandTest, CannotReadWhatIsNotThere) {
     EXPECT_EQ(run({"render", there, folder / "out.mid", "--preset", folder / "no.json"}).status, exitNoInput);
 }
 
-TEST_F(RenderCommandTest, EndsWithTheUnitsFatalError) {
+TEST_F(RenderCommandTest, NamesThePresetThatCannotRun) {
     const auto result = render(oneNote, {controllerRule(onLoad(), 7, -1)});
-    EXPECT_EQ(result.status, exitFatal);
-    EXPECT_THAT(result.err, EndsWith("a delay is negative: -1 ms. Choose 0 or more.\n"));
+    EXPECT_EQ(result.status, exitBadData);
+    EXPECT_THAT(result.err, AllOf(StartsWith("midi-quillo: " + (folder / "p.json") + ": Rule 1 "),
+                                  EndsWith("a delay is negative: -1 ms. Choose 0 or more.\n")));
     EXPECT_FALSE(folder.has("out.mid"));
 }
 
