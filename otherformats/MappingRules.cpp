@@ -185,9 +185,9 @@ private:
 
     void makeEach(const Waiting& waiting) {
         const auto count = std::transform_reduce(
-            waiting.places.begin(), waiting.places.end(), std::size_t{1}, std::multiplies{},
+            waiting.places.begin(), waiting.places.end(), mapping_.messages.size(), std::multiplies{},
             [](const Place& place) { return place.isExact ? place.values.size() : 1; });
-        if (count * mapping_.messages.size() > mostRulesOfALine) {
+        if (count > mostRulesOfALine) {
             lose("it would take " + std::to_string(count) + " rules");
             return;
         }

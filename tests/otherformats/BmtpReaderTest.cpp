@@ -56,6 +56,12 @@ TEST(BmtpReader, ReadsAMessageWithAVariable) {
               "line 7: taken as rule 1\n1 line taken, 0 of them in part; 0 left out. 1 rule.\n");
 }
 
+TEST(BmtpReader, CountsTheRulesOfAllMessagesThatALineWouldTake) {
+    const auto taken = readOne("MID1B0ppqq", "MID1B1qqppB2qqpp");
+    EXPECT_THAT(taken.rules, IsEmpty());
+    EXPECT_THAT(takenText(taken), HasSubstr("it would take 32768 rules"));
+}
+
 TEST(BmtpReader, ReadsLinesThatEndAsOnWindows) {
     EXPECT_EQ(
         readOtherFormat("[Project]\r\nVersion=1\r\n[Preset.0]\r\nIncoming0=MID1FA\r\nOutgoing0=MID1C005\r\n")
