@@ -23,6 +23,9 @@ void addInstallBenchmarks();
 /// State documents that are read and written.
 void addDocumentBenchmarks();
 
+/// What may be a mistake in rules, found.
+void addAdviceBenchmarks();
+
 /// The plug-in as LV2 hosts run it, beside those of other makers.
 void addLV2Benchmarks();
 [[nodiscard]] std::vector<MemoryRow> lv2Memory();

@@ -21,6 +21,7 @@ int main(int count, char** arguments) {
     addSessionBenchmarks();
     addInstallBenchmarks();
     addDocumentBenchmarks();
+    addAdviceBenchmarks();
     std::vector<MemoryRow> memory;
 #ifdef QUILLO_HAS_LV2
     addLV2Benchmarks();
