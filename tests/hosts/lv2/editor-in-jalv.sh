@@ -2,13 +2,18 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # editor-in-jalv.sh LV2_PATH PICTURE.png: opens the editor in the window of jalv on this display, adds a rule and sends
 # its message by the display's own mouse, and waits for that message at the host's JACK port. Leaves a
-# picture. Every wait is for something to happen; whoever runs this limits how long it may take.
+# picture. Every wait is for something to happen; one that takes too long says what it waited for, and leaves a picture.
 set -euo pipefail
+if [[ -z ${EDITOR_IN_JALV_LIMITED-} ]]; then
+    EDITOR_IN_JALV_LIMITED=1 exec timeout --foreground 100 "$0" "$@"
+fi
 export LV2_PATH=$1 NO_AT_BRIDGE=1 XDG_RUNTIME_DIR JACK_DEFAULT_SERVER=quillo-editor-in-jalv
 picture=$2
 XDG_RUNTIME_DIR=$(mktemp -d)
 port='MIDI Quillo:out'
-trap 'kill $(jobs -p) 2>/dev/null; wait; rm -rf "$XDG_RUNTIME_DIR"' EXIT
+clients=()
+trap end EXIT
+trap 'echo "still waiting for $step; see $picture"; import -silent -window root "$picture"; tail -n 20 "$XDG_RUNTIME_DIR"/{jackd,jalv}; exit 1' TERM
 
 # Without a window manager the window stands in the corner, its menu bar above the editor of 500 x 250.
 add_new=(246 101)
@@ -17,6 +22,17 @@ menu_area=140x100+204+118
 note_on=(236 129)
 undo_area=24x24+144+36
 send=(387 93)
+
+# The clients end first: JACK's library hangs in a client that is closed while its server goes.
+end() {
+    step='the end of the clients'
+    kill "${clients[@]}" 2>/dev/null || true
+    wait "${clients[@]}" || true
+    step='the end of the server'
+    kill "$server" 2>/dev/null || true
+    wait "$server" || true
+    rm -rf "$XDG_RUNTIME_DIR"
+}
 
 area() {
     import -silent -window root -crop "$1" rgb:- | cksum
@@ -41,19 +57,29 @@ changes() {
 
 open_jalv() {
     jalv.gtk3 urn:midi-quillo:lv2 >"$XDG_RUNTIME_DIR/jalv" 2>&1 &
+    clients+=($!)
     until jack_lsp | grep -q "$port"; do kill -0 $!; done
 }
 
+step='the JACK server'
 jackd -r -n "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 256 >"$XDG_RUNTIME_DIR/jackd" 2>&1 &
+server=$!
 until jack_lsp >/dev/null 2>&1; do kill -0 $!; done
+step='the port of jalv'
 open_jalv
+step='the button to add a rule'
 shows_text "$add_new_area"
+step='the menu of new rules'
 click "${add_new[@]}"
 shows_text "$menu_area"
+step='the new rule'
 changes "$undo_area" click "${note_on[@]}"
 
+step='the listener'
 stdbuf --output=L jack_midi_dump listener >"$XDG_RUNTIME_DIR/heard" 2>&1 &
+clients+=($!)
 until jack_connect "$port" listener:input 2>/dev/null; do kill -0 $!; done
+step='the message'
 click "${send[@]}"
 until grep -q '90 3c 40' "$XDG_RUNTIME_DIR/heard"; do :; done
 import -silent -window root "$picture"
