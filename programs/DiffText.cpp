@@ -105,21 +105,25 @@ private:
     bool isMessage_;
 };
 
+std::string orNoRule(const std::string& lines) {
+    return lines.empty() ? "  no rule fires\n" : lines;
+}
+
 /// The rules that act in one of the presets, with what each of the two says of them.
 std::string firstDifferenceText(const PlayedTwice& played) {
     const auto& [time, event] = played.events[played.comparison.differences.front().event];
     const Side first(played.first, event);
     const Side second(played.second, event);
-    std::string before = "A:\n";
-    std::string after = "B:\n";
+    std::string before;
+    std::string after;
     for (const auto& pair : paired(played.first.rules(), played.second.rules())) {
         if (first.acts(pair.first) || second.acts(pair.second)) {
             before += pair.first ? first.line(*pair.first) : "";
             after += pair.second ? second.line(*pair.second) : "";
         }
     }
-    return "The first difference, at " + timeText(time) + ": " + eventWords(event) + "\n" + before +
-           first.end() + after + second.end();
+    return "The first difference, at " + timeText(time) + ": " + eventWords(event) + "\nA:\n" +
+           orNoRule(before) + first.end() + "B:\n" + orNoRule(after) + second.end();
 }
 
 /// The columns of all differences.

@@ -30,7 +30,7 @@ std::string forms() {
     return std::string(askedEventForms.substr(0, askedEventForms.size() - 1));
 }
 
-/// All events, so that nothing is explained when one of them is none.
+/// All events, so that nothing is explained when one of them is wrong.
 std::vector<AskedEvent> readEvents(const std::vector<std::string>& texts) {
     if (texts.empty()) {
         throw UsageError("explain needs an event to explain\n" + forms());

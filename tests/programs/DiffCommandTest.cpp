@@ -75,6 +75,7 @@ TEST_F(DiffCommandTest, SaysWhichRuleSwallowsWhatTheOtherPresetLetsPass) {
                            send(noteOn(0, 1, 1)), "Pedal only");
     EXPECT_THAT(diff({}, {gate}).out,
                 HasSubstr("\nA:\n"
+                          "  no rule fires\n"
                           "  the event goes on to the output\n"
                           "B:\n"
                           "  rule 1 \"Pedal only\" consumed it: it waits for CC, this is a Note On\n"
@@ -100,6 +101,8 @@ TEST_F(DiffCommandTest, PlaysLoadingAndTheTransport) {
     const auto changed = [&](const RuleTriggerV2& trigger) {
         return diff({}, {rule(trigger, send(noteOn(0, 1, 1)), "new")}).out;
     };
+    EXPECT_THAT(changed(onLoad()),
+                HasSubstr("\nA:\n  no rule fires\nB:\n  rule 1 \"new\" fired: sent 90 01 01"));
     EXPECT_THAT(changed(onLoad()), HasSubstr("\n0 ms  load  nothing  | 90 01 01\n"));
     EXPECT_THAT(changed(onHost(Start)), HasSubstr("\n0 ms  host start  nothing  | 90 01 01\n"));
     EXPECT_THAT(changed(onHost(Stop)), HasSubstr("ms  host stop  nothing  | 90 01 01\n"));
