@@ -56,7 +56,7 @@ rules never see them. It says how many these are, and how many delayed outputs
 were dropped because more than 10,000 waited, or were due after the tail. The
 tracks of a file of format 2 are played one after the other. IN.mid may be
 wrapped in a RIFF file (.rmi). "-" is standard input for IN.mid or PRESET.json,
-and standard output for OUT.mid.
+and standard output for OUT.mid; what is said then goes to standard error.
 
 Options:
   --preset PRESET.json  the rules
@@ -93,7 +93,7 @@ Under a rule that the editor cannot show, or not as it is, it says so. Rules
 that are switched off come last, each with its place among the others. If the
 preset is damaged, or no program could run a rule of it, says what is wrong and
 where, ends with 1 and writes nothing. "-" is standard input for PRESET.json,
-and standard output for OUT.json.
+and standard output for OUT.json; what is said then goes to standard error.
 
 Options:
   --advice          say as well which rules can never fire, which swallow all

@@ -3,7 +3,7 @@
 # render-all.py MIDI-QUILLO FOLDER: renders every MIDI file below FOLDER through a preset without rules and holds the
 # result to the source by a reader of its own: each message and each meta event at its tick, in its order. Then plays
 # each to `diff` with that preset twice. Files for it are in Debian's packages openttd-openmsx, simutrans-data, mma,
-# pianobooster, planetblupi-music-midi, and in the WAD files of freedoom.
+# pianobooster, planetblupi-music-midi, and in the WAD files of freedoom and freedm.
 import collections
 import pathlib
 import subprocess
