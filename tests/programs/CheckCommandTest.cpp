@@ -272,6 +272,9 @@ TEST_F(CheckCommandTest, ReadsStandardInputAndWritesToStandardOutput) {
               R"({"rules":[)" + nameless.substr(0, nameless.size() - 1) + R"(,"name":"Message #1"}]})");
     EXPECT_THAT(result.err, StartsWith("standard input: generation 2 (rules without names), 1 rule\n"));
     EXPECT_EQ(folder.fileCount(), 0U);
+    const auto asked = run({"check", "-", "--write", "-", "--json"}, "[" + nameless + "]");
+    EXPECT_EQ(asked.out, result.out);
+    EXPECT_THAT(asked.err, StartsWith(R"({"preset":"-",)"));
     const auto bad = run({"check", "-", "--write", "-"}, "{");
     EXPECT_EQ(bad.status, exitBadPreset);
     EXPECT_THAT(bad.out, IsEmpty());

@@ -288,6 +288,13 @@ TEST_F(RenderCommandTest, AnswersScriptsInJSON) {
     EXPECT_EQ(run({"render", "a", "b", "--preset=p", "--json", "--trace"}).status, exitUsage);
 }
 
+TEST_F(RenderCommandTest, AnswersScriptsBesideAFileOnStandardOutput) {
+    const auto preset = folder.with("p.json", presetOf({}));
+    const auto result = run({"render", folder.with("in.mid", oneNote), "-", "--preset", preset, "--json"});
+    EXPECT_EQ(Bytes(result.out.begin(), result.out.end()), oneNote);
+    EXPECT_EQ(nlohmann::json::parse(result.err)["eventsOut"], 2);
+}
+
 TEST_F(RenderCommandTest, ReadsStandardInputAndWritesToStandardOutput) {
     const auto preset = presetOf({controllerRule(onAnyNote(PassThroughV2::EatMatching), 7)});
     const auto expected = oneTrackFile("00 b0 07 01 83 60 80 3c 40 00 ff 2f 00");
