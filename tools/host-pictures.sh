@@ -67,9 +67,10 @@ picture() {
     echo "$folder/host-$1.png"
 }
 
-# jack NAME: a server of the host's own.
+# A server of the host's own. Its name is always the same: a machine remembers servers that did not end well, eight at
+# most, until one of the same name does.
 jack() {
-    export JACK_DEFAULT_SERVER=quillo-pictures-$$-$1
+    export JACK_DEFAULT_SERVER=quillo-pictures
     jackd --no-realtime --name "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 1024 >"$work/jackd.log" 2>&1 &
     server_process=$!
     jack_wait --server "$JACK_DEFAULT_SERVER" --wait --timeout 30 >/dev/null
@@ -90,7 +91,7 @@ output-channels="2" active="1" use-buffered-io="0" midi-option="" lru="1"><MIDID
 END
     SESSION=$work/song FORMAT=lv2 PLUGIN=urn:midi-quillo:lv2 \
         env -u DISPLAY timeout 120 ardour7-lua "$ardour_session" >"$work/lua.log" 2>&1
-    jack ardour
+    jack
     command ardour --no-splash --no-announcements "$work/song/session.ardour" >"$work/ardour.log" 2>&1 &
     host_process=$!
     window 'session - Ardour' >/dev/null
@@ -108,7 +109,7 @@ END
 
 # The plug-in's window, with the menu of its presets.
 jalv() {
-    jack jalv
+    jack
     jalv.gtk3 -p urn:midi-quillo:lv2#preset-pedal-to-strings urn:midi-quillo:lv2 >"$work/jalv.log" 2>&1 &
     host_process=$!
     window 'MIDI Quillo' >/dev/null
@@ -136,7 +137,7 @@ qtractor() {
 </plugins></track></tracks>
 </session>
 END
-    jack qtractor
+    jack
     LD_PRELOAD=$sequencer command qtractor "$work/song.qtr" >"$work/qtractor.log" 2>&1 &
     host_process=$!
     window 'song.qtr' >/dev/null

@@ -20,7 +20,8 @@ stop() {
 started=()
 trap stop EXIT
 
-export JACK_DEFAULT_SERVER=quillo-clap-$$ QUILLO_PROBE=$folder/heard
+# A machine remembers servers that did not end well, eight at most, until one of the same name does.
+export JACK_DEFAULT_SERVER=quillo-in-qtractor QUILLO_PROBE=$folder/heard
 export HOME=$folder XDG_RUNTIME_DIR=$folder QT_QPA_PLATFORM=offscreen
 "$writer" "$folder" "$plugin" "$probe"
 mkfifo "$QUILLO_PROBE"
@@ -28,7 +29,10 @@ mkfifo "$QUILLO_PROBE"
 timeout --kill-after=5 "$limit" jackd --no-realtime --name "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 512 \
     >"$folder/jackd.log" 2>&1 &
 started+=($!)
-jack_wait --server "$JACK_DEFAULT_SERVER" --wait --timeout "$limit" >/dev/null
+jack_wait --server "$JACK_DEFAULT_SERVER" --wait --timeout 60 >"$folder/wait.log" 2>&1 || {
+    cat "$folder/jackd.log"
+    exit 1
+}
 
 LD_PRELOAD=$sequencer timeout --kill-after=5 "$limit" qtractor "$folder/session.qtr" \
     >"$folder/qtractor.log" 2>&1 &
