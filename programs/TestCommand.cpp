@@ -210,8 +210,16 @@ int runTestCommand(std::span<const std::string> words, const Console& console) {
     if (arguments.operands().empty()) {
         throw UsageError("test takes presets, each with its test beside it");
     }
+    for (const auto& preset : arguments.operands()) {
+        if (testBeside(preset) == preset) {
+            throw UsageError("test takes presets, and " + escaped(preset) + " is a test");
+        }
+    }
     if (take && arguments.operands().size() > 1) {
         throw UsageError("test records for one preset");
+    }
+    if (take && arguments.has("--json")) {
+        throw UsageError("test records without --json");
     }
     return runComparing([&] { return take ? record(arguments, *take, console) : play(arguments, console); });
 }

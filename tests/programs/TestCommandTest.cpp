@@ -136,6 +136,16 @@ TEST_F(TestCommandTest, AnswersScriptsInJSON) {
 TEST_F(TestCommandTest, WantsPresetsAndRecordsForOne) {
     EXPECT_EQ(run({"test"}).status, exitUsage);
     EXPECT_EQ(run({"test", "a.json", "b.json", "--record", "take.mid"}).status, exitUsage);
+    EXPECT_EQ(run({"test", "a.json", "--record", "take.mid", "--json"}).status, exitUsage);
+}
+
+TEST_F(TestCommandTest, TakesNoTestForAPreset) {
+    const auto path = folder.with("p.test", presetOf({}));
+    const auto take = folder.with("take.mid", oneTrackFile("00 ff 2f 00"));
+    const auto refused = run({"test", path, "--record", take, "--force"});
+    EXPECT_EQ(refused.status, exitUsage);
+    EXPECT_THAT(refused.err, HasSubstr("test takes presets, and " + path + " is a test"));
+    EXPECT_EQ(folder.read("p.test").size(), presetOf({}).size());
 }
 
 /// The test that the verb's help shows, its lines behind two blanks.
