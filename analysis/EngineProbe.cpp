@@ -15,9 +15,6 @@ namespace quillo {
 
 namespace {
 
-/// Delays are milliseconds, and sample times are too.
-constexpr std::uint64_t oneSampleAMillisecond = 1000;
-
 constexpr SampleTime start = 0;
 /// Later than any delay that can be compiled.
 constexpr SampleTime end = std::numeric_limits<SampleTime>::max();
@@ -36,8 +33,8 @@ TriggerBytes triggerBytes(std::span<const std::uint8_t> message) {
     return {bytes[0], bytes[1], bytes[2]};
 }
 
-void install(RuleProcessor& processor, const std::vector<Rule>& rules) {
-    processor.sampleRate = oneSampleAMillisecond;
+void install(RuleProcessor& processor, const std::vector<Rule>& rules, std::uint64_t sampleRate) {
+    processor.sampleRate = sampleRate;
     processor.setRules(rules);
 }
 
@@ -55,9 +52,9 @@ Emissions emissionsOf(Step step) {
 
 }  // namespace
 
-EngineProbe::EngineProbe(const std::vector<Rule>& rules)
-    : compiled_(compileRules(rules, oneSampleAMillisecond)) {
-    install(processor_, rules);
+EngineProbe::EngineProbe(const std::vector<Rule>& rules, std::uint64_t sampleRate)
+    : sampleRate_(sampleRate), compiled_(compileRules(rules, sampleRate)) {
+    install(processor_, rules, sampleRate);
     for (std::size_t position = 0; position < rules.size(); ++position) {
         const auto& trigger = rules[position].trigger;
         const bool isOnLoad = trigger.is<RuleTriggerV2::OnLoad>();
@@ -83,7 +80,7 @@ EngineProbe::Outcome EngineProbe::put(HostTransportTriggerVariantsV2 change) {
 
 EngineProbe::Outcome EngineProbe::putLoading() const {
     RuleProcessor fresh;
-    install(fresh, compiled_.rules);
+    install(fresh, compiled_.rules, sampleRate_);
     auto emissions =
         emissionsOf<Emissions>([&](const OutputFunction& output) { fresh.onLoad(output, start, end); });
     Outcome outcome;

@@ -25,13 +25,16 @@ namespace quillo {
 /// and the cycle is so long that every delayed output is seen.
 class EngineProbe {
 public:
-    /// Throws a `FatalError` for rules that no unit can install.
-    explicit EngineProbe(const std::vector<Rule>& rules);
+    static constexpr std::uint64_t oneSampleAMillisecond = 1000;
+
+    /// Delays are counted in milliseconds, or in the samples of another rate. Throws a `FatalError` for rules
+    /// that no unit can install.
+    explicit EngineProbe(const std::vector<Rule>& rules, std::uint64_t sampleRate = oneSampleAMillisecond);
 
     /// A rule that fired.
     struct Firing {
         std::size_t rule = 0;               ///< its position in the list
-        SampleTime delay = 0;               ///< milliseconds after the event
+        SampleTime delay = 0;               ///< after the event
         std::vector<MIDIMessage> messages;  ///< what it sent, in order
     };
 
@@ -69,6 +72,7 @@ private:
 
     [[nodiscard]] Outcome outcome(RuleChain chain, Emissions emissions) const;
 
+    std::uint64_t sampleRate_;
     CompiledRules compiled_;
     RuleProcessor processor_;
     std::vector<std::size_t> positions_;                   ///< in the list, of the chain's rules
