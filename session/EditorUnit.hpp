@@ -10,6 +10,7 @@
 #include "log/EventLogEntry.hpp"
 #include "rules/Rule.hpp"
 #include "rules/RuleShelf.hpp"
+#include "session/MarkedLog.hpp"
 #include "session/QuilloModel.hpp"
 
 namespace quillo {
@@ -49,6 +50,10 @@ public:
     /// What each of the rules makes of an event, in order, as the engine says of those that run now; nothing
     /// without a unit.
     [[nodiscard]] virtual std::vector<RuleReason> why(const EventLogEntryVariants& /*event*/) { return {}; }
+
+    /// What the events of the model's In log would send now, beside what they did send, as the engine says;
+    /// nothing without a unit.
+    [[nodiscard]] virtual MarkedLog whatNow() { return {}; }
 
     /// Whether the model says more of what the unit does: which rules fire, and what waits; and whether the
     /// functions below are its own. Otherwise they do nothing.

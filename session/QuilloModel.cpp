@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "midi/Status.hpp"
 #include "rules/RuleLabel.hpp"
 
 namespace quillo {
@@ -18,6 +19,13 @@ void append(QuilloModel::Log& log, const std::vector<EventLogEntry>& entries, Ob
         log.append(entry);
     }
     observers.notify();
+}
+
+/// Whether it comes all the time, played or not: the clock, and a keyboard's sign that it is there.
+bool isBeat(const EventLogEntry& entry) {
+    const auto* midi = entry.variants.midi();
+    const auto status = midi != nullptr ? midi->message.bytes().front() : std::uint8_t{0};
+    return status == midi::timingClock || status == midi::activeSensing;
 }
 
 /// Why one of the rules cannot be edited; nothing when all can.
@@ -36,7 +44,31 @@ std::optional<std::string> whyNotInEditor(const std::vector<Rule>& rules, const 
 
 }  // namespace
 
+std::vector<Rule> QuilloModel::rulesThatRun() const {
+    if (rulesNotShown_) {
+        return rulesNotShown_->rules;
+    }
+    std::vector<Rule> running;
+    for (const auto& element : rules_) {
+        if (!element.off) {
+            running.push_back(ruleFromElement(element));
+        }
+    }
+    return running;
+}
+
+std::vector<Rule> QuilloModel::rulesOfNewestEvent() const {
+    return rulesOfNewestEvent_ ? *rulesOfNewestEvent_ : rulesThatRun();
+}
+
+void QuilloModel::keepRulesOfNewestEvent() {
+    if (!rulesOfNewestEvent_ && !inLog_.empty()) {
+        rulesOfNewestEvent_ = rulesThatRun();
+    }
+}
+
 void QuilloModel::setRules(std::vector<RuleEntryIdentifiable> rules) {
+    keepRulesOfNewestEvent();
     rules_ = std::move(rules);
     whyNotEditable_.reset();
     rulesNotShown_.reset();
@@ -57,6 +89,7 @@ void QuilloModel::showRules(std::vector<Rule> rules, RuleShelf shelf) {
 }
 
 void QuilloModel::setNotEditable(std::string reason, std::optional<PluginData> rules) {
+    keepRulesOfNewestEvent();
     rules_.clear();
     whyNotEditable_ = std::move(reason);
     rulesNotShown_ = std::move(rules);
@@ -123,6 +156,9 @@ void QuilloModel::dismissPanicAnswer() {
 
 void QuilloModel::appendToInLog(const std::vector<EventLogEntry>& entries) {
     inLogCount_ += entries.size();
+    if (!std::ranges::all_of(entries, isBeat)) {
+        rulesOfNewestEvent_.reset();
+    }
     append(inLog_, entries, inLogObservers_);
 }
 

@@ -76,6 +76,11 @@ public:
     [[nodiscard]] bool rulesInOneLine() const { return rulesInOneLine_; }
     void setRulesInOneLine(bool inOneLine) { rulesInOneLine_ = inOneLine; }
 
+    /// The rules that run, as the model knows them, and those that ran when the newest event came in: the
+    /// same unless rules have changed since. Clock and active sensing, which come all the time, do not count.
+    [[nodiscard]] std::vector<Rule> rulesThatRun() const;
+    [[nodiscard]] std::vector<Rule> rulesOfNewestEvent() const;
+
     [[nodiscard]] const Log& inLog() const { return inLog_; }
     [[nodiscard]] const Log& outLog() const { return outLog_; }
     /// How many entries the In log was ever given: by it the new ones are told.
@@ -96,7 +101,10 @@ public:
     [[nodiscard]] Observation observeOutLog(std::function<void()> callback);
 
 private:
+    void keepRulesOfNewestEvent();
+
     std::vector<RuleEntryIdentifiable> rules_;
+    std::optional<std::vector<Rule>> rulesOfNewestEvent_;  ///< nothing while they are those that run
     std::optional<std::string> whyNotEditable_;
     std::optional<PluginData> rulesNotShown_;
     std::optional<std::string> alertErrorMessage_;

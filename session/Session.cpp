@@ -10,6 +10,7 @@
 #include "persistence/ProblemInWords.hpp"
 #include "platform/FatalError.hpp"
 #include "session/PanicResult.hpp"
+#include "session/WhatNow.hpp"
 
 namespace quillo {
 
@@ -159,6 +160,10 @@ void Session::onInstantMessageClick(const RuleOutputVariantsV2& message) {
 std::vector<RuleReason> Session::why(const EventLogEntryVariants& event) {
     const auto [rules, shelf] = stored();
     return quillo::why(rules, askedEvent(event), shelf);
+}
+
+MarkedLog Session::whatNow() {
+    return quillo::whatNow(*model_, processor_.sampleRate.load());
 }
 
 void Session::takeBack(const std::string& message) {

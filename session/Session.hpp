@@ -61,6 +61,7 @@ public:
     void onRulesChanged(std::vector<Rule> rules, RuleShelf shelf = {}) override;
     void onInstantMessageClick(const RuleOutputVariantsV2& message) override;
     [[nodiscard]] std::vector<RuleReason> why(const EventLogEntryVariants& event) override;
+    [[nodiscard]] MarkedLog whatNow() override;
     void tellUser(std::string message) override { alerts_.add(message); }
     void drain() override;
     [[nodiscard]] bool tellsWhatItDoes() const override { return true; }

@@ -6,6 +6,7 @@
 
 #include "analysis/RuleReasons.hpp"
 #include "session/EditorLogs.hpp"
+#include "session/WhatNow.hpp"
 
 namespace quillo {
 
@@ -112,6 +113,11 @@ std::vector<RuleReason> AudioUnitViewController::why(const EventLogEntryVariants
     }
     const auto [rules, shelf] = unit->stored();
     return quillo::why(rules, askedEvent(event), shelf);
+}
+
+MarkedLog AudioUnitViewController::whatNow() {
+    const auto unit = audioUnit();
+    return unit ? quillo::whatNow(*model_, unit->processor->sampleRate.load()) : MarkedLog();
 }
 
 std::function<void(std::string message)> AudioUnitViewController::userTeller() const {

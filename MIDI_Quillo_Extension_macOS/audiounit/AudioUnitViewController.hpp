@@ -55,6 +55,9 @@ public:
     /// None without a unit.
     [[nodiscard]] std::vector<RuleReason> why(const EventLogEntryVariants& event) override;
 
+    /// Nothing without a unit.
+    [[nodiscard]] MarkedLog whatNow() override;
+
     void tellUser(std::string message) override { userTeller()(std::move(message)); }
 
     /// [any] `tellUser` for callers that may outlive the controller: then nobody is told.

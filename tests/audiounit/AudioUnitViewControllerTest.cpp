@@ -216,6 +216,19 @@ TEST_F(ControllerTest, SaysWhyForTheUnitsRules) {
     EXPECT_EQ(controller->why(note)[0].text(), "fired: sent 91 02 03 at once");
 }
 
+TEST_F(ControllerTest, SaysWhatTheLoggedEventsWouldDoNowAtTheUnitsRate) {
+    EXPECT_TRUE(controller->whatNow().entries.empty());
+    auto& unit = create();
+    unit.processor->sampleRate = 2000;
+    controller->viewDidLoad();
+    auto& model = *controller->model();
+    model.appendToInLog({{7, EventLogEntryVariants::MIDI{MIDIMessage{0x90, 60, 1}}}});
+    model.setRules(elementsFrom({rule(onNoteOn(), send(noteOn(1, 2, 3), 10))}));
+    const auto log = controller->whatNow();
+    ASSERT_EQ(log.entries.size(), 1U);
+    EXPECT_EQ(markedText(log.entries[0]), "[27] 91 02 03, would be sent now");
+}
+
 TEST_F(ControllerTest, BothLogsReachTheModelInOrderWhenTheMainQueueIsDrained) {
     auto& unit = create();
     unit.MIDIOutputEventBlock = [](AUEventSampleTime, std::uint8_t, std::span<const std::uint8_t>) {
