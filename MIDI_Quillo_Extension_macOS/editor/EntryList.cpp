@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/EntryList.hpp"
 
+#include <algorithm>
 #include <utility>
 
 #include "editor/Environment.hpp"
@@ -14,6 +15,26 @@ namespace {
 
 constexpr int indent = 6;
 constexpr int buttonGap = 4;
+
+using Mark = MarkedEntry::Mark;
+
+juce::Colour colourOf(Mark mark, const Palette& palette) {
+    switch (mark) {
+    case Mark::gone: return displayColour(palette.secondaryText);
+    case Mark::added: return displayColour(palette.midi2dByteInput);
+    case Mark::none: break;
+    }
+    return displayColour(palette.primaryText);
+}
+
+const char* signOf(Mark mark) {
+    switch (mark) {
+    case Mark::gone: return "- ";
+    case Mark::added: return "+ ";
+    case Mark::none: break;
+    }
+    return "";
+}
 
 }  // namespace
 
@@ -80,8 +101,7 @@ void EntryList::layOutButtons() {
 
 void EntryList::chosenChanged() {
     const bool one = list_.getNumSelectedRows() == 1;
-    auto now =
-        one ? std::optional(shown_[static_cast<std::size_t>(list_.getSelectedRow())].variants) : std::nullopt;
+    auto now = one ? std::optional(entry(list_.getSelectedRow()).entry.variants) : std::nullopt;
     const bool changed = now != chosen_;
     chosen_ = std::move(now);
     layOutButtons();
@@ -91,7 +111,7 @@ void EntryList::chosenChanged() {
 }
 
 void EntryList::refresh() {
-    if (!held_ || entries_().empty()) {
+    if (!held_ || (entries_().empty() && !marked_)) {
         showNewest();
     }
 }
@@ -99,7 +119,7 @@ void EntryList::refresh() {
 void EntryList::showNewest() {
     {
         const juce::ScopedValueSetter<bool> updating(updating_, true);
-        shown_.assign(entries_().begin(), entries_().end());
+        showEntries();
         list_.deselectAllRows();
         list_.updateContent();
         if (rows() > 0) {
@@ -109,6 +129,26 @@ void EntryList::showNewest() {
     list_.repaint();
     hold();
     chosenChanged();
+}
+
+void EntryList::showEntries() {
+    shown_.clear();
+    if (marked_) {
+        shown_ = *marked_;
+        return;
+    }
+    for (const auto& entry : entries_()) {
+        shown_.push_back({entry});
+    }
+}
+
+void EntryList::showMarked(std::optional<std::vector<MarkedEntry>> entries) {
+    marked_ = std::move(entries);
+    showNewest();
+    const auto isMarked = [](const MarkedEntry& entry) { return entry.mark != Mark::none; };
+    if (const auto first = std::ranges::find_if(shown_, isMarked); first != shown_.end()) {
+        list_.scrollToEnsureRowIsOnscreen(static_cast<int>(first - shown_.begin()));
+    }
 }
 
 bool EntryList::showsEnd() const {
@@ -126,13 +166,17 @@ void EntryList::hold() {
 }
 
 juce::String EntryList::text(int row) const {
-    return row >= 0 && row < rows() ? juceText(quillo::text(shown_[static_cast<std::size_t>(row)]))
-                                    : juce::String();
+    return row >= 0 && row < rows() ? juceText(markedText(entry(row))) : juce::String();
+}
+
+juce::String EntryList::paintedText(int row) const {
+    return signOf(entry(row).mark) + juceText(quillo::text(entry(row).entry));
 }
 
 juce::String EntryList::tooltip(int row) const {
     const auto room = list_.getVisibleRowWidth() - 2 * indent;
-    return entryFont().getStringWidth(text(row)) > room ? text(row) : juce::String();
+    const bool isCut = row >= 0 && row < rows() && entryFont().getStringWidth(paintedText(row)) > room;
+    return isCut ? text(row) : juce::String();
 }
 
 juce::String EntryList::textToCopy() const {
@@ -199,8 +243,10 @@ void EntryList::resized() {
 
 /// Where there is too little room, the time goes first.
 juce::String EntryList::shownText(int row, int room) const {
-    const auto whole = text(row);
-    return entryFont().getStringWidth(whole) > room ? whole.fromFirstOccurrenceOf("] ", false, false) : whole;
+    const auto whole = paintedText(row);
+    const auto sign = juce::String(signOf(entry(row).mark));
+    return entryFont().getStringWidth(whole) > room ? sign + whole.fromFirstOccurrenceOf("] ", false, false)
+                                                    : whole;
 }
 
 void EntryList::paintListBoxItem(int row, juce::Graphics& graphics, int width, int height, bool selected) {
@@ -209,11 +255,18 @@ void EntryList::paintListBoxItem(int row, juce::Graphics& graphics, int width, i
         graphics.setColour(displayColour(style::chosen(palette)));
         graphics.fillRect(0, 0, width, height);
     }
-    const auto room = width - indent - (selected && chosen_ ? buttonsWidth() + buttonGap : indent);
-    graphics.setColour(displayColour(palette.primaryText));
+    const bool hasButtons = selected && chosen_;
+    const auto room = width - indent - (hasButtons ? buttonsWidth() + buttonGap : indent);
+    const auto words = hasButtons ? shownText(row, room) : paintedText(row);
+    const auto mark = entry(row).mark;
+    graphics.setColour(colourOf(mark, palette));
     graphics.setFont(entryFont());
-    graphics.drawText(selected && chosen_ ? shownText(row, room) : text(row), indent, 0, room, height,
-                      juce::Justification::centredLeft, true);
+    graphics.drawText(words, indent, 0, room, height, juce::Justification::centredLeft, true);
+    if (mark == Mark::gone) {
+        const auto sign = entryFont().getStringWidth(signOf(mark));
+        const auto end = std::min(entryFont().getStringWidth(words), room);
+        graphics.fillRect(indent + sign, height / 2, end - sign, 1);
+    }
 }
 
 }  // namespace quillo

@@ -11,6 +11,7 @@
 
 #include "editor/EntryButton.hpp"
 #include "editor/LogList.hpp"
+#include "session/MarkedLog.hpp"
 #include "session/QuilloModel.hpp"
 
 namespace quillo {
@@ -35,7 +36,10 @@ struct EntryAction {
 /// without a selection.
 ///
 /// An entry whose row is the only one that is selected is chosen: a click does so, the arrows, and Return
-/// where nothing is. It has buttons for what can be done with it. [main] only.
+/// where nothing is. It has buttons for what can be done with it.
+///
+/// It can show marked entries in the place of the log: a plus and a minus sign stand before what would be
+/// sent and what would not, which is struck out. Those who do not see it are told in words. [main] only.
 class EntryList final : public LogList {
 public:
     using Log = std::function<const QuilloModel::Log&()>;
@@ -62,6 +66,8 @@ public:
     void refresh();
     /// Shows the log as it is now, held or not.
     void showNewest();
+    /// Shows these in the place of the log, the first mark in sight; nothing shows the log again.
+    void showMarked(std::optional<std::vector<MarkedEntry>> entries);
 
     [[nodiscard]] bool isHeld() const { return held_; }
     [[nodiscard]] int rows() const { return static_cast<int>(shown_.size()); }
@@ -84,8 +90,11 @@ private:
     using juce::Component::keyPressed;
     bool keyPressed(const juce::KeyPress& key, juce::Component* origin) override;
 
+    [[nodiscard]] const MarkedEntry& entry(int row) const { return shown_[static_cast<std::size_t>(row)]; }
+    [[nodiscard]] juce::String paintedText(int row) const;
     [[nodiscard]] juce::String shownText(int row, int room) const;
     [[nodiscard]] int buttonsWidth() const;
+    void showEntries();
     void layOutButtons();
     void chosenChanged();
     void chooseOrUse();
@@ -94,7 +103,8 @@ private:
 
     Log entries_;
     std::function<void()> onHold_;
-    std::vector<EventLogEntry> shown_;  ///< the log as it was when it was last shown
+    std::optional<std::vector<MarkedEntry>> marked_;  ///< what is shown in the log's place
+    std::vector<MarkedEntry> shown_;                  ///< the log as it was when it was last shown
     std::vector<EntryAction> actions_;
     std::vector<std::unique_ptr<EntryButton>> buttons_;
     std::optional<EventLogEntryVariants> chosen_;

@@ -62,6 +62,8 @@ void paintEntry(juce::Graphics& graphics, const Palette& palette, const juce::St
                       juce::Justification::centredLeft, true);
 }
 
+constexpr auto whatNowLabel = "What now?";
+
 juce::String waitingWords(const QuilloModel& model) {
     return "Waiting: " + juceText(withCommas(model.waitingCount()));
 }
@@ -187,15 +189,26 @@ OpenedLogger::OpenedLogger(EditorUnit& unit, std::function<void()> toggle)
       outTitle_("Out:", [this] { choose(false); }),
       waitingTitle_(waitingWords(model_), [this] { choose(true); }),
       cancelAll_("Cancel all", [this] { unit_.cancelAllWaiting(); }),
+      whatNow_(whatNowLabel, [this] { asksWhatNow_ ? endWhatNow() : askWhatNow(); }),
       out_(
           "Out:", [this]() -> const QuilloModel::Log& { return model_.outLog(); }, [this] { repaint(); }),
-      waiting_(model_, [this](std::uint64_t number) { unit_.cancelWaiting(number); }) {
+      waiting_(model_, [this](std::uint64_t number) { unit_.cancelWaiting(number); }),
+      inObservation_(model_.observeInLog([this] {
+          if (model_.inLog().empty()) {
+              endWhatNow();
+          }
+      })) {
     int order = 0;
-    for (auto* part : std::initializer_list<juce::Component*>{&arrow_, &in_, &outTitle_, &waitingTitle_,
-                                                              &out_, &cancelAll_, &waiting_, &clear_}) {
+    for (auto* part : std::initializer_list<juce::Component*>{
+             &arrow_, &in_, &outTitle_, &waitingTitle_, &whatNow_, &out_, &cancelAll_, &waiting_, &clear_}) {
         addAndMakeVisible(*part);
         part->setExplicitFocusOrder(++order);
     }
+    sum_.setFont(textFont(style::captionText));
+    sum_.setColour(juce::Label::textColourId, displayColour(Palette().primaryText));
+    sum_.setBorderSize({});
+    addChildComponent(sum_);
+    showWhatNow();
 }
 
 OpenedLogger::~OpenedLogger() {
@@ -223,12 +236,44 @@ void OpenedLogger::colourTitles() {
     cancelAll_.setColour(waits ? style::alarmText : palette.secondaryText);
 }
 
+void OpenedLogger::askWhatNow() {
+    auto log = unit_.whatNow();
+    asksWhatNow_ = true;
+    sum_.setText(juceText(sumText(log)), juce::dontSendNotification);
+    sum_.setTooltip(sum_.getText());
+    showWhatNow();
+    out_.showMarked(std::move(log.entries));
+}
+
+void OpenedLogger::askWhatNowAgain() {
+    if (asksWhatNow_) {
+        askWhatNow();
+    }
+}
+
+void OpenedLogger::endWhatNow() {
+    if (std::exchange(asksWhatNow_, false)) {
+        showWhatNow();
+        out_.showMarked(std::nullopt);
+    }
+}
+
+void OpenedLogger::showWhatNow() {
+    constexpr auto question = "What would the last 100 events do now?";
+    whatNow_.setLabel(asksWhatNow_ ? "Close" : whatNowLabel);
+    whatNow_.setTitle(asksWhatNow_ ? "Close" : question);
+    whatNow_.setTooltip(asksWhatNow_ ? "" : question);
+    resized();
+    repaint();
+}
+
 void OpenedLogger::showNewest() {
     in_.showNewest();
     out_.showNewest();
 }
 
 void OpenedLogger::setInSight(bool inSight) {
+    endWhatNow();
     inSight_ = inSight;
     watch();
 }
@@ -272,8 +317,19 @@ void OpenedLogger::resized() {
     } else {
         layOutBeside(area);
     }
+    layOutSum();
     layOutTitles();
     watch();
+}
+
+/// The sum takes its line from the list below it.
+void OpenedLogger::layOutSum() {
+    outPlace_ = out_.getBounds();
+    sum_.setVisible(asksWhatNow_ && out_.isVisible());
+    if (asksWhatNow_) {
+        sum_.setBounds(outPlace_.withHeight(titleHeight));
+        out_.setBounds(outPlace_.withTrimmedTop(titleHeight));
+    }
 }
 
 void OpenedLogger::layOutBeside(juce::Rectangle<int> area) {
@@ -301,11 +357,16 @@ void OpenedLogger::layOutStacked(juce::Rectangle<int> area) {
 
 /// Those of what waits and of what shares its place, and the button that cancels.
 void OpenedLogger::layOutTitles() {
+    const Palette palette;
     const bool shared = sharesPlace();
     outTitle_.setVisible(shared);
     waitingTitle_.setVisible(shared);
     cancelAll_.setVisible(showsWaiting());
-    auto area = titleArea(waiting_);
+    whatNow_.setVisible(out_.isVisible());
+    whatNow_.setColour(asksWhatNow_ ? palette.primaryText : palette.secondaryText);
+    const auto ofOut = titleArea(outPlace_);
+    whatNow_.setBounds(ofOut.withTrimmedLeft(ofOut.getWidth() - whatNow_.preferredWidth()));
+    auto area = titleArea(waiting_.getBounds());
     cancelAll_.setBounds(area.withTrimmedLeft(area.getWidth() - cancelAll_.preferredWidth()));
     area.setLeft(area.getX() - titleShift);
     outTitle_.setBounds(area.removeFromLeft(outTitle_.preferredWidth()));
@@ -314,24 +375,30 @@ void OpenedLogger::layOutTitles() {
 }
 
 void OpenedLogger::paint(juce::Graphics& graphics) {
-    paintTitle(graphics, titleArea(in_), "In:", in_.isHeld());
+    const bool outHeld = out_.isVisible() && out_.isHeld() && !asksWhatNow_;
+    paintTitle(graphics, titleArea(in_.getBounds()), "In:", in_.isHeld());
     if (sharesPlace()) {
-        const auto rest = titleArea(out_).withLeft(waitingTitle_.getRight());
-        paintTitle(graphics, rest, {}, out_.isVisible() && out_.isHeld());
+        paintTitle(graphics, outTitleArea().withLeft(waitingTitle_.getRight()), {}, outHeld);
         return;
     }
-    paintTitle(graphics, titleArea(out_), "Out:", out_.isHeld());
+    paintTitle(graphics, outTitleArea(), "Out:", outHeld);
     if (showsWaiting()) {
-        paintTitle(graphics, titleArea(waiting_), waitingWords(model_), false);
+        paintTitle(graphics, titleArea(waiting_.getBounds()), waitingWords(model_), false);
     }
 }
 
+/// As far as the button at its end.
+juce::Rectangle<int> OpenedLogger::outTitleArea() const {
+    const auto area = titleArea(outPlace_);
+    return whatNow_.isVisible() ? area.withRight(whatNow_.getX()) : area;
+}
+
 /// Above the list, and beside the arrow where that stands above the list too.
-juce::Rectangle<int> OpenedLogger::titleArea(const juce::Component& list) const {
+juce::Rectangle<int> OpenedLogger::titleArea(juce::Rectangle<int> list) const {
     const bool besideButtons =
         list.getY() >= arrow_.getBottom() && list.getY() < arrow_.getBottom() + titleHeight;
     return besideButtons ? arrow_.getBounds().withLeft(contentLeft).withRight(clear_.getX())
-                         : list.getBounds().withHeight(titleHeight).withBottomY(list.getY());
+                         : list.withHeight(titleHeight).withBottomY(list.getY());
 }
 
 void OpenedLogger::paintTitle(juce::Graphics& graphics, juce::Rectangle<int> area, const juce::String& title,

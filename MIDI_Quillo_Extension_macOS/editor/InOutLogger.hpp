@@ -55,7 +55,11 @@ private:
 /// The opened form: all kept entries of both logs and what waits to be sent, beside each other. Where there
 /// is less width, what went out and what waits share a place, and their titles are buttons that choose
 /// between them; where there is little, that place is below what came in. A button empties the logs, another
-/// one cancels all that waits. What waits is there only if the unit tells it. [main] only.
+/// one cancels all that waits. What waits is there only if the unit tells it.
+///
+/// A button asks what the events of the logs would do now: then what went out is marked, and the sum of it
+/// stands above. It stays as it was when it was asked for, or when the rules have changed since, until the
+/// same button ends it, or the logs are emptied or collapsed. [main] only.
 class OpenedLogger final : public juce::Component {
 public:
     OpenedLogger(EditorUnit& unit, std::function<void()> toggle);
@@ -65,6 +69,12 @@ public:
     void showNewest();
     /// Whether the form is in sight.
     void setInSight(bool inSight);
+
+    /// Whether what went out is marked.
+    [[nodiscard]] bool isAskingWhatNow() const { return asksWhatNow_; }
+    /// The rules have changed.
+    void askWhatNowAgain();
+    void endWhatNow();
 
     /// Whether the lists stand one above the other in this width.
     [[nodiscard]] static bool isStacked(int width);
@@ -76,6 +86,9 @@ public:
     [[nodiscard]] MyWordButton& outTitle() { return outTitle_; }
     [[nodiscard]] MyWordButton& waitingTitle() { return waitingTitle_; }
     [[nodiscard]] MyWordButton& cancelAllButton() { return cancelAll_; }
+    [[nodiscard]] MyWordButton& whatNowButton() { return whatNow_; }
+    /// What stands above what went out while that is marked.
+    [[nodiscard]] const juce::Label& sum() const { return sum_; }
     [[nodiscard]] MyIconButton& arrow() { return arrow_; }
     [[nodiscard]] MyIconButton& clearButton() { return clear_; }
 
@@ -85,7 +98,11 @@ public:
 private:
     [[nodiscard]] bool sharesPlace() const;
     [[nodiscard]] bool showsWaiting() const;
-    [[nodiscard]] juce::Rectangle<int> titleArea(const juce::Component& list) const;
+    [[nodiscard]] juce::Rectangle<int> titleArea(juce::Rectangle<int> list) const;
+    [[nodiscard]] juce::Rectangle<int> outTitleArea() const;
+    void askWhatNow();
+    void showWhatNow();
+    void layOutSum();
     void choose(bool waiting);
     void watch();
     void layOutBeside(juce::Rectangle<int> area);
@@ -103,11 +120,16 @@ private:
     MyWordButton outTitle_;
     MyWordButton waitingTitle_;
     MyWordButton cancelAll_;
+    MyWordButton whatNow_;
+    juce::Label sum_;
     EntryList out_;
     WaitingList waiting_;
     bool waitingChosen_ = false;  ///< where it shares its place
     bool inSight_ = false;
     bool watched_ = false;  ///< what the unit was told
+    bool asksWhatNow_ = false;
+    juce::Rectangle<int> outPlace_;  ///< of what went out, with the sum
+    Observation inObservation_;
 };
 
 /// Both logs and what waits to be sent, at the bottom of the editor, collapsed at first. They open and

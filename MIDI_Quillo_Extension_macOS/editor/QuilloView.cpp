@@ -460,6 +460,7 @@ void QuilloView::rulesChanged() {
     const auto changes = shown_.follow(editor_);
     search_.follow(changes);
     why_.askAgain();
+    logger_.openedForm().askWhatNowAgain();
     if (!changes.added.empty()) {
         header_.endPlaying();
     }
@@ -585,6 +586,10 @@ bool QuilloView::keyPressed(const juce::KeyPress& key) {
     };
     if (is(juce::KeyPress::escapeKey, 0) && why_.isOpen()) {
         endWhy();
+        return true;
+    }
+    if (is(juce::KeyPress::escapeKey, 0) && logger_.openedForm().isAskingWhatNow()) {
+        logger_.openedForm().endWhatNow();
         return true;
     }
     if (overlay() == nullptr && chosen_.keyPressed(key)) {

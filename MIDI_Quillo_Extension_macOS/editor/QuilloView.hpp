@@ -50,9 +50,10 @@ struct FilePanels {
 /// searches, as does what is typed while a grip has the keyboard focus: finds are marked, other cards fade,
 /// Return goes to the next find, Down to its grip, and Escape ends it and gives the keyboard back. "Playing"
 /// leaves only the cards of rules that fire. While the question is open why an event did what it did, each
-/// card says what it did there; Escape closes it. Tab enters while nothing in it has the keyboard focus,
-/// beside what had it last. A preset file dropped on it is imported; while it is dragged over the editor, a
-/// hint says so. The owner of the window hands it the keys that nothing in it has used. [main] only.
+/// card says what it did there; Escape closes it, and ends the marks on what went out. Tab enters while
+/// nothing in it has the keyboard focus, beside what had it last. A preset file dropped on it is imported;
+/// while it is dragged over the editor, a hint says so. The owner of the window hands it the keys that
+/// nothing in it has used. [main] only.
 class QuilloView final : public juce::Component,
                          public EnvironmentScope,
                          public OverlayHost,

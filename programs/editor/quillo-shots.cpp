@@ -235,6 +235,23 @@ void showReasons(Photographer& photographer) {
     }
 }
 
+/// What went out, marked after an edit by which the first rule sends something else, and the second nothing.
+void showWhatNow(Photographer& photographer) {
+    for (const auto& [width, height] : smallAndLarge) {
+        Desk desk(performanceRules());
+        auto& view = desk.view();
+        view.setSize(width, height);
+        perform(desk);
+        openLogs(view);
+        look(desk);
+        auto& editor = view.editor();
+        editor.changeOutputType({editor.rules()[0].id}, OutputEntryType::NoteOff);
+        editor.setOff({editor.rules()[1].id}, true);
+        press(view.logger().openedForm().whatNowButton());
+        photographer.take(view, sized("what-now", view));
+    }
+}
+
 /// A long list: with the fields of its rules, and with each rule in one line.
 void showLists(Photographer& photographer) {
     for (const auto& [width, height] : smallAndLarge) {
@@ -438,6 +455,7 @@ void showAll(const juce::File& folder, std::span<char*> presets) {
     showOverlays(photographer);
     showBrowser(photographer);
     showReasons(photographer);
+    showWhatNow(photographer);
     showLists(photographer);
     showLearning(photographer);
     showRuns(photographer);

@@ -128,6 +128,16 @@ public:
         return focused != nullptr ? focused->getTitle().toStdString() : "";
     }
 
+    /// Goes by Tab to the part that is called so, and says whether there is one.
+    bool tabTo(const std::string& title) {
+        constexpr int parts = 60;
+        for (int part = 0; part < parts && focus() != title; ++part) {
+            press(juce::KeyPress::tabKey);
+            settle();
+        }
+        return focus() == title;
+    }
+
     /// Whether a field has a menu that holds this very row.
     [[nodiscard]] bool offers(FieldView& field, const juce::String& label) {
         if (!field.hasChevron()) {
