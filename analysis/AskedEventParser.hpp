@@ -21,9 +21,10 @@ inline constexpr std::string_view askedEventForms =
     "An event is one MIDI message in hexadecimal, in quotes if it has blanks: \"90 3c 64\"\n"
     "or 903c64, or one of \"host start\", \"host continue\", \"host stop\", load.\n";
 
-/// Reads an event: the bytes of one complete MIDI message in hexadecimal, with blanks between them or without,
-/// or "host start", "host continue", "host stop" ("transport" will do for "host") or "load". Upper and lower
-/// case mean the same. System exclusive is any text that begins with f0. Throws an `AskedEventError`.
+/// Reads an event: the bytes of one complete MIDI message in hexadecimal, with blanks between them or
+/// without, or "host start", "host continue", "host stop" ("transport" will do for "host") or "load". Upper
+/// and lower case mean the same. System exclusive is any text that begins with f0. Throws an
+/// `AskedEventError`.
 [[nodiscard]] AskedEvent parseAskedEvent(std::string_view text);
 
 /// The bytes alone, one at least, whatever they are. Throws an `AskedEventError`.

@@ -20,9 +20,9 @@ namespace quillo {
 
 /// Puts single events to the engine and says what the rules made of each.
 ///
-/// What is sent and forwarded comes from a processor that runs as in a render cycle, which rule did it from the
-/// chain that the processor uses as well. Events know nothing of each other: each is the first of its cycle,
-/// and the cycle is so long that every delayed output is seen.
+/// What is sent and forwarded comes from a processor that runs as in a render cycle, which rule did it from
+/// the chain that the processor uses as well. Events know nothing of each other: each is the first of its
+/// cycle, and the cycle is so long that every delayed output is seen.
 class EngineProbe {
 public:
     static constexpr std::uint64_t oneSampleAMillisecond = 1000;
@@ -52,8 +52,8 @@ public:
     /// Any of them. System exclusive fires nothing and is not forwarded.
     [[nodiscard]] Outcome put(const AskedEvent& event);
 
-    /// The first condition of a message-based rule that the message does not meet. None for a rule that matches
-    /// it, and for a rule of another kind.
+    /// The first condition of a message-based rule that the message does not meet. None for a rule that
+    /// matches it, and for a rule of another kind.
     [[nodiscard]] std::optional<TriggerCondition> firstFailure(std::size_t rule,
                                                                std::span<const std::uint8_t> message) const;
 

@@ -80,9 +80,9 @@ struct MIDIFile {
 /// then in the order within each, and the latest end.
 [[nodiscard]] MIDITrack merged(const std::vector<MIDITrack>& tracks);
 
-/// The file as one track: what plays together merged, and the tracks of format 2 one after the other, each from
-/// the end of the one before it. These have tempos of their own: where a track begins without one behind a track
-/// that has changed it, the initial tempo is set.
+/// The file as one track: what plays together merged, and the tracks of format 2 one after the other, each
+/// from the end of the one before it. These have tempos of their own: where a track begins without one behind
+/// a track that has changed it, the initial tempo is set.
 [[nodiscard]] MIDITrack asOneTrack(const MIDIFile& file);
 
 }  // namespace quillo

@@ -8,8 +8,8 @@
 
 namespace quillo {
 
-/// Reads a Standard MIDI File, in the order and with the bytes that it has. It may be wrapped in a RIFF file of
-/// the type RMID.
+/// Reads a Standard MIDI File, in the order and with the bytes that it has. It may be wrapped in a RIFF file
+/// of the type RMID.
 ///
 /// What is damaged throws a `MIDIFileError` with the byte position. Tolerated, because files like these exist
 /// and can mean only one thing: chunks of unknown types, a header longer than needed, a track without End of

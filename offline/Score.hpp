@@ -17,8 +17,8 @@ namespace quillo {
 ///
 /// Messages are the channel messages, and whatever an escape holds if that is exactly one message other than
 /// system exclusive: MIDI Start, for one, can stand in a file in no other way. System-exclusive events and
-/// other escapes are neither played nor kept, as no rule sees them. The tracks of format 2 are played one after
-/// the other.
+/// other escapes are neither played nor kept, as no rule sees them. The tracks of format 2 are played one
+/// after the other.
 class Score {
 public:
     /// What is neither played nor kept.

@@ -29,8 +29,8 @@ namespace quillo {
 /// messages, and the transport stops at the end.
 [[nodiscard]] std::vector<TimedEvent> eventsOf(const Score& score);
 
-/// Runs `step`, in which a fatal error is the fault of the preset at `path`: it becomes a `CommandFailure` with
-/// `status`.
+/// Runs `step`, in which a fatal error is the fault of the preset at `path`: it becomes a `CommandFailure`
+/// with `status`.
 template <class Step>
 auto blamingPreset(const std::string& path, int status, Step step) {
     try {

@@ -8,8 +8,9 @@
 
 namespace quillo {
 
-/// A button with a border and a word in it. Plain, it is drawn in the colours of text and borders; accented, in
-/// the primary and the secondary colour around it, or in colours of its own. Under the pointer it lights up.
+/// A button with a border and a word in it. Plain, it is drawn in the colours of text and borders; accented,
+/// in the primary and the secondary colour around it, or in colours of its own. Under the pointer it lights
+/// up.
 class MyTextButton final : public ActionButton {
 public:
     using ActionButton::ActionButton;

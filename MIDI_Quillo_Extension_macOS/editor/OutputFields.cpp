@@ -65,7 +65,8 @@ Bytes programMenu(bool offersTrigger) {
     return menu;
 }
 
-/// A value that the menu does not offer: a copied one under a trigger that cannot feed it, or a number beyond.
+/// A value that the menu does not offer: a copied one under a trigger that cannot feed it, or a number
+/// beyond.
 juce::String otherByte(const GenericByteV2& byte) {
     return juceText(VelocityFormatter().format(byte));
 }

@@ -50,8 +50,8 @@ bool isThere(const fs::path& path) {
     return fs::exists(fs::symlink_status(path, ignored));
 }
 
-/// Whether an entry's name holds a text in lower case; the ending of a file counts for a text with a full stop
-/// only.
+/// Whether an entry's name holds a text in lower case; the ending of a file counts for a text with a full
+/// stop only.
 bool holds(const PresetBrowserEntry& entry, const std::string& wanted) {
     auto name = lowerCase(entry.name);
     if (!entry.isFolder && wanted.find('.') == std::string::npos) {

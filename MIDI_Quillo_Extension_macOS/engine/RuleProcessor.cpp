@@ -51,8 +51,8 @@ void RuleProcessor::send(const RuleOutputVariantsV2& output) {
     }
 }
 
-/// Appends inside a barrier, into storage that was made outside of it: false when `room` is too small. What the
-/// waiting messages leave behind is freed with `room`.
+/// Appends inside a barrier, into storage that was made outside of it: false when `room` is too small. What
+/// the waiting messages leave behind is freed with `room`.
 bool RuleProcessor::tryAppendInstantMessages(std::span<const MIDIMessage> messages,
                                              std::vector<MIDIMessage>& room) {
     return dispatchQueue.barrierSync([&] {

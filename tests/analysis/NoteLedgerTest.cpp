@@ -290,8 +290,8 @@ public:
         see(probe_.putLoading(), {});
     }
 
-    /// Whether some note that the rule starts, and that is no drum, is ended by no rule, nor by a release that
-    /// is forwarded.
+    /// Whether some note that the rule starts, and that is no drum, is ended by no rule, nor by a release
+    /// that is forwarded.
     [[nodiscard]] bool leavesANote(std::size_t rule) const {
         return std::ranges::any_of(started_[rule], [this](const auto& start) {
             const auto& [note, isTriggers] = start;

@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: GPL-3.0-or-later A gate and a queue in the hands of two shared objects, as a
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A gate and a queue in the hands of two shared objects, as a
 // plug-in's are in those of its host or its editor. A wait that only one of them knows of never ends, and
 // this test neither.
 #include <gtest/gtest.h>

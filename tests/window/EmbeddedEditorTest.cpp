@@ -28,7 +28,8 @@
 #include "support/TestOutput.hpp"
 
 #ifdef __SANITIZE_ADDRESS__
-/// The sanitizer's allocator has taken the place of the one that `mallinfo2` knows. No header of g++ declares it.
+/// The sanitizer's allocator has taken the place of the one that `mallinfo2` knows. No header of g++ declares
+/// it.
 extern "C" std::size_t sanitizerBytes() __asm__("__sanitizer_get_current_allocated_bytes");
 #endif
 
@@ -520,7 +521,8 @@ TEST_F(EmbeddedEditorTest, OpensAndClosesAThousandTimesWhileAnotherThreadRenders
     EXPECT_EQ(renderer.lost, 0U);
     EXPECT_EQ(after.handles, before.handles);
     EXPECT_EQ(after.threads, before.threads);
-    // The logs and the queues hold now more, now less; a block that each opening left behind would be this much.
+    // The logs and the queues hold now more, now less; a block that each opening left behind would be this
+    // much.
     constexpr std::size_t smallestBlock = 16;
     EXPECT_LT(after.bytes, before.bytes + times * smallestBlock);
 }
