@@ -135,9 +135,9 @@ TEST_F(PresetBrowserTest, AnExampleHasItsSentenceFromTheListBesideItAndIsFoundBy
                                            "no line of the list\n";
     PresetBrowser open(Mode::open, {.home = home.path(), .examples = home.path()});
     const auto sentences = [&open] {
-        Names sentences;
-        std::ranges::transform(open.entries(), std::back_inserter(sentences), &PresetBrowserEntry::sentence);
-        return sentences;
+        Names found;
+        std::ranges::transform(open.entries(), std::back_inserter(found), &PresetBrowserEntry::sentence);
+        return found;
     };
     EXPECT_EQ(names(open), (Names{"takes", "bass.json", "Echo.json", "song v1.2.json"}));
     EXPECT_EQ(sentences(),
@@ -149,7 +149,9 @@ TEST_F(PresetBrowserTest, AnExampleHasItsSentenceFromTheListBesideItAndIsFoundBy
 
 TEST_F(PresetBrowserTest, AListOfSentencesCountsAmongTheExamplesOnly) {
     std::ofstream(home / "library.txt") << "Echoes | Echo | Notes come again.\n";
-    for (const auto& entry : browser(Mode::open).entries()) {
+    const auto open = browser(Mode::open);
+    ASSERT_FALSE(open.entries().empty());
+    for (const auto& entry : open.entries()) {
         EXPECT_EQ(entry.sentence, "");
     }
 }
