@@ -78,6 +78,12 @@ TEST_F(RuleProcessorTest, HearsTheHostTransportWhenARuleWaitsForAnyOfItsEvents) 
     }
 }
 
+TEST_F(RuleProcessorTest, HearsNoHostTransportBehindARuleThatConsumesIt) {
+    processor.setRules({rule(onNoteOn(any, any, PassThroughV2::EatNonMatching), send(noteOn(0, 1, 1))),
+                        rule(onHost(Transport::Start), send(noteOn(0, 1, 1)))});
+    EXPECT_FALSE(processor.hearsHostTransport());
+}
+
 TEST_F(RuleProcessorTest, ReturnsTheRulesItWasGiven) {
     const std::vector rules{rule(onLoad(), send(noteOn(0, 1, 1)), "first"),
                             rule(onMIDIStart(), send(systemExclusive({1, 2})), "second")};
