@@ -8,9 +8,9 @@
 #include <optional>
 #include <vector>
 
-#include "analysis/NoteLedger.hpp"
 #include "analysis/RuleReach.hpp"
 #include "analysis/SentMessage.hpp"
+#include "analysis/StuckNoteAnalysis.hpp"
 #include "rules/Rule.hpp"
 
 namespace quillo {
@@ -33,7 +33,7 @@ public:
 
     [[nodiscard]] const std::vector<Rule>& rules() const { return rules_; }
     [[nodiscard]] const RuleReach& reach() const { return reach_; }
-    [[nodiscard]] const NoteLedger& notes() const { return notes_; }
+    [[nodiscard]] const StuckNoteAnalysis& notes() const { return notes_; }
 
     [[nodiscard]] const std::vector<Sender>& programs() const { return programs_; }
     /// Rules that send a reset of all of a device's settings, as system exclusive.
@@ -68,7 +68,7 @@ private:
 
     const std::vector<Rule>& rules_;
     const RuleReach reach_;
-    const NoteLedger notes_;
+    const StuckNoteAnalysis notes_;
     std::vector<Sender> programs_;
     std::vector<std::size_t> resets_;
     std::vector<std::optional<std::size_t>> twins_;

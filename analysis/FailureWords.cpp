@@ -56,7 +56,7 @@ std::string kindGiven(const MIDIMessage& message) {
     case midi::controlChange: return "a CC";
     case midi::programChange: return "a Program Change";
     case midi::channelPressure: return "channel pressure";
-    case midi::pitchWheel: return "the pitch wheel";
+    case midi::pitchWheel: return "pitch bend";
     default: return messageWords(message.bytes());
     }
 }

@@ -26,7 +26,7 @@ std::optional<SentMessage> noteOnOf(const AdvisedRules& list, std::size_t rule) 
     return found == messages.end() ? std::nullopt : std::optional(*found);
 }
 
-std::string noteAndChannel(const NoteLedger::Note& note) {
+std::string noteAndChannel(const StuckNoteAnalysis::Note& note) {
     return noteWords(note.number) + " on " + channelWords(note.channel);
 }
 
@@ -35,20 +35,20 @@ std::string firstChannel(AdvisedRules::Channels channels) {
     return channelWords(static_cast<unsigned>(std::countr_zero(channels)));
 }
 
-Advice hangingNote(std::size_t rule, const NoteLedger::Note& note, const std::string& exception) {
+Advice hangingNote(std::size_t rule, const StuckNoteAnalysis::Note& note, const std::string& exception) {
     return {rule, Kind::neverEndsNotes,
             "starts a note that no rule ends: " + noteAndChannel(note) + exception,
             "Let a rule send the note-off on the same channel, or All Notes Off (controller 123). What rings "
             "out by itself, such as a drum, needs none."};
 }
 
-std::string onlyByChance(const NoteLedger::Chance& chance) {
+std::string onlyByChance(const StuckNoteAnalysis::Chance& chance) {
     return chance.needsNoteOn
                ? "; only a keyboard that sends key releases as Note On with velocity 0 would end it"
                : "; only a key release with velocity 0 would end it";
 }
 
-Advice earlyEnd(std::size_t rule, const NoteLedger::EarlyEnd& early) {
+Advice earlyEnd(std::size_t rule, const StuckNoteAnalysis::EarlyEnd& early) {
     const auto start = std::to_string(early.start) + " ms";
     const auto end =
         early.end == 0 ? std::string("is not late") : "only " + std::to_string(early.end) + " ms";

@@ -27,7 +27,7 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(first, last == std::string_view::npos ? 0 : last + 1 - first);
 }
 
-/// The text before `separator`, which `text` loses with it; all of it where there is none.
+/// The text before `separator`, which `text` loses with it; all of it without one.
 std::string_view takeBefore(std::string_view& text, std::string_view separator) {
     const auto end = std::min(text.find(separator), text.size());
     const auto before = text.substr(0, end);

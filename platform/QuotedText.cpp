@@ -19,7 +19,7 @@ constexpr unsigned byteAt(std::string_view text, std::size_t index) {
     return static_cast<unsigned char>(text[index]);
 }
 
-/// In UTF-8 every character begins with a byte that is none of those that go on.
+/// In UTF-8 every character begins with a byte that is not a continuation byte.
 bool beginsCharacter(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
 }

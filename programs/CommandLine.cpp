@@ -11,7 +11,7 @@
 #include "commandline/Arguments.hpp"
 #include "commandline/CommandFailure.hpp"
 #include "commandline/ExitStatus.hpp"
-#include "commandline/ToldFailures.hpp"
+#include "commandline/ReportErrors.hpp"
 #include "persistence/DocumentSchema.hpp"
 #include "platform/QuotedText.hpp"
 #include "programs/CheckCommand.hpp"
@@ -124,7 +124,7 @@ int runCommandLine(std::span<const std::string> words, const Console& console) {
         console.err << usageOf(verb) << "Try: midi-quillo help" << (helpFor(verb) ? " " : "")
                     << (helpFor(verb) ? verb : "") << '\n';
     };
-    return runTellingFailures("midi-quillo", console.err, command, teach);
+    return reportErrors("midi-quillo", console.err, command, teach);
 }
 
 }  // namespace quillo

@@ -11,7 +11,7 @@
 #include "editor/EditorShell.hpp"
 #include "editor/Fonts.hpp"
 #include "window/HostKeyboard.hpp"
-#include "window/ToolkitEvents.hpp"
+#include "window/JUCEEvents.hpp"
 #include "window/XErrorShield.hpp"
 
 namespace quillo {
@@ -69,17 +69,17 @@ public:
     }
 
     [[nodiscard]] EmbeddedEditor::Size size() const {
-        const auto toolkit = toolkitScale();
-        return {pixels(getWidth(), toolkit), pixels(getHeight(), toolkit)};
+        const auto scale = juceScale();
+        return {pixels(getWidth(), scale), pixels(getHeight(), scale)};
     }
     void setSize(EmbeddedEditor::Size size) {
-        const auto toolkit = toolkitScale();
-        Component::setSize(pointsCovering(size.width, toolkit), pointsCovering(size.height, toolkit));
+        const auto scale = juceScale();
+        Component::setSize(pointsCovering(size.width, scale), pointsCovering(size.height, scale));
     }
 
     void resized() override {
         const auto [width, height] = size();
-        view_.setTransform(juce::AffineTransform::scale(static_cast<float>(scale_ / toolkitScale())));
+        view_.setTransform(juce::AffineTransform::scale(static_cast<float>(scale_ / juceScale())));
         view_.setBounds(0, 0, pointsCovering(width, scale_), pointsCovering(height, scale_));
     }
 
@@ -98,7 +98,7 @@ public:
 
 private:
     /// How many pixels JUCE takes for one unit of length.
-    [[nodiscard]] double toolkitScale() const {
+    [[nodiscard]] double juceScale() const {
         return getPeer() != nullptr ? getPeer()->getPlatformScaleFactor() : 1.0;
     }
 
@@ -117,12 +117,12 @@ public:
     [[nodiscard]] Window& window() { return window_; }
 
 private:
-    juce::ScopedJuceInitialiser_GUI toolkit_;
+    juce::ScopedJuceInitialiser_GUI juce_;
     Window window_;
 };
 
 std::optional<std::string> EmbeddedEditor::whyNot() {
-    const juce::ScopedJuceInitialiser_GUI toolkit;
+    const juce::ScopedJuceInitialiser_GUI juceRuntime;
     const Turn turn;
     if (juce::Desktop::getInstance().getDisplays().displays.isEmpty()) {
         return "There is no display to open the editor on.";
@@ -183,7 +183,7 @@ EmbeddedEditor::Size EmbeddedEditor::nearestTo(Size size) const {
 void EmbeddedEditor::idle() {
     const Turn turn;
     HostKeyboard::noteOwner();
-    implementation_->window().shell().attempt(dispatchToolkitEvents);
+    implementation_->window().shell().attempt(dispatchJUCEEvents);
     HostKeyboard::settle();
 }
 

@@ -30,7 +30,7 @@ KeySym symbolOf(int keyCode) {
 }
 
 Display* connection() {
-    return static_cast<Display*>(XErrorShield::toolkitConnection());
+    return static_cast<Display*>(XErrorShield::juceConnection());
 }
 
 unsigned stateOf(juce::ModifierKeys modifiers) {
@@ -92,7 +92,7 @@ void HostKeyboard::settle() {
     }
 }
 
-/// Null for a window that is none of ours.
+/// Null for a window that is not ours.
 const HostKeyboard* HostKeyboard::ofWindow(std::uintptr_t window) {
     const auto found = std::ranges::find(keyboards, window, &HostKeyboard::window_);
     return found == keyboards.end() ? nullptr : *found;

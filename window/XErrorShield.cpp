@@ -14,7 +14,7 @@ XErrorHandler hostErrorHandler = nullptr;
 XIOErrorHandler hostBrokenConnectionHandler = nullptr;
 
 bool isToolkits(Display* display) {
-    return display == XErrorShield::toolkitConnection();
+    return display == XErrorShield::juceConnection();
 }
 
 int passOver(Display* display, XErrorEvent* error) {
@@ -30,7 +30,7 @@ void stay(Display* /*display*/, void* /*unused*/) {}
 
 }  // namespace
 
-void* XErrorShield::toolkitConnection() {
+void* XErrorShield::juceConnection() {
     const auto* system = juce::XWindowSystem::getInstanceWithoutCreating();
     return system != nullptr ? system->getDisplay() : nullptr;
 }
@@ -40,13 +40,13 @@ XErrorShield::XErrorShield() {
         hostErrorHandler = XSetErrorHandler(passOver);
         hostBrokenConnectionHandler = XSetIOErrorHandler(passOverBrokenConnection);
     }
-    if (auto* display = static_cast<Display*>(toolkitConnection())) {
+    if (auto* display = static_cast<Display*>(juceConnection())) {
         XSetIOErrorExitHandler(display, stay, nullptr);
     }
 }
 
 XErrorShield::~XErrorShield() {
-    if (auto* display = static_cast<Display*>(toolkitConnection())) {
+    if (auto* display = static_cast<Display*>(juceConnection())) {
         XSync(display, False);
     }
     if (--shields > 0) {

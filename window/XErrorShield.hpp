@@ -19,7 +19,7 @@ public:
     XErrorShield& operator=(const XErrorShield&) = delete;
 
     /// JUCE's connection, a `Display*`; null while it has none.
-    [[nodiscard]] static void* toolkitConnection();
+    [[nodiscard]] static void* juceConnection();
 };
 
 }  // namespace quillo

@@ -31,7 +31,7 @@ std::string voiceWords(std::span<const std::uint8_t> bytes) {
         return "controller " + controllerWords(data1) + ", value " + std::to_string(data2);
     case midi::programChange: return "program " + std::to_string(data1);
     case midi::channelPressure: return "channel pressure " + std::to_string(data1);
-    default: return "pitch wheel " + std::to_string(data1 | unsigned{data2} << bitsPerDataByte);
+    default: return "pitch bend " + std::to_string(data1 | unsigned{data2} << bitsPerDataByte);
     }
 }
 

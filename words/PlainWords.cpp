@@ -159,9 +159,9 @@ private:
         const auto* low = output.byte1.getIf<GenericByteV2::Value>();
         const auto* high = output.byte2 ? output.byte2->getIf<GenericByteV2::Value>() : nullptr;
         if (low != nullptr && high != nullptr && std::max(low->value, high->value) <= greatestDataByte) {
-            return "pitch wheel " + std::to_string(low->value + 128 * high->value);
+            return "pitch bend " + std::to_string(low->value + 128 * high->value);
         }
-        return "pitch wheel with " + first("low byte", output.byte1) +
+        return "pitch bend with " + first("low byte", output.byte1) +
                (output.byte2 ? " and " + named("high byte", *output.byte2, names_[1]) : " and no high byte");
     }
 

@@ -37,8 +37,8 @@ fs::path installedIn(const fs::path& binary) {
     return folder.has_relative_path() ? folder : fs::path();
 }
 
-/// The outermost folder around a file that is part of a bundle, such as `MIDI Quillo.vst3`; empty when there
-/// is none.
+/// The outermost folder around a file that is part of a bundle, such as `MIDI Quillo.vst3`; empty for a file
+/// outside of bundles.
 fs::path bundleOf(const fs::path& binary) {
     fs::path bundle;
     for (auto folder = binary.parent_path(); folder.has_relative_path(); folder = folder.parent_path()) {

@@ -105,7 +105,7 @@ std::optional<std::vector<PresetBrowserEntry>> contentOf(const fs::path& folder,
 }
 
 /// The sentences of the examples, from the list beside them: a task, a name and a sentence a line, with " | "
-/// between. Without the list there are none.
+/// between. A missing list gives none.
 void addSentences(std::vector<PresetBrowserEntry>& examples, const fs::path& list) {
     constexpr std::string_view bar = " | ";
     std::ifstream lines(list);

@@ -41,7 +41,7 @@ struct TriggerOffer {
 /// movement: worn controls tremble. A note that sounds while a control moves is taken for the touch of it, as
 /// faders send one, and stays behind it.
 ///
-/// What no rule can wait for (clock, pressure, the pitch wheel) is passed over. Time is the caller's. [main]
+/// What no rule can wait for (clock, pressure, pitch bend) is passed over. Time is the caller's. [main]
 class TriggerLearner {
 public:
     using Time = std::chrono::steady_clock::time_point;

@@ -28,7 +28,7 @@ constexpr std::uint64_t greatestDataByte = 127;
 constexpr std::uint64_t centrePitch = 8192;
 constexpr std::uint64_t greatestPitch = 16383;
 
-/// A number of the type's width, at most `greatest`; `unreadable` for a text that is none.
+/// A number of the type's width, at most `greatest`; `unreadable` for any other text.
 template <class Number>
 Number parseClamped(std::string_view text, std::uint64_t unreadable, std::uint64_t greatest) {
     const auto number = parseUnsignedDecimal(text, std::numeric_limits<Number>::max());

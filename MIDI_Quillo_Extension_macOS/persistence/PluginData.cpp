@@ -86,8 +86,8 @@ ReadDocument readBareArray(const JSON& document) {
     return {std::move(data), ReadDocument::Form::bareArray, reader.migratedRules()};
 }
 
-/// A document that is no array fails as a bare array; what it lacks as a current document is then worth
-/// telling.
+/// A document that is no array fails as a bare array; what it lacks as a current document is then
+/// reported.
 ReadDocument readOlderForms(const JSON& document, const DecodingError& currentFormError) {
     try {
         return readBareArray(document);

@@ -42,7 +42,7 @@ private:
         });
     }
 
-    juce::ScopedJuceInitialiser_GUI toolkit_;
+    juce::ScopedJuceInitialiser_GUI juce_;
     EditorShell shell_;
     QuilloView& view_ = shell_.view();
 };

@@ -15,7 +15,7 @@ namespace quillo {
 /// Note events, from hosts that send these in place of MIDI, as the MIDI messages that they stand for:
 ///
 /// - A note that begins has a velocity of at least 1: in MIDI 0 would end it. Without a channel it begins on the
-///   first one; without a key it is none.
+///   first one; without a key it is ignored.
 /// - A note that ends, or is choked, becomes a note off; choked with a velocity of 0. For a channel, key or note
 ///   that is left open, one for each note that fits and is held.
 /// - The pressure of a note becomes polyphonic pressure, that of a channel channel pressure, and that of all

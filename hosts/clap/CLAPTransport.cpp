@@ -11,7 +11,7 @@ constexpr double stepsPerSecond = 500.0;
 constexpr double stepsPerBeat = 64.0;
 constexpr double secondsPerMinute = 60.0;
 
-/// Beyond this a tempo is none.
+/// A faster tempo is taken for a mistake of the host.
 constexpr double fastestTempo = 1e6;
 
 HostTransport::State stateOf(std::uint32_t flags) QUILLO_REALTIME {

@@ -17,7 +17,7 @@ namespace quillo {
 /// Ports of the client itself never match. [main]
 class ConnectionKeeper {
 public:
-    /// Throws a `UsageError` that names the option and the pattern that is none; an empty one is none.
+    /// Throws a `UsageError` that names the option and the invalid pattern; an empty one is invalid.
     ConnectionKeeper(const std::vector<std::string>& connectIn, const std::vector<std::string>& connectOut);
 
     /// The server went while the client's input and output were connected to these ports. They are connected

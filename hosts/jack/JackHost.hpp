@@ -24,8 +24,8 @@ namespace quillo {
 /// [main]
 class JackHost {
 public:
-    /// `signals` are `ownSignals`. All must outlive it. Throws a `UsageError` for patterns that
-    /// are none.
+    /// `signals` are `ownSignals`. All must outlive it. Throws a `UsageError` for invalid
+    /// patterns.
     JackHost(const JackOptions& options, const Console& console, EventLoop& loop, SignalDescriptor& signals);
     ~JackHost();
     JackHost(const JackHost&) = delete;

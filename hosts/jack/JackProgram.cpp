@@ -7,7 +7,7 @@
 
 #include "commandline/CommandFailure.hpp"
 #include "commandline/ExitStatus.hpp"
-#include "commandline/ToldFailures.hpp"
+#include "commandline/ReportErrors.hpp"
 #include "hosts/jack/JackHelpText.hpp"
 #include "hosts/jack/JackHost.hpp"
 #include "hosts/jack/LibraryMessages.hpp"
@@ -67,7 +67,7 @@ int runJackProgram(std::span<const std::string> words, const Console& console, R
     std::signal(SIGPIPE, [](int) {});
     const auto command = [&] { return run(readJackOptions(words), console, runWithWindow); };
     const auto teach = [&] { console.err << jackUsage() << "Try: " << programName << " --help\n"; };
-    return runTellingFailures(programName, console.err, command, teach);
+    return reportErrors(programName, console.err, command, teach);
 }
 
 }  // namespace quillo

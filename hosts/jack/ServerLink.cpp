@@ -217,11 +217,11 @@ void ServerLink::noteConnections() {
 void ServerLink::tryToReturn() {
     try {
         connect();
-        toldFailure_.clear();
+        reportedFailure_.clear();
     } catch (const ServerFailure& failure) {
-        if (!failure.noServer() && toldFailure_ != failure.what()) {
-            toldFailure_ = failure.what();
-            messages_.say(toldFailure_);
+        if (!failure.noServer() && reportedFailure_ != failure.what()) {
+            reportedFailure_ = failure.what();
+            messages_.say(reportedFailure_);
         }
     }
 }

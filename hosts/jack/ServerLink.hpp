@@ -67,7 +67,7 @@ private:
     void makeClient();
     void tellOfClient();
     void takeSampleRate();
-    /// Whether the port was wanted, or is none that can be.
+    /// True when nothing is left to do for the port: it was wanted, or can never be connected.
     bool connectIfWanted(const PortDescription& port);
     bool connectIfWanted(std::uint32_t number);
     void lookAgainAtNewPorts();
@@ -91,7 +91,7 @@ private:
     std::unique_ptr<JackClient> gone_;     ///< of a server that went, until it is left
     bool returns_ = false;                 ///< whether there was a link before
     std::string alert_;                    ///< why the program waits
-    std::string toldFailure_;              ///< why a server does not take us back, as far as the user knows
+    std::string reportedFailure_;          ///< why a server does not take us back, as far as the user knows
     std::vector<std::uint32_t> unwanted_;  ///< ports that have appeared since the last look, once a second
     std::vector<std::uint32_t> unwantedBefore_;  ///< in the second before
     JackClient::Connections seen_;               ///< the connections at the last look, once a second

@@ -27,7 +27,7 @@ TEST(FailureWords, NameTheKindsOfMessages) {
     EXPECT_EQ(failureWords(onMIDIStop(), kind, MIDIMessage{0xF8}),
               "it waits for MIDI Stop, this is timing clock");
     EXPECT_EQ(failureWords(onMIDIContinue(), kind, MIDIMessage{0xE0, 0, 64}),
-              "it waits for MIDI Continue, this is the pitch wheel");
+              "it waits for MIDI Continue, this is pitch bend");
     EXPECT_EQ(failureWords(onNoteOn(), kind, MIDIMessage{0xA0, 60, 1}),
               "it waits for Note On, this is pressure on a note");
     EXPECT_EQ(failureWords(onNoteOn(), kind, MIDIMessage{0xD0, 1}),

@@ -24,7 +24,7 @@ std::string described(const juce::Component& view) {
     return view.getTitle().toStdString() + " " + view.getBounds().toString().toStdString();
 }
 
-/// Lists hold more than they show, and the toolkit's buttons scale their pictures.
+/// Lists hold more than they show, and JUCE's buttons scale their pictures.
 bool isLeaf(const juce::Component& view) {
     return dynamic_cast<const juce::Viewport*>(&view) != nullptr ||
            dynamic_cast<const juce::ListBox*>(&view) != nullptr ||

@@ -5,10 +5,10 @@
 
 #include "editor/Fonts.hpp"
 
-/// The tests of the views run in the toolkit's world and need letters, but no screen.
+/// The tests of the views run in JUCE's world and need letters, but no screen.
 int main(int count, char** arguments) {
     testing::InitGoogleTest(&count, arguments);
-    const juce::ScopedJuceInitialiser_GUI toolkit;
+    const juce::ScopedJuceInitialiser_GUI juceRuntime;
     if (const auto missing = quillo::requireTypefaces(); missing.isNotEmpty()) {
         std::cerr << missing << '\n';
         return 1;

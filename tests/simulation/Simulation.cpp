@@ -67,7 +67,7 @@ public:
     }
     void operator()(const RateStep& step) {
         const bool valid = step.rate >= 1.0 && step.rate <= 1e9;
-        expect(player_->setRate(step.rate) == valid, "a rate is taken that is none, or the other way round");
+        expect(player_->setRate(step.rate) == valid, "an invalid rate is accepted, or a valid one rejected");
         if (valid) {
             rate_ = step.rate;
             model_.setRate(rate_);

@@ -8,7 +8,7 @@
 
 namespace quillo::test {
 
-/// A window of a host that knows nothing of any toolkit, on the display that the environment names, with a
+/// A window of a host that knows nothing of JUCE, on the display that the environment names, with a
 /// connection of its own. Windows are X's; lengths are pixels.
 class HostWindow {
 public:

@@ -5,7 +5,7 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
-/// What a user does, sent through the toolkit's own dispatch into the window around a view. Points are in the
+/// What a user does, sent through JUCE's own dispatch into the window around a view. Points are in the
 /// view's coordinates. The clock is the tests' own: deeds are seconds apart, the clicks of one deed are not.
 namespace quillo::test {
 
@@ -106,7 +106,7 @@ inline void type(juce::Component& view, const juce::String& text) {
     }
 }
 
-/// Lets the toolkit do what it has put off.
+/// Lets JUCE do what it has put off.
 inline void settle() {
     juce::MessageManager::getInstance()->runDispatchLoopUntil(1);
 }

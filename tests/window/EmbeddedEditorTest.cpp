@@ -79,7 +79,7 @@ protected:
         idleUntil(effect);
     }
 
-    /// The editor's view, as the toolkit knows it.
+    /// The editor's view, as JUCE knows it.
     static QuilloView& view() {
         return *findBelow<QuilloView>(*juce::Desktop::getInstance().getComponent(0));
     }

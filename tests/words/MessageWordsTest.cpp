@@ -17,8 +17,8 @@ TEST(MessageWords, AChannelMessageIsNamedWithItsPartsAndItsChannelFromOne) {
     EXPECT_EQ(messageWords(Bytes{0xB9, 64, 127}), "controller 64 (Sustain), value 127, channel 10");
     EXPECT_EQ(messageWords(Bytes{0xC0, 5}), "program 5, channel 1");
     EXPECT_EQ(messageWords(Bytes{0xD0, 99}), "channel pressure 99, channel 1");
-    EXPECT_EQ(messageWords(Bytes{0xE0, 0, 64}), "pitch wheel 8192, channel 1");
-    EXPECT_EQ(messageWords(Bytes{0xE0, 127, 127}), "pitch wheel 16383, channel 1");
+    EXPECT_EQ(messageWords(Bytes{0xE0, 0, 64}), "pitch bend 8192, channel 1");
+    EXPECT_EQ(messageWords(Bytes{0xE0, 127, 127}), "pitch bend 16383, channel 1");
 }
 
 TEST(MessageWords, ASystemMessageHasItsName) {

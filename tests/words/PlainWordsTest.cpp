@@ -151,23 +151,23 @@ TEST(PlainWordsOfAnOutput, NameEachKindOfMessage) {
 }
 
 TEST(PlainWordsOfAnOutput, PutThePitchWheelsTwoBytesTogether) {
-    EXPECT_EQ(words(send(StatusV2::pitchWheel, byte(0), byte(0))), "send pitch wheel 0 on channel 1 at once");
+    EXPECT_EQ(words(send(StatusV2::pitchWheel, byte(0), byte(0))), "send pitch bend 0 on channel 1 at once");
     EXPECT_EQ(words(send(StatusV2::pitchWheel, byte(0), byte(64))),
-              "send pitch wheel 8192 on channel 1 at once");
+              "send pitch bend 8192 on channel 1 at once");
     EXPECT_EQ(words(send(StatusV2::pitchWheel, byte(127), byte(127))),
-              "send pitch wheel 16383 on channel 1 at once");
+              "send pitch bend 16383 on channel 1 at once");
 }
 
 TEST(PlainWordsOfAnOutput, ShowThePitchWheelsBytesWhereTheyMakeNoPosition) {
     EXPECT_EQ(
         words(send(StatusV2::pitchWheel, byte(1), fromTrigger)),
-        "send pitch wheel with low byte 1 and high byte from the trigger's velocity on channel 1 at once");
+        "send pitch bend with low byte 1 and high byte from the trigger's velocity on channel 1 at once");
     EXPECT_EQ(words(send(StatusV2::pitchWheel, fromTrigger, byte(2))),
-              "send pitch wheel with low byte from the trigger's note and high byte 2 on channel 1 at once");
+              "send pitch bend with low byte from the trigger's note and high byte 2 on channel 1 at once");
     EXPECT_EQ(words(send(StatusV2::pitchWheel, byte(1), {})),
-              "send pitch wheel with low byte 1 and no high byte on channel 1 at once");
+              "send pitch bend with low byte 1 and no high byte on channel 1 at once");
     EXPECT_EQ(words(send(StatusV2::pitchWheel, byte(128), byte(0))),
-              "send pitch wheel with low byte 128 (out of range) and high byte 0 on channel 1 at once");
+              "send pitch bend with low byte 128 (out of range) and high byte 0 on channel 1 at once");
 }
 
 TEST(PlainWordsOfAnOutput, SayWhatIsMissingOrSurplus) {

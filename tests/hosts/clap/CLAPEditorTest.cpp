@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The plug-in's editor in the window of a host that knows no toolkit, on a display of its own, used by the events
+// The plug-in's editor in the window of a host that knows nothing of JUCE, on a display of its own, used by the events
 // of that display.
 #include <gtest/gtest.h>
 
@@ -42,7 +42,7 @@ struct Point {
 /// Where a view of the editor lies, in an editor of this size with these rules: `find` has it in one like it.
 template <class Find>
 Point placeOf(std::vector<Rule> rules, Point size, Find find) {
-    const juce::ScopedJuceInitialiser_GUI toolkit;
+    const juce::ScopedJuceInitialiser_GUI juceRuntime;
     Desk desk(std::move(rules));
     desk.view().setSize(size.x, size.y);
     const juce::Component& found = find(desk.view());

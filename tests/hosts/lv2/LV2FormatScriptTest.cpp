@@ -13,13 +13,13 @@ namespace {
 using namespace test;
 
 /// When a host tells its transport, and how much of it.
-enum class Telling { wholeChanges, onlyWhatChanges, everyBlock };
+enum class Reporting { wholeChanges, onlyWhatChanges, everyBlock };
 
 /// Writes a script's transport into the blocks of a host.
 class Transport {
 public:
-    Transport(const FormatScript& script, Telling telling)
-        : telling_(telling), next_(script.transport.begin()), end_(script.transport.end()) {}
+    Transport(const FormatScript& script, Reporting reporting)
+        : reporting_(reporting), next_(script.transport.begin()), end_(script.transport.end()) {}
 
     /// When it changes next, if before `end`.
     [[nodiscard]] std::optional<SampleTime> changeBefore(SampleTime end) const {
@@ -28,8 +28,8 @@ public:
 
     void addChange(LV2Sequence& events, std::int64_t offset) {
         const auto expected = position(next_->time);
-        const bool sameFrame = telling_ == Telling::onlyWhatChanges && expected == next_->position;
-        const bool sameSpeed = telling_ == Telling::onlyWhatChanges && now_.moves == next_->moves;
+        const bool sameFrame = reporting_ == Reporting::onlyWhatChanges && expected == next_->position;
+        const bool sameSpeed = reporting_ == Reporting::onlyWhatChanges && now_.moves == next_->moves;
         now_ = *next_++;
         if (!sameFrame || !sameSpeed) {
             events.addPosition(offset, sameSpeed ? std::nullopt : std::optional(now_.moves ? 1.0 : 0.0),
@@ -39,7 +39,7 @@ public:
     }
 
     void addBlock(LV2Sequence& events, SampleTime time) const {
-        if (telling_ == Telling::everyBlock && now_.moves) {
+        if (reporting_ == Reporting::everyBlock && now_.moves) {
             events.addPosition(0, 1.0, static_cast<std::int64_t>(position(time)));
         }
     }
@@ -49,7 +49,7 @@ private:
         return now_.position + (now_.moves ? static_cast<double>(time - now_.time) : 0.0);
     }
 
-    Telling telling_;
+    Reporting reporting_;
     ScriptTransport now_;
     std::vector<ScriptTransport>::const_iterator next_;
     std::vector<ScriptTransport>::const_iterator end_;
@@ -57,13 +57,13 @@ private:
 
 std::vector<ScriptMessage> playedByThePlugin(const FormatScript& script,
                                              const std::vector<std::uint32_t>& blocks,
-                                             Telling telling = Telling::wholeChanges,
+                                             Reporting reporting = Reporting::wholeChanges,
                                              const char* uri = lv2Plain) {
     LV2TestHost host(uri);
     host.capacity = 8192;
     EXPECT_EQ(host.load(script.state), LV2_STATE_SUCCESS);
     host.activate();
-    Transport transport(script, telling);
+    Transport transport(script, reporting);
     auto message = script.messages.begin();
     LV2Sequence events;
     for (const auto frames : blocks) {
@@ -101,7 +101,7 @@ TEST_P(LV2FormatScripts, ThePluginSendsWhatTheUnitSendsWhateverTheLengthsOfTheBl
 TEST_P(LV2FormatScripts, ATransportOfWhichOnlyWhatChangesIsToldIsTheSame) {
     const auto& script = GetParam();
     for (const std::uint32_t length : {1U, 64U, 8192U}) {
-        EXPECT_EQ(playedByThePlugin(script, evenBlocks(script.end, length), Telling::onlyWhatChanges),
+        EXPECT_EQ(playedByThePlugin(script, evenBlocks(script.end, length), Reporting::onlyWhatChanges),
                   playedByTheUnit(script))
             << length;
     }
@@ -110,7 +110,7 @@ TEST_P(LV2FormatScripts, ATransportOfWhichOnlyWhatChangesIsToldIsTheSame) {
 TEST_P(LV2FormatScripts, ATransportThatIsToldInEveryRollingBlockAddsNothing) {
     const auto& script = GetParam();
     for (const std::uint32_t length : {1U, 64U, 8192U}) {
-        EXPECT_EQ(playedByThePlugin(script, evenBlocks(script.end, length), Telling::everyBlock),
+        EXPECT_EQ(playedByThePlugin(script, evenBlocks(script.end, length), Reporting::everyBlock),
                   playedByTheUnit(script))
             << length;
     }
@@ -118,8 +118,9 @@ TEST_P(LV2FormatScripts, ATransportThatIsToldInEveryRollingBlockAddsNothing) {
 
 TEST_P(LV2FormatScripts, TheStereoVariantSendsTheSame) {
     const auto& script = GetParam();
-    EXPECT_EQ(playedByThePlugin(script, randomBlocks(script.end, 2000, 7), Telling::wholeChanges, lv2Stereo),
-              playedByTheUnit(script));
+    EXPECT_EQ(
+        playedByThePlugin(script, randomBlocks(script.end, 2000, 7), Reporting::wholeChanges, lv2Stereo),
+        playedByTheUnit(script));
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace {
 
 using namespace test;
 
-/// The events of a buffer, as the toolkit reads them.
+/// The events of a buffer, as JUCE reads them.
 std::vector<Emission> eventsOf(const juce::MidiBuffer& buffer) {
     std::vector<Emission> events;
     for (const auto event : buffer) {
@@ -19,7 +19,7 @@ std::vector<Emission> eventsOf(const juce::MidiBuffer& buffer) {
     return events;
 }
 
-TEST(MIDIBufferWriter, WritesWhatTheToolkitItselfWouldHaveWritten) {
+TEST(MIDIBufferWriter, WritesWhatJUCEItselfWouldHaveWritten) {
     const Bytes longest(MIDIBufferWriter::longestMessage, 0x11);
     Bytes exclusive = longest;
     exclusive.front() = 0xF0;

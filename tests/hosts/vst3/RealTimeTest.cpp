@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the built plug-in does in a block that a render thread must not do. None of it is the unit's: the toolkit's
+// What the built plug-in does in a block that a render thread must not do. None of it is the unit's: JUCE's
 // wrapper enters its callback lock, and for the audio that comes in it copies a list of channels, once a block.
 #include <gtest/gtest.h>
 

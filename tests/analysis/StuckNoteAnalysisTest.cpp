@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "analysis/NoteLedger.hpp"
+#include "analysis/StuckNoteAnalysis.hpp"
 
 #include <gmock/gmock.h>
 
@@ -30,8 +30,8 @@ constexpr auto eatMatching = PassThroughV2::EatMatching;
 
 /// What becomes of the notes that a rule starts.
 struct Fate {
-    std::optional<NoteLedger::Note> neverEnded;
-    std::optional<NoteLedger::Note> endedByChance;
+    std::optional<StuckNoteAnalysis::Note> neverEnded;
+    std::optional<StuckNoteAnalysis::Note> endedByChance;
     bool needsNoteOn = true;
 
     bool operator==(const Fate&) const = default;
@@ -47,20 +47,20 @@ struct Fate {
 const Fate ended{};
 
 Fate never(std::uint8_t onChannel, std::uint8_t note) {
-    return {NoteLedger::Note{onChannel, note}, {}, true};
+    return {StuckNoteAnalysis::Note{onChannel, note}, {}, true};
 }
 
 Fate byChance(std::uint8_t onChannel, std::uint8_t note) {
-    return {{}, NoteLedger::Note{onChannel, note}, true};
+    return {{}, StuckNoteAnalysis::Note{onChannel, note}, true};
 }
 
 Fate byChanceOfARelease(std::uint8_t onChannel, std::uint8_t note) {
-    return {{}, NoteLedger::Note{onChannel, note}, false};
+    return {{}, StuckNoteAnalysis::Note{onChannel, note}, false};
 }
 
 std::vector<Fate> fates(const std::vector<Rule>& rules) {
     const RuleReach reach(rules);
-    const NoteLedger ledger(rules, reach);
+    const StuckNoteAnalysis ledger(rules, reach);
     std::vector<Fate> fates;
     for (std::size_t rule = 0; rule < rules.size(); ++rule) {
         const auto found = ledger.findings(rule);
@@ -72,15 +72,15 @@ std::vector<Fate> fates(const std::vector<Rule>& rules) {
 }
 
 /// Of the list's first rule.
-std::optional<NoteLedger::EarlyEnd> endedTooSoon(const std::vector<Rule>& rules) {
+std::optional<StuckNoteAnalysis::EarlyEnd> endedTooSoon(const std::vector<Rule>& rules) {
     const RuleReach reach(rules);
-    return NoteLedger(rules, reach).findings(0).endedTooSoon;
+    return StuckNoteAnalysis(rules, reach).findings(0).endedTooSoon;
 }
 
 /// By the list's last rule.
-std::optional<NoteLedger::Note> endSwallowed(const std::vector<Rule>& rules) {
+std::optional<StuckNoteAnalysis::Note> endSwallowed(const std::vector<Rule>& rules) {
     const RuleReach reach(rules);
-    return NoteLedger(rules, reach).endSwallowed(rules.size() - 1);
+    return StuckNoteAnalysis(rules, reach).endSwallowed(rules.size() - 1);
 }
 
 /// A note, or its end, with the note and velocity of the trigger.
@@ -92,26 +92,26 @@ const auto startCopy = copied(StatusV2::noteOn, channel(3));
 const auto endCopy = copied(StatusV2::noteOff, channel(3));
 const auto pedalNote = rule(onControlChange(64, exactly(127)), send(noteOn(0, 36, 100)));
 
-TEST(NoteLedger, FindsTheNoteThatNoRuleEnds) {
+TEST(StuckNoteAnalysis, FindsTheNoteThatNoRuleEnds) {
     EXPECT_THAT(fates({pedalNote}), ElementsAre(never(0, 36)));
     EXPECT_THAT(fates({rule(onLoad(), send(noteOn(4, 36, 100)))}), ElementsAre(never(4, 36)));
     EXPECT_THAT(fates({rule(onHost(Transport::Start), send(noteOn(0, 0, 1)))}), ElementsAre(never(0, 0)));
 }
 
-TEST(NoteLedger, DrumsOnChannel10RingOutByThemselves) {
+TEST(StuckNoteAnalysis, DrumsOnChannel10RingOutByThemselves) {
     EXPECT_THAT(fates({rule(onLoad(), send(noteOn(9, 36, 100)))}), ElementsAre(ended));
     EXPECT_EQ(endSwallowed({rule(onNoteOff(any, exactly(9), eatMatching), send(controlChange(0, 7, 1)))}),
               std::nullopt);
 }
 
-TEST(NoteLedger, LooksAtRulesThatStartNotesOnly) {
+TEST(StuckNoteAnalysis, LooksAtRulesThatStartNotesOnly) {
     EXPECT_THAT(fates({rule(onNoteOn(), send(controlChange(0, 7, 1))), rule(onNoteOn(), endCopy),
                        rule(onMIDIStart(), send(noteOn(0, 1, 0))),
                        rule(onNoteOn(), send(protocol(StatusV2::noteOn, channel(0), byte(60))))}),
                 ElementsAre(ended, ended, ended, ended));
 }
 
-TEST(NoteLedger, ANoteOffOnTheSameChannelEndsTheNote) {
+TEST(StuckNoteAnalysis, ANoteOffOnTheSameChannelEndsTheNote) {
     const auto fate = [](RuleOutputVariantsV2 output) {
         return fates({pedalNote, rule(onControlChange(64, exactly(0)), send(std::move(output)))})[0];
     };
@@ -123,7 +123,7 @@ TEST(NoteLedger, ANoteOffOnTheSameChannelEndsTheNote) {
     EXPECT_EQ(fate(noteOn(0, 36, 1)), never(0, 36));
 }
 
-TEST(NoteLedger, SilencingTheChannelEndsTheNote) {
+TEST(StuckNoteAnalysis, SilencingTheChannelEndsTheNote) {
     const auto fate = [](std::uint8_t onChannel, std::uint8_t controller) {
         return fates(
             {pedalNote, rule(onHost(Transport::Stop), send(controlChange(onChannel, controller, 0)))})[0];
@@ -137,7 +137,7 @@ TEST(NoteLedger, SilencingTheChannelEndsTheNote) {
     }
 }
 
-TEST(NoteLedger, CopiedNotesAreEndedByCopiedEnds) {
+TEST(StuckNoteAnalysis, CopiedNotesAreEndedByCopiedEnds) {
     EXPECT_EQ(fates({rule(onNoteOn(), startCopy), rule(onNoteOff(), endCopy)})[0], ended);
     EXPECT_EQ(fates({rule(onNoteOn(exactly(61)), startCopy), rule(onNoteOff(exactly(61)), endCopy)})[0],
               ended);
@@ -145,7 +145,7 @@ TEST(NoteLedger, CopiedNotesAreEndedByCopiedEnds) {
               byChance(3, 61));
 }
 
-TEST(NoteLedger, OfCopiedNotesEveryOneMustBeEnded) {
+TEST(StuckNoteAnalysis, OfCopiedNotesEveryOneMustBeEnded) {
     EXPECT_EQ(fates({rule(onNoteOn(), startCopy), rule(onNoteOff(exactly(0)), endCopy)})[0], byChance(3, 60));
     EXPECT_EQ(fates({rule(onNoteOn(), startCopy), rule(onNoteOff(exactly(60)), endCopy)})[0],
               byChance(3, 61));
@@ -157,7 +157,7 @@ TEST(NoteLedger, OfCopiedNotesEveryOneMustBeEnded) {
               never(1, 60));
 }
 
-TEST(NoteLedger, AFixedNoteCanBeEndedByOneThatIsCopied) {
+TEST(StuckNoteAnalysis, AFixedNoteCanBeEndedByOneThatIsCopied) {
     EXPECT_EQ(fates({pedalNote, rule(onNoteOff(), send(protocol(StatusV2::noteOff, channel(0), triggerByte,
                                                                 byte(0))))})[0],
               ended);
@@ -166,24 +166,24 @@ TEST(NoteLedger, AFixedNoteCanBeEndedByOneThatIsCopied) {
               ended);
 }
 
-TEST(NoteLedger, ACopiedVelocityOfZeroIsAnEndByChance) {
+TEST(StuckNoteAnalysis, ACopiedVelocityOfZeroIsAnEndByChance) {
     EXPECT_THAT(fates({rule(onNoteOn(), startCopy)}), ElementsAre(byChance(3, 60)));
     EXPECT_EQ(fates({rule(onNoteOn(), startCopy), rule(onNoteOff(), startCopy)})[0],
               byChanceOfARelease(3, 60));
 }
 
-TEST(NoteLedger, AVelocityThatIsAlwaysZeroIsNoChance) {
+TEST(StuckNoteAnalysis, AVelocityThatIsAlwaysZeroIsNoChance) {
     const auto silent = send(protocol(StatusV2::noteOn, channel(3), triggerByte, byte(0)));
     EXPECT_EQ(fates({rule(onNoteOn(), startCopy), rule(onNoteOff(), silent)})[0], ended);
 }
 
-TEST(NoteLedger, AControllersValueOfZeroIsAnEnd) {
+TEST(StuckNoteAnalysis, AControllersValueOfZeroIsAnEnd) {
     const auto value = send(protocol(StatusV2::noteOn, channel(0), byte(36), triggerByte));
     EXPECT_THAT(fates({rule(onControlChange(64), value)}), ElementsAre(ended));
     EXPECT_THAT(fates({rule(onControlChange(64, exactly(127)), value)}), ElementsAre(never(0, 36)));
 }
 
-TEST(NoteLedger, TheReleaseOfTheKeyEndsItsOwnNoteWhereItIsForwarded) {
+TEST(StuckNoteAnalysis, TheReleaseOfTheKeyEndsItsOwnNoteWhereItIsForwarded) {
     const auto louder = send(protocol(StatusV2::noteOn, triggerChannel, triggerByte, byte(127)));
     EXPECT_THAT(fates({rule(onNoteOn(any, any, eatMatching), louder)}), ElementsAre(ended));
     EXPECT_THAT(fates({rule(onNoteOn(exactly(60), exactly(0)), send(noteOn(0, 60, 127)))}),
@@ -196,7 +196,7 @@ TEST(NoteLedger, TheReleaseOfTheKeyEndsItsOwnNoteWhereItIsForwarded) {
                 ElementsAre(never(3, 60)));
 }
 
-TEST(NoteLedger, AnEndThatIsNeverSentIsNone) {
+TEST(StuckNoteAnalysis, AnEndThatIsNeverSentIsNone) {
     EXPECT_EQ(fates({pedalNote, rule(onNoteOff(any, any, eatMatching), send(controlChange(0, 7, 1))),
                      rule(onNoteOff(), send(protocol(StatusV2::noteOff, channel(0), byte(36), byte(0))))})[0],
               never(0, 36));
@@ -206,10 +206,10 @@ RuleOutputV2 after(std::int64_t milliseconds, const RuleOutputV2& output) {
     return send(output.message, milliseconds);
 }
 
-TEST(NoteLedger, AnEndThatLeavesBeforeItsNoteIsFound) {
+TEST(StuckNoteAnalysis, AnEndThatLeavesBeforeItsNoteIsFound) {
     const auto early = endedTooSoon;
     const auto own = copied(StatusV2::noteOn, triggerChannel);
-    using EarlyEnd = NoteLedger::EarlyEnd;
+    using EarlyEnd = StuckNoteAnalysis::EarlyEnd;
     EXPECT_EQ(early({rule(onNoteOn(), own)}), std::nullopt);
     EXPECT_EQ(early({rule(onNoteOn(), after(300, own))}), (EarlyEnd{{0, 60}, 300, 0}));
     EXPECT_EQ(early({rule(onNoteOn(), after(500, startCopy)), rule(onNoteOff(), endCopy)}),
@@ -223,48 +223,48 @@ TEST(NoteLedger, AnEndThatLeavesBeforeItsNoteIsFound) {
               std::nullopt);
 }
 
-TEST(NoteLedger, ASilenceThatLeavesBeforeTheNoteIsFound) {
+TEST(StuckNoteAnalysis, ASilenceThatLeavesBeforeTheNoteIsFound) {
     const auto silence = [](std::int64_t delay) {
         return endedTooSoon({rule(onNoteOn(), after(500, startCopy)),
                              rule(onNoteOff(), after(delay, send(controlChange(3, 123, 0))))});
     };
-    EXPECT_EQ(silence(20), (NoteLedger::EarlyEnd{{3, 60}, 500, 20}));
+    EXPECT_EQ(silence(20), (StuckNoteAnalysis::EarlyEnd{{3, 60}, 500, 20}));
     EXPECT_EQ(silence(500), std::nullopt);
 }
 
-TEST(NoteLedger, OnlyTheReleaseOfTheSameKeyCanComeTooSoon) {
+TEST(StuckNoteAnalysis, OnlyTheReleaseOfTheSameKeyCanComeTooSoon) {
     const auto early = [](const Rule& end) {
         return endedTooSoon({rule(onNoteOn(exactly(61)), send(noteOn(3, 36, 1), 500)), end});
     };
     const auto end = send(protocol(StatusV2::noteOff, channel(3), byte(36), byte(0)));
-    EXPECT_EQ(early(rule(onNoteOff(exactly(61)), end)), (NoteLedger::EarlyEnd{{3, 36}, 500, 0}));
+    EXPECT_EQ(early(rule(onNoteOff(exactly(61)), end)), (StuckNoteAnalysis::EarlyEnd{{3, 36}, 500, 0}));
     EXPECT_EQ(early(rule(onNoteOff(exactly(62)), end)), std::nullopt);
     EXPECT_EQ(early(rule(onNoteOn(exactly(61)), end)), std::nullopt);
     EXPECT_EQ(early(rule(onHost(Transport::Stop), end)), std::nullopt);
 }
 
-TEST(NoteLedger, AnEndThatIsSwallowedIsFoundWhereItsNotePasses) {
+TEST(StuckNoteAnalysis, AnEndThatIsSwallowedIsFoundWhereItsNotePasses) {
     const auto swallowed = endSwallowed;
     const auto volume = send(controlChange(0, 7, 1));
     const auto eatEnds = rule(onNoteOff(any, any, eatMatching), volume);
-    const NoteLedger::Note middleC{0, 60};
+    const StuckNoteAnalysis::Note middleC{0, 60};
     EXPECT_EQ(swallowed({eatEnds}), middleC);
     EXPECT_EQ(swallowed({rule(onNoteOn(any, any, PassThroughV2::EatNonMatching), volume)}), middleC);
     EXPECT_EQ(swallowed({rule(onNoteOff(exactly(60), exactly(2), eatMatching), volume)}),
-              (NoteLedger::Note{2, 60}));
+              (StuckNoteAnalysis::Note{2, 60}));
     EXPECT_EQ(swallowed({rule(onNoteOn(any, any, eatMatching), volume), eatEnds}), std::nullopt);
     EXPECT_EQ(swallowed({rule(onNoteOff(), volume)}), std::nullopt);
 }
 
-TEST(NoteLedger, AnEndThatARuleSendsInPlaceOfTheOneItSwallowsIsEnough) {
+TEST(StuckNoteAnalysis, AnEndThatARuleSendsInPlaceOfTheOneItSwallowsIsEnough) {
     const auto swallowed = [](const RuleOutputV2& output) {
         return endSwallowed({rule(onNoteOff(any, any, eatMatching), output)});
     };
     EXPECT_EQ(swallowed(copied(StatusV2::noteOff, triggerChannel)), std::nullopt);
     EXPECT_EQ(swallowed(after(20, copied(StatusV2::noteOff, triggerChannel))), std::nullopt);
     EXPECT_EQ(swallowed(send(protocol(StatusV2::CC, triggerChannel, byte(123), byte(0)))), std::nullopt);
-    EXPECT_EQ(swallowed(endCopy), (NoteLedger::Note{0, 60}));
-    EXPECT_EQ(swallowed(copied(StatusV2::noteOn, triggerChannel)), (NoteLedger::Note{0, 60}));
+    EXPECT_EQ(swallowed(endCopy), (StuckNoteAnalysis::Note{0, 60}));
+    EXPECT_EQ(swallowed(copied(StatusV2::noteOn, triggerChannel)), (StuckNoteAnalysis::Note{0, 60}));
 }
 
 using Note = std::pair<unsigned, unsigned>;
@@ -311,7 +311,7 @@ public:
     }
 
     /// Whether the rule starts this note, and no rule ends it.
-    [[nodiscard]] bool leaves(std::size_t rule, const NoteLedger::Note& note) const {
+    [[nodiscard]] bool leaves(std::size_t rule, const StuckNoteAnalysis::Note& note) const {
         const Note key{note.channel, note.number};
         return !ended_.contains(key) &&
                (started_[rule].contains({key, false}) || started_[rule].contains({key, true}));
@@ -420,13 +420,13 @@ std::vector<Rule> rulesOnFewNotes(std::mt19937& random) {
     return rules;
 }
 
-TEST(NoteLedger, KnowsExactlyWhichRulesOfTheEngineStartANoteLaterThanItEnds) {
+TEST(StuckNoteAnalysis, KnowsExactlyWhichRulesOfTheEngineStartANoteLaterThanItEnds) {
     std::size_t early = 0;
     std::mt19937 random(1);
     for (unsigned turn = 0; turn < 100; ++turn) {
         const auto rules = rulesOnFewNotes(random);
         const RuleReach reach(rules);
-        const NoteLedger ledger(rules, reach);
+        const StuckNoteAnalysis ledger(rules, reach);
         const Performance performance(rules);
         for (std::size_t rule = 0; rule < rules.size(); ++rule) {
             const bool found = ledger.findings(rule).endedTooSoon.has_value();
@@ -437,7 +437,7 @@ TEST(NoteLedger, KnowsExactlyWhichRulesOfTheEngineStartANoteLaterThanItEnds) {
     EXPECT_GT(early, 20u);
 }
 
-TEST(NoteLedger, KnowsExactlyWhichRulesOfTheEngineLeaveANote) {
+TEST(StuckNoteAnalysis, KnowsExactlyWhichRulesOfTheEngineLeaveANote) {
     std::size_t left = 0;
     for (unsigned seed = 0; seed < 150; ++seed) {
         const auto rules = RandomRules(seed).list();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The built plug-in in a host made with the toolkit's own classes, as many hosts are.
+// The built plug-in in a host made with JUCE's own classes, as many hosts are.
 #include <gtest/gtest.h>
 
 #include <juce_audio_processors/juce_audio_processors.h>
@@ -15,7 +15,7 @@ using namespace test;
 
 constexpr int blockLength = 512;
 
-class ToolkitHost : public testing::Test {
+class JUCEHost : public testing::Test {
 protected:
     static juce::PluginDescription found() {
         juce::VST3PluginFormat format;
@@ -25,7 +25,7 @@ protected:
         return types.isEmpty() ? juce::PluginDescription() : *types[0];
     }
 
-    ToolkitHost() {
+    JUCEHost() {
         juce::VST3PluginFormat format;
         juce::String problem;
         plugIn = format.createInstanceFromDescription(found(), scriptSampleRate, blockLength, problem);
@@ -62,7 +62,7 @@ protected:
     std::unique_ptr<juce::AudioPluginInstance> plugIn;
 };
 
-TEST_F(ToolkitHost, FindsThePlugInWithItsNameMakerAndKind) {
+TEST_F(JUCEHost, FindsThePlugInWithItsNameMakerAndKind) {
     const auto description = found();
     EXPECT_EQ(description.name, "MIDI Quillo");
     EXPECT_EQ(description.manufacturerName, "MIDI Quillo");
@@ -73,7 +73,7 @@ TEST_F(ToolkitHost, FindsThePlugInWithItsNameMakerAndKind) {
     EXPECT_EQ(description.numOutputChannels, 2);
 }
 
-TEST_F(ToolkitHost, SeesAMIDIProcessorWithoutAnEnd) {
+TEST_F(JUCEHost, SeesAMIDIProcessorWithoutAnEnd) {
     ASSERT_NE(plugIn, nullptr);
     EXPECT_TRUE(plugIn->acceptsMidi());
     EXPECT_TRUE(plugIn->producesMidi());
@@ -81,7 +81,7 @@ TEST_F(ToolkitHost, SeesAMIDIProcessorWithoutAnEnd) {
     EXPECT_GT(plugIn->getTailLengthSeconds(), 1000.0);
 }
 
-TEST_F(ToolkitHost, NotesPolyPressureAndProgramChangesArriveAndLeaveAsTheyAreAtTheirTimes) {
+TEST_F(JUCEHost, NotesPolyPressureAndProgramChangesArriveAndLeaveAsTheyAreAtTheirTimes) {
     install({});
     std::vector<ScriptMessage> messages;
     SampleTime time = 0;
@@ -97,7 +97,7 @@ TEST_F(ToolkitHost, NotesPolyPressureAndProgramChangesArriveAndLeaveAsTheyAreAtT
 }
 
 /// Such a host gives a parameter one value a block.
-TEST_F(ToolkitHost, OfControllersPressureAndBendTheLastValueOfTheBlockArrivesAtItsStart) {
+TEST_F(JUCEHost, OfControllersPressureAndBendTheLastValueOfTheBlockArrivesAtItsStart) {
     install({});
     EXPECT_EQ(sentFor({{10, {0xB0, 1, 2}}, {20, {0xB0, 1, 3}}}),
               (std::vector<ScriptMessage>{{0, {0xB0, 1, 3}}}));
@@ -106,7 +106,7 @@ TEST_F(ToolkitHost, OfControllersPressureAndBendTheLastValueOfTheBlockArrivesAtI
               (std::vector<ScriptMessage>{{0, {0xE0, 3, 4}}}));
 }
 
-TEST_F(ToolkitHost, NoSystemMessageArrivesButAQuarterFrameOfTheWrongPiece) {
+TEST_F(JUCEHost, NoSystemMessageArrivesButAQuarterFrameOfTheWrongPiece) {
     install({rule(onMIDIStart(), send(noteOn(1, 61, 5))), rule(onMIDIStop(), send(noteOn(1, 61, 5))),
              rule(onMIDIContinue(), send(noteOn(1, 61, 5)))});
     for (const auto& message : formatScript("EverySystemMessage").messages) {
@@ -119,7 +119,7 @@ TEST_F(ToolkitHost, NoSystemMessageArrivesButAQuarterFrameOfTheWrongPiece) {
     }
 }
 
-TEST_F(ToolkitHost, SystemExclusiveLeavesAsItIs) {
+TEST_F(JUCEHost, SystemExclusiveLeavesAsItIs) {
     Bytes longBody(1000, 0x11);
     install({rule(onNoteOn(exactly(1), any, PassThroughV2::EatMatching),
                   send(systemExclusive({0x7E, 0x7F, 9, 1}))),
@@ -132,7 +132,7 @@ TEST_F(ToolkitHost, SystemExclusiveLeavesAsItIs) {
     EXPECT_EQ(sent, (std::vector<ScriptMessage>{{10, longBody}}));
 }
 
-TEST_F(ToolkitHost, SavesAndRestores) {
+TEST_F(JUCEHost, SavesAndRestores) {
     install({rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(1, 61, 5)))});
     juce::MemoryBlock saved;
     plugIn->getStateInformation(saved);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "window/ToolkitEvents.hpp"
+#include "window/JUCEEvents.hpp"
 
 #define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1
 #include <juce_gui_basics/juce_gui_basics.h>
@@ -22,7 +22,7 @@ constexpr int mostRounds = 100;
 /// JUCE looks for events where the connection arrives. A thread that waits for an answer of the server takes
 /// events from there too, and keeps them: JUCE would not see these until the next one comes.
 bool dispatchEventsThatWereTaken() {
-    auto* display = static_cast<Display*>(XErrorShield::toolkitConnection());
+    auto* display = static_cast<Display*>(XErrorShield::juceConnection());
     if (display == nullptr || XEventsQueued(display, QueuedAlready) == 0) {
         return false;
     }
@@ -32,7 +32,7 @@ bool dispatchEventsThatWereTaken() {
 
 }  // namespace
 
-void dispatchToolkitEvents() {
+void dispatchJUCEEvents() {
     for (int round = 0; round < mostRounds; ++round) {
         const bool taken = dispatchEventsThatWereTaken();
         if (!juce::dispatchNextMessageOnSystemQueue(true) && !taken) {

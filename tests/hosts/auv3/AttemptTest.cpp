@@ -12,17 +12,17 @@ namespace {
 
 using test::failed;
 
-TEST(Failure, AnOperationThatSucceedsHasNone) {
+TEST(Attempt, AnOperationThatSucceedsHasNone) {
     int ran = 0;
     EXPECT_EQ(attempt([&] { ++ran; }), std::nullopt);
     EXPECT_EQ(ran, 1);
 }
 
-TEST(Failure, AnExceptionBecomesAnErrorWithItsWords) {
+TEST(Attempt, AnExceptionBecomesAnErrorWithItsWords) {
     EXPECT_EQ(attempt([] { throw std::runtime_error("too late"); }), failed(-10875, "too late"));
 }
 
-TEST(Failure, WhateverElseIsThrownBecomesAnErrorToo) {
+TEST(Attempt, WhateverElseIsThrownBecomesAnErrorToo) {
     EXPECT_EQ(attempt([] { throw 7; }), failed(-10875, "an unknown error"));
 }
 

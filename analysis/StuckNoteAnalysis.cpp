@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "analysis/NoteLedger.hpp"
+#include "analysis/StuckNoteAnalysis.hpp"
 
 #include <algorithm>
 #include <set>
@@ -34,8 +34,8 @@ bool mayEndNotes(const SentMessage& message) {
 }
 
 /// Keeps the note that makes the better example.
-void offer(std::optional<NoteLedger::Note>& example, NoteLedger::Note note) {
-    const auto rank = [](NoteLedger::Note of) {
+void offer(std::optional<StuckNoteAnalysis::Note>& example, StuckNoteAnalysis::Note note) {
+    const auto rank = [](StuckNoteAnalysis::Note of) {
         constexpr unsigned middleC = 60;
         constexpr unsigned noteCount = 128;
         return of.channel * noteCount + (of.number + noteCount - middleC) % noteCount;
@@ -47,21 +47,21 @@ void offer(std::optional<NoteLedger::Note>& example, NoteLedger::Note note) {
 
 }  // namespace
 
-bool NoteLedger::Sending::starts() const {
+bool StuckNoteAnalysis::Sending::starts() const {
     return kind == StatusV2::noteOn && (data2 > 0 || copiesVelocity);
 }
 
-bool NoteLedger::Sending::ends() const {
+bool StuckNoteAnalysis::Sending::ends() const {
     return kind == StatusV2::noteOff || (kind == StatusV2::noteOn && data2 == 0 && !copiesVelocity);
 }
 
-bool NoteLedger::Sending::silences() const {
+bool StuckNoteAnalysis::Sending::silences() const {
     return kind == StatusV2::CC && silencesChannel(note % noteCount);
 }
 
 /// Behind a message that the same events sent before, the same message ends nothing more: what comes as far
 /// as to a rule came to those above it.
-NoteLedger::NoteLedger(const std::vector<Rule>& rules, const RuleReach& reach)
+StuckNoteAnalysis::StuckNoteAnalysis(const std::vector<Rule>& rules, const RuleReach& reach)
     : rules_(rules), reach_(reach) {
     std::set<std::pair<EventBox, SentMessage>> recorded;
     for (std::size_t rule = 0; rule < rules.size(); ++rule) {
@@ -74,7 +74,7 @@ NoteLedger::NoteLedger(const std::vector<Rule>& rules, const RuleReach& reach)
 }
 
 template <class Visit>
-void NoteLedger::forEachSending(std::size_t rule, const SentMessage& message, Visit visit) const {
+void StuckNoteAnalysis::forEachSending(std::size_t rule, const SentMessage& message, Visit visit) const {
     const auto send = [&](const Event& event) {
         const auto trigger = event.bytes();
         const Index channel = message.channel.value_or(trigger.status & midi::channelMask);
@@ -93,16 +93,16 @@ void NoteLedger::forEachSending(std::size_t rule, const SentMessage& message, Vi
     });
 }
 
-NoteLedger::Note NoteLedger::noteAt(Index index) {
+StuckNoteAnalysis::Note StuckNoteAnalysis::noteAt(Index index) {
     return {static_cast<std::uint8_t>(index / noteCount), static_cast<std::uint8_t>(index % noteCount)};
 }
 
 /// Of a note event: the key.
-NoteLedger::Index NoteLedger::keyOf(const Event& event) {
+StuckNoteAnalysis::Index StuckNoteAnalysis::keyOf(const Event& event) {
     return event.channel * noteCount + event.data1;
 }
 
-void NoteLedger::keepLast(std::unique_ptr<EndsByKey>& ends, const Event& release, SampleTime delay) {
+void StuckNoteAnalysis::keepLast(std::unique_ptr<EndsByKey>& ends, const Event& release, SampleTime delay) {
     if (!ends) {
         ends = std::make_unique<EndsByKey>();
         ends->fill(none);
@@ -111,7 +111,7 @@ void NoteLedger::keepLast(std::unique_ptr<EndsByKey>& ends, const Event& release
     last = std::max(last, delay);
 }
 
-void NoteLedger::recordEnd(const Sending& sending, SampleTime delay) {
+void StuckNoteAnalysis::recordEnd(const Sending& sending, SampleTime delay) {
     if (sending.ends()) {
         recordNoteEnd(sending, delay);
     } else if (sending.starts() && sending.copiesVelocity) {
@@ -121,14 +121,14 @@ void NoteLedger::recordEnd(const Sending& sending, SampleTime delay) {
     }
 }
 
-void NoteLedger::recordNoteEnd(const Sending& sending, SampleTime delay) {
+void StuckNoteAnalysis::recordNoteEnd(const Sending& sending, SampleTime delay) {
     (sending.isOnRelease() ? endedByReleases_ : ended_).set(sending.note);
     if (sending.isOnRelease()) {
         keepLast(ends_.at(sending.note), sending.event, delay);
     }
 }
 
-void NoteLedger::recordSilence(const Sending& sending, SampleTime delay) {
+void StuckNoteAnalysis::recordSilence(const Sending& sending, SampleTime delay) {
     const auto channel = sending.note / noteCount;
     (sending.isOnRelease() ? silencedByReleases_ : silenced_).set(channel);
     if (sending.isOnRelease()) {
@@ -136,7 +136,7 @@ void NoteLedger::recordSilence(const Sending& sending, SampleTime delay) {
     }
 }
 
-NoteLedger::Findings NoteLedger::findings(std::size_t rule) const {
+StuckNoteAnalysis::Findings StuckNoteAnalysis::findings(std::size_t rule) const {
     const auto delay = rules_[rule].output.delay.ms;
     std::optional<Note> never;
     std::optional<Note> byChance;
@@ -168,7 +168,7 @@ NoteLedger::Findings NoteLedger::findings(std::size_t rule) const {
             tooSoon ? std::optional(EarlyEnd{*tooSoon, delay, tooSoonAfter}) : std::nullopt};
 }
 
-std::optional<NoteLedger::Note> NoteLedger::endSwallowed(std::size_t rule) const {
+std::optional<StuckNoteAnalysis::Note> StuckNoteAnalysis::endSwallowed(std::size_t rule) const {
     std::optional<Note> example;
     const bool isGate = policyOf(rules_[rule].trigger) == PassThroughV2::EatNonMatching;
     if (!reach_.consumesAny(rule) || (!isGate && reach_.box(rule).kind() != EventKind::noteOff)) {
@@ -186,16 +186,16 @@ std::optional<NoteLedger::Note> NoteLedger::endSwallowed(std::size_t rule) const
     return example;
 }
 
-bool NoteLedger::isEndedAnyway(Index note) const {
+bool StuckNoteAnalysis::isEndedAnyway(Index note) const {
     return ended_[note] || silenced_[note / noteCount];
 }
 
-bool NoteLedger::isEnded(Index note) const {
+bool StuckNoteAnalysis::isEnded(Index note) const {
     return isEndedAnyway(note) || endedByReleases_[note] || silencedByReleases_[note / noteCount];
 }
 
 /// When, after its release, the key that started the note ends it for the last time.
-std::optional<SampleTime> NoteLedger::ownEnd(Index note, Index key) const {
+std::optional<SampleTime> StuckNoteAnalysis::ownEnd(Index note, Index key) const {
     const auto endIn = [key](const std::unique_ptr<EndsByKey>& ends) { return ends ? (*ends)[key] : none; };
     const auto release = noteAt(key);
     const bool isForwarded =

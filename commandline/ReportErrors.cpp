@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "commandline/ToldFailures.hpp"
+#include "commandline/ReportErrors.hpp"
 
 #include <exception>
 #include <new>
@@ -12,8 +12,8 @@
 
 namespace quillo {
 
-int runTellingFailures(std::string_view program, std::ostream& err, const std::function<int()>& command,
-                       const std::function<void()>& teach) {
+int reportErrors(std::string_view program, std::ostream& err, const std::function<int()>& command,
+                 const std::function<void()>& teach) {
     const auto tell = [&](const std::exception& failure) {
         err << program << ": " << escapedLines(wordsOf(failure)) << '\n';
     };

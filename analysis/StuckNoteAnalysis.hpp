@@ -27,7 +27,7 @@ namespace quillo {
 /// delay. Notes on channel 10 are drums, which ring out by themselves: none of them sounds on.
 ///
 /// Of many notes the example is one on the first channel, the first from middle C upwards.
-class NoteLedger {
+class StuckNoteAnalysis {
 public:
     struct Note {
         std::uint8_t channel;  ///< zero-based
@@ -61,7 +61,7 @@ public:
     };
 
     /// Both must outlive it.
-    NoteLedger(const std::vector<Rule>& rules, const RuleReach& reach);
+    StuckNoteAnalysis(const std::vector<Rule>& rules, const RuleReach& reach);
 
     [[nodiscard]] Findings findings(std::size_t rule) const;
 
