@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "FuzzInput.hpp"
+#include "hosts/clap/CLAPExtensions.hpp"
 #include "hosts/clap/CLAPPlugin.hpp"
-#include "hosts/clap/CLAPState.hpp"
 #include "hosts/vst3/StateChunk.hpp"
 #include "persistence/PluginData.hpp"
 

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "hosts/clap/CLAPGUI.hpp"
-
 #include <memory>
 #include <string_view>
 
 #include "hosts/clap/CLAPEditor.hpp"
+#include "hosts/clap/CLAPExtensions.hpp"
 #include "hosts/clap/CLAPPlugin.hpp"
 
 namespace quillo {

@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/clap/CLAPPlugin.hpp"
 
+#include <algorithm>
 #include <array>
 #include <new>
 #include <string_view>
 
-#include "hosts/clap/CLAPNotePorts.hpp"
-#include "hosts/clap/CLAPState.hpp"
-#ifdef QUILLO_HAS_EDITOR
-#include "hosts/clap/CLAPGUI.hpp"
-#endif
+#include "hosts/clap/CLAPExtensions.hpp"
 
 namespace quillo {
 
@@ -28,10 +25,37 @@ const clap_plugin_descriptor_t descriptor{.clap_version = CLAP_VERSION,
                                           .description = "Rewrites MIDI events by an ordered list of rules",
                                           .features = features.data()};
 
+/// Hosts store these.
+constexpr clap_id inputPort = 0;
+constexpr clap_id outputPort = 1;
+
+clap_note_port_info_t describePort(clap_id id, std::uint32_t dialects, std::string_view name) {
+    clap_note_port_info_t info{id, dialects, CLAP_NOTE_DIALECT_MIDI, {}};
+    std::ranges::copy(name, info.name);
+    return info;
+}
+
+std::uint32_t countPorts(const clap_plugin_t* /*plugin*/, bool /*isInput*/) noexcept {
+    return 1;
+}
+
+bool getPort(const clap_plugin_t* /*plugin*/, std::uint32_t index, bool isInput,
+             clap_note_port_info_t* info) noexcept {
+    if (index > 0 || info == nullptr) {
+        return false;
+    }
+    *info = isInput ? describePort(inputPort, CLAP_NOTE_DIALECT_MIDI | CLAP_NOTE_DIALECT_CLAP, "MIDI In")
+                    : describePort(outputPort, CLAP_NOTE_DIALECT_MIDI, "MIDIQuillo");
+    return true;
+}
+
+/// One port each way, both for MIDI; the input takes note events as well.
+constexpr clap_plugin_note_ports_t notePorts{.count = &countPorts, .get = &getPort};
+
 /// The table of the extension of that name; null when the plug-in has none such.
 const void* tableOf(std::string_view name) {
     if (name == CLAP_EXT_NOTE_PORTS) {
-        return &clapNotePorts();
+        return &notePorts;
     }
     if (name == CLAP_EXT_STATE) {
         return &clapState();

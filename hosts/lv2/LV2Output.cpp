@@ -3,8 +3,6 @@
 
 #include <cstring>
 
-#include "hosts/lv2/LV2Bytes.hpp"
-
 namespace quillo {
 
 namespace {

@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "hosts/lv2/LV2Position.hpp"
-
 namespace quillo {
 
 namespace {

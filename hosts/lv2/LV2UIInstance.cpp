@@ -1,11 +1,71 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/lv2/LV2UIInstance.hpp"
 
+#include <bit>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include <lv2/atom/atom.h>
+#include <lv2/instance-access/instance-access.h>
+#include <lv2/options/options.h>
+#include <lv2/urid/urid.h>
+
 #include "platform/FatalError.hpp"
 
 namespace quillo {
 
 namespace {
+
+/// The data of the feature of that name; null when the host does not offer it.
+template <class Data>
+Data* find(const LV2_Feature* const* features, std::string_view name) {
+    for (const auto* const* feature = features; feature != nullptr && *feature != nullptr; ++feature) {
+        const auto& [offered, data] = **feature;
+        if (offered != nullptr && offered == name) {
+            return static_cast<Data*>(data);
+        }
+    }
+    return nullptr;
+}
+
+/// How many pixels a point shall have, by the host's options; 1 when they do not say, or say nonsense.
+double scaleOf(const LV2_Options_Option* option, const LV2_URID_Map* map) {
+    constexpr float greatest = 16.0F;
+    if (map == nullptr || map->map == nullptr) {
+        return 1.0;
+    }
+    const auto key = map->map(map->handle, LV2_UI__scaleFactor);
+    const auto real = map->map(map->handle, LV2_ATOM__Float);
+    for (; option != nullptr && option->key != 0; ++option) {
+        if (option->key == key && option->type == real && option->size == sizeof(float)) {
+            const auto scale = *static_cast<const float*>(option->value);
+            return scale > 0.0F && scale <= greatest ? scale : 1.0;
+        }
+    }
+    return 1.0;
+}
+
+/// Stands in an editor for a unit that it cannot reach, and says why. A preset that is imported is not kept
+/// either: the same notice is the alert. [main]
+class UnitOutOfReach final : public EditorUnit {
+public:
+    explicit UnitOutOfReach(std::string notice) : notice_(std::move(notice)) {
+        model_->setNotEditable(notice_);
+    }
+
+    [[nodiscard]] const std::shared_ptr<QuilloModel>& model() const override { return model_; }
+    void viewDidLoad() override {}
+    void onRulesChanged(std::vector<Rule> /*rules*/, RuleShelf /*shelf*/) override { fatalError(notice_); }
+    void onInstantMessageClick(const RuleOutputVariantsV2& /*message*/) override { fatalError(notice_); }
+    void tellUser(std::string message) override { model_->alert(std::move(message)); }
+    void drain() override {}
+
+private:
+    std::string notice_;
+    std::shared_ptr<QuilloModel> model_ = std::make_shared<QuilloModel>();
+};
 
 constexpr const char* noAccess =
     "This host does not let the editor reach the plug-in (it grants no LV2 instance access). "
@@ -29,6 +89,13 @@ void requireWindow(const LV2UIFeatures& features) {
 
 }  // namespace
 
+LV2UIFeatures::LV2UIFeatures(const LV2_Feature* const* features)
+    : instance(LV2InstanceAccess::of(find<const void>(features, LV2_INSTANCE_ACCESS_URI))),
+      parent(std::bit_cast<std::uintptr_t>(find<void>(features, LV2_UI__parent))),
+      resize(find<const LV2UI_Resize>(features, LV2_UI__resize)),
+      scale(scaleOf(find<const LV2_Options_Option>(features, LV2_OPTIONS__options),
+                    find<const LV2_URID_Map>(features, LV2_URID__map))) {}
+
 LV2UIInstance::LV2UIInstance(const LV2UIFeatures& features)
     : unit_(unitFor(features)), editor_(unit_, features.scale) {
     editor_.attachTo(features.parent);
@@ -46,7 +113,8 @@ EditorUnit& LV2UIInstance::unitFor(const LV2UIFeatures& features) {
     if (features.instance != nullptr && features.instance->isOfThisVersion()) {
         return *features.instance->unit;
     }
-    return outOfReach_.emplace(features.instance == nullptr ? noAccess : otherVersion);
+    outOfReach_ = std::make_shared<UnitOutOfReach>(features.instance == nullptr ? noAccess : otherVersion);
+    return *outOfReach_;
 }
 
 }  // namespace quillo

@@ -5,7 +5,7 @@
 #include <random>
 #include <string_view>
 
-#include "hosts/clap/CLAPStreams.hpp"
+#include "hosts/clap/CLAPExtensions.hpp"
 #include "hosts/clap/CLAPTestHost.hpp"
 #include "persistence/PluginData.hpp"
 #include "support/TestRules.hpp"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
+
 #include "hosts/clap/CLAPHeaders.hpp"
 
 namespace quillo {
@@ -10,5 +12,12 @@ namespace quillo {
 
 /// By which a host's timer keeps the editor going.
 [[nodiscard]] const clap_plugin_timer_support_t& clapTimerSupport();
+
+/// The state is the state document, byte for byte what a preset file holds. What cannot be read leaves the rules
+/// as they are, and the editor's user is told why.
+[[nodiscard]] const clap_plugin_state_t& clapState();
+
+/// More than this is no state document, but a stream that never ends. In bytes.
+inline constexpr std::size_t longestStream = std::size_t{1} << 28U;
 
 }  // namespace quillo

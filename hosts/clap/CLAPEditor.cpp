@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "hosts/clap/CLAPIdleTimer.hpp"
+#include "hosts/clap/CLAPEditor.hpp"
 
 #include <chrono>
 #include <condition_variable>
