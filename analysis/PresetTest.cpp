@@ -6,7 +6,7 @@
 #include <iterator>
 #include <utility>
 
-#include "analysis/AskedEventParser.hpp"
+#include "analysis/AskedEvent.hpp"
 #include "platform/InStableOrder.hpp"
 #include "platform/QuotedText.hpp"
 

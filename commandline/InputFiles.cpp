@@ -7,9 +7,7 @@
 #include <utility>
 
 #include "commandline/CommandFailure.hpp"
-#include "commandline/ExitStatus.hpp"
-#include "midifile/MIDIFileError.hpp"
-#include "midifile/MIDIFileReader.hpp"
+#include "midifile/MIDIFile.hpp"
 #include "persistence/DecodingError.hpp"
 #include "platform/AtomicFile.hpp"
 #include "platform/QuotedText.hpp"

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "commandline/CommandFailure.hpp"
-#include "commandline/ExitStatus.hpp"
 #include "commandline/InputFiles.hpp"
 #include "platform/AtomicFile.hpp"
 #include "platform/QuotedText.hpp"

@@ -6,7 +6,7 @@
 
 #include "FuzzInput.hpp"
 #include "FuzzRules.hpp"
-#include "analysis/AskedEventParser.hpp"
+#include "analysis/AskedEvent.hpp"
 #include "editor/DecimalText.hpp"
 #include "editor/RuleListEditor.hpp"
 #include "editor/ValueFormatters.hpp"

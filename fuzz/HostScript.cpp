@@ -6,8 +6,8 @@
 #include <nlohmann/json.hpp>
 
 #include "FuzzInput.hpp"
-#include "commandline/ExitStatus.hpp"
-#include "programs/HostCommand.hpp"
+#include "commandline/CommandFailure.hpp"
+#include "programs/Commands.hpp"
 
 using namespace quillo;
 using fuzz::require;

@@ -4,9 +4,7 @@
 
 #include "FuzzInput.hpp"
 #include "FuzzRules.hpp"
-#include "midifile/MIDIFileError.hpp"
-#include "midifile/MIDIFileReader.hpp"
-#include "midifile/MIDIFileWriter.hpp"
+#include "midifile/MIDIFile.hpp"
 #include "offline/OfflineHost.hpp"
 #include "offline/Score.hpp"
 

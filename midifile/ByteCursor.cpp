@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "midifile/MIDIFileError.hpp"
+#include "midifile/MIDIFile.hpp"
 
 namespace quillo {
 

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
+#include <stdexcept>
+#include <string>
 #include <variant>
 #include <vector>
 
@@ -84,5 +88,31 @@ struct MIDIFile {
 /// from the end of the one before it. These have tempos of their own: where a track begins without one behind
 /// a track that has changed it, the initial tempo is set.
 [[nodiscard]] MIDITrack asOneTrack(const MIDIFile& file);
+
+/// Why a MIDI file cannot be read or written. The text of a reading error begins with the position, counted
+/// in bytes from the start of the file: `byte 22: a delta time is longer than four bytes`.
+class MIDIFileError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+
+    MIDIFileError(std::size_t position, const std::string& what)
+        : std::runtime_error("byte " + std::to_string(position) + ": " + what) {}
+};
+
+/// Reads a Standard MIDI File, in the order and with the bytes that it has. It may be wrapped in a RIFF file
+/// of the type RMID.
+///
+/// What is damaged throws a `MIDIFileError` with the byte position. Tolerated, because files like these exist
+/// and can mean only one thing: chunks of unknown types, a header longer than needed, a track without End of
+/// Track (it ends with its chunk), bytes after End of Track or after the last track, and running status that
+/// goes on behind a meta or system-exclusive event.
+[[nodiscard]] MIDIFile readMIDIFile(std::span<const std::uint8_t> bytes);
+
+/// The bytes of a Standard MIDI File with exactly these tracks and events: a status byte for each message, no
+/// running status, and End of Track at each track's `endTick`.
+///
+/// Throws a `MIDIFileError` for what the format cannot say: more than 268,435,455 ticks between an event and
+/// the next, or a track or an event that is longer than its length field counts.
+[[nodiscard]] std::vector<std::uint8_t> writeMIDIFile(const MIDIFile& file);
 
 }  // namespace quillo

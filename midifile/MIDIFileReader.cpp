@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "midifile/MIDIFileReader.hpp"
 
 #include <string>
 #include <string_view>
@@ -9,7 +8,7 @@
 #include "midi/MessageLength.hpp"
 #include "midi/Status.hpp"
 #include "midifile/ByteCursor.hpp"
-#include "midifile/MIDIFileError.hpp"
+#include "midifile/MIDIFile.hpp"
 
 namespace quillo {
 

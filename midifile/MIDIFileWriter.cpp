@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "midifile/MIDIFileWriter.hpp"
 
 #include <span>
 #include <string>
 #include <string_view>
 
 #include "midi/Status.hpp"
-#include "midifile/MIDIFileError.hpp"
+#include "midifile/MIDIFile.hpp"
 
 namespace quillo {
 

@@ -11,7 +11,7 @@
 #include "engine/RuleProcessor.hpp"
 #include "engine/SampleTime.hpp"
 #include "log/EventLogEntry.hpp"
-#include "offline/TimedMessage.hpp"
+#include "offline/Score.hpp"
 #include "platform/OSStatus.hpp"
 #include "rules/Rule.hpp"
 

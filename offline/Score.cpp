@@ -8,7 +8,7 @@
 
 #include "midi/MessageLength.hpp"
 #include "midi/Status.hpp"
-#include "midifile/MIDIFileError.hpp"
+#include "midifile/MIDIFile.hpp"
 #include "platform/InStableOrder.hpp"
 
 namespace quillo {

@@ -5,12 +5,20 @@
 #include <cstdint>
 #include <vector>
 
+#include "engine/MIDIMessage.hpp"
 #include "engine/SampleTime.hpp"
 #include "midifile/MIDIFile.hpp"
 #include "midifile/TempoMap.hpp"
-#include "offline/TimedMessage.hpp"
 
 namespace quillo {
+
+/// A message at its place on the host's timeline.
+struct TimedMessage {
+    SampleTime time = 0;
+    MIDIMessage message;
+
+    bool operator==(const TimedMessage&) const = default;
+};
 
 /// A MIDI file as a host plays it: its messages on a timeline of samples, and what does not go through the
 /// rules but stays where it is (tempo, metre, key, names, markers and all other meta events).

@@ -5,7 +5,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "otherformats/OtherFormat.hpp"
 
 namespace quillo {
 
@@ -51,5 +54,23 @@ struct MappingFile {
     std::vector<Omission> omissions;
     bool passesUnmatched = true;
 };
+
+/// Whether the first section is "[Project]".
+[[nodiscard]] bool isBmtp(std::string_view text);
+
+/// Reads a `.bmtp` project: translators of plain MIDI messages in hexadecimal, with variables for whole
+/// bytes. What is no such translator is an omission. Throws an `OtherFormatError`.
+[[nodiscard]] MappingFile readBmtp(std::string_view text);
+
+/// Whether the first line of meaning is "midimap v1".
+[[nodiscard]] bool isMidimap(std::string_view text);
+
+/// Reads a midimap.lv2 configuration. Rules bear the text of the comment that stands above them. Throws
+/// an `OtherFormatError`.
+[[nodiscard]] MappingFile readMidimap(std::string_view text);
+
+/// The rules that do what the mappings do, one after the other. Where a mapping is for several kinds of
+/// messages, or calculates with a byte, it becomes several rules; consecutive values make runs.
+[[nodiscard]] OtherRules rulesFrom(const MappingFile& file);
 
 }  // namespace quillo

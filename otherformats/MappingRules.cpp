@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "otherformats/MappingRules.hpp"
+#include "otherformats/Mapping.hpp"
 
 #include <algorithm>
 #include <functional>

@@ -3,9 +3,7 @@
 
 #include <algorithm>
 
-#include "otherformats/BmtpReader.hpp"
-#include "otherformats/MappingRules.hpp"
-#include "otherformats/MidimapReader.hpp"
+#include "otherformats/Mapping.hpp"
 
 namespace quillo {
 

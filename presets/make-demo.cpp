@@ -4,7 +4,7 @@
 #include <exception>
 #include <iostream>
 
-#include "midifile/MIDIFileWriter.hpp"
+#include "midifile/MIDIFile.hpp"
 #include "platform/AtomicFile.hpp"
 #include "platform/QuotedText.hpp"
 #include "presets/DemoSong.hpp"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "programs/CheckCommand.hpp"
+#include "programs/Commands.hpp"
 
 #include <algorithm>
 #include <array>
@@ -12,7 +12,6 @@
 #include "analysis/RuleAdvice.hpp"
 #include "commandline/Arguments.hpp"
 #include "commandline/CommandFailure.hpp"
-#include "commandline/ExitStatus.hpp"
 #include "commandline/InputFiles.hpp"
 #include "commandline/OutputFile.hpp"
 #include "engine/RuleCompiler.hpp"

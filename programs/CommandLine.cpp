@@ -10,19 +10,10 @@
 
 #include "commandline/Arguments.hpp"
 #include "commandline/CommandFailure.hpp"
-#include "commandline/ExitStatus.hpp"
-#include "commandline/ReportErrors.hpp"
 #include "persistence/DocumentSchema.hpp"
 #include "platform/QuotedText.hpp"
-#include "programs/CheckCommand.hpp"
-#include "programs/DiffCommand.hpp"
-#include "programs/ExplainCommand.hpp"
+#include "programs/Commands.hpp"
 #include "programs/HelpText.hpp"
-#include "programs/HostCommand.hpp"
-#include "programs/ImportCommand.hpp"
-#include "programs/PresetsCommand.hpp"
-#include "programs/RenderCommand.hpp"
-#include "programs/TestCommand.hpp"
 
 namespace quillo {
 

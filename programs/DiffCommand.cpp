@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "programs/DiffCommand.hpp"
+#include "programs/Commands.hpp"
 
 #include <array>
 #include <ostream>
@@ -8,7 +8,6 @@
 #include "analysis/Comparison.hpp"
 #include "commandline/Arguments.hpp"
 #include "commandline/CommandFailure.hpp"
-#include "commandline/ExitStatus.hpp"
 #include "platform/QuotedText.hpp"
 #include "programs/DiffText.hpp"
 #include "programs/JSONText.hpp"

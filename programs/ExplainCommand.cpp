@@ -1,19 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "programs/ExplainCommand.hpp"
+#include "programs/Commands.hpp"
 
 #include <array>
 #include <cstddef>
 #include <ostream>
 #include <vector>
 
-#include "analysis/AskedEventParser.hpp"
+#include "analysis/AskedEvent.hpp"
 #include "analysis/EngineProbe.hpp"
 #include "analysis/EventExplanation.hpp"
 #include "analysis/ExplanationText.hpp"
 #include "analysis/RuleReasons.hpp"
 #include "commandline/Arguments.hpp"
 #include "commandline/CommandFailure.hpp"
-#include "commandline/ExitStatus.hpp"
 #include "commandline/InputFiles.hpp"
 #include "platform/HexText.hpp"
 #include "platform/QuotedText.hpp"

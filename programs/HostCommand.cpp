@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "programs/HostCommand.hpp"
+#include "programs/Commands.hpp"
 
 #include <cstddef>
 #include <istream>
@@ -8,12 +8,12 @@
 
 #include <nlohmann/json.hpp>
 
-#include "commandline/ExitStatus.hpp"
+#include "commandline/CommandFailure.hpp"
 #include "persistence/DecodingError.hpp"
 #include "platform/AtomicFile.hpp"
 #include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
-#include "scriptedhost/ScriptActionParser.hpp"
+#include "scriptedhost/ScriptAction.hpp"
 #include "scriptedhost/ScriptedHost.hpp"
 
 namespace quillo {

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "programs/ImportCommand.hpp"
+#include "programs/Commands.hpp"
 
 #include <array>
 #include <ostream>
 
 #include "commandline/Arguments.hpp"
 #include "commandline/CommandFailure.hpp"
-#include "commandline/ExitStatus.hpp"
 #include "commandline/InputFiles.hpp"
 #include "commandline/OutputFile.hpp"
 #include "otherformats/OtherFormat.hpp"

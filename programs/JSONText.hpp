@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include <nlohmann/json.hpp>
+
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -12,9 +15,13 @@ using JSONAnswer = nlohmann::ordered_json;
 
 /// The answer in one line with its end, harmless to a terminal. A byte of a path or a name that is not UTF-8
 /// is replaced by U+FFFD.
-[[nodiscard]] std::string jsonText(const JSONAnswer& answer);
+[[nodiscard]] inline std::string jsonText(const JSONAnswer& answer) {
+    return escaped(answer.dump(-1, ' ', false, JSONAnswer::error_handler_t::replace)) + '\n';
+}
 
 /// A rule as answers have it: its number, from 1 on, and its name.
-[[nodiscard]] JSONAnswer jsonOfRule(std::size_t position, const std::string& name);
+[[nodiscard]] inline JSONAnswer jsonOfRule(std::size_t position, const std::string& name) {
+    return {{"number", position + 1}, {"name", name}};
+}
 
 }  // namespace quillo

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "programs/PlayedFiles.hpp"
 
-#include "commandline/ExitStatus.hpp"
-#include "midifile/MIDIFileError.hpp"
+#include "commandline/CommandFailure.hpp"
+#include "midifile/MIDIFile.hpp"
 
 namespace quillo {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "programs/PresetsCommand.hpp"
+#include "programs/Commands.hpp"
 
 #include <algorithm>
 #include <array>
@@ -10,7 +10,6 @@
 
 #include "commandline/Arguments.hpp"
 #include "commandline/CommandFailure.hpp"
-#include "commandline/ExitStatus.hpp"
 #include "commandline/OutputFile.hpp"
 #include "platform/QuotedText.hpp"
 #include "presets/PresetLibrary.hpp"

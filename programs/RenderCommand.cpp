@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "programs/RenderCommand.hpp"
+#include "programs/Commands.hpp"
 
 #include <array>
 #include <ostream>
@@ -7,13 +7,11 @@
 
 #include "commandline/Arguments.hpp"
 #include "commandline/CommandFailure.hpp"
-#include "commandline/ExitStatus.hpp"
 #include "commandline/InputFiles.hpp"
 #include "commandline/OutputFile.hpp"
 #include "engine/RuleProcessor.hpp"
 #include "log/EventLogEntry.hpp"
-#include "midifile/MIDIFileError.hpp"
-#include "midifile/MIDIFileWriter.hpp"
+#include "midifile/MIDIFile.hpp"
 #include "offline/OfflineHost.hpp"
 #include "offline/Score.hpp"
 #include "platform/QuotedText.hpp"

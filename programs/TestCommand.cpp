@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "programs/TestCommand.hpp"
+#include "programs/Commands.hpp"
 
 #include <algorithm>
 #include <array>
@@ -13,7 +13,6 @@
 #include "analysis/PresetTestRun.hpp"
 #include "commandline/Arguments.hpp"
 #include "commandline/CommandFailure.hpp"
-#include "commandline/ExitStatus.hpp"
 #include "commandline/OutputFile.hpp"
 #include "platform/HexText.hpp"
 #include "platform/QuotedText.hpp"

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -105,5 +106,10 @@ using ScriptAction =
     std::variant<script::Create, script::Restore, script::Save, script::Allocate, script::Deallocate,
                  script::Install, script::Send, script::Transport, script::Output, script::Render,
                  script::Describe, script::Views, script::Queue>;
+
+/// Reads the action of one script line: an object whose key "do" names it. Keys that the action does not know
+/// are ignored. Throws a `DecodingError` for a line that is no action, with a key missing, of the wrong type
+/// or out of range, or with keys that contradict each other.
+[[nodiscard]] ScriptAction parseScriptAction(std::string_view line);
 
 }  // namespace quillo

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "scriptedhost/ScriptActionParser.hpp"
+#include "scriptedhost/ScriptAction.hpp"
 
 #include <algorithm>
 #include <array>

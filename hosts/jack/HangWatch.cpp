@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <span>
 
-#include "commandline/ExitStatus.hpp"
+#include "commandline/CommandFailure.hpp"
 #include "hosts/jack/SignalSet.hpp"
 
 namespace quillo {

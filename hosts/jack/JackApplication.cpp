@@ -13,7 +13,6 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 
 #include "commandline/CommandFailure.hpp"
-#include "commandline/ExitStatus.hpp"
 #include "editor/EditorShell.hpp"
 #include "editor/EditorWindow.hpp"
 #include "editor/Fonts.hpp"

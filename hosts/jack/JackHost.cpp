@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "commandline/CommandFailure.hpp"
-#include "commandline/ExitStatus.hpp"
 #include "commandline/InputFiles.hpp"
 #include "hosts/jack/HangWatch.hpp"
 #include "hosts/jack/JackHelpText.hpp"

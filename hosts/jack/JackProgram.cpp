@@ -6,8 +6,6 @@
 #include <ostream>
 
 #include "commandline/CommandFailure.hpp"
-#include "commandline/ExitStatus.hpp"
-#include "commandline/ReportErrors.hpp"
 #include "hosts/jack/JackHelpText.hpp"
 #include "hosts/jack/JackHost.hpp"
 #include "hosts/jack/LibraryMessages.hpp"

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "commandline/CommandFailure.hpp"
-#include "commandline/ExitStatus.hpp"
 #include "platform/AtomicFile.hpp"
 #include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"

@@ -10,7 +10,6 @@
 
 #include "commandline/Arguments.hpp"
 #include "commandline/CommandFailure.hpp"
-#include "commandline/ExitStatus.hpp"
 #include "editor/EditorWindow.hpp"
 #include "editor/Fonts.hpp"
 #include "platform/FatalError.hpp"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "analysis/AskedEventParser.hpp"
+#include "analysis/AskedEvent.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "analysis/FailureWords.hpp"
+#include "analysis/RuleReasons.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "midifile/MIDIFileReader.hpp"
 
 #include <gmock/gmock.h>
 
-#include "midifile/MIDIFileError.hpp"
+#include "midifile/MIDIFile.hpp"
 #include "support/MIDIFileBytes.hpp"
 
 namespace quillo {

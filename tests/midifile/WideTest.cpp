@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "midifile/Wide.hpp"
+#include "midifile/TempoMap.hpp"
 
 #include <gtest/gtest.h>
 

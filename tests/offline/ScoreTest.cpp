@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 
-#include "midifile/MIDIFileError.hpp"
+#include "midifile/MIDIFile.hpp"
 #include "support/MIDIFileBytes.hpp"
 
 namespace quillo {

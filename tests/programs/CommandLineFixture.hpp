@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "commandline/ExitStatus.hpp"
+#include "commandline/CommandFailure.hpp"
 #include "platform/AtomicFile.hpp"
 #include "platform/Data.hpp"
 #include "programs/CommandLine.hpp"

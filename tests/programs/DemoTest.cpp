@@ -4,9 +4,7 @@
 #include <set>
 
 #include "analysis/RuleAdvice.hpp"
-#include "midifile/MIDIFileError.hpp"
-#include "midifile/MIDIFileReader.hpp"
-#include "midifile/MIDIFileWriter.hpp"
+#include "midifile/MIDIFile.hpp"
 #include "offline/OfflineHost.hpp"
 #include "offline/Score.hpp"
 #include "persistence/PluginData.hpp"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "programs/DiffCommand.hpp"
+#include "programs/Commands.hpp"
 
 #include <nlohmann/json.hpp>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "programs/ExplainCommand.hpp"
+#include "programs/Commands.hpp"
 
 #include <nlohmann/json.hpp>
 
-#include "analysis/AskedEventParser.hpp"
+#include "analysis/AskedEvent.hpp"
 #include "persistence/PluginData.hpp"
 #include "programs/CommandLineFixture.hpp"
 #include "programs/HelpText.hpp"

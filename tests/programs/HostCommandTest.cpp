@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "programs/HostCommand.hpp"
+#include "programs/Commands.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "programs/PresetsCommand.hpp"
+#include "programs/Commands.hpp"
 
 #include "presets/PresetLibrary.hpp"
 #include "programs/CommandLineFixture.hpp"

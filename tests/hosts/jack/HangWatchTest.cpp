@@ -5,7 +5,7 @@
 
 #include <unistd.h>
 
-#include "commandline/ExitStatus.hpp"
+#include "commandline/CommandFailure.hpp"
 #include "hosts/jack/SignalDescriptor.hpp"
 
 namespace quillo {

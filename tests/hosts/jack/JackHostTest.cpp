@@ -11,7 +11,6 @@
 #include <sstream>
 
 #include "commandline/CommandFailure.hpp"
-#include "commandline/ExitStatus.hpp"
 #include "hosts/jack/SessionFiles.hpp"
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"

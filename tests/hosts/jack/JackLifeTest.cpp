@@ -9,7 +9,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "commandline/ExitStatus.hpp"
+#include "commandline/CommandFailure.hpp"
 #include "hosts/jack/JackProgramFixture.hpp"
 
 namespace quillo {

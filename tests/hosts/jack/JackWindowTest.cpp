@@ -2,7 +2,7 @@
 // The program's window, on a display of its own.
 #include <gtest/gtest.h>
 
-#include "commandline/ExitStatus.hpp"
+#include "commandline/CommandFailure.hpp"
 #include "editor/EditorShell.hpp"
 #include "editor/EditorWindow.hpp"
 #include "editor/MyTextInputImpl.hpp"

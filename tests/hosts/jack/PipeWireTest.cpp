@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "hosts/jack/JackProgramFixture.hpp"
-#include "midifile/MIDIFileWriter.hpp"
+#include "midifile/MIDIFile.hpp"
 
 namespace quillo {
 namespace {

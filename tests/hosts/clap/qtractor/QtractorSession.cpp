@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "midifile/MIDIFileWriter.hpp"
+#include "midifile/MIDIFile.hpp"
 #include "persistence/PluginData.hpp"
 #include "platform/Base64.hpp"
 #include "support/TestRules.hpp"
