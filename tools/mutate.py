@@ -4,7 +4,7 @@
 
 Run from the project's folder, of which it changes nothing: it works in copies under build-mutate, one for
 each of QUILLO_JOBS. A line of tools/mutate-folders.txt names a folder, the test programs that judge it,
-nearest first, and after a bar those that judge its memory orders under ThreadSanitizer. A line of
+nearest first, and after a bar those that judge its memory orders and locks under ThreadSanitizer. A line of
 tools/mutate-reasons.txt tells of a change that nobody can see: file, a piece of the line as it is, a piece of
 it as it becomes, the reason, with tabs between.
 
@@ -60,17 +60,18 @@ class Workshop:
         """caught, survived, nothing (changed), or rejected (by the compiler)."""
         if self.broken != (change.path, text):
             self.mend()
-        self.prepare(change.preset(), programs)
+        preset = change.preset(text)
+        self.prepare(preset, programs)
         self.broken = change.path, text
         (self.root / change.path).write_text(change.apply(text))
         verdict = 'nothing'
         for program in programs:
-            if not self.builds(change.preset(), program):
+            if not self.builds(preset, program):
                 return 'rejected'
-            unbroken = self.unbroken[change.preset(), program].fingerprint
-            if self.fingerprint(change.preset(), program) != unbroken:
+            unbroken = self.unbroken[preset, program].fingerprint
+            if self.fingerprint(preset, program) != unbroken:
                 verdict = 'survived'
-                if not self.passes(change.preset(), program):
+                if not self.passes(preset, program):
                     return 'caught'
         return verdict
 
@@ -167,7 +168,7 @@ def chosen_changes(folder, programs, asked):
     paths = sorted(path for path in pathlib.Path(folder).glob('*.[ch]pp') if asked.wanted in str(path))
     texts = {str(path): path.read_text() for path in paths}
     there = [(change, text) for path, text in texts.items() for change in changes_of(path, text)
-             if programs[change.preset()]]
+             if programs[change.preset(text)]]
     return sorted(random.Random(asked.seed).sample(there, min(asked.most, len(there))))
 
 
@@ -192,7 +193,7 @@ def verdicts(changes, judges):
 
     def judged(item):
         folder, change, text = item
-        return *item, own.workshop.judge(change, text, judges[folder][change.preset()])
+        return *item, own.workshop.judge(change, text, judges[folder][change.preset(text)])
 
     def begin():
         own.workshop = Workshop(next(numbers))

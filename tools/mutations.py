@@ -22,8 +22,11 @@ class Change:
         return text.count('\n', 0, first) + 1, *([line for line in lines.split('\n') if line.strip()]
                                                  for lines in (text[first:last], after))
 
-    def preset(self):
-        return 'tsan' if self.new.startswith('memory_order') else 'mutate'
+    def preset(self, text):
+        """Where it is judged: what only another thread would notice, under ThreadSanitizer."""
+        weakened = self.new.startswith('memory_order')
+        unlocked = not self.new and LOCK.match(text[self.start:self.end])
+        return 'tsan' if weakened or unlocked else 'mutate'
 
 
 # What is not code; and numbers, whose separators would be taken for the beginning of a character.
@@ -38,6 +41,7 @@ OPPOSABLE = re.compile(r'(?<=\s)(?:[<>]=?|[=!]=|&&|\|\||[+-]=?)(?=\s)|\+\+|--|(?
                        r'|\b(?:true|false|std::min|std::max)\b')
 NUMBER = re.compile(r"(?<![\w.'])(0x[0-9a-fA-F']+|[0-9][0-9']*)([uUlLzZ]*)(?![\w.'])")
 ORDER = re.compile(r'memory_order_(?:acquire|release|acq_rel|seq_cst)')
+LOCK = re.compile(r'const [\w:]*(?:RenderEntry|_lock|_guard)\b')
 BEFORE_CONDITION = re.compile(r'(?:[,;{}?]| = |\breturn | : | << )$')
 LABEL = re.compile(r'\s*(?:case\b[^;{}]*?[^:]:(?!:)\s*|default:\s*)*')
 ASSIGNMENT = re.compile(r'([\w.>-]+(?:\[[^=]*\])?) = ')

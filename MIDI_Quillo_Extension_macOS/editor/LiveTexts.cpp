@@ -1,16 +1,36 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/WaitingText.hpp"
+#include "editor/LiveTexts.hpp"
 
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 
+#include "editor/DecimalText.hpp"
 #include "platform/HexText.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {
 
 namespace {
+
+std::string ago(double seconds) {
+    constexpr double minute = 60;
+    constexpr double hour = 60 * minute;
+    constexpr double day = 24 * hour;
+    const auto in = [seconds](double unit, const char* name) {
+        return std::to_string(static_cast<std::uint64_t>(seconds / unit)) + name;
+    };
+    if (seconds < 1) {
+        return "now";
+    }
+    if (seconds < minute) {
+        return in(1, " s ago");
+    }
+    if (seconds < hour) {
+        return in(minute, " min ago");
+    }
+    return seconds < day ? in(hour, " h ago") : in(day, " d ago");
+}
 
 /// Whole numbers of `unit`, and so many digits behind the point.
 std::string rounded(double seconds, double unit, int digits, const char* name) {
@@ -27,6 +47,13 @@ std::string rounded(double seconds, double unit, int digits, const char* name) {
 }
 
 }  // namespace
+
+std::string hitsText(const RuleHits& hits) {
+    if (hits.count == 0) {
+        return "never fired since load";
+    }
+    return withCommas(hits.count) + " \u00d7 \u00b7 " + ago(hits.secondsAgo);
+}
 
 std::string timeToGo(double seconds) {
     constexpr double minute = 60;

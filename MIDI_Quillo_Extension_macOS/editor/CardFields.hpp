@@ -7,6 +7,7 @@
 #include "editor/FieldPlan.hpp"
 #include "editor/Palette.hpp"
 #include "editor/RunBinding.hpp"
+#include "rules/MIDIRuleType.hpp"
 #include "rules/RuleEntry.hpp"
 
 namespace quillo {
@@ -16,5 +17,12 @@ namespace quillo {
 [[nodiscard]] FieldPlans triggerFields(const Binding<RuleEntry>& rule, const RunBinding& run,
                                        const Palette& palette,
                                        const std::function<void(TriggerEntryType)>& onTriggerTypeChange);
+
+/// The fields of the message section for the output's type, in order. "From Trigger" is offered exactly where
+/// the rule's trigger can feed the field. Picking a type calls `onOutputTypeChange` and writes nothing
+/// itself.
+[[nodiscard]] FieldPlans outputFields(const Binding<RuleEntry>& rule, const RunBinding& run,
+                                      const Palette& palette,
+                                      const std::function<void(const MIDIRuleType&)>& onOutputTypeChange);
 
 }  // namespace quillo

@@ -3,9 +3,14 @@
 
 #include <string>
 
+#include "session/RuleHits.hpp"
 #include "session/WaitingOutput.hpp"
 
 namespace quillo {
+
+/// How often a rule fired and when last, as its card says it: "1,204 × · 2 s ago", "37 × · now", "never fired
+/// since load". What is less than a second ago is now; times are rounded down to the greatest unit.
+[[nodiscard]] std::string hitsText(const RuleHits& hits);
 
 /// How long a delayed output still waits, in at most six characters: "0.08 s", "12.3 s", "125 s", "45 min",
 /// "3 h", "12 d". Rounded down.
