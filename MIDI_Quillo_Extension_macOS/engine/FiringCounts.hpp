@@ -40,7 +40,7 @@ public:
 private:
     struct Cell {
         std::atomic<std::uint64_t> times{0};
-        std::atomic<SampleTime> last{0};
+        std::atomic<SampleTime> last;  ///< without meaning before the first
     };
 
     std::unique_ptr<Cell[]> cells_;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <random>
+#include <vector>
 
 #include "support/TestOutput.hpp"
 
@@ -79,6 +80,24 @@ TEST_F(OutputInOrderTest, TheHostsAnswerIsPassedOnAndNothingIsSentThen) {
     }
     messages.end();
     EXPECT_TRUE(host.sent.empty());
+}
+
+TEST_F(OutputInOrderTest, TheHostHearsOfWhatWaitsInBytesThatAreRoundedUpToEight) {
+    std::vector<std::size_t> waiting;
+    host.room = [&](std::span<const std::uint8_t>, const HostOutput::Waiting& before) {
+        waiting.push_back(before.bytes);
+        return Room::enough;
+    };
+    for (const std::size_t length : {1, 7, 8, 9, 16, 1}) {
+        EXPECT_EQ(messages.trySend(5, Bytes(length, 0xF0)), Room::enough);
+    }
+    EXPECT_EQ(waiting, (std::vector<std::size_t>{0, 8, 16, 24, 40, 56}));
+}
+
+TEST(MessageStore, IsEmptyAtFirst) {
+    MessageStore store;
+    EXPECT_EQ(store.size(), 0U);
+    EXPECT_TRUE(store.hasRoomFor(MessageStore::mostMessages, MessageStore::mostBytes));
 }
 
 TEST_F(OutputInOrderTest, TheStoreTakesNoMoreThanItSaysButWhatIsDueNeedsNone) {
