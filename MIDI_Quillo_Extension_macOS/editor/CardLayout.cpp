@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "editor/FieldView.hpp"
-#include "editor/HitsText.hpp"
 #include "editor/JuceText.hpp"
+#include "editor/LiveTexts.hpp"
 #include "editor/MySwitch.hpp"
 #include "editor/RuleButtons.hpp"
 #include "editor/Style.hpp"

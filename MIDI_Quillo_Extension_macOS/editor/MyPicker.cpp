@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/MyPickerImpl.hpp"
+#include "editor/MyPicker.hpp"
 
 #include <utility>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/OutputFields.hpp"
+#include "editor/CardFields.hpp"
 
 #include <string>
 #include <utility>

@@ -4,14 +4,13 @@
 #include <algorithm>
 #include <utility>
 
+#include "editor/CardFields.hpp"
 #include "editor/CardWords.hpp"
 #include "editor/Fonts.hpp"
-#include "editor/HitsText.hpp"
 #include "editor/JuceText.hpp"
-#include "editor/OutputFields.hpp"
+#include "editor/LiveTexts.hpp"
 #include "editor/RunEdit.hpp"
 #include "editor/Style.hpp"
-#include "editor/TriggerFields.hpp"
 #include "rules/MIDIVocabulary.hpp"
 #include "rules/TriggerChoices.hpp"
 

@@ -10,8 +10,8 @@
 #include "editor/Fonts.hpp"
 #include "editor/Icons.hpp"
 #include "editor/JuceText.hpp"
+#include "editor/LiveTexts.hpp"
 #include "editor/Style.hpp"
-#include "editor/WaitingText.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {

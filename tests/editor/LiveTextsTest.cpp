@@ -3,8 +3,7 @@
 
 #include <limits>
 
-#include "editor/HitsText.hpp"
-#include "editor/WaitingText.hpp"
+#include "editor/LiveTexts.hpp"
 
 namespace quillo {
 namespace {
