@@ -27,7 +27,7 @@ enum class EventKind : std::uint8_t {
     hostStop
 };
 
-/// An event that comes in a host, as far as a rule can tell it from others: no rule looks at velocities.
+/// An event in a host, as far as a rule can distinguish it from others: no rule looks at velocities.
 struct Event {
     EventKind kind = EventKind::noteOff;
     std::uint8_t channel = 0;  ///< zero-based; 0 where there is none

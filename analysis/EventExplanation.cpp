@@ -24,7 +24,7 @@ EventExplanation accountOfFirings(std::size_t ruleCount, EngineProbe::Outcome ou
     return explanation;
 }
 
-/// The account of a chain event: `failureOf(rule)` tells why a rule that was tried did not fire.
+/// The account of a chain event: `failureOf(rule)` says why a rule that was tried did not fire.
 template <class FailureOf>
 EventExplanation accountOfChain(const EngineProbe& probe, EngineProbe::Outcome outcome, FailureOf failureOf) {
     auto explanation = accountOfFirings(probe.rules().size(), std::move(outcome));

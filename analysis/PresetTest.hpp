@@ -20,7 +20,7 @@ public:
         : std::runtime_error("line " + std::to_string(line) + ": " + what) {}
 };
 
-/// What a preset is meant to do: events that come in, and all that shall leave.
+/// What a preset is meant to do: events that come in, and everything that is to leave.
 ///
 ///     # Each note has an echo of its own length.
 ///     on load → at 0 ms: b1 07 46
@@ -33,7 +33,7 @@ public:
 /// An event is what `parseAskedEvent` reads, what leaves is any bytes. "->" is an arrow too. A line that
 /// begins with an arrow goes on with what leaves. Lines that begin with "#" and empty ones mean nothing.
 struct PresetTest {
-    /// A message that shall leave.
+    /// A message that is expected to leave.
     struct Wanted {
         SampleTime time = 0;  ///< in milliseconds
         MIDIMessage message;

@@ -12,7 +12,7 @@ namespace quillo::bench {
 /// How many rules, or other things, there are in the rows of the table.
 using Counts = std::vector<std::size_t>;
 
-/// The events' channel value; the rules that shall match none are on channel values 0 to 7.
+/// The events' channel value; the rules that are to match none are on channel values 0 to 7.
 inline constexpr std::uint8_t eventChannel = 8;
 
 /// Note-on rules, each for one note on one channel, none of which matches an event on `eventChannel`.

@@ -77,7 +77,7 @@ void editEveryWay(Desk& desk, const UUID& id) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Desk desk;
     if (!importPreset("preset.json", [&] { return fuzz::Bytes(data, data + size); }, desk.editor)) {
-        require(desk.editor.alertErrorMessage().has_value(), "who imports in vain is told why");
+        require(desk.editor.alertErrorMessage().has_value(), "a failed import shows an alert");
         require(desk.editor.rules() == desk.list, "and keeps the rules");
         desk.requireShownRulesRun();
         return 0;

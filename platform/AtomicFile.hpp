@@ -49,7 +49,7 @@ inline constexpr std::uint64_t usualSizeLimit = 64UL * 1024 * 1024;
 /// Writes the file whole or not at all: whoever looks finds what was there before or all of `bytes`, and a
 /// failure leaves no trace. What is written outlasts a loss of power. A link is followed and stays a link; a
 /// file that is replaced keeps its mode and, where the process may give them away, its owner and group.
-/// Throws `FileError`, also when the file is there and shall be kept, and when `path` names something other
+/// Throws `FileError`, also when the file exists and is to be kept, and when `path` names something other
 /// than a regular file or leads nowhere.
 void writeWholeFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
                     Existing existing);

@@ -23,7 +23,7 @@ namespace quillo {
 /// first, and only then shuts out the render thread.
 ///
 /// Keep blocks short, and never enter a queue from inside one of its own blocks: a barrier that waits for the
-/// outer one keeps the inner one waiting for ever.
+/// outer one blocks the inner one for good.
 class DispatchQueue {
 public:
     explicit DispatchQueue(std::string label) : label_(std::move(label)) {}

@@ -14,7 +14,7 @@
 namespace quillo {
 
 /// Work that must run on the user-interface thread, in the order in which it was posted. The thread that makes
-/// the queue is the main thread, unless the queue is told how to know it. With a window, whoever owns the window's
+/// the queue is the main thread, unless the queue is given a way to recognise it. With a window, whoever owns the window's
 /// message loop calls `drain` from it whenever `wake` asks for it; a program without a window drains the queue
 /// itself.
 class MainQueue {
@@ -22,7 +22,7 @@ public:
     MainQueue()
         : MainQueue([maker = std::this_thread::get_id()] { return std::this_thread::get_id() == maker; }) {}
 
-    /// `isMainThread` tells whether the caller is the main thread: for a platform that has such a thread and may
+    /// `isMainThread` says whether the caller is the main thread: for a platform that has such a thread and may
     /// make the queue on any other.
     explicit MainQueue(std::function<bool()> isMainThread) : isMainThread_(std::move(isMainThread)) {}
 

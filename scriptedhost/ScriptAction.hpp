@@ -14,7 +14,7 @@
 #include "platform/OSStatus.hpp"
 #include "rules/Rule.hpp"
 
-/// What a line of a script tells the host to do.
+/// What a line of a script has the host do.
 namespace quillo::script {
 
 /// Drops the unit and makes a new one.

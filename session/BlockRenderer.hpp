@@ -141,7 +141,7 @@ private:
     RefusedMessages refused_;
     RenderRequests requests_;
     OwedMessages owed_;
-    std::optional<PanicResult> panic_;  ///< until all that it owes has left
+    std::optional<PanicResult> panic_;  ///< until everything that it has to send has left
     WaitingSnapshot snapshot_;
     std::atomic<std::size_t> waitingOutputs_{0};
     std::atomic<SampleTime> reached_{0};

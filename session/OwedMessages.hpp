@@ -30,8 +30,8 @@ public:
     /// The message that is to go out next; nothing when nothing is owed. It is owed until `settle`.
     [[nodiscard]] std::optional<Message> next() QUILLO_REALTIME;
 
-    /// This message has gone out: what it ends is owed no more, and neither is the end of a note that it
-    /// begins anew, for the note-off that is to come ends both.
+    /// This message has gone out: what it ends is no longer owed, and neither is the end of a note that it
+    /// begins again, for the note-off that is to come ends both.
     void settle(std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
 
 private:

@@ -10,7 +10,7 @@
 
 namespace quillo {
 
-/// What the user is to be told, until the editor can show it: one alert after the other, and the same words
+/// Alerts for the user, until the editor can show them: one alert after the other, and the same words
 /// once, with how often they came. However much there is to tell while no editor is open, it takes little
 /// memory. [any but render]
 class PendingAlerts {

@@ -20,7 +20,7 @@
 namespace quillo {
 
 /// The editor's observable state: the rules as they are edited and how often they have fired, the two event
-/// logs, what waits to be sent, and what went wrong. Each change of a part tells those who observe it, once a
+/// logs, what waits to be sent, and what went wrong. Each change of a part notifies those who observe it, once a
 /// change. [main] only.
 class QuilloModel {
 public:
@@ -83,9 +83,9 @@ public:
 
     [[nodiscard]] const Log& inLog() const { return inLog_; }
     [[nodiscard]] const Log& outLog() const { return outLog_; }
-    /// How many entries the In log was ever given: by it the new ones are told.
+    /// How many entries the In log was ever given: what is new is counted by it.
     [[nodiscard]] std::uint64_t inLogCount() const { return inLogCount_; }
-    /// Appends in order and tells once; nothing happens for no entries.
+    /// Appends in order and notifies once; nothing happens for no entries.
     void appendToInLog(const std::vector<EventLogEntry>& entries);
     void appendToOutLog(const std::vector<EventLogEntry>& entries);
     void clearInLog();

@@ -278,7 +278,7 @@ void Session::tellRefusals() {
     }
 }
 
-/// A cycle that failed for good would fail again and again: its error is told once.
+/// A cycle that failed for good would fail again and again: its error is reported once.
 void Session::tellFatalError() {
     if (fatalErrorTold_) {
         return;

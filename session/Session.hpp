@@ -39,7 +39,7 @@ public:
     [[nodiscard]] static bool isSampleRate(double rate);
 
     /// The rate of the frames from now on, rounded down; an invalid one is rejected. Rules that are there
-    /// already get their delays anew when it is another one than theirs, so that they stay right in
+    /// already get their delays again when it is another one than theirs, so that they stay right in
     /// milliseconds. Nothing on success.
     [[nodiscard]] std::optional<std::string> setSampleRate(double rate);
 
@@ -48,7 +48,7 @@ public:
     [[nodiscard]] std::vector<std::uint8_t> save();
 
     /// [any but render] Puts a state document in the place of the rules. Nothing on success. A document that
-    /// cannot be read or compiled leaves the rules that were there, and the editor's user is told why.
+    /// cannot be read or compiled leaves the rules that were there, and the editor shows why.
     [[nodiscard]] std::optional<std::string> restore(std::span<const std::uint8_t> document);
 
     /// [any but render] The same with rules that have been read. Throws the `FatalError` of those that cannot
@@ -75,7 +75,7 @@ public:
     /// `callback` runs after each edit: the host's project has changed.
     void setOnEdit(std::function<void()> callback) { onEdit_ = std::move(callback); }
 
-    /// What the user was told, or is to be told, is true no more.
+    /// What the user was alerted to, or is to be, is no longer true.
     void takeBack(const std::string& message);
 
     [[nodiscard]] RuleProcessor& processor() { return processor_; }
@@ -85,7 +85,7 @@ public:
     LogCallback logOutput;  ///< every message that the host has taken
 
 private:
-    /// Different refusals that the user is told of: more say nothing new.
+    /// So many different refusals are reported to the user: more say nothing new.
     static constexpr std::size_t mostRefusals = 100;
 
     [[nodiscard]] std::optional<std::string> whyNotInstalled(std::span<const std::uint8_t> document);

@@ -12,7 +12,7 @@ namespace quillo {
 /// asks for keys; everything else that is typed is the host's, such as the space bar that starts its
 /// transport.
 ///
-/// JUCE takes the keyboard at every click, and cannot be told not to: so it is given back afterwards. A
+/// JUCE takes the keyboard at every click, and cannot be kept from it: so it is given back afterwards. A
 /// window under the mouse gets keys even then, in hosts whose own window has the keyboard: those that the
 /// editor has no use for are handed on.
 ///

@@ -27,7 +27,7 @@ public:
     /// alert, as by `attempt`.
     void drain();
 
-    /// Runs `operation` and lets no exception out: the user is told of it.
+    /// Runs `operation` and lets no exception out: the user sees it as an alert.
     void attempt(const std::function<void()>& operation);
 
 private:

@@ -23,7 +23,7 @@ class FieldSection : public juce::Component {
 public:
     explicit FieldSection(const juce::String& title);
 
-    /// Makes the fields anew.
+    /// Makes all fields again.
     void setFields(const FieldPlans& plans);
     /// The values may have changed; the fields are the same.
     void refresh();

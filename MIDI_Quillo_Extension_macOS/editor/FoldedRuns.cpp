@@ -59,7 +59,7 @@ void FoldedRuns::arrive(const RuleList& rules) {
     }
 }
 
-/// What is known of a rule is worked out anew only where the two lists differ.
+/// What is known of a rule is worked out again only where the two lists differ.
 void FoldedRuns::follow(const RuleList& before, const RuleList& after) {
     const auto prefix = std::ranges::mismatch(before, after).in2 - after.begin();
     const auto shorter = std::min(std::ssize(before), std::ssize(after)) - prefix;

@@ -19,7 +19,7 @@ namespace {
 constexpr int panelWidth = 330;
 constexpr int panelPadding = 8;
 constexpr int titleHeight = 20;
-/// For so many rows there shall be room where the panel opens.
+/// The panel opens where there is room for so many rows.
 constexpr int rowsToExpect = 4;
 constexpr int remarkGap = 10;
 

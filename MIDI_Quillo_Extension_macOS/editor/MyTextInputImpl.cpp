@@ -36,7 +36,7 @@ int stepsOf(const juce::KeyPress& key) {
     return 0;
 }
 
-/// The character that a key types, or 0. Some systems tell one for the delete key, too.
+/// The character that a key types, or 0. Some systems report one for the delete key, too.
 juce::juce_wchar characterOf(const juce::KeyPress& key) {
     constexpr juce::juce_wchar deleteCharacter = 0x7F;
     const auto character = key.getTextCharacter();

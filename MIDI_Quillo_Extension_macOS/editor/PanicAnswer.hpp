@@ -27,7 +27,7 @@ public:
 
     PanicAnswer(bool notesEnd, Actions actions);
 
-    /// Appears with these words, or says them anew.
+    /// Appears with these words, or announces them again.
     void show(const juce::String& words);
     [[nodiscard]] const juce::String& words() const { return words_; }
     /// Lets so many seconds pass.

@@ -29,7 +29,7 @@
 
 namespace quillo {
 
-/// What a rule card reads and what it tells its owner.
+/// What a rule card reads, and what it reports to its owner.
 struct RuleViewActions {
     std::function<void(TriggerEntryType)> onTriggerTypeChange;
     std::function<void(const MIDIRuleType&)> onOutputTypeChange;

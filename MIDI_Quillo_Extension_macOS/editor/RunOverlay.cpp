@@ -70,7 +70,7 @@ void RunOverlay::refresh() {
     repaint();
 }
 
-/// Texts tell of a change a moment later.
+/// Text fields report a change a moment later.
 void RunOverlay::confirm() {
     refresh();
     if (const auto change = outcome_.set) {

@@ -44,7 +44,7 @@ struct ReadDocument {
     std::size_t migratedRules = 0;  ///< how many of a bare array's rules were in the oldest form
 };
 
-/// `PluginData::read` for a program that also tells its user about the document.
+/// `PluginData::read` for a program that also describes the document to its user.
 [[nodiscard]] ReadDocument readDocument(std::span<const std::uint8_t> document);
 
 }  // namespace quillo

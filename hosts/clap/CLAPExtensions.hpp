@@ -14,7 +14,7 @@ namespace quillo {
 [[nodiscard]] const clap_plugin_timer_support_t& clapTimerSupport();
 
 /// The state is the state document, byte for byte what a preset file holds. What cannot be read leaves the rules
-/// as they are, and the editor's user is told why.
+/// as they are, and the editor shows why.
 [[nodiscard]] const clap_plugin_state_t& clapState();
 
 /// More than this is no state document, but a stream that never ends. In bytes.

@@ -20,7 +20,7 @@ struct CLAPInstance {
     /// Has the host process again when there is something to do that it cannot know of.
     void wake();
 
-    /// Does what there is to do, now that the host has come round to it.
+    /// Does what there is to do, now that the host has called.
     void idle();
 
     CLAPHost host;

@@ -50,8 +50,8 @@ void CLAPTransport::report(std::uint32_t offset, const clap_event_transport_t& e
     last_ = reported;
 }
 
-/// A position that could not be foretold, or of another timeline than the last one's, tells nothing of a
-/// jump.
+/// A position that could not be predicted, or that is on another timeline than the last one, does not show
+/// a jump.
 void CLAPTransport::report(std::uint32_t offset, const Report& reported, Timeline timeline,
                            const Position& position) QUILLO_REALTIME {
     const auto speed = position.speed.value_or(0.0);

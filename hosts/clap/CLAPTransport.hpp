@@ -39,7 +39,7 @@ private:
 
     struct Position {
         double steps = 0.0;
-        std::optional<double> speed;  ///< in steps a frame; none when it cannot be foretold
+        std::optional<double> speed;  ///< in steps a frame; nothing when it cannot be predicted
     };
 
     struct Report {

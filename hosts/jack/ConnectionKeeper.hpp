@@ -24,7 +24,7 @@ public:
     /// again when they appear, each once, and so are those that still have not appeared since it went before.
     void remember(std::vector<std::string> sources, std::vector<std::string> targets);
 
-    /// Whether a port that has appeared shall be connected: to the client's input if it gives MIDI, to its
+    /// Whether a port that has appeared is to be connected: to the client's input if it gives MIDI, to its
     /// output if it takes MIDI.
     [[nodiscard]] bool takes(const PortDescription& port);
 

@@ -17,7 +17,7 @@ using RunJack = int (*)(const JackOptions& options, const Console& console);
 [[nodiscard]] int runWithoutWindow(const JackOptions& options, const Console& console);
 
 /// The program: reads the words, answers what needs no server, and else runs. `runWithWindow` is null in a
-/// program that was built without one. Whatever goes wrong is told on the console's error stream; nothing is
+/// program that was built without one. Errors are written to the console's error stream; nothing is
 /// thrown.
 [[nodiscard]] int runJackProgram(std::span<const std::string> words, const Console& console,
                                  RunJack runWithWindow);

@@ -75,7 +75,7 @@ void ProcessCycle::runLast(std::uint32_t frames, HostOutput& output) QUILLO_REAL
     finishedCycles_ = renderer_.isOwing() ? 0 : finishedCycles_ + 1;
 }
 
-/// A server that relocates its rolling transport lets it start anew from there. That is no stop: nothing
+/// A server that relocates its rolling transport lets it start again from there. That is no stop: nothing
 /// changes until it rolls again, and then it has jumped.
 void ProcessCycle::reportTransport(const ServerTransport& transport) QUILLO_REALTIME {
     if (wentOnWithTheClock(last_, transport)) {

@@ -8,7 +8,7 @@
 
 namespace quillo {
 
-/// What the program tells its user while it runs. [main]
+/// The messages of the program to its user while it runs. [main]
 class UserMessages {
 public:
     UserMessages(std::ostream& err, Session& session) : err_(err), session_(session) {}

@@ -32,8 +32,8 @@ private:
     std::span<const std::uint8_t> left_;
 };
 
-/// What an object of the type `time:Position` tells: hosts leave out what they do not know, or what has not
-/// changed. Numbers of any of the four types are taken; one that is not finite is not told.
+/// What an object of the type `time:Position` reports: hosts leave out what they do not know, or what has not
+/// changed. Numbers of any of the four types are taken; one that is not finite is ignored.
 struct LV2Position {
     std::optional<double> speed;  ///< 0 when the transport stands still
     std::optional<double> frame;  ///< below zero before the beginning

@@ -19,7 +19,7 @@ class LV2AudioPorts {
 public:
     static constexpr std::size_t channels = 2;
 
-    /// A port by its number among the audio ports. One that there is not is left alone.
+    /// A port by its number among the audio ports. Unknown numbers are ignored.
     void connect(std::uint32_t port, float* samples) QUILLO_REALTIME;
 
     /// Copies so many frames; an output whose input is not connected gets silence.
@@ -47,11 +47,11 @@ public:
         return static_cast<LV2Instance*>(static_cast<LV2InstanceAccess*>(handle));
     }
 
-    /// [render] Null takes the port away. A port that there is not is left alone.
+    /// [render] Null takes the port away. Unknown ports are ignored.
     void connect(std::uint32_t port, void* data) QUILLO_REALTIME;
 
     /// [main] What waits to be sent still does after the plug-in was inactive, and the on-load rules do not
-    /// fire anew.
+    /// fire again.
     void activate();
     /// The notes that sound end when the next block comes: a host takes nothing before.
     void deactivate();

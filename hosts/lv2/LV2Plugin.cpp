@@ -116,7 +116,7 @@ void run(LV2_Handle handle, std::uint32_t frames) QUILLO_REALTIME {
     }
 }
 
-/// Neither operation can tell its host of a failure.
+/// Neither operation can report a failure to its host.
 template <void (LV2Instance::*Operation)()>
 void call(LV2_Handle handle) noexcept try {
     if (auto* instance = LV2Instance::of(handle)) {

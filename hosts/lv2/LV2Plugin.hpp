@@ -16,9 +16,9 @@ namespace quillo {
 /// The state is one property, the state document: byte for byte what a preset file holds. It is an
 /// `atom:Chunk`, which projects keep as base64: of the strings that a document may hold, some do not survive
 /// in them. Projects saved before hold an `atom:String`, which is restored too; the zero byte that ends it is
-/// no part of the document. What cannot be read leaves the rules as they are, and the editor's user is told why.
+/// no part of the document. What cannot be read leaves the rules as they are, and the editor shows why.
 /// A host that has no such property has nothing to restore: it is answered `LV2_STATE_ERR_NO_PROPERTY`, and
-/// nobody is told. Rules may be restored while the audio thread runs, from any thread.
+/// no alert is shown. Rules may be restored while the audio thread runs, from any thread.
 [[nodiscard]] const LV2_Descriptor* lv2DescriptorOf(std::uint32_t index) noexcept;
 
 }  // namespace quillo

@@ -48,18 +48,18 @@ void LV2Renderer::take(const LV2Event& event) QUILLO_REALTIME {
 }
 
 /// Where a speed is reported without a frame, and is another one than the position moves on with, the next
-/// frame is one that could not be foretold.
+/// frame cannot be predicted.
 void LV2Renderer::takePosition(std::uint32_t offset, std::span<const std::uint8_t> body) QUILLO_REALTIME {
-    const auto told = LV2Position::from(body, ids_);
-    if (!told || (!told->speed && !told->frame)) {
+    const auto reported = LV2Position::from(body, ids_);
+    if (!reported || (!reported->speed && !reported->frame)) {
         return;
     }
-    speed_ = told->speed.value_or(speed_);
+    speed_ = reported->speed.value_or(speed_);
     const bool moves = speed_ != 0.0;
     const HostTransport::State state{.isMoving = moves};
-    if (told->frame) {
+    if (reported->frame) {
         pace_ = moves ? speed_ : 1.0;
-        renderer_.reportTransport(offset, state, *told->frame, pace_);
+        renderer_.reportTransport(offset, state, *reported->frame, pace_);
         return;
     }
     renderer_.reportTransport(offset, state);

@@ -27,7 +27,7 @@ public:
     /// [main] Both must outlive it.
     LV2Renderer(BlockRenderer& renderer, const LV2URIDs& ids);
 
-    /// [any] The host will be told, once, that the state has changed: in the first block with room for it.
+    /// [any] Notifies the host, once, that the state has changed: in the first block with room for it.
     void announceEdit() QUILLO_REALTIME { edited_ = true; }
 
     /// The blocks that follow need not join those before.

@@ -30,7 +30,7 @@ Data* find(const LV2_Feature* const* features, std::string_view name) {
     return nullptr;
 }
 
-/// How many pixels a point shall have, by the host's options; 1 when they do not say, or say nonsense.
+/// How many pixels a point has, by the host's options; 1 when they do not say, or are invalid.
 double scaleOf(const LV2_Options_Option* option, const LV2_URID_Map* map) {
     constexpr float greatest = 16.0F;
     if (map == nullptr || map->map == nullptr) {

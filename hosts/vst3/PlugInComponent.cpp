@@ -86,7 +86,7 @@ uint32 PlugInComponent::release() {
     return left;
 }
 
-/// The wrapper reads the chunk anew, and believes what a stream says of its length: so it is given a stream
+/// The wrapper reads the chunk again, and believes what a stream says of its length: so it is given a stream
 /// of exactly what was checked.
 tresult PlugInComponent::setState(IBStream* state) try {
     if (state == nullptr) {

@@ -26,7 +26,7 @@ public:
     Steinberg::uint32 PLUGIN_API addRef() override;
     Steinberg::uint32 PLUGIN_API release() override;
 
-    /// `kResultFalse` when no rules were restored: those that were there stay, and the user is told, unless
+    /// `kResultFalse` when no rules were restored: the rules stay as they were, and the editor shows why, unless
     /// the host has kept nothing at all.
     Steinberg::tresult PLUGIN_API setState(Steinberg::IBStream* state) override;
     /// `kResultFalse` when the rules could not be written.

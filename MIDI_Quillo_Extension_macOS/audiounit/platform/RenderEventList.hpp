@@ -11,7 +11,7 @@
 
 namespace quillo {
 
-/// A host's side of the linked event list: events are pushed in the order in which the unit shall see them.
+/// A host's side of the linked event list: events are pushed in the order in which the unit is to see them.
 /// Storage is made once; `clear` and the pushes may run on the render thread.
 ///
 ///     RenderEventList events(1024);
