@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -24,7 +25,7 @@ struct SentMessage {
         return kind == StatusV2::CC && data1 == controller;
     }
 
-    auto operator<=>(const SentMessage&) const = default;
+    std::strong_ordering operator<=>(const SentMessage&) const = default;
 };
 
 /// What an output sends, in order. Empty for system exclusive, and for what is no complete message.
