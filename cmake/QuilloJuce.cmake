@@ -10,11 +10,12 @@ if(QUILLO_WITHOUT_LIBRARIES OR QUILLO_SANITIZE MATCHES "thread|realtime")
     return()
 endif()
 find_package(JUCE CONFIG QUIET)
+# JUCE 7, which Debian has, does not compile against the SDKs of macOS 15 and later.
 if(NOT JUCE_FOUND AND APPLE)
     include(FetchContent)
     FetchContent_Declare(JUCE
         GIT_REPOSITORY https://github.com/juce-framework/JUCE.git
-        GIT_TAG 7.0.5
+        GIT_TAG 8.0.12
         GIT_SHALLOW ON)
     FetchContent_MakeAvailable(JUCE)
     set(JUCE_FOUND ON)
@@ -50,6 +51,10 @@ target_include_directories(quillo-juce SYSTEM INTERFACE
     $<TARGET_PROPERTY:quillo-juce,INCLUDE_DIRECTORIES>)
 target_compile_options(quillo-juce PRIVATE -w)
 
+# The modules for plug-ins are for VST3, which is not built on a Mac.
+if(APPLE)
+    return()
+endif()
 set(quillo_audio_modules juce_audio_basics juce_audio_processors juce_gui_extra)
 add_library(quillo-juce-audio STATIC)
 foreach(module IN LISTS quillo_audio_modules)

@@ -154,7 +154,7 @@ mac_compiles() {
 }
 
 mac_project_configures() {
-    local tree status=0
+    local tree status=0 strangers
     tree=$(mktemp -d)
     cmake -S . -B "$tree" -G Ninja --toolchain tests/hosts/auv3/TakenForAMac.cmake --log-level=WARNING \
         -DCMAKE_OSX_DEPLOYMENT_TARGET=12.0 -DQUILLO_BUILD_TESTS=OFF >/dev/null || status=1
@@ -162,7 +162,26 @@ mac_project_configures() {
         echo "the app or its extension is not in the project"
         status=1
     fi
+    if strangers=$(ninja -C "$tree" -t targets all | grep -E '^(midi-quillo-|quillo-)?(jack|lv2|clap|vst3|window|shots|desk)') ; then
+        printf 'The project for macOS has what is for Linux:\n%s\n' "$strangers"
+        status=1
+    fi
+    defaults_documented "$tree/CMakeCache.txt" || status=1
     rm -rf "$tree"
+    return "$status"
+}
+
+# defaults_documented CACHE: whether the page about macOS names each variable's default as it is.
+defaults_documented() {
+    local name default status=0
+    while IFS='|' read -r _ name default _; do
+        name=${name//[\` ]/}
+        default=$(sed 's/^ *`\(.*\)` *$/\1/' <<<"$default")
+        if ! grep -qx "$name:[A-Z]*=$default" "$1"; then
+            echo "docs/macos.md says that $name is \"$default\""
+            status=1
+        fi
+    done < <(grep '^| `QUILLO_' docs/macos.md)
     return "$status"
 }
 
