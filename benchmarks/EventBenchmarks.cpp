@@ -62,9 +62,9 @@ public:
 
     /// What is left of `process` when nobody asks for rules.
     void forward() {
-        const auto& output = unit_->MIDIOutputEventBlock;
+        const auto output = unit_->MIDIOutputEventBlock.use();
         events_.forEach([&](const AUMIDIEvent& event) {
-            output(event.eventSampleTime, event.cable, {event.data.data(), event.length});
+            (*output.get())(event.eventSampleTime, event.cable, {event.data.data(), event.length});
         });
     }
 

@@ -189,7 +189,7 @@ void ScriptedHost::perform(const script::Send& action) {
 }
 
 void ScriptedHost::perform(const script::Transport& action) {
-    unit_->transportStateBlock = {};
+    unit_->transportStateBlock = AUHostTransportStateBlock();
     if (action.state) {
         unit_->transportStateBlock = [state = *action.state](AUHostTransportStateFlags* flags,
                                                              double* position, double*,
@@ -209,7 +209,7 @@ void ScriptedHost::perform(const script::Output& action) {
     if (action.present) {
         offerOutput();
     } else {
-        unit_->MIDIOutputEventBlock = {};
+        unit_->MIDIOutputEventBlock = AUMIDIOutputEventBlock();
     }
     write(out_, {{"output", action.present}});
 }

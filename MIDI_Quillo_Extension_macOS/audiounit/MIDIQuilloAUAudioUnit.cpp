@@ -108,7 +108,12 @@ std::optional<NSError> MIDIQuilloAUAudioUnit::allocateRenderResources() {
     if (auto error = AUAudioUnit::allocateRenderResources()) {
         return error;
     }
-    processor->sampleRate = integralSampleRate(outputBusses()[0].format().sampleRate);
+    try {
+        processor->sampleRate = integralSampleRate(outputBusses()[0].format().sampleRate);
+    } catch (const FatalError&) {
+        deallocateRenderResources();
+        throw;
+    }
     return std::nullopt;
 }
 

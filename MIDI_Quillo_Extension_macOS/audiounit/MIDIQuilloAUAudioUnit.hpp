@@ -47,7 +47,7 @@ public:
 
     /// Fails with `kAudioUnitErr_FailedInitialization` when the busses differ in channels. Then hands the
     /// output bus's sample rate, truncated, to the processor, for rules that are installed from now on; a
-    /// rate that does not fit an unsigned 64-bit integer is a fatal error.
+    /// rate that does not fit an unsigned 64-bit integer is a fatal error, and nothing is allocated then.
     [[nodiscard]] std::optional<NSError> allocateRenderResources() override;
 
     /// Holds the unit weakly: it may outlive it, and then returns `noErr`. During a cycle the unit stays even
@@ -95,7 +95,7 @@ private:
     OSStatus renderTransport(const OutputFunction& output, SampleTime first, SampleTime end) QUILLO_REALTIME;
     OSStatus renderEvents(const OutputFunction& output, const AURenderEvent* events,
                           SampleTime end) QUILLO_REALTIME;
-    OSStatus sendMessages(SampleTime sampleTime, std::uint8_t cable,
+    OSStatus sendMessages(const AUMIDIOutputEventBlock* host, SampleTime sampleTime, std::uint8_t cable,
                           std::span<const MIDIMessage> messages) QUILLO_REALTIME;
 
     mutable std::mutex installing_;  ///< of rules with their shelf

@@ -87,8 +87,11 @@ OSStatus MIDIQuilloAUAudioUnit::renderCycle(const AudioTimeStamp& timestamp, AUA
     if (!tryAdd(*first, frameCount, end)) {
         return processor->fatalErrors.set("the cycle ends beyond the render timeline");
     }
-    auto send = [this](SampleTime time, std::uint8_t cable, std::span<const MIDIMessage> messages)
-                    QUILLO_REALTIME { return sendMessages(time, cable, messages); };
+    const auto host = MIDIOutputEventBlock.use();
+    auto send = [&](SampleTime time, std::uint8_t cable, std::span<const MIDIMessage> messages)
+                    QUILLO_REALTIME {
+        return sendMessages(host.get(), time, cable, messages);
+    };
     const OutputFunction output(send);
 
     if (const auto status = Cycle(*processor, output, *first, end).status(); status != noErr) {
@@ -102,12 +105,13 @@ OSStatus MIDIQuilloAUAudioUnit::renderCycle(const AudioTimeStamp& timestamp, AUA
 
 OSStatus MIDIQuilloAUAudioUnit::renderTransport(const OutputFunction& output, SampleTime first,
                                                 SampleTime end) QUILLO_REALTIME {
-    if (!transportStateBlock) {
+    const auto transport = transportStateBlock.use();
+    if (transport.get() == nullptr) {
         return noErr;
     }
     AUHostTransportStateFlags flags = 0;
     double position = 0.0;
-    transportStateBlock(&flags, &position, nullptr, nullptr);
+    (*transport.get())(&flags, &position, nullptr, nullptr);
     // Any bit counts as a change: the trigger follows from the new flags, not from which bit changed.
     if (std::exchange(previousTransportState_, flags) == flags) {
         return noErr;
@@ -138,13 +142,14 @@ OSStatus MIDIQuilloAUAudioUnit::renderEvents(const OutputFunction& output, const
     return noErr;
 }
 
-OSStatus MIDIQuilloAUAudioUnit::sendMessages(SampleTime sampleTime, std::uint8_t cable,
+OSStatus MIDIQuilloAUAudioUnit::sendMessages(const AUMIDIOutputEventBlock* host, SampleTime sampleTime,
+                                             std::uint8_t cable,
                                              std::span<const MIDIMessage> messages) QUILLO_REALTIME {
-    if (!MIDIOutputEventBlock) {
+    if (host == nullptr) {
         return noErr;
     }
     for (const auto& message : messages) {
-        const auto status = MIDIOutputEventBlock(sampleTime, cable, message.bytes());
+        const auto status = (*host)(sampleTime, cable, message.bytes());
         if (status != noErr) {
             return status;
         }

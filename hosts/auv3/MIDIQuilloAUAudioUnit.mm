@@ -99,17 +99,30 @@ NSError* errorOf(const quillo::Failure& failure) {
     return names;
 }
 
+- (void)setTransportStateBlock:(AUHostTransportStateBlock)block {
+    [super setTransportStateBlock:block];
+    [self takeHostBlocks];
+}
+
+- (void)setMIDIOutputEventBlock:(AUMIDIOutputEventBlock)block {
+    [super setMIDIOutputEventBlock:block];
+    [self takeHostBlocks];
+}
+
+- (void)takeHostBlocks {
+    _bridge.takeHostBlocks([self] {
+        return quillo::HostBlocks{
+            quillo::transportStateBlock<AUHostTransportStateFlags>(self.transportStateBlock),
+            quillo::midiOutputEventBlock(self.MIDIOutputEventBlock)};
+    });
+}
+
 - (BOOL)allocateRenderResourcesAndReturnError:(NSError**)outError {
-    const auto failure = _bridge.allocateRenderResources(
-        formatOf(_inputBusses), formatOf(_outputBusses), self.maximumFramesToRender, [self] {
-            return quillo::HostBlocks{
-                quillo::transportStateBlock<AUHostTransportStateFlags>(self.transportStateBlock),
-                quillo::midiOutputEventBlock(self.MIDIOutputEventBlock)};
-        });
-    if (failure && outError != nullptr) {
-        *outError = errorOf(*failure);
-    }
+    [self takeHostBlocks];
+    const auto failure = _bridge.allocateRenderResources(formatOf(_inputBusses), formatOf(_outputBusses),
+                                                         self.maximumFramesToRender);
     if (failure) {
+        [self failToAllocate:*failure error:outError];
         return NO;
     }
     if (![super allocateRenderResourcesAndReturnError:outError]) {
@@ -119,17 +132,29 @@ NSError* errorOf(const quillo::Failure& failure) {
     return YES;
 }
 
+/// Where render resources were allocated before, the platform's go as well.
+- (void)failToAllocate:(const quillo::Failure&)failure error:(NSError**)outError {
+    if (self.renderResourcesAllocated) {
+        [super deallocateRenderResources];
+    }
+    if (outError != nullptr) {
+        *outError = errorOf(failure);
+    }
+}
+
 - (void)deallocateRenderResources {
     [super deallocateRenderResources];
     _bridge.deallocateRenderResources();
 }
 
+/// Audio does not pass: the output buffers stay as the host gives them, null or not, and the host's block for
+/// input is neither called nor, which an unoptimised build would do with an argument, retained.
 - (AUInternalRenderBlock)internalRenderBlock {
     const auto cycle = _bridge.renderCycle();
     return ^AUAudioUnitStatus(AudioUnitRenderActionFlags* /*actionFlags*/, const AudioTimeStamp* timestamp,
                               AUAudioFrameCount frameCount, NSInteger /*outputBusNumber*/,
                               AudioBufferList* /*outputData*/, const AURenderEvent* realtimeEventListHead,
-                              AURenderPullInputBlock /*pullInputBlock*/) QUILLO_REALTIME {
+                              AURenderPullInputBlock __unsafe_unretained /*pullInputBlock*/) QUILLO_REALTIME {
         return cycle->render(timestamp->mSampleTime, frameCount, realtimeEventListHead);
     };
 }

@@ -30,31 +30,40 @@ void writePreset(NSURL* url, std::span<const std::uint8_t> bytes) {
     }
 }
 
+void show(NSSavePanel* panel, void* view, void (^answered)(NSModalResponse response)) {
+    NSWindow* window = ((__bridge NSView*)view).window;
+    if (window == nil) {
+        [panel beginWithCompletionHandler:answered];
+    } else {
+        [panel beginSheetModalForWindow:window completionHandler:answered];
+    }
+}
+
 }  // namespace
 
-void choosePresetToRead(PresetToRead chosen) {
+void choosePresetToRead(void* view, PresetToRead chosen) {
     const auto kept = std::move(chosen);
     NSOpenPanel* panel = [NSOpenPanel openPanel];
     panel.allowedContentTypes = @[ UTTypeJSON ];
-    [panel beginWithCompletionHandler:^(NSModalResponse response) {
+    show(panel, view, ^(NSModalResponse response) {
         if (response == NSModalResponseOK) {
             NSURL* url = panel.URL;
             kept(url.lastPathComponent.UTF8String, [url] { return readPreset(url); });
         }
-    }];
+    });
 }
 
-void choosePresetToWrite(const std::string& suggestedName, PresetToWrite chosen) {
+void choosePresetToWrite(void* view, const std::string& suggestedName, PresetToWrite chosen) {
     const auto kept = std::move(chosen);
     NSSavePanel* panel = [NSSavePanel savePanel];
     panel.allowedContentTypes = @[ UTTypeJSON ];
     panel.nameFieldStringValue = @(suggestedName.c_str());
-    [panel beginWithCompletionHandler:^(NSModalResponse response) {
+    show(panel, view, ^(NSModalResponse response) {
         if (response == NSModalResponseOK) {
             NSURL* url = panel.URL;
             kept([url](std::span<const std::uint8_t> bytes) { writePreset(url, bytes); });
         }
-    }];
+    });
 }
 
 }  // namespace quillo

@@ -13,7 +13,8 @@ namespace {
 
 class QuilloNativeEditor final : public NativeEditor {
 public:
-    QuilloNativeEditor(AudioUnitViewController& controller, void* parentView) : shell_(controller) {
+    QuilloNativeEditor(AudioUnitViewController& controller, void* parentView)
+        : parentView_(parentView), shell_(controller) {
         view_.setFilePanels({[this] { importPreset(); }, [this] { exportPreset(); }});
         view_.addToDesktop(0, parentView);
         view_.setVisible(true);
@@ -26,22 +27,24 @@ private:
     using View = juce::Component::SafePointer<QuilloView>;
 
     void importPreset() {
-        choosePresetToRead([view = View(&view_)](const std::string& name, const std::function<Data()>& read) {
-            if (view != nullptr) {
-                static_cast<void>(attempt([&] { quillo::importPreset(name, read, view->editor()); }));
-            }
-        });
+        choosePresetToRead(
+            parentView_, [view = View(&view_)](const std::string& name, const std::function<Data()>& read) {
+                if (view != nullptr) {
+                    static_cast<void>(attempt([&] { quillo::importPreset(name, read, view->editor()); }));
+                }
+            });
     }
 
     void exportPreset() {
         const auto name = std::string(defaultPresetName) + presetFileExtension;
-        choosePresetToWrite(name, [view = View(&view_)](const auto& write) {
+        choosePresetToWrite(parentView_, name, [view = View(&view_)](const auto& write) {
             if (view != nullptr) {
                 static_cast<void>(attempt([&] { quillo::exportPreset(write, view->editor()); }));
             }
         });
     }
 
+    void* parentView_;
     juce::ScopedJuceInitialiser_GUI juce_;
     EditorShell shell_;
     QuilloView& view_ = shell_.view();

@@ -55,14 +55,21 @@ bool UnitBridge::succeeds(const char* notDone, const std::optional<Failure>& fai
     return !failure;
 }
 
-std::optional<Failure> UnitBridge::allocateRenderResources(
-    const AVAudioFormat& input, const AVAudioFormat& output, AUAudioFrameCount maximumFrames,
-    const std::function<HostBlocks()>& hostBlocks) noexcept {
+void UnitBridge::takeHostBlocks(const std::function<HostBlocks()>& offered) noexcept {
+    succeeds("MIDI Quillo cannot use what the host offers.", attempt([&] {
+                 auto blocks = offered();
+                 unit_->transportStateBlock = std::move(blocks.transportState);
+                 unit_->MIDIOutputEventBlock = std::move(blocks.midiOutputEvent);
+             }));
+}
+
+std::optional<Failure> UnitBridge::allocateRenderResources(const AVAudioFormat& input,
+                                                           const AVAudioFormat& output,
+                                                           AUAudioFrameCount maximumFrames) noexcept {
     sampleRateBefore_ = unit_->processor->sampleRate;
     unit_->maximumFramesToRender = maximumFrames;
     std::optional<Failure> failure;
     auto thrown = attempt([&] {
-        takeHostBlocks(hostBlocks());
         failure = setFormat(unit_->inputBusses()[0], input);
         failure = failure ? failure : setFormat(unit_->outputBusses()[0], output);
         failure = failure ? failure : failureOf(unit_->allocateRenderResources());
@@ -79,18 +86,11 @@ std::optional<Failure> UnitBridge::allocateRenderResources(
 void UnitBridge::undoAllocation() noexcept {
     unit_->deallocateRenderResources();
     unit_->processor->sampleRate = sampleRateBefore_;
-    takeHostBlocks({});
 }
 
 void UnitBridge::deallocateRenderResources() noexcept {
     unit_->deallocateRenderResources();
-    takeHostBlocks({});
     succeeds("MIDI Quillo could not go on.", attempt([this] { unit_->processor->fatalErrors.raise(); }));
-}
-
-void UnitBridge::takeHostBlocks(HostBlocks blocks) noexcept {
-    unit_->transportStateBlock = std::move(blocks.transportState);
-    unit_->MIDIOutputEventBlock = std::move(blocks.midiOutputEvent);
 }
 
 std::optional<Data> UnitBridge::stateDocument(bool platformHasState) noexcept {

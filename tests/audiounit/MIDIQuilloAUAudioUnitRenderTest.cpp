@@ -193,6 +193,23 @@ TEST_F(RenderTest, WithoutAnOutputBlockInputIsLoggedAndNothingIsSent) {
     EXPECT_EQ(host.take(), Lines{"in [3] f8"});
 }
 
+TEST_F(RenderTest, BlocksThatTheHostSetsOrTakesAwayWhileItRendersCountFromTheNextCycle) {
+    const auto offered = [&](AUEventSampleTime, std::uint8_t, std::span<const std::uint8_t>) {
+        host.lines.emplace_back("the other block");
+        unit.MIDIOutputEventBlock = AUMIDIOutputEventBlock();
+        return noErr;
+    };
+    unit.MIDIOutputEventBlock = WithoutDeadline(offered);
+    EXPECT_EQ(host.render(0, 512, {{1, {0xF8}}, {2, {0xFA}}}), noErr);
+    EXPECT_EQ(host.take(), (Lines{"in [1] f8", "the other block", "out [1] f8", "in [2] fa",
+                                  "the other block", "out [2] fa"}));
+    EXPECT_EQ(host.render(512, 512, {{513, {0xF8}}}), noErr);
+    EXPECT_EQ(host.take(), Lines{"in [513] f8"});
+    setTransport(AUHostTransportStateMoving, 0.0);
+    EXPECT_EQ(host.render(1024, 512), noErr);
+    EXPECT_EQ(host.take(), Lines{"in [1024] AU Host Start"});
+}
+
 TEST_F(RenderTest, WhenTheSecondOfThreeMessagesFailsTheFirstIsLoggedAndTheCycleEndsWithItsStatus) {
     for (const std::uint8_t note : Bytes{1, 2, 3}) {
         unit.processor->send(noteOn(0, note, 1));

@@ -93,6 +93,7 @@ TEST_F(UnitTest, ASampleRateThatIsNoUnsignedIntegerIsFatal) {
                               std::numeric_limits<double>::infinity(), std::nan("")}) {
         setRate(rate);
         EXPECT_THROW(static_cast<void>(unit->allocateRenderResources()), FatalError) << rate;
+        EXPECT_FALSE(unit->renderResourcesAllocated()) << rate;
     }
     EXPECT_EQ(unit->processor->sampleRate, 44100U);
 }

@@ -16,6 +16,7 @@
 #include "audiounit/platform/AUParameterTree.hpp"
 #include "audiounit/platform/AURenderEvent.hpp"
 #include "audiounit/platform/NSError.hpp"
+#include "audiounit/platform/ReplaceableBlock.hpp"
 #include "audiounit/platform/StateDictionary.hpp"
 #include "platform/Observers.hpp"
 
@@ -36,7 +37,7 @@ using AudioComponentInstantiationOptions = std::uint32_t;
 /// What every audio unit is to its host; the base of ours. It keeps what the host sets and the parts of the
 /// state that are not the unit's own.
 ///
-/// Threads: [main] unless an operation says otherwise. The host sets its blocks while nothing renders.
+/// Threads: [main] unless an operation says otherwise. The host may set its blocks while a cycle runs.
 class AUAudioUnit {
 public:
     virtual ~AUAudioUnit() = default;
@@ -63,8 +64,8 @@ public:
     /// "manufacturer", "version") and holds every other key of the last state that was set.
     [[nodiscard]] virtual std::optional<StateDictionary> fullState() const;
 
-    /// [any] Replaces the state; an absent one changes nothing. The base tells those who observe all parameter
-    /// values.
+    /// [any] Replaces the state; an absent one changes nothing. The base tells those who observe all
+    /// parameter values.
     virtual void setFullState(const std::optional<StateDictionary>& state);
 
     /// Runs `callback`, on the thread that sets the state, whenever the whole state was replaced.
@@ -79,10 +80,10 @@ public:
     }
 
     /// How the host answers for its transport; absent when it has none.
-    AUHostTransportStateBlock transportStateBlock;
+    ReplaceableBlock<AUHostTransportStateBlock> transportStateBlock;
 
     /// Where the host takes MIDI; absent when it takes none.
-    AUMIDIOutputEventBlock MIDIOutputEventBlock;
+    ReplaceableBlock<AUMIDIOutputEventBlock> MIDIOutputEventBlock;
 
     /// The longest cycle that the host will ask for, in frames. 512 until the host says otherwise, as on the
     /// platform.
@@ -91,8 +92,8 @@ public:
 protected:
     AUAudioUnit() = default;
 
-    /// The platform's part of making a unit. `kAudioComponentErr_InvalidComponentID` for a description without
-    /// a type.
+    /// The platform's part of making a unit. `kAudioComponentErr_InvalidComponentID` for a description
+    /// without a type.
     [[nodiscard]] std::optional<NSError> initialize(const AudioComponentDescription& description,
                                                     AudioComponentInstantiationOptions options);
 

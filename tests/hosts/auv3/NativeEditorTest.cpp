@@ -24,15 +24,18 @@ namespace {
 /// What the panel that was opened last does when the user has chosen.
 PresetToRead toRead;
 PresetToWrite toWrite;
+void* viewOfPanel = nullptr;
 std::string suggestedName;
 
 }  // namespace
 
-void choosePresetToRead(PresetToRead chosen) {
+void choosePresetToRead(void* view, PresetToRead chosen) {
+    viewOfPanel = view;
     toRead = std::move(chosen);
 }
 
-void choosePresetToWrite(const std::string& name, PresetToWrite chosen) {
+void choosePresetToWrite(void* view, const std::string& name, PresetToWrite chosen) {
+    viewOfPanel = view;
     suggestedName = name;
     toWrite = std::move(chosen);
 }
@@ -105,6 +108,7 @@ TEST_F(NativeEditorTest, DrainsTheMainQueueByItself) {
 
 TEST_F(NativeEditorTest, ImportsWhatThePlatformsPanelBrings) {
     view().showImporter();
+    EXPECT_EQ(viewOfPanel, window.getWindowHandle());
     toRead("mine.json", [] { return exportPreset({{UUID(), entryFromRule(oneRule[0])}}); });
     EXPECT_EQ(installed(), oneRule);
     EXPECT_EQ(view().editor().undoName(), "Import mine.json");
@@ -120,7 +124,9 @@ TEST_F(NativeEditorTest, AFileThatCannotBeReadIsToldAndTheRulesStay) {
 
 TEST_F(NativeEditorTest, ExportsToWhatThePlatformsPanelBrings) {
     view().editor().add(MIDIRuleType::OutputType{OutputEntryType::NoteOn});
+    viewOfPanel = nullptr;
     view().showExporter();
+    EXPECT_EQ(viewOfPanel, window.getWindowHandle());
     EXPECT_EQ(suggestedName, "midi-quillo-preset.json");
     Data written;
     toWrite([&written](std::span<const std::uint8_t> bytes) { written.assign(bytes.begin(), bytes.end()); });

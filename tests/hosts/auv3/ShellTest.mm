@@ -220,7 +220,16 @@ TEST_F(ShellTest, ThePlatformsFailureToAllocateIsHandedOnAndNothingIsAllocated) 
     EXPECT_STREQ(error.domain.UTF8String, "double");
     EXPECT_EQ(processor().sampleRate, 44100U);
     EXPECT_FALSE([unit bridge].unit()->renderResourcesAllocated());
-    EXPECT_FALSE([unit bridge].unit()->MIDIOutputEventBlock);
+}
+
+TEST_F(ShellTest, AfterAnAllocationThatFailsNothingOfAnEarlierOneIsLeft) {
+    create();
+    ASSERT_TRUE(allocate());
+    setFormat(unit.inputBusses, 48000.0, 1);
+    EXPECT_FALSE(allocate());
+    EXPECT_FALSE(unit.renderResourcesAllocated);
+    EXPECT_FALSE([unit bridge].unit()->renderResourcesAllocated());
+    EXPECT_THAT(platformDouble().calls, ElementsAre("allocate", "deallocate"));
 }
 
 TEST_F(ShellTest, ASampleRateThatIsNoneIsAnErrorAndTheUserIsTold) {
@@ -280,6 +289,88 @@ TEST_F(ShellTest, TheHostsTransportFiresItsRules) {
     EXPECT_EQ(render(block, 1024.0, nullptr), quillo::noErr);
     EXPECT_THAT(handed, ElementsAre(Handed{0, 0, {0x90, 1, 1}}, Handed{512, 0, {0x90, 2, 1}},
                                     Handed{1024, 0, {0x90, 3, 1}}));
+}
+
+TEST_F(ShellTest, BlocksThatTheHostSetsAfterAllocationAreUsedFromTheNextCycle) {
+    create();
+    processor().setRules(
+        {rule(onHost(quillo::HostTransportTriggerVariantsV2::Start), send(noteOn(0, 1, 1)), "")});
+    ASSERT_TRUE(allocate());
+    AUInternalRenderBlock block = unit.internalRenderBlock;
+    flags = 2;
+    EXPECT_EQ(render(block, 0.0, nullptr), quillo::noErr);
+    offerOutput();
+    offerTransport();
+    EXPECT_EQ(render(block, 512.0, nullptr), quillo::noErr);
+    EXPECT_THAT(handed, ElementsAre(Handed{512, 0, {0x90, 1, 1}}));
+    flags = 0;
+    unit.transportStateBlock = nil;
+    EXPECT_EQ(render(block, 1024.0, nullptr), quillo::noErr);
+    flags = 2;
+    unit.MIDIOutputEventBlock = nil;
+    offerTransport();
+    EXPECT_EQ(render(block, 1536.0, nullptr), quillo::noErr);
+    EXPECT_EQ(handed.size(), 1U);
+}
+
+TEST_F(ShellTest, BlocksOfTheHostGoWhenItTakesThemAway) {
+    create();
+    const auto living = livingObjects();
+    @autoreleasepool {
+        NSObject* hosts = [[NSObject alloc] init];
+        unit.transportStateBlock = ^BOOL(AUHostTransportStateFlags*, double*, double*, double*) {
+            return hosts != nil;
+        };
+        hosts = nil;
+        EXPECT_GT(livingObjects(), living);
+        unit.transportStateBlock = nil;
+    }
+    EXPECT_EQ(livingObjects(), living);
+}
+
+TEST_F(ShellTest, TheHostsBuffersAndFlagsStayAsTheyAreAndItsInputIsNotPulled) {
+    create();
+    ASSERT_TRUE(allocate());
+    AudioUnitRenderActionFlags actions = 0x10;
+    AudioTimeStamp timestamp{};
+    AudioBufferList buffers{1, {{2, 4096, nullptr}}};
+    bool pulled = false;
+    auto* wasPulled = &pulled;
+    AURenderPullInputBlock pull = ^AUAudioUnitStatus(AudioUnitRenderActionFlags*, const AudioTimeStamp*,
+                                                     AUAudioFrameCount, NSInteger, AudioBufferList*) {
+        *wasPulled = true;
+        return quillo::noErr;
+    };
+    EXPECT_EQ(unit.internalRenderBlock(&actions, &timestamp, 512, 0, &buffers, nullptr, pull), quillo::noErr);
+    EXPECT_EQ(actions, 0x10U);
+    EXPECT_EQ(buffers.mNumberBuffers, 1U);
+    EXPECT_EQ(buffers.mBuffers[0].mDataByteSize, 4096U);
+    EXPECT_EQ(buffers.mBuffers[0].mData, nullptr);
+    EXPECT_FALSE(pulled);
+}
+
+TEST_F(ShellTest, TheBlockForInputIsNotRetainedWhileACycleRuns) {
+    create();
+    NSObject* hosts = [[NSObject alloc] init];
+    AURenderPullInputBlock pull = ^AUAudioUnitStatus(AudioUnitRenderActionFlags*, const AudioTimeStamp*,
+                                                     AUAudioFrameCount, NSInteger, AudioBufferList*) {
+        return hosts == nil ? -1 : 0;
+    };
+    const void* watched = (__bridge void*)pull;
+    const auto before = blockReferences(watched);
+    std::vector<std::size_t> during;
+    auto* seen = &during;
+    unit.MIDIOutputEventBlock = ^OSStatus(AUEventSampleTime, std::uint8_t, NSInteger, const std::uint8_t*) {
+        seen->push_back(blockReferences(watched));
+        return quillo::noErr;
+    };
+    ASSERT_TRUE(allocate());
+    HostEventChain<AURenderEvent> events;
+    events.addMIDI(1, {0x90, 1, 1});
+    AudioTimeStamp timestamp{};
+    EXPECT_EQ(unit.internalRenderBlock(nullptr, &timestamp, 512, 0, nullptr, events.head(), pull),
+              quillo::noErr);
+    EXPECT_THAT(during, ElementsAre(before));
 }
 
 TEST_F(ShellTest, WithoutTheHostsBlocksMIDIIsTakenAndGoesNowhere) {

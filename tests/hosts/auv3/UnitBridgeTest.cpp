@@ -44,7 +44,7 @@ protected:
 
     std::optional<Failure> allocate(const AVAudioFormat& input, const AVAudioFormat& output,
                                     AUAudioFrameCount maximumFrames = 512) {
-        return bridge.allocateRenderResources(input, output, maximumFrames, hostBlocks);
+        return bridge.allocateRenderResources(input, output, maximumFrames);
     }
 
     bool hasHostBlocks() const {
@@ -54,8 +54,6 @@ protected:
     void expectNothingAllocated() {
         EXPECT_FALSE(bridge.unit()->renderResourcesAllocated());
         EXPECT_EQ(bridge.unit()->processor->sampleRate, 44100U);
-        EXPECT_FALSE(bridge.unit()->transportStateBlock);
-        EXPECT_FALSE(bridge.unit()->MIDIOutputEventBlock);
     }
 
     std::vector<std::string> told;
@@ -66,16 +64,14 @@ TEST_F(UnitBridgeTest, NamesTheUnitsMIDIOutput) {
     EXPECT_THAT(bridge.midiOutputNames(), ElementsAre("MIDIQuillo"));
 }
 
-TEST_F(UnitBridgeTest, AllocationTakesTheHostsFormatsFramesAndBlocks) {
+TEST_F(UnitBridgeTest, AllocationTakesTheHostsFormatsAndFrames) {
     EXPECT_EQ(allocate(stereo(8000.0), stereo(47999.9), 64), std::nullopt);
     EXPECT_TRUE(bridge.unit()->renderResourcesAllocated());
     EXPECT_EQ(bridge.unit()->processor->sampleRate, 47999U);
     EXPECT_EQ(bridge.unit()->maximumFramesToRender, 64U);
     EXPECT_EQ(bridge.unit()->inputBusses()[0].format(), stereo(8000.0));
-    EXPECT_TRUE(hasHostBlocks());
     bridge.deallocateRenderResources();
     EXPECT_FALSE(bridge.unit()->renderResourcesAllocated());
-    EXPECT_FALSE(hasHostBlocks());
     EXPECT_EQ(bridge.unit()->processor->sampleRate, 47999U);
     EXPECT_THAT(told, IsEmpty());
 }
@@ -107,11 +103,28 @@ TEST_F(UnitBridgeTest, ASampleRateThatIsNoneIsAnErrorAndTheUserIsTold) {
     expectNothingAllocated();
 }
 
-TEST_F(UnitBridgeTest, BlocksThatCannotBeHadAreAnError) {
-    const auto failure = bridge.allocateRenderResources(
-        stereo(48000.0), stereo(48000.0), 512, []() -> HostBlocks { throw std::runtime_error("no memory"); });
-    EXPECT_EQ(failure, failed(-10875, "no memory"));
-    expectNothingAllocated();
+TEST_F(UnitBridgeTest, TheHostsBlocksAreTakenWheneverItSetsThem) {
+    EXPECT_EQ(allocate(stereo(48000.0), stereo(48000.0)), std::nullopt);
+    EXPECT_FALSE(hasHostBlocks());
+    bridge.takeHostBlocks(hostBlocks);
+    EXPECT_TRUE(hasHostBlocks());
+    bridge.takeHostBlocks([] { return HostBlocks(); });
+    EXPECT_FALSE(bridge.unit()->transportStateBlock);
+    EXPECT_FALSE(bridge.unit()->MIDIOutputEventBlock);
+}
+
+TEST_F(UnitBridgeTest, TheHostsBlocksOutliveItsRenderResources) {
+    bridge.takeHostBlocks(hostBlocks);
+    EXPECT_EQ(allocate(stereo(48000.0), stereo(48000.0)), std::nullopt);
+    bridge.deallocateRenderResources();
+    EXPECT_TRUE(hasHostBlocks());
+}
+
+TEST_F(UnitBridgeTest, WhenBlocksCannotBeHadTheUserIsToldAndTheOldOnesStay) {
+    bridge.takeHostBlocks(hostBlocks);
+    bridge.takeHostBlocks([]() -> HostBlocks { throw std::runtime_error("no memory"); });
+    EXPECT_THAT(told, ElementsAre("MIDI Quillo cannot use what the host offers. no memory"));
+    EXPECT_TRUE(hasHostBlocks());
 }
 
 TEST_F(UnitBridgeTest, AnAllocationCanBeUndone) {

@@ -6,7 +6,18 @@
 
 #import "hosts/auv3/doubles/PlatformDoubles.h"
 
-@implementation NSView
+@implementation NSWindow
+@end
+
+@implementation NSView {
+    NSWindow* __unsafe_unretained _window;
+}
+- (NSWindow*)window {
+    return _window;
+}
+- (void)moveToWindow:(NSWindow*)window {
+    _window = window;
+}
 - (instancetype)initWithFrame:(NSRect)frame {
     self = [super init];
     self.bounds = {{0, 0}, frame.size};
@@ -49,6 +60,7 @@ NSSavePanel* lastPanel = nil;
 @implementation NSSavePanel {
     NSURL* _url;
     void (^_handler)(NSModalResponse);
+    NSWindow* __unsafe_unretained _sheetParent;
 }
 + (NSSavePanel*)savePanel {
     return [[self alloc] init];
@@ -59,6 +71,13 @@ NSSavePanel* lastPanel = nil;
 - (void)beginWithCompletionHandler:(void (^)(NSModalResponse))handler {
     _handler = handler;
     lastPanel = self;
+}
+- (void)beginSheetModalForWindow:(NSWindow*)window completionHandler:(void (^)(NSModalResponse))handler {
+    _sheetParent = window;
+    [self beginWithCompletionHandler:handler];
+}
+- (NSWindow*)sheetParent {
+    return _sheetParent;
 }
 - (void)answer:(NSURL*)url {
     _url = url;

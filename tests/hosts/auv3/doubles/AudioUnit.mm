@@ -147,10 +147,12 @@ BOOL does(bool willing, NSError** error) {
 }
 - (BOOL)allocateRenderResourcesAndReturnError:(NSError**)outError {
     platformDouble().calls.emplace_back("allocate");
-    return does(platformDouble().allocates, outError);
+    _renderResourcesAllocated = does(platformDouble().allocates, outError);
+    return _renderResourcesAllocated;
 }
 - (void)deallocateRenderResources {
     platformDouble().calls.emplace_back("deallocate");
+    _renderResourcesAllocated = NO;
 }
 - (AUAudioUnitBusArray*)inputBusses {
     return nil;

@@ -298,6 +298,11 @@ std::size_t livingObjects() {
     return living;
 }
 
+/// The count begins above the lowest bit, which says that the block is being freed.
+std::size_t blockReferences(const void* block) {
+    return static_cast<std::size_t>(static_cast<const Block_layout*>(block)->flags & BLOCK_REFCOUNT_MASK) / 2;
+}
+
 }  // namespace quillo::test
 
 // The functions that the compiler calls.

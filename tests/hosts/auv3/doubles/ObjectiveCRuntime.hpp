@@ -12,6 +12,9 @@ namespace quillo::test {
 /// How many objects there are.
 [[nodiscard]] std::size_t livingObjects();
 
+/// How many references there are to a block that has been copied from the stack.
+[[nodiscard]] std::size_t blockReferences(const void* block);
+
 }  // namespace quillo::test
 
 /// A pool of this thread: what is autoreleased from `push` on is released by `pop`.

@@ -31,7 +31,13 @@ bool runDispatchedBlocks();
 
 }  // namespace quillo::test
 
+@interface NSView (Windows)
+- (void)moveToWindow:(NSWindow*)window;
+@end
+
 @interface NSSavePanel (Answers)
+/// The window that it is a sheet of, or nil.
+@property(readonly) NSWindow* sheetParent;
 /// The user chooses this file, or nothing.
 - (void)answer:(NSURL*)url;
 @end

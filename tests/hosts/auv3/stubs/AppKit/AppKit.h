@@ -22,9 +22,13 @@ inline NSRect NSMakeRect(double x, double y, double width, double height) {
     return {{x, y}, {width, height}};
 }
 
+@interface NSWindow : NSObject
+@end
+
 @interface NSView : NSObject
 - (instancetype)initWithFrame:(NSRect)frame;
 @property(nonatomic) NSRect bounds;
+@property(readonly, unsafe_unretained) NSWindow* window;
 @end
 
 @interface NSViewController : NSObject
@@ -45,6 +49,8 @@ enum : NSModalResponse { NSModalResponseOK = 1 };
 @property(copy) NSString* nameFieldStringValue;
 @property(readonly) NSURL* URL;
 - (void)beginWithCompletionHandler:(void (^)(NSModalResponse response))handler;
+- (void)beginSheetModalForWindow:(NSWindow*)window
+               completionHandler:(void (^)(NSModalResponse response))handler;
 @end
 
 @interface NSOpenPanel : NSSavePanel

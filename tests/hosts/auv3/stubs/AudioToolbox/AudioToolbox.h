@@ -22,7 +22,15 @@ struct AudioTimeStamp {
     std::uint32_t mFlags;
     std::uint32_t mReserved;
 };
-struct AudioBufferList;
+struct AudioBuffer {
+    std::uint32_t mNumberChannels;
+    std::uint32_t mDataByteSize;
+    void* mData;
+};
+struct AudioBufferList {
+    std::uint32_t mNumberBuffers;
+    AudioBuffer mBuffers[1];
+};
 typedef std::uint32_t AudioUnitRenderActionFlags;
 
 typedef OSStatus AUAudioUnitStatus;
@@ -122,6 +130,7 @@ typedef AUAudioUnitStatus (^AUInternalRenderBlock)(AudioUnitRenderActionFlags* a
                                        error:(NSError**)outError;
 - (BOOL)allocateRenderResourcesAndReturnError:(NSError**)outError;
 - (void)deallocateRenderResources;
+@property(readonly) BOOL renderResourcesAllocated;
 @property(readonly) AUAudioUnitBusArray* inputBusses;
 @property(readonly) AUAudioUnitBusArray* outputBusses;
 @property AUAudioFrameCount maximumFramesToRender;
