@@ -45,6 +45,9 @@ void BlockRenderer::serve(RenderRequests::Kinds asked) QUILLO_REALTIME {
     if (asked.has(Kind::cancelAll)) {
         processor_.cancelDelayed();
     }
+    if (asked.has(Kind::load)) {
+        processor_.loadAgain();
+    }
     if (asked.has(Kind::endOfNotes)) {
         owed_.oweEnds(output_.sounding());
     }

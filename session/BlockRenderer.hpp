@@ -93,7 +93,8 @@ public:
 
     /// [any] What is asked for here is done when the next block begins, be it a cycle or not: the end of the
     /// notes that sound, as when a host stops listening; a panic, which also cancels all that waits and
-    /// silences every channel that was used; and the cancellation of delayed outputs.
+    /// silences every channel that was used; the cancellation of delayed outputs; and that the rules count as
+    /// loaded in the next cycle, though others were before.
     [[nodiscard]] RenderRequests& requests() QUILLO_REALTIME { return requests_; }
 
     /// [render, main] Copies of the delayed outputs that wait.

@@ -16,7 +16,7 @@ namespace quillo {
 class RenderRequests {
 public:
     /// What can be asked for.
-    enum class Kind : std::uint8_t { endOfNotes = 1, cancelAll = 2, panic = 4 };
+    enum class Kind : std::uint8_t { endOfNotes = 1, cancelAll = 2, panic = 4, load = 8 };
 
     /// What was asked for since the last time.
     class Kinds {

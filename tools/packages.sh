@@ -8,7 +8,7 @@ packages_of() {
         build) echo g++ cmake ninja-build ccache nlohmann-json3-dev libgtest-dev libgmock-dev ;;
         editor) echo juce-modules-source juce-tools libfontconfig-dev fonts-inter fonts-dejavu-core ;;
         display) echo xvfb xauth x11-utils xdotool imagemagick fonts-motoya-l-cedar ;;
-        jack) echo jackd2 libjack-jackd2-dev ;;
+        jack) echo jackd2 libjack-jackd2-dev liblo-dev ;;
         pipewire) echo pipewire pipewire-jack ;;
         plugins) echo lv2-dev dpf-source ;;
         hosts) echo jalv liblilv-dev lilv-utils sordi ;;

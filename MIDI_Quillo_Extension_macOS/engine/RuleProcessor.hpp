@@ -76,8 +76,8 @@ public:
     /// [any but render] When the first of them is due; nothing when none waits.
     [[nodiscard]] std::optional<SampleTime> nextDelayedMessage();
 
-    /// [render] Step 1: fires the on-load rules in the processor's first cycle, and never again, whatever
-    /// becomes of it.
+    /// [render] Step 1: fires the on-load rules in the processor's first cycle, whatever becomes of it, and never
+    /// again but after `loadAgain`.
     OSStatus onLoad(const OutputFunction& output, SampleTime start, SampleTime end) QUILLO_REALTIME;
 
     /// [render] Step 2: sends all that was sent by hand, in one call (also when there is nothing), and
@@ -126,6 +126,9 @@ public:
         }
         return end < delayedMessages_.slotsUsed() ? end : 0;
     }
+
+    /// [render] Between cycles: the next one fires the on-load rules, as the first one did.
+    void loadAgain() QUILLO_REALTIME { loaded_ = false; }
 
     /// [any] Whether a rule waits for the host's transport: then a cycle without events matters too.
     [[nodiscard]] bool hearsHostTransport() const QUILLO_REALTIME { return hearsHostTransport_; }

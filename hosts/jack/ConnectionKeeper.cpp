@@ -45,6 +45,11 @@ void ConnectionKeeper::remember(std::vector<std::string> sources, std::vector<st
     addTo(targets_.remembered, std::move(targets));
 }
 
+void ConnectionKeeper::forget() {
+    sources_.remembered.clear();
+    targets_.remembered.clear();
+}
+
 bool ConnectionKeeper::takes(const PortDescription& port) {
     if (port.isOurs) {
         return false;

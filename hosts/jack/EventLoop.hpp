@@ -17,6 +17,8 @@ public:
 
     /// `callback` runs whenever the descriptor can be read.
     virtual void watch(int descriptor, std::function<void()> callback) = 0;
+    /// Not any more. Also from within a callback.
+    virtual void unwatch(int descriptor) = 0;
     virtual void setTick(std::function<void()> tick) = 0;
 
     /// Ends the loop soon, and the program with this exit status.

@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <span>
 
-#include "commandline/CommandFailure.hpp"
 #include "hosts/jack/SignalSet.hpp"
 
 namespace quillo {
@@ -23,8 +22,8 @@ void waitForOneOf(std::span<pollfd> watched, int milliseconds) {
 
 }  // namespace
 
-HangWatch::HangWatch(std::initializer_list<int> signals)
-    : signals_(openSignals(signalSet(signals))), thread_([this] { watch(); }) {}
+HangWatch::HangWatch(std::initializer_list<int> signals, int status)
+    : status_(status), signals_(openSignals(signalSet(signals))), thread_([this] { watch(); }) {}
 
 HangWatch::~HangWatch() {
     returned_.wake();
@@ -39,7 +38,7 @@ void HangWatch::watch() const {
     if (signal.revents != 0 && returned.revents == 0) {
         waitForOneOf({&returned, 1}, patience);
         if (returned.revents == 0) {
-            ::_exit(exitSuccess);
+            ::_exit(status_);
         }
     }
 }

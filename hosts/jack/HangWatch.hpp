@@ -10,15 +10,16 @@
 namespace quillo {
 
 /// Stands by while [main] makes a call that may never return: a server that hangs keeps whoever speaks to it. When
-/// one of the signals comes meanwhile, and the call has not returned a second later, the program ends at once, and
-/// well; so what shall be kept must be kept before. A call that returns in time leaves the signal as it is.
+/// one of the signals comes meanwhile, and the call has not returned a second later, the program ends at once, with
+/// this exit status; so what shall be kept must be kept before. A call that returns in time leaves the signal as it
+/// is.
 ///
-///     const HangWatch watch{SIGTERM};
+///     const HangWatch watch({SIGTERM}, exitSuccess);
 ///     callTheServer();
 class HangWatch {
 public:
     /// The signals are blocked. Throws `std::system_error` when the system has no descriptor or thread left.
-    HangWatch(std::initializer_list<int> signals);
+    HangWatch(std::initializer_list<int> signals, int status);
     /// The call has returned.
     ~HangWatch();
     HangWatch(const HangWatch&) = delete;
@@ -27,6 +28,7 @@ public:
 private:
     void watch() const;
 
+    const int status_;
     Descriptor signals_;
     WakeDescriptor returned_;
     std::jthread thread_;

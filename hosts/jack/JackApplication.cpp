@@ -16,6 +16,8 @@
 #include "editor/EditorShell.hpp"
 #include "editor/EditorWindow.hpp"
 #include "editor/Fonts.hpp"
+#include "editor/PresetBrowser.hpp"
+#include "hosts/jack/HostWindow.hpp"
 #include "hosts/jack/Icon.hpp"
 #include "hosts/jack/JackHost.hpp"
 #include "platform/FatalError.hpp"
@@ -39,6 +41,11 @@ public:
         watched_.push_back(descriptor);
         juce::LinuxEventLoop::registerFdCallback(descriptor,
                                                  [callback = std::move(callback)](int) { callback(); });
+    }
+
+    void unwatch(int descriptor) override {
+        juce::LinuxEventLoop::unregisterFdCallback(descriptor);
+        std::erase(watched_, descriptor);
     }
 
     void setTick(std::function<void()> tick) override {
@@ -67,7 +74,7 @@ struct Order {
 };
 const Order* order = nullptr;
 
-class JackApplication final : public juce::JUCEApplication {
+class JackApplication final : public juce::JUCEApplication, private HostWindow {
 public:
     const juce::String getApplicationName() override { return "MIDI Quillo"; }
     const juce::String getApplicationVersion() override { return QUILLO_VERSION; }
@@ -85,11 +92,10 @@ public:
         }
     }
 
-    /// A field that is typed into hands over its text when it loses the keyboard.
     void shutdown() override {
-        juce::Component::unfocusAllComponents();
+        finishTyping();
         if (host_) {
-            host_->finish();
+            setApplicationReturnValue(host_->finish(getApplicationReturnValue()));
         }
         window_.reset();
         shell_.reset();
@@ -113,13 +119,50 @@ private:
         host_.emplace(order->options, order->console, *loop_, order->signals);
         host_->loadRules();
         shell_.emplace(host_->session());
-        window_.emplace(shell_->view(), [this] { systemRequestedQuit(); });
+        host_->setOnTitle([this] { nameWindow(); });
+        host_->setWindow(*this);
+        host_->start();
+        nameWindow();
+    }
+
+    void show(bool isShown) override {
+        if (window_) {
+            window_->setVisible(isShown);
+        } else if (isShown) {
+            openWindow();
+        }
+    }
+
+    void openWindow() {
+        window_.emplace(shell_->view(), [this] { host_->windowClosed(); });
+        window_->restoreWindowStateFromString(juce::String(settings_.place));
         const auto icon = largeIcon();
         window_->getPeer()->setIcon(juce::ImageFileFormat::loadFrom(icon.data(), icon.size()));
-        host_->setOnTitle([this] { window_->setName(host_->title()); });
-        host_->start();
-        window_->setName(host_->title());
+        nameWindow();
     }
+
+    void nameWindow() {
+        if (window_) {
+            window_->setName(host_->title());
+        }
+    }
+
+    [[nodiscard]] WindowSettings settings() override {
+        return {window_ && window_->isVisible(),
+                window_ ? window_->getWindowStateAsString().toStdString() : settings_.place,
+                lastPresetFolder().string()};
+    }
+
+    void remember(const WindowSettings& settings) override {
+        settings_ = settings;
+        lastPresetFolder() = settings.presetFolder;
+        if (window_) {
+            window_->restoreWindowStateFromString(juce::String(settings.place));
+        }
+    }
+
+    /// A field that is typed into hands over its text when it loses the keyboard.
+    void finishTyping() override { juce::Component::unfocusAllComponents(); }
 
     void fail(const std::string& reason, int status) {
         order->console.err << "midi-quillo-jack: " << escapedLines(reason) << '\n';
@@ -131,6 +174,7 @@ private:
     std::optional<JackHost> host_;
     std::optional<EditorShell> shell_;
     std::optional<EditorWindow> window_;
+    WindowSettings settings_;  ///< that a window begins with
 };
 
 }  // namespace

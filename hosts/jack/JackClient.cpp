@@ -182,6 +182,10 @@ std::optional<PortDescription> JackClient::port(std::uint32_t number) const {
     return describe(port);
 }
 
+bool JackClient::hasPort(const std::string& name) const {
+    return ::jack_port_by_name(client_.get(), name.c_str()) != nullptr;
+}
+
 PortDescription JackClient::describe(jack_port_t* port) const {
     return {::jack_port_name(port), aliasesOf(port), (::jack_port_flags(port) & JackPortIsOutput) != 0,
             ::jack_port_is_mine(client_.get(), port) != 0};

@@ -77,6 +77,9 @@ public:
     /// The MIDI port of this number; nothing for one that is gone or carries no MIDI.
     [[nodiscard]] std::optional<PortDescription> port(std::uint32_t number) const;
 
+    /// Whether there is a port of this full name.
+    [[nodiscard]] bool hasPort(const std::string& name) const;
+
     /// Connects the port to our input if it gives MIDI, to our output if it takes MIDI. True if it was not
     /// connected before and is now.
     bool connect(const PortDescription& port);

@@ -28,8 +28,8 @@ Connections:
                          whenever it appears; may be given several times
   --connect-out PATTERN  the same for ports that the output is sent to
   PATTERN is a regular expression that matches anywhere in a port's full name
-  or alias; jack_lsp -A lists these. On Load messages reach the ports connected
-  this way; ports connected by hand come too late for them.
+  or alias; jack_lsp -A lists these. Connections made by hand are remembered and
+  come back, too. On Load messages reach the ports connected either way.
 
 JACK:
   --server NAME          the server (that of JACK_DEFAULT_SERVER, or "default")
@@ -58,7 +58,10 @@ Other:
   --help, --version      this text; the program's version
 
 SIGHUP reads the preset again; On Load rules do not fire again. SIGINT and
-SIGTERM end the program. Either way the notes that went out end first.
+SIGTERM end the program. Either way the notes that went out end first. SIGUSR1
+saves the rules and the connections at once.
+
+A session manager (NSM) that starts the program says what is opened and saved.
 
 Examples:
   midi-quillo-jack
@@ -68,7 +71,8 @@ Examples:
   pw-jack midi-quillo-jack
 
 Exit status: 0 all went well; 64 wrong arguments; 65 damaged preset; 66 preset
-cannot be read; 69 no JACK server or no display; 70 fatal error.
+cannot be read; 69 no JACK server or no display; 70 fatal error; 73 the rules
+could not be saved.
 )";
 
 }  // namespace

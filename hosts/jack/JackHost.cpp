@@ -2,6 +2,7 @@
 #include "hosts/jack/JackHost.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstdlib>
 #include <exception>
@@ -11,6 +12,7 @@
 #include "commandline/InputFiles.hpp"
 #include "hosts/jack/HangWatch.hpp"
 #include "hosts/jack/JackHelpText.hpp"
+#include "platform/AtomicFile.hpp"
 #include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
 
@@ -40,21 +42,31 @@ JackHost::JackHost(const JackOptions& options, const Console& console, EventLoop
       loop_(loop),
       signals_(signals),
       messages_(console.err, session_),
-      rules_(stateFolder(std::getenv("XDG_STATE_HOME"), std::getenv("HOME")), options.name, session_,
-             messages_),
+      rules_(session_, messages_),
       logs_(console.out),
       link_(session_, messages_, {options.server, options.name, options.startServer},
             ConnectionKeeper(options.connectIn, options.connectOut)),
+      settings_(link_),
       rulesShown_(session_.model()->observeRules([this] { rulesShown(); })),
       panicAnswered_(session_.model()->observePanic([this] { tellOfPanic(); })) {
     link_.setPanicMessage(options.panicMessage);
     session_.setOnEdit([this] { ruleEdited(); });
     link_.setRunCall([this](const ServerLink::Call& call) { callServer(call); });
+    if (ManagedSession::managerAddress() != nullptr) {
+        managed_.emplace(ManagedSession::Host{session_, link_, settings_, [this] { connect(); }, loop_});
+    }
 }
 
 JackHost::~JackHost() = default;
 
 void JackHost::loadRules() {
+    if (managed_) {
+        return;
+    }
+    rules_.keepIn(stateFolder(std::getenv("XDG_STATE_HOME"), std::getenv("HOME")), options_.name);
+    if (const auto& files = rules_.files()) {
+        settings_.load(files->settingsFile(), options_.name);
+    }
     if (options_.preset) {
         usePreset(session_, *options_.preset);
     } else if (options_.goBack > 0) {
@@ -64,6 +76,17 @@ void JackHost::loadRules() {
     }
 }
 
+void JackHost::setWindow(HostWindow& window) {
+    settings_.setWindow(window);
+    if (!managed_) {
+        window.show(true);
+    }
+}
+
+void JackHost::windowClosed() {
+    managed_ ? managed_->showWindow(false) : loop_.quit(exitSuccess);
+}
+
 void JackHost::start() {
     if (options_.log) {
         logs_.listenTo(session_.logInput, session_.logOutput);
@@ -71,10 +94,30 @@ void JackHost::start() {
     loop_.watch(signals_.number(), [this] { takeSignals(); });
     loop_.watch(link_.descriptor(), [this] { link_.takeNews(); });
     loop_.setTick([this] { tick(); });
+    managed_ ? join(ManagedSession::managerAddress()) : connect();
+}
+
+void JackHost::join(const char* manager) try {
+    managed_->join(manager, {options_.name, ::program_invocation_name, options_.window});
+} catch (const std::runtime_error& error) {
+    goOnAlone(error.what());
+}
+
+void JackHost::goOnAlone(const std::string& reason) {
+    messages_.warn(reason + "\nMIDI Quillo goes on without a session.");
+    managed_.reset();
+    loadRules();
+    if (auto* window = settings_.window()) {
+        window->show(true);
+    }
+    connect();
+}
+
+void JackHost::connect() {
     try {
         link_.connect();
     } catch (const ServerFailure& failure) {
-        const bool mayWait = failure.noServer() && (options_.window || options_.wait);
+        const bool mayWait = managed_ || (failure.noServer() && (options_.window || options_.wait));
         if (!mayWait) {
             throw CommandFailure(exitUnavailable, failure.what() + adviceAfter(failure));
         }
@@ -92,7 +135,7 @@ std::string JackHost::adviceAfter(const ServerFailure& failure) const {
 /// A server that hangs keeps whoever calls it. The user can end the program all the same, and loses nothing.
 void JackHost::callServer(const ServerLink::Call& call) {
     rules_.keepBeforehand(now());
-    const HangWatch watch{SIGINT, SIGTERM};
+    const HangWatch watch({SIGINT, SIGTERM}, statusOfSaving());
     call();
 }
 
@@ -100,6 +143,7 @@ void JackHost::takeSignals() {
     while (const auto signal = signals_.take()) {
         switch (*signal) {
         case SIGHUP: reloadPreset(); break;
+        case SIGUSR1: save(); break;
         case SIGUSR2: session_.panic(); break;
         default: loop_.quit(exitSuccess);
         }
@@ -107,6 +151,10 @@ void JackHost::takeSignals() {
 }
 
 void JackHost::reloadPreset() {
+    if (managed_) {
+        messages_.say("the session manager says what the rules are: no preset is read again");
+        return;
+    }
     if (!options_.preset) {
         messages_.say("there is no preset to read again: the program was started without --preset");
         return;
@@ -145,8 +193,37 @@ void JackHost::tellOfPanic() {
     }
 }
 
+/// An unchanged session is saved too: whoever asks for it relies on the file.
+void JackHost::save() {
+    if (managed_) {
+        messages_.say(managed_->save());
+        return;
+    }
+    if (auto* window = settings_.window()) {
+        window->finishTyping();
+    }
+    rules_.changed(now());
+    rules_.keepNow(now());
+    keepSettings();
+    if (const auto file = rules_.file(); file && !rules_.hasFailed()) {
+        messages_.say("the rules are saved in " + escaped(file->string()));
+    }
+}
+
+/// What cannot be kept is told once, and tried again when it changes.
+void JackHost::keepSettings() try {
+    if (!managed_ && rules_.file()) {
+        settings_.save(rules_.files()->settingsFile());
+    }
+} catch (const FileError& error) {
+    messages_.say(std::string("The connections cannot be kept: ") + error.what());
+}
+
 void JackHost::ruleEdited() {
     rules_.changed(now());
+    if (managed_) {
+        managed_->edited();
+    }
     if (options_.preset && !editTold_) {
         editTold_ = true;
         if (const auto file = rules_.file()) {
@@ -161,10 +238,25 @@ void JackHost::tick() {
     if (!options_.window) {
         session_.drain();
     }
+    if (managed_) {
+        awaitManager();
+    }
     link_.tick();
     rules_.keepUp(now());
+    if (++ticks_ % EventLoop::ticksPerSecond == 0) {
+        keepSettings();
+    }
     logs_.print();
     endOnFatalError();
+}
+
+void JackHost::awaitManager() try {
+    if (const auto refusal = managed_->tick()) {
+        goOnAlone(*refusal);
+    }
+} catch (const CommandFailure& failure) {
+    messages_.say(failure.what());
+    loop_.quit(failure.status());
 }
 
 void JackHost::endOnFatalError() {
@@ -174,12 +266,18 @@ void JackHost::endOnFatalError() {
     }
 }
 
-void JackHost::finish() {
+int JackHost::finish(int status) {
     rules_.keepNow(now());
+    keepSettings();
     signals_.release();
     link_.endNotes();
     link_.disconnect();
     logs_.print();
+    return status == exitSuccess ? statusOfSaving() : status;
+}
+
+int JackHost::statusOfSaving() const {
+    return rules_.hasFailed() ? exitCannotCreate : exitSuccess;
 }
 
 std::string JackHost::title() const {

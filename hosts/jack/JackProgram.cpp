@@ -56,8 +56,7 @@ int runWithoutWindow(const JackOptions& options, const Console& console) {
     host.loadRules();
     host.start();
     const auto status = loop.run();
-    host.finish();
-    return status;
+    return host.finish(status);
 }
 
 int runJackProgram(std::span<const std::string> words, const Console& console, RunJack runWithWindow) {

@@ -54,8 +54,9 @@ void PollLoop::wait() {
         return;
     }
     for (const auto& found : watched) {
-        if (found.revents != 0 && !status_) {
-            callbacks_.at(found.fd)();
+        const auto callback = callbacks_.find(found.fd);
+        if (found.revents != 0 && !status_ && callback != callbacks_.end()) {
+            callback->second();
         }
     }
 }

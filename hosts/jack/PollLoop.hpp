@@ -17,6 +17,7 @@ public:
     PollLoop();
 
     void watch(int descriptor, std::function<void()> callback) override;
+    void unwatch(int descriptor) override { callbacks_.erase(descriptor); }
     void setTick(std::function<void()> tick) override;
     void quit(int status) override { status_ = status; }
 

@@ -45,6 +45,12 @@ private:
 
 }  // namespace
 
+void ProcessCycle::hold() {
+    cyclesToHold_ = forever;
+    isFinishing_ = false;
+    finishedCycles_ = 0;
+}
+
 void ProcessCycle::run(std::uint32_t frames, const ServerTransport& transport, const MIDIInputPort& in,
                        MIDIOutputPort& out) QUILLO_REALTIME {
     ++cycles_;

@@ -34,15 +34,15 @@ public:
     ProcessCycle(const ProcessCycle&) = delete;
     ProcessCycle& operator=(const ProcessCycle&) = delete;
 
-    /// [main] Nothing is rendered from the next cycle on: nothing goes in or out.
-    void hold() { cyclesToHold_ = forever; }
+    /// [main] While no cycle runs: nothing is rendered from the first cycle on, nothing goes in or out.
+    void hold();
 
     /// [main] Lets it render. Connections that were made before this call are there in the first cycle that
     /// is rendered: the server needs a cycle to put them in force.
     void release() { cyclesToHold_ = cyclesUntilConnected; }
 
-    /// [main] From the next cycle on nothing comes in, and all that goes out are the ends of the notes that
-    /// sound.
+    /// [main] From the next cycle on, and until it is held, nothing comes in, and all that goes out are the ends
+    /// of the notes that sound.
     void finish() { isFinishing_ = true; }
 
     /// [any] Whether these have gone out, in a cycle that is over.

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/jack/ServerLink.hpp"
 
+#include <algorithm>
 #include <chrono>
+#include <iterator>
+#include <set>
 #include <thread>
 #include <utility>
 
@@ -17,6 +20,27 @@ constexpr auto gone =
 
 std::string counted(std::uint64_t count, const std::string& what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+using Names = std::vector<std::string>;
+
+bool contains(const Names& names, const std::string& name) {
+    return std::ranges::find(names, name) != names.end();
+}
+
+/// Each name once, in alphabetical order.
+Names united(const Names& names, std::set<std::string> others) {
+    others.insert(names.begin(), names.end());
+    return {others.begin(), others.end()};
+}
+
+/// The names of `before` that are not among those of now, as far as they have this property.
+template <class Property>
+Names lost(const Names& before, const Names& now, Property has) {
+    Names lost;
+    std::ranges::copy_if(before, std::back_inserter(lost),
+                         [&](const std::string& name) { return !contains(now, name) && has(name); });
+    return lost;
 }
 
 std::uint64_t sinceLastTold(std::uint64_t& told, std::uint64_t count) {
@@ -38,6 +62,7 @@ ServerLink::~ServerLink() {
 }
 
 void ServerLink::connect() {
+    isWanted_ = true;
     runCall_([this] {
         try {
             makeClient();
@@ -86,9 +111,10 @@ void ServerLink::takeSampleRate() {
     }
 }
 
-/// Notes it at once: a server shows a connection a cycle after it was made, and may end before.
+/// Notes it at once: a server shows a connection a cycle after it was made, and may end before. A port that was
+/// connected when the connections were looked at has gone and come back since.
 bool ServerLink::connectIfWanted(const PortDescription& port) {
-    const bool isWanted = connections_.takes(port);
+    const bool isWanted = connections_.takes(port) || (!port.isOurs && wasConnected(port));
     if (isWanted) {
         (port.givesMIDI ? noted_.sources : noted_.targets).push_back(port.name);
     }
@@ -96,6 +122,10 @@ bool ServerLink::connectIfWanted(const PortDescription& port) {
         messages_.say((port.givesMIDI ? "hears " : "sends to ") + escaped(port.name));
     }
     return isWanted;
+}
+
+bool ServerLink::wasConnected(const PortDescription& port) const {
+    return contains(port.givesMIDI ? seen_.sources : seen_.targets, port.name);
 }
 
 bool ServerLink::connectIfWanted(std::uint32_t number) {
@@ -111,8 +141,26 @@ void ServerLink::lookAgainAtNewPorts() {
 }
 
 void ServerLink::disconnect() {
+    isWanted_ = false;
     client_.reset();
     gone_.reset();
+}
+
+void ServerLink::become(const std::string& clientName, const JackClient::Connections& connections) {
+    request_.name = clientName;
+    returns_ = false;
+    noted_ = {};
+    seen_ = {};
+    connections_.forget();
+    connections_.remember(connections.sources, connections.targets);
+}
+
+JackClient::Connections ServerLink::connections() {
+    if (client_) {
+        lookAtConnections();
+    }
+    return {united(seen_.sources, connections_.missingSources()),
+            united(seen_.targets, connections_.missingTargets())};
 }
 
 void ServerLink::endNotes() {
@@ -186,10 +234,11 @@ void ServerLink::tick() {
     }
     tellOfLosses();
     if (client_) {
-        noteConnections();
+        noted_ = seen_;
+        lookAtConnections();
         lookAgainAtNewPorts();
         listenForCycles();
-    } else {
+    } else if (isWanted_) {
         leaveServer();
         tryToReturn();
     }
@@ -209,9 +258,12 @@ void ServerLink::listenForCycles() {
 }
 
 /// What a server takes down while it ends is no wish of the user's: so what counts is how things stood a
-/// second ago.
-void ServerLink::noteConnections() {
-    noted_ = std::exchange(seen_, client_->connections());
+/// second ago. Nor is a connection whose other port has gone, which comes back with it.
+void ServerLink::lookAtConnections() {
+    auto now = client_->connections();
+    const auto isGone = [this](const std::string& name) { return !client_->hasPort(name); };
+    connections_.remember(lost(seen_.sources, now.sources, isGone), lost(seen_.targets, now.targets, isGone));
+    seen_ = std::move(now);
 }
 
 void ServerLink::tryToReturn() {

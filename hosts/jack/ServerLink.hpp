@@ -33,6 +33,14 @@ public:
     void connect();
     void disconnect();
 
+    /// While there is no link: those to come have this name, and these connections come back with their ports.
+    /// Whatever was remembered before is forgotten.
+    void become(const std::string& clientName, const JackClient::Connections& connections);
+
+    /// The connections as they shall be when the program starts again: those that there are, and those whose
+    /// ports are missing.
+    [[nodiscard]] JackClient::Connections connections();
+
     /// Nothing more goes in, and the notes that sound end, before the link is given up: returns when their
     /// ends have been heard. A server that runs no cycles is waited for a second.
     void endNotes();
@@ -77,7 +85,8 @@ private:
     void listenForCycles();
     void tryToReturn();
     void tellOfLosses();
-    void noteConnections();
+    void lookAtConnections();
+    [[nodiscard]] bool wasConnected(const PortDescription& port) const;
 
     Session& session_;
     UserMessages& messages_;
@@ -90,12 +99,13 @@ private:
     std::unique_ptr<JackClient> client_;   ///< null while there is no server
     std::unique_ptr<JackClient> gone_;     ///< of a server that went, until it is left
     bool returns_ = false;                 ///< whether there was a link before
+    bool isWanted_ = false;                ///< whether there shall be a link
     std::string alert_;                    ///< why the program waits
     std::string reportedFailure_;          ///< why a server does not take us back, as far as the user knows
     std::vector<std::uint32_t> unwanted_;  ///< ports that have appeared since the last look, once a second
     std::vector<std::uint32_t> unwantedBefore_;  ///< in the second before
-    JackClient::Connections seen_;               ///< the connections at the last look, once a second
-    JackClient::Connections noted_;              ///< those of the look before, and what was connected since
+    JackClient::Connections seen_;               ///< the connections at the last look
+    JackClient::Connections noted_;              ///< those of a second ago, and what was connected since
     std::uint64_t heardCycles_ = 0;              ///< how many had run at the last look, once a second
     bool hasHeardCycles_ = false;                ///< since the link was made
     int silentSeconds_ = 0;

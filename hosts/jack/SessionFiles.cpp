@@ -75,6 +75,20 @@ void nameTwice(const fs::path& file, const fs::path& second) {
     }
 }
 
+/// A session's file that has not reached its place: "NAME.new.json", "NAME.old.json", and what `writeWholeFile`
+/// writes before it has the final name, with the numbers of the process and of the file behind it.
+bool isLeftover(std::string_view file, std::string_view stem) {
+    constexpr std::string_view numbers = "0123456789-";
+    if (!file.starts_with(stem) || !file.substr(stem.size()).starts_with('.')) {
+        return false;
+    }
+    const auto rest = file.substr(stem.size());
+    const auto dot = rest.rfind('.');
+    const bool isNumbered = rest.find_first_not_of(numbers, dot + 1) == std::string_view::npos;
+    return rest == ".new.json" || rest == ".old.json" ||
+           (dot > 0 && isNumbered && rest.find('-', dot) != std::string_view::npos);
+}
+
 /// A file that is on its way to its place; one that stays behind is taken away, also that of a program that
 /// was interrupted.
 struct Passing {
@@ -120,8 +134,26 @@ fs::path SessionFiles::lockFile() const {
     return folder_ / (stem_ + ".lock");
 }
 
+fs::path SessionFiles::settingsFile() const {
+    return folder_ / (stem_ + ".settings");
+}
+
 void SessionFiles::makeFolder() const {
     makeFolders(folder_);
+}
+
+void SessionFiles::removeLeftovers() const {
+    std::error_code error;
+    std::vector<fs::path> leftovers;
+    for (fs::directory_iterator found(folder_, error); !error && found != fs::directory_iterator();
+         found.increment(error)) {
+        if (isLeftover(found->path().filename().string(), stem_)) {
+            leftovers.push_back(found->path());
+        }
+    }
+    for (const auto& file : leftovers) {
+        fs::remove(file, error);
+    }
 }
 
 PluginData SessionFiles::Version::read() const {

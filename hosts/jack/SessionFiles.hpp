@@ -50,6 +50,11 @@ public:
     /// Where the version of this age is, or would be.
     [[nodiscard]] std::filesystem::path file(std::size_t age) const;
     [[nodiscard]] std::filesystem::path lockFile() const;
+    /// Where `SessionSettings` are kept.
+    [[nodiscard]] std::filesystem::path settingsFile() const;
+    /// Takes away what a program that was killed may have left on its way to its place. For the one who has the
+    /// session.
+    void removeLeftovers() const;
     /// Makes the folder, for the user alone. Throws `FileError`.
     void makeFolder() const;
 

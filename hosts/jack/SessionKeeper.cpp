@@ -33,6 +33,7 @@ std::optional<std::string> SessionKeeper::keepNow(Time now) try {
     if (firstUnsaved_) {
         save(now);
         firstUnsaved_.reset();
+        failed_ = false;
     }
     return std::nullopt;
 } catch (const std::exception& error) {

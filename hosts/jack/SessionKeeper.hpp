@@ -40,6 +40,9 @@ public:
     /// Saves now what is not saved.
     [[nodiscard]] std::optional<std::string> keepNow(Time now);
 
+    /// Whether the last attempt to save has failed, and nothing was changed or saved since.
+    [[nodiscard]] bool hasFailed() const { return failed_; }
+
 private:
     void save(Time now);
 

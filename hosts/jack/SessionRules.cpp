@@ -35,9 +35,7 @@ std::string contentsOf(const SessionFiles::Version& version) try {
 
 }  // namespace
 
-SessionRules::SessionRules(std::optional<std::filesystem::path> folder, const std::string& name,
-                           Session& session, UserMessages& messages)
-    : session_(session), messages_(messages) {
+void SessionRules::keepIn(const std::optional<std::filesystem::path>& folder, const std::string& name) {
     if (!folder) {
         messages_.warn("Neither XDG_STATE_HOME nor HOME is set: changed rules are not kept.");
         return;
@@ -56,6 +54,7 @@ void SessionRules::claim(const std::filesystem::path& folder, const std::string&
         files_->makeFolder();
         lock_ = SessionLock::tryTake(files_->lockFile());
         if (lock_) {
+            files_->removeLeftovers();
             keeper_.emplace(*files_, [this] { return session_.save(); });
         } else {
             session = name + "-" + std::to_string(number);

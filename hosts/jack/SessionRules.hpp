@@ -17,9 +17,11 @@ namespace quillo {
 /// user is told. [main]
 class SessionRules {
 public:
-    /// `folder` is nothing when there is no place.
-    SessionRules(std::optional<std::filesystem::path> folder, const std::string& name, Session& session,
-                 UserMessages& messages);
+    /// At first they are kept nowhere.
+    SessionRules(Session& session, UserMessages& messages) : session_(session), messages_(messages) {}
+
+    /// Once: where they are kept from now on. `folder` is nothing when there is no place.
+    void keepIn(const std::optional<std::filesystem::path>& folder, const std::string& name);
 
     /// Installs the last session's rules; when its newest version cannot be used, the newest that can.
     /// A first session leaves the rules as they are.
@@ -40,6 +42,10 @@ public:
 
     /// Where the rules are kept; nothing when they are not.
     [[nodiscard]] std::optional<std::filesystem::path> file() const;
+    /// The session's files, which may only be readable; nothing when there is no place for any.
+    [[nodiscard]] const std::optional<SessionFiles>& files() const { return files_; }
+    /// Whether the last attempt to save has failed.
+    [[nodiscard]] bool hasFailed() const { return keeper_ && keeper_->hasFailed(); }
 
 private:
     void claim(const std::filesystem::path& folder, const std::string& name);

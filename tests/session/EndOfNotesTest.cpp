@@ -170,6 +170,15 @@ TEST_F(EndOfNotesTest, APanicForWhichThereIsLittleRoomIsAnsweredOnceAllOfItHasLe
     EXPECT_EQ(renderer.requests().takeAnswer(), (PanicResult{2, 0, 0}));
 }
 
+TEST_F(EndOfNotesTest, RulesCountAsLoadedOnceMoreWhenThatIsAskedFor) {
+    processor.setRules({rule(onLoad(), send(controlChange(0, 7, 5)))});
+    EXPECT_EQ(block(16), (Timed{{0, {0xB0, 7, 5}}}));
+    EXPECT_EQ(block(16), Timed());
+    renderer.requests().ask(Kind::load);
+    EXPECT_EQ(block(16), (Timed{{0, {0xB0, 7, 5}}}));
+    EXPECT_EQ(block(16), Timed());
+}
+
 TEST_F(EndOfNotesTest, CancellingAllThatWaitsEndsNoNoteAndKeepsWhatIsSentByHand) {
     processor.sampleRate = 1000;
     processor.setRules({rule(onNoteOn(), send(noteOn(0, 61, 1), 20))});

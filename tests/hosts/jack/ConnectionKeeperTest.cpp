@@ -88,6 +88,18 @@ TEST(ConnectionKeeper, WhatStillWaitsWhenTheServerGoesAgainIsNotForgotten) {
     EXPECT_TRUE(keeper.takes(target("synth:in")));
 }
 
+TEST(ConnectionKeeper, WhatIsForgottenIsNotTakenAndWhatIsMissingCanBeSaved) {
+    ConnectionKeeper keeper({}, {"always"});
+    keeper.remember({"keys:out", "pads:out"}, {"synth:in"});
+    EXPECT_TRUE(keeper.takes(source("pads:out")));
+    EXPECT_EQ(keeper.missingSources(), std::set<std::string>{"keys:out"});
+    EXPECT_EQ(keeper.missingTargets(), std::set<std::string>{"synth:in"});
+    keeper.forget();
+    EXPECT_FALSE(keeper.takes(source("keys:out")));
+    EXPECT_FALSE(keeper.takes(target("synth:in")));
+    EXPECT_TRUE(keeper.takes(target("always")));
+}
+
 TEST(ConnectionKeeper, AnEmptyPatternWhichWouldMatchEverythingIsAnError) {
     try {
         const ConnectionKeeper keeper({""}, {});

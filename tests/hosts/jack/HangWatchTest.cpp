@@ -20,7 +20,7 @@ namespace {
 TEST(HangWatchDeathTest, ASignalEndsTheProgramThatHangs) {
     const auto hangBeforeTheSignal = [] {
         const SignalDescriptor signals{SIGTERM, SIGHUP};
-        const HangWatch watch{SIGTERM};
+        const HangWatch watch({SIGTERM}, exitSuccess);
         ::kill(::getpid(), SIGHUP);
         ::kill(::getpid(), SIGTERM);
         hang();
@@ -32,16 +32,16 @@ TEST(HangWatchDeathTest, ASignalFromBeforeTheCallCountsToo) {
     const auto hangBehindTheSignal = [] {
         const SignalDescriptor signals{SIGTERM};
         ::kill(::getpid(), SIGTERM);
-        const HangWatch watch{SIGTERM};
+        const HangWatch watch({SIGTERM}, exitCannotCreate);
         hang();
     };
-    EXPECT_EXIT(hangBehindTheSignal(), testing::ExitedWithCode(exitSuccess), "");
+    EXPECT_EXIT(hangBehindTheSignal(), testing::ExitedWithCode(exitCannotCreate), "");
 }
 
 TEST(HangWatch, ACallThatReturnsLeavesTheSignalToBeRead) {
     const SignalDescriptor signals{SIGTERM};
     {
-        const HangWatch watch{SIGTERM};
+        const HangWatch watch({SIGTERM}, exitSuccess);
         ::kill(::getpid(), SIGTERM);
     }
     EXPECT_EQ(signals.take(), SIGTERM);

@@ -11,7 +11,9 @@
 #include <sstream>
 
 #include "commandline/CommandFailure.hpp"
+#include "hosts/jack/HandTurnedLoop.hpp"
 #include "hosts/jack/SessionFiles.hpp"
+#include "hosts/jack/SessionSettings.hpp"
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
 #include "support/TemporaryFolder.hpp"
@@ -23,20 +25,6 @@ namespace {
 
 using namespace test;
 using testing::HasSubstr;
-
-/// A loop that a test turns.
-class HandTurnedLoop final : public EventLoop {
-public:
-    void watch(int descriptor, std::function<void()> callback) override {
-        callbacks[descriptor] = std::move(callback);
-    }
-    void setTick(std::function<void()> function) override { tick = std::move(function); }
-    void quit(int exitStatus) override { status = exitStatus; }
-
-    std::map<int, std::function<void()>> callbacks;
-    std::function<void()> tick;
-    std::optional<int> status;
-};
 
 std::vector<Rule> rulesCalled(const std::string& name) {
     return {rule(onNoteOn(), send(noteOn(0, 60, 1)), name)};
@@ -130,6 +118,43 @@ TEST_F(JackHostTest, AnEditOfAPresetIsKeptInTheSessionAndTheUserIsToldOnceThatTh
         "the edited rules are kept in " + files.file(0).string() + "; " + preset.string() + " stays as it is";
     EXPECT_NE(err.str().find(told), std::string::npos) << err.str();
     EXPECT_EQ(err.str().find(told), err.str().rfind(told));
+}
+
+TEST_F(JackHostTest, RulesThatCannotBeSavedAtTheEndAreInTheExitStatus) {
+    start().session().onRulesChanged(rulesCalled("edited"));
+    std::filesystem::remove_all(folder / "midi-quillo");
+    writeWholeFile(folder / "midi-quillo", Data{1}, Existing::keep);
+    EXPECT_EQ(host->finish(exitFatal), exitFatal);
+    EXPECT_EQ(host->finish(), exitCannotCreate);
+    std::filesystem::remove(folder / "midi-quillo");
+    EXPECT_EQ(host->finish(), exitSuccess);
+}
+
+TEST_F(JackHostTest, ASignalSavesAtOnceAlsoWhatHasNotChanged) {
+    writePreset("preset");
+    options.preset = preset.string();
+    start();
+    takeSignal(SIGUSR1);
+    EXPECT_EQ(readWholeFile(files.file(0)), PluginData{rulesCalled("preset")}.write());
+    EXPECT_THAT(err.str(), HasSubstr("the rules are saved in " + files.file(0).string() + "\n"));
+}
+
+TEST_F(JackHostTest, ASignalThatCannotSaveSaysWhyAndNothingElse) {
+    start();
+    std::filesystem::remove_all(folder / "midi-quillo");
+    writeWholeFile(folder / "midi-quillo", Data{1}, Existing::keep);
+    takeSignal(SIGUSR1);
+    EXPECT_THAT(err.str(), HasSubstr("The rules cannot be saved: " + (folder / "midi-quillo").string()));
+    EXPECT_THAT(err.str(), testing::Not(HasSubstr("are saved in")));
+}
+
+TEST_F(JackHostTest, ConnectionsWhosePortsAreMissingAreKeptFromProgramToProgram) {
+    files.makeFolder();
+    const SessionSettings settings{{"keys:out"}, {"synth:in"}, {}};
+    writeSettings(files.settingsFile(), settings);
+    start();
+    host->finish();
+    EXPECT_EQ(readSettings(files.settingsFile()), settings);
 }
 
 TEST_F(JackHostTest, APresetThatHasBecomeAPipeIsNotWaitedFor) {

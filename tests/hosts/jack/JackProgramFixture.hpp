@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -32,12 +33,15 @@ protected:
         return runAsItIs(words);
     }
     std::unique_ptr<ChildProcess> runAsItIs(const Words& words, std::string display = "") {
-        return std::make_unique<ChildProcess>(
-            words, std::map<std::string, std::string>{{"HOME", folder.path().string()},
-                                                      {"XDG_STATE_HOME", (folder / "state").string()},
-                                                      {"JACK_DEFAULT_SERVER", ""},
-                                                      {"JACK_NO_START_SERVER", ""},
-                                                      {"DISPLAY", std::move(display)}});
+        return std::make_unique<ChildProcess>(words, environmentOf(std::move(display)));
+    }
+    std::map<std::string, std::string> environmentOf(std::string display) {
+        return {{"HOME", folder.path().string()},
+                {"XDG_STATE_HOME", (folder / "state").string()},
+                {"JACK_DEFAULT_SERVER", ""},
+                {"JACK_NO_START_SERVER", ""},
+                {"NSM_URL", ""},
+                {"DISPLAY", std::move(display)}};
     }
 
     /// The program with these rules on this server, when it is there.

@@ -274,6 +274,18 @@ TEST_F(ProcessCycleTest, FinishingItEndsTheNotesThatSoundAndHearsNothingMore) {
     EXPECT_EQ(run({}), Timed{});
 }
 
+TEST_F(ProcessCycleTest, HeldAfterItHasFinishedItCanBeginAnew) {
+    release();
+    cycle.finish();
+    run({});
+    run({});
+    EXPECT_TRUE(cycle.isFinished());
+    cycle.hold();
+    EXPECT_FALSE(cycle.isFinished());
+    release();
+    EXPECT_EQ(run({{0, {0x90, 70, 1}}}), (Timed{{0, {0x90, 70, 1}}}));
+}
+
 TEST_F(ProcessCycleTest, ItIsNotFinishedWhileThereIsNoRoomForTheEndOfANote) {
     release();
     run({{0, {0x90, 60, 1}}, {0, {0x90, 61, 1}}});

@@ -162,6 +162,27 @@ TEST_F(ServerLinkTest, AConnectionThatTheUserHadTakenDownDoesNotComeBack) {
     EXPECT_FALSE(hasSaid("hears test-sender:out"));
 }
 
+TEST_F(ServerLinkTest, AConnectionMadeByHandComesBackWithItsPortHoweverSoon) {
+    link.connect();
+    for (const int seconds : {0, 2}) {
+        err.str("");
+        {
+            JackPlayer player(server.name());
+            player.connectTo("midi-quillo");
+            letPass(2);
+            const auto [sources, targets] = link.connections();
+            EXPECT_EQ(sources, std::vector<std::string>{"test-sender:out"});
+            EXPECT_EQ(targets, std::vector<std::string>{"test-listener:in"});
+        }
+        letPass(seconds);
+        const JackPlayer player(server.name());
+        turnUntil([&] { return hasSaid("hears test-sender:out") && hasSaid("sends to test-listener:in"); });
+        ASSERT_EQ(::jack_disconnect(player.client(), "test-sender:out", "midi-quillo:in"), 0);
+        ASSERT_EQ(::jack_disconnect(player.client(), "midi-quillo:MIDIQuillo", "test-listener:in"), 0);
+        turnUntil([&] { return link.connections().sources.empty() && link.connections().targets.empty(); });
+    }
+}
+
 TEST_F(ServerLinkTest, APortThatIsGivenItsAliasAfterItHasAppearedIsConnected) {
     link.connect();
     const JackPlayer player(server.name());

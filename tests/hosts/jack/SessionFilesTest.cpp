@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <array>
 #include <set>
 #include <string_view>
@@ -147,6 +148,29 @@ TEST_F(SessionFilesTest, WhatCannotBePutInItsPlaceLeavesNothingBehind) {
     EXPECT_EQ(std::distance(fs::directory_iterator(where), fs::directory_iterator()), 1);
 }
 
+TEST_F(SessionFilesTest, WhatAProgramThatWasKilledHasLeftGoesAndNothingElse) {
+    files.add(documentOf(1));
+    files.add(documentOf(2));
+    const auto where = folder / "state" / "midi-quillo";
+    const auto put = [&](const char* name) { writeWholeFile(where / name, Data{1}, Existing::keep); };
+    const std::array leftovers{"midi-quillo.new.json", "midi-quillo.old.json", "midi-quillo.json.4711-0",
+                               "midi-quillo.new.json.4711-12", "midi-quillo.settings.4711-3"};
+    const std::array others{"midi-quillo.settings",   "midi-quillo.lock",           "midi-quillo.9.json",
+                            "midi-quillo-2.new.json", "midi-quillo-2.json.4711-0",  "midi-quillo.json.bak",
+                            "midi-quillo.json.4711",  "my midi-quillo.json.4711-0", "other.json.4711-0"};
+    std::ranges::for_each(leftovers, put);
+    std::ranges::for_each(others, put);
+    files.removeLeftovers();
+    for (const auto* name : leftovers) {
+        EXPECT_FALSE(fs::exists(where / name)) << name;
+    }
+    for (const auto* name : others) {
+        EXPECT_TRUE(fs::exists(where / name)) << name;
+    }
+    EXPECT_EQ(readWholeFile(files.file(0)), documentOf(2));
+    EXPECT_EQ(readWholeFile(files.file(1)), documentOf(1));
+}
+
 TEST_F(SessionFilesTest, NoTwoNamesShareAFile) {
     std::set<fs::path> seen;
     const fs::path home = folder.path();
@@ -157,6 +181,7 @@ TEST_F(SessionFilesTest, NoTwoNamesShareAFile) {
             EXPECT_TRUE(seen.insert(session.file(age)).second) << session.file(age);
         }
         EXPECT_TRUE(seen.insert(session.lockFile()).second) << name;
+        EXPECT_TRUE(seen.insert(session.settingsFile()).second) << name;
     }
 }
 

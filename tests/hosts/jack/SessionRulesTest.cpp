@@ -29,7 +29,7 @@ Data documentOf(const std::string& name) {
 
 /// A program that has a session.
 struct Program {
-    explicit Program(const std::filesystem::path& folder) : rules(folder, "band", session, messages) {}
+    explicit Program(const std::filesystem::path& folder) { rules.keepIn(folder, "band"); }
 
     /// The name of the rule that it has; empty without rules.
     std::string ruleName() {
@@ -48,7 +48,7 @@ struct Program {
     std::ostringstream err;
     Session session;
     UserMessages messages{err, session};
-    SessionRules rules;
+    SessionRules rules{session, messages};
 };
 
 class SessionRulesTest : public testing::Test {
@@ -238,7 +238,8 @@ TEST_F(SessionRulesTest, WithoutAHomeTheUserIsTold) {
     std::ostringstream err;
     Session session;
     UserMessages messages(err, session);
-    const SessionRules rules(std::nullopt, "band", session, messages);
+    SessionRules rules(session, messages);
+    rules.keepIn(std::nullopt, "band");
     EXPECT_THAT(err.str(), HasSubstr("Neither XDG_STATE_HOME nor HOME is set"));
 }
 

@@ -21,6 +21,7 @@ value() {
 
 must_be_there share/applications/midi-quillo-jack.desktop
 must_be_there "bin/$(value Exec)"
+must_be_there "bin/$(value X-NSM-Exec)"
 must_be_there "share/icons/hicolor/scalable/apps/$(value Icon).svg"
 must_be_there "share/icons/hicolor/32x32/apps/$(value Icon).png"
 must_be_there "share/icons/hicolor/128x128/apps/$(value Icon).png"
