@@ -2,6 +2,7 @@
 #include "hosts/jack/JackPlayer.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <stdexcept>
 #include <utility>
 
@@ -48,7 +49,8 @@ JackPlayer::~JackPlayer() {
 }
 
 void JackPlayer::require(const std::string& source, const std::string& target) {
-    if (::jack_connect(sender_.get(), source.c_str(), target.c_str()) != 0) {
+    const auto error = ::jack_connect(sender_.get(), source.c_str(), target.c_str());
+    if (error != 0 && error != EEXIST) {
         throw std::runtime_error(source + " cannot be connected to " + target);
     }
 }

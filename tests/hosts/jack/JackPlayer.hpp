@@ -28,7 +28,7 @@ public:
     JackPlayer(const JackPlayer&) = delete;
     JackPlayer& operator=(const JackPlayer&) = delete;
 
-    /// Connects the program's ports, and waits for the connection.
+    /// Connects the program's ports, unless it has remembered them, and waits for the connection.
     void connectTo(const std::string& client);
 
     /// Waits until a message goes all the way, whoever connected the ports.
