@@ -76,8 +76,8 @@ public:
     /// [any but render] When the first of them is due; nothing when none waits.
     [[nodiscard]] std::optional<SampleTime> nextDelayedMessage();
 
-    /// [render] Step 1: fires the on-load rules in the processor's first cycle, whatever becomes of it, and never
-    /// again but after `loadAgain`.
+    /// [render] Step 1: fires the on-load rules in the processor's first cycle, whatever becomes of it, and
+    /// never again but after `loadAgain`.
     OSStatus onLoad(const OutputFunction& output, SampleTime start, SampleTime end) QUILLO_REALTIME;
 
     /// [render] Step 2: sends all that was sent by hand, in one call (also when there is nothing), and

@@ -12,8 +12,8 @@ namespace quillo {
 
 /// Decides which ports a client is connected to: those whose full name or alias holds a match of one of the
 /// patterns, and those that it was connected to when they went, or when the session was saved. It is asked
-/// whenever a port appears, so that connections come back with their device; what the user disconnects by hand
-/// stays so until then.
+/// whenever a port appears, so that connections come back with their device; what the user disconnects by
+/// hand stays so until then.
 ///
 /// Ports of the client itself never match. [main]
 class ConnectionKeeper {

@@ -55,8 +55,8 @@ public:
         return state == JackTransportStarting || state == JackTransportNetStarting;
     }
 
-    /// A client with its ports, not yet active. Throws a `ServerFailure`. `cycle` and `news` must outlive it; it
-    /// holds the cycle until `activate`.
+    /// A client with its ports, not yet active. Throws a `ServerFailure`. `cycle` and `news` must outlive it;
+    /// it holds the cycle until `activate`.
     JackClient(const Request& request, ProcessCycle& cycle, ServerNews& news);
     /// Takes the ports away. Also for a server that has gone.
     ~JackClient();

@@ -193,7 +193,7 @@ void JackHost::tellOfPanic() {
     }
 }
 
-/// An unchanged session is saved too: whoever asks for it relies on the file.
+/// An unchanged session is saved too: the user who asks for it relies on the file.
 void JackHost::save() {
     if (managed_) {
         messages_.say(managed_->save());

@@ -9,8 +9,8 @@
 #include <set>
 #include <string>
 
-#include "commandline/Console.hpp"
 #include "commandline/CommandFailure.hpp"
+#include "commandline/Console.hpp"
 #include "hosts/jack/EventLoop.hpp"
 #include "hosts/jack/HostWindow.hpp"
 #include "hosts/jack/JackOptions.hpp"
@@ -50,20 +50,20 @@ public:
     /// Shows the window, unless a session manager is to say so. It must outlive `finish`.
     void setWindow(HostWindow& window);
 
-    /// Announces the program to the session manager, or makes the link to the server. When there is no server,
-    /// waits for one if there is a window or the user said so, else throws a `CommandFailure`.
+    /// Announces the program to the session manager, or makes the link to the server. When there is no
+    /// server, waits for one if there is a window or the user said so, else throws a `CommandFailure`.
     void start();
 
-    /// The user has closed the window: it is hidden when a session manager can show it again, else the program
-    /// ends.
+    /// The user has closed the window: it is hidden when a session manager can show it again, else the
+    /// program ends.
     void windowClosed();
 
     /// Saves the rules and reads the preset again; one that cannot be used leaves the rules as they are.
     void reloadPreset();
 
-    /// Saves the rules, unless a session manager does, ends the notes that sound and leaves the server. From here
-    /// on a signal ends the program at once: a server that hangs must not keep it. Returns the exit status: this
-    /// one, unless it is a success and the rules could not be saved.
+    /// Saves the rules, unless a session manager does, ends the notes that sound and leaves the server. From
+    /// here on a signal ends the program at once: a server that hangs must not keep it. Returns the exit
+    /// status: this one, unless it is a success and the rules could not be saved.
     int finish(int status = exitSuccess);
 
     [[nodiscard]] Session& session() { return session_; }

@@ -32,7 +32,8 @@ const std::optional<std::string>& ManagedSession::tick() {
     return manager_->refusal();
 }
 
-/// The project that was open stays closed when the new one cannot be opened: it is not this program's any more.
+/// The project that was open stays closed when the new one cannot be opened: it is not this program's any
+/// more.
 NSMClient::Outcome ManagedSession::openProject(const NSMClient::Project& project) {
     leaveProject();
     const SessionFiles files(project.path, "rules");

@@ -16,8 +16,8 @@
 namespace quillo {
 
 /// The program's part in a session that a session manager keeps (NSM): there are no rules, no client and no
-/// window before the manager opens a project, and nothing is saved unless it says so. A project is a folder with
-/// a preset, `rules.json`, and settings beside it. [main]
+/// window before the manager opens a project, and nothing is saved unless it says so. A project is a folder
+/// with a preset, `rules.json`, and settings beside it. [main]
 class ManagedSession final : private NSMClient::Program {
 public:
     /// What a project is made of. All must outlive this.
@@ -41,8 +41,8 @@ public:
     /// Announces the program to the manager. Throws `std::runtime_error` for an address that leads nowhere.
     void join(const std::string& address, const NSMClient::Announcement& announcement);
 
-    /// To be called `EventLoop::ticksPerSecond` times a second. Why there is no session: the manager refuses the
-    /// program, or does not answer. Final.
+    /// To be called `EventLoop::ticksPerSecond` times a second. Why there is no session: the manager refuses
+    /// the program, or does not answer. Final.
     [[nodiscard]] const std::optional<std::string>& tick();
 
     /// The rules have been edited.

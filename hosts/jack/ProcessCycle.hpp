@@ -41,8 +41,8 @@ public:
     /// is rendered: the server needs a cycle to put them in force.
     void release() { cyclesToHold_ = cyclesUntilConnected; }
 
-    /// [main] From the next cycle on, and until it is held, nothing comes in, and all that goes out are the ends
-    /// of the notes that sound.
+    /// [main] From the next cycle on, and until it is held, nothing comes in, and all that goes out are the
+    /// ends of the notes that sound.
     void finish() { isFinishing_ = true; }
 
     /// [any] Whether these have gone out, in a cycle that is over.

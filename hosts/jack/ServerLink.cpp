@@ -111,8 +111,8 @@ void ServerLink::takeSampleRate() {
     }
 }
 
-/// Notes it at once: a server shows a connection a cycle after it was made, and may end before. A port that was
-/// connected when the connections were looked at has gone and come back since.
+/// Notes it at once: a server shows a connection a cycle after it was made, and may end before. A port that
+/// was connected when the connections were looked at has gone and come back since.
 bool ServerLink::connectIfWanted(const PortDescription& port) {
     const bool isWanted = connections_.takes(port) || (!port.isOurs && wasConnected(port));
     if (isWanted) {

@@ -33,8 +33,8 @@ public:
     void connect();
     void disconnect();
 
-    /// While there is no link: those to come have this name, and these connections come back with their ports.
-    /// Whatever was remembered before is forgotten.
+    /// While there is no link: those to come have this name, and these connections come back with their
+    /// ports. Whatever was remembered before is forgotten.
     void become(const std::string& clientName, const JackClient::Connections& connections);
 
     /// The connections as they shall be when the program starts again: those that there are, and those whose

@@ -75,8 +75,9 @@ void nameTwice(const fs::path& file, const fs::path& second) {
     }
 }
 
-/// A session's file that has not reached its place: "NAME.new.json", "NAME.old.json", and what `writeWholeFile`
-/// writes before it has the final name, with the numbers of the process and of the file behind it.
+/// A session's file that has not reached its place: "NAME.new.json", "NAME.old.json", and what
+/// `writeWholeFile` writes before it has the final name, with the numbers of the process and of the file
+/// behind it.
 bool isLeftover(std::string_view file, std::string_view stem) {
     constexpr std::string_view numbers = "0123456789-";
     if (!file.starts_with(stem) || !file.substr(stem.size()).starts_with('.')) {

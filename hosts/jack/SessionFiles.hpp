@@ -52,8 +52,8 @@ public:
     [[nodiscard]] std::filesystem::path lockFile() const;
     /// Where `SessionSettings` are kept.
     [[nodiscard]] std::filesystem::path settingsFile() const;
-    /// Takes away what a program that was killed may have left on its way to its place. For the one who has the
-    /// session.
+    /// Takes away what a program that was killed may have left on its way to its place. For the one who has
+    /// the session.
     void removeLeftovers() const;
     /// Makes the folder, for the user alone. Throws `FileError`.
     void makeFolder() const;

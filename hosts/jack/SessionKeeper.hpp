@@ -11,9 +11,9 @@
 
 namespace quillo {
 
-/// Saves a session's rules soon after each change. Changes that follow each other within `versionSpan` are one
-/// version, so that the ten versions reach further back than ten turns of a wheel; the first change of a run
-/// always begins a new one. Time is the caller's. [main]
+/// Saves a session's rules soon after each change. Changes that follow each other within `versionSpan` are
+/// one version, so that the ten versions reach further back than ten turns of a wheel; the first change of a
+/// run always begins a new one. Time is the caller's. [main]
 class SessionKeeper {
 public:
     using Time = std::chrono::steady_clock::time_point;
@@ -30,8 +30,8 @@ public:
     /// The rules have changed.
     void changed(Time now);
 
-    /// To be called often: saves when the last change is `restBeforeSaving` old, or the first `longestUnsaved`.
-    /// Says why it could not be done; it is tried again after the next change.
+    /// To be called often: saves when the last change is `restBeforeSaving` old, or the first
+    /// `longestUnsaved`. Says why it could not be done; it is tried again after the next change.
     [[nodiscard]] std::optional<std::string> keepUp(Time now);
 
     /// Saves now what is not saved, unless that has failed and nothing has changed since.

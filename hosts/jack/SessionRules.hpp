@@ -13,8 +13,8 @@
 namespace quillo {
 
 /// Rules that outlive the program. A second program of the same name has a session of its own:
-/// "NAME-2". Where nothing may be written the rules are read all the same, and without any place they still run; the
-/// user is told. [main]
+/// "NAME-2". Where nothing may be written the rules are read all the same, and without any place they still
+/// run; the user is told. [main]
 class SessionRules {
 public:
     /// At first they are kept nowhere.

@@ -15,16 +15,18 @@ class SettingsKeeper {
 public:
     explicit SettingsKeeper(ServerLink& link) : link_(link) {}
 
-    /// From now on there is a window, which remembers what was loaded. It must outlive this, or `save` no more.
+    /// From now on there is a window, which remembers what was loaded. It must outlive this, or `save` no
+    /// more.
     void setWindow(HostWindow& window);
     /// Null without one.
     [[nodiscard]] HostWindow* window() const { return window_; }
 
-    /// Takes over the settings in the file, those of a first session where there is none, for a client of this
-    /// name, and returns them. While there is no link.
+    /// Takes over the settings in the file, those of a first session where there is none, for a client of
+    /// this name, and returns them. While there is no link.
     const SessionSettings& load(const std::filesystem::path& file, const std::string& clientName);
 
-    /// Writes the settings unless the file has them. Throws `FileError`; then it tries again when they change.
+    /// Writes the settings unless the file has them. Throws `FileError`; then it tries again when they
+    /// change.
     void save(const std::filesystem::path& file);
 
 private:

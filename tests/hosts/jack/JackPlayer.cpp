@@ -87,7 +87,8 @@ void JackPlayer::send(const std::vector<ScriptMessage>& messages) {
     schedule(messages);
 }
 
-/// The cycle under way may have been served already, and the next one may be under way before this thread goes on.
+/// The cycle under way may have been served already, and the next one may be under way before this thread
+/// goes on.
 SampleTime JackPlayer::schedule(const std::vector<ScriptMessage>& messages) {
     const auto start = end_ + 4 * (end_ - now_);
     for (const auto& message : messages) {

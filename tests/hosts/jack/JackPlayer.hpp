@@ -17,9 +17,9 @@
 
 namespace quillo::test {
 
-/// Two clients of a server, one before and one behind the program that is tested: the server runs them in that
-/// order in every cycle, so what the program passes on arrives in the cycle in which it was sent. Times are frames
-/// that the sender has seen.
+/// Two clients of a server, one before and one behind the program that is tested: the server runs them in
+/// that order in every cycle, so what the program passes on arrives in the cycle in which it was sent. Times
+/// are frames that the sender has seen.
 class JackPlayer {
 public:
     /// Throws `std::runtime_error` when the server does not take them.
@@ -37,14 +37,15 @@ public:
     /// Sends the messages, their times counted from a cycle to come.
     void send(const std::vector<ScriptMessage>& messages);
 
-    /// Sends the messages, their times counted from a cycle to come, and waits until `length` frames from there
-    /// have passed. Meanwhile the server runs as fast as it can and leaves out no cycle, however slow the machine is.
-    /// Returns what arrived, in the same count.
+    /// Sends the messages, their times counted from a cycle to come, and waits until `length` frames from
+    /// there have passed. Meanwhile the server runs as fast as it can and leaves out no cycle, however slow
+    /// the machine is. Returns what arrived, in the same count.
     std::vector<ScriptMessage> play(const std::vector<ScriptMessage>& messages, SampleTime length);
     /// The same at the speed that the server has.
     std::vector<ScriptMessage> playNow(const std::vector<ScriptMessage>& messages, SampleTime length);
 
-    /// What has arrived since it was last forgotten. `play` and the waits for a connection begin by forgetting.
+    /// What has arrived since it was last forgotten. `play` and the waits for a connection begin by
+    /// forgetting.
     std::vector<Bytes> arrived();
     void forget();
     /// Waits until exactly this has arrived.
@@ -58,8 +59,8 @@ public:
     [[nodiscard]] std::string inputName() const { return ::jack_port_name(in_); }
     [[nodiscard]] std::uint64_t xruns() const { return xruns_; }
 
-    /// Lets the server run as fast as it can. When this ends the server puts back the connections of its beginning,
-    /// also with ports that are gone; it should end while everybody is still there.
+    /// Lets the server run as fast as it can. When this ends the server puts back the connections of its
+    /// beginning, also with ports that are gone; it should end while everybody is still there.
     void setFreewheel(bool on) { ::jack_set_freewheel(sender_.get(), on ? 1 : 0); }
 
 private:

@@ -14,8 +14,8 @@
 
 namespace quillo::test {
 
-/// A session manager of the test's own: it keeps what clients send until the test looks for it, and sends what the
-/// test says.
+/// A session manager of the test's own: it keeps what clients send until the test looks for it, and sends
+/// what the test says.
 class NSMServer {
 public:
     /// A message that a client has sent.
