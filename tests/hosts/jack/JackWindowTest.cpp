@@ -7,6 +7,7 @@
 #include "editor/EditorWindow.hpp"
 #include "editor/MyTextInputImpl.hpp"
 #include "hosts/jack/JackProgramFixture.hpp"
+#include "hosts/jack/NSMServer.hpp"
 #include "session/Session.hpp"
 #include "support/FindBelow.hpp"
 
@@ -20,6 +21,11 @@ protected:
     /// Waits until the display has a window of this title.
     static void waitForWindow(const std::string& title) {
         onTheDisplay({"search", "--sync", "--name", "^" + title + "$"});
+    }
+
+    /// Whether the display shows one.
+    static bool hasWindow() {
+        return ChildProcess({"xdotool", "search", "--onlyvisible", "--name", "^MIDI Quillo"}).wait() == 0;
     }
 
     static void onTheDisplay(Words words) {
@@ -95,6 +101,44 @@ TEST_F(JackWindowTest, WhatIsTypedAndNotConfirmedIsKeptWhenTheProgramEnds) {
     }
     EXPECT_EQ(end(*program), 0);
     EXPECT_EQ(PluginData::read(readWholeFile(session().file(0))).rules.front().name, "typed");
+}
+
+TEST_F(JackWindowTest, ASessionManagerShowsAndHidesTheWindowWhichComesBackAsLargeAsItWas) {
+    const JackServer server;
+    NSMServer manager;
+    const auto project = (folder / "midi-quillo.nA").string();
+    auto environment = environmentOf(std::getenv("DISPLAY"));
+    environment["NSM_URL"] = manager.url();
+    const auto open = [&](ChildProcess& program) {
+        const auto client = manager.takeClient();
+        EXPECT_EQ(manager.open(client, project, "midi-quillo.nA"), "OK");
+        EXPECT_TRUE(program.err().soFar().ends_with(" a cycle\n")) << program.err().soFar();
+        return client;
+    };
+    {
+        ChildProcess program({QUILLO_JACK_PROGRAM, "--server", server.name()}, environment);
+        const auto client = open(program);
+        manager.waitFor("/nsm/client/gui_is_hidden", client);
+        EXPECT_FALSE(hasWindow());
+        manager.send(client, "/nsm/client/show_optional_gui");
+        manager.waitFor("/nsm/client/gui_is_shown", client);
+        waitForWindow("MIDI Quillo \\(midi-quillo.nA\\)");
+        onTheDisplay({"search", "--name", "^MIDI Quillo", "windowsize", "--sync", "620", "430"});
+        EXPECT_EQ(manager.ask(client, "/nsm/client/save"), "OK");
+        EXPECT_EQ(end(program), 0);
+    }
+    ChildProcess program({QUILLO_JACK_PROGRAM, "--server", server.name()}, environment);
+    const auto client = open(program);
+    manager.waitFor("/nsm/client/gui_is_shown", client);
+    waitForWindow("MIDI Quillo \\(midi-quillo.nA\\)");
+    ChildProcess look({"xdotool", "search", "--name", "^MIDI Quillo", "getwindowgeometry", "--shell"});
+    EXPECT_THAT(look.out().whole(), testing::HasSubstr("WIDTH=620\nHEIGHT=430\n"));
+    EXPECT_TRUE(hasWindow());
+    manager.send(client, "/nsm/client/hide_optional_gui");
+    manager.waitFor("/nsm/client/gui_is_hidden", client);
+    while (hasWindow()) {
+    }
+    EXPECT_EQ(end(program), 0);
 }
 
 TEST_F(JackWindowTest, APresetThatCannotBeUsedOpensNoWindow) {
