@@ -94,6 +94,14 @@ TEST(MessageContent, ASystemExclusiveBodyIsNotInspected) {
     EXPECT_EQ(fixed(systemExclusive({0xF0, 0xFF, 0xF7})), (Messages{{0xF0, 0xF0, 0xFF, 0xF7, 0xF7}}));
 }
 
+TEST(MessageContent, IsSentAsItStandsOrMadeOfTheTrigger) {
+    const TriggerBytes trigger{0x95, 61, 101};
+    EXPECT_EQ(messagesOf(messagesOf(compile(noteOn(3, 60, 100)), trigger)), (Messages{{0x93, 60, 100}}));
+    EXPECT_EQ(messagesOf(
+                  messagesOf(compile(protocol(StatusV2::CC, triggerChannel, byte(7), triggerByte)), trigger)),
+              (Messages{{0xB5, 7, 101}}));
+}
+
 TEST(MessageContent, EachByteFromTheTriggerComesFromTheSamePosition) {
     const TriggerBytes trigger{0x95, 61, 101};
     EXPECT_EQ(generated(protocol(StatusV2::CC, triggerChannel, byte(7), byte(8)), trigger),

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "persistence/PluginData.hpp"
@@ -128,6 +130,25 @@ TEST(ProblemInWords, NamesARuleThatIsSwitchedOff) {
     EXPECT_EQ(shelved("5"), "Switched-off rule 1: expected an object, found 5.");
     EXPECT_EQ(wordsFor(R"({"rules":[],"shelf":5})"),
               "The list of the switched-off rules: expected an array, found 5.");
+}
+
+/// Whether the error of a document that cannot be read is about one of its rules.
+bool isAboutRuleOf(std::string_view text) {
+    const std::vector<std::uint8_t> document(text.begin(), text.end());
+    try {
+        static_cast<void>(PluginData::read(document));
+    } catch (const DecodingError& error) {
+        return isAboutRule(error);
+    }
+    throw std::logic_error("it can be read");
+}
+
+TEST(ProblemInWords, IsAboutARuleOrAboutTheWholeDocument) {
+    EXPECT_TRUE(isAboutRuleOf(R"({"rules":[{"name":5,"output":{}}]})"));
+    EXPECT_TRUE(isAboutRuleOf(R"({"rules":[],"shelf":[5]})"));
+    EXPECT_TRUE(isAboutRuleOf(R"({"rules":[],"shelf":5})"));
+    EXPECT_FALSE(isAboutRuleOf(R"({"rules":5})"));
+    EXPECT_FALSE(isAboutRuleOf("{"));
 }
 
 }  // namespace

@@ -93,6 +93,17 @@ TEST(RuleRun, IsNotMadeByRulesThatConsumeWhatDoesNotMatch) {
     EXPECT_EQ(runsOf({{keepsOnly(5), keepsOnly(6)}}), (Runs{{0, 1, false}, {1, 1, false}}));
 }
 
+TEST(RuleRun, IsNotMadeByRulesThatTheEditorCannotHoldOrWouldChange) {
+    const auto sends = [](std::uint8_t note, const RuleOutputVariantsV2& message) {
+        return rule(onNoteOn(exactly(note)), send(message));
+    };
+    for (const auto& message : {protocol(StatusV2::channelPressure, channel(0), triggerByte),
+                                protocol(StatusV2::programChange, channel(0), byte(9))}) {
+        EXPECT_EQ(runValue(sends(5, message)), std::nullopt);
+        EXPECT_EQ(runsOf({{sends(5, message), sends(6, message)}}), (Runs{{0, 1, false}, {1, 1, false}}));
+    }
+}
+
 TEST(RuleRun, HasAValueWhereTheTriggerWaitsForOne) {
     EXPECT_EQ(runValue(noteRule(36, triggerByte)), 36);
     EXPECT_EQ(runValue(rule(onNoteOff(exactly(5)), send(noteOn(0, 1, 2)))), 5);
