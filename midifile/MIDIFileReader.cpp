@@ -32,7 +32,8 @@ std::string textOf(std::span<const std::uint8_t> bytes) {
 
 std::uint32_t littleEndian32(ByteCursor& riff) {
     const auto bytes = riff.take(4, "a chunk's length");
-    return bytes[0] | bytes[1] << 8U | bytes[2] << 16U | std::uint32_t{bytes[3]} << 24U;
+    const auto byte = [&bytes](std::size_t index) { return std::uint32_t{bytes[index]} << (8 * index); };
+    return byte(0) | byte(1) | byte(2) | byte(3);
 }
 
 /// What is wrapped in a RIFF file: its chunk "data". Chunks begin at even distances.
