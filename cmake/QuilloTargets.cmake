@@ -34,6 +34,18 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT QUILLO_SANITIZE)
     add_link_options($<$<CONFIG:Release>:-flto=auto>)
 endif()
 
+# What is made for users is hardened: a smashed stack or an overrun buffer ends the program, and no table of functions can
+# be written to once it runs. Builds of another type take the flags that they are given, as distributions want it.
+set(quillo_release $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
+if(NOT QUILLO_SANITIZE)
+    add_compile_options("$<${quillo_release}:-fstack-protector-strong;-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3>")
+endif()
+if(NOT QUILLO_SANITIZE AND NOT APPLE)
+    include(CheckPIESupported)
+    check_pie_supported(LANGUAGES CXX)
+    add_link_options("$<${quillo_release}:LINKER:-z,relro,-z,now,-z,noexecstack>")
+endif()
+
 # What every test program has in common, linked after what it tests, for JUCE brings an optimisation level along. What is
 # tested is optimised, the tests are not: most of a build is compiling them.
 add_library(quillo-test-options INTERFACE)
