@@ -1,16 +1,28 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash
-# `./dev install` and `./dev uninstall`: the plug-ins where hosts of this user look for them, and the guide and the
-# example presets where the editor does. Sourced by ./dev.
+# `./dev install` and `./dev uninstall`: the programs where shells of this user find them, the plug-ins where hosts do,
+# and the guide and the example presets where the editor does. Sourced by ./dev.
 
-# placements: what is built, and where it belongs, one a line with a bar between.
+# placements: what is built or ready, and where it belongs, one a line with a bar between. Manuals belong beside the
+# folder of the programs, wherever other data are: that is where man looks.
 placements() {
+    local data=${XDG_DATA_HOME:-${HOME}/.local/share}
+    local icons=$data/icons/hicolor
     cat <<END
+build/midi-quillo|${HOME}/.local/bin/midi-quillo
+build/midi-quillo-jack|${HOME}/.local/bin/midi-quillo-jack
+docs/man/midi-quillo.1|${HOME}/.local/share/man/man1/midi-quillo.1
+docs/man/midi-quillo-jack.1|${HOME}/.local/share/man/man1/midi-quillo-jack.1
+build/guide/midi-quillo-guide.7|${HOME}/.local/share/man/man7/midi-quillo-guide.7
+hosts/jack/data/midi-quillo-jack.desktop|${data}/applications/midi-quillo-jack.desktop
+hosts/jack/data/midi-quillo-jack.svg|${icons}/scalable/apps/midi-quillo-jack.svg
+hosts/jack/data/midi-quillo-jack-128.png|${icons}/128x128/apps/midi-quillo-jack.png
+hosts/jack/data/midi-quillo-jack-32.png|${icons}/32x32/apps/midi-quillo-jack.png
 build/midi-quillo.lv2|${HOME}/.lv2/midi-quillo.lv2
 build/midi-quillo.clap|${HOME}/.clap/midi-quillo.clap
 build/MIDI Quillo.vst3|${HOME}/.vst3/MIDI Quillo.vst3
-build/guide|${XDG_DATA_HOME:-${HOME}/.local/share}/doc/midi-quillo/guide
-build/share/midi-quillo/presets|${XDG_DATA_HOME:-${HOME}/.local/share}/midi-quillo/presets
+build/guide|${data}/doc/midi-quillo/guide
+build/share/midi-quillo/presets|${data}/midi-quillo/presets
 END
 }
 
@@ -39,6 +51,8 @@ install_for_user() {
         mv "$place.new" "$place"
         echo "$place"
     done < <(placements)
+    [[ :$PATH: == *:"$HOME/.local/bin":* ]] ||
+        say "your shell looks for programs elsewhere: add $HOME/.local/bin to PATH, or log in again"
 }
 
 uninstall_for_user() {

@@ -14,7 +14,9 @@ packages_of() {
         hosts) echo jalv liblilv-dev lilv-utils sordi ;;
         studios) echo ardour qtractor ;;
         guide) echo lowdown groff-base ;;
-        package) echo dpkg-dev file ;;
+        package) echo debhelper lintian ;;
+        source) echo git ;;
+        desktop) echo appstream desktop-file-utils ;;
         bench) echo libbenchmark-dev liblilv-dev x42-plugins ;;
         lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev libblocksruntime-dev ;;
         fuzz) echo clang-22 libclang-rt-22-dev ;;
@@ -160,6 +162,6 @@ refuse_unknown() {
 installed_versions() {
     has_debian_tools || return 0
     # shellcheck disable=SC2046 # one word a package
-    dpkg-query --show $(for group in build editor jack plugins hosts studios guide bench lint; do packages_of $group; done) \
+    dpkg-query --show $(for group in build editor jack plugins hosts studios guide desktop bench lint; do packages_of $group; done) \
         2>/dev/null || true
 }

@@ -7,6 +7,8 @@ set -euo pipefail
 cd "$(dirname "$0")"
 export DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8
 
+packages=(midi-quillo midi-quillo-clap midi-quillo-doc midi-quillo-jack midi-quillo-lv2 midi-quillo-vst3)
+
 show() {
     printf '\n$ %s\n' "$*"
     "$@"
@@ -28,8 +30,8 @@ expect() {
 
 install_it() {
     quietly apt-get update
-    quietly apt-get install --yes --no-install-recommends ./midi-quillo_*.deb
-    dpkg -L midi-quillo | while read -r path; do [[ -d $path ]] || echo "$path"; done >/tmp/installed
+    quietly apt-get install --yes --no-install-recommends ./*.deb
+    dpkg -L "${packages[@]}" | while read -r path; do [[ ! -f $path ]] || echo "$path"; done >/tmp/installed
     expect "Version: 1" dpkg -s midi-quillo
 }
 
@@ -93,18 +95,18 @@ read_the_manual() {
 
 use_the_archive() {
     mkdir -p /opt/anywhere
-    show tar -xzf midi-quillo-*.tar.gz -C /opt/anywhere --strip-components=1
+    show tar -xzf midi-quillo-*-linux-*.tar.gz -C /opt/anywhere --strip-components=1
     expect "rules" /opt/anywhere/bin/midi-quillo check /opt/anywhere/share/midi-quillo/presets/echo.json
 }
 
 upgrade_it() {
-    quietly apt-get install --yes --no-install-recommends ./newer.deb
+    quietly apt-get install --yes --no-install-recommends ./newer/*.deb
     expect '^Version: .*\.1$' dpkg -s midi-quillo
     expect "rules" midi-quillo check /usr/share/midi-quillo/presets/echo.json
 }
 
 remove_it() {
-    quietly apt-get purge --yes midi-quillo
+    quietly apt-get purge --yes "${packages[@]}"
     local path left=0
     while read -r path; do
         [[ ! -e $path ]] || { echo "left behind: $path"; left=1; }

@@ -4,14 +4,14 @@
 # in the others. `./dev test elsewhere`: what needs no library of this machine, in other surroundings. Sourced by ./dev.
 
 run_tests() {
-    need build editor jack plugins hosts display guide
+    need build editor jack plugins hosts display guide desktop
     test_trees release --label-exclude long
 }
 
 # What takes minutes belongs here: beyond the tests marked long, the trees with sanitizers and simulated hosts.
 run_all_tests() {
     local status=0
-    need build editor jack pipewire plugins hosts studios display guide
+    need build editor jack pipewire plugins hosts studios display guide desktop
     keep_addresses_plain test all
     test_trees "release asan tsan" || status=1
     simulate_for_commit 2>&1 | tee build/simulated.txt || status=1

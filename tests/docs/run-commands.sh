@@ -5,7 +5,7 @@
 # are for reading only.
 #
 # A README.md is read in a fresh clone, where nothing is built or installed: its commands find the presets and ./dev,
-# and what ./dev has built. The other pages are read where the programs are installed, in a folder that has the files
+# and what ./dev has installed. The other pages are read where the programs are installed, in a folder that has the files
 # that they speak of.
 #
 # Two commands are stood in for, because they build, open a window or need a sound server: ./dev must know the verb
@@ -19,7 +19,7 @@ desk=$(mktemp -d)
 trap 'rm -rf "$desk"' EXIT
 
 lay_out_clone() {
-    mkdir "$desk/clone" "$desk/stand-ins"
+    mkdir "$desk/clone" "$desk/home" "$desk/stand-ins"
     cp -r "$source/presets" "$desk/clone/presets"
     stand_in_for_jack
     stand_in_for_dev
@@ -38,11 +38,10 @@ stand_in_for_dev() {
 #!/usr/bin/env bash
 fail() { echo "./dev: \$*" >&2; exit 64; }
 [[ \$# == 0 ]] || "$source/dev" help | grep -q "^  \$1\\b" || fail "there is no verb \$1"
-mkdir -p build
 case \${1-} in
     run) for file in "\${@:2}"; do [[ \$file == --* || -r \$file ]] || fail "cannot read \$file"; done ;;
-    build) ln -sf "$programs/midi-quillo" build ;;
-    jack) ln -sf "$desk/stand-ins/midi-quillo-jack" build; build/midi-quillo-jack "\${@:2}" ;;
+    install) ln -sf "$programs/midi-quillo" "$desk/stand-ins/midi-quillo-jack" "$desk/home" ;;
+    jack) "$desk/stand-ins/midi-quillo-jack" "\${@:2}" ;;
 esac
 END
     chmod +x "$desk/clone/dev"
@@ -69,7 +68,7 @@ block() {
 try() {
     local folder=$desk/installed path=$desk/bin:$PATH
     if [[ $(basename "$1") == README.md ]]; then
-        folder=$desk/clone path=$PATH
+        folder=$desk/clone path=$desk/home:$PATH
     fi
     if (cd "$folder" && PATH=$path bash -euo pipefail -c "$3") \
         >"$desk/output" 2>&1 </dev/null; then
