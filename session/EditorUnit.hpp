@@ -70,6 +70,9 @@ public:
     /// discards what waits, at the start of the next block. Later the model says what that was.
     virtual void panic() {}
 
+    /// Fires the on-load rules at the start of the next block, as when the project was loaded.
+    virtual void sendAllOnLoad() {}
+
     /// Whether the notes that sound end when other rules are installed. They do not at first, and no document
     /// says so.
     virtual void setNotesEndWhenRulesChange(bool /*theyEnd*/) {}

@@ -153,6 +153,10 @@ void Session::panic() {
     renderer_.requests().ask(RenderRequests::Kind::panic);
 }
 
+void Session::sendAllOnLoad() {
+    renderer_.requests().ask(RenderRequests::Kind::load);
+}
+
 void Session::onInstantMessageClick(const RuleOutputVariantsV2& message) {
     processor_.send(message);
 }

@@ -69,6 +69,7 @@ public:
     void cancelWaiting(std::uint64_t number) override;
     void cancelAllWaiting() override;
     void panic() override;
+    void sendAllOnLoad() override;
     void setNotesEndWhenRulesChange(bool theyEnd) override { notesEnd_ = theyEnd; }
     [[nodiscard]] bool notesEndWhenRulesChange() const override { return notesEnd_; }
 

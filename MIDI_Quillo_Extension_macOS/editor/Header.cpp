@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/Header.hpp"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -23,11 +24,10 @@ constexpr int buttonLift = 5;
 constexpr int searchWidth = 190;
 constexpr int leastSearchWidth = 110;
 /// The least widths of a header with all its buttons, and of one with the search field beside them.
-constexpr int widthForButtons = 470;
-constexpr int widthForSearch = 640;
+constexpr int widthForButtons = 497;
+constexpr int widthForSearch = 660;
 
-/// The rows of the menu that a narrow editor has.
-enum MoreRow : std::size_t { undoRow, redoRow, formRow, searchRow, docsRow, panicRow, versionRow };
+enum MoreRow : std::size_t { undoRow, redoRow, formRow, searchRow, onLoadRow, docsRow, panicRow, versionRow };
 
 juce::String version() {
     return "v" QUILLO_VERSION;
@@ -45,6 +45,13 @@ void placeAtRight(Button& button, int height, juce::Rectangle<int>& area) {
 
 juce::String stepTitle(const juce::String& verb, const std::optional<std::string>& step) {
     return step ? verb + ": " + juceText(escaped(*step)) : verb;
+}
+
+/// That is not switched off.
+bool hasOnLoadRule(const RuleList& rules) {
+    return std::ranges::any_of(rules, [](const RuleEntryIdentifiable& element) {
+        return !element.off && element.rule.trigger.type == TriggerEntryType::OnLoad;
+    });
 }
 
 }  // namespace
@@ -73,7 +80,7 @@ Header::Header(RuleListEditor& editor, HeaderActions actions)
     playing_.setTooltip("Shows only the rules that fire while you play");
     panic_.setColours(style::alarmText, style::alarmEdge);
     panic_.setTooltip("Ends every note that sounds (Ctrl+Shift+P)");
-    addChildComponent(more_);
+    addAndMakeVisible(more_);
     refresh();
 }
 
@@ -96,6 +103,7 @@ void Header::openMore() {
                                            stepTitle("Redo", editor_.redoName()),
                                            form_.getTitle(),
                                            "Search",
+                                           "Send All On Load",
                                            docs_.getButtonText(),
                                            panic_.getButtonText(),
                                            version()};
@@ -105,6 +113,9 @@ void Header::openMore() {
     }
     if (!editor_.redoName()) {
         disabled.insert(redoRow);
+    }
+    if (!actions_.onSendAllOnLoad || !hasOnLoadRule(editor_.rules())) {
+        disabled.insert(onLoadRow);
     }
     if (!actions_.onPanic) {
         disabled.insert(panicRow);
@@ -119,6 +130,7 @@ void Header::doRow(std::size_t row) {
     case redoRow: editor_.redo(); break;
     case formRow: actions_.onForm(); break;
     case searchRow: openSearch(); break;
+    case onLoadRow: actions_.onSendAllOnLoad(); break;
     case docsRow: actions_.onOpenURL(); break;
     case panicRow: actions_.onPanic(); break;
     default: break;
@@ -218,15 +230,14 @@ void Header::layOutSearch(juce::Rectangle<int> area, bool withPlaying) {
 juce::Rectangle<int> Header::layOutRight(juce::Rectangle<int> area) {
     const bool narrow = isNarrow();
     docs_.setVisible(!narrow);
-    more_.setVisible(narrow);
     const auto search = hasRoomForSearch() ? leastSearchWidth + 2 * gap + playing_.preferredWidth() : 0;
-    const auto others = search + gap + (narrow ? more_.preferredWidth() : docs_.preferredWidth());
+    const auto others = search + gap + more_.preferredWidth() + (narrow ? 0 : gap + docs_.preferredWidth());
     const auto panic = gap + panic_.preferredWidth();
     const auto version = versionArea().getWidth() + gap + 2;
     panic_.setVisible(actions_.onPanic && others + panic <= area.getWidth());
     showsVersion_ = !narrow && others + panic + version <= area.getWidth();
     area.removeFromRight(showsVersion_ ? version : 0);
-    placeAtRight(more_, style::iconButtonSize, area);
+    placeAtRight(more_, docs_.preferredHeight() + buttonLift, area);
     placeAtRight(docs_, docs_.preferredHeight() + buttonLift, area);
     placeAtRight(panic_, panic_.preferredHeight() + buttonLift, area);
     return area;

@@ -19,16 +19,17 @@ struct HeaderActions {
     std::function<void()> onImport;
     std::function<void()> onExport;
     std::function<void()> onOpenURL;
-    std::function<void()> onPanic;  ///< without one there is no button for it
-    std::function<void()> onForm;   ///< of the cards: in one line, or with their fields
+    std::function<void()> onPanic;          ///< without one there is no button for it
+    std::function<void()> onSendAllOnLoad;  ///< without one it cannot be picked
+    std::function<void()> onForm;           ///< of the cards: in one line, or with their fields
     SearchActions search;
     std::function<void(bool playing)> onPlaying;  ///< only the rules that are played are to be shown, or all
 };
 
 /// The bar at the top: the logo, import and export, undo and redo, the form of the cards, the search with
-/// "Playing", "Panic", "Docs / Donate" and the version. Without room for the search's field there is an icon,
-/// which opens it in the place of the buttons. In a narrow editor all but import, export and "Panic" move
-/// into a menu; in the narrowest that does too. [main] only.
+/// "Playing", "Panic", "Docs / Donate", a menu and the version. Without room for the search's field there is
+/// an icon, which opens it in the place of the buttons. The menu has a row for each button that a narrow
+/// editor has no room for, and "Send All On Load", grey while no such rule runs. [main] only.
 class Header final : public juce::Component, public EnvironmentScope {
 public:
     Header(RuleListEditor& editor, HeaderActions actions);

@@ -80,6 +80,7 @@ QuilloView::QuilloView(EditorUnit& unit)
           [this](const RuleOutputVariantsV2& message) { unit_.onInstantMessageClick(message); }),
       header_(editor_, {[this] { showImporter(); }, [this] { showExporter(); }, [this] { showGuide(); },
                         unit.tellsWhatItDoes() ? std::function([this] { unit_.panic(); }) : nullptr,
+                        unit.tellsWhatItDoes() ? std::function([this] { unit_.sendAllOnLoad(); }) : nullptr,
                         [this] { setFormOfAll(); }, search_.actions(),
                         [this](bool onlyPlayed) { showPlaying(onlyPlayed); }}),
       logger_(unit, [this] { resized(); }),

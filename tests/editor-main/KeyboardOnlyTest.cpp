@@ -66,7 +66,7 @@ TEST_F(KeyboardOnly, EverythingOfAnEmptyEditorIsReached) {
         ASSERT_LT(reached.size(), 20U);
     }
     EXPECT_EQ(reached, (Names{"Import", "Export", "One line for each rule", "Search rules", "Playing",
-                              "Panic", "Docs / Donate", "Add new", "Open the logs"}));
+                              "Panic", "Docs / Donate", "More", "Add new", "Open the logs"}));
 }
 
 TEST_F(KeyboardOnly, EverythingOfTheOpenedLogsIsReached) {

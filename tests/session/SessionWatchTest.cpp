@@ -81,6 +81,51 @@ TEST_F(SessionWatchTest, HitsAreSeenInAWindowThatIsOpenedLater) {
     EXPECT_EQ(model().hits(), (std::vector<RuleHits>{{1, 0.9}, {2, 0.8}, {}}));
 }
 
+/// On loading the first sends at once, the second 30 ms later, and the one that is switched off nothing.
+class SendAllOnLoad : public SessionWatchTest {
+protected:
+    SendAllOnLoad() {
+        session.install({rule(onLoad(), send(controlChange(0, 7, 90))), echo,
+                         rule(onLoad(), send(controlChange(1, 10, 64), 30))},
+                        {{0, rule(onLoad(), send(controlChange(2, 1, 1)))}});
+    }
+
+    const Timed asOnLoading{{0, {0xB0, 7, 90}}, {30, {0xB1, 10, 64}}};
+};
+
+TEST_F(SendAllOnLoad, SendsWhatWasSentOnLoadingWithItsDelaysAndOnce) {
+    EXPECT_EQ(block(100), asOnLoading);
+    EXPECT_EQ(block(100), Timed());
+    session.sendAllOnLoad();
+    session.sendAllOnLoad();
+    EXPECT_EQ(block(100), asOnLoading);
+    EXPECT_EQ(block(100), Timed());
+}
+
+TEST_F(SendAllOnLoad, AskedBeforeTheFirstBlockAddsNothingToTheLoading) {
+    session.sendAllOnLoad();
+    EXPECT_EQ(block(100), asOnLoading);
+    EXPECT_EQ(block(100), Timed());
+}
+
+TEST_F(SendAllOnLoad, AlsoSendsForRulesThatWereMadeSince) {
+    block(100);
+    session.onRulesChanged({rule(onLoad(), send(controlChange(3, 7, 1)))});
+    EXPECT_EQ(block(100), Timed());
+    session.sendAllOnLoad();
+    EXPECT_EQ(block(100), (Timed{{0, {0xB3, 7, 1}}}));
+}
+
+TEST_F(SendAllOnLoad, WaitsForTheNextCycleWhereMessagesOnlyPass) {
+    block(100);
+    session.sendAllOnLoad();
+    TestOutput output;
+    session.renderer().beginPassing(100, output, BlockRenderer::Delivery::asItComes);
+    EXPECT_EQ(session.renderer().end(), noErr);
+    EXPECT_EQ(output.take(), Timed());
+    EXPECT_EQ(block(100), asOnLoading);
+}
+
 TEST_F(SessionWatchTest, ARuleThatFiresOnLoadIsCountedToo) {
     session.install({rule(onLoad(), send(noteOn(0, 1, 1))), rule(onLoad(), send(noteOn(0, 1, 1), 7000))});
     block(1000);
