@@ -295,13 +295,10 @@ bool MyDragAndDropForEach::bringIntoSight(juce::Component& view) {
     return true;
 }
 
-void MyDragAndDropForEach::setFooter(std::unique_ptr<juce::Component> footer,
-                                     std::function<int(int)> height) {
-    footer_ = std::move(footer);
+void MyDragAndDropForEach::setFooter(juce::Component& footer, std::function<int(int)> height) {
+    footer_ = &footer;
     footerHeight_ = std::move(height);
-    if (footer_ != nullptr) {
-        content_.addAndMakeVisible(*footer_);
-    }
+    content_.addAndMakeVisible(footer);
     layOut();
 }
 

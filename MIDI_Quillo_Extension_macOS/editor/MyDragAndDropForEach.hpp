@@ -77,8 +77,8 @@ public:
     void setScrollPosition(int position);
     [[nodiscard]] int scrollPosition() const { return scroll_; }
 
-    /// What stands below the last row, and its height for a width.
-    void setFooter(std::unique_ptr<juce::Component> footer, std::function<int(int width)> height);
+    /// What stands below the last row, and its height for a width. It must outlive the list.
+    void setFooter(juce::Component& footer, std::function<int(int width)> height);
 
     /// The width that rows get.
     [[nodiscard]] int rowWidth() const;
@@ -164,7 +164,7 @@ private:
     RowGeometry geometry_;
     std::map<UUID, std::unique_ptr<MyDragAndDropForEachItem>> rows_;
     juce::Component content_;
-    std::unique_ptr<juce::Component> footer_;
+    juce::Component* footer_ = nullptr;
     std::function<int(int)> footerHeight_;
     juce::ScrollBar scrollBar_{true};
     int scroll_ = 0;

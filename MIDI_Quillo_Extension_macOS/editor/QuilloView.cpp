@@ -83,6 +83,10 @@ QuilloView::QuilloView(EditorUnit& unit)
                         unit.tellsWhatItDoes() ? std::function([this] { unit_.sendAllOnLoad(); }) : nullptr,
                         [this] { setFormOfAll(); }, search_.actions(),
                         [this](bool onlyPlayed) { showPlaying(onlyPlayed); }}),
+      footer_({[this](const MIDIRuleType& type) { addRule([&] { editor_.add(type); }); },
+               [this] { addRule([this] { editor_.addNotesAsPlayed(); }); },
+               [this](juce::Component& opener) { learnNewRule(opener); }},
+              [this](const Example& example) { importExample(example); }),
       logger_(unit, [this] { resized(); }),
       panicAnswer_(
           unit.notesEndWhenRulesChange(),
@@ -110,12 +114,7 @@ QuilloView::QuilloView(EditorUnit& unit)
         chosen_.moved(cards, position);
     };
     list_.onSelection = [this] { showChosen(); };
-    auto selector = std::make_unique<NewRuleSelector>(
-        NewRuleSelector::Actions{[this](const MIDIRuleType& type) { addRule([&] { editor_.add(type); }); },
-                                 [this] { addRule([this] { editor_.addNotesAsPlayed(); }); },
-                                 [this](juce::Component& opener) { learnNewRule(opener); }});
-    newRuleSelector_ = selector.get();
-    list_.setFooter(std::move(selector), [](int /*width*/) { return NewRuleSelector::preferredHeight(); });
+    list_.setFooter(footer_, [this](int width) { return footer_.heightFor(width); });
     setUpLogs();
     editor_.setOnWalk([this](const UUID& id) { showChange(id); });
     juce::Desktop::getInstance().addFocusChangeListener(this);
@@ -430,7 +429,7 @@ void QuilloView::removeRule(const UUID& id) {
 /// That of the rule at the position, or of the last one. Without rules there is only the way to add one.
 void QuilloView::focusDeleteButton(std::size_t position) {
     if (shown_.all().empty()) {
-        newRuleSelector_->button().grabKeyboardFocus();
+        footer_.selector().button().grabKeyboardFocus();
         return;
     }
     const auto& id = shown_.all()[std::min(position, shown_.all().size() - 1)].id;
@@ -466,6 +465,10 @@ void QuilloView::rulesChanged() {
         header_.endPlaying();
     }
     list_.setItems(shownIds());
+    if (footer_.showsEmpty() != shown_.all().empty()) {
+        footer_.showEmpty(shown_.all().empty());
+        list_.refreshRows();
+    }
     refreshCards(changes);
     if (why_.isOpen()) {
         showReasons();
@@ -539,6 +542,15 @@ void QuilloView::importFile(const std::filesystem::path& file) {
     }
 }
 
+/// Whoever works by keys goes on with the first rule.
+void QuilloView::importExample(const Example& example) {
+    const bool byKeys = footer_.hasKeyboardFocus(true);
+    const auto read = [&] { return std::vector(example.document.begin(), example.document.end()); };
+    if (importPreset(example.file, read, editor_) && byKeys) {
+        list_.focus(0);
+    }
+}
+
 void QuilloView::browse(PresetBrowser::Mode mode, PresetBrowserView::OnChosen onChosen) {
     if (showsAlert(*this)) {
         return;
@@ -573,7 +585,7 @@ void QuilloView::paint(juce::Graphics& graphics) {
         graphics.setFont(textFont(style::valueText));
         graphics.drawFittedText(juceText(*reason), list_.getBounds().reduced(noticeMargin),
                                 juce::Justification::centred, 10);
-    } else if (played_ && list_.items().empty()) {
+    } else if (played_ && list_.items().empty() && !footer_.showsEmpty()) {
         graphics.setColour(displayColour(palette.secondaryText));
         graphics.setFont(textFont(style::valueText));
         graphics.drawText("No rule has fired yet. Play, and those that fire are shown.", list_.getBounds(),

@@ -21,8 +21,8 @@
 #include "editor/GuideOpener.hpp"
 #include "editor/Header.hpp"
 #include "editor/InOutLogger.hpp"
+#include "editor/ListFooter.hpp"
 #include "editor/MyDragAndDropForEach.hpp"
-#include "editor/NewRuleSelector.hpp"
 #include "editor/OpenQuestion.hpp"
 #include "editor/OverlayHost.hpp"
 #include "editor/PanicAnswer.hpp"
@@ -67,6 +67,7 @@ public:
     [[nodiscard]] RuleListEditor& editor() { return editor_; }
     [[nodiscard]] Header& header() { return header_; }
     [[nodiscard]] MyDragAndDropForEach& list() { return list_; }
+    [[nodiscard]] ListFooter& footer() { return footer_; }
     [[nodiscard]] InOutLogger& logger() { return logger_; }
     [[nodiscard]] ChosenCards& chosenCards() { return chosen_; }
     [[nodiscard]] FileDropHint& dropHint() { return dropHint_; }
@@ -128,6 +129,7 @@ private:
     void globalFocusChanged(juce::Component* focused) override;
     void browse(PresetBrowser::Mode mode, PresetBrowserView::OnChosen onChosen);
     void importFile(const std::filesystem::path& file);
+    void importExample(const Example& example);
 
     EditorLookAndFeel lookAndFeel_;
     EditorUnit& unit_;
@@ -137,6 +139,7 @@ private:
     ShownCards shown_;
     CardSearch search_{header_, list_, shown_};
     Header header_;
+    ListFooter footer_;
     MyDragAndDropForEach list_;
     ChosenCards chosen_{editor_, list_};
     InOutLogger logger_;
@@ -144,10 +147,9 @@ private:
     PanicAnswer panicAnswer_;
     FilePanels filePanels_;
     CardForms forms_;
-    std::optional<std::set<UUID>> played_;  ///< the cards that "Playing" leaves; nothing where it is off
-    std::optional<UUID> outputChanged_;     ///< the rule of which only that changed last
-    NewRuleSelector* newRuleSelector_ = nullptr;  ///< below the list, which owns it
-    SafePointer<juce::Component> lastFocus_;      ///< what in the editor had the keyboard focus last
+    std::optional<std::set<UUID>> played_;    ///< the cards that "Playing" leaves; nothing where it is off
+    std::optional<UUID> outputChanged_;       ///< the rule of which only that changed last
+    SafePointer<juce::Component> lastFocus_;  ///< what in the editor had the keyboard focus last
     GuideOpener guide_{[this](const std::string& problem) { editor_.alert(problem); }};
     Observation rulesObservation_;
     Observation alertObservation_;

@@ -211,6 +211,17 @@ void showBrowser(Photographer& photographer) {
 /// The sizes in which what an editor shows beside its cards is drawn.
 constexpr std::array smallAndLarge{std::pair(500, 250), std::pair(820, 640)};
 
+/// What an editor without rules says, and its header's menu.
+void showEmpty(Photographer& photographer) {
+    for (const auto& [width, height] : {std::pair(500, 250), std::pair(820, 640), std::pair(200, 200)}) {
+        Desk desk({});
+        desk.view().setSize(width, height);
+        photographer.take(desk.view(), sized("empty", desk.view()));
+        press(desk.view().header().moreButton());
+        photographer.take(desk.view(), sized("menu", desk.view()));
+    }
+}
+
 /// Asks why of the newest entry of the In log.
 void askWhy(QuilloView& view) {
     auto& in = view.logger().openedForm().inList();
@@ -446,6 +457,7 @@ void showPreset(Photographer& photographer, const std::string& path) {
 
 void showAll(const juce::File& folder, std::span<char*> presets) {
     Photographer photographer(folder);
+    showEmpty(photographer);
     showSizes(photographer);
     for (const auto size :
          {juce::Point(820, 640), juce::Point(500, 250), juce::Point(320, 480), juce::Point(200, 200)}) {

@@ -66,7 +66,8 @@ TEST_F(KeyboardOnly, EverythingOfAnEmptyEditorIsReached) {
         ASSERT_LT(reached.size(), 20U);
     }
     EXPECT_EQ(reached, (Names{"Import", "Export", "One line for each rule", "Search rules", "Playing",
-                              "Panic", "Docs / Donate", "More", "Add new", "Open the logs"}));
+                              "Panic", "Docs / Donate", "More", "Add new", "Call strings by pedal",
+                              "Split off a bass", "Repeat notes as an echo", "Open the logs"}));
 }
 
 TEST_F(KeyboardOnly, EverythingOfTheOpenedLogsIsReached) {

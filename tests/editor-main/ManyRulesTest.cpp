@@ -79,7 +79,7 @@ protected:
             ++heights;
             return ask(id, width);
         };
-        list.setFooter(std::make_unique<juce::Component>(), [this](int /*width*/) {
+        list.setFooter(stage.view().footer(), [this](int /*width*/) {
             ++layouts;
             return 0;
         });

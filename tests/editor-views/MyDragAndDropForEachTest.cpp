@@ -271,11 +271,11 @@ TEST(MyDragAndDropForEach, TabWalksThroughAllRowsAndScrollsToThem) {
 }
 
 TEST(MyDragAndDropForEach, AFooterStandsBelowTheLastRow) {
+    juce::Component footer;
     ListDesk desk(3);
-    auto footer = std::make_unique<juce::Component>();
-    const auto* view = footer.get();
+    const auto* view = &footer;
     int height = 30;
-    desk.list.setFooter(std::move(footer), [&height](int) { return height; });
+    desk.list.setFooter(footer, [&height](int) { return height; });
     EXPECT_EQ(desk.window.getLocalArea(view, view->getLocalBounds()), juce::Rectangle<int>(12, 271, 268, 30));
     height = 300;
     desk.list.refreshRows();
