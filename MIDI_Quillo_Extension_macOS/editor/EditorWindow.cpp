@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/EditorWindow.hpp"
 
+#include <algorithm>
 #include <utility>
 
 #include "editor/EditorShell.hpp"
@@ -12,6 +13,9 @@ EditorWindow::EditorWindow(QuilloView& view, std::function<void()> onClose)
       view_(view),
       onClose_(std::move(onClose)) {
     constexpr int unlimited = 10000;
+    const auto* screen = juce::Desktop::getInstance().getDisplays().getPrimaryDisplay();
+    const auto room = screen != nullptr ? screen->userArea : juce::Rectangle<int>(width, height);
+    view_.setSize(std::min(width, room.getWidth()), std::min(height, room.getHeight()));
     setUsingNativeTitleBar(true);
     setContentNonOwned(&view_, true);
     setResizable(true, false);

@@ -12,6 +12,10 @@ namespace quillo {
 /// The editor in a window of its own, for a program that is no plug-in. [main]
 class EditorWindow final : public juce::DocumentWindow {
 public:
+    /// In which it opens, in points, where the screen has as much room: several cards are seen whole.
+    static constexpr int width = 820;
+    static constexpr int height = 640;
+
     /// Shows itself at once, around `view`, which must outlive it. `onClose` runs when the user wants to
     /// close it; it stays until it is destroyed.
     EditorWindow(QuilloView& view, std::function<void()> onClose);

@@ -15,9 +15,17 @@ protected:
     EditorWindow window{desk.view(), [this] { ++closed; }};
 };
 
-TEST_F(EditorWindowTest, OpensInTheSizeOfTheView) {
+TEST_F(EditorWindowTest, OpensWithRoomForTwoWholeCardsAndTheLogs) {
     EXPECT_TRUE(desk.view().isShowing());
-    EXPECT_EQ(desk.view().getLocalBounds(), juce::Rectangle<int>(500, 250));
+    EXPECT_EQ(desk.view().getLocalBounds(), juce::Rectangle<int>(820, 640));
+    desk.view().logger().toggle();
+    desk.view().logger().advance(InOutLogger::movement);
+    for (int card = 0; card < 2; ++card) {
+        desk.view().editor().addNotesAsPlayed();
+        auto& shown = *desk.view().card(desk.view().editor().rules().back().id);
+        auto& list = desk.view().list();
+        EXPECT_TRUE(list.getLocalBounds().contains(list.getLocalArea(&shown, shown.getLocalBounds())));
+    }
 }
 
 TEST_F(EditorWindowTest, HandsTheViewTheKeysThatNothingHasUsed) {

@@ -81,7 +81,7 @@ TEST_F(JackWindowTest, TheWindowIsDrawnAtTheScaleThatIsAsked) {
     program->err().waitFor("MIDI Quillo waits");
     waitForWindow("MIDI Quillo \\(no JACK server\\)");
     ChildProcess look({"xdotool", "search", "--name", "^MIDI Quillo", "getwindowgeometry", "--shell"});
-    EXPECT_THAT(look.out().whole(), testing::HasSubstr("WIDTH=750\nHEIGHT=375\n"));
+    EXPECT_THAT(look.out().whole(), testing::HasSubstr("WIDTH=1230\nHEIGHT=960\n"));
     EXPECT_EQ(end(*program), 0);
 }
 
