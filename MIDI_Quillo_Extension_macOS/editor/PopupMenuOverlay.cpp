@@ -21,6 +21,17 @@ constexpr float markSize = 5;
 /// How strongly the highlighted row is marked where it cannot be picked.
 constexpr float disabledHighlight = 0.12F;
 
+constexpr float tickThickness = 1.6F;
+
+juce::Path tickIn(juce::Rectangle<float> mark) {
+    const auto area = mark.withSizeKeepingCentre(9, 7);
+    juce::Path path;
+    path.startNewSubPath(area.getX(), area.getCentreY());
+    path.lineTo(area.getX() + 3, area.getBottom());
+    path.lineTo(area.getTopRight());
+    return path;
+}
+
 /// Sharps are typed with the key that is on the keyboard.
 juce::String searchable(const juce::String& text) {
     return text.replaceCharacter(0x266F, '#').toLowerCase();
@@ -38,27 +49,27 @@ int rank(const juce::String& label, const juce::String& typed) {
 
 }  // namespace
 
-void PopupMenuOverlay::open(juce::Component& field, juce::Rectangle<int> box, MenuContents contents,
-                            OnPick onPick) {
+PopupMenuOverlay* PopupMenuOverlay::open(juce::Component& field, juce::Rectangle<int> box,
+                                         MenuContents contents, OnPick onPick) {
     auto* host = OverlayHost::find(field);
     if (host == nullptr || showsAlert(*host)) {
-        return;
+        return nullptr;
     }
     const auto anchor = host->overlayView().getLocalArea(&field, box);
     auto menu = std::make_unique<PopupMenuOverlay>(std::move(contents), anchor, std::move(onPick));
     menu->set<MyPrimaryColor>(environment<MyPrimaryColor>(field));
     menu->set<MySecondaryColor>(environment<MySecondaryColor>(field));
+    auto* opened = menu.get();
     host->showOverlay(std::move(menu));
+    return opened;
 }
 
 PopupMenuOverlay::PopupMenuOverlay(MenuContents contents, juce::Rectangle<int> anchor, OnPick onPick)
-    : contents_(std::move(contents)), anchor_(anchor), onPick_(std::move(onPick)) {
+    : anchor_(anchor), onPick_(std::move(onPick)) {
+    setContents(std::move(contents));
     setTitle(contents_.title);
     setWantsKeyboardFocus(true);
     setFocusContainerType(FocusContainerType::keyboardFocusContainer);
-    for (const auto& label : contents_.labels) {
-        widestLabel_ = std::max(widestLabel_, textWidth(label, style::valueText));
-    }
     list_.setModel(this);
     list_.setTitle(contents_.title);
     list_.setRowHeight(style::menuRowHeight);
@@ -71,6 +82,29 @@ PopupMenuOverlay::PopupMenuOverlay(MenuContents contents, juce::Rectangle<int> a
 
 PopupMenuOverlay::~PopupMenuOverlay() {
     list_.setModel(nullptr);
+}
+
+void PopupMenuOverlay::setContents(MenuContents contents) {
+    contents_ = std::move(contents);
+    widestLabel_ = 0;
+    for (const auto& label : contents_.labels) {
+        widestLabel_ = std::max(widestLabel_, textWidth(label, style::valueText));
+    }
+}
+
+/// A row is the same as before where it says the same.
+void PopupMenuOverlay::refresh(MenuContents contents) {
+    const auto row = highlightedRow();
+    const auto before = row ? labelOf(*row) : juce::String();
+    const auto scrolled = list_.getViewport()->getViewPosition();
+    list_.deselectAllRows();
+    setContents(std::move(contents));
+    search(typed_);
+    const auto same = std::ranges::find(contents_.labels, before);
+    if (same != contents_.labels.end()) {
+        highlight(static_cast<std::size_t>(same - contents_.labels.begin()));
+    }
+    list_.getViewport()->setViewPosition(scrolled);
 }
 
 juce::Rectangle<int> PopupMenuOverlay::place(juce::Rectangle<int> anchor, juce::Point<int> wanted,
@@ -195,6 +229,10 @@ const juce::String& PopupMenuOverlay::label(int row) const {
     return labelOf(shown_[static_cast<std::size_t>(row)]);
 }
 
+bool PopupMenuOverlay::isTicked(int row) const {
+    return contents_.ticked.contains(shown_[static_cast<std::size_t>(row)]);
+}
+
 bool PopupMenuOverlay::canPick(int row) const {
     return row >= 0 && row < static_cast<int>(shown_.size()) &&
            !contents_.disabled.contains(shown_[static_cast<std::size_t>(row)]);
@@ -220,6 +258,8 @@ void PopupMenuOverlay::paintListBoxItem(int row, juce::Graphics& graphics, int w
     const auto mark = area.removeFromRight(style::chevronSize).toFloat();
     if (shown_[static_cast<std::size_t>(row)] == contents_.current) {
         graphics.fillEllipse(mark.withSizeKeepingCentre(markSize, markSize));
+    } else if (isTicked(row)) {
+        graphics.strokePath(tickIn(mark), juce::PathStrokeType(tickThickness));
     }
     drawLine(graphics, label(row), area, style::valueText, colour);
 }
@@ -237,7 +277,7 @@ void PopupMenuOverlay::deleteKeyPressed(int /*row*/) {
 }
 
 juce::String PopupMenuOverlay::getNameForRow(int row) {
-    return label(row);
+    return isTicked(row) ? label(row) + ", ticked" : label(row);
 }
 
 juce::String PopupMenuOverlay::getTooltipForRow(int row) {
@@ -296,6 +336,11 @@ void PopupMenuOverlay::pick(int row) {
         return;
     }
     const auto picked = shown_[static_cast<std::size_t>(row)];
+    if (contents_.staysOpen) {
+        const auto onPick = onPick_;
+        onPick(picked);
+        return;
+    }
     const auto act = picked == typedRow()
                          ? std::move(typedChoice_->pick)
                          : std::function<void()>([onPick = std::move(onPick_), picked] { onPick(picked); });

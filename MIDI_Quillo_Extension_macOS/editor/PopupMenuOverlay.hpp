@@ -24,6 +24,10 @@ struct MenuContents {
     std::set<std::size_t> disabled{};
     /// What a typed text means beyond the rows; nothing where it means nothing.
     std::function<std::optional<TypedChoice>(const juce::String& typed)> typed{};
+    /// The rows that are marked as being so.
+    std::set<std::size_t> ticked{};
+    /// Picking a row leaves the menu open: several are for being picked.
+    bool staysOpen = false;
 };
 
 /// A menu inside the editor's window, under or over the field that opened it, as large as there is room for.
@@ -37,11 +41,15 @@ public:
 
     /// Opens a menu in the host around `field`, next to `box` of that field and in its colours. Without a
     /// host nothing opens. `onPick`, or the choice that was typed, is called once at most, after the menu has
-    /// closed.
-    static void open(juce::Component& field, juce::Rectangle<int> box, MenuContents contents, OnPick onPick);
+    /// closed; each time where it stays open. Returns the menu that is open now, or null.
+    static PopupMenuOverlay* open(juce::Component& field, juce::Rectangle<int> box, MenuContents contents,
+                                  OnPick onPick);
 
     PopupMenuOverlay(MenuContents contents, juce::Rectangle<int> anchor, OnPick onPick);
     ~PopupMenuOverlay() override;
+
+    /// Offers this from now on; what was typed stays, and the row that is highlighted where it still is one.
+    void refresh(MenuContents contents);
 
     /// Where a menu of `wanted` size goes beside `anchor` inside `window`: below it where there is room, else
     /// above, else where there is more room; never outside of the window.
@@ -77,7 +85,9 @@ private:
     [[nodiscard]] const juce::String& labelOf(std::size_t row) const;
     [[nodiscard]] const juce::String& label(int row) const;
     [[nodiscard]] std::size_t typedRow() const { return contents_.labels.size(); }
+    [[nodiscard]] bool isTicked(int row) const;
     [[nodiscard]] bool canPick(int row) const;
+    void setContents(MenuContents contents);
     [[nodiscard]] int wantedWidth() const;
     /// The height of a panel around so many rows and the line with what is typed.
     [[nodiscard]] int heightFor(std::size_t rows) const;

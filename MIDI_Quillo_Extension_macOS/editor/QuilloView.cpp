@@ -511,6 +511,13 @@ void QuilloView::dismissPanicAnswer() {
     model_->dismissPanicAnswer();
 }
 
+void QuilloView::setStatusBar(std::unique_ptr<juce::Component> bar) {
+    statusBar_ = std::move(bar);
+    statusBar_->setExplicitFocusOrder(1);
+    addAndMakeVisible(*statusBar_);
+    resized();
+}
+
 void QuilloView::showGuide() {
     guide_.open();
 }
@@ -542,7 +549,7 @@ void QuilloView::importFile(const std::filesystem::path& file) {
     }
 }
 
-/// Whoever works by keys goes on with the first rule.
+/// Imported by keys, the first rule has the keyboard.
 void QuilloView::importExample(const Example& example) {
     const bool byKeys = footer_.hasKeyboardFocus(true);
     const auto read = [&] { return std::vector(example.document.begin(), example.document.end()); };
@@ -570,6 +577,9 @@ void QuilloView::resized() {
     auto area = getLocalBounds();
     header_.setBounds(area.removeFromTop(style::headerHeight));
     header_.resized();
+    if (statusBar_ != nullptr) {
+        statusBar_->setBounds(area.removeFromTop(statusBar_->getHeight()));
+    }
     logger_.setRoom(area);
     logger_.setBounds(area.removeFromBottom(logger_.preferredHeight()));
     list_.setBounds(area);

@@ -78,6 +78,9 @@ public:
     /// From now on these open in the place of the file browser inside the editor.
     void setFilePanels(FilePanels panels) { filePanels_ = std::move(panels); }
 
+    /// What the owner of the window has to say, in a line below the header that is as high as it is now.
+    void setStatusBar(std::unique_ptr<juce::Component> bar);
+
     void showImporter();
     void showExporter();
     /// Lets so many seconds pass for what is seen for a time: the light of a hit, the answer of a panic.
@@ -139,6 +142,7 @@ private:
     ShownCards shown_;
     CardSearch search_{header_, list_, shown_};
     Header header_;
+    std::unique_ptr<juce::Component> statusBar_;  ///< of the window's owner; may be null
     ListFooter footer_;
     MyDragAndDropForEach list_;
     ChosenCards chosen_{editor_, list_};

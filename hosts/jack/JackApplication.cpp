@@ -20,6 +20,7 @@
 #include "hosts/jack/HostWindow.hpp"
 #include "hosts/jack/Icon.hpp"
 #include "hosts/jack/JackHost.hpp"
+#include "hosts/jack/ServerBar.hpp"
 #include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
 #include "window/WindowScale.hpp"
@@ -119,7 +120,11 @@ private:
         host_.emplace(order->options, order->console, *loop_, order->signals);
         host_->loadRules();
         shell_.emplace(host_->session());
-        host_->setOnTitle([this] { nameWindow(); });
+        addServerBar();
+        host_->setOnChange([this] {
+            nameWindow();
+            bar_->refresh();
+        });
         host_->setWindow(*this);
         host_->start();
         nameWindow();
@@ -164,6 +169,16 @@ private:
     /// A field that is typed into hands over its text when it loses the keyboard.
     void finishTyping() override { juce::Component::unfocusAllComponents(); }
 
+    void addServerBar() {
+        auto bar = std::make_unique<ServerBar>(
+            ServerBar::Actions{[this] { return host_->link().status(); },
+                               [this](const PortDescription& port, bool connected) {
+                                   host_->link().setConnected(port, connected);
+                               }});
+        bar_ = bar.get();
+        shell_->view().setStatusBar(std::move(bar));
+    }
+
     void fail(const std::string& reason, int status) {
         order->console.err << "midi-quillo-jack: " << escapedLines(reason) << '\n';
         setApplicationReturnValue(status);
@@ -173,6 +188,7 @@ private:
     std::optional<WindowLoop> loop_;
     std::optional<JackHost> host_;
     std::optional<EditorShell> shell_;
+    ServerBar* bar_ = nullptr;  ///< in the view, which owns it
     std::optional<EditorWindow> window_;
     WindowSettings settings_;  ///< that a window begins with
 };

@@ -138,9 +138,16 @@ void JackClient::setCallbacks() {
     ::jack_set_port_registration_callback(
         client,
         [](jack_port_id_t number, int isThere, void* news) {
-            if (isThere != 0) {
-                withoutCancellation([&] { static_cast<ServerNews*>(news)->portHasAppeared(number); });
-            }
+            withoutCancellation([&] {
+                auto& told = *static_cast<ServerNews*>(news);
+                isThere != 0 ? told.portHasAppeared(number) : told.portsHaveChanged();
+            });
+        },
+        &news_);
+    ::jack_set_port_connect_callback(
+        client,
+        [](jack_port_id_t, jack_port_id_t, int, void* news) {
+            withoutCancellation([&] { static_cast<ServerNews*>(news)->portsHaveChanged(); });
         },
         &news_);
 }
@@ -196,6 +203,13 @@ bool JackClient::connect(const PortDescription& port) {
         return ::jack_connect(client_.get(), port.name.c_str(), ::jack_port_name(in_)) == 0;
     }
     return ::jack_connect(client_.get(), ::jack_port_name(out_), port.name.c_str()) == 0;
+}
+
+bool JackClient::disconnect(const PortDescription& port) {
+    if (port.givesMIDI) {
+        return ::jack_disconnect(client_.get(), port.name.c_str(), ::jack_port_name(in_)) == 0;
+    }
+    return ::jack_disconnect(client_.get(), ::jack_port_name(out_), port.name.c_str()) == 0;
 }
 
 JackClient::Connections JackClient::connections() const {

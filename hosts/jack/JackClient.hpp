@@ -83,6 +83,8 @@ public:
     /// Connects the port to our input if it gives MIDI, to our output if it takes MIDI. True if it was not
     /// connected before and is now.
     bool connect(const PortDescription& port);
+    /// Takes that connection down. True if it was there.
+    bool disconnect(const PortDescription& port);
 
     /// The names of the ports that ours are connected to.
     struct Connections {

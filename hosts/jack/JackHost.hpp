@@ -70,8 +70,10 @@ public:
 
     /// What the window's title should be.
     [[nodiscard]] std::string title() const;
-    /// `callback` runs whenever the title has changed.
-    void setOnTitle(std::function<void()> callback) { link_.setOnChange(std::move(callback)); }
+    /// The link to the server, for the window's line about it.
+    [[nodiscard]] ServerLink& link() { return link_; }
+    /// `callback` runs whenever the title, or what the link says of the server, has changed.
+    void setOnChange(std::function<void()> callback) { link_.setOnChange(std::move(callback)); }
 
 private:
     void connect();

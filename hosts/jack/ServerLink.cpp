@@ -111,21 +111,25 @@ void ServerLink::takeSampleRate() {
     }
 }
 
-/// Notes it at once: a server shows a connection a cycle after it was made, and may end before. A port that
-/// was connected when the connections were looked at has gone and come back since.
+/// A port that was connected when the connections were looked at has gone and come back since.
 bool ServerLink::connectIfWanted(const PortDescription& port) {
     const bool isWanted = connections_.takes(port) || (!port.isOurs && wasConnected(port));
     if (isWanted) {
-        (port.givesMIDI ? noted_.sources : noted_.targets).push_back(port.name);
-    }
-    if (isWanted && client_->connect(port)) {
-        messages_.say((port.givesMIDI ? "hears " : "sends to ") + escaped(port.name));
+        makeConnection(port);
     }
     return isWanted;
 }
 
 bool ServerLink::wasConnected(const PortDescription& port) const {
     return contains(port.givesMIDI ? seen_.sources : seen_.targets, port.name);
+}
+
+/// Notes it at once: a server shows a connection a cycle after it was made, and may end before.
+void ServerLink::makeConnection(const PortDescription& port) {
+    (port.givesMIDI ? noted_.sources : noted_.targets).push_back(port.name);
+    if (client_->connect(port)) {
+        messages_.say((port.givesMIDI ? "hears " : "sends to ") + escaped(port.name));
+    }
 }
 
 bool ServerLink::connectIfWanted(std::uint32_t number) {
@@ -137,6 +141,43 @@ bool ServerLink::connectIfWanted(std::uint32_t number) {
 void ServerLink::lookAgainAtNewPorts() {
     for (const auto number : std::exchange(unwantedBefore_, std::exchange(unwanted_, {}))) {
         connectIfWanted(number);
+    }
+}
+
+std::optional<ServerStatus> ServerLink::status() const {
+    if (!client_) {
+        return std::nullopt;
+    }
+    ServerStatus status{JackClient::serverName(request_), client_->sampleRate(), {}, {}};
+    const auto [sources, targets] = client_->connections();
+    for (const auto& port : client_->ports()) {
+        const auto& connected = port.givesMIDI ? sources : targets;
+        if (!port.isOurs) {
+            (port.givesMIDI ? status.sources : status.targets)
+                .push_back({port, contains(connected, port.name)});
+        }
+    }
+    return status;
+}
+
+void ServerLink::setConnected(const PortDescription& port, bool connected) {
+    if (!client_) {
+        return;
+    }
+    runCall_([&] {
+        if (connected) {
+            makeConnection(port);
+        } else if (client_->disconnect(port)) {
+            forgetConnection(port.name);
+            messages_.say((port.givesMIDI ? "no longer hears " : "no longer sends to ") + escaped(port.name));
+        }
+    });
+    onChange_();
+}
+
+void ServerLink::forgetConnection(const std::string& port) {
+    for (auto* names : {&seen_.sources, &seen_.targets, &noted_.sources, &noted_.targets}) {
+        std::erase(*names, port);
     }
 }
 
@@ -191,6 +232,9 @@ void ServerLink::takeNews() {
         if (!connectIfWanted(number)) {
             unwanted_.push_back(number);
         }
+    }
+    if (news.formatChanged || news.portsChanged) {
+        onChange_();
     }
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "hosts/jack/JackClient.hpp"
 #include "hosts/jack/ProcessCycle.hpp"
 #include "hosts/jack/ServerNews.hpp"
+#include "hosts/jack/ServerStatus.hpp"
 #include "hosts/jack/UserMessages.hpp"
 #include "session/Session.hpp"
 
@@ -55,6 +57,12 @@ public:
     /// The client's name if there is one.
     [[nodiscard]] std::string clientName() const { return client_ ? client_->name() : ""; }
 
+    /// The server with its ports and our connections as they are now; nothing while there is none.
+    [[nodiscard]] std::optional<ServerStatus> status() const;
+
+    /// Connects a port, or takes its connection down, as the user wishes; without a server nothing happens.
+    void setConnected(const PortDescription& port, bool connected);
+
     /// Can be read when `takeNews` has something to do.
     [[nodiscard]] int descriptor() const { return news_.descriptor(); }
     void takeNews();
@@ -68,7 +76,7 @@ public:
     using Call = std::function<void()>;
     void setRunCall(std::function<void(const Call&)> run) { runCall_ = std::move(run); }
 
-    /// `callback` runs when the link was made or lost.
+    /// `callback` runs when the link was made or lost, and when what `status` says may be something else.
     void setOnChange(std::function<void()> callback) { onChange_ = std::move(callback); }
 
 private:
@@ -78,6 +86,8 @@ private:
     /// True when nothing is left to do for the port: it was wanted, or can never be connected.
     bool connectIfWanted(const PortDescription& port);
     bool connectIfWanted(std::uint32_t number);
+    void makeConnection(const PortDescription& port);
+    void forgetConnection(const std::string& port);
     void lookAgainAtNewPorts();
     void formatHasChanged();
     void serverIsGone();

@@ -15,18 +15,24 @@ void ServerNews::formatHasChanged() noexcept {
     wake_.wake();
 }
 
+void ServerNews::portsHaveChanged() noexcept {
+    portsChanged_ = true;
+    wake_.wake();
+}
+
 void ServerNews::portHasAppeared(std::uint32_t number) {
     {
         const std::lock_guard lock(newPortsMutex_);
         newPorts_.push_back(number);
     }
-    wake_.wake();
+    portsHaveChanged();
 }
 
 ServerNews::Contents ServerNews::take() {
     wake_.clear();
     const std::lock_guard lock(newPortsMutex_);
-    return {isGone_.exchange(false), formatChanged_.exchange(false), std::exchange(newPorts_, {})};
+    return {isGone_.exchange(false), formatChanged_.exchange(false), portsChanged_.exchange(false),
+            std::exchange(newPorts_, {})};
 }
 
 }  // namespace quillo

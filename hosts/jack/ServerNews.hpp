@@ -18,12 +18,14 @@ public:
     struct Contents {
         bool isGone = false;                  ///< the server has ended or dropped this client
         bool formatChanged = false;           ///< sample rate or length of a cycle
+        bool portsChanged = false;            ///< some have appeared, gone, or been connected or disconnected
         std::vector<std::uint32_t> newPorts;  ///< by number, in the order in which they appeared
     };
 
     /// [any] The server's notices.
     void serverIsGone() noexcept;
     void formatHasChanged() noexcept;
+    void portsHaveChanged() noexcept;
     void portHasAppeared(std::uint32_t number);
 
     /// Can be read when there is news.
@@ -36,6 +38,7 @@ private:
     WakeDescriptor wake_;
     std::atomic<bool> isGone_{false};
     std::atomic<bool> formatChanged_{false};
+    std::atomic<bool> portsChanged_{false};
     std::mutex newPortsMutex_;  ///< the render thread never takes it
     std::vector<std::uint32_t> newPorts_;
 };

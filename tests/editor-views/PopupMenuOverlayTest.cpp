@@ -65,6 +65,39 @@ TEST(PopupMenuOverlay, ADisabledRowIsGreyAndCannotBePicked) {
     EXPECT_EQ(desk.picked, 2U);
 }
 
+TEST(PopupMenuOverlay, AMenuThatStaysOpenIsPickedFromSeveralTimes) {
+    MenuDesk desk({"Ports", {"a", "b"}, {}, {}, {}, {1}, true});
+    click(desk.menu(), desk.menu().rowArea(1).getCentre());
+    EXPECT_EQ(desk.picked, 1U);
+    EXPECT_TRUE(desk.isOpen());
+    desk.press(juce::KeyPress::upKey);
+    desk.press(juce::KeyPress::returnKey);
+    EXPECT_EQ(desk.picked, 0U);
+    EXPECT_TRUE(desk.isOpen());
+    desk.press(juce::KeyPress::escapeKey);
+    EXPECT_FALSE(desk.isOpen());
+}
+
+TEST(PopupMenuOverlay, ARefreshedMenuKeepsItsPlaceItsSearchAndTheRowThatIsHighlighted) {
+    auto contents = noteContents(0);
+    MenuDesk desk(contents);
+    desk.press(juce::KeyPress::endKey);
+    const auto last = contents.labels.size() - 1;
+    const auto place = desk.menu().rowArea(last);
+    desk.menu().refresh(contents);
+    EXPECT_EQ(desk.menu().rowArea(last), place);
+    contents.labels.insert(contents.labels.begin(), "new");
+    desk.menu().refresh(contents);
+    EXPECT_EQ(desk.menu().highlightedRow(), last + 1);
+    type(desk.window, "new");
+    desk.menu().refresh(contents);
+    EXPECT_EQ(desk.menu().typed(), "new");
+    EXPECT_EQ(desk.menu().shownRows(), std::vector<std::size_t>{0});
+    desk.menu().refresh({"Note", {"other"}, {}});
+    EXPECT_TRUE(desk.menu().shownRows().empty());
+    EXPECT_EQ(desk.menu().highlightedRow(), std::nullopt);
+}
+
 TEST(PopupMenuOverlay, OffersFirstWhatTheTypedTextMeansByItself) {
     juce::String chosen;
     auto contents = noteContents(64);

@@ -8,6 +8,7 @@
 #include "editor/MyTextInputImpl.hpp"
 #include "hosts/jack/JackProgramFixture.hpp"
 #include "hosts/jack/NSMServer.hpp"
+#include "hosts/jack/ServerBar.hpp"
 #include "session/Session.hpp"
 #include "support/FindBelow.hpp"
 
@@ -39,6 +40,8 @@ protected:
         edited.onRulesChanged(rules);
         EditorShell shell(edited);
         auto& view = shell.view();
+        const auto noServer = [] { return std::optional<ServerStatus>(); };
+        view.setStatusBar(std::make_unique<ServerBar>(ServerBar::Actions{noServer, {}}));
         const EditorWindow window(view, [] {});
         const auto* field = findBelow<MyTextInputImpl>(view);
         return view.getLocalPoint(field, juce::Point(field->getHeight() / 2, field->getHeight() / 2));
@@ -139,6 +142,23 @@ TEST_F(JackWindowTest, ASessionManagerShowsAndHidesTheWindowWhichComesBackAsLarg
     while (hasWindow()) {
     }
     EXPECT_EQ(end(program), 0);
+}
+
+TEST_F(JackWindowTest, APortIsConnectedByKeysInAWindowThatWasJustOpened) {
+    const JackServer server;
+    const JackPlayer player(server.name());
+    const auto program = runAsItIs({QUILLO_JACK_PROGRAM, "--server", server.name()}, std::getenv("DISPLAY"));
+    program->err().waitFor("as \"midi-quillo\"");
+    onTheDisplay({"search", "--sync", "--name", "^MIDI Quillo$", "windowfocus", "--sync"});
+    const Words throughTheHeader(9, "Tab");
+    Words keys{"key", "--delay", "50"};
+    keys.insert(keys.end(), throughTheHeader.begin(), throughTheHeader.end());
+    keys.insert(keys.end(), {"Return", "Return"});
+    onTheDisplay(keys);
+    program->err().waitFor("hears test-sender:out");
+    onTheDisplay({"key", "Return"});
+    program->err().waitFor("no longer hears test-sender:out");
+    EXPECT_EQ(end(*program), 0);
 }
 
 TEST_F(JackWindowTest, APresetThatCannotBeUsedOpensNoWindow) {

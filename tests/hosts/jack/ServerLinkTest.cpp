@@ -7,7 +7,9 @@
 
 #include <poll.h>
 
+#include <algorithm>
 #include <functional>
+#include <optional>
 #include <sstream>
 
 #include "hosts/jack/EventLoop.hpp"
@@ -181,6 +183,110 @@ TEST_F(ServerLinkTest, AConnectionMadeByHandComesBackWithItsPortHoweverSoon) {
         ASSERT_EQ(::jack_disconnect(player.client(), "midi-quillo:MIDIQuillo", "test-listener:in"), 0);
         turnUntil([&] { return link.connections().sources.empty() && link.connections().targets.empty(); });
     }
+}
+
+/// What a window shows: the status as it was when the link last said that it may be another one.
+class ServerStatusTest : public ServerLinkTest {
+protected:
+    ServerStatusTest() {
+        link.setOnChange([this] { shown = link.status(); });
+    }
+
+    /// Turns the main thread, without its clock, until the window shows this.
+    void waitUntilShown(const std::function<bool(const ServerStatus& status)>& isSo) {
+        while (!shown || !isSo(*shown)) {
+            takeNews();
+        }
+    }
+
+    static bool holds(const std::vector<ServerStatus::Port>& ports, const std::string& name, bool connected) {
+        return std::ranges::any_of(ports, [&](const auto& shownPort) {
+            return shownPort.port.name == name && shownPort.isConnected == connected;
+        });
+    }
+
+    void waitForSource(bool connected) {
+        waitUntilShown(
+            [&](const auto& status) { return holds(status.sources, "test-sender:out", connected); });
+    }
+    void waitForTarget(bool connected) {
+        waitUntilShown(
+            [&](const auto& status) { return holds(status.targets, "test-listener:in", connected); });
+    }
+
+    const PortDescription source{"test-sender:out", {}, true, false};
+    const PortDescription target{"test-listener:in", {}, false, false};
+    std::optional<ServerStatus> shown;
+};
+
+TEST_F(ServerStatusTest, IsThereWhileAServerIs) {
+    EXPECT_FALSE(link.status());
+    link.connect();
+    ASSERT_TRUE(shown);
+    EXPECT_EQ(shown->server, server.name());
+    EXPECT_EQ(shown->sampleRate, 48000U);
+    EXPECT_TRUE(shown->sources.empty() && shown->targets.empty()) << "Our own ports are left out.";
+    endTheServer();
+    EXPECT_FALSE(shown);
+}
+
+TEST_F(ServerStatusTest, FollowsPortsThatComeAndGoAndConnectionsMadeByAnybody) {
+    link.connect();
+    {
+        const JackPlayer player(server.name());
+        waitForSource(false);
+        waitForTarget(false);
+        ASSERT_EQ(::jack_connect(player.client(), source.name.c_str(), "midi-quillo:in"), 0);
+        waitForSource(true);
+        ASSERT_EQ(::jack_disconnect(player.client(), source.name.c_str(), "midi-quillo:in"), 0);
+        waitForSource(false);
+    }
+    waitUntilShown([](const auto& status) { return status.sources.empty() && status.targets.empty(); });
+}
+
+TEST_F(ServerStatusTest, WhatTheUserPicksIsConnectedAndTakenDown) {
+    link.connect();
+    JackPlayer player(server.name());
+    int calls = 0;
+    link.setRunCall([&](const ServerLink::Call& call) {
+        ++calls;
+        call();
+    });
+    link.setConnected(source, true);
+    link.setConnected(target, true);
+    waitForSource(true);
+    waitForTarget(true);
+    player.waitForConnection();
+    link.setConnected(source, false);
+    waitForSource(false);
+    EXPECT_TRUE(holds(shown->targets, target.name, true));
+    EXPECT_TRUE(hasSaid("hears test-sender:out") && hasSaid("sends to test-listener:in") &&
+                hasSaid("no longer hears test-sender:out"));
+    EXPECT_EQ(calls, 3) << "A server that hangs must not keep the program for ever.";
+}
+
+TEST_F(ServerStatusTest, WhatWasPickedAMomentBeforeTheServerWentComesBackWithItAndWhatWasTakenDownDoesNot) {
+    link.connect();
+    {
+        const JackPlayer player(server.name());
+        link.setConnected(source, true);
+        letPass(2);
+        link.setConnected(source, false);
+        link.setConnected(target, true);
+        endTheServer();
+    }
+    letPass(1);
+    err.str("");
+    server.start({});
+    turnUntil([&] { return link.isConnected(); });
+    const JackPlayer player(server.name());
+    turnUntil([&] { return hasSaid("sends to test-listener:in"); });
+    EXPECT_FALSE(hasSaid("hears test-sender:out"));
+}
+
+TEST_F(ServerStatusTest, WithoutAServerNothingIsPicked) {
+    link.setConnected(source, true);
+    EXPECT_EQ(err.str(), "");
 }
 
 TEST_F(ServerLinkTest, APortThatIsGivenItsAliasAfterItHasAppearedIsConnected) {

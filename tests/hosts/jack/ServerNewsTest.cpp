@@ -42,6 +42,18 @@ TEST(ServerNews, TellsTheKindsApart) {
     EXPECT_TRUE(taken.newPorts.empty());
 }
 
+TEST(ServerNews, APortThatAppearsIsAChangeOfThePortsAndNotTheOnlyOne) {
+    ServerNews news;
+    news.portHasAppeared(7);
+    EXPECT_TRUE(news.take().portsChanged);
+    news.portsHaveChanged();
+    EXPECT_TRUE(canBeRead(news));
+    const auto taken = news.take();
+    EXPECT_TRUE(taken.portsChanged);
+    EXPECT_TRUE(taken.newPorts.empty());
+    EXPECT_FALSE(news.take().portsChanged);
+}
+
 TEST(ServerNews, NothingIsLostBetweenThreads) {
     constexpr std::size_t tellers = 2;
     constexpr std::uint32_t count = 5000;
