@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# host-pictures.sh BUNDLE.lv2 SEQUENCER.so FOLDER: draws where the plug-in goes in Ardour, qtractor and jalv, for the guide:
-# FOLDER/host-ardour.png and so on. The hosts run with settings of their own on a display and a JACK server that nobody
+# host-pictures.sh BUNDLE.lv2 SEQUENCER.so FOLDER: draws where the plug-in goes in Ardour, qtractor and jalv, and the
+# stand-alone, which lies beside the bundle, for the guide: FOLDER/host-ardour.png and so on. The hosts run with settings of their own on a display and a JACK server that nobody
 # sees or hears. SEQUENCER is a library in the place of the system's MIDI sequencer, which machines without sound lack.
 # The places that are clicked are those of Debian 12's versions, which have no window manager here to move them.
 set -euo pipefail
 
 if [[ ${1-} != --inside ]]; then
-    for host in ardour qtractor jalv; do
+    for host in ardour qtractor jalv stand_alone; do
         tries=3 # Ardour 7.3 now and then waits for itself for ever.
         until timeout 150 xvfb-run --auto-servernum --server-args='-screen 0 1280x720x24 -noreset' \
             "$0" --inside "$@" "$host"; do
@@ -116,6 +116,24 @@ jalv() {
     settled
     click 70 13
     picture jalv 500x276+0+0
+    end_all
+}
+
+# An example in the stand-alone's window, and the menu that connects it.
+stand_alone() {
+    jack
+    jack_midiseq nanoKEY 96000 0 60 24000 >"$work/keys.log" 2>&1 &
+    local keys=$!
+    jack_midi_dump synth >"$work/synth.log" 2>&1 &
+    local synth=$!
+    "$(dirname "$bundle")/midi-quillo-jack" --connect-in nanoKEY --connect-out synth >"$work/alone.log" 2>&1 &
+    host_process=$!
+    window 'MIDI Quillo' >/dev/null
+    settled
+    click 500 263
+    click 1005 100
+    picture stand-alone 820x420+230+40
+    kill -KILL "$keys" "$synth"
     end_all
 }
 
