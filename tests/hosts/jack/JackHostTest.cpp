@@ -11,6 +11,7 @@
 #include <sstream>
 
 #include "commandline/CommandFailure.hpp"
+#include "hosts/jack/FakeWindow.hpp"
 #include "hosts/jack/HandTurnedLoop.hpp"
 #include "hosts/jack/SessionFiles.hpp"
 #include "hosts/jack/SessionSettings.hpp"
@@ -155,6 +156,25 @@ TEST_F(JackHostTest, ConnectionsWhosePortsAreMissingAreKeptFromProgramToProgram)
     start();
     host->finish();
     EXPECT_EQ(readSettings(files.settingsFile()), settings);
+}
+
+TEST_F(JackHostTest, TheWindowIsShownWhereItWasAndKnowsTheFolderOfTheLastImport) {
+    const auto run = [&](FakeWindow& window) {
+        host.emplace(options, Console{in, out, err}, loop, signals);
+        host->loadRules();
+        host->setWindow(window);
+        host->start();
+        EXPECT_TRUE(window.memory.isShown);
+    };
+    FakeWindow first;
+    run(first);
+    first.memory.place = "10 20 300 400";
+    first.memory.presetFolder = "/home/me/my presets";
+    host->finish();
+    FakeWindow second;
+    run(second);
+    EXPECT_EQ(second.memory.place, "10 20 300 400");
+    EXPECT_EQ(second.memory.presetFolder, "/home/me/my presets");
 }
 
 TEST_F(JackHostTest, APresetThatHasBecomeAPipeIsNotWaitedFor) {

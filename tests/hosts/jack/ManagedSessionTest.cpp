@@ -11,6 +11,7 @@
 #include <sstream>
 
 #include "commandline/CommandFailure.hpp"
+#include "hosts/jack/FakeWindow.hpp"
 #include "hosts/jack/HandTurnedLoop.hpp"
 #include "hosts/jack/JackHost.hpp"
 #include "hosts/jack/NSMServer.hpp"
@@ -29,21 +30,6 @@ using testing::HasSubstr;
 std::vector<Rule> rulesCalled(const std::string& name) {
     return {rule(onLoad(), send(controlChange(0, 7, 5)), name)};
 }
-
-/// Remembers what a window would.
-class FakeWindow final : public HostWindow {
-public:
-    void show(bool isShown) override { memory.isShown = isShown; }
-    [[nodiscard]] WindowSettings settings() override { return memory; }
-    void remember(const WindowSettings& settings) override {
-        memory.place = settings.place;
-        memory.presetFolder = settings.presetFolder;
-    }
-    void finishTyping() override { typed(); }
-
-    WindowSettings memory;
-    std::function<void()> typed = [] {};
-};
 
 class ManagedSessionTest : public testing::Test {
 protected:
