@@ -8,7 +8,6 @@
 
 #include "engine/SampleTime.hpp"
 #include "rules/RuleOutputV2.hpp"
-#include "rules/StatusV2.hpp"
 
 namespace quillo {
 

@@ -13,7 +13,7 @@
 #include "analysis/SentMessage.hpp"
 #include "engine/SampleTime.hpp"
 #include "rules/Rule.hpp"
-#include "rules/StatusV2.hpp"
+#include "rules/RuleOutputV2.hpp"
 
 namespace quillo {
 

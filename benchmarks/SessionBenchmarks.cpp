@@ -12,7 +12,7 @@
 #include "benchmarks/Sections.hpp"
 #include "benchmarks/Sinks.hpp"
 #include "benchmarks/Table.hpp"
-#include "engine/FiringCounts.hpp"
+#include "engine/CompiledRules.hpp"
 #include "session/Session.hpp"
 #include "session/SoundingNotes.hpp"
 #include "support/TestRules.hpp"

@@ -2,15 +2,31 @@
 #pragma once
 
 #include <mutex>
+#include <pthread.h>
 #include <shared_mutex>
 #include <string>
 #include <utility>
 
-#include "platform/PriorityInheritanceMutex.hpp"
 #include "platform/ReaderGate.hpp"
 #include "platform/RealTime.hpp"
 
 namespace quillo {
+
+/// A mutex whose holder runs, while others wait for it, with the priority of the most urgent of them (where
+/// the platform offers that). Meets the standard's BasicLockable.
+class PriorityInheritanceMutex {
+public:
+    PriorityInheritanceMutex();
+    ~PriorityInheritanceMutex();
+    PriorityInheritanceMutex(const PriorityInheritanceMutex&) = delete;
+    PriorityInheritanceMutex& operator=(const PriorityInheritanceMutex&) = delete;
+
+    void lock() noexcept;
+    void unlock() noexcept;
+
+private:
+    pthread_mutex_t mutex_;
+};
 
 /// A concurrent queue whose blocks run on the caller's thread before the call returns.
 ///

@@ -7,10 +7,9 @@
 #include <variant>
 #include <vector>
 
-#include "audiounit/platform/AUAudioUnitViewConfiguration.hpp"
+#include "audiounit/platform/AUAudioUnit.hpp"
 #include "audiounit/platform/AUHostTransportState.hpp"
 #include "audiounit/platform/AURenderEvent.hpp"
-#include "audiounit/platform/StateDictionary.hpp"
 #include "platform/OSStatus.hpp"
 #include "rules/Rule.hpp"
 

@@ -17,7 +17,6 @@
 #include "session/HostTransport.hpp"
 #include "session/OutputInOrder.hpp"
 #include "session/OwedMessages.hpp"
-#include "session/PanicResult.hpp"
 #include "session/RefusedMessages.hpp"
 #include "session/RenderRequests.hpp"
 #include "session/WaitingSnapshot.hpp"

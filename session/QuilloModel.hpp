@@ -9,15 +9,25 @@
 #include <string>
 #include <vector>
 
+#include "engine/MIDIMessage.hpp"
 #include "log/EventLogEntry.hpp"
 #include "log/MyCyclicBuffer.hpp"
 #include "persistence/PluginData.hpp"
 #include "platform/Observers.hpp"
 #include "rules/RuleEntryIdentifiable.hpp"
 #include "session/RuleHits.hpp"
-#include "session/WaitingOutput.hpp"
 
 namespace quillo {
+
+/// A delayed output that waits.
+struct WaitingOutput {
+    std::uint64_t number = 0;  ///< names it: no other ever has its number
+    double secondsToGo = 0.0;
+    MessageList messages;
+    std::string ruleName;  ///< as it was when the rule fired; empty for an unnamed rule
+
+    bool operator==(const WaitingOutput&) const = default;
+};
 
 /// The editor's observable state: the rules as they are edited and how often they have fired, the two event
 /// logs, what waits to be sent, and what went wrong. Each change of a part notifies those who observe it, once a

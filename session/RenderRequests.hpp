@@ -5,11 +5,24 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include "platform/RealTime.hpp"
-#include "session/PanicResult.hpp"
 
 namespace quillo {
+
+/// What a panic has ended.
+struct PanicResult {
+    std::size_t notes = 0;
+    std::size_t pedals = 0;
+    std::size_t messages = 0;  ///< that waited
+
+    bool operator==(const PanicResult&) const = default;
+};
+
+/// The same for the user, such as "Stopped 3 notes, let go of 1 pedal, cancelled 12 waiting messages",
+/// without the parts that there were none of; "Nothing was sounding" when there was nothing.
+[[nodiscard]] std::string inWords(const PanicResult& result);
 
 /// What is asked of the render thread, which does it when its next block begins, and the answer to a panic.
 /// Nobody waits for anybody; what is asked for again before it is done is done once.

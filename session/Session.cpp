@@ -9,7 +9,7 @@
 #include "persistence/PluginData.hpp"
 #include "persistence/ProblemInWords.hpp"
 #include "platform/FatalError.hpp"
-#include "session/PanicResult.hpp"
+#include "session/RenderRequests.hpp"
 #include "session/WhatNow.hpp"
 
 namespace quillo {

@@ -3,8 +3,7 @@
 
 #include <string>
 
-#include "session/RuleHits.hpp"
-#include "session/WaitingOutput.hpp"
+#include "session/QuilloModel.hpp"
 
 namespace quillo {
 

@@ -10,8 +10,8 @@
 
 #include "editor/DecimalText.hpp"
 #include "editor/MyFormatter.hpp"
-#include "rules/GenericByteV2.hpp"
-#include "rules/TriggerValueV2.hpp"
+#include "rules/RuleOutputV2.hpp"
+#include "rules/RuleTriggerV2.hpp"
 
 namespace quillo {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "rules/GenericByteV2.hpp"
+#include "rules/RuleOutputV2.hpp"
 #include "rules/RuleRun.hpp"
 
 namespace quillo {

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "rules/GenericByteV2.hpp"
-#include "rules/TriggerValueV2.hpp"
+#include "rules/RuleOutputV2.hpp"
+#include "rules/RuleTriggerV2.hpp"
 
 /// The formatters behind every field that is typed into. Numbers are decimal and the whole text: an empty one,
 /// one with any other character, and one too large for its type is unreadable.

@@ -3,7 +3,7 @@
 
 #include <compare>
 
-#include "engine/MessageList.hpp"
+#include "engine/MIDIMessage.hpp"
 #include "engine/RuleName.hpp"
 #include "engine/SampleTime.hpp"
 #include "platform/RealTime.hpp"

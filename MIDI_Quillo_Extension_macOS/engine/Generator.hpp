@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "engine/MessageList.hpp"
+#include "engine/MIDIMessage.hpp"
 #include "platform/RealTime.hpp"
 #include "rules/RuleOutputV2.hpp"
 

@@ -3,10 +3,9 @@
 
 #include <cstdint>
 
+#include "engine/MIDIMessage.hpp"
 #include "engine/MessageContent.hpp"
-#include "engine/MessageList.hpp"
 #include "engine/SampleTime.hpp"
-#include "rules/PassThroughV2.hpp"
 #include "rules/RuleTriggerV2.hpp"
 #include "rules/TaggedUnion.hpp"
 

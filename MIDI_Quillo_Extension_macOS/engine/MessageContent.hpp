@@ -2,7 +2,7 @@
 #pragma once
 
 #include "engine/Generator.hpp"
-#include "engine/MessageList.hpp"
+#include "engine/MIDIMessage.hpp"
 #include "rules/RuleOutputV2.hpp"
 #include "rules/TaggedUnion.hpp"
 

@@ -3,17 +3,26 @@
 
 #include <algorithm>
 #include <array>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <utility>
 
-#include "engine/MyPriorityQueue.hpp"
 #include "engine/SampleTime.hpp"
 #include "platform/RealTime.hpp"
 
 namespace quillo {
+
+/// A queue that hands out first an element that is due first.
+template <class Queue, class Element>
+concept MyPriorityQueue = requires(Queue queue, const Queue constQueue, Element element) {
+    queue.push(std::move(element));
+    { constQueue.peek() } -> std::same_as<const Element*>;
+    { queue.pop() } -> std::same_as<std::optional<Element>>;
+    { constQueue.size() } -> std::same_as<std::size_t>;
+};
 
 /// A binary heap of elements that have a `time`: no element is due before its parent, so the root is one that
 /// is due first. Elements of one time leave in the order in which they were pushed.

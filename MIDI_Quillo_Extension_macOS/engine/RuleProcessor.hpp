@@ -18,7 +18,7 @@
 #include "engine/RuleCompiler.hpp"
 #include "engine/SampleTime.hpp"
 #include "platform/DispatchQueue.hpp"
-#include "platform/FatalErrorSlot.hpp"
+#include "platform/FatalError.hpp"
 #include "platform/RealTime.hpp"
 #include "rules/Rule.hpp"
 

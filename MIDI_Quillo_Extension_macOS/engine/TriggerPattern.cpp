@@ -4,7 +4,7 @@
 #include <variant>
 
 #include "midi/Status.hpp"
-#include "rules/StatusV2.hpp"
+#include "rules/RuleOutputV2.hpp"
 
 namespace quillo {
 

@@ -8,10 +8,15 @@
 #include <utility>
 #include <vector>
 
-#include "log/LogContainer.hpp"
 #include "platform/FatalError.hpp"
 
 namespace quillo {
+
+/// A collection of log entries that can be emptied by `clear()`.
+template <class Container>
+concept LogContainer = requires(Container container) { container.clear(); };
+
+static_assert(LogContainer<std::vector<int>>);
 
 /// The slots of a `MyCyclicBuffer`, shared by its copies. Empty slots hold nothing.
 template <class Element>

@@ -10,7 +10,6 @@
 #include "persistence/PluginDataV3.hpp"
 #include "persistence/RuleV1.hpp"
 #include "persistence/RuleV1Descriptions.hpp"
-#include "persistence/RuleV1Migration.hpp"
 #include "persistence/RuleV2.hpp"
 #include "platform/FatalError.hpp"
 #include "rules/RuleLabel.hpp"

@@ -7,9 +7,8 @@
 #include <vector>
 
 #include "rules/MIDIRuleType.hpp"
-#include "rules/PassThroughV2.hpp"
 #include "rules/RuleEntry.hpp"
-#include "rules/TriggerValueV2.hpp"
+#include "rules/RuleTriggerV2.hpp"
 
 /// The names under which the editor shows MIDI numbers. Display text only: nothing here takes part in matching
 /// or sending. Each list is made on first use and then shared; the order is the order on screen.

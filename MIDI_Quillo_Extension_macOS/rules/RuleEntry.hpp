@@ -8,12 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "rules/GenericByteV2.hpp"
-#include "rules/PassThroughV2.hpp"
 #include "rules/Rule.hpp"
-#include "rules/RuleOutputChannelV2.hpp"
 #include "rules/RuleOutputV2.hpp"
-#include "rules/TriggerValueV2.hpp"
+#include "rules/RuleTriggerV2.hpp"
 
 namespace quillo {
 

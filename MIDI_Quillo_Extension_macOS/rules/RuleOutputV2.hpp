@@ -1,16 +1,66 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
 
-#include "rules/GenericByteV2.hpp"
-#include "rules/RuleOutputChannelV2.hpp"
-#include "rules/StatusV2.hpp"
+#include "midi/Status.hpp"
+#include "platform/RealTime.hpp"
 #include "rules/TaggedUnion.hpp"
 
 namespace quillo {
+
+struct GenericByteV2Cases {
+    /// This byte itself.
+    struct Value {
+        std::uint8_t value;
+        bool operator==(const Value&) const = default;
+    };
+    /// The byte in the same position of the triggering message.
+    struct RespectiveTriggerByte {
+        bool operator==(const RespectiveTriggerByte&) const = default;
+    };
+};
+
+/// Where a data byte of an output comes from. A program change's program takes the trigger's first data byte.
+struct GenericByteV2 : GenericByteV2Cases,
+                       TaggedUnion<GenericByteV2Cases::Value, GenericByteV2Cases::RespectiveTriggerByte> {
+    using TaggedUnion::TaggedUnion;
+};
+
+struct RuleOutputChannelV2Cases {
+    /// A zero-based channel, 0 to 15.
+    struct Value {
+        std::uint8_t value;
+        bool operator==(const Value&) const = default;
+    };
+    /// The low nibble of the triggering message's status byte.
+    struct TriggerChannel {
+        bool operator==(const TriggerChannel&) const = default;
+    };
+};
+
+/// Where the channel of an output comes from.
+struct RuleOutputChannelV2
+    : RuleOutputChannelV2Cases,
+      TaggedUnion<RuleOutputChannelV2Cases::Value, RuleOutputChannelV2Cases::TriggerChannel> {
+    using TaggedUnion::TaggedUnion;
+};
+
+/// The kinds of channel voice messages that a rule can send.
+enum class StatusV2 : std::uint8_t { noteOn, noteOff, CC, programChange, channelPressure, pitchWheel };
+
+/// The status bytes on channel value 0, by case order.
+inline constexpr std::array statusNibbles{midi::noteOn,        midi::noteOff,         midi::controlChange,
+                                          midi::programChange, midi::channelPressure, midi::pitchWheel};
+
+/// The status byte of a kind with channel bits 0.
+[[nodiscard]] constexpr std::uint8_t statusNibble(StatusV2 status) QUILLO_REALTIME {
+    return statusNibbles[static_cast<std::size_t>(status)];
+}
 
 /// How long after its trigger an output is due.
 struct DelayV2 {

@@ -3,11 +3,35 @@
 
 #include <cstdint>
 
-#include "rules/PassThroughV2.hpp"
 #include "rules/TaggedUnion.hpp"
-#include "rules/TriggerValueV2.hpp"
 
 namespace quillo {
+
+/// Whether a rule consumes an event. A consumed event reaches no later rule, and an incoming message that was
+/// consumed is not forwarded.
+enum class PassThroughV2 : std::uint8_t {
+    PassThrough,     ///< never consumes
+    EatMatching,     ///< consumes an event that the rule matched
+    EatNonMatching,  ///< consumes an event that the rule did not match
+};
+
+struct TriggerValueV2Cases {
+    /// Must equal the byte compared.
+    struct Value {
+        std::uint8_t value;
+        bool operator==(const Value&) const = default;
+    };
+    /// Matches every byte.
+    struct AnyValue {
+        bool operator==(const AnyValue&) const = default;
+    };
+};
+
+/// What a byte of an incoming message (or its zero-based channel) is compared with.
+struct TriggerValueV2 : TriggerValueV2Cases,
+                        TaggedUnion<TriggerValueV2Cases::Value, TriggerValueV2Cases::AnyValue> {
+    using TaggedUnion::TaggedUnion;
+};
 
 struct VoiceCategoryTriggerVariantsV2Cases {
     /// Velocity is never examined: a note-on with velocity 0 is a note-on.

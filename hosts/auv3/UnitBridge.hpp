@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "audiounit/MIDIQuilloAUAudioUnit.hpp"
-#include "audiounit/platform/AVAudioFormat.hpp"
-#include "audiounit/platform/StateDictionary.hpp"
+#include "audiounit/platform/AUAudioUnit.hpp"
+#include "audiounit/platform/AUAudioUnitBus.hpp"
 #include "hosts/auv3/Failure.hpp"
 #include "hosts/auv3/HostBlocks.hpp"
 #include "hosts/auv3/RenderCycle.hpp"

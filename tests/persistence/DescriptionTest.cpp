@@ -9,7 +9,6 @@
 #include <tuple>
 #include <variant>
 
-#include "persistence/Enumerators.hpp"
 #include "persistence/RuleDescriptions.hpp"
 #include "persistence/RuleV1Descriptions.hpp"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "persistence/ExactInteger.hpp"
+#include "persistence/JSONParser.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/FatalErrorSlot.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/PriorityInheritanceMutex.hpp"
+#include "platform/DispatchQueue.hpp"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 
 #include <cstdlib>
 
-#include "platform/PriorityInheritanceMutex.hpp"
+#include "platform/DispatchQueue.hpp"
 #include "platform/RealTime.hpp"
 
 namespace quillo {

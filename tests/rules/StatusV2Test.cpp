@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "rules/StatusV2.hpp"
+#include "rules/RuleOutputV2.hpp"
 
 #include <gtest/gtest.h>
 

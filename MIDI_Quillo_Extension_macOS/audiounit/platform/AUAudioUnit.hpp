@@ -3,24 +3,39 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <span>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "audiounit/platform/AUAudioUnitBus.hpp"
-#include "audiounit/platform/AUAudioUnitViewConfiguration.hpp"
 #include "audiounit/platform/AUHostTransportState.hpp"
 #include "audiounit/platform/AUParameterTree.hpp"
 #include "audiounit/platform/AURenderEvent.hpp"
 #include "audiounit/platform/NSError.hpp"
 #include "audiounit/platform/ReplaceableBlock.hpp"
-#include "audiounit/platform/StateDictionary.hpp"
+#include "platform/Data.hpp"
 #include "platform/Observers.hpp"
 
 namespace quillo {
+
+/// Data, a string, a number, or, last, a value of any other kind, of which nobody asks more.
+using StateValue = std::variant<Data, std::string, double, std::monostate>;
+
+/// What a host saves with its project: values by key.
+using StateDictionary = std::map<std::string, StateValue>;
+
+/// A size that the host could give the editor's view, in points. 0 × 0 means: whatever the editor likes.
+struct AUAudioUnitViewConfiguration {
+    double width = 0.0;
+    double height = 0.0;
+
+    bool operator==(const AUAudioUnitViewConfiguration&) const = default;
+};
 
 /// Which component a unit is: four-character codes.
 struct AudioComponentDescription {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/PriorityInheritanceMutex.hpp"
+#include "platform/DispatchQueue.hpp"
 #include "platform/RealTime.hpp"
 
 void increase(quillo::PriorityInheritanceMutex& mutex, int& number) QUILLO_REALTIME {

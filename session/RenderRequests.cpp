@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "session/PanicResult.hpp"
+#include "session/RenderRequests.hpp"
 
 namespace quillo {
 

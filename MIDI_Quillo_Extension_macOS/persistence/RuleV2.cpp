@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "persistence/RuleV1Migration.hpp"
+#include "persistence/RuleV2.hpp"
 
 #include <cstdint>
 #include <optional>
