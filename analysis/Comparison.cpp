@@ -7,7 +7,8 @@
 #include <string>
 #include <utility>
 
-#include "persistence/JSONCoding.hpp"
+#include "persistence/JSONWriter.hpp"
+#include "persistence/RuleDescriptions.hpp"
 
 namespace quillo {
 

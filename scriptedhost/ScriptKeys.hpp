@@ -4,8 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "persistence/JSONCoding.hpp"
 #include "persistence/JSONPath.hpp"
+#include "persistence/JSONReader.hpp"
+#include "persistence/RuleDescriptions.hpp"
 
 namespace quillo {
 

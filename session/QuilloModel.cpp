@@ -127,13 +127,6 @@ void QuilloModel::takeBackAlert(const std::string& message) {
     }
 }
 
-void QuilloModel::setHits(std::vector<RuleHits> hits) {
-    if (hits != hits_) {
-        hits_ = std::move(hits);
-        hitsObservers_.notify();
-    }
-}
-
 void QuilloModel::setWaiting(std::vector<WaitingOutput> waiting, std::size_t count) {
     if (waiting != waiting_ || count != waitingCount_) {
         waiting_ = std::move(waiting);
@@ -182,10 +175,6 @@ Observation QuilloModel::observeRules(std::function<void()> callback) {
 
 Observation QuilloModel::observeAlert(std::function<void()> callback) {
     return alertObservers_.add(std::move(callback));
-}
-
-Observation QuilloModel::observeHits(std::function<void()> callback) {
-    return hitsObservers_.add(std::move(callback));
 }
 
 Observation QuilloModel::observeWaiting(std::function<void()> callback) {

@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "engine/MIDIMessage.hpp"
@@ -68,7 +69,7 @@ public:
     /// How often each of `rules` has fired, and when last, never where it is switched off; empty where nobody
     /// counts.
     [[nodiscard]] const std::vector<RuleHits>& hits() const { return hits_; }
-    void setHits(std::vector<RuleHits> hits);
+    void setHits(std::vector<RuleHits> hits) { hits_ = std::move(hits); }
 
     /// The delayed outputs that wait, as of a moment ago: the first to leave first. Empty unless the list is
     /// watched.
@@ -104,7 +105,6 @@ public:
     /// `callback` runs after each change of that part for as long as the returned observation lives.
     [[nodiscard]] Observation observeRules(std::function<void()> callback);
     [[nodiscard]] Observation observeAlert(std::function<void()> callback);
-    [[nodiscard]] Observation observeHits(std::function<void()> callback);
     [[nodiscard]] Observation observeWaiting(std::function<void()> callback);
     [[nodiscard]] Observation observePanic(std::function<void()> callback);
     [[nodiscard]] Observation observeInLog(std::function<void()> callback);
@@ -129,7 +129,6 @@ private:
     Log outLog_{logCapacity};
     Observers rulesObservers_;
     Observers alertObservers_;
-    Observers hitsObservers_;
     Observers waitingObservers_;
     Observers panicObservers_;
     Observers inLogObservers_;

@@ -111,4 +111,12 @@ void JSONWriter::writeMember(std::string_view key, const Value& value) {
     }
 }
 
+/// One persisted value, or a `std::vector` of them, by itself. Throws an `EncodingError`.
+template <class T>
+[[nodiscard]] std::string encode(const T& value) {
+    JSONWriter writer;
+    writer.write(value);
+    return writer.text();
+}
+
 }  // namespace quillo

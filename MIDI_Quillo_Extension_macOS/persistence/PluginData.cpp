@@ -6,8 +6,10 @@
 #include <variant>
 
 #include "persistence/DecodingError.hpp"
-#include "persistence/JSONCoding.hpp"
+#include "persistence/JSONReader.hpp"
+#include "persistence/JSONWriter.hpp"
 #include "persistence/PluginDataV3.hpp"
+#include "persistence/RuleDescriptions.hpp"
 #include "persistence/RuleV1.hpp"
 #include "persistence/RuleV1Descriptions.hpp"
 #include "persistence/RuleV2.hpp"

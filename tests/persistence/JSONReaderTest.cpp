@@ -9,7 +9,8 @@
 #include <vector>
 
 #include "persistence/Documents.hpp"
-#include "persistence/JSONCoding.hpp"
+#include "persistence/JSONWriter.hpp"
+#include "persistence/RuleDescriptions.hpp"
 #include "persistence/RuleV1Descriptions.hpp"
 
 namespace quillo {
@@ -303,7 +304,7 @@ TEST(JSONReader, TakesNothingButATextForAText) {
 TEST(JSONReader, StartsAnErrorAtTheNameThatItIsGiven) {
     const auto value = parseJSON(documents::bytesOf("[{}]"));
     try {
-        static_cast<void>(decode<std::vector<Rule>>(value, "rules"));
+        static_cast<void>(JSONReader().read<std::vector<Rule>>(value, {JSONPath(), "rules"}));
         FAIL();
     } catch (const DecodingError& error) {
         EXPECT_STREQ(error.what(), R"(rules[0]: missing key "output")");

@@ -9,7 +9,7 @@
 
 #include "persistence/Documents.hpp"
 #include "persistence/EncodingError.hpp"
-#include "persistence/JSONCoding.hpp"
+#include "persistence/JSONReader.hpp"
 
 namespace quillo {
 namespace {
@@ -49,7 +49,7 @@ TEST(JSONWriter, WritesWhatTheReaderReadsForEveryCharacterOfAByte) {
     for (int code = 0; code < 128; ++code) {
         const std::string name(3, static_cast<char>(code));
         const auto value = parseJSON(documents::bytesOf(encode(name)));
-        EXPECT_EQ(decode<std::string>(value, "name"), name) << code;
+        EXPECT_EQ(JSONReader().read<std::string>(value, {}), name) << code;
     }
 }
 

@@ -9,8 +9,9 @@
 
 #include "persistence/Documents.hpp"
 #include "persistence/EncodingError.hpp"
-#include "persistence/JSONCoding.hpp"
+#include "persistence/JSONReader.hpp"
 #include "persistence/PluginDataV3.hpp"
+#include "persistence/RuleDescriptions.hpp"
 #include "platform/FatalError.hpp"
 
 namespace quillo {
@@ -377,7 +378,7 @@ TEST(PluginData, WithoutItsShelfADocumentIsByteForByteThatOfTheRulesThatRun) {
 }
 
 TEST(PluginData, AReaderThatKnowsNoShelfReadsTheSameRules) {
-    EXPECT_EQ(decode<RulesAlone>(parseJSON(bytesOf(documents::documentWithShelf())), "").rules,
+    EXPECT_EQ(JSONReader().read<RulesAlone>(parseJSON(bytesOf(documents::documentWithShelf())), {}).rules,
               documents::dataWithShelf().rules);
 }
 
