@@ -6,7 +6,7 @@
 #include <bit>
 #include <string>
 
-#include "words/NumberWords.hpp"
+#include "words/MessageWords.hpp"
 
 namespace quillo {
 

@@ -2,11 +2,14 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "analysis/EngineProbe.hpp"
 #include "analysis/Performance.hpp"
 #include "engine/MIDIMessage.hpp"
 #include "engine/SampleTime.hpp"
@@ -52,5 +55,22 @@ struct PresetTest {
     /// Throws a `PresetTestError`.
     [[nodiscard]] static PresetTest read(std::string_view text);
 };
+
+/// A place in the order of what leaves where not what is wanted leaves: another message, one too few or one
+/// too many.
+struct Mismatch {
+    SampleTime time = 0;   ///< in milliseconds
+    std::size_t line = 0;  ///< that wants the message, or whose event made it leave; 0 of loading
+    std::optional<MIDIMessage> wanted;
+    std::optional<Departure> got;
+};
+
+/// Plays a test to the rules of a preset. Empty where all that is wanted leaves, in this order, and nothing
+/// else.
+[[nodiscard]] std::vector<Mismatch> mismatches(const PresetTest& test, EngineProbe& probe);
+
+/// The text of a test that these rules pass: what they make of `events`, which are in milliseconds and in
+/// order of time.
+[[nodiscard]] std::string recordedTest(EngineProbe& probe, std::span<const TimedEvent> events);
 
 }  // namespace quillo

@@ -6,7 +6,6 @@
 
 #include "midi/Status.hpp"
 #include "words/MessageWords.hpp"
-#include "words/NumberWords.hpp"
 #include "words/PolicyWords.hpp"
 
 namespace quillo {

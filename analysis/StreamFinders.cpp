@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "words/NumberWords.hpp"
+#include "words/MessageWords.hpp"
 #include "words/PolicyWords.hpp"
 
 namespace quillo {

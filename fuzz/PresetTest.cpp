@@ -6,7 +6,7 @@
 
 #include "FuzzInput.hpp"
 #include "FuzzRules.hpp"
-#include "analysis/PresetTestRun.hpp"
+#include "analysis/PresetTest.hpp"
 
 using namespace quillo;
 using fuzz::require;

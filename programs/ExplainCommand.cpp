@@ -13,7 +13,7 @@
 #include "analysis/RuleReasons.hpp"
 #include "commandline/Arguments.hpp"
 #include "commandline/CommandFailure.hpp"
-#include "commandline/InputFiles.hpp"
+#include "commandline/Files.hpp"
 #include "platform/HexText.hpp"
 #include "platform/QuotedText.hpp"
 #include "programs/JSONText.hpp"

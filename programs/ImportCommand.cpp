@@ -6,8 +6,7 @@
 
 #include "commandline/Arguments.hpp"
 #include "commandline/CommandFailure.hpp"
-#include "commandline/InputFiles.hpp"
-#include "commandline/OutputFile.hpp"
+#include "commandline/Files.hpp"
 #include "otherformats/OtherFormat.hpp"
 #include "persistence/PluginData.hpp"
 #include "platform/QuotedText.hpp"

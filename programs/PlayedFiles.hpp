@@ -11,7 +11,7 @@
 #include "analysis/EngineProbe.hpp"
 #include "analysis/Performance.hpp"
 #include "commandline/CommandFailure.hpp"
-#include "commandline/InputFiles.hpp"
+#include "commandline/Files.hpp"
 #include "offline/Score.hpp"
 #include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"

@@ -10,7 +10,7 @@
 
 #include "commandline/Arguments.hpp"
 #include "commandline/CommandFailure.hpp"
-#include "commandline/OutputFile.hpp"
+#include "commandline/Files.hpp"
 #include "platform/QuotedText.hpp"
 #include "presets/PresetLibrary.hpp"
 

@@ -7,8 +7,7 @@
 
 #include "commandline/Arguments.hpp"
 #include "commandline/CommandFailure.hpp"
-#include "commandline/InputFiles.hpp"
-#include "commandline/OutputFile.hpp"
+#include "commandline/Files.hpp"
 #include "engine/RuleProcessor.hpp"
 #include "log/EventLogEntry.hpp"
 #include "midifile/MIDIFile.hpp"

@@ -10,10 +10,9 @@
 #include <vector>
 
 #include "analysis/PresetTest.hpp"
-#include "analysis/PresetTestRun.hpp"
 #include "commandline/Arguments.hpp"
 #include "commandline/CommandFailure.hpp"
-#include "commandline/OutputFile.hpp"
+#include "commandline/Files.hpp"
 #include "platform/HexText.hpp"
 #include "platform/QuotedText.hpp"
 #include "programs/JSONText.hpp"

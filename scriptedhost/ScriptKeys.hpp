@@ -4,7 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "persistence/JSONPath.hpp"
 #include "persistence/JSONReader.hpp"
 #include "persistence/RuleDescriptions.hpp"
 

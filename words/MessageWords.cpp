@@ -6,11 +6,13 @@
 #include "midi/MessageLength.hpp"
 #include "midi/Status.hpp"
 #include "rules/MIDIVocabulary.hpp"
-#include "words/NumberWords.hpp"
 
 namespace quillo {
 
 namespace {
+
+constexpr unsigned greatestDataByte = 127;
+constexpr unsigned greatestChannel = 16;
 
 constexpr unsigned bitsPerDataByte = 7;
 
@@ -53,6 +55,29 @@ std::string systemWords(std::uint8_t status) {
 }
 
 }  // namespace
+
+std::string numberWords(std::int64_t value, bool inRange) {
+    return std::to_string(value) + (inRange ? "" : " (out of range)");
+}
+
+std::string dataByteWords(unsigned value) {
+    return numberWords(value, value <= greatestDataByte);
+}
+
+std::string noteWords(std::uint8_t note) {
+    return note <= greatestDataByte ? noteLabel(note) : dataByteWords(note);
+}
+
+std::string controllerWords(std::uint8_t controller) {
+    if (controller > greatestDataByte) {
+        return dataByteWords(controller);
+    }
+    return dataByteWords(controller) + " (" + std::string(controllerName(controller)) + ")";
+}
+
+std::string channelWords(unsigned zeroBased) {
+    return "channel " + numberWords(zeroBased + 1, zeroBased < greatestChannel);
+}
 
 std::string messageWords(std::span<const std::uint8_t> bytes) {
     if (isCompleteChannelMessage(bytes)) {

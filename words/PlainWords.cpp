@@ -10,7 +10,7 @@
 
 #include "platform/HexText.hpp"
 #include "platform/QuotedText.hpp"
-#include "words/NumberWords.hpp"
+#include "words/MessageWords.hpp"
 
 namespace quillo {
 

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "persistence/DecodingError.hpp"
-#include "persistence/EncodingError.hpp"
 #include "platform/FatalError.hpp"
 
 namespace quillo {

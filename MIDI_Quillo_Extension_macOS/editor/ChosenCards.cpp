@@ -8,7 +8,7 @@
 #include "editor/JuceText.hpp"
 #include "editor/MyDragAndDropForEachDragHandle.hpp"
 #include "editor/PresetExchange.hpp"
-#include "persistence/EncodingError.hpp"
+#include "persistence/DecodingError.hpp"
 
 namespace quillo {
 

@@ -10,7 +10,6 @@
 
 #include "otherformats/OtherFormat.hpp"
 #include "persistence/DecodingError.hpp"
-#include "persistence/EncodingError.hpp"
 #include "persistence/PluginData.hpp"
 #include "persistence/ProblemInWords.hpp"
 #include "platform/AtomicFile.hpp"

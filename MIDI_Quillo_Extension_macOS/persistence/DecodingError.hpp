@@ -49,4 +49,10 @@ private:
     std::size_t valuesRead_;
 };
 
+/// A value that has no document: a name that is not valid UTF-8.
+class EncodingError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
 }  // namespace quillo

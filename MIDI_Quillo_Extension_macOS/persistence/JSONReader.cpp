@@ -43,6 +43,17 @@ std::string listed(std::span<const std::string_view> names, std::string_view sep
 
 }  // namespace
 
+std::string JSONPath::text() const {
+    if (parent_ == nullptr) {
+        return {};
+    }
+    const auto around = parent_->text();
+    if (index_) {
+        return around + "[" + std::to_string(*index_) + "]";
+    }
+    return around + (around.empty() ? "" : ".") + std::string(key_);
+}
+
 double JSONReader::readDouble(const JSON& value, const JSONPath& path) {
     if (!value.is_number()) {
         failExpecting("a number", value, path);

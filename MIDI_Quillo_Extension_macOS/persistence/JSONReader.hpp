@@ -18,9 +18,31 @@
 #include "persistence/DecodingError.hpp"
 #include "persistence/Description.hpp"
 #include "persistence/JSONParser.hpp"
-#include "persistence/JSONPath.hpp"
 
 namespace quillo {
+
+/// Where a value lies in a document: a link to the place of the value around it. A reader passes it down for
+/// the price of a pointer; the text is made only when something is wrong. Must not outlive the place around
+/// it.
+class JSONPath {
+public:
+    /// The whole document.
+    JSONPath() = default;
+
+    /// A member of an object.
+    JSONPath(const JSONPath& object, std::string_view key) : parent_(&object), key_(key) {}
+
+    /// An element of an array.
+    JSONPath(const JSONPath& array, std::size_t index) : parent_(&array), index_(index) {}
+
+    /// `rules[3].trigger`; empty for the whole document.
+    [[nodiscard]] std::string text() const;
+
+private:
+    const JSONPath* parent_ = nullptr;
+    std::string_view key_;
+    std::optional<std::size_t> index_;  ///< of an element
+};
 
 /// Reads values of described types from parsed JSON, strictly: no number is rounded or brought into range, no
 /// type stands for another, nothing that is required has a default. Keys that nothing asks for are ignored.

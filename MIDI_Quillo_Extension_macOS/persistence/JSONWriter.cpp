@@ -3,7 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "persistence/EncodingError.hpp"
+#include "persistence/DecodingError.hpp"
 
 namespace quillo {
 

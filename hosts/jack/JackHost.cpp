@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "commandline/CommandFailure.hpp"
-#include "commandline/InputFiles.hpp"
+#include "commandline/Files.hpp"
 #include "hosts/jack/HangWatch.hpp"
 #include "hosts/jack/JackHelpText.hpp"
 #include "platform/AtomicFile.hpp"

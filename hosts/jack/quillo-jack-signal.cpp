@@ -16,7 +16,7 @@
 #include <thread>
 #include <vector>
 
-#include "commandline/InputFiles.hpp"
+#include "commandline/Files.hpp"
 #include "hosts/jack/LibraryMessages.hpp"
 #include "hosts/jack/WakeDescriptor.hpp"
 #include "hosts/jack/WithoutCancellation.hpp"

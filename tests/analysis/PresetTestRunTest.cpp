@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "analysis/PresetTestRun.hpp"
+#include "analysis/PresetTest.hpp"
 
 #include <gmock/gmock.h>
 

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "persistence/DecodingError.hpp"
 #include "persistence/Documents.hpp"
-#include "persistence/EncodingError.hpp"
 #include "persistence/JSONReader.hpp"
 
 namespace quillo {

@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "persistence/DecodingError.hpp"
 #include "persistence/Documents.hpp"
-#include "persistence/EncodingError.hpp"
 #include "persistence/JSONReader.hpp"
 #include "persistence/PluginDataV3.hpp"
 #include "persistence/RuleDescriptions.hpp"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "words/NumberWords.hpp"
+#include "words/MessageWords.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "commandline/InputFiles.hpp"
+#include "commandline/Files.hpp"
 
 #include <filesystem>
 #include <fstream>
