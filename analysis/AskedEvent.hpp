@@ -49,7 +49,7 @@ inline constexpr std::string_view askedEventForms =
 /// `AskedEventError`.
 [[nodiscard]] AskedEvent parseAskedEvent(std::string_view text);
 
-/// The bytes alone, one at least, whatever they are. Throws an `AskedEventError`.
+/// The bytes alone, at least one, of any value. Throws an `AskedEventError`.
 [[nodiscard]] std::vector<std::uint8_t> parseBytes(std::string_view text);
 
 }  // namespace quillo

@@ -29,7 +29,7 @@ public:
         return consumers_[EventBox::numberOf(event)] >= rule;
     }
 
-    /// An event that fires the rule; nothing for an on-load rule, and when there is none.
+    /// An event that fires the rule; nothing for an on-load rule, and where no event does.
     [[nodiscard]] const std::optional<Event>& example(std::size_t rule) const { return examples_[rule]; }
 
     [[nodiscard]] bool canFire(std::size_t rule) const;

@@ -71,7 +71,7 @@ std::string kindGiven(HostTransportTriggerVariantsV2 change) {
     return {};
 }
 
-/// A note-on with velocity 0 surprises whoever takes it for a note-off.
+/// A note-on with velocity 0 surprises those who take it for a note-off.
 std::string kindRemark(const Message& trigger, const MIDIMessage& message) {
     const auto* category = trigger.getIf<Message::VoiceCategory>();
     const bool wantsNoteOff = category != nullptr && category->voice.variants.is<Voice::NoteOff>();

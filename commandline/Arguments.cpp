@@ -36,7 +36,7 @@ bool read(const std::string& text, std::uint32_t& number) {
     return error == std::errc{} && stop == end;
 }
 
-/// The same for digits with a point, whatever the locale.
+/// The same for digits with a decimal point, in any locale.
 bool read(const std::string& text, double& number) {
     std::istringstream stream(text);
     stream.imbue(std::locale::classic());

@@ -10,7 +10,7 @@ struct Console {
     std::istream& in;
     std::ostream& out;
     std::ostream& err;
-    bool errIsTerminal = false;  ///< whether somebody watches `err` while the program works
+    bool errIsTerminal = false;  ///< whether `err` is a terminal, for progress
 };
 
 }  // namespace quillo

@@ -42,7 +42,7 @@ inline constexpr std::string_view standardStream = "-";
 [[nodiscard]] std::string readTextInput(const std::string& path, InputReading reading);
 
 /// The file that a verb writes, whole or not at all. An existing one is replaced only by force: the
-/// constructor refuses early, before any work is done for nothing, and `write` once more. Both throw a
+/// constructor fails early, before any work is wasted, and `write` checks again. Both throw a
 /// `CommandFailure` with `exitCannotCreate`. With a stream "-" is that stream, whose owner flushes it.
 class OutputFile {
 public:

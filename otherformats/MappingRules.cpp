@@ -72,7 +72,7 @@ Waiting waitingFor(const Mapping& mapping, std::uint8_t status) {
     return waiting;
 }
 
-/// Whether an output byte is the same whatever the incoming byte is, or always that byte itself.
+/// Whether an output byte is the same for every incoming byte, or always that byte itself.
 bool isPlain(const ByteMaker& maker, std::size_t place) {
     const unsigned bits = place == 0 ? midi::channelMask : 0x7F;
     const bool isFixed = (maker.mask & bits) == 0;
@@ -324,7 +324,7 @@ void setPolicy(Rule& rule, Policy policy) {
     rule.trigger = std::move(message);
 }
 
-/// Sets what each rule consumes: what it matches, where no rule below that the event shall come to does so. A
+/// Sets what each rule consumes: what it matches, where no rule below that the event must reach does so. A
 /// line loses something where a rule below consumes some of the events only: the others pass.
 class Consumption {
 public:

@@ -41,12 +41,12 @@ inline constexpr std::uint64_t usualSizeLimit = 64UL * 1024 * 1024;
 [[nodiscard]] std::vector<std::uint8_t> readWholeFile(const std::filesystem::path& path,
                                                       std::uint64_t most = usualSizeLimit);
 
-/// The same of a regular file only. Never waits: whatever else stands at `path` is a `FileError`. For a
+/// The same of a regular file only. Never waits: anything else at `path` is a `FileError`. For a
 /// program with a window, or inside a host.
 [[nodiscard]] std::vector<std::uint8_t> readRegularFile(const std::filesystem::path& path,
                                                         std::uint64_t most = usualSizeLimit);
 
-/// Writes the file whole or not at all: whoever looks finds what was there before or all of `bytes`, and a
+/// Writes the file whole or not at all: a reader finds what was there before or all of `bytes`, and a
 /// failure leaves no trace. What is written outlasts a loss of power. A link is followed and stays a link; a
 /// file that is replaced keeps its mode and, where the process may give them away, its owner and group.
 /// Throws `FileError`, also when the file exists and is to be kept, and when `path` names something other

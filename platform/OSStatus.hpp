@@ -20,7 +20,7 @@ inline constexpr OSStatus kAudioComponentErr_InvalidComponentID = -3000;
 /// outside the ranges that the platform uses.
 inline constexpr OSStatus kQuilloErr_FatalError = -60700;
 
-/// What a host of ours answers to a message for which its output has no room. Of the same range.
+/// What one of our hosts returns for a message for which its output has no room. Of the same range.
 inline constexpr OSStatus kQuilloErr_OutputFull = -60701;
 
 }  // namespace quillo

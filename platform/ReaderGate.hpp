@@ -19,8 +19,8 @@ public:
     ReaderGate();
 
     /// [one thread at a time] Enters unless the gate is closed. After `true`, `leave()` must follow. Entries
-    /// can be nested. But a thread that is refused while inside must leave: the closer waits for it, and
-    /// until then refuses it.
+    /// can be nested. But a thread that is turned away while inside must leave: the closer waits for it, and
+    /// turns it away until then.
     [[nodiscard]] bool tryEnter() QUILLO_REALTIME {
         setInside(inside_.load(std::memory_order_relaxed) + 1);
         if (!closed_.load()) {
@@ -38,7 +38,7 @@ public:
         }
     }
 
-    /// [not render] Lets nobody in any more and returns once the reader has left. Closers must exclude each
+    /// [not render] Keeps readers out from now on, and returns once the one inside has left. Closers must exclude each
     /// other.
     void close();
 

@@ -8,7 +8,7 @@
 
 namespace quillo {
 
-/// The program: runs the verb that the words name, and returns the exit status. Whatever goes wrong is told
+/// The program: runs the verb that the words name, and returns the exit status. Errors are reported
 /// on the console's error stream; nothing is thrown.
 [[nodiscard]] int runCommandLine(std::span<const std::string> words, const Console& console);
 

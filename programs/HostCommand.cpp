@@ -40,7 +40,7 @@ std::string readLine(std::istream& script) {
     return line;
 }
 
-/// Plays the script and counts its lines in `number`, so that an error can be told with its line.
+/// Plays the script and counts its lines in `number`, so that an error can be reported with its line.
 void play(std::istream& script, std::ostream& out, std::size_t& number) {
     ScriptedHost host(out);
     while (script.peek() != std::istream::traits_type::eof()) {

@@ -43,7 +43,7 @@ auto blamingPreset(const std::string& path, int status, Step step) {
 /// The rules of a preset. Those that no program can run are damaged ones.
 [[nodiscard]] EngineProbe readProbe(const std::string& path, InputReading reading);
 
-/// Runs a verb whose statuses are those of programs that compare: whatever fails, it ends with
+/// Runs a verb whose statuses are those of programs that compare: any failure ends it with
 /// `exitTrouble`. Wrong arguments stay what they are.
 [[nodiscard]] int runComparing(const std::function<int()>& verb);
 

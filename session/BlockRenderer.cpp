@@ -53,7 +53,7 @@ void BlockRenderer::serve(RenderRequests::Kinds asked) QUILLO_REALTIME {
     }
 }
 
-/// These messages are never refused: what the host has no room for stays owed.
+/// These messages never fail: what the host has no room for stays owed.
 void BlockRenderer::sendOwed() QUILLO_REALTIME {
     while (const auto message = owed_.next()) {
         if (output_.trySend(0, *message) != HostOutput::Room::enough) {

@@ -38,7 +38,7 @@ namespace quillo {
 ///
 /// A message for which the output has no room is refused, and the first one ends the cycle with the status
 /// `kQuilloErr_OutputFull`. System exclusive that never has room is left out instead, and the cycle goes on
-/// as if it had been sent: it would be refused again each time, and take the rest of its block with it, the
+/// as if it had been sent: it would be refused every time, and take the rest of its block with it, the
 /// ends of notes among it.
 ///
 /// It keeps which notes have gone out and not ended. When that is asked for, their note-offs and the releases

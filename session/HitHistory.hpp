@@ -24,7 +24,7 @@ public:
         std::uint64_t sampleRate = 1;
     };
 
-    /// An edited list has taken the place of `before`, which counts no more, and of what was switched off
+    /// An edited list has replaced `before`, which no longer counts, and what was switched off
     /// beside it: rules that are the same keep their hits, also when they were moved, renamed or switched off
     /// or on, and those that are new or were changed have none.
     void follow(const CompiledRules& before, const RuleShelf& shelfBefore, const PluginData& after,

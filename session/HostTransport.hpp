@@ -48,7 +48,7 @@ public:
     /// The same where no position is reported: it goes on from the one that is known.
     void report(State state) QUILLO_REALTIME;
 
-    /// Frames may have passed that nobody rendered: the next position is no jump, wherever it lies. A jump
+    /// Frames may have passed without a render call: the next position is not a jump. A jump
     /// before that stays one.
     void losePosition() QUILLO_REALTIME;
 

@@ -63,7 +63,7 @@ public:
     void alert(std::string message);
     /// The user has read the alert: the next one is shown.
     void dismissAlert();
-    /// What the alert says is true no more: it goes, whether it is shown or waits.
+    /// What the alert says is no longer true: it goes, whether it is shown or waits.
     void takeBackAlert(const std::string& message);
 
     /// How often each of `rules` has fired, and when last, never where it is switched off; empty where nobody

@@ -53,7 +53,7 @@ private:
     std::atomic<std::uint64_t> taken_{0};    ///< written by [main]
 };
 
-/// [main] What the user is to know of a refused message, with the number and name of the rule whose system
+/// [main] What is reported to the user of a refused message, with the number and name of the rule whose system
 /// exclusive it is.
 [[nodiscard]] std::string refusalText(const RefusedMessages::Message& message,
                                       const std::vector<Rule>& rules);

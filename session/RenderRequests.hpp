@@ -25,7 +25,7 @@ struct PanicResult {
 [[nodiscard]] std::string inWords(const PanicResult& result);
 
 /// What is asked of the render thread, which does it when its next block begins, and the answer to a panic.
-/// Nobody waits for anybody; what is asked for again before it is done is done once.
+/// Neither thread waits for the other; what is asked for again before it is done is done once.
 class RenderRequests {
 public:
     /// What can be asked for.

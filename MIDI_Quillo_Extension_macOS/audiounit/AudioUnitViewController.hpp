@@ -60,7 +60,7 @@ public:
 
     void tellUser(std::string message) override { userTeller()(std::move(message)); }
 
-    /// [any] `tellUser` for callers that may outlive the controller: then nobody is told.
+    /// [any] `tellUser` for callers that may outlive the controller: then it does nothing.
     [[nodiscard]] std::function<void(std::string message)> userTeller() const;
 
     /// Drains the main queue.

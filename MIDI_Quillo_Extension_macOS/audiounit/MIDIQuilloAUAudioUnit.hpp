@@ -51,7 +51,7 @@ public:
     [[nodiscard]] std::optional<NSError> allocateRenderResources() override;
 
     /// Holds the unit weakly: it may outlive it, and then returns `noErr`. During a cycle the unit stays even
-    /// if its last owner lets go of it; it goes with the cycle when nobody else holds it. One cycle, in this
+    /// if its last owner lets go of it; it goes with the cycle when it has no other owner. One cycle, in this
     /// order: on-load rules, messages sent by hand, delayed messages, a change of the transport, the MIDI
     /// events in list order. Other events, system exclusive among them, are not seen. A time that does not
     /// fit 64 bits is a fatal error, left in the processor's `fatalErrors`.

@@ -28,7 +28,7 @@ public:
     /// [any but render] For so many rules, none of which has fired.
     explicit FiringCounts(std::size_t rules) : cells_(std::make_unique<Cell[]>(rules)) {}
 
-    /// [render] The rule at this place of the list has fired. No locked instruction: nobody else counts.
+    /// [render] The rule at this place of the list has fired. No locked instruction: only this thread counts.
     void count(std::size_t place, SampleTime at) const QUILLO_REALTIME {
         auto& cell = cells_[place];
         cell.last.store(at, std::memory_order_relaxed);

@@ -19,7 +19,7 @@ namespace quillo {
 ///
 /// Short messages lie inside the value and long ones (system exclusive) are shared, so that copying, moving
 /// and dropping one neither allocates nor frees: they may all happen on the render thread. The storage of a
-/// long message that nobody holds any more is freed by whoever next makes a long one, or by `freeRetired`.
+/// long message that is no longer held is freed when the next long one is made, or by `freeRetired`.
 class MIDIMessage {
 public:
     /// The longest message that needs no storage of its own, in bytes.
@@ -53,7 +53,7 @@ public:
 
     bool operator==(const MIDIMessage& other) const QUILLO_REALTIME;
 
-    /// [any but render] Frees the storage of long messages that nobody holds any more.
+    /// [any but render] Frees the storage of long messages that are no longer held.
     static void freeRetired();
 
 private:

@@ -64,10 +64,10 @@ public:
         }
     }
 
-    /// The root, or null when there is none. Valid until the next push or pop.
+    /// The root, or null when the heap is empty. Valid until the next push or pop.
     [[nodiscard]] const Element* peek() const QUILLO_REALTIME { return size_ > 0 ? &element(0) : nullptr; }
 
-    /// Removes and returns the root; nothing when there is none.
+    /// Removes and returns the root; nothing when the heap is empty.
     [[nodiscard]] std::optional<Element> pop() QUILLO_REALTIME {
         if (size_ == 0) {
             return std::nullopt;
@@ -99,12 +99,12 @@ public:
     /// is held.
     [[nodiscard]] std::size_t slotsUsed() const QUILLO_REALTIME { return slotsUsed_; }
 
-    /// The element in a slot; null when there is none.
+    /// The element in a slot; null when the slot is empty.
     [[nodiscard]] const Element* inSlot(std::size_t slot) const QUILLO_REALTIME {
         return pool_[slot].number != 0 ? &pool_[slot].element : nullptr;
     }
 
-    /// The number of the element in a slot; 0 when there is none.
+    /// The number of the element in a slot; 0 when the slot is empty.
     [[nodiscard]] std::uint64_t numberInSlot(std::size_t slot) const QUILLO_REALTIME {
         return pool_[slot].number;
     }

@@ -23,7 +23,7 @@ public:
     RuleChain(const CompiledRules& rules, HostTransportTriggerVariantsV2 trigger) QUILLO_REALTIME
         : RuleChain(rules, rules.table.outcome(trigger)) {}
 
-    /// The next rule that the event fires, or null when there is none any more.
+    /// The next rule that the event fires, or null after the last.
     [[nodiscard]] const MIDIRuleInternal* next() QUILLO_REALTIME {
         while (next_ == run_->end) {
             if (run_->isLast) {

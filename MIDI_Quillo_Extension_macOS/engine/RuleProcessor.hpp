@@ -57,7 +57,7 @@ public:
 
     /// [any but render] Compiles the list and installs it, all or nothing: on a fatal error (see
     /// `compileRules`) the installed rules stay. What is waiting to be sent still is. Returns what was
-    /// installed before, which counts no more.
+    /// installed before, which no longer counts.
     std::shared_ptr<const CompiledRules> setRules(std::vector<Rule> rules);
 
     /// [any but render] Sends one output by hand, at the start of the next cycle. An output that takes
@@ -70,7 +70,7 @@ public:
     /// [any but render] How many delayed outputs wait.
     [[nodiscard]] std::size_t pendingDelayedMessages();
 
-    /// [any but render] How many delayed outputs were lost because there was no more room for them to wait.
+    /// [any but render] How many delayed outputs were lost because there was no room left for them to wait.
     [[nodiscard]] std::uint64_t lostDelayedMessages();
 
     /// [any but render] When the first of them is due; nothing when none waits.

@@ -15,7 +15,7 @@ namespace quillo {
 /// once it was handed over. When it is emptied too seldom all but the newest `keptEntries` are lost.
 ///
 /// One thread posts and hands over, one thread takes. The entries lie in two rings that change hands as a
-/// whole: the poster takes back the one that nobody has taken yet and adds to it, or takes a free one while
+/// whole: the poster takes back the one that was not taken yet and adds to it, or takes a free one while
 /// the other is with the taker. So neither side ever looks at a ring that the other one holds.
 class EventMailbox {
 public:

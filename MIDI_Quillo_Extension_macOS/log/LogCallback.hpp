@@ -27,10 +27,10 @@ public:
     /// [main] The same, and `endOfBlock` is called when a block has ended.
     void listen(Function function, EndOfBlock endOfBlock);
 
-    /// [main] From the next entry on, `function` gets them too, after whoever gets them now.
+    /// [main] From the next entry on, `function` gets them too, after those that get them now.
     void also(Function function);
 
-    /// [render] Whether anybody listens. Most of the time nobody does, and then no entry need be made.
+    /// [render] Whether there are listeners. Mostly there are none, and then no entry need be made.
     explicit operator bool() const QUILLO_REALTIME {
         return current_.load(std::memory_order_relaxed) != nullptr;
     }

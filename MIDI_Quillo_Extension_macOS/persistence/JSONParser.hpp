@@ -24,7 +24,7 @@ using ExactInteger = std::variant<std::uint64_t, std::int64_t>;
 /// A JSON value. A number is a whole one exactly when its text is (see `exactInteger`), else a double.
 using JSON = nlohmann::json;
 
-/// The deepest nesting of arrays and objects that is read, in levels. No document of ours has more than ten.
+/// The deepest nesting of arrays and objects that is read, in levels. Our documents have at most ten.
 inline constexpr std::size_t maximumNesting = 512;
 
 /// Parses one JSON value from UTF-8, with or without a byte-order mark; of equal keys the last one holds.

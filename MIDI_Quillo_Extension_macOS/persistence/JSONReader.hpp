@@ -52,7 +52,7 @@ private:
 class JSONReader {
 public:
     /// Reads a described type, an integer, a double, a Boolean, a string, or a `std::vector` of these. `path`
-    /// tells where `value` lies.
+    /// says where `value` lies.
     template <class T>
     [[nodiscard]] T read(const JSON& value, const JSONPath& path);
 

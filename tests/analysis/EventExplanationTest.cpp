@@ -157,7 +157,7 @@ TEST(EventExplanation, AMessageOfFewerBytesIsForwardedAsItIs) {
     }
 }
 
-TEST(EngineProbe, RefusesRulesThatNoUnitInstalls) {
+TEST(EngineProbe, RejectsRulesThatNoUnitInstalls) {
     EXPECT_THROW(EngineProbe({rule(onLoad(), send(noteOn(0, 1, 1), -5))}), FatalError);
 }
 

@@ -61,7 +61,7 @@ TEST(FailureWords, CallDataBytesByTheirNames) {
               "it waits for value 127, this is value 64");
 }
 
-TEST(FailureWords, TellHostEventsApart) {
+TEST(FailureWords, DistinguishHostEvents) {
     EXPECT_EQ(failureWords(onHost(Transport::Start), kind, Transport::Continue),
               "it waits for the host's transport to start, this is its continuation");
     EXPECT_EQ(failureWords(onHost(Transport::Continue), kind, Transport::Stop),
@@ -70,7 +70,7 @@ TEST(FailureWords, TellHostEventsApart) {
               "it waits for the host's transport to stop, this is its start");
 }
 
-TEST(FailureWords, TellMIDIFromTheHostsTransport) {
+TEST(FailureWords, DistinguishMIDIFromTheHostsTransport) {
     EXPECT_EQ(failureWords(onHost(Transport::Stop), kind, MIDIMessage{0xFC}),
               "it waits for the host's transport to stop, this is MIDI Stop");
     EXPECT_EQ(failureWords(onMIDIStop(), kind, Transport::Stop),

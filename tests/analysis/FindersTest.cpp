@@ -135,7 +135,7 @@ TEST(Finders, ASettingAtTheStartIsWantedInTheMiddleToo) {
     EXPECT_EQ(said(findStartOnly, {rule(onHost(Transport::Stop), volume)}), "");
 }
 
-TEST(Finders, APedalStaysDownWhoseReleaseNobodySends) {
+TEST(Finders, APedalStaysDownWhoseReleaseIsNeverSent) {
     const auto released = rule(onControlChange(64, exactly(0), exactly(3), eat), volume);
     EXPECT_THAT(said(findKeepsPedalDown, {released}), HasSubstr("stays down on channel 4"));
     const auto release = [](std::uint8_t onChannel, std::uint8_t value) {

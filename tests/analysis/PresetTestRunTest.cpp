@@ -55,7 +55,7 @@ TEST(PresetTestRun, FindsWhatIsAnotherMessageOrAtAnotherTime) {
                             "300 ms, line 1: nothing, got 91 3c 64 of rule 0"));
 }
 
-TEST(PresetTestRun, FindsWhatNobodyExpected) {
+TEST(PresetTestRun, FindsWhatWasNotExpected) {
     EXPECT_THAT(found(echoing, "# one\nat 0 ms: 90 3c 64 -> at 0 ms: 90 3c 64"),
                 ElementsAre("300 ms, line 2: nothing, got 91 3c 64 of rule 0"));
     EXPECT_THAT(found({}, "at 7 ms: fa"), ElementsAre("7 ms, line 1: nothing, got fa forwarded"));

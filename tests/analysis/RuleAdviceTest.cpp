@@ -39,7 +39,7 @@ std::vector<Kind> kindsOn(const std::vector<Rule>& rules) {
     return kinds;
 }
 
-TEST(RuleAdvice, IsNoneWhereNothingIsWrong) {
+TEST(RuleAdvice, IsEmptyWhereNothingIsWrong) {
     EXPECT_THAT(adviseOn({}), IsEmpty());
     EXPECT_THAT(adviseOn({rule(onLoad(), send(systemExclusive({0x7E, 0x7F, 9, 1}))),
                           rule(onNoteOn(any, any, eatMatching),
@@ -240,7 +240,7 @@ TEST(RuleAdvice, FindsTheFrameOfSystemExclusiveTypedIn) {
     EXPECT_THAT(textOnBody({0x7F, 0}), IsEmpty());
 }
 
-TEST(RuleAdvice, FindsBytesThatAreNoneOfSystemExclusive) {
+TEST(RuleAdvice, FindsBytesThatDoNotBelongInSystemExclusive) {
     EXPECT_EQ(textOn({rule(onLoad(), send(systemExclusive({0xF0, 1, 0xF7, 0xF0, 2, 0xF7})), "Two")}),
               "1. \"Two\" has f7 among its system-exclusive bytes, where MIDI allows 00 to 7f.\n"
               "   Give each message a rule of its own, without F0 and F7, and leave out what is above 7f.\n");

@@ -187,7 +187,7 @@ TEST(RuleReach, TwoRulesThatLetOnlyTheirsThroughLetNothingThrough) {
                 ElementsAre(true, false));
 }
 
-TEST(RuleReach, AChannelThatNoMessageHasIsNobodysFault) {
+TEST(RuleReach, AChannelThatNoMessageHasIsBlamedOnNoRule) {
     const std::vector rules{rule(onNoteOn(any, any, eatMatching), send(noteOn(0, 1, 1))),
                             rule(onNoteOn(any, exactly(16)), send(noteOn(0, 1, 1)))};
     EXPECT_FALSE(firing(rules)[1]);

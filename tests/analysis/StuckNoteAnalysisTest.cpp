@@ -196,7 +196,7 @@ TEST(StuckNoteAnalysis, TheReleaseOfTheKeyEndsItsOwnNoteWhereItIsForwarded) {
                 ElementsAre(never(3, 60)));
 }
 
-TEST(StuckNoteAnalysis, AnEndThatIsNeverSentIsNone) {
+TEST(StuckNoteAnalysis, AnEndThatIsNeverSentDoesNotCount) {
     EXPECT_EQ(fates({pedalNote, rule(onNoteOff(any, any, eatMatching), send(controlChange(0, 7, 1))),
                      rule(onNoteOff(), send(protocol(StatusV2::noteOff, channel(0), byte(36), byte(0))))})[0],
               never(0, 36));

@@ -141,7 +141,7 @@ TEST_F(ControllerTest, EveryRestoredStateIsShown) {
     EXPECT_EQ(shownNames(), Names{});
 }
 
-TEST_F(ControllerTest, ARestoreTellsTheViewsOnce) {
+TEST_F(ControllerTest, ARestoreNotifiesTheViewsOnce) {
     auto& unit = create();
     controller->viewDidLoad();
     int told = 0;
@@ -181,7 +181,7 @@ TEST_F(ControllerTest, EditsMadeBeforeTheUnitExistsAreLost) {
     EXPECT_EQ(shownNames(), Names{});
 }
 
-TEST_F(ControllerTest, RulesThatCannotBeCompiledAreRefusedAndTheInstalledOnesStay) {
+TEST_F(ControllerTest, RulesThatCannotBeCompiledAreRejectedAndTheInstalledOnesStay) {
     create();
     controller->onRulesChanged(oneRule);
     EXPECT_THROW(controller->onRulesChanged({rule(onLoad(), send(noteOn(0, 1, 1), -1))}), FatalError);
@@ -244,14 +244,14 @@ TEST_F(ControllerTest, BothLogsReachTheModelInOrderWhenTheMainQueueIsDrained) {
     EXPECT_EQ(controller->model()->outLog().size(), 2U);
 }
 
-TEST_F(ControllerTest, WhatTheUserIsToldIsAnAlertOnTheMainThread) {
+TEST_F(ControllerTest, WhatIsReportedToTheUserIsAnAlertOnTheMainThread) {
     std::thread([this] { controller->tellUser("lost"); }).join();
     EXPECT_EQ(controller->model()->alertErrorMessage(), std::nullopt);
     controller->drain();
     EXPECT_EQ(controller->model()->alertErrorMessage(), "lost");
 }
 
-TEST_F(ControllerTest, ATellerThatOutlivesTheControllerTellsNobody) {
+TEST_F(ControllerTest, AReporterThatOutlivesTheControllerDoesNothing) {
     const auto tell = controller->userTeller();
     const std::weak_ptr model = controller->model();
     tell("lost");
@@ -298,7 +298,7 @@ TEST_F(ControllerTest, RulesThatTheEditorCannotShowRunAndStayUntouched) {
     EXPECT_EQ(unit.processor->rules(), rules);
 }
 
-TEST_F(ControllerTest, AMessageThatTheEditorCannotHoldIsToldWhenItIsLoadedAndStaysAsItIs) {
+TEST_F(ControllerTest, AMessageThatTheEditorCannotHoldIsReportedWhenItIsLoadedAndStaysAsItIs) {
     auto& unit = create();
     const std::vector rules{
         rule(onLoad(), send(protocol(StatusV2::programChange, channel(3), byte(9))), "old")};

@@ -260,7 +260,7 @@ TEST_F(RenderTest, ABlockThatOutlivesItsUnitDoesNothing) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(RenderTest, BothLogsAreToldOfACyclesEndAlsoOfOneThatFails) {
+TEST_F(RenderTest, BothLogsHearOfACyclesEndAlsoOfOneThatFails) {
     std::string calls;
     host.unit->logInput.listen([&calls](const EventLogEntry&) { calls += 'e'; }, [&calls] { calls += '<'; });
     host.unit->logOutput.listen([&calls](const EventLogEntry&) { calls += 'e'; }, [&calls] { calls += '>'; });

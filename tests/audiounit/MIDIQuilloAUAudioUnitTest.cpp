@@ -151,7 +151,7 @@ TEST_F(UnitTest, OtherKeysOfARestoredStateAreKept) {
     EXPECT_EQ(std::get<std::string>(unit->fullState()->at("host")), "x");
 }
 
-TEST_F(UnitTest, AnAbsentStateLeavesTheRulesAloneAndTellsNobody) {
+TEST_F(UnitTest, AnAbsentStateLeavesTheRulesAloneAndNotifiesNoObserver) {
     unit->processor->setRules(oneRule);
     int told = 0;
     const auto observation = unit->observeAllParameterValues([&told] { ++told; });
@@ -160,7 +160,7 @@ TEST_F(UnitTest, AnAbsentStateLeavesTheRulesAloneAndTellsNobody) {
     EXPECT_EQ(told, 0);
 }
 
-TEST_F(UnitTest, ARestoredStateTellsThoseWhoObserveOnceTheRulesAreThere) {
+TEST_F(UnitTest, ARestoredStateNotifiesItsObserversOnceTheRulesAreThere) {
     const auto state = [&] {
         const auto source = makeUnit();
         source->processor->setRules(oneRule);

@@ -71,23 +71,23 @@ TEST(Arguments, TakesASingleHyphenForAnOperand) {
     EXPECT_THAT(parse({"-"}).operands(), ElementsAre("-"));
 }
 
-TEST(Arguments, RefusesAnUnknownOption) {
+TEST(Arguments, RejectsAnUnknownOption) {
     EXPECT_EQ(parseError({"--frobnicate"}), "unknown option --frobnicate");
     EXPECT_EQ(parseError({"--forc"}), "unknown option --forc");
     EXPECT_EQ(parseError({"--frobnicate=1"}), "unknown option --frobnicate");
     EXPECT_EQ(parseError({"-f"}), "unknown option -f");
 }
 
-TEST(Arguments, RefusesAnOptionWithoutItsValue) {
+TEST(Arguments, RejectsAnOptionWithoutItsValue) {
     EXPECT_EQ(parseError({"--preset"}), "option --preset needs a value");
     EXPECT_EQ(parseError({"--preset", "--force"}), "option --preset needs a value");
 }
 
-TEST(Arguments, RefusesAValueThatAnOptionDoesNotTake) {
+TEST(Arguments, RejectsAValueThatAnOptionDoesNotTake) {
     EXPECT_EQ(parseError({"--force=yes"}), "option --force takes no value");
 }
 
-TEST(Arguments, RefusesAnOptionThatIsGivenTwice) {
+TEST(Arguments, RejectsAnOptionThatIsGivenTwice) {
     EXPECT_EQ(parseError({"--force", "--force"}), "option --force is given twice");
     EXPECT_EQ(parseError({"--block=1", "--block", "2"}), "option --block is given twice");
 }
@@ -98,7 +98,7 @@ TEST(Arguments, ReadsWholeNumbersUpToTheirBounds) {
     EXPECT_EQ(parse({}).wholeNumber("--block", 1, 4096, 512), 512u);
 }
 
-TEST(Arguments, RefusesWhatIsNotExactlyAWholeNumberInBounds) {
+TEST(Arguments, RejectsWhatIsNotExactlyAWholeNumberInBounds) {
     EXPECT_EQ(blockError("64"), "none");
     for (const std::string wrong :
          {"0", "4097", "-1", "", "64x", " 64", "64 ", "+64", "6.4", "0x40", "1e2", "99999999999999999999"}) {
@@ -125,7 +125,7 @@ TEST(Arguments, ReadsDecimalsBehindAPointInEveryCountry) {
     std::locale::global(before);
 }
 
-TEST(Arguments, RefusesWhatIsNotExactlyANumberInBounds) {
+TEST(Arguments, RejectsWhatIsNotExactlyANumberInBounds) {
     EXPECT_EQ(tailError("86400"), "none");
     for (const std::string wrong :
          {"-0.1", "86400.5", "nan", "inf", "", ".", "1s", " 1", "1 ", "1,5", "1.2.3", "+1", "0x10", "1e2"}) {

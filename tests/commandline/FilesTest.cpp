@@ -101,7 +101,7 @@ TEST_F(InputFilesTest, APromptReaderOffersNoForce) {
     }
 }
 
-TEST_F(InputFilesTest, AScriptWithoutLineEndsIsRefused) {
+TEST_F(InputFilesTest, AScriptWithoutLineEndsIsRejected) {
     const auto result = run({"host", "/dev/zero"});
     EXPECT_EQ(result.status, exitBadData);
     EXPECT_EQ(result.err, "line 1: longer than 128 MiB\n");

@@ -95,7 +95,7 @@ TEST_P(TriggerReferringOutput, IsFatalAtAHostTransportEvent) {
     EXPECT_THROW(static_cast<void>(compileRules({rule(trigger, send(GetParam()))}, 44100)), FatalError);
 }
 
-TEST_P(TriggerReferringOutput, IsToldWithTheNameOnce) {
+TEST_P(TriggerReferringOutput, IsReportedWithTheNameOnce) {
     const std::string lengthy(1000, 'a');
     for (const auto& [trigger, kind] :
          {std::pair{onLoad(), "an on-load rule"},

@@ -223,7 +223,7 @@ TEST_F(RuleProcessorTest, DelayedOutputsLeaveInTheOrderOfTheirTimes) {
     EXPECT_EQ(recorder.take(), (Emissions{{1030, {{0x90, 3, 3}}}}));
 }
 
-TEST_F(RuleProcessorTest, TellsWhenTheFirstDelayedOutputIsDue) {
+TEST_F(RuleProcessorTest, SaysWhenTheFirstDelayedOutputIsDue) {
     processor.setRules({rule(onNoteOn(), send(noteOn(0, 2, 2), 1020)),
                         rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(0, 1, 1), 1010))});
     EXPECT_EQ(processor.nextDelayedMessage(), std::nullopt);

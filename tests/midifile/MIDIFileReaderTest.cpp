@@ -125,7 +125,7 @@ TEST(DamagedMIDIFile, IsNotOneWithoutItsFirstFourCharacters) {
               "byte 0: not a MIDI file: it does not begin with MThd");
 }
 
-TEST(DamagedMIDIFile, OfAnotherFormatIsRefused) {
+TEST(DamagedMIDIFile, OfAnotherFormatIsRejected) {
     EXPECT_EQ(errorOf(joined({chunk("MThd", "00 03 00 01 01 e0"), track("00 ff 2f 00")})),
               "byte 8: format 3, but there are only formats 0, 1 and 2");
 }
@@ -161,7 +161,7 @@ TEST(DamagedMIDIFile, WithAShortHeaderSaysWhereItEnds) {
               "byte 8: the file ends in the middle of the header");
 }
 
-TEST(DamagedMIDIFile, WithAnImpossibleDivisionIsRefused) {
+TEST(DamagedMIDIFile, WithAnImpossibleDivisionIsRejected) {
     EXPECT_EQ(errorOf(chunk("MThd", "00 00 00 01 00 00")),
               "byte 12: the division has no ticks in a quarter note");
     EXPECT_EQ(errorOf(chunk("MThd", "00 00 00 01 e7 00")), "byte 13: the division has no ticks in a frame");
@@ -182,7 +182,7 @@ TEST(DamagedMIDIFile, WithATrackLongerThanTheFileSaysWhereTheTrackBegins) {
     EXPECT_EQ(errorOf(bytes), "byte 22: the file ends in the middle of the track");
 }
 
-TEST(DamagedMIDIFile, WithAnEventThatRunsOverTheTrackIsRefusedThoughTheFileGoesOn) {
+TEST(DamagedMIDIFile, WithAnEventThatRunsOverTheTrackIsRejectedThoughTheFileGoesOn) {
     const auto behind = track("00 ff 2f 00");
     EXPECT_EQ(errorOf(joined({oneTrackFile("00 90 3c"), behind})),
               "byte 25: the track ends in the middle of a message");
@@ -196,17 +196,17 @@ TEST(DamagedMIDIFile, WithAnEventThatRunsOverTheTrackIsRefusedThoughTheFileGoesO
               "byte 22: the track ends in the middle of a delta time");
 }
 
-TEST(DamagedMIDIFile, WithADataByteBeforeAnyStatusIsRefused) {
+TEST(DamagedMIDIFile, WithADataByteBeforeAnyStatusIsRejected) {
     EXPECT_EQ(errorOf(oneTrackFile("00 3c 64 00 ff 2f 00")),
               "byte 23: a data byte where the track's first status byte should stand");
 }
 
-TEST(DamagedMIDIFile, WithAStatusByteInsideAMessageIsRefused) {
+TEST(DamagedMIDIFile, WithAStatusByteInsideAMessageIsRejected) {
     EXPECT_EQ(errorOf(oneTrackFile("00 90 3c 80 00 ff 2f 00")),
               "byte 25: status byte 128 in the middle of a message");
 }
 
-TEST(DamagedMIDIFile, WithABareSystemMessageIsRefused) {
+TEST(DamagedMIDIFile, WithABareSystemMessageIsRejected) {
     for (unsigned status = 0xF1; status < 0xFF; ++status) {
         auto bytes = oneTrackFile("00 00 00 ff 2f 00");
         bytes[fixture::firstEventPosition + 1] = static_cast<std::uint8_t>(status);
@@ -217,21 +217,21 @@ TEST(DamagedMIDIFile, WithABareSystemMessageIsRefused) {
     }
 }
 
-TEST(DamagedMIDIFile, WithANumberOfMoreThanFourBytesIsRefused) {
+TEST(DamagedMIDIFile, WithANumberOfMoreThanFourBytesIsRejected) {
     EXPECT_EQ(errorOf(oneTrackFile("80 80 80 80 00 ff 2f 00")),
               "byte 22: a delta time is longer than four bytes");
     EXPECT_EQ(errorOf(oneTrackFile("00 f0 ff ff ff ff 7f f7")),
               "byte 24: an event's length is longer than four bytes");
 }
 
-TEST(DamagedMIDIFile, WithoutATempoInATempoEventIsRefused) {
+TEST(DamagedMIDIFile, WithoutATempoInATempoEventIsRejected) {
     EXPECT_EQ(errorOf(oneTrackFile("00 ff 51 03 00 00 00 00 ff 2f 00")),
               "byte 23: a tempo event without a tempo");
     EXPECT_EQ(errorOf(oneTrackFile("00 ff 51 02 07 a1 00 ff 2f 00")),
               "byte 23: a tempo event without a tempo");
 }
 
-TEST(DamagedMIDIFile, WithAMetaTypeAbove127IsRefused) {
+TEST(DamagedMIDIFile, WithAMetaTypeAbove127IsRejected) {
     EXPECT_EQ(errorOf(oneTrackFile("00 ff 80 00 00 ff 2f 00")),
               "byte 24: a meta event of type 128, above 127");
 }

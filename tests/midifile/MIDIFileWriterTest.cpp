@@ -55,7 +55,7 @@ TEST(MIDIFileWriter, WritesADeltaTimeInAsFewBytesAsItNeeds) {
     }
 }
 
-TEST(MIDIFileWriter, RefusesADeltaTimeThatTheFormatCannotSay) {
+TEST(MIDIFileWriter, RejectsADeltaTimeThatTheFormatCannotSay) {
     EXPECT_THROW(static_cast<void>(writeMIDIFile(fileWith({}, 268435456))), MIDIFileError);
 }
 

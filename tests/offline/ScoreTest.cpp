@@ -100,7 +100,7 @@ TEST(Score, OfAnEmptyFileEndsBehindSampleZero) {
     EXPECT_EQ(score({0, TicksPerQuarter{480}, {}}).end(), 1);
 }
 
-TEST(Score, RefusesAFileThatEndsBeyondTheLatestSampleTime) {
+TEST(Score, RejectsAFileThatEndsBeyondTheLatestSampleTime) {
     std::vector<MIDIFileEvent> events{{0, Kind::meta, hex("51 ff ff ff")}};
     const MIDIFile file{0, TicksPerQuarter{1}, {{events, 20'000'000'000}}};
     EXPECT_THROW(Score(file, 48000), MIDIFileError);

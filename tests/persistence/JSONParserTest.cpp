@@ -65,26 +65,26 @@ TEST(JSONParser, SaysWhatDoesNotBelong) {
     EXPECT_EQ(errorOf("// no"), "not JSON: column 1: invalid literal");
 }
 
-TEST(JSONParser, RefusesTextThatIsNotUTF8) {
+TEST(JSONParser, RejectsTextThatIsNotUTF8) {
     EXPECT_EQ(errorOf("[\"\xFF\"]"), "not JSON: column 3: invalid string: ill-formed UTF-8 byte");
     EXPECT_EQ(errorOf("[\"\xC0\xAF\"]"), "not JSON: column 3: invalid string: ill-formed UTF-8 byte");
     EXPECT_EQ(errorOf("[\"\xED\xA0\x80\"]"), "not JSON: column 4: invalid string: ill-formed UTF-8 byte");
     EXPECT_NE(errorOf("\xFF\xFE[\0]\0").find("not JSON"), std::string::npos);
 }
 
-TEST(JSONParser, RefusesHalfASurrogatePair) {
+TEST(JSONParser, RejectsHalfASurrogatePair) {
     EXPECT_NE(errorOf(R"(["\ud83c"])").find("must be followed by"), std::string::npos);
     EXPECT_EQ(parse(R"(["\ud83c\udfb9"])")[0], "\xF0\x9F\x8E\xB9");
 }
 
-TEST(JSONParser, RefusesAZeroByteAnywhere) {
+TEST(JSONParser, RejectsAZeroByteAnywhere) {
     using std::string_view_literals::operator""sv;
     EXPECT_EQ(errorOf("[]\0"sv), "not JSON: column 3: a zero byte");
     EXPECT_EQ(errorOf("[]\0[]"sv), "not JSON: column 3: a zero byte");
     EXPECT_EQ(errorOf("\n[\"\0\"]"sv), "not JSON: line 2, column 3: a zero byte");
 }
 
-TEST(JSONParser, RefusesANumberThatNoDoubleHolds) {
+TEST(JSONParser, RejectsANumberThatNoDoubleHolds) {
     EXPECT_EQ(errorOf("[1e400]"), "not JSON: column 6: a number beyond the range of a double");
     EXPECT_EQ(errorOf("[-" + std::string(400, '9') + "]"),
               "not JSON: column 402: a number beyond the range of a double");
@@ -106,7 +106,7 @@ TEST(JSONParser, CountsOnlyTheLevelsThatAreOpen) {
     EXPECT_EQ(parse(text + "0]").size(), 2001U);
 }
 
-TEST(JSONParser, RefusesAHundredThousandBracketsOfEitherKind) {
+TEST(JSONParser, RejectsAHundredThousandBracketsOfEitherKind) {
     std::string objects;
     for (int level = 0; level < 100'000; ++level) {
         objects += "{\"a\":";

@@ -46,7 +46,7 @@ TEST(JSONReader, ReadsEveryByteThereAndBack) {
     }
 }
 
-TEST(JSONReader, RefusesNumbersThatAreNoByte) {
+TEST(JSONReader, RejectsNumbersThatAreNoByte) {
     EXPECT_EQ(errorOf<std::uint8_t>("256"), "expected a whole number from 0 to 255, found 256");
     EXPECT_EQ(errorOf<std::uint8_t>("300"), "expected a whole number from 0 to 255, found 300");
     EXPECT_EQ(errorOf<std::uint8_t>("-1"), "expected a whole number from 0 to 255, found -1");
@@ -92,7 +92,7 @@ TEST(JSONReader, ReadsDelaysOfTheWholeSigned64BitRange) {
     EXPECT_EQ(read<DelayV2>(R"({"ms":2.5e3})"), DelayV2{2500});
 }
 
-TEST(JSONReader, RefusesDelaysBeyondTheSigned64BitRange) {
+TEST(JSONReader, RejectsDelaysBeyondTheSigned64BitRange) {
     constexpr auto expected = "ms: expected a whole number from -9223372036854775808 to "
                               "9223372036854775807, found ";
     EXPECT_EQ(errorOf<DelayV2>(R"({"ms":9223372036854775808})"),
@@ -119,7 +119,7 @@ TEST(JSONReader, ReadsEveryStatusThereAndBack) {
     EXPECT_EQ(read<StatusV2>("1.44e2"), StatusV2::noteOn);
 }
 
-TEST(JSONReader, RefusesEveryOtherStatusNumber) {
+TEST(JSONReader, RejectsEveryOtherStatusNumber) {
     int refused = 0;
     for (int number = -1; number <= 256; ++number) {
         refused += errorOf<StatusV2>(std::to_string(number)) == "read without an error" ? 0 : 1;
@@ -231,7 +231,7 @@ TEST(JSONReader, ReadsWholeRulesThereAndBack) {
     expectThereAndBack(documents::loadSoundRule(), documents::loadSound);
 }
 
-TEST(JSONReader, RefusesAnObjectWithoutAKnownCase) {
+TEST(JSONReader, RejectsAnObjectWithoutAKnownCase) {
     EXPECT_EQ(errorOf<PassThroughV2>("{}"), "Invalid number of keys found, expected one. "
                                             R"(expected "PassThrough" or "EatMatching" or "EatNonMatching")");
     EXPECT_EQ(errorOf<TriggerValueV2>(R"({"value":{"_0":1},"anyValue":{}})"),
@@ -239,7 +239,7 @@ TEST(JSONReader, RefusesAnObjectWithoutAKnownCase) {
     EXPECT_EQ(errorOf<DelayV2>(R"({"MS":1})"), R"(missing key "ms")");
 }
 
-TEST(JSONReader, RefusesAnObjectWithTwoCases) {
+TEST(JSONReader, RejectsAnObjectWithTwoCases) {
     EXPECT_EQ(errorOf<TriggerValueV2>(R"({"AnyValue":{},"Value":{"_0":1}})"),
               R"(Invalid number of keys found, expected one. found "Value" and "AnyValue")");
     EXPECT_EQ(errorOf<MessageBasedTriggerV2>(
@@ -260,7 +260,7 @@ TEST(JSONReader, IgnoresKeysThatAreNoFieldOrPayload) {
     EXPECT_EQ(read<TriggerValueV2>(R"({"AnyValue":{"_0":3}})"), TriggerValueV2(TriggerValueV2::AnyValue{}));
 }
 
-TEST(JSONReader, RefusesACaseWithoutPayloadWhoseValueIsNoObject) {
+TEST(JSONReader, RejectsACaseWithoutPayloadWhoseValueIsNoObject) {
     EXPECT_EQ(errorOf<RuleTriggerV2>(R"({"OnLoad":null})"), "OnLoad: expected an object, found null");
     EXPECT_EQ(errorOf<RuleTriggerV2>(R"({"OnLoad":5})"), "OnLoad: expected an object, found 5");
     EXPECT_EQ(errorOf<RuleTriggerV2>(R"({"OnLoad":[]})"), "OnLoad: expected an object, found an array");
@@ -268,7 +268,7 @@ TEST(JSONReader, RefusesACaseWithoutPayloadWhoseValueIsNoObject) {
               "EatMatching: expected an object, found a string");
 }
 
-TEST(JSONReader, RefusesACaseThatIsNoObject) {
+TEST(JSONReader, RejectsACaseThatIsNoObject) {
     EXPECT_EQ(errorOf<TriggerValueV2>("\"AnyValue\""), "expected an object, found a string");
     EXPECT_EQ(errorOf<PassThroughV2>("0"), "expected an object, found 0");
     EXPECT_EQ(errorOf<DelayV2>("250"), "expected an object, found 250");

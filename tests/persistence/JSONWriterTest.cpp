@@ -40,7 +40,7 @@ TEST(JSONWriter, SeparatesElementsWithACommaAlone) {
     EXPECT_EQ(encode(std::vector<std::string>{"{", "[", ""}), R"(["{","[",""])");
 }
 
-TEST(JSONWriter, RefusesAStringThatIsNotUTF8) {
+TEST(JSONWriter, RejectsAStringThatIsNotUTF8) {
     EXPECT_THROW(static_cast<void>(encode("\xFF"s)), EncodingError);
     EXPECT_THROW(static_cast<void>(encode("cut short: \xF0\x9F\x8E"s)), EncodingError);
 }

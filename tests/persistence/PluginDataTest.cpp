@@ -268,7 +268,7 @@ TEST(PluginData, DecidesByTheOldestFormWhenAnElementReadsInNone) {
         R"([0].output.message: expected "Protocol" or "ProgramChange" or "SystemExclusive")");
 }
 
-TEST(PluginData, TellsOnceWhatBothOlderFormsLack) {
+TEST(PluginData, ReportsOnceWhatBothOlderFormsLack) {
     EXPECT_EQ(errorOf("[7]"), "[0]: expected an object, found 7");
     EXPECT_EQ(errorOf(R"([{"trigger":{"OnLoad":{}}}])"), R"([0]: missing key "output")");
 }
@@ -289,7 +289,7 @@ TEST(PluginData, FindsTheErrorOfTheFormThatARuleIsIn) {
               "9223372036854775807, found 0.5");
 }
 
-TEST(PluginData, TellsASyntaxErrorOnce) {
+TEST(PluginData, ReportsASyntaxErrorOnce) {
     const std::string text = R"({"rules":[)";
     EXPECT_EQ(errorOf(text), "not JSON: column 11: unexpected end of input");
     EXPECT_EQ(mostUsefulErrorOf(text), errorOf(text));
@@ -382,7 +382,7 @@ TEST(PluginData, AReaderThatKnowsNoShelfReadsTheSameRules) {
               documents::dataWithShelf().rules);
 }
 
-TEST(PluginData, AnEmptyShelfIsNone) {
+TEST(PluginData, AnEmptyShelfIsTheSameAsNoShelf) {
     for (const auto* shelf : {"[]", "null"}) {
         const auto data = read(R"({"rules":[],"shelf":)" + std::string(shelf) + "}");
         EXPECT_EQ(data, PluginData());

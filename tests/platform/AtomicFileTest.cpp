@@ -129,7 +129,7 @@ TEST_F(AtomicFile, KeepsAFileThatIsThere) {
     EXPECT_THAT(names(), ElementsAre("song.mid"));
 }
 
-TEST_F(AtomicFile, ReplacesAFileWhenTold) {
+TEST_F(AtomicFile, ReplacesAFileWhenAsked) {
     writeOldFile();
     writeWholeFile(file, newBytes, Existing::replace);
     EXPECT_EQ(readWholeFile(file), newBytes);
@@ -144,7 +144,7 @@ TEST_F(AtomicFile, APathThatCannotBeLookedUpFailsAsAnyOther) {
     }
 }
 
-TEST_F(AtomicFile, WhoeverReadsTheOldFileGoesOnReadingIt) {
+TEST_F(AtomicFile, AReaderOfTheOldFileGoesOnReadingIt) {
     writeOldFile();
     const auto oldFile = folder / "old.mid";
     fs::create_hard_link(file, oldFile);
@@ -248,7 +248,7 @@ TEST_F(AtomicFile, KeepsTheFileBehindALink) {
     EXPECT_EQ(readWholeFile(file), oldBytes);
 }
 
-TEST_F(AtomicFile, RefusesALinkThatLeadsNowhere) {
+TEST_F(AtomicFile, RejectsALinkThatLeadsNowhere) {
     const auto link = folder / "link.mid";
     fs::create_symlink("gone.mid", link);
     for (const auto existing : {Existing::keep, Existing::replace}) {
@@ -259,7 +259,7 @@ TEST_F(AtomicFile, RefusesALinkThatLeadsNowhere) {
     EXPECT_THAT(names(), ElementsAre("link.mid"));
 }
 
-TEST_F(AtomicFile, RefusesAFolderAndADevice) {
+TEST_F(AtomicFile, RejectsAFolderAndADevice) {
     for (const auto& path : {folder.path(), fs::path("/dev/null")}) {
         const auto failure = failureOf([&] { writeWholeFile(path, newBytes, Existing::replace); });
         EXPECT_EQ(failure, path.string() + ": cannot be written: it is not a regular file");

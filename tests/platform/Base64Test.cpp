@@ -39,14 +39,14 @@ TEST(Base64, DecodesBytesThatAreNoText) {
     EXPECT_EQ(decodeBase64("AP/+gA=="), (Data{0x00, 0xFF, 0xFE, 0x80}));
 }
 
-TEST(Base64, RefusesOtherText) {
+TEST(Base64, RejectsOtherText) {
     for (const auto* text : {"Zg", "Zg=", "Zg===", "Zm9v=", "====", "=", "Z===", "Zm9v Zm9v", "Zm9v\n",
                              "Zm-_", "Zg==Zg==", "Z=8=", "Zm9\xC3"}) {
         EXPECT_EQ(decodeBase64(text), std::nullopt) << text;
     }
 }
 
-TEST(Base64, RefusesBitsBehindTheLastByte) {
+TEST(Base64, RejectsBitsBehindTheLastByte) {
     EXPECT_EQ(decodeBase64("Zh=="), std::nullopt);
     EXPECT_EQ(decodeBase64("Zm9="), std::nullopt);
 }

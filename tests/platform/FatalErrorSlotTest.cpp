@@ -30,7 +30,7 @@ TEST(FatalErrorSlot, AnswersTheRenderStepsStatus) {
     EXPECT_TRUE(slot.isSet());
 }
 
-TEST(FatalErrorSlot, TellsItsErrorWithoutGivingItUp) {
+TEST(FatalErrorSlot, ReportsItsErrorWithoutGivingItUp) {
     FatalErrorSlot slot;
     EXPECT_FALSE(slot.error().has_value());
     const auto line = std::to_string(__LINE__ + 1);

@@ -35,7 +35,7 @@ TEST(FatalError, KeepsAnEmptyMessageReadable) {
     EXPECT_TRUE(textOf([] { fatalError(""); }).starts_with("Fatal error:  (FatalErrorTest.cpp:"));
 }
 
-TEST(FatalError, TellsAMusicianNoSourceFileButWhatItIsAboutAndWhatToDo) {
+TEST(FatalError, NamesNoSourceFileToAMusicianButWhatItIsAboutAndWhatToDo) {
     const FatalError plain("a delay is negative: -1 ms", std::source_location::current());
     EXPECT_EQ(plain.inWords(), "A delay is negative: -1 ms.");
     const FatalError helpful("a delay is negative: -1 ms", std::source_location::current(),

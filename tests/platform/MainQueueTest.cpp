@@ -45,7 +45,7 @@ TEST(MainQueue, KnowsTheThreadThatHasMadeItAsTheMainThread) {
     EXPECT_FALSE(elsewhere);
 }
 
-TEST(MainQueue, BelievesThePlatformThatTellsItTheMainThread) {
+TEST(MainQueue, BelievesThePlatformAboutTheMainThread) {
     bool isMainThread = false;
     const MainQueue queue([&isMainThread] { return isMainThread; });
     EXPECT_FALSE(queue.isMainThread());

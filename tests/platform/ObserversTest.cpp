@@ -24,7 +24,7 @@ TEST(Observers, AreCalledInTheOrderInWhichTheyCame) {
     EXPECT_THAT(calls, ElementsAre(1, 2, 3));
 }
 
-TEST(Observers, MayBeNobody) {
+TEST(Observers, MayBeAbsent) {
     Observers observers;
     EXPECT_NO_THROW(observers.notify());
 }

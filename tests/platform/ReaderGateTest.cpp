@@ -53,7 +53,7 @@ TEST(ReaderGate, IsOpenAtFirstAndLetsTheReaderInAgain) {
     EXPECT_FALSE(gate.tryEnter());
 }
 
-TEST(ReaderGate, LetsNobodyInWhileClosed) {
+TEST(ReaderGate, KeepsReadersOutWhileClosed) {
     ReaderGate gate;
     gate.close();
     EXPECT_FALSE(gate.tryEnter());

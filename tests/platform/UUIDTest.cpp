@@ -37,7 +37,7 @@ extern "C" int getentropy(void* buffer, std::size_t size) {
 namespace quillo {
 namespace {
 
-TEST(UUID, AThousandAskTheSystemOnceEachForTheirBytesAndNobodyElse) {
+TEST(UUID, AThousandAskTheSystemOnceEachForTheirBytesAndNothingElse) {
     requests = 0;
     requestedBytes = 0;
     const std::vector<UUID> made(1000);

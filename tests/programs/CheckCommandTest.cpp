@@ -42,7 +42,7 @@ TEST_F(CheckCommandTest, SaysWhatThePresetIsAndOneRuleALine) {
     EXPECT_THAT(result.err, IsEmpty());
 }
 
-TEST_F(CheckCommandTest, SaysARunOfRulesInOneLineUnlessToldToUnfoldIt) {
+TEST_F(CheckCommandTest, SaysARunOfRulesInOneLineUnlessAskedToUnfoldIt) {
     using namespace test;
     const auto split = [](std::uint8_t note) {
         return rule(onNoteOn(exactly(note), exactly(0), PassThroughV2::EatMatching),
@@ -211,7 +211,7 @@ TEST_F(CheckCommandTest, AdvisesAndStoresInOneRun) {
     EXPECT_EQ(folder.read("new.json"), twoRules());
 }
 
-TEST_F(CheckCommandTest, RefusesRulesThatNoProgramCouldRunAndNamesThem) {
+TEST_F(CheckCommandTest, RejectsRulesThatNoProgramCouldRunAndNamesThem) {
     using namespace test;
     const auto copied = send(protocol(StatusV2::CC, channel(0), byte(7), triggerByte));
     const std::vector<std::pair<Rule, std::string>> cases{

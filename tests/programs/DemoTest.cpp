@@ -131,7 +131,7 @@ Bytes mutated(std::mt19937& random) {
     return bytes;
 }
 
-TEST(DamagedDemo, IsReadAsItStandsOrRefusedWithAPosition) {
+TEST(DamagedDemo, IsReadAsItStandsOrRejectedWithAPosition) {
     std::mt19937 random(20);
     int refused = 0;
     for (int round = 0; round < 10000; ++round) {

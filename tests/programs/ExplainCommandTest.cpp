@@ -180,7 +180,7 @@ TEST_F(ExplainCommandTest, ExplainsEventsInTheOrderGivenAndParted) {
         "goes out.\n");
 }
 
-TEST_F(ExplainCommandTest, RefusesABadEventByItsNumberShowsTheFormsAndExplainsNothing) {
+TEST_F(ExplainCommandTest, RejectsABadEventByItsNumberShowsTheFormsAndExplainsNothing) {
     const auto result = explain({}, {"fa", "90 3c"});
     EXPECT_EQ(result.status, exitUsage);
     EXPECT_THAT(result.out, IsEmpty());

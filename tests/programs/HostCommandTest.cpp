@@ -211,14 +211,14 @@ TEST(HostCommand, AnswersTheErrorOfAnAllocation) {
                             R"({"error":-10875,"domain":"NSOSStatusErrorDomain"})", R"({"allocated":true})"));
 }
 
-TEST(HostCommand, AnswersTheStatusOfABusThatRefusesAFormat) {
+TEST(HostCommand, AnswersTheStatusOfABusThatRejectsAFormat) {
     EXPECT_THAT(answers({R"({"do":"allocate","inputChannels":9,"outputChannels":9})",
                          R"({"do":"allocate","outputChannels":0})"}),
                 ElementsAre(R"({"error":-10868,"domain":"NSOSStatusErrorDomain"})",
                             R"({"error":-10868,"domain":"NSOSStatusErrorDomain"})"));
 }
 
-TEST(HostCommand, ASampleRateThatIsNoneIsFatal) {
+TEST(HostCommand, AnInvalidSampleRateIsFatal) {
     for (const auto* rate : {"-1", "18446744073709551616", "1e300"}) {
         const auto played = play({R"({"do":"allocate","sampleRate":)" + std::string(rate) + "}"});
         EXPECT_EQ(played.status, 70);
@@ -323,7 +323,7 @@ TEST(HostCommand, TakesALengthOfItsOwnForAnEvent) {
                     R"({"out":"[8] 90 00 00"})", R"({"status":0})"));
 }
 
-TEST(HostCommand, FollowsTheTransportThatItIsTold) {
+TEST(HostCommand, FollowsTheReportedTransport) {
     EXPECT_THAT(
         answers({render("0", 64), R"({"do":"transport","flags":0,"position":4096.0})", render("64", 64),
                  R"({"do":"transport","flags":2,"position":4096.0})", render("128", 64), render("192", 64),
@@ -410,7 +410,7 @@ TEST(HostCommand, DoesNothingOfALineThatIsWrongAtItsEnd) {
     EXPECT_EQ(played.err, "line 1: events[1].type: expected 1, 2, 8 or 9, found 5\n");
 }
 
-TEST(HostCommand, TellsTheColumnOfALineThatIsNotJSON) {
+TEST(HostCommand, NamesTheColumnOfALineThatIsNotJSON) {
     EXPECT_EQ(play({R"({"do":"queue",})"}).err, "line 1: not JSON: column 15: unexpected '}'\n");
 }
 

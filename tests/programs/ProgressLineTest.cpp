@@ -64,7 +64,7 @@ TEST_F(ProgressLineTest, ChangesAtMostFiveTimesASecond) {
     EXPECT_EQ(takeWritten(), "\r\x1b[Krendering 30 %");
 }
 
-TEST_F(ProgressLineTest, WritesNothingWhereNobodyWatches) {
+TEST_F(ProgressLineTest, WritesNothingWithoutATerminal) {
     begin(false);
     updateAt(5000ms, 0.5);
     end();

@@ -207,7 +207,7 @@ TEST_F(RenderCommandTest, NamesThePresetThatCannotRun) {
     EXPECT_FALSE(folder.has("out.mid"));
 }
 
-TEST_F(RenderCommandTest, RefusesAFileThatLastsTooLong) {
+TEST_F(RenderCommandTest, RejectsAFileThatLastsTooLong) {
     Bytes events = hex("00 ff 51 03 ff ff ff");
     for (int i = 0; i < 10; ++i) {
         events = joined({events, hex("ff ff ff 7f 90 3c 64")});
@@ -227,7 +227,7 @@ TEST_F(RenderCommandTest, WantsTwoFilesAndAPreset) {
     EXPECT_EQ(run({"render", "in.mid", "out.mid", "more.mid", "--preset=p.json"}).status, exitUsage);
 }
 
-TEST_F(RenderCommandTest, RefusesNumbersOutOfBoundsAndNamesTheOption) {
+TEST_F(RenderCommandTest, RejectsNumbersOutOfBoundsAndNamesTheOption) {
     for (const std::string wrong :
          {"--sample-rate=999", "--sample-rate=768001", "--sample-rate=48000.5", "--block=0",
           "--block=1048577", "--block=", "--tail=-1", "--tail=86401"}) {

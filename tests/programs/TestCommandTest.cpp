@@ -48,7 +48,7 @@ TEST_F(TestCommandTest, ShowsWhatIsExpectedAndWhatLeavesSideBySideAndWhoSentIt) 
             "0 passed, 1 different, 0 could not be read\n");
 }
 
-TEST_F(TestCommandTest, SaysThatLoadingSentWhatNobodyExpected) {
+TEST_F(TestCommandTest, SaysThatLoadingSentWhatWasNotExpected) {
     static_cast<void>(folder.with("p.test", std::string("at 0 ms: fa -> at 0 ms: fa")));
     EXPECT_THAT(run({"test", folder.with("p.json", presetOf({controllerRule(onLoad(), 7)}))}).out,
                 HasSubstr("p.test, on load, at 0 ms: expected nothing   got b0 07 01, sent by rule 1"));

@@ -34,7 +34,7 @@ AUMIDIEvent parseMIDIEvent(std::string_view event) {
     return std::get<AUMIDIEvent>(parse<script::Render>(renderWith(event)).events.at(0));
 }
 
-TEST(ScriptActionParser, RefusesWhatIsNoAction) {
+TEST(ScriptActionParser, RejectsWhatIsNoAction) {
     EXPECT_EQ(errorOf("create"), "not JSON: column 1: invalid literal");
     EXPECT_EQ(errorOf(R"({"do":"create")"), "not JSON: column 15: unexpected end of input");
     EXPECT_EQ(errorOf(R"({"do":"create"}{})"), "not JSON: column 16: unexpected '{'");
@@ -109,7 +109,7 @@ TEST(ScriptActionParser, ReadsFormatsWithTheirDefaults) {
     EXPECT_EQ(given.outputChannels, 0U);
 }
 
-TEST(ScriptActionParser, RefusesFormatsThatAreNone) {
+TEST(ScriptActionParser, RejectsInvalidFormats) {
     EXPECT_EQ(errorOf(R"({"do":"allocate","sampleRate":"48000"})"),
               "sampleRate: expected a number, found a string");
     EXPECT_EQ(errorOf(R"({"do":"allocate","sampleRate":null})"), "sampleRate: expected a number, found null");
@@ -119,7 +119,7 @@ TEST(ScriptActionParser, RefusesFormatsThatAreNone) {
               "outputChannels: expected a whole number from 0 to 4294967295, found 1.5");
 }
 
-TEST(ScriptActionParser, TellsWhereARuleIsWrong) {
+TEST(ScriptActionParser, SaysWhereARuleIsWrong) {
     EXPECT_EQ(errorOf(R"({"do":"install"})"), R"(missing key "rules")");
     EXPECT_EQ(errorOf(R"({"do":"install","rules":{}})"), "rules: expected an array, found an object");
     EXPECT_EQ(errorOf(R"({"do":"install","rules":[{"output":{"message":{},"delay":{"ms":0}}}]})"),
@@ -127,7 +127,7 @@ TEST(ScriptActionParser, TellsWhereARuleIsWrong) {
               R"(rules[0].output.message: expected "Protocol" or "ProgramChange" or "SystemExclusive")");
 }
 
-TEST(ScriptActionParser, TellsWhereAnOutputIsWrong) {
+TEST(ScriptActionParser, SaysWhereAnOutputIsWrong) {
     EXPECT_EQ(errorOf(R"({"do":"send"})"), R"(missing key "output")");
     EXPECT_EQ(errorOf(R"({"do":"send","output":{"SystemExclusive":{"_0":[300]}}})"),
               "output.SystemExclusive[0]: expected a whole number from 0 to 255, found 300");
@@ -159,7 +159,7 @@ TEST(ScriptActionParser, ReadsAPlannedFailureOfTheOutput) {
     EXPECT_TRUE(parse<script::Output>(R"({"do":"output","present":true,"failAfter":0,"status":1})").failure);
 }
 
-TEST(ScriptActionParser, RefusesAnOutputThatSaysTooLittleOrTooMuch) {
+TEST(ScriptActionParser, RejectsAnOutputThatSaysTooLittleOrTooMuch) {
     EXPECT_EQ(errorOf(R"({"do":"output"})"), R"(missing key "present")");
     EXPECT_EQ(errorOf(R"({"do":"output","present":"no"})"),
               "present: expected true or false, found a string");
@@ -178,7 +178,7 @@ TEST(ScriptActionParser, ReadsACycle) {
     EXPECT_TRUE(action.events.empty());
 }
 
-TEST(ScriptActionParser, RefusesACycleThatIsNone) {
+TEST(ScriptActionParser, RejectsAnInvalidCycle) {
     EXPECT_EQ(errorOf(R"({"do":"render","frames":1})"), R"(missing key "sampleTime")");
     EXPECT_EQ(errorOf(R"({"do":"render","sampleTime":0})"), R"(missing key "frames")");
     EXPECT_EQ(errorOf(R"({"do":"render","sampleTime":"0","frames":1})"),
@@ -208,7 +208,7 @@ TEST(ScriptActionParser, ReadsALengthOfItsOwn) {
     EXPECT_EQ(parseMIDIEvent(R"({"time":0,"bytes":[144],"length":0.0})").length, 0);
 }
 
-TEST(ScriptActionParser, RefusesAMIDIEventThatIsNone) {
+TEST(ScriptActionParser, RejectsAnInvalidMIDIEvent) {
     EXPECT_EQ(errorOf(renderWith(R"({"bytes":[]})")), R"(events[0]: missing key "time")");
     EXPECT_EQ(errorOf(renderWith(R"({"time":0})")), R"(events[0]: missing key "bytes")");
     EXPECT_EQ(errorOf(renderWith(R"({"time":0.5,"bytes":[]})")),
@@ -242,7 +242,7 @@ TEST(ScriptActionParser, ReadsParameterEventsWithOrWithoutBytes) {
     EXPECT_EQ(std::get<AURenderEvent>(events.at(1)).eventSampleTime, 4);
 }
 
-TEST(ScriptActionParser, RefusesOtherEventTypes) {
+TEST(ScriptActionParser, RejectsOtherEventTypes) {
     for (const auto* type : {"0", "3", "7", "10", "255"}) {
         EXPECT_EQ(errorOf(renderWith(R"({"time":0,"bytes":[],"type":)" + std::string(type) + "}")),
                   "events[0].type: expected 1, 2, 8 or 9, found " + std::string(type));
@@ -257,7 +257,7 @@ TEST(ScriptActionParser, ReadsViewSizes) {
     EXPECT_TRUE(parse<script::Views>(R"({"do":"views","sizes":[]})").sizes.empty());
 }
 
-TEST(ScriptActionParser, RefusesViewSizesThatAreNone) {
+TEST(ScriptActionParser, RejectsInvalidViewSizes) {
     EXPECT_EQ(errorOf(R"({"do":"views"})"), R"(missing key "sizes")");
     EXPECT_EQ(errorOf(R"({"do":"views","sizes":[[1,2],[1,2,3]]})"),
               "sizes[1]: a size is a width and a height");

@@ -54,7 +54,7 @@ TEST_F(BlockRendererTest, OffsetsBecomeSampleTimesOfATimelineThatOnlyGrows) {
     EXPECT_EQ(renderer.now(), 96);
 }
 
-TEST_F(BlockRendererTest, BothLogsAreToldOfABlocksEndBehindItsLastEntry) {
+TEST_F(BlockRendererTest, BothLogsHearOfABlocksEndBehindItsLastEntry) {
     processor.setRules({rule(onNoteOn(), send(noteOn(0, 61, 5)))});
     std::string calls;
     const auto noteEntry = [&calls](const EventLogEntry&) { calls += 'e'; };

@@ -108,14 +108,14 @@ TEST(HostTransport, SeveralJumpsAtOneTimeAreOneChange) {
     EXPECT_EQ(changeOf(transport, moving, 9100.0), none);
 }
 
-TEST(HostTransport, AJumpThatIsTakenBackAtTheSameTimeIsNone) {
+TEST(HostTransport, AJumpThatIsTakenBackAtTheSameTimeIsIgnored) {
     auto transport = movingFrom(0.0, 200);
     transport.report(moving, 5000.0);
     transport.report(moving, 200.0);
     EXPECT_EQ(transport.takeChange(), none);
 }
 
-TEST(HostTransport, AStopThatIsTakenBackAtTheSameTimeIsNone) {
+TEST(HostTransport, AStopThatIsTakenBackAtTheSameTimeIsIgnored) {
     auto transport = movingFrom(0.0, 200);
     transport.report(standing);
     transport.report(moving);
@@ -178,7 +178,7 @@ TEST(HostTransport, RecordingAndCyclingThatBeginOrEndAreChanges) {
     EXPECT_EQ(changeOf(transport, moving), Trigger::Start);
 }
 
-TEST(HostTransport, APositionAfterFramesThatNobodyRenderedIsNoJumpButTheNextMayBe) {
+TEST(HostTransport, APositionAfterFramesThatWereNotRenderedIsNoJumpButTheNextMayBe) {
     auto transport = movingFrom(0.0, 100);
     transport.losePosition();
     transport.report(moving);

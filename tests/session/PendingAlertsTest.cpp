@@ -60,7 +60,7 @@ TEST(PendingAlerts, OfALongOneTheBeginningIsKeptInWholeCharacters) {
     EXPECT_EQ(alerts.takeNext(), odd);
 }
 
-TEST(PendingAlerts, WhatIsTrueNoMoreIsTakenBack) {
+TEST(PendingAlerts, WhatIsNoLongerTrueIsTakenBack) {
     PendingAlerts alerts;
     alerts.add("first");
     alerts.add("second");

@@ -43,7 +43,7 @@ TEST(QuilloModel, CountsWhatTheInLogWasEverGiven) {
     EXPECT_EQ(model.inLogCount(), 102U);
 }
 
-TEST(QuilloModel, TellsThoseWhoObserveAPartOnceAChange) {
+TEST(QuilloModel, NotifiesTheObserversOfAPartOnceAChange) {
     QuilloModel model;
     int rules = 0;
     int in = 0;

@@ -51,7 +51,7 @@ TEST_F(SessionTest, WhatIsRestoredIsSavedByteForByte) {
     EXPECT_EQ(session.save(), document);
 }
 
-TEST_F(SessionTest, ADocumentThatCannotBeReadLeavesTheRulesAndTheUserIsTold) {
+TEST_F(SessionTest, ADocumentThatCannotBeReadLeavesTheRulesAndIsReported) {
     ASSERT_EQ(session.restore(PluginData{swap}.write()), std::nullopt);
     session.viewDidLoad();
     for (const auto* damaged : {"", "{", R"({"rules":[{}]})", "[1]", "\xff\xfe"}) {
@@ -66,7 +66,7 @@ TEST_F(SessionTest, ADocumentThatCannotBeReadLeavesTheRulesAndTheUserIsTold) {
     }
 }
 
-TEST_F(SessionTest, RulesThatCannotBeCompiledLeaveTheRulesAndTheUserIsTold) {
+TEST_F(SessionTest, RulesThatCannotBeCompiledLeaveTheRulesAndAreReported) {
     ASSERT_EQ(session.restore(PluginData{swap}.write()), std::nullopt);
     const auto negative = PluginData{{rule(onLoad(), send(noteOn(0, 1, 1), -1))}}.write();
     const auto reason = session.restore(negative);
@@ -75,7 +75,7 @@ TEST_F(SessionTest, RulesThatCannotBeCompiledLeaveTheRulesAndTheUserIsTold) {
     EXPECT_EQ(rules(), swap);
 }
 
-TEST_F(SessionTest, WhatTheUserWasToldBeforeTheEditorOpenedIsStillThereThen) {
+TEST_F(SessionTest, WhatWasReportedBeforeTheEditorOpenedIsStillThereThen) {
     session.tellUser("No.");
     session.viewDidLoad();
     session.drain();
@@ -101,7 +101,7 @@ TEST_F(SessionTest, ARateAtWhichTheRulesCannotBeCompiledIsRejectedEachTime) {
     EXPECT_EQ(session.setSampleRate(48000.0), std::nullopt);
 }
 
-TEST_F(SessionTest, ASampleRateThatIsNoneIsRefusedWithAReason) {
+TEST_F(SessionTest, AnInvalidSampleRateIsRejectedWithAReason) {
     constexpr auto infinite = std::numeric_limits<double>::infinity();
     for (const auto rate :
          {-1.0, 0.0, 0.5, 1e10, infinite, -infinite, std::numeric_limits<double>::quiet_NaN()}) {
@@ -112,7 +112,7 @@ TEST_F(SessionTest, ASampleRateThatIsNoneIsRefusedWithAReason) {
     EXPECT_EQ(session.setSampleRate(1.0), std::nullopt);
 }
 
-TEST_F(SessionTest, AnEditIsInstalledAndTheHostIsTold) {
+TEST_F(SessionTest, AnEditIsInstalledAndReportedToTheHost) {
     int edits = 0;
     session.setOnEdit([&edits] { ++edits; });
     session.onRulesChanged(swap);
@@ -120,7 +120,7 @@ TEST_F(SessionTest, AnEditIsInstalledAndTheHostIsTold) {
     EXPECT_EQ(edits, 1);
 }
 
-TEST_F(SessionTest, ACycleThatFailsForGoodIsToldOnce) {
+TEST_F(SessionTest, ACycleThatFailsForGoodIsReportedOnce) {
     session.processor().fatalErrors.set("the timeline has ended");
     session.drain();
     const auto& model = *session.model();
@@ -180,7 +180,7 @@ TEST_F(SessionTest, WhatIsTakenBackIsKnownAlsoWhereItWasCountedOrShortened) {
     }
 }
 
-TEST_F(SessionTest, WhatTheHostHasNoRoomForIsToldOnceForEachRule) {
+TEST_F(SessionTest, WhatTheHostHasNoRoomForIsReportedOnceForEachRule) {
     using Room = HostOutput::Room;
     TestOutput output;
     session.onRulesChanged({rule(onNoteOn(exactly(1)), send(systemExclusive(Bytes(50, 1))), "patch"),
@@ -206,7 +206,7 @@ TEST_F(SessionTest, WhatTheHostHasNoRoomForIsToldOnceForEachRule) {
     EXPECT_EQ(session.renderer().refused().leftOut(), 30U);
 }
 
-TEST_F(SessionTest, WhatWasToldOnceOfAMessageIsNotToldAgainInOtherWords) {
+TEST_F(SessionTest, WhatWasReportedOnceOfAMessageIsNotReportedAgainInOtherWords) {
     session.onRulesChanged({rule(onNoteOn(), send(systemExclusive({1, 2, 3})), "patch")});
     auto& model = *session.model();
     const Bytes patch{0xF0, 1, 2, 3, 0xF7};
@@ -220,7 +220,7 @@ TEST_F(SessionTest, WhatWasToldOnceOfAMessageIsNotToldAgainInOtherWords) {
     EXPECT_EQ(model.alertErrorMessage(), std::nullopt);
 }
 
-TEST_F(SessionTest, RefusalsWithoutEndAreToldOfNoMoreAtLast) {
+TEST_F(SessionTest, RefusalsWithoutEndAreReportedToALimit) {
     auto& model = *session.model();
     std::size_t told = 0;
     for (std::size_t size = 1; size <= 1000; ++size) {
@@ -270,7 +270,7 @@ TEST_F(SessionTest, RulesThatAreSwitchedOffAreKeptWithTheirPlacesAndDoNotRun) {
     EXPECT_EQ(session.save(), document);
 }
 
-TEST_F(SessionTest, AnEditReplacesWhatIsSwitchedOffAndARefusedOneDoesNot) {
+TEST_F(SessionTest, AnEditReplacesWhatIsSwitchedOffAndARejectedOneDoesNot) {
     session.onRulesChanged({}, {{0, swap[0]}});
     const auto document = PluginData{{}, {{0, swap[0]}}}.write();
     EXPECT_EQ(session.save(), document);

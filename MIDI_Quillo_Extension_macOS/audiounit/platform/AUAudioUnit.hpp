@@ -23,13 +23,13 @@
 
 namespace quillo {
 
-/// Data, a string, a number, or, last, a value of any other kind, of which nobody asks more.
+/// Data, a string, a number, or, last, a value of any other kind, which is not looked into.
 using StateValue = std::variant<Data, std::string, double, std::monostate>;
 
 /// What a host saves with its project: values by key.
 using StateDictionary = std::map<std::string, StateValue>;
 
-/// A size that the host could give the editor's view, in points. 0 × 0 means: whatever the editor likes.
+/// A size that the host could give the editor's view, in points. 0 × 0 leaves the size to the editor.
 struct AUAudioUnitViewConfiguration {
     double width = 0.0;
     double height = 0.0;

@@ -29,7 +29,7 @@ public:
     [[nodiscard]] AUParameterObserverToken tokenByAddingParameterObserver(
         std::function<void(AUParameterAddress)> callback);
 
-    /// The value of the parameter at this address has changed: tells those who observe.
+    /// The value of the parameter at this address has changed: notifies the observers.
     void parameterChanged(AUParameterAddress address);
 
 private:

@@ -21,7 +21,7 @@ enum class AURenderEventType : std::uint8_t {
     midiSysEx = 9,
 };
 
-/// What every event of a render cycle begins with; the event's own type tells which structure it is.
+/// What every event of a render cycle begins with; the event's own type says which structure it is.
 struct AURenderEvent {
     const AURenderEvent* next = nullptr;  ///< the event after this one, null at the end of the list
     AUEventSampleTime eventSampleTime = 0;

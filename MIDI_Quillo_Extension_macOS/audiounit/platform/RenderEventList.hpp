@@ -21,7 +21,7 @@ class RenderEventList {
 public:
     explicit RenderEventList(std::size_t capacity);
 
-    /// The first event, null when there is none. Valid until the next `clear`.
+    /// The first event, null when the list is empty. Valid until the next `clear`.
     [[nodiscard]] const AURenderEvent* head() const QUILLO_REALTIME;
 
     [[nodiscard]] std::size_t size() const QUILLO_REALTIME { return size_; }

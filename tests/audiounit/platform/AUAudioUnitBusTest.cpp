@@ -44,7 +44,7 @@ TEST(AUAudioUnitBus, TakesFormatsUpToItsMaximumOfChannels) {
     EXPECT_EQ(bus->format(), withChannels(8));
 }
 
-TEST(AUAudioUnitBus, RefusesAFormatAndKeepsItsOwn) {
+TEST(AUAudioUnitBus, RejectsAFormatAndKeepsItsOwn) {
     const auto bus = AUAudioUnitBus::withFormat(stereo);
     bus->setMaximumChannelCount(8);
     for (const auto& format : {withChannels(0), withChannels(9), ofUnknownSamples()}) {

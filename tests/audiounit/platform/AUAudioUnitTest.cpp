@@ -88,7 +88,7 @@ TEST_F(AUAudioUnitTest, AllocatesAndDeallocatesRenderResources) {
     EXPECT_FALSE(unit.renderResourcesAllocated());
 }
 
-TEST_F(AUAudioUnitTest, RefusesToRenderCyclesOfNoFrames) {
+TEST_F(AUAudioUnitTest, RejectsCyclesOfNoFrames) {
     unit.maximumFramesToRender = 0;
     const NSError expected{"NSOSStatusErrorDomain", kAudioUnitErr_InvalidPropertyValue};
     EXPECT_EQ(unit.allocateRenderResources(), expected);
@@ -123,7 +123,7 @@ TEST_F(AUAudioUnitTest, StaysTheComponentThatItIsWhateverAStateSays) {
     EXPECT_EQ(saved("version"), StateValue(0.0));
 }
 
-TEST_F(AUAudioUnitTest, AnAbsentStateChangesNothingAndTellsNobody) {
+TEST_F(AUAudioUnitTest, AnAbsentStateChangesNothingAndNotifiesNoObserver) {
     int notifications = 0;
     const auto observation = unit.observeAllParameterValues([&] { ++notifications; });
     unit.setFullState(StateDictionary{{"name", std::string("Lead")}});
@@ -139,7 +139,7 @@ TEST_F(AUAudioUnitTest, ObserversFindTheNewStateInPlace) {
     EXPECT_EQ(seen, StateValue(std::string("Lead")));
 }
 
-TEST_F(AUAudioUnitTest, TellsNobodyOnceTheObservationIsDropped) {
+TEST_F(AUAudioUnitTest, NotifiesNoObserverOnceTheObservationIsDropped) {
     int notifications = 0;
     auto observation = unit.observeAllParameterValues([&] { ++notifications; });
     observation.reset();

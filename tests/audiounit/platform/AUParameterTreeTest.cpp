@@ -19,7 +19,7 @@ TEST(AUParameterTree, KeepsItsParametersInOrder) {
     EXPECT_EQ(tree->allParameters()[1].address, 3U);
 }
 
-TEST(AUParameterTree, TellsThoseWhoObserveTheAddressThatChanged) {
+TEST(AUParameterTree, NotifiesTheObserversOfTheAddressThatChanged) {
     const auto tree = AUParameterTree::createTree({{7}, {3}});
     std::vector<AUParameterAddress> first;
     std::vector<AUParameterAddress> second;

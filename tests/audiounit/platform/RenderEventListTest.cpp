@@ -41,7 +41,7 @@ TEST(RenderEventList, LinksEventsInTheOrderOfThePushesWhateverTheirTimes) {
     EXPECT_EQ(list.size(), 3U);
 }
 
-TEST(RenderEventList, RefusesAnEventTooManyAndKeepsTheOthers) {
+TEST(RenderEventList, RejectsAnEventTooManyAndKeepsTheOthers) {
     RenderEventList list(2);
     EXPECT_TRUE(list.tryPushMIDI(1, Bytes{0xF8}));
     EXPECT_TRUE(list.tryPushMIDI(2, Bytes{0xF8}));
