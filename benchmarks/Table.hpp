@@ -14,8 +14,8 @@ namespace quillo::bench {
 /// Work that is repeated until its time is known.
 using Step = std::function<void()>;
 
-/// A part of the table whose rows are compared with its first one, the floor: the least that anybody who does such
-/// a thing must do.
+/// A part of the table whose rows are compared with its first one, the floor: the least that anybody who does
+/// such a thing must do.
 class Section {
 public:
     /// `item` is what the times are given for: "event", "rule".

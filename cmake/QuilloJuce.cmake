@@ -3,8 +3,8 @@
 # <juce_gui_basics/juce_gui_basics.h> and compiles no module again.
 # quillo-juce-audio: besides these the modules that plug-ins and their hosts use, compiled once as well:
 # <juce_audio_processors/juce_audio_processors.h>.
-# Without JUCE on the machine there are no such targets, and everything that needs no window is built all the same;
-# nor are there any in the trees that look at the render thread only.
+# Without JUCE on the machine there are no such targets, and everything that needs no window is built all the
+# same; nor are there any in the trees that look at the render thread only.
 
 if(QUILLO_WITHOUT_LIBRARIES OR QUILLO_SANITIZE MATCHES "thread|realtime")
     return()

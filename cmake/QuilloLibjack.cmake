@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # quillo-libjack: the library by which a program talks to a JACK server (PipeWire has one of the same kind).
-# quillo-liblo: the library by which it talks OSC to a session manager. Without both on the machine there are no such
-# targets, and everything but the stand-alone program is built all the same.
+# quillo-liblo: the library by which it talks OSC to a session manager. Without both on the machine there are
+# no such targets, and everything but the stand-alone program is built all the same.
 
 if(QUILLO_WITHOUT_LIBRARIES)
     return()

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The preset library, read once for all that lists presets: `quillo_library` is the list of their names, in the order of
-# presets/library.txt; for each NAME, `quillo_preset_task_NAME`, `quillo_preset_sentence_NAME` and
-# `quillo_preset_document_NAME`, the bytes of its file.
+# The preset library, read once for all that lists presets: `quillo_library` is the list of their names, in
+# the order of presets/library.txt; for each NAME, `quillo_preset_task_NAME`, `quillo_preset_sentence_NAME`
+# and `quillo_preset_document_NAME`, the bytes of its file.
 set(quillo_library_index "${PROJECT_SOURCE_DIR}/presets/library.txt")
 file(STRINGS "${quillo_library_index}" lines REGEX "^[^#]")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${quillo_library_index}")

@@ -26,16 +26,17 @@ if(QUILLO_SANITIZE)
     target_link_options(quillo-options INTERFACE -fsanitize=${QUILLO_SANITIZE})
 endif()
 
-# What renders is optimised as one when a plug-in or a program is linked: an event passes a dozen short functions of as
-# many files. Tests link the same objects as they are, which is quicker.
+# What renders is optimised as one when a plug-in or a program is linked: an event passes a dozen short
+# functions of as many files. Tests link the same objects as they are, which is quicker.
 set(quillo_optimised_as_one "")
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT QUILLO_SANITIZE)
     set(quillo_optimised_as_one $<$<CONFIG:Release>:-flto=auto> $<$<CONFIG:Release>:-ffat-lto-objects>)
     add_link_options($<$<CONFIG:Release>:-flto=auto>)
 endif()
 
-# What is made for users is hardened: a smashed stack or an overrun buffer ends the program, and no table of functions can
-# be written to once it runs. Builds of another type take the flags that they are given, as distributions want it.
+# What is made for users is hardened: a smashed stack or an overrun buffer ends the program, and no table of
+# functions can be written to once it runs. Builds of another type take the flags that they are given, as
+# distributions want it.
 set(quillo_release $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
 if(NOT QUILLO_SANITIZE)
     add_compile_options("$<${quillo_release}:-fstack-protector-strong;-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3>")
@@ -46,16 +47,16 @@ if(NOT QUILLO_SANITIZE AND NOT APPLE)
     add_link_options("$<${quillo_release}:LINKER:-z,relro,-z,now,-z,noexecstack>")
 endif()
 
-# What every test program has in common, linked after what it tests, for JUCE brings an optimisation level along. What is
-# tested is optimised, the tests are not: most of a build is compiling them.
+# What every test program has in common, linked after what it tests, for JUCE brings an optimisation level
+# along. What is tested is optimised, the tests are not: most of a build is compiling them.
 add_library(quillo-test-options INTERFACE)
 target_link_libraries(quillo-test-options INTERFACE quillo-options)
 target_include_directories(quillo-test-options INTERFACE "${PROJECT_SOURCE_DIR}/tests")
 target_compile_options(quillo-test-options INTERFACE -O0)
 target_link_options(quillo-test-options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-fno-lto>)
 
-# quillo_add_library(NAME FOLDER [RENDERS] HEADERS ... SOURCES ... LINK ...): a static library whose headers are
-# included relative to FOLDER and can each be compiled alone. RENDERS is for what the render thread runs.
+# quillo_add_library(NAME FOLDER [RENDERS] HEADERS ... SOURCES ... LINK ...): a static library whose headers
+# are included relative to FOLDER and can each be compiled alone. RENDERS is for what the render thread runs.
 function(quillo_add_library name folder)
     cmake_parse_arguments(ARG "RENDERS" "" "HEADERS;SOURCES;LINK" ${ARGN})
     add_library(${name} STATIC)
@@ -64,7 +65,8 @@ function(quillo_add_library name folder)
     target_link_libraries(${name} PUBLIC quillo-options ${ARG_LINK})
     set_target_properties(${name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
     if(ARG_RENDERS)
-        # Nobody replaces our functions at run time: without this, GCC calls even what stands in the same file.
+        # Nobody replaces our functions at run time: without this, GCC calls even what stands in the same
+        # file.
         target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
         target_compile_options(${name} PRIVATE ${quillo_optimised_as_one})
     endif()
@@ -84,8 +86,8 @@ function(quillo_add_sources name)
         PUBLIC FILE_SET HEADERS FILES ${ARG_HEADERS})
 endfunction()
 
-# What nearly every test includes is compiled once: for programs without views, and for those with them. Clang's trees
-# compile each file as it stands, and so find the includes that it lacks.
+# What nearly every test includes is compiled once: for programs without views, and for those with them.
+# Clang's trees compile each file as it stands, and so find the includes that it lacks.
 function(quillo_add_test_headers name)
     cmake_parse_arguments(ARG "" "" "HEADERS;LINK" ${ARGN})
     if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
@@ -108,9 +110,10 @@ function(quillo_use_test_headers program name)
 endfunction()
 
 # quillo_add_tests(NAME SOURCES ... LINK ... [THREADS] [REALTIME] [LONG] [LOCK RESOURCE] [HEADERS NAME]): a
-# GoogleTest program, each of its suites a test of ctest. Under ThreadSanitizer only the programs marked THREADS are
-# built, under RealtimeSanitizer only those marked REALTIME. LONG is for what `./dev test` leaves to `./dev test all`;
-# suites with the same LOCK run one after the other. HEADERS names other precompiled headers than those without views.
+# GoogleTest program, each of its suites a test of ctest. Under ThreadSanitizer only the programs marked
+# THREADS are built, under RealtimeSanitizer only those marked REALTIME. LONG is for what `./dev test` leaves
+# to `./dev test all`; suites with the same LOCK run one after the other. HEADERS names other precompiled
+# headers than those without views.
 function(quillo_add_tests name)
     cmake_parse_arguments(ARG "THREADS;REALTIME;LONG" "LOCK;HEADERS" "SOURCES;LINK" ${ARGN})
     if((QUILLO_SANITIZE STREQUAL "thread" AND NOT ARG_THREADS) OR

@@ -40,9 +40,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Runs a program's `command` and returns its exit status. What the command throws is reported on `err` behind
-/// the program's name, and the status that goes with it is returned; after a wrong command line, `teach` writes
-/// how to use the program.
+/// Runs a program's `command` and returns its exit status. What the command throws is reported on `err`
+/// behind the program's name, and the status that goes with it is returned; after a wrong command line,
+/// `teach` writes how to use the program.
 int reportErrors(std::string_view program, std::ostream& err, const std::function<int()>& command,
                  const std::function<void()>& teach);
 

@@ -63,8 +63,8 @@ public:
     /// [any but render] The error that waits; nothing when none does.
     [[nodiscard]] std::optional<FatalError> error() const;
 
-    /// [any, while no cycle runs] Empties the slot and throws the `FatalError` that waited in it; does nothing
-    /// when none waits.
+    /// [any, while no cycle runs] Empties the slot and throws the `FatalError` that waited in it; does
+    /// nothing when none waits.
     void raise();
 
 private:

@@ -13,17 +13,17 @@
 
 namespace quillo {
 
-/// Work that must run on the user-interface thread, in the order in which it was posted. The thread that makes
-/// the queue is the main thread, unless the queue is given a way to recognise it. With a window, whoever owns the window's
-/// message loop calls `drain` from it whenever `wake` asks for it; a program without a window drains the queue
-/// itself.
+/// Work that must run on the user-interface thread, in the order in which it was posted. The thread that
+/// makes the queue is the main thread, unless the queue is given a way to recognise it. With a window, the
+/// owner of the window's message loop calls `drain` from it whenever `wake` asks for it; a program without a
+/// window drains the queue itself.
 class MainQueue {
 public:
     MainQueue()
         : MainQueue([maker = std::this_thread::get_id()] { return std::this_thread::get_id() == maker; }) {}
 
-    /// `isMainThread` says whether the caller is the main thread: for a platform that has such a thread and may
-    /// make the queue on any other.
+    /// `isMainThread` says whether the caller is the main thread: for a platform that has such a thread and
+    /// may make the queue on any other.
     explicit MainQueue(std::function<bool()> isMainThread) : isMainThread_(std::move(isMainThread)) {}
 
     /// [main, before anything is posted] `wake` runs on the posting thread after each post to an empty queue.
@@ -35,12 +35,13 @@ public:
     /// [any but render] Runs `block` later, on the main thread.
     void async(std::function<void()> block);
 
-    /// [main] `poll` runs in every `drain`, before the posted blocks, as long as the returned observation lives:
-    /// for work whose source cannot post, such as the render thread.
+    /// [main] `poll` runs in every `drain`, before the posted blocks, as long as the returned observation
+    /// lives: for work whose source cannot post, such as the render thread.
     [[nodiscard]] Observation onDrain(std::function<void()> poll) { return polls_.add(std::move(poll)); }
 
-    /// [main] Runs the polls and what was posted before the call; what these blocks post waits for the next one. Returns how
-    /// many blocks ran. What a block throws leaves from here; the blocks behind it wait for the next call.
+    /// [main] Runs the polls and what was posted before the call; what these blocks post waits for the next
+    /// one. Returns how many blocks ran. What a block throws leaves from here; the blocks behind it wait for
+    /// the next call.
     std::size_t drain();
 
 private:

@@ -38,8 +38,8 @@ public:
         }
     }
 
-    /// [not render] Keeps readers out from now on, and returns once the one inside has left. Closers must exclude each
-    /// other.
+    /// [not render] Keeps readers out from now on, and returns once the one inside has left. Closers must
+    /// exclude each other.
     void close();
 
     /// [not render] Opens a closed gate.

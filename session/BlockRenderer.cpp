@@ -157,8 +157,8 @@ void BlockRenderer::fire(HostTransportTriggerVariantsV2 change) QUILLO_REALTIME 
     cycle_->transport(time(), change);
 }
 
-OSStatus BlockRenderer::Send::operator()(SampleTime time, std::uint8_t, Messages messages) const QUILLO_REALTIME {
-    for (const auto& message : messages) {
+OSStatus BlockRenderer::Send::operator()(SampleTime time, std::uint8_t, Messages all) const QUILLO_REALTIME {
+    for (const auto& message : all) {
         if (const auto status = renderer.send(time, message); status != noErr) {
             return status;
         }

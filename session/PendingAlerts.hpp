@@ -23,8 +23,8 @@ public:
     /// Never throws: where there is no memory for an alert, there is none for showing it.
     void add(std::string_view text) noexcept;
 
-    /// What the alert says is no longer true. When it was the last that `takeNext` gave, the words in which it
-    /// did: shortened, or with a count.
+    /// What the alert says is no longer true. When it was the last that `takeNext` gave, the words in which
+    /// it did: shortened, or with a count.
     std::optional<std::string> remove(std::string_view text);
 
     /// The next alert to show, if any.

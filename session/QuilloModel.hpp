@@ -31,8 +31,8 @@ struct WaitingOutput {
 };
 
 /// The editor's observable state: the rules as they are edited and how often they have fired, the two event
-/// logs, what waits to be sent, and what went wrong. Each change of a part notifies those who observe it, once a
-/// change. [main] only.
+/// logs, what waits to be sent, and what went wrong. Each change of a part notifies those who observe it,
+/// once a change. [main] only.
 class QuilloModel {
 public:
     /// How many entries each log keeps.

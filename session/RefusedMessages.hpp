@@ -53,8 +53,8 @@ private:
     std::atomic<std::uint64_t> taken_{0};    ///< written by [main]
 };
 
-/// [main] What is reported to the user of a refused message, with the number and name of the rule whose system
-/// exclusive it is.
+/// [main] What is reported to the user of a refused message, with the number and name of the rule whose
+/// system exclusive it is.
 [[nodiscard]] std::string refusalText(const RefusedMessages::Message& message,
                                       const std::vector<Rule>& rules);
 

@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# A page from what llvm-cov exports as lcov: the branches of each folder, and each line with one that no test takes,
-# with the reason that a file gives before it: file, a piece of the line, reason, with tabs between. Fails where there
-# is no reason. `here` is the repository's folder.
+# A page from what llvm-cov exports as lcov: the branches of each folder, and each line with one that no test
+# takes, with the reason that a file gives before it: file, a piece of the line, reason, with tabs between.
+# Fails where there is no reason. `here` is the repository's folder.
 #
-# The way past all cases of a switch is no branch here: a switch without a default has them all, which the compiler
-# checks.
+# The way past all cases of a switch is no branch here: a switch without a default has them all, which the
+# compiler checks.
 FILENAME ~ /\.txt$/ {
     if (!/^#/ && NF > 0) {
         split($0, given, "\t")
@@ -68,7 +68,7 @@ END {
             all[folder] ? 100 * taken[folder] / all[folder] : 100
     }
     for (i = 1; i <= missed; ++i) {
-        print "\n" missing[i] "\n    " (why[i] != "" ? why[i] : "NO REASON GIVEN: write a test, or the reason")
+        print "\n" missing[i] "\n    " (why[i] != "" ? why[i] : "NO REASON GIVEN: write a test or the reason")
         unexplained += why[i] == ""
     }
     exit unexplained > 0

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Lists every use of QUILLO_REALTIME_EXEMPT("reason") as `file:line: reason`, then their number. A use that gives
-# no reason within five lines is listed as such and makes the exit status 1.
+# Lists every use of QUILLO_REALTIME_EXEMPT("reason") as `file:line: reason`, then their number. A use that
+# gives no reason within five lines is listed as such and makes the exit status 1.
 
 function report(reason) {
     printf "%s: %s\n", place, reason

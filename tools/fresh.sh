@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash
-# `./dev fresh`: does the repository alone bring a bare Debian 12 to a working program, and does its package serve a
-# newcomer there? Sourced by ./dev.
+# `./dev fresh`: does the repository alone bring a bare Debian 12 to a working program, and does its package
+# serve a newcomer there? Sourced by ./dev.
 
 # prove_fresh [PROOF...]: run, test or package; all of them by default.
 prove_fresh() {

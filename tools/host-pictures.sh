@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# host-pictures.sh BUNDLE.lv2 SEQUENCER.so FOLDER: draws where the plug-in goes in Ardour, qtractor and jalv, and the
-# stand-alone, which lies beside the bundle, for the guide: FOLDER/host-ardour.png and so on. The hosts run with settings of their own on a display and a JACK server that nobody
-# sees or hears. SEQUENCER is a library in the place of the system's MIDI sequencer, which machines without sound lack.
-# The places that are clicked are those of Debian 12's versions, which have no window manager here to move them.
+# host-pictures.sh BUNDLE.lv2 SEQUENCER.so FOLDER: draws where the plug-in goes in Ardour, qtractor and jalv,
+# and the stand-alone, which lies beside the bundle, for the guide: FOLDER/host-ardour.png and so on. The
+# hosts run with settings of their own on a display and a JACK server that nobody sees or hears. SEQUENCER is
+# a library in the place of the system's MIDI sequencer, which machines without sound lack. The places that
+# are clicked are those of Debian 12's versions, which have no window manager here to move them.
 set -euo pipefail
 
 if [[ ${1-} != --inside ]]; then
@@ -67,8 +68,8 @@ picture() {
     echo "$folder/host-$1.png"
 }
 
-# A server of the host's own. Its name is always the same: a machine remembers servers that did not end well, eight at
-# most, until one of the same name does.
+# A server of the host's own. Its name is always the same: a machine remembers servers that did not end well,
+# eight at most, until one of the same name does.
 jack() {
     export JACK_DEFAULT_SERVER=quillo-pictures
     jackd --no-realtime --name "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 1024 >"$work/jackd.log" 2>&1 &
@@ -76,7 +77,8 @@ jack() {
     jack_wait --server "$JACK_DEFAULT_SERVER" --wait --timeout 30 >/dev/null
 }
 
-# A track with the plug-in before its instrument, the mixer strip at the left, and the plug-in's window with a preset.
+# A track with the plug-in before its instrument, the mixer strip at the left, and the plug-in's window with a
+# preset.
 ardour() {
     local settings=$XDG_CONFIG_HOME/ardour7
     mkdir -p "$settings"
@@ -84,9 +86,11 @@ ardour() {
     cat >"$settings/config" <<'END'
 <?xml version="1.0" encoding="UTF-8"?>
 <Ardour><Config><Option name="try-autostart-engine" value="1"/></Config>
-<Extra><AudioMIDISetup><EngineStates><State backend="JACK" driver="" device="" input-device="" output-device=""
+<Extra><AudioMIDISetup><EngineStates><State backend="JACK" driver="" device="" input-device=""
+output-device=""
 sample-rate="48000" buffer-size="1024" n-periods="0" input-latency="0" output-latency="0" input-channels="2"
-output-channels="2" active="1" use-buffered-io="0" midi-option="" lru="1"><MIDIDevices/></State></EngineStates>
+output-channels="2" active="1" use-buffered-io="0" midi-option="" lru="1">
+<MIDIDevices/></State></EngineStates>
 </AudioMIDISetup></Extra></Ardour>
 END
     SESSION=$work/song FORMAT=lv2 PLUGIN=urn:midi-quillo:lv2 \
@@ -142,16 +146,21 @@ qtractor() {
     cat >"$work/song.qtr" <<END
 <!DOCTYPE qtractor-session>
 <session name="song" version="0.9.31">
-<properties><directory>$work</directory><sample-rate>48000</sample-rate><tempo>120</tempo><ticks-per-beat>960</ticks-per-beat>
+<properties><directory>$work</directory><sample-rate>48000</sample-rate><tempo>120</tempo>
+<ticks-per-beat>960</ticks-per-beat>
 <beats-per-bar>4</beats-per-bar><beat-divisor>2</beat-divisor></properties>
-<devices><audio-engine><audio-bus name="Master" mode="duplex"><channels>2</channels></audio-bus></audio-engine>
+<devices><audio-engine>
+<audio-bus name="Master" mode="duplex"><channels>2</channels></audio-bus></audio-engine>
 <midi-engine><midi-bus name="Master" mode="duplex"/></midi-engine></devices>
 <tracks><track name="Track" type="midi">
-<properties><input-bus>Master</input-bus><output-bus>Master</output-bus><midi-channel>0</midi-channel></properties>
+<properties><input-bus>Master</input-bus><output-bus>Master</output-bus>
+<midi-channel>0</midi-channel></properties>
 <state><gain>1</gain></state>
 <plugins>
-<plugin type="LV2"><filename>urn:midi-quillo:lv2</filename><index>0</index><activated>1</activated></plugin>
-<plugin type="LV2"><filename>https://community.ardour.org/node/7596</filename><index>0</index><activated>1</activated></plugin>
+<plugin type="LV2"><filename>urn:midi-quillo:lv2</filename>
+<index>0</index><activated>1</activated></plugin>
+<plugin type="LV2"><filename>https://community.ardour.org/node/7596</filename>
+<index>0</index><activated>1</activated></plugin>
 </plugins></track></tracks>
 </session>
 END

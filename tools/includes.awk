@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Names each include that points up or sideways. `rooms` lists our folders, from the bottom up: what stands in one may
-# include that one and those below. Each folder of `hosts/` that is not listed stands on top, beside the others. Tests
-# may include every room, but of the hosts only their own; benchmarks and fuzz targets may include all.
+# Names each include that points up or sideways. `rooms` lists our folders, from the bottom up: what stands in
+# one may include that one and those below. Each folder of `hosts/` that is not listed stands on top, beside
+# the others. Tests may include every room, but of the hosts only their own; benchmarks and fuzz targets may
+# include all.
 BEGIN {
     count = split(rooms, name, " ")
     for (i = 1; i <= count; ++i) {

@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash
-# `./dev install` and `./dev uninstall`: the programs where shells of this user find them, the plug-ins where hosts do,
-# and the guide and the example presets where the editor does. Sourced by ./dev.
+# `./dev install` and `./dev uninstall`: the programs where shells of this user find them, the plug-ins where
+# hosts do, and the guide and the example presets where the editor does. Sourced by ./dev.
 
-# placements: what is built or ready, and where it belongs, one a line with a bar between. Manuals belong beside the
-# folder of the programs, wherever other data are: that is where man looks.
+# placements: what is built or ready, and where it belongs, one a line with a bar between. Manuals belong
+# beside the folder of the programs, wherever other data are: that is where man looks.
 placements() {
     local data=${XDG_DATA_HOME:-${HOME}/.local/share}
     local icons=$data/icons/hicolor

@@ -8,11 +8,12 @@ lint() {
     local failed=()
     check "every source names its licence" licences_named || true
     check "format" format_kept || true
+    check "lines of at most 110 columns" lines_fit || true
     check "real-time exemptions" exemptions_stated || true
     check "includes point down" includes_point_down || true
     check "the macOS shell, against headers of our own" mac_shell_compiles || true
     check "broken macOS shells are refused" broken_shells_refused || true
-    check "the project for macOS, read by a CMake that takes this machine for a Mac" mac_project_configures || true
+    check "the project for macOS, as a Mac's CMake reads it" mac_project_configures || true
     if [[ ${1-} != quick ]] && check "warnings and function effects (Clang 22)" clang_builds; then
         check "broken real-time promises are refused" broken_promises_refused || true
         check "the macOS shell, run against doubles of the platform" mac_shell_runs || true
@@ -72,19 +73,33 @@ format_kept() {
     }
 }
 
+# The formatter leaves comments and texts as long as they are, and knows C++ alone.
+lines_fit() {
+    local files long
+    mapfile -t files < <(
+        cpp_files
+        our_files CMakeLists.txt '*.cmake' '*.py' '*.sh' '*.awk' dev run
+    )
+    if long=$(LC_ALL=C.UTF-8 grep -HnE '^.{111}' "${files[@]}") && [[ -n $long ]]; then
+        printf '%s\n' "$long"
+        return 1
+    fi
+}
+
 apply_format() {
     local files
     mapfile -t files < <(cpp_files)
     clang-format-22 -i "${files[@]}"
 }
 
-# Names each place that leaves the real-time contract, with its reason, and refuses one without a reason or one
-# that goes round the macro.
+# Names each place that leaves the real-time contract, with its reason, and refuses one without a reason or
+# one that goes round the macro.
 exemptions_stated() {
     local files outside status=0
     mapfile -t files < <(cpp_files)
     awk -f tools/exemptions.awk "${files[@]}" || status=1
-    outside=$(grep -n 'diagnostic ignored.*-Wfunction-effects' "${files[@]}" | grep -v 'platform/RealTime.hpp' || true)
+    outside=$(grep -n 'diagnostic ignored.*-Wfunction-effects' "${files[@]}" |
+        grep -v 'platform/RealTime.hpp' || true)
     if [[ -n $outside ]]; then
         printf 'Silenced without QUILLO_REALTIME_EXEMPT:\n%s\n' "$outside"
         status=1
@@ -93,8 +108,9 @@ exemptions_stated() {
 }
 
 # Our folders, from the bottom up. The formats' own, `hosts/*`, stand on top of them, side by side.
-rooms='platform midi rules persistence engine log words analysis otherformats session audiounit/platform audiounit editor midifile
-    presets offline scriptedhost commandline window programs/editor programs'
+rooms='platform midi rules persistence engine log words analysis otherformats session
+    audiounit/platform audiounit editor midifile presets offline scriptedhost commandline window
+    programs/editor programs'
 
 includes_point_down() {
     local files
@@ -125,8 +141,8 @@ promise_compiles() {
     clang++-22 -std=c++20 -fsyntax-only -I. -Wno-exceptions "${@:2}" "$1"
 }
 
-# Nothing here runs macOS: its compiler's place is taken by Clang, that of its headers by ours, which hold what the
-# shell uses of them.
+# Nothing here runs macOS: its compiler's place is taken by Clang, that of its headers by ours, which hold
+# what the shell uses of them.
 mac_shell_compiles() {
     our_files '*.mm' | grep '^hosts/auv3/' | while read -r source; do
         mac_compiles "$source" || exit 1
@@ -162,7 +178,8 @@ mac_project_configures() {
         echo "the app or its extension is not in the project"
         status=1
     fi
-    if strangers=$(ninja -C "$tree" -t targets all | grep -E '^(midi-quillo-|quillo-)?(jack|lv2|clap|vst3|window|shots|desk)') ; then
+    if strangers=$(ninja -C "$tree" -t targets all |
+        grep -E '^(midi-quillo-|quillo-)?(jack|lv2|clap|vst3|window|shots|desk)'); then
         printf 'The project for macOS has what is for Linux:\n%s\n' "$strangers"
         status=1
     fi

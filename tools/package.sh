@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash
-# `./dev package`, `./dev package source` and `./dev guide`: what goes to people who have no compiler, or one of their
-# own. What is packed twice of one commit is the same twice, bit for bit. Sourced by ./dev.
+# `./dev package`, `./dev package source` and `./dev guide`: what goes to people who have no compiler, or one
+# of their own. What is packed twice of one commit is the same twice, bit for bit. Sourced by ./dev.
 
 # The text of the licence, which goes into everything that is packed.
 licence_text=/usr/share/common-licenses/GPL-3
@@ -66,12 +66,13 @@ make_archive() {
     documents=$tree/share/doc/midi-quillo
     cmake --install build --prefix "$tree" --strip || return
     install -m 644 "$licence_text" build/packages/work/debian/copyright "$documents"
-    tar --create --sort=name --owner=0 --group=0 --numeric-owner --mode=u=rwX,go=rX --mtime="@$SOURCE_DATE_EPOCH" \
+    tar --create --sort=name --owner=0 --group=0 --numeric-owner --mode=u=rwX,go=rX \
+        --mtime="@$SOURCE_DATE_EPOCH" \
         --directory build/packages/work "$name" | gzip --no-name >"build/packages/$name.tar.gz"
 }
 
-# Leaves in build/source an archive of the commit, which builds without a network where its libraries are installed, and the
-# recipes of other systems with its checksum.
+# Leaves in build/source an archive of the commit, which builds without a network where its libraries are
+# installed, and the recipes of other systems with its checksum.
 make_source() {
     need source
     local name sum recipe
@@ -89,8 +90,8 @@ make_source() {
     printf '%s\n' "$PWD"/build/source/*
 }
 
-# prove_package: installs the packages in a bare Debian 12, uses them, upgrades and removes them. Called in a root of
-# its own by ./dev fresh.
+# prove_package: installs the packages in a bare Debian 12, uses them, upgrades and removes them. Called in a
+# root of its own by ./dev fresh.
 prove_package() {
     local root=$1
     make_packages || return

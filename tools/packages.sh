@@ -22,8 +22,8 @@ packages_of() {
         fuzz) echo clang-22 libclang-rt-22-dev ;;
         coverage) echo clang-22 libclang-rt-22-dev llvm-22 ;;
         mutate) echo python3 ;;
-        elsewhere) echo clang-16 libclang-rt-16-dev libblocksruntime-dev libc++-16-dev libc++abi-16-dev g++-12-multilib \
-            g++-aarch64-linux-gnu qemu-user-static dpf-source ;;
+        elsewhere) echo clang-16 libclang-rt-16-dev libblocksruntime-dev libc++-16-dev libc++abi-16-dev \
+            g++-12-multilib g++-aarch64-linux-gnu qemu-user-static dpf-source ;;
         fresh) echo debootstrap ;;
     esac
 }
@@ -161,7 +161,9 @@ refuse_unknown() {
 # A line for every package that the build may find, with its version: when this changes, CMake looks again.
 installed_versions() {
     has_debian_tools || return 0
-    # shellcheck disable=SC2046 # one word a package
-    dpkg-query --show $(for group in build editor jack plugins hosts studios guide desktop bench lint; do packages_of $group; done) \
-        2>/dev/null || true
+    local group
+    for group in build editor jack plugins hosts studios guide desktop bench lint; do
+        # shellcheck disable=SC2046 # one word a package
+        dpkg-query --show $(packages_of $group) 2>/dev/null || true
+    done
 }

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# A newcomer's first hour, in a bare Debian 12 with the packages beside this script: install, render a file, start
-# the stand-alone, see the plug-ins in hosts, read the manual, upgrade, remove. Every command is shown before it
-# runs, and the first one that fails ends it.
+# A newcomer's first hour, in a bare Debian 12 with the packages beside this script: install, render a file,
+# start the stand-alone, see the plug-ins in hosts, read the manual, upgrade, remove. Every command is shown
+# before it runs, and the first one that fails ends it.
 set -euo pipefail
 cd "$(dirname "$0")"
 export DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8

@@ -1,14 +1,16 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash
-# `./dev test`: the optimised tree, and what takes little time in it. `./dev test all`: every tree's tests, whatever happens
-# in the others. `./dev test elsewhere`: what needs no library of this machine, in other surroundings. Sourced by ./dev.
+# `./dev test`: the optimised tree, and what takes little time in it. `./dev test all`: every tree's tests,
+# whatever happens in the others. `./dev test elsewhere`: what needs no library of this machine, in other
+# surroundings. Sourced by ./dev.
 
 run_tests() {
     need build editor jack plugins hosts display guide desktop
     test_trees release --label-exclude long
 }
 
-# What takes minutes belongs here: beyond the tests marked long, the trees with sanitizers and simulated hosts.
+# What takes minutes belongs here: beyond the tests marked long, the trees with sanitizers and simulated
+# hosts.
 run_all_tests() {
     local status=0
     need build editor jack pipewire plugins hosts studios display guide desktop
@@ -19,15 +21,16 @@ run_all_tests() {
     return "$status"
 }
 
-# A minute of simulated hosts. A commit always meets the same ones, so that it fails for everybody or for nobody.
+# A minute of simulated hosts. A commit always meets the same ones, so that it fails for everybody or for
+# nobody.
 simulate_for_commit() {
     local commit
     commit=$(git rev-parse --short=8 HEAD) || commit=1
     simulate 60 --seed "$((16#$commit << 20))"
 }
 
-# What is portable, with another compiler, standard library, size of a pointer or processor. The editor, which needs
-# libraries of this machine, is compiled alone.
+# What is portable, with another compiler, standard library, size of a pointer or processor. The editor, which
+# needs libraries of this machine, is compiled alone.
 run_tests_elsewhere() {
     local status=0
     need build editor elsewhere
@@ -59,7 +62,8 @@ keep_addresses_plain() {
     fi
 }
 
-# test_tree PRESET [OPTION...]: builds and tests one tree, with these options for ctest, and leaves its summary in the tree.
+# test_tree PRESET [OPTION...]: builds and tests one tree, with these options for ctest, and leaves its
+# summary in the tree.
 test_tree() {
     local tree status=0 progress=()
     tree=$(tree_of "$1")
@@ -76,7 +80,8 @@ test_tree() {
     return "$status"
 }
 
-# What a reader looks for in a ctest log: which tests failed, the single ones in them, and the count in the last line.
+# What a reader looks for in a ctest log: which tests failed, the single ones in them, and the count in the
+# last line.
 ctest_summary() {
     sed -n '/^The following tests/,$p' "$1" | grep '^\s' || true
     sed -n 's/^\[  FAILED  \] \([^ ]*\.[^ ,]*\)\(,.*\)\? ([0-9]* ms)$/\t\1/p' "$1"

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# tools/tidy-file.sh SOURCE: runs clang-tidy over one source of build-clang. A source that passed is not looked
-# at again until it, a header of ours that it includes, its compile command, the checks or clang-tidy change;
-# clones in other folders share that memory.
+# tools/tidy-file.sh SOURCE: runs clang-tidy over one source of build-clang. A source that passed is not
+# looked at again until it, a header of ours that it includes, its compile command, the checks or clang-tidy
+# change; clones in other folders share that memory.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -10,7 +10,8 @@ source=$1
 memory=${XDG_CACHE_HOME:-$HOME/.cache}/midi-quillo/tidy
 
 compile_command() {
-    sed -n 's/^ *"command": "\(.*\)",\{0,1\}$/\1/p' build-clang/compile_commands.json | grep -F -- " -c $source" | head -n 1
+    sed -n 's/^ *"command": "\(.*\)",\{0,1\}$/\1/p' build-clang/compile_commands.json |
+        grep -F -- " -c $source" | head -n 1
 }
 
 # The source and our headers that the last build saw it include; fails when it has not been built.

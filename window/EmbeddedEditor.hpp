@@ -10,8 +10,8 @@
 
 namespace quillo {
 
-/// The editor in a window that a host gives, for formats whose host runs the event loop: X11. Editors come and
-/// go over one unit, one at a time; the model, with its logs and alerts, stays with the unit. All
+/// The editor in a window that a host gives, for formats whose host runs the event loop: X11. Editors come
+/// and go over one unit, one at a time; the model, with its logs and alerts, stays with the unit. All
 /// operations belong to the host's user-interface thread, and none of them waits for the user.
 ///
 /// Lengths are in the pixels of the window system; a point is `scale` pixels.
@@ -47,7 +47,8 @@ public:
     [[nodiscard]] Size size() const;
     void setSize(Size size);
 
-    /// The nearest size that the editor can have: it has a least one, and a greatest, which is the window system's.
+    /// The nearest size that the editor can have: it has a least one, and a greatest, which is the window
+    /// system's.
     [[nodiscard]] Size nearestTo(Size size) const;
 
     /// Does what there is to do, for the window and for the unit, and returns. At least 30 times a second.

@@ -44,7 +44,8 @@ std::vector<HostKeyboard*> keyboards;
 /// Whose the keyboard was before JUCE took its events.
 std::uintptr_t ownerBefore = 0;
 
-/// Whose the keyboard is while one of our windows has it: 0 while none has, or the host itself gave it to one.
+/// Whose the keyboard is while one of our windows has it: 0 while none has, or the host itself gave it to
+/// one.
 std::uintptr_t borrowedFrom = 0;
 
 std::uintptr_t ownerNow() {

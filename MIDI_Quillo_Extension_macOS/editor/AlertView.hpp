@@ -11,8 +11,8 @@
 
 namespace quillo {
 
-/// An alert titled "Error", inside the editor's window. It covers the editor, and goes away by its button "OK"
-/// only: clicked, or by Return, Space or Escape. [main] only.
+/// An alert titled "Error", inside the editor's window. It covers the editor, and goes away by its button
+/// "OK" only: clicked, or by Return, Space or Escape. [main] only.
 class AlertView final : public juce::Component, public EnvironmentScope {
 public:
     AlertView(const juce::String& message, std::function<void()> onOK);

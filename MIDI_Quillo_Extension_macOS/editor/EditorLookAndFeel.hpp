@@ -6,8 +6,8 @@
 namespace quillo {
 
 /// How JUCE's own parts look inside the editor: scroll bars, tooltips and carets. The editor's outermost
-/// view holds one and sets it for itself, never for the process, which belongs to the host application. [main]
-/// only.
+/// view holds one and sets it for itself, never for the process, which belongs to the host application.
+/// [main] only.
 class EditorLookAndFeel final : public juce::LookAndFeel_V4 {
 public:
     EditorLookAndFeel();

@@ -13,7 +13,8 @@
 /// Values that are handed down the tree of views: a view sets them for all that lies below it, and whoever
 /// draws looks them up along its parents. [main] only.
 ///
-///     class Card : public juce::Component, public EnvironmentScope { ... set<MyPrimaryColor>(palette.channelInput); };
+///     class Card : public juce::Component, public EnvironmentScope { ... };
+///     card.set<MyPrimaryColor>(palette.channelInput);
 ///     g.setColour(displayColour(environment<MyPrimaryColor>(*this)));
 namespace quillo {
 

@@ -17,8 +17,9 @@
 #include "editor/MyTextInput.hpp"
 #include "rules/MIDIVocabulary.hpp"
 
-/// The fields of a card are planned before they are made: a plan knows the field's size, so that the height of a
-/// card is known for a thousand rules of which only a few are ever drawn, and makes the field when it is needed.
+/// The fields of a card are planned before they are made: a plan knows the field's size, so that the height
+/// of a card is known for a thousand rules of which only a few are ever drawn, and makes the field when it is
+/// needed.
 namespace quillo {
 
 struct FieldPlan {

@@ -40,8 +40,8 @@ private:
     bool hover_ = false;
 };
 
-/// Draws its content in `colorHover` while the pointer is over it and in `colorDefault` otherwise: this is the
-/// primary colour below it.
+/// Draws its content in `colorHover` while the pointer is over it and in `colorDefault` otherwise: this is
+/// the primary colour below it.
 class HighlightViewModifier final : public HoverView {
 public:
     HighlightViewModifier(juce::Component& content, HighlightStyle style);

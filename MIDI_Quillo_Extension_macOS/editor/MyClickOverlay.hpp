@@ -5,8 +5,8 @@
 
 namespace quillo {
 
-/// Counts the clicks in a row on its content and hands the count down to it as `MyClickOverlayClicks`, from the
-/// moment the button goes down. The content stays the caller's and fills this view. [main] only.
+/// Counts the clicks in a row on its content and hands the count down to it as `MyClickOverlayClicks`, from
+/// the moment the button goes down. The content stays the caller's and fills this view. [main] only.
 class MyClickOverlay final : public juce::Component, public EnvironmentScope {
 public:
     explicit MyClickOverlay(juce::Component& content);

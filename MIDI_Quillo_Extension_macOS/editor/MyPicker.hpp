@@ -38,7 +38,8 @@ protected:
 
 /// A choice among listed values.
 ///
-///     MyPicker<TriggerValueV2> channel("Ch", triggerChannelMenu(), {[&] { ... }, [&](TriggerValueV2 value) { ... }});
+///     MyPicker<TriggerValueV2> channel("Ch", triggerChannelMenu(),
+///                                      {[&] { ... }, [&](TriggerValueV2 value) { ... }});
 ///
 /// A value that is not among the listed ones is shown as `describeOther` says, or as nothing, and stays as it
 /// is until another one is picked. Picking the value that is there already writes nothing. [main] only.

@@ -5,8 +5,8 @@
 
 namespace quillo {
 
-/// Hands down how much room there is, by its own width. The content stays the caller's and fills this view; it is
-/// laid out after the category is set. [main] only.
+/// Hands down how much room there is, by its own width. The content stays the caller's and fills this view;
+/// it is laid out after the category is set. [main] only.
 class MySizeCategoryView final : public juce::Component, public EnvironmentScope {
 public:
     explicit MySizeCategoryView(juce::Component& content);

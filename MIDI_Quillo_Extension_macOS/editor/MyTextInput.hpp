@@ -20,7 +20,8 @@ namespace quillo {
 
 /// A value that is typed, or chosen among a few options.
 ///
-///     MyTextInput<VelocityFormatter> velocity("Value", {[&] { ... }, [&](GenericByteV2 value) { ... }}, "0 - 127",
+///     MyTextInput<VelocityFormatter> velocity("Value", {[&] { ... }, [&](GenericByteV2 value) { ... }},
+///                                             "0 - 127",
 ///                                             {{GenericByteV2::RespectiveTriggerByte{}, "From Trigger"}});
 ///
 /// Text reaches the value through the formatter only, so that the value is valid at all times; a value that

@@ -9,10 +9,13 @@
 namespace quillo {
 
 /// A view above whose content menus and alerts open, inside its own window: applications that embed an editor
-/// handle windows of its own badly. One overlay is open at a time, covers the whole view and follows its size.
-/// While it is open it has the keyboard; afterwards the focus is where it was before. [main] only.
+/// handle windows of its own badly. One overlay is open at a time, covers the whole view and follows its
+/// size. While it is open it has the keyboard; afterwards the focus is where it was before. [main] only.
 ///
-///     class MainView : public juce::Component, public OverlayHost { MainView() : OverlayHost(*this) {} ... };
+///     class MainView : public juce::Component, public OverlayHost {
+///         MainView() : OverlayHost(*this) {}
+///         ...
+///     };
 class OverlayHost : private juce::ComponentListener {
 public:
     explicit OverlayHost(juce::Component& view);

@@ -14,8 +14,8 @@ struct MyRGB {
     bool operator==(const MyRGB&) const = default;
 };
 
-/// The editor's colours: a dark theme in which each kind of value has a main colour and a darker secondary one.
-/// 2d and 3d stand for the second and the third byte of a MIDI message.
+/// The editor's colours: a dark theme in which each kind of value has a main colour and a darker secondary
+/// one. 2d and 3d stand for the second and the third byte of a MIDI message.
 struct Palette {
     MyRGB background{30, 30, 30};
     MyRGB primaryText{221, 221, 221};

@@ -9,8 +9,8 @@
 #include "rules/RuleOutputV2.hpp"
 #include "rules/RuleTriggerV2.hpp"
 
-/// The formatters behind every field that is typed into. Numbers are decimal and the whole text: an empty one,
-/// one with any other character, and one too large for its type is unreadable.
+/// The formatters behind every field that is typed into. Numbers are decimal and the whole text: an empty
+/// one, one with any other character, and one too large for its type is unreadable.
 namespace quillo {
 
 /// A velocity, 0 to 127, or "From Trigger". Unreadable text is 64 and larger numbers are 127. Parsing never

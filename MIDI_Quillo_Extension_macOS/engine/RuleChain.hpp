@@ -7,8 +7,8 @@
 
 namespace quillo {
 
-/// One event's way through the rules: hands out the rules that fire, in order, until the list ends or a rule's
-/// policy consumes the event.
+/// One event's way through the rules: hands out the rules that fire, in order, until the list ends or a
+/// rule's policy consumes the event.
 ///
 /// The policy counts for every rule, of whichever kind: a host-transport rule that consumes what it does not
 /// match consumes every incoming message, and the other way round.
@@ -34,8 +34,8 @@ public:
         return &rules_.rulesInternal[rules_.table.ordinals()[next_++]];
     }
 
-    /// Once `next` has returned null: the rule that consumed the event, `noRule` when none did. Rules behind it
-    /// were not tried.
+    /// Once `next` has returned null: the rule that consumed the event, `noRule` when none did. Rules behind
+    /// it were not tried.
     [[nodiscard]] RuleOrdinal consumer() const QUILLO_REALTIME { return run_->consumer; }
     [[nodiscard]] bool consumed() const QUILLO_REALTIME { return consumer() != noRule; }
 

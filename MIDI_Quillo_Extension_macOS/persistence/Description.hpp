@@ -14,8 +14,9 @@
 
 namespace quillo {
 
-/// Whether an enumeration has an enumerator of this value. The compiler knows, and shows it in the name that it
-/// gives a function made for the value: `Value = PassThroughV2::EatMatching`, but `Value = (PassThroughV2)3`.
+/// Whether an enumeration has an enumerator of this value. The compiler knows, and shows it in the name that
+/// it gives a function made for the value: `Value = PassThroughV2::EatMatching`, but `Value =
+/// (PassThroughV2)3`.
 template <auto Value>
 consteval bool isEnumerator() {
     constexpr std::string_view name = __PRETTY_FUNCTION__;

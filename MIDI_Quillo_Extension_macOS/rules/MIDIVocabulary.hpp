@@ -10,8 +10,8 @@
 #include "rules/RuleEntry.hpp"
 #include "rules/RuleTriggerV2.hpp"
 
-/// The names under which the editor shows MIDI numbers. Display text only: nothing here takes part in matching
-/// or sending. Each list is made on first use and then shared; the order is the order on screen.
+/// The names under which the editor shows MIDI numbers. Display text only: nothing here takes part in
+/// matching or sending. Each list is made on first use and then shared; the order is the order on screen.
 namespace quillo {
 
 /// One row of a menu.

@@ -8,8 +8,8 @@
 
 namespace quillo {
 
-/// One rule of the user's ordered list. Any byte values are taken as they are: keeping channels within 0 to 15
-/// and data bytes within 0 to 127 is the editor's duty.
+/// One rule of the user's ordered list. Any byte values are taken as they are: keeping channels within 0 to
+/// 15 and data bytes within 0 to 127 is the editor's duty.
 struct Rule {
     RuleOutputV2 output;
     RuleTriggerV2 trigger;

@@ -22,8 +22,8 @@ struct TriggerChoices {
 [[nodiscard]] bool hasChannel(OutputEntryType output);
 
 /// What becomes of an entry when its trigger changes to `newType`: fields of its output that are copied from
-/// the trigger, and that the new one cannot feed, fall back to their defaults. Fixed values are never touched,
-/// nor is the trigger itself: storing the new type is the caller's.
+/// the trigger, and that the new one cannot feed, fall back to their defaults. Fixed values are never
+/// touched, nor is the trigger itself: storing the new type is the caller's.
 [[nodiscard]] RuleEntry withUsableChoices(TriggerEntryType newType, RuleEntry entry);
 
 /// Whether an output of the entry has fixed bytes, so that it can be sent by hand.

@@ -58,6 +58,7 @@ joined | lowdown -Thtml --out-no-smarty >"$body"
     printf '# Name\n\nmidi-quillo-guide - how to work with MIDI Quillo\n\n'
     joined
 } | sed 's|^!\[.*||' |
-    lowdown -s -Tman --out-no-smarty --nroff-nolinks -M title=midi-quillo-guide -M section=7 -M source="MIDI Quillo $version" |
+    lowdown -s -Tman --out-no-smarty --nroff-nolinks -M title=midi-quillo-guide -M section=7 \
+        -M source="MIDI Quillo $version" |
     fit_screen >"$folder/midi-quillo-guide.7"
 cp "$chapters"/*.svg "$folder/"

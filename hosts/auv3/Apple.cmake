@@ -1,8 +1,9 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The app extension with the audio unit, and the app that carries it into the system. Who signs them, and how, is
-# for the builder to say in Xcode's settings.
+# The app extension with the audio unit, and the app that carries it into the system. Who signs them, and how,
+# is for the builder to say in Xcode's settings.
 if(NOT XCODE)
-    message(STATUS "The audio unit is left out: app extensions are built by the Xcode generator, cmake --preset macos")
+    message(STATUS
+        "The audio unit is left out: app extensions are built by the Xcode generator, cmake --preset macos")
     return()
 endif()
 

@@ -3,7 +3,8 @@
 # changes the maker's code and the bundle identifier.
 set(QUILLO_AU_TYPE "aumi" CACHE STRING "The audio unit's type, four characters: aumi is a MIDI processor")
 set(QUILLO_AU_SUBTYPE "Qull" CACHE STRING "The audio unit's subtype, four characters")
-set(QUILLO_AU_MANUFACTURER "Qulo" CACHE STRING "The audio unit's maker, four characters, not all in lower case")
+set(QUILLO_AU_MANUFACTURER "Qulo" CACHE STRING
+    "The audio unit's maker, four characters, not all in lower case")
 set(QUILLO_AU_MAKER "MIDI Quillo" CACHE STRING "The maker's name as hosts show it")
 set(QUILLO_BUNDLE_IDENTIFIER "example.midi-quillo.app" CACHE STRING
     "The bundle identifier of the app; the extension's is the same with .extension after it")

@@ -9,8 +9,8 @@
 
 namespace quillo {
 
-/// Why an operation did not succeed: the error that the host is handed, and, where there is more to say than its
-/// code, words for the user.
+/// Why an operation did not succeed: the error that the host is handed, and, where there is more to say than
+/// its code, words for the user.
 struct Failure {
     NSError error;
     std::string text;
@@ -18,8 +18,8 @@ struct Failure {
     bool operator==(const Failure&) const = default;
 };
 
-/// [any but render, inside a handler] The exception that is being handled. A fatal error and whatever else is no
-/// error of the platform's own fails with `kAudioUnitErr_FailedInitialization`.
+/// [any but render, inside a handler] The exception that is being handled. A fatal error and whatever else is
+/// no error of the platform's own fails with `kAudioUnitErr_FailedInitialization`.
 [[nodiscard]] Failure handledFailure();
 
 /// [any but render] Runs `operation`, out of which no exception comes. Nothing on success.

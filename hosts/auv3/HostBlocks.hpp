@@ -11,14 +11,15 @@
 
 namespace quillo {
 
-/// What the host offers to the render thread, in the unit's form. The host's own blocks live as long as these.
+/// What the host offers to the render thread, in the unit's form. The host's own blocks live as long as
+/// these.
 struct HostBlocks {
     AUHostTransportStateBlock transportState;
     AUMIDIOutputEventBlock midiOutputEvent;
 };
 
-/// The unit's form of the platform's transport block, which may be absent. `HostFlags` is the platform's set of
-/// flags.
+/// The unit's form of the platform's transport block, which may be absent. `HostFlags` is the platform's set
+/// of flags.
 template <class HostFlags, class HostBlock>
 [[nodiscard]] AUHostTransportStateBlock transportStateBlock(HostBlock block) {
     if (!block) {

@@ -10,9 +10,9 @@
 #include "hosts/auv3/UniversalPackets.hpp"
 #include "platform/RealTime.hpp"
 
-/// The platform's list of render events, read without knowing the platform: `HostEvent` is its union of all kinds
-/// of events, whose members have the platform's names. Whatever is no short MIDI message is passed over, as the
-/// unit would do. [render]
+/// The platform's list of render events, read without knowing the platform: `HostEvent` is its union of all
+/// kinds of events, whose members have the platform's names. Whatever is no short MIDI message is passed
+/// over, as the unit would do. [render]
 namespace quillo {
 
 /// The kind of event that holds MIDI in Universal MIDI Packets, with the platform's value.

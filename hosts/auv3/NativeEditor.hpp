@@ -16,8 +16,8 @@ public:
     virtual void setSize(int width, int height) = 0;
 };
 
-/// [main] Puts the editor over the controller's model into `parentView`, a view of the platform. The controller and
-/// the view must outlive it. While it lives, the process's main queue is drained.
+/// [main] Puts the editor over the controller's model into `parentView`, a view of the platform. The
+/// controller and the view must outlive it. While it lives, the process's main queue is drained.
 [[nodiscard]] std::unique_ptr<NativeEditor> makeNativeEditor(AudioUnitViewController& controller,
                                                              void* parentView);
 

@@ -12,12 +12,12 @@
 
 namespace quillo {
 
-/// What the platform's render block holds and calls: the unit's own render operation, and room for the events of a
-/// cycle in the unit's form. It may outlive the unit, and then does nothing.
+/// What the platform's render block holds and calls: the unit's own render operation, and room for the events
+/// of a cycle in the unit's form. It may outlive the unit, and then does nothing.
 class RenderCycle {
 public:
-    /// How many MIDI messages are handed over at once. In a cycle with more the unit is called several times at
-    /// the same sample time, which changes nothing.
+    /// How many MIDI messages are handed over at once. In a cycle with more the unit is called several times
+    /// at the same sample time, which changes nothing.
     static constexpr std::size_t capacity = 4096;
 
     explicit RenderCycle(AUInternalRenderBlock renderUnit) : renderUnit_(std::move(renderUnit)) {}

@@ -17,14 +17,14 @@ struct ShortMessage {
     std::array<std::uint8_t, 3> data{};
     std::size_t length = 0;
 
-    [[nodiscard]] std::span<const std::uint8_t> bytes() const QUILLO_REALTIME { return {data.data(), length}; }
+    [[nodiscard]] auto bytes() const QUILLO_REALTIME { return std::span(data).first(length); }
 };
 
 /// How many 32-bit words the packet that begins with this one has: 1 to 4.
 [[nodiscard]] std::size_t packetLength(std::uint32_t firstWord) QUILLO_REALTIME;
 
-/// The message in a packet of this first word: a MIDI 1.0 channel message, or a system message that is not system
-/// exclusive. Nothing for any other packet.
+/// The message in a packet of this first word: a MIDI 1.0 channel message, or a system message that is not
+/// system exclusive. Nothing for any other packet.
 [[nodiscard]] std::optional<ShortMessage> shortMessage(std::uint32_t firstWord) QUILLO_REALTIME;
 
 /// Hands each message among the packets of `words` to `receive`, in order. A last packet that is cut short is

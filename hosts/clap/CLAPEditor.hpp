@@ -12,8 +12,8 @@
 
 namespace quillo {
 
-/// Has the host call the plug-in on its main thread some 30 times a second, as long as it lives: by a timer of the
-/// host's, where it has them, and otherwise by a thread that asks for a callback. [main]
+/// Has the host call the plug-in on its main thread some 30 times a second, as long as it lives: by a timer
+/// of the host's, where it has them, and otherwise by a thread that asks for a callback. [main]
 class CLAPIdleTimer {
 public:
     /// The host must outlive it.

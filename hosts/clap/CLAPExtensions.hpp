@@ -7,14 +7,15 @@
 
 namespace quillo {
 
-/// The editor in a window that the host gives, of the X Window System. Windows of the plug-in's own are not made.
+/// The editor in a window that the host gives, of the X Window System. Windows of the plug-in's own are not
+/// made.
 [[nodiscard]] const clap_plugin_gui_t& clapGUI();
 
 /// By which a host's timer keeps the editor going.
 [[nodiscard]] const clap_plugin_timer_support_t& clapTimerSupport();
 
-/// The state is the state document, byte for byte what a preset file holds. What cannot be read leaves the rules
-/// as they are, and the editor shows why.
+/// The state is the state document, byte for byte what a preset file holds. What cannot be read leaves the
+/// rules as they are, and the editor shows why.
 [[nodiscard]] const clap_plugin_state_t& clapState();
 
 /// More than this is no state document, but a stream that never ends. In bytes.

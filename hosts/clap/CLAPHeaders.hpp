@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-/// The C interface of CLAP, wherever the system keeps it: whole, or without the header that gathers the others.
+/// The C interface of CLAP, wherever the system keeps it: whole, or without the header that gathers the
+/// others.
 #if __has_include(<clap/clap.h>)
 #include <clap/clap.h>
 #else

@@ -14,14 +14,14 @@ namespace quillo {
 
 /// Note events, from hosts that send these in place of MIDI, as the MIDI messages that they stand for:
 ///
-/// - A note that begins has a velocity of at least 1: in MIDI 0 would end it. Without a channel it begins on the
-///   first one; without a key it is ignored.
-/// - A note that ends, or is choked, becomes a note off; choked with a velocity of 0. For a channel, key or note
-///   that is left open, one for each note that fits and is held.
+/// - A note that begins has a velocity of at least 1: in MIDI 0 would end it. Without a channel it begins on
+///   the first one; without a key it is ignored.
+/// - A note that ends, or is choked, becomes a note off; choked with a velocity of 0. For a channel, key or
+///   note that is left open, one for each note that fits and is held.
 /// - The pressure of a note becomes polyphonic pressure, that of a channel channel pressure, and that of all
 ///   channels channel pressure on each that holds a note.
-/// - Other expressions have no counterpart for one note and are left out, as is the end of a voice, which is for
-///   plug-ins to tell.
+/// - Other expressions have no counterpart for one note and are left out, as is the end of a voice, which is
+///   for plug-ins to report.
 ///
 /// It remembers which notes are held. [render]
 class CLAPNotes {
@@ -56,7 +56,8 @@ private:
     void end(const Address& address, double velocity, Send send) QUILLO_REALTIME;
     void pressChannels(std::int16_t channel, std::uint8_t pressure, Send send) const QUILLO_REALTIME;
 
-    /// By channel and key: the number that the host gave to the held note, -1 when it gave none, or `notHeld`.
+    /// By channel and key: the number that the host gave to the held note, -1 when it gave none, or
+    /// `notHeld`.
     std::array<Row, channels> held_ = noneHeld();
     static constexpr std::array<Row, channels> noneHeld() {
         std::array<Row, channels> rows{};

@@ -17,12 +17,12 @@ namespace quillo {
 
 /// The table that a host has of one instance, and the instance behind it, once the host has called `init`.
 ///
-/// No exception leaves a function of the table, whatever a host calls and when: before `init`, and with a null
-/// plug-in, each does nothing and answers as when it fails.
+/// No exception leaves a function of the table, whatever a host calls and when: before `init`, and with a
+/// null plug-in, each does nothing and answers as when it fails.
 class CLAPPlugin {
 public:
-    /// [any] Null when the host is, speaks a version of the interface that is not ours, or there is no memory. The
-    /// table's `destroy` ends its life.
+    /// [any] Null when the host is, speaks a version of the interface that is not ours, or there is no
+    /// memory. The table's `destroy` ends its life.
     [[nodiscard]] static const clap_plugin_t* create(const clap_host_t* host) noexcept;
 
     /// Null before `init`.

@@ -22,8 +22,8 @@ std::optional<std::size_t> countOf(std::int64_t answer, std::size_t offered) {
     return static_cast<std::size_t>(answer);
 }
 
-/// All bytes up to the stream's end, in whatever pieces it hands them over. Nothing when it fails, is longer than
-/// `longestStream`, or is null.
+/// All bytes up to the stream's end, in whatever pieces it hands them over. Nothing when it fails, is longer
+/// than `longestStream`, or is null.
 std::optional<std::vector<std::uint8_t>> readAll(const clap_istream_t* stream) {
     if (stream == nullptr || stream->read == nullptr) {
         return std::nullopt;
@@ -44,7 +44,8 @@ std::optional<std::vector<std::uint8_t>> readAll(const clap_istream_t* stream) {
     return std::nullopt;
 }
 
-/// Writes all bytes, in whatever pieces the stream takes them. False when it fails, takes no more, or is null.
+/// Writes all bytes, in whatever pieces the stream takes them. False when it fails, takes no more, or is
+/// null.
 bool writeAll(const clap_ostream_t* stream, std::span<const std::uint8_t> bytes) {
     if (stream == nullptr || stream->write == nullptr) {
         return false;

@@ -9,8 +9,8 @@
 
 namespace quillo {
 
-/// Runs the program as the options say, and returns its exit status. Throws `UsageError`, `CommandFailure` and
-/// whatever else goes wrong.
+/// Runs the program as the options say, and returns its exit status. Throws `UsageError`, `CommandFailure`
+/// and whatever else goes wrong.
 using RunJack = int (*)(const JackOptions& options, const Console& console);
 
 /// Runs without a window, until a signal ends it. Must be called before any other thread is started.

@@ -12,8 +12,8 @@
 namespace quillo {
 
 /// Both event logs in the order in which things happened, from the render thread to whoever prints them. One
-/// thread records, one takes; neither waits for the other. What finds the tape full is counted and left out, so
-/// that what was recorded before it stays as it is.
+/// thread records, one takes; neither waits for the other. What finds the tape full is counted and left out,
+/// so that what was recorded before it stays as it is.
 class LogTape {
 public:
     enum class Direction : std::uint8_t { in, out };

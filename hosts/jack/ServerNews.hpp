@@ -10,8 +10,8 @@
 
 namespace quillo {
 
-/// What the server's threads have to tell the main thread. They may call nothing of the server's library, and one
-/// of them must not even take a lock, so each leaves its news here and wakes the main thread.
+/// What the server's threads have to tell the main thread. They may call nothing of the server's library, and
+/// one of them must not even take a lock, so each leaves its news here and wakes the main thread.
 class ServerNews {
 public:
     /// What has come in since the last look.

@@ -8,8 +8,8 @@
 
 namespace quillo {
 
-/// Says that a session belongs to this program, for as long as it lives; the system takes it back from one that
-/// was killed. [main]
+/// Says that a session belongs to this program, for as long as it lives; the system takes it back from one
+/// that was killed. [main]
 class SessionLock {
 public:
     /// Nothing when another program has it. On file systems that know no locks everybody gets one. Throws

@@ -10,9 +10,9 @@
 
 namespace quillo {
 
-/// Signals as things to read: nothing runs in a handler. From its making on they are blocked in this thread and
-/// in those that it starts, so that it must come before any other thread; not so in processes that it starts.
-/// [main]
+/// Signals as things to read: nothing runs in a handler. From its making on they are blocked in this thread
+/// and in those that it starts, so that it must come before any other thread; not so in processes that it
+/// starts. [main]
 class SignalDescriptor {
 public:
     /// Throws `std::system_error` when the system has no descriptor left.
@@ -27,8 +27,8 @@ public:
     /// A signal that has come, or nothing.
     [[nodiscard]] std::optional<int> take() const;
 
-    /// The signals do again what they did before, as they do when this is gone: whatever a library has told them
-    /// meanwhile.
+    /// The signals do again what they did before, as they do when this is gone: whatever a library has told
+    /// them meanwhile.
     void release();
 
 private:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A signal to try the stand-alone program with: plays a MIDI file to it and lets the server's transport roll from the
-// file's beginning to its end. Waits for the server and the program, and ends behind the last delayed output.
+// A signal to try the stand-alone program with: plays a MIDI file to it and lets the server's transport roll
+// from the file's beginning to its end. Waits for the server and the program, and ends behind the last
+// delayed output.
 #include <jack/jack.h>
 #include <jack/midiport.h>
 #include <jack/transport.h>

@@ -10,8 +10,8 @@ namespace quillo {
 /// What a host has of the plug-in and of its stereo variant, by number; null behind the last. No exception
 /// leaves a function of the tables, and a null handle does nothing.
 ///
-/// `instantiate` answers null when the host offers no `urid:map` or has no number for a name, its sample rate is
-/// invalid, or there is no memory.
+/// `instantiate` answers null when the host offers no `urid:map` or has no number for a name, its sample rate
+/// is invalid, or there is no memory.
 ///
 /// The state is one property, the state document: byte for byte what a preset file holds. It is an
 /// `atom:Chunk`, which projects keep as base64: of the strings that a document may hold, some do not survive

@@ -26,8 +26,8 @@ public:
     Steinberg::uint32 PLUGIN_API addRef() override;
     Steinberg::uint32 PLUGIN_API release() override;
 
-    /// `kResultFalse` when no rules were restored: the rules stay as they were, and the editor shows why, unless
-    /// the host has kept nothing at all.
+    /// `kResultFalse` when no rules were restored: the rules stay as they were, and the editor shows why,
+    /// unless the host has kept nothing at all.
     Steinberg::tresult PLUGIN_API setState(Steinberg::IBStream* state) override;
     /// `kResultFalse` when the rules could not be written.
     Steinberg::tresult PLUGIN_API getState(Steinberg::IBStream* state) override;

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# manuals-fit-a-screen.sh MAKE-GUIDE MANUAL...: sets each manual, and that of the guide, on a screen of 80 columns. A
-# warning fails it: a reader would see it above the page.
+# manuals-fit-a-screen.sh MAKE-GUIDE MANUAL...: sets each manual, and that of the guide, on a screen of 80
+# columns. A warning fails it: a reader would see it above the page.
 set -euo pipefail
 
 folder=$(mktemp -d)

@@ -1,15 +1,15 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# run-commands.sh PROGRAMS PAGE.md...: runs every `sh` block of these pages as a reader would, one after the other: what
-# one block has made is there for the next. PROGRAMS is the folder with the built programs. Blocks of another language
-# are for reading only.
+# run-commands.sh PROGRAMS PAGE.md...: runs every `sh` block of these pages as a reader would, one after the
+# other: what one block has made is there for the next. PROGRAMS is the folder with the built programs. Blocks
+# of another language are for reading only.
 #
-# A README.md is read in a fresh clone, where nothing is built or installed: its commands find the presets and ./dev,
-# and what ./dev has installed. The other pages are read where the programs are installed, in a folder that has the files
-# that they speak of.
+# A README.md is read in a fresh clone, where nothing is built or installed: its commands find the presets and
+# ./dev, and what ./dev has installed. The other pages are read where the programs are installed, in a folder
+# that has the files that they speak of.
 #
-# Two commands are stood in for, because they build, open a window or need a sound server: ./dev must know the verb
-# and find the files, and midi-quillo-jack must know every option, by what they say of themselves.
+# Two commands are stood in for, because they build, open a window or need a sound server: ./dev must know the
+# verb and find the files, and midi-quillo-jack must know every option, by what they say of themselves.
 set -euo pipefail
 
 programs=$(realpath "$1")
@@ -60,7 +60,8 @@ END
 
 # block PAGE N: the page's Nth `sh` block; nothing when it has fewer.
 block() {
-    awk -v wanted="$2" '/^```/ { if (inside) { inside = 0 } else if ($0 == "```sh") { inside = 1; ++n; next } }
+    awk -v wanted="$2" '
+        /^```/ { if (inside) { inside = 0 } else if ($0 == "```sh") { inside = 1; ++n; next } }
         inside && n == wanted' "$1"
 }
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# same-options.sh PAGE PROGRAM [VERB...]: a man page and what the program says of itself must name the same options.
-# With verbs, the program's help is `PROGRAM help VERB` for each; otherwise `PROGRAM --help`.
+# same-options.sh PAGE PROGRAM [VERB...]: a man page and what the program says of itself must name the same
+# options. With verbs, the program's help is `PROGRAM help VERB` for each; otherwise `PROGRAM --help`.
 set -euo pipefail
 
 page=$1

@@ -26,7 +26,8 @@ std::string textOf(const std::vector<std::uint8_t>& bytes) {
 
 constexpr std::string_view twoNamelessRules =
     R"([{"output":{"message":{"SystemExclusive":{"_0":[1]}},"delay":{"ms":0}},"trigger":{"OnLoad":{}}},)"
-    R"({"output":{"message":{"Prime":{"_0":{"SystemExclusive":{"_0":[2]}}}},"delay":{"ms":0}},"trigger":{"OnLoad":{}}}])";
+    R"({"output":{"message":{"Prime":{"_0":{"SystemExclusive":{"_0":[2]}}}},"delay":{"ms":0}},)"
+    R"("trigger":{"OnLoad":{}}}])";
 
 const std::string chooseAnother = "The rules are as they were. Choose another file.";
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# install-for-user.sh BUILD: what `./dev install` copies from this build tree is found by a user who has nothing else, and
-# `./dev uninstall` leaves nothing behind.
+# install-for-user.sh BUILD: what `./dev install` copies from this build tree is found by a user who has
+# nothing else, and `./dev uninstall` leaves nothing behind.
 set -euo pipefail
 
 source=$(realpath "$(dirname "$0")/../..")

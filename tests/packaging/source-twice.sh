@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# source-twice.sh: two clones of a commit, their files made at different times and under different masks, make the same
-# archive of the sources; the recipes beside it name its version and checksum.
+# source-twice.sh: two clones of a commit, their files made at different times and under different masks, make
+# the same archive of the sources; the recipes beside it name its version and checksum.
 set -euo pipefail
 
 source=$(realpath "$(dirname "$0")/../..")

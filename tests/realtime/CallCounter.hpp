@@ -19,16 +19,16 @@ struct CallCounts {
 
 inline constexpr CallCounts noCalls{};
 
-/// Linked into a program it stands between the program, with all its libraries, and the system's allocator and
-/// locks.
+/// Linked into a program it stands between the program, with all its libraries, and the system's allocator
+/// and locks.
 ///
 ///     CallCounter::Scope scope;
 ///     render(cycle);
 ///     EXPECT_EQ(scope.counts(), noCalls);
 ///
-/// In builds with sanitizers, which have an allocator and locks of their own, locks are not counted, nor, with
-/// ThreadSanitizer, aligned allocations; with RealtimeSanitizer, which stops at the first forbidden call, nothing
-/// is.
+/// In builds with sanitizers, which have an allocator and locks of their own, locks are not counted, nor,
+/// with ThreadSanitizer, aligned allocations; with RealtimeSanitizer, which stops at the first forbidden
+/// call, nothing is.
 class CallCounter {
 public:
     /// Counts the calls of the thread that makes it, as long as it lives. In a scope within a scope only the

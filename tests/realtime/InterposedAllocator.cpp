@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The allocator's functions, defined in the program and therefore taken by all its libraries, each in front of
-// the C library's own.
+// The allocator's functions, defined in the program and therefore taken by all its libraries, each in front
+// of the C library's own.
 #include <cerrno>
 #include <cstddef>
 

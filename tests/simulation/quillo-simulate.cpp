@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Simulated hosts: `quillo-simulate SECONDS [--jobs N] [--seed N]` for so long, from any seed or from this on,
-// or `quillo-simulate --seed N [--scenarios N]` for so many.
+// Simulated hosts: `quillo-simulate SECONDS [--jobs N] [--seed N]` for so long, from any seed or from this
+// on, or `quillo-simulate --seed N [--scenarios N]` for so many.
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <time.h>

@@ -7,8 +7,8 @@
 
 namespace quillo::test {
 
-/// The place of a window on a machine without a screen: events reach it exactly as from a desktop, and it always
-/// has the keyboard when it asks for it.
+/// The place of a window on a machine without a screen: events reach it exactly as from a desktop, and it
+/// always has the keyboard when it asks for it.
 class OffscreenPeer final : public juce::ComponentPeer {
 public:
     using ComponentPeer::ComponentPeer;

@@ -11,8 +11,8 @@
 #include "engine/TriggerPattern.hpp"
 #include "rules/Rule.hpp"
 
-/// The meaning of rules written down as plainly as possible: every rule is looked at, one after the other. The
-/// engine must agree with it.
+/// The meaning of rules written down as plainly as possible: every rule is looked at, one after the other.
+/// The engine must agree with it.
 namespace quillo::test {
 
 /// An event of the chain: a message, or a change of the host's transport.

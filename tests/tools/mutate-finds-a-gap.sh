@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# mutate-finds-a-gap.sh MUTATE: whether the program that breaks sources names what the tests of a small project
-# let pass, gives the reason of what nobody can see, and leaves the project alone.
+# mutate-finds-a-gap.sh MUTATE: whether the program that breaks sources names what the tests of a small
+# project let pass, gives the reason of what nobody can see, and leaves the project alone.
 set -euo pipefail
 
 mutate=$1

@@ -79,7 +79,7 @@ public:
     /// "manufacturer", "version") and holds every other key of the last state that was set.
     [[nodiscard]] virtual std::optional<StateDictionary> fullState() const;
 
-    /// [any] Replaces the state; an absent one changes nothing. The base tells those who observe all
+    /// [any] Replaces the state; an absent one changes nothing. The base notifies those who observe all
     /// parameter values.
     virtual void setFullState(const std::optional<StateDictionary>& state);
 

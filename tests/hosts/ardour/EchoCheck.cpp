@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// EchoCheck FRAMES PLAIN.wav ECHO.wav: whether the second sound file is the first one until so many frames after
-// that begins to sound, and another one from exactly there on.
+// EchoCheck FRAMES PLAIN.wav ECHO.wav: whether the second sound file is the first one until so many frames
+// after that begins to sound, and another one from exactly there on.
 #include <algorithm>
 #include <cstdint>
 #include <cstring>

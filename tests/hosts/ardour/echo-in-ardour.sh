@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# echo-in-ardour.sh FORMAT BUNDLE PLUGIN PRESET CHECK...: plays a note in Ardour, without its window, once without
-# and once through the plug-in with the preset's rules, and runs CHECK with the names of the two sound files behind
-# it. FORMAT is vst3 or lv2; BUNDLE is the plug-in's folder and PLUGIN what Ardour knows it by.
+# echo-in-ardour.sh FORMAT BUNDLE PLUGIN PRESET CHECK...: plays a note in Ardour, without its window, once
+# without and once through the plug-in with the preset's rules, and runs CHECK with the names of the two sound
+# files behind it. FORMAT is vst3 or lv2; BUNDLE is the plug-in's folder and PLUGIN what Ardour knows it by.
 set -euo pipefail
 
 format=$1 bundle=$2 plugin=$3 preset=$4
@@ -30,7 +30,8 @@ number() {
     done
 }
 
-# What Ardour saves of a VST3 plug-in is a preset file of the format: a header, the chunk, and where the chunk is.
+# What Ardour saves of a VST3 plug-in is a preset file of the format: a header, the chunk, and where the chunk
+# is.
 vst3_state() {
     local header=48 size
     size=$(stat --format %s "$preset")
@@ -42,7 +43,8 @@ vst3_state() {
 # Ardour takes a VST3 plug-in only after its scanner has seen it.
 vst3_make_known() {
     ln -s "$bundle" "$work/.vst3"
-    "$here/scan-for-ardour.sh" "$work/.vst3/$(basename "$bundle")" >"$work/scan" 2>&1 || fail "$(<"$work/scan")"
+    "$here/scan-for-ardour.sh" "$work/.vst3/$(basename "$bundle")" >"$work/scan" 2>&1 ||
+        fail "$(<"$work/scan")"
 }
 
 # vst3_install_rules FOLDER: puts the preset's rules into the place of those that the plug-in was saved with.
@@ -75,27 +77,30 @@ note() {
     printf 'MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\x0e\x81\x40\x90\x3c\x64\x81\x40\x80\x3c\x40\0\xff\x2f\0'
 }
 
-# Now and then Ardour 7.3, with whatever session, waits for itself for ever or aborts at the end of an export, and
-# an export that went wrong in this way may be left behind with wrong samples. So everything that it does is tried
-# again, within limits, and a sound counts when it has come out twice.
+# Now and then Ardour 7.3, with whatever session, waits for itself for ever or aborts at the end of an export,
+# and an export that went wrong in this way may be left behind with wrong samples. So everything that it does
+# is tried again, within limits, and a sound counts when it has come out twice.
 tries=6
 patience=60
 
 # make_session FOLDER PLUGIN: a session of four seconds, 120 beats a minute, with the note in its track.
 make_session() {
-    local try session=$1/session.ardour region
+    local try session=$1/session.ardour region range
     for ((try = 1; try <= tries; try++)); do
         rm -rf "$1"
-        SESSION=$1 PLUGIN=$2 FORMAT=$format timeout "$patience" ardour7-lua "$here/session.lua" >"$1.log" 2>&1 || true
+        SESSION=$1 PLUGIN=$2 FORMAT=$format \
+            timeout "$patience" ardour7-lua "$here/session.lua" >"$1.log" 2>&1 || true
         [[ ! -e $1/made ]] || break
     done
     [[ -e $1/made ]] || fail "$(<"$1.log")"
     note >"$1/interchange/$(basename "$1")/midifiles/note.mid"
-    region='<Region id="9003" name="note" type="midi" start="b0" length="b7680@b0" source-0="9002" master-source-0="9002"/>'
+    region='<Region id="9003" name="note" type="midi" start="b0" length="b7680@b0"'
+    region+=' source-0="9002" master-source-0="9002"/>'
+    range='<Location id="9001" name="session" start="a0" end="a1128960000" flags="IsSessionRange"/>'
     sed -i "$session" \
         -e 's|<Sources/>|<Sources><Source id="9002" name="note.mid" type="midi" flags=""/></Sources>|' \
         -e "s|\(<Playlist [^>]* name=\"Track\" [^>]*\)/>|\1>$region</Playlist>|" \
-        -e 's|<Locations/>|<Locations><Location id="9001" name="session" start="a0" end="a1128960000" flags="IsSessionRange"/></Locations>|'
+        -e "s|<Locations/>|<Locations>$range</Locations>|"
 }
 
 # Whether two sound files have the same sound; their headers tell the time.
@@ -107,7 +112,8 @@ sound_alike() {
 render() {
     local try earlier
     for ((try = 1; try <= tries; try++)); do
-        timeout "$patience" ardour7-export -b float -o "$1-$try.wav" "$1" session >"$1.log" 2>&1 </dev/null || continue
+        timeout "$patience" ardour7-export -b float -o "$1-$try.wav" "$1" session \
+            >"$1.log" 2>&1 </dev/null || continue
         for ((earlier = 1; earlier < try; earlier++)); do
             if sound_alike "$1-$earlier.wav" "$1-$try.wav"; then
                 mv "$1-$try.wav" "$1.wav"

@@ -12,7 +12,8 @@ set(quillo_shell_sources
     ShellTest.mm)
 set_source_files_properties(${quillo_shell_sources} PROPERTIES
     LANGUAGE CXX
-    COMPILE_OPTIONS "-xobjective-c++;-fobjc-runtime=objfw;-fconstant-string-class=NSConstantString;-fobjc-arc")
+    COMPILE_OPTIONS
+        "-xobjective-c++;-fobjc-runtime=objfw;-fconstant-string-class=NSConstantString;-fobjc-arc")
 
 find_library(QUILLO_BLOCKS_RUNTIME BlocksRuntime REQUIRED)
 quillo_add_tests(auv3-shell-tests REALTIME

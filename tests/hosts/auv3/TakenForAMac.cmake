@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# A toolchain that makes CMake take this machine for a Mac with Xcode: enough to read every line of the project's
-# files for macOS and to write build files, not to build. Frameworks are believed to be there, and no other
-# libraries; JUCE is the system's. X11 is not there.
+# A toolchain that makes CMake take this machine for a Mac with Xcode: enough to read every line of the
+# project's files for macOS and to write build files, not to build. Frameworks are believed to be there, and
+# no other libraries; JUCE is the system's. X11 is not there.
 set(CMAKE_SYSTEM_NAME Darwin)
 set(XCODE ON)
 foreach(language IN ITEMS C CXX OBJC OBJCXX)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The plug-in's editor in the window of a host that knows nothing of JUCE, on a display of its own, used by the events
-// of that display.
+// The plug-in's editor in the window of a host that knows nothing of JUCE, on a display of its own, used by
+// the events of that display.
 #include <gtest/gtest.h>
 
 #include <atomic>

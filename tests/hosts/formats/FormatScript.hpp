@@ -10,11 +10,12 @@
 #include "engine/SampleTime.hpp"
 #include "support/OutputRecorder.hpp"
 
-/// What a host does to a unit in any format, and what must come of it: the same scripts are played through every
-/// format, and what leaves is compared with what the unit itself makes of them.
+/// What a host does to a unit in any format, and what must come of it: the same scripts are played through
+/// every format, and what leaves is compared with what the unit itself makes of them.
 ///
-/// Times are in frames at 48000 a second, counted from the first frame rendered. No two outputs of a script are
-/// due at one time by different ways, so the order of what leaves does not depend on the lengths of the blocks.
+/// Times are in frames at 48000 a second, counted from the first frame rendered. No two outputs of a script
+/// are due at one time by different ways, so the order of what leaves does not depend on the lengths of the
+/// blocks.
 namespace quillo::test {
 
 struct ScriptMessage {
@@ -61,8 +62,8 @@ inline constexpr std::uint32_t scriptSampleRate = 48000;
 /// Lengths from 1 to `longest`, always the same ones for a seed.
 [[nodiscard]] std::vector<std::uint32_t> randomBlocks(SampleTime end, std::uint32_t longest, unsigned seed);
 
-/// Has the script played in blocks of every power of two up to 8192 frames, of 1000 frames, and of random lengths:
-/// what `play` answers must be what the unit sends, each time.
+/// Has the script played in blocks of every power of two up to 8192 frames, of 1000 frames, and of random
+/// lengths: what `play` answers must be what the unit sends, each time.
 void expectAsTheUnit(
     const FormatScript& script,
     const std::function<std::vector<ScriptMessage>(const std::vector<std::uint32_t>& blocks)>& play);

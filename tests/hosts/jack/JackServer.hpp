@@ -19,8 +19,8 @@
 
 namespace quillo::test {
 
-/// A server's name that no other test has while this lives. The names are few and used again and again: a machine
-/// remembers servers that were killed, eight at most, until one of the same name ends well.
+/// A server's name that no other test has while this lives. The names are few and used again and again: a
+/// machine remembers servers that were killed, eight at most, until one of the same name ends well.
 class ServerName {
 public:
     ServerName() {
@@ -38,8 +38,8 @@ private:
     std::optional<SessionLock> lock_;
 };
 
-/// A JACK server of the test's own, without hardware. It waits in every cycle for all its clients, so that none misses
-/// one however slow the machine is.
+/// A JACK server of the test's own, without hardware. It waits in every cycle for all its clients, so that
+/// none misses one however slow the machine is.
 class JackServer {
 public:
     struct Settings {
@@ -89,9 +89,9 @@ private:
     static constexpr int shortWhile = 10;             ///< between two looks, in milliseconds
     static constexpr const char* patience = "10000";  ///< with a client, in milliseconds
 
-    /// What clients tell of themselves is kept by the library in a store that outlives servers and clients, and so
-    /// does a lock in it whose owner was killed: then no client can be opened any more. Where no server runs nobody
-    /// needs the store.
+    /// What clients tell of themselves is kept by the library in a store that outlives servers and clients,
+    /// and so does a lock in it whose owner was killed: then no client can be opened any more. Where no
+    /// server runs nobody needs the store.
     static void forgetProperties() {
         if (!aServerRuns()) {
             std::error_code failure;

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# editor-in-jalv.sh LV2_PATH PICTURE.png: opens the editor in the window of jalv on this display, adds a rule and sends
-# its message by the display's own mouse, and waits for that message at the host's JACK port. Leaves a
-# picture. Every wait is for something to happen; one that takes too long says what it waited for, and leaves a picture.
+# editor-in-jalv.sh LV2_PATH PICTURE.png: opens the editor in the window of jalv on this display, adds a rule
+# and sends its message by the display's own mouse, and waits for that message at the host's JACK port. Leaves
+# a picture. Every wait is for something to happen; one that takes too long says what it waited for, and
+# leaves a picture.
 set -euo pipefail
 if [[ -z ${EDITOR_IN_JALV_LIMITED-} ]]; then
     EDITOR_IN_JALV_LIMITED=1 exec timeout --foreground 100 "$0" "$@"
@@ -13,7 +14,8 @@ XDG_RUNTIME_DIR=$(mktemp -d)
 port='MIDI Quillo:out'
 clients=()
 trap end EXIT
-trap 'echo "still waiting for $step; see $picture"; import -silent -window root "$picture"; tail -n 20 "$XDG_RUNTIME_DIR"/{jackd,jalv}; exit 1' TERM
+trap 'echo "still waiting for $step; see $picture"; import -silent -window root "$picture"
+    tail -n 20 "$XDG_RUNTIME_DIR"/{jackd,jalv}; exit 1' TERM
 
 # Without a window manager the window stands in the corner, its menu bar above the editor of 500 x 250.
 add_new=(246 101)

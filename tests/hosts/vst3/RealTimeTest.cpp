@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the built plug-in does in a block that a render thread must not do. None of it is the unit's: JUCE's
-// wrapper enters its callback lock, and for the audio that comes in it copies a list of channels, once a block.
+// wrapper enters its callback lock, and for the audio that comes in it copies a list of channels, once a
+// block.
 #include <gtest/gtest.h>
 
 #include "hosts/vst3/VST3Host.hpp"

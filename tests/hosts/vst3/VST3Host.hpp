@@ -24,8 +24,8 @@
 
 #include "hosts/formats/FormatScript.hpp"
 
-/// A host of VST3 plug-ins that says what the format has words for and hears what the plug-in says, with no opinion
-/// of its own in between.
+/// A host of VST3 plug-ins that says what the format has words for and hears what the plug-in says, with no
+/// opinion of its own in between.
 namespace quillo::test {
 
 /// A host's side of an interface of the format, which lives as long as the host wants.
@@ -136,13 +136,13 @@ public:
     }
     [[nodiscard]] Bytes state();
 
-    /// Gives a message, as the format has it: notes, poly pressure and system exclusive as events, controllers,
-    /// channel pressure and pitch bend as parameters, program change and quarter frame as the events that are
-    /// meant for the other direction. False when the format has no way for it.
+    /// Gives a message, as the format has it: notes, poly pressure and system exclusive as events,
+    /// controllers, channel pressure and pitch bend as parameters, program change and quarter frame as the
+    /// events that are meant for the other direction. False when the format has no way for it.
     bool give(VST3Input& input, std::uint32_t offset, std::span<const std::uint8_t> bytes);
 
-    /// Processes one block; without frames it has no audio either, and only hands over what is given. The audio
-    /// that goes in stands in `audio`, and so does what comes out.
+    /// Processes one block; without frames it has no audio either, and only hands over what is given. The
+    /// audio that goes in stands in `audio`, and so does what comes out.
     Steinberg::tresult process(std::uint32_t frames, VST3Input& input,
                                const Steinberg::Vst::ProcessContext* context);
 

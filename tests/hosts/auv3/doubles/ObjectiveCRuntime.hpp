@@ -3,10 +3,10 @@
 
 #include <cstddef>
 
-/// Enough of an Objective-C runtime to run the macOS shell on Linux: classes, categories, properties, blocks and
-/// automatic reference counting, as Clang compiles them with `-fobjc-runtime=objfw`. Objects that are not classes
-/// or constant strings are counted, so that a test can see that nothing is kept too long. What a message without a
-/// method does is print its name and abort.
+/// Enough of an Objective-C runtime to run the macOS shell on Linux: classes, categories, properties, blocks
+/// and automatic reference counting, as Clang compiles them with `-fobjc-runtime=objfw`. Objects that are not
+/// classes or constant strings are counted, so that a test can see that nothing is kept too long. What a
+/// message without a method does is print its name and abort.
 namespace quillo::test {
 
 /// How many objects there are.

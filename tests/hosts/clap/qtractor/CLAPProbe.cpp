@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A plug-in that writes down what reaches it, for standing behind another one in a host. It writes to the file that
-// QUILLO_PROBE names: "ready" when the host first processes, and then a line for each event, the frame since the
-// transport started and the message's bytes.
+// A plug-in that writes down what reaches it, for standing behind another one in a host. It writes to the
+// file that QUILLO_PROBE names: "ready" when the host first processes, and then a line for each event, the
+// frame since the transport started and the message's bytes.
 #include <array>
 #include <cmath>
 #include <cstdlib>

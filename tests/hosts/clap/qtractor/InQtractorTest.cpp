@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The plug-in in a sequencer, whose transport this program starts, and what leaves it there: the probe behind it
-// writes that to the file that QUILLO_PROBE names.
+// The plug-in in a sequencer, whose transport this program starts, and what leaves it there: the probe behind
+// it writes that to the file that QUILLO_PROBE names.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -62,8 +62,9 @@ std::vector<ScriptMessage> heardWhilePlaying() {
     return heard;
 }
 
-/// A sequencer that comes too late leaves out blocks, with all that belongs to them, and its transport jumps then. So
-/// what leaves the plug-in is measured against what came in: the probe and the plug-in see the same blocks.
+/// A sequencer that comes too late leaves out blocks, with all that belongs to them, and its transport jumps
+/// then. So what leaves the plug-in is measured against what came in: the probe and the plug-in see the same
+/// blocks.
 TEST(InQtractor, ARestoredSessionPlaysThroughThePluginToTheFrame) {
     const auto heard = heardWhilePlaying();
     std::vector<ScriptMessage> echoes;

@@ -73,17 +73,20 @@ std::string session(const std::filesystem::path& folder, const std::filesystem::
 <session name="session" version="0.9.31">
 <properties><directory>)" +
            folder.string() + R"(</directory><sample-rate>48000</sample-rate><tempo>120</tempo>
-<ticks-per-beat>960</ticks-per-beat><beats-per-bar>4</beats-per-bar><beat-divisor>2</beat-divisor></properties>
+<ticks-per-beat>960</ticks-per-beat><beats-per-bar>4</beats-per-bar>
+<beat-divisor>2</beat-divisor></properties>
 <files><audio-list/><midi-list><file name="clip">clip.mid</file></midi-list></files>
 <devices>
 <audio-engine><audio-bus name="Master" mode="duplex"><channels>2</channels></audio-bus></audio-engine>
 <midi-engine><midi-bus name="Master" mode="duplex"/></midi-engine>
 </devices>
 <tracks><track name="Track" type="midi">
-<properties><input-bus>Master</input-bus><output-bus>Master</output-bus><midi-channel>0</midi-channel></properties>
+<properties><input-bus>Master</input-bus><output-bus>Master</output-bus>
+<midi-channel>0</midi-channel></properties>
 <state><gain>1</gain></state>
 <clips><clip name="clip">
-<properties><name>clip</name><start>0</start><offset>0</offset><length>480000</length><gain>1</gain></properties>
+<properties><name>clip</name><start>0</start><offset>0</offset>
+<length>480000</length><gain>1</gain></properties>
 <midi-clip><filename>clip.mid</filename><track-channel>0</track-channel><revision>0</revision></midi-clip>
 </clip></clips>
 <plugins>

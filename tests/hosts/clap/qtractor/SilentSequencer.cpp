@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Takes the place of the sequencer of a machine that has none, for a host that does not start without: it can be
-// opened, nothing is connected to it, and all that it is given is gone. Only what asks the sequencer itself is
-// here; the rest of its library stays the system's.
+// Takes the place of the sequencer of a machine that has none, for a host that does not start without: it can
+// be opened, nothing is connected to it, and all that it is given is gone. Only what asks the sequencer
+// itself is here; the rest of its library stays the system's.
 
 namespace {
 

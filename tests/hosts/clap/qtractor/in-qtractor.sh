@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# in-qtractor.sh PLUGIN PROBE SEQUENCER WRITER TEST: runs the test while qtractor, on a JACK server without hardware,
-# plays the session that the writer leaves. The sequencer is a library in the place of one that machines without
-# sound lack.
+# in-qtractor.sh PLUGIN PROBE SEQUENCER WRITER TEST: runs the test while qtractor, on a JACK server without
+# hardware, plays the session that the writer leaves. The sequencer is a library in the place of one that
+# machines without sound lack.
 set -euo pipefail
 
 plugin=$1 probe=$2 sequencer=$3 writer=$4 test=$5
