@@ -88,7 +88,7 @@ TEST_F(OutputInOrderTest, TheHostHearsOfWhatWaitsInBytesThatAreRoundedUpToEight)
         waiting.push_back(before.bytes);
         return Room::enough;
     };
-    for (const std::size_t length : {1, 7, 8, 9, 16, 1}) {
+    for (const std::size_t length : {1U, 7U, 8U, 9U, 16U, 1U}) {
         EXPECT_EQ(messages.trySend(5, Bytes(length, 0xF0)), Room::enough);
     }
     EXPECT_EQ(waiting, (std::vector<std::size_t>{0, 8, 16, 24, 40, 56}));
