@@ -85,6 +85,8 @@ TEST_F(OnScreen, TheKeyboardGetsInWithoutAClick) {
         [&] { return view.header().importButton().hasKeyboardFocus(false); });
     act("key shift+Tab", [&] { return view.logger().hasKeyboardFocus(true); });
     act("key shift+Tab", [&] { return view.list().hasKeyboardFocus(true); });
+    act("key shift+Tab shift+Tab shift+Tab",
+        [&] { return findBelow<NewRuleSelector>(view)->button().hasKeyboardFocus(false); });
     act("key Return", [&] { return view.overlay() != nullptr; });
     act("type pitch", [&] {
         const auto* menu = dynamic_cast<PopupMenuOverlay*>(view.overlay());

@@ -18,10 +18,10 @@ trap 'echo "still waiting for $step; see $picture"; import -silent -window root 
     tail -n 20 "$XDG_RUNTIME_DIR"/{jackd,jalv}; exit 1' TERM
 
 # Without a window manager the window stands in the corner, its menu bar above the editor of 500 x 250.
-add_new=(246 101)
-add_new_area=88x26+202+88
-menu_area=140x100+204+118
-note_on=(236 129)
+add_new=(246 153)
+add_new_area=88x26+202+140
+menu_area=140x100+204+34
+note_on=(236 44)
 undo_area=24x24+144+36
 send=(387 93)
 
@@ -72,8 +72,7 @@ open_jalv
 step='the button to add a rule'
 shows_text "$add_new_area"
 step='the menu of new rules'
-click "${add_new[@]}"
-shows_text "$menu_area"
+changes "$menu_area" click "${add_new[@]}"
 step='the new rule'
 changes "$undo_area" click "${note_on[@]}"
 

@@ -92,7 +92,7 @@ TEST_F(VST3OnScreen, ARuleThatTheUserAddsIsSavedAndMarksTheProjectChanged) {
 TEST_F(VST3OnScreen, TabEntersOnceTheEditorsWindowHasTheKeyboard) {
     VST3View view(plugIn, loop);
     view.giveKeyboardToTheEditor();
-    act(view, "key Tab Tab Tab Tab Tab Tab Tab");
+    act(view, "key Tab Tab Tab Tab Tab Tab Tab Tab");
     act(view, "key Return");
     act(view, "type pitch");
     act(view, "key Return");
