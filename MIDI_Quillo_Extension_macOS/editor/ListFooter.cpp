@@ -15,8 +15,8 @@ namespace {
 
 constexpr auto whatARuleIs =
     "A rule waits for something: a note, a controller, a program change, or the transport. When it comes, "
-    "the rule sends a message of its own, at once or after a delay. Whatever no rule consumes passes through "
-    "as it came.";
+    "the rule sends a message of its own, at once or after a delay. What no rule consumes passes through, "
+    "SysEx excepted.";
 constexpr auto orAnExample = "Or begin with an example:";
 
 constexpr int greatestTextWidth = 460;
