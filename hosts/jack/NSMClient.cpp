@@ -18,8 +18,9 @@ namespace {
 constexpr const char* open = "/nsm/client/open";
 constexpr const char* save = "/nsm/client/save";
 
+/// The library aligns arguments to four bytes, and `lo_arg` asks for eight: none of its members may be named.
 std::string textOf(const lo_arg* argument) {
-    return &argument->s;
+    return reinterpret_cast<const char*>(argument);
 }
 
 NSMClient::Outcome outcomeOf(const std::function<NSMClient::Outcome()>& operation) try {

@@ -4,6 +4,7 @@
 #include <lo/lo.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <deque>
 #include <memory>
@@ -126,9 +127,11 @@ private:
                     void* self) {
         Message kept{owned(::lo_address_get_url(::lo_message_get_source(message))), path, {}};
         for (int index = 0; index < count; ++index) {
-            const auto* argument = arguments[index];
-            kept.arguments.push_back(types[index] == 's' ? std::string(&argument->s)
-                                                         : std::to_string(argument->i));
+            // They lie in units of four bytes, less than `lo_arg` asks for.
+            const void* argument = arguments[index];
+            kept.arguments.push_back(types[index] == 's'
+                                         ? std::string(static_cast<const char*>(argument))
+                                         : std::to_string(*static_cast<const std::int32_t*>(argument)));
         }
         static_cast<NSMServer*>(self)->messages_.push_back(std::move(kept));
         return 0;
