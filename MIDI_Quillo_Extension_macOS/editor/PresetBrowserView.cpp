@@ -34,7 +34,7 @@ juce::String dateText(std::chrono::system_clock::time_point time) {
     return juce::Time(since.count()).formatted("%Y-%m-%d %H:%M");
 }
 
-/// The end of a path, its most telling part, as far as it fits.
+/// The end of a path, which identifies it best, as far as it fits.
 juce::String endThatFits(juce::String path, int width) {
     if (textWidth(path, style::valueText) <= width) {
         return path;

@@ -30,7 +30,7 @@ public:
     /// [main] From the next entry on, `function` gets them too, after those that get them now.
     void also(Function function);
 
-    /// [render] Whether there are listeners. Mostly there are none, and then no entry need be made.
+    /// [render] Whether there are listeners. Usually nobody listens, and then no entry need be made.
     explicit operator bool() const QUILLO_REALTIME {
         return current_.load(std::memory_order_relaxed) != nullptr;
     }

@@ -13,7 +13,7 @@ namespace quillo {
 /// [any but render] Runs `block` later on the main thread. The platform's part.
 void runOnMainThread(std::function<void()> block);
 
-/// [any but render] The one main queue of this process, made by whoever comes first and never destroyed. It
+/// [any but render] The one main queue of this process, made by its first user and never destroyed. It
 /// has itself drained when something is posted; whoever has a window drains it some 30 times a second as
 /// well.
 [[nodiscard]] MainQueue& processMainQueue();

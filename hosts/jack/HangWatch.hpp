@@ -9,7 +9,7 @@
 
 namespace quillo {
 
-/// Stands by while [main] makes a call that may never return: a server that hangs keeps whoever speaks to it.
+/// Stands by while [main] makes a call that may never return: a server that hangs blocks its callers.
 /// When one of the signals comes meanwhile, and the call has not returned a second later, the program ends at
 /// once, with this exit status; so what shall be kept must be kept before. A call that returns in time leaves
 /// the signal as it is.

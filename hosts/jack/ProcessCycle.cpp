@@ -84,14 +84,18 @@ void ProcessCycle::runLast(std::uint32_t frames, HostOutput& output) QUILLO_REAL
 /// A server that relocates its rolling transport lets it start again from there. That is no stop: nothing
 /// changes until it rolls again, and then it has jumped.
 void ProcessCycle::reportTransport(const ServerTransport& transport) QUILLO_REALTIME {
-    if (wentOnWithTheClock(last_, transport)) {
-        renderer_.losePosition();
-    }
+    const bool isContinued = wentOnWithTheClock(last_, transport);
     last_ = transport;
     if (transport.isStarting && renderer_.transport().isMoving()) {
         return;
     }
-    renderer_.reportTransport(0, {.isMoving = transport.isRolling}, static_cast<double>(transport.frame));
+    const HostTransport::State state{.isMoving = transport.isRolling};
+    const auto position = static_cast<double>(transport.frame);
+    if (isContinued) {
+        renderer_.reportTransportContinued(0, state, position, 1.0);
+    } else {
+        renderer_.reportTransport(0, state, position);
+    }
 }
 
 bool ProcessCycle::isHeld() QUILLO_REALTIME {

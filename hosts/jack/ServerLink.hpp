@@ -57,7 +57,7 @@ public:
     /// The client's name if there is one.
     [[nodiscard]] std::string clientName() const { return client_ ? client_->name() : ""; }
 
-    /// The server with its ports and our connections as they are now; nothing while there is none.
+    /// The server with its ports and our connections as they are now; nothing without a server.
     [[nodiscard]] std::optional<ServerStatus> status() const;
 
     /// Connects a port, or takes its connection down, as the user wishes; without a server nothing happens.

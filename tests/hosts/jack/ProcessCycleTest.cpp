@@ -162,6 +162,17 @@ TEST_F(ProcessCycleTest, ARollingTransportThatIsRelocatedDoesNotStopInBetween) {
     EXPECT_EQ(heard, (std::vector<std::string>{"[32] AU Host Continue", "[224] AU Host Start"}));
 }
 
+TEST_F(ProcessCycleTest, ARelocationAfterACycleThatFailedIsHeard) {
+    release();
+    run({}, {true, 4096, 0});
+    processor.send(noteOn(0, 60, 1));
+    out.mostMessages = 0;
+    run({}, {true, 4112, 16});
+    heard.clear();
+    run({}, {true, 0, 32});
+    EXPECT_EQ(heard, (std::vector<std::string>{"[32] AU Host Start"}));
+}
+
 TEST_F(ProcessCycleTest, ARelocationThatEndsInAStopIsAStop) {
     release();
     run({}, {true, 0});

@@ -62,7 +62,7 @@ std::vector<ScriptMessage> heardWhilePlaying() {
     return heard;
 }
 
-/// A sequencer that comes too late leaves out blocks, with all that belongs to them, and its transport jumps
+/// A sequencer that is late leaves out blocks, with all that belongs to them, and its transport jumps
 /// then. So what leaves the plug-in is measured against what came in: the probe and the plug-in see the same
 /// blocks.
 TEST(InQtractor, ARestoredSessionPlaysThroughThePluginToTheFrame) {
