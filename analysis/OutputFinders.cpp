@@ -17,7 +17,6 @@ namespace quillo {
 namespace {
 
 using Kind = Advice::Kind;
-using Bytes = std::span<const std::uint8_t>;
 
 constexpr std::size_t frameSize = 2;
 /// What the buffer of events takes that the VST3 plug-in hands to its host.
@@ -29,7 +28,7 @@ bool isComplete(const MIDIMessage& message) {
 
 /// A system-exclusive body, as it was typed in.
 struct TypedBody {
-    explicit TypedBody(Bytes body)
+    explicit TypedBody(std::span<const std::uint8_t> body)
         : hasStart(midi::isSystemExclusive(body)),
           hasEnd(!body.empty() && body.back() == midi::endOfExclusive),
           inner(body.subspan(hasStart ? 1 : 0)) {
@@ -38,7 +37,7 @@ struct TypedBody {
 
     bool hasStart;
     bool hasEnd;
-    Bytes inner;  ///< without the frame
+    std::span<const std::uint8_t> inner;  ///< without the frame
 };
 
 std::string frameWords(const TypedBody& typed) {

@@ -41,7 +41,7 @@ std::vector<SentMessage> sent(const Output::SystemExclusive& /*output*/, SampleT
     return {};
 }
 
-bool isComplete(const SentMessage& message) {
+bool hasValidBytes(const SentMessage& message) {
     return message.channel.value_or(0) <= midi::channelMask && midi::isData(message.data1.value_or(0)) &&
            midi::isData(message.data2.value_or(0));
 }
@@ -51,7 +51,7 @@ bool isComplete(const SentMessage& message) {
 std::vector<SentMessage> sentBy(const RuleOutputV2& output) {
     auto messages =
         std::visit([&](const auto& kind) { return sent(kind, output.delay.ms); }, output.message.variant());
-    std::erase_if(messages, std::not_fn(isComplete));
+    std::erase_if(messages, std::not_fn(hasValidBytes));
     return messages;
 }
 

@@ -7,6 +7,7 @@
 #include <utility>
 #include <variant>
 
+#include "midi/Status.hpp"
 #include "words/PolicyWords.hpp"
 
 namespace quillo {
@@ -16,8 +17,6 @@ namespace {
 using Voice = VoiceCategoryTriggerVariantsV2;
 using Message = MessageBasedTriggerVariantsV2;
 using Kind = Advice::Kind;
-
-constexpr unsigned greatestDataByte = 127;
 
 constexpr std::size_t mostNamed = 16;
 
@@ -104,7 +103,7 @@ std::optional<std::string> systemMessage(const RuleTriggerV2& trigger) {
 std::optional<Advice> findImpossibleNumber(const AdvisedRules& list, std::size_t rule) {
     const auto* voice = voiceOf(list.rules()[rule].trigger);
     for (const auto number : voice == nullptr ? std::vector<unsigned>() : numbersOf(*voice)) {
-        if (number > greatestDataByte) {
+        if (number > midi::greatestDataByte) {
             return Advice{rule, Kind::impossibleNumber,
                           "waits for the number " + std::to_string(number) +
                               ", which no MIDI message carries",

@@ -36,6 +36,8 @@ inline constexpr std::uint8_t systemReset = 0xFF;
 inline constexpr std::uint8_t kindMask = 0xF0;
 inline constexpr std::uint8_t channelMask = 0x0F;
 
+inline constexpr std::uint8_t greatestDataByte = 127;
+
 [[nodiscard]] constexpr bool isData(std::uint8_t byte) QUILLO_REALTIME {
     return byte < noteOff;
 }

@@ -26,19 +26,19 @@ namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 8> options{{{"--write", true},
-                                         {"--force", false},
-                                         {"--advice", false},
-                                         {"--strict", false},
-                                         {"--for", true, true},
-                                         {"--unfold", false},
-                                         {"--json", false},
-                                         forceSizeOption}};
+constexpr std::array<Option, 8> checkOptions{{{"--write", true},
+                                              {"--force", false},
+                                              {"--advice", false},
+                                              {"--strict", false},
+                                              {"--for", true, true},
+                                              {"--unfold", false},
+                                              {"--json", false},
+                                              forceSizeOption}};
 
 constexpr std::array<std::string_view, 4> formats{"jack", "lv2", "clap", "vst3"};
 
 /// What the user asked for.
-struct Request {
+struct CheckRequest {
     std::string preset;
     std::optional<std::string> target;
     std::vector<std::string> formats;  ///< whose advice is wanted
@@ -50,14 +50,14 @@ struct Request {
     InputReading reading;
 };
 
-Request readRequest(std::span<const std::string> words) {
-    const Arguments arguments(words, options);
+CheckRequest readCheckRequest(std::span<const std::string> words) {
+    const Arguments arguments(words, checkOptions);
     if (arguments.operands().size() != 1) {
         throw UsageError("check takes one preset");
     }
-    Request request{arguments.operands().front(), arguments.text("--write"), arguments.texts("--for"),
-                    arguments.has("--advice"),    arguments.has("--strict"), arguments.has("--unfold"),
-                    arguments.has("--json"),      arguments.has("--force"),  inputReading(arguments)};
+    CheckRequest request{arguments.operands().front(), arguments.text("--write"), arguments.texts("--for"),
+                         arguments.has("--advice"),    arguments.has("--strict"), arguments.has("--unfold"),
+                         arguments.has("--json"),      arguments.has("--force"),  inputReading(arguments)};
     for (const auto& format : request.formats) {
         if (std::ranges::find(formats, format) == formats.end()) {
             throw UsageError("option --for: " + inQuotes(format) + " is not jack, lv2, clap or vst3");
@@ -69,7 +69,7 @@ Request readRequest(std::span<const std::string> words) {
     return request;
 }
 
-ReadDocument readForChecking(const Request& request, std::istream& standardInput) {
+ReadDocument readForChecking(const CheckRequest& request, std::istream& standardInput) {
     return blamingPreset(request.preset, exitBadPreset, [&] {
         return readPresetInput(request.preset, exitBadPreset, request.reading, &standardInput);
     });
@@ -155,13 +155,13 @@ bool isWanted(Advice::Kind kind, const std::vector<std::string>& wanted) {
     return !isOfVST3 || std::ranges::find(wanted, "vst3") != wanted.end();
 }
 
-std::vector<Advice> adviceFor(const std::vector<Rule>& rules, const Request& request) {
+std::vector<Advice> adviceFor(const std::vector<Rule>& rules, const CheckRequest& request) {
     auto advice = request.advice ? adviseOn(rules) : std::vector<Advice>();
     std::erase_if(advice, [&](const Advice& each) { return !isWanted(each.kind, request.formats); });
     return advice;
 }
 
-void writeRules(const PluginData& data, const Request& request, std::ostream& out) {
+void writeRules(const PluginData& data, const CheckRequest& request, std::ostream& out) {
     const Grouping group = request.unfold ? oneByOne : runsOf;
     writeRuns(data.rules, group, out, [](const RuleRun& run) { return numbers(run) + ". "; });
     writeShelf(data.shelf, group, out);
@@ -175,11 +175,11 @@ void writeAdvice(const std::vector<Rule>& rules, const std::vector<Advice>& advi
 }
 
 /// Where the current form goes to standard output, the words give way.
-std::ostream& streamOfWords(const Request& request, const Console& console) {
+std::ostream& streamOfWords(const CheckRequest& request, const Console& console) {
     return request.target == standardStream ? console.err : console.out;
 }
 
-void writeCurrentForm(const PluginData& data, const Request& request, const Console& console) {
+void writeCurrentForm(const PluginData& data, const CheckRequest& request, const Console& console) {
     const OutputFile file(*request.target, request.force, &console.out);
     file.write(data.write());
     if (request.target != standardStream) {
@@ -187,11 +187,11 @@ void writeCurrentForm(const PluginData& data, const Request& request, const Cons
     }
 }
 
-int statusOf(const std::vector<Advice>& advice, const Request& request) {
+int statusOf(const std::vector<Advice>& advice, const CheckRequest& request) {
     return request.strict && !advice.empty() ? exitAdvice : exitSuccess;
 }
 
-int checkInWords(const Request& request, const Console& console) {
+int checkInWords(const CheckRequest& request, const Console& console) {
     const auto document = readForChecking(request, console.in);
     auto& out = streamOfWords(request, console);
     out << inputName(request.preset) << ": " << describe(document) << '\n';
@@ -233,7 +233,7 @@ JSONAnswer json(const PluginData& data) {
 }
 
 /// The answer grows as far as the preset is right.
-int fillAnswer(JSONAnswer& answer, const Request& request, const Console& console) {
+int fillAnswer(JSONAnswer& answer, const CheckRequest& request, const Console& console) {
     const auto document = readForChecking(request, console.in);
     const auto& rules = document.data.rules;
     answer["generation"] = generation(document);
@@ -253,7 +253,7 @@ int fillAnswer(JSONAnswer& answer, const Request& request, const Console& consol
 }
 
 /// Also a preset that is bad has an answer.
-int checkForScripts(const Request& request, const Console& console) {
+int checkForScripts(const CheckRequest& request, const Console& console) {
     JSONAnswer answer{{"preset", request.preset}};
     auto status = exitBadPreset;
     try {
@@ -275,7 +275,7 @@ std::string describe(const ReadDocument& document) {
 }
 
 int runCheckCommand(std::span<const std::string> words, const Console& console) {
-    const auto request = readRequest(words);
+    const auto request = readCheckRequest(words);
     return request.json ? checkForScripts(request, console) : checkInWords(request, console);
 }
 

@@ -59,7 +59,7 @@ constexpr std::array verbs{
     Verb{"schema", &runSchemaVerb},    Verb{"import", &runImportCommand}, Verb{"host", &runHostVerb},
 };
 
-const Verb& find(const std::string& name) {
+const Verb& verbCalled(const std::string& name) {
     const auto* found = std::ranges::find(verbs, name, &Verb::name);
     if (found == verbs.end()) {
         throw UsageError("there is no verb " + inQuotes(name));
@@ -93,7 +93,7 @@ int run(std::span<const std::string> words, const Console& console) {
         console.out << "midi-quillo " QUILLO_VERSION "\n";
         return exitSuccess;
     }
-    const auto& verb = find(first);
+    const auto& verb = verbCalled(first);
     if (std::ranges::find(behind, helpOption) != behind.end()) {
         return help(words.first(1), console);
     }

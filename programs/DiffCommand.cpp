@@ -17,7 +17,7 @@ namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 3> options{{{"--with", true}, {"--json", false}, forceSizeOption}};
+constexpr std::array<Option, 3> diffOptions{{{"--with", true}, {"--json", false}, forceSizeOption}};
 
 constexpr std::uint32_t microsecondsPerSecond = 1'000'000;
 
@@ -59,7 +59,7 @@ int compareWith(const std::string& take, const Arguments& arguments, const Conso
 }  // namespace
 
 int runDiffCommand(std::span<const std::string> words, const Console& console) {
-    const Arguments arguments(words, options);
+    const Arguments arguments(words, diffOptions);
     const auto take = arguments.text("--with");
     if (arguments.operands().size() != 2 || !take) {
         throw UsageError("diff takes two presets and a recording: A.json B.json --with TAKE.mid");

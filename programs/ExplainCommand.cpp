@@ -23,7 +23,7 @@ namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 3> options{{{"--preset", true}, {"--json", false}, forceSizeOption}};
+constexpr std::array<Option, 3> explainOptions{{{"--preset", true}, {"--json", false}, forceSizeOption}};
 
 std::string forms() {
     return std::string(askedEventForms.substr(0, askedEventForms.size() - 1));
@@ -97,7 +97,7 @@ void explainInWords(EngineProbe& probe, const std::vector<AskedEvent>& events, c
 }  // namespace
 
 int runExplainCommand(std::span<const std::string> words, const Console& console) {
-    const Arguments arguments(words, options);
+    const Arguments arguments(words, explainOptions);
     const auto preset = arguments.text("--preset");
     if (!preset) {
         throw UsageError("explain needs a preset: --preset PRESET.json");

@@ -295,7 +295,7 @@ A script that starts the transport and hands over MIDI Start four samples later:
 )"},
 };
 
-const VerbText* find(std::string_view verb) {
+const VerbText* textOf(std::string_view verb) {
     const auto* found = std::ranges::find(verbTexts, verb, &VerbText::verb);
     return found == verbTexts.end() ? nullptr : found;
 }
@@ -307,12 +307,12 @@ std::string_view generalHelp() {
 }
 
 std::string_view usageOf(std::string_view verb) {
-    const auto* text = find(verb);
+    const auto* text = textOf(verb);
     return text == nullptr ? programUsage : text->usage;
 }
 
 std::optional<std::string_view> helpFor(std::string_view verb) {
-    const auto* text = find(verb);
+    const auto* text = textOf(verb);
     return text == nullptr ? std::nullopt : std::optional(text->help.substr(1));
 }
 

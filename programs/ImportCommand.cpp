@@ -15,7 +15,8 @@ namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 4> options{{{"-o", true}, {"--force"}, {"--drop-unmatched"}, forceSizeOption}};
+constexpr std::array<Option, 4> importOptions{
+    {{"-o", true}, {"--force"}, {"--drop-unmatched"}, forceSizeOption}};
 
 OtherRules readRules(const std::string& path, const Arguments& arguments) {
     const auto text = readTextInput(path, inputReading(arguments));
@@ -29,7 +30,7 @@ OtherRules readRules(const std::string& path, const Arguments& arguments) {
 }  // namespace
 
 int runImportCommand(std::span<const std::string> words, const Console& console) {
-    const Arguments arguments(words, options);
+    const Arguments arguments(words, importOptions);
     if (arguments.operands().size() != 1) {
         throw UsageError("import takes one file");
     }

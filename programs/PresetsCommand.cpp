@@ -18,7 +18,7 @@ namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 2> options{{{"--write", true}, {"--force"}}};
+constexpr std::array<Option, 2> presetsOptions{{{"--write", true}, {"--force"}}};
 
 void list(std::ostream& out) {
     std::string_view task;
@@ -31,7 +31,7 @@ void list(std::ostream& out) {
     }
 }
 
-const LibraryPreset& find(const std::string& name) {
+const LibraryPreset& presetCalled(const std::string& name) {
     const auto presets = presetLibrary();
     const auto found = std::ranges::find(presets, name, &LibraryPreset::name);
     if (found == presets.end()) {
@@ -43,7 +43,7 @@ const LibraryPreset& find(const std::string& name) {
 }  // namespace
 
 int runPresetsCommand(std::span<const std::string> words, const Console& console) {
-    const Arguments arguments(words, options);
+    const Arguments arguments(words, presetsOptions);
     const auto& names = arguments.operands();
     const auto target = arguments.text("--write");
     if (names.size() > 1 || (names.empty() && target)) {
@@ -53,7 +53,7 @@ int runPresetsCommand(std::span<const std::string> words, const Console& console
         list(console.out);
         return exitSuccess;
     }
-    const auto document = find(names.front()).document;
+    const auto document = presetCalled(names.front()).document;
     if (target) {
         const std::vector<std::uint8_t> bytes(document.begin(), document.end());
         OutputFile(*target, arguments.has("--force")).write(bytes);

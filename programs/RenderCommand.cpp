@@ -23,17 +23,17 @@ namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 8> options{{{"--preset", true},
-                                         {"--json", false},
-                                         {"--sample-rate", true},
-                                         {"--block", true},
-                                         {"--tail", true},
-                                         {"--trace", false},
-                                         {"--force", false},
-                                         forceSizeOption}};
+constexpr std::array<Option, 8> renderOptions{{{"--preset", true},
+                                               {"--json", false},
+                                               {"--sample-rate", true},
+                                               {"--block", true},
+                                               {"--tail", true},
+                                               {"--trace", false},
+                                               {"--force", false},
+                                               forceSizeOption}};
 
 /// What the user asked for.
-struct Request {
+struct RenderRequest {
     std::string source;
     std::string target;
     std::string preset;
@@ -44,8 +44,8 @@ struct Request {
     InputReading reading;
 };
 
-Request readRequest(std::span<const std::string> words) {
-    const Arguments arguments(words, options);
+RenderRequest readRenderRequest(std::span<const std::string> words) {
+    const Arguments arguments(words, renderOptions);
     const auto& files = arguments.operands();
     if (files.size() != 2) {
         throw UsageError("render takes two MIDI files, the one to play and the one to write");
@@ -78,11 +78,11 @@ OfflineHost::Log traceTo(std::ostream& out, const char* direction) {
 }
 
 /// Where the MIDI file goes to standard output, the words give way.
-std::ostream& streamOfWords(const Request& request, const Console& console) {
+std::ostream& streamOfWords(const RenderRequest& request, const Console& console) {
     return request.target == standardStream ? console.err : console.out;
 }
 
-OfflineHost::Performance play(const Score& score, std::vector<Rule> rules, const Request& request,
+OfflineHost::Performance play(const Score& score, std::vector<Rule> rules, const RenderRequest& request,
                               const Console& console) {
     OfflineHost host(request.settings, std::move(rules));
     if (request.trace) {
@@ -117,7 +117,7 @@ std::string countWords(std::uint64_t count, const std::string& what) {
     return std::to_string(count) + ' ' + what + (count == 1 ? " was" : "s were");
 }
 
-void writeSummary(const Summary& summary, const Request& request, std::ostream& err) {
+void writeSummary(const Summary& summary, const RenderRequest& request, std::ostream& err) {
     if (summary.leftOut.events > 0) {
         err << countWords(summary.leftOut.events, "SysEx event") << " left out, " << summary.leftOut.bytes
             << " bytes: rules never see SysEx\n";
@@ -145,7 +145,7 @@ JSONAnswer json(const Summary& summary) {
 }  // namespace
 
 int runRenderCommand(std::span<const std::string> words, const Console& console) {
-    const auto request = readRequest(words);
+    const auto request = readRenderRequest(words);
     const auto score = readScore(request.source, request.reading, request.settings.sampleRate, &console.in);
     const OutputFile target(request.target, request.force, &console.out);
     auto performance = blamingPreset(request.preset, exitBadData, [&] {

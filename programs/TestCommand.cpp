@@ -23,7 +23,7 @@ namespace quillo {
 
 namespace {
 
-constexpr std::array<Option, 4> options{
+constexpr std::array<Option, 4> testOptions{
     {{"--record", true}, {"--json", false}, {"--force", false}, forceSizeOption}};
 
 constexpr std::uint32_t millisecondsPerSecond = 1000;
@@ -203,7 +203,7 @@ int record(const Arguments& arguments, const std::string& take, const Console& c
 }  // namespace
 
 int runTestCommand(std::span<const std::string> words, const Console& console) {
-    const Arguments arguments(words, options);
+    const Arguments arguments(words, testOptions);
     const auto take = arguments.text("--record");
     if (arguments.operands().empty()) {
         throw UsageError("test takes presets, each with its test beside it");

@@ -11,7 +11,6 @@ namespace quillo {
 
 namespace {
 
-constexpr unsigned greatestDataByte = 127;
 constexpr unsigned greatestChannel = 16;
 
 constexpr unsigned bitsPerDataByte = 7;
@@ -61,15 +60,15 @@ std::string numberWords(std::int64_t value, bool inRange) {
 }
 
 std::string dataByteWords(unsigned value) {
-    return numberWords(value, value <= greatestDataByte);
+    return numberWords(value, value <= midi::greatestDataByte);
 }
 
 std::string noteWords(std::uint8_t note) {
-    return note <= greatestDataByte ? noteLabel(note) : dataByteWords(note);
+    return note <= midi::greatestDataByte ? noteLabel(note) : dataByteWords(note);
 }
 
 std::string controllerWords(std::uint8_t controller) {
-    if (controller > greatestDataByte) {
+    if (controller > midi::greatestDataByte) {
         return dataByteWords(controller);
     }
     return dataByteWords(controller) + " (" + std::string(controllerName(controller)) + ")";

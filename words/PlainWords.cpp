@@ -8,6 +8,7 @@
 #include <string_view>
 #include <variant>
 
+#include "midi/Status.hpp"
 #include "platform/HexText.hpp"
 #include "platform/QuotedText.hpp"
 #include "words/MessageWords.hpp"
@@ -15,8 +16,6 @@
 namespace quillo {
 
 namespace {
-
-constexpr unsigned greatestDataByte = 127;
 
 std::string policy(PassThroughV2 passThrough) {
     switch (passThrough) {
@@ -158,7 +157,8 @@ private:
     [[nodiscard]] std::string pitchWheel(const RuleOutputVariantsV2::Protocol& output) const {
         const auto* low = output.byte1.getIf<GenericByteV2::Value>();
         const auto* high = output.byte2 ? output.byte2->getIf<GenericByteV2::Value>() : nullptr;
-        if (low != nullptr && high != nullptr && std::max(low->value, high->value) <= greatestDataByte) {
+        if (low != nullptr && high != nullptr &&
+            std::max(low->value, high->value) <= midi::greatestDataByte) {
             return "pitch bend " + std::to_string(low->value + 128 * high->value);
         }
         return "pitch bend with " + first("low byte", output.byte1) +

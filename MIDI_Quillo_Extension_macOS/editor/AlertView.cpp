@@ -15,9 +15,9 @@ namespace quillo {
 namespace {
 
 constexpr int widest = 360;
-constexpr int margin = 14;
-constexpr int titleHeight = 26;
-constexpr int lineHeight = 16;
+constexpr int alertMargin = 14;
+constexpr int alertTitleHeight = 26;
+constexpr int alertLineHeight = 16;
 
 /// Texts from outside, such as names, get into alerts: nothing in a line is left that cannot be seen.
 juce::String visible(const juce::String& message) {
@@ -52,12 +52,13 @@ AlertView::AlertView(const juce::String& message, std::function<void()> onOK)
 }
 
 juce::Rectangle<int> AlertView::panel() const {
-    const auto width = std::min(widest, getWidth() - 2 * margin);
-    const auto inside = std::max(1, width - 2 * margin);
+    const auto width = std::min(widest, getWidth() - 2 * alertMargin);
+    const auto inside = std::max(1, width - 2 * alertMargin);
     const auto lines =
         1 + textWidth(message_, style::valueText) / inside + message_.retainCharacters("\n").length();
-    const auto height = titleHeight + (lines + 1) * lineHeight + style::buttonHeight + 3 * margin;
-    return getLocalBounds().withSizeKeepingCentre(width, std::min(height, getHeight() - margin));
+    const auto height =
+        alertTitleHeight + (lines + 1) * alertLineHeight + style::buttonHeight + 3 * alertMargin;
+    return getLocalBounds().withSizeKeepingCentre(width, std::min(height, getHeight() - alertMargin));
 }
 
 void AlertView::parentHierarchyChanged() {
@@ -69,11 +70,11 @@ void AlertView::parentHierarchyChanged() {
 }
 
 void AlertView::resized() {
-    auto area = panel().reduced(margin);
-    area.removeFromTop(titleHeight);
+    auto area = panel().reduced(alertMargin);
+    area.removeFromTop(alertTitleHeight);
     auto buttons = area.removeFromBottom(style::buttonHeight);
     ok_.setBounds(buttons.removeFromRight(std::min(buttons.getWidth(), std::max(60, ok_.preferredWidth()))));
-    area.removeFromBottom(margin / 2);
+    area.removeFromBottom(alertMargin / 2);
     text_.setBounds(area);
 }
 
@@ -87,7 +88,7 @@ void AlertView::paint(juce::Graphics& graphics) {
     graphics.drawRoundedRectangle(area.reduced(0.5F), style::cardCorner, 1);
     graphics.setColour(displayColour(palette.primaryText));
     graphics.setFont(textFont(style::titleText, true));
-    graphics.drawText("Error", panel().reduced(margin).removeFromTop(titleHeight),
+    graphics.drawText("Error", panel().reduced(alertMargin).removeFromTop(alertTitleHeight),
                       juce::Justification::topLeft, true);
 }
 

@@ -15,11 +15,7 @@ constexpr int tooltipPadding = 6;
 constexpr int pointerHeight = 18;
 
 juce::TextLayout tooltipLayout(const juce::String& text, int width) {
-    juce::AttributedString line;
-    line.append(text, textFont(style::valueText), displayColour(Palette().primaryText));
-    juce::TextLayout layout;
-    layout.createLayout(line, static_cast<float>(std::max(1, width)));
-    return layout;
+    return inLines(text, width, style::valueText, displayColour(Palette().primaryText));
 }
 
 }  // namespace

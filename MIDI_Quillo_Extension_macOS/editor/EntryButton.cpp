@@ -9,14 +9,14 @@ namespace quillo {
 
 namespace {
 
-constexpr int padding = 6;
-constexpr float corner = 4;
+constexpr int entryPadding = 6;
+constexpr float entryCorner = 4;
 constexpr int hoverLift = 20;
 
 }  // namespace
 
 int EntryButton::preferredWidth() const {
-    return textWidth(getButtonText(), style::captionText) + 2 * padding;
+    return textWidth(getButtonText(), style::captionText) + 2 * entryPadding;
 }
 
 int EntryButton::preferredHeight() const {
@@ -29,13 +29,13 @@ void EntryButton::paintButton(juce::Graphics& graphics, bool hover, bool down) {
     const auto edge = getLocalBounds().toFloat().reduced(0.5F);
     const bool lit = isEnabled() && (hover || down);
     graphics.setColour(displayColour(style::lifted(style::chosen(palette), lit ? hoverLift : 0)));
-    graphics.fillRoundedRectangle(edge, corner);
+    graphics.fillRoundedRectangle(edge, entryCorner);
     graphics.setColour(displayColour(palette.triggerInput).withMultipliedAlpha(alpha));
-    graphics.drawRoundedRectangle(edge, corner, 1);
+    graphics.drawRoundedRectangle(edge, entryCorner, 1);
     graphics.setColour(displayColour(palette.primaryText).withMultipliedAlpha(alpha));
     graphics.setFont(textFont(style::captionText));
     graphics.drawText(getButtonText(), getLocalBounds(), juce::Justification::centred, false);
-    paintFocusRing(graphics, corner);
+    paintFocusRing(graphics, entryCorner);
 }
 
 }  // namespace quillo

@@ -13,8 +13,8 @@ namespace quillo {
 
 namespace {
 
-constexpr int indent = 6;
-constexpr int buttonGap = 4;
+constexpr int entryIndent = 6;
+constexpr int entryButtonGap = 4;
 
 using Mark = MarkedEntry::Mark;
 
@@ -75,7 +75,7 @@ const EventLogEntryVariants* EntryList::chosen() const {
 int EntryList::buttonsWidth() const {
     int width = 0;
     for (const auto& button : buttons_) {
-        width += button->preferredWidth() + buttonGap;
+        width += button->preferredWidth() + entryButtonGap;
     }
     return width;
 }
@@ -85,7 +85,7 @@ void EntryList::layOutButtons() {
     const auto row = rowArea(list_.getSelectedRow());
     const auto area = rowsArea();
     const bool seen = chosen_ && area.getY() <= row.getCentreY() && row.getCentreY() < area.getBottom();
-    auto place = row.withWidth(list_.getVisibleRowWidth()).withTrimmedRight(buttonGap / 2);
+    auto place = row.withWidth(list_.getVisibleRowWidth()).withTrimmedRight(entryButtonGap / 2);
     place.removeFromLeft(place.getWidth() - buttonsWidth());
     for (std::size_t action = 0; action < buttons_.size(); ++action) {
         auto& button = *buttons_[action];
@@ -95,7 +95,7 @@ void EntryList::layOutButtons() {
         button.setVisible(seen);
         button.setEnabled(chosen_ && actions_[action].works(*chosen_));
         button.setBounds(place.removeFromLeft(button.preferredWidth()));
-        place.removeFromLeft(buttonGap);
+        place.removeFromLeft(entryButtonGap);
     }
 }
 
@@ -174,7 +174,7 @@ juce::String EntryList::paintedText(int row) const {
 }
 
 juce::String EntryList::tooltip(int row) const {
-    const auto room = list_.getVisibleRowWidth() - 2 * indent;
+    const auto room = list_.getVisibleRowWidth() - 2 * entryIndent;
     const bool isCut = row >= 0 && row < rows() && entryFont().getStringWidth(paintedText(row)) > room;
     return isCut ? text(row) : juce::String();
 }
@@ -256,16 +256,16 @@ void EntryList::paintListBoxItem(int row, juce::Graphics& graphics, int width, i
         graphics.fillRect(0, 0, width, height);
     }
     const bool hasButtons = selected && chosen_;
-    const auto room = width - indent - (hasButtons ? buttonsWidth() + buttonGap : indent);
+    const auto room = width - entryIndent - (hasButtons ? buttonsWidth() + entryButtonGap : entryIndent);
     const auto words = hasButtons ? shownText(row, room) : paintedText(row);
     const auto mark = entry(row).mark;
     graphics.setColour(colourOf(mark, palette));
     graphics.setFont(entryFont());
-    graphics.drawText(words, indent, 0, room, height, juce::Justification::centredLeft, true);
+    graphics.drawText(words, entryIndent, 0, room, height, juce::Justification::centredLeft, true);
     if (mark == Mark::gone) {
         const auto sign = entryFont().getStringWidth(signOf(mark));
         const auto end = std::min(entryFont().getStringWidth(words), room);
-        graphics.fillRect(indent + sign, height / 2, end - sign, 1);
+        graphics.fillRect(entryIndent + sign, height / 2, end - sign, 1);
     }
 }
 

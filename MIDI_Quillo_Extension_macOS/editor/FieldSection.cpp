@@ -9,7 +9,7 @@ namespace quillo {
 
 namespace {
 
-constexpr MyWrappingHStack::Spacing spacing{style::fieldGap, style::fieldGap};
+constexpr MyWrappingHStack::Spacing fieldSpacing{style::fieldGap, style::fieldGap};
 
 }  // namespace
 
@@ -22,7 +22,7 @@ FieldSizes sizesOf(const FieldPlans& plans) {
     return sizes;
 }
 
-FieldSection::FieldSection(const juce::String& title) : stack_(spacing) {
+FieldSection::FieldSection(const juce::String& title) : stack_(fieldSpacing) {
     setTitle(title);
     addAndMakeVisible(stack_);
 }
@@ -60,11 +60,11 @@ void FieldSection::refresh() {
 }
 
 int FieldSection::heightFor(const FieldSizes& fields, int width) {
-    return MyWrappingHStack::height(fields, spacing, width);
+    return MyWrappingHStack::height(fields, fieldSpacing, width);
 }
 
 int FieldSection::widthInARow(const FieldSizes& fields) {
-    return MyWrappingHStack::widthInARow(fields, spacing);
+    return MyWrappingHStack::widthInARow(fields, fieldSpacing);
 }
 
 void FieldSection::resized() {

@@ -10,7 +10,7 @@ namespace quillo {
 
 namespace {
 
-constexpr int margin = 8;
+constexpr int hintMargin = 8;
 constexpr int frame = 2;
 constexpr float cover = 0.92F;
 constexpr int mostLines = 6;
@@ -33,14 +33,14 @@ void FileDropHint::show(const DropEffect& drop) {
 
 void FileDropHint::paint(juce::Graphics& graphics) {
     const auto palette = environment<PaletteKey>(*this);
-    const auto area = getLocalBounds().reduced(margin).toFloat();
+    const auto area = getLocalBounds().reduced(hintMargin).toFloat();
     graphics.setColour(displayColour(palette.background).withAlpha(cover));
     graphics.fillRoundedRectangle(area, style::cardCorner);
     graphics.setColour(displayColour(works_ ? palette.delayInput : palette.secondaryText));
     graphics.drawRoundedRectangle(area.reduced(frame / 2.0F), style::cardCorner, frame);
     graphics.setColour(displayColour(palette.primaryText));
     graphics.setFont(textFont(style::titleText, works_));
-    graphics.drawFittedText(words_, getLocalBounds().reduced(3 * margin), juce::Justification::centred,
+    graphics.drawFittedText(words_, getLocalBounds().reduced(3 * hintMargin), juce::Justification::centred,
                             mostLines, 1);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/Fonts.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <initializer_list>
 
@@ -89,6 +90,16 @@ void drawLine(juce::Graphics& graphics, const juce::String& text, juce::Rectangl
     graphics.setColour(colour);
     graphics.setFont(textFont(size));
     graphics.drawText(text, area, juce::Justification::centredLeft, true);
+}
+
+juce::TextLayout inLines(const juce::String& text, int width, float size, juce::Colour colour,
+                         juce::Justification justification) {
+    juce::AttributedString attributed;
+    attributed.append(text, textFont(size), colour);
+    attributed.setJustification(justification);
+    juce::TextLayout layout;
+    layout.createLayout(attributed, static_cast<float>(std::max(1, width)));
+    return layout;
 }
 
 juce::Rectangle<float> onBaseline(juce::Rectangle<int> area, const juce::Font& font,

@@ -21,6 +21,11 @@ namespace quillo {
 void drawLine(juce::Graphics& graphics, const juce::String& text, juce::Rectangle<int> area, float size,
               juce::Colour colour);
 
+/// The text in lines of at most this width (at least 1), to be measured or drawn.
+[[nodiscard]] juce::TextLayout inLines(const juce::String& text, int width, float size,
+                                       juce::Colour colour = {},
+                                       juce::Justification justification = juce::Justification::left);
+
 /// `area` moved up or down so that a line of `font`, centred in its height, stands on the baseline of a line
 /// of `beside` that is centred in `area`.
 [[nodiscard]] juce::Rectangle<float> onBaseline(juce::Rectangle<int> area, const juce::Font& font,

@@ -17,7 +17,7 @@ namespace {
 
 constexpr int logoWidth = 50;
 constexpr int logoHeight = 30;
-constexpr int gap = 8;
+constexpr int headerGap = 8;
 /// How much higher than elsewhere buttons are here.
 constexpr int buttonLift = 5;
 /// The search field where it stands beside the buttons, and the room that the version leaves for it.
@@ -39,7 +39,7 @@ void placeAtRight(Button& button, int height, juce::Rectangle<int>& area) {
     if (button.isVisible()) {
         const auto width = button.preferredWidth();
         button.setBounds(area.removeFromRight(width).withSizeKeepingCentre(width, height));
-        area.removeFromRight(gap);
+        area.removeFromRight(headerGap);
     }
 }
 
@@ -171,7 +171,7 @@ void Header::setPlaying(bool playing) {
 
 void Header::resized() {
     auto area = getLocalBounds().reduced(style::barPadding, 0);
-    area.removeFromLeft(logoWidth + gap);
+    area.removeFromLeft(logoWidth + headerGap);
     const bool inTheirPlace = searching_ && !hasRoomForSearch();
     for (auto* part : std::initializer_list<juce::Component*>{&import_, &export_, &undo_, &redo_, &form_,
                                                               &searchButton_, &panic_, &docs_, &more_}) {
@@ -204,14 +204,14 @@ void Header::layOutButtons(juce::Rectangle<int> area) {
         if (button->isVisible()) {
             button->setBounds(area.removeFromLeft(style::iconButtonSize)
                                   .withSizeKeepingCentre(style::iconButtonSize, style::iconButtonSize));
-            area.removeFromLeft(gap);
+            area.removeFromLeft(headerGap);
         }
     }
     area = layOutRight(area);
     search_.setVisible(hasRoomForSearch());
     playing_.setVisible(hasRoomForSearch());
     if (hasRoomForSearch()) {
-        const auto width = searchWidth + gap + playing_.preferredWidth();
+        const auto width = searchWidth + headerGap + playing_.preferredWidth();
         layOutSearch(area.removeFromLeft(std::min(area.getWidth(), width)), true);
     }
 }
@@ -230,10 +230,11 @@ void Header::layOutSearch(juce::Rectangle<int> area, bool withPlaying) {
 juce::Rectangle<int> Header::layOutRight(juce::Rectangle<int> area) {
     const bool narrow = isNarrow();
     docs_.setVisible(!narrow);
-    const auto search = hasRoomForSearch() ? leastSearchWidth + 2 * gap + playing_.preferredWidth() : 0;
-    const auto others = search + gap + more_.preferredWidth() + (narrow ? 0 : gap + docs_.preferredWidth());
-    const auto panic = gap + panic_.preferredWidth();
-    const auto version = versionArea().getWidth() + gap + 2;
+    const auto search = hasRoomForSearch() ? leastSearchWidth + 2 * headerGap + playing_.preferredWidth() : 0;
+    const auto others =
+        search + headerGap + more_.preferredWidth() + (narrow ? 0 : headerGap + docs_.preferredWidth());
+    const auto panic = headerGap + panic_.preferredWidth();
+    const auto version = versionArea().getWidth() + headerGap + 2;
     panic_.setVisible(actions_.onPanic && others + panic <= area.getWidth());
     showsVersion_ = !narrow && others + panic + version <= area.getWidth();
     area.removeFromRight(showsVersion_ ? version : 0);

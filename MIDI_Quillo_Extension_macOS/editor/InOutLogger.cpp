@@ -17,10 +17,10 @@ namespace {
 
 constexpr int labelWidth = 24;
 constexpr int outLabelWidth = 32;
-constexpr int titleHeight = 18;
+constexpr int loggerTitleHeight = 18;
 /// A title that is a button begins where one that is not does.
 constexpr int titleShift = 4;
-constexpr int gap = 8;
+constexpr int loggerGap = 8;
 /// Where the entries and lists begin, beside the arrow; and what keeps the ring around that off them.
 constexpr int contentLeft = style::barPadding + style::iconButtonSize;
 constexpr int arrowMargin = 4;
@@ -139,14 +139,14 @@ juce::Rectangle<int> CollapesedLogger::entriesArea() const {
     const auto area = getLocalBounds().withTrimmedLeft(contentLeft).withTrimmedRight(style::barPadding);
     const auto kept = textWidth("Waiting: 99", style::valueText);
     const auto taken = std::max(waiting_.getWidth(), OpenedLogger::isStacked(getWidth()) ? 0 : kept);
-    return area.withTrimmedRight(taken > 0 ? taken + gap : 0);
+    return area.withTrimmedRight(taken > 0 ? taken + loggerGap : 0);
 }
 
 juce::Rectangle<int> CollapesedLogger::inArea() const {
     const auto area = entriesArea();
     return area.withWidth(showsOut() ? area.getWidth() / 2 : area.getWidth())
         .withTrimmedLeft(labelWidth)
-        .withTrimmedRight(showsOut() ? gap : 0);
+        .withTrimmedRight(showsOut() ? loggerGap : 0);
 }
 
 juce::Rectangle<int> CollapesedLogger::outArea() const {
@@ -307,7 +307,7 @@ bool OpenedLogger::isStacked(int width) {
 void OpenedLogger::resized() {
     const auto area = getLocalBounds();
     arrow_.setBounds(arrowArea(area).removeFromTop(style::iconButtonSize));
-    clear_.setBounds(area.withTrimmedRight(gap / 2)
+    clear_.setBounds(area.withTrimmedRight(loggerGap / 2)
                          .removeFromRight(style::iconButtonSize)
                          .removeFromTop(style::iconButtonSize));
     waiting_.setVisible(showsWaiting());
@@ -327,31 +327,31 @@ void OpenedLogger::layOutSum() {
     outPlace_ = out_.getBounds();
     sum_.setVisible(asksWhatNow_ && out_.isVisible());
     if (asksWhatNow_) {
-        sum_.setBounds(outPlace_.withHeight(titleHeight));
-        out_.setBounds(outPlace_.withTrimmedTop(titleHeight));
+        sum_.setBounds(outPlace_.withHeight(loggerTitleHeight));
+        out_.setBounds(outPlace_.withTrimmedTop(loggerTitleHeight));
     }
 }
 
 void OpenedLogger::layOutBeside(juce::Rectangle<int> area) {
     area.setLeft(contentLeft);
     area.setRight(clear_.getX());
-    area.removeFromTop(titleHeight);
-    area.removeFromBottom(gap / 2);
+    area.removeFromTop(loggerTitleHeight);
+    area.removeFromBottom(loggerGap / 2);
     const bool three = showsWaiting() && !sharesPlace();
     const auto lists = three ? 3 : 2;
-    const auto width = (area.getWidth() - (lists - 1) * gap) / lists;
+    const auto width = (area.getWidth() - (lists - 1) * loggerGap) / lists;
     in_.setBounds(area.removeFromLeft(width));
-    area.removeFromLeft(gap);
+    area.removeFromLeft(loggerGap);
     out_.setBounds(three ? area.removeFromLeft(width) : area);
-    waiting_.setBounds(three ? area.withTrimmedLeft(gap) : area);
+    waiting_.setBounds(three ? area.withTrimmedLeft(loggerGap) : area);
 }
 
 void OpenedLogger::layOutStacked(juce::Rectangle<int> area) {
     area.removeFromTop(style::iconButtonSize);
-    area.removeFromBottom(gap / 2);
-    area.reduce(gap / 2, 0);
-    in_.setBounds(area.removeFromTop((area.getHeight() - titleHeight) / 2));
-    out_.setBounds(area.withTrimmedTop(titleHeight));
+    area.removeFromBottom(loggerGap / 2);
+    area.reduce(loggerGap / 2, 0);
+    in_.setBounds(area.removeFromTop((area.getHeight() - loggerTitleHeight) / 2));
+    out_.setBounds(area.withTrimmedTop(loggerTitleHeight));
     waiting_.setBounds(out_.getBounds());
 }
 
@@ -396,9 +396,9 @@ juce::Rectangle<int> OpenedLogger::outTitleArea() const {
 /// Above the list, and beside the arrow where that stands above the list too.
 juce::Rectangle<int> OpenedLogger::titleArea(juce::Rectangle<int> list) const {
     const bool besideButtons =
-        list.getY() >= arrow_.getBottom() && list.getY() < arrow_.getBottom() + titleHeight;
+        list.getY() >= arrow_.getBottom() && list.getY() < arrow_.getBottom() + loggerTitleHeight;
     return besideButtons ? arrow_.getBounds().withLeft(contentLeft).withRight(clear_.getX())
-                         : list.withHeight(titleHeight).withBottomY(list.getY());
+                         : list.withHeight(loggerTitleHeight).withBottomY(list.getY());
 }
 
 void OpenedLogger::paintTitle(juce::Graphics& graphics, juce::Rectangle<int> area, const juce::String& title,

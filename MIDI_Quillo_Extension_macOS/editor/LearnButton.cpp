@@ -11,7 +11,7 @@ namespace quillo {
 namespace {
 
 constexpr float line = 1;
-constexpr float dot = 5;
+constexpr float recordingDot = 5;
 
 }  // namespace
 
@@ -32,7 +32,7 @@ void LearnButton::paintButton(juce::Graphics& graphics, bool hover, bool down) {
     const auto area = getLocalBounds().toFloat().reduced(1);
     graphics.setColour(displayColour(learning_ ? palette.triggerInput : quiet));
     graphics.drawEllipse(area.reduced(line / 2), hasKeyboardFocus(false) ? style::focusRing : line);
-    graphics.fillEllipse(area.withSizeKeepingCentre(dot, dot));
+    graphics.fillEllipse(area.withSizeKeepingCentre(recordingDot, recordingDot));
 }
 
 }  // namespace quillo

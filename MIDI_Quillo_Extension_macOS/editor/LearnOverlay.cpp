@@ -16,9 +16,9 @@ namespace quillo {
 
 namespace {
 
-constexpr int panelWidth = 330;
-constexpr int panelPadding = 8;
-constexpr int titleHeight = 20;
+constexpr int learnPanelWidth = 330;
+constexpr int learnPadding = 8;
+constexpr int learnTitleHeight = 20;
 /// The panel opens where there is room for so many rows.
 constexpr int rowsToExpect = 4;
 constexpr int remarkGap = 10;
@@ -99,13 +99,13 @@ void LearnOverlay::showOffers() {
 }
 
 int LearnOverlay::heightFor(int rows) {
-    return titleHeight + rows * style::menuRowHeight + 2 * panelPadding;
+    return learnTitleHeight + rows * style::menuRowHeight + 2 * learnPadding;
 }
 
 /// On the side of the anchor where a few rows find room, and no higher than what is offered.
 juce::Rectangle<int> LearnOverlay::panelForOffers() const {
     const auto rows = std::max(1, static_cast<int>(offers_.size()));
-    auto full = PopupMenuOverlay::place(anchor_, {panelWidth, heightFor(std::max(rows, rowsToExpect))},
+    auto full = PopupMenuOverlay::place(anchor_, {learnPanelWidth, heightFor(std::max(rows, rowsToExpect))},
                                         getLocalBounds());
     const auto height = std::min(heightFor(rows), full.getHeight());
     return full.getBottom() <= anchor_.getY() ? full.removeFromBottom(height) : full.removeFromTop(height);
@@ -113,7 +113,7 @@ juce::Rectangle<int> LearnOverlay::panelForOffers() const {
 
 void LearnOverlay::resized() {
     panel_ = panelForOffers();
-    list_.setBounds(panel_.reduced(panelPadding).withTrimmedTop(titleHeight));
+    list_.setBounds(panel_.reduced(learnPadding).withTrimmedTop(learnTitleHeight));
 }
 
 juce::Rectangle<int> LearnOverlay::rowArea(int row) const {
@@ -128,8 +128,8 @@ void LearnOverlay::paint(juce::Graphics& graphics) {
     graphics.fillRoundedRectangle(panel, style::cardCorner);
     graphics.setColour(displayColour(style::edge(palette)));
     graphics.drawRoundedRectangle(panel.reduced(0.5F), style::cardCorner, 1);
-    auto area = panel_.reduced(panelPadding);
-    const auto line = area.removeFromTop(titleHeight).withTrimmedBottom(4);
+    auto area = panel_.reduced(learnPadding);
+    const auto line = area.removeFromTop(learnTitleHeight).withTrimmedBottom(4);
     graphics.setColour(displayColour(palette.secondaryText));
     graphics.setFont(textFont(style::valueText));
     graphics.drawText("Esc ends", line, juce::Justification::centredRight, false);

@@ -22,16 +22,12 @@ constexpr auto orAnExample = "Or begin with an example:";
 constexpr int greatestTextWidth = 460;
 constexpr int textMargin = 4;
 constexpr int captionHeight = 20;
-constexpr int buttonHeight = 24;
-constexpr int gap = 8;
+constexpr int footerButtonHeight = 24;
+constexpr int footerGap = 8;
 
 juce::TextLayout textLayout(int width, juce::Colour colour = {}) {
-    juce::AttributedString text;
-    text.append(whatARuleIs, textFont(style::valueText), colour);
-    text.setJustification(juce::Justification::centred);
-    juce::TextLayout layout;
-    layout.createLayout(text, static_cast<float>(std::min(std::max(1, width), greatestTextWidth)));
-    return layout;
+    return inLines(whatARuleIs, std::min(width, greatestTextWidth), style::valueText, colour,
+                   juce::Justification::centred);
 }
 
 int textHeight(int width) {
@@ -78,15 +74,15 @@ void ListFooter::showEmpty(bool isEmpty) {
 }
 
 ListFooter::Places ListFooter::exampleAreas(int width) const {
-    constexpr float margin = gap / 2.0F;
+    constexpr float margin = footerGap / 2.0F;
     juce::FlexBox box(juce::FlexBox::Direction::row, juce::FlexBox::Wrap::wrap,
                       juce::FlexBox::AlignContent::flexStart, juce::FlexBox::AlignItems::flexStart,
                       juce::FlexBox::JustifyContent::center);
     for (const auto& button : examples_) {
-        const auto wanted = std::min(button->preferredWidth(), width - gap);
-        box.items.add(juce::FlexItem(static_cast<float>(wanted), buttonHeight).withMargin(margin));
+        const auto wanted = std::min(button->preferredWidth(), width - footerGap);
+        box.items.add(juce::FlexItem(static_cast<float>(wanted), footerButtonHeight).withMargin(margin));
     }
-    box.performLayout(juce::Rectangle<int>(width, 3 * (buttonHeight + gap)));
+    box.performLayout(juce::Rectangle<int>(width, 3 * (footerButtonHeight + footerGap)));
     Places areas;
     for (int index = 0; index < box.items.size(); ++index) {
         areas[static_cast<std::size_t>(index)] = box.items[index].currentBounds.toNearestInt();

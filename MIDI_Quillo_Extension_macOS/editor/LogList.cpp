@@ -9,7 +9,7 @@ namespace quillo {
 
 namespace {
 
-constexpr int margin = 3;
+constexpr int logListMargin = 3;
 constexpr int groundLift = -5;
 
 }  // namespace
@@ -33,7 +33,7 @@ juce::Rectangle<int> LogList::rowArea(int row) const {
 }
 
 juce::Rectangle<int> LogList::rowsArea() const {
-    return getLocalBounds().reduced(margin);
+    return getLocalBounds().reduced(logListMargin);
 }
 
 void LogList::resized() {

@@ -13,17 +13,13 @@ namespace quillo {
 namespace {
 
 constexpr int box = 13;
-constexpr int padding = 4;
-constexpr float corner = 3;
-constexpr int lineHeight = 16;
-constexpr int textLeft = 2 * padding + box + 2;
+constexpr int checkBoxPadding = 4;
+constexpr float boxCorner = 3;
+constexpr int labelLineHeight = 16;
+constexpr int textLeft = 2 * checkBoxPadding + box + 2;
 
-juce::TextLayout laidOut(const juce::String& label, int width, juce::Colour colour = {}) {
-    juce::AttributedString text;
-    text.append(label, textFont(style::valueText), colour);
-    juce::TextLayout layout;
-    layout.createLayout(text, static_cast<float>(std::max(1, width - textLeft - padding)));
-    return layout;
+juce::TextLayout labelLayout(const juce::String& label, int width, juce::Colour colour = {}) {
+    return inLines(label, width - textLeft - checkBoxPadding, style::valueText, colour);
 }
 
 void paintTick(juce::Graphics& graphics, juce::Rectangle<float> area) {
@@ -50,7 +46,7 @@ MyCheckBox::MyCheckBox(const juce::String& label, bool ticked, std::function<voi
 }
 
 int MyCheckBox::preferredWidth() const {
-    return textLeft + textWidth(getButtonText(), style::valueText) + padding;
+    return textLeft + textWidth(getButtonText(), style::valueText) + checkBoxPadding;
 }
 
 int MyCheckBox::preferredHeight() const {
@@ -58,27 +54,28 @@ int MyCheckBox::preferredHeight() const {
 }
 
 int MyCheckBox::heightFor(int width) const {
-    return lineHeight * std::max(1, laidOut(getButtonText(), width).getNumLines()) + padding;
+    return labelLineHeight * std::max(1, labelLayout(getButtonText(), width).getNumLines()) + checkBoxPadding;
 }
 
 void MyCheckBox::paintButton(juce::Graphics& graphics, bool hover, bool down) {
     const auto palette = environment<PaletteKey>(*this);
-    const auto square = juce::Rectangle<int>(padding, 0, box, lineHeight + padding)
+    const auto square = juce::Rectangle<int>(checkBoxPadding, 0, box, labelLineHeight + checkBoxPadding)
                             .withSizeKeepingCentre(box, box)
                             .toFloat()
                             .reduced(0.5F);
     graphics.setColour(displayColour(hover || down ? style::litEdge(palette) : style::edge(palette)));
     if (isTicked()) {
         graphics.setColour(displayColour(palette.triggerInput));
-        graphics.fillRoundedRectangle(square, corner);
+        graphics.fillRoundedRectangle(square, boxCorner);
     }
-    graphics.drawRoundedRectangle(square, corner, 1);
+    graphics.drawRoundedRectangle(square, boxCorner, 1);
     if (isTicked()) {
         graphics.setColour(displayColour(palette.background));
         paintTick(graphics, square);
     }
-    const auto layout = laidOut(getButtonText(), getWidth(), displayColour(palette.primaryText));
-    layout.draw(graphics, getLocalBounds().withTrimmedLeft(textLeft).reduced(0, padding / 2).toFloat());
+    const auto layout = labelLayout(getButtonText(), getWidth(), displayColour(palette.primaryText));
+    layout.draw(graphics,
+                getLocalBounds().withTrimmedLeft(textLeft).reduced(0, checkBoxPadding / 2).toFloat());
     paintFocusRing(graphics, style::fieldCorner);
 }
 

@@ -12,7 +12,7 @@ namespace quillo {
 namespace {
 
 /// Keeps the focus ring off the word.
-constexpr int padding = 4;
+constexpr int wordPadding = 4;
 
 }  // namespace
 
@@ -23,15 +23,15 @@ void MyWordButton::setColour(MyRGB colour) {
 }
 
 int MyWordButton::preferredWidth() const {
-    return textWidth(getButtonText(), style::valueText) + 2 * padding;
+    return textWidth(getButtonText(), style::valueText) + 2 * wordPadding;
 }
 
 int MyWordButton::preferredHeight() const {
-    return style::captionHeight + padding;
+    return style::captionHeight + wordPadding;
 }
 
 void MyWordButton::paintButton(juce::Graphics& graphics, bool hover, bool /*down*/) {
-    const auto area = getLocalBounds().reduced(padding, 0);
+    const auto area = getLocalBounds().reduced(wordPadding, 0);
     drawLine(graphics, getButtonText(), area, style::valueText, displayColour(colour_));
     if (hover) {
         graphics.fillRect(area.withTop(area.getCentreY() + style::captionHeight / 2).withHeight(1));

@@ -15,7 +15,7 @@ namespace quillo {
 namespace {
 
 constexpr int verticalMargin = 8;
-constexpr int buttonHeight = 26;
+constexpr int selectorButtonHeight = 26;
 
 }  // namespace
 
@@ -25,7 +25,7 @@ NewRuleSelector::NewRuleSelector(Actions actions)
 }
 
 int NewRuleSelector::preferredHeight() {
-    return buttonHeight + 2 * verticalMargin;
+    return selectorButtonHeight + 2 * verticalMargin;
 }
 
 void NewRuleSelector::openMenu() {
@@ -56,7 +56,8 @@ void NewRuleSelector::pick(std::size_t row) {
 void NewRuleSelector::resized() {
     const bool narrow = environment<MySizeCategoryKey>(*this) == MySizeCategory::small;
     const auto width = narrow ? getWidth() : button_.preferredWidth() + 2 * style::buttonPadding;
-    button_.setBounds(getLocalBounds().withSizeKeepingCentre(std::min(width, getWidth()), buttonHeight));
+    button_.setBounds(
+        getLocalBounds().withSizeKeepingCentre(std::min(width, getWidth()), selectorButtonHeight));
 }
 
 }  // namespace quillo

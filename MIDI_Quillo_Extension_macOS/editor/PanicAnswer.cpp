@@ -12,26 +12,19 @@ namespace quillo {
 
 namespace {
 
-constexpr int margin = 12;
-constexpr int padding = 8;
-constexpr int gap = 2;
-
-juce::TextLayout laidOut(const juce::String& words, int width, juce::Colour colour = {}) {
-    juce::AttributedString text;
-    text.append(words, textFont(style::valueText), colour);
-    juce::TextLayout layout;
-    layout.createLayout(text, static_cast<float>(std::max(1, width)));
-    return layout;
-}
+constexpr int answerMargin = 12;
+constexpr int answerPadding = 8;
+constexpr int answerGap = 2;
 
 /// What of its width the words have.
 int wordsWidth(int width) {
-    return width - 2 * padding - style::iconButtonSize;
+    return width - 2 * answerPadding - style::iconButtonSize;
 }
 
 int wordsHeight(const juce::String& words, int width) {
-    const auto height = static_cast<int>(std::ceil(laidOut(words, wordsWidth(width)).getHeight()));
-    return std::max(style::iconButtonSize - padding, height);
+    const auto height =
+        static_cast<int>(std::ceil(inLines(words, wordsWidth(width), style::valueText).getHeight()));
+    return std::max(style::iconButtonSize - answerPadding, height);
 }
 
 }  // namespace
@@ -66,22 +59,23 @@ void PanicAnswer::advance(double seconds) {
 }
 
 void PanicAnswer::placeIn(juce::Rectangle<int> area) {
-    area = area.reduced(margin, margin / 2);
-    const auto text = textWidth(words_, style::valueText) + 1 + 2 * padding + style::iconButtonSize;
-    const auto width = std::min(area.getWidth(), std::max(text, notesEnd_.preferredWidth() + 2 * padding));
-    const auto height =
-        2 * padding + wordsHeight(words_, width) + gap + notesEnd_.heightFor(width - 2 * padding);
+    area = area.reduced(answerMargin, answerMargin / 2);
+    const auto text = textWidth(words_, style::valueText) + 1 + 2 * answerPadding + style::iconButtonSize;
+    const auto width =
+        std::min(area.getWidth(), std::max(text, notesEnd_.preferredWidth() + 2 * answerPadding));
+    const auto height = 2 * answerPadding + wordsHeight(words_, width) + answerGap +
+                        notesEnd_.heightFor(width - 2 * answerPadding);
     setBounds(area.removeFromRight(width).withHeight(height));
 }
 
 void PanicAnswer::resized() {
     auto area = getLocalBounds();
-    close_.setBounds(area.withTrimmedTop(padding / 2 - 1)
-                         .withTrimmedRight(padding / 2 - 1)
+    close_.setBounds(area.withTrimmedTop(answerPadding / 2 - 1)
+                         .withTrimmedRight(answerPadding / 2 - 1)
                          .removeFromRight(style::iconButtonSize)
                          .removeFromTop(style::iconButtonSize));
-    area.reduce(padding, padding);
-    area.removeFromTop(wordsHeight(words_, getWidth()) + gap);
+    area.reduce(answerPadding, answerPadding);
+    area.removeFromTop(wordsHeight(words_, getWidth()) + answerGap);
     notesEnd_.setBounds(area.removeFromLeft(std::min(area.getWidth(), notesEnd_.preferredWidth())));
 }
 
@@ -96,11 +90,12 @@ void PanicAnswer::paint(juce::Graphics& graphics) {
     graphics.fillRoundedRectangle(panel, style::buttonCorner);
     graphics.setColour(displayColour(style::alarmEdge));
     graphics.drawRoundedRectangle(panel.reduced(0.5F), style::buttonCorner, 1);
-    const auto layout = laidOut(words_, wordsWidth(getWidth()), displayColour(palette.primaryText));
-    const auto area = getLocalBounds().reduced(padding).withHeight(wordsHeight(words_, getWidth()));
+    const auto layout =
+        inLines(words_, wordsWidth(getWidth()), style::valueText, displayColour(palette.primaryText));
+    const auto area = getLocalBounds().reduced(answerPadding).withHeight(wordsHeight(words_, getWidth()));
     layout.draw(graphics,
                 area.toFloat()
-                    .withTrimmedLeft(padding / 2.0F)
+                    .withTrimmedLeft(answerPadding / 2.0F)
                     .withSizeKeepingCentre(static_cast<float>(area.getWidth()), layout.getHeight()));
 }
 

@@ -15,7 +15,7 @@ namespace quillo {
 namespace {
 
 /// Room inside the panel around the rows.
-constexpr int panelPadding = 4;
+constexpr int menuPadding = 4;
 /// The dot at the end of the current row.
 constexpr float markSize = 5;
 /// How strongly the highlighted row is marked where it cannot be picked.
@@ -146,17 +146,17 @@ int PopupMenuOverlay::wantedWidth() const {
     const auto mark = style::chevronSize + style::chevronGap;
     const auto typed = typedChoice_ ? textWidth(typedChoice_->label, style::valueText) : 0;
     return std::max(widestLabel_, typed) + mark + 2 * style::fieldPadding + style::scrollBarWidth +
-           2 * panelPadding;
+           2 * menuPadding;
 }
 
 int PopupMenuOverlay::heightFor(std::size_t rows) const {
-    return static_cast<int>(rows) * style::menuRowHeight + searchHeight() + 2 * panelPadding;
+    return static_cast<int>(rows) * style::menuRowHeight + searchHeight() + 2 * menuPadding;
 }
 
 juce::Rectangle<int> PopupMenuOverlay::panelForShownRows() const {
     auto full = place(anchor_, {wantedWidth(), heightFor(contents_.labels.size())}, getLocalBounds());
     const auto rowsThatFit = static_cast<std::size_t>(
-        std::max(0, full.getHeight() - searchHeight() - 2 * panelPadding) / style::menuRowHeight);
+        std::max(0, full.getHeight() - searchHeight() - 2 * menuPadding) / style::menuRowHeight);
     const auto height = std::min(heightFor(std::min(rowsThatFit, shown_.size())), full.getHeight());
     return full.getBottom() <= anchor_.getY() ? full.removeFromBottom(height) : full.removeFromTop(height);
 }
@@ -164,7 +164,7 @@ juce::Rectangle<int> PopupMenuOverlay::panelForShownRows() const {
 void PopupMenuOverlay::resized() {
     const auto row = highlightedRow();
     panel_ = panelForShownRows();
-    list_.setBounds(panel_.reduced(panelPadding).withTrimmedTop(searchHeight()));
+    list_.setBounds(panel_.reduced(menuPadding).withTrimmedTop(searchHeight()));
     highlight(row);
 }
 
@@ -180,7 +180,7 @@ void PopupMenuOverlay::paint(juce::Graphics& graphics) {
         graphics.setColour(displayColour(shown_.empty() ? palette.secondaryText : palette.primaryText));
         graphics.setFont(textFont(style::valueText));
         const auto line =
-            panel_.reduced(panelPadding).removeFromTop(searchHeight()).reduced(style::fieldPadding, 0);
+            panel_.reduced(menuPadding).removeFromTop(searchHeight()).reduced(style::fieldPadding, 0);
         graphics.drawText(shown_.empty() ? "No match: " + typed_ : "Search: " + typed_, line,
                           juce::Justification::centredLeft, true);
     }

@@ -15,9 +15,9 @@ namespace quillo {
 
 namespace {
 
-constexpr int margin = 8;
-constexpr int gap = 6;
-constexpr int lineHeight = 16;
+constexpr int browserMargin = 8;
+constexpr int browserGap = 6;
+constexpr int browserLineHeight = 16;
 /// In a list that is narrower than this there is no room for dates and sentences.
 constexpr int narrowList = 300;
 
@@ -316,16 +316,16 @@ void PresetBrowserView::paintListBoxItem(int row, juce::Graphics& graphics, int 
     area.reduce(style::fieldPadding, 0);
     drawIcon(graphics, entry.isFolder ? IconName::folder : IconName::preset,
              area.removeFromLeft(style::iconSize).toFloat().withSizeKeepingCentre(14, 14), faint);
-    area.removeFromLeft(gap);
+    area.removeFromLeft(browserGap);
     if (!entry.sentence.empty() && width >= narrowList) {
         drawLine(graphics, juceText(entry.sentence), area.removeFromRight(area.getWidth() * 3 / 5),
                  style::valueText, faint);
-        area.removeFromRight(gap);
+        area.removeFromRight(browserGap);
     } else if (!entry.isFolder && width >= narrowList) {
         const auto date = dateText(entry.changed);
         drawLine(graphics, date, area.removeFromRight(textWidth(date, style::valueText)), style::valueText,
                  faint);
-        area.removeFromRight(gap);
+        area.removeFromRight(browserGap);
     }
     drawLine(graphics, juceText(entry.name), area, style::valueText, text);
 }
@@ -333,7 +333,7 @@ void PresetBrowserView::paintListBoxItem(int row, juce::Graphics& graphics, int 
 int PresetBrowserView::widthOfTop() const {
     int width = textWidth(title(browser_.mode()), style::titleText, true);
     for (const auto& place : places_) {
-        width += gap + place->preferredWidth();
+        width += browserGap + place->preferredWidth();
     }
     return width;
 }
@@ -342,48 +342,49 @@ int PresetBrowserView::widthOfTop() const {
 void PresetBrowserView::layOutTop(juce::Rectangle<int>& area) {
     const bool beside = widthOfTop() <= area.getWidth();
     if (!beside) {
-        titleArea_ = area.removeFromTop(lineHeight);
+        titleArea_ = area.removeFromTop(browserLineHeight);
     }
     auto places = area.removeFromTop(style::buttonHeight);
     for (auto place = places_.rbegin(); place != places_.rend(); ++place) {
         const auto share = places.getWidth() / static_cast<int>(places_.rend() - place);
         (*place)->setBounds(places.removeFromRight(std::min((*place)->preferredWidth(), share)));
-        places.removeFromRight(std::min(gap, places.getWidth()));
+        places.removeFromRight(std::min(browserGap, places.getWidth()));
     }
     if (beside) {
         titleArea_ = places;
     }
     folderArea_ = area.removeFromTop(style::menuRowHeight);
     leave_.setBounds(folderArea_.removeFromLeft(style::menuRowHeight));
-    folderArea_.removeFromLeft(gap);
+    folderArea_.removeFromLeft(browserGap);
 }
 
 void PresetBrowserView::layOutBottom(juce::Rectangle<int>& area) {
-    const auto buttons = confirm_.preferredWidth() + gap + cancel_.preferredWidth();
+    const auto buttons = confirm_.preferredWidth() + browserGap + cancel_.preferredWidth();
     auto lowest = area.removeFromBottom(style::boxHeight);
     if (lowest.getWidth() - buttons < buttons) {
-        area.removeFromBottom(gap);
+        area.removeFromBottom(browserGap);
         name_.setBounds(area.removeFromBottom(style::boxHeight));
     } else {
-        name_.setBounds(lowest.withTrimmedRight(buttons + gap));
+        name_.setBounds(lowest.withTrimmedRight(buttons + browserGap));
     }
     const auto place = [&lowest](MyTextButton& button) {
         button.setBounds(lowest.removeFromRight(button.preferredWidth())
                              .withSizeKeepingCentre(button.preferredWidth(), style::buttonHeight));
-        lowest.removeFromRight(gap);
+        lowest.removeFromRight(browserGap);
     };
     place(confirm_);
     place(cancel_);
-    area.removeFromBottom(gap);
+    area.removeFromBottom(browserGap);
     const auto message = juceText(browser_.message());
     const auto lines =
-        std::min(3, textWidth(message, style::valueText) / std::max(1, area.getWidth() - gap) + 1);
-    messageArea_ = message.isEmpty() ? juce::Rectangle<int>() : area.removeFromBottom(lines * lineHeight);
-    area.removeFromBottom(message.isEmpty() ? 0 : gap);
+        std::min(3, textWidth(message, style::valueText) / std::max(1, area.getWidth() - browserGap) + 1);
+    messageArea_ =
+        message.isEmpty() ? juce::Rectangle<int>() : area.removeFromBottom(lines * browserLineHeight);
+    area.removeFromBottom(message.isEmpty() ? 0 : browserGap);
 }
 
 void PresetBrowserView::resized() {
-    auto area = getLocalBounds().reduced(margin);
+    auto area = getLocalBounds().reduced(browserMargin);
     layOutTop(area);
     layOutBottom(area);
     list_.setBounds(area.reduced(1));

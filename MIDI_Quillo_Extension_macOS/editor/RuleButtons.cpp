@@ -10,7 +10,7 @@ namespace quillo {
 
 namespace {
 
-constexpr MyWrappingHStack::Spacing spacing{style::fieldGap, style::fieldGap};
+constexpr MyWrappingHStack::Spacing buttonSpacing{style::fieldGap, style::fieldGap};
 
 constexpr const char* duplicateLabel = "Duplicate";
 constexpr const char* deleteLabel = "Delete";
@@ -39,7 +39,7 @@ RuleButtons::RuleButtons(std::function<juce::String()> whyNotSent, Actions actio
       send_(sendLabel, actions_.onSend),
       more_(
           "More", IconName::more, [this] { actions_.onMore(more_); }, style::buttonHeight),
-      stack_(spacing) {
+      stack_(buttonSpacing) {
     addAndMakeVisible(stack_);
     for (auto* button : std::initializer_list<juce::Component*>{&duplicate_, &delete_, &send_, &more_}) {
         button->setVisible(true);
@@ -55,11 +55,11 @@ void RuleButtons::refresh() {
 }
 
 int RuleButtons::heightFor(int width) {
-    return MyWrappingHStack::height(sizes(), spacing, width);
+    return MyWrappingHStack::height(sizes(), buttonSpacing, width);
 }
 
 int RuleButtons::widthInALine() {
-    return MyWrappingHStack::widthInARow(sizes(), spacing);
+    return MyWrappingHStack::widthInARow(sizes(), buttonSpacing);
 }
 
 void RuleButtons::resized() {

@@ -12,7 +12,7 @@ namespace quillo {
 
 namespace {
 
-constexpr float dot = 7;
+constexpr float dotSize = 7;
 constexpr int dotRoom = 14;
 constexpr float dotLine = 1.2F;
 
@@ -20,16 +20,12 @@ int roomForDot(const RuleRemark& remark) {
     return remark.mark == RuleRemark::Mark::none ? 0 : dotRoom;
 }
 
-juce::TextLayout laidOut(const RuleRemark& remark, int width, juce::Colour colour = {}) {
-    juce::AttributedString text;
-    text.append(remark.words, textFont(style::captionText), colour);
-    juce::TextLayout layout;
-    layout.createLayout(text, static_cast<float>(std::max(1, width - roomForDot(remark))));
-    return layout;
+juce::TextLayout remarkLayout(const RuleRemark& remark, int width, juce::Colour colour = {}) {
+    return inLines(remark.words, width - roomForDot(remark), style::captionText, colour);
 }
 
 void paintDot(juce::Graphics& graphics, RuleRemark::Mark mark, juce::Rectangle<float> area) {
-    area = area.withSizeKeepingCentre(dot, dot);
+    area = area.withSizeKeepingCentre(dotSize, dotSize);
     if (mark == RuleRemark::Mark::fired) {
         graphics.fillEllipse(area);
     } else {
@@ -57,7 +53,7 @@ int RuleStatus::widthFor(const RuleRemark& remark) {
 }
 
 int RuleStatus::heightFor(const RuleRemark& remark, int width) {
-    return lineHeight * std::max(1, laidOut(remark, width).getNumLines());
+    return lineHeight * std::max(1, remarkLayout(remark, width).getNumLines());
 }
 
 bool RuleStatus::isOneLine() const {
@@ -82,14 +78,14 @@ void RuleStatus::paint(juce::Graphics& graphics) {
     auto area = getLocalBounds();
     graphics.setColour(colour());
     if (remark_.mark != RuleRemark::Mark::none) {
-        const auto place = area.removeFromLeft(dotRoom).removeFromLeft(static_cast<int>(dot));
+        const auto place = area.removeFromLeft(dotRoom).removeFromLeft(static_cast<int>(dotSize));
         paintDot(graphics, remark_.mark, place.withHeight(isOneLine() ? getHeight() : lineHeight).toFloat());
     }
     if (isOneLine()) {
         graphics.setFont(textFont(style::captionText));
         graphics.drawText(remark_.words, area, juce::Justification::centredLeft, true);
     } else {
-        laidOut(remark_, getWidth(), colour()).draw(graphics, area.toFloat());
+        remarkLayout(remark_, getWidth(), colour()).draw(graphics, area.toFloat());
     }
 }
 

@@ -4,13 +4,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "midi/Status.hpp"
 #include "rules/TriggerChoices.hpp"
 
 namespace quillo {
 
 namespace {
-
-constexpr int greatestDataByte = 127;
 
 /// Gives each field its new value that is another one than before.
 template <class Entry, class... Field>
@@ -46,7 +45,7 @@ void send(RuleEntry& entry, int value) {
 }
 
 bool isDataByte(int value) {
-    return value >= 0 && value <= greatestDataByte;
+    return value >= 0 && value <= midi::greatestDataByte;
 }
 
 /// How far what is sent lies above what is waited for.

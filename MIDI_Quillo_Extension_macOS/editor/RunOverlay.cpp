@@ -14,14 +14,14 @@ namespace quillo {
 
 namespace {
 
-constexpr int panelWidth = 290;
+constexpr int runPanelWidth = 290;
 constexpr int textWidthInPanel = 86;
-constexpr int titleHeight = 18;
-constexpr int lineHeight = 14;
-constexpr int gap = 8;
+constexpr int runTitleHeight = 18;
+constexpr int runLineHeight = 14;
+constexpr int runGap = 8;
 /// Room between two texts, for the word between them.
 constexpr int wordRoom = 28;
-constexpr int panelHeight = titleHeight + style::captionHeight + style::boxHeight + gap + lineHeight;
+constexpr int panelHeight = runTitleHeight + style::captionHeight + style::boxHeight + runGap + runLineHeight;
 
 }  // namespace
 
@@ -111,9 +111,9 @@ void RunOverlay::focusGained(FocusChangeType /*cause*/) {
 }
 
 void RunOverlay::resized() {
-    panel_ = PopupMenuOverlay::place(anchor_, {panelWidth, panelHeight + 2 * padding}, getLocalBounds());
+    panel_ = PopupMenuOverlay::place(anchor_, {runPanelWidth, panelHeight + 2 * padding}, getLocalBounds());
     auto row = inside();
-    row.removeFromTop(titleHeight + style::captionHeight);
+    row.removeFromTop(runTitleHeight + style::captionHeight);
     row = row.removeFromTop(style::boxHeight);
     for (const auto& text : texts_) {
         text->setBounds(row.removeFromLeft(textWidthInPanel));
@@ -132,7 +132,7 @@ void RunOverlay::paint(juce::Graphics& graphics) {
     graphics.setColour(displayColour(style::edge(palette)));
     graphics.drawRoundedRectangle(panel_.toFloat().reduced(0.5F), style::buttonCorner, 1);
     auto area = inside();
-    const auto title = area.removeFromTop(titleHeight);
+    const auto title = area.removeFromTop(runTitleHeight);
     graphics.setColour(displayColour(primary));
     graphics.setFont(textFont(style::valueText, true));
     graphics.drawText(question_.title, title, juce::Justification::topLeft, true);
@@ -153,7 +153,7 @@ void RunOverlay::paint(juce::Graphics& graphics) {
         }
     }
     graphics.setColour(secondary);
-    graphics.drawFittedText(outcome_.words, inside().removeFromBottom(lineHeight),
+    graphics.drawFittedText(outcome_.words, inside().removeFromBottom(runLineHeight),
                             juce::Justification::centredLeft, 1);
 }
 

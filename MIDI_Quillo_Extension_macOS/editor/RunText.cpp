@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "editor/DecimalText.hpp"
+#include "midi/Status.hpp"
 #include "rules/MIDIVocabulary.hpp"
 #include "rules/RuleRun.hpp"
 
@@ -12,7 +13,6 @@ namespace quillo {
 
 namespace {
 
-constexpr int greatestDataByte = 127;
 constexpr std::string_view sharp = "♯";
 constexpr std::string_view minus = "−";
 constexpr std::string_view dash = "–";
@@ -35,10 +35,10 @@ std::string plain(std::string_view text) {
 }
 
 std::optional<std::uint8_t> plainValue(TriggerEntryType type, const std::string& text) {
-    if (const auto number = parseUnsignedDecimal(text, greatestDataByte)) {
+    if (const auto number = parseUnsignedDecimal(text, midi::greatestDataByte)) {
         return static_cast<std::uint8_t>(*number);
     }
-    for (int note = 0; waitsForNotes(type) && note <= greatestDataByte; ++note) {
+    for (int note = 0; waitsForNotes(type) && note <= midi::greatestDataByte; ++note) {
         if (plain(noteName(static_cast<std::uint8_t>(note))) == text) {
             return static_cast<std::uint8_t>(note);
         }

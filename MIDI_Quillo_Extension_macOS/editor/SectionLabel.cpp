@@ -11,7 +11,7 @@ namespace quillo {
 
 namespace {
 
-constexpr int buttonGap = 6;
+constexpr int labelButtonGap = 6;
 
 }  // namespace
 
@@ -27,7 +27,7 @@ void SectionLabel::setButton(juce::Component& button, int size) {
 
 void SectionLabel::resized() {
     if (button_ != nullptr) {
-        button_->setTopLeftPosition(textWidth(text_, style::valueText) + buttonGap,
+        button_->setTopLeftPosition(textWidth(text_, style::valueText) + labelButtonGap,
                                     (getHeight() - button_->getHeight()) / 2);
     }
 }

@@ -6,6 +6,7 @@
 
 #include "editor/DecimalText.hpp"
 #include "editor/MyFormatter.hpp"
+#include "midi/Status.hpp"
 #include "platform/HexText.hpp"
 #include "rules/MIDIVocabulary.hpp"
 
@@ -24,7 +25,6 @@ static_assert(MyFormatter<NameFormatter>);
 namespace {
 
 constexpr std::uint64_t unreadableDataByte = 64;
-constexpr std::uint64_t greatestDataByte = 127;
 constexpr std::uint64_t centrePitch = 8192;
 constexpr std::uint64_t greatestPitch = 16383;
 
@@ -36,7 +36,7 @@ Number parseClamped(std::string_view text, std::uint64_t unreadable, std::uint64
 }
 
 std::uint8_t parseDataByte(std::string_view text) {
-    return parseClamped<std::uint8_t>(text, unreadableDataByte, greatestDataByte);
+    return parseClamped<std::uint8_t>(text, unreadableDataByte, midi::greatestDataByte);
 }
 
 std::string formatByte(const GenericByteV2& byte) {
@@ -89,7 +89,7 @@ std::string BankFormatter::format(Value value) const {
 }
 
 std::uint8_t BankFormatter::parse(std::string_view text) const {
-    return parseClamped<std::uint8_t>(text, 0, greatestDataByte);
+    return parseClamped<std::uint8_t>(text, 0, midi::greatestDataByte);
 }
 
 std::string PitchValueFormatter::format(Value value) const {

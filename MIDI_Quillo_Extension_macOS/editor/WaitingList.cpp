@@ -18,8 +18,8 @@ namespace quillo {
 
 namespace {
 
-constexpr int indent = 6;
-constexpr int gap = 6;
+constexpr int waitingIndent = 6;
+constexpr int waitingGap = 6;
 constexpr int crossWidth = 18;
 constexpr int crossSize = 9;
 /// A name with less room than this says nothing.
@@ -199,15 +199,15 @@ juce::String WaitingList::tooltip(int row) const {
 
 /// The bytes come before the name, and the cross is always there.
 WaitingList::Columns WaitingList::columns(int row, juce::Rectangle<int> area) const {
-    area.removeFromLeft(indent);
+    area.removeFromLeft(waitingIndent);
     Columns places;
     places.cross = area.removeFromRight(crossWidth);
     places.time = area.removeFromLeft(entryWidth("00.0 s"));
-    area.removeFromLeft(gap);
+    area.removeFromLeft(waitingGap);
     const auto* waiting = output(row);
     const auto bytes = waiting != nullptr ? entryWidth(juceText(waitingBytes(*waiting))) : 0;
     places.bytes = area.removeFromLeft(bytes);
-    area.removeFromLeft(gap);
+    area.removeFromLeft(waitingGap);
     if (area.getWidth() >= leastName) {
         places.name = area;
     }

@@ -11,7 +11,7 @@ namespace quillo {
 namespace {
 
 bool needsTrigger(const GenericByteV2& byte) {
-    return byte.is<GenericByteV2::RespectiveTriggerByte>();
+    return byte.isCopied();
 }
 
 bool needsTrigger(const RuleOutputChannelV2& channel) {

@@ -20,10 +20,6 @@ struct Entry {
 };
 using Entries = std::vector<Entry>;
 
-constexpr unsigned status = 0;
-constexpr unsigned data1 = 1;
-constexpr unsigned data2 = 2;
-
 Entries merged(const Entries& some, const Entries& others) {
     Entries all;
     all.reserve(some.size() + others.size());
@@ -128,15 +124,16 @@ void RuleTableBuilder::addMessages() {
         if (message == nullptr || entry.pattern.matchesNothing()) {
             continue;
         }
-        const auto exact = entry.pattern.byte(status);
+        const auto exact = entry.pattern.byte(TriggerPattern::status);
         (exact ? ofStatus[*exact] : ofKind[entry.pattern.kind()]).push_back(entry);
     }
-    const auto emptyRow = addRow({}, data1);
+    const auto emptyRow = addRow({}, TriggerPattern::data1);
     for (std::size_t kind = 0; kind < ofKind.size(); ++kind) {
-        const auto row = ofKind[kind].empty() ? emptyRow : addRow(ofKind[kind], data1);
+        const auto row = ofKind[kind].empty() ? emptyRow : addRow(ofKind[kind], TriggerPattern::data1);
         for (std::size_t byte = 16 * kind; byte < 16 * (kind + 1); ++byte) {
-            table_.rows_[byte] =
-                ofStatus[byte].empty() ? row : addRow(merged(ofStatus[byte], ofKind[kind]), data1);
+            table_.rows_[byte] = ofStatus[byte].empty()
+                                     ? row
+                                     : addRow(merged(ofStatus[byte], ofKind[kind]), TriggerPattern::data1);
         }
     }
 }
@@ -163,7 +160,7 @@ RuleTable::Cell RuleTableBuilder::addRow(const Entries& entries, unsigned positi
     table_.cells_.resize(row + RuleTable::rowLength, addOutcome(common, {}));
     for (std::size_t byte = 0; byte < RuleTable::rowLength; ++byte) {
         if (const auto& own = byByte.exact[byte]; !own.empty()) {
-            const auto cell = position == data1 && asksForByte(own, data2)
+            const auto cell = position == TriggerPattern::data1 && asksForByte(own, TriggerPattern::data2)
                                   ? RuleTable::leadsToRow | rowOfValues(own)
                                   : addOutcome(common, ordinalsOf(own));
             table_.cells_[row + byte] = cell;
@@ -176,7 +173,7 @@ RuleTable::Cell RuleTableBuilder::addRow(const Entries& entries, unsigned positi
 RuleTable::Cell RuleTableBuilder::rowOfValues(const Entries& entries) {
     const auto [row, isNew] = rowsOfValues_.try_emplace(ordinalsOf(entries));
     if (isNew) {
-        row->second = addRow(entries, data2);
+        row->second = addRow(entries, TriggerPattern::data2);
     }
     return row->second;
 }

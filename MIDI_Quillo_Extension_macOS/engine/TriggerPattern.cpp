@@ -12,8 +12,6 @@ namespace {
 
 constexpr std::uint32_t statusMask = 0xFF;
 constexpr std::uint32_t data1Mask = 0xFF00;
-constexpr unsigned data1 = 1;
-constexpr unsigned data2 = 2;
 
 }  // namespace
 
@@ -78,7 +76,7 @@ void TriggerPattern::requireChannel(const TriggerValueV2& channel) {
 
 void TriggerPattern::requireVoice(const VoiceCategoryTriggerV2& voice) {
     using Kind = VoiceCategoryTriggerVariantsV2;
-    const auto requireKind = [this](StatusV2 status) { require(statusNibble(status), midi::kindMask); };
+    const auto requireKind = [this](StatusV2 of) { require(statusNibble(of), midi::kindMask); };
     requireChannel(voice.channel);
     std::visit(Overloaded{
                    [&](const Kind::NoteOn& noteOn) {

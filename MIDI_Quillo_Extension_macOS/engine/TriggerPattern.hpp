@@ -17,6 +17,11 @@ enum class TriggerCondition : std::uint8_t { kind, channel, data1, data2 };
 /// A message-based trigger as one comparison: the message's three bytes as a word, under a mask.
 class TriggerPattern {
 public:
+    /// The positions of a message's bytes.
+    static constexpr unsigned status = 0;
+    static constexpr unsigned data1 = 1;
+    static constexpr unsigned data2 = 2;
+
     /// Matches every message.
     TriggerPattern() = default;
 
@@ -25,7 +30,7 @@ public:
     /// The first condition that the message does not meet; none when the pattern matches it.
     [[nodiscard]] std::optional<TriggerCondition> firstFailure(const TriggerBytes& message) const;
 
-    /// The byte that it asks for at a position, 0 that of the status; nothing where more than one will do.
+    /// The byte that it asks for at a position; nothing where more than one will do.
     [[nodiscard]] std::optional<std::uint8_t> byte(unsigned position) const;
 
     /// The upper four bits of the status that it asks for.

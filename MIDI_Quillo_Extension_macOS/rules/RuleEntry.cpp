@@ -82,23 +82,19 @@ StatusV2 statusOf(const StatusByteV2& status) {
     return withChannel != nullptr ? withChannel->status : status.getIf<StatusByteV2::JustStatus>()->status;
 }
 
-bool isCopied(const GenericByteV2& byte) {
-    return byte.is<GenericByteV2::RespectiveTriggerByte>();
-}
-
 std::optional<std::string> whyNoEntry(const Output::Protocol& message) {
     switch (statusOf(message.status)) {
     case StatusV2::noteOn:
     case StatusV2::noteOff: return message.byte2 ? std::nullopt : std::optional("its note has no velocity");
     case StatusV2::CC: return message.byte2 ? std::nullopt : std::optional("its controller has no value");
     case StatusV2::channelPressure:
-        return isCopied(message.byte1) ? std::optional("its pressure is copied from the trigger")
-                                       : std::nullopt;
+        return message.byte1.isCopied() ? std::optional("its pressure is copied from the trigger")
+                                        : std::nullopt;
     case StatusV2::pitchWheel:
         if (!message.byte2) {
             return "its pitch has one data byte only";
         }
-        return isCopied(message.byte1) || isCopied(*message.byte2)
+        return message.byte1.isCopied() || message.byte2->isCopied()
                    ? std::optional("its pitch is copied from the trigger")
                    : std::nullopt;
     case StatusV2::programChange: break;

@@ -29,6 +29,8 @@ struct GenericByteV2Cases {
 struct GenericByteV2 : GenericByteV2Cases,
                        TaggedUnion<GenericByteV2Cases::Value, GenericByteV2Cases::RespectiveTriggerByte> {
     using TaggedUnion::TaggedUnion;
+
+    [[nodiscard]] bool isCopied() const { return is<RespectiveTriggerByte>(); }
 };
 
 struct RuleOutputChannelV2Cases {

@@ -5,20 +5,19 @@ namespace quillo {
 
 namespace {
 
-constexpr std::uint8_t greatestDataByte = 127;
-
 /// The data byte in a field; nothing where there is any, or one that is copied.
 template <class Field>
 std::optional<std::uint8_t> dataByte(const Field& field) {
     const auto* exact = field.template getIf<typename Field::Value>();
-    return exact == nullptr || exact->value > greatestDataByte ? std::nullopt : std::optional(exact->value);
+    return exact == nullptr || exact->value > midi::greatestDataByte ? std::nullopt
+                                                                     : std::optional(exact->value);
 }
 
 /// False, and nothing changed, where there is no such field and where no higher data byte can be.
 template <class Part, class Field>
 bool tryRaise(Part& part, Field Part::* field) {
     const auto value = field == nullptr ? std::nullopt : dataByte(part.*field);
-    if (!value || *value == greatestDataByte) {
+    if (!value || *value == midi::greatestDataByte) {
         return false;
     }
     part.*field = typename Field::Value{static_cast<std::uint8_t>(*value + 1)};

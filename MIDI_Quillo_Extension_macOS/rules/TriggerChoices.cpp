@@ -5,13 +5,9 @@ namespace quillo {
 
 namespace {
 
-bool isCopied(const GenericByteV2& byte) {
-    return byte.is<GenericByteV2::RespectiveTriggerByte>();
-}
-
 /// The field's value, or its default when it is copied from a trigger that cannot feed it.
 void keepUsable(GenericByteV2& field, const GenericByteV2& fallback, bool offered) {
-    if (!offered && isCopied(field)) {
+    if (!offered && field.isCopied()) {
         field = fallback;
     }
 }
@@ -69,10 +65,10 @@ bool isFixed(const RuleOutputEntry& output) {
     switch (output.type) {
     case OutputEntryType::NoteOn:
     case OutputEntryType::NoteOff:
-        return fixedChannel && !isCopied(output.note) && !isCopied(output.velocity);
+        return fixedChannel && !output.note.isCopied() && !output.velocity.isCopied();
     case OutputEntryType::ControlChange:
-        return fixedChannel && !isCopied(output.controller) && !isCopied(output.controllerValue);
-    case OutputEntryType::ProgramChange: return fixedChannel && !isCopied(output.program);
+        return fixedChannel && !output.controller.isCopied() && !output.controllerValue.isCopied();
+    case OutputEntryType::ProgramChange: return fixedChannel && !output.program.isCopied();
     case OutputEntryType::ChannelPressure:
     case OutputEntryType::PitchWheel:
     case OutputEntryType::SystemExclusive: break;

@@ -9,8 +9,6 @@ namespace quillo {
 
 namespace {
 
-constexpr std::uint16_t port = 0;
-
 template <class Event>
 clap_event_header_t headerOf(std::uint32_t offset, std::uint16_t type) QUILLO_REALTIME {
     return {sizeof(Event), offset, CLAP_CORE_EVENT_SPACE_ID, type, 0};
@@ -81,10 +79,11 @@ std::size_t CLAPOutput::offerFrom(std::size_t index) const QUILLO_REALTIME {
 bool CLAPOutput::tryPush(std::uint32_t offset, Bytes bytes) const QUILLO_REALTIME {
     if (midi::isSystemExclusive(bytes)) {
         const clap_event_midi_sysex_t event{headerOf<clap_event_midi_sysex_t>(offset, CLAP_EVENT_MIDI_SYSEX),
-                                            port, bytes.data(), static_cast<std::uint32_t>(bytes.size())};
+                                            clapMessagePort, bytes.data(),
+                                            static_cast<std::uint32_t>(bytes.size())};
         return tryPush(event.header);
     }
-    clap_event_midi_t event{headerOf<clap_event_midi_t>(offset, CLAP_EVENT_MIDI), port, {}};
+    clap_event_midi_t event{headerOf<clap_event_midi_t>(offset, CLAP_EVENT_MIDI), clapMessagePort, {}};
     std::ranges::copy(bytes.first(std::min(bytes.size(), std::size(event.data))), event.data);
     return tryPush(event.header);
 }

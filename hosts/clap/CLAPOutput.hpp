@@ -12,6 +12,9 @@
 
 namespace quillo {
 
+/// The only port for messages, each way.
+inline constexpr std::uint16_t clapMessagePort = 0;
+
 /// Hands messages to a host, which may have no room for them: then this one, and those that follow in the
 /// block, wait, and are offered first of all in the blocks that follow, until the host has taken them. Until
 /// then there is no room for new ones, so that no message overtakes another and never more wait than left in

@@ -9,7 +9,6 @@ namespace quillo {
 
 namespace {
 
-constexpr std::uint16_t port = 0;
 constexpr std::int16_t anyPort = -1;
 
 std::uint32_t sizeOf(const clap_input_events_t* events) QUILLO_REALTIME {
@@ -31,7 +30,7 @@ const Event* as(const clap_event_header_t& header) QUILLO_REALTIME {
 }
 
 bool isOurs(std::int16_t portIndex) QUILLO_REALTIME {
-    return portIndex == port || portIndex == anyPort;
+    return portIndex == clapMessagePort || portIndex == anyPort;
 }
 
 }  // namespace
@@ -138,7 +137,7 @@ void CLAPRenderer::takeExpression(const clap_event_note_expression_t& event) QUI
 }
 
 void CLAPRenderer::takeMIDI(const clap_event_midi_t& event) QUILLO_REALTIME {
-    if (event.port_index == port) {
+    if (event.port_index == clapMessagePort) {
         renderer_.receive(event.header.time, std::span(event.data).first(messageLength(event.data[0])));
     }
 }
