@@ -14,10 +14,10 @@ using namespace test;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const MIDIMessage note{0x90, 0x3C, 0x64};
-const MIDIMessage echo{0x91, 0x3C, 0x64};
-const MIDIMessage bank{0xB0, 0, 2};
-const MIDIMessage program{0xC0, 5};
+const MIDIMessage noteMessage{0x90, 0x3C, 0x64};
+const MIDIMessage echoMessage{0x91, 0x3C, 0x64};
+const MIDIMessage bankMessage{0xB0, 0, 2};
+const MIDIMessage programMessage{0xC0, 5};
 
 std::vector<Departure> playedTo(const std::vector<Rule>& rules, const std::vector<TimedEvent>& events,
                                 SampleTime unitsPerMillisecond = 1) {
@@ -32,31 +32,31 @@ Rule echoAfter(std::int64_t milliseconds, PassThroughV2 policy = PassThroughV2::
 TEST(Performance, SaysOfEachMessageWhichRuleSendsItAndWhichEventItAnswers) {
     const std::vector<Rule> rules{rule(onLoad(), send(programChange(channel(0), 2, byte(5)))),
                                   echoAfter(300)};
-    EXPECT_THAT(playedTo(rules, {{0, PluginLoad{}}, {100, note}}),
-                ElementsAre(Departure{0, bank, 0, 0}, Departure{0, program, 0, 0},
-                            Departure{100, note, std::nullopt, 1}, Departure{400, echo, 1, 1}));
+    EXPECT_THAT(playedTo(rules, {{0, PluginLoad{}}, {100, noteMessage}}),
+                ElementsAre(Departure{0, bankMessage, 0, 0}, Departure{0, programMessage, 0, 0},
+                            Departure{100, noteMessage, std::nullopt, 1}, Departure{400, echoMessage, 1, 1}));
 }
 
 TEST(Performance, SendsAtOnceBeforeTheEventIsForwarded) {
-    EXPECT_THAT(playedTo({echoAfter(0)}, {{7, note}}),
-                ElementsAre(Departure{7, echo, 0, 0}, Departure{7, note, std::nullopt, 0}));
+    EXPECT_THAT(playedTo({echoAfter(0)}, {{7, noteMessage}}),
+                ElementsAre(Departure{7, echoMessage, 0, 0}, Departure{7, noteMessage, std::nullopt, 0}));
 }
 
 TEST(Performance, LetsWhatWasQueuedFirstLeaveFirstAtOneTime) {
-    EXPECT_THAT(playedTo({echoAfter(10)}, {{0, note}, {10, note}}),
-                ElementsAre(Departure{0, note, std::nullopt, 0}, Departure{10, echo, 0, 0},
-                            Departure{10, note, std::nullopt, 1}, Departure{20, echo, 0, 1}));
+    EXPECT_THAT(playedTo({echoAfter(10)}, {{0, noteMessage}, {10, noteMessage}}),
+                ElementsAre(Departure{0, noteMessage, std::nullopt, 0}, Departure{10, echoMessage, 0, 0},
+                            Departure{10, noteMessage, std::nullopt, 1}, Departure{20, echoMessage, 0, 1}));
 }
 
 TEST(Performance, CountsDelaysInTheUnitsOfTheTimeline) {
-    EXPECT_THAT(playedTo({echoAfter(3, PassThroughV2::EatMatching)}, {{500, note}}, 1000),
-                ElementsAre(Departure{3500, echo, 0, 0}));
+    EXPECT_THAT(playedTo({echoAfter(3, PassThroughV2::EatMatching)}, {{500, noteMessage}}, 1000),
+                ElementsAre(Departure{3500, echoMessage, 0, 0}));
 }
 
 TEST(Performance, EndsATimelineWhereTimesWouldNotFit) {
     constexpr auto last = std::numeric_limits<SampleTime>::max();
-    EXPECT_THAT(playedTo({echoAfter(last / 2000, PassThroughV2::EatMatching)}, {{1, note}}, 1'000'000),
-                ElementsAre(Departure{last, echo, 0, 0}));
+    EXPECT_THAT(playedTo({echoAfter(last / 2000, PassThroughV2::EatMatching)}, {{1, noteMessage}}, 1'000'000),
+                ElementsAre(Departure{last, echoMessage, 0, 0}));
 }
 
 TEST(Performance, DropsSystemExclusiveAndForwardsNoTransport) {

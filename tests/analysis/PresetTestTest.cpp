@@ -27,7 +27,7 @@ std::vector<WantedText> wanted(const PresetTest::Step& step) {
     return all;
 }
 
-std::string errorOf(std::string_view text) {
+std::string testErrorOf(std::string_view text) {
     try {
         static_cast<void>(PresetTest::read(text));
         return "nothing";
@@ -36,13 +36,13 @@ std::string errorOf(std::string_view text) {
     }
 }
 
-const AskedEvent note = MIDIMessage{0x90, 0x3C, 0x64};
+const AskedEvent playedNote = MIDIMessage{0x90, 0x3C, 0x64};
 
 TEST(PresetTest, HasAnEventAndWhatLeavesInALine) {
     const auto test = PresetTest::read("at 10 ms: 90 3c 64 \u2192 at 10 ms: 903C64, at 310 ms: 91 3c 64\n");
     ASSERT_EQ(test.steps.size(), 2U);
     EXPECT_EQ(test.steps[1].event.time, 10);
-    EXPECT_EQ(test.steps[1].event.event, note);
+    EXPECT_EQ(test.steps[1].event.event, playedNote);
     EXPECT_THAT(wanted(test.steps[1]), ElementsAre(WantedText{10, "90 3c 64"}, WantedText{310, "91 3c 64"}));
 }
 
@@ -105,7 +105,7 @@ TEST(PresetTest, SaysInWhichLineWhatIsWrong) {
          "line 1: \"transport pause\": the host's transport can start, continue and stop"},
         {"at 5 ms: load", "line 1: loading is the first that happens: write \"on load\""}};
     for (const auto& [text, error] : cases) {
-        EXPECT_EQ(errorOf(text), error) << text;
+        EXPECT_EQ(testErrorOf(text), error) << text;
     }
 }
 

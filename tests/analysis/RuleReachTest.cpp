@@ -17,9 +17,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Transport = HostTransportTriggerVariantsV2;
 
-constexpr auto eatMatching = PassThroughV2::EatMatching;
-constexpr auto eatNonMatching = PassThroughV2::EatNonMatching;
-
 std::vector<bool> firing(const std::vector<Rule>& rules) {
     const RuleReach reach(rules);
     std::vector<bool> firing;

@@ -23,8 +23,6 @@ Texts textsOf(const std::vector<Rule>& rules, const AskedEvent& event) {
 }
 
 const RuleOutputV2 answer = send(noteOn(0, 1, 1));
-constexpr auto eatMatching = PassThroughV2::EatMatching;
-constexpr auto eatNonMatching = PassThroughV2::EatNonMatching;
 
 TEST(RuleReasons, SayWhatARuleThatFiredSentAndWhen) {
     const std::vector rules{rule(onNoteOn(), send(programChange(channel(0), 0, byte(0x30)))),

@@ -26,8 +26,6 @@ using namespace test;
 using testing::ElementsAre;
 using Transport = HostTransportTriggerVariantsV2;
 
-constexpr auto eatMatching = PassThroughV2::EatMatching;
-
 /// What becomes of the notes that a rule starts.
 struct Fate {
     std::optional<StuckNoteAnalysis::Note> neverEnded;

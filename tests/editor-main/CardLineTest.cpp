@@ -16,8 +16,6 @@ namespace {
 
 using namespace test;
 
-const juce::ModifierKeys ctrl{juce::ModifierKeys::ctrlModifier};
-
 /// The line of a rule's card.
 template <class Change>
 std::string lineOf(Change change) {

@@ -19,13 +19,6 @@ namespace {
 using namespace test;
 using Names = std::vector<std::string>;
 
-constexpr int ctrl = juce::ModifierKeys::ctrlModifier;
-constexpr int shift = juce::ModifierKeys::shiftModifier;
-
-MyDragAndDropForEachDragHandle& handleOf(RuleView& card) {
-    return *findBelow<MyDragAndDropForEachDragHandle>(card);
-}
-
 Rule named(const std::string& name) {
     return rule(onNoteOn(), send(noteOn(0, 60, 100)), name);
 }
@@ -46,10 +39,10 @@ protected:
         openRules(std::move(rules));
     }
 
-    void choose(std::size_t position, int modifiers = 0) {
-        click(handleOf(stage->card(position)), {5, 20}, 1, juce::ModifierKeys(modifiers));
+    void choose(std::size_t position, juce::ModifierKeys modifiers = {}) {
+        click(handleOf(stage->card(position)), {5, 20}, 1, modifiers);
     }
-    bool press(int code, int modifiers = 0) { return stage->press(code, juce::ModifierKeys(modifiers)); }
+    bool press(int code, juce::ModifierKeys modifiers = {}) { return stage->press(code, modifiers); }
 
     std::optional<EditorStage> stage;
     juce::String clipboard;
@@ -258,7 +251,7 @@ TEST_F(ChosenCardsTest, WithoutACardThatHasTheKeyboardTheKeysAreTheHosts) {
     open({"a"});
     clipboard = juceText(textOfRules(stage->editor(), {stage->id(0)}));
     for (const int code : {int{'c'}, int{'x'}, int{'v'}, int{juce::KeyPress::deleteKey}}) {
-        EXPECT_FALSE(press(code, code == juce::KeyPress::deleteKey ? 0 : ctrl)) << code;
+        EXPECT_FALSE(press(code, code == juce::KeyPress::deleteKey ? juce::ModifierKeys() : ctrl)) << code;
     }
     EXPECT_EQ(stage->names(), Names{"a"});
 }

@@ -20,6 +20,13 @@
 
 namespace quillo::test {
 
+inline const juce::ModifierKeys ctrl{juce::ModifierKeys::ctrlModifier};
+inline const juce::ModifierKeys shift{juce::ModifierKeys::shiftModifier};
+
+inline MyDragAndDropForEachDragHandle& handleOf(RuleView& card) {
+    return *findBelow<MyDragAndDropForEachDragHandle>(card);
+}
+
 /// A rule of an entry that is the default but for what `change` does to it.
 template <class Change>
 Rule ruleWith(Change change) {

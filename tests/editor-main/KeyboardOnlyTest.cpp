@@ -13,8 +13,6 @@ namespace {
 using namespace test;
 using Names = std::vector<std::string>;
 
-constexpr int shift = juce::ModifierKeys::shiftModifier;
-
 class KeyboardOnly : public testing::Test {
 protected:
     void open(const Names& names = {}) {
@@ -25,13 +23,13 @@ protected:
         stage = std::make_unique<EditorStage>(std::move(rules));
     }
 
-    void press(int code, int modifiers = 0) {
-        stage->press(code, juce::ModifierKeys(modifiers));
+    void press(int code, juce::ModifierKeys modifiers = {}) {
+        stage->press(code, modifiers);
         settle();
     }
 
     /// Presses Tab until a part of this name has the focus.
-    void tabTo(const std::string& title, int modifiers = 0) {
+    void tabTo(const std::string& title, juce::ModifierKeys modifiers = {}) {
         constexpr int mostParts = 100;
         for (int part = 0; part < mostParts; ++part) {
             press(tab, modifiers);

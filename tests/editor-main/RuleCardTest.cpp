@@ -14,8 +14,6 @@ namespace {
 using namespace test;
 using Texts = std::vector<std::string>;
 
-constexpr int ctrl = juce::ModifierKeys::ctrlModifier;
-
 /// One card whose deeds are compared with what reaches the engine.
 class RuleCard : public testing::Test {
 protected:
@@ -265,10 +263,10 @@ TEST_F(RuleCard, AChangeOfTypesFromOutsideShowsOtherFieldsOnTheSameCard) {
 TEST_F(RuleCard, UndoAndRedoAreShownAndReachTheEngine) {
     open(TriggerEntryType::OnLoad, OutputEntryType::NoteOn);
     stage->typeInto(output("Velocity"), "5");
-    EXPECT_TRUE(stage->press('z', juce::ModifierKeys(ctrl)));
+    EXPECT_TRUE(stage->press('z', ctrl));
     EXPECT_EQ(output("Velocity").shownText(), "64");
     expectInstalled([](RuleEntry&) {});
-    EXPECT_TRUE(stage->press('y', juce::ModifierKeys(ctrl)));
+    EXPECT_TRUE(stage->press('y', ctrl));
     EXPECT_EQ(output("Velocity").shownText(), "5");
     expectInstalled([](RuleEntry& entry) { entry.output.velocity = byte(5); });
 }

@@ -22,11 +22,7 @@ const juce::KeyPress undoKey{'z', juce::ModifierKeys(juce::ModifierKeys::ctrlMod
 const juce::KeyPress redoKey{
     'z', juce::ModifierKeys(juce::ModifierKeys::ctrlModifier | juce::ModifierKeys::shiftModifier), 0};
 
-MyDragAndDropForEachDragHandle& handleOf(RuleView& card) {
-    return *findBelow<MyDragAndDropForEachDragHandle>(card);
-}
-
-Rule named(const std::string& name) {
+Rule loadRule(const std::string& name) {
     return rule(onLoad(), send(noteOn(0, 60, 100)), name);
 }
 
@@ -35,7 +31,7 @@ protected:
     void open(const Names& names, juce::Point<int> size = {820, 640}) {
         std::vector<Rule> rules;
         for (const auto& name : names) {
-            rules.push_back(named(name));
+            rules.push_back(loadRule(name));
         }
         stage = std::make_unique<EditorStage>(std::move(rules), size);
     }
@@ -261,7 +257,7 @@ Rule uneditable() {
 }
 
 TEST_F(RuleListView, RulesThatCannotBeEditedShowWhyAndNothingCanBeAdded) {
-    const std::vector rules{named("a"), uneditable()};
+    const std::vector rules{loadRule("a"), uneditable()};
     stage = std::make_unique<EditorStage>(rules);
     EXPECT_FALSE(stage->view().list().isVisible());
     ASSERT_TRUE(stage->editor().whyNotEditable().has_value());
@@ -293,7 +289,7 @@ TEST_F(RuleListView, ANoticeStandsInThePlaceOfRulesThatCannotBeEdited) {
 }
 
 TEST_F(RuleListView, RulesThatCannotBeEditedAreNotTouchedByUndoAndRedo) {
-    const std::vector rules{named("a"), uneditable()};
+    const std::vector rules{loadRule("a"), uneditable()};
     stage = std::make_unique<EditorStage>(rules);
     EXPECT_FALSE(stage->view().header().undoButton().isEnabled());
     stage->view().header().importButton().grabKeyboardFocus();
@@ -304,10 +300,10 @@ TEST_F(RuleListView, RulesThatCannotBeEditedAreNotTouchedByUndoAndRedo) {
 }
 
 TEST_F(RuleListView, RulesThatCannotBeEditedComeBackWhenTheImportThatReplacedThemIsUndone) {
-    const std::vector rules{named("a"), uneditable()};
+    const std::vector rules{loadRule("a"), uneditable()};
     stage = std::make_unique<EditorStage>(rules);
     const auto reason = stage->editor().whyNotEditable();
-    stage->editor().replaceAll({elementFromRule(named("imported"))}, "Import");
+    stage->editor().replaceAll({elementFromRule(loadRule("imported"))}, "Import");
     EXPECT_TRUE(stage->view().list().isVisible());
     click(stage->view().header().undoButton());
     EXPECT_FALSE(stage->view().list().isVisible());
@@ -334,7 +330,7 @@ TEST_F(RuleListView, AListThatTheEngineRefusesIsNotKept) {
     auto* alert = dynamic_cast<AlertView*>(stage->view().overlay());
     ASSERT_NE(alert, nullptr);
     EXPECT_EQ(alert->getTitle(), "Error");
-    EXPECT_EQ(stage->installed(), std::vector{named("a")});
+    EXPECT_EQ(stage->installed(), std::vector{loadRule("a")});
     EXPECT_EQ(field(stage->card(0).output(), "Delay (ms)").shownText(), "0");
 }
 
@@ -355,7 +351,7 @@ TEST_F(RuleListView, KeysThatNobodyWantsGoOnToTheHost) {
     EXPECT_FALSE(key(stage->window, juce::KeyPress::spaceKey));
     EXPECT_FALSE(key(stage->window, 'q'));
     EXPECT_FALSE(key(stage->window, juce::KeyPress::F1Key));
-    EXPECT_EQ(stage->installed(), std::vector{named("a")});
+    EXPECT_EQ(stage->installed(), std::vector{loadRule("a")});
 }
 
 TEST_F(RuleListView, ClicksOnButtonsLeaveTheKeyboardWithTheHost) {

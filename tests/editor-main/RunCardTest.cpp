@@ -14,14 +14,12 @@ namespace {
 using namespace test;
 using Texts = std::vector<std::string>;
 
-constexpr auto consumes = PassThroughV2::EatMatching;
-
 /// Waits for these notes on channel 1 and sends them, so much higher, on channel 2.
 std::vector<Rule> split(std::uint8_t from, std::uint8_t to, std::uint8_t higher) {
     std::vector<Rule> rules;
     for (auto note = from; note <= to; ++note) {
         const auto sent = byte(static_cast<std::uint8_t>(note + higher));
-        rules.push_back(rule(onNoteOn(exactly(note), exactly(0), consumes),
+        rules.push_back(rule(onNoteOn(exactly(note), exactly(0), eatMatching),
                              send(protocol(StatusV2::noteOn, channel(1), sent, byte(100))), "split"));
     }
     return rules;

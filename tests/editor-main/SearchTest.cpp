@@ -16,9 +16,6 @@ namespace {
 
 using namespace test;
 
-const juce::ModifierKeys ctrl{juce::ModifierKeys::ctrlModifier};
-const juce::ModifierKeys shift{juce::ModifierKeys::shiftModifier};
-
 /// "Bass split" (note-on, channel 1), "Pedal brings strings" (CC 64), "Echo" (note-on, channel 2) and
 /// "Silence at the stop" (the host's stop).
 class Search : public testing::Test {

@@ -14,8 +14,7 @@ using testing::ElementsAre;
 using Texts = std::vector<std::string>;
 using Transport = HostTransportTriggerVariantsV2;
 
-const RuleOutputV2 answer = send(noteOn(0, 1, 1));
-constexpr auto eatMatching = PassThroughV2::EatMatching;
+const RuleOutputV2 answerOutput = send(noteOn(0, 1, 1));
 
 class WhyInTheEditor : public testing::Test {
 protected:
@@ -64,8 +63,9 @@ protected:
 };
 
 TEST_F(WhyInTheEditor, EveryCardSaysWhatItMadeOfTheChosenEntryUntilClose) {
-    open({rule(onNoteOff(), answer, "End"), rule(onNoteOn(), send(noteOn(2, 1, 1), 20), "Echo"),
-          rule(onNoteOn(any, any, eatMatching), answer, "Eat"), rule(onNoteOn(), answer, "Late")});
+    open({rule(onNoteOff(), answerOutput, "End"), rule(onNoteOn(), send(noteOn(2, 1, 1), 20), "Echo"),
+          rule(onNoteOn(any, any, eatMatching), answerOutput, "Eat"),
+          rule(onNoteOn(), answerOutput, "Late")});
     stage->render({{0x90, 60, 100}});
     EXPECT_FALSE(why().isVisible());
     choose(in(), 0);
@@ -96,7 +96,7 @@ std::vector<Rule> threeNotes() {
 
 TEST_F(WhyInTheEditor, TheCardOfARunSpeaksForItsRules) {
     auto rules = threeNotes();
-    rules.push_back(rule(onNoteOn(), answer, "Late"));
+    rules.push_back(rule(onNoteOn(), answerOutput, "Late"));
     open(rules);
     stage->render({{0x90, 37, 100}, {0x90, 60, 100}, {0x91, 37, 100}});
     const auto reasonFor = [this](int row) {
@@ -113,7 +113,7 @@ TEST_F(WhyInTheEditor, TheCardOfARunSpeaksForItsRules) {
 }
 
 TEST_F(WhyInTheEditor, EscapeEndsItWhereverTheKeyboardIs) {
-    open({rule(onNoteOn(), answer)});
+    open({rule(onNoteOn(), answerOutput)});
     stage->render({{0x90, 60, 100}});
     choose(in(), 0);
     click(why());
@@ -130,7 +130,7 @@ TEST_F(WhyInTheEditor, EscapeEndsItWhereverTheKeyboardIs) {
 }
 
 TEST_F(WhyInTheEditor, ReturnChoosesTheNewestAsksAndClosesAndTheArrowsGoOnAsking) {
-    open({rule(onNoteOn(), answer)});
+    open({rule(onNoteOn(), answerOutput)});
     stage->render({{0x80, 60, 0}, {0x90, 60, 100}});
     pressIn(in(), juce::KeyPress::returnKey);
     EXPECT_EQ(in().textToCopy(), "[0] 90 3c 64");
@@ -144,7 +144,7 @@ TEST_F(WhyInTheEditor, ReturnChoosesTheNewestAsksAndClosesAndTheArrowsGoOnAsking
 }
 
 TEST_F(WhyInTheEditor, TheHostsTransportCanBeAskedAboutToo) {
-    open({rule(onHost(Transport::Stop), answer)});
+    open({rule(onHost(Transport::Stop), answerOutput)});
     stage->desk.session().model()->appendToInLog({{0, EventLogEntryVariants::Host{Transport::Start}}});
     choose(in(), 0);
     click(why());
@@ -153,7 +153,7 @@ TEST_F(WhyInTheEditor, TheHostsTransportCanBeAskedAboutToo) {
 }
 
 TEST_F(WhyInTheEditor, TheReasonsFollowEditsAndRulesThatTheHostRestores) {
-    open({rule(onNoteOn(exactly(61)), answer)});
+    open({rule(onNoteOn(exactly(61)), answerOutput)});
     stage->render({{0x90, 60, 100}});
     choose(in(), 0);
     click(why());
@@ -162,14 +162,14 @@ TEST_F(WhyInTheEditor, TheReasonsFollowEditsAndRulesThatTheHostRestores) {
     EXPECT_THAT(reasons(), ElementsAre("fired: sent 90 01 01 at once"));
     stage->editor().duplicate({stage->id(0)});
     EXPECT_THAT(reasons(), ElementsAre("fired: sent 90 01 01 at once", "fired: sent 90 01 01 at once"));
-    stage->desk.session().install({rule(onMIDIStart(), answer)});
+    stage->desk.session().install({rule(onMIDIStart(), answerOutput)});
     stage->desk.drain();
     EXPECT_THAT(reasons(), ElementsAre("passed over: it waits for MIDI Start, this is a Note On"));
 }
 
 TEST_F(WhyInTheEditor, TheFirstCardThatFiredIsScrolledIntoSight) {
-    std::vector<Rule> rules(40, rule(onNoteOff(), answer));
-    rules[30] = rules[35] = rule(onNoteOn(), answer);
+    std::vector<Rule> rules(40, rule(onNoteOff(), answerOutput));
+    rules[30] = rules[35] = rule(onNoteOn(), answerOutput);
     open(rules, {820, 640});
     stage->render({{0x90, 60, 100}});
     choose(in(), 0);
@@ -178,8 +178,8 @@ TEST_F(WhyInTheEditor, TheFirstCardThatFiredIsScrolledIntoSight) {
 }
 
 TEST_F(WhyInTheEditor, TheCardThatConsumedIsScrolledIntoSightWhereNoneFired) {
-    std::vector<Rule> rules(40, rule(onNoteOff(), answer));
-    rules[20] = rule(onNoteOff(any, any, PassThroughV2::EatNonMatching), answer, "Only ends");
+    std::vector<Rule> rules(40, rule(onNoteOff(), answerOutput));
+    rules[20] = rule(onNoteOff(any, any, PassThroughV2::EatNonMatching), answerOutput, "Only ends");
     open(rules, {820, 640});
     stage->render({{0x90, 60, 100}});
     choose(in(), 0);
@@ -189,7 +189,7 @@ TEST_F(WhyInTheEditor, TheCardThatConsumedIsScrolledIntoSightWhereNoneFired) {
 }
 
 TEST_F(WhyInTheEditor, ItEndsWhenTheEntryIsGone) {
-    open({rule(onNoteOn(), answer)});
+    open({rule(onNoteOn(), answerOutput)});
     for (const bool byClear : {true, false}) {
         stage->render({{0x90, 60, 100}});
         choose(in(), 0);
@@ -240,7 +240,7 @@ TEST_F(WhyInTheEditor, InANarrowListTheButtonsLeaveRoomForTheBytes) {
 }
 
 TEST_F(WhyInTheEditor, ANewRuleWaitsForAnEntryOfTheInLog) {
-    open({rule(onNoteOff(), answer, "Message #4")});
+    open({rule(onNoteOff(), answerOutput, "Message #4")});
     stage->render({{0xB1, 64, 127}});
     choose(in(), 0);
     click(newRule());
@@ -274,7 +274,7 @@ TEST_F(WhyInTheEditor, NewRuleIsGreyForWhatNoRuleCanWaitForOrSend) {
 }
 
 TEST_F(WhyInTheEditor, IsReachedByTheKeyboardAloneFromAFreshWindow) {
-    stage = std::make_unique<EditorStage>(std::vector{rule(onNoteOn(), answer)});
+    stage = std::make_unique<EditorStage>(std::vector{rule(onNoteOn(), answerOutput)});
     stage->render({{0x90, 60, 100}});
     ASSERT_TRUE(stage->tabTo("Open the logs"));
     stage->press(juce::KeyPress::returnKey);

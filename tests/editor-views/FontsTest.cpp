@@ -48,7 +48,7 @@ constexpr juce::juce_wchar grin = 0x1F600;
 
 using Draw = std::function<void(juce::Graphics&, const juce::String&, juce::Rectangle<int>)>;
 
-std::vector<juce::uint32> picture(juce::juce_wchar sign, const Draw& draw) {
+std::vector<juce::uint32> signPicture(juce::juce_wchar sign, const Draw& draw) {
     juce::Image image(juce::Image::ARGB, 40, 20, true);
     juce::Graphics graphics(image);
     graphics.setColour(juce::Colours::white);
@@ -63,11 +63,11 @@ std::vector<juce::uint32> picture(juce::juce_wchar sign, const Draw& draw) {
 void expectDrawn(const Draw& draw) {
     for (const auto sign : {sharp, flat, hiraganaA, kanjiSound, grin}) {
         SCOPED_TRACE(static_cast<int>(sign));
-        EXPECT_NE(picture(sign, draw), picture(' ', draw));
-        EXPECT_NE(picture(sign, draw), picture(inNoTypeface, draw));
+        EXPECT_NE(signPicture(sign, draw), signPicture(' ', draw));
+        EXPECT_NE(signPicture(sign, draw), signPicture(inNoTypeface, draw));
     }
-    EXPECT_NE(picture(sharp, draw), picture(flat, draw));
-    EXPECT_NE(picture(hiraganaA, draw), picture(kanjiSound, draw));
+    EXPECT_NE(signPicture(sharp, draw), signPicture(flat, draw));
+    EXPECT_NE(signPicture(hiraganaA, draw), signPicture(kanjiSound, draw));
 }
 
 TEST(Fonts, SignsThatInterLacksAreDrawnFromTypefacesThatHaveThem) {

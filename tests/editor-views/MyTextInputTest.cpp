@@ -9,6 +9,7 @@
 #include "support/JuceEvents.hpp"
 #include "support/OffscreenWindow.hpp"
 #include "support/Pictures.hpp"
+#include "support/TestRules.hpp"
 
 namespace quillo {
 namespace {
@@ -51,10 +52,6 @@ struct VelocityDesk : InputDesk<VelocityFormatter> {
     explicit VelocityDesk(GenericByteV2 initial = GenericByteV2::Value{100})
         : InputDesk(initial, {{GenericByteV2::RespectiveTriggerByte{}, std::string(fromTriggerLabel)}}) {}
 };
-
-GenericByteV2 byte(std::uint8_t value) {
-    return GenericByteV2::Value{value};
-}
 
 TEST(MyTextInput, ShowsTheFormattedValueAndItsChanges) {
     VelocityDesk desk;

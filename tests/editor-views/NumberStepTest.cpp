@@ -6,13 +6,12 @@
 #include <limits>
 
 #include "editor/ValueFormatters.hpp"
+#include "support/TestRules.hpp"
 
 namespace quillo {
 namespace {
 
-GenericByteV2 byte(std::uint8_t value) {
-    return GenericByteV2::Value{value};
-}
+using test::byte;
 
 TEST(NumberStep, StepsUpAndDown) {
     EXPECT_EQ(stepped(VelocityFormatter{}, byte(64), 1), byte(65));

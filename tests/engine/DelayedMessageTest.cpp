@@ -6,12 +6,12 @@
 namespace quillo {
 namespace {
 
-const MessageList noteOn(MIDIMessage{0x90, 60, 100});
-const MessageList noteOff(MIDIMessage{0x80, 60, 0});
+const MessageList noteOnList(MIDIMessage{0x90, 60, 100});
+const MessageList noteOffList(MIDIMessage{0x80, 60, 0});
 
 TEST(DelayedMessage, TheEarlierOneIsTheGreater) {
-    const DelayedMessage earlier{10, noteOn};
-    const DelayedMessage later{20, noteOn};
+    const DelayedMessage earlier{10, noteOnList};
+    const DelayedMessage later{20, noteOnList};
     EXPECT_TRUE(earlier > later);
     EXPECT_TRUE(earlier >= later);
     EXPECT_TRUE(later < earlier);
@@ -20,8 +20,8 @@ TEST(DelayedMessage, TheEarlierOneIsTheGreater) {
 }
 
 TEST(DelayedMessage, MessagesTakeNoPartInTheOrder) {
-    const DelayedMessage one{10, noteOn};
-    const DelayedMessage other{10, noteOff};
+    const DelayedMessage one{10, noteOnList};
+    const DelayedMessage other{10, noteOffList};
     EXPECT_FALSE(one < other);
     EXPECT_FALSE(one > other);
     EXPECT_TRUE(one <= other);
@@ -29,10 +29,10 @@ TEST(DelayedMessage, MessagesTakeNoPartInTheOrder) {
 }
 
 TEST(DelayedMessage, IsEqualWhenTimeAndMessagesAre) {
-    EXPECT_EQ((DelayedMessage{10, noteOn}), (DelayedMessage{10, noteOn}));
-    EXPECT_NE((DelayedMessage{10, noteOn}), (DelayedMessage{11, noteOn}));
-    EXPECT_NE((DelayedMessage{10, noteOn}), (DelayedMessage{10, noteOff}));
-    EXPECT_NE((DelayedMessage{10, noteOn}),
+    EXPECT_EQ((DelayedMessage{10, noteOnList}), (DelayedMessage{10, noteOnList}));
+    EXPECT_NE((DelayedMessage{10, noteOnList}), (DelayedMessage{11, noteOnList}));
+    EXPECT_NE((DelayedMessage{10, noteOnList}), (DelayedMessage{10, noteOffList}));
+    EXPECT_NE((DelayedMessage{10, noteOnList}),
               (DelayedMessage{10, MessageList({0x90, 60, 100}, {0x80, 60, 0})}));
 }
 

@@ -15,22 +15,22 @@ using fixture::joined;
 using fixture::oneTrackFile;
 using fixture::track;
 
-MIDIFile fileWith(std::vector<MIDIFileEvent> events, Tick end) {
+MIDIFile fileOf(std::vector<MIDIFileEvent> events, Tick end) {
     return {0, TicksPerQuarter{480}, {{std::move(events), end}}};
 }
 
 TEST(MIDIFileWriter, WritesAnEmptyTrackAsEndOfTrackAtItsEnd) {
-    EXPECT_EQ(writeMIDIFile(fileWith({}, 0)), oneTrackFile("00 ff 2f 00"));
-    EXPECT_EQ(writeMIDIFile(fileWith({}, 480)), oneTrackFile("83 60 ff 2f 00"));
+    EXPECT_EQ(writeMIDIFile(fileOf({}, 0)), oneTrackFile("00 ff 2f 00"));
+    EXPECT_EQ(writeMIDIFile(fileOf({}, 480)), oneTrackFile("83 60 ff 2f 00"));
 }
 
 TEST(MIDIFileWriter, WritesEachKindOfEventInItsForm) {
-    const auto file = fileWith({{0, Kind::meta, hex("03 41 62")},
-                                {0, Kind::channel, hex("90 3c 64")},
-                                {0, Kind::channel, hex("90 40 64")},
-                                {1, Kind::systemExclusive, hex("7e 09 01 f7")},
-                                {1, Kind::escape, hex("fa")}},
-                               2);
+    const auto file = fileOf({{0, Kind::meta, hex("03 41 62")},
+                              {0, Kind::channel, hex("90 3c 64")},
+                              {0, Kind::channel, hex("90 40 64")},
+                              {1, Kind::systemExclusive, hex("7e 09 01 f7")},
+                              {1, Kind::escape, hex("fa")}},
+                             2);
     EXPECT_EQ(writeMIDIFile(file), oneTrackFile("00 ff 03 02 41 62  00 90 3c 64  00 90 40 64 "
                                                 "01 f0 04 7e 09 01 f7  00 f7 01 fa  01 ff 2f 00"));
 }
@@ -51,16 +51,16 @@ TEST(MIDIFileWriter, WritesADeltaTimeInAsFewBytesAsItNeeds) {
         {0, "00"},           {127, "7f"},           {128, "81 00"},           {16383, "ff 7f"},
         {16384, "81 80 00"}, {2097151, "ff ff 7f"}, {2097152, "81 80 80 00"}, {268435455, "ff ff ff 7f"}};
     for (const auto& [ticks, bytes] : deltas) {
-        EXPECT_EQ(writeMIDIFile(fileWith({}, ticks)), oneTrackFile(bytes + " ff 2f 00")) << ticks;
+        EXPECT_EQ(writeMIDIFile(fileOf({}, ticks)), oneTrackFile(bytes + " ff 2f 00")) << ticks;
     }
 }
 
 TEST(MIDIFileWriter, RejectsADeltaTimeThatTheFormatCannotSay) {
-    EXPECT_THROW(static_cast<void>(writeMIDIFile(fileWith({}, 268435456))), MIDIFileError);
+    EXPECT_THROW(static_cast<void>(writeMIDIFile(fileOf({}, 268435456))), MIDIFileError);
 }
 
 TEST(MIDIFileWriter, WritesWhatTheReaderReadsBackTheSame) {
-    MIDIFile file = fileWith({{0, Kind::meta, hex("51 07 a1 20")}, {7, Kind::channel, hex("c3 11")}}, 90000);
+    MIDIFile file = fileOf({{0, Kind::meta, hex("51 07 a1 20")}, {7, Kind::channel, hex("c3 11")}}, 90000);
     file.tracks[0].events.push_back({300, Kind::systemExclusive, std::vector<std::uint8_t>(1000, 0x55)});
     EXPECT_EQ(readMIDIFile(writeMIDIFile(file)), file);
 }

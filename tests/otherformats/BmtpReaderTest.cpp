@@ -15,7 +15,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr auto pass = PassThroughV2::PassThrough;
-constexpr auto eat = PassThroughV2::EatMatching;
 const std::string beginning = "[Project]\nVersion=1\n";
 const std::string stops = "Actv01Stop01OutO00";
 
@@ -50,7 +49,7 @@ TEST(BmtpReader, KnowsProjectsByTheirFirstSection) {
 
 TEST(BmtpReader, ReadsAMessageWithAVariable) {
     const auto taken = readOne("MID1B040pp", "MID1B007pp");
-    EXPECT_THAT(taken.rules, ElementsAre(rule(onControlChange(0x40, any, exactly(0), eat),
+    EXPECT_THAT(taken.rules, ElementsAre(rule(onControlChange(0x40, any, exactly(0), eatMatching),
                                               sentController(byte(7), triggerByte), "Mine")));
     EXPECT_EQ(takenText(taken),
               "line 7: taken as rule 1\n1 line taken, 0 of them in part; 0 left out. 1 rule.\n");
@@ -66,15 +65,15 @@ TEST(BmtpReader, ReadsLinesThatEndAsOnWindows) {
     EXPECT_EQ(
         readOtherFormat("[Project]\r\nVersion=1\r\n[Preset.0]\r\nIncoming0=MID1FA\r\nOutgoing0=MID1C005\r\n")
             .rules,
-        (std::vector<Rule>{
-            rule(onMIDIStart(eat), send(protocol(StatusV2::programChange, channel(0), byte(5))), "bmtp")}));
+        (std::vector<Rule>{rule(onMIDIStart(eatMatching),
+                                send(protocol(StatusV2::programChange, channel(0), byte(5))), "bmtp")}));
 }
 
 TEST(BmtpReader, MovesAVariableToAnotherPlaceByARunOfRules) {
     const auto rules = readOne("MID190ppqq", "MID1B007pp").rules;
     ASSERT_EQ(rules.size(), 128U);
-    EXPECT_EQ(rules[60],
-              rule(onNoteOn(exactly(60), exactly(0), eat), sentController(byte(7), byte(60)), "Mine"));
+    EXPECT_EQ(rules[60], rule(onNoteOn(exactly(60), exactly(0), eatMatching),
+                              sentController(byte(7), byte(60)), "Mine"));
 }
 
 TEST(BmtpReader, SendsSeveralMessagesByAsManyRules) {
@@ -83,12 +82,13 @@ TEST(BmtpReader, SendsSeveralMessagesByAsManyRules) {
         readOne("MID1 90 24 pp", "MID1 B0 07 01 C0 05 F0 7E F7").rules,
         ElementsAre(rule(on(pass), sentController(byte(7), byte(1)), "Mine"),
                     rule(on(pass), send(protocol(StatusV2::programChange, channel(0), byte(5))), "Mine"),
-                    rule(on(eat), send(systemExclusive({0x7E})), "Mine")));
+                    rule(on(eatMatching), send(systemExclusive({0x7E})), "Mine")));
 }
 
 TEST(BmtpReader, SendsABankAndItsProgramByOneRule) {
-    EXPECT_THAT(readOne("MID1FA", "MID1B10003C105").rules,
-                ElementsAre(rule(onMIDIStart(eat), send(programChange(channel(1), 3, byte(5))), "Mine")));
+    EXPECT_THAT(
+        readOne("MID1FA", "MID1B10003C105").rules,
+        ElementsAre(rule(onMIDIStart(eatMatching), send(programChange(channel(1), 3, byte(5))), "Mine")));
     EXPECT_EQ(readOne("MID1FA", "MID1B10003C005").rules.size(), 2U);
     EXPECT_EQ(readOne("MID1FA", "MID1B12003C105").rules.size(), 2U);
     EXPECT_EQ(readOne("MID1B040pp", "MID1B100ppC105").rules.size(), 2U);
@@ -113,7 +113,7 @@ TEST(BmtpReader, LetsLaterTranslatorsHaveTheMessageUnlessOneStops) {
         return taken.rules[0].trigger.getIf<RuleTriggerV2::MessageBased>()->trigger.passTrough;
     };
     EXPECT_EQ(two("Actv01Stop00OutO00"), pass);
-    EXPECT_EQ(two("Actv01Stop01OutO00"), eat);
+    EXPECT_EQ(two("Actv01Stop01OutO00"), eatMatching);
 }
 
 TEST(BmtpReader, KeepsTheOrderOfTheNumbers) {

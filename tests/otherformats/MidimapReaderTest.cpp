@@ -15,11 +15,8 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr auto pass = PassThroughV2::PassThrough;
-constexpr auto eat = PassThroughV2::EatMatching;
-constexpr auto gate = PassThroughV2::EatNonMatching;
-
-OtherRules read(const std::string& lines, const std::string& beginning = "midimap v1\nforward-unmatched\n") {
+OtherRules readMap(const std::string& lines,
+                   const std::string& beginning = "midimap v1\nforward-unmatched\n") {
     return readOtherFormat(beginning + lines);
 }
 
@@ -31,7 +28,7 @@ Rule named(RuleTriggerV2 trigger, RuleOutputV2 output, const std::string& name =
     return rule(std::move(trigger), std::move(output), name);
 }
 
-std::string problemWith(const std::string& text) {
+std::string mapProblem(const std::string& text) {
     try {
         static_cast<void>(readOtherFormat(text));
     } catch (const OtherFormatError& error) {
@@ -48,22 +45,22 @@ TEST(MidimapReader, KnowsItsFilesByTheirFirstLineOfMeaning) {
 }
 
 TEST(MidimapReader, ReadsANoteThatBecomesAnother) {
-    EXPECT_THAT(read("NoteOn 60 ANY | SAME 62 SAME\n").rules,
-                ElementsAre(named(onNoteOn(exactly(60), any, eat),
+    EXPECT_THAT(readMap("NoteOn 60 ANY | SAME 62 SAME\n").rules,
+                ElementsAre(named(onNoteOn(exactly(60), any, eatMatching),
                                   sent(StatusV2::noteOn, triggerChannel, byte(62), triggerByte))));
 }
 
 TEST(MidimapReader, TakesNoteForBothNoteOnAndNoteOff) {
-    EXPECT_THAT(read("Note C3 ANY | SAME G#3 SAME\n").rules,
-                ElementsAre(named(onNoteOff(exactly(48), any, eat),
+    EXPECT_THAT(readMap("Note C3 ANY | SAME G#3 SAME\n").rules,
+                ElementsAre(named(onNoteOff(exactly(48), any, eatMatching),
                                   sent(StatusV2::noteOff, triggerChannel, byte(56), triggerByte)),
-                            named(onNoteOn(exactly(48), any, eat),
+                            named(onNoteOn(exactly(48), any, eatMatching),
                                   sent(StatusV2::noteOn, triggerChannel, byte(56), triggerByte))));
 }
 
 TEST(MidimapReader, ReadsNotesByTheirNames) {
     const auto numberOf = [](const std::string& note) {
-        const auto rules = read("NoteOn ANY ANY | SAME " + note + " SAME\n").rules;
+        const auto rules = readMap("NoteOn ANY ANY | SAME " + note + " SAME\n").rules;
         return rules.front().output;
     };
     for (const auto& [name, number] : std::vector<std::pair<std::string, int>>{
@@ -75,63 +72,64 @@ TEST(MidimapReader, ReadsNotesByTheirNames) {
 }
 
 TEST(MidimapReader, CountsChannelsFromZero) {
-    EXPECT_THAT(read("NOTEC2 ANY ANY | CHN9 SAME SAME\n").rules,
-                ElementsAre(named(onNoteOff(any, exactly(2), eat),
+    EXPECT_THAT(readMap("NOTEC2 ANY ANY | CHN9 SAME SAME\n").rules,
+                ElementsAre(named(onNoteOff(any, exactly(2), eatMatching),
                                   sent(StatusV2::noteOff, channel(9), triggerByte, triggerByte)),
-                            named(onNoteOn(any, exactly(2), eat),
+                            named(onNoteOn(any, exactly(2), eatMatching),
                                   sent(StatusV2::noteOn, channel(9), triggerByte, triggerByte))));
 }
 
 TEST(MidimapReader, MakesARunOfTheValuesUnderAMask) {
-    const auto rules = read("CC 64 0x40/0x40 | SAME SAME 127\n").rules;
+    const auto rules = readMap("CC 64 0x40/0x40 | SAME SAME 127\n").rules;
     ASSERT_EQ(rules.size(), 64U);
-    EXPECT_EQ(rules.front(), named(onControlChange(64, exactly(64), any, eat),
+    EXPECT_EQ(rules.front(), named(onControlChange(64, exactly(64), any, eatMatching),
                                    sent(StatusV2::CC, triggerChannel, byte(64), byte(127))));
-    EXPECT_EQ(rules.back(), named(onControlChange(64, exactly(127), any, eat),
+    EXPECT_EQ(rules.back(), named(onControlChange(64, exactly(127), any, eatMatching),
                                   sent(StatusV2::CC, triggerChannel, byte(64), byte(127))));
 }
 
 TEST(MidimapReader, MakesARuleForEachControllerWhereAnyIsWaitedFor) {
-    const auto rules = read("CC ANY ANY | CHN3 SAME SAME\n").rules;
+    const auto rules = readMap("CC ANY ANY | CHN3 SAME SAME\n").rules;
     ASSERT_EQ(rules.size(), 128U);
-    EXPECT_EQ(rules[7],
-              named(onControlChange(7, any, any, eat), sent(StatusV2::CC, channel(3), byte(7), triggerByte)));
+    EXPECT_EQ(rules[7], named(onControlChange(7, any, any, eatMatching),
+                              sent(StatusV2::CC, channel(3), byte(7), triggerByte)));
 }
 
 TEST(MidimapReader, WritesAnotherKindOfMessage) {
-    EXPECT_THAT(read("0x90/0xff 60 ANY | 0xb1 64 SAME\n").rules,
-                ElementsAre(named(onNoteOn(exactly(60), exactly(0), eat),
+    EXPECT_THAT(readMap("0x90/0xff 60 ANY | 0xb1 64 SAME\n").rules,
+                ElementsAre(named(onNoteOn(exactly(60), exactly(0), eatMatching),
                                   sent(StatusV2::CC, channel(1), byte(64), triggerByte))));
-    EXPECT_THAT(read("0xc0/0xf0 5 | SAME 6\n").rules,
-                ElementsAre(named(onProgramChange(exactly(5), any, eat),
+    EXPECT_THAT(readMap("0xc0/0xf0 5 | SAME 6\n").rules,
+                ElementsAre(named(onProgramChange(exactly(5), any, eatMatching),
                                   send(protocol(StatusV2::programChange, triggerChannel, byte(6))))));
 }
 
 TEST(MidimapReader, MatchesMessagesOfAsManyBytesOnly) {
     EXPECT_EQ(
-        takenText(read("NoteOn 60 | SAME 62\n")),
+        takenText(readMap("NoteOn 60 | SAME 62\n")),
         "line 3: left out: no message matches it\n0 lines taken, 0 of them in part; 1 left out. 0 rules.\n");
-    EXPECT_THAT(read("ANY 5 | CHN2 SAME\n").rules,
-                ElementsAre(named(onProgramChange(exactly(5), any, eat),
+    EXPECT_THAT(readMap("ANY 5 | CHN2 SAME\n").rules,
+                ElementsAre(named(onProgramChange(exactly(5), any, eatMatching),
                                   send(protocol(StatusV2::programChange, channel(2), byte(5))))));
-    EXPECT_THAT(lostText(read("0xfa | 0xc0\n")),
+    EXPECT_THAT(lostText(readMap("0xfa | 0xc0\n")),
                 HasSubstr("left out: it makes a message that is not complete"));
 }
 
 TEST(MidimapReader, NamesRulesAfterTheCommentAboveThem) {
-    const auto rules = read("# The pads\nNoteOn 36 ANY | SAME 48 SAME\nNoteOn 37 ANY | SAME 49 SAME\n").rules;
+    const auto rules =
+        readMap("# The pads\nNoteOn 36 ANY | SAME 48 SAME\nNoteOn 37 ANY | SAME 49 SAME\n").rules;
     EXPECT_EQ(rules[0].name, "The pads");
     EXPECT_EQ(rules[1].name, "The pads");
 }
 
 TEST(MidimapReader, DropsWhatNothingMatchesUnlessItIsForwarded) {
     EXPECT_THAT(
-        read("NoteOn 60 ANY | SAME 62 SAME\n", "midimap v1\n").rules,
-        ElementsAre(named(onNoteOn(exactly(60), any, eat),
+        readMap("NoteOn 60 ANY | SAME 62 SAME\n", "midimap v1\n").rules,
+        ElementsAre(named(onNoteOn(exactly(60), any, eatMatching),
                           sent(StatusV2::noteOn, triggerChannel, byte(62), triggerByte)),
-                    named(onNoteOn(exactly(60), any, gate),
+                    named(onNoteOn(exactly(60), any, eatNonMatching),
                           sent(StatusV2::noteOn, triggerChannel, byte(62), triggerByte), "Drop the rest")));
-    EXPECT_THAT(takenText(read("", "midimap v1\n")), HasSubstr("no rule is left that could drop"));
+    EXPECT_THAT(takenText(readMap("", "midimap v1\n")), HasSubstr("no rule is left that could drop"));
 }
 
 std::vector<PassThroughV2> policiesOf(const OtherRules& taken) {
@@ -144,24 +142,24 @@ std::vector<PassThroughV2> policiesOf(const OtherRules& taken) {
 
 TEST(MidimapReader, LetsTheLastOfAllMatchingRulesConsume) {
     const auto all = [](const std::string& lines) {
-        return read(lines, "midimap v1\nforward-unmatched\nmatch-all\n");
+        return readMap(lines, "midimap v1\nforward-unmatched\nmatch-all\n");
     };
     const auto whole = all("NoteOn 60 ANY | SAME 62 SAME\nNoteOn ANY ANY | CHN1 SAME SAME\n");
-    EXPECT_THAT(policiesOf(whole), ElementsAre(pass, eat));
+    EXPECT_THAT(policiesOf(whole), ElementsAre(PassThroughV2::PassThrough, eatMatching));
     EXPECT_EQ(lostText(whole), "");
     EXPECT_THAT(policiesOf(all("NoteOn 60 ANY | SAME 62 SAME\nNoteOn 61 ANY | CHN1 SAME SAME\n")),
-                ElementsAre(eat, eat));
+                ElementsAre(eatMatching, eatMatching));
     const auto part = all("NoteOn ANY ANY | CHN1 SAME SAME\nNoteOn 60 ANY | SAME 62 SAME\n");
-    EXPECT_THAT(policiesOf(part), ElementsAre(pass, eat));
+    EXPECT_THAT(policiesOf(part), ElementsAre(PassThroughV2::PassThrough, eatMatching));
     const auto dropped =
-        read("NoteOn ANY ANY | CHN1 SAME SAME\nNoteOn 60 ANY | SAME 62 SAME\n", "midimap v1\nmatch-all\n");
-    EXPECT_THAT(policiesOf(dropped), ElementsAre(pass, eat, gate));
+        readMap("NoteOn ANY ANY | CHN1 SAME SAME\nNoteOn 60 ANY | SAME 62 SAME\n", "midimap v1\nmatch-all\n");
+    EXPECT_THAT(policiesOf(dropped), ElementsAre(PassThroughV2::PassThrough, eatMatching, eatNonMatching));
     EXPECT_EQ(lostText(dropped), "");
     EXPECT_THAT(lostText(part), HasSubstr("line 4: taken in part as rule 1: of what only some lines below"));
 }
 
 TEST(MidimapReader, SaysWhatNoRuleCanDo) {
-    const auto lost = [](const std::string& line) { return lostText(read(line + "\n")); };
+    const auto lost = [](const std::string& line) { return lostText(readMap(line + "\n")); };
     EXPECT_EQ(
         lost("NoteOn 60 100 | SAME 62 SAME"),
         "line 3: left out: it looks at the velocity of a note, or calculates with it, which no rule does\n");
@@ -178,22 +176,22 @@ TEST(MidimapReader, SaysWhatNoRuleCanDo) {
 }
 
 TEST(MidimapReader, CountsWhatItTook) {
-    const auto taken = read("NoteOn 60 ANY | SAME 62 SAME\nPitch ANY ANY | CHN2 SAME SAME\n"
-                            "0x90/0x90 62 ANY | CHN2 SAME SAME\n");
+    const auto taken = readMap("NoteOn 60 ANY | SAME 62 SAME\nPitch ANY ANY | CHN2 SAME SAME\n"
+                               "0x90/0x90 62 ANY | CHN2 SAME SAME\n");
     EXPECT_THAT(takenText(taken), testing::StartsWith("line 3: taken as rule 1\nline 4: left out: no rule"));
     EXPECT_THAT(takenText(taken),
                 testing::EndsWith("2 lines taken, 1 of them in part; 1 left out. 3 rules.\n"));
 }
 
 TEST(MidimapReader, NamesTheLineOfWhatIsDamaged) {
-    EXPECT_THAT(problemWith("midimap v1\n\nhello\n"), HasSubstr("line 3: \"hello\" is neither a rule"));
-    EXPECT_THAT(problemWith("midimap v1\nNoteOn 60 | SAME\n"), HasSubstr("line 2: on each side of |"));
-    EXPECT_THAT(problemWith("midimap v1\n1 2 3 4 | 1 2 3 4\n"), HasSubstr("line 2: on each side of |"));
+    EXPECT_THAT(mapProblem("midimap v1\n\nhello\n"), HasSubstr("line 3: \"hello\" is neither a rule"));
+    EXPECT_THAT(mapProblem("midimap v1\nNoteOn 60 | SAME\n"), HasSubstr("line 2: on each side of |"));
+    EXPECT_THAT(mapProblem("midimap v1\n1 2 3 4 | 1 2 3 4\n"), HasSubstr("line 2: on each side of |"));
     for (const std::string field : {"256", "x", "12/", "0x", "-1", "H2", "C10", "NOTEC16", "1/300"}) {
-        EXPECT_THAT(problemWith("midimap v1\n" + field + " 60 | SAME SAME\n"), HasSubstr("is not a field"))
+        EXPECT_THAT(mapProblem("midimap v1\n" + field + " 60 | SAME SAME\n"), HasSubstr("is not a field"))
             << field;
     }
-    EXPECT_THAT(problemWith("hello"), HasSubstr("neither a midimap.lv2 configuration"));
+    EXPECT_THAT(mapProblem("hello"), HasSubstr("neither a midimap.lv2 configuration"));
 }
 
 }  // namespace

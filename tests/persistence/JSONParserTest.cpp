@@ -17,7 +17,7 @@ JSON parse(std::string_view text) {
     return parseJSON(documents::bytesOf(text));
 }
 
-std::string errorOf(std::string_view text) {
+std::string parserErrorOf(std::string_view text) {
     try {
         static_cast<void>(parse(text));
     } catch (const DecodingError& error) {
@@ -53,40 +53,41 @@ TEST(JSONParser, MakesANumberWholeByItsText) {
 }
 
 TEST(JSONParser, SaysWhereTheTextEndsTooEarly) {
-    EXPECT_EQ(errorOf("{\n \"a\": [1,"), "not JSON: line 2, column 10: unexpected end of input");
-    EXPECT_EQ(errorOf(""), "not JSON: column 1: unexpected end of input");
-    EXPECT_EQ(errorOf("\n\n"), "not JSON: line 3, column 1: unexpected end of input");
+    EXPECT_EQ(parserErrorOf("{\n \"a\": [1,"), "not JSON: line 2, column 10: unexpected end of input");
+    EXPECT_EQ(parserErrorOf(""), "not JSON: column 1: unexpected end of input");
+    EXPECT_EQ(parserErrorOf("\n\n"), "not JSON: line 3, column 1: unexpected end of input");
 }
 
 TEST(JSONParser, SaysWhatDoesNotBelong) {
-    EXPECT_EQ(errorOf("[1] 2"), "not JSON: column 5: unexpected number literal");
-    EXPECT_EQ(errorOf("[1,]"), "not JSON: column 4: unexpected ']'");
-    EXPECT_EQ(errorOf("[tru]"), "not JSON: column 5: invalid literal");
-    EXPECT_EQ(errorOf("// no"), "not JSON: column 1: invalid literal");
+    EXPECT_EQ(parserErrorOf("[1] 2"), "not JSON: column 5: unexpected number literal");
+    EXPECT_EQ(parserErrorOf("[1,]"), "not JSON: column 4: unexpected ']'");
+    EXPECT_EQ(parserErrorOf("[tru]"), "not JSON: column 5: invalid literal");
+    EXPECT_EQ(parserErrorOf("// no"), "not JSON: column 1: invalid literal");
 }
 
 TEST(JSONParser, RejectsTextThatIsNotUTF8) {
-    EXPECT_EQ(errorOf("[\"\xFF\"]"), "not JSON: column 3: invalid string: ill-formed UTF-8 byte");
-    EXPECT_EQ(errorOf("[\"\xC0\xAF\"]"), "not JSON: column 3: invalid string: ill-formed UTF-8 byte");
-    EXPECT_EQ(errorOf("[\"\xED\xA0\x80\"]"), "not JSON: column 4: invalid string: ill-formed UTF-8 byte");
-    EXPECT_NE(errorOf("\xFF\xFE[\0]\0").find("not JSON"), std::string::npos);
+    EXPECT_EQ(parserErrorOf("[\"\xFF\"]"), "not JSON: column 3: invalid string: ill-formed UTF-8 byte");
+    EXPECT_EQ(parserErrorOf("[\"\xC0\xAF\"]"), "not JSON: column 3: invalid string: ill-formed UTF-8 byte");
+    EXPECT_EQ(parserErrorOf("[\"\xED\xA0\x80\"]"),
+              "not JSON: column 4: invalid string: ill-formed UTF-8 byte");
+    EXPECT_NE(parserErrorOf("\xFF\xFE[\0]\0").find("not JSON"), std::string::npos);
 }
 
 TEST(JSONParser, RejectsHalfASurrogatePair) {
-    EXPECT_NE(errorOf(R"(["\ud83c"])").find("must be followed by"), std::string::npos);
+    EXPECT_NE(parserErrorOf(R"(["\ud83c"])").find("must be followed by"), std::string::npos);
     EXPECT_EQ(parse(R"(["\ud83c\udfb9"])")[0], "\xF0\x9F\x8E\xB9");
 }
 
 TEST(JSONParser, RejectsAZeroByteAnywhere) {
     using std::string_view_literals::operator""sv;
-    EXPECT_EQ(errorOf("[]\0"sv), "not JSON: column 3: a zero byte");
-    EXPECT_EQ(errorOf("[]\0[]"sv), "not JSON: column 3: a zero byte");
-    EXPECT_EQ(errorOf("\n[\"\0\"]"sv), "not JSON: line 2, column 3: a zero byte");
+    EXPECT_EQ(parserErrorOf("[]\0"sv), "not JSON: column 3: a zero byte");
+    EXPECT_EQ(parserErrorOf("[]\0[]"sv), "not JSON: column 3: a zero byte");
+    EXPECT_EQ(parserErrorOf("\n[\"\0\"]"sv), "not JSON: line 2, column 3: a zero byte");
 }
 
 TEST(JSONParser, RejectsANumberThatNoDoubleHolds) {
-    EXPECT_EQ(errorOf("[1e400]"), "not JSON: column 6: a number beyond the range of a double");
-    EXPECT_EQ(errorOf("[-" + std::string(400, '9') + "]"),
+    EXPECT_EQ(parserErrorOf("[1e400]"), "not JSON: column 6: a number beyond the range of a double");
+    EXPECT_EQ(parserErrorOf("[-" + std::string(400, '9') + "]"),
               "not JSON: column 402: a number beyond the range of a double");
 }
 
@@ -95,7 +96,7 @@ TEST(JSONParser, ReadsTheDeepestNestingThatItPromises) {
         return std::string(levels, '[') + std::string(levels, ']');
     };
     EXPECT_EQ(parse(nested(maximumNesting)).dump(), nested(maximumNesting));
-    EXPECT_EQ(errorOf(nested(maximumNesting + 1)), "nested deeper than 512 levels");
+    EXPECT_EQ(parserErrorOf(nested(maximumNesting + 1)), "nested deeper than 512 levels");
 }
 
 TEST(JSONParser, CountsOnlyTheLevelsThatAreOpen) {
@@ -111,9 +112,9 @@ TEST(JSONParser, RejectsAHundredThousandBracketsOfEitherKind) {
     for (int level = 0; level < 100'000; ++level) {
         objects += "{\"a\":";
     }
-    EXPECT_EQ(errorOf(objects), "nested deeper than 512 levels");
-    EXPECT_EQ(errorOf(std::string(100'000, '[')), "nested deeper than 512 levels");
-    EXPECT_EQ(errorOf(std::string(100'000, ']')), "not JSON: column 1: unexpected ']'");
+    EXPECT_EQ(parserErrorOf(objects), "nested deeper than 512 levels");
+    EXPECT_EQ(parserErrorOf(std::string(100'000, '[')), "nested deeper than 512 levels");
+    EXPECT_EQ(parserErrorOf(std::string(100'000, ']')), "not JSON: column 1: unexpected ']'");
 }
 
 }  // namespace

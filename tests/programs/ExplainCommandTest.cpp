@@ -20,9 +20,6 @@ using testing::IsEmpty;
 using testing::StartsWith;
 using Transport = HostTransportTriggerVariantsV2;
 
-constexpr auto eatMatching = PassThroughV2::EatMatching;
-constexpr auto eatNonMatching = PassThroughV2::EatNonMatching;
-
 class ExplainCommandTest : public CommandLineTest {
 protected:
     /// Explains events to a preset of these rules.

@@ -69,7 +69,7 @@ std::string install(const std::vector<std::string>& rules) {
     return R"({"do":"install","rules":[)" + list + "]}";
 }
 
-std::string rule(const std::string& message, int delayMs, const std::string& trigger) {
+std::string ruleText(const std::string& message, int delayMs, const std::string& trigger) {
     return R"({"output":{"message":)" + message + R"(,"delay":{"ms":)" + std::to_string(delayMs) +
            R"(}},"trigger":)" + trigger + R"(,"name":"in/out"})";
 }
@@ -84,12 +84,13 @@ const std::string bankAndProgram =
     R"({"ProgramChange":{"_0":{"Value":{"_0":1}},"_1":2,"_2":{"Value":{"_0":3}}}})";
 const std::string fromTrigger = R"({"Protocol":{"_0":{"JustStatus":{"_0":176}},"_1":{"Value":{"_0":7}},)"
                                 R"("_2":{"RespectiveTriggerByte":{}}}})";
-const std::string onLoad = R"({"OnLoad":{}})";
-const std::string onAnyNote = R"({"MessageBased":{"_0":{"variants":{"VoiceCategory":{"_0":{)"
-                              R"("variants":{"NoteOn":{"_0":{"AnyValue":{}}}},"channel":{"AnyValue":{}}}}},)"
-                              R"("passTrough":{"PassThrough":{}}}}})";
+const std::string loadTrigger = R"({"OnLoad":{}})";
+const std::string noteTrigger =
+    R"({"MessageBased":{"_0":{"variants":{"VoiceCategory":{"_0":{)"
+    R"("variants":{"NoteOn":{"_0":{"AnyValue":{}}}},"channel":{"AnyValue":{}}}}},)"
+    R"("passTrough":{"PassThrough":{}}}}})";
 
-std::string onHost(const std::string& change) {
+std::string hostTrigger(const std::string& change) {
     return R"({"HostTransport":{"_0":{"variants":{")" + change +
            R"(":{}},"passThrough":{"PassThrough":{}}}}})";
 }
@@ -128,7 +129,7 @@ TEST(HostCommand, RestoresAndSavesADocument) {
 
 TEST(HostCommand, SavesASlashWithItsEscape) {
     EXPECT_THAT(
-        answers({install({rule(bankAndProgram, 0, onLoad)}), R"({"do":"save"})"}),
+        answers({install({ruleText(bankAndProgram, 0, loadTrigger)}), R"({"do":"save"})"}),
         ElementsAre(R"({"installed":1})",
                     R"({"state":"{\"rules\":[{\"output\":{\"message\":{\"ProgramChange\":)"
                     R"({\"_0\":{\"Value\":{\"_0\":1}},\"_1\":2,\"_2\":{\"Value\":{\"_0\":3}}}},)"
@@ -136,20 +137,21 @@ TEST(HostCommand, SavesASlashWithItsEscape) {
 }
 
 TEST(HostCommand, RestoresBytesThatAreNoText) {
-    EXPECT_THAT(answers({install({rule(controller(1), 0, onLoad)}), R"({"do":"restore","base64":"/w=="})",
-                         R"({"do":"restore","base64":"W10="})"}),
+    EXPECT_THAT(answers({install({ruleText(controller(1), 0, loadTrigger)}),
+                         R"({"do":"restore","base64":"/w=="})", R"({"do":"restore","base64":"W10="})"}),
                 ElementsAre(R"({"installed":1})", R"({"restored":0})", R"({"restored":0})"));
 }
 
 TEST(HostCommand, RestoringADamagedDocumentEmptiesTheRules) {
-    EXPECT_THAT(answers({install({rule(controller(1), 0, onLoad)}),
+    EXPECT_THAT(answers({install({ruleText(controller(1), 0, loadTrigger)}),
                          R"({"do":"restore","state":"{\"rules\":["})", R"({"do":"save"})"}),
                 ElementsAre(R"({"installed":1})", R"({"restored":0})", R"({"state":"{\"rules\":[]}"})"));
 }
 
 TEST(HostCommand, RestoringNoDictionaryKeepsTheRules) {
-    EXPECT_THAT(answers({install({rule(controller(1), 0, onLoad)}), R"({"do":"restore","state":null})"}),
-                ElementsAre(R"({"installed":1})", R"({"restored":1})"));
+    EXPECT_THAT(
+        answers({install({ruleText(controller(1), 0, loadTrigger)}), R"({"do":"restore","state":null})"}),
+        ElementsAre(R"({"installed":1})", R"({"restored":1})"));
 }
 
 TEST(HostCommand, ADictionaryWithoutTheStateIsFatal) {
@@ -179,15 +181,16 @@ TEST(HostCommand, AnOldPitchAbove255IsFatal) {
 }
 
 TEST(HostCommand, CreatesANewUnitAndForgetsTheHostsBlocks) {
-    EXPECT_THAT(
-        answers({install({rule(controller(1), 0, onLoad)}), R"({"do":"send","output":)" + controller(2) + "}",
-                 R"({"do":"transport","flags":2,"position":0})",
-                 R"({"do":"output","failAfter":0,"status":-1})", R"({"do":"create"})", R"({"do":"save"})",
-                 render("0", 64, noteAt10)}),
-        ElementsAre(R"({"installed":1})", R"({"queued":1})", R"({"transport":true})", R"({"output":true})",
-                    R"({"created":true})", R"({"state":"{\"rules\":[]}"})", R"({"in":"[10] 90 3c 64"})",
-                    R"({"midi":{"time":10,"cable":0,"bytes":[144,60,100]}})", R"({"out":"[10] 90 3c 64"})",
-                    R"({"status":0})"));
+    EXPECT_THAT(answers({install({ruleText(controller(1), 0, loadTrigger)}),
+                         R"({"do":"send","output":)" + controller(2) + "}",
+                         R"({"do":"transport","flags":2,"position":0})",
+                         R"({"do":"output","failAfter":0,"status":-1})", R"({"do":"create"})",
+                         R"({"do":"save"})", render("0", 64, noteAt10)}),
+                ElementsAre(R"({"installed":1})", R"({"queued":1})", R"({"transport":true})",
+                            R"({"output":true})", R"({"created":true})", R"({"state":"{\"rules\":[]}"})",
+                            R"({"in":"[10] 90 3c 64"})",
+                            R"({"midi":{"time":10,"cable":0,"bytes":[144,60,100]}})",
+                            R"({"out":"[10] 90 3c 64"})", R"({"status":0})"));
 }
 
 TEST(HostCommand, CreateOffersAWithdrawnOutputAgain) {
@@ -229,7 +232,7 @@ TEST(HostCommand, AnInvalidSampleRateIsFatal) {
 }
 
 TEST(HostCommand, InstallsNothingOfRulesThatCannotBeCompiled) {
-    const auto played = play({install({rule(controller(1), -1, onLoad)})});
+    const auto played = play({install({ruleText(controller(1), -1, loadTrigger)})});
     EXPECT_EQ(played.status, 70);
     EXPECT_THAT(played.lines,
                 ElementsAre(StartsWith(R"({"fatal":"Fatal error: a delay is negative: -1 ms)")));
@@ -254,8 +257,9 @@ TEST(HostCommand, SendingWhatATriggerWouldFillInIsFatal) {
 
 TEST(HostCommand, WritesTheEventsOfACycleInTheOrderInWhichTheyHappen) {
     EXPECT_THAT(
-        answers({install({rule(controller(1), 0, onLoad), rule(controller(2), 0, onHost("Start")),
-                          rule(fromTrigger, 0, onAnyNote)}),
+        answers({install({ruleText(controller(1), 0, loadTrigger),
+                          ruleText(controller(2), 0, hostTrigger("Start")),
+                          ruleText(fromTrigger, 0, noteTrigger)}),
                  R"({"do":"send","output":)" + controller(3) + "}",
                  R"({"do":"transport","flags":2,"position":0.0})",
                  render("5", 64, noteAt10 + R"(,{"time":20,"bytes":[250]})")}),
@@ -271,12 +275,12 @@ TEST(HostCommand, WritesTheEventsOfACycleInTheOrderInWhichTheyHappen) {
 }
 
 TEST(HostCommand, CountsDelayedOutputsUntilTheyAreDue) {
-    EXPECT_THAT(
-        answers({R"({"do":"allocate","sampleRate":48000})", install({rule(controller(1), 10, onLoad)}),
-                 render("0", 480), R"({"do":"queue"})", render("480", 1), R"({"do":"queue"})"}),
-        ElementsAre(R"({"allocated":true})", R"({"installed":1})", R"({"status":0})", R"({"delayed":1})",
-                    R"({"midi":{"time":480,"cable":0,"bytes":[176,7,1]}})", R"({"out":"[480] b0 07 01"})",
-                    R"({"status":0})", R"({"delayed":0})"));
+    EXPECT_THAT(answers({R"({"do":"allocate","sampleRate":48000})",
+                         install({ruleText(controller(1), 10, loadTrigger)}), render("0", 480),
+                         R"({"do":"queue"})", render("480", 1), R"({"do":"queue"})"}),
+                ElementsAre(R"({"allocated":true})", R"({"installed":1})", R"({"status":0})",
+                            R"({"delayed":1})", R"({"midi":{"time":480,"cable":0,"bytes":[176,7,1]}})",
+                            R"({"out":"[480] b0 07 01"})", R"({"status":0})", R"({"delayed":0})"));
 }
 
 TEST(HostCommand, KeepsTheFractionOfASampleTimeForTheUnit) {
@@ -299,7 +303,7 @@ TEST(HostCommand, ASampleTimeBeyond64BitsIsFatal) {
 }
 
 TEST(HostCommand, WritesTheEventsBeforeAFatalErrorOfTheSameCycle) {
-    const auto played = play({install({rule(controller(1), 1, onAnyNote)}),
+    const auto played = play({install({ruleText(controller(1), 1, noteTrigger)}),
                               render("0", 64, R"({"time":9223372036854775807,"bytes":[144,60,100]})")});
     EXPECT_EQ(played.status, 70);
     EXPECT_THAT(played.lines, ElementsAre(R"({"installed":1})", R"({"in":"[9223372036854775807] 90 3c 64"})",
@@ -476,12 +480,12 @@ TEST(HostCommand, TakesLongLinesAndSurvivesDeepOnes) {
 }
 
 TEST(HostCommand, SurvivesEveryDamagedScript) {
-    const std::string script = install({rule(controller(1), 10, onLoad), rule(fromTrigger, 0, onAnyNote)}) +
-                               "\n" + R"({"do":"transport","flags":2,"position":0.5})" + "\n" +
-                               R"({"do":"output","failAfter":2,"status":-1})" + "\n" +
-                               render("0", 512, noteAt10 + R"(,{"time":3,"type":9,"bytes":[240,247]})") +
-                               "\n" + R"({"do":"restore","base64":"W10="})" + "\n" + R"({"do":"describe"})" +
-                               "\n";
+    const std::string script =
+        install({ruleText(controller(1), 10, loadTrigger), ruleText(fromTrigger, 0, noteTrigger)}) + "\n" +
+        R"({"do":"transport","flags":2,"position":0.5})" + "\n" +
+        R"({"do":"output","failAfter":2,"status":-1})" + "\n" +
+        render("0", 512, noteAt10 + R"(,{"time":3,"type":9,"bytes":[240,247]})") + "\n" +
+        R"({"do":"restore","base64":"W10="})" + "\n" + R"({"do":"describe"})" + "\n";
     for (unsigned seed = 0; seed < 1'500; ++seed) {
         auto damaged = script;
         test::Vandal(seed).damage(damaged);

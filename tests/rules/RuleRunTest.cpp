@@ -14,11 +14,9 @@ using namespace test;
 using Rules = std::vector<Rule>;
 using Runs = std::vector<RuleRun>;
 
-constexpr auto consumes = PassThroughV2::EatMatching;
-
 /// A rule that waits for a note and sends one.
 Rule noteRule(std::uint8_t waitsFor, GenericByteV2 sends, std::string name = "split") {
-    return rule(onNoteOn(exactly(waitsFor), exactly(0), consumes),
+    return rule(onNoteOn(exactly(waitsFor), exactly(0), eatMatching),
                 send(protocol(StatusV2::noteOn, channel(1), sends, triggerByte)), std::move(name));
 }
 
@@ -58,9 +56,10 @@ TEST(RuleRun, EndsWhereAnythingElseDiffers) {
     otherName.name = "other";
     auto otherDelay = second;
     otherDelay.output.delay.ms = 1;
-    const auto otherChannel = rule(onNoteOn(exactly(37), exactly(1), consumes), second.output, second.name);
+    const auto otherChannel =
+        rule(onNoteOn(exactly(37), exactly(1), eatMatching), second.output, second.name);
     const auto otherPolicy = rule(onNoteOn(exactly(37), exactly(0)), second.output, second.name);
-    const auto otherKind = rule(onNoteOff(exactly(37), exactly(0), consumes), second.output, second.name);
+    const auto otherKind = rule(onNoteOff(exactly(37), exactly(0), eatMatching), second.output, second.name);
     const auto otherMessage = noteRule(37, byte(5));
     for (const auto& other :
          {otherName, otherDelay, otherChannel, otherPolicy, otherKind, otherMessage,

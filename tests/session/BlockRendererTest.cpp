@@ -15,8 +15,8 @@ using namespace test;
 using Room = HostOutput::Room;
 using Trigger = HostTransportTriggerVariantsV2;
 
-constexpr HostTransport::State moving{.isMoving = true};
-constexpr HostTransport::State standing{};
+constexpr HostTransport::State transportMoves{.isMoving = true};
+constexpr HostTransport::State transportStands{};
 
 class BlockRendererTest : public testing::Test {
 protected:
@@ -131,7 +131,7 @@ TEST_F(BlockRendererTest, TheTransportChangesWithinTheBlockAtItsOwnTime) {
     processor.setRules({rule(onHost(Trigger::Start), send(controlChange(0, 7, 9)))});
     begin(64);
     renderer.receive(3, Bytes{0xC1, 1});
-    renderer.reportTransport(20, moving, 0.0);
+    renderer.reportTransport(20, transportMoves, 0.0);
     renderer.receive(20, Bytes{0xC1, 2});
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(output.take(), (Timed{{3, {0xC1, 1}}, {20, {0xB0, 7, 9}}, {20, {0xC1, 2}}}));
@@ -142,7 +142,7 @@ TEST_F(BlockRendererTest, ATransportThatFollowsMessagesOfItsFrameChangesBehindTh
     processor.setRules({rule(onHost(Trigger::Continue), send(controlChange(0, 7, 9)))});
     begin(64);
     renderer.receive(20, Bytes{0xC1, 1});
-    renderer.reportTransport(20, moving, 100.0);
+    renderer.reportTransport(20, transportMoves, 100.0);
     renderer.receive(20, Bytes{0xC1, 2});
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(output.take(), (Timed{{20, {0xC1, 1}}, {20, {0xB0, 7, 9}}, {20, {0xC1, 2}}}));
@@ -153,7 +153,7 @@ TEST_F(BlockRendererTest, ATransportThatFollowsMessagesOfTheLastFrameChangesTher
     processor.setRules({rule(onHost(Trigger::Start), send(controlChange(0, 7, 9)))});
     begin(64);
     renderer.receive(63, Bytes{0xC1, 1});
-    renderer.reportTransport(63, moving, -1.0);
+    renderer.reportTransport(63, transportMoves, -1.0);
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(output.take(), (Timed{{63, {0xC1, 1}}, {63, {0xB0, 7, 9}}}));
     EXPECT_EQ(block(64), Timed{});
@@ -162,11 +162,11 @@ TEST_F(BlockRendererTest, ATransportThatFollowsMessagesOfTheLastFrameChangesTher
 TEST_F(BlockRendererTest, AStartAtTheBeginningThatFollowsMessagesOfItsFrameIsAStart) {
     begin(64);
     renderer.receive(20, Bytes{0xC1, 1});
-    renderer.reportTransport(20, moving, 0.0);
-    renderer.reportTransport(21, moving, 1.0);
+    renderer.reportTransport(20, transportMoves, 0.0);
+    renderer.reportTransport(21, transportMoves, 1.0);
     ASSERT_EQ(renderer.end(), noErr);
     begin(64);
-    renderer.reportTransport(0, moving, 44.0);
+    renderer.reportTransport(0, transportMoves, 44.0);
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(heard, (std::vector<std::string>{"[20] c1 01", "[20] AU Host Start"}));
 }
@@ -174,7 +174,7 @@ TEST_F(BlockRendererTest, AStartAtTheBeginningThatFollowsMessagesOfItsFrameIsASt
 TEST_F(BlockRendererTest, AStartWithoutAPositionThatFollowsMessagesOfItsFrameIsAStart) {
     begin(64);
     renderer.receive(20, Bytes{0xC1, 1});
-    renderer.reportTransport(20, moving);
+    renderer.reportTransport(20, transportMoves);
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(heard, (std::vector<std::string>{"[20] c1 01", "[20] AU Host Start"}));
     EXPECT_EQ(renderer.transport().position(), 44.0);
@@ -183,10 +183,10 @@ TEST_F(BlockRendererTest, AStartWithoutAPositionThatFollowsMessagesOfItsFrameIsA
 TEST_F(BlockRendererTest, AStartAtTheBeginningThatFollowsMessagesOfTheLastFrameIsAStart) {
     begin(64);
     renderer.receive(63, Bytes{0xC1, 1});
-    renderer.reportTransport(63, moving, 0.0);
+    renderer.reportTransport(63, transportMoves, 0.0);
     ASSERT_EQ(renderer.end(), noErr);
     begin(64);
-    renderer.reportTransport(0, moving, 1.0);
+    renderer.reportTransport(0, transportMoves, 1.0);
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(heard, (std::vector<std::string>{"[63] c1 01", "[63] AU Host Start"}));
     EXPECT_EQ(renderer.transport().position(), 65.0);
@@ -195,7 +195,7 @@ TEST_F(BlockRendererTest, AStartAtTheBeginningThatFollowsMessagesOfTheLastFrameI
 TEST_F(BlockRendererTest, AStartAtTheBeginningThatFollowsMessagesOfABlockWithoutFramesIsAStart) {
     begin(0);
     renderer.receive(0, Bytes{0xC1, 1});
-    renderer.reportTransport(0, moving, 0.0);
+    renderer.reportTransport(0, transportMoves, 0.0);
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(heard, (std::vector<std::string>{"[0] c1 01", "[0] AU Host Start"}));
     EXPECT_EQ(renderer.transport().position(), 0.0);
@@ -203,11 +203,11 @@ TEST_F(BlockRendererTest, AStartAtTheBeginningThatFollowsMessagesOfABlockWithout
 
 TEST_F(BlockRendererTest, AJumpThatFollowsMessagesOfItsFrameIsHeardOnce) {
     begin(64);
-    renderer.reportTransport(0, moving, 1000.0);
+    renderer.reportTransport(0, transportMoves, 1000.0);
     renderer.receive(20, Bytes{0xC1, 1});
-    renderer.reportTransport(20, moving, 5000.0);
+    renderer.reportTransport(20, transportMoves, 5000.0);
     renderer.receive(30, Bytes{0xC1, 2});
-    renderer.reportTransport(30, moving, 5010.0);
+    renderer.reportTransport(30, transportMoves, 5010.0);
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Continue", "[20] c1 01", "[20] AU Host Continue",
                                                "[30] c1 02"}));
@@ -215,29 +215,29 @@ TEST_F(BlockRendererTest, AJumpThatFollowsMessagesOfItsFrameIsHeardOnce) {
 
 TEST_F(BlockRendererTest, JumpsAtOneFrameAreHeardOnce) {
     begin(64);
-    renderer.reportTransport(0, moving, 1000.0);
-    renderer.reportTransport(20, moving, 5000.0);
-    renderer.reportTransport(20, moving, 9000.0);
+    renderer.reportTransport(0, transportMoves, 1000.0);
+    renderer.reportTransport(20, transportMoves, 5000.0);
+    renderer.reportTransport(20, transportMoves, 9000.0);
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Continue", "[20] AU Host Continue"}));
 }
 
 TEST_F(BlockRendererTest, ATransportThatStopsAndStartsElsewhereAtOneFrameIsHeardToGoOn) {
     begin(64);
-    renderer.reportTransport(0, moving, 1000.0);
-    renderer.reportTransport(20, standing, 1020.0);
-    renderer.reportTransport(20, moving, 50000.0);
+    renderer.reportTransport(0, transportMoves, 1000.0);
+    renderer.reportTransport(20, transportStands, 1020.0);
+    renderer.reportTransport(20, transportMoves, 50000.0);
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Continue", "[20] AU Host Continue"}));
 }
 
 TEST_F(BlockRendererTest, ATransportBehindManyEventsOfItsFrameDoesNotJump) {
     begin(64);
-    renderer.reportTransport(0, moving, 1000.0);
+    renderer.reportTransport(0, transportMoves, 1000.0);
     for (std::size_t i = 0; i < 10000; ++i) {
         renderer.receive(20, Bytes{0xF0, 0xF7});
     }
-    renderer.reportTransport(20, moving, 1020.0);
+    renderer.reportTransport(20, transportMoves, 1020.0);
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Continue"}));
     EXPECT_EQ(renderer.transport().position(), 1064.0);
@@ -245,8 +245,8 @@ TEST_F(BlockRendererTest, ATransportBehindManyEventsOfItsFrameDoesNotJump) {
 
 TEST_F(BlockRendererTest, ATransportWithoutAPositionGoesOnFromTheOneThatIsKnown) {
     begin(64);
-    renderer.reportTransport(0, moving, 1000.0);
-    renderer.reportTransport(40, standing);
+    renderer.reportTransport(0, transportMoves, 1000.0);
+    renderer.reportTransport(40, transportStands);
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Continue", "[40] AU Host Stop"}));
     EXPECT_EQ(renderer.transport().position(), 1040.0);
@@ -254,8 +254,8 @@ TEST_F(BlockRendererTest, ATransportWithoutAPositionGoesOnFromTheOneThatIsKnown)
 
 TEST_F(BlockRendererTest, ATransportThatIsReportedToHaveContinuedDoesNotJump) {
     begin(64);
-    renderer.reportTransport(0, moving, 1000.0);
-    renderer.reportTransportContinued(20, moving, 5000.0, 2.0);
+    renderer.reportTransport(0, transportMoves, 1000.0);
+    renderer.reportTransportContinued(20, transportMoves, 5000.0, 2.0);
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Continue"}));
     EXPECT_EQ(renderer.transport().position(), 5088.0);
@@ -263,18 +263,18 @@ TEST_F(BlockRendererTest, ATransportThatIsReportedToHaveContinuedDoesNotJump) {
 
 TEST_F(BlockRendererTest, ATransportThatWasLostIsFoundWithoutAJump) {
     begin(64);
-    renderer.reportTransport(0, moving, 0.0);
+    renderer.reportTransport(0, transportMoves, 0.0);
     ASSERT_EQ(renderer.end(), noErr);
     renderer.losePosition();
     begin(64);
-    renderer.reportTransport(0, moving, 5000.0);
+    renderer.reportTransport(0, transportMoves, 5000.0);
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Start"}));
 }
 
 TEST_F(BlockRendererTest, ATransportThatWasForgottenIsTakenAsItIsFound) {
     renderer.forgetTransport();
-    for (const auto& state : {moving, moving, standing}) {
+    for (const auto& state : {transportMoves, transportMoves, transportStands}) {
         begin(64);
         renderer.reportTransport(0, state);
         ASSERT_EQ(renderer.end(), noErr);
@@ -284,11 +284,11 @@ TEST_F(BlockRendererTest, ATransportThatWasForgottenIsTakenAsItIsFound) {
 
 TEST_F(BlockRendererTest, StopAndStartInOneBlockAreTwoChanges) {
     begin(64);
-    renderer.reportTransport(0, moving, 0.0);
+    renderer.reportTransport(0, transportMoves, 0.0);
     ASSERT_EQ(renderer.end(), noErr);
     begin(64);
-    renderer.reportTransport(10, standing, 74.0);
-    renderer.reportTransport(30, moving, 74.0);
+    renderer.reportTransport(10, transportStands, 74.0);
+    renderer.reportTransport(30, transportMoves, 74.0);
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(heard,
               (std::vector<std::string>{"[0] AU Host Start", "[74] AU Host Stop", "[94] AU Host Continue"}));
@@ -303,7 +303,7 @@ TEST_F(BlockRendererTest, AMessageWithoutRoomIsRefusedAndEndsTheCycle) {
     for (const auto offset : {1U, 2U, 3U}) {
         renderer.receive(offset, Bytes{0xC0, 1});
     }
-    renderer.reportTransport(4, moving, 0.0);
+    renderer.reportTransport(4, transportMoves, 0.0);
     EXPECT_EQ(renderer.end(), kQuilloErr_OutputFull);
     EXPECT_EQ(output.take(), (Timed{{1, {0xC0, 1}}}));
     EXPECT_EQ(asked, 2);
@@ -315,13 +315,13 @@ TEST_F(BlockRendererTest, AMessageWithoutRoomIsRefusedAndEndsTheCycle) {
 /// A rule that silences everything at a stop must not miss it.
 TEST_F(BlockRendererTest, AChangeOfTheTransportInABlockThatWasRefusedIsHeardInTheNext) {
     begin(64);
-    renderer.reportTransport(0, moving, 0.0);
+    renderer.reportTransport(0, transportMoves, 0.0);
     ASSERT_EQ(renderer.end(), noErr);
     const auto roomy =
         std::exchange(output.room, [](HostOutput::Bytes, const HostOutput::Waiting&) { return Room::full; });
     begin(64);
     renderer.receive(1, Bytes{0xC0, 1});
-    renderer.reportTransport(2, standing, 66.0);
+    renderer.reportTransport(2, transportStands, 66.0);
     EXPECT_EQ(renderer.end(), kQuilloErr_OutputFull);
     output.room = roomy;
     EXPECT_EQ(block(64), Timed{});
@@ -330,18 +330,18 @@ TEST_F(BlockRendererTest, AChangeOfTheTransportInABlockThatWasRefusedIsHeardInTh
 
 TEST_F(BlockRendererTest, AJumpInABlockThatWasRefusedIsHeardInTheNextAndOnce) {
     begin(64);
-    renderer.reportTransport(0, moving, 0.0);
+    renderer.reportTransport(0, transportMoves, 0.0);
     ASSERT_EQ(renderer.end(), noErr);
     const auto roomy =
         std::exchange(output.room, [](HostOutput::Bytes, const HostOutput::Waiting&) { return Room::full; });
     begin(64);
     renderer.receive(1, Bytes{0xC0, 1});
-    renderer.reportTransport(2, moving, 5000.0);
+    renderer.reportTransport(2, transportMoves, 5000.0);
     EXPECT_EQ(renderer.end(), kQuilloErr_OutputFull);
     output.room = roomy;
     for (const auto position : {5062.0, 5126.0}) {
         begin(64);
-        renderer.reportTransport(0, moving, position);
+        renderer.reportTransport(0, transportMoves, position);
         ASSERT_EQ(renderer.end(), noErr);
     }
     EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Start", "[65] c0 01", "[128] AU Host Continue"}));
@@ -349,11 +349,11 @@ TEST_F(BlockRendererTest, AJumpInABlockThatWasRefusedIsHeardInTheNextAndOnce) {
 
 TEST_F(BlockRendererTest, WhatIsLeftOutDoesNotPartTheReportsOfItsFrame) {
     begin(64);
-    renderer.reportTransport(0, moving, 0.0);
-    renderer.reportTransport(20, standing, 20.0);
+    renderer.reportTransport(0, transportMoves, 0.0);
+    renderer.reportTransport(20, transportStands, 20.0);
     renderer.receive(20, Bytes{0xF0, 1, 0xF7});
     renderer.receive(20, Bytes{0x90, 60});
-    renderer.reportTransport(20, moving, 20.0);
+    renderer.reportTransport(20, transportMoves, 20.0);
     ASSERT_EQ(renderer.end(), noErr);
     EXPECT_EQ(heard, (std::vector<std::string>{"[0] AU Host Start"}));
 }

@@ -10,7 +10,7 @@ namespace {
 
 using namespace test;
 
-EventLogEntry entryAt(SampleTime time) {
+EventLogEntry clockAt(SampleTime time) {
     return {time, EventLogEntryVariants::MIDI{{0xF8}}};
 }
 
@@ -25,21 +25,21 @@ TEST(QuilloModel, StartsEmptyWithLogsOf100Entries) {
 
 TEST(QuilloModel, ItsLogsAreSeparate) {
     QuilloModel model;
-    model.appendToInLog({entryAt(1)});
-    model.appendToOutLog({entryAt(2), entryAt(3)});
+    model.appendToInLog({clockAt(1)});
+    model.appendToOutLog({clockAt(2), clockAt(3)});
     EXPECT_EQ(model.inLog().size(), 1U);
-    EXPECT_EQ(model.inLog()[0], entryAt(1));
+    EXPECT_EQ(model.inLog()[0], clockAt(1));
     EXPECT_EQ(model.outLog().size(), 2U);
-    EXPECT_EQ(model.outLog()[1], entryAt(3));
+    EXPECT_EQ(model.outLog()[1], clockAt(3));
 }
 
 TEST(QuilloModel, CountsWhatTheInLogWasEverGiven) {
     QuilloModel model;
     EXPECT_EQ(model.inLogCount(), 0U);
-    model.appendToInLog(std::vector(101, entryAt(1)));
+    model.appendToInLog(std::vector(101, clockAt(1)));
     model.clearInLog();
-    model.appendToInLog({entryAt(2)});
-    model.appendToOutLog({entryAt(3)});
+    model.appendToInLog({clockAt(2)});
+    model.appendToOutLog({clockAt(3)});
     EXPECT_EQ(model.inLogCount(), 102U);
 }
 
@@ -52,7 +52,7 @@ TEST(QuilloModel, NotifiesTheObserversOfAPartOnceAChange) {
     const auto inObservation = model.observeInLog([&in] { ++in; });
     const auto outObservation = model.observeOutLog([&out] { ++out; });
     model.setRules(std::vector<RuleEntryIdentifiable>(3));
-    model.appendToInLog({entryAt(1), entryAt(2)});
+    model.appendToInLog({clockAt(1), clockAt(2)});
     model.appendToInLog({});
     model.clearInLog();
     model.clearOutLog();
@@ -68,8 +68,8 @@ TEST(QuilloModel, ThoseWhoObserveAPartSeeItAsItIsNow) {
     const auto in = model.observeInLog([&] { sizes.push_back(model.inLog().size()); });
     const auto out = model.observeOutLog([&] { sizes.push_back(model.outLog().size()); });
     model.setRules(std::vector<RuleEntryIdentifiable>(3));
-    model.appendToInLog({entryAt(1), entryAt(2)});
-    model.appendToOutLog({entryAt(3)});
+    model.appendToInLog({clockAt(1), clockAt(2)});
+    model.appendToOutLog({clockAt(3)});
     model.clearInLog();
     model.clearOutLog();
     model.setNotEditable("odd", std::nullopt);

@@ -15,6 +15,8 @@ namespace quillo::test {
 inline const TriggerValueV2 any = TriggerValueV2::AnyValue{};
 inline const GenericByteV2 triggerByte = GenericByteV2::RespectiveTriggerByte{};
 inline const RuleOutputChannelV2 triggerChannel = RuleOutputChannelV2::TriggerChannel{};
+inline constexpr auto eatMatching = PassThroughV2::EatMatching;
+inline constexpr auto eatNonMatching = PassThroughV2::EatNonMatching;
 
 inline TriggerValueV2 exactly(std::uint8_t value) {
     return TriggerValueV2::Value{value};
@@ -108,6 +110,11 @@ inline RuleOutputV2 send(RuleOutputVariantsV2 message, std::int64_t delayMs = 0)
 
 inline Rule rule(RuleTriggerV2 trigger, RuleOutputV2 output, std::string name = "") {
     return {std::move(output), std::move(trigger), std::move(name)};
+}
+
+/// One rule of this name, for any note-on.
+inline std::vector<Rule> rulesCalled(const std::string& name) {
+    return {rule(onNoteOn(), send(noteOn(0, 60, 1)), name)};
 }
 
 }  // namespace quillo::test

@@ -41,7 +41,7 @@ const RuleTriggerV2 anyNoteOn = when(Voice::NoteOn{any});
 const RuleTriggerV2 anyController1 = when(Voice::ControlChange{1, any});
 const RuleTriggerV2 anyProgram = when(Voice::ProgramChange{any});
 
-RuleOutputV2 send(StatusV2 status, GenericByteV2 byte1, std::optional<GenericByteV2> byte2) {
+RuleOutputV2 sendBytes(StatusV2 status, GenericByteV2 byte1, std::optional<GenericByteV2> byte2) {
     return {Output::Protocol{StatusByteV2::WithChannel{status, RuleOutputChannelV2::Value{0}}, byte1, byte2},
             {0}};
 }
@@ -69,7 +69,7 @@ TEST(PlainWords, OfARuleNameItsTriggerPolicyMessageAndDelay) {
 
 TEST(PlainWords, KeepANameOnOneLineAndInItsQuotes) {
     const auto beginning = [](const std::string& name) {
-        const auto line = inPlainWords(named(name, send(StatusV2::CC, byte(7), byte(0)), anyNoteOn));
+        const auto line = inPlainWords(named(name, sendBytes(StatusV2::CC, byte(7), byte(0)), anyNoteOn));
         return line.substr(0, line.find(": when"));
     };
     EXPECT_EQ(beginning("a\"b\\c\nd\te\x1f\x7f/é"), "\"a\\\"b\\\\c\\nd\\u0009e\\u001f\\u007f/é\"");
@@ -139,50 +139,51 @@ TEST(PlainWordsOfATrigger, MarkWhatNoMessageCanCarry) {
 }
 
 TEST(PlainWordsOfAnOutput, NameEachKindOfMessage) {
-    EXPECT_EQ(words(send(StatusV2::noteOn, byte(60), byte(100))),
+    EXPECT_EQ(words(sendBytes(StatusV2::noteOn, byte(60), byte(100))),
               "send note-on 60 (C3) with velocity 100 on channel 1 at once");
-    EXPECT_EQ(words(send(StatusV2::noteOff, byte(60), byte(0))),
+    EXPECT_EQ(words(sendBytes(StatusV2::noteOff, byte(60), byte(0))),
               "send note-off 60 (C3) with velocity 0 on channel 1 at once");
-    EXPECT_EQ(words(send(StatusV2::CC, byte(7), byte(127))),
+    EXPECT_EQ(words(sendBytes(StatusV2::CC, byte(7), byte(127))),
               "send controller 7 (Volume) with value 127 on channel 1 at once");
-    EXPECT_EQ(words(send(StatusV2::programChange, byte(5), {})), "send program 5 on channel 1 at once");
-    EXPECT_EQ(words(send(StatusV2::channelPressure, byte(9), {})),
+    EXPECT_EQ(words(sendBytes(StatusV2::programChange, byte(5), {})), "send program 5 on channel 1 at once");
+    EXPECT_EQ(words(sendBytes(StatusV2::channelPressure, byte(9), {})),
               "send channel pressure 9 on channel 1 at once");
 }
 
 TEST(PlainWordsOfAnOutput, PutThePitchWheelsTwoBytesTogether) {
-    EXPECT_EQ(words(send(StatusV2::pitchWheel, byte(0), byte(0))), "send pitch bend 0 on channel 1 at once");
-    EXPECT_EQ(words(send(StatusV2::pitchWheel, byte(0), byte(64))),
+    EXPECT_EQ(words(sendBytes(StatusV2::pitchWheel, byte(0), byte(0))),
+              "send pitch bend 0 on channel 1 at once");
+    EXPECT_EQ(words(sendBytes(StatusV2::pitchWheel, byte(0), byte(64))),
               "send pitch bend 8192 on channel 1 at once");
-    EXPECT_EQ(words(send(StatusV2::pitchWheel, byte(127), byte(127))),
+    EXPECT_EQ(words(sendBytes(StatusV2::pitchWheel, byte(127), byte(127))),
               "send pitch bend 16383 on channel 1 at once");
 }
 
 TEST(PlainWordsOfAnOutput, ShowThePitchWheelsBytesWhereTheyMakeNoPosition) {
     EXPECT_EQ(
-        words(send(StatusV2::pitchWheel, byte(1), fromTrigger)),
+        words(sendBytes(StatusV2::pitchWheel, byte(1), fromTrigger)),
         "send pitch bend with low byte 1 and high byte from the trigger's velocity on channel 1 at once");
-    EXPECT_EQ(words(send(StatusV2::pitchWheel, fromTrigger, byte(2))),
+    EXPECT_EQ(words(sendBytes(StatusV2::pitchWheel, fromTrigger, byte(2))),
               "send pitch bend with low byte from the trigger's note and high byte 2 on channel 1 at once");
-    EXPECT_EQ(words(send(StatusV2::pitchWheel, byte(1), {})),
+    EXPECT_EQ(words(sendBytes(StatusV2::pitchWheel, byte(1), {})),
               "send pitch bend with low byte 1 and no high byte on channel 1 at once");
-    EXPECT_EQ(words(send(StatusV2::pitchWheel, byte(128), byte(0))),
+    EXPECT_EQ(words(sendBytes(StatusV2::pitchWheel, byte(128), byte(0))),
               "send pitch bend with low byte 128 (out of range) and high byte 0 on channel 1 at once");
 }
 
 TEST(PlainWordsOfAnOutput, SayWhatIsMissingOrSurplus) {
-    EXPECT_EQ(words(send(StatusV2::CC, byte(7), {})),
+    EXPECT_EQ(words(sendBytes(StatusV2::CC, byte(7), {})),
               "send controller 7 (Volume) without value on channel 1 at once");
-    EXPECT_EQ(words(send(StatusV2::noteOn, byte(7), {})),
+    EXPECT_EQ(words(sendBytes(StatusV2::noteOn, byte(7), {})),
               "send note-on 7 (G-2) without velocity on channel 1 at once");
-    EXPECT_EQ(words(send(StatusV2::programChange, byte(5), byte(6))),
+    EXPECT_EQ(words(sendBytes(StatusV2::programChange, byte(5), byte(6))),
               "send program 5 with surplus byte 6 on channel 1 at once");
-    EXPECT_EQ(words(send(StatusV2::channelPressure, byte(5), fromTrigger)),
+    EXPECT_EQ(words(sendBytes(StatusV2::channelPressure, byte(5), fromTrigger)),
               "send channel pressure 5 with surplus byte from the trigger's velocity on channel 1 at once");
 }
 
 TEST(PlainWordsOfAnOutput, CallCopiedBytesAsTheirTriggerDoes) {
-    const auto copy = send(StatusV2::CC, fromTrigger, fromTrigger);
+    const auto copy = sendBytes(StatusV2::CC, fromTrigger, fromTrigger);
     EXPECT_EQ(words(copy, anyController1),
               "send the trigger's controller with the trigger's value on channel 1 at once");
     EXPECT_EQ(words(copy, anyNoteOn), "send controller from the trigger's note with value from the trigger's "
@@ -198,9 +199,9 @@ TEST(PlainWordsOfAnOutput, CallCopiedBytesAsTheirTriggerDoes) {
 }
 
 TEST(PlainWordsOfAnOutput, SayWhichNoteIsCopied) {
-    EXPECT_EQ(words(send(StatusV2::noteOn, fromTrigger, fromTrigger)),
+    EXPECT_EQ(words(sendBytes(StatusV2::noteOn, fromTrigger, fromTrigger)),
               "send note-on for the trigger's note with the trigger's velocity on channel 1 at once");
-    EXPECT_EQ(words(send(StatusV2::noteOff, fromTrigger, byte(0)), anyController1),
+    EXPECT_EQ(words(sendBytes(StatusV2::noteOff, fromTrigger, byte(0)), anyController1),
               "send note-off for the trigger's controller with velocity 0 on channel 1 at once");
 }
 
@@ -244,7 +245,7 @@ TEST(PlainWordsOfAnOutput, ShowTheBeginningOfLongSystemExclusive) {
 }
 
 TEST(PlainWordsOfAnOutput, NameTheDelay) {
-    auto output = send(StatusV2::programChange, byte(5), {});
+    auto output = sendBytes(StatusV2::programChange, byte(5), {});
     output.delay.ms = 1;
     EXPECT_EQ(words(output), "send program 5 on channel 1 after 1 ms");
     output.delay.ms = 9'223'372'036'854'775'807;

@@ -12,7 +12,7 @@ namespace quillo {
 namespace {
 
 using namespace test;
-using Messages = std::vector<Bytes>;
+using ByteMessages = std::vector<Bytes>;
 
 class CLAPNoteEvents : public testing::Test {
 protected:
@@ -32,10 +32,10 @@ protected:
     }
 
     /// What the events so far become; they are forgotten then.
-    Messages heard() {
+    ByteMessages heard() {
         host.process(64, events);
         events.clear();
-        Messages messages;
+        ByteMessages messages;
         for (const auto& message : host.take()) {
             messages.push_back(message.bytes);
         }
@@ -59,7 +59,7 @@ TEST_F(CLAPNoteEvents, WakeTheRulesThatWaitForSuchNotes) {
     host.loadRules(
         {rule(onNoteOn(exactly(60), exactly(4), PassThroughV2::EatMatching), send(noteOn(0, 1, 2)))});
     on(4, 60);
-    EXPECT_EQ(heard(), (Messages{{0x90, 1, 2}}));
+    EXPECT_EQ(heard(), (ByteMessages{{0x90, 1, 2}}));
 }
 
 TEST_F(CLAPNoteEvents, HaveEachVelocityThatMIDIHas) {
@@ -67,28 +67,28 @@ TEST_F(CLAPNoteEvents, HaveEachVelocityThatMIDIHas) {
         on(0, 60, velocity / 127.0);
         off(0, 60, velocity / 127.0);
         const auto byte = static_cast<std::uint8_t>(velocity);
-        EXPECT_EQ(heard(), (Messages{{0x90, 60, byte}, {0x80, 60, byte}}));
+        EXPECT_EQ(heard(), (ByteMessages{{0x90, 60, byte}, {0x80, 60, byte}}));
     }
 }
 
 TEST_F(CLAPNoteEvents, BeginWithoutVelocityAsTheSoftestNote) {
     for (const auto velocity : {0.0, 0.001, -1.0, std::numeric_limits<double>::quiet_NaN()}) {
         on(0, 60, velocity);
-        EXPECT_EQ(heard(), (Messages{{0x90, 60, 1}})) << velocity;
+        EXPECT_EQ(heard(), (ByteMessages{{0x90, 60, 1}})) << velocity;
     }
 }
 
 TEST_F(CLAPNoteEvents, NeverExceedTheLoudestNote) {
     for (const auto velocity : {1.0, 1.5, std::numeric_limits<double>::infinity()}) {
         on(0, 60, velocity);
-        EXPECT_EQ(heard(), (Messages{{0x90, 60, 127}})) << velocity;
+        EXPECT_EQ(heard(), (ByteMessages{{0x90, 60, 127}})) << velocity;
     }
 }
 
 TEST_F(CLAPNoteEvents, BeginOnTheFirstChannelWhenItIsLeftOpen) {
     on(-1, 60);
     off(-1, 60);
-    EXPECT_EQ(heard(), (Messages{{0x90, 60, 127}, {0x80, 60, 0}}));
+    EXPECT_EQ(heard(), (ByteMessages{{0x90, 60, 127}, {0x80, 60, 0}}));
 }
 
 TEST_F(CLAPNoteEvents, AreNoneBeyondTheChannelsAndKeysOfMIDI) {
@@ -100,13 +100,13 @@ TEST_F(CLAPNoteEvents, AreNoneBeyondTheChannelsAndKeysOfMIDI) {
     off(16, 60);
     off(0, 128);
     press(16, -1, 1.0);
-    EXPECT_EQ(heard(), Messages{});
+    EXPECT_EQ(heard(), ByteMessages{});
 }
 
 TEST_F(CLAPNoteEvents, EndWhetherOrNotTheyAreHeldWhenNothingIsLeftOpen) {
     off(3, 70, 1.0, 99);
     choke(3, 71, 99);
-    EXPECT_EQ(heard(), (Messages{{0x83, 70, 127}, {0x83, 71, 0}}));
+    EXPECT_EQ(heard(), (ByteMessages{{0x83, 70, 127}, {0x83, 71, 0}}));
 }
 
 TEST_F(CLAPNoteEvents, WithAKeyLeftOpenEndEachHeldNoteOfTheChannel) {
@@ -115,9 +115,9 @@ TEST_F(CLAPNoteEvents, WithAKeyLeftOpenEndEachHeldNoteOfTheChannel) {
     on(1, 60);
     heard();
     off(0, -1, 0.5);
-    EXPECT_EQ(heard(), (Messages{{0x80, 60, 64}, {0x80, 127, 64}}));
+    EXPECT_EQ(heard(), (ByteMessages{{0x80, 60, 64}, {0x80, 127, 64}}));
     off(0, -1);
-    EXPECT_EQ(heard(), Messages{});
+    EXPECT_EQ(heard(), ByteMessages{});
 }
 
 TEST_F(CLAPNoteEvents, WithAChannelLeftOpenEndTheNoteOnEachChannelThatHoldsIt) {
@@ -126,7 +126,7 @@ TEST_F(CLAPNoteEvents, WithAChannelLeftOpenEndTheNoteOnEachChannelThatHoldsIt) {
     on(15, 61);
     heard();
     off(-1, 60);
-    EXPECT_EQ(heard(), (Messages{{0x80, 60, 0}, {0x8F, 60, 0}}));
+    EXPECT_EQ(heard(), (ByteMessages{{0x80, 60, 0}, {0x8F, 60, 0}}));
 }
 
 TEST_F(CLAPNoteEvents, ThatChokeEverythingEndAllHeldNotes) {
@@ -136,7 +136,7 @@ TEST_F(CLAPNoteEvents, ThatChokeEverythingEndAllHeldNotes) {
     off(9, 38);
     heard();
     choke(-1, -1);
-    EXPECT_EQ(heard(), (Messages{{0x80, 60, 0}, {0x89, 36, 0}}));
+    EXPECT_EQ(heard(), (ByteMessages{{0x80, 60, 0}, {0x89, 36, 0}}));
 }
 
 TEST_F(CLAPNoteEvents, AreFoundByTheNumberThatTheHostGaveThem) {
@@ -145,9 +145,9 @@ TEST_F(CLAPNoteEvents, AreFoundByTheNumberThatTheHostGaveThem) {
     on(2, 62);
     heard();
     off(-1, -1, 0.0, 6);
-    EXPECT_EQ(heard(), (Messages{{0x81, 61, 0}, {0x82, 62, 0}}));
+    EXPECT_EQ(heard(), (ByteMessages{{0x81, 61, 0}, {0x82, 62, 0}}));
     off(-1, -1);
-    EXPECT_EQ(heard(), (Messages{{0x80, 60, 0}}));
+    EXPECT_EQ(heard(), (ByteMessages{{0x80, 60, 0}}));
 }
 
 TEST_F(CLAPNoteEvents, PressANoteAsPolyphonicPressure) {
@@ -156,7 +156,7 @@ TEST_F(CLAPNoteEvents, PressANoteAsPolyphonicPressure) {
     press(2, 60, 0.5);
     press(-1, 60, 1.0);
     press(-1, -1, 0.0, 5);
-    EXPECT_EQ(heard(), (Messages{{0xA2, 60, 64}, {0xA2, 60, 127}, {0xA2, 60, 0}}));
+    EXPECT_EQ(heard(), (ByteMessages{{0xA2, 60, 64}, {0xA2, 60, 127}, {0xA2, 60, 0}}));
 }
 
 TEST_F(CLAPNoteEvents, PressAChannelAsChannelPressure) {
@@ -165,7 +165,7 @@ TEST_F(CLAPNoteEvents, PressAChannelAsChannelPressure) {
     heard();
     press(3, -1, 1.0);
     press(-1, -1, 0.5);
-    EXPECT_EQ(heard(), (Messages{{0xD3, 127}, {0xD2, 64}, {0xD7, 64}}));
+    EXPECT_EQ(heard(), (ByteMessages{{0xD3, 127}, {0xD2, 64}, {0xD7, 64}}));
 }
 
 TEST_F(CLAPNoteEvents, WithoutACounterpartInMIDIAreLeftOut) {
@@ -177,14 +177,14 @@ TEST_F(CLAPNoteEvents, WithoutACounterpartInMIDIAreLeftOut) {
         events.addExpression(expression, 0, 0, 60, 0.5);
     }
     events.addNote(CLAP_EVENT_NOTE_END, 0, 0, 60);
-    EXPECT_EQ(heard(), Messages{});
+    EXPECT_EQ(heard(), ByteMessages{});
 }
 
 TEST_F(CLAPNoteEvents, OfAnotherPortAreLeftOut) {
     events.addNote(CLAP_EVENT_NOTE_ON, 0, 0, 60, 1.0, -1, 1);
     events.addExpression(CLAP_NOTE_EXPRESSION_PRESSURE, 0, 0, 60, 1.0, -1, 1);
     events.addNote(CLAP_EVENT_NOTE_ON, 0, 0, 61, 1.0, -1, -1);
-    EXPECT_EQ(heard(), (Messages{{0x90, 61, 127}}));
+    EXPECT_EQ(heard(), (ByteMessages{{0x90, 61, 127}}));
 }
 
 }  // namespace

@@ -27,10 +27,6 @@ namespace {
 using namespace test;
 using testing::HasSubstr;
 
-std::vector<Rule> rulesCalled(const std::string& name) {
-    return {rule(onNoteOn(), send(noteOn(0, 60, 1)), name)};
-}
-
 class JackHostTest : public testing::Test {
 protected:
     JackHostTest() {

@@ -16,7 +16,7 @@ namespace {
 using namespace test;
 using Messages = std::vector<ScriptMessage>;
 
-const Messages note{{7, {0x90, 60, 1}}};
+const Messages playedNote{{7, {0x90, 60, 1}}};
 
 class JackSession : public testing::Test, public JackProgramFixture {
 protected:
@@ -107,7 +107,7 @@ TEST_F(JackSession, TwoProgramsSavedAndClosedComeBackInAnotherOrderWithRulesName
         waitForConnection(player, source, target);
     }
     player.waitForConnection();
-    const auto played = player.play(note, 2048);
+    const auto played = player.play(playedNote, 2048);
     EXPECT_THAT(played, testing::UnorderedElementsAre(ScriptMessage{7, {0xB0, 20, 1}},
                                                       ScriptMessage{7, {0xB0, 21, 1}}));
     EXPECT_EQ(connectionsOf(player, "midi-quillo.nA:MIDIQuillo"), std::set{player.inputName()});
@@ -131,13 +131,13 @@ TEST_F(JackSession, AnotherProjectRenamesTheClientAndEndsTheNotesOfTheFirst) {
     const auto client = startClient();
     open(client, "nA");
     player.connectTo("midi-quillo.nA");
-    player.send(note);
+    player.send(playedNote);
     player.waitFor({0x90, 60, 1});
     open(client, "nB");
     player.waitFor({0x80, 60, 64});
     EXPECT_EQ(::jack_port_by_name(player.client(), "midi-quillo.nA:in"), nullptr);
     player.connectTo("midi-quillo.nB");
-    EXPECT_EQ(player.play(note, 256), (Messages{{7, {0xB0, 21, 1}}}));
+    EXPECT_EQ(player.play(playedNote, 256), (Messages{{7, {0xB0, 21, 1}}}));
     EXPECT_EQ(end(*client.process), exitSuccess);
 }
 
@@ -146,7 +146,7 @@ TEST_F(JackSession, TheEndOfAProgramEndsItsNotesAndSavesNothing) {
     const auto client = startClient();
     open(client, "nA");
     player.connectTo("midi-quillo.nA");
-    player.send(note);
+    player.send(playedNote);
     player.waitFor({0x90, 60, 1});
     EXPECT_EQ(end(*client.process), exitSuccess);
     player.waitFor({0x80, 60, 64});

@@ -27,7 +27,7 @@ namespace {
 using namespace test;
 using testing::HasSubstr;
 
-std::vector<Rule> rulesCalled(const std::string& name) {
+std::vector<Rule> loadRulesCalled(const std::string& name) {
     return {rule(onLoad(), send(controlChange(0, 7, 5)), name)};
 }
 
@@ -124,7 +124,8 @@ protected:
 };
 
 TEST_F(ManagedSessionTest, BeforeAProjectIsOpenedThereAreNoRulesNoServerAndNoWindow) {
-    SessionFiles(folder / "state" / "midi-quillo", "midi-quillo").add(PluginData{rulesCalled("own")}.write());
+    SessionFiles(folder / "state" / "midi-quillo", "midi-quillo")
+        .add(PluginData{loadRulesCalled("own")}.write());
     join();
     letPass(60);
     EXPECT_EQ(ruleName(), "");
@@ -138,16 +139,16 @@ TEST_F(ManagedSessionTest, AProjectThatIsNotThereIsANewOneAndOnlyTheManagersWish
     EXPECT_EQ(open("nA"), "OK");
     EXPECT_THAT(err.str(), HasSubstr("There is no JACK server"));
     EXPECT_THAT(err.str(), HasSubstr("MIDI Quillo waits"));
-    host->session().onRulesChanged(rulesCalled("edited"));
+    host->session().onRulesChanged(loadRulesCalled("edited"));
     letPass(60);
     EXPECT_FALSE(std::filesystem::exists(folder / "songs"));
     EXPECT_EQ(save(), "OK");
-    EXPECT_EQ(readWholeFile(rulesOf("nA")), PluginData{rulesCalled("edited")}.write());
+    EXPECT_EQ(readWholeFile(rulesOf("nA")), PluginData{loadRulesCalled("edited")}.write());
     EXPECT_FALSE(std::filesystem::exists(folder / "state"));
 }
 
 TEST_F(ManagedSessionTest, TheRulesOfAProjectComeBack) {
-    writeProject("nA", PluginData{rulesCalled("saved")}.write());
+    writeProject("nA", PluginData{loadRulesCalled("saved")}.write());
     join();
     EXPECT_EQ(open("nA"), "OK");
     EXPECT_EQ(ruleName(), "saved");
@@ -156,7 +157,7 @@ TEST_F(ManagedSessionTest, TheRulesOfAProjectComeBack) {
 TEST_F(ManagedSessionTest, TheManagerLearnsOfEditsUntilTheyAreSaved) {
     join();
     open("nA");
-    host->session().onRulesChanged(rulesCalled("edited"));
+    host->session().onRulesChanged(loadRulesCalled("edited"));
     manager.waitFor("/nsm/client/is_dirty");
     save();
     manager.waitFor("/nsm/client/is_clean");
@@ -165,26 +166,26 @@ TEST_F(ManagedSessionTest, TheManagerLearnsOfEditsUntilTheyAreSaved) {
 }
 
 TEST_F(ManagedSessionTest, TheEndSavesNothing) {
-    writeProject("nA", PluginData{rulesCalled("saved")}.write());
+    writeProject("nA", PluginData{loadRulesCalled("saved")}.write());
     join();
     open("nA");
-    host->session().onRulesChanged(rulesCalled("edited"));
+    host->session().onRulesChanged(loadRulesCalled("edited"));
     EXPECT_EQ(host->finish(), exitSuccess);
-    EXPECT_EQ(readWholeFile(rulesOf("nA")), PluginData{rulesCalled("saved")}.write());
+    EXPECT_EQ(readWholeFile(rulesOf("nA")), PluginData{loadRulesCalled("saved")}.write());
 }
 
 TEST_F(ManagedSessionTest, WhatIsTypedAndNotConfirmedIsSaved) {
     join();
     open("nA");
-    window.typed = [this] { host->session().onRulesChanged(rulesCalled("typed")); };
+    window.typed = [this] { host->session().onRulesChanged(loadRulesCalled("typed")); };
     save();
-    EXPECT_EQ(readWholeFile(rulesOf("nA")), PluginData{rulesCalled("typed")}.write());
+    EXPECT_EQ(readWholeFile(rulesOf("nA")), PluginData{loadRulesCalled("typed")}.write());
     manager.waitFor("/nsm/client/is_clean");
 }
 
 TEST_F(ManagedSessionTest, AnotherProjectTakesThePlaceOfTheFirstAndCountsAsLoaded) {
-    writeProject("nA", PluginData{rulesCalled("first")}.write());
-    writeProject("nB", PluginData{rulesCalled("second")}.write());
+    writeProject("nA", PluginData{loadRulesCalled("first")}.write());
+    writeProject("nB", PluginData{loadRulesCalled("second")}.write());
     const Timed loaded{{0, {0xB0, 7, 5}}};
     join();
     open("nA");
@@ -193,10 +194,10 @@ TEST_F(ManagedSessionTest, AnotherProjectTakesThePlaceOfTheFirstAndCountsAsLoade
     EXPECT_EQ(open("nB"), "OK");
     EXPECT_EQ(ruleName(), "second");
     EXPECT_EQ(block(), loaded);
-    host->session().onRulesChanged(rulesCalled("edited"));
+    host->session().onRulesChanged(loadRulesCalled("edited"));
     save();
-    EXPECT_EQ(readWholeFile(rulesOf("nA")), PluginData{rulesCalled("first")}.write());
-    EXPECT_EQ(readWholeFile(rulesOf("nB")), PluginData{rulesCalled("edited")}.write());
+    EXPECT_EQ(readWholeFile(rulesOf("nA")), PluginData{loadRulesCalled("first")}.write());
+    EXPECT_EQ(readWholeFile(rulesOf("nB")), PluginData{loadRulesCalled("edited")}.write());
 }
 
 TEST_F(ManagedSessionTest, WhatWaitsInAProjectIsNotSentInTheNext) {
@@ -211,14 +212,14 @@ TEST_F(ManagedSessionTest, WhatWaitsInAProjectIsNotSentInTheNext) {
 }
 
 TEST_F(ManagedSessionTest, ADamagedProjectIsAnErrorAndStaysAsItIs) {
-    writeProject("nA", PluginData{rulesCalled("first")}.write());
+    writeProject("nA", PluginData{loadRulesCalled("first")}.write());
     writeProject("nB", Data{'{'});
     join();
     open("nA");
     EXPECT_EQ(open("nB"), "-9");
     EXPECT_EQ(ruleName(), "");
     EXPECT_EQ(save(), "-6");
-    EXPECT_EQ(readWholeFile(rulesOf("nA")), PluginData{rulesCalled("first")}.write());
+    EXPECT_EQ(readWholeFile(rulesOf("nA")), PluginData{loadRulesCalled("first")}.write());
     EXPECT_EQ(readWholeFile(rulesOf("nB")), Data{'{'});
 }
 
@@ -226,7 +227,7 @@ TEST_F(ManagedSessionTest, WhatCannotBeSavedIsAnErrorAndStaysUnsaved) {
     writeWholeFile(folder / "songs", Data{1}, Existing::keep);
     join();
     open("nA");
-    host->session().onRulesChanged(rulesCalled("edited"));
+    host->session().onRulesChanged(loadRulesCalled("edited"));
     EXPECT_EQ(save(), "-1");
     manager.waitFor("/nsm/client/is_dirty");
     EXPECT_THAT(manager.whatIsThere(), testing::Not(HasSubstr("is_clean")));
@@ -267,16 +268,16 @@ TEST_F(ManagedSessionTest, ClosingTheWindowHidesIt) {
 TEST_F(ManagedSessionTest, ASignalSavesTheProjectAsTheManagerDoes) {
     join();
     open("nA");
-    host->session().onRulesChanged(rulesCalled("edited"));
+    host->session().onRulesChanged(loadRulesCalled("edited"));
     ::kill(::getpid(), SIGUSR1);
     receive();
-    EXPECT_EQ(readWholeFile(rulesOf("nA")), PluginData{rulesCalled("edited")}.write());
+    EXPECT_EQ(readWholeFile(rulesOf("nA")), PluginData{loadRulesCalled("edited")}.write());
     EXPECT_THAT(err.str(), HasSubstr("the rules are saved in " + rulesOf("nA").string()));
     manager.waitFor("/nsm/client/is_clean");
 }
 
 TEST_F(ManagedSessionTest, LeftoversOfAProgramThatWasKilledGo) {
-    writeProject("nA", PluginData{rulesCalled("saved")}.write());
+    writeProject("nA", PluginData{loadRulesCalled("saved")}.write());
     const auto leftover = project("nA") / "rules.json.123-0";
     writeWholeFile(leftover, Data{'{'}, Existing::keep);
     join();
@@ -285,7 +286,8 @@ TEST_F(ManagedSessionTest, LeftoversOfAProgramThatWasKilledGo) {
 }
 
 TEST_F(ManagedSessionTest, WithoutAnAnswerTheProgramGoesOnByItself) {
-    SessionFiles(folder / "state" / "midi-quillo", "midi-quillo").add(PluginData{rulesCalled("own")}.write());
+    SessionFiles(folder / "state" / "midi-quillo", "midi-quillo")
+        .add(PluginData{loadRulesCalled("own")}.write());
     start();
     letPass(5);
     EXPECT_THAT(err.str(), HasSubstr("No session manager answers at " + manager.url()));

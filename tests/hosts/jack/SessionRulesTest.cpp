@@ -19,10 +19,6 @@ using namespace test;
 using namespace std::chrono_literals;
 using testing::HasSubstr;
 
-std::vector<Rule> rulesCalled(const std::string& name) {
-    return {rule(onNoteOn(), send(noteOn(0, 60, 1)), name)};
-}
-
 Data documentOf(const std::string& name) {
     return PluginData{rulesCalled(name)}.write();
 }

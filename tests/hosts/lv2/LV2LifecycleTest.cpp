@@ -16,15 +16,15 @@ namespace {
 using namespace test;
 using Messages = std::vector<ScriptMessage>;
 
-const Bytes note{0x90, 60, 100};
+const Bytes middleC{0x90, 60, 100};
 
 TEST(LV2Lifecycle, ABlockBeforeActivationSendsNothing) {
     LV2TestHost host;
-    host.run(64, note);
+    host.run(64, middleC);
     EXPECT_EQ(host.take(), Messages{});
     host.activate();
-    host.run(64, note);
-    EXPECT_EQ(host.take(), (Messages{{64, note}}));
+    host.run(64, middleC);
+    EXPECT_EQ(host.take(), (Messages{{64, middleC}}));
 }
 
 TEST(LV2Lifecycle, TheOnLoadRulesFireOnceHoweverOftenItIsActivated) {
@@ -42,23 +42,23 @@ TEST(LV2Lifecycle, WhatIsDelayedStillLeavesAfterItWasInactive) {
     LV2TestHost host;
     host.loadRules({rule(onNoteOn(), send(noteOn(0, 61, 0), 10))});
     host.activate();
-    host.run(64, note);
+    host.run(64, middleC);
     host.deactivate();
     host.activate();
     host.run(1024);
-    EXPECT_EQ(host.take(), (Messages{{0, note}, {64, {0x80, 60, 64}}, {480, {0x90, 61, 0}}}));
+    EXPECT_EQ(host.take(), (Messages{{0, middleC}, {64, {0x80, 60, 64}}, {480, {0x90, 61, 0}}}));
 }
 
 TEST(LV2Lifecycle, NotesThatSoundWhenItIsDeactivatedEndInItsNextBlock) {
     LV2TestHost host;
     host.activate();
-    host.run(64, LV2Sequence().addMIDI(3, note).addMIDI(4, {0x91, 40, 1}).addMIDI(9, {0xB1, 64, 127}));
+    host.run(64, LV2Sequence().addMIDI(3, middleC).addMIDI(4, {0x91, 40, 1}).addMIDI(9, {0xB1, 64, 127}));
     host.run(64, Bytes{0x80, 60, 0});
     static_cast<void>(host.take());
     host.deactivate();
     host.activate();
-    host.run(64, LV2Sequence().addMIDI(0, note));
-    EXPECT_EQ(host.take(), (Messages{{128, {0x81, 40, 64}}, {128, {0xB1, 64, 0}}, {128, note}}));
+    host.run(64, LV2Sequence().addMIDI(0, middleC));
+    EXPECT_EQ(host.take(), (Messages{{128, {0x81, 40, 64}}, {128, {0xB1, 64, 0}}, {128, middleC}}));
 }
 
 TEST(LV2Lifecycle, WhatTheHostHasNoRoomForEndsInTheBlockAfter) {
@@ -78,7 +78,7 @@ TEST(LV2Lifecycle, APanicOfTheEditorEndsNotesInTheNextBlockAndIsAnswered) {
     LV2TestHost host;
     host.loadRules({rule(onNoteOn(), send(noteOn(0, 61, 1), 100))});
     host.activate();
-    host.run(64, note);
+    host.run(64, middleC);
     static_cast<void>(host.take());
     host.unit().panic();
     host.run(8192);
@@ -96,8 +96,8 @@ TEST(LV2Lifecycle, DelaysAreInMillisecondsAtTheHostsRate) {
     LV2TestHost host(lv2Plain, 96000.0);
     host.loadRules({rule(onNoteOn(), send(noteOn(0, 61, 0), 10))});
     host.activate();
-    host.run(1024, note);
-    EXPECT_EQ(host.take(), (Messages{{0, note}, {960, {0x90, 61, 0}}}));
+    host.run(1024, middleC);
+    EXPECT_EQ(host.take(), (Messages{{0, middleC}, {960, {0x90, 61, 0}}}));
 }
 
 TEST(LV2Lifecycle, InstancesOfOneProcessKnowNothingOfEachOther) {
@@ -108,7 +108,7 @@ TEST(LV2Lifecycle, InstancesOfOneProcessKnowNothingOfEachOther) {
         hosts.back()->activate();
     }
     for (auto& host : hosts) {
-        host->run(512, note);
+        host->run(512, middleC);
     }
     hosts.erase(hosts.begin() + 1);
     for (auto& host : hosts) {
@@ -116,7 +116,7 @@ TEST(LV2Lifecycle, InstancesOfOneProcessKnowNothingOfEachOther) {
     }
     for (std::size_t i = 0; i < hosts.size(); ++i) {
         const auto number = static_cast<std::uint8_t>(i == 0 ? 0 : i + 1);
-        const Messages echo{{number * 48, {static_cast<std::uint8_t>(0x90 | number), 61, 5}}, {0, note}};
+        const Messages echo{{number * 48, {static_cast<std::uint8_t>(0x90 | number), 61, 5}}, {0, middleC}};
         const auto sent = hosts[i]->take();
         EXPECT_TRUE(std::ranges::is_permutation(sent, echo)) << testing::PrintToString(sent);
     }

@@ -43,12 +43,12 @@ Bytes contentOf(const std::filesystem::path& path) {
 }
 
 /// What hosts keep of an instance in a project.
-using State = std::unique_ptr<LilvState, decltype([](LilvState* state) { ::lilv_state_free(state); })>;
+using SavedState = std::unique_ptr<LilvState, decltype([](LilvState* state) { ::lilv_state_free(state); })>;
 
-State stateOf(LV2TestHost& host) {
-    return State(::lilv_state_new_from_instance(host.world().plugin(lv2Plain), host.instance(), &lv2Map(),
-                                                nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                                LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE, nullptr));
+SavedState stateOf(LV2TestHost& host) {
+    return SavedState(::lilv_state_new_from_instance(
+        host.world().plugin(lv2Plain), host.instance(), &lv2Map(), nullptr, nullptr, nullptr, nullptr,
+        nullptr, nullptr, LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE, nullptr));
 }
 
 /// As Turtle in a string.
@@ -60,14 +60,15 @@ std::string projectOf(LV2TestHost& host) {
     return project;
 }
 
-void restoreFrom(const State& state, LV2TestHost& host) {
+void restoreFrom(const SavedState& state, LV2TestHost& host) {
     ASSERT_NE(state, nullptr);
     EXPECT_EQ(::lilv_state_get_num_properties(state.get()), 1U);
     ::lilv_state_restore(state.get(), host.instance(), nullptr, nullptr, 0, nullptr);
 }
 
 void restoreFrom(const std::string& project, LV2TestHost& host) {
-    restoreFrom(State(::lilv_state_new_from_string(host.world().get(), &lv2Map(), project.c_str())), host);
+    restoreFrom(SavedState(::lilv_state_new_from_string(host.world().get(), &lv2Map(), project.c_str())),
+                host);
 }
 
 /// Through a file, as hosts write and read it.
@@ -76,8 +77,8 @@ void restoreThroughAFile(LV2TestHost& from, LV2TestHost& to) {
     ASSERT_EQ(::lilv_state_save(from.world().get(), &lv2Map(), &lv2Unmap(), stateOf(from).get(), nullptr,
                                 folder.path().c_str(), "state.ttl"),
               0);
-    restoreFrom(State(::lilv_state_new_from_file(to.world().get(), &lv2Map(), nullptr,
-                                                 (folder / "state.ttl").c_str())),
+    restoreFrom(SavedState(::lilv_state_new_from_file(to.world().get(), &lv2Map(), nullptr,
+                                                      (folder / "state.ttl").c_str())),
                 to);
 }
 

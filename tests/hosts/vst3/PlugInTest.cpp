@@ -20,8 +20,7 @@ using namespace test;
 using namespace Steinberg;
 using namespace Steinberg::Vst;
 
-constexpr std::uint32_t blockLength = 512;
-constexpr auto eating = PassThroughV2::EatMatching;
+constexpr std::uint32_t plugInBlockLength = 512;
 
 std::string hexadecimal(const TUID id) {
     std::string text;
@@ -69,7 +68,7 @@ protected:
     }
 
     std::vector<ScriptMessage> sentFor(const std::vector<ScriptMessage>& messages,
-                                       std::uint32_t frames = blockLength) {
+                                       std::uint32_t frames = plugInBlockLength) {
         input.clear();
         for (const auto& [offset, bytes] : messages) {
             EXPECT_TRUE(plugIn.give(input, static_cast<std::uint32_t>(offset), bytes));
@@ -138,11 +137,11 @@ TEST_F(VST3PlugIn, AsksToBeRunWithoutEndAndAddsNoDelay) {
 
 TEST_F(VST3PlugIn, AudioComesOutAsItWentIn) {
     install({});
-    plugIn.audio[0].assign(blockLength, 0.25F);
-    plugIn.audio[1].assign(blockLength, -0.5F);
+    plugIn.audio[0].assign(plugInBlockLength, 0.25F);
+    plugIn.audio[1].assign(plugInBlockLength, -0.5F);
     sentFor({{3, {0x90, 60, 1}}});
-    EXPECT_EQ(plugIn.audio[0], std::vector<float>(blockLength, 0.25F));
-    EXPECT_EQ(plugIn.audio[1], std::vector<float>(blockLength, -0.5F));
+    EXPECT_EQ(plugIn.audio[0], std::vector<float>(plugInBlockLength, 0.25F));
+    EXPECT_EQ(plugIn.audio[1], std::vector<float>(plugInBlockLength, -0.5F));
 }
 
 TEST_F(VST3PlugIn, WithoutABusForWhatComesInTheOutputIsSilent) {
@@ -150,9 +149,9 @@ TEST_F(VST3PlugIn, WithoutABusForWhatComesInTheOutputIsSilent) {
     ASSERT_EQ(plugIn.component().setActive(0), kResultOk);
     ASSERT_EQ(plugIn.component().activateBus(kAudio, kInput, 0, 0), kResultOk);
     ASSERT_EQ(plugIn.component().setActive(1), kResultOk);
-    plugIn.audio[0].assign(blockLength, 0.25F);
+    plugIn.audio[0].assign(plugInBlockLength, 0.25F);
     sentFor({});
-    EXPECT_EQ(plugIn.audio[0], std::vector<float>(blockLength, 0.0F));
+    EXPECT_EQ(plugIn.audio[0], std::vector<float>(plugInBlockLength, 0.0F));
 }
 
 TEST_F(VST3PlugIn, AHostThatTellsNothingOfItsTransportLeavesItAsItWas) {
@@ -161,16 +160,16 @@ TEST_F(VST3PlugIn, AHostThatTellsNothingOfItsTransportLeavesItAsItWas) {
     EXPECT_EQ(started, (std::vector<ScriptMessage>{{0, {0xB0, 20, 1}}}));
     context.reset();
     EXPECT_EQ(sentFor({}), std::vector<ScriptMessage>());
-    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 2 * blockLength), std::vector<ScriptMessage>());
-    EXPECT_EQ(sentWhen(0, 3 * blockLength), (std::vector<ScriptMessage>{{0, {0xB0, 22, 1}}}));
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 2 * plugInBlockLength), std::vector<ScriptMessage>());
+    EXPECT_EQ(sentWhen(0, 3 * plugInBlockLength), (std::vector<ScriptMessage>{{0, {0xB0, 22, 1}}}));
 }
 
 TEST_F(VST3PlugIn, AHostThatRoundsItsPositionByAFrameDoesNotJump) {
     install(transportRules());
     EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000).size(), 1U);
-    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000 + blockLength + 1), std::vector<ScriptMessage>());
-    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000 + 2 * blockLength), std::vector<ScriptMessage>());
-    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000 + 3 * blockLength + 2),
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000 + plugInBlockLength + 1), std::vector<ScriptMessage>());
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000 + 2 * plugInBlockLength), std::vector<ScriptMessage>());
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000 + 3 * plugInBlockLength + 2),
               (std::vector<ScriptMessage>{{0, {0xB0, 21, 1}}}));
 }
 
@@ -187,7 +186,7 @@ TEST_F(VST3PlugIn, RecordingAndLoopingAreChangesOfTheTransport) {
 }
 
 TEST_F(VST3PlugIn, BypassedItPassesEverythingAndSendsWhatIsStillDue) {
-    install({rule(onNoteOn(any, any, eating), send(noteOn(1, 61, 5), 20))});
+    install({rule(onNoteOn(any, any, eatMatching), send(noteOn(1, 61, 5), 20))});
     EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}, {9, {0x90, 60, 1}}}), std::vector<ScriptMessage>());
     bypass(true);
     EXPECT_EQ(sentFor({{448, {0x90, 62, 1}}, {450, {0x80, 62, 1}}}),
@@ -198,7 +197,7 @@ TEST_F(VST3PlugIn, BypassedItPassesEverythingAndSendsWhatIsStillDue) {
 }
 
 TEST_F(VST3PlugIn, NotesThatSoundEndWhenItIsBypassedAndWhenItIsBypassedNoMore) {
-    install({rule(onNoteOn(exactly(60), any, eating), send(noteOn(1, 61, 5)))});
+    install({rule(onNoteOn(exactly(60), any, eatMatching), send(noteOn(1, 61, 5)))});
     sentFor({{0, {0x90, 60, 1}}, {3, {0xB1, 64, 127}}});
     bypass(true);
     EXPECT_EQ(sentFor({{0, {0x80, 60, 64}}, {5, {0x92, 70, 1}}}),
@@ -233,7 +232,7 @@ TEST_F(VST3PlugIn, BypassedItGivesSystemExclusiveBackAsItCame) {
         event.type = Event::kDataEvent;
         event.data = {static_cast<uint32>(body.size()), DataEvent::kMidiSysEx, body.data()};
         input.events.addEvent(event);
-        ASSERT_EQ(plugIn.process(blockLength, input, nullptr), kResultOk);
+        ASSERT_EQ(plugIn.process(plugInBlockLength, input, nullptr), kResultOk);
         ASSERT_EQ(plugIn.sentEvents().size(), 1U);
         const auto& sent = plugIn.sentEvents().front().data;
         EXPECT_EQ(Bytes(sent.bytes, sent.bytes + sent.size), body);
@@ -254,19 +253,19 @@ TEST_F(VST3PlugIn, BypassedItHearsNothingOfTheTransportUntilItIsBypassedNoMore) 
     bypass(true);
     EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 0), std::vector<ScriptMessage>());
     bypass(false);
-    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, blockLength),
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, plugInBlockLength),
               (std::vector<ScriptMessage>{{0, {0xB0, 21, 1}}}));
 }
 
 /// The wrapper answers such a call by itself, and what came in goes out unseen by any rule.
 TEST_F(VST3PlugIn, ACallThatOnlyHandsOverParametersPassesThemWithoutTheRules) {
-    install({rule(onControlChange(1, any, any, eating), send(noteOn(1, 61, 5)))});
+    install({rule(onControlChange(1, any, any, eatMatching), send(noteOn(1, 61, 5)))});
     EXPECT_EQ(sentFor({{0, {0xB0, 1, 2}}}, 0), (std::vector<ScriptMessage>{{0, {0xB0, 1, 2}}}));
     EXPECT_EQ(sentFor({{0, {0xB0, 1, 2}}}), (std::vector<ScriptMessage>{{0, {0x91, 61, 5}}}));
 }
 
 TEST_F(VST3PlugIn, ActivatedAtAnotherRateItKeepsItsMilliseconds) {
-    install({rule(onNoteOn(any, any, eating), send(noteOn(1, 61, 5), 1))});
+    install({rule(onNoteOn(any, any, eatMatching), send(noteOn(1, 61, 5), 1))});
     EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}), (std::vector<ScriptMessage>{{48, {0x91, 61, 5}}}));
     plugIn.deactivate();
     plugIn.activate(96000.0);
@@ -281,16 +280,16 @@ TEST_F(VST3PlugIn, AtARejectedSampleRateItIsNotActivatedAndRendersNothing) {
         ProcessSetup setup{kRealtime, kSample32, 512, rate};
         static_cast<void>(plugIn.processor().setupProcessing(setup));
         EXPECT_EQ(plugIn.component().setActive(1), kResultFalse) << rate;
-        plugIn.audio[0].assign(blockLength, 0.25F);
+        plugIn.audio[0].assign(plugInBlockLength, 0.25F);
         EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}), std::vector<ScriptMessage>()) << rate;
-        EXPECT_EQ(plugIn.audio[0], std::vector<float>(blockLength, 0.25F));
+        EXPECT_EQ(plugIn.audio[0], std::vector<float>(plugInBlockLength, 0.25F));
     }
     plugIn.activate();
     EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{0, {0xB0, 7, 1}}}));
 }
 
 TEST_F(VST3PlugIn, WhatIsDueOutlivesADeactivation) {
-    install({rule(onNoteOn(any, any, eating), send(noteOn(1, 61, 5), 20))});
+    install({rule(onNoteOn(any, any, eatMatching), send(noteOn(1, 61, 5), 20))});
     EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}), std::vector<ScriptMessage>());
     plugIn.deactivate();
     plugIn.activate();
@@ -345,9 +344,10 @@ TEST(VST3Instances, ManyInOneProcessKnowNothingOfOneAnother) {
     std::deque<VST3Instance> instances(count);
     for (std::size_t i = 0; i < count; ++i) {
         const auto note = static_cast<std::uint8_t>(i);
-        ASSERT_EQ(instances[i].setState(
-                      PluginData{{rule(onNoteOn(any, any, eating), send(noteOn(note, note, 5), 1))}}.write()),
-                  kResultOk);
+        ASSERT_EQ(
+            instances[i].setState(
+                PluginData{{rule(onNoteOn(any, any, eatMatching), send(noteOn(note, note, 5), 1))}}.write()),
+            kResultOk);
         instances[i].activate(1000.0 * static_cast<double>(i + 1));
     }
     VST3Input input;

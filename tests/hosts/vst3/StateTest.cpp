@@ -24,7 +24,7 @@ using namespace test;
 using Steinberg::kResultFalse;
 using Steinberg::kResultOk;
 
-constexpr std::uint32_t blockLength = 64;
+constexpr std::uint32_t stateBlockLength = 64;
 
 /// The document of a rule that answers each note with this one, and so often over with nothing.
 Bytes answerWith(std::uint8_t note, std::size_t silentRules = 0) {
@@ -39,7 +39,7 @@ protected:
     Bytes answers() {
         input.clear();
         plugIn.give(input, 0, Bytes{0x90, 60, 1});
-        EXPECT_EQ(plugIn.process(blockLength, input, nullptr), kResultOk);
+        EXPECT_EQ(plugIn.process(stateBlockLength, input, nullptr), kResultOk);
         Bytes notes;
         for (const auto& message : plugIn.sent()) {
             if (message.bytes[0] == 0x90) {
