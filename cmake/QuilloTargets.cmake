@@ -16,10 +16,23 @@ if(QUILLO_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_CXX_COMPILER_LAUNCHER "${QUILLO_CCACHE}")
 endif()
 
+# GCC compiles sixteen files of a target as one: what they include, most of a build, is read once for all of
+# them. Clang's trees compile each file as it stands.
+if(NOT DEFINED CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    set(CMAKE_UNITY_BUILD ON)
+endif()
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 16)
+
 add_library(quillo-options INTERFACE)
 target_compile_options(quillo-options INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
+    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion
     $<$<BOOL:${QUILLO_WARNINGS_AS_ERRORS}>:-Werror>)
+# Between files that are compiled as one, these two are no mistakes.
+if(CMAKE_UNITY_BUILD)
+    target_compile_options(quillo-options INTERFACE -Wno-subobject-linkage)
+else()
+    target_compile_options(quillo-options INTERFACE -Wshadow)
+endif()
 if(QUILLO_SANITIZE)
     target_compile_options(quillo-options INTERFACE
         -fsanitize=${QUILLO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
@@ -27,8 +40,9 @@ if(QUILLO_SANITIZE)
 endif()
 
 # What renders is optimised as one when a plug-in or a program is linked: an event passes a dozen short
-# functions of as many files. Tests link the same objects as they are, which is quicker.
+# functions of as many files. What only developers run links the same objects as they are, which is quicker.
 set(quillo_optimised_as_one "")
+set(quillo_linked_as_it_is $<$<CXX_COMPILER_ID:GNU>:-fno-lto>)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT QUILLO_SANITIZE)
     set(quillo_optimised_as_one $<$<CONFIG:Release>:-flto=auto> $<$<CONFIG:Release>:-ffat-lto-objects>)
     add_link_options($<$<CONFIG:Release>:-flto=auto>)
@@ -53,7 +67,7 @@ add_library(quillo-test-options INTERFACE)
 target_link_libraries(quillo-test-options INTERFACE quillo-options)
 target_include_directories(quillo-test-options INTERFACE "${PROJECT_SOURCE_DIR}/tests")
 target_compile_options(quillo-test-options INTERFACE -O0)
-target_link_options(quillo-test-options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-fno-lto>)
+target_link_options(quillo-test-options INTERFACE ${quillo_linked_as_it_is})
 
 # quillo_add_library(NAME FOLDER [RENDERS] HEADERS ... SOURCES ... LINK ...): a static library whose headers
 # are included relative to FOLDER and can each be compiled alone. RENDERS is for what the render thread runs.
