@@ -48,6 +48,12 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT QUILLO_SANITIZE)
     add_link_options($<$<CONFIG:Release>:-flto=auto>)
 endif()
 
+# A binary holds what it calls, and nothing that was merely compiled together with it.
+if(NOT APPLE)
+    add_compile_options(-ffunction-sections -fdata-sections)
+    add_link_options(-ffunction-sections -fdata-sections LINKER:--gc-sections)
+endif()
+
 # What is made for users is hardened: a smashed stack or an overrun buffer ends the program, and no table of
 # functions can be written to once it runs. Builds of another type take the flags that they are given, as
 # distributions want it.
