@@ -17,7 +17,7 @@ namespace quillo::bench {
 
 namespace {
 
-constexpr std::size_t notes = 126;
+constexpr std::size_t notesInABlock = 126;
 constexpr std::size_t transposition = 2;
 
 constexpr const char* ourBundle = QUILLO_LV2_BUNDLE;
@@ -29,7 +29,7 @@ test::LV2Sequence events(std::size_t count) {
     constexpr std::size_t scramble = 77;
     test::LV2Sequence sequence;
     for (std::size_t number = 0; number < count; ++number) {
-        const auto note = static_cast<std::uint8_t>(number * scramble % notes);
+        const auto note = static_cast<std::uint8_t>(number * scramble % notesInABlock);
         sequence.addMIDI(static_cast<std::int64_t>(2 * number), {0x98, note, 100});
     }
     return sequence;
@@ -38,7 +38,7 @@ test::LV2Sequence events(std::size_t count) {
 /// A rule for each note, that sends it two higher.
 std::string ourRules() {
     std::vector<Rule> rules;
-    for (std::size_t note = 0; note < notes; ++note) {
+    for (std::size_t note = 0; note < notesInABlock; ++note) {
         rules.push_back(
             test::rule(test::onNoteOn(test::exactly(static_cast<std::uint8_t>(note)), test::any,
                                       PassThroughV2::EatMatching),
@@ -52,7 +52,7 @@ std::string ourRules() {
 
 std::string rulesOfTheMap() {
     std::string rules = "midimap v1\nforward-unmatched\n";
-    for (std::size_t note = 0; note < notes; ++note) {
+    for (std::size_t note = 0; note < notesInABlock; ++note) {
         rules += "NOTE " + std::to_string(note) + " ANY | SAME " + std::to_string(note + transposition) +
                  " SAME\n";
     }

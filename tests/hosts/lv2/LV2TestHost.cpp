@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <stdexcept>
 #include <string_view>
 
@@ -17,6 +18,12 @@ namespace {
 constexpr const char* stateName = "urn:midi-quillo:lv2#midi-quillo-state";
 constexpr std::uint8_t untouched = 0xA5;
 constexpr std::size_t guardSize = 64;
+
+/// Whether nothing was written there. One call for thousands of bytes in every block: a test's loops are not
+/// optimised.
+bool isUntouched(const std::uint8_t* begin, std::size_t size) {
+    return size == 0 || (*begin == untouched && std::memcmp(begin, begin + 1, size - 1) == 0);
+}
 
 /// What a host keeps of a state.
 struct Kept {
@@ -92,8 +99,7 @@ void LV2TestHost::readOutput(std::uint32_t frames) {
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(output_.data());
     bytesWritten = static_cast<std::uint32_t>(sizeof(LV2_Atom) + sequence.atom.size);
     ASSERT_LE(bytesWritten, std::max<std::uint32_t>(capacity, sizeof(LV2_Atom)));
-    EXPECT_TRUE(std::all_of(bytes + bytesWritten, bytes + output_.size() * sizeof(std::uint64_t),
-                            [](auto byte) { return byte == untouched; }));
+    EXPECT_TRUE(isUntouched(bytes + bytesWritten, output_.size() * sizeof(std::uint64_t) - bytesWritten));
     if (sequence.atom.size == 0) {
         EXPECT_EQ(sequence.atom.type, 0U);
         return;
