@@ -19,15 +19,15 @@
 
 namespace quillo::test {
 
-/// A server's name that no other test has while this lives. The names are few and used again and again: a
-/// machine remembers servers that were killed, eight at most, until one of the same name ends well.
+/// A server's name that no other test of this machine has while this lives, whatever TMPDIR says. The names
+/// are few and used again and again: a machine remembers servers that were killed, eight at most, until one
+/// of the same name ends well.
 class ServerName {
 public:
     ServerName() {
         for (int number = 0; !lock_; ++number) {
             text_ = "quillo-test-" + std::to_string(number);
-            lock_ = SessionLock::tryTake(std::filesystem::temp_directory_path() /
-                                         (text_ + "." + std::to_string(::getuid()) + ".lock"));
+            lock_ = SessionLock::tryTake("/dev/shm/" + text_ + "." + std::to_string(::getuid()) + ".lock");
         }
     }
 
