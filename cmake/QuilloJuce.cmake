@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# quillo-juce: the modules of JUCE that the editor uses, compiled once. Whoever links it includes
+# quillo-juce: the modules of JUCE that the editor uses, compiled once. What links it includes
 # <juce_gui_basics/juce_gui_basics.h> and compiles no module again.
 # quillo-juce-audio: besides these the modules that plug-ins and their hosts use, compiled once as well:
 # <juce_audio_processors/juce_audio_processors.h>.

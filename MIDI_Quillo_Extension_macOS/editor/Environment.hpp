@@ -10,8 +10,8 @@
 
 #include "editor/Palette.hpp"
 
-/// Values that are handed down the tree of views: a view sets them for all that lies below it, and whoever
-/// draws looks them up along its parents. [main] only.
+/// Values that are handed down the tree of views: a view sets them for all that lies below it, and a
+/// view that draws looks them up along its parents. [main] only.
 ///
 ///     class Card : public juce::Component, public EnvironmentScope { ... };
 ///     card.set<MyPrimaryColor>(palette.channelInput);

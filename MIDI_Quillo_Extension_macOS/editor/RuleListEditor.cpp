@@ -214,7 +214,7 @@ void RuleListEditor::noteStart() {
     }
 }
 
-/// The step is noted before the list is shown: whoever sees the new list can undo it.
+/// The step is noted before the list is shown: a user who sees the new list can undo it.
 bool RuleListEditor::apply(RuleList after, const std::string& stepName, const std::string& joinKey) {
     if (!isTakenByEngine(documentOf(after))) {
         return false;

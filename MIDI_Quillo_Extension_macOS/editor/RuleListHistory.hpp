@@ -22,7 +22,7 @@ public:
 
     explicit RuleListHistory(std::size_t capacity = defaultCapacity) : capacity_(capacity) {}
 
-    /// Notes a change that was made, from `before` to `after`; what was undone can be redone no more. A
+    /// Notes a change that was made, from `before` to `after`; what was undone can no longer be redone. A
     /// change that goes on with the step before it, such as the next turn of a wheel over the same number,
     /// joins it when both have the same non-empty `joinKey`. A change that changes nothing is not noted.
     void note(std::string name, const RuleList& before, const RuleList& after, std::string joinKey = "");

@@ -15,7 +15,7 @@ namespace quillo {
 /// What waits to be sent, a row each: the time to go, the bytes, the name of the rule, and a cross that
 /// cancels it. The next to leave stands at the top. With the keyboard focus
 /// the arrows choose a row, Delete or Backspace cancels it and goes on to the next; one that leaves by itself
-/// is chosen no more. A click leaves the keyboard where it is. [main] only.
+/// is no longer chosen. A click leaves the keyboard where it is. [main] only.
 class WaitingList final : public LogList {
 public:
     /// `onCancel` gets the number of an output.

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# How the system knows the audio unit, and the property lists that say so. Whoever ships a build of their own
-# changes the maker's code and the bundle identifier.
+# How the system knows the audio unit, and the property lists that say so. A build of somebody else's
+# needs another maker's code and another bundle identifier.
 set(QUILLO_AU_TYPE "aumi" CACHE STRING "The audio unit's type, four characters: aumi is a MIDI processor")
 set(QUILLO_AU_SUBTYPE "Qull" CACHE STRING "The audio unit's subtype, four characters")
 set(QUILLO_AU_MANUFACTURER "Qulo" CACHE STRING

@@ -14,7 +14,7 @@ namespace quillo {
 void runOnMainThread(std::function<void()> block);
 
 /// [any but render] The one main queue of this process, made by its first user and never destroyed. It
-/// has itself drained when something is posted; whoever has a window drains it some 30 times a second as
+/// has itself drained when something is posted; an editor that is open drains it some 30 times a second as
 /// well.
 [[nodiscard]] MainQueue& processMainQueue();
 

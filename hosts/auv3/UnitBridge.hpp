@@ -51,7 +51,7 @@ public:
     /// After the platform's own part. A fatal error that a cycle has left behind is told now.
     void deallocateRenderResources() noexcept;
 
-    /// What the render block calls; always the same. Whoever holds it does not hold the unit.
+    /// What the render block calls; always the same. It does not keep the unit alive.
     [[nodiscard]] const std::shared_ptr<RenderCycle>& renderCycle() const noexcept { return renderCycle_; }
 
     /// [any but render] The state document, for the state dictionary; nothing when it cannot be had, or when

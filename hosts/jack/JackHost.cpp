@@ -132,7 +132,8 @@ std::string JackHost::adviceAfter(const ServerFailure& failure) const {
     return isNews ? howToGetAServer() : "";
 }
 
-/// A server that hangs keeps whoever calls it. The user can end the program all the same, and loses nothing.
+/// A call to a server that hangs does not return. The user can end the program all the same, and loses
+/// nothing.
 void JackHost::callServer(const ServerLink::Call& call) {
     rules_.keepBeforehand(now());
     const HangWatch watch({SIGINT, SIGTERM}, statusOfSaving());

@@ -11,9 +11,9 @@
 
 namespace quillo {
 
-/// Both event logs in the order in which things happened, from the render thread to whoever prints them. One
-/// thread records, one takes; neither waits for the other. What finds the tape full is counted and left out,
-/// so that what was recorded before it stays as it is.
+/// Both event logs in the order in which things happened, from the render thread to the one that prints
+/// them. One thread records, one takes; neither waits for the other. What finds the tape full is counted and
+/// left out, so that what was recorded before it stays as it is.
 class LogTape {
 public:
     enum class Direction : std::uint8_t { in, out };

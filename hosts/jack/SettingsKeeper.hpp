@@ -15,14 +15,14 @@ class SettingsKeeper {
 public:
     explicit SettingsKeeper(ServerLink& link) : link_(link) {}
 
-    /// From now on there is a window, which remembers what was loaded. It must outlive this, or `save` no
-    /// more.
+    /// From now on there is a window, which remembers what was loaded. It must outlive every
+    /// `save`.
     void setWindow(HostWindow& window);
     /// Null without one.
     [[nodiscard]] HostWindow* window() const { return window_; }
 
-    /// Takes over the settings in the file, those of a first session where there is none, for a client of
-    /// this name, and returns them. While there is no link.
+    /// Takes over the settings in the file, or without a file those of a first session, for a client of this
+    /// name, and returns them. While there is no link.
     const SessionSettings& load(const std::filesystem::path& file, const std::string& clientName);
 
     /// Writes the settings unless the file has them. Throws `FileError`; then it tries again when they

@@ -19,7 +19,7 @@ public:
     /// The same, and an alert in the editor: for what must not be overlooked.
     void warn(const std::string& text);
 
-    /// Takes this alert away if the user has not dismissed it: it is true no more.
+    /// Takes this alert away if the user has not dismissed it: it no longer holds.
     void takeBack(const std::string& text);
 
 private:

@@ -7,8 +7,8 @@
 
 namespace quillo::test {
 
-/// What is known of the editor that `makeNativeEditor` has made last, also when it is gone. Whoever includes
-/// this has that editor in the place of the real one.
+/// What is known of the editor that `makeNativeEditor` has made last, also when it is gone. A program
+/// that includes this has that editor in the place of the real one.
 struct EditorDouble {
     bool fails = false;  ///< whether no editor can be made
     bool open = false;
