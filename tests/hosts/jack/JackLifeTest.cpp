@@ -362,12 +362,14 @@ TEST_F(JackLife, WithoutAWindowNoDisplayIsTouched) {
     EXPECT_EQ(end(*program), 0);
 }
 
+#ifdef QUILLO_WITH_WINDOW
 TEST_F(JackLife, WithoutADisplayTheUserLearnsOfTheOption) {
     const JackServer server;
     const auto program = runAsItIs({QUILLO_JACK_PROGRAM, "--server", server.name()});
     EXPECT_EQ(program->wait(), exitUnavailable);
     EXPECT_THAT(program->err().whole(), HasSubstr("--no-window"));
 }
+#endif
 
 TEST_F(JackLife, WhatNeedsNoServerNeedsNone) {
     session().add(PluginData{controllerForNote(20)}.write());
