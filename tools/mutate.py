@@ -100,6 +100,7 @@ class Workshop:
         unbroken.fingerprint = self.fingerprint(preset, program)
         start = time.monotonic()
         if not self.passes(preset, program):
+            del self.unbroken[preset, program]
             raise RuntimeError(f'{program} fails as it is, preset {preset}, in {self.root}')
         unbroken.seconds = 10 + 5 * (time.monotonic() - start)
 

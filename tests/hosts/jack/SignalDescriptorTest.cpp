@@ -48,11 +48,14 @@ TEST(SignalDescriptor, ReleasedSignalsDoWhatTheyDidBefore) {
     EXPECT_FALSE(isBlocked(SIGHUP));
 }
 
-TEST(SignalDescriptor, AHandlerThatALibraryHasPutInMeanwhileIsNoMoreCalled) {
-    SignalDescriptor signals{SIGHUP};
-    std::signal(SIGHUP, [](int) {});
-    signals.release();
-    EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), SIG_DFL);
+TEST(SignalDescriptor, AHandlerThatALibraryHasPutInMeanwhileIsNoLongerCalled) {
+    for (const auto before : {SIG_DFL, SIG_IGN}) {
+        std::signal(SIGHUP, before);
+        SignalDescriptor signals{SIGHUP};
+        std::signal(SIGHUP, [](int) {});
+        signals.release();
+        EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), before);
+    }
 }
 
 #ifndef __SANITIZE_ADDRESS__  // The sanitizers need descriptors themselves, to look at the exception.
