@@ -193,7 +193,7 @@ TEST(ReaderGate, NothingChangesWhileTheReaderIsInside) {
     EXPECT_EQ(changesSeenInside(gate, 200000), 0);
 }
 
-#ifdef __linux__
+#if defined(__linux__) && !defined(QUILLO_EMULATED)  // An emulated system has no sandboxes.
 /// As a host's sandbox does: from now on this process and its threads get an error for the call.
 void forbidMembarrier() {
     std::array filter{

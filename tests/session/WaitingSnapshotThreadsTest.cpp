@@ -89,8 +89,9 @@ TEST(WaitingSnapshotThreads, ShowsEachThatWaitsOnceWhileTheRenderThreadRuns) {
             }
             EXPECT_EQ(output.messages, exclusive);
             ASSERT_LE(output.number, most);
-            EXPECT_FALSE(found[output.number]);
-            found[output.number] = true;
+            const auto number = static_cast<std::size_t>(output.number);
+            EXPECT_FALSE(found[number]);
+            found[number] = true;
         }
         EXPECT_EQ(std::ranges::count(found, true), static_cast<std::ptrdiff_t>(most));
     }
