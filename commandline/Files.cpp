@@ -69,6 +69,10 @@ InputReading inputReading(const Arguments& arguments) {
     return arguments.has(forceSizeOption.name) ? InputReading::unbounded : InputReading::bounded;
 }
 
+std::ostream& streamOfWords(std::string_view target, const Console& console) {
+    return target == standardStream ? console.err : console.out;
+}
+
 std::string inputName(const std::string& path) {
     return path == standardStream ? "standard input" : escaped(path);
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "commandline/Arguments.hpp"
+#include "commandline/Console.hpp"
 #include "midifile/MIDIFile.hpp"
 #include "persistence/PluginData.hpp"
 
@@ -26,6 +27,9 @@ inline constexpr Option forceSizeOption{"--force-size", false};
 
 /// What stands for standard input and standard output in place of a path.
 inline constexpr std::string_view standardStream = "-";
+
+/// For what is said beside a result: standard output, unless the result itself goes there.
+[[nodiscard]] std::ostream& streamOfWords(std::string_view target, const Console& console);
 
 /// How an input is called in messages: its path, or "standard input".
 [[nodiscard]] std::string inputName(const std::string& path);

@@ -39,7 +39,7 @@ inline constexpr std::uint8_t channelMask = 0x0F;
 inline constexpr std::uint8_t greatestDataByte = 127;
 
 [[nodiscard]] constexpr bool isData(std::uint8_t byte) QUILLO_REALTIME {
-    return byte < noteOff;
+    return byte <= greatestDataByte;
 }
 
 /// Whether it is a status byte that has no channel.

@@ -174,11 +174,6 @@ void writeAdvice(const std::vector<Rule>& rules, const std::vector<Advice>& advi
     }
 }
 
-/// Where the current form goes to standard output, the words give way.
-std::ostream& streamOfWords(const CheckRequest& request, const Console& console) {
-    return request.target == standardStream ? console.err : console.out;
-}
-
 void writeCurrentForm(const PluginData& data, const CheckRequest& request, const Console& console) {
     const OutputFile file(*request.target, request.force, &console.out);
     file.write(data.write());
@@ -193,7 +188,7 @@ int statusOf(const std::vector<Advice>& advice, const CheckRequest& request) {
 
 int checkInWords(const CheckRequest& request, const Console& console) {
     const auto document = readForChecking(request, console.in);
-    auto& out = streamOfWords(request, console);
+    auto& out = streamOfWords(request.target.value_or(""), console);
     out << inputName(request.preset) << ": " << describe(document) << '\n';
     writeRules(document.data, request, out);
     refuseWhatCannotRun(document.data.rules, request.preset);
@@ -264,7 +259,7 @@ int checkForScripts(const CheckRequest& request, const Console& console) {
         }
         answer["error"] = failure.what();
     }
-    streamOfWords(request, console) << jsonText(answer);
+    streamOfWords(request.target.value_or(""), console) << jsonText(answer);
     return status;
 }
 

@@ -77,16 +77,11 @@ OfflineHost::Log traceTo(std::ostream& out, const char* direction) {
     return [&out, direction](const EventLogEntry& entry) { out << direction << traceLine(entry) << '\n'; };
 }
 
-/// Where the MIDI file goes to standard output, the words give way.
-std::ostream& streamOfWords(const RenderRequest& request, const Console& console) {
-    return request.target == standardStream ? console.err : console.out;
-}
-
 OfflineHost::Performance play(const Score& score, std::vector<Rule> rules, const RenderRequest& request,
                               const Console& console) {
     OfflineHost host(request.settings, std::move(rules));
     if (request.trace) {
-        auto& out = streamOfWords(request, console);
+        auto& out = streamOfWords(request.target, console);
         host.setLogs(traceTo(out, "in  "), traceTo(out, "out "));
     }
     ProgressLine progress(console.err, console.errIsTerminal, "rendering " + inputName(request.source));
@@ -156,7 +151,7 @@ int runRenderCommand(std::span<const std::string> words, const Console& console)
                           performance.lost, score.leftOut()};
     target.write(resultBytes(score, std::move(performance.outputs), request.target));
     if (request.json) {
-        streamOfWords(request, console) << jsonText(json(summary));
+        streamOfWords(request.target, console) << jsonText(json(summary));
     } else {
         writeSummary(summary, request, console.err);
     }

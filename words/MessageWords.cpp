@@ -64,11 +64,11 @@ std::string dataByteWords(unsigned value) {
 }
 
 std::string noteWords(std::uint8_t note) {
-    return note <= midi::greatestDataByte ? noteLabel(note) : dataByteWords(note);
+    return midi::isData(note) ? noteLabel(note) : dataByteWords(note);
 }
 
 std::string controllerWords(std::uint8_t controller) {
-    if (controller > midi::greatestDataByte) {
+    if (!midi::isData(controller)) {
         return dataByteWords(controller);
     }
     return dataByteWords(controller) + " (" + std::string(controllerName(controller)) + ")";

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "words/PlainWords.hpp"
 
-#include <algorithm>
 #include <array>
 #include <optional>
 #include <span>
@@ -157,8 +156,7 @@ private:
     [[nodiscard]] std::string pitchWheel(const RuleOutputVariantsV2::Protocol& output) const {
         const auto* low = output.byte1.getIf<GenericByteV2::Value>();
         const auto* high = output.byte2 ? output.byte2->getIf<GenericByteV2::Value>() : nullptr;
-        if (low != nullptr && high != nullptr &&
-            std::max(low->value, high->value) <= midi::greatestDataByte) {
+        if (low != nullptr && high != nullptr && midi::isData(low->value) && midi::isData(high->value)) {
             return "pitch bend " + std::to_string(low->value + 128 * high->value);
         }
         return "pitch bend with " + first("low byte", output.byte1) +

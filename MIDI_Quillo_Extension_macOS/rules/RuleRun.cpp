@@ -9,8 +9,7 @@ namespace {
 template <class Field>
 std::optional<std::uint8_t> dataByte(const Field& field) {
     const auto* exact = field.template getIf<typename Field::Value>();
-    return exact == nullptr || exact->value > midi::greatestDataByte ? std::nullopt
-                                                                     : std::optional(exact->value);
+    return exact != nullptr && midi::isData(exact->value) ? std::optional(exact->value) : std::nullopt;
 }
 
 /// False, and nothing changed, where there is no such field and where no higher data byte can be.

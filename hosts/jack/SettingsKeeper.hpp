@@ -15,8 +15,7 @@ class SettingsKeeper {
 public:
     explicit SettingsKeeper(ServerLink& link) : link_(link) {}
 
-    /// From now on there is a window, which remembers what was loaded. It must outlive every
-    /// `save`.
+    /// From now on there is a window, which remembers what was loaded. It must outlive every `save`.
     void setWindow(HostWindow& window);
     /// Null without one.
     [[nodiscard]] HostWindow* window() const { return window_; }

@@ -50,7 +50,6 @@ Rule program(RuleTriggerV2 trigger, std::uint8_t onChannel, std::uint8_t number,
 const auto resetGM = systemExclusive({0x7E, 0x7F, 0x09, 0x01});
 const auto resetGS = systemExclusive({0x41, 0x10, 0x42, 0x12, 0x40, 0x00, 0x7F, 0x00, 0x41});
 const auto resetXG = systemExclusive({0x43, 0x10, 0x4C, 0x00, 0x00, 0x7E, 0x00});
-const auto volume = send(controlChange(0, 7, 100));
 
 /// The keys from `first` on, one rule each.
 Rules keys(std::size_t count, std::uint8_t first, PassThroughV2 policy, bool isPress, std::uint8_t onChannel,

@@ -35,7 +35,6 @@ RuleOutputV2 program(std::uint8_t onChannel, std::int64_t delay = 0) {
     return send(programChange(channel(onChannel), 0, byte(1)), delay);
 }
 
-const auto volumeOutput = send(controlChange(0, 7, 100));
 const auto reset = systemExclusive({0x7E, 0x7F, 0x09, 0x01});
 
 TEST(Finders, AFixedVelocityAnswersAReleaseOfVelocityZero) {
@@ -71,15 +70,15 @@ TEST(Finders, ANoteIsDoubledOnItsOwnChannelAtTheSameTime) {
 
 TEST(Finders, ADoubledNoteMustPassTheRulesBelow) {
     const auto again = rule(onNoteOn(), sent(StatusV2::noteOn, triggerChannel, triggerByte, triggerByte));
-    const Rules rules{again, rule(onNoteOn(any, any, eatMatching), volumeOutput)};
+    const Rules rules{again, rule(onNoteOn(any, any, eatMatching), volume)};
     EXPECT_FALSE(findDoublesNotes(AdvisedRules(rules), 0));
 }
 
 TEST(Finders, TwoRulesThatDoTheSameSendItTwice) {
     const auto first = rule(onControlChange(1), program(0), "A");
-    EXPECT_EQ(said(findSendsTwice,
-                   {first, rule(onLoad(), volumeOutput), rule(onControlChange(1), program(0), "B")}),
-              "does the same as rule 1 \"A\": all that it sends goes out twice");
+    EXPECT_EQ(
+        said(findSendsTwice, {first, rule(onLoad(), volume), rule(onControlChange(1), program(0), "B")}),
+        "does the same as rule 1 \"A\": all that it sends goes out twice");
     EXPECT_EQ(said(findSendsTwice, {first, rule(onControlChange(1), program(0, 10))}), "");
     EXPECT_EQ(said(findSendsTwice, {first, rule(onControlChange(1, exactly(3)), program(0))}), "");
     EXPECT_EQ(said(findSendsTwice,
@@ -125,17 +124,16 @@ TEST(Finders, ASettingAtTheStartIsWantedInTheMiddleToo) {
                 HasSubstr("the host reports Continue, which no rule waits for"));
     EXPECT_THAT(said(findStartOnly, {rule(onMIDIStart(), program(0))}), HasSubstr("MIDI Continue comes"));
     EXPECT_EQ(said(findStartOnly, {rule(onHost(Transport::Start), send(noteOn(9, 49, 100)))}), "");
-    EXPECT_EQ(said(findStartOnly, {rule(onHost(Transport::Continue), volumeOutput),
-                                   rule(onHost(Transport::Start), volumeOutput)}),
+    EXPECT_EQ(said(findStartOnly,
+                   {rule(onHost(Transport::Continue), volume), rule(onHost(Transport::Start), volume)}),
               "");
-    EXPECT_THAT(said(findStartOnly,
-                     {rule(onMIDIContinue(), volumeOutput), rule(onHost(Transport::Start), volumeOutput)}),
+    EXPECT_THAT(said(findStartOnly, {rule(onMIDIContinue(), volume), rule(onHost(Transport::Start), volume)}),
                 HasSubstr("the host reports"));
-    EXPECT_EQ(said(findStartOnly, {rule(onHost(Transport::Stop), volumeOutput)}), "");
+    EXPECT_EQ(said(findStartOnly, {rule(onHost(Transport::Stop), volume)}), "");
 }
 
 TEST(Finders, APedalStaysDownWhoseReleaseIsNeverSent) {
-    const auto released = rule(onControlChange(64, exactly(0), exactly(3), eatMatching), volumeOutput);
+    const auto released = rule(onControlChange(64, exactly(0), exactly(3), eatMatching), volume);
     EXPECT_THAT(said(findKeepsPedalDown, {released}), HasSubstr("stays down on channel 4"));
     const auto release = [](std::uint8_t onChannel, std::uint8_t value) {
         return rule(onControlChange(20), send(controlChange(onChannel, 64, value)));
@@ -144,10 +142,9 @@ TEST(Finders, APedalStaysDownWhoseReleaseIsNeverSent) {
     EXPECT_NE(said(findKeepsPedalDown, {release(3, 64), released}), "");
     EXPECT_NE(said(findKeepsPedalDown, {release(2, 0), released}), "");
     EXPECT_EQ(said(findKeepsPedalDown, {rule(onLoad(), send(controlChange(3, 121, 0))), released}), "");
-    EXPECT_EQ(said(findKeepsPedalDown, {rule(onControlChange(64, any, any, eatMatching), volumeOutput)}), "");
-    EXPECT_EQ(
-        said(findKeepsPedalDown, {rule(onControlChange(65, exactly(0), any, eatMatching), volumeOutput)}),
-        "");
+    EXPECT_EQ(said(findKeepsPedalDown, {rule(onControlChange(64, any, any, eatMatching), volume)}), "");
+    EXPECT_EQ(said(findKeepsPedalDown, {rule(onControlChange(65, exactly(0), any, eatMatching), volume)}),
+              "");
 }
 
 TEST(Finders, ABendStaysThatNoRuleBringsBack) {
@@ -166,21 +163,21 @@ TEST(Finders, ABendStaysThatNoRuleBringsBack) {
 
 TEST(Finders, HalvesOfOneValueGoTheSameWay) {
     const auto both = [](PassThroughV2 coarse, PassThroughV2 fine) {
-        return said(findTearsFineValue, {rule(onControlChange(33, any, any, fine), volumeOutput),
-                                         rule(onControlChange(1, any, any, coarse), volumeOutput)});
+        return said(findTearsFineValue, {rule(onControlChange(33, any, any, fine), volume),
+                                         rule(onControlChange(1, any, any, coarse), volume)});
     };
     const auto pass = PassThroughV2::PassThrough;
     EXPECT_THAT(both(eatMatching, pass), HasSubstr("the coarse and the fine half of one value"));
     EXPECT_EQ(both(eatMatching, eatMatching), "");
     EXPECT_EQ(both(pass, pass), "");
-    EXPECT_EQ(said(findTearsFineValue, {rule(onControlChange(1, any, any, eatMatching), volumeOutput)}), "");
-    EXPECT_NE(said(findTearsFineValue, {rule(onControlChange(33, any, any, eatMatching), volumeOutput)}), "");
-    EXPECT_EQ(said(findTearsFineValue, {rule(onControlChange(65, any, any, eatMatching), volumeOutput)}), "");
+    EXPECT_EQ(said(findTearsFineValue, {rule(onControlChange(1, any, any, eatMatching), volume)}), "");
+    EXPECT_NE(said(findTearsFineValue, {rule(onControlChange(33, any, any, eatMatching), volume)}), "");
+    EXPECT_EQ(said(findTearsFineValue, {rule(onControlChange(65, any, any, eatMatching), volume)}), "");
 }
 
 TEST(Finders, AParameterKeepsItsNumberAndItsValueTogether) {
     const auto eater = [](std::uint8_t controller) {
-        return rule(onControlChange(controller, any, exactly(0), eatMatching), volumeOutput);
+        return rule(onControlChange(controller, any, exactly(0), eatMatching), volume);
     };
     for (const std::uint8_t controller : Bytes{6, 38, 98, 99, 100, 101}) {
         EXPECT_THAT(said(findTearsParameter, {eater(controller)}), HasSubstr("an RPN or NRPN"))
@@ -188,7 +185,7 @@ TEST(Finders, AParameterKeepsItsNumberAndItsValueTogether) {
     }
     EXPECT_EQ(said(findTearsParameter, {eater(7)}), "");
     EXPECT_EQ(said(findTearsParameter, {eater(6), eater(100), eater(101)}), "");
-    EXPECT_EQ(said(findTearsParameter, {rule(onControlChange(6), volumeOutput)}), "");
+    EXPECT_EQ(said(findTearsParameter, {rule(onControlChange(6), volume)}), "");
 }
 
 TEST(Finders, MPENotesStayOnTheirChannels) {
@@ -196,7 +193,7 @@ TEST(Finders, MPENotesStayOnTheirChannels) {
     const auto moved = rule(onNoteOn(), sent(StatusV2::noteOn, channel(0), triggerByte, triggerByte));
     EXPECT_THAT(said(findTearsMPE, {zone, moved}), HasSubstr("the bends and pressures"));
     EXPECT_EQ(said(findTearsMPE, {moved}), "");
-    EXPECT_NE(said(findTearsMPE, {rule(onControlChange(100, exactly(6)), volumeOutput), moved}), "");
+    EXPECT_NE(said(findTearsMPE, {rule(onControlChange(100, exactly(6)), volume), moved}), "");
     EXPECT_EQ(said(findTearsMPE,
                    {zone, rule(onNoteOn(), sent(StatusV2::noteOn, triggerChannel, byte(60), triggerByte))}),
               "");

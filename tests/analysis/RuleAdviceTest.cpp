@@ -17,8 +17,6 @@ using testing::StartsWith;
 using Transport = HostTransportTriggerVariantsV2;
 using Kind = Advice::Kind;
 
-const auto sendsVolume = send(controlChange(0, 7, 100));
-
 /// All advice on the rules, as it is printed.
 std::string textOn(const std::vector<Rule>& rules) {
     std::string text;
@@ -43,64 +41,61 @@ TEST(RuleAdvice, IsEmptyWhereNothingIsWrong) {
                                send(protocol(StatusV2::noteOn, channel(1), triggerByte, triggerByte))),
                           rule(onNoteOff(any, any, eatMatching),
                                send(protocol(StatusV2::noteOff, channel(1), triggerByte, triggerByte))),
-                          rule(onControlChange(1, any, any, eatNonMatching), sendsVolume),
+                          rule(onControlChange(1, any, any, eatNonMatching), volume),
                           rule(onControlChange(1), send(programChange(triggerChannel, 1, byte(2))))}),
                 IsEmpty());
 }
 
 TEST(RuleAdvice, ProvesThatARuleCanNeverFireAndSaysWhereItWould) {
     EXPECT_EQ(
-        textOn({rule(onNoteOn(any, any, eatMatching), sendsVolume, "Eat"),
-                rule(onNoteOn(), sendsVolume, "Late")}),
+        textOn({rule(onNoteOn(any, any, eatMatching), volume, "Eat"), rule(onNoteOn(), volume, "Late")}),
         "2. \"Late\" can never fire: rule 1 \"Eat\" (Consume matching) swallows every event that it waits "
         "for.\n"
         "   Set rule 1 to Pass through, or move this rule above it.\n");
 }
 
 TEST(RuleAdvice, OffersNoMoveThatKeepsAnotherRuleFromFiring) {
-    const auto twin = rule(onNoteOn(any, any, eatMatching), sendsVolume);
+    const auto twin = rule(onNoteOn(any, any, eatMatching), volume);
     EXPECT_THAT(textOn({twin, twin}), HasSubstr("   Set rule 1 to Pass through.\n"));
-    const auto narrow = rule(onNoteOn(exactly(60), any, eatMatching), sendsVolume);
+    const auto narrow = rule(onNoteOn(exactly(60), any, eatMatching), volume);
     EXPECT_THAT(textOn({twin, narrow}),
                 HasSubstr("   Set rule 1 to Pass through, or move this rule above it.\n"));
-    EXPECT_THAT(textOn({twin, rule(onNoteOn(exactly(60), any, eatNonMatching), sendsVolume)}),
+    EXPECT_THAT(textOn({twin, rule(onNoteOn(exactly(60), any, eatNonMatching), volume)}),
                 HasSubstr("   Set rule 1 to Pass through, or move this rule above it.\n"));
-    EXPECT_THAT(textOn({twin, rule(onControlChange(7), sendsVolume),
-                        rule(onNoteOn(exactly(60), any, eatNonMatching), sendsVolume)}),
+    EXPECT_THAT(textOn({twin, rule(onControlChange(7), volume),
+                        rule(onNoteOn(exactly(60), any, eatNonMatching), volume)}),
                 HasSubstr("   Set rule 1 to Pass through.\n"));
 }
 
 TEST(RuleAdvice, OffersNoMoveAboveAGate) {
-    EXPECT_THAT(textOn({rule(onNoteOn(any, any, eatNonMatching), sendsVolume),
-                        rule(onNoteOff(any, any, eatNonMatching), sendsVolume)}),
+    EXPECT_THAT(textOn({rule(onNoteOn(any, any, eatNonMatching), volume),
+                        rule(onNoteOff(any, any, eatNonMatching), volume)}),
                 HasSubstr("   Set rule 1 to Pass through.\n"));
 }
 
 TEST(RuleAdvice, NamesEveryRuleThatMustLetTheEventPass) {
-    const auto twin = rule(onNoteOn(any, any, eatMatching), sendsVolume);
-    EXPECT_THAT(textOn({twin, twin, rule(onNoteOn(), sendsVolume)}),
+    const auto twin = rule(onNoteOn(any, any, eatMatching), volume);
+    EXPECT_THAT(textOn({twin, twin, rule(onNoteOn(), volume)}),
                 HasSubstr("   Set rules 1 and 2 to Pass through, or move this rule above rule 1.\n"));
-    EXPECT_THAT(textOn({rule(onNoteOn(any, any, eatNonMatching), sendsVolume),
-                        rule(onNoteOff(any, any, eatNonMatching), sendsVolume),
-                        rule(onControlChange(1), sendsVolume)}),
+    EXPECT_THAT(textOn({rule(onNoteOn(any, any, eatNonMatching), volume),
+                        rule(onNoteOff(any, any, eatNonMatching), volume), rule(onControlChange(1), volume)}),
                 HasSubstr("   Set rules 1 and 2 to Pass through.\n"));
 }
 
 TEST(RuleAdvice, NamesConsecutiveRulesByTheFirstAndTheLast) {
-    const auto eater = rule(onNoteOn(any, any, eatMatching), sendsVolume);
+    const auto eater = rule(onNoteOn(any, any, eatMatching), volume);
     EXPECT_THAT(textOn(std::vector<Rule>(20, eater)),
                 HasSubstr("    Set rules 1 to 16 and others to Pass through.\n"));
-    const auto other = rule(onControlChange(7), sendsVolume);
-    EXPECT_THAT(
-        textOn({eater, eater, eater, other, eater, other, eater, eater, rule(onNoteOn(), sendsVolume)}),
-        HasSubstr("Set rules 1 to 3, 5, 7 and 8 to Pass through, or move"));
+    const auto other = rule(onControlChange(7), volume);
+    EXPECT_THAT(textOn({eater, eater, eater, other, eater, other, eater, eater, rule(onNoteOn(), volume)}),
+                HasSubstr("Set rules 1 to 3, 5, 7 and 8 to Pass through, or move"));
 }
 
 TEST(RuleAdvice, NamesNoMoreThanSixteenRulesAtOnce) {
     std::vector<Rule> rules;
     for (auto count = 0; count < 20; ++count) {
-        rules.push_back(rule(onNoteOn(any, any, eatMatching), sendsVolume));
-        rules.push_back(rule(onControlChange(7), sendsVolume));
+        rules.push_back(rule(onNoteOn(any, any, eatMatching), volume));
+        rules.push_back(rule(onControlChange(7), volume));
     }
     EXPECT_THAT(
         textOn(rules),
@@ -109,11 +104,11 @@ TEST(RuleAdvice, NamesNoMoreThanSixteenRulesAtOnce) {
 }
 
 TEST(RuleAdvice, NamesAllRulesThatKeepOneFromFiring) {
-    std::vector<Rule> rules{rule(onMIDIStop(), sendsVolume)};
+    std::vector<Rule> rules{rule(onMIDIStop(), volume)};
     for (std::uint8_t onChannel = 0; onChannel < 16; ++onChannel) {
-        rules.push_back(rule(onNoteOn(any, exactly(onChannel), eatMatching), sendsVolume));
+        rules.push_back(rule(onNoteOn(any, exactly(onChannel), eatMatching), volume));
     }
-    rules.push_back(rule(onNoteOn(), sendsVolume, "Late"));
+    rules.push_back(rule(onNoteOn(), volume, "Late"));
     EXPECT_THAT(
         textOn(rules),
         HasSubstr(
@@ -122,26 +117,26 @@ TEST(RuleAdvice, NamesAllRulesThatKeepOneFromFiring) {
 }
 
 TEST(RuleAdvice, KnowsThatThereAreSixteenChannels) {
-    EXPECT_EQ(textOn({rule(onNoteOn(any, exactly(16)), sendsVolume, "Far")}),
+    EXPECT_EQ(textOn({rule(onNoteOn(any, exactly(16)), volume, "Far")}),
               "1. \"Far\" can never fire: it waits on a channel that no message has.\n"
               "   Give it a channel from 1 to 16, or any.\n");
 }
 
 TEST(RuleAdvice, PointsAtNumbersThatNoMessageCarries) {
-    EXPECT_EQ(textOn({rule(onNoteOn(exactly(128)), sendsVolume, "High")}),
+    EXPECT_EQ(textOn({rule(onNoteOn(exactly(128)), volume, "High")}),
               "1. \"High\" waits for the number 128, which no MIDI message carries.\n"
               "   Give it a number from 0 to 127.\n");
     for (const auto& trigger : {onNoteOff(exactly(200)), onControlChange(128),
                                 onControlChange(7, exactly(255)), onProgramChange(exactly(128))}) {
-        EXPECT_THAT(kindsFor({rule(trigger, sendsVolume)}), ElementsAre(Kind::impossibleNumber));
+        EXPECT_THAT(kindsFor({rule(trigger, volume)}), ElementsAre(Kind::impossibleNumber));
     }
-    EXPECT_THAT(kindsFor({rule(onControlChange(127, exactly(127)), sendsVolume)}), IsEmpty());
+    EXPECT_THAT(kindsFor({rule(onControlChange(127, exactly(127)), volume)}), IsEmpty());
 }
 
 TEST(RuleAdvice, WarnsOfAHostRuleThatSwallowsAllMIDI) {
     EXPECT_EQ(
-        textOn({rule(onHost(Transport::Stop, eatNonMatching), sendsVolume, "Reset"),
-                rule(onNoteOn(), sendsVolume, "Echo")}),
+        textOn({rule(onHost(Transport::Stop, eatNonMatching), volume, "Reset"),
+                rule(onNoteOn(), volume, "Echo")}),
         "1. \"Reset\" swallows every MIDI message that comes to it: its policy is Consume non-matching, and "
         "a "
         "rule for the host's transport matches no MIDI.\n"
@@ -149,19 +144,19 @@ TEST(RuleAdvice, WarnsOfAHostRuleThatSwallowsAllMIDI) {
         "2. \"Echo\" can never fire: rule 1 \"Reset\" (Consume non-matching) swallows every event that it "
         "waits for.\n"
         "   Set rule 1 to Pass through.\n");
-    EXPECT_THAT(kindsFor({rule(onHost(Transport::Stop, eatMatching), sendsVolume)}), IsEmpty());
+    EXPECT_THAT(kindsFor({rule(onHost(Transport::Stop, eatMatching), volume)}), IsEmpty());
 }
 
 TEST(RuleAdvice, WarnsOfASystemMessageThatAloneIsLetThrough) {
     for (const auto& [trigger, name] : {std::pair{onMIDIStart(eatNonMatching), "Start"},
                                         {onMIDIStop(eatNonMatching), "Stop"},
                                         {onMIDIContinue(eatNonMatching), "Continue"}}) {
-        EXPECT_THAT(textOn({rule(trigger, sendsVolume, "Go")}),
+        EXPECT_THAT(textOn({rule(trigger, volume, "Go")}),
                     StartsWith("1. \"Go\" swallows every MIDI message but MIDI " + std::string(name) +
                                ": its policy is Consume non-matching.\n   Set it to Pass through.\n"));
     }
-    EXPECT_THAT(kindsFor({rule(onMIDIStop(eatMatching), sendsVolume)}), ElementsAre(Kind::notInVST3));
-    EXPECT_THAT(kindsFor({rule(onControlChange(1, any, any, eatNonMatching), sendsVolume)}), IsEmpty());
+    EXPECT_THAT(kindsFor({rule(onMIDIStop(eatMatching), volume)}), ElementsAre(Kind::notInVST3));
+    EXPECT_THAT(kindsFor({rule(onControlChange(1, any, any, eatNonMatching), volume)}), IsEmpty());
 }
 
 TEST(RuleAdvice, FindsNotesThatHang) {
@@ -199,13 +194,13 @@ TEST(RuleAdvice, FindsNotesThatStartLaterThanTheyEnd) {
 }
 
 TEST(RuleAdvice, FindsRulesThatSwallowTheEndOfNotesThatPass) {
-    EXPECT_EQ(textOn({rule(onNoteOn(any, any, eatNonMatching), sendsVolume, "only notes")}),
+    EXPECT_EQ(textOn({rule(onNoteOn(any, any, eatNonMatching), volume, "only notes")}),
               "1. \"only notes\" swallows the end of notes that pass: 60 (C3) on channel 1 sounds on.\n"
               "   Set it to Pass through, or let a rule above it send the note-off.\n");
-    EXPECT_THAT(kindsFor({rule(onNoteOff(any, any, eatMatching), sendsVolume)}),
+    EXPECT_THAT(kindsFor({rule(onNoteOff(any, any, eatMatching), volume)}),
                 ElementsAre(Kind::swallowsNoteEnds));
-    EXPECT_THAT(kindsFor({rule(onNoteOff(exactly(1), any, eatMatching), sendsVolume),
-                          rule(onNoteOff(any, any, eatMatching), sendsVolume)}),
+    EXPECT_THAT(kindsFor({rule(onNoteOff(exactly(1), any, eatMatching), volume),
+                          rule(onNoteOff(any, any, eatMatching), volume)}),
                 ElementsAre(Kind::swallowsNoteEnds, Kind::swallowsNoteEnds));
 }
 
@@ -218,9 +213,9 @@ TEST(RuleAdvice, FindsSystemExclusiveThatIsTooLongForVST3) {
 }
 
 TEST(RuleAdvice, SaysNothingOfTheNotesOfARuleThatNeverFires) {
-    EXPECT_THAT(kindsFor({rule(onNoteOn(any, any, eatMatching), sendsVolume),
-                          rule(onNoteOn(), send(noteOn(0, 60, 100)))}),
-                ElementsAre(Kind::neverFires));
+    EXPECT_THAT(
+        kindsFor({rule(onNoteOn(any, any, eatMatching), volume), rule(onNoteOn(), send(noteOn(0, 60, 100)))}),
+        ElementsAre(Kind::neverFires));
 }
 
 TEST(RuleAdvice, FindsTheFrameOfSystemExclusiveTypedIn) {
@@ -283,7 +278,7 @@ TEST(RuleAdvice, SaysNothingOfWhatARuleDoesWithAMessageThatThereIsNot) {
 
 TEST(RuleAdvice, DoesNotBlameACopyForANumberThatNoMessageCarries) {
     EXPECT_THAT(
-        kindsFor({rule(onControlChange(7, exactly(200)), sendsVolume),
+        kindsFor({rule(onControlChange(7, exactly(200)), volume),
                   rule(onControlChange(7), send(protocol(StatusV2::CC, channel(0), byte(7), triggerByte)))}),
         ElementsAre(Kind::impossibleNumber));
 }
@@ -291,22 +286,22 @@ TEST(RuleAdvice, DoesNotBlameACopyForANumberThatNoMessageCarries) {
 TEST(RuleAdvice, SaysWhatAVST3HostDoesNotDeliver) {
     for (const auto& [trigger, name] :
          {std::pair{onMIDIStart(), "Start"}, {onMIDIStop(), "Stop"}, {onMIDIContinue(), "Continue"}}) {
-        EXPECT_THAT(textOn({rule(trigger, sendsVolume)}),
+        EXPECT_THAT(textOn({rule(trigger, volume)}),
                     HasSubstr("does not fire in a VST3 host: VST3 has no MIDI " + std::string(name) + ".\n"));
     }
     EXPECT_EQ(
-        textOn({rule(onProgramChange(), sendsVolume, "Sound")}),
+        textOn({rule(onProgramChange(), volume, "Sound")}),
         "1. \"Sound\" may not fire in a VST3 host: most VST3 hosts deliver no program changes to a plug-in.\n"
         "   In VST3, let it wait for a controller or a note; other plug-in formats deliver program "
         "changes.\n");
-    EXPECT_THAT(adviseOn({rule(onHost(Transport::Stop), sendsVolume), rule(onNoteOff(), sendsVolume),
-                          rule(onControlChange(1), sendsVolume)}),
+    EXPECT_THAT(adviseOn({rule(onHost(Transport::Stop), volume), rule(onNoteOff(), volume),
+                          rule(onControlChange(1), volume)}),
                 IsEmpty());
 }
 
 TEST(RuleAdvice, DoesNotSayOfADeadRuleThatAVST3HostKeepsItFromFiring) {
-    EXPECT_THAT(kindsFor({rule(onControlChange(1, any, any, eatNonMatching), sendsVolume),
-                          rule(onMIDIStart(), sendsVolume), rule(onProgramChange(), sendsVolume)}),
+    EXPECT_THAT(kindsFor({rule(onControlChange(1, any, any, eatNonMatching), volume),
+                          rule(onMIDIStart(), volume), rule(onProgramChange(), volume)}),
                 ElementsAre(Kind::neverFires, Kind::neverFires));
 }
 

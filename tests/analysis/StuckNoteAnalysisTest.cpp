@@ -243,7 +243,6 @@ TEST(StuckNoteAnalysis, OnlyTheReleaseOfTheSameKeyCanComeTooSoon) {
 
 TEST(StuckNoteAnalysis, AnEndThatIsSwallowedIsFoundWhereItsNotePasses) {
     const auto swallowed = endSwallowed;
-    const auto volume = send(controlChange(0, 7, 1));
     const auto eatEnds = rule(onNoteOff(any, any, eatMatching), volume);
     const StuckNoteAnalysis::Note middleC{0, 60};
     EXPECT_EQ(swallowed({eatEnds}), middleC);

@@ -108,6 +108,9 @@ inline RuleOutputV2 send(RuleOutputVariantsV2 message, std::int64_t delayMs = 0)
     return {std::move(message), {delayMs}};
 }
 
+/// An output like any other, where a test does not care which.
+inline const RuleOutputV2 volume = send(controlChange(0, 7, 100));
+
 inline Rule rule(RuleTriggerV2 trigger, RuleOutputV2 output, std::string name = "") {
     return {std::move(output), std::move(trigger), std::move(name)};
 }
