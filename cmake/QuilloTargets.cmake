@@ -17,9 +17,14 @@ if(QUILLO_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
 endif()
 
 # GCC compiles sixteen files of a target as one: what they include, most of a build, is read once for all of
-# them. Clang's trees compile each file as it stands.
-if(NOT DEFINED CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    set(CMAKE_UNITY_BUILD ON)
+# them. Half a gigabyte, in kB, may then pile up before it looks for memory that it no longer needs: looking
+# takes a tenth to a fifth of the time, to save a fifth of the memory. Clang's trees compile each file as it
+# stands.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    if(NOT DEFINED CMAKE_UNITY_BUILD)
+        set(CMAKE_UNITY_BUILD ON)
+    endif()
+    add_compile_options(--param=ggc-min-heapsize=524288)
 endif()
 set(CMAKE_UNITY_BUILD_BATCH_SIZE 16)
 
