@@ -215,7 +215,7 @@ sentence. With a NAME of this list, prints that preset, or writes it to a file.
 The editor imports them from "Examples" among its import's folders.
 
 Options:
-  --write OUT.json  write the preset to this file
+  --write OUT.json  write the preset to this file; "-" is standard output
   --force           replace OUT.json if it is there
 
 Examples:
@@ -238,7 +238,8 @@ rules, and so does one that calculates with a byte. A translator that is not
 active becomes a rule that is switched off.
 
 Options:
-  -o PRESET.json    write the rules there
+  -o PRESET.json    write the rules there; "-" is standard output, what is said
+                    then goes to standard error
   --force           replace PRESET.json if it is there
   --drop-unmatched  of a .bmtp project: drop what no translator waits for, which
                     passes otherwise; a configuration of midimap.lv2 says itself

@@ -2,6 +2,7 @@
 #include "programs/Commands.hpp"
 
 #include <array>
+#include <optional>
 #include <ostream>
 
 #include "commandline/Arguments.hpp"
@@ -35,11 +36,15 @@ int runImportCommand(std::span<const std::string> words, const Console& console)
         throw UsageError("import takes one file");
     }
     const auto target = arguments.text("-o");
-    const auto taken = readRules(arguments.operands().front(), arguments);
-    console.out << takenText(taken);
+    std::optional<OutputFile> file;
     if (target) {
-        OutputFile(*target, arguments.has("--force")).write(PluginData{taken.rules, taken.shelf}.write());
-        console.err << escaped(*target) << ": written\n";
+        file.emplace(*target, arguments.has("--force"), &console.out);
+    }
+    const auto taken = readRules(arguments.operands().front(), arguments);
+    streamOfWords(target.value_or(""), console) << takenText(taken);
+    if (file) {
+        file->write(PluginData{taken.rules, taken.shelf}.write());
+        console.err << (target == standardStream ? "" : escaped(*target) + ": written\n");
     }
     return exitSuccess;
 }

@@ -56,7 +56,7 @@ int runPresetsCommand(std::span<const std::string> words, const Console& console
     const auto document = presetCalled(names.front()).document;
     if (target) {
         const std::vector<std::uint8_t> bytes(document.begin(), document.end());
-        OutputFile(*target, arguments.has("--force")).write(bytes);
+        OutputFile(*target, arguments.has("--force"), &console.out).write(bytes);
     } else {
         console.out << document << '\n';
     }

@@ -42,6 +42,18 @@ TEST_F(ImportCommandTest, ReplacesAFileOnlyByForce) {
     EXPECT_GT(folder.read("mine.json").size(), 4U);
 }
 
+TEST_F(ImportCommandTest, SaysOnStandardErrorWhatBecameOfTheLinesWhenThePresetGoesToStandardOutput) {
+    const auto source = folder.with("pads.cfg", pads);
+    const auto said = run({"import", source}).out;
+    const auto target = folder / "pads.json";
+    run({"import", source, "-o", target});
+
+    const auto result = run({"import", source, "-o", "-"});
+    EXPECT_EQ(result.status, exitSuccess);
+    EXPECT_EQ(std::vector<std::uint8_t>(result.out.begin(), result.out.end()), folder.read("pads.json"));
+    EXPECT_EQ(result.err, said);
+}
+
 TEST_F(ImportCommandTest, DropsWhatNoTranslatorWaitsForOnDemand) {
     const auto source = folder.with("stage.bmtp", stage);
     EXPECT_THAT(run({"import", source}).out, HasSubstr(" 1 rule.\n"));

@@ -45,6 +45,13 @@ TEST_F(PresetsCommandTest, WritesEachPresetByteForByteAsItsFileIs) {
     }
 }
 
+TEST_F(PresetsCommandTest, WritesToStandardOutputWhatItWritesToAFile) {
+    const auto result = run({"presets", "echo", "--write", "-"});
+    EXPECT_EQ(result.status, exitSuccess);
+    run({"presets", "echo", "--write", folder / "echo.json"});
+    EXPECT_EQ(std::vector<std::uint8_t>(result.out.begin(), result.out.end()), folder.read("echo.json"));
+}
+
 TEST_F(PresetsCommandTest, ReplacesAFileOnlyByForce) {
     const auto path = folder.with("mine.json", std::string("mine"));
     const auto refused = run({"presets", "echo", "--write", path});
