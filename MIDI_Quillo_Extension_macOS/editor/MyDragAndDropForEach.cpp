@@ -69,6 +69,11 @@ void MyDragAndDropForEach::setItems(std::vector<UUID> items) {
         scrollBack(*place, before);
     }
     layOut();
+    if (drag_) {
+        std::erase_if(drag_->delegate.draggedItems,
+                      [this](const UUID& id) { return !positions_.contains(id); });
+        dragTo(drag_->point);
+    }
 }
 
 void MyDragAndDropForEach::keepingPlace(const std::function<void()>& change) {

@@ -52,6 +52,8 @@ public:
     /// The items from now on, each of them once. Rows of items that stay are kept.
     void setItems(std::vector<UUID> items);
     [[nodiscard]] const std::vector<UUID>& items() const { return items_; }
+    /// Nothing for what is not among the items.
+    [[nodiscard]] std::optional<std::size_t> positionOf(const UUID& item) const;
 
     /// The heights of these rows may have changed; their views stay.
     void refreshRows(const std::vector<UUID>& items);
@@ -153,7 +155,6 @@ private:
     void scrollToSee(int top, int bottom);
     void scrollToSee(const juce::Component& view);
     [[nodiscard]] std::optional<std::size_t> placeFrom(std::size_t position, const juce::KeyPress& key) const;
-    [[nodiscard]] std::optional<std::size_t> positionOf(const UUID& item) const;
     [[nodiscard]] int contentHeight() const;
     [[nodiscard]] int greatestScroll() const;
 

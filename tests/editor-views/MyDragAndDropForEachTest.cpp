@@ -395,6 +395,21 @@ TEST(ChosenRows, AreDraggedTogetherByAnyOfTheirHandles) {
     EXPECT_EQ(desk.row(2)->getParentComponent()->getAlpha(), 1.0F);
 }
 
+TEST(ChosenRows, OfRowsThatGoWhileTheyAreDraggedOnlyTheOthersAreMoved) {
+    Clicks desk;
+    const auto items = desk.model;
+    desk.click(0);
+    desk.click(1, ctrl);
+    desk.list.startDrag(items[0], {5, 20});
+    desk.list.dragTo({5, 390});
+    std::vector<UUID> moved;
+    desk.list.onMove = [&moved](const std::vector<UUID>& ids, std::size_t) { moved = ids; };
+    desk.list.setItems({items[0], items[2], items[3]});
+    desk.list.drop();
+    EXPECT_EQ(moved, std::vector{items[0]});
+    EXPECT_EQ(desk.list.items(), (std::vector<UUID>{items[2], items[3], items[0]}));
+}
+
 TEST(ChosenRows, ARowThatIsNotChosenIsDraggedAlone) {
     Clicks desk;
     const auto items = desk.model;
