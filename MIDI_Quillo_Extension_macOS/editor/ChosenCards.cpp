@@ -102,8 +102,7 @@ bool ChosenCards::copy(const RuleIds& rules) {
 /// The card that comes up to their place has the keyboard.
 void ChosenCards::remove(const UUID& card, const std::string& verb) {
     const auto gone = list_.selection().togetherWith(card);
-    const auto first = std::ranges::find(list_.items(), gone.front());
-    const auto position = static_cast<std::size_t>(first - list_.items().begin());
+    const auto position = *list_.positionOf(gone.front());
     editor_.remove(rulesWith(card), verb);
     giveKeyboardTo(position);
 }

@@ -166,13 +166,14 @@ void Header::setPlaying(bool playing) {
                             playing ? palette.triggerInput : style::edge(palette));
         playing_.setToggleState(playing, juce::dontSendNotification);
         actions_.onPlaying(playing);
+        resized();
     }
 }
 
 void Header::resized() {
     auto area = getLocalBounds().reduced(style::barPadding, 0);
     area.removeFromLeft(logoWidth + headerGap);
-    const bool inTheirPlace = searching_ && !hasRoomForSearch();
+    const bool inTheirPlace = (searching_ || isPlaying_) && !hasRoomForSearch();
     for (auto* part : std::initializer_list<juce::Component*>{&import_, &export_, &undo_, &redo_, &form_,
                                                               &searchButton_, &panic_, &docs_, &more_}) {
         part->setVisible(!inTheirPlace);
@@ -180,7 +181,7 @@ void Header::resized() {
     search_.setClosable(inTheirPlace);
     if (inTheirPlace) {
         showsVersion_ = false;
-        layOutSearch(area, !isNarrow());
+        layOutSearch(area, isPlaying_ || !isNarrow());
     } else {
         layOutButtons(area);
     }

@@ -275,12 +275,16 @@ void QuilloView::showPlaying(bool onlyPlayed) {
     repaint();
 }
 
-/// The hits are those of the list that is shown: an edit is followed by a drain before time passes.
+/// The hits are those of the list that is shown: an edit is followed by a drain before time passes. The card
+/// that has the keyboard stays, and all do while a menu is open or some are dragged.
 void QuilloView::followPlaying() {
-    if (!played_) {
+    if (!played_ || overlay() != nullptr || list_.isDragging()) {
         return;
     }
     auto played = playedNow();
+    if (const auto inUse = list_.itemWithFocus()) {
+        played.insert(*inUse);
+    }
     if (std::exchange(*played_, std::move(played)) != *played_) {
         list_.setItems(shownIds());
         repaint();
@@ -419,22 +423,25 @@ void QuilloView::removeRule(const UUID& id) {
     if (removed != nullptr && !byKeys && removed->hasKeyboardFocus(true)) {
         unfocusAllComponents();
     }
-    const auto position = *shown_.position(list_.selection().togetherWith(id).front());
+    const auto position = *list_.positionOf(list_.selection().togetherWith(id).front());
     editor_.remove(chosen_.rulesWith(id));
     if (byKeys && shown_.find(id) == nullptr) {
         focusDeleteButton(position);
     }
 }
 
-/// That of the rule at the position, or of the last one. Without rules there is only the way to add one.
+/// That of the card at the position in the list, or of the last one; of a card in one line its first part.
+/// Without cards there is only the way to add one.
 void QuilloView::focusDeleteButton(std::size_t position) {
-    if (shown_.all().empty()) {
+    if (list_.items().empty()) {
         footer_.selector().button().grabKeyboardFocus();
         return;
     }
-    const auto& id = shown_.all()[std::min(position, shown_.all().size() - 1)].id;
-    list_.scrollTo(id);
-    card(id)->buttons().deleteButton().grabKeyboardFocus();
+    list_.focus(position);
+    auto* neighbour = card(list_.items()[std::min(position, list_.items().size() - 1)]);
+    if (neighbour != nullptr && !neighbour->isInOneLine()) {
+        neighbour->buttons().deleteButton().grabKeyboardFocus();
+    }
 }
 
 void QuilloView::refreshCards(const ShownCards::Changes& changes) {

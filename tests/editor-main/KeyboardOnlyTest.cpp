@@ -150,6 +150,16 @@ TEST_F(KeyboardOnly, AfterDeleteTheNeighbourHasTheFocusAndAfterTheLastRuleTheWay
     EXPECT_EQ(EditorStage::focus(), "Add new");
 }
 
+TEST_F(KeyboardOnly, AfterDeleteANeighbourInOneLineHasTheFocusOnItsGrip) {
+    open({"a", "b"});
+    handleOf(stage->card(1)).grabKeyboardFocus();
+    press(enter);
+    stage->card(0).buttons().deleteButton().grabKeyboardFocus();
+    press(enter);
+    EXPECT_EQ(stage->names(), (Names{"b"}));
+    EXPECT_TRUE(handleOf(stage->card(0)).hasKeyboardFocus(false));
+}
+
 TEST_F(KeyboardOnly, DeletedByAClickARuleLeavesTheKeyboardToTheHost) {
     open({"a", "b"});
     tabTo("Velocity");

@@ -302,6 +302,66 @@ TEST_F(Playing, EndsWhenARuleThatIsLeftOutIsChangedByUndo) {
     EXPECT_NE(stage.view().card(stage.id(3)), nullptr);
 }
 
+TEST_F(Playing, StaysInSightAsLongAsItIsOn) {
+    auto& button = stage.view().header().playingButton();
+    click(button);
+    for (const auto width : {500, 240}) {
+        stage.view().setSize(width, 400);
+        EXPECT_TRUE(button.isVisible()) << width;
+    }
+    click(button);
+    EXPECT_EQ(shown().size(), 4U);
+    EXPECT_FALSE(button.isVisible());
+    EXPECT_TRUE(stage.view().header().importButton().isVisible());
+}
+
+TEST_F(Playing, TheCardThatHasTheKeyboardStaysWithWhatIsTyped) {
+    click(stage.view().header().playingButton());
+    play({0x90, 36, 100});
+    auto& delay = test::field(stage.card(0).output(), "Delay (ms)");
+    stage.beginTyping(delay, "25");
+    stage.desk.render(3 * static_cast<std::uint32_t>(defaultSampleRate));
+    play({0x91, 60, 100});
+    EXPECT_EQ(shown(), (Names{"Bass split", "Echo"}));
+    key(stage.window, juce::KeyPress::returnKey);
+    EXPECT_EQ(stage.entry(0).output.delay.ms, 25);
+    juce::Component::unfocusAllComponents();
+    stage.view().advance(0);
+    EXPECT_EQ(shown(), (Names{"Echo"}));
+}
+
+TEST_F(Playing, NoCardGoesWhileSomeAreDraggedOrAMenuIsOpen) {
+    click(stage.view().header().playingButton());
+    play({0x90, 36, 100});
+    stage.desk.render(3 * static_cast<std::uint32_t>(defaultSampleRate));
+    stage.view().list().startDrag(stage.id(0), {5, 20});
+    play({0x91, 60, 100});
+    EXPECT_EQ(shown(), (Names{"Bass split"}));
+    stage.view().list().cancelDrag();
+    click(stage.card(0).buttons().moreButton());
+    stage.view().advance(0);
+    EXPECT_EQ(shown(), (Names{"Bass split"}));
+    stage.press(juce::KeyPress::escapeKey);
+    juce::Component::unfocusAllComponents();
+    stage.view().advance(0);
+    EXPECT_EQ(shown(), (Names{"Echo"}));
+}
+
+TEST_F(Playing, OfTheCardsThatAreShownTheNeighbourOfADeletedOneHasTheKeyboard) {
+    click(stage.view().header().playingButton());
+    play({0x90, 36, 100});
+    play({0x91, 60, 100});
+    EXPECT_EQ(shown(), (Names{"Bass split", "Echo"}));
+    stage.card(0).buttons().deleteButton().grabKeyboardFocus();
+    stage.press(juce::KeyPress::returnKey);
+    EXPECT_EQ(shown(), (Names{"Echo"}));
+    EXPECT_TRUE(stage.card(1).buttons().deleteButton().hasKeyboardFocus(false));
+    stage.press(juce::KeyPress::returnKey);
+    EXPECT_EQ(shown(), Names());
+    EXPECT_EQ(EditorStage::focus(), "Add new");
+    EXPECT_EQ(stage.names(), (Names{"Pedal brings strings", "Silence at the stop"}));
+}
+
 TEST_F(Playing, EndsWithTheSearch) {
     click(stage.view().header().playingButton());
     open("x");
