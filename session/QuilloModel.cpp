@@ -24,8 +24,8 @@ void append(QuilloModel::Log& log, const std::vector<EventLogEntry>& entries, Ob
 /// Whether it comes all the time, played or not: the clock, and a keyboard's sign that it is there.
 bool isBeat(const EventLogEntry& entry) {
     const auto* midi = entry.variants.midi();
-    const auto status = midi != nullptr ? midi->message.bytes().front() : std::uint8_t{0};
-    return status == midi::timingClock || status == midi::activeSensing;
+    const auto bytes = midi != nullptr ? midi->message.bytes() : std::span<const std::uint8_t>();
+    return !bytes.empty() && (bytes[0] == midi::timingClock || bytes[0] == midi::activeSensing);
 }
 
 /// Why one of the rules cannot be edited; nothing when all can.

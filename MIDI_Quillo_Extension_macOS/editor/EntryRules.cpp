@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <span>
 
+#include "midi/MessageLength.hpp"
 #include "midi/Status.hpp"
 #include "rules/RuleRun.hpp"
 
@@ -60,6 +61,12 @@ RuleTriggerEntry triggerOf(TriggerEntryType type, Bytes bytes = {}) {
 }
 
 std::optional<OutputEntryType> outputTypeOf(Bytes bytes) {
+    if (midi::isSystemExclusive(bytes) && bytes.back() == midi::endOfExclusive) {
+        return OutputEntryType::SystemExclusive;
+    }
+    if (!isCompleteShortMessage(bytes)) {
+        return std::nullopt;
+    }
     switch (bytes[0] & midi::kindMask) {
     case midi::noteOn: return OutputEntryType::NoteOn;
     case midi::noteOff: return OutputEntryType::NoteOff;
@@ -67,9 +74,8 @@ std::optional<OutputEntryType> outputTypeOf(Bytes bytes) {
     case midi::programChange: return OutputEntryType::ProgramChange;
     case midi::channelPressure: return OutputEntryType::ChannelPressure;
     case midi::pitchWheel: return OutputEntryType::PitchWheel;
-    default: break;
+    default: return std::nullopt;
     }
-    return midi::isSystemExclusive(bytes) ? std::optional(OutputEntryType::SystemExclusive) : std::nullopt;
 }
 
 RuleOutputEntry outputOf(OutputEntryType type, Bytes bytes) {
@@ -108,7 +114,7 @@ std::optional<RuleTriggerEntry> triggerFor(const EventLogEntryVariants& event) {
         return triggerOf(triggerTypeOf(host->trigger));
     }
     const auto bytes = event.midi()->message.bytes();
-    const auto type = triggerTypeOf(bytes[0]);
+    const auto type = isCompleteShortMessage(bytes) ? triggerTypeOf(bytes[0]) : std::nullopt;
     return type ? std::optional(triggerOf(*type, bytes)) : std::nullopt;
 }
 

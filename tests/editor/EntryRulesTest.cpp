@@ -66,5 +66,14 @@ TEST(EntryRules, NoRuleCanSendNotePressureASystemMessageOrTheHostsTransport) {
     EXPECT_EQ(sentFor(EventLogEntryVariants::Host{Transport::Start}), std::nullopt);
 }
 
+TEST(EntryRules, NothingWaitsForOrSendsAMessageThatIsCutShort) {
+    for (const auto& event :
+         {message({}), message({0x90}), message({0x90, 60}), message({0xB0, 7}), message({0xC0}),
+          message({0xD0}), message({0xE0, 1}), message({0xF0}), message({0xF0, 1})}) {
+        EXPECT_EQ(triggerFor(event), std::nullopt);
+        EXPECT_EQ(outputFor(event), std::nullopt);
+    }
+}
+
 }  // namespace
 }  // namespace quillo
