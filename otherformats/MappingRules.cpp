@@ -105,12 +105,12 @@ Message triggerOf(std::uint8_t status, const Values& values) {
     }
 }
 
-/// The byte that goes out, or nothing for the incoming byte in the same place.
+/// The data byte that goes out, or nothing for the incoming byte in the same place.
 std::optional<std::uint8_t> sentByte(const ByteMaker& maker, const Values& values) {
     if (values[maker.from]) {
         return maker.make(*values[maker.from]);
     }
-    return maker.mask == 0 ? std::optional(maker.value) : std::nullopt;
+    return (maker.mask & midi::greatestDataByte) == 0 ? std::optional(maker.value) : std::nullopt;
 }
 
 GenericByteV2 dataByte(const std::optional<std::uint8_t>& byte) {

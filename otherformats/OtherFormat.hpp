@@ -35,6 +35,8 @@ struct OtherRules {
     std::vector<Rule> rules;
     RuleShelf shelf;
     std::vector<TakenLine> lines;  ///< those that mean something, in their order
+
+    [[nodiscard]] bool isEmpty() const { return rules.empty() && shelf.empty(); }
 };
 
 /// Whether the text begins as a file of another tool that can be read.

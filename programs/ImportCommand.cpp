@@ -42,6 +42,10 @@ int runImportCommand(std::span<const std::string> words, const Console& console)
     }
     const auto taken = readRules(arguments.operands().front(), arguments);
     streamOfWords(target.value_or(""), console) << takenText(taken);
+    if (taken.isEmpty()) {
+        throw CommandFailure(exitBadData,
+                             escaped(arguments.operands().front()) + ": holds no rule that can be taken");
+    }
     if (file) {
         file->write(PluginData{taken.rules, taken.shelf}.write());
         console.err << (target == standardStream ? "" : escaped(*target) + ": written\n");

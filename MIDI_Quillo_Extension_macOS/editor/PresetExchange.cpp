@@ -70,11 +70,12 @@ RuleList importPreset(std::span<const std::uint8_t> bytes) {
 
 namespace {
 
-/// What was lost of another tool's rules, for the alert: the first lines, and how many more.
-std::string lossWords(const std::string& name, const std::string& lost) {
+/// What was lost of another tool's rules, for the alert: the first lines, each on one of its own, and how
+/// many more.
+std::string firstLines(const std::string& lost) {
     constexpr std::size_t mostLines = 6;
     std::istringstream lines(lost);
-    std::string words = inQuotes(name) + " was imported, but not all of it:";
+    std::string words;
     std::size_t count = 0;
     for (std::string line; std::getline(lines, line); ++count) {
         words += count < mostLines ? "\n" + line : "";
@@ -87,11 +88,14 @@ std::string lossWords(const std::string& name, const std::string& lost) {
 bool importOtherFormat(const std::string& name, std::string_view text, RuleListEditor& editor) {
     try {
         const auto taken = readOtherFormat(text);
+        if (taken.isEmpty()) {
+            throw NoPreset("It holds no rule that can be taken." + firstLines(lostText(taken)));
+        }
         if (!editor.replaceAll(elementsFrom(taken.rules, taken.shelf), "Import " + name)) {
             return false;
         }
         if (const auto lost = lostText(taken); !lost.empty()) {
-            editor.alert(lossWords(name, lost));
+            editor.alert(inQuotes(name) + " was imported, but not all of it:" + firstLines(lost));
         }
         return true;
     } catch (const OtherFormatError& error) {

@@ -352,6 +352,13 @@ TEST_F(PresetExchangeTest, WhatOfAnotherToolsRulesIsLostIsNamed) {
     EXPECT_THAT(*desk.editor.alertErrorMessage(), testing::EndsWith("pitch bend\n... and 2 more lines."));
 }
 
+TEST_F(PresetExchangeTest, AFileOfAnotherToolFromWhichNothingCanBeTakenLeavesTheRulesAsTheyAre) {
+    EXPECT_EQ(refusal(write("midimap v1\nforward-unmatched\nPitch ANY ANY | CHN1 SAME SAME\n")),
+              "\"preset.json\" cannot be imported. It holds no rule that can be taken.\n"
+              "line 3: left out: no rule can wait for pitch bend\n" +
+                  chooseAnother);
+}
+
 TEST_F(PresetExchangeTest, ADamagedFileOfAnotherToolIsRefusedWithItsLine) {
     EXPECT_EQ(
         refusal(write("midimap v1\nhello\n")),

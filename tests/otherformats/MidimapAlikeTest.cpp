@@ -51,7 +51,7 @@ private:
         const auto first = oneOf({"ANY", "ANY", "0", "60", "C4", "0x40/0x40", "60/0xff"});
         const auto second = oneOf({"ANY", "ANY", "ANY", "1", "0x40/0x40"});
         const auto sentStatus = oneOf({"SAME", "SAME", "CHN0", "CHN1", "0xb1", "0x90", "0x90/0x0f"});
-        const auto sentFirst = oneOf({"SAME", "SAME", "1", "C5", "0/0x0f", "0x40/0x3f"});
+        const auto sentFirst = oneOf({"SAME", "SAME", "1", "C5", "0/0x0f", "0x40/0x3f", "60/0x80"});
         const auto sentSecond = oneOf({"SAME", "SAME", "SAME", "60", "0x40/0x3f"});
         if (below(5) == 0) {
             return oneOf({"0xc0/0xf0 ", "ANY ", "0xc1 "}) + first + " | " +

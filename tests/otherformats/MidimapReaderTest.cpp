@@ -104,6 +104,11 @@ TEST(MidimapReader, WritesAnotherKindOfMessage) {
                                   send(protocol(StatusV2::programChange, triggerChannel, byte(6))))));
 }
 
+TEST(MidimapReader, SendsAValueWhoseMaskLeavesNothingOfADataByte) {
+    EXPECT_EQ(readMap("NoteOn ANY ANY | SAME 60/0x80 SAME\n").rules,
+              readMap("NoteOn ANY ANY | SAME 60 SAME\n").rules);
+}
+
 TEST(MidimapReader, MatchesMessagesOfAsManyBytesOnly) {
     EXPECT_EQ(
         takenText(readMap("NoteOn 60 | SAME 62\n")),

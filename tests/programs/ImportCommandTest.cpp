@@ -70,6 +70,17 @@ TEST_F(ImportCommandTest, WritesNamesThatAreNoUTF8) {
     EXPECT_THAT(run({"check", target}).out, HasSubstr("Fl\\\\xf6te"));
 }
 
+TEST_F(ImportCommandTest, WritesNothingWhereNoLineBecomesARule) {
+    const auto source = folder.with(
+        "pads.cfg", std::string("midimap v1\nforward-unmatched\nPitch ANY ANY | CHN2 SAME SAME\n"));
+    const auto result = run({"import", source, "-o", folder / "p.json"});
+    EXPECT_EQ(result.status, exitBadData);
+    EXPECT_EQ(result.out, "line 3: left out: no rule can wait for pitch bend\n"
+                          "0 lines taken, 0 of them in part; 1 left out. 0 rules.\n");
+    EXPECT_THAT(result.err, HasSubstr("pads.cfg: holds no rule that can be taken"));
+    EXPECT_EQ(run({"check", folder / "p.json"}).status, exitNoInput);
+}
+
 TEST_F(ImportCommandTest, NamesTheLineOfADamagedFile) {
     const auto result = run({"import", folder.with("p.cfg", std::string("midimap v1\nhello\n"))});
     EXPECT_EQ(result.status, exitBadData);
