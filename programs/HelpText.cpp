@@ -70,7 +70,8 @@ Options:
                         finer, events can move to a neighbouring tick, and a
                         higher rate helps
   --block FRAMES        samples per render cycle, 1 to 1048576 (512); the result
-                        does not depend on it
+                        does not depend on it, unless outputs are dropped
+                        because more than 10,000 wait
   --tail SECONDS        how long to wait for delayed outputs after the end of
                         the file, 0 to 86400 (60)
   --force-size          read IN.mid above 1 GiB, PRESET.json above 64 MiB

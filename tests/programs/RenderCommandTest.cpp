@@ -247,9 +247,9 @@ TEST_F(RenderCommandTest, TakesNumbersAtTheirBounds) {
 
 TEST_F(RenderCommandTest, SaysHowMuchSystemExclusiveItLeavesOut) {
     EXPECT_THAT(render(oneTrackFile("00 f0 03 43 10 f7 05 f0 02 11 f7 05 90 3c 64 00 ff 2f 00"), {}).err,
-                StartsWith("2 SysEx events were left out, 7 bytes: rules never see SysEx\n"));
+                StartsWith("2 SysEx or escape events were left out, 7 bytes: rules never see them\n"));
     EXPECT_THAT(render(oneTrackFile("00 f0 02 43 f7 00 ff 2f 00"), {}, {"--force"}).err,
-                StartsWith("1 SysEx event was left out, 3 bytes: "));
+                StartsWith("1 SysEx or escape event was left out, 3 bytes: "));
 }
 
 /// A note of no length, again and again.
