@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <sstream>
@@ -52,7 +53,7 @@ std::optional<unsigned> note(const std::string& lower) {
     const bool isSharp = lower.size() > 1 && lower[1] == '#';
     const bool isFlat = lower.size() > 1 && lower[1] == 'b';
     const auto behind = std::string_view(lower).substr(isSharp || isFlat ? 2 : 1);
-    int octave = 0;
+    std::int8_t octave = 0;
     const auto [end, error] = std::from_chars(behind.data(), behind.data() + behind.size(), octave);
     const auto value = (octave + 1) * 12 + static_cast<int>(letter) + (isSharp ? 1 : 0) - (isFlat ? 1 : 0);
     const bool isNote = error == std::errc{} && end == behind.data() + behind.size() && octave <= 9 &&

@@ -192,7 +192,8 @@ TEST(MidimapReader, NamesTheLineOfWhatIsDamaged) {
     EXPECT_THAT(mapProblem("midimap v1\n\nhello\n"), HasSubstr("line 3: \"hello\" is neither a rule"));
     EXPECT_THAT(mapProblem("midimap v1\nNoteOn 60 | SAME\n"), HasSubstr("line 2: on each side of |"));
     EXPECT_THAT(mapProblem("midimap v1\n1 2 3 4 | 1 2 3 4\n"), HasSubstr("line 2: on each side of |"));
-    for (const std::string field : {"256", "x", "12/", "0x", "-1", "H2", "C10", "NOTEC16", "1/300"}) {
+    for (const std::string field :
+         {"256", "x", "12/", "0x", "-1", "H2", "C10", "C2147483646", "NOTEC16", "1/300"}) {
         EXPECT_THAT(mapProblem("midimap v1\n" + field + " 60 | SAME SAME\n"), HasSubstr("is not a field"))
             << field;
     }
