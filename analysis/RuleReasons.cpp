@@ -141,7 +141,7 @@ std::string sentWords(const RuleAccount& account) {
 }
 
 RuleReason reasonOf(const std::vector<Rule>& rules, std::size_t rule, const AskedEvent& event,
-                    const EventExplanation& explanation) {
+                    const EventExplanation& explanation, const RuleShelf& shelf) {
     using Verdict = RuleAccount::Verdict;
     const auto& account = explanation.rules[rule];
     const auto& trigger = rules[rule].trigger;
@@ -153,7 +153,7 @@ RuleReason reasonOf(const std::vector<Rule>& rules, std::size_t rule, const Aske
         return {consumed ? "consumed it" : "passed over", failureWords(trigger, account.failure, event),
                 false, consumed};
     case Verdict::neverTried:
-        return {"not reached", ruleWords(rules, *explanation.consumer) + " consumed it"};
+        return {"not reached", ruleWords(rules, *explanation.consumer, shelf) + " consumed it"};
     case Verdict::standsAside: break;
     }
     return {"not asked", asideWords(trigger, event)};
@@ -184,11 +184,11 @@ std::string asideWords(const RuleTriggerV2& trigger, const AskedEvent& event) {
 }
 
 std::vector<RuleReason> ruleReasons(const std::vector<Rule>& rules, const AskedEvent& event,
-                                    const EventExplanation& explanation) {
+                                    const EventExplanation& explanation, const RuleShelf& shelf) {
     std::vector<RuleReason> reasons;
     reasons.reserve(rules.size());
     for (std::size_t rule = 0; rule < rules.size(); ++rule) {
-        reasons.push_back(reasonOf(rules, rule, event, explanation));
+        reasons.push_back(reasonOf(rules, rule, event, explanation, shelf));
     }
     return reasons;
 }
@@ -199,7 +199,7 @@ RuleReason switchedOff() {
 
 std::vector<RuleReason> why(const std::vector<Rule>& rules, const AskedEvent& event, const RuleShelf& shelf) {
     EngineProbe probe(rules);
-    const auto running = ruleReasons(rules, event, explain(probe, event));
+    const auto running = ruleReasons(rules, event, explain(probe, event), shelf);
     std::vector<RuleReason> reasons;
     reasons.reserve(rules.size() + shelf.size());
     auto next = running.begin();

@@ -22,9 +22,10 @@ namespace quillo {
 /// Why a rule is not asked about the event at all: "it fires only when the plug-in is loaded".
 [[nodiscard]] std::string asideWords(const RuleTriggerV2& trigger, const AskedEvent& event);
 
-/// The reason of each rule of an explained list, in order.
+/// The reason of each rule of an explained list, in order. Rules are numbered among those of the shelf.
 [[nodiscard]] std::vector<RuleReason> ruleReasons(const std::vector<Rule>& rules, const AskedEvent& event,
-                                                  const EventExplanation& explanation);
+                                                  const EventExplanation& explanation,
+                                                  const RuleShelf& shelf = {});
 
 /// The reason of a rule that is switched off.
 [[nodiscard]] RuleReason switchedOff();

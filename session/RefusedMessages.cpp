@@ -23,14 +23,16 @@ std::vector<std::uint8_t> systemExclusiveOf(const Rule& rule) {
 }
 
 /// A message that is sent by hand, or whose rule has been edited since, is nobody's.
-std::string senderOf(const RefusedMessages::Message& message, const std::vector<Rule>& rules) {
+std::string senderOf(const RefusedMessages::Message& message, const std::vector<Rule>& rules,
+                     const RuleShelf& shelf) {
     const auto found = std::ranges::find_if(
         rules, [&](const Rule& rule) { return message.matches(systemExclusiveOf(rule)); });
     if (found == rules.end()) {
         return "";
     }
     constexpr std::size_t longestName = 40;
-    return " of rule " + std::to_string(found - rules.begin() + 1) + ", " +
+    const auto place = static_cast<std::size_t>(found - rules.begin());
+    return " of rule " + std::to_string(positionInList(place, shelf) + 1) + ", " +
            inQuotes(found->name, longestName) + ",";
 }
 
@@ -68,14 +70,15 @@ std::optional<RefusedMessages::Message> RefusedMessages::takeNext() {
     return message;
 }
 
-std::string refusalText(const RefusedMessages::Message& message, const std::vector<Rule>& rules) {
+std::string refusalText(const RefusedMessages::Message& message, const std::vector<Rule>& rules,
+                        const RuleShelf& shelf) {
     if (message.fitsNever) {
-        return "The SysEx" + senderOf(message, rules) + " is " + std::to_string(message.size) +
+        return "The SysEx" + senderOf(message, rules, shelf) + " is " + std::to_string(message.size) +
                " bytes long. The host takes no message of this length: it is left out each time, "
                "and everything else is sent. Send it in shorter messages, by several rules.";
     }
     if (message.size != 0) {
-        return "The host had no room left in a block for the SysEx" + senderOf(message, rules) +
+        return "The host had no room left in a block for the SysEx" + senderOf(message, rules, shelf) +
                " and for what was to follow it. Give it a delay, so that less is sent at one time.";
     }
     return "The host had no room left in a block: messages were lost. "

@@ -12,6 +12,7 @@
 
 #include "platform/RealTime.hpp"
 #include "rules/Rule.hpp"
+#include "rules/RuleShelf.hpp"
 
 namespace quillo {
 
@@ -54,8 +55,8 @@ private:
 };
 
 /// [main] What is reported to the user of a refused message, with the number and name of the rule whose
-/// system exclusive it is.
-[[nodiscard]] std::string refusalText(const RefusedMessages::Message& message,
-                                      const std::vector<Rule>& rules);
+/// system exclusive it is. Rules that are switched off count as well.
+[[nodiscard]] std::string refusalText(const RefusedMessages::Message& message, const std::vector<Rule>& rules,
+                                      const RuleShelf& shelf);
 
 }  // namespace quillo

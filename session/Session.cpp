@@ -262,7 +262,7 @@ void Session::showNextAlert() {
 /// A message that the host has no room for today it has no room for tomorrow. However many more are refused
 /// meanwhile, a drain ends.
 void Session::tellRefusals() {
-    std::optional<std::vector<Rule>> rules;
+    std::optional<PluginData> stored;
     for (auto left = RefusedMessages::room; left > 0; --left) {
         const auto message = renderer_.refused().takeNext();
         if (!message) {
@@ -272,10 +272,10 @@ void Session::tellRefusals() {
             continue;
         }
         refusals_.push_back(*message);
-        if (!rules) {
-            rules = processor_.rules();
+        if (!stored) {
+            stored = this->stored();
         }
-        auto text = refusalText(*message, *rules);
+        auto text = refusalText(*message, stored->rules, stored->shelf);
         if (refusalsTold_.insert(text).second) {
             tellUser(std::move(text));
         }

@@ -20,10 +20,10 @@ std::string policyWords(PassThroughV2 policy) {
     return std::ranges::find(passThroughMenu(), policy, &MenuItem<PassThroughV2>::value)->label;
 }
 
-std::string ruleWords(const std::vector<Rule>& rules, std::size_t position) {
+std::string ruleWords(const std::vector<Rule>& rules, std::size_t position, const RuleShelf& shelf) {
     constexpr std::size_t longestName = 40;
     const auto& name = rules[position].name;
-    auto words = "rule " + std::to_string(position + 1);
+    auto words = "rule " + std::to_string(positionInList(position, shelf) + 1);
     return name.empty() ? words : words + ' ' + inQuotes(name, longestName);
 }
 

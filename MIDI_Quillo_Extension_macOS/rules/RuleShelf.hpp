@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -36,6 +37,12 @@ void visitInOrder(std::span<const Rule> rules, std::span<const ShelvedRule> shel
             visit(rules[place], false);
         }
     }
+}
+
+/// The position of a rule that runs among all rules of the list.
+[[nodiscard]] inline std::size_t positionInList(std::size_t place, std::span<const ShelvedRule> shelf) {
+    const auto isBefore = [place](const ShelvedRule& shelved) { return shelved.place <= place; };
+    return place + static_cast<std::size_t>(std::ranges::count_if(shelf, isBefore));
 }
 
 }  // namespace quillo

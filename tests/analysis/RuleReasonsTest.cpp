@@ -38,6 +38,13 @@ TEST(RuleReasons, SayWhatARuleThatWasPassedOverWaitsFor) {
                             "passed over: it waits for Note Off, this is a Note On"));
 }
 
+TEST(RuleReasons, CountTheRulesThatAreSwitchedOff) {
+    const std::vector rules{rule(onNoteOn(any, any, eatMatching), answer, "Pedal"), rule(onNoteOn(), answer)};
+    const auto reasons = why(rules, MIDIMessage{0x90, 60, 1}, {{0, rules[1]}});
+    ASSERT_EQ(reasons.size(), 3U);
+    EXPECT_EQ(reasons[2].text(), "not reached: rule 2 \"Pedal\" consumed it");
+}
+
 TEST(RuleReasons, NameTheRuleThatConsumedTheEvent) {
     const std::vector rules{rule(onNoteOn(), answer, "Echo"), rule(onLoad(), answer, "Reset"),
                             rule(onNoteOn(any, any, eatMatching), answer, "Pedal"),

@@ -27,10 +27,11 @@ class RefusedMessagesTest : public testing::Test {
 protected:
     std::string textFor(const Bytes& bytes, bool fitsNever) {
         refused.add(bytes, fitsNever);
-        return refusalText(refused.takeNext().value(), rules);
+        return refusalText(refused.takeNext().value(), rules, shelf);
     }
 
     RefusedMessages refused;
+    RuleShelf shelf;
     const std::vector<Rule> rules{rule(onNoteOn(), send(noteOn(0, 1, 1)), "note"),
                                   rule(onNoteOn(), send(systemExclusive(Bytes(100, 1))), "patch"),
                                   rule(onNoteOn(), send(systemExclusive(Bytes(70000, 2))), "dump")};
@@ -90,11 +91,17 @@ TEST_F(RefusedMessagesTest, TheTextNamesTheRuleWhoseMessageNeverFits) {
                 AllOf(HasSubstr("rule 3, \"dump\""), HasSubstr("70002 bytes"), HasSubstr("left out")));
 }
 
+TEST_F(RefusedMessagesTest, TheTextCountsRulesThatAreSwitchedOff) {
+    shelf = {{0, rules[0]}, {1, rules[1]}, {2, rules[2]}};
+    EXPECT_THAT(textFor(exclusive(100, 1), true), HasSubstr("rule 4, \"patch\""));
+    EXPECT_THAT(textFor(exclusive(70000, 2), true), HasSubstr("rule 6, \"dump\""));
+}
+
 TEST_F(RefusedMessagesTest, NoNameOfARuleBreaksTheTextOrFillsIt) {
     const std::vector<Rule> odd{
         rule(onNoteOn(), send(systemExclusive(Bytes(5, 1))), "a\n" + std::string(5000, 'b'))};
     refused.add(exclusive(5, 1), true);
-    const auto text = refusalText(refused.takeNext().value(), odd);
+    const auto text = refusalText(refused.takeNext().value(), odd, {});
     EXPECT_THAT(text, AllOf(HasSubstr("rule 1, \"a\\nbbb"), Not(HasSubstr("\n"))));
     EXPECT_LT(text.size(), 300U);
 }
