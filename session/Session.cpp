@@ -136,8 +136,13 @@ HitHistory::Moment Session::now() {
     return {renderer_.reached(), processor_.sampleRate.load()};
 }
 
+/// What was copied the last time may wait no longer.
 void Session::watchWaiting(bool isSeen) {
     waitingIsWatched_ = isSeen;
+    waiting_.clear();
+    if (isSeen) {
+        renderer_.snapshot().request();
+    }
 }
 
 void Session::cancelWaiting(std::uint64_t number) {
@@ -200,11 +205,10 @@ void Session::showHits() {
     model_->setHits(inPlaces(hits, model_->rules()));
 }
 
-/// The next copies are asked for at once: they need a block or more.
+/// The next copies are asked for at once: they need a block or more, which a host that lets the plug-in sleep
+/// does not render while nothing waits.
 void Session::showWaiting() {
-    if (!waitingIsWatched_) {
-        waiting_.clear();
-    } else {
+    if (waitingIsWatched_) {
         if (const auto copies = renderer_.snapshot().copies()) {
             waiting_.assign(copies->begin(), copies->end());
             std::ranges::sort(waiting_, {},
@@ -212,7 +216,11 @@ void Session::showWaiting() {
         }
         renderer_.snapshot().request();
     }
-    model_->setWaiting(waitingOutputs(), renderer_.waitingOutputs());
+    const auto count = renderer_.waitingOutputs();
+    if (count == 0) {
+        waiting_.clear();
+    }
+    model_->setWaiting(waitingOutputs(), count);
 }
 
 /// What was copied while it waited may have left since.

@@ -271,6 +271,36 @@ TEST_F(SessionWatchTest, AllThatWaitsIsCancelled) {
     EXPECT_EQ(model().waitingCount(), 0U);
 }
 
+TEST_F(SessionWatchTest, NothingIsListedAnyMoreOnceNothingWaitsThoughNoBlockFollows) {
+    session.install({echo});
+    openEditor();
+    session.watchWaiting(true);
+    block(10, {{0, {0x90, 60, 1}}});
+    EXPECT_THAT(numbersOfWhatWaits(), ElementsAre(1));
+    session.cancelAllWaiting();
+    block(1);
+    session.drain();
+    EXPECT_EQ(model().waitingCount(), 0U);
+    EXPECT_TRUE(model().waiting().empty());
+}
+
+TEST_F(SessionWatchTest, AListThatIsOpenedAgainShowsNothingOfBefore) {
+    session.install({echo});
+    openEditor();
+    session.watchWaiting(true);
+    block(10, {{0, {0x90, 60, 1}}});
+    EXPECT_THAT(numbersOfWhatWaits(), ElementsAre(1));
+    block(1);
+    session.watchWaiting(false);
+    session.cancelAllWaiting();
+    block(10);
+    block(10, {{0, {0x90, 61, 1}}});
+    session.watchWaiting(true);
+    session.drain();
+    EXPECT_TRUE(model().waiting().empty());
+    EXPECT_THAT(numbersOfWhatWaits(), ElementsAre(2));
+}
+
 TEST_F(SessionWatchTest, PanicSaysWhatItDidUntilThatIsDismissed) {
     session.install({echo});
     openEditor();
