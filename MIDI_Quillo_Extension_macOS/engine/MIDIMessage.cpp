@@ -28,8 +28,4 @@ void MIDIMessage::share(SharedBytes* bytes) QUILLO_REALTIME {
     shared_ = bytes;
 }
 
-void MIDIMessage::freeRetired() {
-    SharedBytes::freeRetired();
-}
-
 }  // namespace quillo

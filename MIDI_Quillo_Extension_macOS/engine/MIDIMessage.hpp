@@ -19,7 +19,7 @@ namespace quillo {
 ///
 /// Short messages lie inside the value and long ones (system exclusive) are shared, so that copying, moving
 /// and dropping one neither allocates nor frees: they may all happen on the render thread. The storage of a
-/// long message that is no longer held is freed when the next long one is made, or by `freeRetired`.
+/// long message that is no longer held is freed when the next long one is made, or by `SharedBytes::freeRetired`.
 class MIDIMessage {
 public:
     /// The longest message that needs no storage of its own, in bytes.
@@ -52,9 +52,6 @@ public:
     [[nodiscard]] std::size_t size() const QUILLO_REALTIME { return bytes().size(); }
 
     bool operator==(const MIDIMessage& other) const QUILLO_REALTIME;
-
-    /// [any but render] Frees the storage of long messages that are no longer held.
-    static void freeRetired();
 
 private:
     /// The size and the bytes. They are made and copied as one word: a processor waits when it reads as a

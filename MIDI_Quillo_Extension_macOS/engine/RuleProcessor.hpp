@@ -31,7 +31,8 @@ namespace quillo {
 /// other than `noErr`. A cycle covers the sample times from `start` up to, and not including, `end`. All
 /// messages leave through the caller's output function, on cable 0.
 ///
-/// Every operation enters `dispatchQueue` by itself: steps and reads as ordinary blocks, changes as barriers.
+/// Every operation but `loadAgain` and `hearsHostTransport` enters `dispatchQueue` by itself: steps and reads as
+/// ordinary blocks, changes as barriers.
 /// The bodies of the steps stand in Cycle.cpp, those of the rest in RuleProcessor.cpp.
 class RuleProcessor {
 public:
@@ -43,7 +44,7 @@ public:
     /// Samples per second, used when rules are installed: those installed before keep their delays.
     std::atomic<std::uint64_t> sampleRate{defaultSampleRate};
 
-    /// "rule-processore-queue": all state of the processor is touched in its blocks only.
+    /// "rule-processore-queue": the rules and the delays are touched in its blocks only.
     DispatchQueue dispatchQueue;
 
     /// Where a render step leaves a fatal error: times beyond 64 bits, a damaged delay queue.

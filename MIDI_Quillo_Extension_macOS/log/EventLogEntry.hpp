@@ -40,8 +40,9 @@ private:
 
 /// One line of the event log.
 struct EventLogEntry {
-    /// The host's sample time, never converted: of an incoming message its own, of a transport change the
-    /// start of the cycle in which it was seen, of an outgoing message the one it was handed over with.
+    /// In the audio unit the host's sample time, never converted: of an incoming message its own, of a
+    /// transport change the start of the cycle in which it was seen, of an outgoing message the one it was
+    /// handed over with. In a session their places on the renderer's timeline.
     SampleTime timestamp = 0;
     EventLogEntryVariants variants;
 

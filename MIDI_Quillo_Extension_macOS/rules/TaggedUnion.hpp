@@ -2,7 +2,6 @@
 #pragma once
 
 #include <concepts>
-#include <cstddef>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -35,9 +34,6 @@ public:
     [[nodiscard]] bool is() const QUILLO_REALTIME {
         return std::holds_alternative<Case>(variant_);
     }
-
-    /// The case's position in the declared order.
-    [[nodiscard]] std::size_t index() const QUILLO_REALTIME { return variant_.index(); }
 
     /// For visits of all cases, off the render thread.
     [[nodiscard]] const Variant& variant() const { return variant_; }

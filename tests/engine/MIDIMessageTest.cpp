@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "engine/SharedBytes.hpp"
 #include "support/OutputRecorder.hpp"
 
 namespace quillo {
@@ -58,7 +59,7 @@ TEST(MIDIMessage, ACopyOutlivesItsOriginal) {
     auto message = MIDIMessage::copyOf(counting(100));
     const auto copy = message;
     message = MIDIMessage{0xFA};
-    MIDIMessage::freeRetired();
+    SharedBytes::freeRetired();
     EXPECT_EQ(copyOf(copy.bytes()), counting(100));
 }
 

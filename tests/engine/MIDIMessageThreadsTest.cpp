@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "engine/MIDIMessage.hpp"
+#include "engine/SharedBytes.hpp"
 #include "support/Threads.hpp"
 
 namespace quillo {
@@ -30,9 +31,9 @@ TEST(MIDIMessageThreads, BytesOfALongOneAreReadBeforeAnotherThreadFreesThem) {
     const JoinedThread other(
         [&, held = std::exchange(messages, {})]() mutable { readAndDrop(std::move(held)); });
     while (reading.load(std::memory_order_relaxed) > 0) {
-        MIDIMessage::freeRetired();
+        SharedBytes::freeRetired();
     }
-    MIDIMessage::freeRetired();
+    SharedBytes::freeRetired();
 }
 
 }  // namespace

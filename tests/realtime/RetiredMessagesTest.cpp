@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include "engine/SharedBytes.hpp"
 #include "realtime/CallCounter.hpp"
 #include "realtime/EveryRule.hpp"
 #include "realtime/RealTimeHost.hpp"
@@ -26,7 +27,7 @@ TEST(RetiredMessages, AreFreedByAnotherThreadThanTheRenderThread) {
     host.push(everyMessage[0]);
     ASSERT_EQ(host.render(), noErr);
     processor.setRules({});
-    MIDIMessage::freeRetired();
+    SharedBytes::freeRetired();
 
     constexpr CallCounts messageAndItsBytes{0, 2, 0};
     JoinedThread([&] {
@@ -40,7 +41,7 @@ TEST(RetiredMessages, AreFreedByAnotherThreadThanTheRenderThread) {
     EXPECT_EQ(host.calls(), noCalls);
 
     const CallCounter::Scope scope;
-    MIDIMessage::freeRetired();
+    SharedBytes::freeRetired();
     EXPECT_EQ(scope.counts(), messageAndItsBytes);
 }
 

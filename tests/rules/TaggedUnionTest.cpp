@@ -19,14 +19,6 @@ TEST(TaggedUnion, HandsOutThePayloadOfItsCaseOnly) {
     EXPECT_FALSE(value.is<TriggerValueV2::AnyValue>());
 }
 
-TEST(TaggedUnion, NumbersItsCasesInTheDeclaredOrder) {
-    EXPECT_EQ(RuleTriggerV2(RuleTriggerV2::HostTransport{}).index(), 1U);
-    EXPECT_EQ(RuleTriggerV2(RuleTriggerV2::OnLoad{}).index(), 2U);
-    EXPECT_EQ(MessageBasedTriggerVariantsV2(MessageBasedTriggerVariantsV2::Start{}).index(), 1U);
-    EXPECT_EQ(MessageBasedTriggerVariantsV2(MessageBasedTriggerVariantsV2::Stop{}).index(), 2U);
-    EXPECT_EQ(MessageBasedTriggerVariantsV2(MessageBasedTriggerVariantsV2::Continue{}).index(), 3U);
-}
-
 TEST(TaggedUnion, IsEqualWhenCaseAndPayloadAre) {
     using Channel = RuleOutputChannelV2;
     EXPECT_EQ(Channel(Channel::Value{3}), Channel(Channel::Value{3}));
