@@ -32,10 +32,18 @@ bool isThere(const fs::path& path) {
     return fs::exists(path, ignored);
 }
 
+/// Behind the name of a file that is not finished, before the numbers of the process and of the file.
+constexpr std::string_view unfinished = ".tmp-";
+
 /// A name beside `path` that this process has not used before.
 std::string nameBeside(const fs::path& path) {
     static std::atomic<unsigned> used{0};
-    return path.string() + "." + std::to_string(::getpid()) + "-" + std::to_string(used++);
+    return path.string() + std::string(unfinished) + std::to_string(::getpid()) + "-" +
+           std::to_string(used++);
+}
+
+bool isNumber(std::string_view text) {
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
 /// A file beside the final one, taken away again unless it reaches its place.
@@ -233,6 +241,16 @@ void writeWholeFile(const fs::path& path, std::span<const std::uint8_t> bytes, E
         file.replaceTarget();
     }
     makeNamesDurable(target.parent_path());
+}
+
+bool isUnfinished(std::string_view name, std::string_view target) {
+    if (!name.starts_with(target) || !name.substr(target.size()).starts_with(unfinished)) {
+        return false;
+    }
+    const auto numbers = name.substr(target.size() + unfinished.size());
+    const auto dash = numbers.find('-');
+    return dash != std::string_view::npos && isNumber(numbers.substr(0, dash)) &&
+           isNumber(numbers.substr(dash + 1));
 }
 
 void makeNamesDurable(const fs::path& folder) {

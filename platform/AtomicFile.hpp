@@ -6,6 +6,7 @@
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quillo {
@@ -53,6 +54,10 @@ inline constexpr std::uint64_t usualSizeLimit = 64UL * 1024 * 1024;
 /// than a regular file or leads nowhere.
 void writeWholeFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
                     Existing existing);
+
+/// Whether a file of this name can be one that `writeWholeFile` has begun to write for one called `target`:
+/// it stays behind where a process is killed meanwhile. Names without their folders.
+[[nodiscard]] bool isUnfinished(std::string_view name, std::string_view target);
 
 /// Waits until the disk knows the names in a folder, after a file there got or changed its own. A file system
 /// without such a promise is let be.

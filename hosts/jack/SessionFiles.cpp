@@ -75,21 +75,6 @@ void nameTwice(const fs::path& file, const fs::path& second) {
     }
 }
 
-/// A session's file that has not reached its place: "NAME.new.json", "NAME.old.json", and what
-/// `writeWholeFile` writes before it has the final name, with the numbers of the process and of the file
-/// behind it.
-bool isLeftover(std::string_view file, std::string_view stem) {
-    constexpr std::string_view numbers = "0123456789-";
-    if (!file.starts_with(stem) || !file.substr(stem.size()).starts_with('.')) {
-        return false;
-    }
-    const auto rest = file.substr(stem.size());
-    const auto dot = rest.rfind('.');
-    const bool isNumbered = rest.find_first_not_of(numbers, dot + 1) == std::string_view::npos;
-    return rest == ".new.json" || rest == ".old.json" ||
-           (dot > 0 && isNumbered && rest.find('-', dot) != std::string_view::npos);
-}
-
 /// A file that is on its way to its place; one that stays behind is taken away, also that of a program that
 /// was interrupted.
 struct Passing {
@@ -143,12 +128,29 @@ void SessionFiles::makeFolder() const {
     makeFolders(folder_);
 }
 
+fs::path SessionFiles::next() const {
+    return folder_ / (stem_ + ".tmp-next");
+}
+
+fs::path SessionFiles::before() const {
+    return folder_ / (stem_ + ".tmp-before");
+}
+
+/// What has not reached its place. Nothing else: users keep copies here, under names of their own.
+bool SessionFiles::isLeftover(const std::string& name) const {
+    const auto isUnfinishedOf = [&](const fs::path& file) {
+        return isUnfinished(name, file.filename().string());
+    };
+    return name == next().filename() || name == before().filename() || isUnfinishedOf(file(0)) ||
+           isUnfinishedOf(next()) || isUnfinishedOf(settingsFile());
+}
+
 void SessionFiles::removeLeftovers() const {
     std::error_code error;
     std::vector<fs::path> leftovers;
     for (fs::directory_iterator found(folder_, error); !error && found != fs::directory_iterator();
          found.increment(error)) {
-        if (isLeftover(found->path().filename().string(), stem_)) {
+        if (isLeftover(found->path().filename().string())) {
             leftovers.push_back(found->path());
         }
     }
@@ -180,10 +182,10 @@ std::vector<SessionFiles::Version> SessionFiles::versions() const {
 /// What takes up room comes first: when there is none, every version still is where it was.
 void SessionFiles::add(std::span<const std::uint8_t> document) {
     makeFolder();
-    const Passing next(folder_ / (stem_ + ".new.json"));
-    writeWholeFile(next.file, document, Existing::replace);
+    const Passing passing(next());
+    writeWholeFile(passing.file, document, Existing::replace);
     keepNewest();
-    putInPlace(next.file, file(0));
+    putInPlace(passing.file, file(0));
 }
 
 void SessionFiles::replaceNewest(std::span<const std::uint8_t> document) {
@@ -197,7 +199,7 @@ void SessionFiles::keepNewest() {
     if (!fs::exists(file(0), ignored)) {
         return;
     }
-    const Passing second(folder_ / (stem_ + ".old.json"));
+    const Passing second(before());
     nameTwice(file(0), second.file);
     for (auto age = keptVersions - 1; age > 1; --age) {
         if (fs::exists(file(age - 1), ignored)) {

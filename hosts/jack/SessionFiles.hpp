@@ -59,6 +59,10 @@ public:
     void makeFolder() const;
 
 private:
+    /// The newest version before it has its name, and the one before while it has two.
+    [[nodiscard]] std::filesystem::path next() const;
+    [[nodiscard]] std::filesystem::path before() const;
+    [[nodiscard]] bool isLeftover(const std::string& name) const;
     void keepNewest();
 
     std::filesystem::path folder_;

@@ -271,11 +271,22 @@ TEST_F(AtomicFile, RejectsAFolderAndADevice) {
 TEST_F(AtomicFile, StepsAroundWhatAnInterruptedProcessOfTheSameNumberLeft) {
     constexpr int leftOvers = 200;
     for (int i = 0; i < leftOvers; ++i) {
-        std::ofstream(file.string() + "." + std::to_string(::getpid()) + "-" + std::to_string(i)) << "old";
+        std::ofstream(file.string() + ".tmp-" + std::to_string(::getpid()) + "-" + std::to_string(i))
+            << "old";
     }
     writeWholeFile(file, newBytes, Existing::keep);
     EXPECT_EQ(readWholeFile(file), newBytes);
     EXPECT_EQ(names().size(), leftOvers + 1U);
+}
+
+TEST_F(AtomicFile, WhatAnInterruptedProcessLeftIsKnownByItsName) {
+    EXPECT_TRUE(isUnfinished("song.mid.tmp-4711-0", "song.mid"));
+    for (const auto* name :
+         {"song.mid", "song.mid.tmp", "song.mid.tmp-", "song.mid.tmp-4711", "song.mid.tmp-4711-",
+          "song.mid.tmp--0", "song.mid.tmp-4711-0-1", "song.mid.tmp-4711-0 ", "song.mid.4711-0",
+          "song.mid.2026-11-20", "a song.mid.tmp-4711-0", "song.tmp-4711-0"}) {
+        EXPECT_FALSE(isUnfinished(name, "song.mid")) << name;
+    }
 }
 
 TEST_F(AtomicFile, SaysWhenTheFolderIsMissing) {

@@ -278,7 +278,7 @@ TEST_F(ManagedSessionTest, ASignalSavesTheProjectAsTheManagerDoes) {
 
 TEST_F(ManagedSessionTest, LeftoversOfAProgramThatWasKilledGo) {
     writeProject("nA", PluginData{loadRulesCalled("saved")}.write());
-    const auto leftover = project("nA") / "rules.json.123-0";
+    const auto leftover = project("nA") / "rules.json.tmp-123-0";
     writeWholeFile(leftover, Data{'{'}, Existing::keep);
     join();
     open("nA");

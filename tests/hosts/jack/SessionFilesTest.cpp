@@ -153,11 +153,21 @@ TEST_F(SessionFilesTest, WhatAProgramThatWasKilledHasLeftGoesAndNothingElse) {
     files.add(documentOf(2));
     const auto where = folder / "state" / "midi-quillo";
     const auto put = [&](const char* name) { writeWholeFile(where / name, Data{1}, Existing::keep); };
-    const std::array leftovers{"midi-quillo.new.json", "midi-quillo.old.json", "midi-quillo.json.4711-0",
-                               "midi-quillo.new.json.4711-12", "midi-quillo.settings.4711-3"};
-    const std::array others{"midi-quillo.settings",   "midi-quillo.lock",           "midi-quillo.9.json",
-                            "midi-quillo-2.new.json", "midi-quillo-2.json.4711-0",  "midi-quillo.json.bak",
-                            "midi-quillo.json.4711",  "my midi-quillo.json.4711-0", "other.json.4711-0"};
+    const std::array leftovers{"midi-quillo.tmp-next", "midi-quillo.tmp-before",
+                               "midi-quillo.json.tmp-4711-0", "midi-quillo.tmp-next.tmp-4711-12",
+                               "midi-quillo.settings.tmp-4711-3"};
+    const std::array others{"midi-quillo.settings",
+                            "midi-quillo.lock",
+                            "midi-quillo.9.json",
+                            "midi-quillo-2.tmp-next",
+                            "midi-quillo-2.json.tmp-4711-0",
+                            "midi-quillo.json.bak",
+                            "midi-quillo.json.tmp-4711",
+                            "my midi-quillo.json.tmp-4711-0",
+                            "other.json.tmp-4711-0",
+                            "midi-quillo.json.tmp-4711-0-1",
+                            "midi-quillo.json.tmp-",
+                            "midi-quillo.json.tmp--0"};
     std::ranges::for_each(leftovers, put);
     std::ranges::for_each(others, put);
     files.removeLeftovers();
@@ -169,6 +179,22 @@ TEST_F(SessionFilesTest, WhatAProgramThatWasKilledHasLeftGoesAndNothingElse) {
     }
     EXPECT_EQ(readWholeFile(files.file(0)), documentOf(2));
     EXPECT_EQ(readWholeFile(files.file(1)), documentOf(1));
+}
+
+TEST_F(SessionFilesTest, CopiesThatTheUserHasMadeStay) {
+    files.add(documentOf(1));
+    const auto where = folder / "state" / "midi-quillo";
+    const std::array copies{
+        "midi-quillo.json.2026-11-20", "midi-quillo.stage.20261120-1", "midi-quillo.settings.2026-11-20",
+        "midi-quillo.old.json",        "midi-quillo.new.json",         "midi-quillo.json.4711-0"};
+    for (const auto* name : copies) {
+        writeWholeFile(where / name, Data{1}, Existing::keep);
+    }
+    files.removeLeftovers();
+    files.add(documentOf(2));
+    for (const auto* name : copies) {
+        EXPECT_TRUE(fs::exists(where / name)) << name;
+    }
 }
 
 TEST_F(SessionFilesTest, NoTwoNamesShareAFile) {
