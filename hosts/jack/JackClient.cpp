@@ -6,6 +6,7 @@
 #include <jack/uuid.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdlib>
 #include <utility>
 
@@ -198,11 +199,14 @@ PortDescription JackClient::describe(jack_port_t* port) const {
             ::jack_port_is_mine(client_.get(), port) != 0};
 }
 
-bool JackClient::connect(const PortDescription& port) {
-    if (port.givesMIDI) {
-        return ::jack_connect(client_.get(), port.name.c_str(), ::jack_port_name(in_)) == 0;
+JackClient::Connecting JackClient::connect(const PortDescription& port) {
+    const auto result = port.givesMIDI
+                            ? ::jack_connect(client_.get(), port.name.c_str(), ::jack_port_name(in_))
+                            : ::jack_connect(client_.get(), ::jack_port_name(out_), port.name.c_str());
+    if (result == 0) {
+        return Connecting::done;
     }
-    return ::jack_connect(client_.get(), ::jack_port_name(out_), port.name.c_str()) == 0;
+    return result == EEXIST ? Connecting::wasDone : Connecting::refused;
 }
 
 bool JackClient::disconnect(const PortDescription& port) {

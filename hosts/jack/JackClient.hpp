@@ -80,9 +80,11 @@ public:
     /// Whether there is a port of this full name.
     [[nodiscard]] bool hasPort(const std::string& name) const;
 
-    /// Connects the port to our input if it gives MIDI, to our output if it takes MIDI. True if it was not
-    /// connected before and is now.
-    bool connect(const PortDescription& port);
+    /// What came of connecting a port. A client that has ports and is not active yet refuses.
+    enum class Connecting : std::uint8_t { done, wasDone, refused };
+
+    /// Connects the port to our input if it gives MIDI, to our output if it takes MIDI.
+    Connecting connect(const PortDescription& port);
     /// Takes that connection down. True if it was there.
     bool disconnect(const PortDescription& port);
 

@@ -124,11 +124,17 @@ bool ServerLink::wasConnected(const PortDescription& port) const {
     return contains(port.givesMIDI ? seen_.sources : seen_.targets, port.name);
 }
 
-/// Notes it at once: a server shows a connection a cycle after it was made, and may end before.
+/// Notes it at once: a server shows a connection a cycle after it was made, and may end before. The port of a
+/// client that is not active yet counts as missing: it appears again when its client is.
 void ServerLink::makeConnection(const PortDescription& port) {
     (port.givesMIDI ? noted_.sources : noted_.targets).push_back(port.name);
-    if (client_->connect(port)) {
+    switch (client_->connect(port)) {
+    case JackClient::Connecting::done:
         messages_.say((port.givesMIDI ? "hears " : "sends to ") + escaped(port.name));
+        break;
+    case JackClient::Connecting::wasDone: break;
+    case JackClient::Connecting::refused:
+        port.givesMIDI ? connections_.remember({port.name}, {}) : connections_.remember({}, {port.name});
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <sstream>
 
@@ -183,6 +184,25 @@ TEST_F(ServerLinkTest, AConnectionMadeByHandComesBackWithItsPortHoweverSoon) {
         ASSERT_EQ(::jack_disconnect(player.client(), "midi-quillo:MIDIQuillo", "test-listener:in"), 0);
         turnUntil([&] { return link.connections().sources.empty() && link.connections().targets.empty(); });
     }
+}
+
+TEST_F(ServerLinkTest, AConnectionOutlivesThatItsPortIsThereBeforeItsClientIsActive) {
+    const std::unique_ptr<jack_client_t, decltype(&::jack_client_close)> late(
+        ::jack_client_open("late", static_cast<jack_options_t>(JackNoStartServer | JackServerName), nullptr,
+                           server.name().c_str()),
+        &::jack_client_close);
+    ASSERT_NE(late, nullptr);
+    ::jack_set_process_callback(late.get(), [](jack_nframes_t, void*) { return 0; }, nullptr);
+    ::jack_port_register(late.get(), "in", JACK_DEFAULT_MIDI_TYPE, JackPortIsInput, 0);
+    link.become("midi-quillo", {{}, {"late:in"}});
+    link.connect();
+    letPass(3);
+    EXPECT_EQ(link.connections().targets, std::vector<std::string>{"late:in"});
+    EXPECT_FALSE(hasSaid("sends to late:in"));
+    ASSERT_EQ(::jack_activate(late.get()), 0);
+    turnUntil([&] { return hasSaid("sends to late:in"); });
+    ASSERT_EQ(::jack_disconnect(late.get(), "midi-quillo:MIDIQuillo", "late:in"), 0);
+    turnUntil([&] { return link.connections().targets.empty(); });
 }
 
 /// What a window shows: the status as it was when the link last said that it may be another one.
