@@ -86,6 +86,14 @@ std::string stepName(const std::string& verb, const std::string& first, std::siz
     return verb + " " + first + (count > 1 ? " (" + std::to_string(count) + " rules)" : "");
 }
 
+/// Whether none of the rules is left, and there are some.
+bool areOthers(const RuleList& before, const RuleList& after) {
+    std::set<UUID> ids;
+    std::ranges::transform(after, std::inserter(ids, ids.end()), &RuleEntryIdentifiable::id);
+    const auto isLeft = [&](const auto& element) { return ids.contains(element.id); };
+    return !before.empty() && !after.empty() && std::ranges::none_of(before, isLeft);
+}
+
 }  // namespace
 
 std::int64_t nextIndex(const RuleList& rules) {
@@ -511,6 +519,7 @@ bool RuleListEditor::replaceAll(RuleList list, const std::string& stepName) {
     if (!apply(std::move(list), stepName)) {
         return false;
     }
+    onReplaced_();
     if (notice) {
         alert(*notice);
     }
@@ -546,10 +555,15 @@ void RuleListEditor::walk(RuleList (RuleListHistory::*go)(RuleList)) {
     history_ = std::move(history);
     if (isBackAtRulesNotShown(history_)) {
         bringBackRulesNotShown();
+        onReplaced_();
         return;
     }
     const auto changed = changedRule(rules(), list);
+    const bool isReplaced = whyNotEditable() || areOthers(rules(), list);
     show(std::move(list));
+    if (isReplaced) {
+        onReplaced_();
+    }
     if (changed && onWalk_) {
         onWalk_(*changed);
     }

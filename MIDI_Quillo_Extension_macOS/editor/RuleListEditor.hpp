@@ -63,6 +63,9 @@ public:
 
     /// Called with the rule that a step which was undone or redone has changed.
     void setOnWalk(std::function<void(const UUID& id)> onWalk) { onWalk_ = std::move(onWalk); }
+    /// Called when a preset's rules have taken the place of all: by `replaceAll`, or by a step that is undone
+    /// or redone and leaves none of the rules that were there.
+    void setOnReplaced(std::function<void()> onReplaced) { onReplaced_ = std::move(onReplaced); }
     /// Asked for the time in the place of the system's clock.
     void setNow(std::function<Clock::time_point()> now) { now_ = std::move(now); }
 
@@ -195,6 +198,7 @@ private:
     OnRulesChanged onRulesChanged_;
     OnInstantMessageClick onInstantMessageClick_;
     std::function<void(const UUID&)> onWalk_;
+    std::function<void()> onReplaced_ = [] {};
     std::function<Clock::time_point()> now_ = Clock::now;
     Clock::time_point lastStep_;
     RuleListHistory history_;

@@ -120,6 +120,7 @@ private:
         host_.emplace(order->options, order->console, *loop_, order->signals);
         host_->loadRules();
         shell_.emplace(host_->session());
+        shell_->view().editor().setOnReplaced([this] { host_->endNotes(); });
         addServerBar();
         host_->setOnChange([this] {
             nameWindow();

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/jack/JackHost.hpp"
 
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
@@ -47,7 +46,6 @@ JackHost::JackHost(const JackOptions& options, const Console& console, EventLoop
       link_(session_, messages_, {options.server, options.name, options.startServer},
             ConnectionKeeper(options.connectIn, options.connectOut)),
       settings_(link_),
-      rulesShown_(session_.model()->observeRules([this] { rulesShown(); })),
       panicAnswered_(session_.model()->observePanic([this] { tellOfPanic(); })) {
     link_.setPanicMessage(options.panicMessage);
     session_.setOnEdit([this] { ruleEdited(); });
@@ -172,20 +170,6 @@ void JackHost::reloadPreset() {
 
 void JackHost::endNotes() {
     session_.renderer().requests().ask(RenderRequests::Kind::endOfNotes);
-}
-
-/// Where none of the rules is left that were shown before, others have taken the place of all: those of a
-/// preset, or the ones before it.
-void JackHost::rulesShown() {
-    std::set<UUID> shown;
-    for (const auto& element : session_.model()->rules()) {
-        shown.insert(element.id);
-    }
-    const auto isLeft = [&](const UUID& id) { return shown.contains(id); };
-    if (!shown.empty() && !shown_.empty() && std::ranges::none_of(shown_, isLeft)) {
-        endNotes();
-    }
-    shown_ = std::move(shown);
 }
 
 void JackHost::tellOfPanic() {

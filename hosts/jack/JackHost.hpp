@@ -6,7 +6,6 @@
 #include <functional>
 #include <initializer_list>
 #include <optional>
-#include <set>
 #include <string>
 
 #include "commandline/CommandFailure.hpp"
@@ -58,6 +57,10 @@ public:
     /// program ends.
     void windowClosed();
 
+    /// The notes that sound end at the start of the next cycle: for an editor that has put a preset in the
+    /// place of the rules.
+    void endNotes();
+
     /// Saves the rules and reads the preset again; one that cannot be used leaves the rules as they are.
     void reloadPreset();
 
@@ -84,8 +87,6 @@ private:
     void save();
     [[nodiscard]] int statusOfSaving() const;
     void ruleEdited();
-    void rulesShown();
-    void endNotes();
     void tellOfPanic();
     [[nodiscard]] std::string adviceAfter(const ServerFailure& failure) const;
     void callServer(const ServerLink::Call& call);
@@ -104,8 +105,6 @@ private:
     SettingsKeeper settings_;
     std::optional<ManagedSession> managed_;  ///< where a session manager has started the program
     std::uint64_t ticks_ = 0;
-    std::set<UUID> shown_;  ///< the rules that the editor shows
-    const Observation rulesShown_;
     const Observation panicAnswered_;
     bool editTold_ = false;  ///< whether the user knows where edits of a preset are kept
 };

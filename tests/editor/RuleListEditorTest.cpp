@@ -667,6 +667,33 @@ TEST_F(RuleListEditorTest, WhileTheUnitRunsRulesThatCannotBeShownNothingIsAdded)
     EXPECT_EQ(editor.whyNotEditable(), std::nullopt);
 }
 
+TEST_F(RuleListEditorTest, SaysWhenAPresetHasTakenThePlaceOfAllRulesAndNeverOfAnotherChange) {
+    int replaced = 0;
+    editor.setOnReplaced([&] { ++replaced; });
+    const auto saysAfter = [&](const std::function<void()>& change) {
+        const auto before = replaced;
+        change();
+        return replaced - before;
+    };
+    const auto undo = [&] { editor.undo(); };
+    const auto redo = [&] { editor.redo(); };
+    const auto import = [&] { editor.replaceAll(named({"x", "y"}), "Import"); };
+    EXPECT_EQ(saysAfter([&] { desk.addNoteOn(); }), 0);
+    EXPECT_EQ(saysAfter([&] { editor.remove({desk.idOf(0)}); }), 0);
+    EXPECT_EQ(saysAfter(undo), 0);
+    EXPECT_EQ(saysAfter(redo), 0);
+    EXPECT_EQ(saysAfter(import), 1) << "into an empty list";
+    EXPECT_EQ(saysAfter([&] { editor.remove({desk.idOf(0)}); }), 0);
+    EXPECT_EQ(saysAfter(import), 1) << "over another list";
+    EXPECT_EQ(saysAfter(undo), 1);
+    EXPECT_EQ(saysAfter(redo), 1);
+    EXPECT_EQ(saysAfter([&] { desk.model->setRules(named({"from the unit"})); }), 0);
+    desk.model->setNotEditable("not shown", PluginData{});
+    EXPECT_EQ(saysAfter(import), 1) << "over rules that are not shown";
+    EXPECT_EQ(saysAfter(undo), 1);
+    EXPECT_EQ(saysAfter(redo), 1);
+}
+
 TEST_F(RuleListEditorTest, WithNothingToUndoOrRedoNothingReachesTheEngine) {
     desk.model->setNotEditable("not shown");
     editor.undo();

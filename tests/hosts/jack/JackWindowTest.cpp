@@ -9,6 +9,7 @@
 #include "hosts/jack/JackProgramFixture.hpp"
 #include "hosts/jack/NSMServer.hpp"
 #include "hosts/jack/ServerBar.hpp"
+#include "hosts/jack/SessionSettings.hpp"
 #include "session/Session.hpp"
 #include "support/FindBelow.hpp"
 
@@ -158,6 +159,25 @@ TEST_F(JackWindowTest, APortIsConnectedByKeysInAWindowThatWasJustOpened) {
     program->err().waitFor("hears test-sender:out");
     onTheDisplay({"key", "Return"});
     program->err().waitFor("no longer hears test-sender:out");
+    EXPECT_EQ(end(*program), 0);
+}
+
+TEST_F(JackWindowTest, AnImportIntoAnEmptyListEndsTheNotesThatSound) {
+    writeWholeFile(folder / "imported.json", PluginData{controllerForNote(20)}.write(), Existing::keep);
+    session().makeFolder();
+    writeSettings(session().settingsFile(), {{}, {}, {true, "", folder.path().string()}});
+    const JackServer server;
+    JackPlayer player(server.name());
+    const auto program = runAsItIs({QUILLO_JACK_PROGRAM, "--server", server.name()}, std::getenv("DISPLAY"));
+    program->err().waitFor("as \"midi-quillo\"");
+    player.connectTo("midi-quillo");
+    player.send({{7, {0x90, 60, 1}}});
+    player.waitFor({0x90, 60, 1});
+    onTheDisplay({"search", "--sync", "--name", "^MIDI Quillo$", "windowfocus", "--sync"});
+    onTheDisplay({"key", "--delay", "50", "Tab", "Return"});
+    onTheDisplay({"type", "--delay", "50", "imported"});
+    onTheDisplay({"key", "Return"});
+    player.waitFor({0x80, 60, 64});
     EXPECT_EQ(end(*program), 0);
 }
 
