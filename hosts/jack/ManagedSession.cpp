@@ -52,7 +52,7 @@ NSMClient::Outcome ManagedSession::openProject(const NSMClient::Project& project
 void ManagedSession::leaveProject() {
     using Kind = RenderRequests::Kind;
     host_.link.endNotes();
-    host_.link.disconnect();
+    host_.link.leave();
     project_.reset();
     host_.session.install({});
     host_.session.renderer().requests().ask(Kind::cancelAll);

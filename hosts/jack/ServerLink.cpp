@@ -193,6 +193,10 @@ void ServerLink::disconnect() {
     gone_.reset();
 }
 
+void ServerLink::leave() {
+    runCall_([this] { disconnect(); });
+}
+
 void ServerLink::become(const std::string& clientName, const JackClient::Connections& connections) {
     request_.name = clientName;
     returns_ = false;

@@ -34,6 +34,8 @@ public:
     /// first time a server is started. Throws a `ServerFailure`.
     void connect();
     void disconnect();
+    /// The same while the program goes on, which a server that hangs must not keep for ever.
+    void leave();
 
     /// While there is no link: those to come have this name, and these connections come back with their
     /// ports. Whatever was remembered before is forgotten.

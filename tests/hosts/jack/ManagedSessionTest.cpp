@@ -211,6 +211,18 @@ TEST_F(ManagedSessionTest, WhatWaitsInAProjectIsNotSentInTheNext) {
     }
 }
 
+TEST_F(ManagedSessionTest, TheServerOfAProjectIsLeftAndTheNextOnesSoughtInCallsThatMayHang) {
+    join();
+    open("nA");
+    int calls = 0;
+    host->link().setRunCall([&](const ServerLink::Call& call) {
+        ++calls;
+        call();
+    });
+    open("nB");
+    EXPECT_EQ(calls, 2);
+}
+
 TEST_F(ManagedSessionTest, ADamagedProjectIsAnErrorAndStaysAsItIs) {
     writeProject("nA", PluginData{loadRulesCalled("first")}.write());
     writeProject("nB", Data{'{'});
