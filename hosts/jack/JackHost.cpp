@@ -189,19 +189,24 @@ void JackHost::save() {
     }
     rules_.changed(now());
     rules_.keepNow(now());
+    settingsFailure_.clear();
     keepSettings();
     if (const auto file = rules_.file(); file && !rules_.hasFailed()) {
         messages_.say("the rules are saved in " + escaped(file->string()));
     }
 }
 
-/// What cannot be kept is told once, and tried again when it changes.
+/// What cannot be kept is tried again each time, and told once.
 void JackHost::keepSettings() try {
     if (!managed_ && rules_.file()) {
         settings_.save(rules_.files()->settingsFile());
+        settingsFailure_.clear();
     }
 } catch (const FileError& error) {
-    messages_.say(std::string("The connections cannot be kept: ") + error.what());
+    if (settingsFailure_ != error.what()) {
+        settingsFailure_ = error.what();
+        messages_.say("The connections cannot be kept: " + settingsFailure_);
+    }
 }
 
 void JackHost::ruleEdited() {

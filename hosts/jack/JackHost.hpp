@@ -103,6 +103,7 @@ private:
     LogPrinter logs_;
     ServerLink link_;
     SettingsKeeper settings_;
+    std::string settingsFailure_;            ///< why they cannot be kept, as far as the user knows
     std::optional<ManagedSession> managed_;  ///< where a session manager has started the program
     std::uint64_t ticks_ = 0;
     const Observation panicAnswered_;

@@ -25,8 +25,8 @@ void SettingsKeeper::save(const std::filesystem::path& file) {
     SessionSettings now{std::move(sources), std::move(targets),
                         window_ != nullptr ? window_->settings() : settings_.window};
     if (settings_ != now) {
+        writeSettings(file, now);
         settings_ = std::move(now);
-        writeSettings(file, settings_);
     }
 }
 

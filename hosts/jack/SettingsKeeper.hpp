@@ -24,8 +24,7 @@ public:
     /// name, and returns them. While there is no link.
     const SessionSettings& load(const std::filesystem::path& file, const std::string& clientName);
 
-    /// Writes the settings unless the file has them. Throws `FileError`; then it tries again when they
-    /// change.
+    /// Writes the settings unless the file has them. Throws `FileError`; the next time it tries again.
     void save(const std::filesystem::path& file);
 
 private:

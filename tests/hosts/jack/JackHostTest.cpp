@@ -173,6 +173,36 @@ TEST_F(JackHostTest, TheWindowIsShownWhereItWasAndKnowsTheFolderOfTheLastImport)
     EXPECT_EQ(second.memory.presetFolder, "/home/me/my presets");
 }
 
+TEST_F(JackHostTest, SettingsThatCannotBeKeptAreToldOnceAndKeptAsSoonAsTheyCanBe) {
+    const auto letPass = [&](int seconds) {
+        for (int count = 0; count < seconds * EventLoop::ticksPerSecond; ++count) {
+            loop.tick();
+        }
+    };
+    const auto timesTold = [&] {
+        const auto text = err.str();
+        std::size_t count = 0;
+        for (auto at = text.find("cannot be kept: "); at != std::string::npos;
+             at = text.find("cannot be kept: ", at + 1)) {
+            ++count;
+        }
+        return count;
+    };
+    FakeWindow window;
+    std::filesystem::create_directories(files.settingsFile());
+    start().setWindow(window);
+    window.memory.place = "10 20 300 400";
+    letPass(3);
+    EXPECT_EQ(timesTold(), 1U);
+    takeSignal(SIGUSR1);
+    letPass(3);
+    EXPECT_EQ(timesTold(), 2U) << "The user has asked again.";
+    std::filesystem::remove(files.settingsFile());
+    letPass(1);
+    EXPECT_EQ(readSettings(files.settingsFile()).window.place, "10 20 300 400");
+    host.reset();
+}
+
 TEST_F(JackHostTest, APresetThatHasBecomeAPipeIsNotWaitedFor) {
     writePreset("preset");
     options.preset = preset.string();

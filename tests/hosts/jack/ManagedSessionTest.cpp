@@ -15,6 +15,7 @@
 #include "hosts/jack/HandTurnedLoop.hpp"
 #include "hosts/jack/JackHost.hpp"
 #include "hosts/jack/NSMServer.hpp"
+#include "hosts/jack/SessionSettings.hpp"
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
 #include "support/TemporaryFolder.hpp"
@@ -243,6 +244,19 @@ TEST_F(ManagedSessionTest, WhatCannotBeSavedIsAnErrorAndStaysUnsaved) {
     EXPECT_EQ(save(), "-1");
     manager.waitFor("/nsm/client/is_dirty");
     EXPECT_THAT(manager.whatIsThere(), testing::Not(HasSubstr("is_clean")));
+}
+
+TEST_F(ManagedSessionTest, SettingsThatCouldNotBeSavedAreSavedTheNextTime) {
+    const auto settings = project("nA") / "rules.settings";
+    join();
+    open("nA");
+    std::filesystem::create_directories(settings);
+    window.memory.place = "10 20 300 400";
+    EXPECT_EQ(save(), "-1");
+    EXPECT_EQ(save(), "-1");
+    std::filesystem::remove(settings);
+    EXPECT_EQ(save(), "OK");
+    EXPECT_EQ(readSettings(settings).window.place, "10 20 300 400");
 }
 
 TEST_F(ManagedSessionTest, TheWindowIsAsItWasWhenTheProjectWasSaved) {
