@@ -4,9 +4,21 @@
 #include <exception>
 #include <utility>
 
+#include "platform/AtomicFile.hpp"
 #include "platform/FatalError.hpp"
 
 namespace quillo {
+
+namespace {
+
+/// What the newest version holds; nothing when there is none, or none that can be read.
+std::optional<Data> newestOf(const SessionFiles& files) try {
+    return readRegularFile(files.file(0));
+} catch (const FileError&) {
+    return std::nullopt;
+}
+
+}  // namespace
 
 SessionKeeper::SessionKeeper(SessionFiles files, std::function<Data()> read)
     : files_(std::move(files)), read_(std::move(read)) {}
@@ -43,6 +55,9 @@ std::optional<std::string> SessionKeeper::keepNow(Time now) try {
 
 void SessionKeeper::save(Time now) {
     auto document = read_();
+    if (!saved_) {
+        saved_ = newestOf(files_);
+    }
     if (saved_ == document) {
         return;
     }

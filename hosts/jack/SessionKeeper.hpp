@@ -11,9 +11,9 @@
 
 namespace quillo {
 
-/// Saves a session's rules soon after each change. Changes that follow each other within `versionSpan` are
-/// one version, so that the ten versions reach further back than ten turns of a wheel; the first change of a
-/// run always begins a new one. Time is the caller's. [main]
+/// Saves a session's rules soon after each change. What is saved within `versionSpan` from the beginning of a
+/// version belongs to it, so that the ten versions reach further back than ten turns of a wheel; the first
+/// change of a run always begins a new one. Time is the caller's. [main]
 class SessionKeeper {
 public:
     using Time = std::chrono::steady_clock::time_point;
@@ -48,7 +48,7 @@ private:
 
     SessionFiles files_;
     std::function<Data()> read_;
-    std::optional<Data> saved_;         ///< what the newest version holds, once it is ours
+    std::optional<Data> saved_;         ///< what the newest version holds, once it was looked at
     std::optional<Time> versionBegan_;  ///< when the newest version was begun, if in this run
     std::optional<Time> firstUnsaved_;
     Time lastChange_;

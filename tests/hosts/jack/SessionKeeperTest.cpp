@@ -101,6 +101,22 @@ TEST_F(SessionKeeperTest, TheFirstChangeOfARunBeginsANewVersion) {
     EXPECT_EQ(kept(), "z a ");
 }
 
+TEST_F(SessionKeeperTest, ARunThatSavesWhatTheLastOneHasSavedBeginsNoVersion) {
+    change("a", 0s);
+    keptAt(1s);
+    change("b", 100s);
+    keptAt(101s);
+    Data edited{'b'};
+    SessionKeeper later(keeper.files(), [&] { return edited; });
+    later.changed(SessionKeeper::Time(2s));
+    EXPECT_EQ(later.keepNow(SessionKeeper::Time(2s)), std::nullopt);
+    EXPECT_EQ(kept(), "b a ");
+    edited = {'c'};
+    later.changed(SessionKeeper::Time(3s));
+    EXPECT_EQ(later.keepNow(SessionKeeper::Time(3s)), std::nullopt);
+    EXPECT_EQ(kept(), "c b a ");
+}
+
 TEST_F(SessionKeeperTest, AChangeThatIsTakenBackIsNoVersion) {
     change("a", 0s);
     keptAt(1s);
