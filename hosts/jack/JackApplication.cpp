@@ -171,11 +171,9 @@ private:
     void finishTyping() override { juce::Component::unfocusAllComponents(); }
 
     void addServerBar() {
-        auto bar = std::make_unique<ServerBar>(
-            ServerBar::Actions{[this] { return host_->link().status(); },
-                               [this](const PortDescription& port, bool connected) {
-                                   host_->link().setConnected(port, connected);
-                               }});
+        auto bar = std::make_unique<ServerBar>(ServerBar::Actions{
+            [this] { return host_->link().status(); },
+            [this](const PortDescription& port, bool connected) { host_->setConnected(port, connected); }});
         bar_ = bar.get();
         shell_->view().setStatusBar(std::move(bar));
     }

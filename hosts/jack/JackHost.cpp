@@ -85,6 +85,13 @@ void JackHost::windowClosed() {
     managed_ ? managed_->showWindow(false) : loop_.quit(exitSuccess);
 }
 
+void JackHost::setConnected(const PortDescription& port, bool connected) {
+    link_.setConnected(port, connected);
+    if (managed_) {
+        managed_->edited();
+    }
+}
+
 void JackHost::start() {
     if (options_.log) {
         logs_.listenTo(session_.logInput, session_.logOutput);

@@ -57,6 +57,10 @@ public:
     /// program ends.
     void windowClosed();
 
+    /// Connects a port, or takes its connection down, as the user wishes in the window; a session manager
+    /// learns that there is something to save.
+    void setConnected(const PortDescription& port, bool connected);
+
     /// The notes that sound end at the start of the next cycle: for an editor that has put a preset in the
     /// place of the rules.
     void endNotes();

@@ -45,7 +45,7 @@ public:
     /// the program, or does not answer. Final.
     [[nodiscard]] const std::optional<std::string>& tick();
 
-    /// The rules have been edited.
+    /// The rules, or the connections, have been edited.
     void edited() { manager_->setDirty(true); }
 
     /// Saves the project at the user's own wish: where, or why not, in words.

@@ -166,6 +166,17 @@ TEST_F(ManagedSessionTest, TheManagerLearnsOfEditsUntilTheyAreSaved) {
     EXPECT_EQ(manager.whatIsThere(), " /nsm/client/gui_is_hidden");
 }
 
+TEST_F(ManagedSessionTest, TheManagerLearnsOfConnectionsThatTheUserChanges) {
+    join();
+    open("nA");
+    host->setConnected({"synth:in", {}, false, false}, true);
+    manager.waitFor("/nsm/client/is_dirty");
+    save();
+    manager.waitFor("/nsm/client/is_clean");
+    host->setConnected({"synth:in", {}, false, false}, false);
+    manager.waitFor("/nsm/client/is_dirty");
+}
+
 TEST_F(ManagedSessionTest, TheEndSavesNothing) {
     writeProject("nA", PluginData{loadRulesCalled("saved")}.write());
     join();
