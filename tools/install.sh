@@ -34,6 +34,28 @@ require_home() {
     fi
 }
 
+# reference_to PATH: what a Turtle file may say for it.
+reference_to() {
+    local LC_ALL=C character text=
+    local -i at
+    for ((at = 0; at < ${#1}; ++at)); do
+        character=${1:at:1}
+        case $character in
+        [A-Za-z0-9/._~-]) text+=$character ;;
+        *) printf -v text '%s%%%02X' "$text" $(($(printf '%d' "'$character") & 255)) ;;
+        esac
+    done
+    echo "$text"
+}
+
+# lead_to_guide BUNDLE PLACE: lets an LV2 bundle that is to be at PLACE lead to this user's guide.
+lead_to_guide() {
+    local way
+    way=$(realpath --canonicalize-missing --no-symlinks --relative-to="$2" \
+        "${XDG_DATA_HOME:-${HOME}/.local/share}/doc/midi-quillo/guide")
+    sed -i -e "s|<[./]*/share/doc/midi-quillo/guide/|<$(reference_to "$way")/|" "$1/midi-quillo.ttl"
+}
+
 install_for_user() {
     require_home
     need build editor jack plugins guide
@@ -47,6 +69,7 @@ install_for_user() {
         mkdir -p "$(dirname "$place")"
         rm -rf "$place.new"
         cp -a "$built" "$place.new"
+        [[ $place != *.lv2 ]] || lead_to_guide "$place.new" "$place"
         rm -rf "$place"
         mv "$place.new" "$place"
         echo "$place"

@@ -32,6 +32,12 @@ is_at_home() {
     is_file ".local/share/man/man1/$1.1"
 }
 
+# leads_to REFERENCE: where hosts of LV2 plug-ins find the guide, below the user's folder.
+leads_to() {
+    lv2info urn:midi-quillo:lv2 | grep -F "file://$HOME/$1" ||
+        { echo "the bundle does not lead to $1"; exit 1; }
+}
+
 install_for_user
 is_at_home midi-quillo
 is_at_home midi-quillo-jack
@@ -41,7 +47,13 @@ is_file .local/share/midi-quillo/presets/echo.json
 is_file .clap/midi-quillo.clap
 is_file ".vst3/MIDI Quillo.vst3/Contents/$(uname -m)-linux/MIDI Quillo.so"
 lv2ls | grep -x urn:midi-quillo:lv2
-
+leads_to .local/share/doc/midi-quillo/guide/index.html
 uninstall_for_user
+
+export XDG_DATA_HOME="$HOME/my dàta & more"
+install_for_user
+leads_to "my%20d%C3%A0ta%20%26%20more/doc/midi-quillo/guide/index.html"
+uninstall_for_user
+
 left=$(find "$HOME" -type f)
 [[ -z $left ]] || { printf 'left behind: %s\n' "$left"; exit 1; }
