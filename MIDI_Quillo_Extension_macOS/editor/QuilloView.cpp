@@ -597,16 +597,16 @@ void QuilloView::resized() {
 void QuilloView::paint(juce::Graphics& graphics) {
     const auto palette = environment<PaletteKey>(*this);
     graphics.fillAll(displayColour(palette.background));
+    const auto say = [&](const juce::String& text, MyRGB colour) {
+        graphics.setColour(displayColour(colour));
+        graphics.setFont(textFont(style::valueText));
+        graphics.drawFittedText(text, list_.getBounds().reduced(noticeMargin), juce::Justification::centred,
+                                10);
+    };
     if (const auto& reason = editor_.whyNotEditable()) {
-        graphics.setColour(displayColour(palette.primaryText));
-        graphics.setFont(textFont(style::valueText));
-        graphics.drawFittedText(juceText(*reason), list_.getBounds().reduced(noticeMargin),
-                                juce::Justification::centred, 10);
+        say(juceText(*reason), palette.primaryText);
     } else if (played_ && list_.items().empty() && !footer_.showsEmpty()) {
-        graphics.setColour(displayColour(palette.secondaryText));
-        graphics.setFont(textFont(style::valueText));
-        graphics.drawText("No rule has fired yet. Play, and those that fire are shown.", list_.getBounds(),
-                          juce::Justification::centred, true);
+        say("No rule has fired yet. Play, and those that fire are shown.", palette.secondaryText);
     }
 }
 
