@@ -18,8 +18,8 @@
 namespace quillo {
 
 /// Plays messages through rules as fast as it can, in cycles that follow one another from sample 0 on. What
-/// comes out, in order of time, does not depend on the cycles' length, unless outputs are dropped: what is due
-/// in its own cycle never waits.
+/// comes out, in order of time, does not depend on the cycles' length, unless outputs are dropped: what is
+/// due in its own cycle never waits.
 class OfflineHost {
 public:
     struct Settings {

@@ -28,8 +28,9 @@ struct HeaderActions {
 
 /// The bar at the top: the logo, import and export, undo and redo, the form of the cards, the search with
 /// "Playing", "Panic", "Docs / Donate", a menu and the version. Without room for the search's field there is
-/// an icon, which opens it in the place of the buttons, where both stay while "Playing" is on. The menu has a row for each button that a narrow
-/// editor has no room for, and "Send All On Load", grey while no such rule runs. [main] only.
+/// an icon, which opens it in the place of the buttons, where both stay while "Playing" is on. The menu has a
+/// row for each button that a narrow editor has no room for, and "Send All On Load", grey while no such rule
+/// runs. [main] only.
 class Header final : public juce::Component, public EnvironmentScope {
 public:
     Header(RuleListEditor& editor, HeaderActions actions);

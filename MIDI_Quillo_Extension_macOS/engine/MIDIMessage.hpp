@@ -19,7 +19,8 @@ namespace quillo {
 ///
 /// Short messages lie inside the value and long ones (system exclusive) are shared, so that copying, moving
 /// and dropping one neither allocates nor frees: they may all happen on the render thread. The storage of a
-/// long message that is no longer held is freed when the next long one is made, or by `SharedBytes::freeRetired`.
+/// long message that is no longer held is freed when the next long one is made, or by
+/// `SharedBytes::freeRetired`.
 class MIDIMessage {
 public:
     /// The longest message that needs no storage of its own, in bytes.

@@ -31,9 +31,9 @@ namespace quillo {
 /// other than `noErr`. A cycle covers the sample times from `start` up to, and not including, `end`. All
 /// messages leave through the caller's output function, on cable 0.
 ///
-/// Every operation but `loadAgain` and `hearsHostTransport` enters `dispatchQueue` by itself: steps and reads as
-/// ordinary blocks, changes as barriers.
-/// The bodies of the steps stand in Cycle.cpp, those of the rest in RuleProcessor.cpp.
+/// Every operation but `loadAgain` and `hearsHostTransport` enters `dispatchQueue` by itself: steps and reads
+/// as ordinary blocks, changes as barriers. The bodies of the steps stand in Cycle.cpp, those of the rest in
+/// RuleProcessor.cpp.
 class RuleProcessor {
 public:
     /// How many delayed outputs can wait.
