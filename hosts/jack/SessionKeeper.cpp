@@ -11,7 +11,7 @@ namespace quillo {
 
 namespace {
 
-/// What the newest version holds; nothing when there is none, or none that can be read.
+/// What the newest version holds; nothing when it is missing or cannot be read.
 std::optional<Data> newestOf(const SessionFiles& files) try {
     return readRegularFile(files.file(0));
 } catch (const FileError&) {
