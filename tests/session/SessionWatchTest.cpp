@@ -277,6 +277,7 @@ TEST_F(SessionWatchTest, NothingIsListedAnyMoreOnceNothingWaitsThoughNoBlockFoll
     session.watchWaiting(true);
     block(10, {{0, {0x90, 60, 1}}});
     EXPECT_THAT(numbersOfWhatWaits(), ElementsAre(1));
+    block(1);
     session.cancelAllWaiting();
     block(1);
     session.drain();
