@@ -8,8 +8,9 @@
 # ./dev, and what ./dev has installed. The other pages are read where the programs are installed, in a folder
 # that has the files that they speak of.
 #
-# Two commands are stood in for, because they build, open a window or need a sound server: ./dev must know the
-# verb and find the files, and midi-quillo-jack must know every option, by what they say of themselves.
+# Three commands are stood in for, because they build, open a window or need a sound server: ./dev must know
+# the verb and find the files, midi-quillo-jack must know every option, by what they say of themselves, and
+# pw-jack, which comes with a sound server, runs the command that it is given.
 set -euo pipefail
 
 programs=$(realpath "$1")
@@ -19,7 +20,7 @@ desk=$(mktemp -d)
 trap 'rm -rf "$desk"' EXIT
 
 lay_out_clone() {
-    mkdir "$desk/clone" "$desk/home" "$desk/stand-ins"
+    mkdir "$desk/clone" "$desk/home" "$desk/stand-ins" "$desk/system"
     cp -r "$source/presets" "$desk/clone/presets"
     stand_in_for_jack
     stand_in_for_dev
@@ -55,7 +56,8 @@ for word in "\$@"; do
         { echo "midi-quillo-jack has no option \$word" >&2; exit 64; }
 done
 END
-    chmod +x "$desk/stand-ins/midi-quillo-jack"
+    printf '#!/bin/sh\nexec "$@"\n' >"$desk/system/pw-jack"
+    chmod +x "$desk/stand-ins/midi-quillo-jack" "$desk/system/pw-jack"
 }
 
 # block PAGE N: the page's Nth `sh` block; nothing when it has fewer.
@@ -67,11 +69,11 @@ block() {
 
 # try PAGE N COMMANDS: runs them; on failure shows them and what they said.
 try() {
-    local folder=$desk/installed path=$desk/bin:$PATH
+    local folder=$desk/installed path=$desk/bin
     if [[ $(basename "$1") == README.md ]]; then
-        folder=$desk/clone path=$desk/home:$PATH
+        folder=$desk/clone path=$desk/home
     fi
-    if (cd "$folder" && PATH=$path bash -euo pipefail -c "$3") \
+    if (cd "$folder" && PATH=$path:$desk/system:$PATH bash -euo pipefail -c "$3") \
         >"$desk/output" 2>&1 </dev/null; then
         return
     fi
