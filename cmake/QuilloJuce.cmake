@@ -32,13 +32,9 @@ if(NOT APPLE)
     set(quillo_image_libraries JPEG::JPEG PNG::PNG)
 endif()
 
-# As distributions build their libraries: more takes a quarter longer to compile.
-set(quillo_juce_optimisation $<$<CONFIG:Release>:-O2>)
-
 add_library(quillo-juce STATIC)
 target_link_libraries(quillo-juce
     PRIVATE juce::juce_gui_basics
-    PUBLIC juce::juce_recommended_config_flags
     INTERFACE ${quillo_image_libraries})
 target_compile_definitions(quillo-juce PUBLIC
     JUCE_GLOBAL_MODULE_SETTINGS_INCLUDED=1
@@ -52,7 +48,7 @@ target_compile_definitions(quillo-juce INTERFACE
 # The modules are a library like any other: neither our warnings nor the sanitizers judge them.
 target_include_directories(quillo-juce SYSTEM INTERFACE
     $<TARGET_PROPERTY:quillo-juce,INCLUDE_DIRECTORIES>)
-target_compile_options(quillo-juce PRIVATE -w ${quillo_juce_optimisation})
+target_compile_options(quillo-juce PRIVATE -w)
 # A module is a few large files already.
 set_target_properties(quillo-juce PROPERTIES UNITY_BUILD OFF)
 
@@ -74,5 +70,5 @@ target_compile_definitions(quillo-juce-audio PUBLIC JUCE_PLUGINHOST_VST3=1)
 # One of the templates in the headers is not valid before it is instantiated, which never happens.
 target_compile_options(quillo-juce-audio
     PUBLIC "$<$<CXX_COMPILER_ID:Clang>:-fdelayed-template-parsing;-Wno-delayed-template-parsing-in-cxx20>"
-    PRIVATE -w ${quillo_juce_optimisation})
+    PRIVATE -w)
 set_target_properties(quillo-juce-audio PROPERTIES UNITY_BUILD OFF)

@@ -49,7 +49,7 @@ endif()
 set(quillo_optimised_as_one "")
 set(quillo_linked_as_it_is $<$<CXX_COMPILER_ID:GNU>:-fno-lto>)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT QUILLO_SANITIZE)
-    set(quillo_optimised_as_one $<$<CONFIG:Release>:-flto=auto> $<$<CONFIG:Release>:-ffat-lto-objects>)
+    set(quillo_optimised_as_one "$<$<CONFIG:Release>:-O3;-flto=auto;-ffat-lto-objects>")
     add_link_options($<$<CONFIG:Release>:-flto=auto>)
 endif()
 
@@ -72,8 +72,8 @@ if(NOT QUILLO_SANITIZE AND NOT APPLE)
     add_link_options("$<${quillo_release}:LINKER:-z,relro,-z,now,-z,noexecstack>")
 endif()
 
-# What every test program has in common, linked after what it tests, for JUCE brings an optimisation level
-# along. What is tested is optimised, the tests are not: most of a build is compiling them.
+# What every test program has in common. What is tested is optimised, the tests are not: most of a build is
+# compiling them.
 add_library(quillo-test-options INTERFACE)
 target_link_libraries(quillo-test-options INTERFACE quillo-options)
 target_include_directories(quillo-test-options INTERFACE "${PROJECT_SOURCE_DIR}/tests")
