@@ -6,6 +6,7 @@
 #include "engine/RuleCompiler.hpp"
 #include "otherformats/OtherFormat.hpp"
 #include "persistence/PluginData.hpp"
+#include "rules/RuleEntryIdentifiable.hpp"
 
 using namespace quillo;
 using fuzz::require;
@@ -16,6 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const auto taken = readOtherFormat(text, Unmatched::drop);
         constexpr std::uint32_t sampleRate = 48000;
         static_cast<void>(compileRules(taken.rules, sampleRate));
+        require(!whyNotInEditor(taken.rules, taken.shelf), "the editor can hold the rules");
         const PluginData document{taken.rules, taken.shelf};
         require(PluginData::read(document.write()) == document, "the preset reads as the same");
         require(!takenText(taken).empty(), "it says what was taken");

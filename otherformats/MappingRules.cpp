@@ -72,12 +72,15 @@ Waiting waitingFor(const Mapping& mapping, std::uint8_t status) {
     return waiting;
 }
 
-/// Whether an output byte is the same for every incoming byte, or always that byte itself.
-bool isPlain(const ByteMaker& maker, std::size_t place) {
+/// Whether one rule can send this byte of a message with such a status: it is the same for every incoming
+/// byte, or always that byte itself, which no rule of the editor copies into pitch or pressure.
+bool isPlain(const ByteMaker& maker, std::size_t place, std::uint8_t status) {
     const unsigned bits = place == 0 ? midi::channelMask : 0x7F;
+    const auto kind = status & midi::kindMask;
     const bool isFixed = (maker.mask & bits) == 0;
     const bool isCopy = maker.from == place && (maker.mask & bits) == bits && (maker.value & bits) == 0;
-    return isFixed || isCopy;
+    const bool isCopied = place == 0 || (kind != midi::pitchWheel && kind != midi::channelPressure);
+    return isFixed || (isCopy && isCopied);
 }
 
 /// One value of each place, nothing where a rule waits for any.
@@ -171,9 +174,10 @@ private:
             return;
         }
         for (const auto& message : mapping_.messages) {
+            const auto status = message.front().make(waiting.status);
             for (std::size_t at = 0; at < message.size(); ++at) {
                 auto& place = waiting.places[message[at].from];
-                place.isExact = place.isExact || !isPlain(message[at], at);
+                place.isExact = place.isExact || !isPlain(message[at], at, status);
             }
         }
         if (waiting.isNote() && waiting.places[2].isExact) {

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "midi/Status.hpp"
-#include "rules/RuleLabel.hpp"
 
 namespace quillo {
 
@@ -26,20 +25,6 @@ bool isBeat(const EventLogEntry& entry) {
     const auto* midi = entry.variants.midi();
     const auto bytes = midi != nullptr ? midi->message.bytes() : std::span<const std::uint8_t>();
     return !bytes.empty() && (bytes[0] == midi::timingClock || bytes[0] == midi::activeSensing);
-}
-
-/// Why one of the rules cannot be edited; nothing when all can.
-std::optional<std::string> whyNotInEditor(const std::vector<Rule>& rules, const RuleShelf& shelf) {
-    std::optional<std::string> why;
-    std::size_t position = 0;
-    visitInOrder(rules, shelf, [&](const Rule& rule, bool /*isOff*/) {
-        if (const auto reason = why ? std::nullopt : whyNoEntry(rule)) {
-            why = ruleLabel(position, rule.name) + " cannot be edited: " + *reason +
-                  ". The rules run as they are and stay untouched.";
-        }
-        ++position;
-    });
-    return why;
 }
 
 }  // namespace
@@ -76,8 +61,9 @@ void QuilloModel::setRules(std::vector<RuleEntryIdentifiable> rules) {
 }
 
 void QuilloModel::showRules(std::vector<Rule> rules, RuleShelf shelf) {
-    if (auto reason = whyNotInEditor(rules, shelf)) {
-        setNotEditable(*std::move(reason), PluginData{std::move(rules), std::move(shelf)});
+    if (const auto reason = whyNotInEditor(rules, shelf)) {
+        setNotEditable(*reason + ". The rules run as they are and stay untouched.",
+                       PluginData{std::move(rules), std::move(shelf)});
         return;
     }
     auto list = elementsFrom(rules, shelf);

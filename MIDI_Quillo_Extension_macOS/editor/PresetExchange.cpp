@@ -15,7 +15,7 @@
 #include "platform/AtomicFile.hpp"
 #include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
-#include "rules/RuleLabel.hpp"
+#include "rules/RuleEntryIdentifiable.hpp"
 
 namespace quillo {
 
@@ -40,6 +40,13 @@ PluginData readRules(std::span<const std::uint8_t> bytes) {
     }
 }
 
+RuleList editable(const std::vector<Rule>& rules, const RuleShelf& shelf) {
+    if (const auto reason = whyNotInEditor(rules, shelf)) {
+        throw ImportError(*reason + ".");
+    }
+    return elementsFrom(rules, shelf);
+}
+
 /// What the operation does or throws; the error names the file, and not its whole path.
 template <class Operation>
 auto underShortName(const std::filesystem::path& path, Operation operation) {
@@ -58,14 +65,7 @@ std::vector<std::uint8_t> exportPreset(const RuleList& rules) {
 
 RuleList importPreset(std::span<const std::uint8_t> bytes) {
     const auto [rules, shelf] = readRules(bytes);
-    std::size_t position = 0;
-    visitInOrder(rules, shelf, [&position](const Rule& rule, bool /*isOff*/) {
-        if (const auto reason = whyNoEntry(rule)) {
-            throw ImportError(ruleLabel(position, rule.name) + " cannot be edited: " + *reason + ".");
-        }
-        ++position;
-    });
-    return elementsFrom(rules, shelf);
+    return editable(rules, shelf);
 }
 
 namespace {
@@ -91,7 +91,7 @@ bool importOtherFormat(const std::string& name, std::string_view text, RuleListE
         if (taken.isEmpty()) {
             throw NoPreset("It holds no rule that can be taken." + firstLines(lostText(taken)));
         }
-        if (!editor.replaceAll(elementsFrom(taken.rules, taken.shelf), "Import " + name)) {
+        if (!editor.replaceAll(editable(taken.rules, taken.shelf), "Import " + name)) {
             return false;
         }
         if (const auto lost = lostText(taken); !lost.empty()) {

@@ -82,6 +82,13 @@ StatusV2 statusOf(const StatusByteV2& status) {
     return withChannel != nullptr ? withChannel->status : status.getIf<StatusByteV2::JustStatus>()->status;
 }
 
+/// Behind a message of one data byte, or a program and its bank, nothing shows what is copied.
+std::optional<std::string> whyNoSecondByte(const Output::Protocol& message) {
+    return message.byte2 && message.byte2->isCopied()
+               ? std::optional("its second data byte is copied from the trigger")
+               : std::nullopt;
+}
+
 std::optional<std::string> whyNoEntry(const Output::Protocol& message) {
     switch (statusOf(message.status)) {
     case StatusV2::noteOn:
@@ -89,7 +96,7 @@ std::optional<std::string> whyNoEntry(const Output::Protocol& message) {
     case StatusV2::CC: return message.byte2 ? std::nullopt : std::optional("its controller has no value");
     case StatusV2::channelPressure:
         return message.byte1.isCopied() ? std::optional("its pressure is copied from the trigger")
-                                        : std::nullopt;
+                                        : whyNoSecondByte(message);
     case StatusV2::pitchWheel:
         if (!message.byte2) {
             return "its pitch has one data byte only";
@@ -97,7 +104,7 @@ std::optional<std::string> whyNoEntry(const Output::Protocol& message) {
         return message.byte1.isCopied() || message.byte2->isCopied()
                    ? std::optional("its pitch is copied from the trigger")
                    : std::nullopt;
-    case StatusV2::programChange: break;
+    case StatusV2::programChange: return whyNoSecondByte(message);
     }
     return std::nullopt;
 }

@@ -27,6 +27,18 @@ std::vector<RuleEntryIdentifiable> elementsFrom(const std::vector<Rule>& rules, 
     return elements;
 }
 
+std::optional<std::string> whyNotInEditor(const std::vector<Rule>& rules, const RuleShelf& shelf) {
+    std::optional<std::string> why;
+    std::size_t position = 0;
+    visitInOrder(rules, shelf, [&](const Rule& rule, bool /*isOff*/) {
+        if (const auto reason = why ? std::nullopt : whyNoEntry(rule)) {
+            why = ruleLabel(position, rule.name) + " cannot be edited: " + *reason;
+        }
+        ++position;
+    });
+    return why;
+}
+
 Rule ruleFromElement(const RuleEntryIdentifiable& element) {
     auto rule = ruleFromEntry(element.rule);
     if (element.loadedMessage) {

@@ -28,9 +28,15 @@ struct RuleEntryIdentifiable {
 /// error: ask `whyNoEntry` first.
 [[nodiscard]] RuleEntryIdentifiable elementFromRule(const Rule& rule);
 
-/// The elements of a list, those of its rules that are switched off among them.
+/// The elements of a list, those of its rules that are switched off among them. A rule that the editor cannot
+/// hold is a fatal error: ask `whyNotInEditor` first.
 [[nodiscard]] std::vector<RuleEntryIdentifiable> elementsFrom(const std::vector<Rule>& rules,
                                                               const RuleShelf& shelf = {});
+
+/// The first of these rules that the editor cannot hold, by number and name, and why: a sentence without its
+/// full stop. Nothing when it can hold them all.
+[[nodiscard]] std::optional<std::string> whyNotInEditor(const std::vector<Rule>& rules,
+                                                        const RuleShelf& shelf);
 
 /// The rule that an element stands for.
 [[nodiscard]] Rule ruleFromElement(const RuleEntryIdentifiable& element);

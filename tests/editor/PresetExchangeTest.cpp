@@ -330,6 +330,12 @@ TEST_F(PresetExchangeTest, TheRulesOfAnotherToolTakeThePlaceOfTheList) {
     EXPECT_EQ(desk.editor.alertErrorMessage(), std::nullopt);
 }
 
+TEST_F(PresetExchangeTest, AControllerThatBendsThePitchIsARuleForEachOfItsValues) {
+    EXPECT_TRUE(
+        importPresetFile(write("midimap v1\nforward-unmatched\nCC 1 ANY | 0xE0/0x0f 0 SAME\n"), desk.editor));
+    EXPECT_EQ(desk.editor.rules().size(), 128U);
+}
+
 TEST_F(PresetExchangeTest, ATranslatorThatIsNotActiveIsARuleThatIsSwitchedOff) {
     EXPECT_TRUE(importPresetFile(write("[Project]\nVersion=1\n[Preset.0]\nActive=0\n"
                                        "Incoming0=MID1B040pp\nOutgoing0=MID1B007pp\n"),

@@ -104,6 +104,18 @@ TEST(MidimapReader, WritesAnotherKindOfMessage) {
                                   send(protocol(StatusV2::programChange, triggerChannel, byte(6))))));
 }
 
+TEST(MidimapReader, MakesARuleForEachValueThatBecomesPitchOrPressure) {
+    const auto pitch = readMap("CC 1 ANY | 0xE0/0x0f 0 SAME\n").rules;
+    ASSERT_EQ(pitch.size(), 128U);
+    EXPECT_EQ(pitch[5], named(onControlChange(1, exactly(5), any, eatMatching),
+                              sent(StatusV2::pitchWheel, triggerChannel, byte(0), byte(5))));
+    const auto pressure = readMap("0xc0/0xf0 ANY | 0xd2 SAME\n").rules;
+    ASSERT_EQ(pressure.size(), 128U);
+    EXPECT_EQ(pressure[127], named(onProgramChange(exactly(127), any, eatMatching),
+                                   send(protocol(StatusV2::channelPressure, channel(2), byte(127)))));
+    EXPECT_THAT(readMap("NoteOn 60 ANY | 0xE0/0x0f 0 SAME\n").rules, IsEmpty());
+}
+
 TEST(MidimapReader, SendsAValueWhoseMaskLeavesNothingOfADataByte) {
     EXPECT_EQ(readMap("NoteOn ANY ANY | SAME 60/0x80 SAME\n").rules,
               readMap("NoteOn ANY ANY | SAME 60 SAME\n").rules);

@@ -227,6 +227,10 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         std::pair{protocol(StatusV2::channelPressure, channel(0), triggerByte),
                   std::string("its pressure is copied from the trigger")},
+        std::pair{protocol(StatusV2::channelPressure, channel(0), byte(1), triggerByte),
+                  std::string("its second data byte is copied from the trigger")},
+        std::pair{protocol(StatusV2::programChange, channel(0), byte(1), triggerByte),
+                  std::string("its second data byte is copied from the trigger")},
         std::pair{protocol(StatusV2::pitchWheel, channel(0), triggerByte, byte(1)),
                   std::string("its pitch is copied from the trigger")},
         std::pair{protocol(StatusV2::pitchWheel, channel(0), byte(1), triggerByte),
