@@ -32,8 +32,8 @@ std::string senderOf(const RefusedMessages::Message& message, const std::vector<
     }
     constexpr std::size_t longestName = 40;
     const auto place = static_cast<std::size_t>(found - rules.begin());
-    return " of rule " + std::to_string(positionInList(place, shelf) + 1) + ", " +
-           inQuotes(found->name, longestName) + ",";
+    const auto rule = " of rule " + std::to_string(positionInList(place, shelf) + 1);
+    return found->name.empty() ? rule : rule + ", " + inQuotes(found->name, longestName) + ",";
 }
 
 }  // namespace

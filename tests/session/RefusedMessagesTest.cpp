@@ -106,6 +106,13 @@ TEST_F(RefusedMessagesTest, NoNameOfARuleBreaksTheTextOrFillsIt) {
     EXPECT_LT(text.size(), 300U);
 }
 
+TEST_F(RefusedMessagesTest, ARuleWithoutANameIsItsNumberAlone) {
+    const std::vector<Rule> unnamed{rule(onNoteOn(), send(systemExclusive(Bytes(5, 1))), "")};
+    refused.add(exclusive(5, 1), true);
+    EXPECT_THAT(refusalText(refused.takeNext().value(), unnamed, {}),
+                testing::StartsWith("The SysEx of rule 1 is 7 bytes long."));
+}
+
 TEST_F(RefusedMessagesTest, TheTextNamesTheRuleWhoseMessageHadNoRoomThisTime) {
     EXPECT_THAT(textFor(exclusive(100, 1), false),
                 AllOf(HasSubstr("rule 2, \"patch\""), HasSubstr("no room left")));
