@@ -115,9 +115,6 @@ public:
     /// How many elements were lost because all slots were in use.
     [[nodiscard]] std::uint64_t lost() const QUILLO_REALTIME { return lost_; }
 
-    /// How many elements can be held.
-    [[nodiscard]] std::size_t capacity() const QUILLO_REALTIME { return capacity_; }
-
 private:
     /// An element's place in the order, and its slot in the pool.
     struct Node {
