@@ -4,7 +4,7 @@
 
 # mutate [FOLDER | FILE] [--seed N] [--most N] [--list]
 mutate() {
-    need build jack plugins hosts mutate
+    need build jack pipewire plugins hosts mutate
     keep_addresses_plain mutate "$@"
     python3 tools/mutate.py "$@"
 }

@@ -24,20 +24,35 @@ commit_time() {
 # Leaves Debian packages and an archive in build/packages.
 make_packages() {
     need build editor jack plugins guide package
-    build_tree release quillo-product
+    build_tree release quillo-product || return
     rm -rf build/packages
     mkdir -p build/packages/work
     SOURCE_DATE_EPOCH=$(commit_time)
     export SOURCE_DATE_EPOCH
     say "packing"
-    { make_debian_packages && make_archive; } >build/packages.log 2>&1 || {
+    if ! keep_manifest make_files >build/packages.log 2>&1; then
         tail -n 20 build/packages.log
         return 1
-    }
+    fi
     rm -rf build/packages/work
     say "checking the packages (lintian)"
     lintian --allow-root --pedantic --fail-on error,warning,pedantic build/packages/*.deb || return
     printf '%s\n' "$PWD"/build/packages/*
+}
+
+# keep_manifest COMMAND...: does what installs elsewhere, and leaves CMake's list of what is installed for
+# good, which may be root's, as it was.
+keep_manifest() {
+    local manifest=build/install_manifest.txt kept=build/packages/work/manifest status=0
+    [[ ! -e $manifest ]] || mv "$manifest" "$kept"
+    "$@" || status=1
+    rm -f "$manifest"
+    [[ ! -e $kept ]] || mv "$kept" "$manifest"
+    return "$status"
+}
+
+make_files() {
+    make_debian_packages && make_archive
 }
 
 make_debian_packages() {
@@ -97,7 +112,7 @@ prove_package() {
     make_packages || return
     mkdir -p "$root/root/packages"
     cp build/packages/*.deb build/packages/*.tar.gz tools/prove-package.sh "$root/root/packages/"
-    make_newer_packages "$root/root/packages"
+    make_newer_packages "$root/root/packages" || return
     chroot "$root" /usr/bin/env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin TERM=dumb \
         bash /root/packages/prove-package.sh </dev/null
 }

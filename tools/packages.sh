@@ -12,7 +12,8 @@ packages_of() {
         pipewire) echo pipewire pipewire-jack ;;
         plugins) echo lv2-dev dpf-source ;;
         hosts) echo jalv liblilv-dev lilv-utils sordi ;;
-        studios) echo ardour qtractor ;;
+        studios) echo ardour qtractor x42-plugins ;;
+        browser) echo nodejs ;;
         guide) echo lowdown groff-base ;;
         package) echo debhelper lintian ;;
         source) echo git ;;
@@ -20,7 +21,7 @@ packages_of() {
         bench) echo libbenchmark-dev liblilv-dev x42-plugins ;;
         lint) echo clang-22 clang-tidy-22 clang-format-22 libclang-rt-22-dev libblocksruntime-dev ;;
         fuzz) echo clang-22 libclang-rt-22-dev ;;
-        coverage) echo clang-22 libclang-rt-22-dev llvm-22 ;;
+        coverage) echo clang-22 libclang-rt-22-dev llvm-22 libblocksruntime-dev ;;
         mutate) echo python3 ;;
         elsewhere) echo clang-16 libclang-rt-16-dev libblocksruntime-dev libc++-16-dev libc++abi-16-dev \
             g++-12-multilib g++-aarch64-linux-gnu qemu-user-static dpf-source ;;
@@ -97,8 +98,8 @@ do_without() {
     if has_debian_tools; then
         say "Missing, and neither root nor sudo to install it: $wanted"
         say "As root: apt-get install --no-install-recommends $wanted"
-    elif ((${#absent[@]} > 0)); then
-        say "Please install what your system calls these Debian packages: $wanted"
+    else
+        say "This needs what your system calls these Debian packages: $wanted"
     fi
     if ((${#absent[@]} > 0)); then
         say "Not found: ${absent[*]}"
@@ -159,10 +160,12 @@ refuse_unknown() {
 }
 
 # A line for every package that the build may find, with its version: when this changes, CMake looks again.
+# Where nobody can tell, it always does.
 installed_versions() {
-    has_debian_tools || return 0
+    has_debian_tools || { date +%s.%N; return; }
     local group
-    for group in build editor jack plugins hosts studios guide desktop bench lint; do
+    for group in build editor display jack pipewire plugins hosts studios browser guide desktop \
+        bench lint; do
         # shellcheck disable=SC2046 # one word a package
         dpkg-query --show $(packages_of $group) 2>/dev/null || true
     done

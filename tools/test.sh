@@ -13,7 +13,7 @@ run_tests() {
 # hosts.
 run_all_tests() {
     local status=0
-    need build editor jack pipewire plugins hosts studios display guide desktop
+    need build editor jack pipewire plugins hosts studios browser display guide desktop
     keep_addresses_plain test all
     test_trees "release asan tsan" || status=1
     simulate_for_commit 2>&1 | tee build/simulated.txt || status=1

@@ -4,7 +4,16 @@
 set -euo pipefail
 
 place=$(mktemp -d)
-trap 'rm -rf "$place"' EXIT
+manifest=$1/install_manifest.txt
+
+# The list of what is installed for good, perhaps root's, is as it was in the end.
+restore() {
+    rm -f "$manifest"
+    [[ ! -e $place/manifest ]] || mv "$place/manifest" "$manifest"
+    rm -rf "$place"
+}
+trap restore EXIT
+[[ ! -e $manifest ]] || mv "$manifest" "$place/manifest"
 cmake --install "$1" --prefix "$place" >/dev/null
 
 must_be_there() {
