@@ -9,7 +9,9 @@ prove_fresh() {
         say "./dev fresh makes a root of its own: run it as root"
         exit 77
     fi
-    need fresh
+    need fresh source
+    local commit
+    commit=$(of_clone rev-parse --short HEAD) || return
     fresh_folder=$(mktemp -d /var/tmp/midi-quillo-fresh.XXXXXX)
     trap remove_fresh EXIT
     trap 'exit 130' INT TERM
@@ -21,9 +23,14 @@ prove_fresh() {
         prove_in_root "$proof" || status=1
     done
     echo
-    echo "Bare Debian $(<"$fresh_folder/bare/etc/debian_version"), commit $(git rev-parse --short HEAD):"
+    echo "Bare Debian $(<"$fresh_folder/bare/etc/debian_version"), commit $commit:"
     printf '    %s\n' "${verdicts[@]}"
     return "$status"
+}
+
+# of_clone COMMAND...: git, in a clone that may be another user's than root's.
+of_clone() {
+    git -c safe.directory="$PWD" "$@"
 }
 
 make_bare_debian() {
@@ -83,7 +90,7 @@ unmount_from() {
 # prove_verb VERB ROOT: ./dev VERB with nothing but this repository.
 prove_verb() {
     mkdir "$2/root/midi-quillo"
-    git archive HEAD | tar -x -C "$2/root/midi-quillo"
+    of_clone archive HEAD | tar -x -C "$2/root/midi-quillo"
     chroot "$2" /usr/bin/env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin TERM=dumb \
         sh -c "cd /root/midi-quillo && ./dev $1" </dev/null || return
     [[ $1 != run || -s $2/root/midi-quillo/build/demo-out.mid ]]

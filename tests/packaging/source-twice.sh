@@ -13,10 +13,14 @@ need() { :; }
 say() { :; }
 source "$source/tools/package.sh"
 
+# The clone may be another user's.
+printf '[safe]\n\tdirectory = *\n' >"$desk/gitconfig"
+export GIT_CONFIG_GLOBAL=$desk/gitconfig
+
 # source_of CLONE MASK
 source_of() (
     umask "$2"
-    git -c safe.directory='*' clone --quiet --no-hardlinks "$source" "$desk/$1"
+    git clone --quiet --no-hardlinks "$source" "$desk/$1"
     cd "$desk/$1"
     touch --date "@$2" CHANGELOG.md
     make_source >/dev/null
