@@ -31,6 +31,7 @@ class JackHostTest : public testing::Test {
 protected:
     JackHostTest() {
         ::setenv("XDG_STATE_HOME", folder.path().c_str(), 1);
+        ::unsetenv("NSM_URL");
         options.server = "quillo-test-nobody";
         options.window = false;
         options.wait = true;

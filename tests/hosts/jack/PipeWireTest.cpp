@@ -15,6 +15,9 @@ protected:
     /// This server's library keeps the storage of its ports for good: no business of a leak detector's.
     [[nodiscard]] std::map<std::string, std::string> environment() const {
         return {{"ASAN_OPTIONS", "detect_leaks=0"},
+                {"HOME", folder.path().string()},
+                {"XDG_CONFIG_HOME", ""},
+                {"NSM_URL", ""},
                 {"XDG_RUNTIME_DIR", folder.path().string()},
                 {"XDG_STATE_HOME", (folder / "state").string()},
                 {"PIPEWIRE_RUNTIME_DIR", ""},

@@ -6,6 +6,9 @@
 # leaves a picture.
 set -euo pipefail
 if [[ -z ${EDITOR_IN_JALV_LIMITED-} ]]; then
+    # Another clone's test is waited for: the server's name is one for the whole machine.
+    exec 9>"/dev/shm/quillo-editor-in-jalv.$UID.lock"
+    flock 9
     EDITOR_IN_JALV_LIMITED=1 exec timeout --foreground 100 "$0" "$@"
 fi
 export LV2_PATH=$1 NO_AT_BRIDGE=1 XDG_RUNTIME_DIR JACK_DEFAULT_SERVER=quillo-editor-in-jalv
@@ -13,6 +16,7 @@ picture=$2
 XDG_RUNTIME_DIR=$(mktemp -d)
 port='MIDI Quillo:out'
 clients=()
+export HOME=$XDG_RUNTIME_DIR XDG_CONFIG_HOME=$XDG_RUNTIME_DIR
 trap end EXIT
 trap 'echo "still waiting for $step; see $picture"; import -silent -window root "$picture"
     tail -n 20 "$XDG_RUNTIME_DIR"/{jackd,jalv}; exit 1' TERM

@@ -9,6 +9,10 @@ plugin=$1 probe=$2 sequencer=$3 writer=$4 test=$5
 folder=$(mktemp -d)
 limit=100
 
+# Another clone's test is waited for: the server's name is one for the whole machine.
+exec 9>"/dev/shm/quillo-in-qtractor.$UID.lock"
+flock 9
+
 stop() {
     local process
     for process in "${started[@]}"; do
@@ -22,7 +26,7 @@ trap stop EXIT
 
 # A machine remembers servers that did not end well, eight at most, until one of the same name does.
 export JACK_DEFAULT_SERVER=quillo-in-qtractor QUILLO_PROBE=$folder/heard
-export HOME=$folder XDG_RUNTIME_DIR=$folder QT_QPA_PLATFORM=offscreen
+export HOME=$folder XDG_CONFIG_HOME=$folder XDG_RUNTIME_DIR=$folder QT_QPA_PLATFORM=offscreen
 "$writer" "$folder" "$plugin" "$probe"
 mkfifo "$QUILLO_PROBE"
 
