@@ -62,6 +62,19 @@ TEST(RuleEntryIdentifiable, AnEditedMessageIsTheEntrysFromThenOn) {
         << "A bank 0 that was typed is sent.";
 }
 
+TEST(WhyNotInEditor, NamesTheFirstRuleThatTheEditorCannotHoldByItsPlaceInTheWholeList) {
+    const auto plain = rule(onLoad(), send(noteOn(0, 60, 64)), "plain");
+    const auto odd =
+        rule(onNoteOn(), send(protocol(StatusV2::channelPressure, channel(0), triggerByte)), "odd");
+    const auto brief = rule(onNoteOn(), send(protocol(StatusV2::noteOn, channel(0), byte(1))), "brief");
+    EXPECT_EQ(whyNotInEditor({}, {}), std::nullopt);
+    EXPECT_EQ(whyNotInEditor({plain, oldProgramChange()}, {{1, plain}}), std::nullopt);
+    EXPECT_EQ(whyNotInEditor({plain, odd, brief}, {{1, plain}}),
+              "Rule 3 \"odd\" cannot be edited: its pressure is copied from the trigger");
+    EXPECT_EQ(whyNotInEditor({plain, odd}, {{1, brief}}),
+              "Rule 2 \"brief\" cannot be edited: its note has no velocity");
+}
+
 TEST(NoticeBeforeEditing, NamesEachRuleWhoseMessageTheEditorCannotHold) {
     EXPECT_EQ(noticeBeforeEditing(elementsFrom({rule(onLoad(), send(noteOn(0, 60, 64)), "plain")})),
               std::nullopt);
