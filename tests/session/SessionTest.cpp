@@ -220,6 +220,15 @@ TEST_F(SessionTest, WhatWasReportedOnceOfAMessageIsNotReportedAgainInOtherWords)
     EXPECT_EQ(model.alertErrorMessage(), std::nullopt);
 }
 
+TEST_F(SessionTest, ADrainTakesAllTheRefusalsThatAreKept) {
+    auto& refused = session.renderer().refused();
+    for (std::uint64_t count = 0; count < RefusedMessages::room; ++count) {
+        refused.add(Bytes{0xC0, 1}, false);
+    }
+    session.drain();
+    EXPECT_FALSE(refused.takeNext().has_value());
+}
+
 TEST_F(SessionTest, RefusalsWithoutEndAreReportedToALimit) {
     auto& model = *session.model();
     std::size_t told = 0;
