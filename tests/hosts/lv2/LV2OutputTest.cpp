@@ -139,6 +139,12 @@ TEST_F(LV2Output, TellsOnceOfManyEditsBetweenTwoBlocks) {
     EXPECT_EQ(host.stateChanges, 2);
 }
 
+TEST_F(LV2Output, TellsOfAnEditBehindAMessageOfTheLastFrame) {
+    edit();
+    host.run(64, LV2Sequence().addMIDI(63, {0xC0, 1}));
+    EXPECT_EQ(host.stateChanges, 1);
+}
+
 TEST_F(LV2Output, TellsOfAnEditWhenThereIsRoom) {
     edit();
     for (const auto capacity : {0U, head, head + notice - 1}) {

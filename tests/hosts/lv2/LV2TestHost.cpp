@@ -128,6 +128,7 @@ void LV2TestHost::readEvent(const LV2_Atom_Event& event) {
     if (event.body.type == lv2Id(LV2_ATOM__Object)) {
         const auto& object = *reinterpret_cast<const LV2_Atom_Object_Body*>(body);
         EXPECT_EQ(event.body.size, sizeof(object));
+        EXPECT_EQ(object.id, 0U);
         EXPECT_EQ(object.otype, lv2Id(LV2_STATE__StateChanged));
         ++stateChanges;
         return;
