@@ -160,10 +160,14 @@ TEST_F(CLAPState, OfAStreamThatFailsIsRefusedAndLeavesTheRules) {
     EXPECT_EQ(host.save(), swap);
 }
 
-TEST_F(CLAPState, OfAStreamThatSaysItReadMoreThanItWasAskedForIsRefused) {
-    EXPECT_FALSE(load([](const clap_istream_t*, void*, std::uint64_t size) {
-        return static_cast<std::int64_t>(size + 1);
-    }));
+TEST_F(CLAPState, OfAStreamThatSaysItReadMoreThanItWasAskedForIsRefusedAtOnce) {
+    int calls = 0;
+    const clap_istream_t stream{&calls, [](const clap_istream_t* self, void*, std::uint64_t size) {
+                                    ++*static_cast<int*>(self->ctx);
+                                    return static_cast<std::int64_t>(size + 1);
+                                }};
+    EXPECT_FALSE(table().load(host.plugin, &stream));
+    EXPECT_EQ(calls, 1);
 }
 
 TEST_F(CLAPState, OfAStreamThatNeverEndsIsRefusedOnceItIsTooLong) {
@@ -180,9 +184,16 @@ TEST_F(CLAPState, OfAStreamThatNeverEndsIsRefusedOnceItIsTooLong) {
 TEST_F(CLAPState, ThatAStreamDoesNotTakeIsNotSaved) {
     EXPECT_FALSE(save([](const clap_ostream_t*, const void*, std::uint64_t) { return std::int64_t{-1}; }));
     EXPECT_FALSE(save([](const clap_ostream_t*, const void*, std::uint64_t) { return std::int64_t{0}; }));
-    EXPECT_FALSE(save([](const clap_ostream_t*, const void*, std::uint64_t size) {
-        return static_cast<std::int64_t>(size + 1);
-    }));
+}
+
+TEST_F(CLAPState, OfWhichAStreamSaysItTookMoreThanThereIsIsNotSavedAnyFurther) {
+    int calls = 0;
+    const clap_ostream_t stream{&calls, [](const clap_ostream_t* self, const void*, std::uint64_t size) {
+                                    ++*static_cast<int*>(self->ctx);
+                                    return static_cast<std::int64_t>(size + 1);
+                                }};
+    EXPECT_FALSE(table().save(host.plugin, &stream));
+    EXPECT_EQ(calls, 1);
 }
 
 TEST_F(CLAPState, WithoutAStreamIsNeitherLoadedNorSaved) {

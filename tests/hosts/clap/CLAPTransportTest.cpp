@@ -185,6 +185,14 @@ TEST_F(CLAPTransport, InSecondsThatFollowFromTheBeatsDoesNotJumpWithTheTempo) {
     EXPECT_EQ(heard(), (Timed{{0, goOn}}));
 }
 
+TEST_F(CLAPTransport, InSecondsThatFollowFromTheBeatsIsHeardToStopWhereTheyStop) {
+    play(inBoth(8.0, 120.0));
+    auto stopped = inBoth(8.0 + block / clapSampleRate * 120.0 / 60.0, 120.0);
+    stopped.flags &= ~playing;
+    play(stopped);
+    EXPECT_EQ(heard(), (Timed{{0, goOn}, {100, stop}}));
+}
+
 TEST_F(CLAPTransport, InSecondsJumpsThoughTheBeatsGoOnWhereTheTempoBeforeIsUnknown) {
     auto unknown = inBoth(8.0, 120.0);
     unknown.flags &= ~std::uint32_t{CLAP_TRANSPORT_HAS_TEMPO};
