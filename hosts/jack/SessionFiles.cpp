@@ -66,11 +66,7 @@ void putInPlace(const fs::path& from, const fs::path& to) {
 /// By a link where the file system knows such, else by a copy.
 void nameTwice(const fs::path& file, const fs::path& second) {
     std::error_code error;
-    fs::create_hard_link(file, second, error);
-    if (error) {
-        fs::copy_file(file, second, error);
-    }
-    if (error) {
+    if (fs::create_hard_link(file, second, error); error && !fs::copy_file(file, second, error)) {
         throw FileError(escaped(second.string()) + ": cannot be written: " + error.message());
     }
 }
