@@ -290,6 +290,7 @@ TEST_F(ServerStatusTest, WhatWasPickedAMomentBeforeTheServerWentComesBackWithItA
     {
         const JackPlayer player(server.name());
         link.setConnected(source, true);
+        waitForSource(true);
         letPass(2);
         link.setConnected(source, false);
         link.setConnected(target, true);
