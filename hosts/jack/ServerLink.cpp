@@ -90,7 +90,9 @@ void ServerLink::makeClient() {
     client_->describe();
     tellOfClient();
     for (const auto& port : client_->ports()) {
-        connectIfWanted(port);
+        if (takes(port)) {
+            makeConnection(port);
+        }
     }
     seen_ = noted_;
     cycle_.release();
@@ -112,12 +114,8 @@ void ServerLink::takeSampleRate() {
 }
 
 /// A port that was connected when the connections were looked at has gone and come back since.
-bool ServerLink::connectIfWanted(const PortDescription& port) {
-    const bool isWanted = connections_.takes(port) || (!port.isOurs && wasConnected(port));
-    if (isWanted) {
-        makeConnection(port);
-    }
-    return isWanted;
+bool ServerLink::takes(const PortDescription& port) {
+    return connections_.takes(port) || (!port.isOurs && wasConnected(port));
 }
 
 bool ServerLink::wasConnected(const PortDescription& port) const {
@@ -140,7 +138,11 @@ void ServerLink::makeConnection(const PortDescription& port) {
 
 bool ServerLink::connectIfWanted(std::uint32_t number) {
     const auto port = client_->port(number);
-    return !port || connectIfWanted(*port);
+    const bool isWanted = port && takes(*port);
+    if (isWanted) {
+        runCall_([&] { makeConnection(*port); });
+    }
+    return isWanted || !port;
 }
 
 /// Many a port is given its alias when it has appeared already.

@@ -86,8 +86,9 @@ private:
     void tellOfClient();
     void takeSampleRate();
     /// True when nothing is left to do for the port: it was wanted, or can never be connected.
-    bool connectIfWanted(const PortDescription& port);
     bool connectIfWanted(std::uint32_t number);
+    /// Whether a port that has appeared is to be connected.
+    [[nodiscard]] bool takes(const PortDescription& port);
     void makeConnection(const PortDescription& port);
     void forgetConnection(const std::string& port);
     void lookAgainAtNewPorts();

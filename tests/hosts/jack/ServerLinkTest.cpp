@@ -325,6 +325,21 @@ TEST_F(ServerLinkTest, APortThatIsGivenItsAliasAfterItHasAppearedIsConnected) {
     EXPECT_TRUE(hasSaid("sends to test-sender:late"));
 }
 
+TEST_F(ServerLinkTest, AServerThatHangsWhenAPortAppearsDoesNotKeepTheProgramForEver) {
+    link.connect();
+    int calls = 0;
+    link.setRunCall([&](const ServerLink::Call& call) {
+        EXPECT_FALSE(hasSaid("sends to"));
+        call();
+        EXPECT_TRUE(hasSaid("sends to test-sender:at-once"));
+        ++calls;
+    });
+    const JackPlayer player(server.name());
+    ::jack_port_register(player.client(), "at-once", JACK_DEFAULT_MIDI_TYPE, JackPortIsInput, 0);
+    turnUntil([&] { return hasSaid("sends to test-sender:at-once"); });
+    EXPECT_EQ(calls, 1);
+}
+
 TEST_F(ServerLinkTest, TheEditorSaysThatTheServerIsGoneUntilItIsBack) {
     session.viewDidLoad();
     int changes = 0;
