@@ -94,7 +94,6 @@ void ServerLink::makeClient() {
             makeConnection(port);
         }
     }
-    seen_ = noted_;
     cycle_.release();
 }
 
@@ -125,7 +124,9 @@ bool ServerLink::wasConnected(const PortDescription& port) const {
 /// Notes it at once: a server shows a connection a cycle after it was made, and may end before. The port of a
 /// client that is not active yet counts as missing: it appears again when its client is.
 void ServerLink::makeConnection(const PortDescription& port) {
-    (port.givesMIDI ? noted_.sources : noted_.targets).push_back(port.name);
+    for (auto* noted : {&seen_, &noted_}) {
+        (port.givesMIDI ? noted->sources : noted->targets).push_back(port.name);
+    }
     switch (client_->connect(port)) {
     case JackClient::Connecting::done:
         messages_.say((port.givesMIDI ? "hears " : "sends to ") + escaped(port.name));
@@ -209,11 +210,9 @@ void ServerLink::become(const std::string& clientName, const JackClient::Connect
 }
 
 JackClient::Connections ServerLink::connections() {
-    if (client_) {
-        lookAtConnections();
-    }
-    return {united(seen_.sources, connections_.missingSources()),
-            united(seen_.targets, connections_.missingTargets())};
+    const auto now = client_ ? connectionsNow() : seen_;
+    return {united(now.sources, connections_.missingSources()),
+            united(now.targets, connections_.missingTargets())};
 }
 
 void ServerLink::endNotes() {
@@ -290,8 +289,7 @@ void ServerLink::tick() {
     }
     tellOfLosses();
     if (client_) {
-        noted_ = seen_;
-        lookAtConnections();
+        noted_ = std::exchange(seen_, connectionsNow());
         lookAgainAtNewPorts();
         listenForCycles();
     } else if (isWanted_) {
@@ -314,12 +312,13 @@ void ServerLink::listenForCycles() {
 }
 
 /// What a server takes down while it ends is no wish of the user's: so what counts is how things stood a
-/// second ago. Nor is a connection whose other port has gone, which comes back with it.
-void ServerLink::lookAtConnections() {
+/// second ago, and only the clock moves that. Nor is a connection whose other port has gone, which comes back
+/// with it.
+JackClient::Connections ServerLink::connectionsNow() {
     auto now = client_->connections();
     const auto isGone = [this](const std::string& name) { return !client_->hasPort(name); };
     connections_.remember(lost(seen_.sources, now.sources, isGone), lost(seen_.targets, now.targets, isGone));
-    seen_ = std::move(now);
+    return now;
 }
 
 void ServerLink::tryToReturn() {

@@ -98,7 +98,7 @@ private:
     void listenForCycles();
     void tryToReturn();
     void tellOfLosses();
-    void lookAtConnections();
+    [[nodiscard]] JackClient::Connections connectionsNow();
     [[nodiscard]] bool wasConnected(const PortDescription& port) const;
 
     Session& session_;
@@ -117,10 +117,10 @@ private:
     std::string reportedFailure_;          ///< why a server does not take us back, as far as the user knows
     std::vector<std::uint32_t> unwanted_;  ///< ports that have appeared since the last look, once a second
     std::vector<std::uint32_t> unwantedBefore_;  ///< in the second before
-    JackClient::Connections seen_;               ///< the connections at the last look
-    JackClient::Connections noted_;              ///< those of a second ago, and what was connected since
-    std::uint64_t heardCycles_ = 0;              ///< how many had run at the last look, once a second
-    bool hasHeardCycles_ = false;                ///< since the link was made
+    JackClient::Connections seen_;   ///< the connections at the last look, and what was connected since
+    JackClient::Connections noted_;  ///< those of a second ago, and what was connected since
+    std::uint64_t heardCycles_ = 0;  ///< how many had run at the last look, once a second
+    bool hasHeardCycles_ = false;    ///< since the link was made
     int silentSeconds_ = 0;
     std::uint64_t ticks_ = 0;
     std::uint64_t toldRefused_ = 0;

@@ -165,6 +165,27 @@ TEST_F(ServerLinkTest, AConnectionThatTheUserHadTakenDownDoesNotComeBack) {
     EXPECT_FALSE(hasSaid("hears test-sender:out"));
 }
 
+/// Nor does it matter how often the connections are asked for meanwhile.
+TEST_F(ServerLinkTest, WhatAServerTakesDownWhileItEndsComesBackWithIt) {
+    link.connect();
+    {
+        JackPlayer player(server.name());
+        player.connectTo("midi-quillo");
+        letPass(2);
+        ASSERT_EQ(::jack_disconnect(player.client(), "test-sender:out", "midi-quillo:in"), 0);
+        while (!link.connections().sources.empty()) {
+            takeNews();
+        }
+        letPass(1);
+        endTheServer();
+    }
+    letPass(1);
+    server.start({});
+    const JackPlayer player(server.name());
+    turnUntil([&] { return link.isConnected(); });
+    EXPECT_TRUE(hasSaid("hears test-sender:out") && hasSaid("sends to test-listener:in"));
+}
+
 TEST_F(ServerLinkTest, AConnectionMadeByHandComesBackWithItsPortHoweverSoon) {
     link.connect();
     for (const int seconds : {0, 2}) {
@@ -183,6 +204,7 @@ TEST_F(ServerLinkTest, AConnectionMadeByHandComesBackWithItsPortHoweverSoon) {
         ASSERT_EQ(::jack_disconnect(player.client(), "test-sender:out", "midi-quillo:in"), 0);
         ASSERT_EQ(::jack_disconnect(player.client(), "midi-quillo:MIDIQuillo", "test-listener:in"), 0);
         turnUntil([&] { return link.connections().sources.empty() && link.connections().targets.empty(); });
+        letPass(1);
     }
 }
 
@@ -303,6 +325,22 @@ TEST_F(ServerStatusTest, WhatWasPickedAMomentBeforeTheServerWentComesBackWithItA
     const JackPlayer player(server.name());
     turnUntil([&] { return hasSaid("sends to test-listener:in"); });
     EXPECT_FALSE(hasSaid("hears test-sender:out"));
+}
+
+TEST_F(ServerStatusTest, WhatWasPickedInTheSecondBeforeTheServerWentComesBackWithIt) {
+    link.connect();
+    {
+        const JackPlayer player(server.name());
+        link.setConnected(source, true);
+        letPass(1);
+        endTheServer();
+    }
+    letPass(1);
+    err.str("");
+    server.start({});
+    const JackPlayer player(server.name());
+    turnUntil([&] { return link.isConnected(); });
+    EXPECT_TRUE(hasSaid("hears test-sender:out"));
 }
 
 TEST_F(ServerStatusTest, WithoutAServerNothingIsPicked) {
