@@ -118,6 +118,8 @@ void JackHost::goOnAlone(const std::string& reason) {
     connect();
 }
 
+/// A version that was gone back to becomes the newest when the program runs: a command that fails changes
+/// nothing, and can be repeated.
 void JackHost::connect() {
     try {
         link_.connect();
@@ -128,6 +130,9 @@ void JackHost::connect() {
         }
         link_.waitForServer(failure.what() + adviceAfter(failure) +
                             "\nMIDI Quillo waits, and goes on as soon as a server is there.");
+    }
+    if (options_.goBack > 0) {
+        rules_.changed(now());
     }
 }
 

@@ -16,9 +16,6 @@ namespace quillo {
 
 namespace {
 
-/// A change of then is saved at the next opportunity.
-constexpr SessionKeeper::Time longAgo{};
-
 std::string localTime(std::chrono::system_clock::time_point time) {
     const auto seconds = std::chrono::system_clock::to_time_t(time);
     std::tm parts{};
@@ -114,7 +111,6 @@ void SessionRules::goBack(std::size_t versions) {
             messages_.warn(*problem);
             throw CommandFailure(exitBadData, "--history lists the versions that can be used");
         }
-        changed(longAgo);
         return;
     }
     throw CommandFailure(exitNoInput, escaped(files_->file(versions).string()) +

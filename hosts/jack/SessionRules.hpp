@@ -27,11 +27,11 @@ public:
     /// A first session leaves the rules as they are.
     void load();
 
-    /// Installs those of this many versions ago; they become the newest. Throws a `CommandFailure`
+    /// Installs those of this many versions ago; `changed` makes them the newest. Throws a `CommandFailure`
     /// when they are not there or cannot be used.
     void goBack(std::size_t versions);
 
-    /// The user has edited the rules.
+    /// The rules are to be kept: the user has edited them, or asked for it.
     void changed(SessionKeeper::Time now);
     /// To be called often: saves what changed.
     void keepUp(SessionKeeper::Time now);

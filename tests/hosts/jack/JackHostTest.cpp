@@ -320,6 +320,26 @@ TEST_F(JackHostTest, AProgramThatShallNotWaitFails) {
     }
 }
 
+TEST_F(JackHostTest, AVersionThatIsGoneBackToBecomesTheNewestOnlyInAProgramThatRuns) {
+    const auto old = PluginData{rulesCalled("old")}.write();
+    const auto last = PluginData{rulesCalled("last")}.write();
+    files.add(old);
+    files.add(last);
+    options.goBack = 1;
+    options.wait = false;
+    EXPECT_THROW(start(), CommandFailure);
+    host->finish(exitUnavailable);
+    host.reset();
+    EXPECT_EQ(readWholeFile(files.file(0)), last);
+    EXPECT_EQ(files.versions().size(), 2U);
+    options.wait = true;
+    start();
+    EXPECT_EQ(ruleName(), "old");
+    host->finish();
+    EXPECT_EQ(readWholeFile(files.file(0)), old);
+    EXPECT_EQ(readWholeFile(files.file(1)), last);
+}
+
 TEST_F(JackHostTest, AFatalErrorOfACycleEndsTheProgram) {
     start();
     static_cast<void>(host->session().processor().fatalErrors.set("no more time"));

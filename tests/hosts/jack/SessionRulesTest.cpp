@@ -132,13 +132,16 @@ TEST_F(SessionRulesTest, WhenNoVersionCanBeUsedThereAreNoRulesAndNothingIsLost) 
     EXPECT_EQ(readWholeFile(files.file(2)), Data{'{'});
 }
 
-TEST_F(SessionRulesTest, OneGoesBackToAVersionWhichBecomesTheNewest) {
+TEST_F(SessionRulesTest, OneGoesBackToAVersionWhichBecomesTheNewestWhenItIsToBeKept) {
     for (const auto* name : {"first", "second", "third"}) {
         files.add(documentOf(name));
     }
     Program program(folder.path());
     program.rules.goBack(2);
     EXPECT_EQ(program.ruleName(), "first");
+    program.rules.keepNow(SessionKeeper::Time());
+    EXPECT_EQ(readWholeFile(files.file(0)), documentOf("third"));
+    program.rules.changed(SessionKeeper::Time());
     program.rules.keepNow(SessionKeeper::Time());
     EXPECT_EQ(readWholeFile(files.file(0)), documentOf("first"));
     EXPECT_EQ(readWholeFile(files.file(1)), documentOf("third"));
@@ -213,6 +216,7 @@ TEST_F(SessionRulesTest, WhereNothingMayBeWrittenTheRulesAreReadAllTheSame) {
     EXPECT_THAT(program.alert().value_or(""), HasSubstr("Changed rules are not kept: "));
     program.rules.goBack(1);
     EXPECT_EQ(program.ruleName(), "first");
+    program.rules.changed(SessionKeeper::Time());
     program.rules.keepNow(SessionKeeper::Time());
     EXPECT_EQ(program.rules.file(), std::nullopt);
     EXPECT_EQ(readWholeFile(files.file(0)), documentOf("second"));
