@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "commandline/CommandFailure.hpp"
+#include "hosts/jack/ConnectionKeeper.hpp"
 #include "hosts/jack/SessionFiles.hpp"
 #include "midi/MessageLength.hpp"
 #include "platform/QuotedText.hpp"
@@ -85,6 +86,7 @@ void requireSense(const JackOptions& options) {
     if (options.server && options.server->empty()) {
         throw UsageError("option --server: the name is empty");
     }
+    static_cast<void>(ConnectionKeeper(options.connectIn, options.connectOut));
 }
 
 }  // namespace

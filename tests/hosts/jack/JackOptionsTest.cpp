@@ -91,6 +91,12 @@ TEST(JackOptions, WhatIsWrongIsNamed) {
     EXPECT_EQ(errorOf({"--go-back", "10"}), "option --go-back: \"10\" is not a whole number from 1 to 9");
     EXPECT_EQ(errorOf({"--go-back", "1", "--preset", "p.json"}),
               "--go-back takes the rules of an earlier session, --preset those of a file: give one");
+    for (const std::string option : {"--connect-in", "--connect-out"}) {
+        EXPECT_EQ(errorOf({option, ""}),
+                  "option " + option + ": the pattern is empty; \".*\" matches every port");
+        EXPECT_TRUE(
+            errorOf({option, "("}).starts_with("option " + option + ": \"(\" is not a regular expression: "));
+    }
 }
 
 }  // namespace
