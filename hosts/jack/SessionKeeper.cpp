@@ -54,11 +54,8 @@ std::optional<std::string> SessionKeeper::keepNow(Time now) try {
 }
 
 void SessionKeeper::save(Time now) {
-    auto document = read_();
-    if (!saved_) {
-        saved_ = newestOf(files_);
-    }
-    if (saved_ == document) {
+    const auto document = read_();
+    if (newestOf(files_) == document) {
         return;
     }
     if (versionBegan_ && now - *versionBegan_ < versionSpan) {
@@ -67,7 +64,6 @@ void SessionKeeper::save(Time now) {
         files_.add(document);
         versionBegan_ = now;
     }
-    saved_ = std::move(document);
 }
 
 }  // namespace quillo

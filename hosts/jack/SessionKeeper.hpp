@@ -48,7 +48,6 @@ private:
 
     SessionFiles files_;
     std::function<Data()> read_;
-    std::optional<Data> saved_;         ///< what the newest version holds, once it was looked at
     std::optional<Time> versionBegan_;  ///< when the newest version was begun, if in this run
     std::optional<Time> firstUnsaved_;
     Time lastChange_;

@@ -127,6 +127,17 @@ TEST_F(SessionKeeperTest, AChangeThatIsTakenBackIsNoVersion) {
     EXPECT_EQ(keptAt(103s), "c a ");
 }
 
+TEST_F(SessionKeeperTest, AnUnchangedSessionIsSavedAgainWhenItsFileIsGoneOrHoldsSomethingElse) {
+    change("a", 0s);
+    keptAt(1s);
+    std::filesystem::remove(keeper.files().file(0));
+    change("a", 2s);
+    EXPECT_EQ(keptAt(3s), "a ");
+    writeWholeFile(keeper.files().file(0), Data{'z'}, Existing::replace);
+    change("a", 100s);
+    EXPECT_EQ(keptAt(101s), "a z ");
+}
+
 TEST_F(SessionKeeperTest, WhatCannotBeSavedIsToldOnceAndTriedAgainAfterTheNextChangeAndAtTheEnd) {
     writeWholeFile(folder / "state", Data{1}, Existing::keep);
     change("a", 0s);
