@@ -40,9 +40,10 @@ Example: hear what a preset makes of a song, and see every event on its way.
   midi-quillo render song.mid out.mid --preset echo.json --trace
 
 Exit status: 0 all went well; 1 check found a bad preset or, being strict, a
-mistake, diff or test a difference; 2 what diff or test plays cannot be read;
-64 wrong arguments; 65 damaged input; 66 input cannot be read; 70 fatal error;
-73 output cannot be written or is there already.
+mistake, diff or test a difference; 2 what diff or test plays cannot be read,
+or a test cannot be recorded; 64 wrong arguments; 65 damaged input; 66 input
+cannot be read; 70 fatal error; 73 output cannot be written or is there
+already.
 )";
 
 constexpr std::array verbTexts{
@@ -203,7 +204,7 @@ Options:
   --force-size       read presets and tests above 64 MiB, TAKE.mid above 1 GiB
 
 The exit status is 0 when every test passed, 1 when something is different, and
-2 when a file cannot be read.
+2 when a file cannot be read, or the test cannot be recorded.
 
 Examples:
   midi-quillo test presets/echo.json
