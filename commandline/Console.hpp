@@ -11,6 +11,7 @@ struct Console {
     std::ostream& out;
     std::ostream& err;
     bool errIsTerminal = false;  ///< whether `err` is a terminal, for progress
+    int outDescriptor = -1;      ///< that `out` writes to, if it is one
 };
 
 }  // namespace quillo

@@ -42,7 +42,7 @@ JackHost::JackHost(const JackOptions& options, const Console& console, EventLoop
       signals_(signals),
       messages_(console.err, session_),
       rules_(session_, messages_),
-      logs_(console.out),
+      logs_(console.out, console.outDescriptor),
       link_(session_, messages_, {options.server, options.name, options.startServer},
             ConnectionKeeper(options.connectIn, options.connectOut)),
       settings_(link_),
@@ -274,7 +274,7 @@ int JackHost::finish(int status) {
     signals_.release();
     link_.endNotes();
     link_.disconnect();
-    logs_.print();
+    logs_.print(std::chrono::seconds(1));
     return status == exitSuccess ? statusOfSaving() : status;
 }
 

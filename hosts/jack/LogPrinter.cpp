@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/jack/LogPrinter.hpp"
 
+#include <poll.h>
+
+#include <climits>
 #include <ostream>
+#include <sstream>
+#include <string_view>
 
 #include "words/MessageWords.hpp"
 
@@ -22,17 +27,40 @@ void LogPrinter::listenTo(LogCallback& input, LogCallback& output) {
     output.also(recordOn(tape_, Direction::out));
 }
 
-void LogPrinter::print() {
+void LogPrinter::print(std::chrono::milliseconds patience) {
+    printText(patience);
+    if (text_.empty()) {
+        text_ = takeTape();
+        printText(patience);
+    }
+}
+
+std::string LogPrinter::takeTape() {
+    std::ostringstream text;
     const auto contents = tape_.takeAll();
     for (const auto& [direction, entry] : contents.records) {
-        out_ << (direction == Direction::in ? "in  " : "out ") << traceLine(entry) << '\n';
+        text << (direction == Direction::in ? "in  " : "out ") << traceLine(entry) << '\n';
     }
     if (contents.lost > 0) {
-        out_ << "    " << contents.lost << " entries came too fast and are missing here\n";
+        text << "    " << contents.lost << " entries came too fast and are missing here\n";
     }
-    if (!contents.records.empty() || contents.lost > 0) {
-        out_.flush();
+    return std::move(text).str();
+}
+
+/// A pipe that has room takes this much without waiting.
+void LogPrinter::printText(std::chrono::milliseconds patience) {
+    std::size_t printed = 0;
+    while (printed < text_.size() && hasRoom(patience)) {
+        const auto piece = std::string_view(text_).substr(printed, PIPE_BUF);
+        out_ << piece << std::flush;
+        printed += piece.size();
     }
+    text_.erase(0, printed);
+}
+
+bool LogPrinter::hasRoom(std::chrono::milliseconds patience) const {
+    pollfd watched{descriptor_, POLLOUT, 0};
+    return descriptor_ < 0 || ::poll(&watched, 1, static_cast<int>(patience.count())) > 0;
 }
 
 }  // namespace quillo

@@ -1,28 +1,39 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <chrono>
 #include <iosfwd>
+#include <string>
 
 #include "hosts/jack/LogTape.hpp"
 #include "log/LogCallback.hpp"
 
 namespace quillo {
 
-/// Prints both logs, an entry a line, as they come: "in  [480] 90 3c 64    note-on 60 (C3), ...". [main]
+/// Prints both logs, an entry a line, as they come: "in  [480] 90 3c 64    note-on 60 (C3), ...". A reader
+/// that stands still keeps nobody waiting; it is told how many entries it has missed. [main]
 class LogPrinter {
 public:
-    explicit LogPrinter(std::ostream& out) : out_(out) {}
+    /// `descriptor` is where `out` writes to; -1 when it never has to wait.
+    explicit LogPrinter(std::ostream& out, int descriptor = -1) : out_(out), descriptor_(descriptor) {}
 
     /// Listens from now on, besides those who do already. Nothing must be rendered after the printer is gone.
     void listenTo(LogCallback& input, LogCallback& output);
 
-    /// Prints what has come since the last call. Nothing more is printed once the stream has failed.
-    void print();
+    /// Prints what has come since the last call, or since the reader took the last line; it has so long for
+    /// each piece, and gets the rest with the next call. Nothing more is printed once the stream has failed.
+    void print(std::chrono::milliseconds patience = {});
 
 private:
     static constexpr std::size_t capacity = 16384;
 
+    [[nodiscard]] std::string takeTape();
+    void printText(std::chrono::milliseconds patience);
+    [[nodiscard]] bool hasRoom(std::chrono::milliseconds patience) const;
+
     std::ostream& out_;
+    const int descriptor_;
+    std::string text_;  ///< that is not printed yet
     LogTape tape_{capacity};
 };
 

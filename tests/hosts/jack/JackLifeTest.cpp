@@ -6,11 +6,14 @@
 #include <jack/metadata.h>
 #include <jack/uuid.h>
 
+#include <sys/stat.h>
+
 #include <fstream>
 #include <sstream>
 
 #include "commandline/CommandFailure.hpp"
 #include "hosts/jack/JackProgramFixture.hpp"
+#include "platform/Descriptor.hpp"
 
 namespace quillo {
 namespace {
@@ -225,6 +228,24 @@ TEST_F(JackLife, ASignalEndsTheProgramWellWhileAServerThatHangsKeepsItFromTheBeg
     server.hang();
     const auto program = run({"--server", server.name()});
     program->err().waitFor("No version of the last session's rules can be used");
+    EXPECT_EQ(end(*program), exitSuccess);
+}
+
+TEST_F(JackLife, ASignalEndsTheProgramWellWhileNobodyReadsItsLog) {
+    const auto log = (folder / "log").string();
+    ASSERT_EQ(::mkfifo(log.c_str(), 0600), 0);
+    const Descriptor reader(::open(log.c_str(), O_RDWR | O_CLOEXEC));
+    const JackServer server;
+    const auto program = runAsItIs({"sh", "-c", "exec \"$@\" >\"$0\"", log, QUILLO_JACK_PROGRAM,
+                                    "--no-window", "--log", "--server", server.name()});
+    program->err().waitFor("on the JACK server");
+    JackPlayer player(server.name());
+    player.connectTo("midi-quillo");
+    Messages much;
+    for (SampleTime time = 0; time < 3000; ++time) {
+        much.push_back({8 * time, {0x90, 60, 1}});
+    }
+    EXPECT_EQ(player.play(much, 24000), much);
     EXPECT_EQ(end(*program), exitSuccess);
 }
 

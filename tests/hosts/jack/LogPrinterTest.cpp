@@ -3,11 +3,20 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <fstream>
 #include <sstream>
 
+#include "platform/Descriptor.hpp"
 #include "session/Session.hpp"
 #include "support/TestOutput.hpp"
 #include "support/TestRules.hpp"
+#include "support/Threads.hpp"
 
 namespace quillo {
 namespace {
@@ -55,11 +64,8 @@ TEST(LogPrinter, TheEditorsLogsGoOn) {
     EXPECT_EQ(std::ranges::count(out.str(), '\n'), 3);
 }
 
-TEST(LogPrinter, SaysHowManyEntriesAreMissing) {
-    Session session;
-    std::ostringstream out;
-    LogPrinter printer(out);
-    printer.listenTo(session.logInput, session.logOutput);
+/// 20,000 entries, a line each.
+void playMuch(Session& session) {
     auto& renderer = session.renderer();
     TestOutput output;
     for (int block = 0; block < 5; ++block) {
@@ -69,9 +75,73 @@ TEST(LogPrinter, SaysHowManyEntriesAreMissing) {
         }
         ASSERT_EQ(renderer.end(), noErr);
     }
+}
+
+TEST(LogPrinter, SaysHowManyEntriesAreMissing) {
+    Session session;
+    std::ostringstream out;
+    LogPrinter printer(out);
+    printer.listenTo(session.logInput, session.logOutput);
+    playMuch(session);
     printer.print();
     EXPECT_EQ(std::ranges::count(out.str(), '\n'), 16385);
     EXPECT_TRUE(out.str().ends_with("    3616 entries came too fast and are missing here\n"));
+}
+
+/// A log into a pipe, which has room for a part of what is played.
+class LogPipe : public testing::Test {
+protected:
+    LogPipe() {
+        printer.listenTo(session.logInput, session.logOutput);
+        playMuch(session);
+    }
+
+    static std::array<int, 2> makePipe() {
+        std::array<int, 2> ends{};
+        EXPECT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+        return ends;
+    }
+
+    void readOnce() {
+        std::array<char, 65536> piece{};
+        const auto count = ::read(reader.number(), piece.data(), piece.size());
+        text.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
+    [[nodiscard]] bool isWhole() const { return text.ends_with("are missing here\n"); }
+    void expectEachLineOnce() const {
+        EXPECT_EQ(std::ranges::count(text, '\n'), 16385);
+        EXPECT_TRUE(text.ends_with("    3616 entries came too fast and are missing here\n"));
+    }
+
+    std::array<int, 2> ends = makePipe();
+    const Descriptor reader{ends[0]};
+    const Descriptor writer{ends[1]};
+    std::ofstream out{"/proc/self/fd/" + std::to_string(writer.number())};
+    Session session;
+    LogPrinter printer{out, writer.number()};
+    std::string text;
+};
+
+TEST_F(LogPipe, AReaderThatStandsStillKeepsNobodyWaitingAndGetsItAllWhenItGoesOn) {
+    printer.print();
+    printer.print();
+    while (!isWhole()) {
+        readOnce();
+        printer.print();
+    }
+    expectEachLineOnce();
+}
+
+TEST_F(LogPipe, AReaderThatIsSlowIsGivenTimeAtTheEnd) {
+    {
+        JoinedThread slow([this] {
+            while (!isWhole()) {
+                readOnce();
+            }
+        });
+        printer.print(std::chrono::hours(1));
+    }
+    expectEachLineOnce();
 }
 
 }  // namespace
