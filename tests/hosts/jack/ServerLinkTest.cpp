@@ -12,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <sstream>
+#include <vector>
 
 #include "hosts/jack/EventLoop.hpp"
 #include "hosts/jack/JackPlayer.hpp"
@@ -21,6 +22,7 @@ namespace quillo {
 namespace {
 
 using namespace test;
+using testing::ElementsAre;
 using testing::HasSubstr;
 
 class ServerLinkTest : public testing::Test {
@@ -380,8 +382,12 @@ TEST_F(ServerLinkTest, AServerThatHangsWhenAPortAppearsDoesNotKeepTheProgramForE
 
 TEST_F(ServerLinkTest, TheEditorSaysThatTheServerIsGoneUntilItIsBack) {
     session.viewDidLoad();
-    int changes = 0;
-    link.setOnChange([&] { ++changes; });
+    std::vector<bool> told;  // what changes told of the link; ports may change besides
+    link.setOnChange([&] {
+        if (told.empty() || told.back() != link.isConnected()) {
+            told.push_back(link.isConnected());
+        }
+    });
     link.connect();
     EXPECT_EQ(link.clientName(), "midi-quillo");
     server.kill();
@@ -394,7 +400,7 @@ TEST_F(ServerLinkTest, TheEditorSaysThatTheServerIsGoneUntilItIsBack) {
     turnUntil([&] { return link.isConnected(); });
     session.drain();
     EXPECT_EQ(session.model()->alertErrorMessage(), std::nullopt);
-    EXPECT_EQ(changes, 3);
+    EXPECT_THAT(told, ElementsAre(true, false, true));
 }
 
 TEST_F(ServerLinkTest, AnotherAlertIsNotTakenAwayWhenTheServerIsBack) {
