@@ -5,8 +5,8 @@
 
 namespace quillo {
 
-ColoredField::ColoredField(std::unique_ptr<FieldView> field, const ColorPair& colors, int leastWidth)
-    : field_(std::move(field)), leastWidth_(leastWidth) {
+ColoredField::ColoredField(std::unique_ptr<FieldView> field, const ColorPair& colors)
+    : field_(std::move(field)) {
     set<MyPrimaryColor>(colors.primary);
     set<MySecondaryColor>(colors.secondary);
     addAndMakeVisible(*field_);

@@ -23,8 +23,10 @@ struct ColorPair {
 /// Draws the field in it with a pair of colours. [main] only.
 class ColoredField final : public juce::Component, public EnvironmentScope, public PreferredSize {
 public:
-    /// `leastWidth` is what the field asks for even if its value is short.
-    ColoredField(std::unique_ptr<FieldView> field, const ColorPair& colors, int leastWidth = 0);
+    ColoredField(std::unique_ptr<FieldView> field, const ColorPair& colors);
+
+    /// What the field asks for even if its value is short.
+    void setLeastWidth(int width) { leastWidth_ = width; }
 
     [[nodiscard]] FieldView& field() const { return *field_; }
 
@@ -37,7 +39,7 @@ public:
 
 private:
     std::unique_ptr<FieldView> field_;
-    int leastWidth_;
+    int leastWidth_ = 0;
 };
 
 }  // namespace quillo

@@ -29,6 +29,8 @@ struct FieldPlan {
     int leastWidth = 0;
     ColorPair colors;
     std::function<std::unique_ptr<FieldView>()> make;
+    /// Lets a field that was made under this caption offer what is planned now.
+    std::function<void(FieldView& field)> offer;
     MenuExtras extras{};  ///< what the field offers beyond its values
 
     [[nodiscard]] juce::Point<int> size() const {
@@ -54,14 +56,16 @@ FieldPlan pickerPlan(const juce::String& caption, const ColorPair& colors, Menu<
     } else if (other) {
         text = other(value);
     }
+    const auto offered = std::make_shared<const Menu<Value>>(std::move(menu));
     return {caption,
             text,
             true,
             0,
             colors,
-            [caption, menu = std::move(menu), selection = std::move(selection), other = std::move(other)] {
-                return std::make_unique<MyPicker<Value>>(caption, menu, selection, other);
-            }};
+            [caption, offered, selection = std::move(selection), other = std::move(other)] {
+                return std::make_unique<MyPicker<Value>>(caption, *offered, selection, other);
+            },
+            [offered](FieldView& field) { dynamic_cast<MyPicker<Value>&>(field).setDescription(*offered); }};
 }
 
 /// A text input whose text goes through `Formatter`.
@@ -69,14 +73,17 @@ template <class Formatter>
 FieldPlan inputPlan(const juce::String& caption, const ColorPair& colors,
                     Binding<typename Formatter::Value> value, const juce::String& prompt,
                     Menu<typename Formatter::Value> options = {}) {
-    return {caption,
-            juceText(Formatter().format(value.get())),
-            !options.empty(),
-            FieldView::preferredWidth({}, prompt, !options.empty()),
-            colors,
-            [caption, prompt, value = std::move(value), options = std::move(options)] {
-                return std::make_unique<MyTextInput<Formatter>>(caption, value, prompt, options);
-            }};
+    const auto offered = std::make_shared<const Menu<typename Formatter::Value>>(std::move(options));
+    return {
+        caption,
+        juceText(Formatter().format(value.get())),
+        !offered->empty(),
+        FieldView::preferredWidth({}, prompt, !offered->empty()),
+        colors,
+        [caption, prompt, value = std::move(value), offered] {
+            return std::make_unique<MyTextInput<Formatter>>(caption, value, prompt, *offered);
+        },
+        [offered](FieldView& field) { dynamic_cast<MyTextInput<Formatter>&>(field).setOptions(*offered); }};
 }
 
 template <class Entry, class Value>

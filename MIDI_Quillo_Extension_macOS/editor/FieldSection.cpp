@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/FieldSection.hpp"
 
+#include <algorithm>
 #include <utility>
 
 #include "editor/Style.hpp"
@@ -28,17 +29,42 @@ FieldSection::FieldSection(const juce::String& title) : stack_(fieldSpacing) {
 }
 
 void FieldSection::setFields(const FieldPlans& plans) {
-    stack_.clear();
-    fields_.clear();
+    const auto found = found_;
+    mark({});
+    auto before = std::exchange(fields_, {});
+    std::vector<juce::Component*> views;
     for (const auto& plan : plans) {
-        fields_.push_back(std::make_unique<ColoredField>(plan.make(), plan.colors, plan.leastWidth));
-        fields_.back()->field().setExtras(plan.extras);
-        fields_.back()->setVisible(true);
-        stack_.add(*fields_.back());
+        fields_.push_back(fieldFor(plan, before));
+        views.push_back(fields_.back().get());
     }
-    mark(std::exchange(found_, {}));
+    const auto left = std::ranges::find_if(
+        before, [](const auto& field) { return field != nullptr && field->hasKeyboardFocus(true); });
+    stack_.setViews(views);
+    if (left != before.end()) {
+        const auto place = std::min<std::ptrdiff_t>(left - before.begin(), std::ssize(fields_) - 1);
+        fields_[static_cast<std::size_t>(place)]->field().grabKeyboardFocus();
+    }
+    mark(found);
     resized();
     repaint();
+}
+
+/// The one of these under its caption, or a new one.
+std::unique_ptr<ColoredField> FieldSection::fieldFor(const FieldPlan& plan, Fields& before) {
+    const auto same = std::ranges::find_if(before, [&plan](const auto& field) {
+        return field != nullptr && field->field().caption() == plan.caption;
+    });
+    auto field =
+        same != before.end() ? std::move(*same) : std::make_unique<ColoredField>(plan.make(), plan.colors);
+    const bool hadMenu = field->field().hasChevron();
+    field->setLeastWidth(plan.leastWidth);
+    field->field().setExtras(plan.extras);
+    plan.offer(field->field());
+    field->setVisible(true);
+    if (field->field().hasChevron() != hadMenu) {
+        field->field().invalidateAccessibilityHandler();
+    }
+    return field;
 }
 
 void FieldSection::mark(const std::set<std::size_t>& found) {
@@ -50,13 +76,6 @@ void FieldSection::mark(const std::set<std::size_t>& found) {
         }
     }
     found_ = found;
-}
-
-void FieldSection::refresh() {
-    for (const auto& field : fields_) {
-        field->field().refresh();
-    }
-    stack_.resized();
 }
 
 int FieldSection::heightFor(const FieldSizes& fields, int width) {

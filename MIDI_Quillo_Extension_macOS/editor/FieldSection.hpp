@@ -23,15 +23,15 @@ class FieldSection : public juce::Component {
 public:
     explicit FieldSection(const juce::String& title);
 
-    /// Makes all fields again.
+    /// Shows these fields with their values. A field whose caption is planned again stays the same view: it
+    /// may be typed into. Where one goes that has the keyboard, what stands in its place then has it.
     void setFields(const FieldPlans& plans);
-    /// The values may have changed; the fields are the same.
-    void refresh();
 
     /// Draws these fields, by their position, as found, and no others.
     void mark(const std::set<std::size_t>& found);
 
-    [[nodiscard]] const std::vector<std::unique_ptr<ColoredField>>& fields() const { return fields_; }
+    using Fields = std::vector<std::unique_ptr<ColoredField>>;
+    [[nodiscard]] const Fields& fields() const { return fields_; }
 
     /// The height of a section with these fields.
     [[nodiscard]] static int heightFor(const FieldSizes& fields, int width);
@@ -41,9 +41,11 @@ public:
     void resized() override;
 
 private:
+    [[nodiscard]] static std::unique_ptr<ColoredField> fieldFor(const FieldPlan& plan, Fields& before);
+
     MyWrappingHStack stack_;
     std::set<std::size_t> found_;
-    std::vector<std::unique_ptr<ColoredField>> fields_;
+    Fields fields_;
 };
 
 }  // namespace quillo

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <concepts>
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,8 +29,6 @@ template <MyFormatter Formatter>
 class MyTextInput final : public MyTextInputImpl {
 public:
     using Value = Formatter::Value;
-    /// The value that lies so many steps above another one, below it where `steps` is negative.
-    using Step = std::function<Value(const Value&, int steps)>;
 
     MyTextInput(juce::String label, Binding<Value> value, juce::String prompt, Menu<Value> options = {},
                 Formatter format = {})
@@ -40,8 +37,11 @@ public:
           options_(std::move(options)),
           format_(format) {}
 
-    /// Steps the value in its own way. Without this, a number is stepped by ones.
-    void setStep(Step step) { step_ = std::move(step); }
+    /// Offers other options from now on.
+    void setOptions(Menu<Value> options) {
+        options_ = std::move(options);
+        refresh();
+    }
 
     [[nodiscard]] juce::String shownText() const override {
         auto text = shownInstead();
@@ -63,10 +63,6 @@ protected:
     void takeText(const juce::String& text) override { set(format_.parse(text.toStdString())); }
 
     bool takeSteps(int steps) override {
-        if (step_) {
-            step(format_.parse(format_.format(step_(value_.get(), steps))));
-            return true;
-        }
         if constexpr (Steppable<Value>) {
             if (const auto value = stepped(format_, value_.get(), steps)) {
                 step(*value);
@@ -110,7 +106,6 @@ private:
     Binding<Value> value_;
     Menu<Value> options_;
     Formatter format_;
-    Step step_;
 };
 
 }  // namespace quillo

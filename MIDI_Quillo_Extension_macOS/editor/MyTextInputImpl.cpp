@@ -254,11 +254,16 @@ int MyTextInputImpl::clicksOf(const juce::MouseEvent& event) const {
     return std::max(event.getNumberOfClicks(), environment<MyClickOverlayClicks>(*this));
 }
 
+/// Once the text is taken, the chevron may be elsewhere.
+void MyTextInputImpl::mouseDown(const juce::MouseEvent& event) {
+    onChevron_ = chevronArea().contains(event.getPosition());
+}
+
 void MyTextInputImpl::mouseUp(const juce::MouseEvent& event) {
     if (!event.mouseWasClicked() || event.mods.isPopupMenu() || !isEnabled()) {
         return;
     }
-    if (chevronArea().contains(event.getPosition())) {
+    if (onChevron_) {
         openOptions();
     } else if (typingArea().contains(event.getPosition()) && clicksOf(event) >= clicks_) {
         startTyping();
@@ -371,7 +376,7 @@ bool MyTextInputImpl::step(int steps) {
     if (field == nullptr) {
         return true;
     }
-    const bool stepped = takeSteps(steps);
+    const bool stepped = shownInstead().isNotEmpty() || takeSteps(steps);
     if (field != nullptr && stepped) {
         if (editable_) {
             textBefore_ = shownText();

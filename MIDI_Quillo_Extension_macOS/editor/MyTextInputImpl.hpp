@@ -50,6 +50,7 @@ public:
 
     [[nodiscard]] int preferredWidth() const override;
     void resized() override;
+    void mouseDown(const juce::MouseEvent& event) override;
     void mouseUp(const juce::MouseEvent& event) override;
     void mouseWheelMove(const juce::MouseEvent& event, const juce::MouseWheelDetails& wheel) override;
     bool keyPressed(const juce::KeyPress& key) override;
@@ -95,6 +96,7 @@ private:
     juce::String prompt_;
     int clicks_ = 1;
     bool editable_ = false;
+    bool onChevron_ = false;  ///< where the mouse was pressed
     juce::String textBefore_;
     float wheelRest_ = 0;
     std::unique_ptr<Typist> typist_;

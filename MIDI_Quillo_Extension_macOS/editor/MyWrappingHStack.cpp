@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <iterator>
 #include <limits>
+#include <utility>
 
 namespace quillo {
 namespace {
@@ -45,18 +46,17 @@ MyWrappingHStack::MyWrappingHStack(Spacing spacing, bool maxContent)
     setInterceptsMouseClicks(false, true);
 }
 
-void MyWrappingHStack::add(juce::Component& view) {
-    entries_.push_back({&view, {view.getWidth(), view.getHeight()}});
-    addChildComponent(view);
-}
-
-void MyWrappingHStack::clear() {
-    entries_.clear();
-    removeAllChildren();
-}
-
-int MyWrappingHStack::heightForWidth(int width) const {
-    return height(shownSizes(), spacing_, width);
+void MyWrappingHStack::setViews(const std::vector<juce::Component*>& views) {
+    const auto before = std::exchange(entries_, {});
+    for (auto* view : views) {
+        entries_.push_back({view, {view->getWidth(), view->getHeight()}});
+        addChildComponent(view);
+    }
+    for (const auto& entry : before) {
+        if (std::ranges::find(views, entry.view) == views.end()) {
+            removeChildComponent(entry.view);
+        }
+    }
 }
 
 int MyWrappingHStack::preferredWidth() const {

@@ -22,13 +22,11 @@ public:
 
     explicit MyWrappingHStack(Spacing spacing, bool maxContent = false);
 
-    /// Adds a view, which stays the caller's and must stay alive until it is taken out. A view
-    /// without a `PreferredSize` keeps the size that it has now. Invisible views take no room.
-    void add(juce::Component& view);
-    /// Takes all views out.
-    void clear();
+    /// Lays these views from now on, and takes out those that are not among them. They stay the caller's and
+    /// must stay alive until they are taken out. A view without a `PreferredSize` keeps the size that it has
+    /// now. Invisible views take no room.
+    void setViews(const std::vector<juce::Component*>& views);
 
-    [[nodiscard]] int heightForWidth(int width) const;
     /// The size of all views in a single row.
     [[nodiscard]] int preferredWidth() const override;
     [[nodiscard]] int preferredHeight() const override;

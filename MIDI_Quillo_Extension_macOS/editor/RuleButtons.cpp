@@ -41,10 +41,11 @@ RuleButtons::RuleButtons(std::function<juce::String()> whyNotSent, Actions actio
           "More", IconName::more, [this] { actions_.onMore(more_); }, style::buttonHeight),
       stack_(buttonSpacing) {
     addAndMakeVisible(stack_);
-    for (auto* button : std::initializer_list<juce::Component*>{&duplicate_, &delete_, &send_, &more_}) {
+    const std::vector<juce::Component*> buttons{&duplicate_, &delete_, &send_, &more_};
+    for (auto* button : buttons) {
         button->setVisible(true);
-        stack_.add(*button);
     }
+    stack_.setViews(buttons);
     refresh();
 }
 

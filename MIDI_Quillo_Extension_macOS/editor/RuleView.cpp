@@ -9,7 +9,6 @@
 #include "editor/Fonts.hpp"
 #include "editor/JuceText.hpp"
 #include "editor/LiveTexts.hpp"
-#include "editor/RunEdit.hpp"
 #include "editor/Style.hpp"
 #include "rules/MIDIVocabulary.hpp"
 #include "rules/TriggerChoices.hpp"
@@ -61,7 +60,6 @@ CardContent contentOf(const Plans& plans, const RuleRemark& status, bool isReaso
 RuleView::RuleView(Binding<RuleEntry> data, RuleViewActions actions)
     : data_(std::move(data)),
       actions_(std::move(actions)),
-      shape_(shape()),
       handle_([this] { actions_.onForm(!inOneLine_); }),
       header_(fieldBinding(data_, &RuleEntry::name)),
       line_([this] { actions_.onForm(false); }),
@@ -85,13 +83,8 @@ RuleView::RuleView(Binding<RuleEntry> data, RuleViewActions actions)
     setTitle(juceText(data_.get().name));
     setFocusContainerType(FocusContainerType::none);
     line_.setVisible(false);
-    makeFields();
+    showFields();
     showCount();
-}
-
-RuleView::Shape RuleView::shape() const {
-    const auto entry = data_.get();
-    return {entry.trigger.type, entry.output.type, canHaveRange(entry.trigger), actions_.run.get().count > 1};
 }
 
 juce::String RuleView::whyNotSent() const {
@@ -108,7 +101,7 @@ void RuleView::showCount() {
     header_.setRemark(count > 1 ? juce::String(count) + " rules" : juceText(nameCaption));
 }
 
-void RuleView::makeFields() {
+void RuleView::showFields() {
     const auto palette = environment<PaletteKey>(*this);
     trigger_.setFields(triggerFields(data_, actions_.run, palette, actions_.onTriggerTypeChange));
     output_.setFields(outputFields(data_, actions_.run, palette, actions_.onOutputTypeChange));
@@ -119,13 +112,7 @@ void RuleView::refresh() {
     header_.refresh();
     buttons_.refresh();
     showCount();
-    if (shape_ == shape()) {
-        trigger_.refresh();
-        output_.refresh();
-    } else {
-        shape_ = shape();
-        makeFields();
-    }
+    showFields();
     resized();
 }
 

@@ -65,7 +65,7 @@ public:
 
     RuleView(Binding<RuleEntry> data, RuleViewActions actions);
 
-    /// The entry has changed: other fields are made where its types are others.
+    /// The entry has changed, or the run.
     void refresh();
 
     /// What a search found on the card; nothing on one that fades.
@@ -117,19 +117,9 @@ public:
     void parentHierarchyChanged() override;
 
 private:
-    /// What decides which fields there are and what they offer.
-    struct Shape {
-        TriggerEntryType trigger;
-        OutputEntryType output;
-        bool canHaveRange;
-        bool isRun;
-        bool operator==(const Shape&) const = default;
-    };
-
-    [[nodiscard]] Shape shape() const;
     [[nodiscard]] juce::String whyNotSent() const;
     void showCount();
-    void makeFields();
+    void showFields();
     [[nodiscard]] juce::String hitsWords() const;
     void showStatus();
     void layOut();
@@ -138,7 +128,6 @@ private:
 
     Binding<RuleEntry> data_;
     RuleViewActions actions_;
-    Shape shape_;
     MyDragAndDropForEachDragHandle handle_;
     RuleHeaderView header_;
     RuleStatus status_;

@@ -122,6 +122,31 @@ TEST_F(KeyboardOnly, ARuleIsRenamedAndDeleted) {
     EXPECT_EQ(stage->names(), (Names{"b"}));
 }
 
+TEST_F(KeyboardOnly, AFieldKeepsTheFocusWhileOthersComeAndGoAroundIt) {
+    open({"a"});
+    tabTo("Type");
+    press(enter);
+    stage->pickInMenu("CC");
+    EXPECT_EQ(stage->entry(0).trigger.type, TriggerEntryType::ControlChange);
+    EXPECT_EQ(EditorStage::focus(), "Type");
+    press(tab);
+    EXPECT_EQ(EditorStage::focus(), "Ch");
+}
+
+TEST_F(KeyboardOnly, WhereAFieldGoesTheOneInItsPlaceHasTheFocus) {
+    open({"a"});
+    tabTo("Velocity");
+    stage->editor().changeOutputType({stage->id(0)}, OutputEntryType::ControlChange);
+    EXPECT_EQ(EditorStage::focus(), "Value");
+    tabTo("Delay (ms)");
+    stage->editor().changeOutputType({stage->id(0)}, OutputEntryType::SystemExclusive);
+    EXPECT_EQ(EditorStage::focus(), "Delay (ms)");
+    stage->editor().undo();
+    press(tab, shift);
+    stage->editor().redo();
+    EXPECT_EQ(EditorStage::focus(), "Delay (ms)");
+}
+
 TEST_F(KeyboardOnly, AfterAFieldWasLetGoTabGoesOnBesideIt) {
     open({"a"});
     tabTo("Velocity");

@@ -34,6 +34,16 @@ std::vector<Rule> upperHalf() {
     return rules;
 }
 
+/// Sends each of the first so many values of a controller on, so much higher.
+std::vector<Rule> higher(std::uint8_t count, std::uint8_t by) {
+    std::vector<Rule> rules;
+    for (std::uint8_t value = 0; value < count; ++value) {
+        const auto sent = static_cast<std::uint8_t>(value + by);
+        rules.push_back(rule(onControlChange(64, exactly(value)), send(controlChange(0, 7, sent)), "up"));
+    }
+    return rules;
+}
+
 class RunCardTest : public testing::Test {
 protected:
     void open(std::vector<Rule> rules) { stage.emplace(std::move(rules)); }
@@ -216,6 +226,68 @@ TEST_F(RunCardTest, OfValuesIsTypedIntoTheFieldAndNotStepped) {
     stage->typeInto(field(card().trigger(), "Value"), "5");
     EXPECT_EQ(stage->installed().size(), 1);
     EXPECT_EQ(stage->entry(0).trigger.controllerValue, exactly(5));
+}
+
+class ARangeBeingTyped : public RunCardTest {
+protected:
+    ARangeBeingTyped() { beginTyping(); }
+    void beginTyping() {
+        open({rule(onControlChange(64), send(noteOn(0, 60, 0)), "down")});
+        stage->beginTyping(value(), "64-127");
+    }
+    [[nodiscard]] FieldView& value() { return field(card().trigger(), "Value"); }
+};
+
+TEST_F(ARangeBeingTyped, IsTakenByAPickerThatIsClickedBeforeItsMenuOpens) {
+    for (const auto* picker : {"Type", "Ch", "Controller", "Incoming"}) {
+        beginTyping();
+        EditorStage::openMenu(field(card().trigger(), picker));
+        EXPECT_EQ(stage->menu().getTitle(), picker);
+        EXPECT_EQ(stage->installed(), upperHalf()) << picker;
+    }
+}
+
+TEST_F(ARangeBeingTyped, IsTakenBeforeItsOwnMenuOpens) {
+    EditorStage::openMenu(value());
+    EXPECT_EQ(stage->menu().getTitle(), "Value");
+    EXPECT_EQ(stage->installed(), upperHalf());
+    beginTyping();
+    key(stage->window,
+        juce::KeyPress(juce::KeyPress::downKey, juce::ModifierKeys(juce::ModifierKeys::altModifier), 0));
+    EXPECT_EQ(stage->menu().getTitle(), "Value");
+    EXPECT_EQ(stage->installed(), upperHalf());
+}
+
+TEST_F(ARangeBeingTyped, IsTakenByTheNextFieldThatIsTypedInto) {
+    stage->typeInto(field(card().output(), "Velocity"), "5");
+    ASSERT_EQ(stage->installed().size(), 64U);
+    EXPECT_EQ(stage->entry(63).output.velocity, byte(5));
+}
+
+TEST_F(ARangeBeingTyped, IsTakenByTheWheelWhichDoesNotStepIt) {
+    wheel(value(), value().textArea().getCentre(), 0.4F);
+    EXPECT_EQ(stage->installed(), upperHalf());
+}
+
+TEST_F(ARangeBeingTyped, IsEndedByReturnWhichLetsTheFieldGo) {
+    press(juce::KeyPress::returnKey);
+    EXPECT_EQ(stage->installed(), upperHalf());
+    EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr);
+}
+
+TEST_F(ARangeBeingTyped, IsTakenByTabWhichGoesOnToTheNextField) {
+    press(juce::KeyPress::tabKey);
+    EXPECT_EQ(stage->installed(), upperHalf());
+    EXPECT_EQ(EditorStage::focus(), "Incoming");
+    EXPECT_FALSE(stage->offers(field(card().trigger(), "Incoming"), "Consume non"));
+}
+
+TEST_F(ARangeBeingTyped, IsTakenBeforeTheNextFieldSaysWhatIsTypedOver) {
+    open(higher(2, 12));
+    stage->beginTyping(value(), "5");
+    auto& sent = dynamic_cast<MyTextInputImpl&>(field(card().output(), "Value"));
+    click(sent, sent.textArea().getCentre());
+    EXPECT_EQ(sent.typist()->getText(), "12");
 }
 
 TEST_F(RunCardTest, BecomesOneRuleWhenItIsToWaitForAny) {

@@ -367,14 +367,10 @@ TEST(MyTextInput, AWheelThatTurnsSidewaysStepsNothing) {
     EXPECT_EQ(desk.value, byte(100));
 }
 
-TEST(MyTextInput, StepsInItsOwnWayWhereOneIsGiven) {
-    InputDesk<DelayValueFormatter> desk(100);
-    desk.input.setStep([](const std::int64_t& value, int steps) { return value + 25 * steps; });
-    desk.input.grabKeyboardFocus();
-    desk.press(juce::KeyPress::upKey);
-    EXPECT_EQ(desk.value, 125);
-    desk.press(juce::KeyPress::pageDownKey);
-    EXPECT_EQ(desk.value, 0) << "The formatter bounds it.";
+TEST(MyTextInput, OffersOtherOptionsOnceTheyAreSet) {
+    VelocityDesk desk;
+    desk.input.setOptions({});
+    EXPECT_FALSE(desk.input.hasChevron());
 }
 
 TEST(MyTextInput, ShowsThePromptInPlaceOfNothing) {

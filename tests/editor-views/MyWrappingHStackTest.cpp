@@ -69,13 +69,10 @@ TEST(MyWrappingHStack, LaysItsViewsByTheirPreferredSizes) {
     juce::Component plain;
     plain.setSize(30, 10);
     plain.setVisible(true);
-    stack.add(first);
-    stack.add(second);
-    stack.add(plain);
+    stack.setViews({&first, &second, &plain});
     EXPECT_EQ(stack.preferredWidth(), 152);
     EXPECT_EQ(stack.preferredHeight(), 20);
-    stack.setSize(120, stack.heightForWidth(120));
-    EXPECT_EQ(stack.getHeight(), 38);
+    stack.setSize(120, 38);
     EXPECT_EQ(second.getBounds(), Area(56, 0, 60, 20));
     EXPECT_EQ(plain.getBounds(), Area(0, 28, 30, 10));
     second.wanted.x = 80;
@@ -87,15 +84,22 @@ TEST(MyWrappingHStack, InvisibleViewsTakeNoRoom) {
     MyWrappingHStack stack({6, 8});
     SizedView first(50, 20);
     SizedView second(60, 40);
-    stack.add(first);
-    stack.add(second);
+    stack.setViews({&first, &second});
     second.setVisible(false);
     EXPECT_EQ(stack.preferredWidth(), 50);
-    EXPECT_EQ(stack.heightForWidth(50), 20);
-    stack.clear();
-    EXPECT_EQ(stack.preferredWidth(), 0);
-    EXPECT_EQ(stack.heightForWidth(50), 0);
+}
+
+TEST(MyWrappingHStack, TakesOutTheViewsThatAreNotSetAgain) {
+    MyWrappingHStack stack({6, 8});
+    SizedView first(50, 20);
+    SizedView second(60, 20);
+    SizedView third(70, 20);
+    stack.setViews({&first, &second});
+    stack.setViews({&third, &second});
     EXPECT_EQ(first.getParentComponent(), nullptr);
+    EXPECT_EQ(second.getParentComponent(), &stack);
+    stack.setSize(140, 20);
+    EXPECT_EQ(second.getBounds(), Area(76, 0, 60, 20)) << "The first is the third now.";
 }
 
 }  // namespace
