@@ -116,6 +116,11 @@ QuilloView::QuilloView(EditorUnit& unit)
     list_.onSelection = [this] { showChosen(); };
     list_.setFooter(footer_, [this](int width) { return footer_.heightFor(width); });
     setUpLogs();
+    editor_.setOnArrival([this] {
+        if (list_.itemWithFocus()) {
+            unfocusAllComponents();
+        }
+    });
     editor_.setOnWalk([this](const UUID& id) { showChange(id); });
     juce::Desktop::getInstance().addFocusChangeListener(this);
     addAndMakeVisible(header_);

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "editor-main/EditorStage.hpp"
+#include "persistence/PluginData.hpp"
 #include "support/TestRules.hpp"
 
 namespace quillo {
@@ -145,6 +146,25 @@ TEST_F(KeyboardOnly, WhereAFieldGoesTheOneInItsPlaceHasTheFocus) {
     press(tab, shift);
     stage->editor().redo();
     EXPECT_EQ(EditorStage::focus(), "Delay (ms)");
+}
+
+TEST_F(KeyboardOnly, RulesThatTheHostBringsInLeaveTheKeyboardToTheHost) {
+    const auto bringIn = [this](const PluginData& rules) {
+        ASSERT_EQ(stage->desk.session().restore(rules.write()), std::nullopt);
+        stage->desk.drain();
+        EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr) << EditorStage::focus();
+        EXPECT_FALSE(stage->press(enter));
+    };
+    const PluginData other{{rule(onLoad(), send(noteOn(0, 60, 100)), "other")}};
+    for (const auto& rules : {PluginData(), other}) {
+        open({"a"});
+        stage->beginTyping(stage->card().header(), "b");
+        bringIn(rules);
+        EXPECT_EQ(stage->installed(), rules.rules);
+        open({"a"});
+        handleOf(stage->card()).grabKeyboardFocus();
+        bringIn(rules);
+    }
 }
 
 TEST_F(KeyboardOnly, AfterAFieldWasLetGoTabGoesOnBesideIt) {
