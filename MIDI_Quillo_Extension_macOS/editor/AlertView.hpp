@@ -5,6 +5,7 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include "editor/EditorText.hpp"
 #include "editor/Environment.hpp"
 #include "editor/MyTextButton.hpp"
 #include "editor/OverlayHost.hpp"
@@ -32,7 +33,7 @@ private:
     juce::String message_;
     std::function<void()> onOK_;
     MyTextButton ok_;
-    juce::TextEditor text_;
+    EditorText text_;
 };
 
 /// Whether an alert is open there. Nothing else opens before it is dismissed.

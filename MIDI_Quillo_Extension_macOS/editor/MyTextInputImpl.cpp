@@ -5,11 +5,11 @@
 #include <cmath>
 #include <utility>
 
+#include "editor/EditorText.hpp"
 #include "editor/Environment.hpp"
 #include "editor/FieldAccessibility.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/MyDragAndDropForEach.hpp"
-#include "editor/PanicKey.hpp"
 #include "editor/Style.hpp"
 
 namespace quillo {
@@ -49,13 +49,12 @@ juce::juce_wchar characterOf(const juce::KeyPress& key) {
 
 /// What is typed into. It is kept, hidden, once it was made, because keys end typing in the middle of its own
 /// functions.
-class MyTextInputImpl::Typist final : public juce::TextEditor {
+class MyTextInputImpl::Typist final : public EditorText {
 public:
     explicit Typist(MyTextInputImpl& field) : field_(field) {
         setBorder({});
         setIndents(0, 0);
         setJustification(juce::Justification::centredLeft);
-        setPopupMenuEnabled(false);
         setColour(backgroundColourId, juce::Colours::transparentBlack);
         setColour(outlineColourId, juce::Colours::transparentBlack);
         setColour(focusedOutlineColourId, juce::Colours::transparentBlack);
@@ -80,12 +79,12 @@ public:
     }
 
     bool keyPressed(const juce::KeyPress& key) override {
-        return !isPanicKey(key) && !field_.isUnneeded(key) &&
-               (field_.takeKey(key) || juce::TextEditor::keyPressed(key));
+        return !isShortcut(key) && !field_.isUnneeded(key) &&
+               (field_.takeKey(key) || EditorText::keyPressed(key));
     }
 
     void focusLost(FocusChangeType cause) override {
-        juce::TextEditor::focusLost(cause);
+        EditorText::focusLost(cause);
         field_.finishTyping();
     }
 

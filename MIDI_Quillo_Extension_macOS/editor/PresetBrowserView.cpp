@@ -99,7 +99,6 @@ void PresetBrowserView::dressName() {
     name_.applyColourToAllText(text);
     name_.setJustification(juce::Justification::centredLeft);
     name_.setIndents(style::fieldPadding, 0);
-    name_.setPopupMenuEnabled(false);
     name_.setColour(juce::TextEditor::textColourId, text);
     name_.setColour(juce::TextEditor::backgroundColourId,
                     displayColour(style::lifted(palette.background, style::boxLift)));

@@ -8,6 +8,7 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include "editor/EditorText.hpp"
 #include "editor/Environment.hpp"
 #include "editor/MyIconButton.hpp"
 #include "editor/MyTextButton.hpp"
@@ -85,7 +86,7 @@ private:
     std::vector<std::unique_ptr<MyTextButton>> places_;
     MyIconButton leave_;
     juce::ListBox list_;
-    juce::TextEditor name_;
+    EditorText name_;
     MyTextButton cancel_;
     MyTextButton confirm_;
     juce::Rectangle<int> titleArea_;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "editor/AlertView.hpp"
+#include "editor/EditorText.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/OverlayHost.hpp"
 #include "editor/PanicKey.hpp"
@@ -43,11 +44,10 @@ RunOverlay::RunOverlay(RunQuestion question, juce::Rectangle<int> anchor)
     setWantsKeyboardFocus(true);
     setFocusContainerType(FocusContainerType::keyboardFocusContainer);
     for (const auto& asked : question_.texts) {
-        auto text = std::make_unique<juce::TextEditor>(asked.caption);
+        auto text = std::make_unique<EditorText>(asked.caption);
         text->setTitle(asked.caption);
         text->setText(asked.text, false);
         text->setSelectAllWhenFocused(true);
-        text->setPopupMenuEnabled(false);
         text->setIndents(style::fieldPadding, 0);
         text->setJustification(juce::Justification::centredLeft);
         text->onTextChange = [this] { refresh(); };

@@ -3,11 +3,11 @@
 
 #include <utility>
 
+#include "editor/EditorText.hpp"
 #include "editor/Environment.hpp"
 #include "editor/FocusRing.hpp"
 #include "editor/Fonts.hpp"
 #include "editor/Icons.hpp"
-#include "editor/PanicKey.hpp"
 #include "editor/Style.hpp"
 
 namespace quillo {
@@ -19,7 +19,7 @@ constexpr int findsGap = 6;
 
 }  // namespace
 
-class SearchField::Typist final : public juce::TextEditor {
+class SearchField::Typist final : public EditorText {
 public:
     explicit Typist(SearchField& field) : field_(field) {
         setTitle("Search rules");
@@ -46,7 +46,7 @@ public:
         } else if (key == juce::KeyPress(juce::KeyPress::downKey)) {
             field_.actions_.onGoThere();
         } else {
-            const bool used = !isPanicKey(key) && juce::TextEditor::keyPressed(key);
+            const bool used = EditorText::keyPressed(key);
             field_.typed();
             return used;
         }
@@ -54,12 +54,12 @@ public:
     }
 
     void focusGained(FocusChangeType cause) override {
-        juce::TextEditor::focusGained(cause);
+        EditorText::focusGained(cause);
         field_.repaint();
     }
 
     void focusLost(FocusChangeType cause) override {
-        juce::TextEditor::focusLost(cause);
+        EditorText::focusLost(cause);
         field_.repaint();
     }
 

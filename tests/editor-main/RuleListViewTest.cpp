@@ -334,6 +334,12 @@ TEST_F(RuleListView, AListThatTheEngineRefusesIsNotKept) {
     EXPECT_EQ(field(stage->card(0).output(), "Delay (ms)").shownText(), "0");
 }
 
+TEST_F(RuleListView, TheTextOfAnAlertOpensNoMenuOfTheWindowSystem) {
+    open({"a"});
+    stage->editor().alert("something");
+    EXPECT_FALSE(findBelow<juce::TextEditor>(*stage->view().overlay())->isPopupMenuEnabled());
+}
+
 TEST_F(RuleListView, WhatIsSelectedInAnAlertIsMarkedInTheEditorsColours) {
     open({"a"});
     stage->editor().alert("something");

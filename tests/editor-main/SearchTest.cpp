@@ -121,6 +121,19 @@ TEST_F(Search, WithoutAFocusBeforeTheKeyboardIsTheHostsAgain) {
     EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr);
 }
 
+TEST_F(Search, CtrlAndTheMinusKeyChangeTheFormWhileItIsTypedInto) {
+    open("bass");
+    EXPECT_TRUE(stage.press('-', ctrl));
+    EXPECT_EQ(field().text().getText(), "bass");
+    EXPECT_TRUE(stage.card(0).isInOneLine());
+    EXPECT_FALSE(stage.press('1', ctrl)) << "The host's";
+    EXPECT_EQ(field().text().getText(), "bass");
+}
+
+TEST_F(Search, OpensNoMenuOfTheWindowSystem) {
+    EXPECT_FALSE(field().text().isPopupMenuEnabled());
+}
+
 TEST_F(Search, AClickElsewhereLetsTheKeyboardGoAndKeepsTheFinds) {
     open("bass");
     click(stage.view().list(), {3, 3});

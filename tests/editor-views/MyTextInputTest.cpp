@@ -373,6 +373,19 @@ TEST(MyTextInput, OffersOtherOptionsOnceTheyAreSet) {
     EXPECT_FALSE(desk.input.hasChevron());
 }
 
+TEST(MyTextInput, DigitsAndSignsWithCtrlAreNotTyped) {
+    const juce::ModifierKeys ctrl(juce::ModifierKeys::ctrlModifier);
+    InputDesk<NameFormatter> desk("Intro");
+    desk.retype("Other");
+    for (const auto code : {'1', '-', '+', '\x7F'}) {
+        EXPECT_FALSE(key(desk.window, {code, ctrl, static_cast<juce::juce_wchar>(code)}));
+    }
+    EXPECT_EQ(desk.input.typist()->getText(), "Other");
+    EXPECT_TRUE(key(desk.window, juce::KeyPress(juce::KeyPress::deleteKey, ctrl, 0x7F)));
+    EXPECT_TRUE(key(desk.window, juce::KeyPress('a', ctrl, 0)));
+    EXPECT_EQ(desk.input.typist()->getHighlightedText(), "Other");
+}
+
 TEST(MyTextInput, ShowsThePromptInPlaceOfNothing) {
     InputDesk<NameFormatter> desk("");
     const Palette palette;
