@@ -4,6 +4,8 @@
 #include <set>
 #include <utility>
 
+#include "editor/MyTextInputImpl.hpp"
+
 namespace quillo {
 
 SearchActions CardSearch::actions() {
@@ -13,13 +15,14 @@ SearchActions CardSearch::actions() {
                     list_.focus(*finder_.current());
                 }
             },
-            [this] { end(); }};
+            [this] { end(); }, [this] { focusBefore_ = nullptr; }};
 }
 
 void CardSearch::begin(const juce::String& text) {
     if (!header_.searchField().hasKeyboardFocus(true)) {
         auto* focused = juce::Component::getCurrentlyFocusedComponent();
-        focusBefore_ = header_.getParentComponent()->isParentOf(focused) ? focused : nullptr;
+        focusBefore_ =
+            header_.getParentComponent()->isParentOf(focused) ? MyTextInputImpl::around(focused) : nullptr;
     }
     header_.openSearch(text);
 }
@@ -39,11 +42,12 @@ void CardSearch::goToNext(bool forward) {
 
 void CardSearch::end() {
     const bool hadKeyboard = header_.searchField().hasKeyboardFocus(true);
+    const auto before = focusBefore_;
     finder_.end();
     header_.closeSearch();
     show();
-    if (hadKeyboard && focusBefore_ != nullptr && focusBefore_->isShowing()) {
-        focusBefore_->grabKeyboardFocus();
+    if (hadKeyboard && before != nullptr && before->isShowing()) {
+        before->grabKeyboardFocus();
     } else if (hadKeyboard) {
         juce::Component::unfocusAllComponents();
     }

@@ -205,6 +205,11 @@ void MyTextInputImpl::finishTypingElsewhere(const juce::Component* except) {
     }
 }
 
+juce::Component* MyTextInputImpl::around(juce::Component* focused) {
+    auto* field = focused != nullptr ? focused->findParentComponentOfClass<MyTextInputImpl>() : nullptr;
+    return field != nullptr ? field : focused;
+}
+
 /// What taking the text may have opened keeps the keyboard.
 void MyTextInputImpl::letGo() {
     if (hasKeyboardFocus(true)) {

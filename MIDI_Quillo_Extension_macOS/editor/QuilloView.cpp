@@ -685,14 +685,12 @@ void QuilloView::enterByKeyboard(bool forward) {
     (forward ? views.front() : views.back())->grabKeyboardFocus();
 }
 
-/// A field is typed into by a view of its own, which comes and goes.
 void QuilloView::globalFocusChanged(juce::Component* focused) {
     if (focused == nullptr || !isParentOf(focused) ||
         (overlay() != nullptr && overlay()->isParentOf(focused))) {
         return;
     }
-    auto* field = focused->findParentComponentOfClass<MyTextInputImpl>();
-    lastFocus_ = field != nullptr ? field : focused;
+    lastFocus_ = MyTextInputImpl::around(focused);
 }
 
 bool QuilloView::isInterestedInFileDrag(const juce::StringArray& files) {

@@ -61,6 +61,7 @@ public:
     void focusLost(FocusChangeType cause) override {
         EditorText::focusLost(cause);
         field_.repaint();
+        field_.actions_.onLeave();
     }
 
 private:

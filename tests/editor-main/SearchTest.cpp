@@ -121,6 +121,33 @@ TEST_F(Search, WithoutAFocusBeforeTheKeyboardIsTheHostsAgain) {
     EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr);
 }
 
+TEST_F(Search, ThatIsClickedIntoGivesTheKeyboardToNobodyWhoHadItBefore) {
+    const auto clickAndEnd = [this] {
+        click(field().text());
+        type(stage.window, "bass");
+        stage.press(juce::KeyPress::escapeKey);
+        return juce::Component::getCurrentlyFocusedComponent();
+    };
+    stage.card(2).buttons().deleteButton().grabKeyboardFocus();
+    open("bass");
+    stage.press(juce::KeyPress::escapeKey);
+    EXPECT_EQ(EditorStage::focus(), "Delete");
+    juce::Component::unfocusAllComponents();
+    EXPECT_EQ(clickAndEnd(), nullptr);
+    stage.card(2).buttons().deleteButton().grabKeyboardFocus();
+    open("bass");
+    click(stage.view().list(), {3, 3});
+    EXPECT_EQ(clickAndEnd(), nullptr) << "It was let go before.";
+}
+
+TEST_F(Search, GivesTheKeyboardBackToTheFieldThatWasTypedInto) {
+    stage.beginTyping(stage.card(0).header(), "x");
+    stage.view().keyPressed(juce::KeyPress('f', ctrl, 0));
+    EXPECT_EQ(stage.names()[0], "x");
+    stage.press(juce::KeyPress::escapeKey);
+    EXPECT_TRUE(stage.card(0).header().hasKeyboardFocus(false));
+}
+
 TEST_F(Search, CtrlAndTheMinusKeyChangeTheFormWhileItIsTypedInto) {
     open("bass");
     EXPECT_TRUE(stage.press('-', ctrl));
