@@ -377,6 +377,18 @@ TEST_F(EmbeddedEditorTest, AFieldHasTheKeyboardWhileItIsTypedInto) {
     act("key Return", [this] { return installed()[0].name == "My name"; });
 }
 
+TEST_F(EmbeddedEditorTest, ThatIsClosedTakesWhatIsBeingTyped) {
+    open();
+    addPitchRule();
+    editor->setSize({800, 500});
+    idleUntil([this] { return host.geometryOf(editor->window()).width == 800 && isPainted(); });
+    auto& name = view().card(view().editor().rules()[0].id)->header();
+    act(moveToText(name) + " click --repeat 2 --delay 60 1", [&] { return name.typist() != nullptr; });
+    act("type last", [&] { return name.typist()->getText() == "last"; });
+    editor.reset();
+    EXPECT_EQ(installed()[0].name, "last");
+}
+
 TEST_F(EmbeddedEditorTest, AClickBesideTheFieldsTakesWhatWasTypedAndGivesTheKeyboardBack) {
     open();
     addPitchRule();
