@@ -275,27 +275,27 @@ void QuilloView::setFormOfAll() {
 
 void QuilloView::showPlaying(bool onlyPlayed) {
     played_ = onlyPlayed ? std::optional(playedNow()) : std::nullopt;
+    showItems();
+}
+
+void QuilloView::showItems() {
     list_.setItems(shownIds());
     search_.show();
     repaint();
 }
 
-/// The hits are those of the list that is shown: an edit is followed by a drain before time passes. The card
-/// that has the keyboard stays, and all do while a menu is open or some are dragged.
+/// The hits are those of the list that is shown: an edit is followed by a drain before time passes. All cards
+/// stay while a menu is open or some are dragged.
 void QuilloView::followPlaying() {
     if (!played_ || overlay() != nullptr || list_.isDragging()) {
         return;
     }
-    auto played = playedNow();
-    if (const auto inUse = list_.itemWithFocus()) {
-        played.insert(*inUse);
-    }
-    if (std::exchange(*played_, std::move(played)) != *played_) {
-        list_.setItems(shownIds());
-        repaint();
+    if (std::exchange(*played_, playedNow()) != *played_) {
+        showItems();
     }
 }
 
+/// The card that has the keyboard is among them.
 std::set<UUID> QuilloView::playedNow() const {
     std::vector<RuleHits> hits;
     for (const auto& card : editor_.cards()) {
@@ -304,6 +304,9 @@ std::set<UUID> QuilloView::playedNow() const {
     std::set<UUID> played;
     for (const auto position : playedRules(hits)) {
         played.insert(shown_.all()[position].id);
+    }
+    if (const auto inUse = list_.itemWithFocus()) {
+        played.insert(*inUse);
     }
     return played;
 }

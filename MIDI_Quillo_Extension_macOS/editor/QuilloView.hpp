@@ -107,6 +107,7 @@ private:
     void setForm(const UUID& id, bool inOneLine);
     void setFormOfAll();
     void showPlaying(bool onlyPlayed);
+    void showItems();
     void followPlaying();
     [[nodiscard]] std::set<UUID> playedNow() const;
     [[nodiscard]] bool isLeftOut(const UUID& id) const;

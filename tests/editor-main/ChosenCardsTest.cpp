@@ -201,6 +201,7 @@ TEST_F(ChosenCardsTest, OnlyWhatWasPastedIsChosenAlsoWhereOthersWereNotShown) {
     openRules({named("a"), pedal, named("b")});
     choose(0);
     press('c', ctrl);
+    juce::Component::unfocusAllComponents();
     click(stage->view().header().playingButton());
     stage->render({{0xB0, 64, 1}});
     stage->view().advance(0);

@@ -370,6 +370,21 @@ TEST_F(Playing, TheCardThatHasTheKeyboardStaysWithWhatIsTyped) {
     EXPECT_EQ(shown(), (Names{"Echo"}));
 }
 
+TEST_F(Playing, BeginsWithTheCardThatHasTheKeyboard) {
+    click(grip(stage.card(1)));
+    click(stage.view().header().playingButton());
+    EXPECT_EQ(shown(), (Names{"Pedal brings strings"}));
+    EXPECT_TRUE(grip(stage.card(1)).hasKeyboardFocus(false));
+}
+
+TEST_F(Playing, FindsAreCountedAmongTheCardsThatAreShown) {
+    click(stage.view().header().playingButton());
+    open("channel 2");
+    EXPECT_EQ(field().finds(), "0 found");
+    play({0x91, 60, 100});
+    EXPECT_EQ(field().finds(), "1 found");
+}
+
 TEST_F(Playing, NoCardGoesWhileSomeAreDraggedOrAMenuIsOpen) {
     click(stage.view().header().playingButton());
     play({0x90, 36, 100});
