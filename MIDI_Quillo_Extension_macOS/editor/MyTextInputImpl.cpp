@@ -23,6 +23,8 @@ constexpr int caretRoom = 1;
 /// The prompt stands behind the caret.
 constexpr int promptGap = 2;
 constexpr const char* decimalDigits = "0123456789";
+/// Of ranges and distances, as they are typed and as they are shown.
+constexpr const char* signs = "+-−–";
 constexpr const char* hexadecimalDigits = "0123456789ABCDEFabcdef";
 
 /// By how much a key steps a number; 0 for every other key.
@@ -176,12 +178,12 @@ void MyTextInputImpl::confirmTyping() {
     }
 }
 
-/// What the text means beyond values comes first.
+/// What the text means beyond values comes first: with a sign it means no value.
 void MyTextInputImpl::take(const juce::String& text) {
     const auto typed = extras().typed ? extras().typed(text) : std::nullopt;
     if (typed) {
         typed->pick();
-    } else {
+    } else if (!extras().typed || !text.containsAnyOf(juce::String::fromUTF8(signs))) {
         takeText(text);
     }
 }

@@ -290,6 +290,21 @@ TEST_F(ARangeBeingTyped, IsTakenBeforeTheNextFieldSaysWhatIsTypedOver) {
     EXPECT_EQ(sent.typist()->getText(), "12");
 }
 
+/// With which the message would leave 0 to 127.
+TEST_F(RunCardTest, StaysAsItIsWhenARangeOrADistanceIsTypedThatCannotBe) {
+    const auto rules = higher(64, 64);
+    open(rules);
+    ASSERT_EQ(cards(), 1U);
+    for (const auto* range : {"0-127", "0-200", "-5"}) {
+        stage->typeInto(field(card().trigger(), "Value"), range);
+        EXPECT_EQ(stage->installed(), rules) << range;
+    }
+    for (const auto* distance : {"+100", "+200", "5-"}) {
+        stage->typeInto(field(card().output(), "Value"), distance);
+        EXPECT_EQ(stage->installed(), rules) << distance;
+    }
+}
+
 TEST_F(RunCardTest, BecomesOneRuleWhenItIsToWaitForAny) {
     stage->pick(waitsFor(), "Any");
     EXPECT_EQ(stage->installed().size(), 1);
