@@ -26,14 +26,24 @@ void RuleListHistory::note(std::string name, const RuleList& before, const RuleL
     if (joins) {
         // The same element again: the step goes from its first value to its last.
         auto& last = done_.back().changes.back();
-        if (last.position == change.position && last.inserted == change.removed) {
+        if (last.position != change.position || last.inserted != change.removed) {
+            done_.back().changes.push_back(std::move(change));
+        } else if (last.removed != change.inserted) {
             last.inserted = std::move(change.inserted);
         } else {
-            done_.back().changes.push_back(std::move(change));
+            takeBackLast();
         }
         return;
     }
     push({std::move(name), std::move(joinKey), {std::move(change)}});
+}
+
+/// The last change of the last step.
+void RuleListHistory::takeBackLast() {
+    done_.back().changes.pop_back();
+    if (done_.back().changes.empty()) {
+        done_.pop_back();
+    }
 }
 
 void RuleListHistory::noteReplacement(std::string name, const RuleList& after) {

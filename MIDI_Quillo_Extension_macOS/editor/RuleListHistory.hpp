@@ -24,7 +24,8 @@ public:
 
     /// Notes a change that was made, from `before` to `after`; what was undone can no longer be redone. A
     /// change that goes on with the step before it, such as the next turn of a wheel over the same number,
-    /// joins it when both have the same non-empty `joinKey`. A change that changes nothing is not noted.
+    /// joins it when both have the same non-empty `joinKey`. What changes nothing, alone or joined, is not
+    /// noted.
     void note(std::string name, const RuleList& before, const RuleList& after, std::string joinKey = "");
 
     /// Notes that `after` took the place of something that is no list: undoing that leaves an empty one.
@@ -65,6 +66,7 @@ private:
 
     [[nodiscard]] static Change difference(const RuleList& before, const RuleList& after);
     void push(Step step);
+    void takeBackLast();
     static void replace(RuleList& list, std::size_t position, const RuleList& out, const RuleList& in);
 
     std::size_t capacity_;

@@ -87,6 +87,19 @@ TEST(RuleListHistory, ChangesUnderTheSameKeyAreOneStep) {
     EXPECT_EQ(history.redo(before), after);
 }
 
+TEST(RuleListHistory, ChangesUnderTheSameKeyThatComeToNothingAreNoStep) {
+    RuleListHistory history;
+    const RuleList before{element("a"), element("b")};
+    auto after = before;
+    after[0].rule.output.delay.ms = 1;
+    history.note("Add b", {before[0]}, before);
+    history.note("Edit a", before, after, "a delay");
+    history.note("Edit a", after, before, "a delay");
+    EXPECT_EQ(history.undoName(), "Add b");
+    history.note("Edit a", before, after, "a delay");
+    EXPECT_EQ(history.undo(after), before);
+}
+
 TEST(RuleListHistory, ChangesUnderOtherKeysOrNoneAreStepsOfTheirOwn) {
     for (const auto& [first, second] : {std::pair{"a delay", "a bank"}, {"", ""}}) {
         RuleListHistory history;
