@@ -129,6 +129,9 @@ RuleList withRange(const RuleList& run, std::uint8_t from, std::uint8_t to) {
         const auto count = rules.size();
         auto element = run[std::min(count, run.size() - 1)];
         element.id = count < run.size() ? element.id : UUID();
+        if (least < greatest) {
+            element.loadedMessage.reset();
+        }
         auto entry = element.rule;
         waitFor(entry, value);
         if (rises) {

@@ -637,6 +637,21 @@ TEST_F(LoadedMessage, ThatIsEditedGetsWhatTheCardShowsAndTheAlertSaysSo) {
     EXPECT_EQ(desk.installed[0], oldProgramChange("old"));
 }
 
+TEST_F(LoadedMessage, OfARuleThatIsToWaitForARangeBecomesWhatTheCardShows) {
+    auto old = oldProgramChange("old");
+    old.trigger = onNoteOn(exactly(36));
+    desk.model->setRules({elementFromRule(old)});
+    editor.setRange({desk.idOf(0)}, 36, 36);
+    EXPECT_EQ(desk.installed, std::vector{old});
+    EXPECT_EQ(editor.alertErrorMessage(), std::nullopt);
+    editor.setRange({desk.idOf(0)}, 36, 47);
+    EXPECT_EQ(desk.installed.size(), 12U);
+    EXPECT_EQ(editor.cards().size(), 1U);
+    EXPECT_EQ(editor.alertErrorMessage(),
+              "Rule 1 \"old\" was edited, which has changed more than you see: its program change has no "
+              "bank, and gets bank 0. Undo brings it back.");
+}
+
 TEST_F(LoadedMessage, ThatGetsAnotherChannelWithOthersIsToldOfAsWell) {
     desk.model->setRules({elementFromRule(rule(onLoad(), send(noteOn(0, 60, 64)), "other")),
                           elementFromRule(oldProgramChange("old")),
