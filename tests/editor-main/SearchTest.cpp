@@ -232,6 +232,16 @@ TEST_F(Search, OpensInThePlaceOfTheButtonsWhereThereIsLittleRoom) {
     }
 }
 
+TEST_F(Search, StaysInSightInAWindowThatGetsNarrowWhileSomethingIsLookedFor) {
+    click(field().text());
+    type(stage.window, "bass");
+    stage.view().setSize(500, 400);
+    EXPECT_TRUE(field().isVisible());
+    EXPECT_EQ(EditorStage::focus(), "Search rules");
+    click(field().endButton());
+    EXPECT_FALSE(field().isVisible());
+}
+
 TEST_F(Search, ItsCrossEndsIt) {
     EXPECT_FALSE(field().endButton().isVisible());
     open("bass");
