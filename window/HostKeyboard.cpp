@@ -33,6 +33,27 @@ Display* connection() {
     return static_cast<Display*>(XErrorShield::juceConnection());
 }
 
+/// The key of the number pad that types this sign, or 0. JUCE calls its minus a soft hyphen.
+KeyCode padKeyOf(int sign) {
+    switch (sign) {
+    case '+': return XKeysymToKeycode(connection(), XK_KP_Add);
+    case XK_hyphen: return XKeysymToKeycode(connection(), XK_KP_Subtract);
+    case '*': return XKeysymToKeycode(connection(), XK_KP_Multiply);
+    case '/': return XKeysymToKeycode(connection(), XK_KP_Divide);
+    default: return 0;
+    }
+}
+
+/// JUCE calls the keys of the number pad by what they type: where no other key types that with these
+/// modifiers, it is one of them.
+KeyCode keyOf(const juce::KeyPress& key) {
+    const auto symbol = symbolOf(key.getKeyCode());
+    const auto code = XKeysymToKeycode(connection(), symbol);
+    const auto padKey = padKeyOf(key.getKeyCode());
+    const int level = key.getModifiers().isShiftDown() ? 1 : 0;
+    return padKey == 0 || XkbKeycodeToKeysym(connection(), code, 0, level) == symbol ? code : padKey;
+}
+
 unsigned stateOf(juce::ModifierKeys modifiers) {
     return (modifiers.isShiftDown() ? ShiftMask : 0U) | (modifiers.isCtrlDown() ? ControlMask : 0U) |
            (modifiers.isAltDown() ? Mod1Mask : 0U);
@@ -108,7 +129,7 @@ void HostKeyboard::handOn(const juce::KeyPress& key) const {
     event.xkey.subwindow = window_;
     event.xkey.time = CurrentTime;
     event.xkey.state = stateOf(key.getModifiers());
-    event.xkey.keycode = XKeysymToKeycode(display, symbolOf(key.getKeyCode()));
+    event.xkey.keycode = keyOf(key);
     event.xkey.same_screen = True;
     event.xkey.type = keyPressEvent;
     XSendEvent(display, parent_, True, KeyPressMask, &event);

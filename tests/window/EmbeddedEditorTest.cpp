@@ -313,6 +313,29 @@ TEST_F(EmbeddedEditorTest, KeysThatNothingInTheEditorUsesAreTheHosts) {
     EXPECT_THAT(keys, ElementsAre(spaceKey));
 }
 
+TEST_F(EmbeddedEditorTest, KeysOfTheNumberPadAreTheHostsAsSuch) {
+    constexpr unsigned long padSymbols = 0xFF80;
+    open();
+    for (const auto& [name, sign] : {std::pair{"KP_Add", '+'}, {"KP_Subtract", '-'}, {"KP_Multiply", '*'}}) {
+        std::vector<unsigned long> keys;
+        act(moveToHeader(view()) + " key " + name, [&] {
+            keys = host.takeKeys();
+            return !keys.empty();
+        });
+        EXPECT_THAT(keys, ElementsAre(padSymbols + static_cast<unsigned long>(sign)));
+    }
+}
+
+TEST_F(EmbeddedEditorTest, ASignWithItsOwnKeyIsTheHostsByThatKey) {
+    open();
+    std::vector<unsigned long> keys;
+    act(moveToHeader(view()) + " key minus", [&] {
+        keys = host.takeKeys();
+        return !keys.empty();
+    });
+    EXPECT_THAT(keys, ElementsAre(static_cast<unsigned long>('-')));
+}
+
 TEST_F(EmbeddedEditorTest, TabEntersOnlyOnceTheEditorsWindowHasTheKeyboard) {
     open();
     std::vector<unsigned long> keys;
