@@ -79,14 +79,7 @@ int FieldView::preferredHeight(bool captioned) {
     return style::boxHeight + (captioned ? style::captionHeight : 0);
 }
 
-void FieldView::setTooltip(const juce::String& tooltip) {
-    tooltip_ = tooltip;
-}
-
 juce::String FieldView::getTooltip() {
-    if (tooltip_.isNotEmpty()) {
-        return tooltip_;
-    }
     const auto text = shownText();
     return textWidth(text, style::valueText) > textArea().getWidth() ? text : juce::String();
 }

@@ -45,8 +45,6 @@ public:
                                             bool chevron);
     [[nodiscard]] static int preferredHeight(bool captioned);
 
-    /// A tooltip that is set comes before the whole of a text that was cut.
-    void setTooltip(const juce::String& tooltip);
     juce::String getTooltip() override;
 
     void paint(juce::Graphics& graphics) override;
@@ -86,7 +84,6 @@ private:
     void paintUnderline(juce::Graphics& graphics);
 
     juce::String caption_;
-    juce::String tooltip_;
     MenuExtras extras_;
 };
 

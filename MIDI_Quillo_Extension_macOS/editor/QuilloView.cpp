@@ -227,7 +227,7 @@ void QuilloView::edit(const UUID& id, const RuleEntry& rule, std::optional<Field
     const auto* shown = shown_.find(id);
     const auto change = shown != nullptr ? channelChange(shown->rule, rule) : std::nullopt;
     if (change && chosen_.areSeveral(id)) {
-        editor_.changeChannel(chosen_.rulesWith(id), *change, stepped);
+        editor_.changeChannel(chosen_.rulesWith(id), *change);
     } else if (stepped) {
         editor_.step(editor_.cardOf(id), rule, *stepped);
     } else {

@@ -467,8 +467,7 @@ void RuleListEditor::sendAlike(const RuleIds& card, const GenericByteV2& value) 
     editCard(card, "Edit", [&value](const RuleList& rules) { return sendingAlike(rules, value); });
 }
 
-void RuleListEditor::changeChannel(const RuleIds& ids, const ChannelChange& change,
-                                   std::optional<FieldPlace> stepped) {
+void RuleListEditor::changeChannel(const RuleIds& ids, const ChannelChange& change) {
     const auto positions = find(ids);
     auto list = rules();
     RuleList loaded;
@@ -479,13 +478,7 @@ void RuleListEditor::changeChannel(const RuleIds& ids, const ChannelChange& chan
             loaded.push_back(before);
         }
     }
-    if (stepped) {
-        endStepUnlessSoon();
-    }
-    if (list != rules() &&
-        apply(std::move(list), nameOfStep("Edit", positions),
-              stepped ? "channels " + std::to_string(*stepped) : "") &&
-        !loaded.empty()) {
+    if (list != rules() && apply(std::move(list), nameOfStep("Edit", positions)) && !loaded.empty()) {
         alertOfLoaded(loaded);
     }
 }

@@ -136,10 +136,8 @@ public:
     /// Lets a card send what it waits for and so much more, or the same with each of its rules.
     void transpose(const RuleIds& card, int offset);
     void sendAlike(const RuleIds& card, const GenericByteV2& value);
-    /// Puts these triggers, messages or both on other channels, those that have one; as one of several small
-    /// steps in a field, or by itself.
-    void changeChannel(const RuleIds& ids, const ChannelChange& change,
-                       std::optional<FieldPlace> stepped = std::nullopt);
+    /// Puts these triggers, messages or both on other channels, those that have one.
+    void changeChannel(const RuleIds& ids, const ChannelChange& change);
     /// Inserts rules behind the last of these, or at the end where the list holds none of them, in one step.
     /// The alert says what must be known before they are edited.
     bool paste(const RuleIds& behind, RuleList rules);

@@ -816,24 +816,6 @@ TEST_F(RuleListEditorTest, SeveralRulesAreGivenAnotherChannelInOneStep) {
     EXPECT_EQ(editor.rules(), before);
 }
 
-TEST_F(RuleListEditorTest, ChannelsThatAreSteppedSoonAfterEachOtherAreOneStep) {
-    desk.addNoteOns(2);
-    const auto before = editor.rules();
-    auto now = RuleListEditor::Clock::time_point();
-    editor.setNow([&now] { return now; });
-    for (const std::uint8_t to : {std::uint8_t{1}, std::uint8_t{2}}) {
-        editor.changeChannel({desk.idOf(0), desk.idOf(1)}, {std::nullopt, channel(to)}, 8);
-    }
-    EXPECT_EQ(editor.rules()[1].rule.output.channel, channel(2));
-    editor.undo();
-    EXPECT_EQ(editor.rules(), before);
-    editor.redo();
-    now += RuleListEditor::joinTime + std::chrono::milliseconds(1);
-    editor.changeChannel({desk.idOf(0), desk.idOf(1)}, {std::nullopt, channel(3)}, 8);
-    editor.undo();
-    EXPECT_EQ(editor.rules()[1].rule.output.channel, channel(2));
-}
-
 TEST_F(RuleListEditorTest, WhatIsPastedStandsBehindTheChosenRulesAndIsOneStep) {
     desk.addNoteOns(3);
     const auto before = editor.rules();
