@@ -33,6 +33,7 @@ struct MenuExtras {
     std::optional<Row> row;
     /// What a text means that stands for no value; nothing where it means nothing.
     std::function<std::optional<TypedChoice>(const juce::String& typed)> typed;
+    bool isOfSeveral = false;  ///< whether the value is that of several rules
 };
 
 }  // namespace quillo

@@ -178,12 +178,12 @@ void MyTextInputImpl::confirmTyping() {
     }
 }
 
-/// What the text means beyond values comes first: with a sign it means no value.
+/// What the text means beyond values comes first: with a sign it is no value of several rules.
 void MyTextInputImpl::take(const juce::String& text) {
     const auto typed = extras().typed ? extras().typed(text) : std::nullopt;
     if (typed) {
         typed->pick();
-    } else if (!extras().typed || !text.containsAnyOf(juce::String::fromUTF8(signs))) {
+    } else if (!extras().isOfSeveral || !text.containsAnyOf(juce::String::fromUTF8(signs))) {
         takeText(text);
     }
 }

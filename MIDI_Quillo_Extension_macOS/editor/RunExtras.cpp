@@ -124,7 +124,7 @@ MenuExtras rangeExtras(const Binding<RuleEntry>& rule, const RunBinding& run) {
     const auto typed = [rule, run](const juce::String& text) {
         return typedRangeChoice(rule.get(), run, text);
     };
-    return {shown, MenuExtras::Row{.label = juceText("Range …"), .pick = ask}, typed};
+    return {shown, MenuExtras::Row{.label = juceText("Range …"), .pick = ask}, typed, run.get().count > 1};
 }
 
 MenuExtras offsetExtras(const Binding<RuleEntry>& rule, const RunBinding& run, bool offersTrigger) {
@@ -141,7 +141,7 @@ MenuExtras offsetExtras(const Binding<RuleEntry>& rule, const RunBinding& run, b
         return typedOffsetChoice(rule.get(), run, text);
     };
     return {shown, MenuExtras::Row{juceText("From Trigger + …"), offersTrigger ? std::size_t{1} : 0, ask},
-            typed};
+            typed, true};
 }
 
 }  // namespace quillo

@@ -290,6 +290,12 @@ TEST_F(ARangeBeingTyped, IsTakenBeforeTheNextFieldSaysWhatIsTypedOver) {
     EXPECT_EQ(sent.typist()->getText(), "12");
 }
 
+TEST_F(RunCardTest, OneRuleWaitsForAnyWhenWhatIsTypedIsNoNumber) {
+    open(higher(64, 1));
+    stage->typeInto(field(card().trigger(), "Value"), "-5");
+    EXPECT_EQ(field(card().trigger(), "Value").shownText(), "Any");
+}
+
 /// With which the message would leave 0 to 127.
 TEST_F(RunCardTest, StaysAsItIsWhenARangeOrADistanceIsTypedThatCannotBe) {
     const auto rules = higher(64, 64);
