@@ -7,8 +7,8 @@
 
 namespace quillo {
 
-/// A text inside the editor. It has no menu, which would be a native window, and no use for shortcuts that the
-/// editor or the host may know. [main] only.
+/// A text inside the editor. It has no menu, which would be a native window, and no use for shortcuts that
+/// the editor or the host may know. [main] only.
 class EditorText : public juce::TextEditor {
 public:
     explicit EditorText(const juce::String& name = {}) : juce::TextEditor(name) {
