@@ -291,7 +291,7 @@ TEST_F(ARangeBeingTyped, IsTakenBeforeTheNextFieldSaysWhatIsTypedOver) {
 }
 
 TEST_F(RunCardTest, OneRuleWaitsForAnyWhenWhatIsTypedIsNoNumber) {
-    open(higher(64, 1));
+    open(higher(1, 64));
     stage->typeInto(field(card().trigger(), "Value"), "-5");
     EXPECT_EQ(field(card().trigger(), "Value").shownText(), "Any");
 }

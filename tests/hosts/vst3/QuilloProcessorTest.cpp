@@ -131,7 +131,7 @@ TEST_F(QuilloProcessorTest, AMessageThatIsLongerThanAnEventCanBeIsLeftOutAndRepo
              rule(onNoteOn(exactly(2)), send(systemExclusive(Bytes(MIDIBufferWriter::longestMessage - 2))))});
     EXPECT_EQ(sentFor({{0, {0x90, 1, 1}}}), (std::vector<ScriptMessage>{{0, {0x90, 1, 1}}}));
     ASSERT_TRUE(alert().has_value());
-    EXPECT_THAT(*alert(), HasSubstr("The SysEx of rule 1,"));
+    EXPECT_THAT(*alert(), HasSubstr("The SysEx of rule 1 is "));
     const auto sent = sentFor({{0, {0x90, 2, 1}}});
     ASSERT_EQ(sent.size(), 2U);
     EXPECT_EQ(sent[0].bytes.size(), MIDIBufferWriter::longestMessage);
