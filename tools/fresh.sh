@@ -28,11 +28,6 @@ prove_fresh() {
     return "$status"
 }
 
-# of_clone COMMAND...: git, in a clone that may be another user's than root's.
-of_clone() {
-    git -c safe.directory="$PWD" "$@"
-}
-
 make_bare_debian() {
     local mirror
     mirror=$(debian_mirror)
@@ -90,7 +85,7 @@ unmount_from() {
 # prove_verb VERB ROOT: ./dev VERB with nothing but this repository.
 prove_verb() {
     mkdir "$2/root/midi-quillo"
-    of_clone archive HEAD | tar -x -C "$2/root/midi-quillo"
+    of_clone archive HEAD | tar -x -C "$2/root/midi-quillo" || return
     chroot "$2" /usr/bin/env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin TERM=dumb \
         sh -c "cd /root/midi-quillo && ./dev $1" </dev/null || return
     [[ $1 != run || -s $2/root/midi-quillo/build/demo-out.mid ]]

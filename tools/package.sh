@@ -12,13 +12,18 @@ make_guide() {
     say "The guide: $PWD/build/guide/index.html"
 }
 
+# of_clone COMMAND...: git, in a clone that may be another user's than root's.
+of_clone() {
+    git -c safe.directory="$PWD" "$@"
+}
+
 project_version() {
     sed -n 's/^project(MIDIQuillo VERSION \([0-9.]*\) .*/\1/p' CMakeLists.txt
 }
 
 # The time of the commit. The files of a source archive bear it.
 commit_time() {
-    git log -1 --format=%ct 2>/dev/null || stat --format=%Y CHANGELOG.md
+    of_clone log -1 --format=%ct 2>/dev/null || stat --format=%Y CHANGELOG.md
 }
 
 # Leaves Debian packages and an archive in build/packages.
@@ -43,8 +48,9 @@ make_packages() {
 # keep_manifest COMMAND...: does what installs elsewhere, and leaves CMake's list of what is installed for
 # good, which may be root's, as it was.
 keep_manifest() {
-    local manifest=build/install_manifest.txt kept=build/packages/work/manifest status=0
-    [[ ! -e $manifest ]] || mv "$manifest" "$kept"
+    local manifest=build/install_manifest.txt kept=build/install_manifest.kept status=0
+    # One that is kept already was left by a run that was interrupted.
+    [[ ! -e $manifest || -e $kept ]] || mv "$manifest" "$kept"
     "$@" || status=1
     rm -f "$manifest"
     [[ ! -e $kept ]] || mv "$kept" "$manifest"
@@ -80,7 +86,7 @@ make_archive() {
     tree=build/packages/work/$name
     documents=$tree/share/doc/midi-quillo
     cmake --install build --prefix "$tree" --strip || return
-    install -m 644 "$licence_text" build/packages/work/debian/copyright "$documents"
+    install -m 644 "$licence_text" build/packages/work/debian/copyright "$documents" || return
     tar --create --sort=name --owner=0 --group=0 --numeric-owner --mode=u=rwX,go=rX \
         --mtime="@$SOURCE_DATE_EPOCH" \
         --directory build/packages/work "$name" | gzip --no-name >"build/packages/$name.tar.gz"
@@ -94,14 +100,14 @@ make_source() {
     name=midi-quillo-$(project_version)
     rm -rf build/source
     mkdir -p build/source
-    git -c tar.umask=0022 archive --format=tar --prefix="$name/" --add-file="$licence_text" HEAD |
+    of_clone -c tar.umask=0022 archive --format=tar --prefix="$name/" --add-file="$licence_text" HEAD |
         gzip --no-name >"build/source/$name.tar.gz"
     sum=$(sha256sum "build/source/$name.tar.gz")
     for recipe in packaging/recipes/*.in; do
         sed -e "s/@VERSION@/$(project_version)/" -e "s/@SHA256@/${sum%% *}/" "$recipe" \
             >"build/source/$(basename "${recipe%.in}")"
     done
-    [[ -z $(git status --porcelain) ]] || say "what is not committed is not in it"
+    [[ -z $(of_clone status --porcelain) ]] || say "what is not committed is not in it"
     printf '%s\n' "$PWD"/build/source/*
 }
 
@@ -120,11 +126,11 @@ prove_package() {
 # make_newer_packages FOLDER: the same packages under the next version number, in FOLDER/newer.
 make_newer_packages() {
     local package unpacked=$fresh_folder/newer
-    mkdir "$1/newer"
+    mkdir "$1/newer" || return
     for package in "$1"/*.deb; do
-        dpkg-deb --raw-extract "$package" "$unpacked"
-        sed -i 's/^Version: .*/&.1/' "$unpacked/DEBIAN/control"
-        dpkg-deb --root-owner-group --build "$unpacked" "$1/newer" >"$fresh_folder/newer.log"
+        dpkg-deb --raw-extract "$package" "$unpacked" &&
+            sed -i 's/^Version: .*/&.1/' "$unpacked/DEBIAN/control" &&
+            dpkg-deb --root-owner-group --build "$unpacked" "$1/newer" >"$fresh_folder/newer.log" || return
         rm -rf "$unpacked"
     done
 }

@@ -13,14 +13,13 @@ need() { :; }
 say() { :; }
 source "$source/tools/package.sh"
 
-# The clone may be another user's.
+# The clone that is cloned may be another user's.
 printf '[safe]\n\tdirectory = *\n' >"$desk/gitconfig"
-export GIT_CONFIG_GLOBAL=$desk/gitconfig
 
 # source_of CLONE MASK
 source_of() (
     umask "$2"
-    git clone --quiet --no-hardlinks "$source" "$desk/$1"
+    GIT_CONFIG_GLOBAL=$desk/gitconfig git clone --quiet --no-hardlinks "$source" "$desk/$1"
     cd "$desk/$1"
     touch --date "@$2" CHANGELOG.md
     make_source >/dev/null
