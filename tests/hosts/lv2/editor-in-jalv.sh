@@ -62,13 +62,13 @@ changes() {
 }
 
 open_jalv() {
-    jalv.gtk3 urn:midi-quillo:lv2 >"$XDG_RUNTIME_DIR/jalv" 2>&1 &
+    jalv.gtk3 urn:midi-quillo:lv2 >"$XDG_RUNTIME_DIR/jalv" 2>&1 9>&- &
     clients+=($!)
     until jack_lsp | grep -q "$port"; do kill -0 $!; done
 }
 
 step='the JACK server'
-jackd -r -n "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 256 >"$XDG_RUNTIME_DIR/jackd" 2>&1 &
+jackd -r -n "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 256 >"$XDG_RUNTIME_DIR/jackd" 2>&1 9>&- &
 server=$!
 until jack_lsp >/dev/null 2>&1; do kill -0 $!; done
 step='the port of jalv'
@@ -81,7 +81,7 @@ step='the new rule'
 changes "$undo_area" click "${note_on[@]}"
 
 step='the listener'
-stdbuf --output=L jack_midi_dump listener >"$XDG_RUNTIME_DIR/heard" 2>&1 &
+stdbuf --output=L jack_midi_dump listener >"$XDG_RUNTIME_DIR/heard" 2>&1 9>&- &
 clients+=($!)
 until jack_connect "$port" listener:input 2>/dev/null; do kill -0 $!; done
 step='the message'

@@ -31,7 +31,7 @@ export HOME=$folder XDG_CONFIG_HOME=$folder XDG_RUNTIME_DIR=$folder QT_QPA_PLATF
 mkfifo "$QUILLO_PROBE"
 
 timeout --kill-after=5 "$limit" jackd --no-realtime --name "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 512 \
-    >"$folder/jackd.log" 2>&1 &
+    >"$folder/jackd.log" 2>&1 9>&- &
 started+=($!)
 jack_wait --server "$JACK_DEFAULT_SERVER" --wait --timeout 60 >"$folder/wait.log" 2>&1 || {
     cat "$folder/jackd.log"
@@ -39,7 +39,7 @@ jack_wait --server "$JACK_DEFAULT_SERVER" --wait --timeout 60 >"$folder/wait.log
 }
 
 LD_PRELOAD=$sequencer timeout --kill-after=5 "$limit" qtractor "$folder/session.qtr" \
-    >"$folder/qtractor.log" 2>&1 &
+    >"$folder/qtractor.log" 2>&1 9>&- &
 started=($! "${started[@]}")
 timeout "$limit" "$test" || {
     cat "$folder/jackd.log" "$folder/qtractor.log"
