@@ -276,8 +276,12 @@ void MyTextInputImpl::mouseUp(const juce::MouseEvent& event) {
     }
 }
 
+/// Once the text is taken, there may be nothing to choose from.
 void MyTextInputImpl::openOptions() {
     finishTypingElsewhere();
+    if (!hasChevron()) {
+        return;
+    }
     openMenu(optionLabels(), currentOption(), [this](std::size_t option) { pickOption(option); });
 }
 

@@ -56,12 +56,14 @@ public:
     void focusGained(FocusChangeType cause) override {
         EditorText::focusGained(cause);
         field_.repaint();
+        if (cause != focusChangedDirectly) {
+            field_.actions_.onEnter();
+        }
     }
 
     void focusLost(FocusChangeType cause) override {
         EditorText::focusLost(cause);
         field_.repaint();
-        field_.actions_.onLeave();
     }
 
 private:

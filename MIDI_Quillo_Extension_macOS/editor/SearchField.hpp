@@ -16,7 +16,7 @@ struct SearchActions {
     std::function<void(bool forward)> onNext;  ///< Return; backward with Shift
     std::function<void()> onGoThere;           ///< Down: to what was found last
     std::function<void()> onEnd;               ///< Escape
-    std::function<void()> onLeave;             ///< the keyboard goes elsewhere
+    std::function<void()> onEnter;             ///< a click or Tab gives it the keyboard
 };
 
 /// The field in which is typed what is looked for, with a magnifying glass, the number of finds, and a cross

@@ -232,6 +232,27 @@ TEST_F(Search, OpensInThePlaceOfTheButtonsWhereThereIsLittleRoom) {
     }
 }
 
+TEST_F(Search, GivesTheKeyboardBackThoughTheWindowWasLeftMeanwhile) {
+    stage.card(2).buttons().deleteButton().grabKeyboardFocus();
+    open("bass");
+    auto& peer = *stage.window.getPeer();
+    peer.handleFocusLoss();
+    peer.handleFocusGain();
+    ASSERT_EQ(EditorStage::focus(), "Search rules");
+    stage.press(juce::KeyPress::escapeKey);
+    EXPECT_EQ(EditorStage::focus(), "Delete");
+}
+
+TEST_F(Search, ThatWasEmptiedAndLeftTakesNoButtonsPlaceInANarrowWindow) {
+    click(field().text());
+    type(stage.window, "b");
+    stage.view().resized();
+    stage.press(juce::KeyPress::backspaceKey);
+    juce::Component::unfocusAllComponents();
+    stage.view().setSize(500, 400);
+    EXPECT_FALSE(field().isVisible());
+}
+
 TEST_F(Search, StaysInSightInAWindowThatGetsNarrowWhileSomethingIsLookedFor) {
     click(field().text());
     type(stage.window, "bass");
