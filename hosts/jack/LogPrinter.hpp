@@ -11,7 +11,8 @@
 namespace quillo {
 
 /// Prints both logs, an entry a line, as they come: "in  [480] 90 3c 64    note-on 60 (C3), ...". A reader
-/// that stands still keeps nobody waiting; it is told how many entries it has missed. [main]
+/// of a pipe that stands still keeps nobody waiting; it is told how many entries it has missed. A terminal
+/// that takes nothing any more may: it says that there is room where there is too little. [main]
 class LogPrinter {
 public:
     /// `descriptor` is where `out` writes to; -1 when it never has to wait.
