@@ -290,6 +290,20 @@ TEST_F(ARangeBeingTyped, IsTakenBeforeTheNextFieldSaysWhatIsTypedOver) {
     EXPECT_EQ(sent.typist()->getText(), "12");
 }
 
+TEST_F(RunCardTest, OpensNoMenuThatHasGoneWithTheRangeThatWasTypedOver) {
+    std::vector<Rule> rules;
+    for (std::uint8_t program = 0; program < 12; ++program) {
+        const auto sent = static_cast<std::uint8_t>(program + 12);
+        rules.push_back(rule(onProgramChange(exactly(program)), send(controlChange(0, 7, sent)), "up"));
+    }
+    open(rules);
+    ASSERT_EQ(cards(), 1U);
+    stage->beginTyping(field(card().trigger(), "Program"), "5");
+    EditorStage::openMenu(field(card().output(), "Value"));
+    EXPECT_EQ(stage->installed().size(), 1U);
+    EXPECT_EQ(stage->view().overlay(), nullptr);
+}
+
 TEST_F(RunCardTest, OneRuleWaitsForAnyWhenWhatIsTypedIsNoNumber) {
     open(higher(1, 64));
     stage->typeInto(field(card().trigger(), "Value"), "-5");

@@ -243,16 +243,6 @@ TEST_F(Search, GivesTheKeyboardBackThoughTheWindowWasLeftMeanwhile) {
     EXPECT_EQ(EditorStage::focus(), "Delete");
 }
 
-TEST_F(Search, ThatWasEmptiedAndLeftTakesNoButtonsPlaceInANarrowWindow) {
-    click(field().text());
-    type(stage.window, "b");
-    stage.view().resized();
-    stage.press(juce::KeyPress::backspaceKey);
-    juce::Component::unfocusAllComponents();
-    stage.view().setSize(500, 400);
-    EXPECT_FALSE(field().isVisible());
-}
-
 TEST_F(Search, StaysInSightInAWindowThatGetsNarrowWhileSomethingIsLookedFor) {
     click(field().text());
     type(stage.window, "bass");
