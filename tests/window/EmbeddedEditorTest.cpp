@@ -103,6 +103,17 @@ protected:
         return "mousemove " + std::to_string(text.getX() + 4) + " " + std::to_string(text.getCentreY());
     }
 
+    /// Types over the name of the only rule, and leaves it so.
+    void beginTypingAName(const std::string& words) {
+        open();
+        addPitchRule();
+        editor->setSize({800, 500});
+        idleUntil([this] { return host.geometryOf(editor->window()).width == 800 && isPainted(); });
+        auto& name = view().card(view().editor().rules()[0].id)->header();
+        act(moveToText(name) + " click --repeat 2 --delay 60 1", [&] { return name.typist() != nullptr; });
+        act("type '" + words + "'", [&] { return name.typist()->getText() == juce::String(words); });
+    }
+
     void addPitchRule() {
         act(moveTo(findBelow<NewRuleSelector>(view())->button()) + " click 1",
             [] { return view().overlay() != nullptr; });
@@ -388,38 +399,20 @@ TEST_F(EmbeddedEditorTest, AMenuOpenedByASlowClickHasTheKeyboard) {
 }
 
 TEST_F(EmbeddedEditorTest, AFieldHasTheKeyboardWhileItIsTypedInto) {
-    open();
-    addPitchRule();
-    editor->setSize({800, 500});
-    idleUntil([this] { return host.geometryOf(editor->window()).width == 800 && isPainted(); });
-    auto& name = view().card(view().editor().rules()[0].id)->header();
-    act(moveToText(name) + " click --repeat 2 --delay 60 1", [&] { return name.typist() != nullptr; });
+    beginTypingAName("My name");
     EXPECT_EQ(host.keyboardOwner(), editor->window());
-    act("type 'My name'", [&] { return name.typist()->getText() == "My name"; });
     EXPECT_THAT(host.takeKeys(), IsEmpty());
     act("key Return", [this] { return installed()[0].name == "My name"; });
 }
 
 TEST_F(EmbeddedEditorTest, ThatIsClosedTakesWhatIsBeingTyped) {
-    open();
-    addPitchRule();
-    editor->setSize({800, 500});
-    idleUntil([this] { return host.geometryOf(editor->window()).width == 800 && isPainted(); });
-    auto& name = view().card(view().editor().rules()[0].id)->header();
-    act(moveToText(name) + " click --repeat 2 --delay 60 1", [&] { return name.typist() != nullptr; });
-    act("type last", [&] { return name.typist()->getText() == "last"; });
+    beginTypingAName("last");
     editor.reset();
     EXPECT_EQ(installed()[0].name, "last");
 }
 
 TEST_F(EmbeddedEditorTest, AClickBesideTheFieldsTakesWhatWasTypedAndGivesTheKeyboardBack) {
-    open();
-    addPitchRule();
-    editor->setSize({800, 500});
-    idleUntil([this] { return host.geometryOf(editor->window()).width == 800 && isPainted(); });
-    auto& name = view().card(view().editor().rules()[0].id)->header();
-    act(moveToText(name) + " click --repeat 2 --delay 60 1", [&] { return name.typist() != nullptr; });
-    act("type other", [&] { return name.typist()->getText() == "other"; });
+    beginTypingAName("other");
     act(moveTo(view().list()) + " click 1", [this] { return installed()[0].name == "other"; });
     idleUntil([this] { return host.keyboardOwner() == host.handle(); });
 }
