@@ -27,7 +27,7 @@ public:
     static constexpr std::size_t slotsPerBlock = 256;
 
     struct Copy {
-        std::uint64_t number = 0;
+        std::uint64_t number;
         DelayedMessage output;
     };
 

@@ -34,6 +34,9 @@ from mutations import changes_of
 
 TREES = {'mutate': 'build-mutate', 'tsan': 'build-tsan'}
 GREATEST_MEMORY = 4 << 30
+# A test that is killed leaves a lock in what all JACK servers of a machine share; the next one takes it
+# away, if no other server runs.
+SERVERS = threading.Lock()
 
 
 @dataclasses.dataclass
@@ -113,9 +116,10 @@ class Workshop:
 
     def passes(self, preset, program):
         path = next(path for path in (self.root / TREES[preset]).glob(f'**/{program}') if path.is_file())
-        return self.run(path, '--gtest_fail_fast', '--gtest_brief=1', where=self.home, HOME=str(self.home),
-                        seconds=self.unbroken[preset, program].seconds,
-                        memory=preset != 'tsan' and GREATEST_MEMORY)
+        with SERVERS if 'server' in program else contextlib.nullcontext():
+            return self.run(path, '--gtest_fail_fast', '--gtest_brief=1', where=self.home,
+                            HOME=str(self.home), seconds=self.unbroken[preset, program].seconds,
+                            memory=preset != 'tsan' and GREATEST_MEMORY)
 
     def run(self, *command, where=None, seconds=600, memory=0, **variables):
         """Whether it succeeds in time. Nothing that it has started goes on or writes elsewhere."""
@@ -232,15 +236,17 @@ def main():
         return
     reasons = [line.split('\t') for line in lines_of('tools/mutate-reasons.txt')]
     counts = collections.defaultdict(collections.Counter)
-    for number, (folder, change, text, verdict) in enumerate(verdicts(changes, judges), 1):
-        if verdict == 'survived':
-            reason = reason_for(change, text, reasons)
-            verdict = 'explained' if reason else 'survived'
-            print(shown(change, text, *(['    ' + reason] if reason else [])), flush=True)
-        counts[folder][verdict] += 1
-        if sys.stderr.isatty():
-            print(f'\r{number} of {len(changes)} ', end='', file=sys.stderr)
-    table(counts)
+    try:
+        for number, (folder, change, text, verdict) in enumerate(verdicts(changes, judges), 1):
+            if verdict == 'survived':
+                reason = reason_for(change, text, reasons)
+                verdict = 'explained' if reason else 'survived'
+                print(shown(change, text, *(['    ' + reason] if reason else [])), flush=True)
+            counts[folder][verdict] += 1
+            if sys.stderr.isatty():
+                print(f'\r{number} of {len(changes)} ', end='', file=sys.stderr)
+    finally:
+        table(counts)
     sys.exit(any(count['survived'] for count in counts.values()))
 
 

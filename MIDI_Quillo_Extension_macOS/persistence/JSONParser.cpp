@@ -179,9 +179,10 @@ std::string reasonOf(const nlohmann::json::exception& error) {
     return std::string(text.substr(0, text.find(';')));
 }
 
+/// The position counts the byte that is wrong, or the end, as well.
 bool ValueBuilder::parse_error(std::size_t position, const std::string&,
                                const nlohmann::json::exception& error) {
-    failure_ = {reasonOf(error), position == 0 ? 0 : position - 1};
+    failure_ = {reasonOf(error), position - 1};
     return false;
 }
 

@@ -60,11 +60,11 @@ void LV2Renderer::takePosition(std::uint32_t offset, std::span<const std::uint8_
     if (reported->frame) {
         pace_ = moves ? speed_ : 1.0;
         renderer_.reportTransport(offset, state, *reported->frame, pace_);
-        return;
-    }
-    renderer_.reportTransport(offset, state);
-    if (moves && speed_ != pace_) {
-        renderer_.losePosition();
+    } else {
+        renderer_.reportTransport(offset, state);
+        if (moves && speed_ != pace_) {
+            renderer_.losePosition();
+        }
     }
 }
 

@@ -10,26 +10,45 @@
 namespace quillo {
 namespace {
 
-TEST(LogCallbackThreads, WhileOneThreadCallsAnotherReplacesTheFunctionAndTheLastOneIsCalled) {
+/// While one thread does `call` again and again, another replaces what is called: the last one is, too.
+template <class Call, class Replace>
+void expectTheLastToBeCalled(Call call, Replace replace) {
     constexpr int last = 2000;
-    const EventLogEntry entry{0, EventLogEntryVariants::Host{HostTransportTriggerVariantsV2::Start}};
     LogCallback callback;
     std::atomic<int> heard{-1};
     std::atomic<bool> stops{false};
     const JoinedThread caller([&] {
         while (!stops) {
-            if (callback) {
-                callback(entry);
-            }
+            call(callback);
         }
     });
     for (int number = 0; number <= last; ++number) {
-        callback = [number, &heard](const EventLogEntry&) { heard.store(number, std::memory_order_relaxed); };
+        replace(callback, [number, &heard] { heard.store(number, std::memory_order_relaxed); });
     }
     while (heard.load(std::memory_order_relaxed) != last) {
         std::this_thread::yield();
     }
     stops = true;
+}
+
+const EventLogEntry entry{0, EventLogEntryVariants::Host{HostTransportTriggerVariantsV2::Start}};
+
+TEST(LogCallbackThreads, WhileOneThreadCallsAnotherReplacesTheFunctionAndTheLastOneIsCalled) {
+    expectTheLastToBeCalled(
+        [](const LogCallback& callback) {
+            if (callback) {
+                callback(entry);
+            }
+        },
+        [](LogCallback& callback, auto function) {
+            callback = [function](const EventLogEntry&) { function(); };
+        });
+}
+
+TEST(LogCallbackThreads, WhileOneThreadEndsBlocksAnotherReplacesTheFunctionAndTheLastOneIsCalled) {
+    expectTheLastToBeCalled(
+        [](const LogCallback& callback) { callback.endBlock(); },
+        [](LogCallback& callback, auto function) { callback.listen([](const EventLogEntry&) {}, function); });
 }
 
 }  // namespace

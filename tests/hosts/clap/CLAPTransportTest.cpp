@@ -201,6 +201,15 @@ TEST_F(CLAPTransport, InSecondsJumpsThoughTheBeatsGoOnWhereTheTempoBeforeIsUnkno
     EXPECT_EQ(heard(), (Timed{{0, goOn}, {48000, goOn}}));
 }
 
+TEST_F(CLAPTransport, InSecondsJumpsThoughTheBeatsGoOnWhereTheTempoNowIsUnknown) {
+    const auto known = inBoth(8.0, 120.0);
+    host.process(48000, &known);
+    auto unknown = inBoth(10.0, 60.0);
+    unknown.flags &= ~std::uint32_t{CLAP_TRANSPORT_HAS_TEMPO};
+    play(unknown);
+    EXPECT_EQ(heard(), (Timed{{0, goOn}, {48000, goOn}}));
+}
+
 TEST_F(CLAPTransport, InSecondsThatFollowFromTheBeatsDoesNotJumpWhileTheTempoChangesThroughLongBlocks) {
     double beats = 8.0;
     double tempo = 120.0;

@@ -99,11 +99,13 @@ private:
         }
     }
 
+    /// One that has ended, and that nobody has asked about, has a name still, but no command.
     static bool aServerRuns() {
         std::error_code failure;
         for (const auto& process : std::filesystem::directory_iterator("/proc", failure)) {
-            std::string name;
-            std::getline(std::ifstream(process.path() / "comm"), name);
+            std::string command;
+            std::getline(std::ifstream(process.path() / "cmdline"), command, '\0');
+            const auto name = std::filesystem::path(command).filename();
             if (name == "jackd" || name == "jackdbus") {
                 return true;
             }
