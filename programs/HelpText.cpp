@@ -63,8 +63,9 @@ Options:
   --preset PRESET.json  the rules
   --force               replace OUT.mid if it is there
   --trace               print every event that comes in and goes out, with its
-                        time in samples
-  --json                say how it went in one line of JSON, for scripts
+                        time in samples; not together with --json
+  --json                say how it went in one line of JSON, for scripts; not
+                        together with --trace
   --sample-rate RATE    samples per second that times are counted in, 1000 to
                         768000 (48000). A tick that lasts a sample or longer
                         comes out as the same tick; where a file's ticks are
@@ -226,8 +227,9 @@ Examples:
 )"},
     VerbText{"schema", "Usage: midi-quillo schema\n", R"(
 Prints a JSON Schema (draft 2020-12) of presets in all their forms, for editors
-and programs that make or check them. It is installed as well, as
-share/midi-quillo/preset.schema.json. What it cannot say, check says.
+and programs that make or check them. The package midi-quillo-doc installs it as
+well, as /usr/share/midi-quillo/preset.schema.json. What it cannot say, check
+says.
 
 Example:
   midi-quillo schema >preset.schema.json

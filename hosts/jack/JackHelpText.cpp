@@ -70,9 +70,10 @@ Examples:
   midi-quillo-jack --go-back 1
   pw-jack midi-quillo-jack
 
-Exit status: 0 all went well; 64 wrong arguments; 65 damaged preset; 66 preset
-cannot be read; 69 no JACK server or no display; 70 fatal error; 73 the rules
-could not be saved.
+Exit status: 0 all went well; 64 wrong arguments; 65 damaged preset or version
+to go back to; 66 one of these cannot be read, or neither XDG_STATE_HOME nor
+HOME is set for --history or --go-back; 69 no JACK server or no display; 70
+fatal error; 73 the rules could not be saved.
 )";
 
 }  // namespace
