@@ -34,9 +34,6 @@ from mutations import changes_of
 
 TREES = {'mutate': 'build-mutate', 'tsan': 'build-tsan'}
 GREATEST_MEMORY = 4 << 30
-# A test that is killed leaves a lock in what all JACK servers of a machine share; the next one takes it
-# away, if no other server runs.
-SERVERS = threading.Lock()
 
 
 @dataclasses.dataclass
@@ -116,10 +113,9 @@ class Workshop:
 
     def passes(self, preset, program):
         path = next(path for path in (self.root / TREES[preset]).glob(f'**/{program}') if path.is_file())
-        with SERVERS if 'server' in program else contextlib.nullcontext():
-            return self.run(path, '--gtest_fail_fast', '--gtest_brief=1', where=self.home,
-                            HOME=str(self.home), seconds=self.unbroken[preset, program].seconds,
-                            memory=preset != 'tsan' and GREATEST_MEMORY)
+        return self.run(path, '--gtest_fail_fast', '--gtest_brief=1', where=self.home, HOME=str(self.home),
+                        seconds=self.unbroken[preset, program].seconds,
+                        memory=preset != 'tsan' and GREATEST_MEMORY)
 
     def run(self, *command, where=None, seconds=600, memory=0, **variables):
         """Whether it succeeds in time. Nothing that it has started goes on or writes elsewhere."""

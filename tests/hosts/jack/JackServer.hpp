@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <fcntl.h>
 #include <jack/jack.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <cstdint>
@@ -12,9 +14,11 @@
 #include <string>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include "hosts/jack/LibraryMessages.hpp"
 #include "hosts/jack/SessionLock.hpp"
+#include "platform/Descriptor.hpp"
 #include "support/ChildProcess.hpp"
 
 namespace quillo::test {
@@ -53,12 +57,14 @@ public:
     JackServer(const JackServer&) = delete;
     JackServer& operator=(const JackServer&) = delete;
 
-    /// Runs when this returns. Throws `std::runtime_error` when a server cannot run on this machine.
+    /// Runs when this returns, and no longer than the test. Throws `std::runtime_error` when a server cannot
+    /// run on this machine.
     void start(Settings settings) {
+        waitForTurn();
         forgetProperties();
-        process_.emplace(std::vector<std::string>{"jackd", "-r", "-S", "-t", patience, "-n", name(), "-d",
-                                                  "dummy", "-r", std::to_string(settings.sampleRate), "-p",
-                                                  std::to_string(settings.bufferSize)});
+        process_.emplace(std::vector<std::string>{
+            "setpriv", "--pdeathsig", "KILL", "jackd", "-r", "-S", "-t", patience, "-n", name(), "-d",
+            "dummy", "-r", std::to_string(settings.sampleRate), "-p", std::to_string(settings.bufferSize)});
         LibraryMessages::silenceLibrary();
         while (!answers()) {
             if (process_->endsWithin(shortWhile)) {
@@ -88,6 +94,17 @@ public:
 private:
     static constexpr int shortWhile = 10;             ///< between two looks, in milliseconds
     static constexpr const char* patience = "10000";  ///< with a client, in milliseconds
+
+    /// Programs that have servers run one after the other, of whatever tree they are: where clients of two
+    /// servers make the library's store at one moment, one of them cannot be opened.
+    static void waitForTurn() {
+        static const Descriptor turn = [] {
+            const auto path = "/dev/shm/quillo-test-servers." + std::to_string(::getuid()) + ".lock";
+            Descriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+            ::flock(file.number(), LOCK_EX);
+            return file;
+        }();
+    }
 
     /// What clients tell of themselves is kept by the library in a store that outlives servers and clients,
     /// and so does a lock in it whose owner was killed: then no client can be opened any more. Where no
