@@ -114,9 +114,13 @@ void Session::viewDidLoad() {
     showRestoredRules();
 }
 
+/// An edit of rules that were replaced meanwhile, before the editor was shown the others, comes too late.
 void Session::onRulesChanged(std::vector<Rule> rules, RuleShelf shelf) {
     {
         const std::lock_guard lock(installing_);
+        if (logs_ && restored_) {
+            return;
+        }
         PluginData after{std::move(rules), std::move(shelf)};
         const auto replaced = processor_.setRules(after.rules);
         hits_.follow(*replaced, shelf_, after, now());

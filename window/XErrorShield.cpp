@@ -8,7 +8,8 @@ namespace quillo {
 
 namespace {
 
-/// The handlers are the process's, and so is what is known of them.
+/// The handlers are the process's, and so is what is known of them. Ours may be there already: who replaced
+/// them while they were needed has put them back since.
 int shields = 0;
 XErrorHandler hostErrorHandler = nullptr;
 XIOErrorHandler hostBrokenConnectionHandler = nullptr;
@@ -37,8 +38,13 @@ void* XErrorShield::juceConnection() {
 
 XErrorShield::XErrorShield() {
     if (shields++ == 0) {
-        hostErrorHandler = XSetErrorHandler(passOver);
-        hostBrokenConnectionHandler = XSetIOErrorHandler(passOverBrokenConnection);
+        if (const auto before = XSetErrorHandler(passOver); before != passOver) {
+            hostErrorHandler = before;
+        }
+        if (const auto before = XSetIOErrorHandler(passOverBrokenConnection);
+            before != passOverBrokenConnection) {
+            hostBrokenConnectionHandler = before;
+        }
     }
     if (auto* display = static_cast<Display*>(juceConnection())) {
         XSetIOErrorExitHandler(display, stay, nullptr);

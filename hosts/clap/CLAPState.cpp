@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <cstdint>
+#include <exception>
 #include <optional>
 #include <span>
 #include <vector>
@@ -61,8 +62,14 @@ bool writeAll(const clap_ostream_t* stream, std::span<const std::uint8_t> bytes)
 }
 
 bool save(const clap_plugin_t* plugin, const clap_ostream_t* stream) noexcept {
-    return CLAPPlugin::with(
-        plugin, false, [&](CLAPInstance& instance) { return writeAll(stream, instance.session.save()); });
+    return CLAPPlugin::with(plugin, false, [&](CLAPInstance& instance) {
+        try {
+            return writeAll(stream, instance.session.save());
+        } catch (const std::exception& error) {
+            instance.session.tellUser("The rules cannot be saved with the project: " + wordsOf(error));
+            return false;
+        }
+    });
 }
 
 bool load(const clap_plugin_t* plugin, const clap_istream_t* stream) noexcept {

@@ -14,9 +14,12 @@ std::size_t sizeOf(std::size_t bodySize) QUILLO_REALTIME {
 
 }  // namespace
 
-void LV2Output::begin(LV2_Atom_Sequence* buffer) QUILLO_REALTIME {
+void LV2Output::begin(LV2_Atom_Sequence* buffer, bool holdsInput) QUILLO_REALTIME {
     buffer_ = buffer;
     capacity_ = buffer == nullptr ? 0 : buffer->atom.size;
+    if (holdsInput && buffer != nullptr && buffer->atom.type == ids_.atomSequence) {
+        capacity_ += sizeof(LV2_Atom);
+    }
     written_ = sizeof(LV2_Atom_Sequence);
 }
 

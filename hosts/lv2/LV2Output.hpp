@@ -19,8 +19,9 @@ class LV2Output final : public HostOutput {
 public:
     explicit LV2Output(const LV2URIDs& ids) : ids_(ids) {}
 
-    /// A new block, and the host's buffer for it; null has no room.
-    void begin(LV2_Atom_Sequence* buffer) QUILLO_REALTIME;
+    /// A new block, and the host's buffer for it; null has no room. One that also holds the input says how
+    /// long that is, without its own header.
+    void begin(LV2_Atom_Sequence* buffer, bool holdsInput = false) QUILLO_REALTIME;
 
     /// Room is what the buffer has left.
     [[nodiscard]] Room roomFor(Bytes bytes, const Waiting& waiting) const QUILLO_REALTIME override;

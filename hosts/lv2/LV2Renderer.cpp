@@ -21,7 +21,7 @@ LV2Renderer::LV2Renderer(BlockRenderer& renderer, const LV2URIDs& ids)
 void LV2Renderer::render(const LV2_Atom_Sequence* in, LV2_Atom_Sequence* out,
                          std::uint32_t frames) QUILLO_REALTIME {
     using Delivery = BlockRenderer::Delivery;
-    output_.begin(out);
+    output_.begin(out, in == out);
     renderer_.begin(frames, output_, in == out ? Delivery::atTheEnd : Delivery::asItComes);
     LV2EventReader events(in, ids_.atomSequence);
     while (const auto event = events.next()) {

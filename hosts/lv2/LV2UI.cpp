@@ -56,7 +56,7 @@ int resize(LV2UI_Feature_Handle handle, int width, int height) noexcept {
     auto& editor = static_cast<LV2UIInstance*>(handle)->editor();
     const auto pixels = [](int length) { return static_cast<std::uint32_t>(std::max(length, 0)); };
     editor.setSize(editor.nearestTo({pixels(width), pixels(height)}));
-    return 0;
+    return editor.size() == EmbeddedEditor::Size{pixels(width), pixels(height)} ? 0 : 1;
 }
 
 const void* extensionData(const char* name) noexcept {

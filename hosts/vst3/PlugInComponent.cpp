@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/vst3/PlugInComponent.hpp"
 
+#include <algorithm>
 #include <array>
 #include <exception>
+#include <limits>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -42,6 +44,23 @@ std::optional<std::vector<std::uint8_t>> readAll(IBStream& stream) {
         }
     }
     return bytes;
+}
+
+/// Whether a stream has taken all of it, in whatever pieces. One that does not say how much it took took what
+/// it was given.
+bool writeAll(IBStream& stream, const char* data, TSize size) {
+    while (size > 0) {
+        const auto offered = static_cast<int32>(std::min<TSize>(size, std::numeric_limits<int32>::max()));
+        auto taken = offered;
+        // The interface has no constant data.
+        if (stream.write(const_cast<char*>(data), offered, &taken) != kResultOk || taken < 1 ||
+            taken > offered) {
+            return false;
+        }
+        data += taken;
+        size -= taken;
+    }
+    return true;
 }
 
 }  // namespace
@@ -106,9 +125,17 @@ tresult PlugInComponent::setState(IBStream* state) try {
     return kResultFalse;
 }
 
+/// The wrapper believes that a stream takes everything at once: so it is given one that does.
 tresult PlugInComponent::getState(IBStream* state) try {
-    const auto result = component_->getState(state);
-    return quillo_.hasSaved() ? result : kResultFalse;
+    if (state == nullptr) {
+        return kInvalidArgument;
+    }
+    MemoryStream chunk;
+    const auto result = component_->getState(&chunk);
+    if (result != kResultOk || !quillo_.hasSaved()) {
+        return kResultFalse;
+    }
+    return writeAll(*state, chunk.getData(), chunk.getSize()) ? kResultOk : kResultFalse;
 } catch (const std::exception&) {
     return kResultFalse;
 }

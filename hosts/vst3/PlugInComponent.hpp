@@ -29,7 +29,7 @@ public:
     /// `kResultFalse` when no rules were restored: the rules stay as they were, and the editor shows why,
     /// unless the host has kept nothing at all.
     Steinberg::tresult PLUGIN_API setState(Steinberg::IBStream* state) override;
-    /// `kResultFalse` when the rules could not be written.
+    /// `kResultFalse` when the rules could not be written, or the stream does not take all of them.
     Steinberg::tresult PLUGIN_API getState(Steinberg::IBStream* state) override;
     /// `kResultFalse` when nothing can be rendered at the sample rate that was set up.
     Steinberg::tresult PLUGIN_API setActive(Steinberg::TBool state) override;

@@ -258,6 +258,22 @@ TEST_F(SessionTest, EveryRestoredStateIsShown) {
     }
 }
 
+TEST_F(SessionTest, AnEditOfTheRulesBeforeDoesNotReplaceRestoredOnes) {
+    int edits = 0;
+    session.setOnEdit([&edits] { ++edits; });
+    session.viewDidLoad();
+    const auto document = PluginData{swap}.write();
+    ASSERT_EQ(session.restore(document), std::nullopt);
+    session.onRulesChanged({});
+    EXPECT_EQ(session.save(), document);
+    EXPECT_EQ(edits, 0);
+    session.drain();
+    EXPECT_EQ(session.model()->rules().size(), 1U);
+    session.onRulesChanged({});
+    EXPECT_EQ(rules(), std::vector<Rule>{});
+    EXPECT_EQ(edits, 1);
+}
+
 TEST_F(SessionTest, ManyRestoredStatesAreShownOnce) {
     session.viewDidLoad();
     session.drain();

@@ -330,6 +330,7 @@ TEST_F(SessionWatchTest, NotesEndWhenRulesChangeOnlyIfThatWasAskedFor) {
     EXPECT_FALSE(session.notesEndWhenRulesChange());
     edit({swap});
     session.install({echo});
+    session.drain();
     EXPECT_EQ(block(10), Timed());
     session.setNotesEndWhenRulesChange(true);
     EXPECT_TRUE(session.notesEndWhenRulesChange());

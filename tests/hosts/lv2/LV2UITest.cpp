@@ -103,6 +103,16 @@ TEST_F(LV2UI, OfAnotherVersionThanThePluginSaysSoAndTouchesNothing) {
     table.cleanup(instance);
 }
 
+TEST_F(LV2UI, SaysWhetherItHasTheSizeOfTheHostsWindow) {
+    const auto* resize = static_cast<const LV2UI_Resize*>(table.extension_data(LV2_UI__resize));
+    auto* instance = instantiate({});
+    ASSERT_NE(instance, nullptr);
+    EXPECT_EQ(resize->ui_resize(instance, 600, 400), 0);
+    EXPECT_NE(resize->ui_resize(instance, 100, 100), 0);
+    EXPECT_NE(resize->ui_resize(instance, -1, 400), 0);
+    table.cleanup(instance);
+}
+
 TEST_F(LV2UI, OfAHostThatGrantsNoAccessSaysSo) {
     auto* instance = static_cast<LV2UIInstance*>(instantiate({}));
     ASSERT_NE(instance, nullptr);

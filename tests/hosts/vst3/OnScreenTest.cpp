@@ -202,5 +202,28 @@ TEST_F(VST3OnScreen, AHandlerThatTheHostSetsWhileAnEditorIsOpenStays) {
     EXPECT_EQ(XSetErrorHandler(before), static_cast<XErrorHandler>(hosts));
 }
 
+TEST_F(VST3OnScreen, TheHostsErrorsReachTheHostsHandlerThoughSomebodyPutsOursBack) {
+    static int errors = 0;
+    const auto before = XSetErrorHandler([](Display*, XErrorEvent*) { return ++errors, 0; });
+    auto* const display = XOpenDisplay(nullptr);
+    ASSERT_NE(display, nullptr);
+    XErrorHandler ours = nullptr;
+    {
+        VST3Instance other;
+        const VST3View view(other, loop);
+        ours = XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
+    }
+    XSetErrorHandler(ours);
+    {
+        VST3Instance other;
+        const VST3View view(other, loop);
+        XMapWindow(display, 1);
+        XSync(display, False);
+    }
+    EXPECT_EQ(errors, 1);
+    XCloseDisplay(display);
+    XSetErrorHandler(before);
+}
+
 }  // namespace
 }  // namespace quillo

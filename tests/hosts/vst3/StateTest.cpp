@@ -172,6 +172,32 @@ TEST_F(VST3State, IsReadNoFurtherThanAnyPresetIs) {
     EXPECT_LE(stream.given, 65UL * 1024 * 1024);
 }
 
+/// A host's stream that takes seven bytes at a time, up to so many.
+class NarrowStream final : public Steinberg::MemoryStream {
+public:
+    explicit NarrowStream(Steinberg::TSize room) : room_(room) {}
+
+    Steinberg::tresult PLUGIN_API write(void* buffer, Steinberg::int32 bytes,
+                                        Steinberg::int32* count) override {
+        const auto left = static_cast<Steinberg::int32>(room_ - getSize());
+        return MemoryStream::write(buffer, std::min({7, bytes, left}), count);
+    }
+
+private:
+    Steinberg::TSize room_;
+};
+
+TEST_F(VST3State, IsSavedWholeOrNotAtAll) {
+    ASSERT_EQ(plugIn.setState(answerWith(61)), kResultOk);
+    const auto chunk = plugIn.state();
+    const auto size = static_cast<Steinberg::TSize>(chunk.size());
+    NarrowStream exact(size);
+    EXPECT_EQ(plugIn.getState(exact), kResultOk);
+    EXPECT_EQ(Bytes(exact.getData(), exact.getData() + exact.getSize()), chunk);
+    NarrowStream tooShort(size - 1);
+    EXPECT_EQ(plugIn.getState(tooShort), kResultFalse);
+}
+
 /// A host's stream whose second reading gives something else than the first.
 class ChangingStream final : public Steinberg::MemoryStream {
 public:

@@ -134,6 +134,9 @@ public:
     [[nodiscard]] Steinberg::tresult setState(Steinberg::IBStream& stream) {
         return component_->setState(&stream);
     }
+    [[nodiscard]] Steinberg::tresult getState(Steinberg::IBStream& stream) {
+        return component_->getState(&stream);
+    }
     [[nodiscard]] Bytes state();
 
     /// Gives a message, as the format has it: notes, poly pressure and system exclusive as events,
