@@ -62,6 +62,17 @@ std::string replaced(std::string text, std::string_view from, std::string_view t
     return text.replace(start, from.size(), to);
 }
 
+TEST(DecodingErrorOfBothReadings, SaysWhatTheOneSaysThatCameFurtherOrElseTheOther) {
+    const auto useful = [](std::size_t deciding, std::size_t other) {
+        return DecodingError::ofBothReadings(DecodingError("deciding", deciding), "another form",
+                                             DecodingError("other", other))
+            .mostUseful();
+    };
+    EXPECT_EQ(useful(3, 2), "deciding");
+    EXPECT_EQ(useful(2, 2), "other");
+    EXPECT_EQ(useful(2, 3), "other");
+}
+
 TEST(PluginData, WritesARuleByteForByte) {
     const auto text = written({{documents::loadSoundRule()}});
     const std::string rule =

@@ -324,6 +324,14 @@ TEST_F(SessionWatchTest, PanicSaysWhatItDidUntilThatIsDismissed) {
     EXPECT_EQ(model().panicAnswer(), "Nothing was sounding");
 }
 
+TEST_F(SessionWatchTest, RestoredRulesAreShownWithTheHitsThatTheyHaveAlready) {
+    openEditor();
+    ASSERT_EQ(session.restore(PluginData{{pedal, echo}}.write()), std::nullopt);
+    block(1000, {{0, {0x90, 60, 1}}});
+    session.drain();
+    EXPECT_EQ(model().hits(), (std::vector<RuleHits>{{}, {1, 1.0}}));
+}
+
 TEST_F(SessionWatchTest, NotesEndWhenRulesChangeOnlyIfThatWasAskedFor) {
     openEditor();
     block(10, {{0, {0x90, 60, 1}}});
