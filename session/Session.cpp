@@ -114,7 +114,6 @@ void Session::viewDidLoad() {
     showRestoredRules();
 }
 
-/// An edit of rules that were replaced meanwhile, before the editor was shown the others, comes too late.
 void Session::onRulesChanged(std::vector<Rule> rules, RuleShelf shelf) {
     {
         const std::lock_guard lock(installing_);

@@ -58,6 +58,7 @@ public:
     // For the editor.
     [[nodiscard]] const std::shared_ptr<QuilloModel>& model() const override { return model_; }
     void viewDidLoad() override;
+    /// [main] While a restored list waits to be shown, an edit is one of the list before, and is dropped.
     void onRulesChanged(std::vector<Rule> rules, RuleShelf shelf = {}) override;
     void onInstantMessageClick(const RuleOutputVariantsV2& message) override;
     [[nodiscard]] std::vector<RuleReason> why(const EventLogEntryVariants& event) override;

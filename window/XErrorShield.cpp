@@ -8,8 +8,8 @@ namespace quillo {
 
 namespace {
 
-/// The handlers are the process's, and so is what is known of them. Ours may be there already: who replaced
-/// them while they were needed has put them back since.
+/// The handlers are the process's, and so is what is known of them. Ours may be installed already:
+/// another component that saved them has restored them after the last shield was gone.
 int shields = 0;
 XErrorHandler hostErrorHandler = nullptr;
 XIOErrorHandler hostBrokenConnectionHandler = nullptr;
