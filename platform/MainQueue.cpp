@@ -19,7 +19,6 @@ void MainQueue::async(std::function<void()> block) {
 }
 
 std::size_t MainQueue::drain() {
-    polls_.notify();
     std::vector<std::function<void()>> blocks;
     {
         const std::lock_guard lock(mutex_);
@@ -27,6 +26,7 @@ std::size_t MainQueue::drain() {
     }
     std::size_t ran = 0;
     try {
+        polls_.notify();
         while (ran < blocks.size()) {
             blocks[ran++]();
         }

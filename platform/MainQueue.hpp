@@ -40,8 +40,8 @@ public:
     [[nodiscard]] Observation onDrain(std::function<void()> poll) { return polls_.add(std::move(poll)); }
 
     /// [main] Runs the polls and what was posted before the call; what these blocks post waits for the next
-    /// one. Returns how many blocks ran. What a block throws leaves from here; the blocks behind it wait for
-    /// the next call.
+    /// one. Returns how many blocks ran. What a poll or a block throws leaves from here; the blocks behind
+    /// it wait for the next call, which is asked for.
     std::size_t drain();
 
 private:

@@ -125,6 +125,20 @@ TEST(MainQueue, BlocksBehindOneThatThrowsWaitForTheNextDrainAndAskForIt) {
     EXPECT_THAT(ran, ElementsAre(1, 2, 3, 4));
 }
 
+TEST(MainQueue, BlocksBehindAPollThatThrowsWaitForTheNextDrainAndAskForIt) {
+    MainQueue queue;
+    int wakes = 0;
+    int ran = 0;
+    queue.setWake([&] { ++wakes; });
+    auto poll = queue.onDrain([] { throw std::runtime_error("in a poll"); });
+    queue.async([&] { ++ran; });
+    EXPECT_THROW(queue.drain(), std::runtime_error);
+    EXPECT_EQ(wakes, 2);
+    poll.reset();
+    EXPECT_EQ(queue.drain(), 1U);
+    EXPECT_EQ(ran, 1);
+}
+
 TEST(MainQueue, ABlockThatThrowsLastLeavesNothingBehind) {
     MainQueue queue;
     queue.async([] { throw std::runtime_error("in a block"); });
