@@ -32,12 +32,18 @@ void EventMailbox::handOver() QUILLO_REALTIME {
     }
 }
 
+/// Room is made before: a ring that is taken is always returned.
 std::vector<EventLogEntry> EventMailbox::takeAll() {
+    std::vector<EventLogEntry> entries;
+    if (posted_.load(std::memory_order_relaxed) == nullptr) {
+        return entries;
+    }
+    entries.reserve(keptEntries);
     auto* const ring = posted_.exchange(nullptr, std::memory_order_acq_rel);
     if (ring == nullptr) {
-        return {};
+        return entries;
     }
-    auto entries = ring->takeAll();
+    ring->moveTo(entries);
     ring->next = returned_.load(std::memory_order_relaxed);
     while (!returned_.compare_exchange_weak(ring->next, ring, std::memory_order_release,
                                             std::memory_order_relaxed)) {
@@ -45,15 +51,14 @@ std::vector<EventLogEntry> EventMailbox::takeAll() {
     return entries;
 }
 
-std::vector<EventLogEntry> EventMailbox::Ring::takeAll() {
+void EventMailbox::Ring::moveTo(std::vector<EventLogEntry>& taken) {
     auto* const begin = entries.data();
-    std::vector<EventLogEntry> taken(isFull ? end : begin, isFull ? begin + keptEntries : end);
     if (isFull) {
-        taken.insert(taken.end(), begin, end);
+        taken.insert(taken.end(), end, begin + keptEntries);
     }
+    taken.insert(taken.end(), begin, end);
     end = begin;
     isFull = false;
-    return taken;
 }
 
 }  // namespace quillo

@@ -57,7 +57,8 @@ private:
             }
             place = entry;
         }
-        [[nodiscard]] std::vector<EventLogEntry> takeAll();
+        /// Behind what is there; there must be room.
+        void moveTo(std::vector<EventLogEntry>& taken);
     };
 
     void postFirst(const EventLogEntry& entry) QUILLO_REALTIME;
