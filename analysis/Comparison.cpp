@@ -15,7 +15,8 @@ namespace quillo {
 namespace {
 
 /// What leaves because of the event; counts the rules that fire.
-std::vector<Departure> answer(EngineProbe& probe, const AskedEvent& event, std::vector<std::size_t>& hits) {
+std::vector<Departure> answer(const EngineProbe& probe, const AskedEvent& event,
+                              std::vector<std::size_t>& hits) {
     const auto outcome = probe.put(event);
     for (const auto& firing : outcome.firings) {
         ++hits[firing.rule];
@@ -50,7 +51,7 @@ void pairBy(KeyOf keyOf, const std::vector<Rule>& first, const std::vector<Rule>
 
 }  // namespace
 
-Comparison compare(EngineProbe& first, EngineProbe& second, std::span<const AskedEvent> events) {
+Comparison compare(const EngineProbe& first, const EngineProbe& second, std::span<const AskedEvent> events) {
     Comparison comparison{
         {}, std::vector<std::size_t>(first.rules().size()), std::vector<std::size_t>(second.rules().size())};
     for (std::size_t event = 0; event < events.size(); ++event) {

@@ -31,7 +31,8 @@ struct Comparison {
     std::vector<std::size_t> secondHits;  ///< and each of the second
 };
 
-[[nodiscard]] Comparison compare(EngineProbe& first, EngineProbe& second, std::span<const AskedEvent> events);
+[[nodiscard]] Comparison compare(const EngineProbe& first, const EngineProbe& second,
+                                 std::span<const AskedEvent> events);
 
 /// A rule of two lists: its positions in them, one of which may be missing.
 struct RulePair {

@@ -40,7 +40,7 @@ EventExplanation accountOfChain(const EngineProbe& probe, EngineProbe::Outcome o
     return explanation;
 }
 
-EventExplanation explainMessage(EngineProbe& probe, const MIDIMessage& message) {
+EventExplanation explainMessage(const EngineProbe& probe, const MIDIMessage& message) {
     if (midi::isSystemExclusive(message.bytes())) {
         return accountOfFirings(probe.rules().size(), {});
     }
@@ -49,13 +49,13 @@ EventExplanation explainMessage(EngineProbe& probe, const MIDIMessage& message) 
     });
 }
 
-EventExplanation explainTransport(EngineProbe& probe, HostTransportTriggerVariantsV2 change) {
+EventExplanation explainTransport(const EngineProbe& probe, HostTransportTriggerVariantsV2 change) {
     return accountOfChain(probe, probe.put(change), [](std::size_t) { return TriggerCondition::kind; });
 }
 
 }  // namespace
 
-EventExplanation explain(EngineProbe& probe, const AskedEvent& event) {
+EventExplanation explain(const EngineProbe& probe, const AskedEvent& event) {
     return std::visit(
         Overloaded{
             [&](const MIDIMessage& message) { return explainMessage(probe, message); },

@@ -41,6 +41,6 @@ struct EventExplanation {
 
 /// Puts the event to the engine and accounts for what each rule made of it. The engine decides: nothing of
 /// its matching is done again here.
-[[nodiscard]] EventExplanation explain(EngineProbe& probe, const AskedEvent& event);
+[[nodiscard]] EventExplanation explain(const EngineProbe& probe, const AskedEvent& event);
 
 }  // namespace quillo

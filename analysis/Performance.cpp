@@ -33,7 +33,7 @@ std::vector<Departure> departures(const EngineProbe::Outcome& outcome, const Ask
     return inStableOrder(std::move(all), &Departure::time);
 }
 
-std::vector<Departure> played(EngineProbe& probe, std::span<const TimedEvent> events,
+std::vector<Departure> played(const EngineProbe& probe, std::span<const TimedEvent> events,
                               SampleTime unitsPerMillisecond) {
     std::vector<Departure> all;
     for (std::size_t position = 0; position < events.size(); ++position) {

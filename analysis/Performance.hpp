@@ -38,7 +38,7 @@ struct Departure {
 ///
 /// Each event is put to the engine by itself, for no rule remembers another one. So there is room for any
 /// number of delayed outputs, which a unit has not.
-[[nodiscard]] std::vector<Departure> played(EngineProbe& probe, std::span<const TimedEvent> events,
+[[nodiscard]] std::vector<Departure> played(const EngineProbe& probe, std::span<const TimedEvent> events,
                                             SampleTime unitsPerMillisecond = 1);
 
 }  // namespace quillo

@@ -67,10 +67,10 @@ struct Mismatch {
 
 /// Plays a test to the rules of a preset. Empty where all that is wanted leaves, in this order, and nothing
 /// else.
-[[nodiscard]] std::vector<Mismatch> mismatches(const PresetTest& test, EngineProbe& probe);
+[[nodiscard]] std::vector<Mismatch> mismatches(const PresetTest& test, const EngineProbe& probe);
 
 /// The text of a test that these rules pass: what they make of `events`, which are in milliseconds and in
 /// order of time.
-[[nodiscard]] std::string recordedTest(EngineProbe& probe, std::span<const TimedEvent> events);
+[[nodiscard]] std::string recordedTest(const EngineProbe& probe, std::span<const TimedEvent> events);
 
 }  // namespace quillo

@@ -23,7 +23,7 @@ std::vector<Wanted> wantedBy(const PresetTest& test) {
     return inStableOrder(std::move(all), &Wanted::time);
 }
 
-std::vector<Departure> answerTo(const PresetTest& test, EngineProbe& probe) {
+std::vector<Departure> answerTo(const PresetTest& test, const EngineProbe& probe) {
     std::vector<TimedEvent> events;
     events.reserve(test.steps.size());
     for (const auto& step : test.steps) {
@@ -114,7 +114,7 @@ std::string answerText(std::span<const Departure> answer) {
 
 }  // namespace
 
-std::vector<Mismatch> mismatches(const PresetTest& test, EngineProbe& probe) {
+std::vector<Mismatch> mismatches(const PresetTest& test, const EngineProbe& probe) {
     const auto allWanted = wantedBy(test);
     const auto allGot = answerTo(test, probe);
     std::span<const Wanted> wanted(allWanted);
@@ -129,7 +129,7 @@ std::vector<Mismatch> mismatches(const PresetTest& test, EngineProbe& probe) {
     return found;
 }
 
-std::string recordedTest(EngineProbe& probe, std::span<const TimedEvent> events) {
+std::string recordedTest(const EngineProbe& probe, std::span<const TimedEvent> events) {
     std::vector<std::vector<Departure>> answers(events.size());
     for (auto& departure : played(probe, events)) {
         answers[departure.event].push_back(std::move(departure));

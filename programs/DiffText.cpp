@@ -75,7 +75,7 @@ std::string padded(std::string text, std::size_t width) {
 /// The words of `explain` about one event and one preset.
 class Side {
 public:
-    Side(EngineProbe& probe, const AskedEvent& event)
+    Side(const EngineProbe& probe, const AskedEvent& event)
         : rules_(probe.rules()),
           explanation_(explain(probe, event)),
           reasons_(ruleReasons(rules_, event, explanation_)),

@@ -14,8 +14,8 @@ namespace quillo {
 
 /// Two presets that have been played the same events.
 struct PlayedTwice {
-    EngineProbe& first;
-    EngineProbe& second;
+    const EngineProbe& first;
+    const EngineProbe& second;
     std::span<const TimedEvent> events;  ///< in microseconds
     const Comparison& comparison;
 };

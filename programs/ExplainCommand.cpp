@@ -77,7 +77,7 @@ JSONAnswer json(const std::vector<Rule>& rules, const AskedEvent& event,
     return answer;
 }
 
-void explainForScripts(EngineProbe& probe, const std::vector<AskedEvent>& events, std::ostream& out) {
+void explainForScripts(const EngineProbe& probe, const std::vector<AskedEvent>& events, std::ostream& out) {
     JSONAnswer answer{{"events", JSONAnswer::array()}};
     for (const auto& event : events) {
         answer["events"].push_back(json(probe.rules(), event, explain(probe, event)));
@@ -85,7 +85,7 @@ void explainForScripts(EngineProbe& probe, const std::vector<AskedEvent>& events
     out << jsonText(answer);
 }
 
-void explainInWords(EngineProbe& probe, const std::vector<AskedEvent>& events, const RuleShelf& shelf,
+void explainInWords(const EngineProbe& probe, const std::vector<AskedEvent>& events, const RuleShelf& shelf,
                     std::ostream& out) {
     const char* separator = "";
     for (const auto& event : events) {
