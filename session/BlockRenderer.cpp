@@ -39,11 +39,11 @@ void BlockRenderer::serve(RenderRequests::Kinds asked) QUILLO_REALTIME {
         if (!panic_) {
             panic_ = {output_.sounding().countOfNotes(), output_.sounding().countOfPedals(), 0};
         }
-        panic_->messages += processor_.cancelDelayed() + processor_.cancelInstantMessages();
+        panic_->messages += cancelDelayed() + processor_.cancelInstantMessages();
         owed_.oweSilence(output_.sounding());
     }
     if (asked.has(Kind::cancelAll)) {
-        processor_.cancelDelayed();
+        cancelDelayed();
     }
     if (asked.has(Kind::load)) {
         processor_.loadAgain();
@@ -51,6 +51,11 @@ void BlockRenderer::serve(RenderRequests::Kinds asked) QUILLO_REALTIME {
     if (asked.has(Kind::endOfNotes)) {
         owed_.oweEnds(output_.sounding());
     }
+}
+
+std::size_t BlockRenderer::cancelDelayed() QUILLO_REALTIME {
+    waitingOutputs_.store(0, std::memory_order_relaxed);
+    return processor_.cancelDelayed();
 }
 
 /// These messages never fail: what the host has no room for stays owed.
@@ -117,6 +122,7 @@ OSStatus BlockRenderer::end() QUILLO_REALTIME {
         blockStart_ += frames_;
         status = cycle_->status();
         waitingOutputs_.store(cycle_->waitingOutputs(), std::memory_order_relaxed);
+        hasLostOutputs_.store(cycle_->lostOutputs() > 0, std::memory_order_relaxed);
         reached_.store(blockStart_, std::memory_order_relaxed);
         cycle_.reset();
     }

@@ -99,8 +99,11 @@ public:
     /// [render, main] Copies of the delayed outputs that wait.
     [[nodiscard]] WaitingSnapshot& snapshot() QUILLO_REALTIME { return snapshot_; }
 
-    /// [any] How many of them waited at the end of the last block.
+    /// [any] How many of them waited at the end of the last cycle, or wait since all were cancelled: none.
     [[nodiscard]] std::size_t waitingOutputs() const { return waitingOutputs_; }
+
+    /// [any] Whether one was ever lost because there was no room left for it to wait.
+    [[nodiscard]] bool hasLostOutputs() const { return hasLostOutputs_; }
 
     /// [any] How far the last block has come on the render timeline.
     [[nodiscard]] SampleTime reached() const { return reached_; }
@@ -125,6 +128,7 @@ private:
 
     void goTo(std::uint32_t offset) QUILLO_REALTIME;
     void serve(RenderRequests::Kinds asked) QUILLO_REALTIME;
+    std::size_t cancelDelayed() QUILLO_REALTIME;
     void sendOwed() QUILLO_REALTIME;
     void settle(std::span<const std::uint8_t> bytes) QUILLO_REALTIME;
     void fireTransport() QUILLO_REALTIME;
@@ -144,6 +148,7 @@ private:
     std::optional<PanicResult> panic_;  ///< until everything that it has to send has left
     WaitingSnapshot snapshot_;
     std::atomic<std::size_t> waitingOutputs_{0};
+    std::atomic<bool> hasLostOutputs_{false};
     std::atomic<SampleTime> reached_{0};
     Send send_{*this};
     std::optional<Cycle> cycle_;  ///< from `begin` to `end`, unless messages only pass

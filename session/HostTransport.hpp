@@ -82,7 +82,7 @@ private:
     double tolerance_;
     Positions positions_;
     Moment now_;
-    Moment before_;             ///< the first report of this time
+    Moment before_;             ///< as it was last taken, moved on
     bool isReported_ = false;   ///< something, since a change was taken
     bool hasJumped_ = false;    ///< the position, since then
     bool isForgotten_ = false;  ///< what was before

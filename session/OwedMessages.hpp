@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -36,7 +37,10 @@ public:
 
 private:
     /// What is sent on a channel once its notes have ended, in this order, with a value of 0.
+    /// The pedals come first: their bits are those of their places among them.
     static constexpr std::array<std::uint8_t, 5> controllers{64, 66, 67, 123, 120};
+    static_assert(std::ranges::equal(SoundingNotes::pedals,
+                                     std::span(controllers).first<SoundingNotes::pedals.size()>()));
 
     std::array<SoundingNotes::Half, SoundingNotes::halves> notes_{};
     std::array<std::uint8_t, SoundingNotes::channels> controllers_{};  ///< of each channel, a bit for each

@@ -58,7 +58,7 @@ std::optional<std::string> Session::setSampleRate(double rate) {
     try {
         processor_.sampleRate = now;
         const auto was = HitHistory::Moment{renderer_.reached(), before};
-        const auto replaced = processor_.setRules(processor_.rules());
+        const auto replaced = processor_.setRules(processor_.rules(), shelf_);
         hits_.follow(*replaced, shelf_, {replaced->rules, shelf_}, was);
         return std::nullopt;
     } catch (const std::exception& error) {
@@ -69,6 +69,13 @@ std::optional<std::string> Session::setSampleRate(double rate) {
 
 std::vector<std::uint8_t> Session::save() {
     return stored().write();
+}
+
+std::optional<std::vector<std::uint8_t>> Session::trySave() try {
+    return save();
+} catch (const std::exception& error) {
+    tellUser("The rules cannot be saved with the project: " + wordsOf(error));
+    return std::nullopt;
 }
 
 PluginData Session::stored() {
@@ -99,7 +106,7 @@ std::optional<std::string> Session::whyNotInstalled(std::span<const std::uint8_t
 
 void Session::install(std::vector<Rule> rules, RuleShelf shelf) {
     const std::lock_guard lock(installing_);
-    processor_.setRules(std::move(rules));
+    processor_.setRules(std::move(rules), shelf);
     shelf_ = std::move(shelf);
     hits_.forget();
     restored_ = true;
@@ -115,13 +122,16 @@ void Session::viewDidLoad() {
 }
 
 void Session::onRulesChanged(std::vector<Rule> rules, RuleShelf shelf) {
+    if (logs_) {
+        logs_->moveTo(*model_);
+    }
     {
         const std::lock_guard lock(installing_);
         if (logs_ && restored_) {
             return;
         }
         PluginData after{std::move(rules), std::move(shelf)};
-        const auto replaced = processor_.setRules(after.rules);
+        const auto replaced = processor_.setRules(after.rules, after.shelf);
         hits_.follow(*replaced, shelf_, after, now());
         shelf_ = std::move(after.shelf);
     }
@@ -187,6 +197,7 @@ void Session::takeBack(const std::string& message) {
 void Session::drain() {
     tellFatalError();
     tellRefusals();
+    tellLoss();
     if (logs_) {
         logs_->moveTo(*model_);
         showRestoredRules();
@@ -291,6 +302,18 @@ void Session::tellRefusals() {
             tellUser(std::move(text));
         }
     }
+}
+
+/// Once: where more are delayed than there is room for, it happens with every message.
+void Session::tellLoss() {
+    if (lossTold_ || !renderer_.hasLostOutputs()) {
+        return;
+    }
+    lossTold_ = true;
+    tellUser(
+        "More than " + std::to_string(RuleProcessor::delayCapacity) +
+        " delayed messages waited at one time: those that were to leave first are lost, the ends of notes "
+        "perhaps among them. Shorter delays, or fewer rules with one, let less wait.");
 }
 
 /// A cycle that failed for good would fail again and again: its error is reported once.

@@ -47,6 +47,10 @@ public:
     /// when the rules cannot be written.
     [[nodiscard]] std::vector<std::uint8_t> save();
 
+    /// [any but render] The same for a host's project. Nothing when the rules cannot be written: the editor
+    /// shows why.
+    [[nodiscard]] std::optional<std::vector<std::uint8_t>> trySave();
+
     /// [any but render] Puts a state document in the place of the rules. Nothing on success. A document that
     /// cannot be read or compiled leaves the rules that were there, and the editor shows why.
     [[nodiscard]] std::optional<std::string> restore(std::span<const std::uint8_t> document);
@@ -59,6 +63,7 @@ public:
     [[nodiscard]] const std::shared_ptr<QuilloModel>& model() const override { return model_; }
     void viewDidLoad() override;
     /// [main] While a restored list waits to be shown, an edit is one of the list before, and is dropped.
+    /// The model's logs first get the events that ran under the rules before.
     void onRulesChanged(std::vector<Rule> rules, RuleShelf shelf = {}) override;
     void onInstantMessageClick(const RuleOutputVariantsV2& message) override;
     [[nodiscard]] std::vector<RuleReason> why(const EventLogEntryVariants& event) override;
@@ -102,6 +107,7 @@ private:
     void showPanic();
     void tellFatalError();
     void tellRefusals();
+    void tellLoss();
     void showNextAlert();
 
     RuleProcessor processor_;
@@ -121,6 +127,7 @@ private:
     std::deque<std::uint64_t> cancellations_;     ///< that the render thread has still to be asked for
     PendingAlerts alerts_;
     bool fatalErrorTold_ = false;
+    bool lossTold_ = false;
     std::vector<RefusedMessages::Message> refusals_;  ///< the different ones so far
     std::set<std::string> refusalsTold_;              ///< the texts: different messages can have the same
 };

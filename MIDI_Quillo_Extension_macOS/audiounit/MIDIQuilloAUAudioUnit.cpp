@@ -145,7 +145,7 @@ void MIDIQuilloAUAudioUnit::setFullState(const std::optional<StateDictionary>& s
 
 void MIDIQuilloAUAudioUnit::install(std::vector<Rule> rules, RuleShelf shelf) {
     const std::lock_guard lock(installing_);
-    processor->setRules(std::move(rules));
+    processor->setRules(std::move(rules), shelf);
     shelf_ = std::move(shelf);
 }
 

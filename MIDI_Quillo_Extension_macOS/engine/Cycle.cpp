@@ -36,6 +36,10 @@ std::size_t Cycle::waitingOutputs() const QUILLO_REALTIME {
     return processor_.delayedMessages_.size();
 }
 
+std::uint64_t Cycle::lostOutputs() const QUILLO_REALTIME {
+    return processor_.delayedMessages_.lost();
+}
+
 OSStatus Cycle::onLoad(SampleTime start) QUILLO_REALTIME {
     if (processor_.loaded_) {
         return noErr;

@@ -50,6 +50,9 @@ public:
     /// How many delayed outputs wait for later cycles.
     [[nodiscard]] std::size_t waitingOutputs() const QUILLO_REALTIME;
 
+    /// How many were lost, since the processor was made, because there was no room left for them to wait.
+    [[nodiscard]] std::uint64_t lostOutputs() const QUILLO_REALTIME;
+
     [[nodiscard]] OSStatus status() const QUILLO_REALTIME { return status_; }
 
 private:

@@ -73,14 +73,14 @@ std::vector<RuleName> namesOf(const std::vector<Rule>& rules) {
 
 }  // namespace
 
-CompiledRules compileRules(std::vector<Rule> rules, std::uint64_t sampleRate) {
+CompiledRules compileRules(std::vector<Rule> rules, std::uint64_t sampleRate, const RuleShelf& shelf) {
     std::vector<MIDIOnLoadRuleInternal> onLoad;
     std::vector<MIDIRuleInternal> chain;
     for (std::size_t position = 0; position < rules.size(); ++position) {
         try {
             compileInto(onLoad, chain, rules[position], static_cast<std::uint32_t>(position), sampleRate);
         } catch (const FatalError& error) {
-            throw error.about(ruleLabel(position, rules[position].name));
+            throw error.about(ruleLabel(positionInList(position, shelf), rules[position].name));
         }
     }
     RuleTable table(chain);

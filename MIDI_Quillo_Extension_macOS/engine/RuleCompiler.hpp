@@ -8,6 +8,7 @@
 #include "engine/CompiledRules.hpp"
 #include "engine/SampleTime.hpp"
 #include "rules/Rule.hpp"
+#include "rules/RuleShelf.hpp"
 
 namespace quillo {
 
@@ -19,8 +20,10 @@ inline constexpr std::uint64_t defaultSampleRate = 44100;
 [[nodiscard]] SampleTime delayInSamples(DelayV2 delay, std::uint64_t sampleRate);
 
 /// [any but render] Compiles a rule list. Fatal errors: those of `delayInSamples`, and an on-load or
-/// host-transport rule whose output takes something from a triggering message; in words they name the rule.
-[[nodiscard]] CompiledRules compileRules(std::vector<Rule> rules, std::uint64_t sampleRate);
+/// host-transport rule whose output takes something from a triggering message; in words they name the rule,
+/// with its number among all, those on the shelf as well.
+[[nodiscard]] CompiledRules compileRules(std::vector<Rule> rules, std::uint64_t sampleRate,
+                                         const RuleShelf& shelf = {});
 
 /// The messages of an output that must not depend on a trigger; otherwise a fatal error that names
 /// `purpose`, such as "an on-load rule".

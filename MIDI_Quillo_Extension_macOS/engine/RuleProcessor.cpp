@@ -32,9 +32,10 @@ std::shared_ptr<const CompiledRules> RuleProcessor::compiledRules() {
     return dispatchQueue.sync([this] { return compiled_; });
 }
 
-std::shared_ptr<const CompiledRules> RuleProcessor::setRules(std::vector<Rule> rules) {
+std::shared_ptr<const CompiledRules> RuleProcessor::setRules(std::vector<Rule> rules,
+                                                             const RuleShelf& shelf) {
     std::shared_ptr<const CompiledRules> next =
-        std::make_shared<const CompiledRules>(compileRules(std::move(rules), sampleRate.load()));
+        std::make_shared<const CompiledRules>(compileRules(std::move(rules), sampleRate.load(), shelf));
     const bool hearsHostTransport = hasRuleForHostTransport(*next);
     dispatchQueue.barrierSync([&] {
         compiled_.swap(next);

@@ -21,6 +21,7 @@
 #include "platform/FatalError.hpp"
 #include "platform/RealTime.hpp"
 #include "rules/Rule.hpp"
+#include "rules/RuleShelf.hpp"
 
 namespace quillo {
 
@@ -31,9 +32,9 @@ namespace quillo {
 /// other than `noErr`. A cycle covers the sample times from `start` up to, and not including, `end`. All
 /// messages leave through the caller's output function, on cable 0.
 ///
-/// Every operation but `loadAgain` and `hearsHostTransport` enters `dispatchQueue` by itself: steps and reads
-/// as ordinary blocks, changes as barriers. The bodies of the steps stand in Cycle.cpp, those of the rest in
-/// RuleProcessor.cpp.
+/// Every operation but `loadAgain` and `hearsHostTransport` enters `dispatchQueue` by itself: steps, and
+/// reads of the rules, as ordinary blocks; changes, and reads of what waits, as barriers. The bodies of the
+/// steps stand in Cycle.cpp, those of the rest in RuleProcessor.cpp.
 class RuleProcessor {
 public:
     /// How many delayed outputs can wait.
@@ -58,8 +59,8 @@ public:
 
     /// [any but render] Compiles the list and installs it, all or nothing: on a fatal error (see
     /// `compileRules`) the installed rules stay. What is waiting to be sent still is. Returns what was
-    /// installed before, which no longer counts.
-    std::shared_ptr<const CompiledRules> setRules(std::vector<Rule> rules);
+    /// installed before, which no longer counts. With the shelf an error has the rule's number in the list.
+    std::shared_ptr<const CompiledRules> setRules(std::vector<Rule> rules, const RuleShelf& shelf = {});
 
     /// [any but render] Sends one output by hand, at the start of the next cycle. An output that takes
     /// something from a triggering message is a fatal error.

@@ -75,6 +75,7 @@ TEST(PlacesBefore, ARuleThatIsRenamedStaysItself) {
 TEST(PlacesBefore, TheEqualRuleIsPreferredToOneWithAnotherName) {
     const auto [x, y, z] = std::array{named("x"), named("y"), named("z")};
     EXPECT_EQ(places({y, x, a}, {z, y, b}), (Places{1, 0, noPlace}));
+    EXPECT_EQ(places({x, y, a}, {y, b}), (Places{1, noPlace}));
 }
 
 TEST(PlacesBefore, OfEqualRulesThoseAtTheEndAreTheOnesThatEndTheListBefore) {

@@ -17,6 +17,8 @@ namespace {
 
 using namespace test;
 using testing::HasSubstr;
+using testing::Optional;
+using testing::StartsWith;
 
 Bytes bytesOf(std::string_view text) {
     return {text.begin(), text.end()};
@@ -258,6 +260,17 @@ TEST_F(SessionTest, EveryRestoredStateIsShown) {
     }
 }
 
+TEST_F(SessionTest, RulesThatCannotBeSavedAreToldOfAndKept) {
+    const std::vector<Rule> unwritable{rule(onLoad(), send(noteOn(1, 61, 5)), "\xFF")};
+    session.onRulesChanged(unwritable);
+    EXPECT_EQ(session.trySave(), std::nullopt);
+    session.viewDidLoad();
+    session.drain();
+    EXPECT_THAT(session.model()->alertErrorMessage(),
+                Optional(StartsWith("The rules cannot be saved with the project: ")));
+    EXPECT_EQ(rules(), unwritable);
+}
+
 TEST_F(SessionTest, AnEditOfTheRulesBeforeDoesNotReplaceRestoredOnes) {
     int edits = 0;
     session.setOnEdit([&edits] { ++edits; });
@@ -304,6 +317,15 @@ TEST_F(SessionTest, AnEditReplacesWhatIsSwitchedOffAndARejectedOneDoesNot) {
     EXPECT_EQ(session.save(), document);
     session.onRulesChanged(swap);
     EXPECT_EQ(session.save(), PluginData{swap}.write());
+}
+
+TEST_F(SessionTest, ARejectedEditIsToldOfByTheRulesNumberInTheWholeList) {
+    try {
+        session.onRulesChanged({rule(onLoad(), send(noteOn(0, 1, 1), -1))}, {{0, swap[0]}});
+        FAIL() << "the edit was taken";
+    } catch (const FatalError& error) {
+        EXPECT_THAT(error.inWords(), StartsWith("Rule 2: a delay is negative"));
+    }
 }
 
 TEST_F(SessionTest, AnEditorShowsWhatIsSwitchedOff) {

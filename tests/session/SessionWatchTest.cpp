@@ -302,6 +302,40 @@ TEST_F(SessionWatchTest, AListThatIsOpenedAgainShowsNothingOfBefore) {
     EXPECT_THAT(numbersOfWhatWaits(), ElementsAre(2));
 }
 
+TEST_F(SessionWatchTest, NothingWaitsAnyMoreWhenItIsCancelledWhereMessagesOnlyPass) {
+    for (const bool isPanic : {true, false}) {
+        session.install({echo});
+        openEditor();
+        block(50, {{0, {0x90, 60, 1}}});
+        session.drain();
+        EXPECT_EQ(model().waitingCount(), 1U);
+        isPanic ? session.panic() : session.cancelAllWaiting();
+        TestOutput output;
+        session.renderer().beginPassing(50, output, BlockRenderer::Delivery::asItComes);
+        EXPECT_EQ(session.renderer().end(), noErr);
+        session.drain();
+        EXPECT_EQ(model().waitingCount(), 0U);
+    }
+}
+
+TEST_F(SessionWatchTest, OutputsThatAreLostForWantOfRoomAreToldOfOnce) {
+    session.install({echo});
+    Timed notes(RuleProcessor::delayCapacity, {0, {0x90, 60, 1}});
+    block(1, notes);
+    openEditor();
+    EXPECT_EQ(model().alertErrorMessage(), std::nullopt);
+    block(1, {{0, {0x90, 60, 1}}});
+    session.drain();
+    EXPECT_EQ(
+        model().alertErrorMessage(),
+        "More than 10000 delayed messages waited at one time: those that were to leave first are lost, "
+        "the ends of notes perhaps among them. Shorter delays, or fewer rules with one, let less wait.");
+    model().dismissAlert();
+    block(1, {{0, {0x90, 60, 1}}});
+    session.drain();
+    EXPECT_EQ(model().alertErrorMessage(), std::nullopt);
+}
+
 TEST_F(SessionWatchTest, PanicSaysWhatItDidUntilThatIsDismissed) {
     session.install({echo});
     openEditor();

@@ -104,6 +104,17 @@ TEST_F(WhatNow, TheRulesOfTheNewestEventCountHoweverOftenTheyWereEditedSince) {
     EXPECT_EQ(sumText(session.whatNow()), "Nothing would be different");
 }
 
+TEST_F(WhatNow, AnEventCountsForTheRulesThatItMetThoughItIsShownAfterAnEdit) {
+    edit({echo(64)});
+    TestOutput output;
+    session.renderer().begin(100, output);
+    session.renderer().receive(10, MIDIMessage{0x90, 60, 100}.bytes());
+    ASSERT_EQ(session.renderer().end(), noErr);
+    edit({echo(65)});
+    session.drain();
+    EXPECT_EQ(sumText(session.whatNow()), "1 would be sent, 1 would not; 1 alike");
+}
+
 TEST_F(WhatNow, ClockAndActiveSensingAreNoNewerEvents) {
     edit({echo(64)});
     play({0x90, 60, 100});
