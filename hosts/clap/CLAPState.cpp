@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <cstdint>
-#include <exception>
 #include <optional>
 #include <span>
 #include <vector>
@@ -63,12 +62,8 @@ bool writeAll(const clap_ostream_t* stream, std::span<const std::uint8_t> bytes)
 
 bool save(const clap_plugin_t* plugin, const clap_ostream_t* stream) noexcept {
     return CLAPPlugin::with(plugin, false, [&](CLAPInstance& instance) {
-        try {
-            return writeAll(stream, instance.session.save());
-        } catch (const std::exception& error) {
-            instance.session.tellUser("The rules cannot be saved with the project: " + wordsOf(error));
-            return false;
-        }
+        const auto document = instance.session.trySave();
+        return document && writeAll(stream, *document);
     });
 }
 

@@ -35,24 +35,19 @@ struct Kept {
     }
 };
 
-LV2_State_Status save(LV2Instance& instance, LV2_State_Store_Function store, LV2_State_Handle handle) {
-    const auto document = instance.session().save();
-    return store(handle, instance.ids().stateKey, document.data(), document.size(), instance.ids().atomChunk,
-                 LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE);
-}
-
 LV2_State_Status save(LV2_Handle handle, LV2_State_Store_Function store, LV2_State_Handle storeHandle,
                       std::uint32_t /*flags*/, const LV2_Feature* const* /*features*/) noexcept try {
     auto* instance = LV2Instance::of(handle);
     if (instance == nullptr || store == nullptr) {
         return LV2_STATE_ERR_UNKNOWN;
     }
-    try {
-        return save(*instance, store, storeHandle);
-    } catch (const std::exception& error) {
-        instance->session().tellUser("The rules cannot be saved with the project: " + wordsOf(error));
+    const auto document = instance->session().trySave();
+    if (!document) {
         return LV2_STATE_ERR_UNKNOWN;
     }
+    const auto& ids = instance->ids();
+    return store(storeHandle, ids.stateKey, document->data(), document->size(), ids.atomChunk,
+                 LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE);
 } catch (...) {
     return LV2_STATE_ERR_UNKNOWN;
 }

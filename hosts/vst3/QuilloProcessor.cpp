@@ -69,6 +69,7 @@ std::int32_t QuilloProcessor::queryIAudioProcessor(const Steinberg::TUID id, voi
 }
 
 void QuilloProcessor::prepareToPlay(double sampleRate, int /*longestBlock*/) {
+    session_.renderer().losePosition();
     const auto problem = whyNotReady(sampleRate);
     canRender_ = !problem;
     if (problem) {
@@ -98,6 +99,7 @@ void QuilloProcessor::releaseResources() {
 }
 
 void QuilloProcessor::reset() {
+    session_.renderer().losePosition();
     endNotes();
 }
 
@@ -196,13 +198,12 @@ juce::AudioProcessorEditor* QuilloProcessor::createEditor() try {
     return nullptr;
 }
 
-void QuilloProcessor::getStateInformation(juce::MemoryBlock& destination) try {
-    saved_ = false;
-    const auto document = session_.save();
-    destination.replaceAll(document.data(), document.size());
-    saved_ = true;
-} catch (const std::exception& error) {
-    session_.tellUser("The rules cannot be saved with the project: " + wordsOf(error));
+void QuilloProcessor::getStateInformation(juce::MemoryBlock& destination) {
+    const auto document = session_.trySave();
+    saved_ = document.has_value();
+    if (document) {
+        destination.replaceAll(document->data(), document->size());
+    }
 }
 
 void QuilloProcessor::setStateInformation(const void* data, int size) {

@@ -230,6 +230,18 @@ TEST_F(LV2State, ThatIsEmptyOrDamagedIsRefusedAndLeavesTheRules) {
     EXPECT_NE(alert()->find("The saved rules cannot be restored"), std::string::npos);
 }
 
+TEST_F(LV2State, OfRulesThatCannotBeWrittenIsNotSaved) {
+    host.unit().onRulesChanged({rule(onLoad(), send(noteOn(1, 61, 5)), "\xFF")});
+    const auto store = [](LV2_State_Handle, std::uint32_t, const void*, std::size_t, std::uint32_t,
+                          std::uint32_t) {
+        ADD_FAILURE() << "something was stored";
+        return LV2_STATE_SUCCESS;
+    };
+    EXPECT_EQ(host.state().save(host.handle(), store, nullptr, 0, nullptr), LV2_STATE_ERR_UNKNOWN);
+    ASSERT_TRUE(alert());
+    EXPECT_NE(alert()->find("The rules cannot be saved with the project"), std::string::npos);
+}
+
 TEST_F(LV2State, OfAMegabyteOfNoiseIsRefused) {
     ASSERT_EQ(host.load(swap), LV2_STATE_SUCCESS);
     std::mt19937 generator(1);

@@ -173,6 +173,14 @@ TEST_F(VST3PlugIn, AHostThatRoundsItsPositionByAFrameDoesNotJump) {
               (std::vector<ScriptMessage>{{0, {0xB0, 21, 1}}}));
 }
 
+TEST_F(VST3PlugIn, ThePositionIsFoundAnewWithoutAJumpAfterItWasInactive) {
+    install(transportRules());
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000), (std::vector<ScriptMessage>{{0, {0xB0, 21, 1}}}));
+    plugIn.deactivate();
+    plugIn.activate();
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 50000), std::vector<ScriptMessage>());
+}
+
 TEST_F(VST3PlugIn, RecordingAndLoopingAreChangesOfTheTransport) {
     install(transportRules());
     const std::vector<ScriptMessage> continued{{0, {0xB0, 21, 1}}};
