@@ -3,37 +3,30 @@
 
 #include <algorithm>
 
+#include "engine/MessageContent.hpp"
 #include "midi/Status.hpp"
-#include "platform/QuotedText.hpp"
+#include "words/PolicyWords.hpp"
 
 namespace quillo {
 
 namespace {
 
-/// The system exclusive that a rule sends; nothing when it sends something else.
-std::vector<std::uint8_t> systemExclusiveOf(const Rule& rule) {
-    const auto* exclusive = rule.output.message.getIf<RuleOutputVariantsV2::SystemExclusive>();
-    if (exclusive == nullptr) {
-        return {};
+/// Whether it is the system exclusive that this rule sends.
+bool isOf(const RefusedMessages::Message& message, const Rule& rule) {
+    if (!rule.output.message.is<RuleOutputVariantsV2::SystemExclusive>()) {
+        return false;
     }
-    std::vector<std::uint8_t> bytes{midi::systemExclusive};
-    bytes.insert(bytes.end(), exclusive->body.begin(), exclusive->body.end());
-    bytes.push_back(midi::endOfExclusive);
-    return bytes;
+    const auto sent = messagesOf(compile(rule.output.message), {});
+    return message.matches(sent.messages().front().bytes());
 }
 
 /// A message that is sent by hand, or whose rule has been edited since, is nobody's.
 std::string senderOf(const RefusedMessages::Message& message, const std::vector<Rule>& rules,
                      const RuleShelf& shelf) {
-    const auto found = std::ranges::find_if(
-        rules, [&](const Rule& rule) { return message.matches(systemExclusiveOf(rule)); });
-    if (found == rules.end()) {
-        return "";
-    }
-    constexpr std::size_t longestName = 40;
-    const auto place = static_cast<std::size_t>(found - rules.begin());
-    const auto rule = " of rule " + std::to_string(positionInList(place, shelf) + 1);
-    return found->name.empty() ? rule : rule + ", " + inQuotes(found->name, longestName) + ",";
+    const auto found = std::ranges::find_if(rules, [&](const Rule& rule) { return isOf(message, rule); });
+    return found == rules.end()
+               ? ""
+               : " of " + ruleWords(rules, static_cast<std::size_t>(found - rules.begin()), shelf);
 }
 
 }  // namespace

@@ -95,7 +95,7 @@ void AudioUnitViewController::loadRulesFromAudioUnit() {
 }
 
 void AudioUnitViewController::onRulesChanged(std::vector<Rule> rules, RuleShelf shelf) {
-    if (const auto unit = audioUnit()) {
+    if (const auto unit = audioUnit(); unit && !loadingRules_) {
         unit->install(std::move(rules), std::move(shelf));
     }
 }

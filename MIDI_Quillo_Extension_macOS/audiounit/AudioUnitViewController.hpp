@@ -44,7 +44,8 @@ public:
     void viewDidLoad() override;
     [[nodiscard]] bool isViewLoaded() const { return viewLoaded_; }
 
-    /// Installs an edited list in the unit; dropped without a unit. Throws the `FatalError` of rules that
+    /// Installs an edited list in the unit; dropped without a unit, and while a restored list waits to be
+    /// shown: then the edit is one of the list before. Throws the `FatalError` of rules that
     /// cannot be compiled; those that were installed stay.
     void onRulesChanged(std::vector<Rule> rules, RuleShelf shelf = {}) override;
 

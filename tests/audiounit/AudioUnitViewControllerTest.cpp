@@ -157,6 +157,23 @@ TEST_F(ControllerTest, EditedRulesReachTheProcessor) {
     EXPECT_EQ(controller->audioUnit()->processor->rules(), oneRule);
 }
 
+TEST_F(ControllerTest, AnEditOfTheRulesBeforeDoesNotReplaceRestoredOnes) {
+    auto& unit = create();
+    controller->viewDidLoad();
+    const auto none = unit.fullState();
+    unit.processor->setRules(oneRule);
+    const auto one = unit.fullState();
+    unit.setFullState(none);
+    queue.drain();
+    unit.setFullState(one);
+    controller->onRulesChanged({oneRule[0], oneRule[0]});
+    EXPECT_EQ(unit.processor->rules(), oneRule);
+    queue.drain();
+    EXPECT_EQ(shownNames(), Names{oneRule[0].name});
+    controller->onRulesChanged({});
+    EXPECT_EQ(unit.processor->rules(), std::vector<Rule>{});
+}
+
 TEST_F(ControllerTest, WhatIsSwitchedOffReachesTheUnitAndComesBack) {
     auto& unit = create();
     controller->viewDidLoad();

@@ -204,7 +204,7 @@ TEST_F(SessionTest, WhatTheHostHasNoRoomForIsReportedOnceForEachRule) {
             }
         }
     }
-    EXPECT_THAT(told, testing::ElementsAre(HasSubstr("rule 2, \"dump\""), HasSubstr("rule 1, \"patch\"")));
+    EXPECT_THAT(told, testing::ElementsAre(HasSubstr("rule 2 \"dump\""), HasSubstr("rule 1 \"patch\"")));
     EXPECT_EQ(session.renderer().refused().leftOut(), 30U);
 }
 

@@ -81,7 +81,7 @@ TEST_F(LV2Output, LeavesOutWhatTheBufferWouldNotHoldIfItWereEmptyAndSendsTheRest
     host.run(64, events);
     EXPECT_EQ(host.take(), (Messages{{3, {0x80, 60, 0}}, {4, {0x80, 61, 0}}}));
     host.unit().drain();
-    EXPECT_NE(host.unit().model()->alertErrorMessage().value_or("").find("rule 1, \"dump\""),
+    EXPECT_NE(host.unit().model()->alertErrorMessage().value_or("").find("rule 1 \"dump\""),
               std::string::npos);
 }
 
