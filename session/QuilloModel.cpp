@@ -155,28 +155,4 @@ void QuilloModel::clearOutLog() {
     outLogObservers_.notify();
 }
 
-Observation QuilloModel::observeRules(std::function<void()> callback) {
-    return rulesObservers_.add(std::move(callback));
-}
-
-Observation QuilloModel::observeAlert(std::function<void()> callback) {
-    return alertObservers_.add(std::move(callback));
-}
-
-Observation QuilloModel::observeWaiting(std::function<void()> callback) {
-    return waitingObservers_.add(std::move(callback));
-}
-
-Observation QuilloModel::observePanic(std::function<void()> callback) {
-    return panicObservers_.add(std::move(callback));
-}
-
-Observation QuilloModel::observeInLog(std::function<void()> callback) {
-    return inLogObservers_.add(std::move(callback));
-}
-
-Observation QuilloModel::observeOutLog(std::function<void()> callback) {
-    return outLogObservers_.add(std::move(callback));
-}
-
 }  // namespace quillo

@@ -103,12 +103,24 @@ public:
     void clearOutLog();
 
     /// `callback` runs after each change of that part for as long as the returned observation lives.
-    [[nodiscard]] Observation observeRules(std::function<void()> callback);
-    [[nodiscard]] Observation observeAlert(std::function<void()> callback);
-    [[nodiscard]] Observation observeWaiting(std::function<void()> callback);
-    [[nodiscard]] Observation observePanic(std::function<void()> callback);
-    [[nodiscard]] Observation observeInLog(std::function<void()> callback);
-    [[nodiscard]] Observation observeOutLog(std::function<void()> callback);
+    [[nodiscard]] Observation observeRules(std::function<void()> callback) {
+        return rulesObservers_.add(std::move(callback));
+    }
+    [[nodiscard]] Observation observeAlert(std::function<void()> callback) {
+        return alertObservers_.add(std::move(callback));
+    }
+    [[nodiscard]] Observation observeWaiting(std::function<void()> callback) {
+        return waitingObservers_.add(std::move(callback));
+    }
+    [[nodiscard]] Observation observePanic(std::function<void()> callback) {
+        return panicObservers_.add(std::move(callback));
+    }
+    [[nodiscard]] Observation observeInLog(std::function<void()> callback) {
+        return inLogObservers_.add(std::move(callback));
+    }
+    [[nodiscard]] Observation observeOutLog(std::function<void()> callback) {
+        return outLogObservers_.add(std::move(callback));
+    }
 
 private:
     void keepRulesOfNewestEvent();

@@ -1,15 +1,39 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/DispatchQueue.hpp"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <mutex>
 #include <thread>
 
 #include "support/Threads.hpp"
 
+namespace {
+
+/// Of the last mutex that was made with attributes.
+int protocolOfMutex = -1;
+
+}  // namespace
+
+/// In the place of the system's, which it calls.
+extern "C" int pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attributes) {
+    if (attributes != nullptr) {
+        ::pthread_mutexattr_getprotocol(attributes, &protocolOfMutex);
+    }
+    using Init = int (*)(pthread_mutex_t*, const pthread_mutexattr_t*);
+    static const auto init = reinterpret_cast<Init>(::dlsym(RTLD_NEXT, "pthread_mutex_init"));
+    return init(mutex, attributes);
+}
+
 namespace quillo {
 namespace {
+
+TEST(PriorityInheritanceMutex, LendsItsHolderThePriorityOfThoseWhoWait) {
+    const PriorityInheritanceMutex mutex;
+    EXPECT_EQ(protocolOfMutex, PTHREAD_PRIO_INHERIT);
+}
 
 TEST(PriorityInheritanceMutex, CanBeLockedAgainOnceUnlocked) {
     PriorityInheritanceMutex mutex;

@@ -237,6 +237,16 @@ TEST(HostTransport, WherePositionsBelowZeroAreReportedStandingAtZeroWhileItMoves
     EXPECT_EQ(changeOf(transport, moving, 0.0), Trigger::Start);
 }
 
+TEST(HostTransport, WhatWasMissedIsNoChangeHoweverLateItIsReported) {
+    auto transport = movingFrom(0.0, 100);
+    transport.forget();
+    EXPECT_EQ(transport.takeChange(), none);
+    transport.report(HostTransport::State{});
+    EXPECT_EQ(transport.takeChange(), none);
+    transport.report(moving);
+    EXPECT_EQ(transport.takeChange(), Trigger::Continue);
+}
+
 TEST(HostTransport, AtHalfTheSpeedHalfTheFramesPass) {
     HostTransport transport;
     transport.report(moving, 0.0, 0.5);
