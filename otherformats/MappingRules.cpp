@@ -78,7 +78,8 @@ bool isPlain(const ByteMaker& maker, std::size_t place, std::uint8_t status) {
     const unsigned bits = place == 0 ? midi::channelMask : 0x7F;
     const auto kind = status & midi::kindMask;
     const bool isFixed = (maker.mask & bits) == 0;
-    const bool isCopy = maker.from == place && (maker.mask & bits) == bits && (maker.value & bits) == 0;
+    const auto added = place == 0 ? maker.value & bits : maker.value;
+    const bool isCopy = maker.from == place && (maker.mask & bits) == bits && added == 0;
     const bool isCopied = place == 0 || (kind != midi::pitchWheel && kind != midi::channelPressure);
     return isFixed || (isCopy && isCopied);
 }

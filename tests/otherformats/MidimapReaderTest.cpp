@@ -188,6 +188,10 @@ TEST(MidimapReader, SaysWhatNoRuleCanDo) {
     EXPECT_THAT(lost("NoteOn ANY ANY | 0xa0 SAME SAME"), HasSubstr("it sends what no rule sends"));
     EXPECT_THAT(lost("NoteOn ANY ANY | 0xc0 SAME SAME"), HasSubstr("a message that is not complete"));
     EXPECT_THAT(lost("NoteOn ANY ANY | SAME 200 SAME"), HasSubstr("it makes numbers above 127"));
+    EXPECT_EQ(lost("CC 7 ANY | SAME SAME 0x80/0xff"), "line 3: left out: it makes numbers above 127\n");
+    EXPECT_EQ(lost("NoteOn ANY ANY | SAME 0x80/0xff SAME"), "line 3: left out: it makes numbers above 127\n");
+    EXPECT_THAT(lost("NoteOn ANY ANY | SAME SAME 0x80/0xff"),
+                HasSubstr("left out: it looks at the velocity"));
     EXPECT_THAT(lost("0xb0/0xf0 ANY ANY | 0xb0/1 0/0x55 0/0x55"), HasSubstr("it would take 262144 rules"));
     EXPECT_EQ(lost("NoteOn 60 ANY | SAME 62 SAME"), "");
 }
