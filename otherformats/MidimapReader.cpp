@@ -18,8 +18,6 @@ namespace quillo {
 
 namespace {
 
-constexpr std::string_view header = "midimap v1";
-
 bool isComment(const TextLine& line) {
     return line.text.empty() || line.text.front() == '#';
 }
@@ -160,9 +158,10 @@ std::string textOfComment(const std::string& line) {
 }  // namespace
 
 bool isMidimap(std::string_view text) {
+    const std::vector<std::string> header{"midimap", "v1"};
     const auto lines = linesOf(text);
     const auto first = std::ranges::find_if_not(lines, isComment);
-    return first != lines.end() && inLowerCase(first->text) == header;
+    return first != lines.end() && wordsOf(inLowerCase(first->text)) == header;
 }
 
 MappingFile readMidimap(std::string_view text) {

@@ -15,8 +15,12 @@ struct TextLine {
     std::string text;
 };
 
+inline constexpr std::string_view blanks = " \t\r";
+
+/// A text may begin with a byte-order mark.
 [[nodiscard]] inline std::vector<TextLine> linesOf(std::string_view text) {
-    constexpr auto blanks = " \t\r";
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    text.remove_prefix(text.starts_with(mark) ? mark.size() : 0);
     std::istringstream in{std::string(text)};
     std::vector<TextLine> lines;
     for (std::string line; std::getline(in, line);) {

@@ -39,6 +39,8 @@ std::string mapProblem(const std::string& text) {
 
 TEST(MidimapReader, KnowsItsFilesByTheirFirstLineOfMeaning) {
     EXPECT_TRUE(isOtherFormat("# mine\n\n midimap v1 \n"));
+    EXPECT_TRUE(isOtherFormat("MIDIMAP \t v1\n"));
+    EXPECT_TRUE(isOtherFormat("\xEF\xBB\xBFmidimap v1\n"));
     EXPECT_FALSE(isOtherFormat("midimap v2\n"));
     EXPECT_FALSE(isOtherFormat("{\"rules\":[]}"));
     EXPECT_FALSE(isOtherFormat(""));
