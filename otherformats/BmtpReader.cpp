@@ -134,6 +134,9 @@ public:
             const auto [name, number] = splitKey(key);
             if (number) {
                 translators_[*number][name] = line;
+            } else if (isOfTranslator(key)) {
+                file_.omissions.push_back(
+                    {line.number, inQuotes(key, 40) + " does not end with the number of a translator"});
             }
         }
         const auto active = section.find("Active");
@@ -152,6 +155,10 @@ public:
     }
 
 private:
+    static bool isOfTranslator(const std::string& key) {
+        return key.starts_with("Incoming") || key.starts_with("Outgoing") || key.starts_with("Options");
+    }
+
     static std::size_t lineOf(const Section& keys) {
         const auto incoming = keys.find("Incoming");
         return incoming == keys.end() ? keys.begin()->second.number : incoming->second.number;
@@ -196,7 +203,19 @@ struct NamedSection {
     Section keys;
 };
 
-std::vector<NamedSection> sectionsOf(std::string_view text) {
+/// Of two values of one key the first counts, and the second is an omission.
+void add(TextLine line, std::size_t equals, Section& keys, std::vector<Omission>& omissions) {
+    auto key = line.text.substr(0, equals);
+    key.erase(key.find_last_not_of(blanks) + 1);
+    line.text.erase(0, std::min(line.text.find_first_not_of(blanks, equals + 1), line.text.size()));
+    const auto [added, isNew] = keys.emplace(std::move(key), line);
+    if (!isNew) {
+        omissions.push_back({line.number, inQuotes(added->first, 40) + " stands in line " +
+                                              std::to_string(added->second.number) + " already"});
+    }
+}
+
+std::vector<NamedSection> sectionsOf(std::string_view text, std::vector<Omission>& omissions) {
     std::vector<NamedSection> sections;
     for (const auto& line : linesOf(text)) {
         const auto equals = line.text.find('=');
@@ -209,7 +228,7 @@ std::vector<NamedSection> sectionsOf(std::string_view text) {
             throw OtherFormatError(line.number,
                                    inQuotes(line.text, 40) + " is neither a section nor key=value");
         } else {
-            sections.back().keys[line.text.substr(0, equals)] = {line.number, line.text.substr(equals + 1)};
+            add(line, equals, sections.back().keys, omissions);
         }
     }
     return sections;
@@ -237,7 +256,7 @@ bool isBmtp(std::string_view text) {
 
 MappingFile readBmtp(std::string_view text) {
     MappingFile file;
-    for (const auto& section : sectionsOf(text)) {
+    for (const auto& section : sectionsOf(text, file.omissions)) {
         if (section.name == "Project") {
             requireVersion(section.keys);
         } else if (section.name.starts_with("Preset.")) {

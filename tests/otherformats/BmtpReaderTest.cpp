@@ -116,6 +116,25 @@ TEST(BmtpReader, LetsLaterTranslatorsHaveTheMessageUnlessOneStops) {
     EXPECT_EQ(two("Actv01Stop01OutO00"), eatMatching);
 }
 
+TEST(BmtpReader, ReadsKeysWithBlanksAroundTheEqualsSign) {
+    EXPECT_EQ(read("Incoming0 = MID1B040pp\nOutgoing0\t= MID1B007pp\n").rules,
+              read("Incoming0=MID1B040pp\nOutgoing0=MID1B007pp\n").rules);
+}
+
+TEST(BmtpReader, NamesALineWhoseKeyStandsAboveAlready) {
+    const auto taken = read("Incoming0=MID1B040pp\nOutgoing0=MID1B007pp\nIncoming0=MID1B041pp\n");
+    EXPECT_EQ(taken.rules, read("Incoming0=MID1B040pp\nOutgoing0=MID1B007pp\n").rules);
+    EXPECT_EQ(lostText(taken), "line 8: left out: \"Incoming0\" stands in line 6 already\n");
+}
+
+TEST(BmtpReader, NamesAKeyOfATranslatorThatHasNoNumber) {
+    for (const std::string key : {"Incoming99999999999", "Outgoing", "Options1x"}) {
+        EXPECT_EQ(lostText(read(key + "=MID1B041pp\n")),
+                  "line 6: left out: \"" + key + "\" does not end with the number of a translator\n");
+    }
+    EXPECT_EQ(takenText(read("Folder=1\n")), "0 lines taken, 0 of them in part; 0 left out. 0 rules.\n");
+}
+
 TEST(BmtpReader, KeepsTheOrderOfTheNumbers) {
     const auto rules = read("Name10=B\nIncoming10=MID1B001pp\nOutgoing10=MID1B002pp\n"
                             "Name9=A\nIncoming9=MID1B003pp\nOutgoing9=MID1B004pp\n")
