@@ -6,6 +6,7 @@
 #include <iterator>
 #include <numeric>
 #include <optional>
+#include <ranges>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -405,6 +406,16 @@ void settlePolicies(const MappingFile& file, std::vector<TakenLine>& lines, std:
     }
 }
 
+/// Where each line was left out or is switched off: says so under the last that was left out.
+void tellThatNothingDrops(std::vector<TakenLine>& lines) {
+    const auto upwards = lines | std::views::reverse;
+    const auto leftOut = std::ranges::find(upwards, 0U, &TakenLine::count);
+    const auto line = leftOut == upwards.end() ? upwards.begin() : leftOut;
+    if (line != upwards.end()) {
+        line->lost.emplace_back("no rule is left that could drop what no line matches");
+    }
+}
+
 }  // namespace
 
 OtherRules rulesFrom(const MappingFile& file) {
@@ -416,12 +427,12 @@ OtherRules rulesFrom(const MappingFile& file) {
     for (const auto& omission : file.omissions) {
         taken.lines.push_back({omission.line, 0, 0, false, {omission.reason}});
     }
+    taken.lines = inStableOrder(std::move(taken.lines), &TakenLine::line);
     if (!file.passesUnmatched && taken.rules.empty()) {
-        taken.lines.push_back({1, 0, 0, false, {"no rule is left that could drop what no line matches"}});
+        tellThatNothingDrops(taken.lines);
     } else if (!file.passesUnmatched) {
         taken.rules.push_back(dropTheRest(taken.rules.back()));
     }
-    taken.lines = inStableOrder(std::move(taken.lines), &TakenLine::line);
     return taken;
 }
 

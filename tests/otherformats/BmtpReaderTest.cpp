@@ -145,6 +145,9 @@ TEST(BmtpReader, KeepsTheOrderOfTheNumbers) {
 TEST(BmtpReader, DropsTheRestWhereThatIsAskedFor) {
     const auto taken = read("Incoming0=MID1B040pp\nOutgoing0=MID1B007pp\n", Unmatched::drop);
     EXPECT_EQ(taken.rules.back().name, "Drop the rest");
+    EXPECT_THAT(
+        takenText(read("Incoming0=MID1B040pp\nOutgoing0=MID1B007pp\nOptions0=Actv00\n", Unmatched::drop)),
+        HasSubstr("line 6: taken in part as 1 rule, switched off: no rule is left that could drop"));
 }
 
 TEST(BmtpReader, SaysWhyATranslatorIsLeftOut) {
