@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <iterator>
 #include <numeric>
 #include <optional>
 #include <ranges>
@@ -14,6 +13,7 @@
 #include "analysis/EventBox.hpp"
 #include "midi/MessageLength.hpp"
 #include "midi/Status.hpp"
+#include "platform/AtomicFile.hpp"
 #include "platform/InStableOrder.hpp"
 #include "platform/QuotedText.hpp"
 
@@ -27,6 +27,10 @@ using Output = RuleOutputVariantsV2;
 using Policy = PassThroughV2;
 
 constexpr std::size_t mostRulesOfALine = 2048;
+/// Bytes: half of what is read of a preset, for the last rule may be there twice.
+constexpr std::size_t roomOfAPreset = usualSizeLimit / 2;
+/// Bytes of a rule in a preset, rather more than fewer, but for its name and what it sends.
+constexpr std::size_t bytesOfARule = 420;
 
 /// Messages that no rule waits for, by their status bytes.
 struct Others {
@@ -126,18 +130,25 @@ GenericByteV2 dataByte(const std::optional<std::uint8_t>& byte) {
 /// Makes the rules of one mapping, and notes what it loses.
 class LineRules {
 public:
-    explicit LineRules(const Mapping& mapping) : mapping_(mapping) {
+    /// `room`: how many bytes of a preset they may take; less by what they do take.
+    LineRules(const Mapping& mapping, std::size_t& room) : mapping_(mapping), room_(room) {
         for (const auto status : {midi::noteOff, midi::noteOn, midi::controlChange, midi::programChange}) {
             wait(waitingFor(mapping, status));
         }
         for (const auto status : {midi::startCommand, midi::continueCommand, midi::stopCommand}) {
-            if (mapping.filter[0].matches(status) && mapping.length == 1) {
+            if (mapping.filter[0].matches(status) && mapping.length == 1 &&
+                hasRoomFor(mapping.messages.size())) {
                 send(status, {status, std::nullopt, std::nullopt});
             }
         }
         noteOthers();
-        if (rules.empty() && lost.empty()) {
+        if (isTooLarge_) {
+            rules.clear();
+            lost = {"with its rules the preset would be too large to be read again"};
+        } else if (rules.empty() && lost.empty()) {
             lose("no message matches it");
+        } else {
+            room = room_;
         }
     }
 
@@ -193,12 +204,27 @@ private:
         const auto count = std::transform_reduce(
             waiting.places.begin(), waiting.places.end(), mapping_.messages.size(), std::multiplies{},
             [](const Place& place) { return place.isExact ? place.values.size() : 1; });
+        if (hasRoomFor(count)) {
+            Values values;
+            make(waiting, 0, values);
+        }
+    }
+
+    /// Says so where there is none.
+    bool hasRoomFor(std::size_t count) {
         if (count > mostRulesOfALine) {
             lose("it would take " + std::to_string(count) + " rules");
-            return;
+            return false;
         }
-        Values values;
-        make(waiting, 0, values);
+        std::size_t longest = 0;
+        for (const auto& message : mapping_.messages) {
+            longest = std::max(longest, message.size());
+        }
+        constexpr std::size_t digitsAndComma = 4;
+        const auto bytes = count * (bytesOfARule + 2 * name_.size() + digitsAndComma * longest);
+        isTooLarge_ = isTooLarge_ || bytes > room_;
+        room_ -= isTooLarge_ ? 0 : bytes;
+        return !isTooLarge_;
     }
 
     /// Goes through the values of the places from `at` on.
@@ -321,6 +347,8 @@ private:
     }
 
     const Mapping& mapping_;
+    std::size_t room_;
+    bool isTooLarge_ = false;
     std::string name_ = escaped(mapping_.name);
 };
 
@@ -331,45 +359,47 @@ void setPolicy(Rule& rule, Policy policy) {
 }
 
 /// Sets what each rule consumes: what it matches, where no rule below that the event must reach does so. A
-/// line loses something where a rule below consumes some of the events only: the others pass.
+/// line loses something where the rules below consume some of the events only: the others pass.
 class Consumption {
 public:
     /// `restPasses`: what no rule consumes is forwarded.
-    Consumption(std::vector<Rule>& rules, bool restPasses) : rules_(rules), restPasses_(restPasses) {
-        std::ranges::transform(rules, std::back_inserter(boxes_),
-                               [](const Rule& rule) { return EventBox(rule.trigger); });
-    }
+    Consumption(std::vector<Rule>& rules, bool restPasses) : rules_(rules), restPasses_(restPasses) {}
 
-    /// For the rules of a line. They look at those below up to `end`.
-    void settle(TakenLine& line, std::size_t end) {
-        for (auto rule = line.firstRule; rule < line.firstRule + line.count; ++rule) {
+    /// For the rules of a line, after those of all lines below. Where it is the last, they look at each other
+    /// only.
+    void settle(TakenLine& line, bool isLast) {
+        for (auto rule = line.firstRule + line.count; rule-- > line.firstRule;) {
             setPolicy(rules_[rule],
-                      isTakenBelow(line, rule, end) ? Policy::PassThrough : Policy::EatMatching);
+                      isTakenBelow(line, rule, isLast) ? Policy::PassThrough : Policy::EatMatching);
         }
     }
 
 private:
-    bool isTakenBelow(TakenLine& line, std::size_t rule, std::size_t end) {
-        bool isPart = false;
-        for (auto below = rule + 1; below < end; ++below) {
-            const auto common = EventBox::common(boxes_[rule], boxes_[below]);
-            if (common == boxes_[rule]) {
-                return true;
-            }
-            isPart = isPart || !common.isEmpty();
-        }
-        if (isPart && restPasses_) {
+    /// Whether rules below take any of the events. Now this rule takes them.
+    bool isTakenBelow(TakenLine& line, std::size_t rule, bool isLast) {
+        std::size_t all = 0;
+        std::size_t taken = 0;
+        EventBox(rules_[rule].trigger).any([&](const Event& event) {
+            auto& taker = takers_[EventBox::numberOf(event)];
+            ++all;
+            const bool isTaken = isLast ? taker == line.line : taker > 0;
+            taken += isTaken ? 1 : 0;
+            taker = line.line;
+            return false;
+        });
+        if (taken > 0 && taken < all && restPasses_) {
             const std::string reason = "of what only some lines below match, the rest passes as well";
             if (std::ranges::find(line.lost, reason) == line.lost.end()) {
                 line.lost.push_back(reason);
             }
         }
-        return isPart;
+        return taken > 0;
     }
 
     std::vector<Rule>& rules_;
     bool restPasses_;
-    std::vector<EventBox> boxes_;
+    /// By an event's number: the line that took it last, or 0.
+    std::vector<std::size_t> takers_ = std::vector<std::size_t>(EventBox::eventCount);
 };
 
 /// A rule that drops everything: what it waits for is consumed above it, and it consumes all else.
@@ -380,9 +410,9 @@ Rule dropTheRest(const Rule& last) {
     return rule;
 }
 
-/// Takes the rules of a mapping, and returns what became of its line.
-TakenLine take(const Mapping& mapping, OtherRules& taken) {
-    LineRules made(mapping);
+/// Takes the rules of a mapping as far as there is room for them, and returns what became of its line.
+TakenLine take(const Mapping& mapping, std::size_t& room, OtherRules& taken) {
+    LineRules made(mapping, room);
     const auto first = mapping.isOff ? taken.shelf.size() : taken.rules.size();
     for (auto& rule : made.rules) {
         if (mapping.isOff) {
@@ -398,10 +428,9 @@ TakenLine take(const Mapping& mapping, OtherRules& taken) {
 /// `lines` are those of the mappings.
 void settlePolicies(const MappingFile& file, std::vector<TakenLine>& lines, std::vector<Rule>& rules) {
     Consumption consumption(rules, file.passesUnmatched);
-    for (std::size_t at = 0; at < lines.size(); ++at) {
-        auto& line = lines[at];
-        if (!line.isOff) {
-            consumption.settle(line, file.mappings[at].isLast ? line.firstRule + line.count : rules.size());
+    for (auto at = lines.size(); at-- > 0;) {
+        if (!lines[at].isOff) {
+            consumption.settle(lines[at], file.mappings[at].isLast);
         }
     }
 }
@@ -420,8 +449,9 @@ void tellThatNothingDrops(std::vector<TakenLine>& lines) {
 
 OtherRules rulesFrom(const MappingFile& file) {
     OtherRules taken;
+    auto room = roomOfAPreset;
     for (const auto& mapping : file.mappings) {
-        taken.lines.push_back(take(mapping, taken));
+        taken.lines.push_back(take(mapping, room, taken));
     }
     settlePolicies(file, taken.lines, taken.rules);
     for (const auto& omission : file.omissions) {

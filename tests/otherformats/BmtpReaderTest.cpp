@@ -116,6 +116,28 @@ TEST(BmtpReader, LetsLaterTranslatorsHaveTheMessageUnlessOneStops) {
     EXPECT_EQ(two("Actv01Stop01OutO00"), eatMatching);
 }
 
+TEST(BmtpReader, TakesALineWholeOfWhichSeveralBelowTakeAllTogether) {
+    const auto taken = read("Incoming0=MID190ppqq\nOutgoing0=MID191ppqq\n"
+                            "Incoming1=MID190ppqq\nOutgoing1=MID1B001pp\n");
+    EXPECT_EQ(takenText(taken), "line 6: taken as rule 1\nline 8: taken as rules 2 to 129\n"
+                                "2 lines taken, 0 of them in part; 0 left out. 129 rules.\n");
+    const auto part = read("Incoming0=MID190ppqq\nOutgoing0=MID191ppqq\n"
+                           "Incoming1=MID1903Cqq\nOutgoing1=MID1B00101\n"
+                           "Incoming2=MID1903Dqq\nOutgoing2=MID1B00101\n");
+    EXPECT_THAT(lostText(part), testing::StartsWith("line 6: taken in part as rule 1: of what only some"));
+}
+
+TEST(BmtpReader, AsksOnlyItsOwnRulesWhereALineStops) {
+    const auto taken = read("Incoming0=MID190ppqq\nOutgoing0=MID191ppqqB00101\nOptions0=" + stops +
+                            "\nIncoming1=MID1903Cqq\nOutgoing1=MID1B00101\n");
+    EXPECT_EQ(lostText(taken), "");
+    const auto policyOf = [&](std::size_t rule) {
+        return taken.rules[rule].trigger.getIf<RuleTriggerV2::MessageBased>()->trigger.passTrough;
+    };
+    EXPECT_EQ(policyOf(0), pass);
+    EXPECT_EQ(policyOf(1), eatMatching);
+}
+
 TEST(BmtpReader, ReadsKeysWithBlanksAroundTheEqualsSign) {
     EXPECT_EQ(read("Incoming0 = MID1B040pp\nOutgoing0\t= MID1B007pp\n").rules,
               read("Incoming0=MID1B040pp\nOutgoing0=MID1B007pp\n").rules);

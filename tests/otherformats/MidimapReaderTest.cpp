@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "otherformats/OtherFormat.hpp"
+#include "persistence/PluginData.hpp"
 #include "support/TestRules.hpp"
 
 namespace quillo {
@@ -159,6 +160,28 @@ TEST(MidimapReader, SaysUnderTheLastLineLeftOutThatNothingDropsTheRest) {
         "0 lines taken, 0 of them in part; 2 left out. 0 rules.\n");
     EXPECT_EQ(takenText(readMap("", "midimap v1\n")),
               "0 lines taken, 0 of them in part; 0 left out. 0 rules.\n");
+}
+
+TEST(MidimapReader, LeavesOutLinesThatWouldMakeThePresetTooLargeToBeReadAgain) {
+    constexpr std::size_t mostOfAPreset = 64UL << 20U;
+    std::string lines;
+    for (int line = 0; line < 100; ++line) {
+        lines += "NoteOn ANY ANY | 0x90/0x01 0/0x7e SAME\n";
+    }
+    const auto taken = readMap(lines + "NoteOn 60 ANY | SAME 62 SAME\n");
+    EXPECT_LT(PluginData{taken.rules}.write().size(), mostOfAPreset);
+    EXPECT_GT(taken.rules.size(), 50'000U);
+    EXPECT_EQ(taken.rules.back().output, sent(StatusV2::noteOn, triggerChannel, byte(62), triggerByte));
+    EXPECT_THAT(takenText(taken),
+                HasSubstr("line 102: left out: with its rules the preset would be too large to be "
+                          "read again\nline 103: taken as rule "));
+}
+
+TEST(MidimapReader, LeavesOutALineWhoseNameWouldMakeThePresetTooLargeToBeReadAgain) {
+    const auto taken = readMap("# " + std::string(100'000, 'x') + "\nANY ANY ANY | SAME 0/0x7e SAME\n");
+    EXPECT_THAT(taken.rules, IsEmpty());
+    EXPECT_EQ(lostText(taken),
+              "line 4: left out: with its rules the preset would be too large to be read again\n");
 }
 
 std::vector<PassThroughV2> policiesOf(const OtherRules& taken) {
