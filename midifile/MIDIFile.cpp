@@ -10,13 +10,9 @@ namespace quillo {
 
 namespace {
 
-bool setsTempo(const MIDIFileEvent& event) {
-    return tempoOf(event).has_value();
-}
-
 bool beginsWithTempo(const MIDITrack& track) {
-    return std::ranges::any_of(
-        track.events, [](const MIDIFileEvent& event) { return event.tick == 0 && setsTempo(event); });
+    return std::ranges::any_of(track.events,
+                               [](const MIDIFileEvent& event) { return event.tick == 0 && tempoOf(event); });
 }
 
 MIDIFileEvent initialTempoAt(Tick tick) {
@@ -27,12 +23,14 @@ MIDIFileEvent initialTempoAt(Tick tick) {
 
 MIDITrack inSequence(const std::vector<MIDITrack>& tracks) {
     MIDITrack all;
+    bool isTempoSet = false;
     for (const auto& track : tracks) {
-        if (std::ranges::any_of(all.events, setsTempo) && !beginsWithTempo(track)) {
+        if (isTempoSet && !beginsWithTempo(track)) {
             all.events.push_back(initialTempoAt(all.endTick));
         }
-        for (const auto& [tick, kind, bytes] : track.events) {
-            all.events.push_back({all.endTick + tick, kind, bytes});
+        for (const auto& event : track.events) {
+            all.events.push_back({all.endTick + event.tick, event.kind, event.bytes});
+            isTempoSet = isTempoSet || tempoOf(event);
         }
         all.endTick += track.endTick;
     }

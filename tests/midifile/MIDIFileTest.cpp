@@ -46,6 +46,15 @@ TEST(OneTrack, HasTheTracksOfFormat2OneAfterTheOther) {
               (MIDITrack{{note(0, 1), note(10, 2), note(35, 3), note(50, 4)}, 51}));
 }
 
+TEST(OneTrack, LooksAtEachEventOnceHoweverManyTracksOfFormat2Follow) {
+    constexpr std::size_t most = 65'535;
+    std::vector<MIDITrack> tracks(most, MIDITrack{{}, 1});
+    tracks.front() = {std::vector<MIDIFileEvent>(1'000'000, note(0, 1)), 1};
+    const auto all = asOneTrack({2, {}, tracks});
+    EXPECT_EQ(all.events.size(), 1'000'000U);
+    EXPECT_EQ(all.endTick, most);
+}
+
 TEST(OneTrack, GivesEachTrackOfFormat2TheTempoThatItHasByItself) {
     EXPECT_EQ(asOneTrack({2,
                           {},
