@@ -42,13 +42,25 @@ std::string rulesWords(const std::vector<std::size_t>& positions) {
     return words;
 }
 
+bool isGate(const Rule& rule) {
+    return policyOf(rule.trigger) == PassThroughV2::EatNonMatching;
+}
+
+/// Whether a rule that cannot fire has its work all the same: rules above take what matches, and it takes all
+/// else. Two gates leave nothing to pass, which is no such work.
+bool dropsTheRest(const AdvisedRules& list, std::size_t rule) {
+    const auto& reach = list.reach();
+    return isGate(list.rules()[rule]) && reach.consumesAny(rule) &&
+           std::ranges::none_of(reach.blockers(rule),
+                                [&](std::size_t blocker) { return isGate(list.rules()[blocker]); });
+}
+
 /// A gate must be opened: wherever other rules stand, only its own kind of event passes.
 std::string wayPast(const std::vector<Rule>& rules, std::size_t rule, const RuleReach& reach,
                     std::size_t firstBlocker) {
     const auto inTheWay = reach.inTheWay(rule, mostNamed + 1);
     const auto opened = "Set " + rulesWords(inTheWay) + " to Pass through";
-    const bool isGate = policyOf(rules[firstBlocker].trigger) == PassThroughV2::EatNonMatching;
-    if (isGate || !reach.canMove(rule)) {
+    if (isGate(rules[firstBlocker]) || !reach.canMove(rule)) {
         return opened + ".";
     }
     return opened + ", or move this rule above " +
@@ -123,6 +135,9 @@ std::optional<Advice> findNeverFires(const AdvisedRules& list, std::size_t rule)
         return Advice{rule, Kind::neverFires, "can never fire: it waits on a channel that no message has",
                       "Give it a channel from 1 to 16, or any."};
     }
+    if (dropsTheRest(list, rule)) {
+        return std::nullopt;
+    }
     const auto first = blockers.front();
     const auto swallowing = blockers.size() == 1 ? ruleAndPolicyWords(list.rules(), first) + " swallows"
                                                  : rulesWords(blockers) + " between them swallow";
@@ -132,7 +147,7 @@ std::optional<Advice> findNeverFires(const AdvisedRules& list, std::size_t rule)
 
 std::optional<Advice> findSwallowsAllMIDI(const AdvisedRules& list, std::size_t rule) {
     const auto& trigger = list.rules()[rule].trigger;
-    if (policyOf(trigger) != PassThroughV2::EatNonMatching) {
+    if (!isGate(list.rules()[rule])) {
         return std::nullopt;
     }
     const std::string wayOut = "Set it to Pass through.";

@@ -97,6 +97,20 @@ TEST(Finders, ABankIsTooLateBehindItsProgramOnly) {
     EXPECT_EQ(said(findBankTooLate, between), "");
 }
 
+TEST(Finders, ARuleThatDropsTheRestHasItsWorkWithoutFiring) {
+    const auto on = rule(onNoteOn(exactly(36), any, eatMatching), volume, "On");
+    const auto off = rule(onNoteOff(exactly(36), any, eatMatching), volume, "Off");
+    const auto rest = rule(onNoteOff(exactly(36), any, eatNonMatching), volume, "Rest");
+    EXPECT_EQ(said(findNeverFires, {on, off, rest}), "");
+    EXPECT_THAT(said(findNeverFires, {on, off, rule(onNoteOff(exactly(36)), volume)}),
+                HasSubstr("can never fire: rule 2"));
+    EXPECT_THAT(said(findNeverFires, {rest, off, rest}), HasSubstr("can never fire: rule 2"));
+    EXPECT_THAT(said(findNeverFires, {rule(onNoteOn(any, any, eatNonMatching), volume), rest}),
+                HasSubstr("can never fire: rule 1"));
+    EXPECT_THAT(said(findNeverFires, {rule(onNoteOn(any, exactly(16), eatNonMatching), volume)}),
+                HasSubstr("waits on a channel that no message has"));
+}
+
 TEST(Finders, ARuleThatNoEventReachesTogetherWithAnotherFollowsItNot) {
     EXPECT_EQ(said(findBankTooLate, {rule(onControlChange(20, exactly(1), any, eatMatching), program(2)),
                                      rule(onControlChange(20), bank(2))}),

@@ -60,11 +60,12 @@ TEST(RuleAdvice, OffersNoMoveThatKeepsAnotherRuleFromFiring) {
     const auto narrow = rule(onNoteOn(exactly(60), any, eatMatching), volume);
     EXPECT_THAT(textOn({twin, narrow}),
                 HasSubstr("   Set rule 1 to Pass through, or move this rule above it.\n"));
-    EXPECT_THAT(textOn({twin, rule(onNoteOn(exactly(60), any, eatNonMatching), volume)}),
-                HasSubstr("   Set rule 1 to Pass through, or move this rule above it.\n"));
-    EXPECT_THAT(textOn({twin, rule(onControlChange(7), volume),
-                        rule(onNoteOn(exactly(60), any, eatNonMatching), volume)}),
-                HasSubstr("   Set rule 1 to Pass through.\n"));
+    const auto gate = rule(onNoteOn(any, any, eatNonMatching), volume);
+    const auto narrowGate = rule(onNoteOn(exactly(60), any, eatNonMatching), volume);
+    EXPECT_THAT(textOn({gate, twin, narrowGate}),
+                HasSubstr("   Set rule 2 to Pass through, or move this rule above it.\n"));
+    EXPECT_THAT(textOn({gate, narrow, rule(onNoteOn(exactly(61)), volume), twin, narrowGate}),
+                HasSubstr("   Set rules 2 and 4 to Pass through.\n"));
 }
 
 TEST(RuleAdvice, OffersNoMoveAboveAGate) {
