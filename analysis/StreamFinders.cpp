@@ -92,7 +92,7 @@ std::optional<Advice> findBankTooLate(const AdvisedRules& list, std::size_t rule
         const auto found = std::ranges::find_if(programs, isItsProgram);
         const bool isLate = found != programs.end() && isBefore(list, found->rule, rule);
         if (isLate && !std::ranges::any_of(found, programs.end(), [&](const auto& sender) {
-                return isBefore(list, rule, sender.rule) && isItsProgram(sender);
+                return (sender.rule == rule || isBefore(list, rule, sender.rule)) && isItsProgram(sender);
             })) {
             return Advice{rule, Kind::bankTooLate,
                           "selects a bank (controller " + std::to_string(*message.data1) + ") after " +

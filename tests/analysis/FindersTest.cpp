@@ -97,6 +97,13 @@ TEST(Finders, ABankIsTooLateBehindItsProgramOnly) {
     EXPECT_EQ(said(findBankTooLate, between), "");
 }
 
+TEST(Finders, ABankWithItsOwnProgramIsNotTooLateForTheProgramBeforeIt) {
+    EXPECT_EQ(said(findBankTooLate, {rule(onLoad(), program(2)), rule(onLoad(), program(2, 2000))}), "");
+    EXPECT_THAT(said(findBankTooLate,
+                     {rule(onLoad(), program(2)), rule(onLoad(), program(1)), rule(onLoad(), bank(2))}),
+                HasSubstr("has sent the program"));
+}
+
 TEST(Finders, ARuleThatDropsTheRestHasItsWorkWithoutFiring) {
     const auto on = rule(onNoteOn(exactly(36), any, eatMatching), volume, "On");
     const auto off = rule(onNoteOff(exactly(36), any, eatMatching), volume, "Off");
