@@ -19,10 +19,8 @@ namespace quillo {
 
 namespace {
 
-constexpr std::uint64_t mostMIDI = 1024UL * 1024 * 1024;
-
-std::uint64_t limitOf(InputReading reading, std::uint64_t most) {
-    return reading == InputReading::unbounded ? std::numeric_limits<std::uint64_t>::max() : most;
+std::uint64_t limitOf(InputReading reading) {
+    return reading == InputReading::unbounded ? std::numeric_limits<std::uint64_t>::max() : usualSizeLimit;
 }
 
 /// Throws as the readers of files do.
@@ -41,19 +39,18 @@ std::vector<std::uint8_t> readStream(std::istream& in, std::uint64_t most) {
     return bytes;
 }
 
-std::vector<std::uint8_t> readBytes(const std::string& path, InputReading reading, std::uint64_t most,
+std::vector<std::uint8_t> readBytes(const std::string& path, InputReading reading,
                                     std::istream* standardInput) {
     if (standardInput != nullptr && path == standardStream) {
-        return readStream(*standardInput, limitOf(reading, most));
+        return readStream(*standardInput, limitOf(reading));
     }
-    return reading == InputReading::prompt ? readRegularFile(path, most)
-                                           : readWholeFile(path, limitOf(reading, most));
+    return reading == InputReading::prompt ? readRegularFile(path) : readWholeFile(path, limitOf(reading));
 }
 
-std::vector<std::uint8_t> readInput(const std::string& path, InputReading reading, std::uint64_t most,
+std::vector<std::uint8_t> readInput(const std::string& path, InputReading reading,
                                     std::istream* standardInput) {
     try {
-        return readBytes(path, reading, most, standardInput);
+        return readBytes(path, reading, standardInput);
     } catch (const FileTooLarge& error) {
         const bool mayBeForced = reading == InputReading::bounded;
         throw CommandFailure(exitNoInput, std::string(error.what()) +
@@ -78,7 +75,7 @@ std::string inputName(const std::string& path) {
 }
 
 MIDIFile readMIDIInput(const std::string& path, InputReading reading, std::istream* standardInput) {
-    const auto bytes = readInput(path, reading, mostMIDI, standardInput);
+    const auto bytes = readInput(path, reading, standardInput);
     try {
         return readMIDIFile(bytes);
     } catch (const MIDIFileError& error) {
@@ -88,7 +85,7 @@ MIDIFile readMIDIInput(const std::string& path, InputReading reading, std::istre
 
 ReadDocument readPresetInput(const std::string& path, int badPreset, InputReading reading,
                              std::istream* standardInput) {
-    const auto bytes = readInput(path, reading, usualSizeLimit, standardInput);
+    const auto bytes = readInput(path, reading, standardInput);
     try {
         return readDocument(bytes);
     } catch (const DecodingError& error) {
@@ -97,7 +94,7 @@ ReadDocument readPresetInput(const std::string& path, int badPreset, InputReadin
 }
 
 std::string readTextInput(const std::string& path, InputReading reading) {
-    const auto bytes = readInput(path, reading, usualSizeLimit, nullptr);
+    const auto bytes = readInput(path, reading, nullptr);
     return {bytes.begin(), bytes.end()};
 }
 

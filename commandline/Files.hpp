@@ -18,8 +18,8 @@ namespace quillo {
 /// The files that a verb is given. What is wrong with one throws a `CommandFailure` whose text begins with
 /// the file's name; its status is `exitNoInput` for a file that cannot be read or is too large.
 
-/// How a file is read: up to 64 MiB of preset and 1 GiB of MIDI, which may come through a pipe; whatever its
-/// size, as the user asks with `forceSizeOption`; or without ever waiting, which only a regular file allows.
+/// How a file is read: up to 64 MiB, which may come through a pipe; whatever its size, as the user asks with
+/// `forceSizeOption`; or without ever waiting, which only a regular file allows.
 enum class InputReading { bounded, unbounded, prompt };
 
 inline constexpr Option forceSizeOption{"--force-size", false};

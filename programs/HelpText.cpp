@@ -76,7 +76,7 @@ Options:
                         because more than 10,000 wait
   --tail SECONDS        how long to wait for delayed outputs after the end of
                         the file, 0 to 86400 (60)
-  --force-size          read IN.mid above 1 GiB, PRESET.json above 64 MiB
+  --force-size          read IN.mid and PRESET.json above 64 MiB, too
 
 Examples:
   midi-quillo render song.mid out.mid --preset echo.json
@@ -165,7 +165,7 @@ Rules are the same in both when they are equal, or have the same name.
 Options:
   --with TAKE.mid  the recording
   --json           say it in one line of JSON, for scripts
-  --force-size     read presets above 64 MiB, TAKE.mid above 1 GiB
+  --force-size     read presets and TAKE.mid above 64 MiB, too
 
 The exit status is 0 when nothing is different, 1 when something is, and 2 when
 a file cannot be read.
@@ -202,7 +202,7 @@ Options:
                      its beginning to its end
   --force            replace PRESET.test if it is there
   --json             say it in one line of JSON, for scripts
-  --force-size       read presets and tests above 64 MiB, TAKE.mid above 1 GiB
+  --force-size       read presets, tests and TAKE.mid above 64 MiB, too
 
 The exit status is 0 when every test passed, 1 when something is different, and
 2 when a file cannot be read, or the test cannot be recorded.

@@ -61,14 +61,14 @@ TEST_F(InputFilesTest, ForceReadsALargerPreset) {
               exitSuccess);
 }
 
-TEST_F(InputFilesTest, ReadsNoMoreThanOneGibibyteOfMIDI) {
+TEST_F(InputFilesTest, ReadsNoMoreThan64MebibytesOfMIDI) {
     const auto preset = folder.with("p.json", PluginData{}.write());
-    const auto midi = sparse("6G.mid", std::uintmax_t{6} << 30U);
+    const auto midi = sparse("large.mid", (std::uintmax_t{64} << 20U) + 1);
     const auto result = run({"render", midi, folder / "out.mid", "--preset", preset});
     EXPECT_EQ(result.status, exitNoInput);
     EXPECT_EQ(result.err,
               "midi-quillo: " + midi +
-                  ": cannot be read: it is larger than 1 GiB; --force-size reads it all the same\n");
+                  ": cannot be read: it is larger than 64 MiB; --force-size reads it all the same\n");
 }
 
 TEST_F(InputFilesTest, APresetMayComeThroughAPipe) {
