@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "programs/Commands.hpp"
 
-#include <algorithm>
 #include <array>
 #include <functional>
 #include <optional>
 #include <ostream>
-#include <string_view>
 #include <vector>
 
 #include "analysis/RuleAdvice.hpp"
@@ -30,19 +28,17 @@ constexpr std::array<Option, 8> checkOptions{{{"--write", true},
                                               {"--force", false},
                                               {"--advice", false},
                                               {"--strict", false},
-                                              {"--for", true, true},
+                                              {"--for", true},
                                               {"--unfold", false},
                                               {"--json", false},
                                               forceSizeOption}};
-
-constexpr std::array<std::string_view, 4> formats{"jack", "lv2", "clap", "vst3"};
 
 /// What the user asked for.
 struct CheckRequest {
     std::string preset;
     std::optional<std::string> target;
-    std::vector<std::string> formats;  ///< whose advice is wanted
     bool advice;
+    bool isForVST3;  ///< what goes for VST3 alone is wanted as well
     bool strict;
     bool unfold;
     bool json;
@@ -55,15 +51,14 @@ CheckRequest readCheckRequest(std::span<const std::string> words) {
     if (arguments.operands().size() != 1) {
         throw UsageError("check takes one preset");
     }
-    CheckRequest request{arguments.operands().front(), arguments.text("--write"), arguments.texts("--for"),
-                         arguments.has("--advice"),    arguments.has("--strict"), arguments.has("--unfold"),
+    CheckRequest request{arguments.operands().front(), arguments.text("--write"), arguments.has("--advice"),
+                         arguments.has("--for"),       arguments.has("--strict"), arguments.has("--unfold"),
                          arguments.has("--json"),      arguments.has("--force"),  inputReading(arguments)};
-    for (const auto& format : request.formats) {
-        if (std::ranges::find(formats, format) == formats.end()) {
-            throw UsageError("option --for: " + inQuotes(format) + " is not jack, lv2, clap or vst3");
-        }
+    if (const auto format = arguments.text("--for"); format && format != "vst3") {
+        throw UsageError("option --for: " + inQuotes(*format) +
+                         " is not vst3, of which alone there is advice");
     }
-    if (!request.advice && (request.strict || !request.formats.empty())) {
+    if (!request.advice && (request.strict || request.isForVST3)) {
         throw UsageError("--strict and --for go with --advice");
     }
     return request;
@@ -148,16 +143,17 @@ void writeShelf(const RuleShelf& shelf, Grouping group, std::ostream& out) {
     }
 }
 
-/// What is said of a format alone, only where somebody asks for it.
-bool isWanted(Advice::Kind kind, const std::vector<std::string>& wanted) {
+bool isOfVST3(const Advice& advice) {
     using enum Advice::Kind;
-    const bool isOfVST3 = kind == notInVST3 || kind == tooLongForVST3;
-    return !isOfVST3 || std::ranges::find(wanted, "vst3") != wanted.end();
+    return advice.kind == notInVST3 || advice.kind == tooLongForVST3;
 }
 
+/// What is said of a format alone, only where somebody asks for it.
 std::vector<Advice> adviceFor(const std::vector<Rule>& rules, const CheckRequest& request) {
     auto advice = request.advice ? adviseOn(rules) : std::vector<Advice>();
-    std::erase_if(advice, [&](const Advice& each) { return !isWanted(each.kind, request.formats); });
+    if (!request.isForVST3) {
+        std::erase_if(advice, isOfVST3);
+    }
     return advice;
 }
 

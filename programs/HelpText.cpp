@@ -85,7 +85,7 @@ Examples:
 )"},
     VerbText{"check",
              "Usage: midi-quillo check PRESET.json [--unfold] [--json]\n"
-             "                         [--advice [--strict] [--for FORMAT]...]\n"
+             "                         [--advice [--strict] [--for vst3]]\n"
              "                         [--write OUT.json [--force]]\n",
              R"(
 Says what PRESET.json is, a preset of any generation, and what its rules do,
@@ -103,8 +103,7 @@ Options:
                     MIDI, which leave notes sounding, and what else may be a
                     mistake, each with a way out; the exit status stays 0
   --strict          with --advice: end with 1 when there is any
-  --for FORMAT      with --advice: say as well what goes for jack, lv2, clap or
-                    vst3 alone; may be given for each of them
+  --for vst3        with --advice: say as well what goes for VST3 alone
   --json            say it in one line of JSON, for scripts
   --unfold          one rule a line, also where they differ in a value only
   --write OUT.json  store the preset in the current form
