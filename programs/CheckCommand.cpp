@@ -206,6 +206,7 @@ JSONAnswer json(const Rule& rule, std::size_t position) {
 
 JSONAnswer json(const Advice& advice, const std::vector<Rule>& rules) {
     auto answer = jsonOfRule(advice.rule, rules[advice.rule].name);
+    answer["count"] = advice.count;
     answer["matter"] = advice.matter;
     answer["wayOut"] = advice.wayOut;
     return answer;

@@ -315,8 +315,22 @@ TEST_F(CheckCommandTest, AnswersScriptsInJSON) {
     EXPECT_EQ(answer["switchedOff"][0]["behindRule"], 1);
     ASSERT_EQ(answer["advice"].size(), 1U);
     EXPECT_EQ(answer["advice"][0]["number"], 1);
+    EXPECT_EQ(answer["advice"][0]["count"], 1);
     EXPECT_THAT(answer["advice"][0]["matter"].get<std::string>(), HasSubstr("starts a note"));
     EXPECT_FALSE(answer.contains("error"));
+}
+
+TEST_F(CheckCommandTest, TellsScriptsOfHowManyRulesOfARunAPieceOfAdviceIsSaid) {
+    std::vector<Rule> bass;
+    for (std::uint8_t note = 60; note < 72; ++note) {
+        bass.push_back(
+            test::rule(test::onNoteOn(test::exactly(note)), test::send(test::noteOn(1, note, 100)), "Bass"));
+    }
+    const auto result = run({"check", "--json", "--advice", folder.with("p.json", presetOf(bass))});
+    const auto advice = nlohmann::json::parse(result.out)["advice"];
+    ASSERT_FALSE(advice.empty());
+    EXPECT_EQ(advice[0]["number"], 1);
+    EXPECT_EQ(advice[0]["count"], 12);
 }
 
 TEST_F(CheckCommandTest, AnswersScriptsInJSONAlsoWhereThePresetIsBad) {
