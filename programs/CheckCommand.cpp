@@ -213,13 +213,9 @@ JSONAnswer json(const Advice& advice, const std::vector<Rule>& rules) {
 }
 
 JSONAnswer json(const PluginData& data) {
-    JSONAnswer answer{{"rules", JSONAnswer::array()}, {"switchedOff", JSONAnswer::array()}};
+    JSONAnswer answer{{"rules", JSONAnswer::array()}, {"switchedOff", jsonOfShelf(data.shelf)}};
     for (std::size_t position = 0; position < data.rules.size(); ++position) {
         answer["rules"].push_back(json(data.rules[position], position));
-    }
-    for (const auto& [place, rule] : data.shelf) {
-        answer["switchedOff"].push_back(
-            {{"behindRule", place}, {"name", rule.name}, {"words", inPlainWords(rule)}});
     }
     return answer;
 }

@@ -77,8 +77,9 @@ JSONAnswer json(const std::vector<Rule>& rules, const AskedEvent& event,
     return answer;
 }
 
-void explainForScripts(const EngineProbe& probe, const std::vector<AskedEvent>& events, std::ostream& out) {
-    JSONAnswer answer{{"events", JSONAnswer::array()}};
+void explainForScripts(const EngineProbe& probe, const std::vector<AskedEvent>& events,
+                       const RuleShelf& shelf, std::ostream& out) {
+    JSONAnswer answer{{"events", JSONAnswer::array()}, {"switchedOff", jsonOfShelf(shelf)}};
     for (const auto& event : events) {
         answer["events"].push_back(json(probe.rules(), event, explain(probe, event)));
     }
@@ -108,7 +109,7 @@ int runExplainCommand(std::span<const std::string> words, const Console& console
             readPresetInput(*preset, exitBadData, inputReading(arguments), &console.in).data;
         EngineProbe probe(rules);
         if (arguments.has("--json")) {
-            explainForScripts(probe, events, console.out);
+            explainForScripts(probe, events, shelf, console.out);
         } else {
             explainInWords(probe, events, shelf, console.out);
         }

@@ -7,6 +7,8 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/QuotedText.hpp"
+#include "rules/RuleShelf.hpp"
+#include "words/PlainWords.hpp"
 
 namespace quillo {
 
@@ -22,6 +24,15 @@ using JSONAnswer = nlohmann::ordered_json;
 /// A rule as answers have it: its number, from 1 on, and its name.
 [[nodiscard]] inline JSONAnswer jsonOfRule(std::size_t position, const std::string& name) {
     return {{"number", position + 1}, {"name", name}};
+}
+
+/// Rules that are switched off, each with the number of rules before it.
+[[nodiscard]] inline JSONAnswer jsonOfShelf(const RuleShelf& shelf) {
+    auto answer = JSONAnswer::array();
+    for (const auto& [place, rule] : shelf) {
+        answer.push_back({{"behindRule", place}, {"name", rule.name}, {"words", inPlainWords(rule)}});
+    }
+    return answer;
 }
 
 }  // namespace quillo

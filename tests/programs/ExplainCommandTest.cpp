@@ -8,6 +8,7 @@
 #include "programs/CommandLineFixture.hpp"
 #include "programs/HelpText.hpp"
 #include "support/TestRules.hpp"
+#include "words/PlainWords.hpp"
 
 namespace quillo {
 namespace {
@@ -238,6 +239,15 @@ TEST_F(ExplainCommandTest, SaysOfARuleThatIsSwitchedOffThatItIs) {
               "                                     91 02 03: note-on 2 (D-2), velocity 3, channel 2\n"
               "  -  \"Silence at stop\"  switched off\n"
               "Result: no rule swallowed it: it is forwarded, after what the rules send at once.\n");
+}
+
+TEST_F(ExplainCommandTest, TellsScriptsWhichRulesAreSwitchedOff) {
+    const auto off = rule(onNoteOn(), send(noteOn(1, 2, 3)), "Silence at stop");
+    const auto preset = folder.with("p.json", PluginData{{}, {{0, off}}}.write());
+    const auto answer = nlohmann::json::parse(run({"explain", "--preset", preset, "--json", "load"}).out);
+    EXPECT_EQ(answer["switchedOff"],
+              (nlohmann::json::array(
+                  {{{"behindRule", 0}, {"name", "Silence at stop"}, {"words", inPlainWords(off)}}})));
 }
 
 TEST_F(ExplainCommandTest, ReadsThePresetFromStandardInput) {
