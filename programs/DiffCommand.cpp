@@ -44,9 +44,11 @@ int compareWith(const std::string& take, const Arguments& arguments, const Conso
     const auto reading = inputReading(arguments);
     auto first = readProbe(arguments.operands()[0], reading);
     auto second = readProbe(arguments.operands()[1], reading);
-    const auto events = eventsOf(readScore(take, reading, microsecondsPerSecond));
+    const auto score = readScore(take, reading, microsecondsPerSecond);
+    const auto events = eventsOf(score);
     const auto comparison = compare(first, second, withoutTimes(events));
     const PlayedTwice played{first, second, events, comparison};
+    writeLeftOut(score.leftOut(), console.err);
     if (arguments.has("--json")) {
         console.out << jsonText(diffAnswer(played));
     } else {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "programs/PlayedFiles.hpp"
 
+#include <ostream>
+
 #include "commandline/CommandFailure.hpp"
 #include "midifile/MIDIFile.hpp"
 
@@ -25,6 +27,13 @@ std::vector<TimedEvent> eventsOf(const Score& score) {
     }
     events.push_back({score.end(), Transport::Stop});
     return events;
+}
+
+void writeLeftOut(const Score::LeftOut& leftOut, std::ostream& err) {
+    if (leftOut.events > 0) {
+        err << leftOut.events << " SysEx or escape event" << (leftOut.events == 1 ? " was" : "s were")
+            << " left out, " << leftOut.bytes << " bytes: rules never see them\n";
+    }
 }
 
 EngineProbe readProbe(const std::string& path, InputReading reading) {

@@ -29,6 +29,10 @@ namespace quillo {
 /// messages, and the transport stops at the end.
 [[nodiscard]] std::vector<TimedEvent> eventsOf(const Score& score);
 
+/// "2 SysEx or escape events were left out, 7 bytes: rules never see them", in a line of its own. Nothing
+/// where none was.
+void writeLeftOut(const Score::LeftOut& leftOut, std::ostream& err);
+
 /// Runs `step`, in which a fatal error is the fault of the preset at `path`: it becomes a `CommandFailure`
 /// with `status`.
 template <class Step>

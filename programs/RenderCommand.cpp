@@ -113,10 +113,7 @@ std::string countWords(std::uint64_t count, const std::string& what) {
 }
 
 void writeSummary(const Summary& summary, const RenderRequest& request, std::ostream& err) {
-    if (summary.leftOut.events > 0) {
-        err << countWords(summary.leftOut.events, "SysEx or escape event") << " left out, "
-            << summary.leftOut.bytes << " bytes: rules never see them\n";
-    }
+    writeLeftOut(summary.leftOut, err);
     if (summary.lost > 0) {
         err << countWords(summary.lost, "delayed output") << " dropped: only " << RuleProcessor::delayCapacity
             << " can wait at one time\n";

@@ -193,9 +193,11 @@ int record(const Arguments& arguments, const std::string& take, const Console& c
     const auto test = testBeside(preset);
     const OutputFile target(test, arguments.has("--force"));
     auto probe = readProbe(preset, inputReading(arguments));
-    const auto events = eventsOf(readScore(take, inputReading(arguments), millisecondsPerSecond));
+    const auto score = readScore(take, inputReading(arguments), millisecondsPerSecond);
+    const auto events = eventsOf(score);
     const auto text = recordedTest(probe, events);
     target.write(std::vector<std::uint8_t>(text.begin(), text.end()));
+    writeLeftOut(score.leftOut(), console.err);
     console.err << escaped(test) << ": " << events.size() << " events recorded\n";
     return exitSuccess;
 }

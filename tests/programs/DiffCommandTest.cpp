@@ -47,6 +47,14 @@ TEST_F(DiffCommandTest, FindsNoDifferenceBetweenAPresetAndItself) {
     EXPECT_THAT(result.err, IsEmpty());
 }
 
+TEST_F(DiffCommandTest, SaysWhatOfTheRecordingNoRuleSees) {
+    const auto sysEx = oneTrackFile("00 f0 02 43 f7 00 90 3c 64 00 ff 2f 00");
+    for (const std::vector<std::string>& how : {std::vector<std::string>{}, {"--json"}}) {
+        EXPECT_EQ(diff({}, {}, how, sysEx).err,
+                  "1 SysEx or escape event was left out, 3 bytes: rules never see them\n");
+    }
+}
+
 TEST_F(DiffCommandTest, SaysWhatDiffersWhyAndHowOften) {
     const auto result = diff({echo(any)}, {echo(exactly(1))});
     EXPECT_EQ(result.status, exitDifferent);

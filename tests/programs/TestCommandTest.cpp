@@ -99,6 +99,14 @@ TEST_F(TestCommandTest, RecordsATestThatPasses) {
     EXPECT_EQ(run({"test", path}).status, exitSuccess);
 }
 
+TEST_F(TestCommandTest, SaysWhatOfTheRecordingNoRuleSees) {
+    const auto path = folder.with("p.json", presetOf({}));
+    const auto take = folder.with("take.mid", oneTrackFile("00 f0 02 43 f7 00 ff 2f 00"));
+    EXPECT_EQ(run({"test", path, "--record", take}).err,
+              "1 SysEx or escape event was left out, 3 bytes: rules never see them\n" + (folder / "p.test") +
+                  ": 3 events recorded\n");
+}
+
 TEST_F(TestCommandTest, NeverReplacesATestWithoutForce) {
     const auto path = preset("p", wrong);
     const auto take = folder.with("take.mid", oneTrackFile("00 ff 2f 00"));
