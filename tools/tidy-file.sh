@@ -29,7 +29,7 @@ fingerprint() {
     {
         clang-tidy-22 --version
         compile_command
-        xargs -d '\n' sha256sum .clang-tidy <<<"$files"
+        xargs -d '\n' sha256sum .clang-tidy tests/.clang-tidy <<<"$files"
     } | sed "s|$PWD||g" | sha256sum | cut -d ' ' -f 1
 }
 
