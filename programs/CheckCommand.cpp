@@ -56,7 +56,7 @@ CheckRequest readCheckRequest(std::span<const std::string> words) {
                          arguments.has("--json"),      arguments.has("--force"),  inputReading(arguments)};
     if (const auto format = arguments.text("--for"); format && format != "vst3") {
         throw UsageError("option --for: " + inQuotes(*format) +
-                         " is not vst3, of which alone there is advice");
+                         " is not vst3, the only format with advice of its own");
     }
     if (!request.advice && (request.strict || request.isForVST3)) {
         throw UsageError("--strict and --for go with --advice");
