@@ -40,6 +40,7 @@ MyDragAndDropForEach::MyDragAndDropForEach() {
     content_.setInterceptsMouseClicks(false, true);
     addAndMakeVisible(scrollBar_);
     scrollBar_.setAutoHide(true);
+    scrollBar_.setMouseClickGrabsKeyboardFocus(false);
     scrollBar_.addListener(this);
     juce::Desktop::getInstance().addFocusChangeListener(this);
 }

@@ -6,6 +6,7 @@
 #include <set>
 
 #include "editor/MyDragAndDropForEachDragHandle.hpp"
+#include "support/FindBelow.hpp"
 #include "support/JuceEvents.hpp"
 #include "support/OffscreenWindow.hpp"
 #include "support/Pictures.hpp"
@@ -110,6 +111,18 @@ TEST(MyDragAndDropForEach, ScrollsByTheWheelAndStopsAtTheEnds) {
     EXPECT_EQ(desk.place(19).getBottom(), 390);
     wheel(desk.list, -0.5F);
     EXPECT_EQ(desk.place(19).getBottom(), 390);
+}
+
+TEST(MyDragAndDropForEach, AClickOnItsScrollBarMovesNeitherTheKeyboardNorTheRows) {
+    ListDesk desk(50);
+    desk.list.setScrollPosition(1000);
+    auto& bar = *findBelow<juce::ScrollBar>(desk.list);
+    const auto thumb = bar.getCurrentRange();
+    const auto middle = (thumb.getStart() + thumb.getEnd()) / 2 / bar.getMaximumRangeLimit();
+    click(bar, {bar.getWidth() / 2, static_cast<int>(middle * bar.getHeight())});
+    settle();
+    EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr);
+    EXPECT_EQ(desk.list.scrollPosition(), 1000);
 }
 
 TEST(MyDragAndDropForEach, ARowStaysTheSameViewWhileItsItemStays) {
