@@ -33,6 +33,10 @@ int edgeSpeed(int y, int height) {
     return y > height - zone ? std::min(y - (height - zone), 2 * zone) / 3 + 1 : 0;
 }
 
+void focusFirstPart(juce::Component& view) {
+    view.createKeyboardFocusTraverser()->getDefaultComponent(&view)->grabKeyboardFocus();
+}
+
 }  // namespace
 
 MyDragAndDropForEach::MyDragAndDropForEach() {
@@ -194,6 +198,7 @@ void MyDragAndDropForEach::showRowsInSight() {
     }
 }
 
+/// JUCE would give the keyboard of a row that goes to another one.
 void MyDragAndDropForEach::forgetRowsOutside(std::size_t first, std::size_t end) {
     std::vector<std::unique_ptr<MyDragAndDropForEachItem>> forgotten;
     for (auto entry = rows_.begin(); entry != rows_.end();) {
@@ -207,6 +212,9 @@ void MyDragAndDropForEach::forgetRowsOutside(std::size_t first, std::size_t end)
         }
         forgotten.push_back(std::move(entry->second));
         entry = rows_.erase(entry);
+    }
+    if (std::ranges::any_of(forgotten, [](const auto& row) { return row->hasKeyboardFocus(true); })) {
+        unfocusAllComponents();
     }
 }
 
@@ -243,13 +251,15 @@ void MyDragAndDropForEach::scrollTo(const UUID& item) {
 void MyDragAndDropForEach::focus(const UUID& item) {
     scrollTo(item);
     if (auto* view = row(item)) {
-        view->createKeyboardFocusTraverser()->getDefaultComponent(view)->grabKeyboardFocus();
+        focusFirstPart(*view);
     }
 }
 
 void MyDragAndDropForEach::focus(std::size_t position) {
     if (!items_.empty()) {
         focus(items_[std::min(position, items_.size() - 1)]);
+    } else if (footer_ != nullptr) {
+        focusFirstPart(*footer_);
     }
 }
 

@@ -21,7 +21,8 @@ namespace quillo {
 /// A scrolling list of rows of individual heights, which are dragged to new places by their handles. Only the
 /// rows in sight and a few around them exist, so that a thousand items open and scroll like ten. A row
 /// belongs to its item's identity: it stays the same view while it is moved, and as long as it has the
-/// keyboard focus or is dragged it stays even out of sight. Changes leave what is in sight where it is.
+/// keyboard focus or is dragged it stays even out of sight. The keyboard of a row whose item goes is the
+/// host's. Changes leave what is in sight where it is.
 ///
 /// Items can be chosen together: they are dragged and moved together then. What else is done to them together
 /// is the owner's.
@@ -69,7 +70,7 @@ public:
     void scrollTo(const UUID& item);
     /// Gives the keyboard to the first part of the row, and scrolls as far as it takes to see it.
     void focus(const UUID& item);
-    /// The same with the row at a position, or the last one; nothing happens where there are no rows.
+    /// The same with the row at a position, or the last one; where there are no rows, with what stands below.
     void focus(std::size_t position);
     /// Goes from a row to another one by Home, End, Page Up or Page Down; false for any other key.
     bool walk(const UUID& from, const juce::KeyPress& key);

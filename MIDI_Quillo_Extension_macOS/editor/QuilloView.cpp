@@ -116,11 +116,6 @@ QuilloView::QuilloView(EditorUnit& unit)
     list_.onSelection = [this] { showChosen(); };
     list_.setFooter(footer_, [this](int width) { return footer_.heightFor(width); });
     setUpLogs();
-    editor_.setOnArrival([this] {
-        if (list_.itemWithFocus()) {
-            unfocusAllComponents();
-        }
-    });
     editor_.setOnWalk([this](const UUID& id) { showChange(id); });
     juce::Desktop::getInstance().addFocusChangeListener(this);
     addAndMakeVisible(header_);
@@ -424,13 +419,10 @@ void QuilloView::showChange(const UUID& rule) {
     }
 }
 
-/// Deleted by keys, the neighbour has the keyboard; else nothing that goes has it.
+/// Deleted by keys, the neighbour has the keyboard.
 void QuilloView::removeRule(const UUID& id) {
     auto* removed = card(id);
     const bool byKeys = removed != nullptr && removed->buttons().deleteButton().hasKeyboardFocus(false);
-    if (removed != nullptr && !byKeys && removed->hasKeyboardFocus(true)) {
-        unfocusAllComponents();
-    }
     const auto position = *list_.positionOf(list_.selection().togetherWith(id).front());
     editor_.remove(chosen_.rulesWith(id));
     if (byKeys && shown_.find(id) == nullptr) {
@@ -441,12 +433,9 @@ void QuilloView::removeRule(const UUID& id) {
 /// That of the card at the position in the list, or of the last one; of a card in one line its first part.
 /// Without cards there is only the way to add one.
 void QuilloView::focusDeleteButton(std::size_t position) {
-    if (list_.items().empty()) {
-        footer_.selector().button().grabKeyboardFocus();
-        return;
-    }
     list_.focus(position);
-    auto* neighbour = card(list_.items()[std::min(position, list_.items().size() - 1)]);
+    const auto focused = list_.itemWithFocus();
+    auto* neighbour = focused ? card(*focused) : nullptr;
     if (neighbour != nullptr && !neighbour->isInOneLine()) {
         neighbour->buttons().deleteButton().grabKeyboardFocus();
     }

@@ -152,7 +152,6 @@ RuleListEditor::RuleListEditor(std::shared_ptr<QuilloModel> model, OnRulesChange
               history_.clear();
               start_.reset();
               showArrived();
-              onArrival_();
           }
       })) {
     showArrived();

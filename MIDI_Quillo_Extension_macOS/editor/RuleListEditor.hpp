@@ -61,8 +61,6 @@ public:
     RuleListEditor(std::shared_ptr<QuilloModel> model, OnRulesChanged onRulesChanged,
                    OnInstantMessageClick onInstantMessageClick);
 
-    /// Called when the unit has brought in another list, before it is shown.
-    void setOnArrival(std::function<void()> onArrival) { onArrival_ = std::move(onArrival); }
     /// Called with the rule that a step which was undone or redone has changed.
     void setOnWalk(std::function<void(const UUID& id)> onWalk) { onWalk_ = std::move(onWalk); }
     /// Called when a preset's rules have taken the place of all: by `replaceAll`, or by a step that is undone
@@ -197,7 +195,6 @@ private:
     std::shared_ptr<QuilloModel> model_;
     OnRulesChanged onRulesChanged_;
     OnInstantMessageClick onInstantMessageClick_;
-    std::function<void()> onArrival_ = [] {};
     std::function<void(const UUID&)> onWalk_;
     std::function<void()> onReplaced_ = [] {};
     std::function<Clock::time_point()> now_ = Clock::now;

@@ -167,6 +167,32 @@ TEST_F(KeyboardOnly, RulesThatTheHostBringsInLeaveTheKeyboardToTheHost) {
     }
 }
 
+TEST_F(KeyboardOnly, ACardThatGoesLeavesTheKeyboardToTheHost) {
+    const auto expectLeft = [this](std::size_t cards) {
+        settle();
+        EXPECT_EQ(stage->names().size(), cards);
+        EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr) << EditorStage::focus();
+    };
+    open({"a", "b"});
+    stage->editor().duplicate({stage->id(1)});
+    handleOf(stage->card(2)).grabKeyboardFocus();
+    press('z', ctrl);
+    expectLeft(2);
+    stage->editor().remove({stage->id(1)});
+    stage->editor().undo();
+    handleOf(stage->card(1)).grabKeyboardFocus();
+    press('y', ctrl);
+    expectLeft(1);
+    handleOf(stage->card(0)).grabKeyboardFocus();
+    stage->editor().replaceAll({{UUID(), RuleEntry()}, {UUID(), RuleEntry()}}, "Import");
+    expectLeft(2);
+    click(handleOf(stage->card(0)));
+    click(handleOf(stage->card(1)), {5, 20}, 1, shift);
+    stage->editor().add(MIDIRuleType::OutputType{OutputEntryType::NoteOn});
+    click(stage->card(0).buttons().deleteButton());
+    expectLeft(1);
+}
+
 TEST_F(KeyboardOnly, AfterAFieldWasLetGoTabGoesOnBesideIt) {
     open({"a"});
     tabTo("Velocity");

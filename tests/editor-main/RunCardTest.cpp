@@ -372,6 +372,15 @@ TEST_F(RunCardTest, IsUnfoldedAndFoldedByItsMenu) {
     EXPECT_EQ(waitsFor().shownText(), juce::String::fromUTF8("C1 – B1"));
 }
 
+TEST_F(RunCardTest, ThatIsFoldedLeavesTheKeyboardOfTheCardsThatGoToTheHost) {
+    pickMore("Unfold");
+    handleOf(card(3)).grabKeyboardFocus();
+    pickMore("Fold");
+    settle();
+    EXPECT_EQ(cards(), 1);
+    EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr) << EditorStage::focus();
+}
+
 TEST_F(RunCardTest, ThatTheHostHasReplacedMeanwhileIsNotUnfoldedByItsMenu) {
     click(card().buttons().moreButton());
     ASSERT_EQ(stage->desk.session().restore(PluginData{upperHalf()}.write()), std::nullopt);
