@@ -82,6 +82,9 @@ bool ChosenCards::keyPressed(const juce::KeyPress& key) {
     if (!card || !(removes || isCommand(key, 'c'))) {
         return false;
     }
+    if (removes && MyDragAndDropForEach::bringIntoSight(*juce::Component::getCurrentlyFocusedComponent())) {
+        return true;
+    }
     const bool isCopied = (isDelete(key) && !cuts) || copy(rulesWith(*card));
     if (removes && isCopied) {
         remove(*card, cuts ? "Cut" : "Delete");

@@ -17,8 +17,8 @@ namespace quillo {
 
 /// What is done to cards that are chosen together. What a card's buttons, its switch and its channels do,
 /// they do to all that are chosen if the card is one of them; so do the keys: Ctrl+X, Ctrl+C and Ctrl+V while
-/// the keyboard focus lies in a card, Delete while it lies on a grip. The clipboard holds a preset. [main]
-/// only.
+/// the keyboard focus lies in a card, Delete while it lies on a grip. Where that is scrolled out of sight,
+/// the keys that delete bring it into sight and do no more. The clipboard holds a preset. [main] only.
 class ChosenCards {
 public:
     /// Where texts are kept between programs.

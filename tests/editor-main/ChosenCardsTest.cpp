@@ -161,6 +161,25 @@ TEST_F(ChosenCardsTest, DeleteOnAGripDeletesThemAndTheNextGripHasTheKeyboard) {
     EXPECT_TRUE(clipboard.isEmpty());
 }
 
+TEST_F(ChosenCardsTest, AreNotDeletedOutOfSightButBroughtIntoSight) {
+    open({"a", "b", "c", "d"});
+    stage->view().setSize(500, 250);
+    auto& list = stage->view().list();
+    choose(0);
+    settle();
+    for (const auto& [code, modifiers] :
+         {std::pair(juce::KeyPress::deleteKey, juce::ModifierKeys()),
+          std::pair(juce::KeyPress::backspaceKey, juce::ModifierKeys()), std::pair(int{'x'}, ctrl)}) {
+        list.setScrollPosition(100'000);
+        EXPECT_TRUE(press(code, modifiers));
+        EXPECT_LT(list.scrollPosition(), 200);
+        EXPECT_EQ(stage->names(), (Names{"a", "b", "c", "d"})) << code;
+    }
+    EXPECT_TRUE(clipboard.isEmpty());
+    EXPECT_TRUE(press(juce::KeyPress::deleteKey));
+    EXPECT_EQ(stage->names(), (Names{"b", "c", "d"}));
+}
+
 TEST_F(ChosenCardsTest, AreCopiedAsAPresetAndPastedBehindTheCardWithTheFocus) {
     open({"a", "b", "c"});
     choose(0);
