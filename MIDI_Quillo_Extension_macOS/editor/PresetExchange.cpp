@@ -137,7 +137,11 @@ bool pasteText(const std::string& text, const RuleIds& behind, RuleListEditor& e
             throw NoPreset("It is longer than 64 MiB.");
         }
         const std::vector<std::uint8_t> bytes(text.begin(), text.end());
-        return editor.paste(behind, importPreset(bytes));
+        auto rules = importPreset(bytes);
+        if (rules.empty()) {
+            throw NoPreset("It holds no rule.");
+        }
+        return editor.paste(behind, std::move(rules));
     } catch (const ImportError& error) {
         editor.alert(std::string("What the clipboard holds cannot be pasted. ") + error.what() +
                      "\nThe rules are as they were. Copy cards, or the text of a preset.");

@@ -267,6 +267,18 @@ TEST_F(ChosenCardsTest, ATextThatIsNoPresetIsRefusedInAnAlert) {
     EXPECT_NE(findBelow<AlertView>(stage->view()), nullptr);
 }
 
+TEST_F(ChosenCardsTest, OfAPresetWithoutRulesItIsSaidThatNothingIsPasted) {
+    open({"a"});
+    const auto bytes = PluginData{}.write();
+    clipboard = juceText(std::string(bytes.begin(), bytes.end()));
+    choose(0);
+    EXPECT_TRUE(press('v', ctrl));
+    EXPECT_EQ(stage->names(), Names{"a"});
+    EXPECT_EQ(stage->editor().alertErrorMessage(),
+              "What the clipboard holds cannot be pasted. It holds no rule.\n"
+              "The rules are as they were. Copy cards, or the text of a preset.");
+}
+
 TEST_F(ChosenCardsTest, WithoutACardThatHasTheKeyboardTheKeysAreTheHosts) {
     open({"a"});
     clipboard = juceText(textOfRules(stage->editor(), {stage->id(0)}));
