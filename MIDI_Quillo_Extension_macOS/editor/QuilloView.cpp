@@ -51,6 +51,10 @@ PresetFolders presetFolders() {
     return folders;
 }
 
+bool isKey(const juce::KeyPress& key, int code, int modifiers) {
+    return key == juce::KeyPress(code, juce::ModifierKeys(modifiers), 0);
+}
+
 bool isTypedOnAGrip(const juce::KeyPress& key) {
     const auto modifiers = key.getModifiers();
     const auto* focused = juce::Component::getCurrentlyFocusedComponent();
@@ -607,10 +611,27 @@ void QuilloView::paint(juce::Graphics& graphics) {
     }
 }
 
+/// Not behind a menu: its rows stand for rules as they are.
+bool QuilloView::takeKey(const juce::KeyPress& key) {
+    const int command = juce::ModifierKeys::commandModifier;
+    if (isKey(key, 'z', command)) {
+        editor_.undo();
+    } else if (isKey(key, 'z', command | juce::ModifierKeys::shiftModifier) || isKey(key, 'y', command)) {
+        editor_.redo();
+    } else if (isKey(key, 'f', command)) {
+        search_.begin();
+    } else if (isTypedOnAGrip(key)) {
+        search_.begin(juce::String::charToString(key.getTextCharacter()));
+    } else if (isKey(key, '-', command)) {
+        setFormOfAll();
+    } else {
+        return false;
+    }
+    return true;
+}
+
 bool QuilloView::keyPressed(const juce::KeyPress& key) {
-    const auto is = [&key](juce::juce_wchar character, int modifiers) {
-        return key == juce::KeyPress(character, juce::ModifierKeys(modifiers), 0);
-    };
+    const auto is = [&key](int code, int modifiers) { return isKey(key, code, modifiers); };
     if (is(juce::KeyPress::escapeKey, 0) && why_.isOpen()) {
         endWhy();
         return true;
@@ -619,28 +640,7 @@ bool QuilloView::keyPressed(const juce::KeyPress& key) {
         logger_.openedForm().endWhatNow();
         return true;
     }
-    if (overlay() == nullptr && chosen_.keyPressed(key)) {
-        return true;
-    }
-    const int command = juce::ModifierKeys::commandModifier;
-    if (is('z', command)) {
-        editor_.undo();
-        return true;
-    }
-    if (is('z', command | juce::ModifierKeys::shiftModifier) || is('y', command)) {
-        editor_.redo();
-        return true;
-    }
-    if (is('f', command) && overlay() == nullptr) {
-        search_.begin();
-        return true;
-    }
-    if (isTypedOnAGrip(key)) {
-        search_.begin(juce::String::charToString(key.getTextCharacter()));
-        return true;
-    }
-    if (is('-', command)) {
-        setFormOfAll();
+    if (overlay() == nullptr && (chosen_.keyPressed(key) || takeKey(key))) {
         return true;
     }
     if (isPanicKey(key) && unit_.tellsWhatItDoes()) {

@@ -129,6 +129,7 @@ private:
     void showAlert();
     void showPanicAnswer();
     void dismissPanicAnswer();
+    bool takeKey(const juce::KeyPress& key);
     void enterByKeyboard(bool forward);
     void globalFocusChanged(juce::Component* focused) override;
     void browse(PresetBrowser::Mode mode, PresetBrowserView::OnChosen onChosen);

@@ -217,6 +217,23 @@ TEST_F(RuleListView, KeysUndoAndRedoWhileAnythingInTheEditorHasTheFocus) {
     expectNames({"b"});
 }
 
+TEST_F(RuleListView, BehindAMenuKeysNeitherUndoNorRedoNorChangeTheForm) {
+    open({"a"});
+    stage->typeInto(stage->card(0).header(), "b");
+    stage->typeInto(stage->card(0).header(), "c");
+    stage->editor().undo();
+    EditorStage::openMenu(field(stage->card(0).trigger(), "Type"));
+    juce::Component::unfocusAllComponents();
+    for (const auto& key : {undoKey, redoKey, juce::KeyPress('y', ctrl, 0), juce::KeyPress('-', ctrl, 0)}) {
+        EXPECT_FALSE(stage->view().keyPressed(key)) << key.getTextDescription();
+        expectNames({"b"});
+        EXPECT_FALSE(stage->card(0).isInOneLine());
+    }
+    stage->view().closeOverlay();
+    EXPECT_TRUE(stage->view().keyPressed(redoKey));
+    expectNames({"c"});
+}
+
 TEST_F(RuleListView, ButtonsUndoAndRedoAndSayWhat) {
     open({"a"});
     auto& header = stage->view().header();
