@@ -201,6 +201,16 @@ TEST_F(LearnATrigger, TheKeyboardAloneLearnsFromAFreshWindow) {
     EXPECT_EQ(EditorStage::focus(), "Learn the trigger") << "The focus is where it was.";
 }
 
+TEST_F(LearnATrigger, AClickBesideTheRowsLeavesThePanelTheKeyboard) {
+    open();
+    learn();
+    play({{0x90, 60, 1}});
+    click(learning(), learning().panelArea().getTopLeft().translated(30, 2));
+    press(juce::KeyPress::returnKey);
+    EXPECT_FALSE(isLearning()) << "It was taken.";
+    EXPECT_EQ(stage->installed()[0].trigger, onNoteOn(exactly(60), exactly(0)));
+}
+
 TEST_F(LearnATrigger, ThePanelLiesInsideTheWindowWithItsRowsInSight) {
     open();
     for (const auto& [width, height] : {std::pair(820, 640), std::pair(500, 250), std::pair(200, 200)}) {

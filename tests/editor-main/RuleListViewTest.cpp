@@ -97,6 +97,15 @@ TEST_F(RuleListView, EachOfSeveralQuickClicksOnDuplicateMakesACopy) {
     EXPECT_EQ(stage->names().size(), 7U);
 }
 
+TEST_F(RuleListView, AClickOnTheBorderOfAMenuLeavesItTheKeyboard) {
+    open({"a"});
+    EditorStage::openMenu(field(stage->card(0).trigger(), "Type"));
+    click(stage->menu(), stage->menu().panelArea().getTopLeft().translated(30, 1));
+    EXPECT_TRUE(stage->menu().hasKeyboardFocus(true));
+    stage->pickInMenu("CC");
+    EXPECT_EQ(stage->entry(0).trigger.type, TriggerEntryType::ControlChange);
+}
+
 TEST_F(RuleListView, AMenuThatIsLeftAddsNothing) {
     open({});
     click(findBelow<NewRuleSelector>(stage->view())->button());

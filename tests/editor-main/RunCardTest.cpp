@@ -114,6 +114,14 @@ TEST_F(RunCardTest, IsMadeByRangeAtTheMenusEnd) {
     EXPECT_EQ(stage->installed().size(), 12);
 }
 
+TEST_F(RunCardTest, AClickBesideTheTextsOfItsPanelLeavesItTheKeyboard) {
+    EditorStage::openMenu(waitsFor());
+    stage->pickInMenu("range");
+    click(overlay(), overlay().text(0).getBounds().getBottomLeft().translated(0, 6));
+    ASSERT_NE(stage->view().overlay(), nullptr);
+    EXPECT_TRUE(overlay().text(0).hasKeyboardFocus(false));
+}
+
 TEST_F(RunCardTest, IsNotMadeOfWhatIsNoRange) {
     EditorStage::openMenu(waitsFor());
     stage->pickInMenu("range");
