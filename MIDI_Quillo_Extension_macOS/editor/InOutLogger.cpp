@@ -96,6 +96,7 @@ CollapesedLogger::CollapesedLogger(const QuilloModel& model, std::function<void(
     waiting_.setJustificationType(juce::Justification::centredRight);
     waiting_.setBorderSize({});
     waiting_.setMinimumHorizontalScale(1);
+    waiting_.setMouseClickGrabsKeyboardFocus(false);
     addAndMakeVisible(arrow_);
     addAndMakeVisible(waiting_);
 }
@@ -207,6 +208,7 @@ OpenedLogger::OpenedLogger(EditorUnit& unit, std::function<void()> toggle)
     sum_.setFont(textFont(style::captionText));
     sum_.setColour(juce::Label::textColourId, displayColour(Palette().primaryText));
     sum_.setBorderSize({});
+    sum_.setMouseClickGrabsKeyboardFocus(false);
     addChildComponent(sum_);
     showWhatNow();
 }

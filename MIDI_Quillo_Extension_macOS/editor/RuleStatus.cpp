@@ -37,6 +37,7 @@ void paintDot(juce::Graphics& graphics, RuleRemark::Mark mark, juce::Rectangle<f
 
 RuleStatus::RuleStatus() {
     setInterceptsMouseClicks(true, false);
+    setMouseClickGrabsKeyboardFocus(false);
 }
 
 void RuleStatus::show(RuleRemark remark) {

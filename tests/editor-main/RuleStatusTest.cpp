@@ -210,6 +210,11 @@ TEST_F(HitsOfTheList, AreThoseOfEachRule) {
     EXPECT_EQ(words(1), "2 × · 3 s ago"_u8);
 }
 
+TEST_F(HitsOfTheList, AClickOnThemLeavesTheKeyboardToTheHost) {
+    click(stage.card(1).status());
+    EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr) << EditorStage::focus();
+}
+
 TEST_F(HitsOfTheList, StayWithTheirRulesInAnEdit) {
     play(61);
     stage.view().advance(1);

@@ -113,6 +113,13 @@ TEST_F(WhatWaits, IsCountedInTheCollapsedBarWhileAnythingWaits) {
     EXPECT_EQ(bar.waitingText(), "");
 }
 
+TEST_F(WhatWaits, AClickOnItsCountLeavesTheKeyboardToTheHost) {
+    auto& bar = logger().collapsedForm();
+    play(1);
+    click(*findBelow<juce::Label>(bar));
+    EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr) << EditorStage::focus();
+}
+
 TEST_F(WhatWaits, DoesNotMoveTheEntriesOfTheCollapsedBarWhereThereIsRoom) {
     auto& bar = logger().collapsedForm();
     const auto labels = [&] {

@@ -184,6 +184,13 @@ TEST_F(WhatNowInTheEditor, ButtonAndSumLieInTheEditorAtEveryWidth) {
     }
 }
 
+TEST_F(WhatNowInTheEditor, AClickOnTheSumLeavesTheKeyboardToTheHost) {
+    open();
+    click(button());
+    click(*findBelow<juce::Label>(opened()));
+    EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr) << EditorStage::focus();
+}
+
 TEST_F(WhatNowInTheEditor, GoesOutOfSightWithTheOutLog) {
     open({500, 400});
     click(button());
