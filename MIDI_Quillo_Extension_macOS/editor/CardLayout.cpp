@@ -190,7 +190,7 @@ CardLayout::CardLayout(const CardContent& content, int width) {
     CardBuilder(*this, content, width).build();
 }
 
-CardLayout CardLayout::inOneLine(const RuleRemark& status, int width) {
+CardLayout CardLayout::inOneLine(const CardContent& content, int width) {
     CardLayout card;
     card.height = style::cardInOneLine;
     auto area = juce::Rectangle<int>(width, card.height)
@@ -200,8 +200,12 @@ CardLayout CardLayout::inOneLine(const RuleRemark& status, int width) {
     card.onOff = takeSwitch(area);
     card.name = area.removeFromLeft(std::min(inside * 3 / 10, style::nameInOneLine));
     area.removeFromLeft(style::titleGap);
+    if (inside < style::cardOfRows && content.isReason) {
+        card.status = area.withSizeKeepingCentre(area.getWidth(), RuleStatus::lineHeight);
+        return card;
+    }
     if (inside >= style::cardOfRows) {
-        const auto wanted = RuleStatus::widthFor(status);
+        const auto wanted = RuleStatus::widthFor(content.status);
         const auto room = area.removeFromRight(std::clamp(wanted, roomForHits(), area.getWidth() / 2));
         card.status = room.withTrimmedLeft(std::max(0, room.getWidth() - wanted))
                           .withSizeKeepingCentre(std::min(wanted, room.getWidth()), RuleStatus::lineHeight);

@@ -30,9 +30,10 @@ struct CardLayout {
     CardLayout() = default;
     /// For a card of this width.
     CardLayout(const CardContent& content, int width);
-    /// For one in one line: the name, what the rule does, and the status where there is room for it. What has
-    /// no place is empty.
-    [[nodiscard]] static CardLayout inOneLine(const RuleRemark& status, int width);
+    /// For one in one line: the name, what the rule does, and the status where there is room for it; where
+    /// there is none, hits have no place, and a reason takes that of what the rule does. What has no place is
+    /// empty.
+    [[nodiscard]] static CardLayout inOneLine(const CardContent& content, int width);
 
     juce::Rectangle<int> name;
     juce::Rectangle<int> onOff;  ///< the switch, at the right end of the title line

@@ -238,7 +238,7 @@ void RuleView::resized() {
 
 void RuleView::layOut() {
     const auto layout =
-        inOneLine_ ? CardLayout::inOneLine(content_.status, getWidth()) : CardLayout(content_, getWidth());
+        inOneLine_ ? CardLayout::inOneLine(content_, getWidth()) : CardLayout(content_, getWidth());
     handle_.setBounds(getLocalBounds().removeFromLeft(style::dragHandleWidth));
     header_.setBounds(layout.name.withSizeKeepingCentre(layout.name.getWidth(), style::boxHeight)
                           .withLeft(layout.name.getX() - style::fieldPadding));

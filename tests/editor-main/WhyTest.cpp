@@ -143,6 +143,26 @@ TEST_F(WhyInTheEditor, ReturnChoosesTheNewestAsksAndClosesAndTheArrowsGoOnAsking
     EXPECT_FALSE(isAsking());
 }
 
+TEST_F(WhyInTheEditor, WhereALineHasNoRoomBesideItTheReasonTakesItsPlace) {
+    open({rule(onNoteOn(), answerOutput)}, {500, 250});
+    stage->press('-', ctrl);
+    stage->render({{0x90, 60, 100}});
+    auto& card = stage->card();
+    const auto line = card.line().getBounds();
+    choose(in(), 0);
+    click(why());
+    EXPECT_THAT(reasons(), ElementsAre("fired: sent 90 01 01 at once"));
+    EXPECT_FALSE(card.status().getBounds().isEmpty());
+    EXPECT_TRUE(line.contains(card.status().getBounds()));
+    EXPECT_TRUE(card.line().getBounds().isEmpty());
+    stage->view().setSize(240, 400);
+    EXPECT_EQ(card.status().getTooltip(), "fired: sent 90 01 01 at once") << "It is cut.";
+    stage->view().setSize(500, 250);
+    click(why());
+    EXPECT_EQ(card.line().getBounds(), line);
+    EXPECT_TRUE(card.status().getBounds().isEmpty());
+}
+
 TEST_F(WhyInTheEditor, TheHostsTransportCanBeAskedAboutToo) {
     open({rule(onHost(Transport::Stop), answerOutput)});
     stage->desk.session().model()->appendToInLog({{0, EventLogEntryVariants::Host{Transport::Start}}});
