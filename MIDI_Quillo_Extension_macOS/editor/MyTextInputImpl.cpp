@@ -195,16 +195,20 @@ void MyTextInputImpl::cancelTyping() {
 }
 
 void MyTextInputImpl::finishTypingElsewhere(const juce::Component* except) {
-    auto* focused = juce::Component::getCurrentlyFocusedComponent();
-    const SafePointer field(focused != nullptr ? focused->findParentComponentOfClass<MyTextInputImpl>()
-                                               : nullptr);
-    if (field == nullptr || !field->editable_ || field == except || field->isParentOf(except)) {
+    const SafePointer field(typedInto());
+    if (field == nullptr || field == except || field->isParentOf(except)) {
         return;
     }
     field->finishTyping();
     if (field != nullptr) {
         field->letGo();
     }
+}
+
+MyTextInputImpl* MyTextInputImpl::typedInto() {
+    auto* focused = juce::Component::getCurrentlyFocusedComponent();
+    auto* field = focused != nullptr ? focused->findParentComponentOfClass<MyTextInputImpl>() : nullptr;
+    return field != nullptr && field->editable_ ? field : nullptr;
 }
 
 juce::Component* MyTextInputImpl::around(juce::Component* focused) {

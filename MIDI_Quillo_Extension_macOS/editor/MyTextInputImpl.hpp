@@ -45,6 +45,9 @@ public:
     /// `except`. For what acts on values by a click: a click leaves the focus where it is.
     static void finishTypingElsewhere(const juce::Component* except = nullptr);
 
+    /// The field that is typed into, in whichever editor, or null.
+    [[nodiscard]] static MyTextInputImpl* typedInto();
+
     /// The field that is typed into by means of this view, or the view itself: what is typed into comes and
     /// goes.
     [[nodiscard]] static juce::Component* around(juce::Component* focused);

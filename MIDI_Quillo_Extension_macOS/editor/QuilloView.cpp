@@ -489,9 +489,11 @@ void QuilloView::rulesChanged() {
     repaint();
 }
 
-/// An alert waits until the menu or the file browser that is open is closed.
+/// An alert waits until the menu or the file browser that is open is closed, and while a field is typed into:
+/// it would get the next keys, and half a value would be taken.
 void QuilloView::showAlert() {
-    if (overlay() != nullptr && !showsAlert(*this)) {
+    const bool isTypedInto = isParentOf(MyTextInputImpl::typedInto());
+    if ((overlay() != nullptr || isTypedInto) && !showsAlert(*this)) {
         return;
     }
     if (const auto& message = editor_.alertErrorMessage()) {
@@ -678,6 +680,9 @@ void QuilloView::enterByKeyboard(bool forward) {
 }
 
 void QuilloView::globalFocusChanged(juce::Component* focused) {
+    if (overlay() == nullptr) {
+        showAlert();
+    }
     if (focused == nullptr || !isParentOf(focused) ||
         (overlay() != nullptr && overlay()->isParentOf(focused))) {
         return;
@@ -699,6 +704,7 @@ void QuilloView::fileDragExit(const juce::StringArray& /*files*/) {
 
 void QuilloView::filesDropped(const juce::StringArray& files, int /*x*/, int /*y*/) {
     dropHint_.setVisible(false);
+    MyTextInputImpl::finishTypingElsewhere();
     if (!showsAlert(*this)) {
         closeOverlay();
     }

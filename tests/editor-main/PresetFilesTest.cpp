@@ -169,6 +169,25 @@ TEST_F(PresetFiles, AMenuOrTheBrowserDoesNotTakeThePlaceOfAnAlert) {
     expectTheAlertAndDismissIt();
 }
 
+TEST_F(PresetFiles, AnAlertWaitsWhileAFieldIsTypedInto) {
+    stage.beginTyping(field(stage.card(0).output(), "Delay (ms)"), "25");
+    stage.editor().alert("Something went wrong.");
+    settle();
+    EXPECT_EQ(alert(), nullptr);
+    type(stage.window, "0");
+    press(juce::KeyPress::returnKey);
+    EXPECT_EQ(stage.entry(0).output.delay.ms, 250);
+    settle();
+    EXPECT_NE(alert(), nullptr);
+}
+
+TEST_F(PresetFiles, AFileThatIsDroppedTakesWhatIsBeingTypedFirst) {
+    stage.beginTyping(stage.card(0).header(), "typed");
+    drop("missing.json");
+    EXPECT_EQ(stage.names(), Names{"typed"});
+    EXPECT_NE(alert(), nullptr);
+}
+
 TEST_F(PresetFiles, AnAlertLetsTheBrowserStayAndIsShownOnceThatIsClosed) {
     openExport("my name");
     stage.editor().alert("Something went wrong.");
