@@ -367,7 +367,10 @@ bool MyTextInputImpl::takeKey(const juce::KeyPress& key) {
     if (key == juce::KeyPress::escapeKey) {
         cancelTyping();
     } else if (opensOptions(key)) {
-        openOptions();
+        finishTyping();
+        if (field != nullptr) {
+            openOptions();
+        }
     } else if (isTab || key == juce::KeyPress::returnKey) {
         confirmTyping();
         if (field != nullptr) {

@@ -252,6 +252,17 @@ TEST(MyTextInput, AltAndDownOpenTheOptions) {
     EXPECT_TRUE(desk.input.hasKeyboardFocus(false));
 }
 
+TEST(MyTextInput, AfterAPickByKeysTheFieldThatWasTypedIntoHasTheKeyboard) {
+    VelocityDesk desk;
+    desk.retype("42");
+    key(desk.window, juce::KeyPress(juce::KeyPress::downKey, juce::ModifierKeys::altModifier, 0));
+    EXPECT_EQ(desk.value, byte(42));
+    ASSERT_NE(desk.window.overlay(), nullptr);
+    desk.press(juce::KeyPress::returnKey);
+    EXPECT_EQ(desk.value, GenericByteV2(GenericByteV2::RespectiveTriggerByte{}));
+    EXPECT_TRUE(desk.input.hasKeyboardFocus(false));
+}
+
 TEST(MyTextInput, OpeningTheOptionsTakesWhatWasTyped) {
     VelocityDesk desk;
     desk.retype("42");
