@@ -42,7 +42,7 @@ void CardSearch::goToNext(bool forward) {
 
 void CardSearch::end() {
     const bool hadKeyboard = header_.searchField().hasKeyboardFocus(true);
-    const auto before = focusBefore_;
+    const auto before = std::exchange(focusBefore_, nullptr);
     finder_.end();
     header_.closeSearch();
     show();

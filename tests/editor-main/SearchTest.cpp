@@ -140,6 +140,19 @@ TEST_F(Search, ThatIsClickedIntoGivesTheKeyboardToNobodyWhoHadItBefore) {
     EXPECT_EQ(clickAndEnd(), nullptr) << "It was let go before.";
 }
 
+TEST_F(Search, ThatIsOpenedByItsButtonGivesTheKeyboardToNobodyWhoHadItBeforeAnother) {
+    stage.view().setSize(500, 400);
+    grip(stage.card(2)).grabKeyboardFocus();
+    open("bass");
+    stage.press(juce::KeyPress::escapeKey);
+    EXPECT_TRUE(grip(stage.card(2)).hasKeyboardFocus(false));
+    juce::Component::unfocusAllComponents();
+    click(stage.view().header().searchButton());
+    ASSERT_EQ(EditorStage::focus(), "Search rules");
+    stage.press(juce::KeyPress::escapeKey);
+    EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), nullptr) << EditorStage::focus();
+}
+
 TEST_F(Search, GivesTheKeyboardBackToTheFieldThatWasTypedInto) {
     stage.beginTyping(stage.card(0).header(), "x");
     stage.view().keyPressed(juce::KeyPress('f', ctrl, 0));
