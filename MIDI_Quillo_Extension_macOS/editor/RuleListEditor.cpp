@@ -86,14 +86,6 @@ std::string stepName(const std::string& verb, const std::string& first, std::siz
     return verb + " " + first + (count > 1 ? " (" + std::to_string(count) + " rules)" : "");
 }
 
-/// Whether none of the rules is left, and there are some.
-bool areOthers(const RuleList& before, const RuleList& after) {
-    std::set<UUID> ids;
-    std::ranges::transform(after, std::inserter(ids, ids.end()), &RuleEntryIdentifiable::id);
-    const auto isLeft = [&](const auto& element) { return ids.contains(element.id); };
-    return !before.empty() && !after.empty() && std::ranges::none_of(before, isLeft);
-}
-
 }  // namespace
 
 std::int64_t nextIndex(const RuleList& rules) {
@@ -227,12 +219,7 @@ bool RuleListEditor::apply(RuleList after, const std::string& stepName, const st
     if (!isTakenByEngine(documentOf(after))) {
         return false;
     }
-    if (whyNotEditable()) {
-        noteStart();
-        history_.noteReplacement(stepName, after);
-    } else {
-        history_.note(stepName, rules(), after, joinKey);
-    }
+    history_.note(stepName, rules(), after, joinKey);
     show(std::move(after));
     return true;
 }
@@ -509,9 +496,12 @@ bool RuleListEditor::paste(const RuleIds& behind, RuleList inserted) {
 bool RuleListEditor::replaceAll(RuleList list, const std::string& stepName) {
     const auto notice = noticeBeforeEditing(list);
     folded_.arrive(list);
-    if (!apply(std::move(list), stepName)) {
+    if (!isTakenByEngine(documentOf(list))) {
         return false;
     }
+    noteStart();
+    history_.noteReplacement(stepName, rules(), list);
+    show(std::move(list));
     onReplaced_();
     if (notice) {
         alert(*notice);
@@ -552,9 +542,8 @@ void RuleListEditor::walk(RuleList (RuleListHistory::*go)(RuleList)) {
         return;
     }
     const auto changed = changedRule(rules(), list);
-    const bool isReplaced = whyNotEditable() || areOthers(rules(), list);
     show(std::move(list));
-    if (isReplaced) {
+    if (history_.hasWalkedReplacement()) {
         onReplaced_();
     }
     if (changed && onWalk_) {

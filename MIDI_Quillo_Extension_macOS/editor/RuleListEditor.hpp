@@ -63,8 +63,8 @@ public:
 
     /// Called with the rule that a step which was undone or redone has changed.
     void setOnWalk(std::function<void(const UUID& id)> onWalk) { onWalk_ = std::move(onWalk); }
-    /// Called when a preset's rules have taken the place of all: by `replaceAll`, or by a step that is undone
-    /// or redone and leaves none of the rules that were there.
+    /// Called when a preset's rules have taken the place of all by `replaceAll`, and when that is undone or
+    /// redone.
     void setOnReplaced(std::function<void()> onReplaced) { onReplaced_ = std::move(onReplaced); }
     /// Asked for the time in the place of the system's clock.
     void setNow(std::function<Clock::time_point()> now) { now_ = std::move(now); }

@@ -46,9 +46,9 @@ void RuleListHistory::takeBackLast() {
     }
 }
 
-void RuleListHistory::noteReplacement(std::string name, const RuleList& after) {
+void RuleListHistory::noteReplacement(std::string name, const RuleList& before, const RuleList& after) {
     undone_.clear();
-    push({std::move(name), "", {{0, {}, after}}});
+    push({std::move(name), "", {{0, before, after}}, true});
 }
 
 void RuleListHistory::push(Step step) {
@@ -83,6 +83,7 @@ RuleList RuleListHistory::undo(RuleList list) {
         replace(list, change.position, change.inserted, change.removed);
     }
     step.joinKey.clear();
+    hasWalkedReplacement_ = step.isReplacement;
     undone_.push_back(std::move(step));
     return list;
 }
@@ -96,6 +97,7 @@ RuleList RuleListHistory::redo(RuleList list) {
     for (const auto& change : step.changes) {
         replace(list, change.position, change.removed, change.inserted);
     }
+    hasWalkedReplacement_ = step.isReplacement;
     done_.push_back(std::move(step));
     return list;
 }

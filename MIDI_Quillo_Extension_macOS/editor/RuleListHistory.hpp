@@ -28,8 +28,12 @@ public:
     /// noted.
     void note(std::string name, const RuleList& before, const RuleList& after, std::string joinKey = "");
 
-    /// Notes that `after` took the place of something that is no list: undoing that leaves an empty one.
-    void noteReplacement(std::string name, const RuleList& after);
+    /// Notes that `after` took the place of the whole list, or of something that is no list: `before` is
+    /// empty then. It is a step even if both are alike.
+    void noteReplacement(std::string name, const RuleList& before, const RuleList& after);
+
+    /// Whether the step that was undone or redone last is such a replacement.
+    [[nodiscard]] bool hasWalkedReplacement() const { return hasWalkedReplacement_; }
 
     /// The next change begins a step, whatever its `joinKey`.
     void endStep();
@@ -62,6 +66,7 @@ private:
         std::string name;
         std::string joinKey;
         std::vector<Change> changes;
+        bool isReplacement = false;
     };
 
     [[nodiscard]] static Change difference(const RuleList& before, const RuleList& after);
@@ -71,6 +76,7 @@ private:
 
     std::size_t capacity_;
     bool whole_ = true;
+    bool hasWalkedReplacement_ = false;
     std::deque<Step> done_;
     std::vector<Step> undone_;
 };

@@ -709,6 +709,20 @@ TEST_F(RuleListEditorTest, SaysWhenAPresetHasTakenThePlaceOfAllRulesAndNeverOfAn
     EXPECT_EQ(saysAfter(redo), 1);
 }
 
+TEST_F(RuleListEditorTest, SaysThatAPresetThatCameIntoAnEmptyListGoesAndComesAgain) {
+    int replaced = 0;
+    editor.setOnReplaced([&] { ++replaced; });
+    editor.replaceAll(named({"x", "y"}), "Import");
+    editor.undo();
+    EXPECT_EQ(replaced, 2);
+    editor.redo();
+    EXPECT_EQ(replaced, 3);
+    editor.remove({desk.idOf(0), desk.idOf(1)});
+    editor.undo();
+    editor.redo();
+    EXPECT_EQ(replaced, 3) << "Nothing has taken their place.";
+}
+
 TEST_F(RuleListEditorTest, WithNothingToUndoOrRedoNothingReachesTheEngine) {
     desk.model->setNotEditable("not shown");
     editor.undo();

@@ -131,7 +131,7 @@ TEST(RuleListHistory, AStepThatWasEndedIsNotJoined) {
 TEST(RuleListHistory, AListThatReplacesWhatIsNoListIsAStepEvenIfItIsEmpty) {
     for (const auto& after : {RuleList{}, RuleList{element("a")}}) {
         RuleListHistory history;
-        history.noteReplacement("Import", after);
+        history.noteReplacement("Import", {}, after);
         EXPECT_EQ(history.undoName(), "Import");
         EXPECT_EQ(history.undo(after), RuleList{});
         EXPECT_EQ(history.redo({}), after);
