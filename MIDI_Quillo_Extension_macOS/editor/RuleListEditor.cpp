@@ -216,6 +216,9 @@ void RuleListEditor::noteStart() {
 
 /// The step is noted before the list is shown: a user who sees the new list can undo it.
 bool RuleListEditor::apply(RuleList after, const std::string& stepName, const std::string& joinKey) {
+    if (after == rules()) {
+        return true;
+    }
     if (!isTakenByEngine(documentOf(after))) {
         return false;
     }
@@ -364,13 +367,14 @@ void RuleListEditor::move(const RuleIds& ids, std::size_t position) {
 
 void RuleListEditor::setOff(const RuleIds& ids, bool off) {
     const auto positions = find(ids);
+    if (positions.empty()) {
+        return;
+    }
     auto list = rules();
     for (const auto position : positions) {
         list[position].off = off;
     }
-    if (list != rules()) {
-        apply(std::move(list), nameOfStep(off ? "Switch off" : "Switch on", positions));
-    }
+    apply(std::move(list), nameOfStep(off ? "Switch off" : "Switch on", positions));
 }
 
 void RuleListEditor::editCard(const RuleIds& card, const std::string& verb,
@@ -455,6 +459,9 @@ void RuleListEditor::sendAlike(const RuleIds& card, const GenericByteV2& value) 
 
 void RuleListEditor::changeChannel(const RuleIds& ids, const ChannelChange& change) {
     const auto positions = find(ids);
+    if (positions.empty()) {
+        return;
+    }
     auto list = rules();
     RuleList loaded;
     for (const auto position : positions) {
@@ -464,7 +471,7 @@ void RuleListEditor::changeChannel(const RuleIds& ids, const ChannelChange& chan
             loaded.push_back(before);
         }
     }
-    if (list != rules() && apply(std::move(list), nameOfStep("Edit", positions)) && !loaded.empty()) {
+    if (apply(std::move(list), nameOfStep("Edit", positions)) && !loaded.empty()) {
         alertOfLoaded(loaded);
     }
 }
@@ -494,6 +501,9 @@ bool RuleListEditor::paste(const RuleIds& behind, RuleList inserted) {
 }
 
 bool RuleListEditor::replaceAll(RuleList list, const std::string& stepName) {
+    if (!whyNotEditable() && list == rules()) {
+        return true;
+    }
     const auto notice = noticeBeforeEditing(list);
     folded_.arrive(list);
     if (!isTakenByEngine(documentOf(list))) {

@@ -40,9 +40,9 @@ using RuleIds = std::vector<UUID>;
 [[nodiscard]] PluginData documentOf(const RuleList& list);
 
 /// All that a user can do to the list of rules. Each change hands the whole converted list to the engine and
-/// can be undone; a list that the engine refuses (a delay too long to count) is not kept, and `alert` says
-/// why. A list that the unit brings in forgets what could be undone; rules that it runs and that cannot be
-/// shown come back when what replaced them is undone.
+/// can be undone; what leaves the list as it is reaches nobody. A list that the engine refuses (a delay too
+/// long to count) is not kept, and `alert` says why. A list that the unit brings in forgets what could be
+/// undone; rules that it runs and that cannot be shown come back when what replaced them is undone.
 ///
 /// A card stands for one rule or for a folded run; what a card does takes the rules of that card, from the
 /// first to the last, and is one step. [main] only.

@@ -642,7 +642,7 @@ TEST_F(LoadedMessage, OfARuleThatIsToWaitForARangeBecomesWhatTheCardShows) {
     old.trigger = onNoteOn(exactly(36));
     desk.model->setRules({elementFromRule(old)});
     editor.setRange({desk.idOf(0)}, 36, 36);
-    EXPECT_EQ(desk.installed, std::vector{old});
+    EXPECT_EQ(rulesOf(editor.rules()), std::vector{old});
     EXPECT_EQ(editor.alertErrorMessage(), std::nullopt);
     editor.setRange({desk.idOf(0)}, 36, 47);
     EXPECT_EQ(desk.installed.size(), 12U);
@@ -729,6 +729,28 @@ TEST_F(RuleListEditorTest, WithNothingToUndoOrRedoNothingReachesTheEngine) {
     editor.redo();
     EXPECT_EQ(desk.installs, 0U);
     EXPECT_EQ(editor.whyNotEditable(), "not shown");
+}
+
+TEST_F(RuleListEditorTest, WhatChangesNothingDoesNotReachTheEngine) {
+    desk.addNoteOns(2);
+    const auto installs = desk.installs;
+    const auto id = desk.idOf(0);
+    const auto entry = editor.rules()[0].rule;
+    editor.edit({id}, entry);
+    editor.step({id}, entry, 1);
+    editor.changeTriggerType({id}, entry.trigger.type);
+    editor.learn({id}, {entry.trigger});
+    editor.move({id}, 0);
+    editor.setOff({id}, false);
+    editor.changeChannel({id}, {std::nullopt, entry.output.channel});
+    editor.changeChannel({UUID()}, {exactly(4), std::nullopt});
+    EXPECT_EQ(desk.installs, installs);
+    EXPECT_EQ(editor.undoName(), "Add Message #2");
+    editor.undo();
+    editor.undo();
+    EXPECT_TRUE(editor.replaceAll({}, "Import"));
+    EXPECT_EQ(desk.installs, installs + 2) << "Nothing took the place of nothing.";
+    EXPECT_EQ(editor.undoName(), std::nullopt);
 }
 
 TEST_F(RuleListEditorTest, WhoeverSeesANewListCanUndoIt) {
