@@ -19,19 +19,12 @@ constexpr int alertMargin = 14;
 constexpr int alertTitleHeight = 26;
 constexpr int alertLineHeight = 16;
 
-/// Texts from outside, such as names, get into alerts: nothing in a line is left that cannot be seen.
-juce::String visible(const juce::String& message) {
-    auto lines = juce::StringArray::fromTokens(message, "\n", {});
-    for (auto& line : lines) {
-        line = juceText(escaped(line.toStdString()));
-    }
-    return lines.joinIntoString("\n");
-}
-
 }  // namespace
 
 AlertView::AlertView(const juce::String& message, std::function<void()> onOK)
-    : message_(visible(message)), onOK_(std::move(onOK)), ok_("OK", [this] { onOK_(); }) {
+    : message_(juceText(escapedLines(message.toStdString()))),
+      onOK_(std::move(onOK)),
+      ok_("OK", [this] { onOK_(); }) {
     setTitle("Error");
     setWantsKeyboardFocus(true);
     text_.setMultiLine(true);
