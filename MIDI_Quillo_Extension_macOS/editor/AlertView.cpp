@@ -26,6 +26,7 @@ AlertView::AlertView(const juce::String& message, std::function<void()> onOK)
       onOK_(std::move(onOK)),
       ok_("OK", [this] { onOK_(); }) {
     setTitle("Error");
+    setDescription(message_);
     setWantsKeyboardFocus(true);
     text_.setMultiLine(true);
     text_.setReadOnly(true);
@@ -85,6 +86,11 @@ void AlertView::paint(juce::Graphics& graphics) {
                       juce::Justification::topLeft, true);
 }
 
+/// The part of a text in JUCE that scrolls, by the arrows, Page Up, Page Down, Home and End.
+juce::Viewport& AlertView::textsView() const {
+    return *dynamic_cast<juce::Viewport*>(text_.getChildComponent(0));
+}
+
 bool AlertView::keyPressed(const juce::KeyPress& key) {
     if (isPanicKey(key)) {
         return false;
@@ -93,6 +99,8 @@ bool AlertView::keyPressed(const juce::KeyPress& key) {
         key == juce::KeyPress::escapeKey) {
         const auto onOK = onOK_;
         onOK();
+    } else {
+        textsView().keyPressed(key);
     }
     return true;
 }

@@ -13,7 +13,8 @@
 namespace quillo {
 
 /// An alert titled "Error", inside the editor's window. It covers the editor, and goes away by its button
-/// "OK" only: clicked, or by Return, Space or Escape. [main] only.
+/// "OK" only: clicked, or by Return, Space or Escape. What of its text cannot be seen is escaped; what has no
+/// room is scrolled to by Up, Down, Page Up, Page Down, Home and End. [main] only.
 class AlertView final : public juce::Component, public EnvironmentScope {
 public:
     AlertView(const juce::String& message, std::function<void()> onOK);
@@ -29,6 +30,7 @@ public:
 
 private:
     [[nodiscard]] juce::Rectangle<int> panel() const;
+    [[nodiscard]] juce::Viewport& textsView() const;
 
     juce::String message_;
     std::function<void()> onOK_;

@@ -239,6 +239,34 @@ TEST_F(PresetFiles, WhatCannotBeSeenIsEscapedInAlerts) {
     EXPECT_EQ(alert()->message(), "One \\u001b[31m\\u202e\nline and two.");
 }
 
+TEST_F(PresetFiles, ALongAlertIsReadByKeys) {
+    stage.view().setSize(500, 250);
+    juce::String lines;
+    for (int line = 0; line < 40; ++line) {
+        lines += "Line " + juce::String(line) + "\n";
+    }
+    stage.editor().alert(lines.toStdString());
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->getDescription(), alert()->message()) << "What is read to those who do not see it.";
+    const auto& text = *findBelow<juce::Viewport>(*alert());
+    int before = 0;
+    for (const int code : {juce::KeyPress::downKey, juce::KeyPress::pageDownKey, juce::KeyPress::endKey}) {
+        press(code);
+        settle();
+        EXPECT_GT(text.getViewPositionY(), before) << code;
+        before = text.getViewPositionY();
+    }
+    for (const int code : {juce::KeyPress::upKey, juce::KeyPress::pageUpKey, juce::KeyPress::homeKey}) {
+        press(code);
+        settle();
+        EXPECT_LT(text.getViewPositionY(), before) << code;
+        before = text.getViewPositionY();
+    }
+    EXPECT_EQ(before, 0);
+    press(juce::KeyPress::returnKey);
+    EXPECT_EQ(alert(), nullptr);
+}
+
 TEST_F(PresetFiles, NothingBelowTheAlertTakesClicks) {
     const auto target =
         stage.window.getLocalPoint(&stage.card(0).buttons().deleteButton(), juce::Point(5, 5));
