@@ -25,8 +25,9 @@ constexpr int loggerGap = 8;
 constexpr int contentLeft = style::barPadding + style::iconButtonSize;
 constexpr int arrowMargin = 4;
 
-/// In a narrower editor the opened lists stand one above the other.
-constexpr int besideFrom = 400;
+/// In a narrower editor the opened lists stand one above the other: the titles of a place that two share, and
+/// the button at its end, need that much.
+constexpr int besideFrom = 460;
 /// In a narrower one, two lists share a place.
 constexpr int allBesideFrom = 640;
 /// A narrower collapsed bar has no room for two entries and what waits.

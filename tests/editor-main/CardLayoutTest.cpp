@@ -188,8 +188,9 @@ TEST_P(EachSize, MenusAndAlertsStayInside) {
 }
 
 INSTANTIATE_TEST_SUITE_P(CardLayout, EachSize,
-                         testing::Values(juce::Point(200, 200), juce::Point(320, 480), juce::Point(500, 250),
-                                         juce::Point(820, 640), juce::Point(1600, 1000)),
+                         testing::Values(juce::Point(200, 200), juce::Point(320, 480), juce::Point(410, 300),
+                                         juce::Point(460, 300), juce::Point(500, 250), juce::Point(820, 640),
+                                         juce::Point(1600, 1000)),
                          [](const auto& size) {
                              return std::to_string(size.param.x) + "x" + std::to_string(size.param.y);
                          });
