@@ -281,9 +281,10 @@ void OpenedLogger::setInSight(bool inSight) {
     watch();
 }
 
-/// The unit makes the list only for those who see it.
+/// The unit makes the list only for those who see it. A host may hide the window.
 void OpenedLogger::watch() {
-    const bool seen = inSight_ && showsWaiting();
+    const bool isHidden = getPeer() != nullptr && !isShowing();
+    const bool seen = inSight_ && showsWaiting() && !isHidden;
     if (std::exchange(watched_, seen) != seen) {
         unit_.watchWaiting(seen);
     }

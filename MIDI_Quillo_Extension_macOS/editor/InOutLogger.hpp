@@ -67,8 +67,10 @@ public:
 
     void refresh();
     void showNewest();
-    /// Whether the form is in sight.
+    /// Whether the form is in sight in the editor.
     void setInSight(bool inSight);
+    /// Tells the unit whether what waits is seen, where that has changed: of the window nobody hears it.
+    void watch();
 
     /// Whether what went out is marked.
     [[nodiscard]] bool isAskingWhatNow() const { return asksWhatNow_; }
@@ -104,7 +106,6 @@ private:
     void showWhatNow();
     void layOutSum();
     void choose(bool waiting);
-    void watch();
     void layOutBeside(juce::Rectangle<int> area);
     void layOutStacked(juce::Rectangle<int> area);
     void layOutTitles();

@@ -251,6 +251,7 @@ void QuilloView::advance(double seconds) {
         }
     });
     panicAnswer_.advance(seconds);
+    logger_.openedForm().watch();
 }
 
 void QuilloView::setForm(const UUID& id, bool inOneLine) {

@@ -103,6 +103,19 @@ TEST_F(WhatWaits, IsListedOnlyWhileTheListIsInSight) {
     EXPECT_TRUE(stage.desk.session().model()->waiting().empty());
 }
 
+TEST_F(WhatWaits, IsNotListedWhileTheWindowIsHidden) {
+    open();
+    play(1);
+    stage.window.setVisible(false);
+    stage.view().advance(0);
+    look();
+    EXPECT_TRUE(stage.desk.session().model()->waiting().empty());
+    stage.window.setVisible(true);
+    stage.view().advance(0);
+    look();
+    EXPECT_EQ(list().rows(), 1);
+}
+
 TEST_F(WhatWaits, IsCountedInTheCollapsedBarWhileAnythingWaits) {
     auto& bar = logger().collapsedForm();
     EXPECT_EQ(bar.waitingText(), "");
