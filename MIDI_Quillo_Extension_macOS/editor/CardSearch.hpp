@@ -24,7 +24,7 @@ public:
 
     /// Gives the field the keyboard, with this text in it if there is one.
     void begin(const juce::String& text = {});
-    /// Gives the keyboard back to what in the view had it before, or to the host.
+    /// Ends "Playing" as well, and gives the keyboard back to what in the view had it before, or to the host.
     void end();
     [[nodiscard]] bool isOn() const { return finder_.isLooking(); }
 

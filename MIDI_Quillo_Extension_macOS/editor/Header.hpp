@@ -40,7 +40,7 @@ public:
     /// Gives the search field the keyboard, in the place of the buttons where there is no other; what is in
     /// it is selected, or replaced by this text.
     void openSearch(const juce::String& text = {});
-    /// Empties the search field, and puts the buttons back.
+    /// Empties the search field, ends "Playing", and puts the buttons back.
     void closeSearch();
     /// All rules are to be shown again.
     void endPlaying() { setPlaying(false); }
