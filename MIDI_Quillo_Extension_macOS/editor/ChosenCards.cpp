@@ -18,11 +18,6 @@ bool isCommand(const juce::KeyPress& key, char character) {
     return key == juce::KeyPress(character, juce::ModifierKeys::commandModifier, 0);
 }
 
-bool isGripFocused() {
-    return dynamic_cast<MyDragAndDropForEachDragHandle*>(juce::Component::getCurrentlyFocusedComponent()) !=
-           nullptr;
-}
-
 bool isDelete(const juce::KeyPress& key) {
     return key == juce::KeyPress::deleteKey || key == juce::KeyPress::backspaceKey;
 }
@@ -78,7 +73,7 @@ bool ChosenCards::keyPressed(const juce::KeyPress& key) {
         return true;
     }
     const bool cuts = isCommand(key, 'x');
-    const bool removes = cuts || (isDelete(key) && isGripFocused());
+    const bool removes = cuts || (isDelete(key) && MyDragAndDropForEachDragHandle::isOneFocused());
     if (!card || !(removes || isCommand(key, 'c'))) {
         return false;
     }

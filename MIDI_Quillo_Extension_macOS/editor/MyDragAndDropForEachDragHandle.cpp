@@ -20,6 +20,10 @@ MyDragAndDropForEachDragHandle::MyDragAndDropForEachDragHandle(std::function<voi
     setMouseCursor(juce::MouseCursor::DraggingHandCursor);
 }
 
+bool MyDragAndDropForEachDragHandle::isOneFocused() {
+    return dynamic_cast<MyDragAndDropForEachDragHandle*>(getCurrentlyFocusedComponent()) != nullptr;
+}
+
 MyDragAndDropForEach* MyDragAndDropForEachDragHandle::list() const {
     return findParentComponentOfClass<MyDragAndDropForEach>();
 }

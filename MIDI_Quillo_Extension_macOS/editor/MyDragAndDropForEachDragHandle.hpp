@@ -24,6 +24,9 @@ class MyDragAndDropForEachDragHandle final : public juce::Component {
 public:
     explicit MyDragAndDropForEachDragHandle(std::function<void()> onOtherForm = {});
 
+    /// Whether the keyboard focus lies on one, of whichever list.
+    [[nodiscard]] static bool isOneFocused();
+
     [[nodiscard]] bool dragged() const { return dragged_; }
 
     /// It lies on a ground in colour, or no longer.

@@ -57,10 +57,9 @@ bool isKey(const juce::KeyPress& key, int code, int modifiers) {
 
 bool isTypedOnAGrip(const juce::KeyPress& key) {
     const auto modifiers = key.getModifiers();
-    const auto* focused = juce::Component::getCurrentlyFocusedComponent();
     return key.getTextCharacter() > ' ' && key.getKeyCode() != juce::KeyPress::deleteKey &&
            !modifiers.isCommandDown() && !modifiers.isCtrlDown() && !modifiers.isAltDown() &&
-           dynamic_cast<const MyDragAndDropForEachDragHandle*>(focused) != nullptr;
+           MyDragAndDropForEachDragHandle::isOneFocused();
 }
 
 /// Nobody means to keep presets among the examples.

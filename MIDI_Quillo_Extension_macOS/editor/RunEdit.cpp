@@ -48,12 +48,11 @@ bool isDataByte(int value) {
     return value >= 0 && value <= midi::greatestDataByte;
 }
 
-/// How far what is sent lies above what is waited for.
-int offsetOf(const RuleEntry& entry) {
-    return *sentValue(entry) - *comparedValue(entry);
-}
-
 }  // namespace
+
+int offsetOf(const RuleEntry& entry) {
+    return sentValue(entry).value_or(0) - comparedValue(entry).value_or(0);
+}
 
 bool isRising(const RuleList& run) {
     return run.size() > 1 && linkBetween(run[0].rule, run[1].rule) == RunLink::rising;

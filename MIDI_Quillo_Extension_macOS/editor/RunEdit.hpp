@@ -15,6 +15,9 @@ namespace quillo {
 /// Whether each rule of these sends a value that is higher by one than that of the rule before it.
 [[nodiscard]] bool isRising(const RuleList& run);
 
+/// How far what a rule sends lies above what it waits for; a value that it has not counts as 0.
+[[nodiscard]] int offsetOf(const RuleEntry& entry);
+
 /// Whether a rule can wait for a range: it has a value to wait for, and does not consume what does not match.
 [[nodiscard]] bool canHaveRange(const RuleTriggerEntry& trigger);
 

@@ -24,11 +24,6 @@ juce::String rangeText(TriggerEntryType type, int from, int to) {
                     valueText(type, static_cast<std::uint8_t>(to)));
 }
 
-/// How far the run's message lies above what it waits for.
-int offsetOf(const RuleEntry& first) {
-    return sentValue(first).value_or(0) - comparedValue(first).value_or(0);
-}
-
 RunQuestion::Outcome outcomeOfRange(const RuleEntry& first, const RunBinding& run,
                                     const juce::StringArray& texts) {
     const auto type = first.trigger.type;
