@@ -4,7 +4,9 @@
 #include <string>
 #include <string_view>
 
+#include "engine/TriggerPattern.hpp"
 #include "midi/Status.hpp"
+#include "rules/RuleTriggerV2.hpp"
 #include "words/MessageWords.hpp"
 #include "words/PolicyWords.hpp"
 
@@ -140,6 +142,31 @@ std::string sentWords(const RuleAccount& account) {
     return words + delayWords(account.delay);
 }
 
+/// Why a trigger that was tried does not match the event, by the first condition that fails: "it waits for
+/// channel 3, this is channel 1". Kinds are called what the editor's menus call them. A message is complete.
+std::string failureWords(const RuleTriggerV2& trigger, TriggerCondition failure, const AskedEvent& event) {
+    const auto* message = std::get_if<MIDIMessage>(&event);
+    if (const auto* based = trigger.getIf<RuleTriggerV2::MessageBased>()) {
+        return message == nullptr ? difference(kindWanted(based->trigger.variants), "the host's transport")
+                                  : messageFailure(based->trigger.variants, failure, *message);
+    }
+    const auto wanted = kindWanted(trigger.getIf<RuleTriggerV2::HostTransport>()->trigger.variants);
+    return difference(wanted, message == nullptr ? kindGiven(std::get<HostTransportTriggerVariantsV2>(event))
+                                                 : kindGiven(*message));
+}
+
+/// Why a rule is not asked about the event at all: "it fires only when the plug-in is loaded".
+std::string asideWords(const RuleTriggerV2& trigger, const AskedEvent& event) {
+    if (trigger.is<RuleTriggerV2::OnLoad>()) {
+        return "it fires only when the plug-in is loaded";
+    }
+    if (std::holds_alternative<MIDIMessage>(event)) {
+        return "system exclusive that comes in is never shown to the rules";
+    }
+    const bool isHost = trigger.is<RuleTriggerV2::HostTransport>();
+    return std::string("it waits for ") + (isHost ? "the host's transport" : "MIDI") + ", this is loading";
+}
+
 RuleReason reasonOf(const std::vector<Rule>& rules, std::size_t rule, const AskedEvent& event,
                     const EventExplanation& explanation, const RuleShelf& shelf) {
     using Verdict = RuleAccount::Verdict;
@@ -160,28 +187,6 @@ RuleReason reasonOf(const std::vector<Rule>& rules, std::size_t rule, const Aske
 }
 
 }  // namespace
-
-std::string failureWords(const RuleTriggerV2& trigger, TriggerCondition failure, const AskedEvent& event) {
-    const auto* message = std::get_if<MIDIMessage>(&event);
-    if (const auto* based = trigger.getIf<RuleTriggerV2::MessageBased>()) {
-        return message == nullptr ? difference(kindWanted(based->trigger.variants), "the host's transport")
-                                  : messageFailure(based->trigger.variants, failure, *message);
-    }
-    const auto wanted = kindWanted(trigger.getIf<RuleTriggerV2::HostTransport>()->trigger.variants);
-    return difference(wanted, message == nullptr ? kindGiven(std::get<HostTransportTriggerVariantsV2>(event))
-                                                 : kindGiven(*message));
-}
-
-std::string asideWords(const RuleTriggerV2& trigger, const AskedEvent& event) {
-    if (trigger.is<RuleTriggerV2::OnLoad>()) {
-        return "it fires only when the plug-in is loaded";
-    }
-    if (std::holds_alternative<MIDIMessage>(event)) {
-        return "system exclusive that comes in is never shown to the rules";
-    }
-    const bool isHost = trigger.is<RuleTriggerV2::HostTransport>();
-    return std::string("it waits for ") + (isHost ? "the host's transport" : "MIDI") + ", this is loading";
-}
 
 std::vector<RuleReason> ruleReasons(const std::vector<Rule>& rules, const AskedEvent& event,
                                     const EventExplanation& explanation, const RuleShelf& shelf) {
