@@ -11,11 +11,9 @@ namespace quillo {
 namespace {
 
 /// The end of all timelines where the sum would lie behind it.
-SampleTime later(SampleTime time, SampleTime milliseconds, SampleTime unitsPerMillisecond) {
+SampleTime later(SampleTime time, SampleTime delay) {
     SampleTime due = 0;
-    const bool isBeyond = __builtin_mul_overflow(milliseconds, unitsPerMillisecond, &due) ||
-                          __builtin_add_overflow(time, due, &due);
-    return isBeyond ? std::numeric_limits<SampleTime>::max() : due;
+    return __builtin_add_overflow(time, delay, &due) ? std::numeric_limits<SampleTime>::max() : due;
 }
 
 }  // namespace
@@ -33,13 +31,12 @@ std::vector<Departure> departures(const EngineProbe::Outcome& outcome, const Ask
     return inStableOrder(std::move(all), &Departure::time);
 }
 
-std::vector<Departure> played(const EngineProbe& probe, std::span<const TimedEvent> events,
-                              SampleTime unitsPerMillisecond) {
+std::vector<Departure> played(const EngineProbe& probe, std::span<const TimedEvent> events) {
     std::vector<Departure> all;
     for (std::size_t position = 0; position < events.size(); ++position) {
         const auto& [time, event] = events[position];
         for (auto& departure : departures(probe.put(event), event)) {
-            departure.time = later(time, departure.time, unitsPerMillisecond);
+            departure.time = later(time, departure.time);
             departure.event = position;
             all.push_back(std::move(departure));
         }

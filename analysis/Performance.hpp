@@ -34,11 +34,10 @@ struct Departure {
 [[nodiscard]] std::vector<Departure> departures(const EngineProbe::Outcome& outcome, const AskedEvent& event);
 
 /// What leaves when `events` are played, which are in order of time, in the order in which it leaves. The
-/// timeline has so many units to a millisecond. Nothing is loaded unless `events` begin with it.
+/// timeline has the unit in which the probe counts delays. Nothing is loaded unless `events` begin with it.
 ///
 /// Each event is put to the engine by itself, for no rule remembers another one. So there is room for any
 /// number of delayed outputs, which a unit has not.
-[[nodiscard]] std::vector<Departure> played(const EngineProbe& probe, std::span<const TimedEvent> events,
-                                            SampleTime unitsPerMillisecond = 1);
+[[nodiscard]] std::vector<Departure> played(const EngineProbe& probe, std::span<const TimedEvent> events);
 
 }  // namespace quillo

@@ -50,11 +50,10 @@ TEST(PlayedFiles, GiveEventByEventWhatRenderingMakesOfTheWholeFile) {
         const auto rules = random.list();
         const Score score(randomTake(random, seed), sampleRate);
         OfflineHost host({}, rules);
-        EngineProbe probe(rules);
+        EngineProbe probe(rules, sampleRate);
         const auto rendered =
             inStableOrder(host.play(score.messages(), score.end()).outputs, &TimedMessage::time);
-        ASSERT_THAT(heard(played(probe, eventsOf(score), sampleRate / 1000)), ElementsAreArray(rendered))
-            << "seed " << seed;
+        ASSERT_THAT(heard(played(probe, eventsOf(score))), ElementsAreArray(rendered)) << "seed " << seed;
     }
 }
 
