@@ -41,7 +41,7 @@ public:
 /// The forms that an event can have, in one or more lines.
 inline constexpr std::string_view askedEventForms =
     "An event is one MIDI message in hexadecimal, in quotes if it has blanks: \"90 3c 64\"\n"
-    "or 903c64, or one of \"host start\", \"host continue\", \"host stop\", load.\n";
+    "or 903c64, or one of \"host start\", \"host continue\", \"host stop\", load.";
 
 /// Reads an event: the bytes of one complete MIDI message in hexadecimal, with blanks between them or
 /// without, or "host start", "host continue", "host stop" ("transport" will do for "host") or "load". Upper

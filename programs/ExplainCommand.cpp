@@ -25,14 +25,10 @@ namespace {
 
 constexpr std::array<Option, 3> explainOptions{{{"--preset", true}, {"--json", false}, forceSizeOption}};
 
-std::string forms() {
-    return std::string(askedEventForms.substr(0, askedEventForms.size() - 1));
-}
-
 /// All events, so that nothing is explained when one of them is wrong.
 std::vector<AskedEvent> readEvents(const std::vector<std::string>& texts) {
     if (texts.empty()) {
-        throw UsageError("explain needs an event to explain\n" + forms());
+        throw UsageError("explain needs an event to explain\n" + std::string(askedEventForms));
     }
     std::vector<AskedEvent> events;
     for (const auto& text : texts) {
@@ -40,7 +36,7 @@ std::vector<AskedEvent> readEvents(const std::vector<std::string>& texts) {
             events.push_back(parseAskedEvent(text));
         } catch (const AskedEventError& error) {
             throw UsageError("event " + std::to_string(events.size() + 1) + ", " + inQuotes(text) + ": " +
-                             error.what() + "\n" + forms());
+                             error.what() + "\n" + std::string(askedEventForms));
         }
     }
     return events;
