@@ -5,13 +5,13 @@
 #include <charconv>
 #include <cstdint>
 #include <span>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "midi/MessageLength.hpp"
 #include "midi/Status.hpp"
 #include "platform/HexText.hpp"
+#include "platform/PlainText.hpp"
 #include "platform/QuotedText.hpp"
 #include "words/MessageWords.hpp"
 
@@ -42,20 +42,6 @@ constexpr int hexadecimal = 16;
 
 std::string hex(std::uint8_t byte) {
     return hexText({&byte, 1}, HexCase::lower);
-}
-
-/// The words, in lower case.
-std::vector<std::string> wordsOf(std::string_view text) {
-    std::string lower(text);
-    std::ranges::transform(lower, lower.begin(), [](char character) {
-        return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-    });
-    std::istringstream in(lower);
-    std::vector<std::string> words;
-    for (std::string word; in >> word;) {
-        words.push_back(word);
-    }
-    return words;
 }
 
 AskedEvent parseHostEvent(std::span<const std::string> words) {
@@ -95,10 +81,6 @@ Bytes bytesOf(std::span<const std::string> words) {
     return bytes;
 }
 
-std::string countWords(std::size_t count) {
-    return std::to_string(count) + (count == 1 ? " byte" : " bytes");
-}
-
 /// What keeps the bytes from being one MIDI message.
 void requireShortMessage(const Bytes& bytes) {
     const auto status = bytes.front();
@@ -110,8 +92,8 @@ void requireShortMessage(const Bytes& bytes) {
         throw AskedEventError(hex(status) + " does not begin a MIDI message");
     }
     if (length != bytes.size()) {
-        throw AskedEventError("a message that begins with " + hex(status) + " has " + countWords(length) +
-                              "; here are " + std::to_string(bytes.size()));
+        throw AskedEventError("a message that begins with " + hex(status) + " has " +
+                              countWords(length, "byte") + "; here are " + std::to_string(bytes.size()));
     }
     const auto wrong = std::find_if_not(bytes.begin() + 1, bytes.end(), midi::isData);
     if (wrong != bytes.end()) {
@@ -150,7 +132,7 @@ std::string shownBytes(const MIDIMessage& message) {
 }
 
 AskedEvent parseAskedEvent(std::string_view text) {
-    const auto words = wordsOf(text);
+    const auto words = wordsOf(inLowerCase(std::string(text)));
     if (!words.empty() && (words.front() == "host" || words.front() == "transport")) {
         return parseHostEvent(words);
     }
@@ -161,7 +143,7 @@ AskedEvent parseAskedEvent(std::string_view text) {
 }
 
 std::vector<std::uint8_t> parseBytes(std::string_view text) {
-    return bytesOf(wordsOf(text));
+    return bytesOf(wordsOf(inLowerCase(std::string(text))));
 }
 
 }  // namespace quillo

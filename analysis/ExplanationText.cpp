@@ -6,6 +6,7 @@
 
 #include "analysis/RuleReasons.hpp"
 #include "midi/Status.hpp"
+#include "platform/PlainText.hpp"
 #include "platform/QuotedText.hpp"
 #include "words/MessageWords.hpp"
 #include "words/PolicyWords.hpp"
@@ -25,10 +26,6 @@ struct Line {
     std::string reason;
 };
 using Lines = std::vector<Line>;
-
-std::string padded(const std::string& text, std::size_t width) {
-    return text + std::string(width - std::min(width, characterCount(text)), ' ');
-}
 
 /// "90 3c 64: note-on 60 (C3), velocity 100, channel 1".
 std::string sentWords(const MIDIMessage& message) {

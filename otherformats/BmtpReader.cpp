@@ -12,6 +12,7 @@
 #include "midi/Status.hpp"
 #include "otherformats/OtherFormat.hpp"
 #include "otherformats/TextLines.hpp"
+#include "platform/PlainText.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {

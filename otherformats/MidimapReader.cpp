@@ -6,12 +6,12 @@
 #include <cstdint>
 #include <map>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <utility>
 
 #include "otherformats/OtherFormat.hpp"
 #include "otherformats/TextLines.hpp"
+#include "platform/PlainText.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {
@@ -20,15 +20,6 @@ namespace {
 
 bool isComment(const TextLine& line) {
     return line.text.empty() || line.text.front() == '#';
-}
-
-std::vector<std::string> wordsOf(const std::string& text) {
-    std::istringstream in(text);
-    std::vector<std::string> words;
-    for (std::string word; in >> word;) {
-        words.push_back(word);
-    }
-    return words;
 }
 
 /// A whole number, decimal or hexadecimal behind "0x".

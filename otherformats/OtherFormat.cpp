@@ -4,14 +4,11 @@
 #include <algorithm>
 
 #include "otherformats/Mapping.hpp"
+#include "platform/PlainText.hpp"
 
 namespace quillo {
 
 namespace {
-
-std::string countWords(std::size_t count, const std::string& thing) {
-    return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
-}
 
 std::string rulesWords(const TakenLine& line) {
     if (line.isOff) {

@@ -31,12 +31,4 @@ inline constexpr std::string_view blanks = " \t\r";
     return lines;
 }
 
-[[nodiscard]] inline std::string inLowerCase(std::string text) {
-    for (auto& character : text) {
-        character =
-            character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-    }
-    return text;
-}
-
 }  // namespace quillo

@@ -9,6 +9,7 @@
 #include "analysis/EventExplanation.hpp"
 #include "analysis/RuleReasons.hpp"
 #include "platform/HexText.hpp"
+#include "platform/PlainText.hpp"
 #include "words/PolicyWords.hpp"
 
 namespace quillo {
@@ -48,10 +49,6 @@ std::string timeText(SampleTime microseconds) {
            " ms";
 }
 
-std::string timesText(std::size_t count) {
-    return std::to_string(count) + (count == 1 ? " time" : " times");
-}
-
 /// "91 3c 64 after 300 ms".
 std::string departureText(const std::vector<Departure>& departures, std::size_t index) {
     if (index >= departures.size()) {
@@ -65,11 +62,6 @@ std::string departureText(const std::vector<Departure>& departures, std::size_t 
 std::string eventBytes(const AskedEvent& event) {
     const auto words = eventWords(event);
     return words.substr(0, words.find(':'));
-}
-
-std::string padded(std::string text, std::size_t width) {
-    text.resize(std::max(width, text.size()), ' ');
-    return text;
 }
 
 /// The words of `explain` about one event and one preset.
@@ -179,15 +171,15 @@ private:
 std::string changeText(const RuleChange& change, const PlayedTwice& played) {
     const auto& [pair, first, second] = change;
     if (!pair.second) {
-        return ruleWords(played.first.rules(), *pair.first) + " of A fires " + timesText(first) +
+        return ruleWords(played.first.rules(), *pair.first) + " of A fires " + countWords(first, "time") +
                ", and B does not have it\n";
     }
     const auto words = ruleWords(played.second.rules(), *pair.second);
     if (!pair.first) {
-        return words + " of B fires " + timesText(second) + ", and A does not have it\n";
+        return words + " of B fires " + countWords(second, "time") + ", and A does not have it\n";
     }
-    const auto difference =
-        second > first ? timesText(second - first) + " more" : timesText(first - second) + " less";
+    const auto difference = second > first ? countWords(second - first, "time") + " more"
+                                           : countWords(first - second, "time") + " less";
     return words + " fires " + difference + ": " + std::to_string(first) + " in A, " +
            std::to_string(second) + " in B\n";
 }

@@ -5,6 +5,7 @@
 
 #include "commandline/CommandFailure.hpp"
 #include "midifile/MIDIFile.hpp"
+#include "platform/PlainText.hpp"
 
 namespace quillo {
 
@@ -31,7 +32,7 @@ std::vector<TimedEvent> eventsOf(const Score& score) {
 
 void writeLeftOut(const Score::LeftOut& leftOut, std::ostream& err) {
     if (leftOut.events > 0) {
-        err << leftOut.events << " SysEx or escape event" << (leftOut.events == 1 ? " was" : "s were")
+        err << countWords(leftOut.events, "SysEx or escape event") << (leftOut.events == 1 ? " was" : " were")
             << " left out, " << leftOut.bytes << " bytes: rules never see them\n";
     }
 }

@@ -13,6 +13,7 @@
 #include "midifile/MIDIFile.hpp"
 #include "offline/OfflineHost.hpp"
 #include "offline/Score.hpp"
+#include "platform/PlainText.hpp"
 #include "platform/QuotedText.hpp"
 #include "programs/JSONText.hpp"
 #include "programs/PlayedFiles.hpp"
@@ -108,19 +109,19 @@ struct Summary {
 };
 
 /// "1 delayed output was", "2 delayed outputs were".
-std::string countWords(std::uint64_t count, const std::string& what) {
-    return std::to_string(count) + ' ' + what + (count == 1 ? " was" : "s were");
+std::string outputsWere(std::uint64_t count) {
+    return countWords(count, "delayed output") + (count == 1 ? " was" : " were");
 }
 
 void writeSummary(const Summary& summary, const RenderRequest& request, std::ostream& err) {
     writeLeftOut(summary.leftOut, err);
     if (summary.lost > 0) {
-        err << countWords(summary.lost, "delayed output") << " dropped: only " << RuleProcessor::delayCapacity
+        err << outputsWere(summary.lost) << " dropped: only " << RuleProcessor::delayCapacity
             << " can wait at one time\n";
     }
     if (summary.cutOff > 0) {
-        err << countWords(summary.cutOff, "delayed output") << " cut off: due after the tail of "
-            << request.settings.tail << " s; --tail makes it longer\n";
+        err << outputsWere(summary.cutOff) << " cut off: due after the tail of " << request.settings.tail
+            << " s; --tail makes it longer\n";
     }
     err << (request.target == standardStream ? "standard output" : escaped(request.target)) << ": "
         << summary.in << " events in, " << summary.out << " out\n";

@@ -14,6 +14,7 @@
 #include "commandline/CommandFailure.hpp"
 #include "commandline/Files.hpp"
 #include "platform/HexText.hpp"
+#include "platform/PlainText.hpp"
 #include "platform/QuotedText.hpp"
 #include "programs/JSONText.hpp"
 #include "programs/PlayedFiles.hpp"
@@ -92,9 +93,8 @@ void writeMismatches(const Result& result, std::ostream& out) {
         width = std::max(width, wantedText(mismatch).size());
     }
     for (const auto& mismatch : result.mismatches) {
-        const auto wanted = wantedText(mismatch);
-        out << "  " << escaped(result.test) << placeText(mismatch) << ": expected " << wanted
-            << std::string(width - wanted.size(), ' ') << "  got " << gotText(mismatch, result.rules) << '\n';
+        out << "  " << escaped(result.test) << placeText(mismatch) << ": expected "
+            << padded(wantedText(mismatch), width) << "  got " << gotText(mismatch, result.rules) << '\n';
     }
 }
 

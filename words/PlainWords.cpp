@@ -9,6 +9,7 @@
 
 #include "midi/Status.hpp"
 #include "platform/HexText.hpp"
+#include "platform/PlainText.hpp"
 #include "platform/QuotedText.hpp"
 #include "words/MessageWords.hpp"
 
@@ -238,8 +239,7 @@ std::string inPlainWords(const Rule& rule) {
 }
 
 std::string countInPlainWords(const PluginData& data) {
-    const auto count = data.rules.size();
-    return std::to_string(count) + (count == 1 ? " rule" : " rules") +
+    return countWords(data.rules.size(), "rule") +
            (data.shelf.empty() ? "" : ", " + std::to_string(data.shelf.size()) + " switched off");
 }
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "words/RunWords.hpp"
 
-#include <sstream>
 #include <vector>
 
+#include "platform/PlainText.hpp"
 #include "platform/QuotedText.hpp"
 #include "rules/MIDIVocabulary.hpp"
 #include "rules/RuleEntry.hpp"
@@ -16,15 +16,6 @@ namespace {
 
 std::string parts(const Rule& rule) {
     return inPlainWords(rule.trigger) + ", " + inPlainWords(rule.output, rule.trigger) + ".";
-}
-
-std::vector<std::string> wordsOf(const std::string& sentence) {
-    std::istringstream stream(sentence);
-    std::vector<std::string> words;
-    for (std::string word; stream >> word;) {
-        words.push_back(word);
-    }
-    return words;
 }
 
 std::string joined(std::span<const std::string> words) {
