@@ -171,10 +171,6 @@ struct stat statusOf(const Descriptor& file, const fs::path& path) {
 /// `64 MiB`, or bytes where the size is no whole number of those.
 std::string sizeText(std::uint64_t bytes) {
     constexpr std::uint64_t mebibyte = 1024UL * 1024;
-    constexpr std::uint64_t gibibyte = 1024 * mebibyte;
-    if (bytes % gibibyte == 0) {
-        return std::to_string(bytes / gibibyte) + " GiB";
-    }
     return bytes % mebibyte == 0 ? std::to_string(bytes / mebibyte) + " MiB"
                                  : std::to_string(bytes) + " bytes";
 }

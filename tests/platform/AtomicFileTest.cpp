@@ -366,8 +366,6 @@ TEST_F(AtomicFile, ReadsNothingOfAFileThatIsFarTooLarge) {
     for (const auto read : bothReaders) {
         EXPECT_EQ(failureOf([&] { (void)read(file, usualSizeLimit); }),
                   file.string() + ": cannot be read: it is larger than 64 MiB");
-        EXPECT_EQ(failureOf([&] { (void)read(file, std::uint64_t{1} << 30U); }),
-                  file.string() + ": cannot be read: it is larger than 1 GiB");
     }
     EXPECT_LT(mostMemory(), memoryBefore + 100'000);
 }
