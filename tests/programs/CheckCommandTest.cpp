@@ -297,7 +297,8 @@ TEST_F(CheckCommandTest, SaysWhatGoesForVST3AloneOnlyWhereItIsAskedFor) {
     EXPECT_THAT(run({"check", "--advice", path, "--for", "vst3"}).out, ofVST3);
     const auto wrong = run({"check", "--advice", path, "--for", "lv2"});
     EXPECT_EQ(wrong.status, exitUsage);
-    EXPECT_THAT(wrong.err, HasSubstr("option --for: \"lv2\" is not vst3, the only format with advice of its own"));
+    EXPECT_THAT(wrong.err,
+                HasSubstr("option --for: \"lv2\" is not vst3, the only format with advice of its own"));
     EXPECT_EQ(run({"check", path, "--for", "vst3"}).status, exitUsage);
 }
 
