@@ -92,7 +92,7 @@ RuleList withOutputType(const RuleList& run, OutputEntryType type) {
     for (auto& element : rules) {
         auto entry = element.rule;
         entry.output.type = type;
-        editElement(element, withUsableChoices(entry.trigger.type, std::move(entry)));
+        editElement(element, withUsableChoices(element.rule.trigger.type, std::move(entry)));
     }
     return rules;
 }
