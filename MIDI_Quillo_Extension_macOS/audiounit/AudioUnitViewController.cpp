@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "analysis/RuleReasons.hpp"
-#include "session/EditorLogs.hpp"
 #include "session/WhatNow.hpp"
 
 namespace quillo {
@@ -61,8 +60,12 @@ void AudioUnitViewController::connectAudioUnit() {
         }
     };
     observer_ = unit->observeAllParameterValues(reload);
-    logPoll_ = mainQueue_.onDrain(
-        [model = model_, logs = EditorLogs(unit->logInput, unit->logOutput)] { logs.moveTo(*model); });
+    logs_.emplace(unit->logInput, unit->logOutput);
+    logPoll_ = mainQueue_.onDrain([weak] {
+        if (const auto self = weak.lock()) {
+            self->moveLogs();
+        }
+    });
     std::set<AUParameterAddress> addresses;
     for (const auto& parameter : tree->allParameters()) {
         addresses.insert(parameter.address);
@@ -94,8 +97,15 @@ void AudioUnitViewController::loadRulesFromAudioUnit() {
     }
 }
 
+void AudioUnitViewController::moveLogs() const {
+    if (logs_) {
+        logs_->moveTo(*model_);
+    }
+}
+
 void AudioUnitViewController::onRulesChanged(std::vector<Rule> rules, RuleShelf shelf) {
-    if (const auto unit = audioUnit(); unit && !loadingRules_) {
+    if (const auto unit = audioUnit()) {
+        moveLogs();
         unit->install(std::move(rules), std::move(shelf));
     }
 }

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -14,6 +15,7 @@
 #include "audiounit/platform/AUParameterTree.hpp"
 #include "platform/MainQueue.hpp"
 #include "rules/Rule.hpp"
+#include "session/EditorLogs.hpp"
 #include "session/EditorUnit.hpp"
 
 namespace quillo {
@@ -44,8 +46,8 @@ public:
     void viewDidLoad() override;
     [[nodiscard]] bool isViewLoaded() const { return viewLoaded_; }
 
-    /// Installs an edited list in the unit; dropped without a unit, and while a restored list waits to be
-    /// shown: then the edit is one of the list before. Throws the `FatalError` of rules that
+    /// Installs an edited list in the unit; dropped without a unit. The model's logs first get the
+    /// events that ran under the rules before. Throws the `FatalError` of rules that
     /// cannot be compiled; those that were installed stay.
     void onRulesChanged(std::vector<Rule> rules, RuleShelf shelf = {}) override;
 
@@ -79,6 +81,7 @@ private:
     void connectAudioUnit();
     void loadRulesFromAudioUnit();
     void loadRulesLater();
+    void moveLogs() const;
 
     MainQueue& mainQueue_;
     std::shared_ptr<QuilloModel> model_ = std::make_shared<QuilloModel>();
@@ -91,6 +94,7 @@ private:
 
     Observation observer_;  ///< of the unit's whole state
     AUParameterObserverToken parameterObserverToken_;
+    std::optional<EditorLogs> logs_;  ///< once connected
     Observation logPoll_;
 };
 
