@@ -39,7 +39,6 @@ public:
     [[nodiscard]] bool showsEmpty() const { return isEmpty_; }
     [[nodiscard]] int heightFor(int width) const;
 
-    [[nodiscard]] NewRuleSelector& selector() { return selector_; }
     [[nodiscard]] MyTextButton& exampleButton(std::size_t example) { return *examples_[example]; }
 
     void resized() override;

@@ -307,8 +307,9 @@ bool MyDragAndDropForEach::bringIntoSight(juce::Component& view) {
     if (list->getLocalBounds().contains(centre)) {
         return false;
     }
+    const auto before = list->scroll_;
     list->scrollToSee(view);
-    return true;
+    return list->scroll_ != before;
 }
 
 void MyDragAndDropForEach::setFooter(juce::Component& footer, std::function<int(int)> height) {

@@ -389,6 +389,11 @@ bool MyTextInputImpl::step(int steps) {
     const SafePointer<MyTextInputImpl> field(this);
     if (editable_ && typist_->getText() != textBefore_ && !holdsNothing(typist_->getText())) {
         take(typist_->getText());
+        if (field != nullptr && shownText() == textBefore_) {
+            stopTyping();
+            refresh();
+            return true;
+        }
     }
     if (field == nullptr) {
         return true;

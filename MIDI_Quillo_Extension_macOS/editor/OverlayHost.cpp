@@ -13,14 +13,17 @@ OverlayHost::~OverlayHost() {
     view_.removeComponentListener(this);
 }
 
-void OverlayHost::showOverlay(std::unique_ptr<juce::Component> overlay) {
+void OverlayHost::showOverlay(std::unique_ptr<juce::Component> overlay, Opens opens) {
     removeOverlay();
     focusBefore_ = juce::Component::getCurrentlyFocusedComponent();
     overlay_ = std::move(overlay);
     overlay_->setAlwaysOnTop(true);
     overlay_->setBounds(view_.getLocalBounds());
     view_.addAndMakeVisible(*overlay_);
-    overlay_->grabKeyboardFocus();
+    const auto* window = view_.getPeer();
+    if (opens == Opens::asked || (window != nullptr && window->isFocused())) {
+        overlay_->grabKeyboardFocus();
+    }
 }
 
 void OverlayHost::closeOverlay() {

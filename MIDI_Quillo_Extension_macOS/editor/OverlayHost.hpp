@@ -23,8 +23,10 @@ public:
     OverlayHost(const OverlayHost&) = delete;
     OverlayHost& operator=(const OverlayHost&) = delete;
 
-    /// Opens `overlay` and closes the one that was open.
-    void showOverlay(std::unique_ptr<juce::Component> overlay);
+    /// Opens `overlay` and closes the one that was open. What opens unasked takes the keyboard only where the
+    /// window has it, and not from the host.
+    enum class Opens { asked, unasked };
+    void showOverlay(std::unique_ptr<juce::Component> overlay, Opens opens = Opens::asked);
 
     /// Deletes what is open. An overlay may close itself, and touches nothing of its own afterwards.
     void closeOverlay();

@@ -497,7 +497,8 @@ void QuilloView::showAlert() {
         return;
     }
     if (const auto& message = editor_.alertErrorMessage()) {
-        showOverlay(std::make_unique<AlertView>(juceText(*message), [this] { editor_.dismissAlert(); }));
+        showOverlay(std::make_unique<AlertView>(juceText(*message), [this] { editor_.dismissAlert(); }),
+                    Opens::unasked);
     } else {
         closeOverlay();
     }

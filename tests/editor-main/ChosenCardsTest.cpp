@@ -180,6 +180,15 @@ TEST_F(ChosenCardsTest, AreNotDeletedOutOfSightButBroughtIntoSight) {
     EXPECT_EQ(stage->names(), (Names{"b", "c", "d"}));
 }
 
+TEST_F(ChosenCardsTest, AreDeletedWhereTheyAreHigherThanTheList) {
+    open({"a", "b"});
+    stage->view().setSize(200, 200);
+    choose(0);
+    settle();
+    EXPECT_TRUE(press(juce::KeyPress::deleteKey));
+    EXPECT_EQ(stage->names(), Names{"b"});
+}
+
 TEST_F(ChosenCardsTest, AreCopiedAsAPresetAndPastedBehindTheCardWithTheFocus) {
     open({"a", "b", "c"});
     choose(0);

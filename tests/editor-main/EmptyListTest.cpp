@@ -80,7 +80,7 @@ TEST_F(EmptyList, IsWholeInEveryWidth) {
     for (int width = 200; width <= 1000; width += 20) {
         stage.view().setSize(width, 640);
         EXPECT_EQ(footer().getHeight(), footer().heightFor(footer().getWidth())) << width;
-        auto above = footer().selector().getBottom();
+        auto above = findBelow<NewRuleSelector>(footer())->getBottom();
         for (std::size_t example = 0; example < examples().size(); ++example) {
             const auto& button = footer().exampleButton(example);
             EXPECT_TRUE(footer().getLocalBounds().contains(button.getBounds())) << width;
@@ -102,7 +102,7 @@ TEST_F(EmptyList, IsInSightAsAWholeInThePreferredSizeOfPlugIns) {
 
 TEST_F(EmptyList, TheSentencesAndTheCaptionAreDrawnAboveTheirButtons) {
     const auto image = picture(footer(), 2);
-    const auto selector = footer().selector().getBounds();
+    const auto selector = findBelow<NewRuleSelector>(footer())->getBounds();
     const auto whole = footer().getLocalBounds();
     const auto sentences = whole.withBottom(selector.getY()) * 2;
     const auto caption = whole.withTop(selector.getBottom()).withBottom(footer().exampleButton(0).getY()) * 2;

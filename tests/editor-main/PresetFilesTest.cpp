@@ -181,6 +181,29 @@ TEST_F(PresetFiles, AnAlertWaitsWhileAFieldIsTypedInto) {
     EXPECT_NE(alert(), nullptr);
 }
 
+TEST_F(PresetFiles, AnAlertLeavesTheKeyboardToAnotherWindow) {
+    stage.card(0).header().grabKeyboardFocus();
+    auto& window = dynamic_cast<OffscreenPeer&>(*stage.window.getPeer());
+    window.letGo();
+    stage.editor().alert("Something went wrong.");
+    settle();
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_FALSE(window.isFocused());
+    window.grabFocus();
+    stage.editor().dismissAlert();
+    stage.editor().alert("Something else did.");
+    EXPECT_TRUE(alert()->hasKeyboardFocus(true));
+}
+
+TEST_F(PresetFiles, AValueThatIsRefusedIsNotSteppedOn) {
+    const auto before = stage.entry(0).output.delay.ms;
+    stage.beginTyping(field(stage.card(0).output(), "Delay (ms)"), "99999999999999999");
+    press(juce::KeyPress::upKey);
+    settle();
+    EXPECT_NE(alert(), nullptr);
+    EXPECT_EQ(stage.entry(0).output.delay.ms, before);
+}
+
 TEST_F(PresetFiles, AFileThatIsDroppedTakesWhatIsBeingTypedFirst) {
     stage.beginTyping(stage.card(0).header(), "typed");
     drop("missing.json");

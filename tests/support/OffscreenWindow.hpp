@@ -42,6 +42,11 @@ public:
     void toBehind(ComponentPeer* /*other*/) override {}
     bool isFocused() const override { return focused_; }
     void grabFocus() override { focused_ = true; }
+    /// As when the user turns to another window.
+    void letGo() {
+        focused_ = false;
+        handleFocusLoss();
+    }
     void repaint(const juce::Rectangle<int>& /*area*/) override {}
     void performAnyPendingRepaintsNow() override {}
     void setAlpha(float /*alpha*/) override {}
@@ -50,7 +55,7 @@ public:
 
 private:
     juce::Rectangle<int> bounds_;
-    bool focused_ = false;
+    bool focused_ = true;
 };
 
 /// A window without a screen around the views of a test, which may open overlays in it. It remembers the keys
