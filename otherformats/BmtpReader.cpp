@@ -202,21 +202,22 @@ bool isMeaningful(const TextLine& line) {
 struct NamedSection {
     std::string name;
     Section keys;
+    std::vector<Omission> omissions;
 };
 
 /// Of two values of one key the first counts, and the second is an omission.
-void add(TextLine line, std::size_t equals, Section& keys, std::vector<Omission>& omissions) {
+void add(TextLine line, std::size_t equals, NamedSection& section) {
     auto key = line.text.substr(0, equals);
     key.erase(key.find_last_not_of(blanks) + 1);
     line.text.erase(0, std::min(line.text.find_first_not_of(blanks, equals + 1), line.text.size()));
-    const auto [added, isNew] = keys.emplace(std::move(key), line);
+    const auto [added, isNew] = section.keys.emplace(std::move(key), line);
     if (!isNew) {
-        omissions.push_back({line.number, inQuotes(added->first, 40) + " stands in line " +
-                                              std::to_string(added->second.number) + " already"});
+        section.omissions.push_back({line.number, inQuotes(added->first, 40) + " stands in line " +
+                                                      std::to_string(added->second.number) + " already"});
     }
 }
 
-std::vector<NamedSection> sectionsOf(std::string_view text, std::vector<Omission>& omissions) {
+std::vector<NamedSection> sectionsOf(std::string_view text) {
     std::vector<NamedSection> sections;
     for (const auto& line : linesOf(text)) {
         const auto equals = line.text.find('=');
@@ -224,12 +225,12 @@ std::vector<NamedSection> sectionsOf(std::string_view text, std::vector<Omission
             continue;
         }
         if (line.text.front() == '[' && line.text.back() == ']') {
-            sections.push_back({line.text.substr(1, line.text.size() - 2), {}});
+            sections.push_back({line.text.substr(1, line.text.size() - 2), {}, {}});
         } else if (equals == std::string::npos || sections.empty()) {
             throw OtherFormatError(line.number,
                                    inQuotes(line.text, 40) + " is neither a section nor key=value");
         } else {
-            add(line, equals, sections.back().keys, omissions);
+            add(line, equals, sections.back());
         }
     }
     return sections;
@@ -257,10 +258,11 @@ bool isBmtp(std::string_view text) {
 
 MappingFile readBmtp(std::string_view text) {
     MappingFile file;
-    for (const auto& section : sectionsOf(text, file.omissions)) {
+    for (const auto& section : sectionsOf(text)) {
         if (section.name == "Project") {
             requireVersion(section.keys);
         } else if (section.name.starts_with("Preset.")) {
+            file.omissions.insert(file.omissions.end(), section.omissions.begin(), section.omissions.end());
             PresetReader(section.keys, file).read();
         }
     }

@@ -147,6 +147,7 @@ TEST(BmtpReader, NamesALineWhoseKeyStandsAboveAlready) {
     const auto taken = read("Incoming0=MID1B040pp\nOutgoing0=MID1B007pp\nIncoming0=MID1B041pp\n");
     EXPECT_EQ(taken.rules, read("Incoming0=MID1B040pp\nOutgoing0=MID1B007pp\n").rules);
     EXPECT_EQ(lostText(taken), "line 8: left out: \"Incoming0\" stands in line 6 already\n");
+    EXPECT_EQ(lostText(read("Incoming0=MID1B040pp\nOutgoing0=MID1B007pp\n[Unread]\na=1\na=2\n")), "");
 }
 
 TEST(BmtpReader, NamesAKeyOfATranslatorThatHasNoNumber) {
