@@ -310,10 +310,10 @@ void Session::tellLoss() {
         return;
     }
     lossTold_ = true;
+    static_assert(RuleProcessor::delayCapacity == 10'000);
     tellUser(
-        "More than " + std::to_string(RuleProcessor::delayCapacity) +
-        " delayed messages waited at one time: those that were to leave first are lost, the ends of notes "
-        "perhaps among them. Shorter delays, or fewer rules with one, let less wait.");
+        "More than 10,000 delayed outputs waited at one time: those that were to leave first are lost, the "
+        "ends of notes perhaps among them. Shorter delays, or fewer rules with one, let less wait.");
 }
 
 /// A cycle that failed for good would fail again and again: its error is reported once.

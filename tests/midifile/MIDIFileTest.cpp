@@ -46,6 +46,7 @@ TEST(OneTrack, HasTheTracksOfFormat2OneAfterTheOther) {
               (MIDITrack{{note(0, 1), note(10, 2), note(35, 3), note(50, 4)}, 51}));
 }
 
+/// Another look at all events for each track would take longer than a test may.
 TEST(OneTrack, LooksAtEachEventOnceHoweverManyTracksOfFormat2Follow) {
     constexpr std::size_t most = 65'535;
     std::vector<MIDITrack> tracks(most, MIDITrack{{}, 1});

@@ -231,25 +231,27 @@ TEST(ReaderGate, EachSideSeesWhatTheOtherWrote) {
     int fromVisitor = 0;
     bool goesBack = false;
     bool isAnswered = false;
+    std::atomic<bool> isOver = false;
     {
         const JoinedThread visitor([&] {
-            for (bool isOver = false; !isOver;) {
+            while (!isOver) {
                 if (gate.tryEnter()) {
                     goesBack = goesBack || fromCloser < fromVisitor;
                     fromVisitor = fromCloser;
-                    isOver = fromVisitor == rounds;
                     gate.leave();
                 }
             }
         });
-        for (int round = 1; round <= rounds || !isAnswered; ++round) {
+        for (int round = 1; round <= rounds || (!isAnswered && round < 1000 * rounds); ++round) {
             gate.close();
             isAnswered = fromVisitor == rounds;
             fromCloser = std::min(round, rounds);
             gate.open();
             std::this_thread::yield();
         }
+        isOver = true;
     }
+    EXPECT_TRUE(isAnswered);
     EXPECT_FALSE(goesBack);
 }
 

@@ -328,7 +328,7 @@ TEST_F(SessionWatchTest, OutputsThatAreLostForWantOfRoomAreToldOfOnce) {
     session.drain();
     EXPECT_EQ(
         model().alertErrorMessage(),
-        "More than 10000 delayed messages waited at one time: those that were to leave first are lost, "
+        "More than 10,000 delayed outputs waited at one time: those that were to leave first are lost, "
         "the ends of notes perhaps among them. Shorter delays, or fewer rules with one, let less wait.");
     model().dismissAlert();
     block(1, {{0, {0x90, 60, 1}}});
