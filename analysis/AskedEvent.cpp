@@ -132,7 +132,7 @@ std::string shownBytes(const MIDIMessage& message) {
 }
 
 AskedEvent parseAskedEvent(std::string_view text) {
-    const auto words = wordsOf(inLowerCase(std::string(text)));
+    const auto words = splitAtBlanks(inLowerCase(std::string(text)));
     if (!words.empty() && (words.front() == "host" || words.front() == "transport")) {
         return parseHostEvent(words);
     }
@@ -143,7 +143,7 @@ AskedEvent parseAskedEvent(std::string_view text) {
 }
 
 std::vector<std::uint8_t> parseBytes(std::string_view text) {
-    return bytesOf(wordsOf(inLowerCase(std::string(text))));
+    return bytesOf(splitAtBlanks(inLowerCase(std::string(text))));
 }
 
 }  // namespace quillo

@@ -122,8 +122,8 @@ private:
 };
 
 Mapping mappingOf(const TextLine& line, std::size_t bar, std::string name) {
-    const auto filters = wordsOf(line.text.substr(0, bar));
-    const auto makers = wordsOf(line.text.substr(bar + 1));
+    const auto filters = splitAtBlanks(line.text.substr(0, bar));
+    const auto makers = splitAtBlanks(line.text.substr(bar + 1));
     if (filters.empty() || filters.size() > 3 || makers.size() != filters.size()) {
         throw OtherFormatError(line.number,
                                "on each side of | stand one to three fields, and as many on both");
@@ -152,7 +152,7 @@ bool isMidimap(std::string_view text) {
     const std::vector<std::string> header{"midimap", "v1"};
     const auto lines = linesOf(text);
     const auto first = std::ranges::find_if_not(lines, isComment);
-    return first != lines.end() && wordsOf(inLowerCase(first->text)) == header;
+    return first != lines.end() && splitAtBlanks(inLowerCase(first->text)) == header;
 }
 
 MappingFile readMidimap(std::string_view text) {

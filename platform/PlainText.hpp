@@ -20,7 +20,7 @@ namespace quillo {
 }
 
 /// What stands between the blanks.
-[[nodiscard]] inline std::vector<std::string> wordsOf(const std::string& text) {
+[[nodiscard]] inline std::vector<std::string> splitAtBlanks(const std::string& text) {
     std::istringstream in(text);
     std::vector<std::string> words;
     for (std::string word; in >> word;) {

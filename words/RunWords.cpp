@@ -51,8 +51,8 @@ std::string runInPlainWords(std::span<const Rule> run) {
 }
 
 std::string sentenceFromTo(const std::string& first, const std::string& last) {
-    const auto from = wordsOf(first);
-    const auto to = wordsOf(last);
+    const auto from = splitAtBlanks(first);
+    const auto to = splitAtBlanks(last);
     if (from.size() != to.size()) {
         return first;
     }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "editor/PresetExchange.hpp"
+#include "platform/PlainText.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {
@@ -16,21 +17,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string lowerCase(std::string_view text) {
-    std::string lower(text);
-    std::ranges::transform(lower, lower.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    });
-    return lower;
-}
-
-bool isPresetName(std::string_view name) {
-    return lowerCase(name).ends_with(presetFileExtension);
+bool isPresetName(const std::string& name) {
+    return inLowerCase(name).ends_with(presetFileExtension);
 }
 
 /// Whether it may be imported: a preset, or the rules of another tool.
-bool isImportable(std::string_view name) {
-    const auto lower = lowerCase(name);
+bool isImportable(const std::string& name) {
+    const auto lower = inLowerCase(name);
     return isPresetName(name) || lower.ends_with(".bmtp") || lower.ends_with(".cfg");
 }
 
@@ -53,12 +46,12 @@ bool isThere(const fs::path& path) {
 /// Whether an entry's name holds a text in lower case; the ending of a file counts for a text with a full
 /// stop only.
 bool holds(const PresetBrowserEntry& entry, const std::string& wanted) {
-    auto name = lowerCase(entry.name);
+    auto name = inLowerCase(entry.name);
     if (!entry.isFolder && wanted.find('.') == std::string::npos) {
         name.resize(name.rfind('.'));
     }
     return name.find(wanted) != std::string::npos ||
-           lowerCase(entry.sentence).find(wanted) != std::string::npos;
+           inLowerCase(entry.sentence).find(wanted) != std::string::npos;
 }
 
 /// Whether what was typed names a folder by the way it is written.
@@ -99,7 +92,7 @@ std::optional<std::vector<PresetBrowserEntry>> contentOf(const fs::path& folder,
         return std::nullopt;
     }
     std::ranges::sort(entries, {}, [](const PresetBrowserEntry& entry) {
-        return std::tuple(!entry.isFolder, lowerCase(entry.name), entry.name);
+        return std::tuple(!entry.isFolder, inLowerCase(entry.name), entry.name);
     });
     return entries;
 }
@@ -180,7 +173,7 @@ void PresetBrowser::type(std::string name) {
 }
 
 void PresetBrowser::filter(std::string_view part) {
-    const auto wanted = lowerCase(part);
+    const auto wanted = inLowerCase(std::string(part));
     shown_.clear();
     std::ranges::copy_if(all_, std::back_inserter(shown_),
                          [&wanted](const auto& entry) { return holds(entry, wanted); });
