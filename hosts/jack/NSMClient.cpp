@@ -18,6 +18,9 @@ namespace {
 constexpr const char* open = "/nsm/client/open";
 constexpr const char* save = "/nsm/client/save";
 
+/// OSC's time tag for what is to be done as soon as it is received. The library's own name for it is no C++.
+constexpr lo_timetag immediately{0, 1};
+
 /// The library aligns arguments to four bytes, and `lo_arg` asks for eight: none of its members may be named.
 std::string textOf(const lo_arg* argument) {
     return reinterpret_cast<const char*>(argument);
@@ -83,7 +86,7 @@ void NSMClient::announce(const Announcement& announcement) {
     constexpr int major = 1;
     constexpr int minor = 1;
     hasWindow_ = announcement.hasWindow;
-    ::lo_send_from(manager_.get(), server_.get(), LO_TT_IMMEDIATE, "/nsm/server/announce", "sssiii",
+    ::lo_send_from(manager_.get(), server_.get(), immediately, "/nsm/server/announce", "sssiii",
                    announcement.name.c_str(), hasWindow_ ? ":switch:dirty:optional-gui:" : ":switch:dirty:",
                    announcement.executable.c_str(), major, minor, static_cast<int>(::getpid()));
 }
@@ -112,10 +115,10 @@ void NSMClient::tick() {
 
 void NSMClient::answer(const char* path, const std::function<Outcome()>& operation) {
     if (const auto failure = outcomeOf(operation)) {
-        ::lo_send_from(manager_.get(), server_.get(), LO_TT_IMMEDIATE, "/error", "sis", path,
+        ::lo_send_from(manager_.get(), server_.get(), immediately, "/error", "sis", path,
                        static_cast<int>(failure->code), failure->words.c_str());
     } else {
-        ::lo_send_from(manager_.get(), server_.get(), LO_TT_IMMEDIATE, "/reply", "ss", path, "OK");
+        ::lo_send_from(manager_.get(), server_.get(), immediately, "/reply", "ss", path, "OK");
     }
 }
 
@@ -138,7 +141,7 @@ void NSMClient::sendWindowShown() {
 }
 
 void NSMClient::send(const char* path) {
-    ::lo_send_from(manager_.get(), server_.get(), LO_TT_IMMEDIATE, path, "");
+    ::lo_send_from(manager_.get(), server_.get(), immediately, path, "");
 }
 
 }  // namespace quillo
