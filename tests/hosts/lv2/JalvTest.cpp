@@ -2,11 +2,19 @@
 // The bundle that was built in a host of the world: jalv, under a JACK server without hardware.
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <jack/jack.h>
+#include <sys/stat.h>
+
 #include <algorithm>
+#include <stdexcept>
 #include <string>
 
-#include "hosts/lv2/JalvHost.hpp"
+#include "hosts/jack/JackPlayer.hpp"
+#include "hosts/jack/JackServer.hpp"
 #include "hosts/lv2/LV2TestHost.hpp"
+#include "platform/Descriptor.hpp"
+#include "support/ChildProcess.hpp"
 #include "support/TemporaryFolder.hpp"
 #include "support/TestRules.hpp"
 
@@ -28,13 +36,50 @@ void writeState(const std::string& folder, const char* uri, std::vector<Rule> ru
     ::lilv_state_free(state);
 }
 
-/// What comes back to a client that feeds the plug-in: a cycle later.
-std::vector<ScriptMessage> oneCycleLater(std::vector<ScriptMessage> messages) {
-    for (auto& message : messages) {
-        message.time += JalvHost::period;
+/// The plug-in in jalv, on a JACK server of the test's own, between two clients.
+class JalvHost {
+public:
+    static constexpr std::uint32_t period = 1024;
+
+    /// Restores the state in this folder. Throws when the plug-in cannot be run.
+    JalvHost(const char* uri, const std::string& folder)
+        : input_(openPipe(folder)),
+          jalv_({"sh", "-c", "exec jalv \"$@\" <\"$0\"", pipeIn(folder), "-n", "quillo", "-l", folder, uri},
+                {{"JACK_DEFAULT_SERVER", server_.name()}, {"LV2_PATH", QUILLO_LV2_PATH}}) {
+        connect(player_.outputName(), "quillo:in");
+        connect("quillo:out", player_.inputName());
+        player_.waitForConnection();
     }
-    return messages;
-}
+    /// jalv ends with its input. The server would wait for one that is killed.
+    ~JalvHost() {
+        input_ = Descriptor();
+        EXPECT_EQ(jalv_.wait(), 0);
+    }
+
+    [[nodiscard]] JackPlayer& player() { return player_; }
+
+private:
+    static std::string pipeIn(const std::string& folder) { return folder + "/input"; }
+
+    static Descriptor openPipe(const std::string& folder) {
+        ::mkfifo(pipeIn(folder).c_str(), 0600);
+        return Descriptor(::open(pipeIn(folder).c_str(), O_RDWR | O_CLOEXEC));
+    }
+
+    void connect(const std::string& from, const std::string& to) {
+        constexpr int shortWhile = 10;  // milliseconds
+        while (::jack_connect(player_.client(), from.c_str(), to.c_str()) != 0) {
+            if (jalv_.endsWithin(shortWhile)) {
+                throw std::runtime_error("jalv does not run the plug-in: " + jalv_.err().whole());
+            }
+        }
+    }
+
+    JackServer server_{{scriptSampleRate, period}};
+    JackPlayer player_{server_.name()};
+    Descriptor input_;
+    ChildProcess jalv_;
+};
 
 class Jalv : public testing::TestWithParam<const char*> {};
 
@@ -47,7 +92,7 @@ TEST_P(Jalv, EveryMessageComesBackAtItsFrameAndAnEchoAtIts) {
                {rule(onNoteOn(exactly(60)), send(noteOn(3, 61, 5), 100)),
                 rule(onNoteOn(exactly(62), any, PassThroughV2::EatMatching),
                      send(systemExclusive(Bytes(1000, 0x11)), 7))});
-    JalvHost host(QUILLO_LV2_PATH, GetParam(), folder.path().string());
+    JalvHost host(GetParam(), folder.path().string());
 
     std::vector<ScriptMessage> sent;
     SampleTime time = 3;
@@ -66,7 +111,7 @@ TEST_P(Jalv, EveryMessageComesBackAtItsFrameAndAnEchoAtIts) {
     expected.push_back({7000 + 336, longMessage});
     std::ranges::sort(expected, {}, &ScriptMessage::time);
 
-    EXPECT_EQ(host.play(sent, SampleTime{12} * JalvHost::period), oneCycleLater(expected));
+    EXPECT_EQ(host.player().play(sent, SampleTime{12} * JalvHost::period), expected);
 }
 
 }  // namespace
