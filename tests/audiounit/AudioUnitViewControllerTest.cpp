@@ -270,6 +270,7 @@ TEST_F(ControllerTest, AReporterThatOutlivesTheControllerDoesNothing) {
     const std::weak_ptr model = controller->model();
     tell("lost");
     controller.reset();
+    tell("lost again");
     queue.drain();
     EXPECT_TRUE(model.expired());
 }
@@ -318,6 +319,7 @@ TEST_F(ControllerTest, AMessageThatTheEditorCannotHoldIsReportedWhenItIsLoadedAn
         rule(onLoad(), send(protocol(StatusV2::programChange, channel(3), byte(9))), "old")};
     unit.processor->setRules(rules);
     controller->viewDidLoad();
+    ASSERT_TRUE(noticeBeforeEditing(elementsFrom(rules)));
     EXPECT_EQ(controller->model()->alertErrorMessage(), noticeBeforeEditing(elementsFrom(rules)));
     ASSERT_EQ(controller->model()->rules().size(), 1U);
     EXPECT_EQ(ruleFromElement(controller->model()->rules()[0]), rules[0]);

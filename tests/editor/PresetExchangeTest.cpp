@@ -5,13 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <fstream>
 
 #include "persistence/PluginData.hpp"
 #include "platform/AtomicFile.hpp"
 #include "support/EditorDesk.hpp"
+#include "support/TemporaryFolder.hpp"
 #include "support/TestRules.hpp"
 
 namespace quillo {
@@ -38,11 +38,7 @@ constexpr std::string_view copiedPressure =
 /// An editor with one rule, and a folder of its own.
 class PresetExchangeTest : public testing::Test {
 protected:
-    PresetExchangeTest() {
-        std::filesystem::create_directory(folder);
-        desk.addNoteOn();
-    }
-    ~PresetExchangeTest() override { std::filesystem::remove_all(folder); }
+    PresetExchangeTest() { desk.addNoteOn(); }
 
     std::filesystem::path write(std::string_view text) {
         const auto path = folder / "preset.json";
@@ -61,8 +57,8 @@ protected:
         return alert;
     }
 
-    std::filesystem::path folder =
-        std::filesystem::temp_directory_path() / ("quillo-preset-" + std::to_string(::getpid()));
+    const TemporaryFolder temporary;
+    const std::filesystem::path folder = temporary.path();
     EditorDesk desk;
 };
 

@@ -232,23 +232,6 @@ TEST_F(RuleListEditorTest, ADeletedRuleIsGone) {
     expectInstalled();
 }
 
-TEST_F(RuleListEditorTest, AMoveKeepsEveryRuleExactlyOnceAndTheOthersInOrder) {
-    for (std::size_t from = 0; from < 4; ++from) {
-        for (std::size_t to = 0; to < 6; ++to) {
-            EditorDesk fresh;
-            fresh.addNoteOns(4);
-            auto expected = fresh.editor.rules();
-            const auto moved = expected[from];
-            expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(from));
-            expected.insert(expected.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(to, 3)),
-                            moved);
-            fresh.editor.move({moved.id}, to);
-            EXPECT_EQ(fresh.editor.rules(), expected) << from << " to " << to;
-            EXPECT_EQ(fresh.installed, rulesOf(expected));
-        }
-    }
-}
-
 TEST_F(RuleListEditorTest, AMoveToItsOwnPlaceIsNoStep) {
     desk.addNoteOns(2);
     editor.move({desk.idOf(1)}, 1);
@@ -667,8 +650,10 @@ TEST_F(LoadedMessage, ThatGetsAnotherChannelWithOthersIsToldOfAsWell) {
 }
 
 TEST_F(LoadedMessage, OfAnImportIsTold) {
+    const auto notice = noticeBeforeEditing(elementsFrom({oldProgramChange("imported")}));
     editor.replaceAll({elementFromRule(oldProgramChange("imported"))}, "Import");
-    EXPECT_EQ(editor.alertErrorMessage(), noticeBeforeEditing(elementsFrom({oldProgramChange("imported")})));
+    ASSERT_TRUE(notice);
+    EXPECT_EQ(editor.alertErrorMessage(), notice);
     EXPECT_EQ(desk.installed, std::vector{oldProgramChange("imported")});
 }
 

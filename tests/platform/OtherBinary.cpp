@@ -35,8 +35,10 @@ void otherBinaryEnters(quillo::DispatchQueue& queue, std::uint64_t times) {
     }
 }
 
-void otherBinaryCloses(quillo::DispatchQueue& queue, const std::atomic<bool>& done) {
+std::uint64_t otherBinaryCloses(quillo::DispatchQueue& queue, const std::atomic<bool>& done) {
+    std::uint64_t barriers = 0;
     while (!done) {
-        queue.barrierSync([] {});
+        queue.barrierSync([&] { ++barriers; });
     }
+    return barriers;
 }

@@ -21,6 +21,6 @@ void otherBinaryLeavesClosingGate(quillo::ReaderGate& gate, std::atomic<int>& en
 /// Enters the queue so many times, as a render thread.
 void otherBinaryEnters(quillo::DispatchQueue& queue, std::uint64_t times);
 
-/// Closes the queue again and again, until `done`.
-void otherBinaryCloses(quillo::DispatchQueue& queue, const std::atomic<bool>& done);
+/// Closes the queue again and again, until `done`; returns how often.
+std::uint64_t otherBinaryCloses(quillo::DispatchQueue& queue, const std::atomic<bool>& done);
 }

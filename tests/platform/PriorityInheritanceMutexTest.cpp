@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "support/Threads.hpp"
+#include "support/WatchedThread.hpp"
 
 namespace {
 
@@ -67,10 +68,11 @@ TEST(PriorityInheritanceMutex, AWaitingThreadSeesWhatTheHolderWrote) {
     int written = 0;
     int read = 0;
     mutex.lock();
-    JoinedThread reader([&] {
+    WatchedThread reader([&] {
         const std::lock_guard lock(mutex);
         read = written;
     });
+    reader.awaitSleepOrEnd();
     written = 7;
     mutex.unlock();
     reader.join();

@@ -53,16 +53,15 @@ TEST(TwoBinaries, AQueueIsClosedInOneWhileTheOtherEntersTenMillionTimes) {
 TEST(TwoBinaries, AQueueIsEnteredTenMillionTimesInOneWhileTheOtherClosesIt) {
     DispatchQueue queue("test");
     std::atomic<bool> done{false};
-    std::uint64_t entered = 0;
+    std::uint64_t barriers = 0;
     {
-        const JoinedThread closer([&] { otherBinaryCloses(queue, done); });
-        while (entered < entries) {
+        const JoinedThread closer([&] { barriers = otherBinaryCloses(queue, done); });
+        for (std::uint64_t entered = 0; entered < entries; ++entered) {
             const DispatchQueue::RenderEntry entry(queue);
-            ++entered;
         }
         done = true;
     }
-    EXPECT_EQ(entered, entries);
+    EXPECT_GT(barriers, 0U);
 }
 
 }  // namespace

@@ -244,8 +244,7 @@ TEST_F(CheckCommandTest, StoresAnOlderPresetInTheCurrentForm) {
     const auto old = folder.with("old.json", "[" + nameless + "]");
     const auto result = run({"check", old, "--write", folder / "new.json"});
     EXPECT_EQ(result.status, exitSuccess);
-    const auto written = folder.read("new.json");
-    EXPECT_EQ(std::string(written.begin(), written.end()),
+    EXPECT_EQ(folder.readText("new.json"),
               R"({"rules":[)" + nameless.substr(0, nameless.size() - 1) + R"(,"name":"Message #1"}]})");
     EXPECT_THAT(result.err, HasSubstr("new.json: written in the current form"));
 }
@@ -254,7 +253,7 @@ TEST_F(CheckCommandTest, ReplacesAFileOnlyByForce) {
     const auto preset = folder.with("p.json", twoRules());
     const auto target = folder.with("there.json", std::string("mine"));
     EXPECT_EQ(run({"check", preset, "--write", target}).status, exitCannotCreate);
-    EXPECT_EQ(folder.read("there.json").size(), 4u);
+    EXPECT_EQ(folder.readText("there.json"), "mine");
     EXPECT_EQ(run({"check", preset, "--write", target, "--force"}).status, exitSuccess);
     EXPECT_EQ(folder.read("there.json"), twoRules());
 }

@@ -33,6 +33,10 @@ public:
     }
 
     [[nodiscard]] Data read(const std::string& name) const { return readWholeFile(*this / name); }
+    [[nodiscard]] std::string readText(const std::string& name) const {
+        const auto bytes = read(name);
+        return {bytes.begin(), bytes.end()};
+    }
     [[nodiscard]] bool has(const std::string& name) const { return std::filesystem::exists(*this / name); }
 
     [[nodiscard]] std::size_t fileCount() const {

@@ -37,9 +37,9 @@ TEST_F(ImportCommandTest, ReplacesAFileOnlyByForce) {
     const auto source = folder.with("stage.bmtp", stage);
     const auto target = folder.with("mine.json", std::string("mine"));
     EXPECT_EQ(run({"import", source, "-o", target}).status, exitCannotCreate);
-    EXPECT_EQ(folder.read("mine.json").size(), 4U);
+    EXPECT_EQ(folder.readText("mine.json"), "mine");
     EXPECT_EQ(run({"import", source, "-o", target, "--force"}).status, exitSuccess);
-    EXPECT_GT(folder.read("mine.json").size(), 4U);
+    EXPECT_EQ(folder.readText("mine.json"), run({"import", source, "-o", "-"}).out);
 }
 
 TEST_F(ImportCommandTest, SaysOnStandardErrorWhatBecameOfTheLinesWhenThePresetGoesToStandardOutput) {

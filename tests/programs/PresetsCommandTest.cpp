@@ -49,16 +49,16 @@ TEST_F(PresetsCommandTest, WritesToStandardOutputWhatItWritesToAFile) {
     const auto result = run({"presets", "echo", "--write", "-"});
     EXPECT_EQ(result.status, exitSuccess);
     run({"presets", "echo", "--write", folder / "echo.json"});
-    EXPECT_EQ(std::vector<std::uint8_t>(result.out.begin(), result.out.end()), folder.read("echo.json"));
+    EXPECT_EQ(result.out, folder.readText("echo.json"));
 }
 
 TEST_F(PresetsCommandTest, ReplacesAFileOnlyByForce) {
     const auto path = folder.with("mine.json", std::string("mine"));
     const auto refused = run({"presets", "echo", "--write", path});
     EXPECT_EQ(refused.status, exitCannotCreate);
-    EXPECT_EQ(folder.read("mine.json").size(), 4U);
+    EXPECT_EQ(folder.readText("mine.json"), "mine");
     EXPECT_EQ(run({"presets", "echo", "--write", path, "--force"}).status, exitSuccess);
-    EXPECT_GT(folder.read("mine.json").size(), 4U);
+    EXPECT_EQ(folder.readText("mine.json"), run({"presets", "echo", "--write", "-"}).out);
 }
 
 TEST_F(PresetsCommandTest, SaysWhereTheNamesStandWhenThereIsNoSuchPreset) {

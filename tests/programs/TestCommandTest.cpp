@@ -113,7 +113,7 @@ TEST_F(TestCommandTest, NeverReplacesATestWithoutForce) {
     const auto refused = run({"test", path, "--record", take});
     EXPECT_EQ(refused.status, exitTrouble);
     EXPECT_THAT(refused.err, HasSubstr("is there already; --force replaces it"));
-    EXPECT_EQ(folder.read("p.test").size(), wrong.size());
+    EXPECT_EQ(folder.readText("p.test"), wrong);
     EXPECT_EQ(run({"test", path, "--record", take, "--force"}).status, exitSuccess);
     EXPECT_EQ(run({"test", path}).status, exitSuccess);
 }
@@ -153,7 +153,7 @@ TEST_F(TestCommandTest, TakesNoTestForAPreset) {
     const auto refused = run({"test", path, "--record", take, "--force"});
     EXPECT_EQ(refused.status, exitUsage);
     EXPECT_THAT(refused.err, HasSubstr("test takes presets, and " + path + " is a test"));
-    EXPECT_EQ(folder.read("p.test").size(), presetOf({}).size());
+    EXPECT_EQ(folder.read("p.test"), presetOf({}));
 }
 
 /// The test that the verb's help shows, its lines behind two blanks.

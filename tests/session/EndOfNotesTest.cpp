@@ -149,11 +149,13 @@ TEST_F(EndOfNotesTest, APanicDiscardsWhatWaits) {
     block(16, {{0, {0x80, 1, 1}}, {5, {0x90, 60, 1}}, {6, {0x90, 62, 1}}});
     processor.send(noteOn(0, 1, 1));
     renderer.requests().ask(Kind::panic);
-    const auto left = block(16);
-    EXPECT_EQ(left.size(), 7U);
-    for (const auto& [offset, bytes] : left) {
-        EXPECT_NE(bytes[0], 0x90);
-    }
+    EXPECT_EQ(block(16), (Timed{{0, {0x80, 60, 64}},
+                                {0, {0x80, 62, 64}},
+                                {0, {0xB0, 64, 0}},
+                                {0, {0xB0, 66, 0}},
+                                {0, {0xB0, 67, 0}},
+                                {0, {0xB0, 123, 0}},
+                                {0, {0xB0, 120, 0}}}));
     EXPECT_EQ(renderer.requests().takeAnswer(), (PanicResult{2, 0, 3}));
     EXPECT_EQ(block(64), Timed());
 }

@@ -60,6 +60,13 @@ void click(Point place) {
     act("mousemove " + std::to_string(left + place.x) + " " + std::to_string(top + place.y) + " click 1");
 }
 
+clap_window_t x11Window(HostWindow::Handle handle) {
+    clap_window_t window{};
+    window.api = CLAP_WINDOW_API_X11;
+    window.x11 = handle;
+    return window;
+}
+
 /// A host with the editor of its instance in a window.
 class CLAPEditorHost : public CLAPTestHost {
 public:
@@ -75,9 +82,7 @@ public:
 
     /// Puts an editor that was made into the window, and waits until it is seen.
     void attach() {
-        clap_window_t parent{};
-        parent.api = CLAP_WINDOW_API_X11;
-        parent.x11 = window.handle();
+        const auto parent = x11Window(window.handle());
         ASSERT_TRUE(gui.set_parent(plugin, &parent));
         ASSERT_TRUE(gui.show(plugin));
         idleUntil([this] { return colour() != HostWindow::colour; });
@@ -247,9 +252,7 @@ TEST_F(CLAPEditor, ShowsWhyAStateWasRefused) {
 TEST_F(CLAPEditor, DoesNothingBeforeItIsMade) {
     const auto& gui = host.gui;
     std::uint32_t length = 0;
-    clap_window_t parent{};
-    parent.api = CLAP_WINDOW_API_X11;
-    parent.x11 = host.window.handle();
+    const auto parent = x11Window(host.window.handle());
     EXPECT_FALSE(gui.get_size(host.plugin, &length, &length));
     EXPECT_FALSE(gui.adjust_size(host.plugin, &length, &length));
     EXPECT_FALSE(gui.set_size(host.plugin, 500, 500));
@@ -278,9 +281,7 @@ TEST_F(CLAPEditor, RefusesWhatIsNotThere) {
 
 TEST_F(CLAPEditor, LivesWithAParentThatIsNoWindow) {
     ASSERT_TRUE(host.gui.create(host.plugin, CLAP_WINDOW_API_X11, false));
-    clap_window_t parent{};
-    parent.api = CLAP_WINDOW_API_X11;
-    parent.x11 = 1;
+    const auto parent = x11Window(1);
     host.gui.set_parent(host.plugin, &parent);
     host.gui.show(host.plugin);
     host.turn();
@@ -354,11 +355,20 @@ TEST(CLAPEditors, OfSeveralInstancesAreOpenAtOnce) {
 }
 
 TEST(CLAPEditors, GoWithTheirInstances) {
+    const HostWindow window(left, top, 1100, 700);
+    const auto parent = x11Window(window.handle());
     for (int i = 0; i < 5; ++i) {
-        CLAPEditorHost host;
-        host.start();
-        host.open();
-        host.process(64);
+        {
+            CLAPTestHost host;
+            host.start();
+            const auto& gui = host.extension<clap_plugin_gui_t>(CLAP_EXT_GUI);
+            ASSERT_TRUE(gui.create(host.plugin, CLAP_WINDOW_API_X11, false));
+            ASSERT_TRUE(gui.set_parent(host.plugin, &parent));
+            ASSERT_TRUE(gui.show(host.plugin));
+            host.process(64);
+            EXPECT_EQ(window.children().size(), 1U);
+        }
+        EXPECT_TRUE(window.children().empty());
     }
 }
 

@@ -220,6 +220,7 @@ TEST_F(JackLife, AServerThatHangsIsToldAndSignalsEndTheProgramAllTheSame) {
     do {
         program->signal(SIGTERM);
     } while (!program->endsWithin(shortWhile));
+    EXPECT_EQ(program->wait(), exitSuccess);
 }
 
 TEST_F(JackLife, ASignalEndsTheProgramWellWhileAServerThatHangsKeepsItFromTheBeginning) {
@@ -261,7 +262,6 @@ TEST_F(JackLife, ThePortsAreConnectedAsOftenAsTheirPatternsAppear) {
         EXPECT_EQ(player.play(note, 256), (Messages{{7, {0xB0, 20, 1}}}));
     }
     EXPECT_EQ(end(*program), 0);
-    EXPECT_THAT(program->err().soFar(), Not(HasSubstr("hears midi-quillo")));
 }
 
 TEST_F(JackLife, APortIsKnownByItsAliasToo) {

@@ -46,9 +46,9 @@ protected:
         return std::to_string(place.x) + " " + std::to_string(place.y);
     }
 
-    /// Whether the plug-in comes to mark the project changed that often.
+    /// Waits until the plug-in has marked the project changed that often; false when it has more often.
     bool isMarkedChanged(int times) {
-        for (int turn = 0; turn < 1000 && plugIn.handler().timesMarkedChanged < times; ++turn) {
+        while (plugIn.handler().timesMarkedChanged < times) {
             loop.turn(10);
         }
         return plugIn.handler().timesMarkedChanged == times;
