@@ -66,7 +66,7 @@ public:
 private:
     PlugInComponent(Steinberg::IPtr<Steinberg::Vst::IComponent> component,
                     Steinberg::IPtr<Steinberg::Vst::IAudioProcessor> processor, QuilloProcessor& quillo);
-    virtual ~PlugInComponent() = default;
+    ~PlugInComponent() = default;
 
     Steinberg::IPtr<Steinberg::Vst::IComponent> component_;
     Steinberg::IPtr<Steinberg::Vst::IAudioProcessor> processor_;

@@ -35,7 +35,7 @@ public:
     Steinberg::tresult PLUGIN_API setHostContext(Steinberg::FUnknown* context) override;
 
 private:
-    virtual ~PlugInFactory() = default;
+    ~PlugInFactory() = default;
 
     Steinberg::tresult make(Steinberg::FIDString classId, Steinberg::FIDString id, void** object);
 

@@ -68,7 +68,7 @@ TEST(PriorityInheritanceMutex, AWaitingThreadSeesWhatTheHolderWrote) {
     int written = 0;
     int read = 0;
     mutex.lock();
-    WatchedThread reader([&] {
+    test::WatchedThread reader([&] {
         const std::lock_guard lock(mutex);
         read = written;
     });

@@ -7,6 +7,7 @@
 #include <random>
 #include <vector>
 
+#include "platform/InStableOrder.hpp"
 #include "support/TestOutput.hpp"
 
 namespace quillo {
@@ -61,8 +62,7 @@ TEST_F(OutputInOrderTest, MessagesOfOneTimeLeaveInTheOrderInWhichTheyWereSent) {
         EXPECT_EQ(messages.trySend(sent.back().first, sent.back().second), Room::enough);
     }
     messages.end();
-    std::ranges::stable_sort(sent, {}, &Timed::value_type::first);
-    EXPECT_EQ(host.take(), sent);
+    EXPECT_EQ(host.take(), inStableOrder(sent, &Timed::value_type::first));
 }
 
 TEST_F(OutputInOrderTest, WhatWaitsComesBeforeWhatIsSentAtItsTime) {

@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <utility>
+
+#include "platform/InStableOrder.hpp"
 
 namespace quillo::test {
 
@@ -119,7 +122,7 @@ Sent SlowModel::block(std::uint32_t frames, const std::vector<Incoming>& events,
     if (format_ != Format::unit) {
         judgeTransport();
         transport_.pass(frames_ - offset_);
-        std::ranges::stable_sort(sent_, {}, &Sent::value_type::first);
+        sent_ = inStableOrder(std::move(sent_), &Sent::value_type::first);
     }
     start_ += frames_;
     for (const auto& [offset, bytes] : sent_) {
