@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "FuzzInput.hpp"
+#include "FuzzRules.hpp"
 #include "hosts/clap/CLAPExtensions.hpp"
 #include "hosts/clap/CLAPPlugin.hpp"
 #include "hosts/vst3/StateChunk.hpp"
@@ -41,9 +42,12 @@ struct Stream {
                            return static_cast<Stream*>(stream->ctx)->write(buffer, size);
                        }};
 
+    [[nodiscard]] bool failsAtItsEnd() const { return longestPiece == 0; }
+
     std::int64_t read(void* buffer, std::uint64_t size) {
-        const auto count = std::min({static_cast<std::size_t>(size), longestPiece, bytes.size() - position});
-        if (longestPiece == 0) {
+        const auto piece = failsAtItsEnd() ? bytes.size() : longestPiece;
+        const auto count = std::min({static_cast<std::size_t>(size), piece, bytes.size() - position});
+        if (count == 0 && failsAtItsEnd()) {
             return -1;
         }
         std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(position), count,
@@ -71,6 +75,7 @@ void loadIntoCLAP(fuzz::FuzzInput input) {
     const auto document = input.rest();
     const auto* plugin = CLAPPlugin::create(&host);
     require(plugin->init(plugin), "an instance is made");
+    CLAPPlugin::instanceOf(plugin)->session.processor().setRules(fuzz::fuzzRules());
     Stream stream{longestPiece, {document.begin(), document.end()}};
     const auto before = saved(plugin, 256);
     if (clapState().load(plugin, &stream.in)) {

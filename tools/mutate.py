@@ -166,7 +166,7 @@ def judges_of_project():
 
 def chosen_changes(folder, programs, asked):
     """So many changes of a folder, each with its file's text."""
-    paths = sorted(path for path in pathlib.Path(folder).glob('*.[ch]pp') if asked.wanted in str(path))
+    paths = sorted(path for path in pathlib.Path(folder).glob('*.[ch]pp') if f'/{asked.wanted}' in f'/{path}')
     texts = {str(path): path.read_text() for path in paths}
     there = [(change, text) for path, text in texts.items() for change in changes_of(path, text)
              if programs[change.preset(text)]]
