@@ -111,6 +111,9 @@ public:
     /// Whether a block without messages would have something to end or to answer.
     [[nodiscard]] bool isOwing() const QUILLO_REALTIME { return owed_.any() || requests_.any(); }
 
+    /// Whether what has gone out lets a note sound or a pedal be down.
+    [[nodiscard]] bool isSounding() const QUILLO_REALTIME { return output_.sounding().any(); }
+
     /// The transport as it is where the rendering stands.
     [[nodiscard]] const HostTransport& transport() const QUILLO_REALTIME { return transport_; }
 

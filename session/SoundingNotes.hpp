@@ -41,6 +41,8 @@ public:
     /// The channels on which anything has been sent, a bit for each.
     [[nodiscard]] std::uint16_t channelsUsed() const QUILLO_REALTIME { return channelsUsed_; }
 
+    /// Whether a note sounds or a pedal is down.
+    [[nodiscard]] bool any() const QUILLO_REALTIME { return countOfNotes() + countOfPedals() > 0; }
     [[nodiscard]] std::size_t countOfNotes() const QUILLO_REALTIME;
     [[nodiscard]] std::size_t countOfPedals() const QUILLO_REALTIME;
 

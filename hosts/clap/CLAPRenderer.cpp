@@ -147,7 +147,7 @@ void CLAPRenderer::takeMIDI(const clap_event_midi_t& event) QUILLO_REALTIME {
 clap_process_status CLAPRenderer::nextStatus() QUILLO_REALTIME {
     asleep_ = true;
     if (output_.isWaiting() || processor_.hasWaitingMessages() || processor_.hearsHostTransport() ||
-        renderer_.isOwing()) {
+        renderer_.isSounding() || renderer_.isOwing()) {
         asleep_ = false;
         return CLAP_PROCESS_CONTINUE;
     }

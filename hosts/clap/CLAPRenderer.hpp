@@ -32,9 +32,14 @@ public:
         endNotes();
     }
 
-    /// [any] The host stops listening: the notes that sound end in the next block, for it takes nothing
-    /// before.
-    void endNotes() QUILLO_REALTIME { renderer_.requests().ask(RenderRequests::Kind::endOfNotes); }
+    /// [render; main, while nothing renders] The host stops listening, or puts a plug-in that may sleep to
+    /// sleep, with the same call. The notes that sound end in the next block, for it takes nothing before;
+    /// where the plug-in may sleep there are none.
+    void endNotes() QUILLO_REALTIME {
+        if (!maySleep_) {
+            renderer_.requests().ask(RenderRequests::Kind::endOfNotes);
+        }
+    }
 
     /// The blocks that follow do not join those before, whatever the host's steady time says.
     void interrupt() QUILLO_REALTIME {
@@ -43,7 +48,8 @@ public:
     }
 
     /// One block. `CLAP_PROCESS_SLEEP` when nothing is left to do before something happens: nothing waits or
-    /// is owed to be sent, and no rule waits for the transport, of which a sleeping plug-in hears nothing.
+    /// is owed to be sent, nothing sounds that a host that stops listening would leave hanging, and no rule
+    /// waits for the transport, of which a sleeping plug-in hears nothing.
     clap_process_status process(const clap_process_t& process) QUILLO_REALTIME;
 
     /// [main] Whether there is something to do that the host cannot know of, and the last block said that

@@ -186,14 +186,14 @@ void SlowModel::offer() {
     }
 }
 
-/// Nothing is left to be sent, and no rule waits for the transport. A rule behind one that consumes what does
+/// Nothing is left to be sent, nothing sounds, and no rule waits for the transport. A rule behind one that consumes what does
 /// not match never hears of a change.
 bool SlowModel::maySleep() const {
     const bool hearsTransport =
         std::ranges::any_of(std::array{Trigger::Start, Trigger::Continue, Trigger::Stop},
                             [&](Trigger change) { return !runReference(rules_, change).fired.empty(); });
     return !hearsTransport && owed_.empty() && waiting_.empty() && owedNotes_.empty() &&
-           owedControllers_.empty();
+           owedControllers_.empty() && receivers_.notes.empty() && receivers_.pedals.empty();
 }
 
 void SlowModel::note(Log& log, std::int64_t time, const Bytes& bytes) {

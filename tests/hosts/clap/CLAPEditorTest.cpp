@@ -327,8 +327,8 @@ TEST_F(CLAPEditor, OpensAndClosesManyTimesWhileBlocksAreProcessed) {
     std::thread audio([&] {
         while (!done) {
             const auto now = host.now;
-            EXPECT_EQ(host.process(64, Bytes{0x90, 60, 1}), CLAP_PROCESS_SLEEP);
-            EXPECT_EQ(host.take(), (Messages{{now, {0x90, 60, 1}}}));
+            EXPECT_EQ(host.process(64, Bytes{0xC0, 60}), CLAP_PROCESS_SLEEP);
+            EXPECT_EQ(host.take(), (Messages{{now, {0xC0, 60}}}));
             ++blocks;
             std::this_thread::yield();
         }

@@ -277,6 +277,7 @@ TEST_F(CLAPHostile, EventsOfNoiseNeitherStopNorConfuseIt) {
         events.clear();
     }
     host.take();
+    host.plugin->reset(host.plugin);
     host.process(48000);
     host.take();
     EXPECT_EQ(host.process(64, Bytes{0xB3, 1, 2}), CLAP_PROCESS_SLEEP);

@@ -86,8 +86,8 @@ TEST(CLAPLifecycle, NotesThatSoundWhenTheHostStopsListeningEndInTheNextBlock) {
         host.process(64, Bytes{0xB5, 66, 127});
         host.take();
         stop(host);
-        EXPECT_EQ(host.process(64, Bytes{0x90, 70, 1}), CLAP_PROCESS_SLEEP);
-        EXPECT_EQ(host.take(), (Messages{{128, {0x85, 60, 64}}, {128, {0xB5, 66, 0}}, {128, {0x90, 70, 1}}}));
+        EXPECT_EQ(host.process(64, Bytes{0xC0, 70}), CLAP_PROCESS_SLEEP);
+        EXPECT_EQ(host.take(), (Messages{{128, {0x85, 60, 64}}, {128, {0xB5, 66, 0}}, {128, {0xC0, 70}}}));
     }
 }
 
@@ -134,15 +134,15 @@ TEST(CLAPLifecycle, TheBinaryCanBeLoadedAndLetGoManyTimes) {
     for (int i = 0; i < 20; ++i) {
         CLAPTestHost host;
         host.start();
-        EXPECT_EQ(host.process(64, Bytes{0x90, 60, 1}), CLAP_PROCESS_SLEEP);
-        EXPECT_EQ(host.take(), (Messages{{0, {0x90, 60, 1}}}));
+        EXPECT_EQ(host.process(64, Bytes{0xC0, 60}), CLAP_PROCESS_SLEEP);
+        EXPECT_EQ(host.take(), (Messages{{0, {0xC0, 60}}}));
     }
 }
 
 TEST(CLAPLifecycle, AHostWithoutExtensionsIsServed) {
     CLAPTestHost host({.state = false, .timers = false});
     host.start();
-    EXPECT_EQ(host.process(64, Bytes{0x90, 60, 1}), CLAP_PROCESS_SLEEP);
+    EXPECT_EQ(host.process(64, Bytes{0xC0, 60}), CLAP_PROCESS_SLEEP);
     host.plugin->on_main_thread(host.plugin);
 }
 

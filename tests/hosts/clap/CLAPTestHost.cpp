@@ -81,13 +81,25 @@ const void* CLAPTestHost::offer(const std::string& name) const {
 
 CLAPTestHost& CLAPTestHost::start(std::uint32_t longestBlock) {
     EXPECT_TRUE(plugin->activate(plugin, clapSampleRate, 1, longestBlock));
-    EXPECT_TRUE(plugin->start_processing(plugin));
+    startProcessing();
     return *this;
 }
 
 void CLAPTestHost::stop() {
-    plugin->stop_processing(plugin);
+    if (isProcessing_) {
+        stopProcessing();
+    }
     plugin->deactivate(plugin);
+}
+
+void CLAPTestHost::startProcessing() {
+    EXPECT_TRUE(plugin->start_processing(plugin));
+    isProcessing_ = true;
+}
+
+void CLAPTestHost::stopProcessing() {
+    plugin->stop_processing(plugin);
+    isProcessing_ = false;
 }
 
 void CLAPTestHost::loadRules(std::vector<Rule> rules) {
@@ -109,6 +121,9 @@ Bytes CLAPTestHost::save(std::size_t longestPiece) {
 
 clap_process_status CLAPTestHost::process(std::uint32_t frames, const CLAPEvents& events,
                                           const clap_event_transport_t* transport) {
+    if (stopsWhenAsleep && !isProcessing_) {
+        startProcessing();
+    }
     frames_ = frames;
     lastOffset_ = 0;
     clap_process_t process{};
@@ -122,6 +137,9 @@ clap_process_status CLAPTestHost::process(std::uint32_t frames, const CLAPEvents
     calls += scope.counts();
     now += frames;
     steadyTime += steadyTime < 0 ? 0 : frames;
+    if (stopsWhenAsleep && status == CLAP_PROCESS_SLEEP) {
+        stopProcessing();
+    }
     return status;
 }
 

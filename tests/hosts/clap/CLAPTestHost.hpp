@@ -66,6 +66,9 @@ public:
     /// Whether there is room for system exclusive at all.
     bool takesSystemExclusive = true;
 
+    /// Whether it stops processing behind a block that lets it, and starts again for the next one.
+    bool stopsWhenAsleep = false;
+
     /// Of the next block; without one when below 0.
     std::int64_t steadyTime = 0;
 
@@ -88,6 +91,8 @@ private:
     }
 
     [[nodiscard]] const void* offer(const std::string& name) const;
+    void startProcessing();
+    void stopProcessing();
     bool tryPush(const clap_event_header_t& event);
     void check(const clap_event_header_t& event) const;
 
@@ -98,6 +103,7 @@ private:
     clap_host_timer_support_t timerSupport_;
     clap_output_events_t output_;
     clap_id nextTimer_ = 7;
+    bool isProcessing_ = false;
     std::uint32_t frames_ = 0;      ///< of the block
     std::uint32_t lastOffset_ = 0;  ///< of what the instance has sent in the block
     std::vector<ScriptMessage> sent_;
