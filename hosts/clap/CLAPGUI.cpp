@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <exception>
+#include <iostream>
 #include <memory>
 #include <string_view>
 
 #include "hosts/clap/CLAPEditor.hpp"
 #include "hosts/clap/CLAPExtensions.hpp"
 #include "hosts/clap/CLAPPlugin.hpp"
+#include "platform/FatalError.hpp"
+#include "platform/QuotedText.hpp"
 
 namespace quillo {
 
@@ -35,13 +39,23 @@ bool getPreferredAPI(const clap_plugin_t* /*plugin*/, const char** api, bool* is
     return true;
 }
 
-bool create(const clap_plugin_t* plugin, const char* api, bool isFloating) noexcept {
-    return CLAPPlugin::with(plugin, false, [&](CLAPInstance& instance) {
-        if (!isAPISupported(plugin, api, isFloating) || instance.editor || EmbeddedEditor::whyNot()) {
-            return false;
+/// Nobody shows the user more than that nothing opens: why stands on the error stream.
+bool openEditor(CLAPInstance& instance) {
+    try {
+        if (const auto reason = EmbeddedEditor::whyNot()) {
+            fatalError(*reason);
         }
         instance.editor = std::make_shared<CLAPEditor>(instance);
         return true;
+    } catch (const std::exception& error) {
+        std::cerr << "MIDI Quillo: the editor cannot be opened: " << escapedLines(wordsOf(error)) << '\n';
+        return false;
+    }
+}
+
+bool create(const clap_plugin_t* plugin, const char* api, bool isFloating) noexcept {
+    return CLAPPlugin::with(plugin, false, [&](CLAPInstance& instance) {
+        return isAPISupported(plugin, api, isFloating) && !instance.editor && openEditor(instance);
     });
 }
 

@@ -155,6 +155,17 @@ TEST_F(CLAPEditor, OpensInTheHostsWindowAtItsPreferredSize) {
     EXPECT_TRUE(host.window.children().empty());
 }
 
+TEST_F(CLAPEditor, ThatCannotBeOpenedSaysWhyOnTheErrorStream) {
+    const std::string display = std::getenv("DISPLAY");
+    ASSERT_EQ(setenv("DISPLAY", ":9999", 1), 0);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(host.gui.create(host.plugin, CLAP_WINDOW_API_X11, false));
+    const auto told = testing::internal::GetCapturedStderr();
+    ASSERT_EQ(setenv("DISPLAY", display.c_str(), 1), 0);
+    EXPECT_EQ(told, "MIDI Quillo: the editor cannot be opened: There is no display to open the editor on.\n");
+    host.open();
+}
+
 TEST_F(CLAPEditor, AsksForATimerOfThirtyTimesASecondWhileItIsOpen) {
     host.open();
     ASSERT_EQ(host.timers.size(), 1U);
