@@ -344,6 +344,11 @@ void ServerLink::tellOfLosses() {
     if (const auto lost = sinceLastTold(toldLost_, cycle_.lost())) {
         messages_.say("the input port was full: " + counted(lost, "message") + " lost");
     }
+    if (session_.renderer().hasLostOutputs() && !std::exchange(toldLostOutputs_, true)) {
+        static_assert(RuleProcessor::delayCapacity == 10'000);
+        messages_.say("more than 10,000 delayed outputs waited at one time: those that were to leave first "
+                      "are lost, the ends of notes perhaps among them");
+    }
 }
 
 }  // namespace quillo

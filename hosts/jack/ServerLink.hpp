@@ -126,6 +126,7 @@ private:
     std::uint64_t toldRefused_ = 0;
     std::uint64_t toldTooLong_ = 0;
     std::uint64_t toldLost_ = 0;
+    bool toldLostOutputs_ = false;
 };
 
 }  // namespace quillo

@@ -64,6 +64,12 @@ protected:
         return output.take();
     }
 
+    void letPass(int seconds) {
+        for (int count = 0; count < seconds * EventLoop::ticksPerSecond; ++count) {
+            loop.tick();
+        }
+    }
+
     void takeSignal(int signal) {
         ::kill(::getpid(), signal);
         loop.callbacks.at(signals.number())();
@@ -346,6 +352,22 @@ TEST_F(JackHostTest, AFatalErrorOfACycleEndsTheProgram) {
     loop.tick();
     EXPECT_EQ(loop.status, exitFatal);
     EXPECT_THAT(err.str(), testing::EndsWith(": No more time.\n"));
+}
+
+TEST_F(JackHostTest, ThatDelayedOutputsAreLostIsToldOnce) {
+    start();
+    err.str("");
+    host->session().install(
+        {rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(0, 61, 5), 60'000))});
+    for (std::size_t count = 0; count < RuleProcessor::delayCapacity; ++count) {
+        block({0x90, 60, 1});
+    }
+    letPass(1);
+    EXPECT_EQ(err.str(), "");
+    block({0x90, 60, 1});
+    letPass(2);
+    EXPECT_EQ(err.str(), "midi-quillo-jack: more than 10,000 delayed outputs waited at one time: those that "
+                         "were to leave first are lost, the ends of notes perhaps among them\n");
 }
 
 TEST_F(JackHostTest, TheLogIsPrintedWhenItIsAskedFor) {
