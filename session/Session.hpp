@@ -40,7 +40,7 @@ public:
 
     /// The rate of the frames from now on, rounded down; an invalid one is rejected. Rules that are there
     /// already get their delays again when it is another one than theirs, so that they stay right in
-    /// milliseconds. Nothing on success.
+    /// milliseconds; what waits already keeps its frames. Nothing on success.
     [[nodiscard]] std::optional<std::string> setSampleRate(double rate);
 
     /// [any but render] The state document: the bytes that a preset file has too. Throws an `EncodingError`
