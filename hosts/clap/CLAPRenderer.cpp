@@ -143,12 +143,15 @@ void CLAPRenderer::takeMIDI(const clap_event_midi_t& event) QUILLO_REALTIME {
 }
 
 /// The plug-in counts as asleep before it is looked whether it may sleep: what is done on the main thread in
-/// between either is seen here, or finds it asleep and wakes it.
+/// between either is seen here, or finds it asleep and wakes it. For that, each thread exchanges `asleep_`
+/// between what it did and what it looks at, the main one in `mustBeWoken` for the value that it had: of two
+/// exchanges the later one has the earlier one's value, and with it all that was done before. A store and a
+/// load of the other's word in its place may pass each other on processors that let loads go first.
 clap_process_status CLAPRenderer::nextStatus() QUILLO_REALTIME {
-    asleep_ = true;
+    asleep_.exchange(1, std::memory_order_acq_rel);
     if (output_.isWaiting() || processor_.hasWaitingMessages() || processor_.hearsHostTransport() ||
         renderer_.isSounding() || renderer_.isOwing()) {
-        asleep_ = false;
+        asleep_ = 0;
         return CLAP_PROCESS_CONTINUE;
     }
     maySleep_ = true;
@@ -156,8 +159,9 @@ clap_process_status CLAPRenderer::nextStatus() QUILLO_REALTIME {
 }
 
 bool CLAPRenderer::mustBeWoken() {
-    return asleep_ && (processor_.pendingInstantMessages() > 0 || processor_.hearsHostTransport() ||
-                       renderer_.requests().any());
+    return asleep_.fetch_or(0, std::memory_order_acq_rel) != 0 &&
+           (processor_.pendingInstantMessages() > 0 || processor_.hearsHostTransport() ||
+            renderer_.requests().any());
 }
 
 }  // namespace quillo

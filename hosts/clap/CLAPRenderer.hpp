@@ -28,7 +28,7 @@ public:
 
     /// [main, while nothing renders] No blocks come before the next activation, which is the host's affair.
     void deactivate() {
-        asleep_ = false;
+        asleep_ = 0;
         endNotes();
     }
 
@@ -74,7 +74,7 @@ private:
     bool maySleep_ = false;             ///< the last block said that the host may let the plug-in sleep
     bool interrupted_ = true;           ///< frames may pass before the next block
     std::int64_t nextSteadyTime_ = -1;  ///< of the block that would follow the last one; below 0 when unknown
-    std::atomic<bool> asleep_{false};   ///< as `maySleep_` while the plug-in is active, for the main thread
+    std::atomic<unsigned> asleep_{0};  ///< 1 as `maySleep_`, while the plug-in is active; for the main thread
 };
 
 }  // namespace quillo
