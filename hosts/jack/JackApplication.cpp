@@ -173,7 +173,8 @@ private:
     void addServerBar() {
         auto bar = std::make_unique<ServerBar>(ServerBar::Actions{
             [this] { return host_->link().status(); },
-            [this](const PortDescription& port, bool connected) { host_->setConnected(port, connected); }});
+            [this](const PortDescription& port, bool connected) { host_->setConnected(port, connected); },
+            [this] { return host_->link().isWanted(); }});
         bar_ = bar.get();
         shell_->view().setStatusBar(std::move(bar));
     }

@@ -39,6 +39,8 @@ NSMClient::Outcome ManagedSession::openProject(const NSMClient::Project& project
     const SessionFiles files(project.path, "rules");
     files.removeLeftovers();
     if (auto failure = loadRules(files)) {
+        alert_ = failure->words + "\nNo project is open: nothing here can be saved.";
+        host_.session.tellUser(alert_);
         return failure;
     }
     project_ = files;
@@ -53,6 +55,7 @@ void ManagedSession::leaveProject() {
     using Kind = RenderRequests::Kind;
     host_.link.endNotes();
     host_.link.leave();
+    host_.session.takeBack(alert_);
     project_.reset();
     host_.session.install({});
     host_.session.renderer().requests().ask(Kind::cancelAll);

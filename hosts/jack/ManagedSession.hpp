@@ -63,6 +63,7 @@ private:
     Host host_;
     std::optional<NSMClient> manager_;     ///< there since `join`
     std::optional<SessionFiles> project_;  ///< that is open
+    std::string alert_;                    ///< why the one that was asked for is not
 };
 
 }  // namespace quillo

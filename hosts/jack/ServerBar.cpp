@@ -19,6 +19,7 @@ namespace quillo {
 namespace {
 
 constexpr auto noServer = "No JACK server. MIDI Quillo waits for one.";
+constexpr auto noProject = "No project is open.";
 constexpr int buttonHeight = 22;
 
 /// A sound card's ports have numbers; their alias says which device they are.
@@ -78,7 +79,7 @@ ServerBar::ServerBar(Actions actions)
 
 void ServerBar::refresh() {
     status_ = actions_.status();
-    text_ = juceText(inWords(status_));
+    text_ = juceText(status_ || actions_.isAwaited() ? inWords(status_) : noProject);
     setTitle(text_);
     setTooltip(text_);
     connect_.setEnabled(status_.has_value());

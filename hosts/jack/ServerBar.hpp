@@ -29,6 +29,7 @@ public:
     struct Actions {
         std::function<std::optional<ServerStatus>()> status;  ///< nothing while there is no server
         std::function<void(const PortDescription& port, bool connected)> setConnected;
+        std::function<bool()> isAwaited = [] { return true; };  ///< whether there shall be a server
     };
 
     explicit ServerBar(Actions actions);

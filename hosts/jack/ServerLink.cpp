@@ -198,6 +198,8 @@ void ServerLink::disconnect() {
 
 void ServerLink::leave() {
     runCall_([this] { disconnect(); });
+    messages_.takeBack(alert_);
+    onChange_();
 }
 
 void ServerLink::become(const std::string& clientName, const JackClient::Connections& connections) {
@@ -265,7 +267,6 @@ void ServerLink::serverIsGone() {
     unwantedBefore_ = {};
     gone_ = std::move(client_);
     waitForServer(gone);
-    onChange_();
 }
 
 /// A second after the server has gone. One that has only fallen silent may hang, and keep the thread that
@@ -281,6 +282,7 @@ void ServerLink::leaveServer() {
 void ServerLink::waitForServer(const std::string& reason) {
     alert_ = reason;
     messages_.warn(reason);
+    onChange_();
 }
 
 void ServerLink::tick() {

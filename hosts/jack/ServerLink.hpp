@@ -55,6 +55,8 @@ public:
     /// The user shall know that, and why, the program waits for a server, for as long as it does.
     void waitForServer(const std::string& reason);
 
+    /// Whether there shall be a link: not before `connect`, and not behind `leave`.
+    [[nodiscard]] bool isWanted() const { return isWanted_; }
     [[nodiscard]] bool isConnected() const { return client_ != nullptr; }
     /// The client's name if there is one.
     [[nodiscard]] std::string clientName() const { return client_ ? client_->name() : ""; }

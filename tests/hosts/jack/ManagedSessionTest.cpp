@@ -247,6 +247,24 @@ TEST_F(ManagedSessionTest, ADamagedProjectIsAnErrorAndStaysAsItIs) {
     EXPECT_EQ(readWholeFile(rulesOf("nB")), Data{'{'});
 }
 
+TEST_F(ManagedSessionTest, TheWindowSaysThatAProjectCannotBeOpenedUntilAnotherOneIs) {
+    writeProject("nB", Data{'{'});
+    join();
+    open("nA");
+    int changes = 0;
+    host->setOnChange([&] { ++changes; });
+    open("nB");
+    EXPECT_EQ(changes, 1);
+    const auto& model = *host->session().model();
+    host->session().drain();
+    EXPECT_THAT(model.alertErrorMessage().value_or(""),
+                testing::AllOf(testing::StartsWith(rulesOf("nB").string() + " cannot be used: "),
+                               testing::EndsWith("\nNo project is open: nothing here can be saved.")));
+    open("nC");
+    host->session().drain();
+    EXPECT_THAT(model.alertErrorMessage().value_or(""), HasSubstr("There is no JACK server"));
+}
+
 TEST_F(ManagedSessionTest, WhatCannotBeSavedIsAnErrorAndStaysUnsaved) {
     writeWholeFile(folder / "songs", Data{1}, Existing::keep);
     join();

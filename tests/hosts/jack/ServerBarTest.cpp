@@ -53,8 +53,9 @@ class ServerBarTest : public testing::Test {
 protected:
     ServerBarTest() {
         auto made = std::make_unique<ServerBar>(ServerBar::Actions{
-            [this] { return server; }, [this](const PortDescription& port,
-                                              bool connected) { asked.emplace_back(port.name, connected); }});
+            [this] { return server; },
+            [this](const PortDescription& port, bool connected) { asked.emplace_back(port.name, connected); },
+            [this] { return isAwaited; }});
         bar = made.get();
         stage.view().setStatusBar(std::move(made));
     }
@@ -73,6 +74,7 @@ protected:
                                                     48000,
                                                     {{source("keys:out"), true}, {source("pads:out"), false}},
                                                     {{target("synth:in"), false}}}};
+    bool isAwaited = true;
     std::vector<std::pair<std::string, bool>> asked;
     ServerBar* bar = nullptr;
     EditorStage stage;
@@ -94,6 +96,9 @@ TEST_F(ServerBarTest, FollowsTheServer) {
     bar->refresh();
     EXPECT_TRUE(bar->text().startsWith("No JACK server"));
     EXPECT_FALSE(bar->connectButton().isEnabled());
+    isAwaited = false;
+    bar->refresh();
+    EXPECT_EQ(bar->text(), "No project is open.");
 }
 
 TEST_F(ServerBarTest, TheMenuTicksWhatIsConnectedAndPickingTurnsItRound) {
