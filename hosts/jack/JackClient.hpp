@@ -56,7 +56,7 @@ public:
     }
 
     /// A client with its ports, not yet active. Throws a `ServerFailure`. `cycle` and `news` must outlive it;
-    /// it holds the cycle until `activate`.
+    /// it holds the cycle until `ProcessCycle::release`.
     JackClient(const Request& request, ProcessCycle& cycle, ServerNews& news);
     /// Takes the ports away. Also for a server that has gone.
     ~JackClient();

@@ -25,8 +25,6 @@ public:
     /// `read` gives the rules as they are.
     SessionKeeper(SessionFiles files, std::function<Data()> read);
 
-    [[nodiscard]] const SessionFiles& files() const { return files_; }
-
     /// The rules have changed.
     void changed(Time now);
 

@@ -29,7 +29,7 @@ protected:
 
     std::string kept() {
         std::string text;
-        for (const auto& version : keeper.files().versions()) {
+        for (const auto& version : files.versions()) {
             const auto document = readWholeFile(version.file);
             text += std::string(document.begin(), document.end()) + " ";
         }
@@ -38,7 +38,8 @@ protected:
 
     TemporaryFolder folder;
     Data rules;
-    SessionKeeper keeper{SessionFiles(folder / "state", "test"), [this] { return rules; }};
+    const SessionFiles files{folder / "state", "test"};
+    SessionKeeper keeper{files, [this] { return rules; }};
 };
 
 TEST_F(SessionKeeperTest, WithoutAChangeNothingIsSaved) {
@@ -95,7 +96,7 @@ TEST_F(SessionKeeperTest, ChangesWithinAMinuteAreOneVersion) {
 TEST_F(SessionKeeperTest, TheFirstChangeOfARunBeginsANewVersion) {
     change("a", 0s);
     keptAt(1s);
-    SessionKeeper later(keeper.files(), [] { return Data{'z'}; });
+    SessionKeeper later(files, [] { return Data{'z'}; });
     later.changed(SessionKeeper::Time(2s));
     EXPECT_EQ(later.keepUp(SessionKeeper::Time(3s)), std::nullopt);
     EXPECT_EQ(kept(), "z a ");
@@ -107,7 +108,7 @@ TEST_F(SessionKeeperTest, ARunThatSavesWhatTheLastOneHasSavedBeginsNoVersion) {
     change("b", 100s);
     keptAt(101s);
     Data edited{'b'};
-    SessionKeeper later(keeper.files(), [&] { return edited; });
+    SessionKeeper later(files, [&] { return edited; });
     later.changed(SessionKeeper::Time(2s));
     EXPECT_EQ(later.keepNow(SessionKeeper::Time(2s)), std::nullopt);
     EXPECT_EQ(kept(), "b a ");
@@ -130,10 +131,10 @@ TEST_F(SessionKeeperTest, AChangeThatIsTakenBackIsNoVersion) {
 TEST_F(SessionKeeperTest, AnUnchangedSessionIsSavedAgainWhenItsFileIsGoneOrHoldsSomethingElse) {
     change("a", 0s);
     keptAt(1s);
-    std::filesystem::remove(keeper.files().file(0));
+    std::filesystem::remove(files.file(0));
     change("a", 2s);
     EXPECT_EQ(keptAt(3s), "a ");
-    writeWholeFile(keeper.files().file(0), Data{'z'}, Existing::replace);
+    writeWholeFile(files.file(0), Data{'z'}, Existing::replace);
     change("a", 100s);
     EXPECT_EQ(keptAt(101s), "a z ");
 }
