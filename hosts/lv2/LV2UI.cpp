@@ -8,6 +8,7 @@
 #include <memory>
 #include <string_view>
 
+#include "engine/SharedBytes.hpp"
 #include "hosts/lv2/LV2UIInstance.hpp"
 #include "platform/FatalError.hpp"
 #include "platform/QuotedText.hpp"
@@ -41,10 +42,12 @@ void cleanup(LV2UI_Handle handle) noexcept {
 void portEvent(LV2UI_Handle /*handle*/, std::uint32_t /*port*/, std::uint32_t /*size*/,
                std::uint32_t /*format*/, const void* /*buffer*/) noexcept {}
 
+/// This binary makes no long messages, which would free those that its views have let go of.
 int idle(LV2UI_Handle handle) noexcept {
     if (handle != nullptr) {
         static_cast<LV2UIInstance*>(handle)->editor().idle();
     }
+    SharedBytes::freeRetired();
     return 0;
 }
 

@@ -6,14 +6,17 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <cstdint>
 #include <vector>
 
 #include <lv2/instance-access/instance-access.h>
 #include <lv2/options/options.h>
 #include <lv2/urid/urid.h>
 
+#include "engine/MIDIMessage.hpp"
 #include "hosts/lv2/LV2UIInstance.hpp"
 #include "platform/FatalError.hpp"
+#include "realtime/CallCounter.hpp"
 #include "support/HostWindow.hpp"
 
 namespace quillo {
@@ -67,6 +70,17 @@ TEST_F(LV2UI, WithoutAnInstanceDoesNothing) {
     table.port_event(nullptr, 0, 0, 0, nullptr);
     table.cleanup(nullptr);
 }
+
+#ifdef QUILLO_COUNTS_CALLS
+TEST_F(LV2UI, FreesTheLongMessagesThatItsBinaryHasLetGoOf) {
+    const auto* idle = static_cast<const LV2UI_Idle_Interface*>(table.extension_data(LV2_UI__idleInterface));
+    idle->idle(nullptr);
+    static_cast<void>(MIDIMessage::copyOf(std::vector<std::uint8_t>(1000, 0xF0)));
+    const CallCounter::Scope scope;
+    idle->idle(nullptr);
+    EXPECT_EQ(scope.counts().frees, 2U);
+}
+#endif
 
 TEST_F(LV2UI, IsNotMadeWithoutAWindowOrAPlaceForItsOwn) {
     EXPECT_EQ(table.instantiate(&table, "", "", nullptr, nullptr, &widget, nullptr), nullptr);
