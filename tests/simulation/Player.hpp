@@ -23,7 +23,7 @@ public:
     virtual void panic() {}
     /// False when it is rejected.
     virtual bool setRate(double rate) = 0;
-    virtual void restart() = 0;
+    virtual void restart(const RestartStep& step) = 0;
     [[nodiscard]] virtual Bytes save() = 0;
     /// False when the document is rejected.
     virtual bool restore(const Bytes& document) = 0;
@@ -33,6 +33,9 @@ public:
 
     /// Nothing where the format hides the engine.
     [[nodiscard]] virtual std::optional<Counts> counts() = 0;
+
+    /// Whether the last block said that the host may let it sleep; nothing where a format cannot say so.
+    [[nodiscard]] virtual std::optional<bool> maySleep() const { return std::nullopt; }
 
     /// What an editor that is opened now reaches; null where the format hides it.
     [[nodiscard]] virtual EditorUnit* editorUnit() { return nullptr; }
@@ -45,8 +48,10 @@ public:
 struct FormatLimits {
     bool sendsByHand = true;
     bool panics = true;
-    bool setsRate = false;        ///< while it lives
-    bool reportsInBlocks = true;  ///< the transport, and before the beginning
+    bool setsRate = false;          ///< while it lives
+    bool reportsInBlocks = true;    ///< the transport, also before the beginning and without a position
+    bool reportsForBlocks = false;  ///< the transport, before all that comes in
+    bool resets = false;
     bool records = false;
     bool limitsRoom = false;
     bool takesGarbage = true;

@@ -91,7 +91,7 @@ public:
     void edit(const std::vector<Rule>& rules) override { unit_->processor->setRules(rules); }
     void send(const RuleOutputVariantsV2& message) override { unit_->processor->send(message); }
     bool setRate(double /*rate*/) override { return false; }
-    void restart() override {}
+    void restart(const RestartStep& /*step*/) override {}
     [[nodiscard]] Bytes save() override { return std::get<Data>(unit_->fullState()->at(stateKey)); }
     bool restore(const Bytes& document) override {
         unit_->setFullState(StateDictionary{{stateKey, document}});
@@ -135,7 +135,7 @@ private:
         if (const auto* report = std::get_if<TransportReport>(&event.what)) {
             flags_ = (report->moves ? AUHostTransportStateMoving : 0U) |
                      (report->records ? AUHostTransportStateRecording : 0U);
-            position_ = static_cast<double>(report->position.value_or(static_cast<std::int64_t>(position_)));
+            position_ = static_cast<double>(report->position.value());
             return;
         }
         for (auto left = event.times; left > 0; --left) {
@@ -176,6 +176,7 @@ FormatLimits limitsOf(Format format) {
     case Format::unit:
         return {.panics = false,
                 .reportsInBlocks = false,
+                .reportsForBlocks = true,
                 .records = true,
                 .limitsRoom = true,
                 .takesGarbage = false,
@@ -185,12 +186,19 @@ FormatLimits limitsOf(Format format) {
     case Format::clap:
         return {.sendsByHand = false,
                 .panics = false,
+                .reportsForBlocks = true,
+                .resets = true,
                 .records = true,
                 .limitsRoom = true,
                 .takesGarbage = false,
                 .hasEditor = false,
                 .rates = {48000.0}};
-    default: return {.setsRate = true, .reportsInBlocks = false, .limitsRoom = true, .rates = anyRate};
+    default:
+        return {.setsRate = true,
+                .reportsInBlocks = false,
+                .reportsForBlocks = true,
+                .limitsRoom = true,
+                .rates = anyRate};
     }
 }
 

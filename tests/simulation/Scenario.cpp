@@ -38,7 +38,8 @@ struct Writer {
     }
     void operator()(const Bytes& bytes) const { out << hexText(bytes, HexCase::upper); }
     void operator()(const TransportReport& report) const {
-        out << "the transport " << (report.moves ? "moves" : "stands");
+        out << "the " << (report.isOfBlock ? "block's " : "") << "transport "
+            << (report.moves ? "moves" : "stands");
         out << (report.records ? " and records" : "");
         if (report.position) {
             out << " at " << *report.position;
@@ -57,7 +58,9 @@ struct Writer {
     void operator()(const RestoreStep& /*step*/) const { out << "restore the saved state"; }
     void operator()(const DamagedStep& /*step*/) const { out << "restore a damaged state"; }
     void operator()(const MoveStep& /*step*/) const { out << "save, and restore in another instance"; }
-    void operator()(const RestartStep& /*step*/) const { out << "deactivate and activate"; }
+    void operator()(const RestartStep& step) const {
+        out << (step.isReset ? "reset" : "deactivate and activate");
+    }
     void operator()(const UserStep& step) const {
         constexpr std::array actions{
             "open", "close", "add", "duplicate", "remove", "move", "switch off or on", "undo", "redo"};

@@ -23,6 +23,7 @@ struct TransportReport {
     bool moves = false;
     bool records = false;
     std::optional<std::int64_t> position;
+    bool isOfBlock = false;  ///< told with the block, in which it comes first, and not among its events
 };
 
 /// What comes in at one frame of a block: the same message so many times, or a report of the transport.
@@ -70,8 +71,10 @@ struct RestoreStep {};
 struct DamagedStep {};
 /// Saves, and goes on with another instance, in which the state was restored.
 struct MoveStep {};
-/// Deactivates and activates.
-struct RestartStep {};
+/// Deactivates and activates; or a CLAP host's `reset`, which comes to the same.
+struct RestartStep {
+    bool isReset = false;
+};
 
 /// What a user does with the editor; all but `open` needs one that is open. `number` chooses a rule and a
 /// place.

@@ -108,7 +108,7 @@ private:
         moves_ = false;
     }
 
-    void addRestart() { add(RestartStep{}); }
+    void addRestart() { add(RestartStep{limits_.resets && chance(2)}); }
 
     /// Notes without end, each with an output that waits.
     void addFlood() {
@@ -136,8 +136,10 @@ private:
     void addBlock() {
         BlockStep step{length(), 1, {}, std::nullopt};
         auto left = chance(3) ? 0U : below(density_);
-        if (!limits_.reportsInBlocks && chance(4)) {
-            step.events.push_back({0, report(0), 1});
+        if (limits_.reportsForBlocks && chance(4)) {
+            auto first = report(0);
+            first.isOfBlock = true;
+            step.events.push_back({0, first, 1});
         }
         for (std::uint32_t offset = 0; left > 0; --left) {
             offset = nextOffset(offset, step.frames);
@@ -178,7 +180,7 @@ private:
         }
         TransportReport report{moves_, limits_.records && chance(4), std::nullopt};
         const auto expected = position_ + (before ? std::int64_t{offset} : 0);
-        switch (below(limits_.reportsInBlocks && scenario_.format != Format::clap ? 4 : 3)) {
+        switch (below(limits_.reportsInBlocks ? 4 : 3)) {
         case 0: report.position = expected; break;
         case 1: report.position = 0; break;
         case 2: report.position = 5000 * std::int64_t{below(1000)}; break;

@@ -20,7 +20,7 @@ public:
     bool setRate(double rate) override { return !session_.setSampleRate(rate); }
     void panic() override { session_.panic(); }
     /// As a format does it.
-    void restart() override {
+    void restart(const RestartStep& /*step*/) override {
         session_.renderer().losePosition();
         session_.renderer().requests().ask(RenderRequests::Kind::endOfNotes);
     }

@@ -105,8 +105,8 @@ public:
         model_ = SlowModel(format_, rate_);
         model_.edit(std::move(rules));
     }
-    void operator()(const RestartStep& /*step*/) {
-        player_->restart();
+    void operator()(const RestartStep& step) {
+        player_->restart(step);
         model_.restart();
     }
 
@@ -132,6 +132,10 @@ private:
         expect(player_->calls() == noCalls, "the render side allocates, frees or locks");
         if (user_) {
             look();
+        }
+        if (const auto sleeps = player_->maySleep()) {
+            expect(*sleeps == model_.maySleep(), *sleeps ? "it may sleep and has something to do"
+                                                         : "it may not sleep and has nothing to do");
         }
         if (const auto counts = player_->counts()) {
             compare(model_.counts(), *counts);

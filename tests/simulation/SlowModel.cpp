@@ -130,7 +130,7 @@ Sent SlowModel::block(std::uint32_t frames, const std::vector<Incoming>& events,
     }
     if (format_ == Format::clap) {
         offer();
-        sleeps_ = maySleep();
+        sleeps_ = hasNothingToDo();
         return std::move(taken_);
     }
     return std::move(sent_);
@@ -188,7 +188,7 @@ void SlowModel::offer() {
 
 /// Nothing is left to be sent, nothing sounds, and no rule waits for the transport. A rule behind one that consumes what does
 /// not match never hears of a change.
-bool SlowModel::maySleep() const {
+bool SlowModel::hasNothingToDo() const {
     const bool hearsTransport =
         std::ranges::any_of(std::array{Trigger::Start, Trigger::Continue, Trigger::Stop},
                             [&](Trigger change) { return !runReference(rules_, change).fired.empty(); });

@@ -63,6 +63,9 @@ public:
 
     [[nodiscard]] Counts counts() const;
 
+    /// Whether a CLAP that has played the last block may sleep.
+    [[nodiscard]] bool maySleep() const { return sleeps_; }
+
     /// The newest of what the rules heard and of what they sent, with its time. A transport change is its
     /// number.
     static constexpr std::size_t logLength = 100;
@@ -141,7 +144,7 @@ private:
     [[nodiscard]] bool hostTakes(const Bytes& bytes);
     void offerAgain();
     void offer();
-    [[nodiscard]] bool maySleep() const;
+    [[nodiscard]] bool hasNothingToDo() const;
 
     Format format_;
     std::uint64_t rate_;

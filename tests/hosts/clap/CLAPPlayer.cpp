@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
 #include "hosts/clap/CLAPTestHost.hpp"
 #include "persistence/PluginData.hpp"
 #include "simulation/Player.hpp"
@@ -18,7 +20,11 @@ public:
     void edit(const std::vector<Rule>& rules) override { host_.loadRules(rules); }
     void send(const RuleOutputVariantsV2& /*message*/) override {}
     bool setRate(double /*rate*/) override { return false; }
-    void restart() override {
+    void restart(const RestartStep& step) override {
+        if (step.isReset) {
+            host_.plugin->reset(host_.plugin);
+            return;
+        }
         host_.stop();
         host_.start();
     }
@@ -30,11 +36,12 @@ public:
         host_.room = room ? room->messages() : std::numeric_limits<std::size_t>::max();
         host_.takesSystemExclusive = !room || room->takesSystemExclusive;
         input_.clear();
+        transport_.reset();
         for (const auto& event : events) {
             take(event);
         }
         const auto start = host_.now;
-        static_cast<void>(host_.process(frames, input_));
+        status_ = host_.process(frames, input_, transport_ ? &*transport_ : nullptr);
         Sent sent;
         for (auto& message : host_.take()) {
             sent.emplace_back(message.time - start, std::move(message.bytes));
@@ -43,12 +50,17 @@ public:
     }
 
     [[nodiscard]] std::optional<Counts> counts() override { return std::nullopt; }
+    [[nodiscard]] std::optional<bool> maySleep() const override {
+        EXPECT_TRUE(status_ == CLAP_PROCESS_SLEEP || status_ == CLAP_PROCESS_CONTINUE) << status_;
+        return status_ == CLAP_PROCESS_SLEEP;
+    }
     [[nodiscard]] CallCounts calls() const override { return host_.calls; }
 
 private:
     void take(const Incoming& event) {
         if (const auto* report = std::get_if<TransportReport>(&event.what)) {
-            input_.addTransport(event.offset, transportOf(*report));
+            report->isOfBlock ? void(transport_ = transportOf(*report))
+                              : input_.addTransport(event.offset, transportOf(*report));
             return;
         }
         for (auto left = event.times; left > 0; --left) {
@@ -69,6 +81,8 @@ private:
 
     CLAPTestHost host_;
     CLAPEvents input_;
+    std::optional<clap_event_transport_t> transport_;  ///< of the block
+    clap_process_status status_ = CLAP_PROCESS_CONTINUE;
 };
 
 }  // namespace

@@ -49,7 +49,7 @@ public:
         }
     }
 
-    void restart() override {}
+    void restart(const RestartStep& /*step*/) override {}
 
     Sent block(std::uint32_t frames, const std::vector<Incoming>& events,
                std::optional<RoomLimit> room) override {
@@ -69,8 +69,7 @@ private:
     void take(const Incoming& event, Timed& input) {
         if (const auto* report = std::get_if<TransportReport>(&event.what)) {
             transport_.isRolling = report->moves;
-            transport_.frame = static_cast<std::uint32_t>(
-                report->position.value_or(static_cast<std::int64_t>(transport_.frame)));
+            transport_.frame = static_cast<std::uint32_t>(report->position.value());
             return;
         }
         for (auto left = event.times; left > 0; --left) {

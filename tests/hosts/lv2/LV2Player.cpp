@@ -15,7 +15,7 @@ public:
     void send(const RuleOutputVariantsV2& message) override { host_.unit().onInstantMessageClick(message); }
     void panic() override { host_.unit().panic(); }
     bool setRate(double /*rate*/) override { return false; }
-    void restart() override {
+    void restart(const RestartStep& /*step*/) override {
         host_.deactivate();
         host_.activate();
     }
