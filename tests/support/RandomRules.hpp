@@ -17,7 +17,8 @@ inline constexpr std::array policies{PassThroughV2::PassThrough, PassThroughV2::
                                      PassThroughV2::EatNonMatching};
 
 /// Rule lists and events out of so few different numbers that they often meet: every kind of trigger and of
-/// output, numbers that no message carries among them.
+/// output, numbers that no message carries among them. A seed has the same ones with every compiler: each draw
+/// is a statement of its own where the language leaves the order of the parts of one open.
 class RandomRules {
 public:
     explicit RandomRules(unsigned seed) : random_(seed) {}
@@ -60,32 +61,45 @@ private:
     PassThroughV2 policy() { return below(2) == 0 ? PassThroughV2::PassThrough : oneOf(policies); }
 
     RuleTriggerV2 trigger() {
-        switch (below(9)) {
+        const auto kind = below(9);
+        const auto change = transport();
+        const auto byte = data();
+        const auto second = value();
+        const auto channel = onChannel();
+        const auto passes = policy();
+        switch (kind) {
         case 0: return onLoad();
-        case 1: return onHost(transport(), policy());
-        case 2: return onMIDIStart(policy());
-        case 3: return onMIDIStop(policy());
-        case 4: return onMIDIContinue(policy());
-        case 5: return onNoteOff(value(), onChannel(), policy());
-        case 6: return onControlChange(data(), value(), onChannel(), policy());
-        case 7: return onProgramChange(value(), onChannel(), policy());
-        default: return onNoteOn(value(), onChannel(), policy());
+        case 1: return onHost(change, passes);
+        case 2: return onMIDIStart(passes);
+        case 3: return onMIDIStop(passes);
+        case 4: return onMIDIContinue(passes);
+        case 5: return onNoteOff(second, channel, passes);
+        case 6: return onControlChange(byte, second, channel, passes);
+        case 7: return onProgramChange(second, channel, passes);
+        default: return onNoteOn(second, channel, passes);
         }
     }
 
     /// Only a rule that waits for a message can copy from it.
     Rule ruleWaitingFor(const RuleTriggerV2& trigger) {
         copies_ = trigger.is<RuleTriggerV2::MessageBased>();
-        return rule(trigger, send(output(), below(4) == 0 ? below(2000) : 0));
+        const auto message = output();
+        return rule(trigger, send(message, below(4) == 0 ? below(2000) : 0));
     }
 
     RuleOutputVariantsV2 output() {
         constexpr std::array statuses{StatusV2::noteOn, StatusV2::noteOff, StatusV2::CC};
-        switch (below(8)) {
-        case 0: return systemExclusive({data(), data()});
-        case 1: return programChange(sentOn(), data(), sentByte());
-        case 2: return protocol(StatusV2::channelPressure, sentOn(), sentByte());
-        default: return protocol(oneOf(statuses), sentOn(), sentByte(), sentByte());
+        const auto kind = below(8);
+        const auto status = oneOf(statuses);
+        const auto on = sentOn();
+        const auto byte = data();
+        const auto first = sentByte();
+        const auto second = sentByte();
+        switch (kind) {
+        case 0: return systemExclusive({byte, data()});
+        case 1: return programChange(on, byte, first);
+        case 2: return protocol(StatusV2::channelPressure, on, first);
+        default: return protocol(status, on, first, second);
         }
     }
 
