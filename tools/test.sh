@@ -21,12 +21,12 @@ run_all_tests() {
     return "$status"
 }
 
-# A minute of simulated hosts. A commit always meets the same ones, so that it fails for everybody or for
-# nobody.
+# Simulated hosts: about a minute on two processors. A commit always meets the same ones, so that it fails for
+# everybody or for nobody.
 simulate_for_commit() {
     local commit
     commit=$(git rev-parse --short=8 HEAD) || commit=1
-    simulate 60 --seed "$((16#$commit << 20))"
+    simulate --scenarios 600 --seed "$((16#$commit << 20))"
 }
 
 # What is portable, with another compiler, standard library, size of a pointer or processor. The editor, which

@@ -61,10 +61,9 @@ struct FormatLimits {
 
 [[nodiscard]] FormatLimits limitsOf(Format format);
 
-/// The formats that were built.
-[[nodiscard]] std::vector<Format> formatsBuilt();
+[[nodiscard]] bool isBuilt(Format format);
 
-/// A new instance, activated.
+/// A new instance, activated; of a format that was built.
 [[nodiscard]] std::unique_ptr<Player> makePlayer(Format format, double rate);
 
 [[nodiscard]] std::unique_ptr<Player> makeLV2Player(double rate);

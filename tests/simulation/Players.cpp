@@ -202,7 +202,7 @@ FormatLimits limitsOf(Format format) {
     }
 }
 
-std::vector<Format> formatsBuilt() {
+bool isBuilt(Format format) {
     std::vector formats{Format::renderer, Format::unit};
 #ifdef QUILLO_SIMULATES_LV2
     formats.push_back(Format::lv2);
@@ -213,7 +213,7 @@ std::vector<Format> formatsBuilt() {
 #ifdef QUILLO_SIMULATES_JACK
     formats.push_back(Format::jack);
 #endif
-    return formats;
+    return std::ranges::find(formats, format) != formats.end();
 }
 
 std::unique_ptr<Player> makePlayer(Format format, double rate) {

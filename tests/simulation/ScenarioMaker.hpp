@@ -7,7 +7,8 @@
 
 namespace quillo::test {
 
-/// The scenario of this seed: the same one every time, with the formats that were built.
+/// The scenario of this seed: the same one every time, with every compiler, whether its format was built or
+/// not.
 [[nodiscard]] Scenario makeScenario(std::uint64_t seed);
 
 }  // namespace quillo::test
