@@ -56,7 +56,9 @@ struct Writer {
     void operator()(const RateStep& step) const { out << "sample rate " << step.rate; }
     void operator()(const SaveStep& /*step*/) const { out << "save the state"; }
     void operator()(const RestoreStep& /*step*/) const { out << "restore the saved state"; }
-    void operator()(const DamagedStep& /*step*/) const { out << "restore a damaged state"; }
+    void operator()(const DamagedStep& step) const {
+        out << "restore a state that ends too early (" << step.length << ")";
+    }
     void operator()(const MoveStep& /*step*/) const { out << "save, and restore in another instance"; }
     void operator()(const RestartStep& step) const {
         out << (step.isReset ? "reset" : "deactivate and activate");

@@ -68,7 +68,9 @@ struct SaveStep {};
 /// Restores what was kept last, here.
 struct RestoreStep {};
 /// Restores a document that ends too early: the unit has no rules then, and everywhere else nothing happens.
-struct DamagedStep {};
+struct DamagedStep {
+    std::uint32_t length = 0;  ///< of what is left of the saved one, over again where it is longer
+};
 /// Saves, and goes on with another instance, in which the state was restored.
 struct MoveStep {};
 /// Deactivates and activates; or a CLAP host's `reset`, which comes to the same.

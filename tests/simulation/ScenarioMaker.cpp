@@ -97,7 +97,7 @@ private:
 
     void addRestored() {
         if (chance(3)) {
-            add(DamagedStep{});
+            add(DamagedStep{below(10000)});
         } else {
             add(RestoreStep{});
         }

@@ -9,6 +9,17 @@
 
 namespace quillo::test {
 
+namespace {
+
+/// An editor shows a pressure as a number, never as one that is copied.
+bool canBeEdited(const Rule& rule) {
+    const auto* message = rule.output.message.getIf<RuleOutputVariantsV2::Protocol>();
+    const auto* status = message == nullptr ? nullptr : message->status.getIf<StatusByteV2::WithChannel>();
+    return status == nullptr || status->status != StatusV2::channelPressure || !message->byte1.isCopied();
+}
+
+}  // namespace
+
 SimulatedUser::SimulatedUser(EditorUnit& unit, const PluginData& document)
     : unit_(unit),
       editor_(
@@ -60,7 +71,7 @@ void SimulatedUser::act(const UserStep& step) {
     if (step.action == UserStep::Action::redo) {
         return redo();
     }
-    if (editor_.whyNotEditable()) {
+    if (!canEdit()) {
         return;
     }
     if (step.action == UserStep::Action::add) {
@@ -76,6 +87,10 @@ void SimulatedUser::act(const UserStep& step) {
     case UserStep::Action::switchOff: return switchOffOrOn(step.number % size);
     default: return move(step.number % size, step.number / size % size);
     }
+}
+
+bool SimulatedUser::canEdit() const {
+    return std::ranges::all_of(history_[now_], canBeEdited, &Listed::rule);
 }
 
 /// What was undone can be redone no more.
@@ -140,16 +155,17 @@ void SimulatedUser::redo() {
 
 void SimulatedUser::import(const std::vector<Rule>& rules) {
     const auto bytes = PluginData{rules}.write();
-    const bool wasShown = !editor_.whyNotEditable();
-    const bool isNothing = wasShown && rules.empty() && history_[now_].empty();
+    const bool isNothing = canEdit() && rules.empty() && history_[now_].empty();
     static_cast<void>(importPreset("a preset", [&bytes] { return bytes; }, editor_));
-    if (!isNothing &&
-        std::ranges::none_of(rules, [](const Rule& rule) { return whyNoEntry(rule).has_value(); })) {
+    if (!isNothing && std::ranges::all_of(rules, canBeEdited)) {
         change(listOf({rules}));
     }
 }
 
 std::optional<std::string> SimulatedUser::difference() const {
+    if (editor_.whyNotEditable().has_value() == canEdit()) {
+        return canEdit() ? "the editor refuses rules that it can show" : "it takes rules that it cannot show";
+    }
     if (editor_.storedRules() != document()) {
         return "the editor shows other rules than it must";
     }

@@ -13,6 +13,7 @@
 namespace quillo::test {
 
 /// An editor that is open, without its window, and what its user must find in it: every list there has been.
+/// Only what a rule that is added begins with is asked of the editor's own parts.
 class SimulatedUser {
 public:
     /// Opens it on a unit that holds this document.
@@ -45,6 +46,8 @@ private:
     };
     using List = std::vector<Listed>;
 
+    /// Whether the list that must be there is one that an editor can hold.
+    [[nodiscard]] bool canEdit() const;
     [[nodiscard]] static List listOf(const PluginData& document);
     void change(List list);
     void add(std::size_t which);

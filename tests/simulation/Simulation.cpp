@@ -86,14 +86,15 @@ public:
             look();
         }
     }
-    void operator()(const DamagedStep& /*step*/) {
+    void operator()(const DamagedStep& step) {
         auto damaged = saved_;
-        damaged.pop_back();
+        damaged.resize(step.length % damaged.size());
         const bool taken = player_->restore(damaged);
         expect(taken == (format_ == Format::unit), "a damaged state is taken");
         if (taken) {
             hold({});
         }
+        look();
     }
     void operator()(const MoveStep& /*step*/) {
         const auto document = player_->save();
