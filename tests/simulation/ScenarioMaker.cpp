@@ -116,13 +116,30 @@ private:
         if (!chance(6)) {
             return addBlock();
         }
+        if (chance(2)) {
+            return addFullBlock();
+        }
         const auto echo = rule(
             onNoteOn(), send(protocol(StatusV2::noteOn, channel(2), triggerByte, byte(5)), 1 + below(2000)));
         add(EditStep{std::vector(1 + below(6), echo)});
         for (auto left = 2 + below(24); left > 0; --left) {
-            add(BlockStep{
-                length(), 1, {{0, Bytes{0x90, 1, 1}, 300}, {0, Bytes{0x90, 2, 1}, 200}}, std::nullopt});
+            addNotes(length());
         }
+    }
+
+    void addNotes(std::uint32_t frames) {
+        add(BlockStep{frames, 1, {{0, Bytes{0x90, 1, 1}, 300}, {0, Bytes{0x90, 2, 1}, 200}}, std::nullopt});
+    }
+
+    /// As many outputs as can wait, each of two messages, and all are due in one block: more messages than are
+    /// kept in one.
+    void addFullBlock() {
+        const auto change = programChange(channel(2), 1, triggerByte);
+        add(EditStep{std::vector(6, rule(onNoteOn(), send(change, 1 + below(40))))});
+        for (auto left = 2 + below(4); left > 0; --left) {
+            addNotes(1);
+        }
+        add(BlockStep{8192, 1 + below(3), {}, std::nullopt});
     }
 
     /// Up to some hours.
