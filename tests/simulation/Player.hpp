@@ -53,6 +53,9 @@ struct FormatLimits {
     bool reportsForBlocks = false;  ///< the transport, before all that comes in
     bool resets = false;
     bool records = false;
+    bool cycles = false;
+    bool changesSpeed = false;
+    bool startsSlowly = false;
     bool limitsRoom = false;
     bool takesGarbage = true;
     bool hasEditor = true;

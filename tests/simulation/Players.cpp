@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <algorithm>
+#include <stdexcept>
 
 #include "simulation/SessionPlayer.hpp"
 #include "support/TestHost.hpp"
@@ -62,7 +63,8 @@ private:
             return;
         }
         const auto& report = std::get<TransportReport>(event.what);
-        const HostTransport::State state{.isMoving = report.moves, .isRecording = report.records};
+        const HostTransport::State state{
+            .isMoving = report.moves, .isRecording = report.records, .isCycling = report.cycles};
         if (report.position) {
             renderer.reportTransport(event.offset, state, static_cast<double>(*report.position));
         } else {
@@ -74,7 +76,11 @@ private:
 class UnitPlayer final : public Player {
 public:
     explicit UnitPlayer(double rate) {
-        unit_->processor->sampleRate = static_cast<std::uint64_t>(rate);
+        auto& bus = unit_->outputBusses()[0];
+        auto format = bus.format();
+        format.sampleRate = rate;
+        static_cast<void>(bus.setFormat(format));
+        restart({});
         unit_->logInput = WithoutDeadline([this](const EventLogEntry&) { ++counts_.heard; });
         unit_->logOutput = WithoutDeadline([this](const EventLogEntry&) { ++counts_.told; });
         unit_->MIDIOutputEventBlock =
@@ -91,7 +97,12 @@ public:
     void edit(const std::vector<Rule>& rules) override { unit_->processor->setRules(rules); }
     void send(const RuleOutputVariantsV2& message) override { unit_->processor->send(message); }
     bool setRate(double /*rate*/) override { return false; }
-    void restart(const RestartStep& /*step*/) override {}
+    void restart(const RestartStep& /*step*/) final {
+        unit_->deallocateRenderResources();
+        if (const auto error = unit_->allocateRenderResources()) {
+            throw std::runtime_error("no resources to render");
+        }
+    }
     [[nodiscard]] Bytes save() override { return std::get<Data>(unit_->fullState()->at(stateKey)); }
     bool restore(const Bytes& document) override {
         unit_->setFullState(StateDictionary{{stateKey, document}});
@@ -134,7 +145,8 @@ private:
     void take(const Incoming& event, RenderEventList& list) {
         if (const auto* report = std::get_if<TransportReport>(&event.what)) {
             flags_ = (report->moves ? AUHostTransportStateMoving : 0U) |
-                     (report->records ? AUHostTransportStateRecording : 0U);
+                     (report->records ? AUHostTransportStateRecording : 0U) |
+                     (report->cycles ? AUHostTransportStateCycling : 0U);
             position_ = static_cast<double>(report->position.value());
             return;
         }
@@ -172,23 +184,26 @@ private:
 FormatLimits limitsOf(Format format) {
     const std::vector anyRate{8000.0, 22050.0, 44100.0, 44100.7, 48000.0, 96000.0, 192000.0, 768000.0};
     switch (format) {
-    case Format::renderer: return {.setsRate = true, .records = true, .limitsRoom = true, .rates = anyRate};
+    case Format::renderer:
+        return {.setsRate = true, .records = true, .cycles = true, .limitsRoom = true, .rates = anyRate};
     case Format::unit:
         return {.panics = false,
                 .reportsInBlocks = false,
                 .reportsForBlocks = true,
                 .records = true,
+                .cycles = true,
                 .limitsRoom = true,
                 .takesGarbage = false,
                 .hasEditor = false,
                 .rates = anyRate};
-    case Format::lv2: return {.limitsRoom = true, .rates = anyRate};
+    case Format::lv2: return {.changesSpeed = true, .limitsRoom = true, .rates = anyRate};
     case Format::clap:
         return {.sendsByHand = false,
                 .panics = false,
                 .reportsForBlocks = true,
                 .resets = true,
                 .records = true,
+                .cycles = true,
                 .limitsRoom = true,
                 .takesGarbage = false,
                 .hasEditor = false,
@@ -197,6 +212,8 @@ FormatLimits limitsOf(Format format) {
         return {.setsRate = true,
                 .reportsInBlocks = false,
                 .reportsForBlocks = true,
+                .resets = true,
+                .startsSlowly = true,
                 .limitsRoom = true,
                 .rates = anyRate};
     }

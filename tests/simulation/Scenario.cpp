@@ -41,6 +41,10 @@ struct Writer {
         out << "the " << (report.isOfBlock ? "block's " : "") << "transport "
             << (report.moves ? "moves" : "stands");
         out << (report.records ? " and records" : "");
+        out << (report.cycles ? " and cycles" : "") << (report.starts ? " and is about to start" : "");
+        if (report.moves && report.speed != 1.0) {
+            out << " " << report.speed << " times as fast";
+        }
         if (report.position) {
             out << " at " << *report.position;
         }
@@ -61,7 +65,8 @@ struct Writer {
     }
     void operator()(const MoveStep& /*step*/) const { out << "save, and restore in another instance"; }
     void operator()(const RestartStep& step) const {
-        out << (step.isReset ? "reset" : "deactivate and activate");
+        out << (step.isReset ? "reset, or miss cycles" : "deactivate and activate") << ", " << step.frames
+            << " frames later";
     }
     void operator()(const UserStep& step) const {
         constexpr std::array actions{

@@ -23,6 +23,9 @@ struct TransportReport {
     bool moves = false;
     bool records = false;
     std::optional<std::int64_t> position;
+    bool cycles = false;
+    double speed = 1.0;      ///< while it moves, in frames of the position for one of the block
+    bool starts = false;     ///< it stands there and is about to move; said by a JACK server alone
     bool isOfBlock = false;  ///< told with the block, in which it comes first, and not among its events
 };
 
@@ -73,9 +76,11 @@ struct DamagedStep {
 };
 /// Saves, and goes on with another instance, in which the state was restored.
 struct MoveStep {};
-/// Deactivates and activates; or a CLAP host's `reset`, which comes to the same.
+/// Deactivates, and activates so many frames later; or a CLAP host's `reset`, which comes to the same, and
+/// cycles of a JACK server that are missed.
 struct RestartStep {
     bool isReset = false;
+    std::uint32_t frames = 0;
 };
 
 /// What a user does with the editor; all but `open` needs one that is open. `number` chooses a rule and a

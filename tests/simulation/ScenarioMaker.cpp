@@ -109,7 +109,11 @@ private:
         moves_ = false;
     }
 
-    void addRestart() { add(RestartStep{limits_.resets && chance(2)}); }
+    void addRestart() {
+        const RestartStep step{limits_.resets && chance(2), chance(2) ? 0 : below(20000)};
+        add(step);
+        pass(step.frames);
+    }
 
     /// Notes without end, each with an output that waits.
     void addFlood() {
@@ -131,8 +135,8 @@ private:
         add(BlockStep{frames, 1, {{0, Bytes{0x90, 1, 1}, 300}, {0, Bytes{0x90, 2, 1}, 200}}, std::nullopt});
     }
 
-    /// As many outputs as can wait, each of two messages, and all are due in one block: more messages than are
-    /// kept in one.
+    /// As many outputs as can wait, each of two messages, and all are due in one block: more messages than
+    /// are kept in one.
     void addFullBlock() {
         const auto change = programChange(channel(2), 1, triggerByte);
         add(EditStep{std::vector(6, rule(onNoteOn(), send(change, 1 + below(40))))});
@@ -192,12 +196,17 @@ private:
     }
 
     TransportReport report(std::uint32_t offset) {
-        const bool before = moves_;
+        const auto expected = position_ + framesIn(offset);
         if (chance(2)) {
             moves_ = !moves_;
         }
-        TransportReport report{moves_, limits_.records && chance(4), std::nullopt};
-        const auto expected = position_ + (before ? std::int64_t{offset} : 0);
+        speed_ = limits_.changesSpeed && chance(3) ? oneOf(std::array{-1.0, 0.5, 2.0}) : 1.0;
+        TransportReport report{.moves = moves_,
+                               .records = limits_.records && chance(4),
+                               .position = std::nullopt,
+                               .cycles = limits_.cycles && chance(4),
+                               .speed = speed_,
+                               .starts = limits_.startsSlowly && !moves_ && chance(2)};
         switch (below(limits_.reportsInBlocks ? 4 : 3)) {
         case 0: report.position = expected; break;
         case 1: report.position = 0; break;
@@ -207,11 +216,15 @@ private:
         if (limits_.reportsInBlocks && report.position && chance(8)) {
             report.position = -1000 * std::int64_t{below(100)};
         }
-        position_ = report.position.value_or(expected) - (moves_ ? std::int64_t{offset} : 0);
+        position_ = report.position.value_or(expected) - framesIn(offset);
         return report;
     }
 
-    void pass(std::uint64_t frames) { position_ += moves_ ? static_cast<std::int64_t>(frames) : 0; }
+    /// How far the position goes on in so many.
+    [[nodiscard]] std::int64_t framesIn(std::uint32_t frames) const {
+        return moves_ ? static_cast<std::int64_t>(frames * speed_) : 0;
+    }
+    void pass(std::uint32_t frames) { position_ += framesIn(frames); }
 
     Bytes message() {
         if (scenario_.format != Format::unit && chance(12)) {
@@ -270,6 +283,7 @@ private:
     std::uint32_t density_ = 1;
     bool isTight_ = false;  ///< the host is often short of room, and much of what is sent is system exclusive
     bool moves_ = false;
+    double speed_ = 1.0;
     std::int64_t position_ = 0;
 };
 

@@ -108,7 +108,7 @@ public:
     }
     void operator()(const RestartStep& step) {
         player_->restart(step);
-        model_.restart();
+        model_.restart(step.frames);
     }
 
 private:

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
+#include <cmath>
 #include <utility>
 
 #include "platform/InStableOrder.hpp"
@@ -122,6 +122,7 @@ Sent SlowModel::block(std::uint32_t frames, const std::vector<Incoming>& events,
     if (format_ != Format::unit) {
         judgeTransport();
         transport_.pass(frames_ - offset_);
+        passOnServer(frames, transport_.frame);
         sent_ = inStableOrder(std::move(sent_), &Sent::value_type::first);
     }
     start_ += frames_;
@@ -345,11 +346,23 @@ void SlowModel::goTo(std::uint32_t offset) {
     kept_ = later_.empty() ? 0 : kept_;
 }
 
+void SlowModel::passOnServer(std::uint32_t frames, double before) {
+    transport_.onTime = before + frames;
+    transport_.frame += transport_.rolls ? frames : 0.0;
+}
+
+/// A server that is about to start while it moves is not heard.
 void SlowModel::report(const TransportReport& report) {
     auto& now = transport_;
+    now.rolls = report.moves;
+    now.frame = static_cast<double>(report.position.value_or(0));
+    if (report.starts && now.moves) {
+        return;
+    }
     if (!now.isReported) {
         now.moved = now.moves;
         now.recorded = now.records;
+        now.cycled = now.cycles;
         now.expected = now.position;
         now.wasKnown = now.isKnown;
         now.jumped = false;
@@ -357,10 +370,17 @@ void SlowModel::report(const TransportReport& report) {
     }
     now.moves = report.moves;
     now.records = report.records;
+    now.cycles = report.cycles;
     if (report.position) {
-        now.jumped = now.wasKnown && std::abs(*report.position - now.expected) > tolerance_;
-        now.position = *report.position;
+        const auto position = static_cast<double>(*report.position);
+        if (now.wasKnown && (format_ != Format::jack || position != now.onTime)) {
+            now.jumped = std::fabs(position - now.expected) > tolerance_;
+        }
+        now.position = position;
         now.isKnown = true;
+        now.pace = now.moves ? report.speed : 1.0;
+    } else if (now.moves && report.speed != now.pace) {
+        now.isKnown = now.wasKnown = false;
     }
 }
 
@@ -370,13 +390,14 @@ void SlowModel::ask(const std::vector<Incoming>& events) {
         if (const auto* told = std::get_if<TransportReport>(&event.what)) {
             transport_.moves = told->moves;
             transport_.records = told->records;
-            transport_.position = told->position.value_or(transport_.position);
+            transport_.cycles = told->cycles;
+            transport_.position = static_cast<double>(told->position.value());
         }
     }
     if (failed_) {
         return;
     }
-    const std::pair now(transport_.moves, transport_.records);
+    const std::array now{transport_.moves, transport_.records, transport_.cycles};
     if (std::exchange(asked_, now) != now) {
         fireTransport();
     }
@@ -390,7 +411,8 @@ void SlowModel::judgeTransport() {
     if (std::exchange(now.isForgotten, false)) {
         return;
     }
-    if (now.moves != now.moved || now.records != now.recorded || (now.jumped && now.moves)) {
+    if (now.moves != now.moved || now.records != now.recorded || now.cycles != now.cycled ||
+        (now.jumped && now.moves)) {
         fireTransport();
     }
 }

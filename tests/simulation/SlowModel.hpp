@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -48,11 +49,15 @@ public:
     [[nodiscard]] const std::vector<Rule>& rules() const { return rules_; }
     void send(const RuleOutputVariantsV2& message);
     void setRate(double rate) { rate_ = static_cast<std::uint64_t>(rate); }
-    /// Frames may have passed in between. A server's clock goes on, and the unit does not ask for jumps. What
-    /// sounds ends, but on a server, which hears of no restart. A plug-in that slept before may have missed
-    /// changes.
-    void restart() {
+    /// Frames have passed in between. A server's clock goes on, and its transport with it; the unit does not
+    /// ask for jumps. What sounds ends, but on a server, which hears of no restart. A plug-in that slept
+    /// before may have missed changes.
+    void restart(std::uint32_t frames) {
         transport_.isKnown = format_ == Format::jack;
+        if (format_ == Format::jack) {
+            transport_.position += transport_.rolls ? frames : 0.0;
+            passOnServer(frames, transport_.onTime);
+        }
         transport_.isForgotten = transport_.isForgotten || sleeps_;
         endsNotes_ = endsNotes_ || (format_ != Format::jack && format_ != Format::unit);
     }
@@ -92,20 +97,28 @@ private:
     struct Transport {
         bool moves = false;
         bool records = false;
-        std::int64_t position = 0;
+        bool cycles = false;
+        double position = 0.0;
+        double pace = 1.0;  ///< of the position, in each frame while it moves
+        // Of a server.
+        bool rolls = false;
+        double frame = 0.0;
+        double onTime = 0.0;  ///< where it is if it has gone on with the clock since the last block
         bool isKnown = true;
         bool isForgotten = false;  ///< what was before the next report
         // While a report has not been judged: what was before the first one.
         bool isReported = false;
         bool moved = false;
         bool recorded = false;
-        std::int64_t expected = 0;
+        bool cycled = false;
+        double expected = 0.0;
         bool wasKnown = true;
         bool jumped = false;
 
         void pass(std::int64_t frames) {
-            position += moves ? frames : 0;
-            expected += moves ? frames : 0;
+            const auto passed = moves ? static_cast<double>(frames) * pace : 0.0;
+            position += passed;
+            expected += passed;
         }
     };
 
@@ -122,6 +135,7 @@ private:
     static void note(Log& log, std::int64_t time, const Bytes& bytes);
 
     void begin();
+    void passOnServer(std::uint32_t frames, double before);
     void oweWhatWasAskedFor();
     void sendOwed();
     void settle(const Bytes& bytes);
@@ -148,13 +162,13 @@ private:
 
     Format format_;
     std::uint64_t rate_;
-    std::int64_t tolerance_;  ///< within which a position is no jump, in frames
+    double tolerance_;  ///< within which a position is no jump, in frames
     std::vector<Rule> rules_;
     std::multimap<std::int64_t, Messages> waiting_;
     Messages byHand_;
     bool loaded_ = false;
     Transport transport_;
-    std::pair<bool, bool> asked_;  ///< what the unit was answered last
+    std::array<bool, 3> asked_{};  ///< what the unit was answered last
     std::int64_t start_ = 0;       ///< of the block
 
     Receivers receivers_;

@@ -71,7 +71,9 @@ private:
     static clap_event_transport_t transportOf(const TransportReport& report) {
         constexpr std::uint32_t playing = CLAP_TRANSPORT_IS_PLAYING;
         constexpr std::uint32_t recording = CLAP_TRANSPORT_IS_RECORDING;
-        const auto flags = (report.moves ? playing : 0U) | (report.records ? recording : 0U);
+        constexpr std::uint32_t cycling = CLAP_TRANSPORT_IS_LOOP_ACTIVE;
+        const auto flags = (report.moves ? playing : 0U) | (report.records ? recording : 0U) |
+                           (report.cycles ? cycling : 0U);
         auto event = clapTransport(flags, static_cast<double>(report.position.value_or(0)));
         if (!report.position) {
             event.flags &= ~std::uint32_t{CLAP_TRANSPORT_HAS_SECONDS_TIMELINE};

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
 #include "hosts/jack/FakePorts.hpp"
 #include "hosts/jack/ProcessCycle.hpp"
 #include "simulation/SessionPlayer.hpp"
@@ -41,15 +43,17 @@ private:
 /// A server's cycles with ports of its own. It reports its transport in every cycle.
 class SimulatedJackPlayer final : public SessionPlayer {
 public:
-    explicit SimulatedJackPlayer(double rate) : SessionPlayer(rate) {
-        cycle_.release();
-        for (int i = 0; i < 2; ++i) {
-            FakeOutput nothing;
-            cycle_.run(1, transport_, FakeInput(), nothing);
-        }
-    }
+    explicit SimulatedJackPlayer(double rate) : SessionPlayer(rate) { release(); }
 
-    void restart(const RestartStep& /*step*/) override {}
+    void restart(const RestartStep& step) override {
+        if (step.isReset) {
+            pass(step.frames);
+            return;
+        }
+        cycle_.hold();
+        runHeld(step.frames);
+        release();
+    }
 
     Sent block(std::uint32_t frames, const std::vector<Incoming>& events,
                std::optional<RoomLimit> room) override {
@@ -60,15 +64,35 @@ public:
         const FakeInput port(std::move(input));
         LimitedPort output(room);
         render([&] { cycle_.run(frames, transport_, port, output); });
-        transport_.clock += frames;
-        transport_.frame += transport_.isRolling ? frames : 0;
+        pass(frames);
         return std::move(output.sent);
     }
 
 private:
+    void release() {
+        cycle_.release();
+        for (int cycles = 0; cycles < 2; ++cycles) {
+            runHeld(0);
+        }
+    }
+
+    /// A cycle in which a note comes that nobody hears.
+    void runHeld(std::uint32_t frames) {
+        FakeOutput nothing;
+        cycle_.run(frames, transport_, FakeInput({{0, {0x90, 1, 1}}}), nothing);
+        EXPECT_TRUE(nothing.written.empty());
+        pass(frames);
+    }
+
+    void pass(std::uint32_t frames) {
+        transport_.clock += frames;
+        transport_.frame += transport_.isRolling ? frames : 0;
+    }
+
     void take(const Incoming& event, Timed& input) {
         if (const auto* report = std::get_if<TransportReport>(&event.what)) {
             transport_.isRolling = report->moves;
+            transport_.isStarting = report->starts;
             transport_.frame = static_cast<std::uint32_t>(report->position.value());
             return;
         }

@@ -48,7 +48,7 @@ public:
 private:
     void take(const Incoming& event) {
         if (const auto* report = std::get_if<TransportReport>(&event.what)) {
-            input_.addPosition(event.offset, report->moves ? 1.0 : 0.0, report->position);
+            input_.addPosition(event.offset, report->moves ? report->speed : 0.0, report->position);
             return;
         }
         for (auto left = event.times; left > 0; --left) {
