@@ -132,6 +132,10 @@ Sent SlowModel::block(std::uint32_t frames, const std::vector<Incoming>& events,
     if (format_ == Format::clap) {
         offer();
         sleeps_ = hasNothingToDo();
+        if (sleeps_) {
+            transport_.isKnown = false;
+            transport_.isForgotten = true;
+        }
         return std::move(taken_);
     }
     return std::move(sent_);
@@ -187,8 +191,8 @@ void SlowModel::offer() {
     }
 }
 
-/// Nothing is left to be sent, nothing sounds, and no rule waits for the transport. A rule behind one that consumes what does
-/// not match never hears of a change.
+/// Nothing is left to be sent, nothing sounds, and no rule waits for the transport. A rule behind one that
+/// consumes what does not match never hears of a change.
 bool SlowModel::hasNothingToDo() const {
     const bool hearsTransport =
         std::ranges::any_of(std::array{Trigger::Start, Trigger::Continue, Trigger::Stop},

@@ -50,15 +50,13 @@ public:
     void send(const RuleOutputVariantsV2& message);
     void setRate(double rate) { rate_ = static_cast<std::uint64_t>(rate); }
     /// Frames have passed in between. A server's clock goes on, and its transport with it; the unit does not
-    /// ask for jumps. What sounds ends, but on a server, which hears of no restart. A plug-in that slept
-    /// before may have missed changes.
+    /// ask for jumps. What sounds ends, but on a server, which hears of no restart.
     void restart(std::uint32_t frames) {
         transport_.isKnown = format_ == Format::jack;
         if (format_ == Format::jack) {
             transport_.position += transport_.rolls ? frames : 0.0;
             passOnServer(frames, transport_.onTime);
         }
-        transport_.isForgotten = transport_.isForgotten || sleeps_;
         endsNotes_ = endsNotes_ || (format_ != Format::jack && format_ != Format::unit);
     }
     void panic() { panics_ = true; }
@@ -194,7 +192,6 @@ private:
     std::deque<Bytes> owed_;    ///< what it had no room for
     bool isHeldUp_ = false;     ///< since an earlier block
     Sent taken_;
-    bool sleeps_ = false;  ///< the plug-in, in such a host, since the last block
 
     // Messages, in all.
     std::uint64_t born_ = 0;  ///< fired by rules, forwarded or sent by hand

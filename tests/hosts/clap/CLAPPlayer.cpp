@@ -9,10 +9,14 @@ namespace quillo::test {
 
 namespace {
 
-/// The plug-in that was built, by its C entry. Rules come as state.
+/// The plug-in that was built, by its C entry. Rules come as state. Between two blocks it sleeps if it
+/// may, and may have missed changes of the transport.
 class CLAPPlayer final : public Player {
 public:
-    CLAPPlayer() { host_.start(); }
+    CLAPPlayer() {
+        host_.stopsWhenAsleep = true;
+        host_.start();
+    }
     ~CLAPPlayer() override { host_.stop(); }
     CLAPPlayer(const CLAPPlayer&) = delete;
     CLAPPlayer& operator=(const CLAPPlayer&) = delete;
