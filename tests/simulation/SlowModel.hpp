@@ -192,6 +192,7 @@ private:
     std::deque<Bytes> owed_;    ///< what it had no room for
     bool isHeldUp_ = false;     ///< since an earlier block
     Sent taken_;
+    bool sleeps_ = false;  ///< the plug-in, in such a host, since the last block
 
     // Messages, in all.
     std::uint64_t born_ = 0;  ///< fired by rules, forwarded or sent by hand

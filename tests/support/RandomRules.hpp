@@ -17,8 +17,8 @@ inline constexpr std::array policies{PassThroughV2::PassThrough, PassThroughV2::
                                      PassThroughV2::EatNonMatching};
 
 /// Rule lists and events out of so few different numbers that they often meet: every kind of trigger and of
-/// output, numbers that no message carries among them. A seed has the same ones with every compiler: each draw
-/// is a statement of its own where the language leaves the order of the parts of one open.
+/// output, numbers that no message carries among them. A seed has the same ones with every compiler: where
+/// the language leaves the order of a statement's parts open, each draw is a statement of its own.
 class RandomRules {
 public:
     explicit RandomRules(unsigned seed) : random_(seed) {}
