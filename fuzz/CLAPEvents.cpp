@@ -7,6 +7,7 @@
 // event the length of its message (2) and its bytes.
 #include <deque>
 
+#include "FuzzCLAPHost.hpp"
 #include "FuzzInput.hpp"
 #include "FuzzRules.hpp"
 #include "hosts/clap/CLAPPlugin.hpp"
@@ -16,17 +17,6 @@ using fuzz::Bytes;
 using fuzz::require;
 
 namespace {
-
-const clap_host_t host{CLAP_VERSION,
-                       nullptr,
-                       "fuzzer",
-                       "",
-                       "",
-                       "1",
-                       [](const clap_host_t*, const char*) -> const void* { return nullptr; },
-                       [](const clap_host_t*) {},
-                       [](const clap_host_t*) {},
-                       [](const clap_host_t*) {}};
 
 /// An instance with rules, by its table, that is processing.
 class Plugin {
@@ -57,7 +47,7 @@ public:
     }
 
 private:
-    const clap_plugin_t* table_ = CLAPPlugin::create(&host);
+    const clap_plugin_t* table_ = CLAPPlugin::create(&fuzz::clapHost);
 };
 
 /// What the host brings in a block.

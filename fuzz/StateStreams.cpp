@@ -6,6 +6,7 @@
 #include <array>
 #include <string_view>
 
+#include "FuzzCLAPHost.hpp"
 #include "FuzzInput.hpp"
 #include "FuzzRules.hpp"
 #include "hosts/clap/CLAPExtensions.hpp"
@@ -18,17 +19,6 @@ using fuzz::Bytes;
 using fuzz::require;
 
 namespace {
-
-const clap_host_t host{CLAP_VERSION,
-                       nullptr,
-                       "fuzzer",
-                       "",
-                       "",
-                       "1",
-                       [](const clap_host_t*, const char*) -> const void* { return nullptr; },
-                       [](const clap_host_t*) {},
-                       [](const clap_host_t*) {},
-                       [](const clap_host_t*) {}};
 
 /// A host's stream, both ways.
 struct Stream {
@@ -73,7 +63,7 @@ Bytes saved(const clap_plugin_t* plugin, std::size_t longestPiece) {
 void loadIntoCLAP(fuzz::FuzzInput input) {
     const std::size_t longestPiece = input.number<std::uint8_t>();
     const auto document = input.rest();
-    const auto* plugin = CLAPPlugin::create(&host);
+    const auto* plugin = CLAPPlugin::create(&fuzz::clapHost);
     require(plugin->init(plugin), "an instance is made");
     CLAPPlugin::instanceOf(plugin)->session.processor().setRules(fuzz::fuzzRules());
     Stream stream{longestPiece, {document.begin(), document.end()}};
