@@ -62,6 +62,10 @@ protected:
 
     void takeText(const juce::String& text) override { set(format_.parse(text.toStdString())); }
 
+    [[nodiscard]] bool isValue(const juce::String& text) const override {
+        return format_.parse(text.toStdString()) == value_.get();
+    }
+
     bool takeSteps(int steps) override {
         if constexpr (Steppable<Value>) {
             if (const auto value = stepped(format_, value_.get(), steps)) {

@@ -388,8 +388,9 @@ bool MyTextInputImpl::step(int steps) {
     }
     const SafePointer<MyTextInputImpl> field(this);
     if (editable_ && typist_->getText() != textBefore_ && !holdsNothing(typist_->getText())) {
-        take(typist_->getText());
-        if (field != nullptr && shownText() == textBefore_) {
+        const auto text = typist_->getText();
+        take(text);
+        if (field != nullptr && shownText() == textBefore_ && !isValue(text)) {
             stopTyping();
             refresh();
             return true;

@@ -75,6 +75,8 @@ protected:
 
     /// Takes typed text through the formatter.
     virtual void takeText(const juce::String& text) = 0;
+    /// Whether typed text is the value that there is.
+    [[nodiscard]] virtual bool isValue(const juce::String& text) const = 0;
     /// Steps the value, by 0 to ask; false when it is nothing that can be stepped.
     virtual bool takeSteps(int steps) = 0;
     [[nodiscard]] virtual std::vector<juce::String> optionLabels() const = 0;

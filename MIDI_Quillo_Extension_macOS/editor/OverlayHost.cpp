@@ -21,7 +21,8 @@ void OverlayHost::showOverlay(std::unique_ptr<juce::Component> overlay, Opens op
     overlay_->setBounds(view_.getLocalBounds());
     view_.addAndMakeVisible(*overlay_);
     const auto* window = view_.getPeer();
-    if (opens == Opens::asked || (window != nullptr && window->isFocused())) {
+    awaitsWindow_ = opens == Opens::unasked && (window == nullptr || !window->isFocused());
+    if (!awaitsWindow_) {
         overlay_->grabKeyboardFocus();
     }
 }
@@ -66,6 +67,14 @@ OverlayHost* OverlayHost::find(juce::Component& view) {
 void OverlayHost::componentMovedOrResized(juce::Component& view, bool /*moved*/, bool resized) {
     if (resized && overlay_ != nullptr) {
         overlay_->setBounds(view.getLocalBounds());
+    }
+}
+
+/// A window that gets the keyboard gives it to the view that had it last.
+void OverlayHost::takeKeyboardFromBelow() {
+    if (overlay_ != nullptr && std::exchange(awaitsWindow_, false)) {
+        focusBefore_ = juce::Component::getCurrentlyFocusedComponent();
+        overlay_->grabKeyboardFocus();
     }
 }
 

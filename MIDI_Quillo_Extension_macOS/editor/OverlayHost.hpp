@@ -23,10 +23,16 @@ public:
     OverlayHost(const OverlayHost&) = delete;
     OverlayHost& operator=(const OverlayHost&) = delete;
 
-    /// Opens `overlay` and closes the one that was open. What opens unasked takes the keyboard only where the
-    /// window has it, and not from the host.
+    /// Whether the user opens an overlay, or something that has happened.
     enum class Opens { asked, unasked };
+
+    /// Opens `overlay` and closes the one that was open. What opens unasked takes the keyboard only when the
+    /// window has it, and not from the host.
     void showOverlay(std::unique_ptr<juce::Component> overlay, Opens opens = Opens::asked);
+
+    /// Called when a view under the overlay has got the keyboard: what opened while the window had none takes
+    /// it.
+    void takeKeyboardFromBelow();
 
     /// Deletes what is open. An overlay may close itself, and touches nothing of its own afterwards.
     void closeOverlay();
@@ -50,6 +56,7 @@ private:
 
     juce::Component& view_;
     std::unique_ptr<juce::Component> overlay_;
+    bool awaitsWindow_ = false;  ///< what is open has the keyboard as soon as the window has it
     juce::Component::SafePointer<juce::Component> focusBefore_;
 };
 

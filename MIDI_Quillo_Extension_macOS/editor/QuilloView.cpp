@@ -689,6 +689,7 @@ void QuilloView::globalFocusChanged(juce::Component* focused) {
         return;
     }
     lastFocus_ = MyTextInputImpl::around(focused);
+    takeKeyboardFromBelow();
 }
 
 bool QuilloView::isInterestedInFileDrag(const juce::StringArray& files) {

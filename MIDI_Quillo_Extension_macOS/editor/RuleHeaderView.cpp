@@ -61,10 +61,13 @@ juce::Rectangle<int> RuleHeaderView::typingArea() const {
 }
 
 void RuleHeaderView::takeText(const juce::String& text) {
-    auto name = format_.parse(text.toStdString());
-    if (name != name_.get()) {
-        name_.set(std::move(name));
+    if (!isValue(text)) {
+        name_.set(format_.parse(text.toStdString()));
     }
+}
+
+bool RuleHeaderView::isValue(const juce::String& text) const {
+    return format_.parse(text.toStdString()) == name_.get();
 }
 
 bool RuleHeaderView::takeSteps(int /*steps*/) {

@@ -31,6 +31,7 @@ protected:
     [[nodiscard]] Typed typed() const override { return Typed::text; }
     [[nodiscard]] juce::Rectangle<int> typingArea() const override;
     void takeText(const juce::String& text) override;
+    [[nodiscard]] bool isValue(const juce::String& text) const override;
     bool takeSteps(int steps) override;
     [[nodiscard]] std::vector<juce::String> optionLabels() const override { return {}; }
     [[nodiscard]] std::optional<std::size_t> currentOption() const override { return std::nullopt; }

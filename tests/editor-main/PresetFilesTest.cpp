@@ -189,10 +189,12 @@ TEST_F(PresetFiles, AnAlertLeavesTheKeyboardToAnotherWindow) {
     settle();
     ASSERT_NE(alert(), nullptr);
     EXPECT_FALSE(window.isFocused());
-    window.grabFocus();
-    stage.editor().dismissAlert();
-    stage.editor().alert("Something else did.");
+    window.comeBack();
+    settle();
     EXPECT_TRUE(alert()->hasKeyboardFocus(true));
+    press(juce::KeyPress::returnKey);
+    EXPECT_EQ(alert(), nullptr);
+    EXPECT_TRUE(stage.card(0).header().hasKeyboardFocus(true));
 }
 
 TEST_F(PresetFiles, AValueThatIsRefusedIsNotSteppedOn) {

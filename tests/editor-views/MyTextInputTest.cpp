@@ -287,6 +287,15 @@ TEST(MyTextInput, StepsANumberByKeys) {
     EXPECT_EQ(desk.value, byte(117));
 }
 
+TEST(MyTextInput, StepsFromTheGreatestValueWhenAGreaterOneIsTyped) {
+    VelocityDesk desk;
+    desk.retype("127");
+    desk.press(juce::KeyPress::returnKey);
+    desk.retype("200");
+    desk.press(juce::KeyPress::downKey);
+    EXPECT_EQ(desk.value, byte(126));
+}
+
 TEST(MyTextInput, StepsWhatIsBeingTyped) {
     VelocityDesk desk;
     desk.retype("42");

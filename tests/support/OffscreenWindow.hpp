@@ -47,6 +47,11 @@ public:
         focused_ = false;
         handleFocusLoss();
     }
+    /// As when the user comes back.
+    void comeBack() {
+        focused_ = true;
+        handleFocusGain();
+    }
     void repaint(const juce::Rectangle<int>& /*area*/) override {}
     void performAnyPendingRepaintsNow() override {}
     void setAlpha(float /*alpha*/) override {}
