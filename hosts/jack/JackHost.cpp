@@ -284,7 +284,7 @@ int JackHost::statusOfSaving() const {
 
 std::string JackHost::title() const {
     if (!link_.isConnected()) {
-        return "MIDI Quillo (no JACK server)";
+        return link_.isWanted() ? "MIDI Quillo (no JACK server)" : "MIDI Quillo (no project)";
     }
     const auto client = link_.clientName();
     return client == JackOptions().name ? "MIDI Quillo" : "MIDI Quillo (" + client + ")";

@@ -255,6 +255,7 @@ TEST_F(ManagedSessionTest, TheWindowSaysThatAProjectCannotBeOpenedUntilAnotherOn
     host->setOnChange([&] { ++changes; });
     open("nB");
     EXPECT_EQ(changes, 1);
+    EXPECT_EQ(host->title(), "MIDI Quillo (no project)");
     const auto& model = *host->session().model();
     host->session().drain();
     EXPECT_THAT(model.alertErrorMessage().value_or(""),
