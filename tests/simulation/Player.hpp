@@ -66,11 +66,11 @@ struct FormatLimits {
 
 [[nodiscard]] bool isBuilt(Format format);
 
-/// A new instance, activated; of a format that was built.
-[[nodiscard]] std::unique_ptr<Player> makePlayer(Format format, double rate);
+/// A new instance in a scenario's host, activated; of a format that was built.
+[[nodiscard]] std::unique_ptr<Player> makePlayer(const Scenario& scenario, double rate);
 
 [[nodiscard]] std::unique_ptr<Player> makeLV2Player(double rate);
-[[nodiscard]] std::unique_ptr<Player> makeCLAPPlayer();
+[[nodiscard]] std::unique_ptr<Player> makeCLAPPlayer(bool stopsAsleep);
 [[nodiscard]] std::unique_ptr<Player> makeJackPlayer(double rate);
 
 }  // namespace quillo::test

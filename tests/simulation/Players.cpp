@@ -233,15 +233,15 @@ bool isBuilt(Format format) {
     return std::ranges::find(formats, format) != formats.end();
 }
 
-std::unique_ptr<Player> makePlayer(Format format, double rate) {
-    switch (format) {
+std::unique_ptr<Player> makePlayer(const Scenario& scenario, double rate) {
+    switch (scenario.format) {
     case Format::renderer: return std::make_unique<RendererPlayer>(rate);
     case Format::unit: return std::make_unique<UnitPlayer>(rate);
 #ifdef QUILLO_SIMULATES_LV2
     case Format::lv2: return makeLV2Player(rate);
 #endif
 #ifdef QUILLO_SIMULATES_CLAP
-    case Format::clap: return makeCLAPPlayer();
+    case Format::clap: return makeCLAPPlayer(scenario.stopsAsleep);
 #endif
 #ifdef QUILLO_SIMULATES_JACK
     case Format::jack: return makeJackPlayer(rate);

@@ -94,7 +94,8 @@ std::size_t costOf(std::size_t bytes) {
 
 std::string describe(const Scenario& scenario) {
     std::ostringstream out;
-    out << "  " << nameOf(scenario.format) << ", " << scenario.rate << " frames a second\n";
+    out << "  " << nameOf(scenario.format) << ", " << scenario.rate << " frames a second"
+        << (scenario.stopsAsleep ? ", stops what may sleep\n" : "\n");
     for (std::size_t i = 0; i < scenario.steps.size(); ++i) {
         out << "  " << i + 1 << ". ";
         std::visit(Writer{out}, scenario.steps[i]);

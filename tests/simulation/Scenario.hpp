@@ -76,8 +76,8 @@ struct DamagedStep {
 };
 /// Saves, and goes on with another instance, in which the state was restored.
 struct MoveStep {};
-/// Deactivates, and activates so many frames later; or a CLAP host's `reset`, which comes to the same, and
-/// cycles of a JACK server that are missed.
+/// Deactivates, and activates so many frames later by the clock of a CLAP host or a JACK server; or a CLAP
+/// host's `reset`, which comes to the same, and cycles of a JACK server that are missed.
 struct RestartStep {
     bool isReset = false;
     std::uint32_t frames = 0;
@@ -98,6 +98,7 @@ using Step = std::variant<BlockStep, EditStep, SendStep, PanicStep, RateStep, Sa
 struct Scenario {
     Format format = Format::renderer;
     double rate = 48000.0;
+    bool stopsAsleep = false;  ///< a CLAP host that stops a plug-in that may sleep
     std::vector<Step> steps;
 };
 

@@ -25,6 +25,7 @@ public:
             oneOf(std::array{Format::renderer, Format::unit, Format::lv2, Format::clap, Format::jack});
         limits_ = limitsOf(scenario_.format);
         scenario_.rate = oneOf(limits_.rates);
+        scenario_.stopsAsleep = scenario_.format == Format::clap && chance(2);
         lengths_ = static_cast<Lengths>(below(4));
         fixedLength_ = 1U << below(14);
         density_ = 1 + below(12);

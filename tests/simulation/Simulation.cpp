@@ -19,10 +19,10 @@ namespace {
 class Simulation {
 public:
     explicit Simulation(const Scenario& scenario)
-        : format_(scenario.format),
+        : scenario_(scenario),
           rate_(scenario.rate),
-          player_(makePlayer(format_, rate_)),
-          model_(format_, rate_),
+          player_(makePlayer(scenario_, rate_)),
+          model_(scenario_, rate_),
           saved_(player_->save()) {}
 
     /// One line about the first difference.
@@ -90,7 +90,7 @@ public:
         auto damaged = saved_;
         damaged.resize(step.length % damaged.size());
         const bool taken = player_->restore(damaged);
-        expect(taken == (format_ == Format::unit), "a damaged state is taken");
+        expect(taken == (scenario_.format == Format::unit), "a damaged state is taken");
         if (taken) {
             hold({});
         }
@@ -100,10 +100,10 @@ public:
         const auto document = player_->save();
         user_.reset();
         hasLogs_ = false;
-        player_ = makePlayer(format_, rate_);
+        player_ = makePlayer(scenario_, rate_);
         expect(player_->restore(document), "the saved state is rejected elsewhere");
         auto rules = model_.rules();
-        model_ = SlowModel(format_, rate_);
+        model_ = SlowModel(scenario_, rate_);
         model_.edit(std::move(rules));
     }
     void operator()(const RestartStep& step) {
@@ -120,7 +120,7 @@ private:
 
     /// An LV2 buffer always has an end.
     [[nodiscard]] std::optional<RoomLimit> usualRoom() const {
-        return format_ == Format::lv2 ? std::optional(RoomLimit{8192}) : std::nullopt;
+        return scenario_.format == Format::lv2 ? std::optional(RoomLimit{8192}) : std::nullopt;
     }
 
     void block(std::uint32_t frames, const std::vector<Incoming>& events, std::optional<RoomLimit> room) {
@@ -215,7 +215,7 @@ private:
     }
 
     const std::vector<Incoming> nothing_;
-    Format format_;
+    const Scenario& scenario_;
     double rate_;
     std::unique_ptr<Player> player_;
     SlowModel model_;

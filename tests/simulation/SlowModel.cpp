@@ -132,7 +132,7 @@ Sent SlowModel::block(std::uint32_t frames, const std::vector<Incoming>& events,
     if (format_ == Format::clap) {
         offer();
         sleeps_ = hasNothingToDo();
-        if (sleeps_) {
+        if (sleeps_ && stopsAsleep_) {
             transport_.isKnown = false;
             transport_.isForgotten = true;
         }

@@ -36,12 +36,13 @@ using Sent = std::vector<std::pair<std::int64_t, Bytes>>;
 /// sorted map of what waits. It shares the stored rules with the engine, and nothing else.
 class SlowModel {
 public:
-    SlowModel(Format format, double rate)
-        : format_(format),
+    SlowModel(const Scenario& scenario, double rate)
+        : format_(scenario.format),
+          stopsAsleep_(scenario.stopsAsleep),
           rate_(static_cast<std::uint64_t>(rate)),
-          tolerance_(format == Format::clap  ? 96
-                     : format == Format::lv2 ? 1
-                                             : 0) {
+          tolerance_(format_ == Format::clap  ? 96
+                     : format_ == Format::lv2 ? 1
+                                              : 0) {
         transport_.isKnown = format_ != Format::lv2 && format_ != Format::clap;
     }
 
@@ -50,13 +51,15 @@ public:
     void send(const RuleOutputVariantsV2& message);
     void setRate(double rate) { rate_ = static_cast<std::uint64_t>(rate); }
     /// Frames have passed in between. A server's clock goes on, and its transport with it; the unit does not
-    /// ask for jumps. What sounds ends, but on a server, which hears of no restart.
+    /// ask for jumps. What sounds ends, but on a server, which hears of no restart. A plug-in that slept
+    /// before may have missed changes.
     void restart(std::uint32_t frames) {
         transport_.isKnown = format_ == Format::jack;
         if (format_ == Format::jack) {
             transport_.position += transport_.rolls ? frames : 0.0;
             passOnServer(frames, transport_.onTime);
         }
+        transport_.isForgotten = transport_.isForgotten || sleeps_;
         endsNotes_ = endsNotes_ || (format_ != Format::jack && format_ != Format::unit);
     }
     void panic() { panics_ = true; }
@@ -159,6 +162,7 @@ private:
     [[nodiscard]] bool hasNothingToDo() const;
 
     Format format_;
+    bool stopsAsleep_;
     std::uint64_t rate_;
     double tolerance_;  ///< within which a position is no jump, in frames
     std::vector<Rule> rules_;

@@ -20,6 +20,7 @@ ends_by() {
     "$program" --scenarios 1000000 --seed 5 --patience 1 2>"$said" &
     simulator=$!
     until [[ -n $worker ]]; do
+        kill -0 "$simulator" || fail "it ends without a worker"
         worker=$(pgrep -P "$simulator") || true
     done
     kill "-$1" "$worker"

@@ -2,6 +2,7 @@
 // Simulated hosts: `quillo-simulate [SECONDS] [--seed N] [--jobs N]` for so long, from this seed on or any,
 // or `quillo-simulate [--scenarios N] [--seed N] [--jobs N]` for so many. With a seed alone, its scenario.
 #include <sys/mman.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <time.h>
 #include <unistd.h>
@@ -44,7 +45,7 @@ struct Worker {
     pid_t process = 0;  ///< 0 once it has ended
     Progress* progress = nullptr;
     std::uint64_t seedSeen = 0;
-    Clock::time_point seenSince;
+    std::uint64_t looks = 0;  ///< that have seen this seed
 };
 
 struct Options {
@@ -57,6 +58,9 @@ struct Options {
 };
 
 using Seed = unsigned long long;
+
+/// How often the parent looks how its workers are getting on. It does not while all of them are stopped.
+constexpr unsigned looksASecond = 20;
 
 /// The end of a worker that has told what fails. A sanitizer has others.
 constexpr int toldStatus = 3;
@@ -137,13 +141,12 @@ Progress& sharedProgress() {
 /// Ends a worker whose scenario goes on for too long, and says which one it is.
 void watch(Worker& worker, std::uint64_t patience) {
     const std::uint64_t seed = worker.progress->seed;
-    const auto now = Clock::now();
     if (std::exchange(worker.seedSeen, seed) != seed) {
-        worker.seenSince = now;
-    } else if (worker.process != 0 && now - worker.seenSince > std::chrono::seconds(patience)) {
+        worker.looks = 0;
+    } else if (worker.process != 0 && ++worker.looks > patience * looksASecond) {
         std::fprintf(stderr, "\nSeed %llu goes on for more than %llu seconds\n", Seed{seed}, Seed{patience});
         ::kill(worker.process, SIGKILL);
-        worker.seenSince = now;
+        worker.looks = 0;
     }
 }
 
@@ -165,7 +168,7 @@ bool waitForOne(std::vector<Worker>& workers, std::uint64_t patience) {
     int status = 0;
     pid_t ended = 0;
     while ((ended = ::waitpid(-1, &status, WNOHANG)) == 0) {
-        ::usleep(50000);
+        ::usleep(1'000'000 / looksASecond);
         for (auto& worker : workers) {
             watch(worker, patience);
         }
@@ -187,6 +190,7 @@ int simulateOnAllJobs(const Options& options) {
         progress.seed = first + job;
         const auto process = ::fork();
         if (process == 0) {
+            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
             std::exit(work(job, first, end, options, progress));
         }
         if (process < 0) {
@@ -194,7 +198,7 @@ int simulateOnAllJobs(const Options& options) {
             passed = false;
             break;
         }
-        workers.push_back({process, &progress, first + job, Clock::now()});
+        workers.push_back({process, &progress, first + job});
     }
     for (auto left = workers.size(); left > 0; --left) {
         passed = waitForOne(workers, options.patience) && passed;

@@ -9,12 +9,12 @@ namespace quillo::test {
 
 namespace {
 
-/// The plug-in that was built, by its C entry. Rules come as state. Between two blocks it sleeps if it
-/// may, and may have missed changes of the transport.
+/// The plug-in that was built, by its C entry. Rules come as state. A plug-in that a host stops where it may
+/// sleep may have missed changes of the transport.
 class CLAPPlayer final : public Player {
 public:
-    CLAPPlayer() {
-        host_.stopsWhenAsleep = true;
+    explicit CLAPPlayer(bool stopsAsleep) {
+        host_.stopsWhenAsleep = stopsAsleep;
         host_.start();
     }
     ~CLAPPlayer() override { host_.stop(); }
@@ -25,6 +25,7 @@ public:
     void send(const RuleOutputVariantsV2& /*message*/) override {}
     bool setRate(double /*rate*/) override { return false; }
     void restart(const RestartStep& step) override {
+        host_.steadyTime += step.frames;
         if (step.isReset) {
             host_.plugin->reset(host_.plugin);
             return;
@@ -93,8 +94,8 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Player> makeCLAPPlayer() {
-    return std::make_unique<CLAPPlayer>();
+std::unique_ptr<Player> makeCLAPPlayer(bool stopsAsleep) {
+    return std::make_unique<CLAPPlayer>(stopsAsleep);
 }
 
 }  // namespace quillo::test
