@@ -355,7 +355,7 @@ private:
 void setPolicy(Rule& rule, Policy policy) {
     auto message = *rule.trigger.getIf<RuleTriggerV2::MessageBased>();
     message.trigger.passTrough = policy;
-    rule.trigger = std::move(message);
+    rule.trigger = message;
 }
 
 /// Sets what each rule consumes: what it matches, where no rule below that the event must reach does so. A

@@ -30,6 +30,7 @@ void PendingAlerts::add(std::string_view text) noexcept try {
         ++leftOut_;
     }
 } catch (...) {
+    return;  // without memory for the words nothing can be told
 }
 
 std::optional<std::string> PendingAlerts::remove(std::string_view text) {

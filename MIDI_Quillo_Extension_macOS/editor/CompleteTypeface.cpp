@@ -10,11 +10,11 @@ namespace quillo {
 
 namespace {
 
-template <auto destroy>
+template <auto Destroy>
 struct Destroyer {
     template <class Thing>
     void operator()(Thing* thing) const {
-        destroy(thing);
+        Destroy(thing);
     }
 };
 using Pattern = std::unique_ptr<FcPattern, Destroyer<FcPatternDestroy>>;

@@ -33,7 +33,7 @@ void NewRuleSelector::openMenu() {
     for (const auto& item : outputTypeMenu()) {
         labels.push_back(juceText(item.label));
     }
-    labels.push_back("Notes as played");
+    labels.emplace_back("Notes as played");
     labels.push_back(juceText("Learn a trigger …"));
     PopupMenuOverlay::open(button_, button_.getLocalBounds(), {"Add new", std::move(labels), {}},
                            [selector = SafePointer(this)](std::size_t row) {

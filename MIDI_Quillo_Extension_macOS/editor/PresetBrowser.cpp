@@ -118,7 +118,7 @@ void addSentences(std::vector<PresetBrowserEntry>& examples, const fs::path& lis
 
 }  // namespace
 
-std::string presetFileName(std::string name) {
+std::string presetFileName(const std::string& name) {
     return isPresetName(name) ? name : name + presetFileExtension;
 }
 
@@ -200,7 +200,7 @@ void PresetBrowser::pick(std::optional<std::size_t> row) {
     forget();
     picked_ = row;
     pickedByHand_ = row.has_value();
-    if (row && !(mode_ == Mode::save && shown_[*row].isFolder)) {
+    if (row && (mode_ != Mode::save || !shown_[*row].isFolder)) {
         name_ = shown_[*row].name;
     }
 }

@@ -13,7 +13,7 @@ namespace quillo {
 
 /// What a preset is saved as under a typed name: ".json" is added to every name that does not end so already,
 /// in large or small letters.
-[[nodiscard]] std::string presetFileName(std::string name);
+[[nodiscard]] std::string presetFileName(const std::string& name);
 
 /// The folder that a preset was last read from or written to since the process began; empty before. Every
 /// editor of the process knows the same. [main] only.

@@ -35,7 +35,7 @@ RunQuestion::Outcome outcomeOfRange(const RuleEntry& first, const RunBinding& ru
     if (!canWaitFor(first, run.get().rises, *from, *to)) {
         return {{}, leavesTheBytes, {}};
     }
-    const auto count = static_cast<std::size_t>(std::abs(*to - *from) + 1);
+    const auto count = std::size_t{1} + static_cast<std::size_t>(std::abs(*to - *from));
     const auto words = count == 1
                            ? juce::String("Stored as a plain rule.")
                            : "Stored as " + juce::String(count) + " plain rules: every host plays them.";

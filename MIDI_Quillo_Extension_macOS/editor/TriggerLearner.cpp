@@ -63,7 +63,7 @@ std::string rangeWords(unsigned least, unsigned greatest) {
 
 /// "CC 64 : Sustain, value 127, channel 1", "Note On C3, channel 1", "MIDI Transport Start".
 std::string wordsOf(const RuleTriggerEntry& trigger) {
-    const auto type = std::string(typeLabel(trigger.type));
+    auto type = std::string(typeLabel(trigger.type));
     switch (trigger.type) {
     case TriggerEntryType::NoteOn:
     case TriggerEntryType::NoteOff: return type + " " + noteOf(trigger) + onChannel(trigger);
@@ -178,6 +178,7 @@ double TriggerLearner::rank(const Source& source) const {
 /// Of equal ones the control stands before the note that touches it, then what was heard first.
 std::vector<TriggerOffer> TriggerLearner::offers() const {
     std::vector<std::tuple<double, bool, std::size_t>> ranked;
+    ranked.reserve(sources_.size());
     for (std::size_t place = 0; place < sources_.size(); ++place) {
         ranked.emplace_back(-rank(sources_[place]), sources_[place].touches.has_value(), place);
     }

@@ -105,9 +105,11 @@ inline MIDIMessage::MIDIMessage(MIDIMessage&& other) QUILLO_REALTIME
     : shared_(std::exchange(other.shared_, nullptr)), inline_(std::exchange(other.inline_, Inline{})) {}
 
 inline MIDIMessage& MIDIMessage::operator=(const MIDIMessage& other) QUILLO_REALTIME {
-    inline_ = other.inline_;
-    if (shared_ != other.shared_) {
-        share(other.shared_);
+    if (this != &other) {
+        inline_ = other.inline_;
+        if (shared_ != other.shared_) {
+            share(other.shared_);
+        }
     }
     return *this;
 }

@@ -11,7 +11,7 @@ EventMailbox::EventMailbox() : free_(&rings_[0]) {
 
 EventMailbox::Ring::Ring()
     : entries([]<std::size_t... I>(std::index_sequence<I...>) {
-          return std::array{((void)I, EventLogEntry{0, EventLogEntryVariants::MIDI{}})...};
+          return std::array{(static_cast<void>(I), EventLogEntry{0, EventLogEntryVariants::MIDI{}})...};
       }(std::make_index_sequence<keptEntries>())) {}
 
 /// The taker returns a ring before it takes the next one: where one is gone, the other is found.

@@ -53,7 +53,7 @@ std::string shortName(const PortDescription& port) {
     constexpr std::array<std::string_view, 4> waysToDevices{"system", "alsa_pcm", "a2j", "Midi-Bridge"};
     const auto& name = nameToShow(port);
     const auto colon = name.find(':');
-    const auto client = name.substr(0, colon);
+    auto client = name.substr(0, colon);
     if (colon == std::string::npos || std::ranges::find(waysToDevices, client) == waysToDevices.end()) {
         return client;
     }

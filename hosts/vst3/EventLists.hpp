@@ -9,6 +9,8 @@ namespace quillo {
 class EventListBefore : public Steinberg::Vst::IEventList {
 public:
     explicit EventListBefore(Steinberg::Vst::IEventList* hosts) : hosts_(hosts) {}
+    EventListBefore(const EventListBefore&) = delete;
+    EventListBefore& operator=(const EventListBefore&) = delete;
 
     Steinberg::tresult PLUGIN_API queryInterface(const Steinberg::TUID id, void** object) override;
     Steinberg::uint32 PLUGIN_API addRef() override { return 1; }
@@ -17,6 +19,9 @@ public:
     Steinberg::int32 PLUGIN_API getEventCount() override;
     Steinberg::tresult PLUGIN_API getEvent(Steinberg::int32 index, Steinberg::Vst::Event& event) override;
     Steinberg::tresult PLUGIN_API addEvent(Steinberg::Vst::Event& event) override;
+
+protected:
+    ~EventListBefore() = default;
 
 private:
     Steinberg::Vst::IEventList* hosts_;

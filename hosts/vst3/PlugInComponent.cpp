@@ -6,7 +6,6 @@
 #include <exception>
 #include <limits>
 #include <optional>
-#include <utility>
 #include <vector>
 
 #include <public.sdk/source/common/memorystream.h>
@@ -66,19 +65,18 @@ bool writeAll(IBStream& stream, const char* data, TSize size) {
 }  // namespace
 
 IPtr<PlugInComponent> PlugInComponent::around(FUnknown& made) {
-    auto component = asked<IComponent>(made);
-    auto processor = asked<IAudioProcessor>(made);
+    const auto component = asked<IComponent>(made);
+    const auto processor = asked<IAudioProcessor>(made);
     void* quillo = nullptr;
     if (!component || !processor || made.queryInterface(QuilloProcessor::interfaceId, &quillo) != kResultOk) {
         return nullptr;
     }
-    return owned(new PlugInComponent(std::move(component), std::move(processor),
-                                     *static_cast<QuilloProcessor*>(quillo)));
+    return owned(new PlugInComponent(component, processor, *static_cast<QuilloProcessor*>(quillo)));
 }
 
-PlugInComponent::PlugInComponent(IPtr<IComponent> component, IPtr<IAudioProcessor> processor,
+PlugInComponent::PlugInComponent(const IPtr<IComponent>& component, const IPtr<IAudioProcessor>& processor,
                                  QuilloProcessor& quillo)
-    : component_(std::move(component)), processor_(std::move(processor)), quillo_(quillo) {}
+    : component_(component), processor_(processor), quillo_(quillo) {}
 
 tresult PlugInComponent::queryInterface(const TUID id, void** object) {
     const auto is = [id](const FUID& own) { return FUnknownPrivate::iidEqual(id, own); };

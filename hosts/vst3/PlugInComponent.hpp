@@ -64,8 +64,9 @@ public:
     Steinberg::uint32 PLUGIN_API getTailSamples() override;
 
 private:
-    PlugInComponent(Steinberg::IPtr<Steinberg::Vst::IComponent> component,
-                    Steinberg::IPtr<Steinberg::Vst::IAudioProcessor> processor, QuilloProcessor& quillo);
+    PlugInComponent(const Steinberg::IPtr<Steinberg::Vst::IComponent>& component,
+                    const Steinberg::IPtr<Steinberg::Vst::IAudioProcessor>& processor,
+                    QuilloProcessor& quillo);
     ~PlugInComponent() = default;
 
     Steinberg::IPtr<Steinberg::Vst::IComponent> component_;

@@ -2,7 +2,6 @@
 #include "hosts/vst3/PlugInFactory.hpp"
 
 #include <new>
-#include <utility>
 
 #include "hosts/vst3/PlugInComponent.hpp"
 
@@ -10,7 +9,7 @@ namespace quillo {
 
 using namespace Steinberg;
 
-PlugInFactory::PlugInFactory(IPtr<IPluginFactory3> wrappers) : wrappers_(std::move(wrappers)) {}
+PlugInFactory::PlugInFactory(const IPtr<IPluginFactory3>& wrappers) : wrappers_(wrappers) {}
 
 tresult PlugInFactory::queryInterface(const TUID id, void** object) {
     for (const auto& own : {IPluginFactory3::iid, IPluginFactory2::iid, IPluginFactory::iid, FUnknown::iid}) {

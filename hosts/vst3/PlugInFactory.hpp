@@ -15,7 +15,7 @@ namespace quillo {
 /// The host's main thread. Counts its references, and begins with one.
 class PlugInFactory final : public Steinberg::IPluginFactory3 {
 public:
-    explicit PlugInFactory(Steinberg::IPtr<Steinberg::IPluginFactory3> wrappers);
+    explicit PlugInFactory(const Steinberg::IPtr<Steinberg::IPluginFactory3>& wrappers);
 
     Steinberg::tresult PLUGIN_API queryInterface(const Steinberg::TUID id, void** object) override;
     Steinberg::uint32 PLUGIN_API addRef() override;

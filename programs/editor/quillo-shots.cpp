@@ -370,16 +370,16 @@ public:
         take();
         press(view().card(rule())->learnButton());
         take();
-        hear(pedalDown);
-        hear(pedalUp);
+        hear(pedalDown_);
+        hear(pedalUp_);
         take();
         pick("CC 64 : Sustain, value 127, channel 1");
         hear({}, 1);
         take();
         openLogs(view());
-        hear(pedalDown, 1);
+        hear(pedalDown_, 1);
         take();
-        hear(pedalUp);
+        hear(pedalUp_);
         view().advance(RuleView::lightTime);
         askWhy(view());
         take();
@@ -415,8 +415,8 @@ private:
 
     void take() { photographer_.take(view(), "film-pedal-" + juce::String(++pictures_)); }
 
-    const Messages pedalDown{{0xB0, 64, 127}};
-    const Messages pedalUp{{0xB0, 64, 0}};
+    const Messages pedalDown_{{0xB0, 64, 127}};
+    const Messages pedalUp_{{0xB0, 64, 0}};
     Photographer& photographer_;
     Desk desk_{strings()};
     int pictures_ = 0;

@@ -305,9 +305,9 @@ TEST(CardLayout, FiveWholeCardsAreInSightInAMediumEditorAndOneInTheSmallest) {
     std::ranges::copy(demoRules(), std::back_inserter(rules));
     EditorStage stage(rules);
     EXPECT_EQ(wholeCards(stage.view()), 5);
-    for (std::size_t first = 0; first < rules.size(); ++first) {
-        EditorStage small({rules[first]}, {500, 250});
-        EXPECT_EQ(wholeCards(small.view()), 1) << rules[first].name;
+    for (const auto& rule : rules) {
+        EditorStage small({rule}, {500, 250});
+        EXPECT_EQ(wholeCards(small.view()), 1) << rule.name;
     }
 }
 
