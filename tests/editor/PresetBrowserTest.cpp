@@ -17,7 +17,6 @@ namespace {
 namespace fs = std::filesystem;
 using Mode = PresetBrowser::Mode;
 using Names = std::vector<std::string>;
-using testing::ElementsAre;
 
 /// A home with the presets "Echo.json", "bass.json" and "song v1.2.json", and the folder "takes" with
 /// "one.json".

@@ -36,7 +36,7 @@ TEST(RunText, ReadsWhatItShows) {
         for (int to = from + 1; to < 128; ++to) {
             const Range range(std::in_place, from, to);
             RuleEntry entry;
-            const auto count = static_cast<std::size_t>(to - from + 1);
+            const auto count = std::size_t{1} + static_cast<std::size_t>(to - from);
             entry.trigger = {.type = notes, .note = exactly(static_cast<std::uint8_t>(from))};
             ASSERT_EQ(typedRange(notes, rangeText(entry, count)), range) << from << " to " << to;
             entry.trigger = {.type = values, .controllerValue = exactly(static_cast<std::uint8_t>(from))};

@@ -4,7 +4,6 @@
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -16,6 +15,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <optional>
 #include <random>
 #include <string>
@@ -227,13 +227,13 @@ std::optional<Options> parse(const std::string& program, const std::vector<std::
             return std::nullopt;
         }
         if (!isOption) {
-            options.seconds = *value;
+            options.seconds = value;
         } else if (arguments[i] == "--seed") {
             options.seed = value;
         } else if (arguments[i] == "--jobs") {
             options.jobs = std::max<std::uint64_t>(*value, 1);
         } else if (arguments[i] == "--scenarios") {
-            options.scenarios = *value;
+            options.scenarios = value;
         } else if (arguments[i] == "--patience") {
             options.patience = *value;
         } else {

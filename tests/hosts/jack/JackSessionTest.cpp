@@ -68,7 +68,7 @@ protected:
         for (const char** name = all; name != nullptr && *name != nullptr; ++name) {
             names.emplace(*name);
         }
-        ::jack_free(all);
+        ::jack_free(static_cast<void*>(all));
         return names;
     }
 
