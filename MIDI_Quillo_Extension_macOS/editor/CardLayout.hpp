@@ -30,9 +30,8 @@ struct CardLayout {
     CardLayout() = default;
     /// For a card of this width.
     CardLayout(const CardContent& content, int width);
-    /// For one in one line: the name, what the rule does, and the status where there is room for it; where
-    /// there is none, hits have no place, and a reason takes that of what the rule does. What has no place is
-    /// empty.
+    /// For one in one line: the name, what the rule does, and the status where it fits. Where it does not,
+    /// hits are left out, and a reason replaces what the rule does. The area of what is left out is empty.
     [[nodiscard]] static CardLayout inOneLine(const CardContent& content, int width);
 
     juce::Rectangle<int> name;

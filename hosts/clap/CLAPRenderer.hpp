@@ -32,9 +32,9 @@ public:
         endNotes();
     }
 
-    /// [render; main, while nothing renders] The host stops listening, or puts a plug-in that may sleep to
-    /// sleep, with the same call. The notes that sound end in the next block, for it takes nothing before;
-    /// where the plug-in may sleep there are none.
+    /// [render; main, while nothing renders] The host stops listening. The notes that sound end in the next
+    /// block, for it takes nothing before. A host makes the same call before it puts the plug-in to sleep:
+    /// then no note sounds, and nothing is asked for.
     void endNotes() QUILLO_REALTIME {
         if (!maySleep_) {
             renderer_.requests().ask(RenderRequests::Kind::endOfNotes);

@@ -59,7 +59,8 @@ struct Options {
 
 using Seed = unsigned long long;
 
-/// How often the parent looks how its workers are getting on. It does not while all of them are stopped.
+/// How often the parent looks at its workers. Time in which the parent itself is stopped does not count
+/// against their patience.
 constexpr unsigned looksASecond = 20;
 
 /// The end of a worker that has told what fails. A sanitizer has others.
