@@ -133,10 +133,10 @@ TEST_F(JackLife, APresetThatCannotBeUsedEndsTheProgramBeforeItIsHeard) {
 }
 
 TEST_F(JackLife, WithoutAServerTheUserLearnsHowToGetOne) {
-    const ServerName nobody;
-    const auto program = run({"--server", nobody.text()});
+    const auto nobody = JackServer::takeName();
+    const auto program = run({"--server", nobody});
     EXPECT_EQ(program->wait(), exitUnavailable);
-    EXPECT_EQ(program->err().whole().find("midi-quillo-jack: There is no JACK server \"" + nobody.text() +
+    EXPECT_EQ(program->err().whole().find("midi-quillo-jack: There is no JACK server \"" + nobody +
                                           "\" to connect to.\nStart one, for instance"),
               0U);
     EXPECT_THAT(program->err().whole(), HasSubstr("midi-quillo-jack --start-server"));
@@ -158,21 +158,21 @@ TEST_F(JackLife, AProgramThatIsToldToWaitGoesOnWhenTheServerComes) {
 }
 
 TEST_F(JackLife, AServerIsStartedOnDemandAndEndsWithItsLastClient) {
-    const ServerName server;
+    const auto server = JackServer::takeName();
     std::ofstream(folder / ".jackdrc") << "/usr/bin/jackd -r -d dummy\n";
-    const auto program = run({"--start-server", "--server", server.text()});
-    program->err().waitFor("on the JACK server \"" + server.text() + "\"");
+    const auto program = run({"--start-server", "--server", server});
+    program->err().waitFor("on the JACK server \"" + server + "\"");
     EXPECT_EQ(end(*program), 0);
     // The server writes to the same stream as the program that has started it.
     program->err().whole();
-    const auto socket = "/dev/shm/jack_" + server.text() + "_" + std::to_string(::getuid()) + "_0";
+    const auto socket = "/dev/shm/jack_" + server + "_" + std::to_string(::getuid()) + "_0";
     EXPECT_NE(::access(socket.c_str(), F_OK), 0);
 }
 
 TEST_F(JackLife, AServerThatCannotBeStartedIsToldInItsOwnWords) {
-    const ServerName server;
+    const auto server = JackServer::takeName();
     std::ofstream(folder / ".jackdrc") << "/usr/bin/jackd -r -d nosuchdriver\n";
-    const auto program = run({"--start-server", "--server", server.text()});
+    const auto program = run({"--start-server", "--server", server});
     EXPECT_EQ(program->wait(), exitUnavailable);
     EXPECT_THAT(program->err().whole(), HasSubstr("cannot be started. JACK says:\n    "));
     EXPECT_THAT(program->err().whole(), Not(HasSubstr("--start-server")));

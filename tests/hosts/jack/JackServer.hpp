@@ -3,9 +3,12 @@
 
 #include <fcntl.h>
 #include <jack/jack.h>
+#include <poll.h>
 #include <sys/file.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -17,33 +20,13 @@
 #include <vector>
 
 #include "hosts/jack/LibraryMessages.hpp"
-#include "hosts/jack/SessionLock.hpp"
 #include "platform/Descriptor.hpp"
 #include "support/ChildProcess.hpp"
 
 namespace quillo::test {
 
-/// A server's name that no other test of this machine has while this lives, whatever TMPDIR says. The names
-/// are few and used again and again: a machine remembers servers that were killed, eight at most, until one
-/// of the same name ends well.
-class ServerName {
-public:
-    ServerName() {
-        for (int number = 0; !lock_; ++number) {
-            text_ = "quillo-test-" + std::to_string(number);
-            lock_ = SessionLock::tryTake("/dev/shm/" + text_ + "." + std::to_string(::getuid()) + ".lock");
-        }
-    }
-
-    [[nodiscard]] const std::string& text() const { return text_; }
-
-private:
-    std::string text_;
-    std::optional<SessionLock> lock_;
-};
-
 /// A JACK server of the test's own, without hardware. It waits in every cycle for all its clients, so that
-/// none misses one however slow the machine is.
+/// none misses one however slow the machine is. One at a time.
 class JackServer {
 public:
     struct Settings {
@@ -60,8 +43,7 @@ public:
     /// Runs when this returns, and no longer than the test. Throws `std::runtime_error` when a server cannot
     /// run on this machine.
     void start(Settings settings) {
-        waitForTurn();
-        forgetProperties();
+        forget("jack_db-" + std::to_string(::getuid()));
         process_.emplace(std::vector<std::string>{
             "setpriv", "--pdeathsig", "KILL", "jackd", "-r", "-S", "-t", patience, "-n", name(), "-d",
             "dummy", "-r", std::to_string(settings.sampleRate), "-p", std::to_string(settings.bufferSize)});
@@ -77,7 +59,15 @@ public:
         }
     }
 
-    [[nodiscard]] const std::string& name() const { return name_.text(); }
+    [[nodiscard]] const std::string& name() const { return name_; }
+
+    /// A server's name that no other test of this machine uses from now on until this program ends, whatever
+    /// TMPDIR says. It is used again and again: a machine remembers servers that were killed, eight at most,
+    /// until one of the same name ends well.
+    [[nodiscard]] static std::string takeName() {
+        waitForTurn();
+        return commonName;
+    }
 
     /// Ends it as its user would.
     void stop() { end(SIGTERM); }
@@ -92,42 +82,67 @@ public:
     }
 
 private:
-    static constexpr int shortWhile = 10;             ///< between two looks, in milliseconds
-    static constexpr const char* patience = "10000";  ///< with a client, in milliseconds
+    static constexpr const char* commonName = "quillo-test";
+    static constexpr int shortWhile = 10;  ///< between two looks, in milliseconds
+
+    /// In milliseconds; in a cycle the server waits ten times as long for its clients. Once in some thousand
+    /// times it waits in vain, for a client that has left at the beginning of the cycle: that must be over
+    /// before the program that is tested takes the silence for the server's end.
+    static constexpr const char* patience = "400";
 
     /// Programs that have servers run one after the other, of whatever tree they are: where clients of two
-    /// servers make the library's store at one moment, one of them cannot be opened.
+    /// servers make the library's store at one moment, one of them cannot be opened. A program that was
+    /// killed may have left its server, running or in the library's list.
     static void waitForTurn() {
         static const Descriptor turn = [] {
             const auto path = "/dev/shm/quillo-test-servers." + std::to_string(::getuid()) + ".lock";
             Descriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
             ::flock(file.number(), LOCK_EX);
+            for (const auto& [process, command] : serversThatRun()) {
+                if (command.find(commonName) != std::string::npos) {
+                    endOther(process);
+                }
+            }
+            forget("jack-shm-registry");
             return file;
         }();
     }
 
     /// What clients tell of themselves is kept by the library in a store that outlives servers and clients,
-    /// and so does a lock in it whose owner was killed: then no client can be opened any more. Where no
-    /// server runs nobody needs the store.
-    static void forgetProperties() {
-        if (!aServerRuns()) {
+    /// and so does a lock in it whose owner was killed: then no client can be opened any more. In its list
+    /// of servers the name of one that was killed stays taken until somebody has asked about the process.
+    /// Where no server runs nobody needs either.
+    static void forget(const std::string& book) {
+        if (serversThatRun().empty()) {
             std::error_code failure;
-            std::filesystem::remove_all("/dev/shm/jack_db-" + std::to_string(::getuid()), failure);
+            std::filesystem::remove_all("/dev/shm/" + book, failure);
         }
     }
 
-    /// One that has ended, and that nobody has asked about, has a name still, but no command.
-    static bool aServerRuns() {
+    /// Their process numbers and their words. One that has ended, and that nobody has asked about, has a
+    /// number still, but no words.
+    static std::vector<std::pair<pid_t, std::string>> serversThatRun() {
+        std::vector<std::pair<pid_t, std::string>> found;
         std::error_code failure;
         for (const auto& process : std::filesystem::directory_iterator("/proc", failure)) {
-            std::string command;
-            std::getline(std::ifstream(process.path() / "cmdline"), command, '\0');
-            const auto name = std::filesystem::path(command).filename();
+            std::ifstream words(process.path() / "cmdline");
+            std::string program;
+            std::string rest;
+            std::getline(std::getline(words, program, '\0'), rest);
+            const auto name = std::filesystem::path(program).filename();
             if (name == "jackd" || name == "jackdbus") {
-                return true;
+                found.emplace_back(std::stoi(process.path().filename()), rest);
             }
         }
-        return false;
+        return found;
+    }
+
+    static void endOther(pid_t process) {
+        const Descriptor handle(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+        if (handle.isOpen() && ::kill(process, SIGKILL) == 0) {
+            pollfd end{handle.number(), POLLIN, 0};
+            ::poll(&end, 1, -1);
+        }
     }
 
     void end(int signal) {
@@ -148,7 +163,7 @@ private:
         return client != nullptr;
     }
 
-    ServerName name_;
+    const std::string name_ = takeName();
     std::optional<ChildProcess> process_;
     bool hangs_ = false;
 };
