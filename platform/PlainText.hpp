@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -30,7 +31,7 @@ namespace quillo {
 }
 
 /// "1 rule", "2 rules".
-[[nodiscard]] inline std::string countWords(std::size_t count, const std::string& thing) {
+[[nodiscard]] inline std::string countWords(std::uint64_t count, const std::string& thing) {
     return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
 }
 

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "hosts/jack/EventLoop.hpp"
+#include "platform/PlainText.hpp"
 #include "platform/QuotedText.hpp"
 
 namespace quillo {
@@ -17,10 +18,6 @@ namespace {
 
 constexpr auto gone =
     "The JACK server has ended, or dropped this program. The rules stay; MIDI goes on as soon as it is back.";
-
-std::string counted(std::uint64_t count, const std::string& what) {
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
 
 using Names = std::vector<std::string>;
 
@@ -102,8 +99,8 @@ void ServerLink::tellOfClient() {
     const auto taken = name == request_.name ? "" : " (" + inQuotes(request_.name) + " is taken)";
     messages_.say(std::string(returns_ ? "back on" : "on") + " the JACK server " +
                   inQuotes(JackClient::serverName(request_)) + " as " + inQuotes(name) + taken + ", " +
-                  std::to_string(client_->sampleRate()) + " Hz, " + counted(client_->bufferSize(), "frame") +
-                  " a cycle");
+                  std::to_string(client_->sampleRate()) + " Hz, " +
+                  countWords(client_->bufferSize(), "frame") + " a cycle");
 }
 
 void ServerLink::takeSampleRate() {
@@ -337,14 +334,14 @@ void ServerLink::tryToReturn() {
 
 void ServerLink::tellOfLosses() {
     if (const auto refused = sinceLastTold(toldRefused_, session_.renderer().refused().refused())) {
-        messages_.say("the output port was full: " + counted(refused, "message") +
+        messages_.say("the output port was full: " + countWords(refused, "message") +
                       " refused; what came after in these cycles was left out");
     }
     if (const auto tooLong = sinceLastTold(toldTooLong_, session_.renderer().refused().leftOut())) {
-        messages_.say(counted(tooLong, "message") + " left out: longer than the output port takes");
+        messages_.say(countWords(tooLong, "message") + " left out: longer than the output port takes");
     }
     if (const auto lost = sinceLastTold(toldLost_, cycle_.lost())) {
-        messages_.say("the input port was full: " + counted(lost, "message") + " lost");
+        messages_.say("the input port was full: " + countWords(lost, "message") + " lost");
     }
     if (session_.renderer().hasLostOutputs() && !std::exchange(toldLostOutputs_, true)) {
         static_assert(RuleProcessor::delayCapacity == 10'000);
