@@ -54,7 +54,9 @@ struct Options {
     std::optional<std::uint64_t> scenarios;  ///< in place of seconds: 1 with a seed alone
     std::optional<std::uint64_t> seed;       ///< of the first scenario; any other one without it
     std::uint64_t jobs = 1;
-    std::uint64_t patience = 120;  ///< seconds after which a scenario that goes on is ended
+    /// Seconds after which a scenario that goes on is ended. Some take eight; in an emulated processor
+    /// that has other work, two minutes.
+    std::uint64_t patience = 300;
 };
 
 using Seed = unsigned long long;
