@@ -151,6 +151,14 @@ void JackClient::setCallbacks() {
             withoutCancellation([&] { static_cast<ServerNews*>(news)->portsHaveChanged(); });
         },
         &news_);
+    // A connection is made in one cycle, and in force, and seen by those who ask, from the next one on.
+    ::jack_set_graph_order_callback(
+        client,
+        [](void* news) {
+            withoutCancellation([&] { static_cast<ServerNews*>(news)->portsHaveChanged(); });
+            return 0;
+        },
+        &news_);
 }
 
 void JackClient::activate() {

@@ -8,6 +8,7 @@
 #include <poll.h>
 
 #include <algorithm>
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -17,6 +18,7 @@
 #include "hosts/jack/EventLoop.hpp"
 #include "hosts/jack/JackPlayer.hpp"
 #include "hosts/jack/JackServer.hpp"
+#include "hosts/jack/WithoutCancellation.hpp"
 
 namespace quillo {
 namespace {
@@ -286,6 +288,65 @@ TEST_F(ServerStatusTest, FollowsPortsThatComeAndGoAndConnectionsMadeByAnybody) {
         waitForSource(false);
     }
     waitUntilShown([](const auto& status) { return status.sources.empty() && status.targets.empty(); });
+}
+
+/// Holds the server's cycle for as long as the test wants, as a program that hangs does.
+class CycleHolder {
+public:
+    explicit CycleHolder(const std::string& server)
+        : client_(::jack_client_open("holder",
+                                     static_cast<jack_options_t>(JackNoStartServer | JackServerName), nullptr,
+                                     server.c_str()),
+                  &::jack_client_close) {
+        ::jack_set_process_callback(client_.get(), &process, this);
+        ::jack_activate(client_.get());
+    }
+    ~CycleHolder() { ::jack_deactivate(client_.get()); }
+    CycleHolder(const CycleHolder&) = delete;
+    CycleHolder& operator=(const CycleHolder&) = delete;
+
+    /// Returns in a cycle, which does not end before `release`.
+    void hold() {
+        held_ = true;
+        isInside_.wait(false);
+    }
+    void release() {
+        held_ = false;
+        held_.notify_all();
+    }
+
+private:
+    static int process(jack_nframes_t /*frames*/, void* self) {
+        withoutCancellation([&] { static_cast<CycleHolder*>(self)->waitWhileHeld(); });
+        return 0;
+    }
+
+    void waitWhileHeld() {
+        if (held_) {
+            isInside_ = true;
+            isInside_.notify_all();
+            held_.wait(true);
+        }
+    }
+
+    std::atomic<bool> held_{false};
+    std::atomic<bool> isInside_{false};
+    const std::unique_ptr<jack_client_t, decltype(&::jack_client_close)> client_;
+};
+
+/// Of a connection the server tells at once, and shows it when a cycle later it is in force.
+TEST_F(ServerStatusTest, FollowsAConnectionThatIsInForceLongAfterTheServerHasToldOfIt) {
+    link.connect();
+    const JackPlayer player(server.name());
+    waitForSource(false);
+    waitForTarget(false);
+    CycleHolder holder(server.name());
+    holder.hold();
+    ASSERT_EQ(::jack_connect(player.client(), source.name.c_str(), "midi-quillo:in"), 0);
+    shown.reset();
+    waitForSource(false);
+    holder.release();
+    waitForSource(true);
 }
 
 TEST_F(ServerStatusTest, WhatTheUserPicksIsConnectedAndTakenDown) {
