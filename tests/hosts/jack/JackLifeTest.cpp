@@ -386,7 +386,7 @@ TEST_F(JackLife, WithoutAWindowNoDisplayIsTouched) {
 #ifdef QUILLO_WITH_WINDOW
 TEST_F(JackLife, WithoutADisplayTheUserLearnsOfTheOption) {
     const JackServer server;
-    const auto program = runAsItIs({QUILLO_JACK_PROGRAM, "--server", server.name()});
+    const auto program = runAsItIs({QUILLO_JACK_PROGRAM, "--server", server.name()}, ":9999");
     EXPECT_EQ(program->wait(), exitUnavailable);
     EXPECT_THAT(program->err().whole(), HasSubstr("--no-window"));
 }
