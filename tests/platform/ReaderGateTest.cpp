@@ -212,7 +212,7 @@ void forbidMembarrier() {
 /// In a process of its own, which ends by an alarm when the closer never comes through.
 TEST(ReaderGateDeathTest, ClosesAndKeepsTheReaderSafeWhenTheSystemNoLongerFencesForIt) {
     constexpr int rounds = 2000;
-    constexpr unsigned seconds = 60;
+    constexpr unsigned seconds = 240;
     const auto closeInSandbox = [] {
         ::alarm(seconds);
         ReaderGate gate;

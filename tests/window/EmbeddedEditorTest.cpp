@@ -10,6 +10,7 @@
 #include <array>
 #include <atomic>
 #include <bit>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -17,6 +18,7 @@
 #include <string>
 #include <thread>
 
+#include "editor/MyTextInputImpl.hpp"
 #include "editor/NewRuleSelector.hpp"
 #include "editor/PopupMenuOverlay.hpp"
 #include "editor/QuilloView.hpp"
@@ -103,6 +105,16 @@ protected:
         return "mousemove " + std::to_string(text.getX() + 4) + " " + std::to_string(text.getCentreY());
     }
 
+    /// Again when nothing has come of it: a slow display takes two clicks for single ones.
+    void openByTwoClicks(MyTextInputImpl& field) {
+        constexpr auto patience = std::chrono::seconds(5);
+        while (field.typist() == nullptr) {
+            const auto end = std::chrono::steady_clock::now() + patience;
+            act(moveToText(field) + " click --repeat 2 --delay 60 1",
+                [&] { return field.typist() != nullptr || std::chrono::steady_clock::now() > end; });
+        }
+    }
+
     /// Types over the name of the only rule, and leaves it so.
     void beginTypingAName(const std::string& words) {
         open();
@@ -110,7 +122,7 @@ protected:
         editor->setSize({800, 500});
         idleUntil([this] { return host.geometryOf(editor->window()).width == 800 && isPainted(); });
         auto& name = view().card(view().editor().rules()[0].id)->header();
-        act(moveToText(name) + " click --repeat 2 --delay 60 1", [&] { return name.typist() != nullptr; });
+        openByTwoClicks(name);
         act("type '" + words + "'", [&] { return name.typist()->getText() == juce::String(words); });
     }
 
@@ -545,10 +557,15 @@ TEST_F(EmbeddedEditorTest, OpensAndClosesAThousandTimesWhileAnotherThreadRenders
     for (std::size_t time = 0; time < times; ++time) {
         openAndClose(renderer);
     }
-    const Holdings after;
+    Holdings after;
+    // A thread that JUCE has ended may be among them for a moment.
+    for (int look = 0; look < 100'000 && after.threads > before.threads; ++look) {
+        std::this_thread::yield();
+        after = Holdings();
+    }
     EXPECT_EQ(renderer.lost, 0U);
     EXPECT_EQ(after.handles, before.handles);
-    EXPECT_EQ(after.threads, before.threads);
+    EXPECT_LE(after.threads, before.threads);
     // The logs and the queues hold now more, now less; a block that each opening left behind would be this
     // much.
     constexpr std::size_t smallestBlock = 16;

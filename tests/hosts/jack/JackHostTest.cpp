@@ -13,6 +13,7 @@
 #include "commandline/CommandFailure.hpp"
 #include "hosts/jack/FakeWindow.hpp"
 #include "hosts/jack/HandTurnedLoop.hpp"
+#include "hosts/jack/JackServer.hpp"
 #include "hosts/jack/SessionFiles.hpp"
 #include "hosts/jack/SessionSettings.hpp"
 #include "persistence/PluginData.hpp"
@@ -32,7 +33,7 @@ protected:
     JackHostTest() {
         ::setenv("XDG_STATE_HOME", folder.path().c_str(), 1);
         ::unsetenv("NSM_URL");
-        options.server = "quillo-test-nobody";
+        options.server = JackServer::takeName();
         options.window = false;
         options.wait = true;
     }
@@ -299,7 +300,7 @@ TEST_F(JackHostTest, HangingUpKeepsAnEditOfAMomentAgoBeforeItReadsThePreset) {
 TEST_F(JackHostTest, TheEditorOfAProgramThatWaitsSaysSo) {
     start().session().drain();
     const auto alert = host->session().model()->alertErrorMessage().value_or("");
-    EXPECT_THAT(alert, HasSubstr("There is no JACK server \"quillo-test-nobody\""));
+    EXPECT_THAT(alert, HasSubstr("There is no JACK server \"quillo-test\""));
     EXPECT_THAT(alert, HasSubstr("MIDI Quillo waits"));
     EXPECT_EQ(host->title(), "MIDI Quillo (no JACK server)");
 }

@@ -14,6 +14,7 @@
 #include "hosts/jack/FakeWindow.hpp"
 #include "hosts/jack/HandTurnedLoop.hpp"
 #include "hosts/jack/JackHost.hpp"
+#include "hosts/jack/JackServer.hpp"
 #include "hosts/jack/NSMServer.hpp"
 #include "hosts/jack/SessionSettings.hpp"
 #include "persistence/PluginData.hpp"
@@ -37,7 +38,7 @@ protected:
     ManagedSessionTest() {
         ::setenv("XDG_STATE_HOME", (folder / "state").c_str(), 1);
         ::setenv("NSM_URL", manager.url().c_str(), 1);
-        options.server = "quillo-test-nobody";
+        options.server = JackServer::takeName();
     }
     ~ManagedSessionTest() override { ::unsetenv("NSM_URL"); }
 

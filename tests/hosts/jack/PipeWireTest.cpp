@@ -37,12 +37,14 @@ protected:
                          preset().string()});
     }
 
-    /// A file with one note, half a second long.
+    /// A file with one note again and again, half a second long. This server runs on when a client is late,
+    /// which then hears nothing of that cycle.
     [[nodiscard]] std::string song() const {
         constexpr std::uint16_t ticks = 480;
-        const MIDIFile file{0,
-                            TicksPerQuarter{ticks},
-                            {{{{ticks / 2, MIDIFileEvent::Kind::channel, {0x90, 60, 100}}}, ticks}}};
+        MIDIFile file{0, TicksPerQuarter{ticks}, {{{}, ticks}}};
+        for (std::int64_t tick = ticks / 2; tick < ticks; tick += ticks / 24) {
+            file.tracks[0].events.push_back({tick, MIDIFileEvent::Kind::channel, {0x90, 60, 100}});
+        }
         writeWholeFile(folder / "song.mid", writeMIDIFile(file), Existing::replace);
         return (folder / "song.mid").string();
     }

@@ -6,8 +6,8 @@
 # leaves a picture.
 set -euo pipefail
 if [[ -z ${EDITOR_IN_JALV_LIMITED-} ]]; then
-    # Another clone's test is waited for: the server's name is one for the whole machine.
-    exec 9>"/dev/shm/quillo-editor-in-jalv.$UID.lock"
+    # Whoever else tests with a server is waited for: all share the library's store, and its list of names.
+    exec 9>"/dev/shm/quillo-test-servers.$UID.lock"
     flock 9
     EDITOR_IN_JALV_LIMITED=1 exec timeout --foreground 100 "$0" "$@"
 fi
@@ -68,7 +68,7 @@ open_jalv() {
 }
 
 step='the JACK server'
-jackd -r -n "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 256 >"$XDG_RUNTIME_DIR/jackd" 2>&1 9>&- &
+jackd -r -S -t 400 -n "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 256 >"$XDG_RUNTIME_DIR/jackd" 2>&1 9>&- &
 server=$!
 until jack_lsp >/dev/null 2>&1; do kill -0 $!; done
 step='the port of jalv'
@@ -85,7 +85,6 @@ stdbuf --output=L jack_midi_dump listener >"$XDG_RUNTIME_DIR/heard" 2>&1 9>&- &
 clients+=($!)
 until jack_connect "$port" listener:input 2>/dev/null; do kill -0 $!; done
 step='the message'
-click "${send[@]}"
-until grep -q '90 3c 40' "$XDG_RUNTIME_DIR/heard"; do :; done
+until grep -q '90 3c 40' "$XDG_RUNTIME_DIR/heard"; do click "${send[@]}"; done
 import -silent -window root "$picture"
-echo "heard: $(grep '90 3c 40' "$XDG_RUNTIME_DIR/heard")"
+echo "heard: $(grep -m 1 '90 3c 40' "$XDG_RUNTIME_DIR/heard")"

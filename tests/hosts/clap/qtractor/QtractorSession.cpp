@@ -126,7 +126,9 @@ std::vector<ScriptMessage> sessionMessages() {
         add(tick + 300, {0x80, note, 0});
         add(tick + 400, {0xE0, 1, note});
     }
-    add(2800, {0xC0, 5});
+    for (std::int64_t tick = 2800; tick < 3600; tick += 100) {
+        add(tick, {0xC0, 5});
+    }
     return messages;
 }
 

@@ -9,8 +9,8 @@ plugin=$1 probe=$2 sequencer=$3 writer=$4 test=$5
 folder=$(mktemp -d)
 limit=100
 
-# Another clone's test is waited for: the server's name is one for the whole machine.
-exec 9>"/dev/shm/quillo-in-qtractor.$UID.lock"
+# Whoever else tests with a server is waited for: all share the library's store, and its list of names.
+exec 9>"/dev/shm/quillo-test-servers.$UID.lock"
 flock 9
 
 stop() {
