@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <utility>
 
 namespace quillo {
@@ -13,7 +14,7 @@ using FieldPlace = std::size_t;
 /// A value that lives elsewhere, usually in a model: a view reads it when it draws and writes it when the
 /// user changes it, and keeps no copy of its own. A change is either one that the user has confirmed, or one
 /// small step of several that may follow each other, as when a wheel is turned; a step says in which field of
-/// the value it was made. [main] only.
+/// the value it was made. A copy costs nothing, however deep in a model the value lies. [main] only.
 ///
 ///     Binding<int> delay([&] { return entry.delay; }, [&](int ms) { edit(ms); });
 template <class Value>
@@ -25,21 +26,23 @@ public:
 
     /// Without `step` a step is a change like any other.
     Binding(Getter get, Setter set, Stepper step = {})
-        : get_(std::move(get)), set_(std::move(set)), step_(std::move(step)) {
-        if (!step_) {
-            step_ = [set = set_](Value value, FieldPlace) { set(std::move(value)); };
-        }
+        : ways_(std::make_shared<const Ways>(std::move(get), std::move(set), std::move(step))) {}
+
+    [[nodiscard]] Value get() const { return ways_->get(); }
+    void set(Value value) const { ways_->set(std::move(value)); }
+    /// `field` is 0 where the whole value is the field.
+    void step(Value value, FieldPlace field = 0) const {
+        ways_->step ? ways_->step(std::move(value), field) : set(std::move(value));
     }
 
-    [[nodiscard]] Value get() const { return get_(); }
-    void set(Value value) const { set_(std::move(value)); }
-    /// `field` is 0 where the whole value is the field.
-    void step(Value value, FieldPlace field = 0) const { step_(std::move(value), field); }
-
 private:
-    Getter get_;
-    Setter set_;
-    Stepper step_;
+    struct Ways {
+        Getter get;
+        Setter set;
+        Stepper step;
+    };
+
+    std::shared_ptr<const Ways> ways_;
 };
 
 }  // namespace quillo
