@@ -33,7 +33,7 @@ packages_of() {
 programs_of() {
     case $1 in
         build) echo g++ cmake ninja ;;
-        display) echo xvfb-run xauth xprop xdotool ;;
+        display) echo Xvfb xprop xdotool ;;
         jack) echo jackd ;;
         pipewire) echo pipewire pw-jack ;;
         lint) echo clang++-22 clang-tidy-22 clang-format-22 ;;

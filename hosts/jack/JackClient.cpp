@@ -151,7 +151,8 @@ void JackClient::setCallbacks() {
             withoutCancellation([&] { static_cast<ServerNews*>(news)->portsHaveChanged(); });
         },
         &news_);
-    // A connection is made in one cycle, and in force, and seen by those who ask, from the next one on.
+    // The server tells of a connection when it is made, and shows it, from a later cycle on, when it is in
+    // force; then this comes.
     ::jack_set_graph_order_callback(
         client,
         [](void* news) {

@@ -18,7 +18,7 @@ public:
     struct Contents {
         bool isGone = false;                  ///< the server has ended or dropped this client
         bool formatChanged = false;           ///< sample rate or length of a cycle
-        bool portsChanged = false;            ///< some have appeared, gone, or been connected or disconnected
+        bool portsChanged = false;            ///< they, their connections or the order of clients
         std::vector<std::uint32_t> newPorts;  ///< by number, in the order in which they appeared
     };
 

@@ -119,8 +119,8 @@ TEST(EventMailbox, CarriesLongMessagesWhole) {
     EXPECT_EQ(entries[0].variants.midi()->message, MIDIMessage::copyOf(bytes));
 }
 
-/// Until something was taken so often that the two have met in every way. On one processor the poster holds
-/// something posted only for moments; there the two make room for each other.
+/// Until something was taken so often that on two processors they have met in every way. On one they make
+/// room for each other, and meet only between their calls.
 TEST(EventMailbox, APosterAndATakerNeverMeetOutOfOrderAndTheNewestArrives) {
     EventMailbox mailbox;
     std::atomic<bool> stops{false};

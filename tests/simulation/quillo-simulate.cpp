@@ -54,8 +54,8 @@ struct Options {
     std::optional<std::uint64_t> scenarios;  ///< in place of seconds: 1 with a seed alone
     std::optional<std::uint64_t> seed;       ///< of the first scenario; any other one without it
     std::uint64_t jobs = 1;
-    /// Seconds after which a scenario that goes on is ended. Some take eight; in an emulated processor
-    /// that has other work, two minutes.
+    /// Seconds after which a scenario that goes on is ended. Some take eight seconds; in a busy
+    /// emulator, two minutes.
     std::uint64_t patience = 300;
 };
 

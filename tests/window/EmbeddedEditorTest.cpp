@@ -558,7 +558,7 @@ TEST_F(EmbeddedEditorTest, OpensAndClosesAThousandTimesWhileAnotherThreadRenders
         openAndClose(renderer);
     }
     Holdings after;
-    // A thread that JUCE has ended may be among them for a moment.
+    // A thread that JUCE has ended may be among them for a moment, before as well as after.
     for (int look = 0; look < 100'000 && after.threads > before.threads; ++look) {
         std::this_thread::yield();
         after = Holdings();

@@ -384,7 +384,7 @@ TEST_F(JackLife, WithoutAWindowNoDisplayIsTouched) {
 }
 
 #ifdef QUILLO_WITH_WINDOW
-TEST_F(JackLife, WithoutADisplayTheUserLearnsOfTheOption) {
+TEST_F(JackLife, WithADisplayThatDoesNotAnswerTheUserLearnsOfTheOption) {
     const JackServer server;
     const auto program = runAsItIs({QUILLO_JACK_PROGRAM, "--server", server.name()}, ":9999");
     EXPECT_EQ(program->wait(), exitUnavailable);

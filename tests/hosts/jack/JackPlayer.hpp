@@ -38,8 +38,8 @@ public:
     void send(const std::vector<ScriptMessage>& messages);
 
     /// Sends the messages, their times counted from a cycle to come, and waits until `length` frames from
-    /// there have passed. Meanwhile the server runs as fast as it can and leaves out no cycle, however slow
-    /// the machine is. Returns what arrived, in the same count.
+    /// there have passed. Meanwhile the server runs as fast as it can and leaves out no cycle, unless a
+    /// client keeps it for longer than its patience. Returns what arrived, in the same count.
     std::vector<ScriptMessage> play(const std::vector<ScriptMessage>& messages, SampleTime length);
     /// The same at the speed that the server has.
     std::vector<ScriptMessage> playNow(const std::vector<ScriptMessage>& messages, SampleTime length);

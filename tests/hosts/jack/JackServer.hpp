@@ -5,6 +5,7 @@
 #include <jack/jack.h>
 #include <poll.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -25,8 +26,8 @@
 
 namespace quillo::test {
 
-/// A JACK server of the test's own, without hardware. It waits in every cycle for all its clients, so that
-/// none misses one however slow the machine is. One at a time.
+/// A JACK server of the test's own, without hardware. It waits in every cycle four seconds for all its
+/// clients, so that none misses one because the machine is slow. One at a time.
 class JackServer {
 public:
     struct Settings {
@@ -43,7 +44,7 @@ public:
     /// Runs when this returns, and no longer than the test. Throws `std::runtime_error` when a server cannot
     /// run on this machine.
     void start(Settings settings) {
-        forget("jack_db-" + std::to_string(::getuid()));
+        forgetProperties();
         process_.emplace(std::vector<std::string>{
             "setpriv", "--pdeathsig", "KILL", "jackd", "-r", "-S", "-t", patience, "-n", name(), "-d",
             "dummy", "-r", std::to_string(settings.sampleRate), "-p", std::to_string(settings.bufferSize)});
@@ -61,7 +62,7 @@ public:
 
     [[nodiscard]] const std::string& name() const { return name_; }
 
-    /// A server's name that no other test of this machine uses from now on until this program ends, whatever
+    /// A server's name that no other test of this user has from now on until this program ends, whatever
     /// TMPDIR says. It is used again and again: a machine remembers servers that were killed, eight at most,
     /// until one of the same name ends well.
     [[nodiscard]] static std::string takeName() {
@@ -92,49 +93,57 @@ private:
 
     /// Programs that have servers run one after the other, of whatever tree they are: where clients of two
     /// servers make the library's store at one moment, one of them cannot be opened. A program that was
-    /// killed may have left its server, running or in the library's list.
+    /// killed may have left its server, or one that is still ending.
     static void waitForTurn() {
         static const Descriptor turn = [] {
             const auto path = "/dev/shm/quillo-test-servers." + std::to_string(::getuid()) + ".lock";
             Descriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
             ::flock(file.number(), LOCK_EX);
-            for (const auto& [process, command] : serversThatRun()) {
-                if (command.find(commonName) != std::string::npos) {
+            for (const auto& [process, arguments] : serversThatRun()) {
+                if (arguments.find(commonName) != std::string::npos && sharesOurLock(process)) {
                     endOther(process);
                 }
             }
-            forget("jack-shm-registry");
             return file;
         }();
     }
 
     /// What clients tell of themselves is kept by the library in a store that outlives servers and clients,
-    /// and so does a lock in it whose owner was killed: then no client can be opened any more. In its list
-    /// of servers the name of one that was killed stays taken until somebody has asked about the process.
-    /// Where no server runs nobody needs either.
-    static void forget(const std::string& book) {
+    /// and so does a lock in it whose owner was killed: then no client can be opened any more. Where no
+    /// server runs nobody needs the store.
+    static void forgetProperties() {
         if (serversThatRun().empty()) {
             std::error_code failure;
-            std::filesystem::remove_all("/dev/shm/" + book, failure);
+            std::filesystem::remove_all("/dev/shm/jack_db-" + std::to_string(::getuid()), failure);
         }
     }
 
-    /// Their process numbers and their words. One that has ended, and that nobody has asked about, has a
-    /// number still, but no words.
+    /// Their process numbers and arguments. One that has ended, and that its parent has not reaped, has no
+    /// command line.
     static std::vector<std::pair<pid_t, std::string>> serversThatRun() {
         std::vector<std::pair<pid_t, std::string>> found;
         std::error_code failure;
         for (const auto& process : std::filesystem::directory_iterator("/proc", failure)) {
-            std::ifstream words(process.path() / "cmdline");
+            std::ifstream commandLine(process.path() / "cmdline");
             std::string program;
-            std::string rest;
-            std::getline(std::getline(words, program, '\0'), rest);
+            std::string arguments;
+            std::getline(std::getline(commandLine, program, '\0'), arguments);
             const auto name = std::filesystem::path(program).filename();
             if (name == "jackd" || name == "jackdbus") {
-                found.emplace_back(std::stoi(process.path().filename()), rest);
+                found.emplace_back(std::stoi(process.path().filename()), arguments);
             }
         }
         return found;
+    }
+
+    /// Whether a server is of this user and of this system, not of one in a folder of it: others have locks
+    /// of their own.
+    static bool sharesOurLock(pid_t process) {
+        const auto folder = "/proc/" + std::to_string(process);
+        struct ::stat status = {};
+        std::error_code failure;
+        return ::stat(folder.c_str(), &status) == 0 && status.st_uid == ::getuid() &&
+               std::filesystem::equivalent(folder + "/root/dev/shm", "/dev/shm", failure);
     }
 
     static void endOther(pid_t process) {

@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <sstream>
+#include <stdexcept>
 #include <vector>
 
 #include "hosts/jack/EventLoop.hpp"
@@ -290,7 +291,7 @@ TEST_F(ServerStatusTest, FollowsPortsThatComeAndGoAndConnectionsMadeByAnybody) {
     waitUntilShown([](const auto& status) { return status.sources.empty() && status.targets.empty(); });
 }
 
-/// Holds the server's cycle for as long as the test wants, as a program that hangs does.
+/// A client that holds the server's cycle, for as long as the server waits for a client.
 class CycleHolder {
 public:
     explicit CycleHolder(const std::string& server)
@@ -298,14 +299,20 @@ public:
                                      static_cast<jack_options_t>(JackNoStartServer | JackServerName), nullptr,
                                      server.c_str()),
                   &::jack_client_close) {
+        if (!client_) {
+            throw std::runtime_error("the server does not take the holder of its cycle");
+        }
         ::jack_set_process_callback(client_.get(), &process, this);
         ::jack_activate(client_.get());
     }
-    ~CycleHolder() { ::jack_deactivate(client_.get()); }
+    ~CycleHolder() {
+        release();
+        ::jack_deactivate(client_.get());
+    }
     CycleHolder(const CycleHolder&) = delete;
     CycleHolder& operator=(const CycleHolder&) = delete;
 
-    /// Returns in a cycle, which does not end before `release`.
+    /// Once. Returns in a cycle, which ends with `release`.
     void hold() {
         held_ = true;
         isInside_.wait(false);
@@ -334,7 +341,7 @@ private:
     const std::unique_ptr<jack_client_t, decltype(&::jack_client_close)> client_;
 };
 
-/// Of a connection the server tells at once, and shows it when a cycle later it is in force.
+/// The server tells of a connection at once, and shows it only from the next cycle on.
 TEST_F(ServerStatusTest, FollowsAConnectionThatIsInForceLongAfterTheServerHasToldOfIt) {
     link.connect();
     const JackPlayer player(server.name());

@@ -6,7 +6,7 @@
 # leaves a picture.
 set -euo pipefail
 if [[ -z ${EDITOR_IN_JALV_LIMITED-} ]]; then
-    # Whoever else tests with a server is waited for: all share the library's store, and its list of names.
+    # Tests with a JACK server take turns, in all clones of this user: their clients share a store.
     exec 9>"/dev/shm/quillo-test-servers.$UID.lock"
     flock 9
     EDITOR_IN_JALV_LIMITED=1 exec timeout --foreground 100 "$0" "$@"

@@ -19,8 +19,8 @@ inline constexpr std::int64_t framesPerTick = 25;
 /// transport is heard by controller 20, where it starts or goes on.
 [[nodiscard]] std::vector<Rule> sessionRules();
 
-/// What the clip holds, in order; it ends with one program change again and again, for a sequencer that is
-/// late leaves out a block.
+/// What the clip holds, in order. It ends with the same program change eight times, because a sequencer that
+/// is late leaves out blocks.
 [[nodiscard]] std::vector<ScriptMessage> sessionMessages();
 
 /// Writes session.qtr and its clip. Throws when it cannot.

@@ -9,7 +9,7 @@ plugin=$1 probe=$2 sequencer=$3 writer=$4 test=$5
 folder=$(mktemp -d)
 limit=100
 
-# Whoever else tests with a server is waited for: all share the library's store, and its list of names.
+# Tests with a JACK server take turns, in all clones of this user: their clients share a store.
 exec 9>"/dev/shm/quillo-test-servers.$UID.lock"
 flock 9
 
