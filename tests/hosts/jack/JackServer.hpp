@@ -9,6 +9,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdint>
 #include <filesystem>
@@ -17,7 +18,6 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
-#include <utility>
 #include <vector>
 
 #include "hosts/jack/LibraryMessages.hpp"
@@ -44,7 +44,7 @@ public:
     /// Runs when this returns, and no longer than the test. Throws `std::runtime_error` when a server cannot
     /// run on this machine.
     void start(Settings settings) {
-        forgetProperties();
+        forget("jack_db-" + std::to_string(::getuid()));
         process_.emplace(std::vector<std::string>{
             "setpriv", "--pdeathsig", "KILL", "jackd", "-r", "-S", "-t", patience, "-n", name(), "-d",
             "dummy", "-r", std::to_string(settings.sampleRate), "-p", std::to_string(settings.bufferSize)});
@@ -91,18 +91,45 @@ private:
     /// before the program that is tested takes the silence for the server's end.
     static constexpr const char* patience = "400";
 
+    /// A JACK server of this machine. One that has ended, and that its parent has not reaped, has no
+    /// arguments any more, but still its number, and in the library's list its name.
+    struct Found {
+        pid_t process = 0;
+        std::string arguments;
+    };
+
+    static bool runs(const Found& server) { return !server.arguments.empty(); }
+
+    static std::vector<Found> allServers() {
+        std::vector<Found> found;
+        std::error_code failure;
+        for (const auto& process : std::filesystem::directory_iterator("/proc", failure)) {
+            std::string name;
+            std::string arguments;
+            std::getline(std::ifstream(process.path() / "comm"), name);
+            std::getline(std::ifstream(process.path() / "cmdline"), arguments);
+            if (name == "jackd" || name == "jackdbus") {
+                found.push_back({std::stoi(process.path().filename()), arguments});
+            }
+        }
+        return found;
+    }
+
     /// Programs that have servers run one after the other, of whatever tree they are: where clients of two
     /// servers make the library's store at one moment, one of them cannot be opened. A program that was
-    /// killed may have left its server, or one that is still ending.
+    /// killed may have left its server, or the name of one.
     static void waitForTurn() {
         static const Descriptor turn = [] {
             const auto path = "/dev/shm/quillo-test-servers." + std::to_string(::getuid()) + ".lock";
             Descriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
             ::flock(file.number(), LOCK_EX);
-            for (const auto& [process, arguments] : serversThatRun()) {
+            for (const auto& [process, arguments] : allServers()) {
                 if (arguments.find(commonName) != std::string::npos && sharesOurLock(process)) {
                     endOther(process);
                 }
+            }
+            if (!std::ranges::all_of(allServers(), &runs)) {
+                forget("jack-shm-registry");
             }
             return file;
         }();
@@ -110,30 +137,12 @@ private:
 
     /// What clients tell of themselves is kept by the library in a store that outlives servers and clients,
     /// and so does a lock in it whose owner was killed: then no client can be opened any more. Where no
-    /// server runs nobody needs the store.
-    static void forgetProperties() {
-        if (serversThatRun().empty()) {
+    /// server runs nobody needs the store, nor the list of servers.
+    static void forget(const std::string& file) {
+        if (std::ranges::none_of(allServers(), &runs)) {
             std::error_code failure;
-            std::filesystem::remove_all("/dev/shm/jack_db-" + std::to_string(::getuid()), failure);
+            std::filesystem::remove_all("/dev/shm/" + file, failure);
         }
-    }
-
-    /// Their process numbers and arguments. One that has ended, and that its parent has not reaped, has no
-    /// command line.
-    static std::vector<std::pair<pid_t, std::string>> serversThatRun() {
-        std::vector<std::pair<pid_t, std::string>> found;
-        std::error_code failure;
-        for (const auto& process : std::filesystem::directory_iterator("/proc", failure)) {
-            std::ifstream commandLine(process.path() / "cmdline");
-            std::string program;
-            std::string arguments;
-            std::getline(std::getline(commandLine, program, '\0'), arguments);
-            const auto name = std::filesystem::path(program).filename();
-            if (name == "jackd" || name == "jackdbus") {
-                found.emplace_back(std::stoi(process.path().filename()), arguments);
-            }
-        }
-        return found;
     }
 
     /// Whether a server is of this user and of this system, not of one in a folder of it: others have locks
