@@ -14,7 +14,7 @@ using FieldPlace = std::size_t;
 /// A value that lives elsewhere, usually in a model: a view reads it when it draws and writes it when the
 /// user changes it, and keeps no copy of its own. A change is either one that the user has confirmed, or one
 /// small step of several that may follow each other, as when a wheel is turned; a step says in which field of
-/// the value it was made. A copy costs nothing, however deep in a model the value lies. [main] only.
+/// the value it was made. Copies share what leads to the value, however deep in a model it lies. [main] only.
 ///
 ///     Binding<int> delay([&] { return entry.delay; }, [&](int ms) { edit(ms); });
 template <class Value>
