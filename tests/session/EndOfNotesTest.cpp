@@ -123,6 +123,23 @@ TEST_F(EndOfNotesTest, NotesThatOnlyPassedCountAsWell) {
     EXPECT_EQ(block(16), (Timed{{0, {0x85, 60, 64}}}));
 }
 
+/// A host with room for one note-off only, and then for all.
+TEST_F(EndOfNotesTest, WhatPassesSettlesWhatItEndsAndWhatFindsNoRoomDoesNot) {
+    block(16, {{0, {0x90, 60, 1}}, {0, {0x90, 61, 1}}, {0, {0x90, 62, 1}}});
+    const auto roomy = output.room;
+    output.room = [](HostOutput::Bytes bytes, const HostOutput::Waiting&) {
+        return Bytes{0x80, 61, 0} == copyOf(bytes) ? HostOutput::Room::enough : HostOutput::Room::full;
+    };
+    endNotes();
+    renderer.beginPassing(16, output, BlockRenderer::Delivery::asItComes);
+    renderer.pass(3, Bytes{0x80, 60, 0});
+    renderer.pass(3, Bytes{0x80, 61, 0});
+    EXPECT_EQ(renderer.end(), noErr);
+    EXPECT_EQ(output.take(), (Timed{{3, {0x80, 61, 0}}}));
+    output.room = roomy;
+    EXPECT_EQ(block(16), (Timed{{0, {0x80, 60, 64}}, {0, {0x80, 62, 64}}}));
+}
+
 TEST_F(EndOfNotesTest, APanicEndsAllThatSoundsAndSilencesTheChannelsThatWereUsed) {
     block(16, {{0, {0x91, 60, 1}}, {0, {0x91, 61, 1}}, {0, {0xB1, 66, 64}}, {0, {0xCF, 3}}});
     renderer.requests().ask(Kind::panic);
