@@ -12,8 +12,8 @@
 
 int main(int argc, char** argv) {
     const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
-    const quillo::Console console{std::cin, std::cout, std::cerr, ::isatty(STDERR_FILENO) == 1,
-                                  STDOUT_FILENO};
+    const quillo::Console console{
+        .in = std::cin, .out = std::cout, .err = std::cerr, .outDescriptor = STDOUT_FILENO};
 #ifdef QUILLO_WITH_WINDOW
     return quillo::runJackProgram(words, console, &quillo::runWithWindow);
 #else
