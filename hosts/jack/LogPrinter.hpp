@@ -2,21 +2,23 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <iosfwd>
 #include <string>
+#include <string_view>
 
 #include "hosts/jack/LogTape.hpp"
 #include "log/LogCallback.hpp"
+#include "platform/Descriptor.hpp"
 
 namespace quillo {
 
-/// Prints both logs, an entry a line, as they come: "in  [480] 90 3c 64    note-on 60 (C3), ...". A reader
-/// of a pipe that stands still keeps nobody waiting; it is told how many entries it has missed. A terminal
-/// that takes nothing any more may: it says that there is room where there is too little. [main]
+/// Prints both logs, an entry a line, as they come: "in  [480] 90 3c 64    note-on 60 (C3), ...". A pipe or a
+/// terminal that stands still keeps nobody waiting; its reader is told how many entries are missing. [main]
 class LogPrinter {
 public:
     /// `descriptor` is where `out` writes to; -1 when it never has to wait.
-    explicit LogPrinter(std::ostream& out, int descriptor = -1) : out_(out), descriptor_(descriptor) {}
+    explicit LogPrinter(std::ostream& out, int descriptor = -1);
 
     /// Listens from now on, besides those who do already. Nothing must be rendered after the printer is gone.
     void listenTo(LogCallback& input, LogCallback& output);
@@ -31,10 +33,12 @@ private:
     [[nodiscard]] std::string takeTape();
     void printText(std::chrono::milliseconds patience);
     [[nodiscard]] bool hasRoom(std::chrono::milliseconds patience) const;
+    std::size_t printPiece(std::string_view piece);
 
     std::ostream& out_;
     const int descriptor_;
-    std::string text_;  ///< that is not printed yet
+    const Descriptor terminal_;  ///< when `out` writes to one
+    std::string text_;           ///< that is not printed yet
     LogTape tape_{capacity};
 };
 
