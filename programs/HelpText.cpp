@@ -154,12 +154,12 @@ The second asks why middle C is silent, and is answered:
 )"},
     VerbText{"diff", "Usage: midi-quillo diff A.json B.json --with TAKE.mid [--json]\n", R"(
 Plays the MIDI file TAKE.mid through both presets and says what the second
-makes different: before a concert, see what an edit has changed. Events of the
-file, and before them loading and the start of the host's transport, are put to
-both. For the first event that is answered differently it says what each rule
-did and why, in the words of explain. Then come all such events with what each
-preset sends, side by side, and how much more or less often each rule fires.
-Rules are the same in both when they are equal, or have the same name.
+makes different: before a concert, see what an edit has changed. Loading, the
+start of the host's transport, the events of the file and the transport's stop
+are put to both. For the first event that is answered differently it says what
+each rule did and why, in the words of explain. Then come all such events with
+what each preset sends, side by side, and how much more or less often each rule
+fires. Rules are the same in both when they are equal, or have the same name.
 
 Options:
   --with TAKE.mid  the recording
@@ -186,14 +186,14 @@ message, or another time. A test is a text:
       → at 150 ms: 80 3c 40
       → at 450 ms: 81 3c 40
   at 500 ms: transport stop → nothing
-Before the arrow stands what comes in: a MIDI message in hexadecimal, or
-"transport start", "transport continue" or "transport stop" of the host; behind
-it what leaves, parted by commas. A line that begins with an arrow goes on with
-what leaves. Times are whole milliseconds from the beginning. An event that
-goes on to the output leaves like any other message. Everything that leaves has
-to be expected, in the order in which it leaves; "nothing" and a line without
-an arrow expect nothing more. "->" is an arrow as well. Lines that begin with #
-are remarks.
+Before the arrow stands what comes in: "on load", or at its time a MIDI message
+in hexadecimal, "transport start", "transport continue" or "transport stop" of
+the host; behind it what leaves, parted by commas. A line that begins with an
+arrow goes on with what leaves. Times are whole milliseconds from the
+beginning. An event that goes on to the output leaves like any other message.
+Everything that leaves has to be expected, in the order in which it leaves;
+"nothing" and a line without an arrow expect nothing more. "->" is an arrow as
+well. Lines that begin with # are remarks.
 
 Options:
   --record TAKE.mid  write PRESET.test: the events of a MIDI file, and what the

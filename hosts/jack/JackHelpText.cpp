@@ -57,9 +57,9 @@ Other:
                          time in samples
   --help, --version      this text; the program's version
 
-SIGHUP reads the preset again; On Load rules do not fire again. SIGINT and
-SIGTERM end the program. Either way the notes that went out end first. SIGUSR1
-saves the rules and the connections at once.
+SIGHUP reads the file of --preset again; On Load rules do not fire again.
+SIGINT and SIGTERM end the program. Either way the notes that went out end
+first. SIGUSR1 saves the rules and the connections at once.
 
 A session manager (NSM) that starts the program says what is opened and saved.
 
