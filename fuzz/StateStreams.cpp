@@ -77,19 +77,13 @@ void loadIntoCLAP(fuzz::FuzzInput input) {
     plugin->destroy(plugin);
 }
 
-/// What JUCE's wrapper does with a chunk: where it bears the mark, the length before the mark says how much
-/// of the wrapper's own lies before the length.
-void takeApartForVST3(const Bytes& chunk) {
-    constexpr std::string_view mark = "JUCEPrivateData";
-    constexpr std::size_t zeros = 8;
-    const std::string_view text(reinterpret_cast<const char*>(chunk.data()), chunk.size());
-    if (!isStateChunk(chunk) || chunk.size() < mark.size() + sizeof(std::uint64_t) || !text.ends_with(mark)) {
-        return;
-    }
-    const auto before = chunk.size() - mark.size() - sizeof(std::uint64_t);
-    std::uint64_t length = 0;
-    std::memcpy(&length, chunk.data() + before, sizeof(length));
-    require(length <= before && before - length >= zeros, "the wrapper stays inside of a chunk");
+/// What is told apart are pieces of the chunk, the one behind the other, with nothing left out.
+void takeApartForVST3(const Bytes& bytes) {
+    const auto chunk = StateChunk::of(bytes);
+    require(chunk.document.data() == bytes.data() && chunk.document.size() <= bytes.size(),
+            "the document begins the chunk");
+    require(chunk.bypass.empty() || chunk.bypass.data() + chunk.bypass.size() == bytes.data() + bytes.size(),
+            "the bypass ends it");
 }
 
 }  // namespace

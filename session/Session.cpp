@@ -93,6 +93,9 @@ std::optional<std::string> Session::restore(std::span<const std::uint8_t> docume
 }
 
 std::optional<std::string> Session::whyNotInstalled(std::span<const std::uint8_t> document) try {
+    if (document.size() > longestDocument) {
+        return "they are longer than 256 MiB, as no rules are.";
+    }
     try {
         auto data = PluginData::read(document);
         install(std::move(data.rules), std::move(data.shelf));

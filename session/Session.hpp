@@ -32,6 +32,10 @@ namespace quillo {
 /// what cannot be helped: no memory. [main] unless an operation says otherwise.
 class Session final : public EditorUnit {
 public:
+    /// A longer state document is not restored: read, it takes some thirty times its bytes. It is four times
+    /// the longest preset, so that what could be imported can be restored.
+    static constexpr std::size_t longestDocument = std::size_t{256} << 20U;
+
     explicit Session(HostTransport transport = HostTransport());
     ~Session();
 

@@ -18,7 +18,4 @@ namespace quillo {
 /// rules as they are, and the editor shows why.
 [[nodiscard]] const clap_plugin_state_t& clapState();
 
-/// More than this is no state document, but a stream that never ends. In bytes.
-inline constexpr std::size_t longestStream = std::size_t{1} << 28U;
-
 }  // namespace quillo

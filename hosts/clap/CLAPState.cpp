@@ -22,26 +22,26 @@ std::optional<std::size_t> countOf(std::int64_t answer, std::size_t offered) {
     return static_cast<std::size_t>(answer);
 }
 
-/// All bytes up to the stream's end, in whatever pieces it hands them over. Nothing when it fails, is longer
-/// than `longestStream`, or is null.
+/// All bytes up to the stream's end, in whatever pieces it hands them over, or a piece more than can be
+/// restored. Nothing when it fails or is null.
 std::optional<std::vector<std::uint8_t>> readAll(const clap_istream_t* stream) {
     if (stream == nullptr || stream->read == nullptr) {
         return std::nullopt;
     }
     std::vector<std::uint8_t> bytes;
     std::vector<std::uint8_t> piece(longestPiece);
-    while (bytes.size() <= longestStream) {
+    while (bytes.size() <= Session::longestDocument) {
         const auto count = countOf(stream->read(stream, piece.data(), piece.size()), piece.size());
         if (!count) {
             return std::nullopt;
         }
         if (*count == 0) {
-            return bytes;
+            break;
         }
         const auto read = std::span(piece).first(*count);
         bytes.insert(bytes.end(), read.begin(), read.end());
     }
-    return std::nullopt;
+    return bytes;
 }
 
 /// Writes all bytes, in whatever pieces the stream takes them. False when it fails, takes no more, or is

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hosts/vst3/MIDIBufferWriter.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
+
+#include "midi/MessageLength.hpp"
 
 namespace quillo {
 
@@ -20,13 +23,16 @@ MIDIBufferWriter::Room MIDIBufferWriter::roomFor(Bytes bytes, const Waiting& wai
 
 void MIDIBufferWriter::write(std::uint32_t offset, std::span<const std::uint8_t> bytes) QUILLO_REALTIME {
     std::array<juce::uint8, headerSize> header{};
+    constexpr std::array<juce::uint8, mostZeros> zeros{};
     const auto signedOffset = static_cast<Offset>(offset);
-    const auto length = static_cast<Length>(bytes.size());
+    const auto wholeSize = std::max(bytes.size(), messageLength(bytes.front()));
+    const auto length = static_cast<Length>(wholeSize);
     std::memcpy(header.data(), &signedOffset, sizeof signedOffset);
     std::memcpy(header.data() + sizeof signedOffset, &length, sizeof length);
     QUILLO_REALTIME_EXEMPT("the storage was made long enough before")
     storage_->addArray(header.data(), static_cast<int>(header.size()));
     storage_->addArray(bytes.data(), static_cast<int>(bytes.size()));
+    storage_->addArray(zeros.data(), static_cast<int>(wholeSize - bytes.size()));
     QUILLO_REALTIME_EXEMPT_END
 }
 

@@ -12,7 +12,6 @@
 
 #include "hosts/vst3/EventLists.hpp"
 #include "hosts/vst3/StateChunk.hpp"
-#include "platform/AtomicFile.hpp"
 
 namespace quillo {
 
@@ -28,7 +27,7 @@ IPtr<Interface> asked(FUnknown& object) {
     return answers ? owned(static_cast<Interface*>(found)) : nullptr;
 }
 
-/// All that the host has kept; nothing when it cannot be read or is longer than any preset may be.
+/// All that the host has kept, or a byte more than can be restored; nothing when it cannot be read.
 std::optional<std::vector<std::uint8_t>> readAll(IBStream& stream) {
     std::vector<std::uint8_t> bytes;
     std::array<std::uint8_t, 4096> piece{};
@@ -37,9 +36,12 @@ std::optional<std::vector<std::uint8_t>> readAll(IBStream& stream) {
     }
     for (int32 length = 0;
          stream.read(piece.data(), int32{piece.size()}, &length) == kResultOk && length > 0;) {
-        bytes.insert(bytes.end(), piece.begin(), piece.begin() + length);
-        if (bytes.size() > usualSizeLimit) {
+        if (length > int32{piece.size()}) {
             return std::nullopt;
+        }
+        bytes.insert(bytes.end(), piece.begin(), piece.begin() + length);
+        if (bytes.size() > Session::longestDocument) {
+            break;
         }
     }
     return bytes;
@@ -103,22 +105,28 @@ uint32 PlugInComponent::release() {
     return left;
 }
 
-/// The wrapper reads the chunk again, and believes what a stream says of its length: so it is given a stream
-/// of exactly what was checked.
+/// The wrapper believes what it reads, and cannot say what became of it: so it is given nothing but whether
+/// the plug-in is bypassed, and that only with rules that are taken.
 tresult PlugInComponent::setState(IBStream* state) try {
     if (state == nullptr) {
         return kInvalidArgument;
     }
-    auto chunk = readAll(*state);
-    if (chunk && chunk->empty()) {
+    const auto bytes = readAll(*state);
+    if (!bytes) {
+        quillo_.session().tellUser("The saved rules cannot be restored: the host cannot read them.");
         return kResultFalse;
     }
-    quillo_.beginRestoring();
-    if (chunk && isStateChunk(*chunk)) {
-        MemoryStream checked(chunk->data(), static_cast<TSize>(chunk->size()));
-        static_cast<void>(component_->setState(&checked));
+    const auto chunk = StateChunk::of(*bytes);
+    if (bytes->empty() || quillo_.session().restore(chunk.document)) {
+        return kResultFalse;
     }
-    return quillo_.endRestoring() ? kResultOk : kResultFalse;
+    if (!chunk.bypass.empty()) {
+        // The interface has no constant data.
+        MemoryStream bypass(const_cast<std::uint8_t*>(chunk.bypass.data()),
+                            static_cast<TSize>(chunk.bypass.size()));
+        static_cast<void>(component_->setState(&bypass));
+    }
+    return kResultOk;
 } catch (const std::exception&) {
     return kResultFalse;
 }
@@ -149,10 +157,21 @@ tresult PlugInComponent::setActive(TBool state) try {
     return kResultFalse;
 }
 
+/// The wrapper believes that a block is as long as was announced. What comes with neither frames nor busses
+/// it hands to the host, past the rules: so it is given a bus without channels.
 tresult PlugInComponent::process(ProcessData& data) {
+    if (data.numSamples < 0 || data.numSamples > longestBlock_) {
+        return kInvalidArgument;
+    }
     IncomingEvents incoming(data.inputEvents);
     OutgoingEvents outgoing(data.outputEvents);
     auto block = data;
+    AudioBusBuffers noChannels;
+    if (data.numSamples == 0) {
+        block.numInputs = 0;
+        block.numOutputs = 1;
+        block.outputs = &noChannels;
+    }
     block.inputEvents = data.inputEvents != nullptr ? &incoming : nullptr;
     block.outputEvents = data.outputEvents != nullptr ? &outgoing : nullptr;
     return processor_->process(block);
@@ -208,8 +227,17 @@ uint32 PlugInComponent::getLatencySamples() {
     return processor_->getLatencySamples();
 }
 
-tresult PlugInComponent::setupProcessing(ProcessSetup& setup) {
-    return processor_->setupProcessing(setup);
+tresult PlugInComponent::setupProcessing(ProcessSetup& setup) try {
+    if (setup.maxSamplesPerBlock < 0 || setup.maxSamplesPerBlock > mostFrames) {
+        return kInvalidArgument;
+    }
+    const auto result = processor_->setupProcessing(setup);
+    if (result == kResultOk) {
+        longestBlock_ = setup.maxSamplesPerBlock;
+    }
+    return result;
+} catch (const std::exception&) {
+    return kResultFalse;
 }
 
 tresult PlugInComponent::setProcessing(TBool state) {

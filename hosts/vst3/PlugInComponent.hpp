@@ -33,7 +33,7 @@ public:
     Steinberg::tresult PLUGIN_API getState(Steinberg::IBStream* state) override;
     /// `kResultFalse` when nothing can be rendered at the sample rate that was set up.
     Steinberg::tresult PLUGIN_API setActive(Steinberg::TBool state) override;
-    /// [render]
+    /// `kInvalidArgument` for a block that is longer than announced. [render]
     Steinberg::tresult PLUGIN_API process(Steinberg::Vst::ProcessData& data) override;
 
     Steinberg::tresult PLUGIN_API initialize(Steinberg::FUnknown* context) override;
@@ -59,11 +59,15 @@ public:
                                                     Steinberg::Vst::SpeakerArrangement& arrangement) override;
     Steinberg::tresult PLUGIN_API canProcessSampleSize(Steinberg::int32 sampleSize) override;
     Steinberg::uint32 PLUGIN_API getLatencySamples() override;
+    /// `kInvalidArgument` when longer blocks are announced than anybody renders.
     Steinberg::tresult PLUGIN_API setupProcessing(Steinberg::Vst::ProcessSetup& setup) override;
     Steinberg::tresult PLUGIN_API setProcessing(Steinberg::TBool state) override;
     Steinberg::uint32 PLUGIN_API getTailSamples() override;
 
 private:
+    /// JUCE makes room for the frames of the longest block.
+    static constexpr Steinberg::int32 mostFrames = 1 << 20;
+
     PlugInComponent(const Steinberg::IPtr<Steinberg::Vst::IComponent>& component,
                     const Steinberg::IPtr<Steinberg::Vst::IAudioProcessor>& processor,
                     QuilloProcessor& quillo);
@@ -71,7 +75,8 @@ private:
 
     Steinberg::IPtr<Steinberg::Vst::IComponent> component_;
     Steinberg::IPtr<Steinberg::Vst::IAudioProcessor> processor_;
-    QuilloProcessor& quillo_;  ///< of the component, which keeps it
+    QuilloProcessor& quillo_;            ///< of the component, which keeps it
+    Steinberg::int32 longestBlock_ = 0;  ///< that was announced
     std::atomic<Steinberg::uint32> references_{1};
 };
 

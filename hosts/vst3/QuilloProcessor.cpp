@@ -38,6 +38,11 @@ std::uint32_t framesOf(const juce::AudioBuffer<float>& audio) {
     return static_cast<std::uint32_t>(audio.getNumSamples());
 }
 
+/// A host that only hands over parameters may listen to nothing: what is due waits for its next block.
+bool isNoBlock(const juce::AudioBuffer<float>& audio, const juce::MidiBuffer& messages) {
+    return audio.getNumSamples() == 0 && messages.isEmpty();
+}
+
 /// The wrapper puts both ends around what the host gives, and the buffer then ends the message at the first
 /// end. So of what had its ends before, only the first is there twice.
 bool lacksItsSecondEnd(std::span<const std::uint8_t> bytes) {
@@ -108,6 +113,9 @@ void QuilloProcessor::endNotes() {
 }
 
 void QuilloProcessor::processBlock(juce::AudioBuffer<float>& audio, juce::MidiBuffer& messages) {
+    if (isNoBlock(audio, messages)) {
+        return;
+    }
     keepAudio(audio);
     noteBypass(false);
     if (!canRender_) {
@@ -127,6 +135,9 @@ void QuilloProcessor::processBlock(juce::AudioBuffer<float>& audio, juce::MidiBu
 
 /// Before the first block that is not bypassed nothing is due, and the rules have not been loaded either.
 void QuilloProcessor::processBlockBypassed(juce::AudioBuffer<float>& audio, juce::MidiBuffer& messages) {
+    if (isNoBlock(audio, messages)) {
+        return;
+    }
     keepAudio(audio);
     noteBypass(true);
     auto& renderer = session_.renderer();
@@ -208,14 +219,7 @@ void QuilloProcessor::getStateInformation(juce::MemoryBlock& destination) {
 
 void QuilloProcessor::setStateInformation(const void* data, int size) {
     const auto* bytes = static_cast<const std::uint8_t*>(data);
-    restored_ = !session_.restore({bytes, static_cast<std::size_t>(size)});
-}
-
-bool QuilloProcessor::endRestoring() {
-    if (!restored_) {
-        session_.tellUser("The saved rules cannot be restored: the project's data are damaged.");
-    }
-    return restored_.value_or(false);
+    static_cast<void>(session_.restore({bytes, static_cast<std::size_t>(size)}));
 }
 
 }  // namespace quillo

@@ -83,11 +83,6 @@ public:
     void getStateInformation(juce::MemoryBlock& destination) override;
     void setStateInformation(const void* data, int size) override;
 
-    /// Around a call that hands the wrapper a project's chunk: the second says whether rules were restored
-    /// from it. The user is told when there were none.
-    void beginRestoring() { restored_.reset(); }
-    [[nodiscard]] bool endRestoring();
-
     /// Whether the last state that was asked for could be written.
     [[nodiscard]] bool hasSaved() const { return saved_; }
 
@@ -111,8 +106,7 @@ private:
 
     bool canRender_ = false;
     bool saved_ = true;
-    std::optional<bool> restored_;        ///< whether the state of the last call was; none without a call
-    std::optional<XErrorShield> shield_;  ///< from the first editor on
+    std::optional<XErrorShield> shield_;       ///< from the first editor on
     std::vector<std::uint8_t> bothEndsTwice_;  ///< [render] room for one message
 };
 

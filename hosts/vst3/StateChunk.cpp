@@ -2,17 +2,30 @@
 #include "hosts/vst3/StateChunk.hpp"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 namespace quillo {
 
 namespace {
 
-constexpr std::string_view mark = "JUCEPrivateData";
-constexpr std::size_t lengthSize = 8;
-constexpr std::size_t zeroSize = 8;
+using Bytes = std::span<const std::uint8_t>;
+using namespace std::string_view_literals;
 
-std::uint64_t littleEndian(std::span<const std::uint8_t> bytes) {
+constexpr auto mark = "JUCEPrivateData"sv;
+constexpr std::size_t zeroSize = 8;
+constexpr std::size_t lengthSize = 8;
+
+/// JUCE's tree of values: its type, one property, that one's name, its length and kind, and no children.
+constexpr std::array bypassData{"JUCEPrivateData\0\1\1Bypass\0\1\1\2\0"sv,
+                                "JUCEPrivateData\0\1\1Bypass\0\1\1\3\0"sv};
+
+bool equal(Bytes bytes, std::string_view letters) {
+    return std::ranges::equal(bytes, letters, {}, {},
+                              [](char letter) { return static_cast<std::uint8_t>(letter); });
+}
+
+std::uint64_t littleEndian(Bytes bytes) {
     std::uint64_t value = 0;
     for (std::size_t i = bytes.size(); i > 0; --i) {
         value = (value << 8U) | bytes[i - 1];
@@ -22,15 +35,20 @@ std::uint64_t littleEndian(std::span<const std::uint8_t> bytes) {
 
 }  // namespace
 
-bool isStateChunk(std::span<const std::uint8_t> chunk) {
-    if (chunk.size() < lengthSize + mark.size() ||
-        !std::ranges::equal(chunk.last(mark.size()), mark, {}, {},
-                            [](char letter) { return static_cast<std::uint8_t>(letter); })) {
-        return true;
+StateChunk StateChunk::of(Bytes bytes) {
+    if (bytes.size() < lengthSize + mark.size() || !equal(bytes.last(mark.size()), mark)) {
+        return {bytes, {}};
     }
-    const auto before = chunk.first(chunk.size() - mark.size() - lengthSize);
-    const auto length = littleEndian(chunk.subspan(before.size(), lengthSize));
-    return before.size() >= zeroSize && length <= before.size() - zeroSize;
+    const auto before = bytes.first(bytes.size() - mark.size() - lengthSize);
+    const auto length = littleEndian(bytes.subspan(before.size(), lengthSize));
+    if (before.size() < zeroSize || length > before.size() - zeroSize) {
+        return {bytes, {}};
+    }
+    const auto data = before.last(static_cast<std::size_t>(length));
+    const auto document = before.first(before.size() - data.size() - zeroSize);
+    const bool isBypass =
+        std::ranges::any_of(bypassData, [data](std::string_view known) { return equal(data, known); });
+    return {document, isBypass ? bytes.subspan(document.size()) : Bytes()};
 }
 
 }  // namespace quillo

@@ -6,9 +6,18 @@
 
 namespace quillo {
 
-/// Whether JUCE's wrapper can take a project's chunk apart. What it writes is the state document, eight zero
-/// bytes, its own data, the length of these in eight bytes, and a mark; a document alone is a chunk too. The
-/// wrapper believes the length: a damaged one would make it read beyond the chunk.
-[[nodiscard]] bool isStateChunk(std::span<const std::uint8_t> chunk);
+/// What a project keeps of the plug-in: the state document, eight zero bytes, data of JUCE's wrapper, the
+/// length of these in eight bytes, and a mark. A document alone is a chunk, too.
+struct StateChunk {
+    /// What is no chunk is taken for a document, which says what is wrong with it.
+    [[nodiscard]] static StateChunk of(std::span<const std::uint8_t> bytes);
+
+    std::span<const std::uint8_t> document;
+
+    /// All behind the document, which is a chunk without one. Empty unless the wrapper's data are whether the
+    /// plug-in is bypassed, to the letter: it believes what it reads, and a damaged length or depth would end
+    /// the host.
+    std::span<const std::uint8_t> bypass;
+};
 
 }  // namespace quillo

@@ -53,6 +53,17 @@ TEST_F(SessionTest, WhatIsRestoredIsSavedByteForByte) {
     EXPECT_EQ(session.save(), document);
 }
 
+TEST_F(SessionTest, ADocumentThatIsLongerThanAnyIsNotRead) {
+    ASSERT_EQ(session.restore(PluginData{swap}.write()), std::nullopt);
+    constexpr auto* tooLong =
+        "The saved rules cannot be restored: they are longer than 256 MiB, as no rules are.";
+    Bytes document(Session::longestDocument + 1, 'x');
+    EXPECT_EQ(session.restore(document), tooLong);
+    document.pop_back();
+    EXPECT_NE(session.restore(document), tooLong);
+    EXPECT_EQ(rules(), swap);
+}
+
 TEST_F(SessionTest, ADocumentThatCannotBeReadLeavesTheRulesAndIsReported) {
     ASSERT_EQ(session.restore(PluginData{swap}.write()), std::nullopt);
     session.viewDidLoad();

@@ -8,6 +8,7 @@
 #include "hosts/clap/CLAPExtensions.hpp"
 #include "hosts/clap/CLAPTestHost.hpp"
 #include "persistence/PluginData.hpp"
+#include "session/Session.hpp"
 #include "support/TestRules.hpp"
 
 namespace quillo {
@@ -177,8 +178,8 @@ TEST_F(CLAPState, OfAStreamThatNeverEndsIsRefusedOnceItIsTooLong) {
                                     return static_cast<std::int64_t>(size);
                                 }};
     EXPECT_FALSE(table().load(host.plugin, &stream));
-    EXPECT_GT(given, longestStream);
-    EXPECT_LE(given, longestStream + (std::uint64_t{1} << 16U));
+    EXPECT_GT(given, Session::longestDocument);
+    EXPECT_LE(given, Session::longestDocument + (std::uint64_t{1} << 16U));
 }
 
 TEST_F(CLAPState, ThatAStreamDoesNotTakeIsNotSaved) {

@@ -54,20 +54,32 @@ TEST(MIDIBufferWriter, BeginsWithAnEmptyBuffer) {
     EXPECT_EQ(eventsOf(buffer), (std::vector<Emission>{{3, {{0xC0, 1}}}}));
 }
 
+TEST(MIDIBufferWriter, PutsZerosInThePlaceOfDataThatAMessageLacks) {
+    juce::MidiBuffer buffer;
+    MIDIBufferWriter writer;
+    writer.open(buffer);
+    for (const auto& message : {Bytes{0x90, 77}, Bytes{0xB0}, Bytes{0xC0}, Bytes{0xF0}, Bytes{0xF4}}) {
+        writer.write(1, message);
+    }
+    EXPECT_EQ(
+        eventsOf(buffer),
+        (std::vector<Emission>{
+            {1, {{0x90, 77, 0}}}, {1, {{0xB0, 0, 0}}}, {1, {{0xC0, 0}}}, {1, {{0xF0}}}, {1, {{0xF4}}}}));
+}
+
 TEST(MIDIBufferWriter, NeedsNoMoreStorageThanItSays) {
     constexpr std::size_t messages = 1000;
     juce::MidiBuffer buffer;
-    buffer.ensureSize(MIDIBufferWriter::storageFor(messages, messages * 3));
+    buffer.ensureSize(MIDIBufferWriter::storageFor(messages, messages));
     MIDIBufferWriter writer;
     writer.open(buffer);
-    writer.write(0, Bytes{0x90, 60, 1});
+    writer.write(0, Bytes{0x90});
     const auto* storage = buffer.data.begin();
     for (std::size_t i = 1; i < messages; ++i) {
-        writer.write(0, Bytes{0x90, 60, 1});
+        writer.write(0, Bytes{0x90});
     }
     EXPECT_EQ(buffer.data.begin(), storage);
-    EXPECT_EQ(static_cast<std::size_t>(buffer.data.size()),
-              MIDIBufferWriter::storageFor(messages, messages * 3));
+    EXPECT_EQ(static_cast<std::size_t>(buffer.data.size()), MIDIBufferWriter::storageFor(messages, messages));
 }
 
 }  // namespace

@@ -265,11 +265,55 @@ TEST_F(VST3PlugIn, BypassedItHearsNothingOfTheTransportUntilItIsBypassedNoMore) 
               (std::vector<ScriptMessage>{{0, {0xB0, 21, 1}}}));
 }
 
-/// The wrapper answers such a call by itself, and what came in goes out unseen by any rule.
-TEST_F(VST3PlugIn, ACallThatOnlyHandsOverParametersPassesThemWithoutTheRules) {
-    install({rule(onControlChange(1, any, any, eatMatching), send(noteOn(1, 61, 5)))});
-    EXPECT_EQ(sentFor({{0, {0xB0, 1, 2}}}, 0), (std::vector<ScriptMessage>{{0, {0xB0, 1, 2}}}));
-    EXPECT_EQ(sentFor({{0, {0xB0, 1, 2}}}), (std::vector<ScriptMessage>{{0, {0x91, 61, 5}}}));
+TEST_F(VST3PlugIn, WhatComesWithoutFramesGoesThroughTheRules) {
+    install({rule(onControlChange(1, any, any, eatMatching), send(noteOn(1, 61, 5))),
+             rule(onNoteOn(exactly(60), any, eatMatching), send(noteOn(1, 62, 5)))});
+    EXPECT_EQ(sentFor({{0, {0xB0, 1, 2}}, {0, {0x90, 60, 1}}, {0, {0x90, 70, 1}}}, 0),
+              (std::vector<ScriptMessage>{{0, {0x91, 61, 5}}, {0, {0x91, 62, 5}}, {0, {0x90, 70, 1}}}));
+    bypass(true);
+    EXPECT_EQ(sentFor({}),
+              (std::vector<ScriptMessage>{{0, {0x80, 70, 64}}, {0, {0x81, 61, 64}}, {0, {0x81, 62, 64}}}));
+}
+
+TEST_F(VST3PlugIn, WhatIsDueWaitsForABlockWithFrames) {
+    install({rule(onNoteOn(any, any, eatMatching), send(noteOn(1, 61, 5), 10)),
+             rule(onLoad(), send(controlChange(0, 7, 1)))});
+    EXPECT_EQ(sentFor({}, 0), std::vector<ScriptMessage>());
+    EXPECT_EQ(sentFor({{32, {0x90, 60, 1}}}), (std::vector<ScriptMessage>{{0, {0xB0, 7, 1}}}));
+    EXPECT_EQ(sentFor({}, 0), std::vector<ScriptMessage>());
+    EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{0, {0x91, 61, 5}}}));
+}
+
+TEST_F(VST3PlugIn, ABlockLongerThanAnnouncedIsRefusedAndLeavesEverythingAsItWas) {
+    ASSERT_EQ(plugIn.setState(PluginData{{rule(onLoad(), send(controlChange(0, 7, 1)))}}.write()), kResultOk);
+    EXPECT_EQ(plugIn.process(1, input, nullptr), kInvalidArgument) << "before any was announced";
+    plugIn.activate(scriptSampleRate, plugInBlockLength);
+    plugIn.audio[0].assign(plugInBlockLength, 0.25F);
+    for (const auto frames : {plugInBlockLength + 1, 1U << 31U, 0xFFFFFFFFU}) {
+        EXPECT_EQ(plugIn.process(frames, input, nullptr), kInvalidArgument) << frames;
+        EXPECT_TRUE(plugIn.sent().empty());
+    }
+    EXPECT_EQ(plugIn.audio[0], std::vector<float>(plugInBlockLength, 0.25F));
+    EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{0, {0xB0, 7, 1}}}));
+}
+
+TEST_F(VST3PlugIn, BlocksOfALengthThatNobodyRendersAreNotSetUp) {
+    constexpr auto longest = std::numeric_limits<int32>::max();
+    for (const auto frames : {-1, longest}) {
+        ProcessSetup setup{kRealtime, kSample32, frames, scriptSampleRate};
+        EXPECT_EQ(plugIn.processor().setupProcessing(setup), kInvalidArgument) << frames;
+    }
+    install({});
+    EXPECT_EQ(sentFor({{3, {0x90, 60, 1}}}), (std::vector<ScriptMessage>{{3, {0x90, 60, 1}}}));
+}
+
+/// A document may name a note without a velocity. JUCE makes a note-off of a velocity of 0.
+TEST_F(VST3PlugIn, AMessageThatLacksDataIsTheSameEachTime) {
+    const RuleOutputVariantsV2::Protocol noVelocity{StatusByteV2::JustStatus{StatusV2::noteOn},
+                                                    GenericByteV2::Value{77}, std::nullopt};
+    install({rule(onNoteOn(any, any, eatMatching), send(noVelocity))});
+    EXPECT_EQ(sentFor({{0, {0x90, 1, 100}}, {1, {0x90, 2, 101}}}),
+              (std::vector<ScriptMessage>{{0, {0x80, 77, 0}}, {1, {0x80, 77, 0}}}));
 }
 
 TEST_F(VST3PlugIn, ActivatedAtAnotherRateItKeepsItsMilliseconds) {

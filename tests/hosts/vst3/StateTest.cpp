@@ -14,6 +14,7 @@
 
 #include "hosts/vst3/VST3Host.hpp"
 #include "persistence/PluginData.hpp"
+#include "session/Session.hpp"
 #include "support/TestRules.hpp"
 #include "support/Threads.hpp"
 
@@ -31,6 +32,10 @@ Bytes answerWith(std::uint8_t note, std::size_t silentRules = 0) {
     std::vector<Rule> rules(silentRules, rule(onNoteOff(exactly(1)), send(noteOn(0, 1, 1)), "never"));
     rules.push_back(rule(onNoteOn(any, any, PassThroughV2::EatMatching), send(noteOn(0, note, 5)), "answer"));
     return PluginData{std::move(rules)}.write();
+}
+
+Bytes bytesOf(std::string_view text) {
+    return {text.begin(), text.end()};
 }
 
 class VST3State : public testing::Test {
@@ -151,6 +156,70 @@ TEST_F(VST3State, AChunkThatIsDamagedBehindTheDocumentIsReportedAsNotRestored) {
     EXPECT_EQ(plugIn.setState(chunk), kResultOk);
 }
 
+/// A chunk as JUCE's wrapper writes it, with these data of its own.
+Bytes chunkWith(Bytes document, const Bytes& wrappersData) {
+    document.insert(document.end(), 8, 0);
+    document.insert(document.end(), wrappersData.begin(), wrappersData.end());
+    for (std::size_t i = 0; i < 8; ++i) {
+        document.push_back(static_cast<std::uint8_t>(wrappersData.size() >> (8 * i)));
+    }
+    const auto mark = bytesOf("JUCEPrivateData");
+    document.insert(document.end(), mark.begin(), mark.end());
+    return document;
+}
+
+/// JUCE reads a tree of values from them: it makes room for as many children as it is told of, and takes a
+/// level of the stack for each level of the tree.
+TEST_F(VST3State, WhatIsNoBypassInTheWrappersDataIsLeftAloneAndTheRulesAreTaken) {
+    const Bytes aBillionChildren{'a', 0, 0, 4, 0, 0, 0, 0x40};
+    Bytes manyLevels;
+    for (int level = 0; level < 100000; ++level) {
+        manyLevels.insert(manyLevels.end(), {'a', 0, 0, 1, 1});
+    }
+    std::uint8_t note = 61;
+    plugIn.activate();
+    for (const auto& data : {aBillionChildren, manyLevels, Bytes(100), Bytes{}}) {
+        EXPECT_EQ(plugIn.setState(chunkWith(answerWith(note), data)), kResultOk);
+        EXPECT_EQ(answers(), Bytes{note++});
+    }
+}
+
+TEST_F(VST3State, ThePlugInIsBypassedAsItWasAndNotByAChunkWhoseRulesAreRefused) {
+    const auto bypassed = [](std::uint8_t kind) {
+        auto data = bytesOf("JUCEPrivateData");
+        for (const auto& part : {Bytes{0, 1, 1}, bytesOf("Bypass"), Bytes{0, 1, 1, kind, 0}}) {
+            data.insert(data.end(), part.begin(), part.end());
+        }
+        return data;
+    };
+    const auto yes = bypassed(2);
+    const auto no = bypassed(3);
+    plugIn.activate();
+    ASSERT_EQ(plugIn.setState(chunkWith(answerWith(61), yes)), kResultOk);
+    EXPECT_EQ(plugIn.state(), chunkWith(answerWith(61), yes));
+    EXPECT_EQ(answers(), Bytes{60}) << "what passes";
+    EXPECT_EQ(plugIn.setState(chunkWith(bytesOf("{"), no)), kResultFalse);
+    EXPECT_EQ(plugIn.state(), chunkWith(answerWith(61), yes));
+    ASSERT_EQ(plugIn.setState(chunkWith(answerWith(62), no)), kResultOk);
+    EXPECT_EQ(plugIn.state(), chunkWith(answerWith(62), no));
+    EXPECT_EQ(answers(), Bytes{62});
+}
+
+/// A stream that says that it has given more than there was room for.
+class BoastingStream final : public Steinberg::MemoryStream {
+public:
+    Steinberg::tresult PLUGIN_API read(void* /*buffer*/, Steinberg::int32 bytes,
+                                       Steinberg::int32* count) override {
+        *count = bytes << 16;
+        return kResultOk;
+    }
+};
+
+TEST_F(VST3State, IsNotReadFromAStreamThatSaysItGaveMoreThanItCould) {
+    BoastingStream stream;
+    EXPECT_EQ(plugIn.setState(stream), kResultFalse);
+}
+
 /// A stream of zeros without an end, until the plug-in has had enough.
 class EndlessStream final : public Steinberg::MemoryStream {
 public:
@@ -162,14 +231,14 @@ public:
         return kResultOk;
     }
 
-    static constexpr std::size_t most = 256UL * 1024 * 1024;
+    static constexpr std::size_t most = 2 * Session::longestDocument;
     std::size_t given = 0;
 };
 
-TEST_F(VST3State, IsReadNoFurtherThanAnyPresetIs) {
+TEST_F(VST3State, IsReadNoFurtherThanItCanBeRestored) {
     EndlessStream stream;
     EXPECT_EQ(plugIn.setState(stream), kResultFalse);
-    EXPECT_LE(stream.given, 65UL * 1024 * 1024);
+    EXPECT_LE(stream.given, Session::longestDocument + 4096);
 }
 
 /// A host's stream that takes seven bytes at a time, up to so many.
