@@ -8,6 +8,7 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <climits>
 #include <cstring>
 
 #include "platform/Descriptor.hpp"
@@ -35,11 +36,17 @@ bool isThere(const fs::path& path) {
 /// Behind the name of a file that is not finished, before the numbers of the process and of the file.
 constexpr std::string_view unfinished = ".tmp-";
 
+/// As much of a file's name as leaves room for that and two numbers of ten digits.
+std::string beginningOf(std::string_view name) {
+    constexpr std::size_t longest = NAME_MAX - unfinished.size() - 21;
+    return std::string(name.substr(0, longest));
+}
+
 /// A name beside `path` that this process has not used before.
-std::string nameBeside(const fs::path& path) {
+fs::path nameBeside(const fs::path& path) {
     static std::atomic<unsigned> used{0};
-    return path.string() + std::string(unfinished) + std::to_string(::getpid()) + "-" +
-           std::to_string(used++);
+    return path.parent_path() / (beginningOf(path.filename().string()) + std::string(unfinished) +
+                                 std::to_string(::getpid()) + "-" + std::to_string(used++));
 }
 
 bool isNumber(std::string_view text) {
@@ -121,7 +128,7 @@ private:
     }
 
     /// Steps around what an interrupted process of the same number may have left.
-    static int createBeside(const fs::path& target, std::string& name) {
+    static int createBeside(const fs::path& target, fs::path& name) {
         constexpr mode_t beforeMask = 0666;
         int number = -1;
         do {
@@ -132,7 +139,7 @@ private:
     }
 
     fs::path target_;
-    std::string name_;
+    fs::path name_;
     Descriptor descriptor_;
 };
 
@@ -240,10 +247,11 @@ void writeWholeFile(const fs::path& path, std::span<const std::uint8_t> bytes, E
 }
 
 bool isUnfinished(std::string_view name, std::string_view target) {
-    if (!name.starts_with(target) || !name.substr(target.size()).starts_with(unfinished)) {
+    const auto before = beginningOf(target) + std::string(unfinished);
+    if (!name.starts_with(before)) {
         return false;
     }
-    const auto numbers = name.substr(target.size() + unfinished.size());
+    const auto numbers = name.substr(before.size());
     const auto dash = numbers.find('-');
     return dash != std::string_view::npos && isNumber(numbers.substr(0, dash)) &&
            isNumber(numbers.substr(dash + 1));

@@ -140,7 +140,7 @@ TEST_F(AtomicFile, APathThatCannotBeLookedUpFailsAsAnyOther) {
     const auto path = folder.path() / std::string(300, 'n');
     for (const auto existing : {Existing::keep, Existing::replace}) {
         EXPECT_EQ(failureOf([&] { writeWholeFile(path, newBytes, existing); }),
-                  path.string() + ": cannot be written in this folder: File name too long");
+                  path.string() + ": cannot be put in place: File name too long");
     }
 }
 
@@ -287,6 +287,15 @@ TEST_F(AtomicFile, WhatAnInterruptedProcessLeftIsKnownByItsName) {
           "song.mid.2026-11-20", "a song.mid.tmp-4711-0", "song.tmp-4711-0"}) {
         EXPECT_FALSE(isUnfinished(name, "song.mid")) << name;
     }
+}
+
+TEST_F(AtomicFile, MayHaveAsLongANameAsTheFolderTakes) {
+    const std::string longest(255, 'n');
+    writeWholeFile(folder.path() / longest, oldBytes, Existing::keep);
+    writeWholeFile(folder.path() / longest, newBytes, Existing::replace);
+    EXPECT_EQ(readWholeFile(folder.path() / longest), newBytes);
+    EXPECT_THAT(names(), ElementsAre(longest));
+    EXPECT_TRUE(isUnfinished(std::string(229, 'n') + ".tmp-4711-0", longest));
 }
 
 TEST_F(AtomicFile, SaysWhenTheFolderIsMissing) {
