@@ -103,17 +103,29 @@ const JSON* member(const JSON& value, std::string_view key) {
     return found != value.end() ? &*found : nullptr;
 }
 
-std::string nameOf(const Place& place, std::span<const std::uint8_t> document) {
-    const auto json = parseJSON(document);
+std::string nameOf(const Place& place, const JSON& json) {
     const auto& list = json.is_object() ? json.at(place.isOnShelf ? "shelf" : "rules") : json;
     const auto* rule = place.isOnShelf ? member(list.at(place.rule), "rule") : &list.at(place.rule);
     const auto* name = rule != nullptr ? member(*rule, "name") : nullptr;
     return name != nullptr && name->is_string() ? name->get<std::string>() : "";
 }
 
+/// Among all rules, as the editor counts them. What is wrong with the switched-off ones makes no difference.
+std::size_t positionInList(std::size_t rule, const JSON& json) {
+    const auto* const shelved = member(json, shelf);
+    const auto isBefore = [rule](const JSON& element) {
+        const auto* const place = member(element, "place");
+        return place != nullptr && place->is_number_unsigned() && place->get<std::uint64_t>() <= rule;
+    };
+    const bool isList = shelved != nullptr && shelved->is_array();
+    return rule + (isList ? static_cast<std::size_t>(std::ranges::count_if(*shelved, isBefore)) : 0);
+}
+
 std::string labelOf(const Place& place, std::span<const std::uint8_t> document) {
-    const auto name = nameOf(place, document);
-    return place.isOnShelf ? shelvedRuleLabel(place.rule, name) : ruleLabel(place.rule, name);
+    const auto json = parseJSON(document);
+    const auto name = nameOf(place, json);
+    return place.isOnShelf ? shelvedRuleLabel(place.rule, name)
+                           : ruleLabel(positionInList(place.rule, json), name);
 }
 
 }  // namespace

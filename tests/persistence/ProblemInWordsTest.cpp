@@ -132,6 +132,19 @@ TEST(ProblemInWords, NamesARuleThatIsSwitchedOff) {
               "The list of the switched-off rules: expected an array, found 5.");
 }
 
+TEST(ProblemInWords, CountsARuleAmongAllAsTheEditorDoes) {
+    const auto behind = [](const std::string& shelf) {
+        return wordsFor(R"({"rules":[{"output":{"message":{"SystemExclusive":{"_0":[]}},"delay":{"ms":1.5}},)"
+                        R"("trigger":{"OnLoad":{}},"name":"Echo"}],"shelf":)" +
+                        shelf + "}")
+            .substr(0, 13);
+    };
+    EXPECT_EQ(behind(R"([{"place":0},{"place":0}])"), R"(Rule 3 "Echo")");
+    EXPECT_EQ(behind(R"([{"place":0},{"place":1}])"), R"(Rule 2 "Echo")");
+    EXPECT_EQ(behind(R"([{"place":-1},{"place":"0"},5,{}])"), R"(Rule 1 "Echo")");
+    EXPECT_EQ(behind("{}"), R"(Rule 1 "Echo")");
+}
+
 /// Whether the error of a document that cannot be read is about one of its rules.
 bool isAboutRuleOf(std::string_view text) {
     const std::vector<std::uint8_t> document(text.begin(), text.end());
