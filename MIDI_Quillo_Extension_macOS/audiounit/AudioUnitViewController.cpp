@@ -104,7 +104,7 @@ void AudioUnitViewController::moveLogs() const {
 }
 
 void AudioUnitViewController::onRulesChanged(std::vector<Rule> rules, RuleShelf shelf) {
-    if (const auto unit = audioUnit()) {
+    if (const auto unit = audioUnit(); unit && !loadingRules_) {
         moveLogs();
         unit->install(std::move(rules), std::move(shelf));
     }

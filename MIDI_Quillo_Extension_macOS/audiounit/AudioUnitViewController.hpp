@@ -46,9 +46,10 @@ public:
     void viewDidLoad() override;
     [[nodiscard]] bool isViewLoaded() const { return viewLoaded_; }
 
-    /// Installs an edited list in the unit; dropped without a unit. The model's logs first get the
-    /// events that ran under the rules before. Throws the `FatalError` of rules that
-    /// cannot be compiled; those that were installed stay.
+    /// Installs an edited list in the unit; dropped without a unit. While a restored list waits to be shown,
+    /// an edit is one of the list before, and is dropped, too. The model's logs first get the events that ran
+    /// under the rules before. Throws the `FatalError` of rules that cannot be compiled; those that were
+    /// installed stay.
     void onRulesChanged(std::vector<Rule> rules, RuleShelf shelf = {}) override;
 
     /// Sends a message by hand; dropped without a unit. Throws the `FatalError` of one that takes something

@@ -141,6 +141,19 @@ TEST_F(ControllerTest, EveryRestoredStateIsShown) {
     EXPECT_EQ(shownNames(), Names{});
 }
 
+TEST_F(ControllerTest, AnEditOfTheListBeforeDoesNotUndoARestore) {
+    auto& unit = create();
+    controller->viewDidLoad();
+    unit.processor->setRules(oneRule);
+    unit.setFullState(unit.fullState());
+    controller->onRulesChanged({});
+    EXPECT_EQ(unit.processor->rules(), oneRule);
+    queue.drain();
+    EXPECT_EQ(shownNames(), Names{"one"});
+    controller->onRulesChanged({});
+    EXPECT_EQ(unit.processor->rules(), std::vector<Rule>());
+}
+
 TEST_F(ControllerTest, ARestoreNotifiesTheViewsOnce) {
     auto& unit = create();
     controller->viewDidLoad();
