@@ -219,7 +219,9 @@ void add(TextLine line, std::size_t equals, NamedSection& section) {
 
 std::vector<NamedSection> sectionsOf(std::string_view text) {
     std::vector<NamedSection> sections;
-    for (const auto& line : linesOf(text)) {
+    TextLines lines(text);
+    while (const auto next = lines.next()) {
+        const auto& line = *next;
         const auto equals = line.text.find('=');
         if (!isMeaningful(line)) {
             continue;
@@ -251,9 +253,12 @@ void requireVersion(const Section& project) {
 }  // namespace
 
 bool isBmtp(std::string_view text) {
-    const auto lines = linesOf(text);
-    const auto first = std::ranges::find_if(lines, isMeaningful);
-    return first != lines.end() && first->text == projectSection;
+    TextLines lines(text);
+    auto line = lines.next();
+    while (line && !isMeaningful(*line)) {
+        line = lines.next();
+    }
+    return line && line->text == projectSection;
 }
 
 MappingFile readBmtp(std::string_view text) {

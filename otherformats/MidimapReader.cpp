@@ -150,9 +150,12 @@ std::string textOfComment(const std::string& line) {
 
 bool isMidimap(std::string_view text) {
     const std::vector<std::string> header{"midimap", "v1"};
-    const auto lines = linesOf(text);
-    const auto first = std::ranges::find_if_not(lines, isComment);
-    return first != lines.end() && splitAtBlanks(inLowerCase(first->text)) == header;
+    TextLines lines(text);
+    auto line = lines.next();
+    while (line && isComment(*line)) {
+        line = lines.next();
+    }
+    return line && splitAtBlanks(inLowerCase(line->text)) == header;
 }
 
 MappingFile readMidimap(std::string_view text) {
@@ -161,23 +164,24 @@ MappingFile readMidimap(std::string_view text) {
     bool isMatchAll = false;
     bool isBegun = false;
     std::string name;
-    for (const auto& line : linesOf(text)) {
-        const auto bar = line.text.find('|');
-        const auto word = inLowerCase(line.text);
-        if (isComment(line)) {
-            name = textOfComment(line.text);
+    TextLines lines(text);
+    while (const auto line = lines.next()) {
+        const auto bar = line->text.find('|');
+        const auto word = inLowerCase(line->text);
+        if (isComment(*line)) {
+            name = textOfComment(line->text);
         } else if (!isBegun) {
             isBegun = true;
         } else if (bar != std::string::npos) {
-            file.mappings.push_back(mappingOf(line, bar, name.empty() ? "midimap" : name));
+            file.mappings.push_back(mappingOf(*line, bar, name.empty() ? "midimap" : name));
         } else if (word == "forward-unmatched") {
             file.passesUnmatched = true;
         } else if (word == "match-all") {
             isMatchAll = true;
         } else {
-            throw OtherFormatError(line.number, inQuotes(line.text) +
-                                                    " is neither a rule nor forward-unmatched "
-                                                    "or match-all");
+            throw OtherFormatError(line->number, inQuotes(line->text) +
+                                                     " is neither a rule nor forward-unmatched "
+                                                     "or match-all");
         }
     }
     for (auto& mapping : file.mappings) {

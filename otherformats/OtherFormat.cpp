@@ -10,6 +10,9 @@ namespace quillo {
 
 namespace {
 
+/// Bytes in which the first line that means something ends.
+constexpr std::size_t longestBeginning = std::size_t{1} << 20U;
+
 std::string rulesWords(const TakenLine& line) {
     if (line.isOff) {
         return countWords(line.count, "rule") + ", switched off";
@@ -43,17 +46,18 @@ bool isWhole(const TakenLine& line) {
 }  // namespace
 
 bool isOtherFormat(std::string_view text) {
-    return isMidimap(text) || isBmtp(text);
+    const auto beginning = text.substr(0, longestBeginning);
+    return isMidimap(beginning) || isBmtp(beginning);
 }
 
 OtherRules readOtherFormat(std::string_view text, Unmatched unmatched) {
-    if (isMidimap(text)) {
-        return rulesFrom(readMidimap(text));
-    }
-    if (!isBmtp(text)) {
+    if (!isOtherFormat(text)) {
         throw OtherFormatError(
             1, "the text is neither a midimap.lv2 configuration, which begins with midimap v1, "
                "nor a .bmtp project, which begins with [Project]");
+    }
+    if (isMidimap(text)) {
+        return rulesFrom(readMidimap(text));
     }
     auto file = readBmtp(text);
     file.passesUnmatched = unmatched == Unmatched::pass;

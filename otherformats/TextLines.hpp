@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
-#include <sstream>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace quillo {
 
@@ -17,18 +17,30 @@ struct TextLine {
 
 inline constexpr std::string_view blanks = " \t\r";
 
-/// A text may begin with a byte-order mark.
-[[nodiscard]] inline std::vector<TextLine> linesOf(std::string_view text) {
-    constexpr std::string_view mark = "\xEF\xBB\xBF";
-    text.remove_prefix(text.starts_with(mark) ? mark.size() : 0);
-    std::istringstream in{std::string(text)};
-    std::vector<TextLine> lines;
-    for (std::string line; std::getline(in, line);) {
-        line.erase(line.find_last_not_of(blanks) + 1);
-        line.erase(0, line.find_first_not_of(blanks));
-        lines.push_back({lines.size() + 1, std::move(line)});
+/// The lines of a text, which stays the caller's, one after the other. A byte-order mark belongs to none.
+class TextLines {
+public:
+    explicit TextLines(std::string_view text) : rest_(text) {
+        constexpr std::string_view mark = "\xEF\xBB\xBF";
+        rest_.remove_prefix(rest_.starts_with(mark) ? mark.size() : 0);
     }
-    return lines;
-}
+
+    /// Nothing behind the last line.
+    [[nodiscard]] std::optional<TextLine> next() {
+        if (rest_.empty()) {
+            return std::nullopt;
+        }
+        const auto end = std::min(rest_.find('\n'), rest_.size());
+        auto line = rest_.substr(0, end);
+        rest_.remove_prefix(std::min(end + 1, rest_.size()));
+        line = line.substr(0, line.find_last_not_of(blanks) + 1);
+        line.remove_prefix(std::min(line.find_first_not_of(blanks), line.size()));
+        return TextLine{++number_, std::string(line)};
+    }
+
+private:
+    std::string_view rest_;
+    std::size_t number_ = 0;
+};
 
 }  // namespace quillo

@@ -21,6 +21,9 @@ namespace quillo {
 
 namespace {
 
+/// Bytes: some seconds.
+constexpr std::size_t longestOfAnotherTool = std::size_t{4} << 20U;
+
 constexpr auto exportAgain =
     "The rules are as they were. Choose another file, or export this one again where its rules work.";
 constexpr auto cannotBeImported = " cannot be imported. ";
@@ -86,6 +89,10 @@ std::string firstLines(const std::string& lost) {
 
 /// Takes the rules of another tool, and says what of them is lost.
 bool importOtherFormat(const std::string& name, std::string_view text, RuleListEditor& editor) {
+    if (text.size() > longestOfAnotherTool) {
+        throw NoPreset(
+            "It is longer than 4 MiB. On the command line, midi-quillo import makes a preset of it.");
+    }
     try {
         const auto taken = readOtherFormat(text);
         if (taken.isEmpty()) {

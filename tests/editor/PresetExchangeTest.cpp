@@ -361,6 +361,17 @@ TEST_F(PresetExchangeTest, AFileOfAnotherToolFromWhichNothingCanBeTakenLeavesThe
                   chooseAnother);
 }
 
+TEST_F(PresetExchangeTest, AFileOfAnotherToolIsReadUpToFourMebibytes) {
+    std::string text = "midimap v1\nforward-unmatched\nNoteOn 36 ANY | SAME 48 SAME\n";
+    text.resize(std::size_t{4} << 20U, '#');
+    EXPECT_EQ(refusal(write(text + "#")),
+              "\"preset.json\" cannot be imported. It is longer than 4 MiB. On the command line, midi-quillo "
+              "import makes a preset of it.\n" +
+                  chooseAnother);
+    desk.editor.dismissAlert();
+    EXPECT_TRUE(importPresetFile(write(text), desk.editor));
+}
+
 TEST_F(PresetExchangeTest, ADamagedFileOfAnotherToolIsRefusedWithItsLine) {
     EXPECT_EQ(
         refusal(write("midimap v1\nhello\n")),

@@ -45,6 +45,8 @@ TEST(MidimapReader, KnowsItsFilesByTheirFirstLineOfMeaning) {
     EXPECT_FALSE(isOtherFormat("midimap v2\n"));
     EXPECT_FALSE(isOtherFormat("{\"rules\":[]}"));
     EXPECT_FALSE(isOtherFormat(""));
+    EXPECT_TRUE(isOtherFormat(std::string((std::size_t{1} << 20U) - 10, '\n') + "midimap v1\n"));
+    EXPECT_FALSE(isOtherFormat(std::string((std::size_t{1} << 20U) - 9, '\n') + "midimap v1\n"));
 }
 
 TEST(MidimapReader, ReadsANoteThatBecomesAnother) {
