@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "persistence/DecodingError.hpp"
 
-#include <algorithm>
 #include <utility>
 
 namespace quillo {
@@ -29,8 +28,7 @@ DecodingError::DecodingError(const std::string& text, std::string path, std::str
 
 DecodingError DecodingError::ofBothReadings(const DecodingError& deciding, std::string_view otherForm,
                                             const DecodingError& other) {
-    DecodingError error(joined(deciding.what(), otherForm, other.what()),
-                        std::max(deciding.valuesRead_, other.valuesRead_));
+    DecodingError error(joined(deciding.what(), otherForm, other.what()));
     error.mostUseful_ = deciding.valuesRead_ > other.valuesRead_ ? deciding.mostUseful_ : other.mostUseful_;
     return error;
 }

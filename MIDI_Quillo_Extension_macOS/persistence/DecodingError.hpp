@@ -36,8 +36,6 @@ public:
     /// What the most useful one says of that place.
     [[nodiscard]] const std::string& problem() const { return mostUseful_.problem; }
 
-    [[nodiscard]] std::size_t valuesRead() const { return valuesRead_; }
-
 private:
     struct Finding {
         std::string text;

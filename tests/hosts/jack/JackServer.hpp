@@ -33,6 +33,7 @@ public:
     struct Settings {
         std::uint32_t sampleRate = 48000;
         std::uint32_t bufferSize = 256;
+        std::uint32_t mostPorts = 2048;  ///< five are the server's own
     };
 
     JackServer() : JackServer(Settings{}) {}
@@ -46,8 +47,9 @@ public:
     void start(Settings settings) {
         forget("jack_db-" + std::to_string(::getuid()));
         process_.emplace(std::vector<std::string>{
-            "setpriv", "--pdeathsig", "KILL", "jackd", "-r", "-S", "-t", patience, "-n", name(), "-d",
-            "dummy", "-r", std::to_string(settings.sampleRate), "-p", std::to_string(settings.bufferSize)});
+            "setpriv", "--pdeathsig", "KILL", "jackd", "-r", "-S", "-t", patience, "-p",
+            std::to_string(settings.mostPorts), "-n", name(), "-d", "dummy", "-r",
+            std::to_string(settings.sampleRate), "-p", std::to_string(settings.bufferSize)});
         LibraryMessages::silenceLibrary();
         while (!answers()) {
             if (process_->endsWithin(shortWhile)) {

@@ -484,6 +484,29 @@ TEST_F(ServerLinkTest, AnotherAlertIsNotTakenAwayWhenTheServerIsBack) {
     EXPECT_EQ(session.model()->alertErrorMessage(), "Something else.");
 }
 
+TEST_F(ServerLinkTest, AServerThatIsBackAndRefusesTheProgramIsNamedOnceAndAgainWhenItHasTakenIt) {
+    const auto countOfRefusals = [this] {
+        constexpr std::string_view refusal = "has no room for the port";
+        const auto text = err.str();
+        int count = 0;
+        for (auto at = text.find(refusal); at != std::string::npos; at = text.find(refusal, at + 1)) {
+            ++count;
+        }
+        return count;
+    };
+    link.connect();
+    for (int times = 1; times <= 2; ++times) {
+        loseTheServer();
+        server.start({.mostPorts = 5});
+        letPass(3);
+        EXPECT_FALSE(link.isConnected());
+        EXPECT_EQ(countOfRefusals(), times);
+        server.stop();
+        server.start({});
+        turnUntil([&] { return link.isConnected(); });
+    }
+}
+
 TEST_F(ServerLinkTest, AServerThatFallsSilentCountsAsGoneAndIsTakenUpAgain) {
     connectToASlowServer();
     waitForSilence();
