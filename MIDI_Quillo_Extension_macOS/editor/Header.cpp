@@ -173,7 +173,7 @@ void Header::setPlaying(bool playing) {
 void Header::resized() {
     auto area = getLocalBounds().reduced(style::barPadding, 0);
     area.removeFromLeft(logoWidth + headerGap);
-    searching_ = searching_ || !search_.text().isEmpty();
+    searching_ = (searching_ || !search_.text().isEmpty()) && !hasRoomForSearch();
     const bool inTheirPlace = (searching_ || isPlaying_) && !hasRoomForSearch();
     for (auto* part : std::initializer_list<juce::Component*>{&import_, &export_, &undo_, &redo_, &form_,
                                                               &searchButton_, &panic_, &docs_, &more_}) {

@@ -266,6 +266,16 @@ TEST_F(Search, StaysInSightInAWindowThatGetsNarrowWhileSomethingIsLookedFor) {
     EXPECT_FALSE(field().isVisible());
 }
 
+TEST_F(Search, EmptiedByHandInAWideWindowItLeavesTheButtonsTheirPlaceInANarrowOne) {
+    open("b");
+    stage.view().setSize(stage.view().getWidth() - 1, 400);
+    stage.press(juce::KeyPress::backspaceKey);
+    ASSERT_TRUE(field().text().isEmpty());
+    stage.view().setSize(500, 400);
+    EXPECT_FALSE(field().isVisible());
+    EXPECT_TRUE(stage.view().header().importButton().isVisible());
+}
+
 TEST_F(Search, ItsCrossEndsIt) {
     EXPECT_FALSE(field().endButton().isVisible());
     open("bass");
