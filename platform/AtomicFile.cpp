@@ -8,7 +8,6 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <climits>
 #include <cstring>
 
 #include "platform/Descriptor.hpp"
@@ -36,17 +35,11 @@ bool isThere(const fs::path& path) {
 /// Behind the name of a file that is not finished, before the numbers of the process and of the file.
 constexpr std::string_view unfinished = ".tmp-";
 
-/// As much of a file's name as leaves room for that and two numbers of ten digits.
-std::string beginningOf(std::string_view name) {
-    constexpr std::size_t longest = NAME_MAX - unfinished.size() - 21;
-    return std::string(name.substr(0, longest));
-}
-
 /// A name beside `path` that this process has not used before.
-fs::path nameBeside(const fs::path& path) {
+std::string nameBeside(const fs::path& path) {
     static std::atomic<unsigned> used{0};
-    return path.parent_path() / (beginningOf(path.filename().string()) + std::string(unfinished) +
-                                 std::to_string(::getpid()) + "-" + std::to_string(used++));
+    return path.string() + std::string(unfinished) + std::to_string(::getpid()) + "-" +
+           std::to_string(used++);
 }
 
 bool isNumber(std::string_view text) {
@@ -58,6 +51,9 @@ class TemporaryFile {
 public:
     explicit TemporaryFile(const fs::path& target)
         : target_(target), descriptor_(createBeside(target, name_)) {
+        if (!descriptor_.isOpen() && errno == ENAMETOOLONG) {
+            descriptor_ = Descriptor(createBeside(target.parent_path() / "midi-quillo", name_));
+        }
         if (!descriptor_.isOpen()) {
             fail(target_, "cannot be written in this folder");
         }
@@ -128,7 +124,7 @@ private:
     }
 
     /// Steps around what an interrupted process of the same number may have left.
-    static int createBeside(const fs::path& target, fs::path& name) {
+    static int createBeside(const fs::path& target, std::string& name) {
         constexpr mode_t beforeMask = 0666;
         int number = -1;
         do {
@@ -139,7 +135,7 @@ private:
     }
 
     fs::path target_;
-    fs::path name_;
+    std::string name_;
     Descriptor descriptor_;
 };
 
@@ -247,11 +243,10 @@ void writeWholeFile(const fs::path& path, std::span<const std::uint8_t> bytes, E
 }
 
 bool isUnfinished(std::string_view name, std::string_view target) {
-    const auto before = beginningOf(target) + std::string(unfinished);
-    if (!name.starts_with(before)) {
+    if (!name.starts_with(target) || !name.substr(target.size()).starts_with(unfinished)) {
         return false;
     }
-    const auto numbers = name.substr(before.size());
+    const auto numbers = name.substr(target.size() + unfinished.size());
     const auto dash = numbers.find('-');
     return dash != std::string_view::npos && isNumber(numbers.substr(0, dash)) &&
            isNumber(numbers.substr(dash + 1));

@@ -56,7 +56,8 @@ void writeWholeFile(const std::filesystem::path& path, std::span<const std::uint
                     Existing existing);
 
 /// Whether a file of this name can be one that `writeWholeFile` has begun to write for one called `target`:
-/// it stays behind where a process is killed meanwhile. Names without their folders.
+/// it stays behind where a process is killed meanwhile. Of a name that leaves no room behind it, this is not
+/// known. Names without their folders.
 [[nodiscard]] bool isUnfinished(std::string_view name, std::string_view target);
 
 /// Waits until the disk knows the names in a folder, after a file there got or changed its own. A file system
