@@ -92,7 +92,7 @@ void AudioUnitViewController::loadRulesLater() {
 
 void AudioUnitViewController::loadRulesFromAudioUnit() {
     if (const auto unit = audioUnit()) {
-        auto [rules, shelf] = unit->stored();
+        auto [rules, shelf] = unit->show();
         model_->showRules(std::move(rules), std::move(shelf));
     }
 }
@@ -104,7 +104,7 @@ void AudioUnitViewController::moveLogs() const {
 }
 
 void AudioUnitViewController::onRulesChanged(std::vector<Rule> rules, RuleShelf shelf) {
-    if (const auto unit = audioUnit(); unit && !loadingRules_) {
+    if (const auto unit = audioUnit()) {
         moveLogs();
         unit->install(std::move(rules), std::move(shelf));
     }

@@ -139,14 +139,27 @@ void MIDIQuilloAUAudioUnit::setFullState(const std::optional<StateDictionary>& s
         fatalError(std::string("the restored state's \"") + stateKey + "\" is not data");
     }
     auto [rules, shelf] = readRules(*document);
-    install(std::move(rules), std::move(shelf));
+    {
+        const std::lock_guard lock(installing_);
+        processor->setRules(std::move(rules), shelf);
+        shelf_ = std::move(shelf);
+        restored_ = true;
+    }
     AUAudioUnit::setFullState(state);
 }
 
 void MIDIQuilloAUAudioUnit::install(std::vector<Rule> rules, RuleShelf shelf) {
     const std::lock_guard lock(installing_);
-    processor->setRules(std::move(rules), shelf);
-    shelf_ = std::move(shelf);
+    if (!restored_) {
+        processor->setRules(std::move(rules), shelf);
+        shelf_ = std::move(shelf);
+    }
+}
+
+PluginData MIDIQuilloAUAudioUnit::show() {
+    const std::lock_guard lock(installing_);
+    restored_ = false;
+    return {processor->rules(), shelf_};
 }
 
 PluginData MIDIQuilloAUAudioUnit::stored() const {

@@ -69,12 +69,16 @@ public:
     [[nodiscard]] std::vector<std::size_t> supportedViewConfigurations(
         std::span<const AUAudioUnitViewConfiguration> available) const override;
 
-    /// [any but render] Installs rules, and keeps those that are switched off. Throws the `FatalError` of
-    /// rules that cannot be compiled; nothing changes then.
+    /// [any but render] Installs an edited list, and keeps the rules of it that are switched off. While a
+    /// restored list waits to be shown, an edit is one of the list before, and is dropped. Throws the
+    /// `FatalError` of rules that cannot be compiled; nothing changes then.
     void install(std::vector<Rule> rules, RuleShelf shelf = {});
 
     /// [any but render] What was installed last.
     [[nodiscard]] PluginData stored() const;
+
+    /// [main] The same for an editor, whose edits are of this list from now on.
+    [[nodiscard]] PluginData show();
 
     /// The rule engine; never replaced.
     const std::shared_ptr<RuleProcessor> processor = std::make_shared<RuleProcessor>();
@@ -100,6 +104,7 @@ private:
 
     mutable std::mutex installing_;  ///< of rules with their shelf
     RuleShelf shelf_;                ///< the rules that are switched off, with their places among the others
+    bool restored_ = false;          ///< since the rules were shown
     std::shared_ptr<AUAudioUnitBus> inputBus_;
     std::unique_ptr<AUAudioUnitBusArray> inputBusses_;
     std::shared_ptr<AUAudioUnitBus> outputBus_;
