@@ -35,10 +35,8 @@ Descriptor openTerminal(int descriptor) {
 
 }  // namespace
 
-LogPrinter::LogPrinter(std::ostream& out, int descriptor)
-    : out_(out), descriptor_(descriptor), terminal_(openTerminal(descriptor)) {}
-
 void LogPrinter::listenTo(LogCallback& input, LogCallback& output) {
+    terminal_ = openTerminal(descriptor_);
     input.also(recordOn(tape_, Direction::in));
     output.also(recordOn(tape_, Direction::out));
 }
