@@ -77,13 +77,14 @@ void loadIntoCLAP(fuzz::FuzzInput input) {
     plugin->destroy(plugin);
 }
 
-/// What is told apart are pieces of the chunk, the one behind the other, with nothing left out.
+/// The document begins the chunk; the bypass, if there is one, is all behind it.
 void takeApartForVST3(const Bytes& bytes) {
     const auto chunk = StateChunk::of(bytes);
     require(chunk.document.data() == bytes.data() && chunk.document.size() <= bytes.size(),
             "the document begins the chunk");
-    require(chunk.bypass.empty() || chunk.bypass.data() + chunk.bypass.size() == bytes.data() + bytes.size(),
-            "the bypass ends it");
+    require(chunk.bypass.empty() || (chunk.bypass.data() == chunk.document.data() + chunk.document.size() &&
+                                     chunk.document.size() + chunk.bypass.size() == bytes.size()),
+            "the bypass is all behind it");
 }
 
 }  // namespace

@@ -105,6 +105,21 @@ uint32 PlugInComponent::release() {
     return left;
 }
 
+/// Where memory ends in the wrapper it keeps buffers that it has freed: nothing is rendered any more.
+template <class Call>
+tresult PlugInComponent::inTheWrapper(const Call& call) {
+    if (hasFailed_) {
+        return kResultFalse;
+    }
+    try {
+        return call();
+    } catch (const std::exception&) {
+        hasFailed_ = true;
+        longestBlock_ = -1;
+        return kResultFalse;
+    }
+}
+
 /// The wrapper believes what it reads, and cannot say what became of it: so it is given nothing but whether
 /// the plug-in is bypassed, and that only with rules that are taken.
 tresult PlugInComponent::setState(IBStream* state) try {
@@ -146,34 +161,40 @@ tresult PlugInComponent::getState(IBStream* state) try {
     return kResultFalse;
 }
 
-tresult PlugInComponent::setActive(TBool state) try {
-    const auto result = component_->setActive(state);
-    if (state != 0 && !quillo_.canRender()) {
-        static_cast<void>(component_->setActive(0));
-        return kResultFalse;
+tresult PlugInComponent::setActive(TBool state) {
+    isActive_ = false;
+    const auto result = inTheWrapper([&] { return component_->setActive(state); });
+    if (state == 0 || result != kResultOk) {
+        return result;
     }
-    return result;
-} catch (const std::exception&) {
-    return kResultFalse;
+    isActive_ = quillo_.canRender();
+    if (!isActive_) {
+        static_cast<void>(component_->setActive(0));
+    }
+    return isActive_ ? kResultOk : kResultFalse;
 }
 
 /// The wrapper believes that a block is as long as was announced. What comes with neither frames nor busses
-/// it hands to the host, past the rules: so it is given a bus without channels.
+/// it hands to the host, past the rules: so it is given a bus without channels, or nobody to hand it to where
+/// nobody hears what the rules send.
 tresult PlugInComponent::process(ProcessData& data) {
     if (data.numSamples < 0 || data.numSamples > longestBlock_) {
+        quillo_.reset();
         return kInvalidArgument;
     }
     IncomingEvents incoming(data.inputEvents);
     OutgoingEvents outgoing(data.outputEvents);
     auto block = data;
     AudioBusBuffers noChannels;
-    if (data.numSamples == 0) {
+    const bool hasFrames = data.numSamples > 0;
+    const bool isRendered = hasFrames || (isActive_ && data.outputEvents != nullptr);
+    if (!hasFrames) {
         block.numInputs = 0;
-        block.numOutputs = 1;
+        block.numOutputs = isRendered ? 1 : 0;
         block.outputs = &noChannels;
     }
     block.inputEvents = data.inputEvents != nullptr ? &incoming : nullptr;
-    block.outputEvents = data.outputEvents != nullptr ? &outgoing : nullptr;
+    block.outputEvents = isRendered && data.outputEvents != nullptr ? &outgoing : nullptr;
     return processor_->process(block);
 }
 
@@ -227,17 +248,17 @@ uint32 PlugInComponent::getLatencySamples() {
     return processor_->getLatencySamples();
 }
 
-tresult PlugInComponent::setupProcessing(ProcessSetup& setup) try {
+tresult PlugInComponent::setupProcessing(ProcessSetup& setup) {
     if (setup.maxSamplesPerBlock < 0 || setup.maxSamplesPerBlock > mostFrames) {
         return kInvalidArgument;
     }
-    const auto result = processor_->setupProcessing(setup);
+    auto roomy = setup;
+    roomy.maxSamplesPerBlock = std::max(setup.maxSamplesPerBlock, leastFrames);
+    const auto result = inTheWrapper([&] { return processor_->setupProcessing(roomy); });
     if (result == kResultOk) {
-        longestBlock_ = setup.maxSamplesPerBlock;
+        longestBlock_ = roomy.maxSamplesPerBlock;
     }
     return result;
-} catch (const std::exception&) {
-    return kResultFalse;
 }
 
 tresult PlugInComponent::setProcessing(TBool state) {

@@ -33,7 +33,11 @@ public:
     Steinberg::tresult PLUGIN_API getState(Steinberg::IBStream* state) override;
     /// `kResultFalse` when nothing can be rendered at the sample rate that was set up.
     Steinberg::tresult PLUGIN_API setActive(Steinberg::TBool state) override;
-    /// `kInvalidArgument` for a block that is longer than announced. [render]
+    /// A call without frames goes through the rules as well, unless the plug-in is inactive or nobody takes
+    /// what they send: then what comes in is dropped, and what is due waits.
+    ///
+    /// `kInvalidArgument` for a block that is longer than announced, and longer than `leastFrames`. Nothing
+    /// of it is rendered, and the notes that sound end in the next block. [render]
     Steinberg::tresult PLUGIN_API process(Steinberg::Vst::ProcessData& data) override;
 
     Steinberg::tresult PLUGIN_API initialize(Steinberg::FUnknown* context) override;
@@ -59,13 +63,14 @@ public:
                                                     Steinberg::Vst::SpeakerArrangement& arrangement) override;
     Steinberg::tresult PLUGIN_API canProcessSampleSize(Steinberg::int32 sampleSize) override;
     Steinberg::uint32 PLUGIN_API getLatencySamples() override;
-    /// `kInvalidArgument` when longer blocks are announced than anybody renders.
+    /// `kInvalidArgument` when blocks of more than `mostFrames` are announced.
     Steinberg::tresult PLUGIN_API setupProcessing(Steinberg::Vst::ProcessSetup& setup) override;
     Steinberg::tresult PLUGIN_API setProcessing(Steinberg::TBool state) override;
     Steinberg::uint32 PLUGIN_API getTailSamples() override;
 
 private:
-    /// JUCE makes room for the frames of the longest block.
+    /// For so many frames JUCE makes room, whatever is announced: some hosts announce too little.
+    static constexpr Steinberg::int32 leastFrames = 8192;
     static constexpr Steinberg::int32 mostFrames = 1 << 20;
 
     PlugInComponent(const Steinberg::IPtr<Steinberg::Vst::IComponent>& component,
@@ -73,10 +78,15 @@ private:
                     QuilloProcessor& quillo);
     ~PlugInComponent() = default;
 
+    template <class Call>
+    [[nodiscard]] Steinberg::tresult inTheWrapper(const Call& call);
+
     Steinberg::IPtr<Steinberg::Vst::IComponent> component_;
     Steinberg::IPtr<Steinberg::Vst::IAudioProcessor> processor_;
     QuilloProcessor& quillo_;            ///< of the component, which keeps it
-    Steinberg::int32 longestBlock_ = 0;  ///< that was announced
+    Steinberg::int32 longestBlock_ = 0;  ///< that there is room for; -1 when there is none any more
+    bool isActive_ = false;
+    bool hasFailed_ = false;
     std::atomic<Steinberg::uint32> references_{1};
 };
 

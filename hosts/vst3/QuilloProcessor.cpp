@@ -38,7 +38,7 @@ std::uint32_t framesOf(const juce::AudioBuffer<float>& audio) {
     return static_cast<std::uint32_t>(audio.getNumSamples());
 }
 
-/// A host that only hands over parameters may listen to nothing: what is due waits for its next block.
+/// What is due waits for a block with frames, unless messages come that have to stay in order with it.
 bool isNoBlock(const juce::AudioBuffer<float>& audio, const juce::MidiBuffer& messages) {
     return audio.getNumSamples() == 0 && messages.isEmpty();
 }
@@ -215,11 +215,6 @@ void QuilloProcessor::getStateInformation(juce::MemoryBlock& destination) {
     if (document) {
         destination.replaceAll(document->data(), document->size());
     }
-}
-
-void QuilloProcessor::setStateInformation(const void* data, int size) {
-    const auto* bytes = static_cast<const std::uint8_t*>(data);
-    static_cast<void>(session_.restore({bytes, static_cast<std::size_t>(size)}));
 }
 
 }  // namespace quillo

@@ -78,10 +78,10 @@ public:
     [[nodiscard]] const juce::String getProgramName(int /*index*/) override { return "Rules"; }
     void changeProgramName(int /*index*/, const juce::String& /*name*/) override {}
 
-    /// The bytes of the state document and nothing else. What cannot be saved or restored, the editor's user
-    /// is told of; the rules stay then.
+    /// The bytes of the state document and nothing else. What cannot be saved, the editor's user is told of.
     void getStateInformation(juce::MemoryBlock& destination) override;
-    void setStateInformation(const void* data, int size) override;
+    /// `PlugInComponent` restores.
+    void setStateInformation(const void* /*data*/, int /*size*/) override {}
 
     /// Whether the last state that was asked for could be written.
     [[nodiscard]] bool hasSaved() const { return saved_; }

@@ -14,9 +14,9 @@ struct StateChunk {
 
     std::span<const std::uint8_t> document;
 
-    /// All behind the document, which is a chunk without one. Empty unless the wrapper's data are whether the
-    /// plug-in is bypassed, to the letter: it believes what it reads, and a damaged length or depth would end
-    /// the host.
+    /// Everything behind the document; by itself a chunk with an empty document. Empty unless the wrapper's
+    /// data are exactly one of the two that say whether the plug-in is bypassed: it believes what it reads,
+    /// and a damaged length or depth would end the host.
     std::span<const std::uint8_t> bypass;
 };
 

@@ -284,17 +284,43 @@ TEST_F(VST3PlugIn, WhatIsDueWaitsForABlockWithFrames) {
     EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{0, {0x91, 61, 5}}}));
 }
 
-TEST_F(VST3PlugIn, ABlockLongerThanAnnouncedIsRefusedAndLeavesEverythingAsItWas) {
-    ASSERT_EQ(plugIn.setState(PluginData{{rule(onLoad(), send(controlChange(0, 7, 1)))}}.write()), kResultOk);
+TEST_F(VST3PlugIn, WithoutFramesAndAnybodyWhoTakesEventsNothingIsRendered) {
+    install({rule(onLoad(), send(controlChange(0, 7, 1)))});
+    plugIn.takesEvents = false;
+    EXPECT_EQ(sentFor({{0, {0xB0, 1, 2}}}, 0), std::vector<ScriptMessage>());
+    plugIn.takesEvents = true;
+    EXPECT_EQ(sentFor({{0, {0x90, 60, 1}}}),
+              (std::vector<ScriptMessage>{{0, {0xB0, 7, 1}}, {0, {0x90, 60, 1}}}));
+    plugIn.deactivate();
+    EXPECT_EQ(sentFor({{0, {0xB0, 1, 2}}}, 0), std::vector<ScriptMessage>());
+    plugIn.activate();
+    EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{0, {0x80, 60, 64}}}));
+}
+
+TEST_F(VST3PlugIn, MessagesWithoutFramesFollowWhatIsDueBeforeThem) {
+    install({rule(onLoad(), send(controlChange(0, 7, 1)))});
+    EXPECT_EQ(sentFor({{0, {0xB0, 1, 2}}}, 0),
+              (std::vector<ScriptMessage>{{0, {0xB0, 7, 1}}, {0, {0xB0, 1, 2}}}));
+}
+
+TEST_F(VST3PlugIn, ABlockThatIsLongerThanAnnouncedIsRenderedUpToAUsualLength) {
+    ASSERT_EQ(plugIn.setState(PluginData{}.write()), kResultOk);
+    plugIn.activate(scriptSampleRate, 64);
+    plugIn.audio[0].assign(8192, 0.25F);
+    plugIn.audio[1].assign(8192, 0.25F);
+    EXPECT_EQ(sentFor({{8191, {0x90, 60, 1}}}, 8192), (std::vector<ScriptMessage>{{8191, {0x90, 60, 1}}}));
+    EXPECT_EQ(plugIn.audio[1], std::vector<float>(8192, 0.25F));
+}
+
+TEST_F(VST3PlugIn, ABlockForWhichThereIsNoRoomIsRefusedAndTheNotesEndInTheNext) {
     EXPECT_EQ(plugIn.process(1, input, nullptr), kInvalidArgument) << "before any was announced";
-    plugIn.activate(scriptSampleRate, plugInBlockLength);
-    plugIn.audio[0].assign(plugInBlockLength, 0.25F);
-    for (const auto frames : {plugInBlockLength + 1, 1U << 31U, 0xFFFFFFFFU}) {
+    install({rule(onLoad(), send(noteOn(1, 61, 5)))});
+    EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{0, {0x91, 61, 5}}}));
+    for (const auto frames : {8193U, 1U << 31U, 0xFFFFFFFFU}) {
         EXPECT_EQ(plugIn.process(frames, input, nullptr), kInvalidArgument) << frames;
         EXPECT_TRUE(plugIn.sent().empty());
     }
-    EXPECT_EQ(plugIn.audio[0], std::vector<float>(plugInBlockLength, 0.25F));
-    EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{0, {0xB0, 7, 1}}}));
+    EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{0, {0x81, 61, 64}}}));
 }
 
 TEST_F(VST3PlugIn, BlocksOfALengthThatNobodyRendersAreNotSetUp) {

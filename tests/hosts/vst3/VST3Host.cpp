@@ -357,7 +357,7 @@ tresult VST3Instance::process(std::uint32_t frames, VST3Input& input, const Proc
     data.outputs = &out;
     data.inputEvents = &input.events;
     data.inputParameterChanges = &input.parameters;
-    data.outputEvents = &output_;
+    data.outputEvents = takesEvents ? &output_ : nullptr;
     data.processContext = const_cast<ProcessContext*>(context);
     output_.clear();
     return processor_->process(data);

@@ -162,6 +162,7 @@ public:
     [[nodiscard]] Steinberg::Vst::ParamID parameterOf(std::int16_t channel, std::int16_t controller);
 
     std::vector<float> audio[2];
+    bool takesEvents = true;  ///< whether the plug-in is given a list for what it sends
 
 private:
     void connect(bool connected);
