@@ -94,7 +94,7 @@ std::optional<std::string> Session::restore(std::span<const std::uint8_t> docume
 
 std::optional<std::string> Session::whyNotInstalled(std::span<const std::uint8_t> document) try {
     if (document.size() > longestDocument) {
-        return "they are longer than 256 MiB, as no rules are.";
+        return "they are larger than 128 MiB, which no list of rules is.";
     }
     try {
         auto data = PluginData::read(document);

@@ -32,9 +32,9 @@ namespace quillo {
 /// what cannot be helped: no memory. [main] unless an operation says otherwise.
 class Session final : public EditorUnit {
 public:
-    /// A longer state document is not restored: read, it takes some thirty times its bytes. It is four times
-    /// the longest preset, so that what could be imported can be restored.
-    static constexpr std::size_t longestDocument = std::size_t{256} << 20U;
+    /// A larger state document is not restored: read, it may take some forty times its bytes. It is twice the
+    /// largest preset, so that what could be imported can be restored.
+    static constexpr std::size_t longestDocument = std::size_t{128} << 20U;
 
     explicit Session(HostTransport transport = HostTransport());
     ~Session();

@@ -56,7 +56,7 @@ TEST_F(SessionTest, WhatIsRestoredIsSavedByteForByte) {
 TEST_F(SessionTest, ADocumentThatIsLongerThanAnyIsNotRead) {
     ASSERT_EQ(session.restore(PluginData{swap}.write()), std::nullopt);
     constexpr auto* tooLong =
-        "The saved rules cannot be restored: they are longer than 256 MiB, as no rules are.";
+        "The saved rules cannot be restored: they are larger than 128 MiB, which no list of rules is.";
     Bytes document(Session::longestDocument + 1, 'x');
     EXPECT_EQ(session.restore(document), tooLong);
     document.pop_back();
