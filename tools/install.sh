@@ -78,12 +78,15 @@ install_for_user() {
         say "your shell looks for programs elsewhere: add $HOME/.local/bin to PATH, or log in again"
 }
 
+# A folder of ours that others have put something into stays.
 uninstall_for_user() {
     require_home
-    local place
+    local place folder
     while IFS='|' read -r _ place; do
         if [[ -e $place ]]; then
             rm -rf "$place"
+            folder=$(dirname "$place")
+            [[ $folder != */midi-quillo ]] || rmdir --ignore-fail-on-non-empty "$folder"
             echo "removed: $place"
         fi
     done < <(placements)

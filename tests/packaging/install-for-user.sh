@@ -55,5 +55,5 @@ install_for_user
 leads_to "my%20d%C3%A0ta%20%26%20more/doc/midi-quillo/guide/index.html"
 uninstall_for_user
 
-left=$(find "$HOME" -type f)
+left=$(find "$HOME" ! -type d -o -name '?*.lv2' -o -name '?*.vst3' -o -name midi-quillo)
 [[ -z $left ]] || { printf 'left behind: %s\n' "$left"; exit 1; }
