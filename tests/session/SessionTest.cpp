@@ -86,6 +86,9 @@ TEST_F(SessionTest, RulesThatCannotBeCompiledLeaveTheRulesAndAreReported) {
     ASSERT_TRUE(reason.has_value());
     EXPECT_THAT(*reason, HasSubstr("delay"));
     EXPECT_EQ(rules(), swap);
+    session.viewDidLoad();
+    session.drain();
+    EXPECT_EQ(session.model()->alertErrorMessage(), *reason);
 }
 
 TEST_F(SessionTest, WhatWasReportedBeforeTheEditorOpenedIsStillThereThen) {

@@ -29,8 +29,8 @@ ends_by() {
     grep -q "$2" "$said" || fail "SIG$1 names no seed"
 }
 
-ends_by KILL '^Seed [0-9]* ends by signal 9'
-ends_by STOP '^Seed [0-9]* goes on for more than 1 seconds'
+ends_by KILL '^Seed [0-9][0-9]* ends by signal 9'
+ends_by STOP '^Seed [0-9][0-9]* goes on for more than 1 seconds'
 
 # is_wrong STATUS ARGUMENT...
 is_wrong() {

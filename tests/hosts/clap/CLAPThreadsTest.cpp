@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <set>
 #include <thread>
 
 #include "hosts/clap/CLAPTestHost.hpp"
@@ -23,23 +24,29 @@ TEST(CLAPThreads, StateIsLoadedAndSavedWhileBlocksAreProcessed) {
     host.start();
     std::atomic<bool> done{false};
     std::atomic<int> blocks{0};
+    std::set<Bytes> heard;
+    std::atomic<std::size_t> kinds{0};
     std::thread audio([&] {
         while (!done) {
             const auto transport = clapTransport(blocks % 2 == 0 ? CLAP_TRANSPORT_IS_PLAYING : 0, 0.0);
             CLAPEvents events;
             events.addMIDI(3, {0x90, 60, 1});
             EXPECT_NE(host.process(64, events, &transport), CLAP_PROCESS_ERROR);
+            for (const auto& message : host.take()) {
+                heard.insert(message.bytes);
+            }
+            kinds = heard.size();
             ++blocks;
         }
     });
-    for (int i = 0; i < 200 || blocks < 200; ++i) {
+    for (int i = 0; i < 200 || blocks < 200 || kinds < 3; ++i) {
         const auto& document = i % 2 == 0 ? one : other;
         EXPECT_TRUE(host.load(document));
         EXPECT_EQ(host.save(), document);
     }
     done = true;
     audio.join();
-    EXPECT_FALSE(host.take().empty());
+    EXPECT_EQ(heard, (std::set<Bytes>{{0x90, 60, 1}, {0x90, 61, 5}, {0xF0, 1, 2, 3, 4, 0xF7}}));
 }
 
 TEST(CLAPThreads, AnInstanceIsMadeOnAnyThread) {

@@ -124,6 +124,16 @@ TEST_F(JackHostTest, AnEditOfAPresetIsKeptInTheSessionAndTheUserIsToldOnceThatTh
     EXPECT_EQ(err.str().find(told), err.str().rfind(told));
 }
 
+TEST_F(JackHostTest, APresetThatIsReadAgainDoesNotFireItsOnLoadRulesAgain) {
+    writeWholeFile(preset, PluginData{{rule(onLoad(), send(controlChange(0, 7, 5)))}}.write(),
+                   Existing::keep);
+    options.preset = preset.string();
+    start();
+    EXPECT_EQ(block(), (Timed{{0, {0xB0, 7, 5}}}));
+    takeSignal(SIGHUP);
+    EXPECT_EQ(block(), Timed());
+}
+
 TEST_F(JackHostTest, RulesThatCannotBeSavedAtTheEndAreInTheExitStatus) {
     start().session().onRulesChanged(rulesCalled("edited"));
     std::filesystem::remove_all(folder / "midi-quillo");

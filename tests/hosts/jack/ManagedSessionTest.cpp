@@ -136,6 +136,20 @@ TEST_F(ManagedSessionTest, BeforeAProjectIsOpenedThereAreNoRulesNoServerAndNoWin
     EXPECT_EQ(save(), "-6");
 }
 
+TEST_F(ManagedSessionTest, APresetIsNotReadAgain) {
+    const auto preset = folder / "preset.json";
+    writeWholeFile(preset, PluginData{loadRulesCalled("preset")}.write(), Existing::keep);
+    options.preset = preset.string();
+    writeProject("nA", PluginData{loadRulesCalled("project")}.write());
+    join();
+    open("nA");
+    ASSERT_EQ(ruleName(), "project");
+    ::kill(::getpid(), SIGHUP);
+    receive();
+    EXPECT_THAT(err.str(), HasSubstr("the session manager says what the rules are: no preset is read again"));
+    EXPECT_EQ(ruleName(), "project");
+}
+
 TEST_F(ManagedSessionTest, AProjectThatIsNotThereIsANewOneAndOnlyTheManagersWishWritesIt) {
     join();
     EXPECT_EQ(open("nA"), "OK");

@@ -122,6 +122,22 @@ TEST_F(ServerLinkTest, ConnectionsMadeByHandComeBackWithTheServer) {
     EXPECT_EQ(player.play({{5, {0xC0, 1}}}, 256), (std::vector<ScriptMessage>{{5, {0xC0, 1}}}));
 }
 
+TEST_F(ServerLinkTest, ANoteThatSoundsWhenTheServerEndsIsEndedWhenItIsBack) {
+    link.connect();
+    {
+        JackPlayer player(server.name());
+        player.connectTo("midi-quillo");
+        letPass(2);
+        EXPECT_EQ(player.play({{0, {0x90, 60, 1}}}, 256), (std::vector<ScriptMessage>{{0, {0x90, 60, 1}}}));
+        endTheServer();
+    }
+    letPass(1);
+    server.start({});
+    JackPlayer player(server.name());
+    turnUntil([&] { return link.isConnected(); });
+    player.waitFor({0x80, 60, 64});
+}
+
 TEST_F(ServerLinkTest, AServerThatIsBackForAMomentOnlyTakesNoConnectionAway) {
     loseTheServerWithConnectionsMadeByHand();
     for (int round = 0; round < 2; ++round) {

@@ -9,17 +9,18 @@ if [[ -z ${EDITOR_IN_JALV_LIMITED-} ]]; then
     # Tests with a JACK server take turns, in all clones of this user: their clients share a store.
     exec 9>"/dev/shm/quillo-test-servers.$UID.lock"
     flock 9
-    EDITOR_IN_JALV_LIMITED=1 exec timeout --foreground 100 "$0" "$@"
+    EDITOR_IN_JALV_LIMITED=1 exec timeout --foreground --kill-after=10 100 "$0" "$@"
 fi
 export LV2_PATH=$1 NO_AT_BRIDGE=1 XDG_RUNTIME_DIR JACK_DEFAULT_SERVER=quillo-editor-in-jalv
 picture=$2
 XDG_RUNTIME_DIR=$(mktemp -d)
 port='MIDI Quillo:out'
 clients=()
+server=
 export HOME=$XDG_RUNTIME_DIR XDG_CONFIG_HOME=$XDG_RUNTIME_DIR
 trap end EXIT
 trap 'echo "still waiting for $step; see $picture"; import -silent -window root "$picture"
-    tail -n 20 "$XDG_RUNTIME_DIR"/{jackd,jalv}; exit 1' TERM
+    tail -n 20 "$XDG_RUNTIME_DIR"/{jackd,jalv} || true; exit 1' TERM
 
 # Without a window manager the window stands in the corner, its menu bar above the editor of 500 x 250.
 add_new=(246 153)
@@ -32,11 +33,15 @@ send=(387 93)
 # The clients end first: JACK's library hangs in a client that is closed while its server goes.
 end() {
     step='the end of the clients'
-    kill "${clients[@]}" 2>/dev/null || true
-    wait "${clients[@]}" || true
+    if ((${#clients[@]} > 0)); then
+        kill "${clients[@]}" 2>/dev/null || true
+        wait "${clients[@]}" || true
+    fi
     step='the end of the server'
-    kill "$server" 2>/dev/null || true
-    wait "$server" || true
+    if [[ -n $server ]]; then
+        kill "$server" 2>/dev/null || true
+        wait "$server" || true
+    fi
     rm -rf "$XDG_RUNTIME_DIR"
 }
 
@@ -68,7 +73,8 @@ open_jalv() {
 }
 
 step='the JACK server'
-jackd -r -S -t 400 -n "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 256 >"$XDG_RUNTIME_DIR/jackd" 2>&1 9>&- &
+setpriv --pdeathsig KILL jackd -r -S -t 400 -n "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 256 \
+    >"$XDG_RUNTIME_DIR/jackd" 2>&1 9>&- &
 server=$!
 until jack_lsp >/dev/null 2>&1; do kill -0 $!; done
 step='the port of jalv'

@@ -149,9 +149,12 @@ TEST_F(VST3PlugIn, WithoutABusForWhatComesInTheOutputIsSilent) {
     ASSERT_EQ(plugIn.component().setActive(0), kResultOk);
     ASSERT_EQ(plugIn.component().activateBus(kAudio, kInput, 0, 0), kResultOk);
     ASSERT_EQ(plugIn.component().setActive(1), kResultOk);
-    plugIn.audio[0].assign(plugInBlockLength, 0.25F);
-    sentFor({});
-    EXPECT_EQ(plugIn.audio[0], std::vector<float>(plugInBlockLength, 0.0F));
+    for (const bool isBypassed : {false, true}) {
+        bypass(isBypassed);
+        plugIn.audio[0].assign(plugInBlockLength, 0.25F);
+        sentFor({});
+        EXPECT_EQ(plugIn.audio[0], std::vector<float>(plugInBlockLength, 0.0F)) << isBypassed;
+    }
 }
 
 TEST_F(VST3PlugIn, AHostThatTellsNothingOfItsTransportLeavesItAsItWas) {
@@ -179,6 +182,40 @@ TEST_F(VST3PlugIn, ThePositionIsFoundAnewWithoutAJumpAfterItWasInactive) {
     plugIn.deactivate();
     plugIn.activate();
     EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 50000), std::vector<ScriptMessage>());
+}
+
+TEST_F(VST3PlugIn, ThePositionIsFoundAnewWithoutAJumpAfterTheHostHasStoppedProcessing) {
+    install(transportRules());
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000), (std::vector<ScriptMessage>{{0, {0xB0, 21, 1}}}));
+    ASSERT_EQ(plugIn.processor().setProcessing(0), kResultOk);
+    ASSERT_EQ(plugIn.processor().setProcessing(1), kResultOk);
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 50000), std::vector<ScriptMessage>());
+}
+
+TEST_F(VST3PlugIn, ABypassOfARollingTransportIsNoJump) {
+    install(transportRules());
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000), (std::vector<ScriptMessage>{{0, {0xB0, 21, 1}}}));
+    bypass(true);
+    for (TSamples blocks = 1; blocks <= 3; ++blocks) {
+        EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000 + blocks * plugInBlockLength),
+                  std::vector<ScriptMessage>());
+    }
+    bypass(false);
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000 + 4 * plugInBlockLength), std::vector<ScriptMessage>());
+}
+
+TEST_F(VST3PlugIn, AStopAndAJumpDuringABypassAreHeardBehindIt) {
+    install(transportRules());
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 1000), (std::vector<ScriptMessage>{{0, {0xB0, 21, 1}}}));
+    bypass(true);
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 50000), std::vector<ScriptMessage>());
+    bypass(false);
+    EXPECT_EQ(sentWhen(ProcessContext::kPlaying, 50000 + plugInBlockLength),
+              (std::vector<ScriptMessage>{{0, {0xB0, 21, 1}}}));
+    bypass(true);
+    EXPECT_EQ(sentWhen(0, 51024), std::vector<ScriptMessage>());
+    bypass(false);
+    EXPECT_EQ(sentWhen(0, 51024), (std::vector<ScriptMessage>{{0, {0xB0, 22, 1}}}));
 }
 
 TEST_F(VST3PlugIn, RecordingAndLoopingAreChangesOfTheTransport) {
@@ -364,6 +401,17 @@ TEST_F(VST3PlugIn, AtARejectedSampleRateItIsNotActivatedAndRendersNothing) {
     }
     plugIn.activate();
     EXPECT_EQ(sentFor({}), (std::vector<ScriptMessage>{{0, {0xB0, 7, 1}}}));
+}
+
+TEST_F(VST3PlugIn, AtARejectedSampleRateABypassPassesWhatComesInAndNothingElse) {
+    install({rule(onNoteOn(any, any, eatMatching), send(noteOn(1, 61, 5), 10))});
+    EXPECT_EQ(sentFor({{500, {0x90, 60, 1}}}), std::vector<ScriptMessage>());
+    plugIn.deactivate();
+    ProcessSetup setup{kRealtime, kSample32, 512, 1e10};
+    static_cast<void>(plugIn.processor().setupProcessing(setup));
+    EXPECT_EQ(plugIn.component().setActive(1), kResultFalse);
+    bypass(true);
+    EXPECT_EQ(sentFor({{3, {0x90, 70, 1}}}), (std::vector<ScriptMessage>{{3, {0x90, 70, 1}}}));
 }
 
 TEST_F(VST3PlugIn, WhatIsDueOutlivesADeactivation) {

@@ -215,9 +215,33 @@ public:
     }
 };
 
-TEST_F(VST3State, IsNotReadFromAStreamThatSaysItGaveMoreThanItCould) {
-    BoastingStream stream;
-    EXPECT_EQ(plugIn.setState(stream), kResultFalse);
+/// A stream that does not go back to its beginning.
+class StuckStream final : public Steinberg::MemoryStream {
+public:
+    Steinberg::tresult PLUGIN_API seek(Steinberg::int64 /*position*/, Steinberg::int32 /*from*/,
+                                       Steinberg::int64* /*reached*/) override {
+        return kResultFalse;
+    }
+};
+
+TEST_F(VST3State, ThatCannotBeReadLeavesTheRules) {
+    ASSERT_EQ(plugIn.setState(answerWith(61)), kResultOk);
+    BoastingStream boasting;
+    StuckStream stuck;
+    for (auto* stream : std::initializer_list<Steinberg::IBStream*>{&boasting, &stuck}) {
+        EXPECT_EQ(plugIn.setState(*stream), kResultFalse);
+    }
+    plugIn.activate();
+    EXPECT_EQ(answers(), Bytes{61});
+}
+
+TEST_F(VST3State, IsReadFromItsBeginningWhereverTheStreamStands) {
+    auto document = answerWith(61);
+    Steinberg::MemoryStream stream(document.data(), static_cast<Steinberg::TSize>(document.size()));
+    stream.seek(0, Steinberg::IBStream::kIBSeekEnd, nullptr);
+    ASSERT_EQ(plugIn.setState(stream), kResultOk);
+    plugIn.activate();
+    EXPECT_EQ(answers(), Bytes{61});
 }
 
 /// A stream of zeros without an end, until the plug-in has had enough.
