@@ -17,7 +17,7 @@ struct TextLine {
 
 inline constexpr std::string_view blanks = " \t\r";
 
-/// The lines of a text, which stays the caller's, one after the other. A byte-order mark belongs to none.
+/// The lines of a text, which stays the caller's, one after the other. A byte-order mark is left out.
 class TextLines {
 public:
     explicit TextLines(std::string_view text) : rest_(text) {

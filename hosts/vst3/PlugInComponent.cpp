@@ -108,14 +108,13 @@ uint32 PlugInComponent::release() {
 /// Where memory ends in the wrapper it keeps buffers that it has freed: nothing is rendered any more.
 template <class Call>
 tresult PlugInComponent::inTheWrapper(const Call& call) {
-    if (hasFailed_) {
+    if (longestBlock_ == afterAFailure) {
         return kResultFalse;
     }
     try {
         return call();
     } catch (const std::exception&) {
-        hasFailed_ = true;
-        longestBlock_ = -1;
+        longestBlock_ = afterAFailure;
         return kResultFalse;
     }
 }

@@ -72,6 +72,8 @@ private:
     /// For so many frames JUCE makes room, whatever is announced: some hosts announce too little.
     static constexpr Steinberg::int32 leastFrames = 8192;
     static constexpr Steinberg::int32 mostFrames = 1 << 20;
+    /// Shorter than any block.
+    static constexpr Steinberg::int32 afterAFailure = -1;
 
     PlugInComponent(const Steinberg::IPtr<Steinberg::Vst::IComponent>& component,
                     const Steinberg::IPtr<Steinberg::Vst::IAudioProcessor>& processor,
@@ -84,9 +86,8 @@ private:
     Steinberg::IPtr<Steinberg::Vst::IComponent> component_;
     Steinberg::IPtr<Steinberg::Vst::IAudioProcessor> processor_;
     QuilloProcessor& quillo_;            ///< of the component, which keeps it
-    Steinberg::int32 longestBlock_ = 0;  ///< that there is room for; -1 when there is none any more
+    Steinberg::int32 longestBlock_ = 0;  ///< in frames, for which JUCE has made room
     bool isActive_ = false;
-    bool hasFailed_ = false;
     std::atomic<Steinberg::uint32> references_{1};
 };
 
